@@ -1,0 +1,64 @@
+# How the parts of the program are declared: one library per layer, linked only to the layers
+# below it, and one executable per test.
+
+add_library(velun_options INTERFACE)
+target_include_directories(velun_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
+target_compile_definitions(velun_options INTERFACE QT_NO_KEYWORDS QT_NO_FOREACH)
+if(VELUN_DEVELOPER)
+  target_compile_options(velun_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Wno-sign-conversion -Wshadow -Werror)
+endif()
+if(VELUN_SANITIZE)
+  target_compile_options(velun_options INTERFACE
+    -fsanitize=${VELUN_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  target_link_options(velun_options INTERFACE -fsanitize=${VELUN_SANITIZE})
+endif()
+if(VELUN_FUZZ)
+  target_compile_options(velun_options INTERFACE -fsanitize=fuzzer-no-link,address,undefined)
+  target_link_options(velun_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+function(_velun_precompile target)
+  if(VELUN_PCH)
+    target_precompile_headers(${target} PRIVATE
+      <QObject> <QString> <QUuid> <QHash> <QUrl> <QFile> <QTimer>
+      <functional> <memory> <optional> <vector> <chrono> <variant>)
+  endif()
+endfunction()
+
+# velun_layer(NAME SOURCES … LINKS …): a static library. LINKS are public, so that a layer sees
+# exactly what the layers it names let it see.
+function(velun_layer name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_link_libraries(${name} PUBLIC velun_options ${ARG_LINKS})
+  _velun_precompile(${name})
+endfunction()
+
+# velun_test(NAME SOURCES … LINKS … [LABELS …] [PROPERTIES …]): one test program, run by ctest
+# under NAME. Qt's warnings fail it; it has no display unless it starts one.
+function(velun_test name)
+  cmake_parse_arguments(ARG "SERIAL" "TIMEOUT" "SOURCES;LINKS;LABELS" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE velun_options velun_test_support Qt6::Test ${ARG_LINKS})
+  target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+  target_compile_definitions(${name} PRIVATE VELUN_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data")
+  if(NOT ARG_TIMEOUT)
+    set(ARG_TIMEOUT 120)
+  endif()
+  add_test(NAME ${name} COMMAND ${CMAKE_SOURCE_DIR}/tests/support/run_isolated $<TARGET_FILE:${name}>)
+  set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}"
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TZ=UTC;LC_ALL=C.UTF-8;OMP_NUM_THREADS=1")
+  if(ARG_SERIAL)
+    set_tests_properties(${name} PROPERTIES RUN_SERIAL ON)
+  endif()
+endfunction()
+
+# velun_bench(NAME SOURCES … LINKS …): one benchmark driver, run by scripts/bench.
+function(velun_bench name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  add_executable(bench_${name} ${ARG_SOURCES})
+  target_link_libraries(bench_${name} PRIVATE velun_options ${ARG_LINKS})
+  target_include_directories(bench_${name} PRIVATE ${CMAKE_SOURCE_DIR}/bench ${CMAKE_SOURCE_DIR}/tests)
+  set_property(GLOBAL APPEND PROPERTY VELUN_BENCHES bench_${name})
+endfunction()

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "model/audio_input.h"
+
+#include <optional>
+#include <QString>
+#include <variant>
+
+namespace velun {
+
+/// The unfinished text of the phrase under way; empty clears it.
+struct DraftEvent {
+  QString text;
+  bool operator==(const DraftEvent&) const = default;
+};
+
+/// A finished piece of recognized text, trimmed and never empty.
+struct FinalEvent {
+  QString text;
+  /// Exactly the `localeID` that was given to `start`.
+  QString sourceID;
+  AudioInput input = AudioInput::computer;
+  bool operator==(const FinalEvent&) const = default;
+};
+
+/// A message about what the engine is doing; none clears it.
+struct StatusEvent {
+  std::optional<QString> text;
+  bool operator==(const StatusEvent&) const = default;
+};
+
+/// A finished error text, after which the consumer stops the engine.
+struct FailureEvent {
+  QString message;
+  bool operator==(const FailureEvent&) const = default;
+};
+
+/// What the recognition engine reports, on the main thread, in order.
+using SpeechRecognitionEvent = std::variant<DraftEvent, FinalEvent, StatusEvent, FailureEvent>;
+
+}  // namespace velun

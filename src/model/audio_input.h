@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <array>
+#include <optional>
+#include <QString>
+
+namespace velun {
+
+/// Where a line's audio came from.
+enum class AudioInput { computer, microphone };
+
+inline constexpr std::array allAudioInputs = {AudioInput::computer, AudioInput::microphone};
+
+/// The persisted form: "computer" or "microphone".
+QString rawValue(AudioInput input);
+
+/// The input of a persisted form; none for any other text.
+std::optional<AudioInput> audioInputFromRawValue(const QString& raw);
+
+/// The label in the interface language.
+QString title(AudioInput input);
+
+}  // namespace velun

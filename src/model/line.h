@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "model/audio_input.h"
+#include "platform/foundation/instant.h"
+
+#include <map>
+#include <optional>
+#include <QString>
+#include <QUuid>
+#include <utility>
+#include <vector>
+
+namespace velun {
+
+/// Orders texts by code point, which UTF-16 units do not above U+FFFF.
+struct CodePointOrder {
+  bool operator()(const QString& left, const QString& right) const;
+};
+
+/// Translated texts by target-language identifier, in ascending order.
+using Translations = std::map<QString, QString, CodePointOrder>;
+
+/// One finished caption line. Identified by `id`, never by its position.
+struct Line {
+  QUuid id = QUuid::createUuid();
+  /// When the line was finished; absent on imported lines.
+  std::optional<Instant> time;
+  /// The recognized text, in the spoken language.
+  QString text;
+  /// The recognizer's locale identifier, such as "en_US"; absent on imported lines.
+  std::optional<QString> sourceLanguage;
+  std::optional<AudioInput> input;
+  Translations translations;
+  /// The time as it stood in a transcript of an earlier version; shown instead of `time`.
+  std::optional<QString> legacyTimestamp;
+  /// A translation into an unknown language, from a transcript of an earlier version.
+  std::optional<QString> legacyTranslation;
+
+  bool operator==(const Line&) const = default;
+
+  /// The time shown beside the line: hours, minutes and seconds in the interface language, in the
+  /// user's time zone; empty when there is none.
+  QString timestamp() const;
+
+  /// (language identifier, text) pairs: the one in `language`, or all in ascending order when it
+  /// is absent; a legacy translation always comes last, under the empty identifier.
+  std::vector<std::pair<QString, QString>> translatedTexts(
+      const std::optional<QString>& language) const;
+};
+
+}  // namespace velun

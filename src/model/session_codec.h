@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "model/caption_session.h"
+
+#include <QByteArray>
+#include <QString>
+
+namespace velun {
+
+/// The session file's bytes: UTF-8 JSON, pretty printed, keys sorted, times to the second.
+QByteArray encodeSession(const CaptionSession& session);
+
+/// Reads a session file's bytes. Throws `SessionError` with a finished text that names
+/// `fileName` and what is wrong; never gives part of a session.
+CaptionSession decodeSession(const QByteArray& bytes, const QString& fileName);
+
+}  // namespace velun

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "model/session_format.h"
+
+#include "platform/foundation/date_formats.h"
+#include "settings/localization.h"
+
+namespace velun {
+
+QString rawValue(SessionFormat format) {
+  switch (format) {
+    case SessionFormat::markdown:
+      return QStringLiteral("markdown");
+    case SessionFormat::text:
+      return QStringLiteral("text");
+    case SessionFormat::json:
+      return QStringLiteral("json");
+  }
+  Q_UNREACHABLE();
+}
+
+QString fileExtension(SessionFormat format) {
+  switch (format) {
+    case SessionFormat::markdown:
+      return QStringLiteral("md");
+    case SessionFormat::text:
+      return QStringLiteral("txt");
+    case SessionFormat::json:
+      return QStringLiteral("json");
+  }
+  Q_UNREACHABLE();
+}
+
+QString title(SessionFormat format) {
+  switch (format) {
+    case SessionFormat::markdown:
+      return L("Markdown (.md)", "Markdown (.md)");
+    case SessionFormat::text:
+      return L("Text (.txt)", "텍스트 (.txt)");
+    case SessionFormat::json:
+      return L("Velun Session (.json)", "Velun 기록 (.json)");
+  }
+  Q_UNREACHABLE();
+}
+
+QString explanation(SessionFormat format) {
+  if (format == SessionFormat::json) {
+    return L("Keeps the original, all translations, and times, and can be reopened in Velun.",
+             "원문·모든 번역·시간을 보존하며 Velun에서 다시 열 수 있습니다.");
+  }
+  return L("Shows times and languages, with the original and translations set apart.",
+           "시간과 언어를 표시하고 원문과 번역을 구분합니다.");
+}
+
+QString defaultFileName(SessionFormat format, Instant startedAt) {
+  return QStringLiteral("Velun-") + isoDate(startedAt) + QLatin1Char('.') + fileExtension(format);
+}
+
+}  // namespace velun

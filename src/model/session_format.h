@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/foundation/instant.h"
+
+#include <array>
+#include <QString>
+
+namespace velun {
+
+/// The export formats, in the order of the format choice.
+enum class SessionFormat { markdown, text, json };
+
+inline constexpr std::array allSessionFormats = {SessionFormat::markdown, SessionFormat::text,
+                                                 SessionFormat::json};
+
+/// The identifier: "markdown", "text" or "json".
+QString rawValue(SessionFormat format);
+
+/// The file extension without a dot: "md", "txt" or "json".
+QString fileExtension(SessionFormat format);
+
+/// The label in the interface language.
+QString title(SessionFormat format);
+
+/// What the format keeps, in one sentence, in the interface language.
+QString explanation(SessionFormat format);
+
+/// The proposed file name for a session begun at `startedAt`: its date in UTC, such as
+/// "Velun-2025-03-01.md".
+QString defaultFileName(SessionFormat format, Instant startedAt);
+
+}  // namespace velun

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "model/saved_session.h"
+#include "model/session_encoder.h"
+
+#include <QUrl>
+#include <vector>
+
+namespace velun {
+
+/// The folder of saved session files. Holds nothing but the folder's location; every operation
+/// works on the file system in the caller's thread and throws on failure. Main thread.
+struct SessionStore {
+  /// Whether a save waits until the bytes have reached the disk. The rewrites at every line do
+  /// not; an explicit save, a stop and a quit do.
+  enum class Flush { no, yes };
+
+  /// What a listing found.
+  struct Listing {
+    /// Newest first; equal start times keep the folder's order.
+    std::vector<SavedSession> sessions;
+    int unreadableCount = 0;
+  };
+
+  /// The sessions folder; need not exist yet.
+  QUrl directory;
+
+  /// The user's own store: "Velun/Sessions" in the data folder of the user.
+  static const SessionStore& local();
+
+  /// Moves the data folder of an earlier version into place, once; only for the user's own store.
+  void migratePreviousFolder() const;
+
+  /// Writes the session atomically and gives its file. `encoder` may hold the bytes of unchanged
+  /// lines; the file is the same without it.
+  QUrl save(const CaptionSession& session, Flush flush = Flush::yes,
+            SessionEncoder* encoder = nullptr) const;
+
+  /// Reads a session file or a Markdown transcript of an earlier version, from anywhere.
+  CaptionSession read(const QUrl& url) const;
+
+  /// Every readable session of the folder and how many could not be read.
+  Listing savedSessions() const;
+};
+
+/// Whether `left` stands before `right` in a listing: newest first.
+bool isListedBefore(const SavedSession& left, const SavedSession& right);
+
+}  // namespace velun

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "model/transcript_content.h"
+
+#include "settings/localization.h"
+
+namespace velun {
+
+QString rawValue(TranscriptContent content) {
+  switch (content) {
+    case TranscriptContent::both:
+      return QStringLiteral("both");
+    case TranscriptContent::original:
+      return QStringLiteral("original");
+    case TranscriptContent::translation:
+      return QStringLiteral("translation");
+  }
+  Q_UNREACHABLE();
+}
+
+std::optional<TranscriptContent> transcriptContentFromRawValue(const QString& raw) {
+  for (const TranscriptContent content : allTranscriptContents) {
+    if (rawValue(content) == raw) return content;
+  }
+  return std::nullopt;
+}
+
+QString title(TranscriptContent content) {
+  switch (content) {
+    case TranscriptContent::both:
+      return L("Original + Translation", "원문 + 번역");
+    case TranscriptContent::original:
+      return L("Original Only", "원문만");
+    case TranscriptContent::translation:
+      return L("Translation Only", "번역만");
+  }
+  Q_UNREACHABLE();
+}
+
+}  // namespace velun

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/foundation/date_formats.h"
+
+#include <map>
+#include <memory>
+#include <QDateTime>
+#include <stdexcept>
+#include <unicode/datefmt.h>
+#include <unicode/dtptngen.h>
+#include <unicode/smpdtfmt.h>
+
+namespace velun {
+
+namespace {
+
+enum class Style { timeOfDay, longDateAndTime, monthAndYear };
+
+std::unique_ptr<icu::DateFormat> makeFormat(Style style, const icu::Locale& locale) {
+  using icu::DateFormat;
+  if (style == Style::timeOfDay) {
+    return std::unique_ptr<DateFormat>(DateFormat::createTimeInstance(DateFormat::kMedium, locale));
+  }
+  if (style == Style::longDateAndTime) {
+    return std::unique_ptr<DateFormat>(
+        DateFormat::createDateTimeInstance(DateFormat::kLong, DateFormat::kMedium, locale));
+  }
+  UErrorCode status = U_ZERO_ERROR;
+  std::unique_ptr<DateFormat> format(
+      DateFormat::createInstanceForSkeleton(icu::UnicodeString("yMMMM"), locale, status));
+  if (U_FAILURE(status)) throw std::runtime_error(u_errorName(status));
+  return format;
+}
+
+QString formatted(Style style, Instant instant, const QString& locale) {
+  // Making a format costs a hundred times more than using it.
+  thread_local std::map<std::pair<Style, QString>, std::unique_ptr<icu::DateFormat>> formats;
+  std::unique_ptr<icu::DateFormat>& format = formats[{style, locale}];
+  if (!format) format = makeFormat(style, icu::Locale(locale.toUtf8().constData()));
+  const auto milliseconds =
+      std::chrono::duration<double, std::milli>(instant.time_since_epoch()).count();
+  icu::UnicodeString text;
+  format->format(milliseconds, text);
+  return QString::fromUtf16(text.getBuffer(), text.length());
+}
+
+}  // namespace
+
+QString timeOfDay(Instant instant, const QString& locale) {
+  return formatted(Style::timeOfDay, instant, locale);
+}
+
+QString longDateAndTime(Instant instant, const QString& locale) {
+  return formatted(Style::longDateAndTime, instant, locale);
+}
+
+QString monthAndYear(Instant instant, const QString& locale) {
+  return formatted(Style::monthAndYear, instant, locale);
+}
+
+QString isoDate(Instant instant) {
+  const auto seconds = std::chrono::floor<std::chrono::seconds>(instant).time_since_epoch();
+  return QDateTime::fromSecsSinceEpoch(seconds.count(), Qt::UTC).date().toString(Qt::ISODate);
+}
+
+}  // namespace velun

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <atomic>
+#include <coroutine>
+#include <exception>
+#include <memory>
+#include <QCoreApplication>
+#include <QMetaObject>
+#include <utility>
+#include <variant>
+
+namespace velun {
+
+/// One answer that a coroutine on the main thread waits for: a callback, a signal or a worker
+/// gives it. Copies share the same answer. Only the first answer counts, and the waiting coroutine
+/// goes on from the event loop, never inside `complete`.
+///
+/// Used in place of awaiting a signal, which must not be emitted twice while it is awaited.
+template <class T>
+class OneShot {
+ public:
+  /// Gives the answer. False when one was given before. Any thread.
+  bool complete(T value) const { return answer(std::move(value)); }
+
+  /// Makes the waiting coroutine throw. False when an answer was given before. Any thread.
+  bool fail(std::exception_ptr error) const { return answer(std::move(error)); }
+
+  /// Whether an answer was given. Any thread.
+  bool isAnswered() const { return state_->answered; }
+
+  auto operator co_await() const { return Awaiter{state_}; }
+
+ private:
+  struct State {
+    static constexpr std::size_t kValue = 1;
+    static constexpr std::size_t kError = 2;
+    std::atomic<bool> answered = false;
+    std::variant<std::monostate, T, std::exception_ptr> result;  // main thread
+    std::coroutine_handle<> waiting;                             // main thread
+  };
+
+  template <class V>
+  bool answer(V value) const {
+    if (state_->answered.exchange(true)) return false;
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(),
+        [state = state_, value = std::move(value)]() mutable {
+          state->result = std::move(value);
+          if (const auto waiting = std::exchange(state->waiting, {})) waiting.resume();
+        },
+        Qt::QueuedConnection);
+    return true;
+  }
+
+  struct Awaiter {
+    std::shared_ptr<State> state;
+    bool await_ready() const { return state->result.index() != 0; }
+    void await_suspend(std::coroutine_handle<> handle) { state->waiting = handle; }
+    T await_resume() {
+      if (state->result.index() == State::kError) {
+        std::rethrow_exception(std::get<State::kError>(state->result));
+      }
+      return std::get<State::kValue>(state->result);
+    }
+  };
+
+  std::shared_ptr<State> state_ = std::make_shared<State>();
+};
+
+}  // namespace velun

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/audio/pcm_buffer.h"
+
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <optional>
+
+namespace velun {
+
+/// One piece of audio for the analyzer, in the analyzer's format.
+struct AnalyzerInput {
+  PcmBuffer buffer;
+};
+
+/// The unbounded stream from the feeder (capture thread) to the analyzer (decode worker).
+class AnalyzerInputStream {
+ public:
+  /// Appends; dropped after `finish`. Capture thread.
+  void yield(AnalyzerInput input);
+
+  /// Ends the stream: what was yielded before is still delivered. Any thread.
+  void finish();
+
+  /// The next input, waiting for it; none once the stream has ended and is empty, or at once when
+  /// woken by `interrupt`. Decode worker.
+  std::optional<AnalyzerInput> next();
+
+  /// The next input if there is one now. Decode worker.
+  std::optional<AnalyzerInput> tryNext();
+
+  /// Makes a waiting `next` return none once, so that the worker can look at a command. Any thread.
+  void interrupt();
+
+  /// Whether the stream has ended and everything was taken. Any thread.
+  bool isDrained() const;
+
+  /// Audio that waits to be taken, in seconds. Any thread.
+  double pendingSeconds() const;
+
+ private:
+  std::optional<AnalyzerInput> takeFirst();
+
+  mutable std::mutex mutex_;
+  std::condition_variable changed_;
+  std::deque<AnalyzerInput> inputs_;
+  double pendingSeconds_ = 0;
+  bool isFinished_ = false;
+  bool isInterrupted_ = false;
+};
+
+}  // namespace velun

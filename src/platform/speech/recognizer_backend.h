@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/speech/transcription_result.h"
+
+#include <span>
+#include <vector>
+
+namespace velun {
+
+/// One recognizer at work. Made, used and destroyed on one decode worker; takes 16 kHz mono float
+/// samples in -1…1. Every operation may throw `Failure`, which ends the run.
+class RecognizerBackend {
+ public:
+  virtual ~RecognizerBackend() = default;
+
+  /// Takes audio and decodes it.
+  virtual void acceptAudio(std::span<const float> samples) = 0;
+
+  /// The results since the last call, in order. A draft that did not change is not repeated.
+  virtual std::vector<TranscriptionResult> poll() = 0;
+
+  /// Settles the phrase under way, feeding the recognizer the silence it needs; `poll` then gives
+  /// its final result.
+  virtual void finalize() = 0;
+
+  /// Forgets the phrase under way.
+  virtual void reset() = 0;
+};
+
+}  // namespace velun

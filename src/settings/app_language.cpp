@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "settings/app_language.h"
+
+namespace velun {
+
+QString rawValue(AppLanguage language) {
+  return language == AppLanguage::korean ? QStringLiteral("ko") : QStringLiteral("en");
+}
+
+std::optional<AppLanguage> appLanguageFromRawValue(const QString& raw) {
+  for (const AppLanguage language : allAppLanguages) {
+    if (rawValue(language) == raw) return language;
+  }
+  return std::nullopt;
+}
+
+QString title(AppLanguage language) {
+  return language == AppLanguage::korean ? QStringLiteral("한국어") : QStringLiteral("English");
+}
+
+}  // namespace velun

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <array>
+#include <optional>
+#include <QString>
+
+namespace velun {
+
+/// The interface languages, in the order of the language picker.
+enum class AppLanguage { english, korean };
+
+inline constexpr std::array allAppLanguages = {AppLanguage::english, AppLanguage::korean};
+
+/// The persisted form: "en" or "ko".
+QString rawValue(AppLanguage language);
+
+/// The language of a persisted form, matched exactly; none for any other text.
+std::optional<AppLanguage> appLanguageFromRawValue(const QString& raw);
+
+/// The language's own name, the same in every interface language.
+QString title(AppLanguage language);
+
+}  // namespace velun

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "settings/app_language.h"
+
+#include <functional>
+#include <QObject>
+#include <QString>
+
+namespace velun {
+
+class PreferenceStore;
+
+/// The user's choices. Every set writes the store and notifies, also when the value is unchanged;
+/// `onChange` is called only when it differs. Main thread.
+class AppSettings final : public QObject {
+  Q_OBJECT
+
+ public:
+  /// The changes after which running recognition or translation has to be rebuilt.
+  enum class Change { input, sourceLanguage, targetLanguage, translation };
+
+  /// Reads every value once. Without a store (null) nothing is persisted. Sets the shared
+  /// interface language. `defaults` must outlive this object.
+  explicit AppSettings(PreferenceStore* defaults = nullptr, QObject* parent = nullptr);
+
+  /// Called synchronously from inside a setter; at most one.
+  std::function<void(Change)> onChange;
+
+  AppLanguage language() const { return language_; }
+  bool useMic() const { return useMic_; }
+  /// The recognizer's locale identifier, such as "en_US".
+  const QString& localeID() const { return localeID_; }
+  /// The translation target's language identifier, such as "ko".
+  const QString& targetID() const { return targetID_; }
+  /// Caption text size in points.
+  double fontSize() const { return fontSize_; }
+  bool translate() const { return translate_; }
+  bool showTranslationOnly() const { return showTranslationOnly_; }
+  bool autoSaveSessions() const { return autoSaveSessions_; }
+  bool askBeforeDiscarding() const { return askBeforeDiscarding_; }
+  bool keepOnTop() const { return keepOnTop_; }
+  bool hideFromScreenSharing() const { return hideFromScreenSharing_; }
+
+  void setLanguage(AppLanguage language);
+  void setUseMic(bool useMic);
+  void setLocaleID(const QString& localeID);
+  void setTargetID(const QString& targetID);
+  void setFontSize(double fontSize);
+  void setTranslate(bool translate);
+  void setShowTranslationOnly(bool showTranslationOnly);
+  void setAutoSaveSessions(bool autoSaveSessions);
+  void setAskBeforeDiscarding(bool askBeforeDiscarding);
+  void setKeepOnTop(bool keepOnTop);
+  void setHideFromScreenSharing(bool hideFromScreenSharing);
+
+ Q_SIGNALS:
+  void languageChanged();
+  void useMicChanged();
+  void localeIDChanged();
+  void targetIDChanged();
+  void fontSizeChanged();
+  void translateChanged();
+  void showTranslationOnlyChanged();
+  void autoSaveSessionsChanged();
+  void askBeforeDiscardingChanged();
+  void keepOnTopChanged();
+  void hideFromScreenSharingChanged();
+
+ private:
+  void write(const char* key, bool value);
+  void write(const char* key, double value);
+  void write(const char* key, const QString& value);
+  void report(Change change);
+
+  PreferenceStore* defaults_;
+  AppLanguage language_ = AppLanguage::english;
+  bool useMic_ = false;
+  QString localeID_ = QStringLiteral("en_US");
+  QString targetID_ = QStringLiteral("ko");
+  double fontSize_ = 16.0;
+  bool translate_ = false;
+  bool showTranslationOnly_ = false;
+  bool autoSaveSessions_ = false;
+  bool askBeforeDiscarding_ = true;
+  bool keepOnTop_ = true;
+  bool hideFromScreenSharing_ = false;
+};
+
+}  // namespace velun

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "settings/localization.h"
+
+#include "platform/foundation/preference_store.h"
+
+#include <QByteArray>
+#include <unicode/locid.h>
+#include <unicode/unistr.h>
+
+namespace velun {
+
+Localization& Localization::shared() {
+  static Localization instance;
+  return instance;
+}
+
+void Localization::load(const PreferenceStore& preferences) {
+  const QString stored = preferences.get<QString>(QStringLiteral("language")).value_or(QString());
+  setLanguage(appLanguageFromRawValue(stored).value_or(AppLanguage::english));
+}
+
+void Localization::setLanguage(AppLanguage language) {
+  if (language_.exchange(language) != language) Q_EMIT languageChanged();
+}
+
+QString Localization::locale() const {
+  return language() == AppLanguage::korean ? QStringLiteral("ko") : QStringLiteral("en");
+}
+
+QString L(const char* english, const char* korean) {
+  const bool isKorean = Localization::shared().language() == AppLanguage::korean;
+  return QString::fromUtf8(isKorean ? korean : english);
+}
+
+QString L(const QString& english, const QString& korean) {
+  return Localization::shared().language() == AppLanguage::korean ? korean : english;
+}
+
+namespace {
+
+/// ICU invents names ("zz (QQ)") for codes that it does not know, so the language itself, without
+/// script and region, is asked first: its name is its own code when ICU has none.
+bool hasName(const icu::Locale& locale, const icu::Locale& display) {
+  const QString code = QString::fromLatin1(locale.getLanguage());
+  icu::UnicodeString name;
+  icu::Locale(locale.getLanguage()).getDisplayLanguage(display, name);
+  const QString text = QString::fromUtf16(name.getBuffer(), name.length());
+  return !code.isEmpty() && text != code;
+}
+
+}  // namespace
+
+QString languageName(const QString& identifier) {
+  const icu::Locale locale = icu::Locale::createCanonical(identifier.toUtf8().constData());
+  const icu::Locale display(Localization::shared().locale().toUtf8().constData());
+  if (locale.isBogus() || !hasName(locale, display)) return identifier;
+  icu::UnicodeString name;
+  locale.getDisplayName(display, name);
+  return QString::fromUtf16(name.getBuffer(), name.length());
+}
+
+}  // namespace velun

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QObject>
+#include <QRegularExpression>
+#include <QTest>
+
+namespace velun::test {
+
+/// The base of every test class: a warning that a test did not announce with
+/// `QTest::ignoreMessage` fails it. A class with an `init` of its own calls this one first.
+class Suite : public QObject {
+  Q_OBJECT
+
+ protected Q_SLOTS:
+  void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral(".*"))); }
+};
+
+}  // namespace velun::test
