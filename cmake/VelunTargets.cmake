@@ -54,11 +54,28 @@ function(velun_test name)
   endif()
 endfunction()
 
-# velun_bench(NAME SOURCES … LINKS …): one benchmark driver, run by scripts/bench.
+# velun_bench(NAME SOURCES … LINKS … [FIGURES …]): one benchmark driver, run by scripts/bench.
+# FIGURES are the names of the rows that it prints.
+add_custom_target(benches)
+file(WRITE ${CMAKE_BINARY_DIR}/benches.txt "")
 function(velun_bench name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;FIGURES" ${ARGN})
   add_executable(bench_${name} ${ARG_SOURCES})
+  set_target_properties(bench_${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bench)
   target_link_libraries(bench_${name} PRIVATE velun_options ${ARG_LINKS})
   target_include_directories(bench_${name} PRIVATE ${CMAKE_SOURCE_DIR}/bench ${CMAKE_SOURCE_DIR}/tests)
-  set_property(GLOBAL APPEND PROPERTY VELUN_BENCHES bench_${name})
+  add_dependencies(benches bench_${name})
+  list(JOIN ARG_FIGURES " " figures)
+  file(APPEND ${CMAKE_BINARY_DIR}/benches.txt
+    "${name} ${CMAKE_BINARY_DIR}/bench/bench_${name} ${figures}\n")
+endfunction()
+
+# What users run; the installed programs.
+add_custom_target(programs)
+function(velun_program name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+  target_link_libraries(${name} PRIVATE velun_options ${ARG_LINKS})
+  add_dependencies(programs ${name})
 endfunction()
