@@ -1,0 +1,68 @@
+"""What the demonstration says: text of our own in synthetic voices, and human readers' clips."""
+
+import array
+import re
+import subprocess
+import sys
+import wave
+from dataclasses import dataclass, field
+from pathlib import Path
+
+LIBRIVOX = Path("/usr/share/pocketsphinx/test/data/librivox")
+
+SENTENCES = [
+    ("slt", "good morning and welcome to the first lesson of the year"),
+    ("rms", "today we will talk about the river and the people who live beside it"),
+    ("slt", "in the spring the water is high and the fields are green"),
+    ("rms", "every summer the children of the village swim near the old bridge"),
+    ("slt", "please open the window because it is very warm in this room"),
+    ("rms", "thank you for your time and see you again next week"),
+]
+
+FRAME = 0.02  # seconds
+SPEECH_LEVEL = 0.02  # of the clip's peak; quieter frames count as a pause
+SHORTEST_PAUSE = 0.35  # seconds
+
+
+@dataclass
+class Clip:
+    path: Path
+    text: str
+    kind: str  # "flite" or "librivox"
+    phrase_ends: list = field(default_factory=list)  # seconds from the clip's start
+
+
+def phrase_ends(path):
+    """Where speech stops for at least a short pause, or for good, in seconds."""
+    with wave.open(str(path)) as clip:
+        rate = clip.getframerate()
+        samples = array.array("h", clip.readframes(clip.getnframes()))
+    if sys.byteorder == "big":
+        samples.byteswap()
+    step = int(rate * FRAME)
+    levels = [max(map(abs, samples[i:i + step]), default=0) for i in range(0, len(samples), step)]
+    loud = max(levels) * SPEECH_LEVEL
+    spoken = [i for i, level in enumerate(levels) if level > loud]
+    ends = [a for a, b in zip(spoken, spoken[1:]) if (b - a) * FRAME >= SHORTEST_PAUSE]
+    return [(i + 1) * FRAME for i in ends + spoken[-1:]]
+
+
+def synthetic(folder):
+    for number, (voice, text) in enumerate(SENTENCES):
+        path = folder / f"{number}-{voice}.wav"
+        subprocess.run(["flite", "-voice", voice, "-t", text, "-o", str(path)], check=True)
+        yield Clip(path, text, "flite")
+
+
+def human():
+    for line in (LIBRIVOX / "transcription").read_text().splitlines():
+        text, name = re.fullmatch(r"<s> (.*) </s> \((.*)\)", line.strip()).groups()
+        yield Clip(LIBRIVOX / f"{name}.wav", text, "librivox")
+
+
+def clips(folder):
+    folder.mkdir()
+    spoken = [*synthetic(folder), *human()]
+    for clip in spoken:
+        clip.phrase_ends = phrase_ends(clip.path)
+    return spoken
