@@ -110,8 +110,8 @@ class PrivateDesktop:
         self._start(["openbox"], log="openbox")
         self._wait("the window manager", lambda: "window id" in self._run(
             ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]))
-        # A wallpaper, so that the picture shows the panel's translucency.
-        self._run(["display", "-window", "root", "-size", "1280x800", "gradient:#9fb8d0-#46586b"])
+        # Not black, so that the picture shows the panel's translucency.
+        self._run(["xsetroot", "-solid", "#5d7389"])
         self._start(["picom", "--backend", "xrender", "--config", "/dev/null"], log="picom")
 
     def _start_sound(self):
