@@ -1,0 +1,96 @@
+"""Checks the tree against the rules of the house, and the rules against samples that break them."""
+
+import re
+import unittest
+from pathlib import Path
+
+import rules
+
+ROOT = Path(__file__).resolve().parent.parent.parent
+SOURCES = sorted(p for p in (ROOT / "src").rglob("*") if p.suffix in (".h", ".cpp"))
+CODE = SOURCES + sorted(p for folder in ("tests", "bench") for p in (ROOT / folder).rglob("*")
+                        if p.suffix in (".h", ".cpp"))
+
+
+def below_src(path):
+    return str(path.relative_to(ROOT / "src"))
+
+
+class TheTree(unittest.TestCase):
+    def check(self, complaints):
+        found = list(complaints)
+        self.assertFalse(found, "\n" + "\n".join(found))
+
+    def test_includes_follow_the_arrows(self):
+        self.check(c for p in SOURCES for c in rules.include_complaints(below_src(p), p.read_text()))
+
+    def test_links_follow_the_arrows(self):
+        self.check(c for p in (ROOT / "src").rglob("CMakeLists.txt")
+                   for c in rules.link_complaints(p.read_text()))
+
+    def test_texts_stand_in_both_languages(self):
+        self.check(c for p in SOURCES for c in rules.text_complaints(below_src(p), p.read_text()))
+
+    def test_shown_literals_pass_through_the_language(self):
+        self.check(c for p in SOURCES
+                   for c in rules.untranslated_complaints(below_src(p), p.read_text()))
+
+    def test_files_are_small(self):
+        counts = {p: p.read_text().count("\n") for p in CODE}
+        ordered = sorted(counts.values())
+        print(f"{len(ordered)} files: median {ordered[len(ordered) // 2]} lines, "
+              f"nine in ten under {ordered[int(len(ordered) * 0.9)] + 1}")
+        self.check(rules.size_complaints(counts))
+
+    def test_files_name_their_licence(self):
+        self.check(c for p in CODE for c in rules.licence_complaints(p.name, p.read_text()))
+
+    def test_headers_are_guarded(self):
+        self.check(f"{p} has no #pragma once" for p in CODE
+                   if p.suffix == ".h" and "#pragma once" not in p.read_text())
+
+    def test_scripts_name_no_path_of_one_machine(self):
+        home = re.compile(r"/(?:home|Users)/\w+/|/root/|/work/")
+        self.check(f"{p}: {m[0]}" for p in CODE + list((ROOT / "scripts").rglob("*"))
+                   if p.is_file() and p.suffix != ".pyc"
+                   for m in home.finditer(p.read_text(errors="replace")))
+
+
+class TheRules(unittest.TestCase):
+    def test_an_include_upwards_is_found(self):
+        found = list(rules.include_complaints("model/line.h", '#include "ui/common/symbols.h"'))
+        self.assertEqual(len(found), 1)
+
+    def test_an_include_of_another_services_inside_is_found(self):
+        text = '#include "platform/audio/linux/pipewire_stream.h"'
+        self.assertEqual(len(list(rules.include_complaints("captions/a.cpp", text))), 1)
+
+    def test_a_library_outside_its_place_is_found(self):
+        text = "#include <pipewire/pipewire.h>"
+        self.assertEqual(len(list(rules.include_complaints("audio/system_audio.cpp", text))), 1)
+        self.assertFalse(list(rules.include_complaints("platform/audio/linux/a.cpp", text)))
+
+    def test_an_include_downwards_is_allowed(self):
+        self.assertFalse(list(rules.include_complaints("ui/a.h", '#include "model/line.h"')))
+
+    def test_a_link_upwards_is_found(self):
+        text = "velun_layer(velun_model SOURCES a.cpp LINKS velun_settings Qt6::Core)"
+        self.assertEqual(list(rules.link_complaints(text)), ["velun_model may not link velun_settings"])
+
+    def test_a_missing_language_is_found(self):
+        for text in ('L("Stop")', 'L("Stop", "")', 'L("Stop", "Stop")', 'L("중지", "중지")'):
+            self.assertEqual(len(list(rules.text_complaints("a.cpp", text))), 1, text)
+        self.assertFalse(list(rules.text_complaints("a.cpp", 'L("Stop (" + n + ")", "중지 " + n)')))
+
+    def test_a_literal_in_one_language_is_found(self):
+        text = 'button->setText("Stop"); menu->addAction(QStringLiteral("Quit"));'
+        self.assertEqual(len(list(rules.untranslated_complaints("a.cpp", text))), 2)
+        self.assertFalse(list(rules.untranslated_complaints("a.cpp", 'b->setText(L("a", "b"));')))
+
+    def test_long_files_are_found(self):
+        self.assertFalse(list(rules.size_complaints({i: 100 for i in range(10)})))
+        self.assertTrue(list(rules.size_complaints({i: 500 for i in range(10)})))
+
+
+if __name__ == "__main__":
+    unittest.main()

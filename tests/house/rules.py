@@ -1,0 +1,201 @@
+"""What the tree has to keep to, as functions from text to complaints."""
+
+import re
+
+# Which layers a layer may include, besides itself. A layer is a folder under src/; a service's
+# linux/ folder is a layer of its own above the service's interface.
+FOUNDATION = "platform/foundation"
+INTERFACES = {"platform/audio", "platform/speech", "platform/translation", "platform/desktop",
+              "platform/updates", "platform/models", FOUNDATION}
+ALLOWED = {
+    FOUNDATION: set(),
+    "settings/language": {FOUNDATION},
+    "model": {FOUNDATION, "settings/language"},
+    "settings": {FOUNDATION, "settings/language", "model"},
+    "platform/audio": {FOUNDATION},
+    "platform/models": {FOUNDATION, "settings/language"},
+    "platform/speech": {FOUNDATION, "platform/audio", "settings/language"},
+    "platform/translation": {FOUNDATION, "settings/language"},
+    "platform/desktop": {FOUNDATION, "settings/language"},
+    "platform/updates": {FOUNDATION, "settings/language"},
+    "audio": INTERFACES | {"model", "settings/language", "settings"},
+    "translation": INTERFACES | {"model", "settings/language", "settings"},
+    "captions": INTERFACES | {"model", "settings/language", "settings", "audio", "translation"},
+    "ui": INTERFACES | {"model", "settings/language", "settings", "audio", "translation",
+                        "captions"},
+}
+LANGUAGE_FILES = {"settings/app_language", "settings/localization"}
+
+# Libraries of the system, by the start of an include, and who may include them.
+SYSTEM_LIBRARIES = {
+    "pipewire/": set(), "spa/": set(), "xcb/": set(), "X11/": set(), "pocketsphinx": set(),
+    "sphinxbase/": set(), "sentencepiece": set(), "dnnl": set(), "archive": set(),
+    "QDBus": set(), "QtDBus": set(), "QNetwork": set(), "QtNetwork": set(), "QTcp": set(),
+    "QSsl": set(), "soxr": {"audio", "platform/audio"}, "fftw3": {"audio"},
+    "unicode/": {FOUNDATION, "settings", "settings/language", "model", "captions", "translation",
+                 "ui"},
+    "simdjson": {"model", FOUNDATION},
+}
+
+
+def layer_of(path):
+    """The layer of a file, its path given below src/ ("ui/caption/caption_view.h")."""
+    stem = re.sub(r"\.(h|cpp)$", "", path)
+    if stem in LANGUAGE_FILES:
+        return "settings/language"
+    parts = path.split("/")
+    if parts[0] == "app":
+        return "app"
+    if parts[0] == "platform":
+        if "linux" in parts[2:-1]:
+            return "linux"
+        return "/".join(parts[:2])
+    return parts[0]
+
+
+def include_complaints(path, text):
+    """Includes that point against the arrows of dependency."""
+    layer = layer_of(path)
+    if layer == "app":
+        return
+    for own, name in re.findall(r'^\s*#\s*include\s+(?:"([^"]+)"|<([^>]+)>)', text, re.M):
+        if own:
+            other = layer_of(own)
+            if layer == "linux":
+                service = "/".join(path.split("/")[:2])
+                allowed = INTERFACES | {"settings/language", "linux", service}
+            else:
+                allowed = ALLOWED[layer] | {layer}
+            if other not in allowed:
+                yield f"{path} ({layer}) may not include {own} ({other})"
+        elif layer != "linux":
+            for start, who in SYSTEM_LIBRARIES.items():
+                if name.startswith(start) and layer not in who:
+                    yield f"{path} ({layer}) may not include <{name}>"
+
+
+def layer_of_target(target):
+    """The layer that a build target belongs to, or none for a library of the system."""
+    names = {
+        "velun_foundation": FOUNDATION, "velun_language": "settings/language",
+        "velun_options": None,
+    }
+    if target in names:
+        return names[target]
+    if not target.startswith("velun_"):
+        return None
+    name = target.removeprefix("velun_")
+    if name.endswith("_linux") or "_linux_" in name:
+        return "linux"
+    if name.startswith("platform_"):
+        return "platform/" + name.removeprefix("platform_").split("_")[0]
+    return name.split("_")[0]
+
+
+def link_complaints(cmake_text):
+    """Layers that link what their folder may not include."""
+    for body in re.findall(r"velun_layer\(([^)]*)\)", cmake_text):
+        words = body.split()
+        layer = layer_of_target(words[0])
+        if layer in (None, "app", "linux") or "LINKS" not in words:
+            continue
+        for link in words[words.index("LINKS") + 1:]:
+            other = layer_of_target(link)
+            if other and other != layer and other not in ALLOWED[layer]:
+                yield f"{words[0]} may not link {link}"
+
+
+def without_comments(text):
+    return re.sub(r"//[^\n]*", "", text)
+
+
+def call_arguments(text, start):
+    """The arguments of the call whose opening parenthesis is at `start`, split at top level."""
+    arguments, depth, current, quoted, i = [], 0, "", False, start
+    while i < len(text):
+        c = text[i]
+        if quoted:
+            current += c
+            if c == "\\":
+                current += text[i + 1]
+                i += 1
+            elif c == '"':
+                quoted = False
+        elif c == '"':
+            quoted, current = True, current + c
+        elif c in "([{":
+            depth += 1
+            if depth > 1:
+                current += c
+        elif c in ")]}":
+            depth -= 1
+            if depth == 0:
+                arguments.append(current.strip())
+                return arguments
+            current += c
+        elif c == "," and depth == 1:
+            arguments.append(current.strip())
+            current = ""
+        else:
+            current += c
+        i += 1
+    return arguments
+
+
+def literals(expression):
+    return "".join(re.findall(r'"((?:[^"\\]|\\.)*)"', expression))
+
+
+# The same in both languages by intent: names, formats.
+SAME_IN_BOTH = {"Markdown (.md)", "Velun", " · ", "Velun — ", "OK"}
+
+
+def text_complaints(path, text):
+    """Texts that stand in one language only."""
+    code = without_comments(text)
+    for match in re.finditer(r"(?<![\w:>.])L\(", code):
+        arguments = call_arguments(code, match.end() - 1)
+        where = f"{path}: L({', '.join(arguments)})"
+        if len(arguments) != 2:
+            yield f"{where} is not a pair"
+            continue
+        english, korean = (literals(a) for a in arguments)
+        if not english and not korean:
+            continue  # two variables, each a text made elsewhere
+        if not english or not korean:
+            yield f"{where} has one text only"
+        elif not re.search(r"[가-힣]", korean) and english not in SAME_IN_BOTH:
+            yield f"{where} has no Korean text"
+        elif re.search(r"[가-힣]", english):
+            yield f"{where} has Korean in its English text"
+
+
+SHOWN_BY = ("setText", "setTitle", "setToolTip", "setWindowTitle", "setAccessibleName",
+            "setAccessibleDescription", "setPlaceholderText", "setStatusTip", "addAction",
+            "addMenu", "addItem", "setInformativeText", "addButton", "setLabelText")
+NO_LANGUAGE = {"", "Velun", "English", "한국어", "Language · 언어"}
+
+
+def untranslated_complaints(path, text):
+    """Literals that are shown without having passed through `L`."""
+    code = without_comments(text)
+    for match in re.finditer(r"\b(" + "|".join(SHOWN_BY) + r")\(", code):
+        arguments = call_arguments(code, match.end() - 1)
+        for argument in arguments:
+            literal = re.fullmatch(
+                r'(?:QString(?:Literal|::fromUtf8)?\(|tr\()?u?"((?:[^"\\]|\\.)*)"_?s?\)?', argument)
+            if literal and literal[1] not in NO_LANGUAGE and re.search(r"[A-Za-z가-힣]", literal[1]):
+                yield f"{path}: {match[1]} shows “{literal[1]}” in one language only"
+
+
+def size_complaints(line_counts):
+    """Whether too many files are long. `line_counts` maps paths to numbers of lines."""
+    counts = sorted(line_counts.values())
+    ninth = counts[int(len(counts) * 0.9)]
+    if ninth >= 400:
+        yield f"One file in ten has {ninth} lines or more; nine in ten should have fewer than 400"
+
+
+def licence_complaints(path, text):
+    if not text.startswith("// SPDX-License-Identifier: GPL-3.0-or-later\n"):
+        yield f"{path} does not begin with its licence"
