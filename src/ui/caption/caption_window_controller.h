@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "ui/caption/caption_actions.h"
+
+#include <memory>
+#include <QObject>
+
+namespace velun {
+
+class CaptionPanel;
+class CaptionViewModel;
+class Clock;
+class DesktopPlatform;
+class PreferenceStore;
+class TranslationPlatform;
+
+/// What the caption window stands on; all of it outlives the controller.
+struct CaptionWindowServices {
+  DesktopPlatform& desktop;
+  TranslationPlatform& translation;
+  /// Where the panel's frame is kept, under "CaptionPanel".
+  PreferenceStore& frames;
+  Clock& clock;
+};
+
+/// Owns the caption panel: where it stands, how large it is with and without its header, whether it
+/// is to be seen. One for the run of the program. Main thread.
+class CaptionWindowController final : public QObject {
+  Q_OBJECT
+
+ public:
+  /// Makes the panel, at its kept frame or the default place, and does not show it. `model` must
+  /// outlive the controller.
+  CaptionWindowController(CaptionViewModel& model, CaptionActions actions,
+                          const CaptionWindowServices& services);
+  ~CaptionWindowController() override;
+
+  CaptionPanel& panel() const;
+
+  /// Whether the user wants the panel shown. It may still be off the screen: see `isSuppressed`.
+  bool isShown() const;
+  /// Whether a panel that is wanted is kept off the screen because a screen cast runs.
+  bool isSuppressed() const;
+
+  /// Shows the panel in front of the other windows, without taking the keyboard.
+  void show();
+  void hide();
+  /// Shows a hidden panel and hides a shown one.
+  void toggle();
+
+  /// Shows or hides the header: the panel's bottom edge stays where it is.
+  void setHeader(bool visible, bool animated);
+  bool headerShown() const;
+  /// Fits the height of the panel's content to the panel, unless the header is being animated.
+  void updateContentHeight();
+  /// Puts the panel back at its default place and size and brings it to the front.
+  void restorePosition();
+
+ Q_SIGNALS:
+  /// `isShown` or `isSuppressed` changed.
+  void visibilityChanged();
+
+ private:
+  class Private;
+  std::unique_ptr<Private> d_;
+};
+
+}  // namespace velun

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/common/alert_dialog.h"
+
+#include "ui/common/symbol.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+
+namespace velun {
+
+namespace {
+
+constexpr int kSymbolSize = 40;
+constexpr int kTextWidth = 340;
+constexpr QColor kWarningColor(214, 142, 24);
+
+QLabel* textLabel(const QString& text, QWidget* parent) {
+  auto* label = new QLabel(text, parent);
+  label->setTextFormat(Qt::PlainText);
+  label->setWordWrap(true);
+  label->setFixedWidth(kTextWidth);
+  label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  return label;
+}
+
+}  // namespace
+
+AlertDialog::AlertDialog(const ModalQuestion& question) {
+  setWindowModality(Qt::ApplicationModal);
+  setWindowTitle(QStringLiteral("Velun"));
+  setAccessibleName(question.message);
+  setAccessibleDescription(question.informativeText);
+
+  auto* symbol = new QLabel(this);
+  symbol->setPixmap(symbolPixmap(QStringLiteral("exclamationmark.triangle"), kSymbolSize,
+                                 kWarningColor, devicePixelRatioF()));
+  QLabel* message = textLabel(question.message, this);
+  QFont bold = message->font();
+  bold.setBold(true);
+  message->setFont(bold);
+
+  auto* buttons = new QHBoxLayout;
+  buttons->setSpacing(8);
+  buttons->addStretch();
+  for (int i = 0; i < question.buttons.size(); ++i) {
+    auto* button = new QPushButton(question.buttons[i], this);
+    button->setDefault(i == 0);
+    button->setAutoDefault(i == 0);
+    button->setToolTip(question.buttons[i]);
+    connect(button, &QPushButton::clicked, this, [this, i] {
+      answer_ = i;
+      accept();
+    });
+    buttons->addWidget(button);
+    if (i == 0) button->setFocus();
+  }
+
+  auto* grid = new QGridLayout(this);
+  grid->setContentsMargins(22, 20, 22, 18);
+  grid->setHorizontalSpacing(16);
+  grid->setVerticalSpacing(8);
+  grid->addWidget(symbol, 0, 0, 2, 1, Qt::AlignTop);
+  grid->addWidget(message, 0, 1);
+  grid->addWidget(textLabel(question.informativeText, this), 1, 1);
+  grid->setRowMinimumHeight(2, 8);
+  grid->addLayout(buttons, 3, 0, 1, 2);
+  grid->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+}  // namespace velun

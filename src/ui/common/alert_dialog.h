@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "ui/common/window_presentation.h"
+
+#include <QDialog>
+
+namespace velun {
+
+/// A modal alert: a message in bold, an explanation under it, and buttons that keep their order.
+class AlertDialog final : public QDialog {
+  Q_OBJECT
+
+ public:
+  explicit AlertDialog(const ModalQuestion& question);
+
+  /// The index of the button that was pressed, or none.
+  std::optional<int> answer() const { return answer_; }
+
+ private:
+  std::optional<int> answer_;
+};
+
+}  // namespace velun

@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/common/find_bar.h"
+
+#include "settings/localization.h"
+#include "ui/common/symbol.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTextDocument>
+#include <QTextEdit>
+#include <QToolButton>
+
+namespace velun {
+
+FindBar::FindBar(QTextEdit& text, bool captionStyle, QWidget* parent)
+    : QWidget(parent),
+      text_(text),
+      captionStyle_(captionStyle),
+      field_(new QLineEdit(this)),
+      outcome_(new QLabel(this)) {
+  auto* row = new QHBoxLayout(this);
+  row->setContentsMargins(12, 4, 12, 4);
+  row->setSpacing(6);
+  row->addWidget(field_, 1);
+  row->addWidget(outcome_);
+  previous_ = addButton(QStringLiteral("chevron.up"));
+  next_ = addButton(QStringLiteral("chevron.down"));
+  done_ = addButton(QStringLiteral("xmark"));
+  field_->setClearButtonEnabled(true);
+  connect(field_, &QLineEdit::textEdited, this, [this] {
+    QTextCursor cursor = text_.textCursor();
+    cursor.setPosition(cursor.selectionStart());
+    text_.setTextCursor(cursor);
+    findNext();
+  });
+  connect(previous_, &QToolButton::clicked, this, &FindBar::findPrevious);
+  connect(next_, &QToolButton::clicked, this, &FindBar::findNext);
+  connect(done_, &QToolButton::clicked, this, &FindBar::close);
+  connect(&Localization::shared(), &Localization::languageChanged, this, &FindBar::translate);
+  translate();
+  hide();
+}
+
+QToolButton* FindBar::addButton(const QString& symbol) {
+  auto* button = new QToolButton(this);
+  button->setIcon(symbolIcon(symbol, captionStyle_ ? QColor(Qt::white) : QColor()));
+  button->setAutoRaise(true);
+  button->setMinimumSize(28, 28);
+  button->setFocusPolicy(Qt::TabFocus);
+  layout()->addWidget(button);
+  return button;
+}
+
+void FindBar::translate() {
+  const auto name = [](QWidget* control, const QString& text) {
+    control->setToolTip(text);
+    control->setAccessibleName(text);
+  };
+  field_->setPlaceholderText(L("Find", "찾기"));
+  name(field_, L("Find in Captions", "자막에서 찾기"));
+  name(previous_, L("Find Previous", "이전 항목 찾기"));
+  name(next_, L("Find Next", "다음 항목 찾기"));
+  name(done_, L("Close", "닫기"));
+}
+
+void FindBar::open() {
+  const QString selected = text_.textCursor().selectedText();
+  if (!selected.isEmpty() && !selected.contains(QChar::ParagraphSeparator)) {
+    field_->setText(selected);
+  }
+  show();
+  field_->setFocus(Qt::ShortcutFocusReason);
+  field_->selectAll();
+}
+
+void FindBar::close() {
+  hide();
+  text_.setFocus(Qt::OtherFocusReason);
+}
+
+void FindBar::findNext() {
+  find(false);
+}
+
+void FindBar::findPrevious() {
+  find(true);
+}
+
+void FindBar::find(bool backward) {
+  const QString wanted = field_->text();
+  outcome_->clear();
+  if (wanted.isEmpty()) return;
+  QTextDocument::FindFlags flags;
+  flags.setFlag(QTextDocument::FindBackward, backward);
+  QTextCursor found = text_.document()->find(wanted, text_.textCursor(), flags);
+  if (found.isNull()) {
+    QTextCursor edge(text_.document());
+    if (backward) edge.movePosition(QTextCursor::End);
+    found = text_.document()->find(wanted, edge, flags);
+  }
+  if (found.isNull()) {
+    outcome_->setText(L("Not found", "찾을 수 없음"));
+  } else {
+    text_.setTextCursor(found);
+  }
+}
+
+void FindBar::keyPressEvent(QKeyEvent* event) {
+  switch (event->key()) {
+    case Qt::Key_Escape:
+      close();
+      break;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      find(event->modifiers().testFlag(Qt::ShiftModifier));
+      break;
+    default:
+      QWidget::keyPressEvent(event);
+  }
+}
+
+}  // namespace velun

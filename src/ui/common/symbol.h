@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QColor>
+#include <QIcon>
+#include <QPixmap>
+#include <QString>
+
+namespace velun {
+
+/// A line icon of the program's own, by its symbol name ("play.fill"). Follows the text colour of
+/// the interface, light or dark, unless a colour is given; sharp at every scale. Main thread.
+QIcon symbolIcon(const QString& name, const QColor& color = QColor());
+
+/// The same as a picture of `points` by `points` at a device pixel ratio.
+QPixmap symbolPixmap(const QString& name, int points, const QColor& color, qreal ratio);
+
+/// Whether there is such a symbol.
+bool hasSymbol(const QString& name);
+
+}  // namespace velun
