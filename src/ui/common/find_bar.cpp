@@ -25,9 +25,9 @@ FindBar::FindBar(QTextEdit& text, bool captionStyle, QWidget* parent)
   row->setSpacing(6);
   row->addWidget(field_, 1);
   row->addWidget(outcome_);
-  previous_ = addButton(QStringLiteral("chevron.up"));
-  next_ = addButton(QStringLiteral("chevron.down"));
-  done_ = addButton(QStringLiteral("xmark"));
+  previous_ = makeButton(QStringLiteral("chevron.up"));
+  next_ = makeButton(QStringLiteral("chevron.down"));
+  done_ = makeButton(QStringLiteral("xmark"));
   field_->setClearButtonEnabled(true);
   connect(field_, &QLineEdit::textEdited, this, [this] {
     QTextCursor cursor = text_.textCursor();
@@ -43,7 +43,7 @@ FindBar::FindBar(QTextEdit& text, bool captionStyle, QWidget* parent)
   hide();
 }
 
-QToolButton* FindBar::addButton(const QString& symbol) {
+QToolButton* FindBar::makeButton(const QString& symbol) {
   auto* button = new QToolButton(this);
   button->setIcon(symbolIcon(symbol, captionStyle_ ? QColor(Qt::white) : QColor()));
   button->setAutoRaise(true);

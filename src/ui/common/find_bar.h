@@ -33,7 +33,7 @@ class FindBar final : public QWidget {
  private:
   void translate();
   void find(bool backward);
-  QToolButton* addButton(const QString& symbol);
+  QToolButton* makeButton(const QString& symbol);
 
   QTextEdit& text_;
   bool captionStyle_;
