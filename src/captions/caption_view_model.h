@@ -2,8 +2,12 @@
 #pragma once
 
 #include "audio/speech_recognizing.h"
+#include "captions/engine_chain.h"
+#include "captions/pending_translations.h"
+#include "captions/transcript_cache.h"
 #include "model/session_store.h"
 #include "platform/foundation/clock.h"
+#include "platform/foundation/life.h"
 #include "settings/app_settings.h"
 #include "translation/caption_translator.h"
 
@@ -11,10 +15,12 @@
 #include <memory>
 #include <optional>
 #include <QCoroTask>
+#include <QHash>
 #include <QObject>
 #include <QSet>
 #include <QStringList>
 #include <QUrl>
+#include <type_traits>
 #include <vector>
 
 namespace velun {
@@ -41,34 +47,39 @@ class CaptionViewModel final : public QObject {
   ~CaptionViewModel() override;
 
   AppSettings& settings() const { return settings_; }
-  const CaptionSession& session() const;
-  const std::vector<Line>& lines() const { return session().lines; }
+  const CaptionSession& session() const { return session_; }
+  const std::vector<Line>& lines() const { return session_.lines; }
   /// The unfinished text; empty when there is none.
-  const QString& volatileText() const;
-  const std::optional<QString>& status() const;
-  const std::optional<QString>& translationStatus() const;
+  const QString& volatileText() const { return volatileText_; }
+  const std::optional<QString>& status() const { return status_; }
+  const std::optional<QString>& translationStatus() const { return translationStatus_; }
   /// The user wants captions on; true from the command on, before the engine has started.
-  bool isRunning() const;
+  bool isRunning() const { return isRunning_; }
   /// An engine operation is queued or under way; engine commands are ignored meanwhile.
-  bool isTransitioning() const;
+  bool isTransitioning() const { return isTransitioning_; }
   /// Sorted by their names in the interface language.
-  const QStringList& locales() const;
-  const QStringList& languages() const;
+  const QStringList& locales() const { return locales_; }
+  const QStringList& languages() const { return languages_; }
   /// Every change of the session is written through.
-  bool isSavingSession() const;
-  const std::optional<QUrl>& savedURL() const;
-  const std::optional<QString>& saveError() const;
-  const SessionStore& store() const;
+  bool isSavingSession() const { return isSavingSession_; }
+  const std::optional<QUrl>& savedURL() const { return savedURL_; }
+  const std::optional<QString>& saveError() const { return saveError_; }
+  const SessionStore& store() const { return store_; }
   /// For whoever opens translation sessions: its configuration and the signal of its change.
-  CaptionTranslator& translator();
+  CaptionTranslator& translator() { return translator_; }
 
+  /// Turns captions on: a session without lines begins now, one with lines goes on.
   void start();
+  /// Turns captions off; the engine stops later, and its last results still arrive.
   void stop();
-  /// Completes when the engine has stopped.
+  /// As `stop`, but also while the engine is being switched, and completes when it has stopped. A
+  /// queued start is not begun, one under way is cancelled.
   QCoro::Task<> shutdown();
+  /// Starts the engine anew with the settings in force by then, if captions are on.
   void restart();
   /// Replaces the session; only while stopped.
   void newSession();
+  /// Fetches both lists and sorts them by name.
   QCoro::Task<> loadLanguages();
   /// Band levels in dB of the input, or empty while captions are off.
   std::vector<float> meterBands() const;
@@ -108,7 +119,66 @@ class CaptionViewModel final : public QObject {
   void saveErrorChanged();
 
  private:
+  void observeEngine();
+  void observeTranslator();
+  void observeSettings();
+
+  OneShot<bool> beginShutdown();
+  static QCoro::Task<> runRestart(std::weak_ptr<CaptionViewModel> self,
+                                  std::shared_ptr<SpeechRecognizing> recognition,
+                                  std::stop_token stop);
+  static QCoro::Task<> runStop(std::weak_ptr<CaptionViewModel> self,
+                               std::shared_ptr<SpeechRecognizing> recognition);
+  static QCoro::Task<> load(std::weak_ptr<CaptionViewModel> self, LanguageLists lists);
+  void startFailed(const std::optional<QString>& description);
+  void stopped();
+  void settingsChanged(AppSettings::Change change);
+  void updateTranslation();
+
+  void handle(const DraftEvent& event);
+  void handle(const FinalEvent& event);
+  void handle(const StatusEvent& event);
+  void handle(const FailureEvent& event);
+  void appendLine(const QString& text, const FinalEvent& event);
+  const Line* lineWithID(const QUuid& id) const;
+  void translated(const QUuid& id, const QString& language, const QString& text);
+  void setTimes(Instant startedAt, const std::optional<Instant>& endedAt);
+
+  bool persist(SessionStore::Flush flush);
+
+  /// Stores the value and emits the property's signal, if it differs.
+  template <class Value>
+  void assign(Value& property, const std::type_identity_t<Value>& value,
+              void (CaptionViewModel::*changed)()) {
+    if (property == value) return;
+    property = value;
+    Q_EMIT(this->*changed)();
+  }
+
   AppSettings& settings_;
+  Clock& clock_;
+  CaptionSession session_;
+  QString volatileText_;
+  std::optional<QString> status_;
+  std::optional<QString> translationStatus_;
+  bool isRunning_ = false;
+  bool isTransitioning_ = false;
+  QStringList locales_;
+  QStringList languages_;
+  bool isSavingSession_;
+  std::optional<QUrl> savedURL_;
+  std::optional<QString> saveError_;
+  SessionStore store_;
+  SessionEncoder encoder_;
+  /// Shared with the operations under way, which it must outlive.
+  std::shared_ptr<SpeechRecognizing> recognition_;
+  CaptionTranslator translator_;
+  LanguageLists lists_;
+  QHash<QUuid, std::size_t> indexOfLine_;
+  mutable PendingTranslations pending_;
+  mutable TranscriptCache transcript_;
+  EngineChain engineChain_;
+  Life<CaptionViewModel> life_{this};
 };
 
 }  // namespace velun

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Keeping the session's file.
+#include "captions/caption_view_model.h"
+#include "platform/foundation/failure.h"
+#include "settings/localization.h"
+
+#include <exception>
+
+namespace velun {
+
+bool CaptionViewModel::persistIfNeeded() {
+  return persist(SessionStore::Flush::no);
+}
+
+bool CaptionViewModel::persist(SessionStore::Flush flush) {
+  if (!isSavingSession_ || lines().empty()) return true;
+  try {
+    const QUrl url = store_.save(session_, flush, &encoder_);
+    assign(savedURL_, url, &CaptionViewModel::savedURLChanged);
+    assign(saveError_, std::nullopt, &CaptionViewModel::saveErrorChanged);
+    return true;
+  } catch (const std::exception& error) {
+    const QString description = descriptionOf(error);
+    const QString message =
+        L("Couldn’t save the session: " + description, "기록 저장 실패: " + description);
+    assign(saveError_, message, &CaptionViewModel::saveErrorChanged);
+    return false;
+  }
+}
+
+bool CaptionViewModel::saveCurrentSession() {
+  if (lines().empty()) return false;
+  assign(isSavingSession_, true, &CaptionViewModel::isSavingSessionChanged);
+  return persist(SessionStore::Flush::yes);
+}
+
+void CaptionViewModel::savedFileWasDeleted(const QUrl& url) {
+  if (savedURL_ != url) return;
+  assign(savedURL_, std::nullopt, &CaptionViewModel::savedURLChanged);
+  assign(isSavingSession_, false, &CaptionViewModel::isSavingSessionChanged);
+}
+
+bool CaptionViewModel::hasUnsavedSession() const {
+  return !lines().empty() && (!savedURL_ || saveError_);
+}
+
+}  // namespace velun

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "captions/transcript_cache.h"
+
+#include <QStringList>
+
+namespace velun {
+
+namespace {
+
+QString block(const Line& line, TranscriptContent content, const QString& language) {
+  QStringList texts;
+  if (content != TranscriptContent::translation) texts.append(line.text);
+  if (content != TranscriptContent::original) {
+    for (const auto& [identifier, text] : line.translatedTexts(language)) texts.append(text);
+  }
+  return texts.join(QLatin1Char('\n'));
+}
+
+}  // namespace
+
+const QString& TranscriptCache::text(const std::vector<Line>& lines, TranscriptContent content,
+                                     const QString& language) {
+  if (content != content_ || language != language_) {
+    reset();
+    content_ = content;
+    language_ = language;
+  }
+  for (std::size_t index = ends_.size(); index < lines.size(); ++index) {
+    const QString added = block(lines[index], content, language);
+    if (!added.isEmpty() && !text_.isEmpty()) text_.append(QLatin1String("\n\n"));
+    text_.append(added);
+    ends_.push_back(text_.size());
+  }
+  return text_;
+}
+
+void TranscriptCache::lineChanged(std::size_t index) {
+  if (index >= ends_.size()) return;
+  text_.truncate(index == 0 ? 0 : ends_[index - 1]);
+  ends_.resize(index);
+}
+
+void TranscriptCache::reset() {
+  text_.clear();
+  ends_.clear();
+}
+
+}  // namespace velun

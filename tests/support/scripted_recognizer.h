@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "audio/speech_recognizing.h"
+#include "platform/foundation/failure.h"
+#include "platform/foundation/one_shot.h"
+
+#include <memory>
+#include <optional>
+#include <QStringList>
+#include <utility>
+
+namespace velun::test {
+
+/// A recognizer that does what the test says. The script is shared with the test, so that it can
+/// be looked at, and held operations released, after the recognizer's owner is gone.
+class ScriptedRecognizer final : public SpeechRecognizing {
+ public:
+  struct Script {
+    /// What was asked for and what ended, in order: "start en_US computer", "started",
+    /// "start failed", "stop", "stopped".
+    QStringList calls;
+    /// Operations that began while another one was under way: never allowed.
+    int overlaps = 0;
+    /// The next operations stay under way until they are released.
+    bool holdsStarts = false;
+    bool holdsStops = false;
+    /// The next start fails with this text, once.
+    std::optional<QString> startFailure;
+    /// Results that arrive while the next stop is finishing, once.
+    std::vector<SpeechRecognitionEvent> lastWords;
+    std::vector<float> bands;
+    /// Whether audio is being recognized.
+    bool isStarted = false;
+    bool isStopRequested = false;
+
+    /// Ends the held operation: well, or a start with a failure.
+    void release() const { gate.complete(true); }
+    void fail(const QString& description) const {
+      gate.fail(std::make_exception_ptr(Failure(description)));
+    }
+    bool isBusy() const { return isBusy_; }
+
+    OneShot<bool> gate;
+
+    void begin(const QString& call) {
+      calls.append(call);
+      if (std::exchange(isBusy_, true)) ++overlaps;
+    }
+    void end(const QString& call) {
+      calls.append(call);
+      isBusy_ = false;
+    }
+
+   private:
+    bool isBusy_ = false;
+  };
+
+  explicit ScriptedRecognizer(std::shared_ptr<Script> script) : script_(std::move(script)) {}
+
+  /// Delivers an event as the engine would.
+  void emitEvent(const SpeechRecognitionEvent& event) const {
+    if (onEvent) onEvent(event);
+  }
+
+  QCoro::Task<> start(QString localeID, bool useMic, std::stop_token stop) override {
+    const std::shared_ptr<Script> script = script_;
+    script->begin("start " + localeID + (useMic ? " microphone" : " computer"));
+    std::exception_ptr error;
+    try {
+      const OneShot<bool> gate;
+      script->gate = gate;
+      const auto cancel = [gate, script] {
+        script->isStopRequested = true;
+        gate.fail(std::make_exception_ptr(Cancelled()));
+      };
+      const std::stop_callback cancelled(stop, cancel);
+      if (script->holdsStarts) co_await gate;
+      const std::optional<QString> failure = std::exchange(script->startFailure, std::nullopt);
+      if (failure) throw Failure(*failure);
+    } catch (...) {
+      error = std::current_exception();
+    }
+    script->isStarted = !error;
+    script->end(error ? "start failed" : "started");
+    if (error) std::rethrow_exception(error);
+  }
+
+  QCoro::Task<> stop() override {
+    const std::shared_ptr<Script> script = script_;
+    script->begin("stop");
+    const OneShot<bool> gate;
+    script->gate = gate;
+    if (script->holdsStops) co_await gate;
+    const std::vector<SpeechRecognitionEvent> lastWords = std::exchange(script->lastWords, {});
+    for (const SpeechRecognitionEvent& event : lastWords) emitEvent(event);
+    script->isStarted = false;
+    script->end("stopped");
+  }
+
+  std::vector<float> meterBands() const override { return script_->bands; }
+
+ private:
+  std::shared_ptr<Script> script_;
+};
+
+}  // namespace velun::test
