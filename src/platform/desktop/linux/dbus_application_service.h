@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/desktop/application_service.h"
+
+#include <optional>
+#include <QDBusConnection>
+#include <QObject>
+
+namespace velun {
+
+class ActionsAdaptor;
+
+/// The application service on the session bus, under a name that only one process can own.
+class DBusApplicationService final : public QObject, public ApplicationService {
+  Q_OBJECT
+
+ public:
+  /// `name` is the bus name, such as "app.velun.Velun"; the object's path follows from it.
+  explicit DBusApplicationService(const QString& name);
+
+  Claim claim() override;
+  void setActions(const std::vector<ApplicationAction>& actions) override;
+
+  const std::vector<ApplicationAction>& actions() const { return actions_; }
+  /// Null when there is none of that name.
+  const ApplicationAction* action(const QString& name) const;
+
+  /// Carries out an action for a caller; gives what is wrong with the request, for developers.
+  std::optional<QString> carryOut(const QString& name, const QVariantList& parameters);
+
+ private:
+  Claim forwardLaunch();
+
+  QString name_;
+  QString path_;
+  QDBusConnection bus_;
+  ActionsAdaptor* adaptor_;
+  std::vector<ApplicationAction> actions_;
+};
+
+}  // namespace velun

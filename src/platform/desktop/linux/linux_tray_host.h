@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/desktop/tray_host.h"
+
+#include <memory>
+#include <QDBusConnection>
+
+class QDBusServiceWatcher;
+
+namespace velun {
+
+class Clock;
+class EmbeddedTrayWatch;
+class ScheduledCall;
+
+/// Looks for a StatusNotifier host on the session bus and for an XEmbed tray on the X display.
+/// Where both are there, the former is taken.
+class LinuxTrayHost final : public TrayHost {
+  Q_OBJECT
+
+ public:
+  /// `clock` must outlive the host.
+  explicit LinuxTrayHost(Clock& clock);
+  ~LinuxTrayHost() override;
+
+  void search() override;
+  std::optional<Protocol> protocol() const override { return protocol_; }
+  std::optional<std::uint32_t> foreground() const override;
+
+ private Q_SLOTS:
+  void askWatcher();
+
+ private:
+  void watchBus();
+  void settle(Protocol protocol);
+  void considerEmbedded();
+
+  Clock& clock_;
+  QDBusConnection bus_;
+  std::unique_ptr<QDBusServiceWatcher> watcher_;
+  std::unique_ptr<EmbeddedTrayWatch> embedded_;
+  std::unique_ptr<ScheduledCall> patience_;
+  bool busAnswered_ = false;
+  std::optional<Protocol> protocol_;
+};
+
+}  // namespace velun

@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/menubar/status_icon.h"
+
+#include "settings/localization.h"
+
+#include <cmath>
+#include <numbers>
+#include <QIconEngine>
+#include <QPainter>
+#include <QTransform>
+
+namespace velun {
+
+namespace {
+
+/// The middle of the face; it moves to the middle of the image when nothing stands beside it.
+constexpr QPointF kFaceCenter(6.9, 12.1);
+constexpr double kPausedShift = 2.6;
+constexpr QSizeF kFaceRadii(5.6, 4.9);
+constexpr double kEarTilt = 12;
+/// The waves spread from the face's right side.
+constexpr QPointF kWaveCenter(10.6, 11.4);
+
+QPainterPath ear(double side) {
+  QPainterPath path;
+  path.addRoundedRect(QRectF(-1.95, -7.6, 3.9, 7.6), 1.95, 1.95);
+  return QTransform()
+      .translate(kFaceCenter.x() + side * 2.7, kFaceCenter.y() - 3.2)
+      .rotate(side * kEarTilt)
+      .map(path);
+}
+
+QPainterPath face(bool paused) {
+  QPainterPath head;
+  head.addEllipse(kFaceCenter, kFaceRadii.width(), kFaceRadii.height());
+  head = head.united(ear(-1)).united(ear(1));
+  QPainterPath eyes;
+  for (const double side : {-1.0, 1.0}) {
+    const QPointF eye = kFaceCenter + QPointF(side * 2.1, -0.3);
+    if (paused) {
+      // Closed: nobody listens.
+      eyes.addRoundedRect(QRectF(eye.x() - 1.1, eye.y() - 0.4, 2.2, 0.9), 0.45, 0.45);
+    } else {
+      eyes.addEllipse(eye, 0.85, 0.95);
+    }
+  }
+  return head.subtracted(eyes);
+}
+
+/// A band of a ring, symmetric about the horizontal, with round ends. Radii in points, the half
+/// angle in degrees.
+QPainterPath wave(double inner, double outer, double halfAngle) {
+  const auto square = [](double radius) {
+    return QRectF(kWaveCenter.x() - radius, kWaveCenter.y() - radius, 2 * radius, 2 * radius);
+  };
+  QPainterPath band;
+  band.arcMoveTo(square(outer), -halfAngle);
+  band.arcTo(square(outer), -halfAngle, 2 * halfAngle);
+  band.arcTo(square(inner), halfAngle, -2 * halfAngle);
+  band.closeSubpath();
+
+  const double middle = (inner + outer) / 2;
+  const double angle = halfAngle * std::numbers::pi / 180;
+  const double dot = (outer - inner) / 2;
+  for (const double side : {-1.0, 1.0}) {
+    QPainterPath end;
+    end.addEllipse(kWaveCenter + QPointF(middle * std::cos(angle), side * middle * std::sin(angle)),
+                   dot, dot);
+    band = band.united(end);
+  }
+  return band;
+}
+
+/// Draws the figure at whatever size is asked for.
+class FigureEngine final : public QIconEngine {
+ public:
+  FigureEngine(bool paused, const QColor& colour) : paused_(paused), colour_(colour) {}
+
+  void paint(QPainter* painter, const QRect& rect, QIcon::Mode, QIcon::State) override {
+    const QSizeF scaled = StatusIcon::kSize.scaled(rect.size(), Qt::KeepAspectRatio);
+    const double scale = scaled.width() / StatusIcon::kSize.width();
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->translate(rect.x() + (rect.width() - scaled.width()) / 2,
+                       rect.y() + (rect.height() - scaled.height()) / 2);
+    painter->scale(scale, scale);
+    painter->fillPath(StatusIcon::make(paused_), colour_);
+    painter->restore();
+  }
+
+  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+    QPixmap pixmap(size);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    paint(&painter, pixmap.rect(), mode, state);
+    return pixmap;
+  }
+
+  QIconEngine* clone() const override { return new FigureEngine(*this); }
+
+ private:
+  bool paused_;
+  QColor colour_;
+};
+
+QIcon image(const QString& themeName, bool paused, const QColor& colour) {
+  return QIcon::fromTheme(themeName, QIcon(new FigureEngine(paused, colour)));
+}
+
+}  // namespace
+
+QPainterPath StatusIcon::make(bool paused) {
+  if (paused) return QTransform::fromTranslate(kPausedShift, 0).map(face(true));
+  QPainterPath figure = face(false);
+  figure.addPath(wave(3.5, 4.9, 32));
+  figure.addPath(wave(5.9, 7.3, 30));
+  return figure;
+}
+
+QIcon StatusIcon::active(const QColor& colour) {
+  return image("app.velun.Velun-symbolic", false, colour);
+}
+
+QIcon StatusIcon::paused(const QColor& colour) {
+  return image("app.velun.Velun-paused-symbolic", true, colour);
+}
+
+QString StatusIcon::description(bool paused) {
+  return paused ? L("Velun · Captions Stopped", "Velun · 자막 중지됨")
+                : L("Velun · Captions On", "Velun · 자막 실행 중");
+}
+
+}  // namespace velun
