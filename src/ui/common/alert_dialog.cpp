@@ -27,7 +27,7 @@ QLabel* textLabel(const QString& text, QWidget* parent) {
 
 }  // namespace
 
-AlertDialog::AlertDialog(const ModalQuestion& question) {
+AlertDialog::AlertDialog(const Question& question) {
   setWindowModality(Qt::ApplicationModal);
   setWindowTitle(QStringLiteral("Velun"));
   setAccessibleName(question.message);

@@ -12,7 +12,7 @@ class AlertDialog final : public QDialog {
   Q_OBJECT
 
  public:
-  explicit AlertDialog(const ModalQuestion& question);
+  explicit AlertDialog(const Question& question);
 
   /// The index of the button that was pressed, or none.
   std::optional<int> answer() const { return answer_; }

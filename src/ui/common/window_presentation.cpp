@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/common/window_presentation.h"
 
+#include "captions/discard_confirmation.h"
 #include "platform/foundation/failure.h"
-#include "settings/localization.h"
 #include "ui/common/alert_dialog.h"
 #include "ui/common/titled_window.h"
 
@@ -18,16 +18,14 @@ void WindowPresentation::present(QWidget& window) {
 }
 
 void WindowPresentation::showError(const QString& message) {
-  ask({.message = L("Couldn’t Complete the Action", "작업을 완료하지 못했습니다"),
-       .informativeText = message,
-       .buttons = {L("OK", "확인")}});
+  ask(errorQuestion(message));
 }
 
 void WindowPresentation::showError(const std::exception& error) {
   showError(descriptionOf(error));
 }
 
-std::optional<int> WindowPresentation::ask(const ModalQuestion& question) {
+std::optional<int> WindowPresentation::ask(const Question& question) {
   AlertDialog alert(question);
   present(alert);
   alert.exec();

@@ -1,25 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "captions/modal_question.h"
+
 #include <exception>
 #include <memory>
 #include <optional>
 #include <QSize>
 #include <QString>
-#include <QStringList>
 
 class QWidget;
 
 namespace velun {
-
-/// A question that has to be answered before anything else goes on. All texts are in the interface
-/// language.
-struct ModalQuestion {
-  QString message;
-  QString informativeText;
-  /// From left to right, whatever the desktop's habit; the first is the default one.
-  QStringList buttons;
-};
 
 /// The small window operations that all windows of the program share. Main thread.
 class WindowPresentation final {
@@ -34,7 +26,7 @@ class WindowPresentation final {
 
   /// Brings the program to the front and asks; returns when it is answered. Gives the index of the
   /// button, or none when it was closed in another way.
-  static std::optional<int> ask(const ModalQuestion& question);
+  static std::optional<int> ask(const Question& question);
 
   /// Whether a question or an alert is open: commands from outside are ignored meanwhile.
   static bool isModalOpen();

@@ -4,16 +4,19 @@
 #include "settings/localization.h"
 
 #include <QApplication>
-#include <QMainWindow>
+#include <QLayout>
 #include <QMenuBar>
 #include <QShortcut>
+#include <QWindow>
 
 namespace velun {
 
 namespace {
 
 /// The command of a menu's action, kept as its data.
-AppCommand commandOf(const QAction& action) { return AppCommand(action.data().toInt()); }
+AppCommand commandOf(const QAction& action) {
+  return AppCommand(action.data().toInt());
+}
 
 /// Runs an editing operation of whatever has the keyboard; what does not know it is left alone.
 void edit(const char* slot) {
@@ -95,21 +98,18 @@ void MainMenu::addEditing(const QString& title, const char* slot, const QKeySequ
   connect(action, &QAction::triggered, this, [slot] { edit(slot); });
 }
 
-void MainMenu::install(QWidget* window) {
+void MainMenu::install(QWidget* window, Place place) {
   windows_.emplace_back(window);
   addKeysTo(window);
-  QMenuBar* bar = nullptr;
-  if (auto* main = qobject_cast<QMainWindow*>(window)) {
-    bar = main->menuBar();
-  } else {
-    bar = new QMenuBar(window);
-    if (!bar->isNativeMenuBar()) {
-      // No global menu, and no room for a bar of its own.
-      delete bar;
-      auto* open = new QShortcut(Qt::Key_F10, window);
-      connect(open, &QShortcut::activated, this, [this, window] { popUp(window); });
-      return;
-    }
+  auto* bar = new QMenuBar(window);
+  if (place == Place::insideToo && window->layout()) {
+    window->layout()->setMenuBar(bar);
+  } else if (!bar->isNativeMenuBar()) {
+    // No global menu, and no room for a bar.
+    delete bar;
+    auto* open = new QShortcut(Qt::Key_F10, window);
+    connect(open, &QShortcut::activated, this, [this, window] { popUp(window); });
+    return;
   }
   for (QMenu* menu : menus()) bar->addMenu(menu);
 }
@@ -129,6 +129,8 @@ void MainMenu::validate() {
   }
 }
 
-void MainMenu::popUp(QWidget* window) { popUp_.popup(window->mapToGlobal(QPoint(0, 0))); }
+void MainMenu::popUp(QWidget* window) {
+  popUp_.popup(window->mapToGlobal(QPoint(0, 0)));
+}
 
 }  // namespace velun

@@ -19,6 +19,14 @@ class MainMenu final : public QObject {
   Q_OBJECT
 
  public:
+  /// Where a window shows the menu.
+  enum class Place {
+    /// Only in a global menu.
+    globalOnly,
+    /// In a bar of its own where there is no global menu.
+    insideToo,
+  };
+
   explicit MainMenu(const MenuBarActions& actions, QObject* parent = nullptr);
   ~MainMenu() override;
 
@@ -26,7 +34,7 @@ class MainMenu final : public QObject {
   void rebuild();
 
   /// Once for each window, before it is first shown.
-  void install(QWidget* window);
+  void install(QWidget* window, Place place);
 
   /// Enables and titles every item as its command stands now.
   void validate();

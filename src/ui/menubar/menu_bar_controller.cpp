@@ -24,9 +24,9 @@ MenuBarController::MenuBarController(CaptionViewModel& model, TrayHost& host,
 
   // Some hosts show the menu that they fetched last without asking; so it is kept up to date.
   using Model = CaptionViewModel;
-  for (const auto signal : {&Model::isRunningChanged, &Model::isTransitioningChanged,
-                            &Model::sessionChanged, &Model::isSavingSessionChanged,
-                            &Model::savedURLChanged, &Model::saveErrorChanged}) {
+  for (const auto signal :
+       {&Model::isRunningChanged, &Model::isTransitioningChanged, &Model::sessionChanged,
+        &Model::isSavingSessionChanged, &Model::savedURLChanged, &Model::saveErrorChanged}) {
     connect(&model_, signal, this, &MenuBarController::updateMenuAndItem);
   }
   for (const auto signal : {&AppSettings::useMicChanged, &AppSettings::keepOnTopChanged}) {
