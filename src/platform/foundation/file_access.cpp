@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/foundation/file_access.h"
+
+#include "platform/foundation/file_descriptor.h"
+#include "platform/foundation/file_error.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <QFile>
+#include <QFileInfo>
+#include <sys/stat.h>
+
+namespace velun {
+
+namespace {
+
+[[noreturn]] void refuseReading(int code, const QString& path) {
+  throw FileError(FileError::Operation::read, code, path);
+}
+
+}  // namespace
+
+QByteArray readWholeFile(const QString& path, qint64 limit, qsizetype padding) {
+  // Without O_NONBLOCK, opening a pipe that nobody writes to would never return.
+  const FileDescriptor file(
+      ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (!file.isOpen()) refuseReading(errno, path);
+  struct stat status {};
+  if (::fstat(file.number(), &status) != 0) refuseReading(errno, path);
+  if (!S_ISREG(status.st_mode)) refuseReading(S_ISDIR(status.st_mode) ? EISDIR : EINVAL, path);
+  if (status.st_size > limit) refuseReading(EFBIG, path);
+
+  QByteArray bytes;
+  bytes.reserve(status.st_size + padding);
+  bytes.resize(status.st_size);
+  qsizetype filled = 0;
+  while (filled < bytes.size()) {
+    const ssize_t count = ::read(file.number(), bytes.data() + filled,
+                                 static_cast<std::size_t>(bytes.size() - filled));
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) refuseReading(errno, path);
+    if (count == 0) break;  // cut short since its size was asked
+    filled += count;
+  }
+  bytes.resize(filled);
+  return bytes;
+}
+
+std::optional<Instant> creationTime(const QString& path) {
+  struct statx status {};
+  const QByteArray name = QFile::encodeName(path);
+  if (::statx(AT_FDCWD, name.constData(), 0, STATX_BTIME, &status) != 0) return std::nullopt;
+  if (!(status.stx_mask & STATX_BTIME)) return std::nullopt;
+  return Instant(std::chrono::seconds(status.stx_btime.tv_sec) +
+                 std::chrono::microseconds(status.stx_btime.tv_nsec / 1000));
+}
+
+void makePrivateFolder(const QString& path) {
+  const QByteArray name = QFile::encodeName(path);
+  if (::mkdir(name.constData(), S_IRWXU) == 0) return;
+  int code = errno;
+  const QString parent = QFileInfo(path).path();
+  if (code == ENOENT && parent != path) {
+    makePrivateFolder(parent);
+    if (::mkdir(name.constData(), S_IRWXU) == 0) return;
+    code = errno;
+  }
+  if (code == EEXIST && QFileInfo(path).isDir()) return;
+  throw FileError(FileError::Operation::write, code == EEXIST ? ENOTDIR : code, path);
+}
+
+}  // namespace velun
