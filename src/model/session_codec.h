@@ -3,6 +3,7 @@
 
 #include "model/caption_session.h"
 
+#include <optional>
 #include <QByteArray>
 #include <QString>
 
@@ -14,5 +15,9 @@ QByteArray encodeSession(const CaptionSession& session);
 /// Reads a session file's bytes. Throws `SessionError` with a finished text that names
 /// `fileName` and what is wrong; never gives part of a session.
 CaptionSession decodeSession(const QByteArray& bytes, const QString& fileName);
+
+/// The same where nobody asks what is wrong: none for bytes that `decodeSession` refuses. Any
+/// thread.
+std::optional<CaptionSession> decodeReadableSession(const QByteArray& bytes);
 
 }  // namespace velun

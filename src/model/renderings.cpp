@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "model/renderings.h"
+
+#include "platform/foundation/date_formats.h"
+#include "settings/localization.h"
+
+#include <QHash>
+#include <QStringList>
+
+namespace velun {
+
+namespace {
+
+/// The two documents differ only in how these pieces are set.
+enum class Form { markdown, text };
+
+class Rendering {
+ public:
+  Rendering(Form form, TranscriptContent content, const std::optional<QString>& language)
+      : form_(form), content_(content), language_(language) {}
+
+  QString of(const CaptionSession& session) {
+    QString document = header(session);
+    for (const Line& line : session.lines) {
+      const QStringList found = blocks(line);
+      if (!found.isEmpty()) document += found.join(QStringLiteral("\n\n")) + QStringLiteral("\n\n");
+    }
+    return document;
+  }
+
+ private:
+  QString header(const CaptionSession& session) const {
+    const QString locale = Localization::shared().locale();
+    QString text = form_ == Form::markdown
+                       ? QStringLiteral("# ") + session.title + QStringLiteral("\n\n")
+                       : session.title + QLatin1Char('\n');
+    text += L("Started", "시작") + QStringLiteral(": ") +
+            longDateAndTime(session.startedAt, locale) + QLatin1Char('\n');
+    if (session.endedAt) {
+      text += L("Stopped", "중지") + QStringLiteral(": ") +
+              longDateAndTime(*session.endedAt, locale) + QLatin1Char('\n');
+    }
+    return text + QLatin1Char('\n');
+  }
+
+  QStringList blocks(const Line& line) {
+    const QString timestamp = line.timestamp();
+    const QString prefix =
+        timestamp.isEmpty() ? QString() : QLatin1Char('[') + timestamp + QStringLiteral("] ");
+    QStringList blocks;
+    if (content_ != TranscriptContent::translation) {
+      blocks += source(prefix + sourceLabel(line), line.text);
+    }
+    if (content_ != TranscriptContent::original) {
+      for (const auto& [language, text] : line.translatedTexts(language_)) {
+        blocks += translation(prefix, translationLabel(language), text);
+      }
+    }
+    return blocks;
+  }
+
+  QString source(const QString& label, const QString& text) const {
+    if (form_ == Form::text) return label + QLatin1Char('\n') + text;
+    return QStringLiteral("### ") + label + QStringLiteral("\n\n") + text;
+  }
+
+  QString translation(const QString& prefix, const QString& label, const QString& text) const {
+    if (form_ == Form::text) return prefix + label + QLatin1Char('\n') + text;
+    QString quoted = text;
+    quoted.replace(QLatin1Char('\n'), QStringLiteral("\n> "));
+    return QStringLiteral("**") + label + QStringLiteral("**\n\n> ") + quoted;
+  }
+
+  QString sourceLabel(const Line& line) {
+    const QString name = nameOf(line.sourceLanguage);
+    const QString label = L("Original · ", "원문 · ") + name;
+    return line.input ? label + QStringLiteral(" · ") + title(*line.input) : label;
+  }
+
+  QString translationLabel(const QString& language) {
+    const std::optional<QString> known =
+        language.isEmpty() ? std::nullopt : std::optional(language);
+    return L("Translation · ", "번역 · ") + nameOf(known);
+  }
+
+  QString nameOf(const std::optional<QString>& identifier) {
+    if (!identifier) return L("Unknown language", "언어 미상");
+    QString& name = names_[*identifier];
+    if (name.isNull()) name = languageName(*identifier);
+    return name;
+  }
+
+  Form form_;
+  TranscriptContent content_;
+  std::optional<QString> language_;
+  /// Asking for a name costs more than rendering a line.
+  QHash<QString, QString> names_;
+};
+
+}  // namespace
+
+QString renderTranscript(const CaptionSession& session, TranscriptContent content,
+                         const std::optional<QString>& language) {
+  QStringList groups;
+  for (const Line& line : session.lines) {
+    QStringList texts;
+    if (content != TranscriptContent::translation) texts += line.text;
+    if (content != TranscriptContent::original) {
+      for (const auto& [identifier, text] : line.translatedTexts(language)) texts += text;
+    }
+    const QString group = texts.join(QLatin1Char('\n'));
+    if (!group.isEmpty()) groups += group;
+  }
+  return groups.join(QStringLiteral("\n\n"));
+}
+
+QString renderMarkdown(const CaptionSession& session, TranscriptContent content,
+                       const std::optional<QString>& language) {
+  return Rendering(Form::markdown, content, language).of(session);
+}
+
+QString renderText(const CaptionSession& session, TranscriptContent content,
+                   const std::optional<QString>& language) {
+  return Rendering(Form::text, content, language).of(session);
+}
+
+}  // namespace velun

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "model/session_codec.h"
+
+#include "model/json_appender.h"
+#include "model/session_careful_reader.h"
+#include "model/session_error.h"
+#include "model/session_fast_reader.h"
+#include "model/session_json.h"
+#include "model/session_problem.h"
+
+namespace velun {
+
+namespace {
+
+/// Throws `SessionProblem`.
+CaptionSession decode(const QByteArray& bytes) {
+  std::optional<CaptionSession> session = readSessionFast(bytes);
+  if (!session) session = readSessionCarefully(bytes);
+  if (session->schemaVersion != 1) throw SessionProblem{SessionProblem::Kind::newerVersion};
+  return std::move(*session);
+}
+
+}  // namespace
+
+QByteArray encodeSession(const CaptionSession& session) {
+  QByteArray bytes;
+  bytes.reserve(256 + static_cast<qsizetype>(session.lines.size()) * 384);
+  {
+    JsonAppender json(bytes);
+    appendSessionHead(json, session);
+    for (std::size_t i = 0; i < session.lines.size(); ++i) {
+      if (i > 0) json.raw(kLineSeparator);
+      appendSessionLine(json, session.lines[i]);
+    }
+    appendSessionTail(json, session);
+  }
+  return bytes;
+}
+
+CaptionSession decodeSession(const QByteArray& bytes, const QString& fileName) {
+  try {
+    return decode(bytes);
+  } catch (const SessionProblem& problem) {
+    throw SessionError(describe(problem, fileName));
+  }
+}
+
+std::optional<CaptionSession> decodeReadableSession(const QByteArray& bytes) {
+  try {
+    return decode(bytes);
+  } catch (const SessionProblem&) {
+    return std::nullopt;
+  }
+}
+
+}  // namespace velun

@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "model/session_store.h"
+
+#include "model/file_error_text.h"
+#include "model/legacy_markdown.h"
+#include "model/session_codec.h"
+#include "model/session_error.h"
+#include "model/session_fast_reader.h"
+#include "model/session_fields.h"
+#include "model/session_files.h"
+#include "model/session_limits.h"
+#include "platform/foundation/atomic_file.h"
+#include "platform/foundation/file_access.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+namespace velun {
+
+namespace {
+
+/// The folder that holds the data folders of programs.
+QString dataHome() {
+  return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+}
+
+QString fileName(const CaptionSession& session) {
+  const auto started = std::chrono::floor<std::chrono::seconds>(session.startedAt);
+  const QDateTime local = QDateTime::fromSecsSinceEpoch(started.time_since_epoch().count());
+  char id[kIdLength];
+  writeId(id, session.id);
+  return local.toString(QStringLiteral("yyyy-MM-dd_HH-mm-ss")) + QLatin1Char('_') +
+         QLatin1String(id, kIdLength) + QStringLiteral(".json");
+}
+
+}  // namespace
+
+const SessionStore& SessionStore::local() {
+  static const SessionStore store{
+      QUrl::fromLocalFile(dataHome() + QStringLiteral("/Velun/Sessions"))};
+  return store;
+}
+
+void SessionStore::migratePreviousFolder() const {
+  if (directory != local().directory) return;
+  const QString target = QFileInfo(directory.toLocalFile()).path();
+  for (const char* name : {"Parvelo", "OrlanceV2"}) {
+    const QString source = QFileInfo(target).path() + QLatin1Char('/') + QLatin1String(name);
+    if (!QFileInfo::exists(source) || QFileInfo::exists(target)) continue;
+    // One that fails is left alone: the store goes on with whatever folder there is.
+    std::rename(QFile::encodeName(source).constData(), QFile::encodeName(target).constData());
+  }
+}
+
+QUrl SessionStore::save(const CaptionSession& session, Flush flush, SessionEncoder* encoder) const {
+  migratePreviousFolder();
+  try {
+    const QString folder = directory.toLocalFile();
+    makePrivateFolder(folder);
+    const QString path = folder + QLatin1Char('/') + fileName(session);
+    // Once a session: what killed programs left would stay for ever.
+    if (!QFileInfo::exists(path)) removeAbandonedWrites(folder);
+    writeFileAtomically(path, encoder ? encoder->encode(session) : encodeSession(session),
+                        flush == Flush::yes);
+    return QUrl::fromLocalFile(path);
+  } catch (const FileError& error) {
+    throw SessionError(fileErrorText(error));
+  }
+}
+
+CaptionSession SessionStore::read(const QUrl& url) const {
+  const QString path = url.toLocalFile();
+  if (isLegacyFile(path)) return readLegacyMarkdown(url);
+  try {
+    return decodeSession(readWholeFile(path, kLargestSessionFile, kFastReaderPadding),
+                         QFileInfo(path).fileName());
+  } catch (const FileError& error) {
+    throw SessionError(fileErrorText(error));
+  }
+}
+
+SessionStore::Listing SessionStore::savedSessions() const {
+  migratePreviousFolder();
+  const QString folder = directory.toLocalFile();
+  if (!QFileInfo::exists(folder)) return {};
+  try {
+    const std::vector<QString> paths = sessionFiles(folder);
+    std::vector<std::optional<CaptionSession>> read = readSessionFiles(paths);
+    Listing listing;
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+      if (read[i]) {
+        listing.sessions.push_back({QUrl::fromLocalFile(paths[i]), std::move(*read[i])});
+      } else {
+        ++listing.unreadableCount;
+      }
+    }
+    std::stable_sort(listing.sessions.begin(), listing.sessions.end(), isListedBefore);
+    return listing;
+  } catch (const FileError& error) {
+    throw SessionError(fileErrorText(error));
+  }
+}
+
+bool isListedBefore(const SavedSession& left, const SavedSession& right) {
+  return left.session.startedAt > right.session.startedAt;
+}
+
+}  // namespace velun
