@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "audio/spectrum_bands.h"
+
+#include <algorithm>
+#include <cmath>
+#include <fftw3.h>
+#include <numbers>
+
+namespace velun {
+
+namespace {
+
+constexpr std::size_t binCount = SpectrumBands::blockSize / 2;
+constexpr double lowestFrequency = 120;
+constexpr double frequencyRatio = 50;
+constexpr float int16Scale = 3.0517578e-5F;
+constexpr float floorPower = 1e-12F;
+
+// The levels are those of a transform that yields twice the mathematical DFT.
+constexpr float powerScale = 4;
+
+double edgeFrequency(int edge) {
+  return lowestFrequency * std::pow(frequencyRatio, double(edge) / SpectrumBands::bandCount);
+}
+
+std::size_t binAt(double frequency) {
+  return static_cast<std::size_t>(frequency / SpectrumBands::binWidth);
+}
+
+}  // namespace
+
+/// The transform with its work areas, aligned as FFTW's vector code wants them.
+struct SpectrumBands::Transform {
+  Transform()
+      : input(fftwf_alloc_real(blockSize)),
+        output(fftwf_alloc_complex(binCount + 1)),
+        plan(fftwf_plan_dft_r2c_1d(int(blockSize), input, output, FFTW_ESTIMATE)) {}
+  ~Transform() {
+    fftwf_destroy_plan(plan);
+    fftwf_free(output);
+    fftwf_free(input);
+  }
+  Transform(const Transform&) = delete;
+  Transform& operator=(const Transform&) = delete;
+
+  float* input;
+  fftwf_complex* output;
+  fftwf_plan plan;
+};
+
+SpectrumBands::BinRange SpectrumBands::binsOf(int band) {
+  const std::size_t first = std::max<std::size_t>(binAt(edgeFrequency(band)), 1);
+  const std::size_t end = std::max(first + 1, std::min(binAt(edgeFrequency(band + 1)), binCount));
+  return {first, end};
+}
+
+SpectrumBands::SpectrumBands() : transform_(std::make_unique<Transform>()) {
+  for (std::size_t n = 0; n < blockSize; ++n) {
+    const double phase = 2 * std::numbers::pi * double(n) / double(blockSize);
+    window_[n] = float(0.5 * (1 - std::cos(phase)));
+  }
+  for (int band = 0; band < bandCount; ++band) bins_[std::size_t(band)] = binsOf(band);
+}
+
+SpectrumBands::~SpectrumBands() = default;
+
+std::span<const float> SpectrumBands::bands() const {
+  return hasLevels_ ? std::span<const float>(levels_) : std::span<const float>();
+}
+
+void SpectrumBands::append(const PcmBuffer& buffer) {
+  if (const std::int16_t* samples = buffer.int16Channel(0)) {
+    appendSamples(samples, buffer.stride(), buffer.frameLength(), int16Scale);
+  } else if (const float* floats = buffer.floatChannel(0)) {
+    appendSamples(floats, buffer.stride(), buffer.frameLength(), 1.0F);
+  }
+}
+
+template <typename Sample>
+void SpectrumBands::appendSamples(const Sample* samples, std::size_t stride, std::size_t count,
+                                  float scale) {
+  while (count > 0) {
+    const std::size_t taken = std::min(count, blockSize - sampleCount_);
+    for (std::size_t i = 0; i < taken; ++i) {
+      samples_[sampleCount_ + i] = float(samples[i * stride]) * scale;
+    }
+    samples += taken * stride;
+    count -= taken;
+    sampleCount_ += taken;
+    if (sampleCount_ == blockSize) {
+      analyseBlock();
+      sampleCount_ = 0;
+    }
+  }
+}
+
+void SpectrumBands::analyseBlock() {
+  for (std::size_t n = 0; n < blockSize; ++n) transform_->input[n] = samples_[n] * window_[n];
+  fftwf_execute(transform_->plan);
+  for (std::size_t band = 0; band < bins_.size(); ++band) {
+    const BinRange bins = bins_[band];
+    float power = 0;
+    for (std::size_t bin = bins.first; bin < bins.end; ++bin) {
+      const float* value = transform_->output[bin];
+      power += value[0] * value[0] + value[1] * value[1];
+    }
+    const float mean = powerScale * power / float(bins.end - bins.first);
+    levels_[band] = 10 * std::log10(mean + floorPower);
+  }
+  hasLevels_ = true;
+}
+
+}  // namespace velun
