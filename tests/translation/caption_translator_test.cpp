@@ -3,6 +3,7 @@
 
 #include "settings/localization.h"
 #include "support/scripted_translation_session.h"
+#include "support/settle.h"
 #include "support/suite.h"
 
 #include <algorithm>
@@ -10,6 +11,7 @@
 
 using namespace velun;
 using test::ScriptedTranslationSession;
+using test::settle;
 
 namespace {
 
@@ -80,11 +82,6 @@ struct Bench {
   std::unique_ptr<CaptionTranslator> translator = std::make_unique<CaptionTranslator>();
   std::vector<QCoro::Task<>> runs;
 };
-
-/// Lets everything that was posted happen.
-void settle() {
-  for (int turn = 0; turn < 20; ++turn) QCoreApplication::processEvents();
-}
 
 }  // namespace
 

@@ -1,0 +1,310 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "captions/model_fixture.h"
+#include "settings/localization.h"
+#include "support/suite.h"
+
+using namespace velun;
+using namespace std::chrono_literals;
+using test::ModelFixture;
+using test::settle;
+
+namespace {
+
+void translating(AppSettings& settings) {
+  settings.setTranslate(true);
+}
+
+void translationOnly(AppSettings& settings) {
+  settings.setTranslate(true);
+  settings.setShowTranslationOnly(true);
+}
+
+}  // namespace
+
+class CaptionEventsTest final : public test::Suite {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
+
+  void aDraftIsShownAndNotifiedOnce() {
+    ModelFixture fixture;
+    fixture.draft("he");
+    fixture.draft("he");
+    QCOMPARE(fixture.model->volatileText(), QString("he"));
+    QCOMPARE(fixture.takeSignals(), QStringList({"volatileText"}));
+    fixture.draft("");
+    QCOMPARE(fixture.model->volatileText(), QString());
+    QVERIFY(fixture.model->lines().empty());
+  }
+
+  void everySentenceBecomesALine() {
+    ModelFixture fixture;
+    fixture.start();
+    fixture.clock.advance(3s);
+    fixture.draft("one two");
+    fixture.takeSignals();
+    fixture.final(" One.  Two? ", "en_GB", AudioInput::microphone);
+    QCOMPARE(fixture.texts(), QStringList({"One.", "Two?"}));
+    QVERIFY(fixture.model->lines()[0].id != fixture.model->lines()[1].id);
+    for (const Line& line : fixture.model->lines()) {
+      QCOMPARE(line.time, std::optional(fixture.clock.now()));
+      QCOMPARE(line.sourceLanguage, std::optional<QString>("en_GB"));
+      QCOMPARE(line.input, std::optional(AudioInput::microphone));
+      QVERIFY(line.translations.empty() && !line.legacyTimestamp && !line.legacyTranslation);
+    }
+    QCOMPARE(fixture.takeSignals(), QStringList({"volatileText", "lines 0+2", "session"}));
+    fixture.final("Three.");
+    QCOMPARE(fixture.takeSignals(), QStringList({"lines 2+1", "session"}));
+  }
+
+  void repeatedTextsAreKept() {
+    ModelFixture fixture;
+    fixture.final("Yes.");
+    fixture.final("Yes.");
+    QCOMPARE(fixture.texts(), QStringList({"Yes.", "Yes."}));
+  }
+
+  void blanksMakeNoLineButClearTheDraftAndTryToSave() {
+    ModelFixture fixture;
+    fixture.final("One.");
+    fixture.breakStore();
+    fixture.model->saveCurrentSession();
+    fixture.mendStore();
+    fixture.draft("tw");
+    fixture.takeSignals();
+    fixture.final(" \n\t ");
+    QCOMPARE(fixture.texts(), QStringList({"One."}));
+    QCOMPARE(fixture.takeSignals(), QStringList({"volatileText", "savedURL", "saveError"}));
+  }
+
+  void blanksInAnEmptySessionSaveNothing() {
+    ModelFixture fixture([](AppSettings& settings) { settings.setAutoSaveSessions(true); });
+    fixture.final("  ");
+    QVERIFY(!fixture.model->savedURL() && !fixture.model->saveError());
+    QVERIFY(!QDir(fixture.store.directory.toLocalFile()).exists());
+  }
+
+  void linesReachTheTranslatorInOrder() {
+    ModelFixture fixture(translating);
+    fixture.start();
+    auto script = std::make_shared<ModelFixture::Translation>();
+    fixture.tasks.push_back(
+        fixture.model->runTranslations(std::make_shared<test::ScriptedTranslationSession>(script)));
+    fixture.final("One. Two.");
+    settle();
+    QCOMPARE(script->requests[0].text, QString("One."));
+    script->requests[0].succeed("하나.");
+    settle();
+    QCOMPARE(script->requests[1].text, QString("Two."));
+    QCOMPARE(fixture.translation(0), QString("하나."));
+    QVERIFY(fixture.model->lines()[1].translations.empty());
+  }
+
+  void aTranslationBelongsToItsLineAlone() {
+    ModelFixture fixture(translating);
+    fixture.final("One. Two. Three.");
+    const QUuid second = fixture.model->lines()[1].id;
+    fixture.takeSignals();
+    fixture.model->translator().onTranslation(second, "ko", "둘.");
+    QCOMPARE(fixture.takeSignals(), QStringList({"translation 1", "session"}));
+    fixture.model->translator().onTranslation(second, "ko", "두울.");
+    fixture.model->translator().onTranslation(second, "ja", "二。");
+    QVERIFY(fixture.model->lines()[0].translations.empty());
+    QVERIFY(fixture.model->lines()[2].translations.empty());
+    QCOMPARE(fixture.model->lines()[1].translations,
+             Translations({{"ja", "二。"}, {"ko", "두울."}}));
+  }
+
+  void aTranslationOfAnUnknownLineIsDropped() {
+    ModelFixture fixture(translating);
+    fixture.final("One.");
+    const QUuid gone = fixture.model->lines()[0].id;
+    fixture.model->newSession();
+    fixture.final("Other.");
+    fixture.takeSignals();
+    fixture.model->translator().onTranslation(gone, "ko", "하나.");
+    QCOMPARE(fixture.takeSignals(), QStringList());
+    QVERIFY(fixture.model->lines()[0].translations.empty());
+  }
+
+  void statusTextsPassThrough() {
+    ModelFixture fixture;
+    fixture.status(QString("Downloading speech model…"));
+    fixture.status(QString("Downloading speech model…"));
+    QCOMPARE(fixture.model->status(), std::optional<QString>("Downloading speech model…"));
+    fixture.status(std::nullopt);
+    QVERIFY(!fixture.model->status());
+    QCOMPARE(fixture.takeSignals(), QStringList({"status", "status"}));
+  }
+
+  void translationErrorsAreShownUntilTheNextSuccess() {
+    ModelFixture fixture(translating);
+    fixture.start();
+    auto script = std::make_shared<ModelFixture::Translation>();
+    fixture.tasks.push_back(
+        fixture.model->runTranslations(std::make_shared<test::ScriptedTranslationSession>(script)));
+    fixture.final("One. Two. Three.");
+    settle();
+    script->requests[0].fail("out of memory");
+    settle();
+    QCOMPARE(fixture.model->translationStatus(),
+             std::optional<QString>("Translation error: out of memory"));
+    script->requests[1].succeed("둘.");
+    settle();
+    QVERIFY(!fixture.model->translationStatus());
+    script->requests[2].fail("again");
+    settle();
+    QVERIFY(fixture.model->translationStatus());
+    fixture.settings.setTargetID("ja");
+    QVERIFY(!fixture.model->translationStatus());
+  }
+
+  void whichTextsAreShown_data() {
+    QTest::addColumn<bool>("translate");
+    QTest::addColumn<bool>("only");
+    QTest::addColumn<QString>("target");
+    QTest::addColumn<QString>("content");
+    QTest::addColumn<bool>("notice");
+    QTest::newRow("off") << false << false << "ko"
+                         << "original" << false;
+    QTest::newRow("off, only") << false << true << "ko"
+                               << "original" << false;
+    QTest::newRow("off, same") << false << true << "en"
+                               << "original" << false;
+    QTest::newRow("on") << true << false << "ko"
+                        << "both" << false;
+    QTest::newRow("on, only") << true << true << "ko"
+                              << "translation" << false;
+    QTest::newRow("on, same") << true << false << "en"
+                              << "original" << true;
+    QTest::newRow("on, only, same") << true << true << "en"
+                                    << "original" << true;
+  }
+  void whichTextsAreShown() {
+    QFETCH(bool, translate);
+    QFETCH(bool, only);
+    QFETCH(QString, target);
+    ModelFixture fixture([&](AppSettings& settings) {
+      settings.setTranslate(translate);
+      settings.setShowTranslationOnly(only);
+      settings.setTargetID(target);
+    });
+    fixture.final("One.");
+    QTEST(rawValue(fixture.model->captionContent()), "content");
+    QTEST(fixture.model->translationNotice().has_value(), "notice");
+    QCOMPARE(fixture.model->pendingTranslationIDs().isEmpty(),
+             fixture.model->captionContent() != TranscriptContent::translation);
+  }
+
+  void theNoticeSpeaksTheInterfaceLanguage() {
+    ModelFixture fixture(translating);
+    fixture.settings.setTargetID("en");
+    QCOMPARE(fixture.model->translationNotice(),
+             std::optional<QString>(
+                 "Input and translation languages are the same, so the original is shown."));
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(fixture.model->translationNotice(),
+             std::optional<QString>("입력 언어와 번역 언어가 같아 원문을 표시합니다."));
+  }
+
+  void theTextOfTheCaptions() {
+    ModelFixture fixture(translating);
+    QCOMPARE(fixture.model->captionText(), QString());
+    fixture.draft("on");
+    QCOMPARE(fixture.model->captionText(), QString("on"));
+    fixture.final("One. Two.");
+    fixture.draft("thr");
+    QCOMPARE(fixture.model->captionText(), QString("One.\n\nTwo.\n\nthr"));
+    fixture.model->translator().onTranslation(fixture.model->lines()[0].id, "ko", "하나.");
+    QCOMPARE(fixture.model->captionText(), QString("One.\n하나.\n\nTwo.\n\nthr"));
+    fixture.settings.setShowTranslationOnly(true);
+    QCOMPARE(fixture.model->captionText(), QString("하나."));
+    fixture.settings.setTargetID("ja");
+    QCOMPARE(fixture.model->captionText(), QString());
+    fixture.settings.setTranslate(false);
+    QCOMPARE(fixture.model->captionText(), QString("One.\n\nTwo.\n\nthr"));
+    fixture.draft("");
+    QCOMPARE(fixture.model->captionText(), QString("One.\n\nTwo."));
+    fixture.model->newSession();
+    QCOMPARE(fixture.model->captionText(), QString());
+  }
+
+  void theKeptTranscriptIsTheSessionsOwn() {
+    ModelFixture fixture(translating);
+    CaptionViewModel& model = *fixture.model;
+    const auto agrees = [&model] {
+      return model.captionText() ==
+             model.session().transcript(model.captionContent(), model.settings().targetID());
+    };
+    for (const int index : {0, 4, 2, 4, 1, 3, 0}) {
+      fixture.final("A line. Another one.");
+      model.translator().onTranslation(model.lines()[index % model.lines().size()].id, "ko", "줄");
+      for (const bool only : {true, false}) {
+        fixture.settings.setShowTranslationOnly(only);
+        QVERIFY(agrees());
+      }
+    }
+  }
+
+  void linesWaitForTheirTranslation() {
+    ModelFixture fixture(translationOnly);
+    fixture.start();
+    fixture.final("One. Two.");
+    fixture.final("Drei.", "de_DE");
+    const auto idOf = [&fixture](int index) {
+      return fixture.model->lines()[index].id;
+    };
+    QCOMPARE(fixture.model->pendingTranslationIDs(), QSet<QUuid>({idOf(0), idOf(1)}));
+    fixture.model->translator().onTranslation(idOf(0), "ko", "하나.");
+    QCOMPARE(fixture.model->pendingTranslationIDs(), QSet<QUuid>({idOf(1)}));
+    fixture.final("Four.");
+    QCOMPARE(fixture.model->pendingTranslationIDs(), QSet<QUuid>({idOf(1), idOf(3)}));
+    fixture.settings.setTargetID("ja");
+    QCOMPARE(fixture.model->pendingTranslationIDs(), QSet<QUuid>({idOf(0), idOf(1), idOf(3)}));
+    fixture.settings.setLocaleID("de_DE");
+    QCOMPARE(fixture.model->pendingTranslationIDs(), QSet<QUuid>({idOf(2)}));
+    fixture.settings.setShowTranslationOnly(false);
+    QVERIFY(fixture.model->pendingTranslationIDs().isEmpty());
+    settle();
+  }
+
+  void noLineWaitsWhileTranslationFails() {
+    ModelFixture fixture(translationOnly);
+    fixture.final("One.");
+    QCOMPARE(fixture.model->pendingTranslationIDs().size(), 1);
+    fixture.model->translator().onError(QString("Translation error: broken"));
+    QVERIFY(fixture.model->pendingTranslationIDs().isEmpty());
+    fixture.model->translator().onError(std::nullopt);
+    QCOMPARE(fixture.model->pendingTranslationIDs().size(), 1);
+  }
+
+  void oldLinesAreTranslatedWhenTranslationIsTurnedOn() {
+    ModelFixture fixture;
+    fixture.start();
+    fixture.final("One. Two.");
+    QVERIFY(!fixture.model->translator().configuration());
+    fixture.settings.setTranslate(true);
+    QVERIFY(fixture.model->translator().configuration());
+    const auto script = fixture.openTranslation();
+    settle();
+    QCOMPARE(fixture.translation(0), QString("ONE."));
+    QCOMPARE(fixture.translation(1), QString("TWO."));
+  }
+
+  void eventsAfterDestructionAreDropped() {
+    ModelFixture fixture;
+    fixture.engine->holdsStops = true;
+    fixture.start();
+    // The operation under way keeps the recognizer alive beyond the model.
+    fixture.model.reset();
+    fixture.final("Late.");
+    fixture.failure("late");
+    QCOMPARE(fixture.takeSignals().filter("lines"), QStringList());
+    fixture.engine->release();
+    settle();
+  }
+};
+
+QTEST_GUILESS_MAIN(CaptionEventsTest)
+#include "caption_events_test.moc"

@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "captions/caption_view_model.h"
+#include "settings/app_settings.h"
+#include "support/manual_clock.h"
+#include "support/scripted_recognizer.h"
+#include "support/scripted_translation_session.h"
+#include "support/settle.h"
+
+#include <memory>
+#include <QDir>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+namespace velun::test {
+
+/// A caption model over scripted collaborators, a folder of its own and a clock that stands still,
+/// with a list of the properties that it notified.
+struct ModelFixture {
+  using Engine = ScriptedRecognizer::Script;
+  using Translation = ScriptedTranslationSession::Script;
+
+  explicit ModelFixture(const std::function<void(AppSettings&)>& prepare = {}) {
+    if (prepare) prepare(settings);
+    auto owned = std::make_unique<ScriptedRecognizer>(engine);
+    recognizer = owned.get();
+    model = std::make_unique<CaptionViewModel>(settings, store, std::move(owned), lists(), clock);
+    logSignals();
+  }
+
+  LanguageLists lists() {
+    LanguageLists lists;
+    lists.supportedLocales = [this] {
+      return answer(locales);
+    };
+    lists.supportedLanguages = [this] {
+      return answer(languages);
+    };
+    return lists;
+  }
+
+  static QCoro::Task<QStringList> answer(QStringList list) { co_return list; }
+
+  void start() {
+    model->start();
+    settle();
+  }
+  void stop() {
+    model->stop();
+    settle();
+  }
+  void shutdown() {
+    tasks.push_back(model->shutdown());
+    settle();
+  }
+
+  void draft(const QString& text) { recognizer->emitEvent(DraftEvent{text}); }
+  void final(const QString& text, const QString& source = "en_US",
+             AudioInput input = AudioInput::computer) {
+    recognizer->emitEvent(FinalEvent{text, source, input});
+  }
+  void status(const std::optional<QString>& text) { recognizer->emitEvent(StatusEvent{text}); }
+  void failure(const QString& message) { recognizer->emitEvent(FailureEvent{message}); }
+
+  /// Opens a session that answers every text in upper case, and translates with it.
+  std::shared_ptr<Translation> openTranslation() {
+    auto script = std::make_shared<Translation>();
+    script->translate = [](const QString& text) {
+      return text.toUpper();
+    };
+    tasks.push_back(model->runTranslations(std::make_shared<ScriptedTranslationSession>(script)));
+    return script;
+  }
+
+  QStringList texts() const {
+    QStringList texts;
+    for (const Line& line : model->lines()) texts.append(line.text);
+    return texts;
+  }
+
+  /// The line's Korean text; null when it has none.
+  QString translation(std::size_t index) const {
+    const Translations& translations = model->lines().at(index).translations;
+    const auto found = translations.find("ko");
+    return found == translations.end() ? QString() : found->second;
+  }
+
+  /// Puts a file where the sessions folder is to be, so that every write fails, or takes it away.
+  void breakStore() {
+    QDir(store.directory.toLocalFile()).removeRecursively();
+    QFile file(store.directory.toLocalFile());
+    if (!file.open(QIODevice::WriteOnly)) qFatal("The store could not be broken");
+  }
+  void mendStore() { QFile::remove(store.directory.toLocalFile()); }
+
+  QStringList files() const {
+    return QDir(store.directory.toLocalFile()).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+  }
+
+  /// The names of the properties notified since the last call, in order.
+  QStringList takeSignals() { return std::exchange(signalled, {}); }
+
+  void logSignals() {
+    const auto log = [this](void (CaptionViewModel::*signal)(), const char* name) {
+      QObject::connect(model.get(), signal, model.get(), [this, name] { signalled.append(name); });
+    };
+    using Model = CaptionViewModel;
+    log(&Model::sessionChanged, "session");
+    log(&Model::volatileTextChanged, "volatileText");
+    log(&Model::statusChanged, "status");
+    log(&Model::translationStatusChanged, "translationStatus");
+    log(&Model::isRunningChanged, "isRunning");
+    log(&Model::isTransitioningChanged, "isTransitioning");
+    log(&Model::localesChanged, "locales");
+    log(&Model::languagesChanged, "languages");
+    log(&Model::isSavingSessionChanged, "isSavingSession");
+    log(&Model::savedURLChanged, "savedURL");
+    log(&Model::saveErrorChanged, "saveError");
+    QObject::connect(model.get(), &Model::linesAppended, model.get(), [this](int first, int count) {
+      signalled.append(QStringLiteral("lines %1+%2").arg(first).arg(count));
+    });
+    QObject::connect(model.get(), &Model::translationChanged, model.get(), [this](int index) {
+      signalled.append(QStringLiteral("translation %1").arg(index));
+    });
+  }
+
+  QTemporaryDir folder;
+  SessionStore store{QUrl::fromLocalFile(folder.filePath("Sessions"))};
+  ManualClock clock;
+  AppSettings settings;
+  QStringList locales;
+  QStringList languages;
+  std::shared_ptr<Engine> engine = std::make_shared<Engine>();
+  ScriptedRecognizer* recognizer = nullptr;
+  QStringList signalled;
+  std::vector<QCoro::Task<>> tasks;
+  std::unique_ptr<CaptionViewModel> model;
+};
+
+}  // namespace velun::test
