@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QWidget>
+
+class QLabel;
+
+namespace velun {
+
+/// Says in the middle of an empty list why it is empty, under a symbol.
+class EmptyStateView final : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit EmptyStateView(QWidget* parent = nullptr);
+
+  /// `symbol` names a symbol of the program; an empty name shows none.
+  void show(const QString& symbol, const QString& text);
+  QString text() const;
+
+ private:
+  QLabel* symbol_;
+  QLabel* text_;
+};
+
+}  // namespace velun

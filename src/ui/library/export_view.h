@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "model/caption_session.h"
+
+#include <functional>
+#include <QWidget>
+
+class QComboBox;
+class QLabel;
+
+namespace velun {
+
+/// The choices of an export: format, content and translation language. Main thread.
+class ExportView final : public QWidget {
+  Q_OBJECT
+
+ public:
+  /// Takes the choice; an absent language is all translations.
+  using Export = std::function<void(SessionFormat format, TranscriptContent content,
+                                    const std::optional<QString>& language)>;
+
+  ExportView(CaptionSession session, std::function<void()> cancel, Export onExport,
+             QWidget* parent = nullptr);
+
+ private:
+  void addRow(const QString& text, QComboBox* chooser);
+  void present();
+  SessionFormat format() const;
+  TranscriptContent content() const;
+  std::optional<QString> language() const;
+
+  CaptionSession session_;
+  QComboBox* formats_;
+  QComboBox* contents_;
+  QComboBox* languages_;
+  QLabel* description_;
+};
+
+}  // namespace velun

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/library/export_window_controller.h"
+
+#include "settings/localization.h"
+#include "ui/common/window_presentation.h"
+#include "ui/library/export_view.h"
+#include "ui/library/save_session_file.h"
+
+namespace velun {
+
+namespace {
+
+constexpr QSize kContentSize(420, 305);
+
+QString windowTitle() {
+  return L("Export Session", "세션 내보내기");
+}
+
+}  // namespace
+
+ExportWindowController::ExportWindowController(FilePanels panels, QObject* parent)
+    : QObject(parent), panels_(std::move(panels)) {}
+
+ExportWindowController::~ExportWindowController() = default;
+
+void ExportWindowController::show(const CaptionSession& session) {
+  close();
+  auto view = std::make_unique<ExportView>(
+      session, [this] { close(); },
+      [this, session](SessionFormat format, TranscriptContent content,
+                      const std::optional<QString>& language) {
+        exportSession(session, format, content, language);
+      });
+  window_ = WindowPresentation::makeWindow(windowTitle(), kContentSize, std::move(view), false);
+  WindowPresentation::present(*window_);
+}
+
+void ExportWindowController::exportSession(const CaptionSession& session, SessionFormat format,
+                                           TranscriptContent content,
+                                           const std::optional<QString>& language) {
+  try {
+    if (saveSessionFile(session, windowTitle(), format, content, language, panels_)) close();
+  } catch (const std::exception& error) {
+    WindowPresentation::showError(error);
+  }
+}
+
+void ExportWindowController::close() {
+  if (!window_) return;
+  // A button of the window may have asked for this, so it goes once that has returned.
+  window_->hide();
+  window_.release()->deleteLater();
+}
+
+}  // namespace velun

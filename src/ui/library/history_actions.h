@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "model/caption_session.h"
+
+#include <functional>
+#include <QList>
+#include <QUrl>
+
+namespace velun {
+
+/// What the saved-sessions window asks of the application. Main thread.
+struct HistoryActions {
+  std::function<void()> openFile;
+  std::function<void(const CaptionSession&)> saveFile;
+  std::function<void(const QUrl&)> revealFile;
+  std::function<void(const CaptionSession&)> exportSession;
+  /// Deletes the selected session if it is among the visible ones, which are in display order.
+  std::function<void(const QList<QUrl>&)> deleteSelection;
+};
+
+}  // namespace velun

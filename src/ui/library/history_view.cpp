@@ -1,0 +1,295 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/library/history_view.h"
+
+#include "settings/localization.h"
+#include "ui/caption/transcript_view.h"
+#include "ui/common/symbol.h"
+#include "ui/library/empty_state_view.h"
+#include "ui/library/session_detail_view.h"
+#include "ui/library/session_row_delegate.h"
+#include "ui/library/session_sections.h"
+
+#include <QAction>
+#include <QDateTime>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QMenu>
+#include <QScopedValueRollback>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QTimeZone>
+#include <QToolBar>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace velun {
+
+namespace {
+
+constexpr int kSidebarWidth = 290;
+constexpr int kSmallestSidebarWidth = 200;
+
+/// A text and what explains it, on an action.
+void label(QAction* action, const QString& text, const QString& help = QString()) {
+  action->setText(text);
+  action->setToolTip(help.isEmpty() ? text : help);
+}
+
+}  // namespace
+
+HistoryView::HistoryView(HistoryViewModel& library, AppSettings& settings, HistoryActions actions,
+                         Clock& clock, std::function<void()> selectionChanged, QWidget* parent)
+    : QWidget(parent),
+      library_(library),
+      settings_(settings),
+      actions_(std::move(actions)),
+      clock_(clock),
+      selectionChanged_(std::move(selectionChanged)) {
+  makeActions();
+  banner_ = new QLabel(this);
+  banner_->setWordWrap(true);
+  banner_->setContentsMargins(14, 8, 14, 8);
+  banner_->setAutoFillBackground(true);
+  banner_->setBackgroundRole(QPalette::ToolTipBase);
+  banner_->setForegroundRole(QPalette::ToolTipText);
+  banner_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  detail_ = new SessionDetailView(settings_, clock_, this);
+  splitter_ = new QSplitter(this);
+  splitter_->addWidget(makeSidebar());
+  auto* detailPane = new QWidget(splitter_);
+  auto* detailColumn = new QVBoxLayout(detailPane);
+  detailColumn->setContentsMargins(0, 0, 0, 0);
+  detailColumn->addWidget(detail_);
+  splitter_->addWidget(detailPane);
+  splitter_->setStretchFactor(1, 1);
+  splitter_->setSizes({kSidebarWidth, 2 * kSidebarWidth});
+  splitter_->setChildrenCollapsible(false);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  column->addWidget(toolBar_);
+  column->addWidget(banner_);
+  column->addWidget(splitter_, 1);
+
+  connect(&library_, &HistoryViewModel::sessionsChanged, this, [this] {
+    search_.setSessions(library_.sessions());
+    presentSessions();
+  });
+  connect(&library_, &HistoryViewModel::selectionChanged, this, [this] {
+    presentSelection();
+    if (selectionChanged_) selectionChanged_();
+  });
+  connect(&library_, &HistoryViewModel::errorChanged, this, &HistoryView::presentError);
+  connect(&library_, &HistoryViewModel::reloaded, this, &HistoryView::presentSessions);
+  connect(&search_, &SessionSearch::ready, this, &HistoryView::presentSessions);
+  connect(searchField_, &QLineEdit::textChanged, this, &HistoryView::presentSessions);
+  connect(&Localization::shared(), &Localization::languageChanged, this, &HistoryView::translate);
+  search_.setSessions(library_.sessions());
+  translate();
+}
+
+HistoryView::~HistoryView() = default;
+
+void HistoryView::makeActions() {
+  const auto action = [this](const QString& symbol, const QKeySequence& key, auto run) {
+    auto* made = new QAction(this);
+    made->setObjectName(symbol);
+    if (!symbol.isEmpty()) made->setIcon(symbolIcon(symbol));
+    made->setShortcut(key);
+    made->setShortcutContext(Qt::WindowShortcut);
+    connect(made, &QAction::triggered, this, run);
+    addAction(made);
+    return made;
+  };
+  delete_ = action(QStringLiteral("trash"), QKeySequence(Qt::CTRL | Qt::Key_Backspace),
+                   [this] { deleteSelected(); });
+  export_ = action(QStringLiteral("square.and.arrow.up"), {}, [this] { exportSelected(); });
+  openFile_ = action({}, {}, [this] { actions_.openFile(); });
+  saveFile_ = action({}, {}, [this] {
+    if (const auto selected = library_.selectedSession()) actions_.saveFile(selected->session);
+  });
+  reveal_ = action({}, {}, [this] { revealSelected(); });
+  refresh_ = action({}, QKeySequence(Qt::Key_F5), [this] { library_.reload(); });
+  sidebar_ = action(QStringLiteral("sidebar.left"), QKeySequence(Qt::Key_F9),
+                    [this] { setSidebarVisible(!isSidebarVisible()); });
+  find_ = action({}, QKeySequence::Find, [this] { detail_->transcript().openFindBar(); });
+
+  moreMenu_ = new QMenu(this);
+  moreMenu_->addActions({openFile_, saveFile_, reveal_, refresh_});
+  more_ = new QToolButton(this);
+  more_->setIcon(symbolIcon(QStringLiteral("ellipsis.circle")));
+  more_->setMenu(moreMenu_);
+  more_->setPopupMode(QToolButton::InstantPopup);
+  more_->setFocusPolicy(Qt::TabFocus);
+  toolBar_ = new QToolBar(this);
+  toolBar_->setMovable(false);
+  toolBar_->addAction(sidebar_);
+  auto* space = new QWidget(toolBar_);
+  space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+  toolBar_->addWidget(space);
+  toolBar_->addAction(delete_);
+  toolBar_->addAction(export_);
+  toolBar_->addWidget(more_);
+  for (QAction* each : {sidebar_, delete_, export_}) {
+    toolBar_->widgetForAction(each)->setFocusPolicy(Qt::TabFocus);
+  }
+}
+
+QWidget* HistoryView::makeSidebar() {
+  auto* sidebar = new QWidget(splitter_);
+  sidebar->setMinimumWidth(kSmallestSidebarWidth);
+  searchField_ = new QLineEdit(sidebar);
+  searchField_->setClearButtonEnabled(true);
+  searchField_->addAction(symbolIcon(QStringLiteral("magnifyingglass")),
+                          QLineEdit::LeadingPosition);
+  list_ = new QListView(sidebar);
+  list_->setModel(&rows_);
+  list_->setItemDelegate(new SessionRowDelegate(list_));
+  list_->setFrameShape(QFrame::NoFrame);
+  list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  list_->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+  list_->setContextMenuPolicy(Qt::CustomContextMenu);
+  auto* deleteKey = new QAction(list_);
+  deleteKey->setShortcut(QKeySequence::Delete);
+  deleteKey->setShortcutContext(Qt::WidgetShortcut);
+  connect(deleteKey, &QAction::triggered, this, &HistoryView::deleteSelected);
+  list_->addAction(deleteKey);
+  empty_ = new EmptyStateView(sidebar);
+  listOrEmpty_ = new QStackedWidget(sidebar);
+  listOrEmpty_->addWidget(list_);
+  listOrEmpty_->addWidget(empty_);
+  auto* searchRow = new QHBoxLayout;
+  searchRow->setContentsMargins(10, 8, 10, 8);
+  searchRow->addWidget(searchField_);
+  auto* column = new QVBoxLayout(sidebar);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  column->addLayout(searchRow);
+  column->addWidget(listOrEmpty_, 1);
+  connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this,
+          [this](const QModelIndex& current) {
+            if (isPresenting_) return;
+            const auto session = rows_.sessionAt(current);
+            if (session) library_.select(session->url);
+          });
+  connect(list_, &QWidget::customContextMenuRequested, this, &HistoryView::showContextMenu);
+  return sidebar;
+}
+
+bool HistoryView::isSidebarVisible() const {
+  return !splitter_->widget(0)->isHidden();
+}
+
+void HistoryView::setSidebarVisible(bool visible) {
+  splitter_->widget(0)->setVisible(visible);
+}
+
+void HistoryView::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  presentSessions();
+  scheduleMidnight();
+}
+
+void HistoryView::hideEvent(QHideEvent* event) {
+  QWidget::hideEvent(event);
+  midnight_.reset();
+  search_.forget();
+}
+
+void HistoryView::translate() {
+  label(delete_, L("Delete", "삭제"),
+        L("Delete (⌘⌫) · Moves to Trash", "삭제 (⌘⌫) · 휴지통으로 이동"));
+  label(export_, L("Export", "내보내기"));
+  label(openFile_, L("Open File…", "파일 열기…"));
+  label(saveFile_, L("Save as File…", "파일로 저장…"));
+  label(reveal_, L("Show in Finder", "Finder에서 보기"));
+  label(refresh_, L("Refresh", "새로고침"));
+  label(sidebar_, L("Show/Hide Sidebar", "사이드바 보기/숨기기"));
+  label(find_, L("Find in Transcript", "자막에서 찾기"));
+  more_->setText(L("More", "더 보기"));
+  more_->setToolTip(more_->text());
+  more_->setAccessibleName(more_->text());
+  toolBar_->setAccessibleName(L("Saved session commands", "저장 기록 명령"));
+  searchField_->setPlaceholderText(L("Search Sessions", "기록 검색"));
+  searchField_->setAccessibleName(searchField_->placeholderText());
+  searchField_->setToolTip(searchField_->placeholderText());
+  list_->setAccessibleName(L("Saved Sessions", "저장 기록"));
+  presentSessions();
+  presentError();
+}
+
+void HistoryView::presentSessions() {
+  const QString text = searchField_->text();
+  const std::optional<SavedSessions> shown = search_.matches(text);
+  if (!shown) return;  // the list stays as it is until the search can answer
+  {
+    const QScopedValueRollback presenting(isPresenting_, true);
+    rows_.show(*shown, localDay(clock_.now()));
+  }
+  const bool nothingYet = library_.sessions().empty();
+  if (nothingYet) {
+    empty_->show(QStringLiteral("text.bubble"), L("No Saved Sessions", "저장된 세션이 없습니다"));
+  } else {
+    empty_->show(QStringLiteral("magnifyingglass"), L("No Results", "검색 결과가 없습니다"));
+  }
+  listOrEmpty_->setCurrentWidget(shown->empty() ? static_cast<QWidget*>(empty_) : list_);
+  presentSelection();
+}
+
+void HistoryView::presentSelection() {
+  const auto selected = library_.selectedSession();
+  const QScopedValueRollback presenting(isPresenting_, true);
+  const QModelIndex index = selected ? rows_.indexOf(selected->url) : QModelIndex();
+  if (index.isValid()) {
+    list_->setCurrentIndex(index);
+    list_->scrollTo(index);
+  } else {
+    list_->setCurrentIndex({});
+    list_->clearSelection();
+  }
+  detail_->show(selected);
+  detail_->highlight(searchField_->text());
+  delete_->setEnabled(index.isValid());
+  for (QAction* each : {export_, saveFile_, reveal_, find_}) each->setEnabled(selected != nullptr);
+}
+
+void HistoryView::presentError() {
+  banner_->setVisible(library_.error().has_value());
+  banner_->setText(library_.error().value_or(QString()));
+}
+
+void HistoryView::scheduleMidnight() {
+  const QDateTime now = QDateTime::fromMSecsSinceEpoch(
+      std::chrono::floor<std::chrono::milliseconds>(clock_.now()).time_since_epoch().count());
+  const QDateTime next = now.date().addDays(1).startOfDay();
+  midnight_ = clock_.callAfter(std::chrono::milliseconds(now.msecsTo(next) + 1000), [this] {
+    presentSessions();
+    scheduleMidnight();
+  });
+}
+
+void HistoryView::showContextMenu(const QPoint& position) {
+  const auto session = rows_.sessionAt(list_->indexAt(position));
+  if (!session) return;
+  library_.select(session->url);
+  QMenu menu(this);
+  menu.addAction(L("Show in Finder", "Finder에서 보기"), this, &HistoryView::revealSelected);
+  menu.addAction(L("Export…", "내보내기…"), this, &HistoryView::exportSelected);
+  menu.addAction(L("Delete", "삭제"), this, &HistoryView::deleteSelected);
+  menu.exec(list_->viewport()->mapToGlobal(position));
+}
+
+void HistoryView::deleteSelected() {
+  actions_.deleteSelection(visibleURLs());
+}
+
+void HistoryView::exportSelected() {
+  if (const auto selected = library_.selectedSession()) actions_.exportSession(selected->session);
+}
+
+void HistoryView::revealSelected() {
+  if (const auto selected = library_.selectedSession()) actions_.revealFile(selected->url);
+}
+
+}  // namespace velun

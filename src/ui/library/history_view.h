@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/foundation/clock.h"
+#include "settings/app_settings.h"
+#include "ui/library/history_actions.h"
+#include "ui/library/history_view_model.h"
+#include "ui/library/session_list_model.h"
+#include "ui/library/session_search.h"
+
+#include <functional>
+#include <memory>
+#include <QWidget>
+
+class QAction;
+class QLabel;
+class QLineEdit;
+class QListView;
+class QMenu;
+class QSplitter;
+class QStackedWidget;
+class QToolBar;
+class QToolButton;
+
+namespace velun {
+
+class EmptyStateView;
+class SessionDetailView;
+
+/// The saved-sessions window's content: a searchable sidebar of sessions by date and the selected
+/// session's transcript. Main thread.
+class HistoryView final : public QWidget {
+  Q_OBJECT
+
+ public:
+  /// The library, the settings and the clock must outlive the view. `selectionChanged` is called
+  /// after another session was selected.
+  HistoryView(HistoryViewModel& library, AppSettings& settings, HistoryActions actions,
+              Clock& clock, std::function<void()> selectionChanged, QWidget* parent = nullptr);
+  ~HistoryView() override;
+
+  /// The shown sessions in display order.
+  QList<QUrl> visibleURLs() const { return rows_.visibleURLs(); }
+
+  bool isSidebarVisible() const;
+  void setSidebarVisible(bool visible);
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+
+ private:
+  void makeActions();
+  QWidget* makeSidebar();
+  void translate();
+  void presentSessions();
+  void presentSelection();
+  void presentError();
+  void scheduleMidnight();
+  void showContextMenu(const QPoint& position);
+  void deleteSelected();
+  void exportSelected();
+  void revealSelected();
+
+  HistoryViewModel& library_;
+  AppSettings& settings_;
+  HistoryActions actions_;
+  Clock& clock_;
+  std::function<void()> selectionChanged_;
+  SessionSearch search_;
+  SessionListModel rows_;
+  std::unique_ptr<ScheduledCall> midnight_;
+  /// Set while the list follows the library, so that it does not answer with a selection.
+  bool isPresenting_ = false;
+
+  QAction* delete_;
+  QAction* export_;
+  QAction* openFile_;
+  QAction* saveFile_;
+  QAction* reveal_;
+  QAction* refresh_;
+  QAction* sidebar_;
+  QAction* find_;
+  QMenu* moreMenu_;
+  QToolBar* toolBar_;
+  QToolButton* more_;
+  QLabel* banner_;
+  QSplitter* splitter_;
+  QLineEdit* searchField_;
+  QListView* list_;
+  QStackedWidget* listOrEmpty_;
+  EmptyStateView* empty_;
+  SessionDetailView* detail_;
+};
+
+}  // namespace velun

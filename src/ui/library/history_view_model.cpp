@@ -1,0 +1,174 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/library/history_view_model.h"
+
+#include "platform/foundation/failure.h"
+#include "settings/localization.h"
+
+#include <algorithm>
+#include <QFileInfo>
+#include <QPointer>
+#include <QSet>
+#include <QThreadPool>
+
+namespace velun {
+
+struct HistoryViewModel::Listing {
+  SavedSessions sessions;
+  int unreadableCount = 0;
+  /// Why the folder could not be listed.
+  std::optional<QString> failure;
+};
+
+QString canonicalPath(const QUrl& url) {
+  const QString path = url.toLocalFile();
+  const QString canonical = QFileInfo(path).canonicalFilePath();
+  return canonical.isEmpty() ? path : canonical;
+}
+
+namespace {
+
+using Entry = std::shared_ptr<const SavedSession>;
+
+bool isBefore(const Entry& left, const Entry& right) {
+  return isListedBefore(*left, *right);
+}
+
+}  // namespace
+
+HistoryViewModel::HistoryViewModel(SessionStore store, Trash trash, QObject* parent)
+    : QObject(parent), store_(std::move(store)), trash_(std::move(trash)) {}
+
+HistoryViewModel::~HistoryViewModel() = default;
+
+std::shared_ptr<const SavedSession> HistoryViewModel::selectedSession() const {
+  const auto found = std::find_if(sessions_.begin(), sessions_.end(), [this](const Entry& entry) {
+    return selection_ && entry->url == *selection_;
+  });
+  return found == sessions_.end() ? nullptr : *found;
+}
+
+void HistoryViewModel::select(const std::optional<QUrl>& url) {
+  setSelection(url && isListed(*url) ? url : std::nullopt);
+}
+
+void HistoryViewModel::reload() {
+  isReloading_ = true;
+  const quint64 token = ++reloadToken_;
+  const QPointer<HistoryViewModel> self(this);
+  // Reading thousands of files takes longer than a frame, so a worker does it.
+  QThreadPool::globalInstance()->start([self, token, store = store_, opened = openedFiles_] {
+    Listing listing;
+    try {
+      SessionStore::Listing found = store.savedSessions();
+      listing.unreadableCount = found.unreadableCount;
+      for (SavedSession& session : found.sessions) {
+        listing.sessions.push_back(std::make_shared<const SavedSession>(std::move(session)));
+      }
+    } catch (const std::exception& error) {
+      listing.failure = descriptionOf(error);
+    }
+    QSet<QString> listed;
+    for (const Entry& entry : listing.sessions) listed.insert(canonicalPath(entry->url));
+    for (const QUrl& url : opened) {
+      if (listed.contains(canonicalPath(url))) continue;
+      try {
+        SavedSession session{url, store.read(url)};
+        listing.sessions.push_back(std::make_shared<const SavedSession>(std::move(session)));
+      } catch (const std::exception&) {
+        ++listing.unreadableCount;
+      }
+    }
+    std::stable_sort(listing.sessions.begin(), listing.sessions.end(), isBefore);
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(),
+        [self, token, listing = std::move(listing)]() mutable {
+          if (self && self->reloadToken_ == token) self->takeListing(std::move(listing));
+        },
+        Qt::QueuedConnection);
+  });
+}
+
+void HistoryViewModel::takeListing(Listing listing) {
+  isReloading_ = false;
+  if (listing.failure) {
+    setError(listing.failure);
+    Q_EMIT reloaded();
+    return;
+  }
+  sessions_ = std::move(listing.sessions);
+  Q_EMIT sessionsChanged();
+  if (selection_ && !isListed(*selection_)) setSelection(std::nullopt);
+  if (listing.unreadableCount > 0) {
+    const QString count = QString::number(listing.unreadableCount);
+    setError(
+        L(QStringLiteral("Couldn’t read ") + count +
+              QStringLiteral(" session(s). The original files are still in the sessions folder."),
+          count + QStringLiteral("개 기록을 읽지 못했습니다. 원본 파일은 기록 폴더에 있습니다.")));
+  } else {
+    setError(std::nullopt);
+  }
+  Q_EMIT reloaded();
+}
+
+void HistoryViewModel::restartReload() {
+  // What a listing under way has read is out of date now.
+  if (isReloading_) reload();
+}
+
+void HistoryViewModel::open(const QUrl& url) {
+  const QString path = canonicalPath(url);
+  const auto isSameFile = [&path](const QUrl& other) {
+    return canonicalPath(other) == path;
+  };
+  const auto listed = std::find_if(sessions_.begin(), sessions_.end(),
+                                   [&](const Entry& entry) { return isSameFile(entry->url); });
+  const QUrl known = listed == sessions_.end() ? url : (*listed)->url;
+  SavedSession session{known, store_.read(known)};
+  if (listed != sessions_.end()) sessions_.erase(listed);
+  const bool wasOpened = std::any_of(openedFiles_.begin(), openedFiles_.end(), isSameFile);
+  if (!wasOpened) openedFiles_.append(known);
+  const Entry entry = std::make_shared<const SavedSession>(std::move(session));
+  sessions_.insert(std::upper_bound(sessions_.begin(), sessions_.end(), entry, isBefore), entry);
+  Q_EMIT sessionsChanged();
+  setSelection(known);
+  restartReload();
+}
+
+std::optional<QUrl> HistoryViewModel::deleteSelection(const QList<QUrl>& visible) {
+  if (!selection_) return std::nullopt;
+  const QUrl url = *selection_;
+  const qsizetype index = visible.indexOf(url);
+  if (index < 0 || !isListed(url)) return std::nullopt;
+  trash_(url);
+  std::erase_if(sessions_, [&url](const Entry& entry) { return entry->url == url; });
+  openedFiles_.removeAll(url);
+  std::optional<QUrl> neighbour;
+  if (index + 1 < visible.size()) {
+    neighbour = visible[index + 1];
+  } else if (index > 0) {
+    neighbour = visible[index - 1];
+  }
+  Q_EMIT sessionsChanged();
+  select(neighbour);
+  restartReload();
+  return url;
+}
+
+void HistoryViewModel::setSelection(const std::optional<QUrl>& url) {
+  if (selection_ == url) return;
+  selection_ = url;
+  Q_EMIT selectionChanged();
+}
+
+void HistoryViewModel::setError(const std::optional<QString>& error) {
+  if (error_ == error) return;
+  error_ = error;
+  Q_EMIT errorChanged();
+}
+
+bool HistoryViewModel::isListed(const QUrl& url) const {
+  return std::any_of(sessions_.begin(), sessions_.end(),
+                     [&url](const Entry& entry) { return entry->url == url; });
+}
+
+}  // namespace velun

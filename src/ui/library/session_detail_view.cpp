@@ -1,0 +1,151 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/library/session_detail_view.h"
+
+#include "model/saved_session.h"
+#include "settings/localization.h"
+#include "ui/caption/copy_transcript_button.h"
+#include "ui/caption/selectable_transcript_text_view.h"
+#include "ui/caption/transcript_view.h"
+#include "ui/library/session_search.h"
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QTextBlock>
+#include <QVBoxLayout>
+
+namespace velun {
+
+namespace {
+
+/// More marks than anybody looks at would only slow the view down.
+constexpr std::size_t kMostMarks = 500;
+
+}  // namespace
+
+SessionDetailView::SessionDetailView(AppSettings& settings, Clock& clock, QWidget* parent)
+    : QWidget(parent),
+      settings_(settings),
+      contentLabel_(new QLabel(this)),
+      contents_(new QComboBox(this)),
+      languageLabel_(new QLabel(this)),
+      languages_(new QComboBox(this)),
+      copy_(new CopyTranscriptButton([this] { return text(); }, false, clock, this)),
+      transcript_(new TranscriptView(this)) {
+  contentLabel_->setBuddy(contents_);
+  languageLabel_->setBuddy(languages_);
+  languages_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+  auto* bar = new QHBoxLayout;
+  bar->setContentsMargins(14, 8, 10, 8);
+  bar->addWidget(contentLabel_);
+  bar->addWidget(contents_);
+  bar->addSpacing(12);
+  bar->addWidget(languageLabel_);
+  bar->addWidget(languages_);
+  bar->addStretch();
+  bar->addWidget(copy_);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  column->addLayout(bar);
+  column->addWidget(transcript_, 1);
+
+  connect(contents_, &QComboBox::activated, this, [this](int index) {
+    content_ = allTranscriptContents[static_cast<std::size_t>(index)];
+    present();
+  });
+  connect(languages_, &QComboBox::activated, this, [this](int index) {
+    const QString chosen = languages_->itemData(index).toString();
+    language_ = chosen.isEmpty() ? std::nullopt : std::optional(chosen);
+    present();
+  });
+  connect(&settings_, &AppSettings::fontSizeChanged, this, &SessionDetailView::present);
+  connect(&Localization::shared(), &Localization::languageChanged, this,
+          &SessionDetailView::translate);
+  translate();
+}
+
+SessionDetailView::~SessionDetailView() = default;
+
+void SessionDetailView::show(std::shared_ptr<const SavedSession> session) {
+  const bool isOther = !session || !session_ || session->url != session_->url;
+  session_ = std::move(session);
+  if (isOther) {
+    language_ = std::nullopt;
+    highlighted_.clear();
+  }
+  setVisible(session_ != nullptr);
+  fillLanguages();
+  present();
+}
+
+void SessionDetailView::highlight(const QString& text) {
+  QTextEdit& view = transcript_->textView();
+  QList<QTextEdit::ExtraSelection> marks;
+  for (const TextRange& range : matchesIn(view.toPlainText(), text, kMostMarks)) {
+    QTextEdit::ExtraSelection mark;
+    mark.cursor = QTextCursor(view.document());
+    mark.cursor.setPosition(static_cast<int>(range.position));
+    mark.cursor.setPosition(static_cast<int>(range.position + range.length),
+                            QTextCursor::KeepAnchor);
+    mark.format.setBackground(QColor(0xFF, 0xD5, 0x4A));
+    mark.format.setForeground(Qt::black);
+    marks.append(mark);
+  }
+  view.setExtraSelections(marks);
+  if (text != highlighted_ && !marks.isEmpty()) {
+    QTextCursor first = marks.constFirst().cursor;
+    first.clearSelection();
+    view.setTextCursor(first);
+    view.ensureCursorVisible();
+  }
+  highlighted_ = text;
+}
+
+void SessionDetailView::translate() {
+  contentLabel_->setText(L("Show", "표시 내용"));
+  contents_->setAccessibleName(contentLabel_->text());
+  contents_->setToolTip(contentLabel_->text());
+  languageLabel_->setText(L("Translation Language", "번역 언어"));
+  languages_->setAccessibleName(languageLabel_->text());
+  languages_->setToolTip(languageLabel_->text());
+  fillContents();
+  fillLanguages();
+  present();
+}
+
+void SessionDetailView::fillContents() {
+  contents_->clear();
+  for (const TranscriptContent content : allTranscriptContents) contents_->addItem(title(content));
+  contents_->setCurrentIndex(static_cast<int>(content_));
+}
+
+void SessionDetailView::fillLanguages() {
+  languages_->clear();
+  languages_->addItem(L("All Translation Languages", "모든 번역 언어"), QString());
+  if (session_) {
+    for (const QString& language : session_->session.translationLanguages()) {
+      languages_->addItem(languageName(language), language);
+    }
+  }
+  const int chosen = languages_->findData(language_.value_or(QString()));
+  if (chosen < 0) language_ = std::nullopt;
+  languages_->setCurrentIndex(std::max(chosen, 0));
+}
+
+void SessionDetailView::present() {
+  TranscriptInputs inputs;
+  inputs.session = session_ ? &session_->session : nullptr;
+  inputs.fontSize = settings_.fontSize();
+  inputs.content = content_;
+  inputs.language = language_;
+  inputs.showsMetadata = true;
+  transcript_->update(inputs);
+  if (!highlighted_.isEmpty()) highlight(highlighted_);
+}
+
+QString SessionDetailView::text() const {
+  return session_ ? session_->session.transcript(content_, language_) : QString();
+}
+
+}  // namespace velun

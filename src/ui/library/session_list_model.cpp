@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/library/session_list_model.h"
+
+#include "settings/localization.h"
+#include "ui/library/session_sections.h"
+
+namespace velun {
+
+QString sessionSummary(const CaptionSession& session) {
+  const QString count = QString::number(session.lines.size());
+  QString summary = L(count + QStringLiteral(" sentences"), count + QStringLiteral("문장"));
+  if (session.hasTranslations()) summary += L(" · with translation", " · 번역 포함");
+  return summary;
+}
+
+void SessionListModel::show(const SavedSessions& sessions, const QDate& today) {
+  beginResetModel();
+  sessions_ = sessions;
+  rows_.clear();
+  QString section;
+  for (const auto& session : sessions_) {
+    const QString title = sectionTitle(session->session.startedAt, today);
+    if (title != section) rows_.push_back({title, nullptr});
+    section = title;
+    rows_.push_back({QString(), session});
+  }
+  endResetModel();
+}
+
+QList<QUrl> SessionListModel::visibleURLs() const {
+  QList<QUrl> urls;
+  for (const auto& session : sessions_) urls.append(session->url);
+  return urls;
+}
+
+std::shared_ptr<const SavedSession> SessionListModel::sessionAt(const QModelIndex& index) const {
+  return index.isValid() ? rows_[static_cast<std::size_t>(index.row())].session : nullptr;
+}
+
+QModelIndex SessionListModel::indexOf(const QUrl& url) const {
+  for (std::size_t i = 0; i < rows_.size(); ++i) {
+    if (rows_[i].session && rows_[i].session->url == url) return index(static_cast<int>(i));
+  }
+  return {};
+}
+
+int SessionListModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+QVariant SessionListModel::data(const QModelIndex& index, int role) const {
+  const Row& row = rows_[static_cast<std::size_t>(index.row())];
+  if (role == isHeaderRole) return row.session == nullptr;
+  if (!row.session) {
+    const bool isText = role == Qt::DisplayRole || role == Qt::AccessibleTextRole;
+    return isText ? QVariant(row.header) : QVariant();
+  }
+  const CaptionSession& session = row.session->session;
+  if (role == Qt::DisplayRole) return session.title;
+  if (role == summaryRole) return sessionSummary(session);
+  if (role == Qt::AccessibleTextRole) {
+    return QStringLiteral("%1, %2").arg(session.title, sessionSummary(session));
+  }
+  if (role == Qt::ToolTipRole) return row.session->url.toLocalFile();
+  return {};
+}
+
+Qt::ItemFlags SessionListModel::flags(const QModelIndex& index) const {
+  return sessionAt(index) ? Qt::ItemIsEnabled | Qt::ItemIsSelectable : Qt::NoItemFlags;
+}
+
+}  // namespace velun

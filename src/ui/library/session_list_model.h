@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "ui/library/history_view_model.h"
+
+#include <QAbstractListModel>
+#include <QDate>
+#include <QString>
+#include <vector>
+
+namespace velun {
+
+/// The rows of the sidebar: the shown sessions in order, each section begun by a header row.
+class SessionListModel final : public QAbstractListModel {
+  Q_OBJECT
+
+ public:
+  enum Role {
+    /// True for the header of a section.
+    isHeaderRole = Qt::UserRole,
+    /// How many sentences a session has and whether it is translated.
+    summaryRole,
+  };
+
+  using QAbstractListModel::QAbstractListModel;
+
+  /// Shows these sessions in sections seen from `today`.
+  void show(const SavedSessions& sessions, const QDate& today);
+
+  /// The shown sessions in display order.
+  const SavedSessions& sessions() const { return sessions_; }
+  QList<QUrl> visibleURLs() const;
+
+  /// The session at a row; null for a header.
+  std::shared_ptr<const SavedSession> sessionAt(const QModelIndex& index) const;
+  QModelIndex indexOf(const QUrl& url) const;
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+ private:
+  struct Row {
+    QString header;
+    std::shared_ptr<const SavedSession> session;
+  };
+
+  SavedSessions sessions_;
+  std::vector<Row> rows_;
+};
+
+/// "12 sentences · with translation".
+QString sessionSummary(const CaptionSession& session);
+
+}  // namespace velun
