@@ -55,8 +55,11 @@ ExportView::ExportView(CaptionSession session, std::function<void()> cancel, Exp
   buttons->addWidget(exportButton);
   column->addLayout(buttons);
 
-  // Called by value: the callbacks may close the window that holds this view.
-  connect(cancelButton, &QPushButton::clicked, this, [cancel] { std::function(cancel)(); });
+  // Copied before the call: the callbacks may close the window that holds this view.
+  connect(cancelButton, &QPushButton::clicked, this, [cancel] {
+    const std::function<void()> run = cancel;
+    run();
+  });
   connect(exportButton, &QPushButton::clicked, this, [this, onExport] {
     const Export run = onExport;
     run(format(), content(), language());

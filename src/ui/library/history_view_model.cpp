@@ -5,6 +5,7 @@
 #include "settings/localization.h"
 
 #include <algorithm>
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <QPointer>
 #include <QSet>

@@ -6,11 +6,15 @@
 #include <QPointer>
 #include <QStringMatcher>
 #include <QThreadPool>
+#include <unicode/unistr.h>
 
 namespace velun {
 
 QString foldedForSearch(const QString& text) {
-  return text.toCaseFolded();
+  // The toolkit folds letter by letter; only full folding makes "ß" and "SS" the same.
+  icu::UnicodeString folded(false, text.utf16(), static_cast<std::int32_t>(text.size()));
+  folded.foldCase();
+  return QString::fromUtf16(folded.getBuffer(), folded.length());
 }
 
 std::vector<TextRange> matchesIn(const QString& text, const QString& search, std::size_t limit) {

@@ -1,0 +1,250 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/library/history_view_model.h"
+
+#include "model/session_codec.h"
+#include "platform/foundation/failure.h"
+#include "settings/localization.h"
+#include "support/suite.h"
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QThreadPool>
+
+using namespace velun;
+
+class HistoryViewModelTest final : public test::Suite {
+  Q_OBJECT
+
+  std::unique_ptr<QTemporaryDir> folder_;
+  std::unique_ptr<HistoryViewModel> library_;
+  std::optional<QString> trashRefuses_;
+
+  QString path(const QString& name) const { return folder_->filePath(name); }
+
+  /// Writes a session that began `hour` hours into the day; gives its file.
+  QUrl write(const QString& name, int hour) const {
+    CaptionSession session;
+    session.title = name;
+    session.startedAt = Instant(std::chrono::hours(24 * 365 + hour));
+    session.lines.push_back({});
+    QDir().mkpath(QFileInfo(path(name)).path());
+    QFile file(path(name));
+    if (!file.open(QFile::WriteOnly)) return {};
+    file.write(encodeSession(session));
+    return QUrl::fromLocalFile(path(name));
+  }
+
+  void reload() {
+    QSignalSpy reloaded(library_.get(), &HistoryViewModel::reloaded);
+    library_->reload();
+    QVERIFY(reloaded.wait());
+  }
+
+  QStringList titles() const {
+    QStringList titles;
+    for (const auto& each : library_->sessions()) titles.append(each->session.title);
+    return titles;
+  }
+
+  QList<QUrl> visible() const {
+    QList<QUrl> urls;
+    for (const auto& each : library_->sessions()) urls.append(each->url);
+    return urls;
+  }
+
+ private Q_SLOTS:
+  void init() {
+    Suite::init();
+    Localization::shared().setLanguage(AppLanguage::english);
+    folder_ = std::make_unique<QTemporaryDir>();
+    QVERIFY(QDir(folder_->path()).mkpath("Sessions"));
+    trashRefuses_.reset();
+    SessionStore store;
+    store.directory = QUrl::fromLocalFile(path("Sessions"));
+    library_ = std::make_unique<HistoryViewModel>(store, [this](const QUrl& url) {
+      if (trashRefuses_) throw Failure(*trashRefuses_);
+      QVERIFY(QFile::remove(url.toLocalFile()));
+    });
+  }
+
+  void theFolderIsListedNewestFirst() {
+    write("Sessions/old.json", 1);
+    write("Sessions/new.json", 3);
+    write("Sessions/middle.json", 2);
+    reload();
+    QCOMPARE(titles(),
+             QStringList({"Sessions/new.json", "Sessions/middle.json", "Sessions/old.json"}));
+    QVERIFY(!library_->error());
+  }
+
+  void unreadableFilesAreCountedAndTheOthersListed() {
+    write("Sessions/good.json", 1);
+    for (const char* name : {"Sessions/bad.json", "Sessions/worse.md"}) {
+      QFile file(path(name));
+      QVERIFY(file.open(QFile::WriteOnly));
+      file.write("no session");
+    }
+    reload();
+    QCOMPARE(titles(), QStringList({"Sessions/good.json"}));
+    QCOMPARE(library_->error().value_or(QString()),
+             QString("Couldn’t read 2 session(s). The original files are still in the sessions "
+                     "folder."));
+    Localization::shared().setLanguage(AppLanguage::korean);
+    reload();
+    QCOMPARE(library_->error().value_or(QString()),
+             QString("2개 기록을 읽지 못했습니다. 원본 파일은 기록 폴더에 있습니다."));
+  }
+
+  void aCleanReloadClearsTheError() {
+    QFile bad(path("Sessions/bad.json"));
+    QVERIFY(bad.open(QFile::WriteOnly));
+    bad.close();
+    reload();
+    QVERIFY(library_->error());
+    QVERIFY(bad.remove());
+    reload();
+    QVERIFY(!library_->error());
+  }
+
+  void theSelectionStaysWhileItsSessionIsListed() {
+    const QUrl kept = write("Sessions/kept.json", 1);
+    reload();
+    library_->select(kept);
+    write("Sessions/other.json", 2);
+    reload();
+    QCOMPARE(library_->selection().value_or(QUrl()), kept);
+    QVERIFY(QFile::remove(kept.toLocalFile()));
+    reload();
+    QVERIFY(!library_->selection());
+  }
+
+  void selectingWhatIsNotListedSelectsNothing() {
+    library_->select(QUrl::fromLocalFile("/elsewhere.json"));
+    QVERIFY(!library_->selection());
+  }
+
+  void anOpenedFileIsListedInOrderAndSelected() {
+    write("Sessions/first.json", 1);
+    write("Sessions/third.json", 3);
+    reload();
+    const QUrl elsewhere = write("elsewhere/second.json", 2);
+    library_->open(elsewhere);
+    QCOMPARE(titles(),
+             QStringList({"Sessions/third.json", "elsewhere/second.json", "Sessions/first.json"}));
+    QCOMPARE(library_->selection().value_or(QUrl()), elsewhere);
+    QCOMPARE(library_->openedFiles(), QList<QUrl>({elsewhere}));
+    reload();
+    QCOMPARE(titles().size(), 3);
+  }
+
+  void openingWhatIsListedDoesNotDuplicateIt() {
+    const QUrl listed = write("Sessions/listed.json", 1);
+    QVERIFY(QFile::link(listed.toLocalFile(), path("link.json")));
+    reload();
+    library_->open(listed);
+    QCOMPARE(titles().size(), 1);
+    library_->open(QUrl::fromLocalFile(path("Sessions/../Sessions/listed.json")));
+    library_->open(QUrl::fromLocalFile(path("link.json")));
+    QCOMPARE(titles().size(), 1);
+    QCOMPARE(library_->selection().value_or(QUrl()), listed);
+    reload();
+    QCOMPARE(titles().size(), 1);
+  }
+
+  void openingABadFileThrowsAndChangesNothing() {
+    QFile bad(path("bad.json"));
+    QVERIFY(bad.open(QFile::WriteOnly));
+    bad.close();
+    QVERIFY_EXCEPTION_THROWN(library_->open(QUrl::fromLocalFile(bad.fileName())), Failure);
+    QVERIFY(library_->sessions().empty());
+    QVERIFY(library_->openedFiles().isEmpty());
+    QVERIFY(!library_->selection());
+  }
+
+  void anOpenedFileThatWentIsCountedAsUnreadable() {
+    const QUrl elsewhere = write("elsewhere.json", 1);
+    library_->open(elsewhere);
+    QVERIFY(QFile::remove(elsewhere.toLocalFile()));
+    reload();
+    QVERIFY(library_->sessions().empty());
+    QVERIFY(library_->error()->contains("1 session(s)"));
+  }
+
+  void deletingSelectsTheNextAndAtTheEndThePrevious() {
+    write("Sessions/a.json", 3);
+    const QUrl b = write("Sessions/b.json", 2);
+    const QUrl c = write("Sessions/c.json", 1);
+    reload();
+    library_->select(b);
+    QCOMPARE(library_->deleteSelection(visible()).value_or(QUrl()), b);
+    QVERIFY(!QFile::exists(b.toLocalFile()));
+    QCOMPARE(library_->selection().value_or(QUrl()), c);
+    library_->deleteSelection(visible());
+    QCOMPARE(library_->selectedSession()->session.title, QString("Sessions/a.json"));
+    library_->deleteSelection(visible());
+    QVERIFY(!library_->selection());
+    QVERIFY(library_->sessions().empty());
+  }
+
+  void theNeighbourIsOneOfTheVisible() {
+    const QUrl a = write("Sessions/a.json", 3);
+    write("Sessions/hidden.json", 2);
+    const QUrl c = write("Sessions/c.json", 1);
+    reload();
+    library_->select(a);
+    library_->deleteSelection({a, c});
+    QCOMPARE(library_->selection().value_or(QUrl()), c);
+  }
+
+  void aSelectionThatIsNotVisibleIsNotDeleted() {
+    const QUrl a = write("Sessions/a.json", 1);
+    reload();
+    library_->select(a);
+    QVERIFY(!library_->deleteSelection({}));
+    QVERIFY(QFile::exists(a.toLocalFile()));
+    QCOMPARE(library_->selection().value_or(QUrl()), a);
+  }
+
+  void aFileThatCannotBeTrashedStaysListed() {
+    const QUrl a = write("Sessions/a.json", 1);
+    reload();
+    library_->select(a);
+    trashRefuses_ = "no trash";
+    QVERIFY_EXCEPTION_THROWN(library_->deleteSelection(visible()), Failure);
+    QCOMPARE(titles().size(), 1);
+    QCOMPARE(library_->selection().value_or(QUrl()), a);
+  }
+
+  void aDeletedOpenedFileIsForgotten() {
+    const QUrl elsewhere = write("elsewhere.json", 1);
+    library_->open(elsewhere);
+    library_->deleteSelection(visible());
+    QVERIFY(library_->openedFiles().isEmpty());
+    reload();
+    QVERIFY(!library_->error());
+  }
+
+  void aListingOvertakenByADeleteDoesNotBringTheSessionBack() {
+    const QUrl a = write("Sessions/a.json", 1);
+    reload();
+    library_->select(a);
+    QSignalSpy reloaded(library_.get(), &HistoryViewModel::reloaded);
+    library_->reload();
+    library_->deleteSelection(visible());
+    QVERIFY(reloaded.wait());
+    QVERIFY(library_->sessions().empty());
+    QVERIFY(!library_->isReloading());
+  }
+
+  void aLibraryThatIsGoneGetsNoListing() {
+    write("Sessions/a.json", 1);
+    library_->reload();
+    library_.reset();
+    QTRY_COMPARE(QThreadPool::globalInstance()->activeThreadCount(), 0);
+    QCoreApplication::processEvents();
+    QVERIFY(!library_);
+  }
+};
+
+QTEST_GUILESS_MAIN(HistoryViewModelTest)
+#include "history_view_model_test.moc"

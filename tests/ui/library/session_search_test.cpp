@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/library/session_search.h"
+
+#include "support/suite.h"
+
+#include <QSignalSpy>
+
+using namespace velun;
+
+namespace {
+
+std::shared_ptr<const SavedSession> session(const QString& title, const QString& text,
+                                            const QString& translation = {}) {
+  auto saved = std::make_shared<SavedSession>();
+  saved->url = QUrl::fromLocalFile("/sessions/" + title + ".json");
+  saved->session.title = title;
+  Line line;
+  line.text = text;
+  if (!translation.isEmpty()) line.translations["de"] = translation;
+  saved->session.lines.push_back(line);
+  return saved;
+}
+
+QStringList titles(const SavedSessions& sessions) {
+  QStringList found;
+  for (const auto& each : sessions) found.append(each->session.title);
+  return found;
+}
+
+}  // namespace
+
+class SessionSearchTest final : public test::Suite {
+  Q_OBJECT
+
+  static QStringList found(SessionSearch& search, const QString& text) {
+    auto matches = search.matches(text);
+    if (!matches) {
+      QSignalSpy ready(&search, &SessionSearch::ready);
+      if (!ready.wait()) return {QStringLiteral("never ready")};
+      matches = search.matches(text);
+    }
+    return titles(*matches);
+  }
+
+ private Q_SLOTS:
+  void anEmptyTextFindsEverythingAtOnce() {
+    SessionSearch search;
+    search.setSessions({session("One", "river"), session("Two", "sea")});
+    const auto all = search.matches(QString());
+    QVERIFY(all);
+    QCOMPARE(titles(*all), QStringList({"One", "Two"}));
+  }
+
+  void titlesTextsAndTranslationsAreSearchedWithoutCase() {
+    SessionSearch search;
+    search.setSessions({session("Lecture", "The river"), session("Call", "The sea", "das Meer"),
+                        session("Talk", "Nothing")});
+    QCOMPARE(found(search, "LECTURE"), QStringList({"Lecture"}));
+    QCOMPARE(found(search, "RIVER"), QStringList({"Lecture"}));
+    QCOMPARE(found(search, "DAS MEER"), QStringList({"Call"}));
+    QCOMPARE(found(search, "the"), QStringList({"Lecture", "Call"}));
+    QCOMPARE(found(search, "mountain"), QStringList());
+  }
+
+  void accentsCount() {
+    SessionSearch search;
+    search.setSessions({session("A", "café"), session("B", "cafe"), session("C", "STRASSE")});
+    QCOMPARE(found(search, "CAFÉ"), QStringList({"A"}));
+    QCOMPARE(found(search, "cafe"), QStringList({"B"}));
+    QCOMPARE(found(search, "straße"), QStringList({"C"}));
+    QCOMPARE(found(search, "하"), QStringList());
+  }
+
+  void aNewSessionIsFoundWithoutSearchingAnew() {
+    SessionSearch search;
+    SavedSessions sessions = {session("One", "river")};
+    search.setSessions(sessions);
+    QCOMPARE(found(search, "river"), QStringList({"One"}));
+    sessions.push_back(session("Two", "a river too"));
+    search.setSessions(sessions);
+    QVERIFY(search.matches("river"));
+    QCOMPARE(found(search, "river"), QStringList({"One", "Two"}));
+  }
+
+  void anOvertakenSearchAnswersWithTheNewSessions() {
+    SessionSearch search;
+    search.setSessions({session("Old", "river")});
+    QVERIFY(!search.matches("river"));
+    search.setSessions({session("New", "river")});
+    QCOMPARE(found(search, "river"), QStringList({"New"}));
+  }
+
+  void matchesAreFoundInPlace() {
+    using Ranges = std::vector<TextRange>;
+    QCOMPARE(matchesIn("River, river", "RIVER", 10), Ranges({{0, 5}, {7, 5}}));
+    QCOMPARE(matchesIn("die Straße dort", "STRASSE", 10), Ranges({{4, 6}}));
+    QCOMPARE(matchesIn("a a a a", "a", 2).size(), std::size_t{2});
+    QCOMPARE(matchesIn("text", "", 10), Ranges());
+    QCOMPARE(matchesIn("😀 Emoji", "emoji", 10), Ranges({{3, 5}}));
+  }
+};
+
+QTEST_GUILESS_MAIN(SessionSearchTest)
+#include "session_search_test.moc"
