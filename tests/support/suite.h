@@ -13,7 +13,11 @@ class Suite : public QObject {
   Q_OBJECT
 
  protected Q_SLOTS:
-  void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral(".*"))); }
+  void init() {
+    // The offscreen platform says of itself that it has no window manager to tell sizes to.
+    QTest::failOnWarning(
+        QRegularExpression(QStringLiteral("^(?!This plugin does not support propagateSizeHints)")));
+  }
 };
 
 }  // namespace velun::test

@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/library/export_view.h"
+
+#include "settings/localization.h"
+#include "support/suite.h"
+
+#include <QComboBox>
+#include <QLabel>
+#include <QPushButton>
+
+using namespace velun;
+
+namespace {
+
+CaptionSession sessionIn(const QStringList& languages) {
+  CaptionSession session;
+  Line line;
+  line.text = "Hello";
+  for (const QString& language : languages) line.translations[language] = "x";
+  session.lines.push_back(line);
+  return session;
+}
+
+QStringList items(const QComboBox* chooser) {
+  QStringList texts;
+  for (int i = 0; i < chooser->count(); ++i) texts.append(chooser->itemText(i));
+  return texts;
+}
+
+}  // namespace
+
+class ExportViewTest final : public test::Suite {
+  Q_OBJECT
+
+  struct Chosen {
+    SessionFormat format;
+    TranscriptContent content;
+    std::optional<QString> language;
+  };
+  std::unique_ptr<ExportView> view_;
+  std::vector<Chosen> exports_;
+  int cancels_ = 0;
+
+  void open(const CaptionSession& session) {
+    view_ = std::make_unique<ExportView>(
+        session, [this] { ++cancels_; },
+        [this](SessionFormat format, TranscriptContent content,
+               const std::optional<QString>& language) {
+          exports_.push_back({format, content, language});
+        });
+    view_->show();
+  }
+
+  QComboBox* chooser(const QString& name) const {
+    for (QComboBox* each : view_->findChildren<QComboBox*>()) {
+      if (each->accessibleName() == name && each->isVisible()) return each;
+    }
+    return nullptr;
+  }
+
+  QPushButton* button(const QString& text) const {
+    for (QPushButton* each : view_->findChildren<QPushButton*>()) {
+      if (each->text() == text) return each;
+    }
+    return nullptr;
+  }
+
+  bool shows(const QString& text) const {
+    const auto labels = view_->findChildren<QLabel*>();
+    return std::any_of(labels.begin(), labels.end(),
+                       [&text](const QLabel* label) { return label->text() == text; });
+  }
+
+ private Q_SLOTS:
+  void init() {
+    Suite::init();
+    Localization::shared().setLanguage(AppLanguage::english);
+    exports_.clear();
+    cancels_ = 0;
+  }
+
+  void itOpensWithEverythingAsMarkdown() {
+    open(sessionIn({"ko", "en"}));
+    QCOMPARE(items(chooser("File Format")),
+             QStringList({"Markdown (.md)", "Text (.txt)", "Velun Session (.json)"}));
+    QCOMPARE(items(chooser("Content")),
+             QStringList({"Original + Translation", "Original Only", "Translation Only"}));
+    QCOMPARE(items(chooser("Translation Language")),
+             QStringList({"All Translation Languages", "English", "Korean"}));
+    QVERIFY(shows("Shows times and languages, with the original and translations set apart."));
+    button("Export…")->click();
+    QCOMPARE(exports_.size(), std::size_t{1});
+    QCOMPARE(exports_[0].format, SessionFormat::markdown);
+    QCOMPARE(exports_[0].content, TranscriptContent::both);
+    QVERIFY(!exports_[0].language);
+  }
+
+  void theChoiceIsHandedOver() {
+    open(sessionIn({"ko", "en"}));
+    chooser("File Format")->setCurrentIndex(1);
+    chooser("Content")->setCurrentIndex(2);
+    chooser("Translation Language")->setCurrentIndex(2);
+    button("Export…")->click();
+    QCOMPARE(exports_[0].format, SessionFormat::text);
+    QCOMPARE(exports_[0].content, TranscriptContent::translation);
+    QCOMPARE(exports_[0].language.value_or(QString()), QString("ko"));
+  }
+
+  void aSessionWithoutTranslationsOffersNone() {
+    open(sessionIn({}));
+    QVERIFY(!chooser("Content")->isEnabled());
+    QVERIFY(!chooser("Translation Language"));
+    QVERIFY(!shows("Translation Language"));
+  }
+
+  void aLegacyTranslationHasContentButNoLanguage() {
+    CaptionSession session = sessionIn({});
+    session.lines[0].legacyTranslation = "x";
+    open(session);
+    QVERIFY(chooser("Content")->isEnabled());
+    QVERIFY(!chooser("Translation Language"));
+  }
+
+  void jsonKeepsEverything() {
+    open(sessionIn({"ko"}));
+    QVERIFY(chooser("Content")->isEnabled());
+    chooser("File Format")->setCurrentIndex(2);
+    QVERIFY(!chooser("Content")->isEnabled());
+    QVERIFY(
+        shows("Keeps the original, all translations, and times, and can be reopened in Velun."));
+    chooser("File Format")->setCurrentIndex(0);
+    QVERIFY(chooser("Content")->isEnabled());
+  }
+
+  void cancelExportsNothing() {
+    open(sessionIn({}));
+    button("Cancel")->click();
+    QCOMPARE(cancels_, 1);
+    QVERIFY(exports_.empty());
+  }
+
+  void everythingStandsInKoreanToo() {
+    Localization::shared().setLanguage(AppLanguage::korean);
+    open(sessionIn({"ko"}));
+    QVERIFY(chooser("파일 형식"));
+    QVERIFY(chooser("포함할 내용"));
+    QCOMPARE(items(chooser("번역 언어")), QStringList({"모든 번역 언어", "한국어"}));
+    QVERIFY(shows("시간과 언어를 표시하고 원문과 번역을 구분합니다."));
+    QVERIFY(button("취소"));
+    QVERIFY(button("내보내기…"));
+    chooser("파일 형식")->setCurrentIndex(2);
+    QVERIFY(shows("원문·모든 번역·시간을 보존하며 Velun에서 다시 열 수 있습니다."));
+  }
+
+  void closingTheWindowFromACallbackIsSafe() {
+    view_ = std::make_unique<ExportView>(
+        sessionIn({}), [this] { view_.release()->deleteLater(); },
+        [](SessionFormat, TranscriptContent, const std::optional<QString>&) {});
+    button("Cancel")->click();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!view_);
+  }
+};
+
+QTEST_MAIN(ExportViewTest)
+#include "export_view_test.moc"

@@ -1,0 +1,267 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/library/history_view.h"
+
+#include "model/session_codec.h"
+#include "settings/localization.h"
+#include "support/manual_clock.h"
+#include "support/suite.h"
+#include "ui/caption/selectable_transcript_text_view.h"
+#include "ui/caption/transcript_view.h"
+#include "ui/library/empty_state_view.h"
+#include "ui/library/session_detail_view.h"
+
+#include <QAction>
+#include <QClipboard>
+#include <QComboBox>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QToolButton>
+
+using namespace velun;
+
+class HistoryViewTest final : public test::Suite {
+  Q_OBJECT
+
+  std::unique_ptr<QTemporaryDir> folder_;
+  test::ManualClock clock_;
+  std::unique_ptr<AppSettings> settings_;
+  std::unique_ptr<HistoryViewModel> library_;
+  std::unique_ptr<HistoryView> view_;
+  QStringList calls_;
+
+  /// Writes a session that began so many days before now.
+  QUrl write(const QString& title, int daysAgo, const QString& text,
+             const QString& translation = {}) {
+    CaptionSession session;
+    session.title = title;
+    session.startedAt = clock_.now() - std::chrono::days(daysAgo);
+    Line line;
+    line.text = text;
+    if (!translation.isEmpty()) line.translations["ko"] = translation;
+    session.lines.push_back(line);
+    const QString path = folder_->filePath(title + ".json");
+    QFile file(path);
+    if (file.open(QFile::WriteOnly)) file.write(encodeSession(session));
+    return QUrl::fromLocalFile(path);
+  }
+
+  void reload() {
+    QSignalSpy reloaded(library_.get(), &HistoryViewModel::reloaded);
+    library_->reload();
+    QVERIFY(reloaded.wait());
+  }
+
+  QListView* list() const { return view_->findChild<QListView*>(); }
+  QLineEdit* search() const { return view_->findChild<QLineEdit*>(); }
+  SessionDetailView* detail() const { return view_->findChild<SessionDetailView*>(); }
+  QString transcript() const { return detail()->transcript().textView().toPlainText(); }
+
+  QStringList rows() const {
+    QStringList texts;
+    for (int row = 0; row < list()->model()->rowCount(); ++row) {
+      texts.append(list()->model()->index(row, 0).data().toString());
+    }
+    return texts;
+  }
+
+  QAction* action(const QString& text) const {
+    for (QAction* each : view_->findChildren<QAction*>()) {
+      if (each->text() == text) return each;
+    }
+    return nullptr;
+  }
+
+ private Q_SLOTS:
+  void init() {
+    Suite::init();
+    Localization::shared().setLanguage(AppLanguage::english);
+    folder_ = std::make_unique<QTemporaryDir>();
+    settings_ = std::make_unique<AppSettings>();
+    SessionStore store;
+    store.directory = QUrl::fromLocalFile(folder_->path());
+    library_ = std::make_unique<HistoryViewModel>(
+        store, [](const QUrl& url) { QFile::remove(url.toLocalFile()); });
+    calls_.clear();
+    HistoryActions actions;
+    actions.openFile = [this] {
+      calls_.append("open");
+    };
+    actions.saveFile = [this](const CaptionSession& s) {
+      calls_.append("save " + s.title);
+    };
+    actions.revealFile = [this](const QUrl& url) {
+      calls_.append("reveal " + url.fileName());
+    };
+    actions.exportSession = [this](const CaptionSession& s) {
+      calls_.append("export " + s.title);
+    };
+    actions.deleteSelection = [this](const QList<QUrl>& visible) {
+      library_->deleteSelection(visible);
+    };
+    view_ = std::make_unique<HistoryView>(*library_, *settings_, actions, clock_, nullptr);
+    view_->resize(960, 620);
+    view_->show();
+  }
+  void cleanup() {
+    view_.reset();
+    library_.reset();
+  }
+
+  void anEmptyLibrarySaysSo() {
+    reload();
+    EmptyStateView* empty = view_->findChild<EmptyStateView*>();
+    QVERIFY(empty->isVisible());
+    QCOMPARE(empty->text(), QString("No Saved Sessions"));
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(empty->text(), QString("저장된 세션이 없습니다"));
+  }
+
+  void sessionsStandUnderTheirDays() {
+    write("Now", 0, "a", "b");
+    write("Before", 1, "a");
+    write("Week", 6, "a");
+    write("Month", 7, "a");
+    write("Winter", 30, "a");
+    reload();
+    QCOMPARE(rows(), QStringList({"Today", "Now", "Yesterday", "Before", "Previous 7 Days", "Week",
+                                  "Previous 30 Days", "Month", "January 2025", "Winter"}));
+    const QModelIndex now = list()->model()->index(1, 0);
+    QCOMPARE(now.data(SessionListModel::summaryRole).toString(),
+             QString("1 sentences · with translation"));
+    QCOMPARE(list()->model()->index(3, 0).data(SessionListModel::summaryRole).toString(),
+             QString("1 sentences"));
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(rows().first(), QString("오늘"));
+    QCOMPARE(list()->model()->index(1, 0).data(SessionListModel::summaryRole).toString(),
+             QString("1문장 · 번역 포함"));
+  }
+
+  void aNewDayMovesTheSections() {
+    write("Now", 0, "a");
+    reload();
+    QCOMPARE(rows().first(), QString("Today"));
+    clock_.advance(std::chrono::hours(24));
+    QCOMPARE(rows().first(), QString("Yesterday"));
+  }
+
+  void searchingShowsOnlyMatches() {
+    write("Lecture", 0, "The river", "강");
+    write("Call", 1, "The sea");
+    reload();
+    search()->setText("RIVER");
+    QTRY_COMPARE(rows(), QStringList({"Today", "Lecture"}));
+    search()->setText("nowhere");
+    QTRY_COMPARE(view_->findChild<EmptyStateView*>()->text(), QString("No Results"));
+    QVERIFY(view_->findChild<EmptyStateView*>()->isVisible());
+    search()->setText("강");
+    QTRY_COMPARE(rows(), QStringList({"Today", "Lecture"}));
+    search()->clear();
+    QTRY_COMPARE(rows().size(), 4);
+  }
+
+  void theSelectedSessionIsShownWithItsMatches() {
+    const QUrl lecture = write("Lecture", 0, "The river and the River", "강");
+    reload();
+    list()->setCurrentIndex(list()->model()->index(1, 0));
+    QCOMPARE(library_->selection().value_or(QUrl()), lecture);
+    QVERIFY(transcript().contains("The river and the River"));
+    QVERIFY(transcript().contains("강"));
+    search()->setText("river");
+    QTRY_COMPARE(detail()->transcript().textView().extraSelections().size(), 2);
+    search()->clear();
+    QTRY_COMPARE(detail()->transcript().textView().extraSelections().size(), 0);
+  }
+
+  void contentAndLanguageAreChosen() {
+    write("Lecture", 0, "The river", "강");
+    reload();
+    list()->setCurrentIndex(list()->model()->index(1, 0));
+    const auto choosers = detail()->findChildren<QComboBox*>();
+    QCOMPARE(choosers[0]->accessibleName(), QString("Show"));
+    QCOMPARE(choosers[1]->accessibleName(), QString("Translation Language"));
+    QCOMPARE(choosers[1]->itemText(0), QString("All Translation Languages"));
+    QCOMPARE(choosers[1]->itemText(1), QString("Korean"));
+    Q_EMIT choosers[0]->activated(1);
+    QVERIFY(!transcript().contains("강"));
+    Q_EMIT choosers[0]->activated(2);
+    QVERIFY(!transcript().contains("The river"));
+    Q_EMIT choosers[1]->activated(1);
+    QCOMPARE(detail()->language().value_or(QString()), QString("ko"));
+  }
+
+  void theTranscriptIsCopied() {
+    write("Lecture", 0, "The river", "강");
+    reload();
+    list()->setCurrentIndex(list()->model()->index(1, 0));
+    for (QToolButton* each : detail()->findChildren<QToolButton*>()) {
+      if (each->accessibleName() == "Copy All") each->click();
+    }
+    QCOMPARE(QGuiApplication::clipboard()->text(), QString("The river\n강"));
+  }
+
+  void commandsActOnTheSelection() {
+    write("Lecture", 0, "a");
+    reload();
+    QVERIFY(!action("Delete")->isEnabled());
+    QVERIFY(!action("Export")->isEnabled());
+    list()->setCurrentIndex(list()->model()->index(1, 0));
+    QVERIFY(action("Delete")->isEnabled());
+    action("Export")->trigger();
+    action("Save as File…")->trigger();
+    action("Show in Finder")->trigger();
+    action("Open File…")->trigger();
+    QCOMPARE(calls_,
+             QStringList({"export Lecture", "save Lecture", "reveal Lecture.json", "open"}));
+    QCOMPARE(action("Delete")->toolTip(), QString("Delete (⌘⌫) · Moves to Trash"));
+    action("Delete")->trigger();
+    QVERIFY(library_->sessions().empty());
+    QVERIFY(!detail()->isVisible());
+  }
+
+  void aSelectionThatTheSearchHidesIsNotDeleted() {
+    write("Lecture", 0, "river");
+    write("Call", 1, "sea");
+    reload();
+    list()->setCurrentIndex(list()->model()->index(1, 0));
+    search()->setText("sea");
+    QTRY_COMPARE(rows(), QStringList({"Yesterday", "Call"}));
+    QVERIFY(!action("Delete")->isEnabled());
+    QCOMPARE(library_->sessions().size(), std::size_t{2});
+  }
+
+  void theSidebarIsHiddenAndShown() {
+    QVERIFY(view_->isSidebarVisible());
+    action("Show/Hide Sidebar")->trigger();
+    QVERIFY(!view_->isSidebarVisible());
+    action("Show/Hide Sidebar")->trigger();
+    QVERIFY(view_->isSidebarVisible());
+  }
+
+  void everyCommandStandsInKorean() {
+    Localization::shared().setLanguage(AppLanguage::korean);
+    for (const char* text : {"삭제", "내보내기", "파일 열기…", "파일로 저장…", "Finder에서 보기",
+                             "새로고침", "사이드바 보기/숨기기"}) {
+      QVERIFY2(action(QString::fromUtf8(text)), text);
+    }
+    QCOMPARE(search()->placeholderText(), QString("기록 검색"));
+    QCOMPARE(action(QString::fromUtf8("삭제"))->toolTip(), QString("삭제 (⌘⌫) · 휴지통으로 이동"));
+  }
+
+  void theBannerCountsWhatCouldNotBeRead() {
+    QFile bad(folder_->filePath("bad.json"));
+    QVERIFY(bad.open(QFile::WriteOnly));
+    bad.close();
+    reload();
+    const auto labels = view_->findChildren<QLabel*>();
+    QVERIFY(std::any_of(labels.begin(), labels.end(), [](const QLabel* label) {
+      return label->isVisible() && label->text().startsWith("Couldn’t read 1 session(s).");
+    }));
+  }
+};
+
+QTEST_MAIN(HistoryViewTest)
+#include "history_view_test.moc"

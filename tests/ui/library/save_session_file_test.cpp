@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/library/save_session_file.h"
+
+#include "model/session_codec.h"
+#include "platform/foundation/failure.h"
+#include "settings/localization.h"
+#include "support/suite.h"
+
+#include <QTemporaryDir>
+
+using namespace velun;
+
+class SaveSessionFileTest final : public test::Suite {
+  Q_OBJECT
+
+  QTemporaryDir folder_;
+  std::optional<QUrl> answer_;
+  std::vector<SavePanelRequest> asked_;
+  FilePanels panels_;
+  CaptionSession session_;
+
+  bool save(SessionFormat format) {
+    return saveSessionFile(session_, "Export Session", format, TranscriptContent::both,
+                           std::nullopt, panels_);
+  }
+
+ private Q_SLOTS:
+  void init() {
+    Suite::init();
+    Localization::shared().setLanguage(AppLanguage::english);
+    asked_.clear();
+    panels_.save = [this](const SavePanelRequest& request) {
+      asked_.push_back(request);
+      return answer_;
+    };
+    session_.startedAt = std::chrono::sys_days(std::chrono::year(2025) / 3 / 1);
+    session_.lines = {Line()};
+    session_.lines[0].text = "Hello";
+  }
+
+  void theSessionIsRenderedIntoTheChosenFile() {
+    answer_ = QUrl::fromLocalFile(folder_.filePath("out.json"));
+    QVERIFY(save(SessionFormat::json));
+    QFile file(answer_->toLocalFile());
+    QVERIFY(file.open(QFile::ReadOnly));
+    QCOMPARE(file.readAll(), encodeSession(session_));
+  }
+
+  void everyFormatProposesItsNameAndType() {
+    answer_.reset();
+    for (const SessionFormat format : allSessionFormats) save(format);
+    QCOMPARE(asked_[0].proposedName, QString("Velun-2025-03-01.md"));
+    QCOMPARE(asked_[1].proposedName, QString("Velun-2025-03-01.txt"));
+    QCOMPARE(asked_[2].proposedName, QString("Velun-2025-03-01.json"));
+    QCOMPARE(asked_[0].patterns, QStringList({"*.md"}));
+    QCOMPARE(asked_[1].patterns, QStringList({"*.txt"}));
+    QCOMPARE(asked_[2].patterns, QStringList({"*.json"}));
+    QCOMPARE(asked_[0].title, QString("Export Session"));
+    QCOMPARE(asked_[0].filterName, QString("Markdown"));
+  }
+
+  void cancellingWritesNothing() {
+    answer_.reset();
+    QVERIFY(!save(SessionFormat::markdown));
+    QCOMPARE(asked_.size(), std::size_t{1});
+  }
+
+  void aFileThatCannotBeWrittenIsAFailureWithItsName() {
+    answer_ = QUrl::fromLocalFile(folder_.filePath("missing/out.md"));
+    try {
+      save(SessionFormat::markdown);
+      QFAIL("nothing was thrown");
+    } catch (const Failure& failure) {
+      QVERIFY(failure.errorDescription().contains("out.md"));
+    }
+  }
+};
+
+QTEST_GUILESS_MAIN(SaveSessionFileTest)
+#include "save_session_file_test.moc"

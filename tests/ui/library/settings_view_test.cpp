@@ -1,0 +1,262 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/library/settings_view.h"
+
+#include "settings/localization.h"
+#include "support/manual_clock.h"
+#include "support/memory_preferences.h"
+#include "support/scripted_recognizer.h"
+#include "support/suite.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+using namespace velun;
+
+namespace {
+
+QCoro::Task<QStringList> recognized() {
+  co_return QStringList({"en_US", "ko_KR"});
+}
+
+QCoro::Task<QStringList> translated() {
+  co_return QStringList({"ko", "es", "de"});
+}
+
+}  // namespace
+
+class SettingsViewTest final : public test::Suite {
+  Q_OBJECT
+
+  QTemporaryDir folder_;
+  test::ManualClock clock_;
+  std::unique_ptr<test::MemoryPreferences> preferences_;
+  std::unique_ptr<AppSettings> settings_;
+  std::unique_ptr<CaptionViewModel> model_;
+  std::unique_ptr<SettingsView> view_;
+  int folderOpenings_ = 0;
+  QString hidingNote_;
+  QString downloadNote_;
+
+  void open() {
+    settings_ = std::make_unique<AppSettings>(preferences_.get());
+    SessionStore store;
+    store.directory = QUrl::fromLocalFile(folder_.path());
+    LanguageLists lists;
+    lists.supportedLocales = recognized;
+    lists.supportedLanguages = translated;
+    auto script = std::make_shared<test::ScriptedRecognizer::Script>();
+    model_ = std::make_unique<CaptionViewModel>(
+        *settings_, store, std::make_unique<test::ScriptedRecognizer>(script), lists, clock_);
+    SettingsNotes notes;
+    notes.captureHiding = [this] {
+      return hidingNote_;
+    };
+    notes.download = [this] {
+      return downloadNote_;
+    };
+    view_ = std::make_unique<SettingsView>(
+        *model_, [this] { ++folderOpenings_; }, notes);
+    view_->resize(460, 760);
+    view_->show();
+  }
+
+  void loadLists() {
+    QSignalSpy loaded(model_.get(), &CaptionViewModel::languagesChanged);
+    model_->loadLanguages();
+    QTRY_COMPARE(loaded.count(), 1);
+  }
+
+  template <class Control>
+  Control* named(const QString& name) const {
+    for (Control* each : view_->findChildren<Control*>()) {
+      if (each->accessibleName() == name) return each;
+    }
+    return nullptr;
+  }
+
+  static QStringList items(const QComboBox* chooser) {
+    QStringList texts;
+    for (int i = 0; i < chooser->count(); ++i) texts.append(chooser->itemText(i));
+    return texts;
+  }
+
+  static void pick(QComboBox* chooser, int index) {
+    chooser->setCurrentIndex(index);
+    Q_EMIT chooser->activated(index);
+  }
+
+  bool shows(const QString& text) const {
+    const auto labels = view_->findChildren<QLabel*>();
+    return std::any_of(labels.begin(), labels.end(), [&text](const QLabel* label) {
+      return label->text() == text && label->isVisible();
+    });
+  }
+
+ private Q_SLOTS:
+  void init() {
+    Suite::init();
+    preferences_ = std::make_unique<test::MemoryPreferences>();
+    folderOpenings_ = 0;
+    hidingNote_.clear();
+    downloadNote_.clear();
+    open();
+  }
+  void cleanup() {
+    view_.reset();
+    model_.reset();
+    Localization::shared().setLanguage(AppLanguage::english);
+  }
+
+  void everySectionAndControlIsThere() {
+    for (const char* heading : {"Language · 언어", "Captions", "Translation", "Saving Sessions"}) {
+      QVERIFY2(shows(QString::fromUtf8(heading)), heading);
+    }
+    for (const char* name : {"Language · 언어", "Input Source", "Recognition Language", "Font Size",
+                             "Translation Language"}) {
+      QVERIFY2(named<QComboBox>(QString::fromUtf8(name)), name);
+    }
+    for (const char* name :
+         {"Keep caption window on top", "Hide caption window from screen sharing and recording",
+          "Live Translation", "Show Translation Only", "Save new sessions automatically",
+          "Ask to save before a new session or quitting"}) {
+      QVERIFY2(named<QCheckBox>(name), name);
+    }
+    QVERIFY(
+        shows("Keeps the caption window off other people’s screens when you share your screen "
+              "in Zoom, Teams, and similar apps"));
+    QVERIFY(
+        shows("Sessions are saved only when you click Save Session; later captions are then "
+              "saved too. Auto-save applies from the next new session."));
+    QVERIFY(
+        shows("Unsaved captions are kept in memory only and are lost when the app quits. Audio "
+              "is never saved."));
+  }
+
+  void switchingTheLanguageLabelsEverythingAtOnce() {
+    pick(named<QComboBox>("Language · 언어"), 1);
+    QCOMPARE(Localization::shared().language(), AppLanguage::korean);
+    for (const char* text :
+         {"Language · 언어", "자막", "번역", "세션 저장", "입력 소스", "인식 언어", "글자 크기",
+          "번역 언어", "Zoom, Teams 등으로 화면을 공유할 때 상대방 화면에 자막 창이 보이지 않게 함",
+          "기본은 직접 저장입니다. ‘세션 저장’을 누르면 현재 세션의 이후 자막과 번역도 함께 "
+          "저장합니다. 자동 저장 설정은 다음 새 세션부터 적용됩니다.",
+          "저장하지 않은 자막은 메모리에만 보관되며 앱이 종료되면 사라집니다. 오디오 파일은 "
+          "저장하지 않습니다."}) {
+      QVERIFY2(shows(QString::fromUtf8(text)), text);
+    }
+    for (const char* name :
+         {"자막 창을 항상 위에 표시", "화면 공유·녹화에서 자막 창 숨기기", "실시간 번역",
+          "번역만 보기", "새 세션을 자동으로 저장", "새 세션·앱 종료 전에 저장 여부 묻기"}) {
+      QVERIFY2(named<QCheckBox>(QString::fromUtf8(name)), name);
+    }
+    QCOMPARE(items(named<QComboBox>(QString::fromUtf8("입력 소스"))),
+             QStringList({"컴퓨터 오디오", "마이크"}));
+    QCOMPARE(items(named<QComboBox>(QString::fromUtf8("Language · 언어"))),
+             QStringList({"English", "한국어"}));
+  }
+
+  void everyToggleWritesItsSetting() {
+    named<QCheckBox>("Keep caption window on top")->click();
+    QVERIFY(!settings_->keepOnTop());
+    named<QCheckBox>("Hide caption window from screen sharing and recording")->click();
+    QVERIFY(settings_->hideFromScreenSharing());
+    named<QCheckBox>("Live Translation")->click();
+    QVERIFY(settings_->translate());
+    named<QCheckBox>("Show Translation Only")->click();
+    QVERIFY(settings_->showTranslationOnly());
+    named<QCheckBox>("Save new sessions automatically")->click();
+    QVERIFY(settings_->autoSaveSessions());
+    QVERIFY(!model_->isSavingSession());
+    named<QCheckBox>("Ask to save before a new session or quitting")->click();
+    QVERIFY(!settings_->askBeforeDiscarding());
+    QCOMPARE(preferences_->get<bool>("keepOnTop"), std::optional(false));
+  }
+
+  void theFontSizesAreTheSevenInTheirOrder() {
+    QComboBox* sizes = named<QComboBox>("Font Size");
+    QCOMPARE(items(sizes), QStringList({"9pt", "11pt", "13pt", "16pt", "20pt", "24pt", "30pt"}));
+    QCOMPARE(sizes->currentText(), QString("16pt"));
+    pick(sizes, 6);
+    QCOMPARE(settings_->fontSize(), 30.0);
+  }
+
+  void aStoredValueThatIsNotOnTheListIsShownAsItIs() {
+    preferences_->set("fontSize", 14.0);
+    preferences_->set("localeID", QString("fr_CA"));
+    const int writes = preferences_->writes;
+    open();
+    QCOMPARE(named<QComboBox>("Font Size")->currentText(), QString("14pt"));
+    loadLists();
+    QCOMPARE(named<QComboBox>("Recognition Language")->currentText(), QString("French (Canada)"));
+    QCOMPARE(settings_->localeID(), QString("fr_CA"));
+    QCOMPARE(preferences_->writes, writes);
+  }
+
+  void listsThatComeLateWriteNothing() {
+    const int writes = preferences_->writes;
+    loadLists();
+    QCOMPARE(items(named<QComboBox>("Translation Language")),
+             QStringList({"German", "Korean", "Spanish"}));
+    QCOMPARE(named<QComboBox>("Translation Language")->currentText(), QString("Korean"));
+    QCOMPARE(items(named<QComboBox>("Recognition Language")),
+             QStringList({"English (United States)", "Korean (South Korea)"}));
+    QCOMPARE(preferences_->writes, writes);
+    pick(named<QComboBox>("Recognition Language"), 1);
+    QCOMPARE(settings_->localeID(), QString("ko_KR"));
+    pick(named<QComboBox>("Translation Language"), 2);
+    QCOMPARE(settings_->targetID(), QString("es"));
+  }
+
+  void aChangeMadeElsewhereIsShown() {
+    settings_->setUseMic(true);
+    QCOMPARE(named<QComboBox>("Input Source")->currentText(), QString("Microphone"));
+    settings_->setKeepOnTop(false);
+    QVERIFY(!named<QCheckBox>("Keep caption window on top")->isChecked());
+  }
+
+  void theInputIsPicked() {
+    pick(named<QComboBox>("Input Source"), 1);
+    QVERIFY(settings_->useMic());
+    pick(named<QComboBox>("Input Source"), 0);
+    QVERIFY(!settings_->useMic());
+  }
+
+  void notesAboutThisMachineAreShownWhenThereAreAny() {
+    hidingNote_ = "Here the panel goes away while the screen is shared.";
+    QVERIFY(!shows(hidingNote_));
+    view_->updateNotes();
+    QVERIFY(shows(hidingNote_));
+  }
+
+  void theFolderIsOpened() {
+    for (QPushButton* each : view_->findChildren<QPushButton*>()) {
+      if (each->text() == "Open Sessions Folder") each->click();
+    }
+    QCOMPARE(folderOpenings_, 1);
+  }
+
+  void everyControlHasAToolTipAndTakesTheKeyboard() {
+    for (QWidget* each : view_->findChildren<QWidget*>()) {
+      const bool isControl = qobject_cast<QComboBox*>(each) || qobject_cast<QAbstractButton*>(each);
+      if (!isControl || !each->isVisible()) continue;
+      QVERIFY(!each->toolTip().isEmpty());
+      QVERIFY(each->focusPolicy() & Qt::TabFocus);
+    }
+  }
+
+  void nothingIsCutOffAtLargeFonts() {
+    QFont large = view_->font();
+    large.setPointSize(28);
+    view_->setFont(large);
+    for (QWidget* each : view_->widget()->findChildren<QWidget*>()) each->setFont(large);
+    QTRY_VERIFY(view_->widget()->height() > view_->viewport()->height());
+    QVERIFY(view_->widget()->height() >= view_->widget()->minimumSizeHint().height());
+  }
+};
+
+QTEST_MAIN(SettingsViewTest)
+#include "settings_view_test.moc"
