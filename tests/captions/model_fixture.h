@@ -86,13 +86,16 @@ struct ModelFixture {
     return found == translations.end() ? QString() : found->second;
   }
 
-  /// Puts a file where the sessions folder is to be, so that every write fails, or takes it away.
+  /// Puts the sessions folder aside and a file in its place, so that every write fails, and back.
   void breakStore() {
-    QDir(store.directory.toLocalFile()).removeRecursively();
+    QDir().rename(store.directory.toLocalFile(), folder.filePath("aside"));
     QFile file(store.directory.toLocalFile());
     if (!file.open(QIODevice::WriteOnly)) qFatal("The store could not be broken");
   }
-  void mendStore() { QFile::remove(store.directory.toLocalFile()); }
+  void mendStore() {
+    QFile::remove(store.directory.toLocalFile());
+    QDir().rename(folder.filePath("aside"), store.directory.toLocalFile());
+  }
 
   QStringList files() const {
     return QDir(store.directory.toLocalFile()).entryList(QDir::Files | QDir::Hidden, QDir::Name);

@@ -5,6 +5,7 @@
 #include "platform/foundation/failure.h"
 #include "platform/foundation/one_shot.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <QStringList>
@@ -20,7 +21,8 @@ class ScriptedRecognizer final : public SpeechRecognizing {
     /// What was asked for and what ended, in order: "start en_US computer", "started",
     /// "start failed", "stop", "stopped".
     QStringList calls;
-    /// Operations that began while another one was under way: never allowed.
+    /// Operations that began while another one was under way, and starts of a started engine:
+    /// never allowed.
     int overlaps = 0;
     /// The next operations stay under way until they are released.
     bool holdsStarts = false;
@@ -29,6 +31,8 @@ class ScriptedRecognizer final : public SpeechRecognizing {
     std::optional<QString> startFailure;
     /// Results that arrive while the next stop is finishing, once.
     std::vector<SpeechRecognitionEvent> lastWords;
+    /// Hears of every event just before it is delivered.
+    std::function<void(const SpeechRecognitionEvent&)> onEmit;
     std::vector<float> bands;
     /// Whether audio is being recognized.
     bool isStarted = false;
@@ -60,11 +64,13 @@ class ScriptedRecognizer final : public SpeechRecognizing {
 
   /// Delivers an event as the engine would.
   void emitEvent(const SpeechRecognitionEvent& event) const {
+    if (script_->onEmit) script_->onEmit(event);
     if (onEvent) onEvent(event);
   }
 
   QCoro::Task<> start(QString localeID, bool useMic, std::stop_token stop) override {
     const std::shared_ptr<Script> script = script_;
+    if (script->isStarted) ++script->overlaps;
     script->begin("start " + localeID + (useMic ? " microphone" : " computer"));
     std::exception_ptr error;
     try {
