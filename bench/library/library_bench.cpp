@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// How long a keystroke in the library's search takes, and how long its window takes to open.
+#include "model/session_codec.h"
+#include "platform/foundation/system_clock.h"
+#include "settings/app_settings.h"
+#include "ui/library/history_view_model.h"
+#include "ui/library/history_window_controller.h"
+#include "ui/library/session_search.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <cstdio>
+
+using namespace velun;
+
+namespace {
+
+constexpr int kSessions = 1000;
+constexpr int kLines = 200;
+
+CaptionSession makeSession(int number) {
+  CaptionSession session;
+  session.startedAt = currentInstant() - std::chrono::hours(number);
+  for (int i = 0; i < kLines; ++i) {
+    Line line;
+    line.time = session.startedAt + std::chrono::seconds(5 * i);
+    line.text = QStringLiteral("Line %1 of session %2 tells of the river and the people beside it.")
+                    .arg(i)
+                    .arg(number);
+    line.sourceLanguage = QStringLiteral("en_US");
+    line.translations[QStringLiteral("ko")] =
+        QStringLiteral("강과 그 옆에 사는 사람들에 대한 %1번째 줄입니다.").arg(i);
+    session.lines.push_back(line);
+  }
+  return session;
+}
+
+void writeLibrary(const QString& folder) {
+  for (int i = 0; i < kSessions; ++i) {
+    QFile file(folder + QStringLiteral("/%1.json").arg(i));
+    if (file.open(QFile::WriteOnly)) file.write(encodeSession(makeSession(i)));
+  }
+}
+
+template <class Signal>
+void waitFor(const QObject* sender, Signal signal) {
+  QEventLoop loop;
+  QObject::connect(sender, signal, &loop, &QEventLoop::quit);
+  loop.exec();
+}
+
+double milliseconds(const QElapsedTimer& timer) {
+  return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+}
+
+double medianSearch(SessionSearch& search) {
+  const QString typed = QStringLiteral("nobody wrote this sentence");
+  if (!search.matches(typed)) waitFor(&search, &SessionSearch::ready);
+  std::vector<double> times;
+  for (qsizetype length = 1; length <= typed.size(); ++length) {
+    QElapsedTimer timer;
+    timer.start();
+    search.matches(typed.left(length));
+    times.push_back(milliseconds(timer));
+  }
+  std::nth_element(times.begin(), times.begin() + times.size() / 2, times.end());
+  return times[times.size() / 2];
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication app(argc, argv);
+  const QTemporaryDir folder;
+  writeLibrary(folder.path());
+  SessionStore store;
+  store.directory = QUrl::fromLocalFile(folder.path());
+  HistoryViewModel library(store, [](const QUrl&) {});
+  library.reload();
+  waitFor(&library, &HistoryViewModel::reloaded);
+
+  SessionSearch search;
+  search.setSessions(library.sessions());
+  std::printf("library_search_ms %.3f ms\n", medianSearch(search));
+
+  AppSettings settings;
+  SystemClock clock;
+  QElapsedTimer timer;
+  timer.start();
+  HistoryWindowController window(library, settings, {}, clock, nullptr);
+  window.show();
+  QCoreApplication::processEvents();
+  waitFor(&library, &HistoryViewModel::reloaded);
+  QCoreApplication::processEvents();
+  std::printf("library_open_window_ms %.3f ms\n", milliseconds(timer));
+  return 0;
+}
