@@ -7,13 +7,12 @@
 #include "ui/library/history_window_controller.h"
 #include "ui/library/session_search.h"
 
+#include <algorithm>
+#include <cstdio>
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QTemporaryDir>
-
-#include <algorithm>
-#include <cstdio>
 
 using namespace velun;
 
