@@ -27,14 +27,14 @@ MenuBarController::MenuBarController(CaptionViewModel& model, TrayHost& host,
   for (const auto signal :
        {&Model::isRunningChanged, &Model::isTransitioningChanged, &Model::sessionChanged,
         &Model::isSavingSessionChanged, &Model::savedURLChanged, &Model::saveErrorChanged}) {
-    connect(&model_, signal, this, &MenuBarController::updateMenuAndItem);
+    connect(&model_, signal, this, &MenuBarController::updateMenus);
   }
   for (const auto signal : {&AppSettings::useMicChanged, &AppSettings::keepOnTopChanged}) {
-    connect(&model_.settings(), signal, this, &MenuBarController::updateMenuAndItem);
+    connect(&model_.settings(), signal, this, &MenuBarController::updateMenus);
   }
   connect(&Localization::shared(), &Localization::languageChanged, this, [this] {
     updateState();
-    updateMenuAndItem();
+    updateMenus();
   });
 
   menuNeedsUpdate();
@@ -104,7 +104,7 @@ void MenuBarController::menuNeedsUpdate() {
   fillMenu(menu_, items_, actions_.perform);
 }
 
-void MenuBarController::updateMenuAndItem() {
+void MenuBarController::updateMenus() {
   mainMenu_.validate();
   if (!menu_.isVisible()) menuNeedsUpdate();
 }

@@ -32,6 +32,9 @@ class MenuBarController final : public QObject {
   /// Brings the status menu up to date with the model, the settings and the windows.
   void menuNeedsUpdate();
 
+  /// Brings both menus up to date; the status menu only while nobody looks at it.
+  void updateMenus();
+
   /// A click on the status item; `isPlain` unless it was made with the right button or with the
   /// control key held.
   void statusItemClicked(bool isPlain);
@@ -43,7 +46,6 @@ class MenuBarController final : public QObject {
  private:
   void showStatusItem();
   void activated(QSystemTrayIcon::ActivationReason reason);
-  void updateMenuAndItem();
   void popUpMenu();
   QColor iconColour() const;
 

@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/app_delegate.h"
+
+#include "platform/foundation/clock.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QEventLoop>
+#include <QSessionManager>
+
+namespace velun {
+
+namespace {
+
+/// How long a question may stay unanswered once the program was signalled to end.
+constexpr std::chrono::seconds kAnswerTime(10);
+
+/// Which lines a session holds.
+std::pair<QUuid, std::size_t> contentOf(const CaptionSession& session) {
+  return {session.id, session.lines.size()};
+}
+
+}  // namespace
+
+AppDelegate::AppDelegate(CaptionViewModel& model, const AppServices& services)
+    : coordinator_(model, services), model_(model), clock_(services.clock) {
+  connect(&coordinator_, &AppCoordinator::terminationRequested, this,
+          &AppDelegate::requestTermination);
+  connect(&coordinator_, &AppCoordinator::terminationQuestionReached, this, [this] {
+    if (isSignalled_) startDeadline();
+  });
+}
+
+AppDelegate::~AppDelegate() = default;
+
+void AppDelegate::applicationDidFinishLaunching() {
+  // An accessory: it lives in the status item, whatever windows are open.
+  QApplication::setQuitOnLastWindowClosed(false);
+  qApp->installEventFilter(this);
+  // Directly: the session manager waits inside the signal.
+  connect(qApp, &QGuiApplication::commitDataRequest, this, &AppDelegate::commitData,
+          Qt::DirectConnection);
+  coordinator_.launch();
+}
+
+bool AppDelegate::eventFilter(QObject* watched, QEvent* event) {
+  if (watched != qApp || event->type() != QEvent::Quit) return false;
+  // From the session manager or the toolkit; the program itself never sends it.
+  if (agreedEnd_ == contentOf(model_.session())) {
+    finish();
+  } else {
+    requestTermination();
+  }
+  return true;
+}
+
+void AppDelegate::requestTermination() {
+  coordinator_.prepareToTerminate([this](bool shouldTerminate) {
+    deadline_.reset();
+    isSignalled_ = false;
+    if (shouldTerminate) finish();
+  });
+}
+
+void AppDelegate::terminationSignalled() {
+  if (isSignalled_) return endNow();
+  isSignalled_ = true;
+  startDeadline();
+  if (!coordinator_.isTerminating()) {
+    // Whatever else is being asked is answered with "cancel", to make place for the one question.
+    if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget())) dialog->reject();
+  }
+  requestTermination();
+}
+
+void AppDelegate::startDeadline() {
+  deadline_ = clock_.callAfter(kAnswerTime, [this] { endNow(); });
+}
+
+void AppDelegate::endNow() {
+  coordinator_.endNow();
+  finish();
+}
+
+void AppDelegate::finish() {
+  // Leaves every event loop, that of an open question too.
+  QCoreApplication::exit(0);
+}
+
+void AppDelegate::commitData(QSessionManager& manager) {
+  if (manager.allowsInteraction()) {
+    if (!decideTerminationWaiting()) manager.cancel();
+    manager.release();
+  } else {
+    // Nothing may be asked: what is being saved is written, the rest was in memory only.
+    model_.persistIfNeeded();
+    agreedEnd_ = contentOf(model_.session());
+  }
+}
+
+bool AppDelegate::decideTerminationWaiting() {
+  QEventLoop waiting;
+  bool answer = false;
+  coordinator_.prepareToTerminate([&](bool shouldTerminate) {
+    answer = shouldTerminate;
+    waiting.quit();
+  });
+  waiting.exec();
+  if (answer) agreedEnd_ = contentOf(model_.session());
+  return answer;
+}
+
+}  // namespace velun

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QUrl>
+
+namespace velun {
+
+/// The desktop's file manager. Main thread.
+class FileManager {
+ public:
+  virtual ~FileManager() = default;
+
+  /// Opens the file's folder with the file selected, or just the folder where it cannot select.
+  virtual void reveal(const QUrl& file) = 0;
+
+  /// Opens a folder, which is created with its missing parents. Throws `Failure`.
+  virtual void openFolder(const QUrl& folder) = 0;
+};
+
+}  // namespace velun

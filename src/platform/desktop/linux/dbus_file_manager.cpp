@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/desktop/linux/dbus_file_manager.h"
+
+#include "platform/foundation/failure.h"
+#include "platform/foundation/file_access.h"
+#include "platform/foundation/file_error.h"
+#include "settings/localization.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDesktopServices>
+
+namespace velun {
+
+void DBusFileManager::reveal(const QUrl& file) {
+  const QUrl folder = file.adjusted(QUrl::RemoveFilename);
+  QDBusConnection bus = QDBusConnection::sessionBus();
+  if (!bus.isConnected()) {
+    QDesktopServices::openUrl(folder);
+    return;
+  }
+  auto call = QDBusMessage::createMethodCall("org.freedesktop.FileManager1",
+                                             "/org/freedesktop/FileManager1",
+                                             "org.freedesktop.FileManager1", "ShowItems");
+  call << QStringList{file.toString(QUrl::FullyEncoded)} << QString();
+  auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
+  connect(answer, &QDBusPendingCallWatcher::finished, this, [answer, folder] {
+    answer->deleteLater();
+    if (answer->isError()) QDesktopServices::openUrl(folder);
+  });
+}
+
+void DBusFileManager::openFolder(const QUrl& folder) {
+  const QString path = folder.toLocalFile();
+  try {
+    makePrivateFolder(path);
+  } catch (const FileError& error) {
+    throw Failure(L("The folder “" + path +
+                        "” couldn’t be created: " + QString::fromStdString(error.code().message()),
+                    "“" + path + "” 폴더를 만들지 못했습니다: " +
+                        QString::fromStdString(error.code().message())));
+  }
+  if (!QDesktopServices::openUrl(folder)) {
+    throw Failure(L("No program that opens the folder “" + path + "” was found.",
+                    "“" + path + "” 폴더를 열 프로그램을 찾지 못했습니다."));
+  }
+}
+
+}  // namespace velun

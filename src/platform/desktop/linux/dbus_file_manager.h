@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/desktop/file_manager.h"
+
+#include <QObject>
+
+namespace velun {
+
+/// Asks the file manager on the session bus; without one, whatever opens folders.
+class DBusFileManager final : public QObject, public FileManager {
+  Q_OBJECT
+
+ public:
+  void reveal(const QUrl& file) override;
+  void openFolder(const QUrl& folder) override;
+};
+
+}  // namespace velun
