@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/translation/linux/apertium/apertium_translator.h"
+
+#include "platform/foundation/failure.h"
+#include "platform/translation/linux/apertium/apertium_stream.h"
+#include "settings/localization.h"
+
+namespace velun {
+
+namespace {
+
+// A sentence takes milliseconds; this is for a machine that swaps.
+constexpr std::chrono::seconds kPatience{30};
+
+}  // namespace
+
+void ApertiumTranslator::load() {
+  if (pipeline_ && pipeline_->isHealthy()) return;
+  pipeline_.reset();
+  pipeline_ = std::make_unique<StagePipeline>(mode_.stages);
+}
+
+QString ApertiumTranslator::translate(const QString& text, std::stop_token stop) {
+  load();
+  using Outcome = StagePipeline::Outcome;
+  const StagePipeline::Answer answer =
+      pipeline_->ask(apertium_stream::encode(text), kPatience, stop);
+  if (answer.outcome == Outcome::answered) {
+    if (const auto translation = apertium_stream::decode(answer.text)) return *translation;
+  }
+  pipeline_.reset();
+  if (answer.outcome == Outcome::stopped) throw Cancelled();
+  if (answer.outcome == Outcome::timedOut) {
+    throw Failure(L("The translator does not answer.", "번역기가 응답하지 않습니다."));
+  }
+  throw Failure(L("The translator stopped unexpectedly.", "번역기가 갑자기 종료되었습니다."));
+}
+
+std::vector<pid_t> ApertiumTranslator::processes() const {
+  return pipeline_ ? pipeline_->processes() : std::vector<pid_t>();
+}
+
+}  // namespace velun

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/translation/linux/apertium/apertium_mode.h"
+#include "platform/translation/linux/apertium/stage_pipeline.h"
+#include "platform/translation/linux/text_translator.h"
+
+#include <memory>
+
+namespace velun {
+
+/// Translates through Apertium's programs, which stay alive between texts. When one of them dies,
+/// the text under way fails and the next one finds them running again.
+class ApertiumTranslator final : public TextTranslator {
+ public:
+  explicit ApertiumTranslator(ApertiumMode mode) : mode_(std::move(mode)) {}
+
+  void load() override;
+  QString translate(const QString& text, std::stop_token stop) override;
+
+  /// The process ids of the programs, in order; none before anything was loaded.
+  std::vector<pid_t> processes() const;
+
+ private:
+  ApertiumMode mode_;
+  std::unique_ptr<StagePipeline> pipeline_;
+};
+
+}  // namespace velun

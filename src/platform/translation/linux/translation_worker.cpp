@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/translation/linux/translation_worker.h"
+
+#include <omp.h>
+
+namespace velun {
+
+TranslationWorker::TranslationWorker()
+    : thread_([this](const std::stop_token& stop) { run(stop); }) {}
+
+TranslationWorker::~TranslationWorker() {
+  thread_.request_stop();
+  thread_.join();
+}
+
+void TranslationWorker::post(std::function<void()> job) {
+  {
+    const std::lock_guard guard(lock_);
+    jobs_.push_back(std::move(job));
+  }
+  changed_.notify_one();
+}
+
+void TranslationWorker::run(const std::stop_token& stop) {
+  // A line has few tokens: more threads would wait for each other longer than they compute, on
+  // processors that recognition needs.
+  omp_set_num_threads(1);
+  while (true) {
+    std::function<void()> job;
+    {
+      std::unique_lock guard(lock_);
+      if (!changed_.wait(guard, stop, [this] { return !jobs_.empty(); })) return;
+      job = std::move(jobs_.front());
+      jobs_.pop_front();
+    }
+    job();
+  }
+}
+
+}  // namespace velun

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/foundation/failure.h"
+#include "platform/foundation/one_shot.h"
+#include "platform/translation/linux/translator_backend.h"
+
+#include <algorithm>
+#include <atomic>
+#include <QSemaphore>
+#include <QStringList>
+
+namespace velun::test {
+
+/// What the scripted translators of one back end do and have done.
+struct BackendScript {
+  std::vector<LanguagePair> installed;
+  std::vector<LanguagePair> downloadable;
+  QStringList installs;  ///< "en-ko"
+  QStringList quietInstalls;
+  std::vector<OneShot<bool>> pendingInstalls;  ///< true: succeeds; false: fails
+
+  std::atomic<int> loads = 0;
+  std::atomic<int> living = 0;
+  std::atomic<bool> waits = false;  ///< Each text waits for `go`, or until it is called off.
+  QSemaphore go;
+  std::atomic<int> waiting = 0;
+};
+
+/// Marks texts with its direction: "hello" becomes "hello/en-ko". A text with "fail" in it fails.
+class ScriptedTranslator final : public TextTranslator {
+ public:
+  ScriptedTranslator(std::shared_ptr<BackendScript> script, QString name)
+      : script_(std::move(script)), name_(std::move(name)) {
+    ++script_->living;
+  }
+  ~ScriptedTranslator() override { --script_->living; }
+
+  void load() override { ++script_->loads; }
+
+  QString translate(const QString& text, std::stop_token stop) override {
+    if (script_->waits) {
+      ++script_->waiting;
+      while (!script_->go.tryAcquire(1, 5)) {
+        if (stop.stop_requested()) throw Cancelled();
+      }
+    }
+    if (text.contains(QStringLiteral("fail"))) throw Failure(QStringLiteral("It failed."));
+    return text + u'/' + name_;
+  }
+
+ private:
+  std::shared_ptr<BackendScript> script_;
+  QString name_;
+};
+
+class ScriptedBackend final : public TranslatorBackend {
+ public:
+  explicit ScriptedBackend(std::shared_ptr<BackendScript> script) : script_(std::move(script)) {}
+
+  std::vector<LanguagePair> installedPairs() const override { return script_->installed; }
+  std::vector<LanguagePair> downloadablePairs() const override { return script_->downloadable; }
+
+  QCoro::Task<> install(LanguagePair pair, std::stop_token) override {
+    const std::shared_ptr<BackendScript> script = script_;
+    script->installs += nameOf(pair);
+    const OneShot<bool> pending;
+    script->pendingInstalls.push_back(pending);
+    const bool succeeds = co_await pending;
+    if (!succeeds) throw Failure(QStringLiteral("No connection."));
+    std::erase(script->downloadable, pair);
+    script->installed.push_back(pair);
+  }
+
+  void installQuietly(const LanguagePair& pair) override { script_->quietInstalls += nameOf(pair); }
+
+  std::shared_ptr<TextTranslator> makeTranslator(const LanguagePair& pair) override {
+    return std::make_shared<ScriptedTranslator>(script_, nameOf(pair));
+  }
+
+ private:
+  static QString nameOf(const LanguagePair& pair) { return pair.source + u'-' + pair.target; }
+
+  std::shared_ptr<BackendScript> script_;
+};
+
+}  // namespace velun::test
