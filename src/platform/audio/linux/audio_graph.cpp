@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/audio/linux/audio_graph.h"
+
+#include <algorithm>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <string_view>
+
+namespace velun {
+
+namespace {
+
+std::string nameIn(const char* json) {
+  if (!json) return {};
+  const QJsonObject object = QJsonDocument::fromJson(json).object();
+  return object.value(QLatin1String("name")).toString().toStdString();
+}
+
+}  // namespace
+
+bool AudioDevice::isSink() const {
+  return mediaClass == "Audio/Sink" || mediaClass == "Audio/Duplex";
+}
+
+bool AudioDevice::isSource() const {
+  return mediaClass == "Audio/Source" || mediaClass == "Audio/Source/Virtual" ||
+         mediaClass == "Audio/Duplex";
+}
+
+void AudioGraph::addDevice(const AudioDevice& device) {
+  devices_[device.id] = device;
+}
+
+void AudioGraph::addLink(std::uint32_t link, std::uint32_t inputNode) {
+  inputNodeOfLink_[link] = inputNode;
+}
+
+void AudioGraph::remove(std::uint32_t id) {
+  devices_.erase(id);
+  inputNodeOfLink_.erase(id);
+}
+
+void AudioGraph::beginSession() {
+  endSession();
+  hasSession_ = true;
+  ++sessionNumber_;
+}
+
+void AudioGraph::endSession() {
+  hasSession_ = false;
+  defaultSinkName_.clear();
+  defaultSourceName_.clear();
+}
+
+void AudioGraph::setDefault(const char* key, const char* value) {
+  // Without a key, all of them are taken back.
+  const std::string_view name = key ? key : "";
+  if (!key || name == "default.audio.sink") defaultSinkName_ = nameIn(value);
+  if (!key || name == "default.audio.source") defaultSourceName_ = nameIn(value);
+}
+
+const AudioDevice* AudioGraph::device(std::uint32_t id) const {
+  const auto found = devices_.find(id);
+  return found == devices_.end() ? nullptr : &found->second;
+}
+
+const AudioDevice* AudioGraph::defaultSink() const {
+  return named(defaultSinkName_, &AudioDevice::isSink);
+}
+
+const AudioDevice* AudioGraph::defaultSource() const {
+  return named(defaultSourceName_, &AudioDevice::isSource);
+}
+
+bool AudioGraph::isFed(std::uint32_t node) const {
+  return std::ranges::any_of(inputNodeOfLink_,
+                             [node](const auto& link) { return link.second == node; });
+}
+
+const AudioDevice* AudioGraph::named(const std::string& name,
+                                     bool (AudioDevice::*kind)() const) const {
+  if (name.empty()) return nullptr;
+  const auto found = std::ranges::find_if(devices_, [&](const auto& entry) {
+    return entry.second.name == name && (entry.second.*kind)();
+  });
+  return found == devices_.end() ? nullptr : &found->second;
+}
+
+}  // namespace velun

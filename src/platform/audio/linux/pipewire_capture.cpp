@@ -1,0 +1,271 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/audio/linux/pipewire_capture.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <QMetaObject>
+#include <utility>
+
+namespace velun {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+// A server that answers takes milliseconds; one that does not must not hold the program for long.
+constexpr auto answerLimit = 3000ms;
+constexpr auto sessionLimit = 1000ms;
+constexpr auto defaultLimit = 300ms;
+
+constexpr auto retryInterval = 500ms;
+// A session manager that restarts is back within this time; only a longer absence is reported.
+constexpr auto sessionGrace = 1500ms;
+// Linking takes milliseconds. A stream that stays without links is made anew, less and less often.
+constexpr auto firstRelinkDelay = 1000ms;
+constexpr auto lastRelinkDelay = 30000ms;
+
+}  // namespace
+
+PipeWireCapture::PipeWireCapture(Kind kind, Clock& clock, AudioInterruptionHandler onInterruption)
+    : kind_(kind), clock_(clock), onInterruption_(std::move(onInterruption)) {}
+
+PipeWireCapture::~PipeWireCapture() {
+  close();
+}
+
+int PipeWireCapture::open() {
+  if (isOpen()) return 0;
+  loop_ = std::make_unique<PipeWireLoop>(kind_ == Kind::output ? "SystemAudio" : "Microphone");
+  int error = 0;
+  {
+    const PipeWireLoop::Lock lock(*loop_);
+    connection_ = PipeWireConnection::open(
+        *loop_, [this] { postReview(); }, &error);
+    // The first answer brings the objects, the second what they say.
+    if (connection_) error = connection_->synchronize(answerLimit);
+    if (error == 0) error = connection_->synchronize(answerLimit);
+  }
+  if (error != 0) close();
+  return error;
+}
+
+void PipeWireCapture::close() {
+  if (!isOpen()) return;
+  stop();
+  {
+    const PipeWireLoop::Lock lock(*loop_);
+    disconnect();
+  }
+  loop_.reset();
+}
+
+std::optional<AudioDevice> PipeWireCapture::defaultDevice() {
+  if (!isOpen()) return std::nullopt;
+  const PipeWireLoop::Lock lock(*loop_);
+  if (!connection_) return std::nullopt;
+  const bool hasSession = connection_->graph().hasSession();
+  loop_->waitUntil([this] { return wantedDevice() || connection_->isLost(); },
+                   hasSession ? defaultLimit : sessionLimit);
+  const AudioDevice* found = wantedDevice();
+  return found ? std::optional(*found) : std::nullopt;
+}
+
+std::optional<AudioDevice> PipeWireCapture::device(std::uint32_t id) {
+  if (!isOpen()) return std::nullopt;
+  const PipeWireLoop::Lock lock(*loop_);
+  const AudioDevice* found = connection_ ? connection_->graph().device(id) : nullptr;
+  return found ? std::optional(*found) : std::nullopt;
+}
+
+AudioFormat PipeWireCapture::formatOf(const AudioDevice& device) {
+  if (!isOpen()) return {};
+  const PipeWireLoop::Lock lock(*loop_);
+  return connection_ ? connection_->formatOf(device.id, answerLimit) : AudioFormat();
+}
+
+int PipeWireCapture::start(const std::string& nodeName, BufferHandler onBuffer) {
+  if (!isOpen()) return -ENOTCONN;
+  nodeName_ = nodeName;
+  onBuffer_ = std::move(onBuffer);
+  const PipeWireLoop::Lock lock(*loop_);
+  if (!connection_ || connection_->isLost()) return -EPIPE;
+  if (const int error = makeStream()) return error;
+  const bool isAnswered = loop_->waitUntil(
+      [this] { return stream_->isReady() || stream_->isDead() || connection_->isLost(); },
+      answerLimit);
+  if (!isAnswered) return -ETIMEDOUT;
+  isStarted_ = true;
+  postReview();
+  return 0;
+}
+
+void PipeWireCapture::stop() {
+  isStarted_ = false;
+  interruptedSince_.reset();
+  retryCall_.reset();
+  sessionCall_.reset();
+  relinkCall_.reset();
+  if (!isOpen()) return;
+  const PipeWireLoop::Lock lock(*loop_);
+  stream_.reset();
+}
+
+/// On any thread: asks for a review on the main one.
+void PipeWireCapture::postReview() {
+  if (isReviewPosted_.exchange(true)) return;
+  QMetaObject::invokeMethod(
+      &context_,
+      [this] {
+        isReviewPosted_ = false;
+        review();
+      },
+      Qt::QueuedConnection);
+}
+
+/// Compares what there is with what there should be.
+void PipeWireCapture::review() {
+  if (!isStarted_) return;
+  Report found;
+  {
+    const PipeWireLoop::Lock lock(*loop_);
+    found = reviewConnection();
+  }
+  report(found);
+}
+
+/// The last thing done by its caller: the handler may destroy this object.
+void PipeWireCapture::report(const Report& report) {
+  if (!report) return;
+  if (*report == AudioInterruption::failed) close();
+  const AudioInterruptionHandler handler = onInterruption_;
+  if (handler) handler(*report);
+}
+
+PipeWireCapture::Report PipeWireCapture::reviewConnection() {
+  if (connection_ && connection_->isLost()) disconnect();
+  if (!connection_) return beginInterruption();
+  if (!connection_->graph().hasSession()) {
+    if (!interruptedSince_ && !sessionCall_) {
+      scheduleReview(&sessionCall_, sessionGrace,
+                     &PipeWireCapture::beginInterruptionWithoutSession);
+    }
+    return std::nullopt;
+  }
+  sessionCall_.reset();
+  return reviewStream();
+}
+
+PipeWireCapture::Report PipeWireCapture::reviewStream() {
+  if (isStreamStale()) stream_.reset();
+  const bool canStart = kind_ == Kind::output || wantedDevice();
+  if (!stream_ && canStart) makeStream();
+
+  if (isStreamFed() || !wantedDevice()) {
+    relinkCall_.reset();
+    relinkDelay_ = firstRelinkDelay;
+  } else if (!relinkCall_) {
+    scheduleReview(&relinkCall_, relinkDelay_, &PipeWireCapture::relink);
+  }
+  return isStreamFed() ? endInterruption() : std::nullopt;
+}
+
+PipeWireCapture::Report PipeWireCapture::beginInterruption() {
+  if (interruptedSince_) return std::nullopt;
+  interruptedSince_ = clock_.monotonicSeconds();
+  scheduleReview(&retryCall_, retryInterval, &PipeWireCapture::retry);
+  return AudioInterruption::began;
+}
+
+PipeWireCapture::Report PipeWireCapture::endInterruption() {
+  if (!interruptedSince_) return std::nullopt;
+  interruptedSince_.reset();
+  retryCall_.reset();
+  return AudioInterruption::ended;
+}
+
+PipeWireCapture::Report PipeWireCapture::retry() {
+  const double waited = clock_.monotonicSeconds() - *interruptedSince_;
+  if (waited >= double(patience.count())) return AudioInterruption::failed;
+  scheduleReview(&retryCall_, retryInterval, &PipeWireCapture::retry);
+  if (!connection_ && !reconnect()) return std::nullopt;
+  if (const Report found = reviewConnection()) return found;
+  // Everything is back but a device, and that is not the sound server's fault.
+  const bool isComplete = connection_ && connection_->graph().hasSession() && !wantedDevice();
+  return isComplete ? endInterruption() : std::nullopt;
+}
+
+PipeWireCapture::Report PipeWireCapture::beginInterruptionWithoutSession() {
+  const bool isMissing = connection_ && !connection_->graph().hasSession();
+  return isMissing ? beginInterruption() : std::nullopt;
+}
+
+PipeWireCapture::Report PipeWireCapture::relink() {
+  relinkDelay_ = std::min<std::chrono::milliseconds>(relinkDelay_ * 2, lastRelinkDelay);
+  if (connection_ && !isStreamFed()) stream_.reset();
+  return reviewConnection();
+}
+
+/// Runs `action` under the lock later, unless `*call` is reset before.
+void PipeWireCapture::scheduleReview(std::unique_ptr<ScheduledCall>* call,
+                                     std::chrono::milliseconds delay,
+                                     Report (PipeWireCapture::*action)()) {
+  *call = clock_.callAfter(delay, [this, call, action] {
+    call->reset();
+    Report found;
+    {
+      const PipeWireLoop::Lock lock(*loop_);
+      found = (this->*action)();
+    }
+    report(found);
+  });
+}
+
+bool PipeWireCapture::reconnect() {
+  int error = 0;
+  connection_ = PipeWireConnection::open(
+      *loop_, [this] { postReview(); }, &error);
+  return connection_ != nullptr;
+}
+
+void PipeWireCapture::disconnect() {
+  stream_.reset();
+  connection_.reset();
+}
+
+int PipeWireCapture::makeStream() {
+  const AudioDevice* device = wantedDevice();
+  PipeWireStreamOptions options;
+  options.nodeName = nodeName_;
+  options.capturesSink = kind_ == Kind::output;
+  // A stream without a target follows the default output by itself. A microphone's is bound to
+  // its device, lest it be moved to a sink's monitor when the last microphone goes.
+  if (kind_ == Kind::microphone && device) options.target = device->name;
+  // The server knows best how to bring the channels of an output down to two.
+  if (kind_ == Kind::output) options.channelCount = 2;
+  streamTarget_ = options.target;
+  streamSession_ = connection_->graph().sessionNumber();
+  stream_ = std::make_unique<PipeWireStream>(*connection_, options, onBuffer_, [this] {
+    loop_->wake();
+    postReview();
+  });
+  return stream_->error();
+}
+
+bool PipeWireCapture::isStreamStale() const {
+  if (!stream_) return false;
+  // A session manager does not link streams that are older than itself.
+  if (stream_->isDead() || streamSession_ != connection_->graph().sessionNumber()) return true;
+  const AudioDevice* device = wantedDevice();
+  return kind_ == Kind::microphone && (!device || device->name != streamTarget_);
+}
+
+bool PipeWireCapture::isStreamFed() const {
+  return stream_ && connection_->graph().isFed(stream_->nodeID());
+}
+
+const AudioDevice* PipeWireCapture::wantedDevice() const {
+  const AudioGraph& graph = connection_->graph();
+  return kind_ == Kind::output ? graph.defaultSink() : graph.defaultSource();
+}
+
+}  // namespace velun

@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/playback_stream.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <pipewire/pipewire.h>
+#include <spa/param/audio/format-utils.h>
+#include <vector>
+
+namespace velun::test {
+
+namespace {
+
+constexpr std::uint32_t positions[] = {SPA_AUDIO_CHANNEL_FL,  SPA_AUDIO_CHANNEL_FR,
+                                       SPA_AUDIO_CHANNEL_FC,  SPA_AUDIO_CHANNEL_LFE,
+                                       SPA_AUDIO_CHANNEL_RL,  SPA_AUDIO_CHANNEL_RR};
+
+bool isFloat(const AudioFormat& format) { return format.sample == AudioFormat::Sample::float32; }
+
+}  // namespace
+
+struct PlaybackStream::Implementation {
+  static void process(void* data) {
+    auto& self = *static_cast<Implementation*>(data);
+    pw_buffer* buffer = pw_stream_dequeue_buffer(self.stream);
+    if (!buffer) return;
+    spa_data& samples = buffer->buffer->datas[0];
+    const auto channels = std::size_t(self.format.channelCount);
+    const std::size_t frameSize = channels * (isFloat(self.format) ? 4 : 2);
+    std::size_t frames = samples.maxsize / frameSize;
+    if (buffer->requested > 0) frames = std::min<std::size_t>(frames, buffer->requested);
+    self.mono.resize(frames);
+    self.fill(self.mono);
+    for (std::size_t i = 0; i < frames * channels; ++i) {
+      const float value = self.mono[i / channels];
+      if (isFloat(self.format)) {
+        static_cast<float*>(samples.data)[i] = value;
+      } else {
+        static_cast<std::int16_t*>(samples.data)[i] = std::int16_t(std::lround(value * 32767));
+      }
+    }
+    samples.chunk->offset = 0;
+    samples.chunk->stride = std::int32_t(frameSize);
+    samples.chunk->size = std::uint32_t(frames * frameSize);
+    pw_stream_queue_buffer(self.stream, buffer);
+  }
+
+  AudioFormat format;
+  Fill fill;
+  std::vector<float> mono;
+  pw_thread_loop* loop = nullptr;
+  pw_stream* stream = nullptr;
+  pw_stream_events events{};
+};
+
+PlaybackStream::PlaybackStream(const AudioFormat& format, const std::string& target, Fill fill,
+                               int latencyFrames)
+    : implementation_(std::make_unique<Implementation>()) {
+  Implementation& self = *implementation_;
+  self.format = format;
+  self.fill = std::move(fill);
+  self.events.version = PW_VERSION_STREAM_EVENTS;
+  self.events.process = Implementation::process;
+  pw_init(nullptr, nullptr);
+  self.loop = pw_thread_loop_new("playback", nullptr);
+  pw_thread_loop_start(self.loop);
+  pw_thread_loop_lock(self.loop);
+  pw_properties* properties =
+      pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Playback",
+                        PW_KEY_NODE_NAME, "player", nullptr);
+  pw_properties_setf(properties, PW_KEY_NODE_LATENCY, "%d/%d", latencyFrames,
+                     int(format.sampleRate));
+  if (!target.empty()) pw_properties_set(properties, PW_KEY_TARGET_OBJECT, target.c_str());
+  self.stream = pw_stream_new_simple(pw_thread_loop_get_loop(self.loop), "player", properties,
+                                     &self.events, &self);
+  spa_audio_info_raw info{};
+  info.format = isFloat(format) ? SPA_AUDIO_FORMAT_F32 : SPA_AUDIO_FORMAT_S16;
+  info.rate = std::uint32_t(format.sampleRate);
+  info.channels = std::uint32_t(format.channelCount);
+  std::copy_n(positions, std::min<std::size_t>(std::size(positions), info.channels),
+              info.position);
+  if (info.channels == 1) info.position[0] = SPA_AUDIO_CHANNEL_MONO;
+  std::uint8_t room[1024];
+  spa_pod_builder builder{};
+  spa_pod_builder_init(&builder, room, sizeof room);
+  const spa_pod* parameter = spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &info);
+  pw_stream_connect(self.stream, PW_DIRECTION_OUTPUT, PW_ID_ANY,
+                    static_cast<pw_stream_flags>(PW_STREAM_FLAG_AUTOCONNECT |
+                                                 PW_STREAM_FLAG_MAP_BUFFERS),
+                    &parameter, 1);
+  pw_thread_loop_unlock(self.loop);
+}
+
+PlaybackStream::~PlaybackStream() {
+  Implementation& self = *implementation_;
+  pw_thread_loop_lock(self.loop);
+  pw_stream_destroy(self.stream);
+  pw_thread_loop_unlock(self.loop);
+  pw_thread_loop_stop(self.loop);
+  pw_thread_loop_destroy(self.loop);
+  pw_deinit();
+}
+
+PlaybackStream::Fill PlaybackStream::tone(double frequency, double sampleRate, float amplitude) {
+  return [frequency, sampleRate, amplitude, at = std::size_t(0)](std::span<float> frames) mutable {
+    for (float& frame : frames) {
+      const double turn = frequency * double(at++) / sampleRate;
+      frame = amplitude * float(std::sin(2 * std::numbers::pi * turn));
+    }
+  };
+}
+
+}  // namespace velun::test

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+
+namespace velun::test {
+
+/// A sound server with its session manager for one test program, in the private folders that
+/// `run_isolated` has made. Its parts can be ended and started again; they die with the program.
+class PrivatePipeWire {
+ public:
+  ~PrivatePipeWire();
+
+  /// Each waits until the part answers; false when it does not within 20 s.
+  bool start() { return startDaemon() && startManager(); }
+  bool startDaemon();
+  bool startManager();
+
+  /// At once, as in a crash. The session manager ends with the server.
+  void killDaemon();
+  void killManager();
+
+  /// Adds an output without a sound card, with channels such as "FL FR FC LFE RL RR".
+  bool addSink(const QString& name, int rate = 48'000, const QString& channels = "FL FR");
+  /// Adds a microphone; what is linked to its inputs is what it hears.
+  bool addMicrophone(const QString& name, int rate = 48'000, const QString& channels = "FL FR");
+  bool remove(const QString& name);
+
+  /// Chooses a device as the user would and waits until it is the default.
+  bool setDefaultSink(const QString& name);
+  bool setDefaultSource(const QString& name);
+  bool awaitDefaultSink(const QString& name);
+  bool awaitDefaultSource(const QString& name);
+
+ private:
+  static bool run(const QStringList& arguments);
+  static void launch(QProcess* process, const QString& part);
+  static void end(QProcess* process);
+
+  QProcess bus_;
+  QProcess daemon_;
+  QProcess manager_;
+};
+
+}  // namespace velun::test
