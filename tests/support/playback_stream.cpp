@@ -12,11 +12,13 @@ namespace velun::test {
 
 namespace {
 
-constexpr std::uint32_t positions[] = {SPA_AUDIO_CHANNEL_FL,  SPA_AUDIO_CHANNEL_FR,
-                                       SPA_AUDIO_CHANNEL_FC,  SPA_AUDIO_CHANNEL_LFE,
-                                       SPA_AUDIO_CHANNEL_RL,  SPA_AUDIO_CHANNEL_RR};
+constexpr std::uint32_t positions[] = {SPA_AUDIO_CHANNEL_FL, SPA_AUDIO_CHANNEL_FR,
+                                       SPA_AUDIO_CHANNEL_FC, SPA_AUDIO_CHANNEL_LFE,
+                                       SPA_AUDIO_CHANNEL_RL, SPA_AUDIO_CHANNEL_RR};
 
-bool isFloat(const AudioFormat& format) { return format.sample == AudioFormat::Sample::float32; }
+bool isFloat(const AudioFormat& format) {
+  return format.sample == AudioFormat::Sample::float32;
+}
 
 }  // namespace
 
@@ -66,9 +68,8 @@ PlaybackStream::PlaybackStream(const AudioFormat& format, const std::string& tar
   self.loop = pw_thread_loop_new("playback", nullptr);
   pw_thread_loop_start(self.loop);
   pw_thread_loop_lock(self.loop);
-  pw_properties* properties =
-      pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Playback",
-                        PW_KEY_NODE_NAME, "player", nullptr);
+  pw_properties* properties = pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY,
+                                                "Playback", PW_KEY_NODE_NAME, "player", nullptr);
   pw_properties_setf(properties, PW_KEY_NODE_LATENCY, "%d/%d", latencyFrames,
                      int(format.sampleRate));
   if (!target.empty()) pw_properties_set(properties, PW_KEY_TARGET_OBJECT, target.c_str());
@@ -78,17 +79,16 @@ PlaybackStream::PlaybackStream(const AudioFormat& format, const std::string& tar
   info.format = isFloat(format) ? SPA_AUDIO_FORMAT_F32 : SPA_AUDIO_FORMAT_S16;
   info.rate = std::uint32_t(format.sampleRate);
   info.channels = std::uint32_t(format.channelCount);
-  std::copy_n(positions, std::min<std::size_t>(std::size(positions), info.channels),
-              info.position);
+  std::copy_n(positions, std::min<std::size_t>(std::size(positions), info.channels), info.position);
   if (info.channels == 1) info.position[0] = SPA_AUDIO_CHANNEL_MONO;
   std::uint8_t room[1024];
   spa_pod_builder builder{};
   spa_pod_builder_init(&builder, room, sizeof room);
   const spa_pod* parameter = spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &info);
-  pw_stream_connect(self.stream, PW_DIRECTION_OUTPUT, PW_ID_ANY,
-                    static_cast<pw_stream_flags>(PW_STREAM_FLAG_AUTOCONNECT |
-                                                 PW_STREAM_FLAG_MAP_BUFFERS),
-                    &parameter, 1);
+  pw_stream_connect(
+      self.stream, PW_DIRECTION_OUTPUT, PW_ID_ANY,
+      static_cast<pw_stream_flags>(PW_STREAM_FLAG_AUTOCONNECT | PW_STREAM_FLAG_MAP_BUFFERS),
+      &parameter, 1);
   pw_thread_loop_unlock(self.loop);
 }
 

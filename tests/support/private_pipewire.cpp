@@ -38,7 +38,9 @@ void PrivatePipeWire::killDaemon() {
   end(&manager_);
 }
 
-void PrivatePipeWire::killManager() { end(&manager_); }
+void PrivatePipeWire::killManager() {
+  end(&manager_);
+}
 
 bool PrivatePipeWire::addSink(const QString& name, int rate, const QString& channels) {
   return run({"sink", name, QString::number(rate), channels});
@@ -48,9 +50,13 @@ bool PrivatePipeWire::addMicrophone(const QString& name, int rate, const QString
   return run({"microphone", name, QString::number(rate), channels});
 }
 
-bool PrivatePipeWire::remove(const QString& name) { return run({"remove", name}); }
+bool PrivatePipeWire::remove(const QString& name) {
+  return run({"remove", name});
+}
 
-bool PrivatePipeWire::setDefaultSink(const QString& name) { return run({"default-sink", name}); }
+bool PrivatePipeWire::setDefaultSink(const QString& name) {
+  return run({"default-sink", name});
+}
 
 bool PrivatePipeWire::setDefaultSource(const QString& name) {
   return run({"default-source", name});

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/recorder.h"
+
+#include "support/signals.h"
+
+#include <algorithm>
+
+namespace velun::test {
+
+std::function<void(const PcmBuffer&)> Recorder::handler() {
+  return [this](const PcmBuffer& buffer) {
+    take(buffer);
+  };
+}
+
+void Recorder::clear() {
+  const std::lock_guard lock(mutex_);
+  samples_.clear();
+}
+
+std::size_t Recorder::sampleCount() const {
+  const std::lock_guard lock(mutex_);
+  return samples_.size();
+}
+
+AudioFormat Recorder::format() const {
+  const std::lock_guard lock(mutex_);
+  return format_;
+}
+
+std::vector<float> Recorder::samples() const {
+  const std::lock_guard lock(mutex_);
+  return samples_;
+}
+
+double Recorder::amplitudeAt(double frequency, std::size_t frameCount) const {
+  return test::amplitudeAt(last(frameCount), frequency, format().sampleRate);
+}
+
+double Recorder::level(std::size_t frameCount) const {
+  return rmsOf(last(frameCount));
+}
+
+void Recorder::take(const PcmBuffer& buffer) {
+  const std::vector<float> samples = channelOf(buffer, 0);
+  const std::lock_guard lock(mutex_);
+  if (buffer.format() != format_) samples_.clear();
+  format_ = buffer.format();
+  samples_.insert(samples_.end(), samples.begin(), samples.end());
+  ++bufferCount_;
+}
+
+std::vector<float> Recorder::last(std::size_t frameCount) const {
+  const std::lock_guard lock(mutex_);
+  if (samples_.size() < frameCount) return {};
+  return {samples_.end() - std::ptrdiff_t(frameCount), samples_.end()};
+}
+
+}  // namespace velun::test
