@@ -1,0 +1,228 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "model/legacy_markdown.h"
+
+#include "model/session_error.h"
+#include "model/session_store.h"
+#include "settings/localization.h"
+#include "support/session_samples.h"
+#include "support/suite.h"
+
+#include <ctime>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+using namespace velun;
+
+namespace {
+
+const QString kHeading = "# 자막 세션 — ";
+
+std::vector<Line> linesOf(const QString& body) {
+  const auto session = parseLegacyMarkdown((kHeading + "2024-11-02\n" + body).toUtf8(), Instant(),
+                                           QStringLiteral("t"));
+  if (!session) qFatal("not understood");
+  return session->lines;
+}
+
+}  // namespace
+
+class LegacyMarkdownTest final : public test::Suite {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void initTestCase() {
+    qputenv("TZ", "Asia/Seoul");
+    tzset();
+    QVERIFY(folder_.isValid());
+  }
+  void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
+
+  void aTranscriptBecomesASession() {
+    const QUrl url = write("2024-11-02_20-15-00.md",
+                           kHeading + "2024-11-02\n\n`20:15:03` Hello\n> 안녕\n> 반가워\n");
+    const CaptionSession session = readLegacyMarkdown(url);
+    QCOMPARE(session.schemaVersion, 1);
+    QCOMPARE(session.title, QString("Caption Session"));
+    QVERIFY(session.startedAt == test::utc(2024, 11, 2, 11, 15, 0));
+    QVERIFY(!session.endedAt);
+    QCOMPARE(session.lines.size(), 1u);
+    const Line& line = session.lines[0];
+    QVERIFY(!line.id.isNull());
+    QVERIFY(!line.time && !line.sourceLanguage && !line.input);
+    QVERIFY(line.translations.empty());
+    QCOMPARE(line.text, QString("Hello"));
+    QCOMPARE(line.legacyTimestamp, std::optional<QString>("20:15:03"));
+    QCOMPARE(line.legacyTranslation, std::optional<QString>("안녕\n반가워"));
+  }
+
+  void theTitleIsInTheInterfaceLanguage() {
+    const QUrl url = write("ko.md", kHeading + "\n");
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(readLegacyMarkdown(url).title, QString("자막 세션"));
+  }
+
+  void anotherHeadingIsRefused_data() {
+    QTest::addColumn<QString>("text");
+    QTest::newRow("English") << "# Caption Session — 2024-11-02\n`20:15:03` Hello\n";
+    QTest::newRow("hyphen for the dash") << "# 자막 세션 - 2024-11-02\n";
+    QTest::newRow("no space behind the dash") << "# 자막 세션 —";
+    QTest::newRow("not in the first line") << "\n# 자막 세션 — 2024-11-02\n";
+    QTest::newRow("empty") << "";
+  }
+  void anotherHeadingIsRefused() {
+    QFETCH(QString, text);
+    const QUrl url = write("other.md", text);
+    QCOMPARE(refusal(url), QString("This isn’t a transcript from an earlier version of Velun."));
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(refusal(url), QString("Velun의 이전 자막 기록 형식이 아닙니다."));
+  }
+
+  void whatCannotBeReadIsRefused() {
+    QCOMPARE(refusal(QUrl::fromLocalFile(folder_.filePath("none.md"))),
+             QString("“none.md” doesn’t exist."));
+    const QUrl broken = writeBytes("broken.md", kHeading.toUtf8() + "\n\xFF\n");
+    QCOMPARE(refusal(broken), QString("“broken.md” is not a UTF-8 text."));
+    QVERIFY(QDir(folder_.path()).mkdir("folder.md"));
+    QCOMPARE(refusal(QUrl::fromLocalFile(folder_.filePath("folder.md"))),
+             QString("“folder.md” is not a file."));
+  }
+
+  void theHeadingAloneIsASessionWithoutLines() {
+    QVERIFY(parseLegacyMarkdown(kHeading.toUtf8(), Instant(), "t")->lines.empty());
+    QVERIFY(linesOf("").empty());
+  }
+
+  void theHeadingIsNeverACaption() {
+    const QByteArray bytes = (kHeading + "`20:15:03` Hello").toUtf8();
+    QVERIFY(parseLegacyMarkdown(bytes, Instant(), "t")->lines.empty());
+  }
+
+  void aCaptionWithoutTextIsKept() {
+    const std::vector<Line> lines = linesOf("`20:15:03`\n`20:15:04` \t \n");
+    QCOMPARE(lines.size(), 2u);
+    QCOMPARE(lines[0].text, QString());
+    QCOMPARE(lines[1].text, QString());
+    QCOMPARE(lines[1].legacyTimestamp, std::optional<QString>("20:15:04"));
+  }
+
+  void captionsAreTrimmedOfSpacesAndTabsAlone() {
+    QCOMPARE(linesOf("`1` \t a b \u00A0\t ")[0].text, QString("a b \u00A0"));
+    QCOMPARE(linesOf("`1`text right behind")[0].text, QString("text right behind"));
+  }
+
+  void timesAreKeptAsTheyStand() {
+    QCOMPARE(*linesOf("` 8 pm ` a")[0].legacyTimestamp, QString(" 8 pm "));
+    QCOMPARE(*linesOf("`` a")[0].legacyTimestamp, QString());
+    QCOMPARE(linesOf("`1` a `b`")[0].text, QString("a `b`"));
+  }
+
+  void aCaptionWithOneBackquoteIsSkipped() {
+    const std::vector<Line> lines = linesOf("`1` a\n`20:15:03 Hello\n> to the first\n");
+    QCOMPARE(lines.size(), 1u);
+    QCOMPARE(*lines[0].legacyTranslation, QString("to the first"));
+  }
+
+  void aTranslationBeforeAnyCaptionIsSkipped() {
+    const std::vector<Line> lines = linesOf("> early\n`1` a\n");
+    QCOMPARE(lines.size(), 1u);
+    QVERIFY(!lines[0].legacyTranslation);
+  }
+
+  void translationsAreTakenUnchanged() {
+    QCOMPARE(*linesOf("`1` a\n>  b \t\n> \n")[0].legacyTranslation, QString(" b \t\n"));
+    QCOMPARE(*linesOf("`1` a\n> \n")[0].legacyTranslation, QString(""));
+    QVERIFY(!linesOf("`1` a\n>b\n")[0].legacyTranslation);
+  }
+
+  void otherLinesAreIgnored() {
+    const std::vector<Line> lines =
+        linesOf("## Notes\n\n `1` indented\ntext\n`1` a\n\nbetween\n> b\n`2` c\n> d");
+    QCOMPARE(lines.size(), 2u);
+    QCOMPARE(*lines[0].legacyTranslation, QString("b"));
+    QCOMPARE(*lines[1].legacyTranslation, QString("d"));
+  }
+
+  void everyNewlineSplitsLines_data() {
+    QTest::addColumn<QString>("newline");
+    for (const char16_t c : u"\n\v\f\r\u0085\u2028\u2029") {
+      if (c == 0) continue;
+      QTest::addRow("U+%04X", c) << QString(QChar(c));
+    }
+    QTest::addRow("CR LF") << QString("\r\n");
+  }
+  void everyNewlineSplitsLines() {
+    QFETCH(QString, newline);
+    const QStringList text = {kHeading + "x", "`1` a", "> b", "`2` c"};
+    const auto session = parseLegacyMarkdown(text.join(newline).toUtf8(), Instant(), "t");
+    QVERIFY(session);
+    QCOMPARE(session->lines.size(), 2u);
+    QCOMPARE(session->lines[0].text, QString("a"));
+    QCOMPARE(*session->lines[0].legacyTranslation, QString("b"));
+    QCOMPARE(session->lines[1].text, QString("c"));
+  }
+
+  void otherSpacesDoNotSplitLines() {
+    QCOMPARE(linesOf("`1` a\u001Cb\u2027c")[0].text, QString("a\u001Cb\u2027c"));
+  }
+
+  void aNameThatIsNoTimeGivesTheTimeOfCreation_data() {
+    QTest::addColumn<QString>("name");
+    QTest::newRow("words") << "Evening talk.md";
+    QTest::newRow("no such day") << "2024-02-30_20-15-00.md";
+    QTest::newRow("no such hour") << "2024-11-02_25-15-00.md";
+    QTest::newRow("one digit") << "2024-11-2_20-15-00.md";
+    QTest::newRow("more behind it") << "2024-11-02_20-15-00 copy.md";
+  }
+  void aNameThatIsNoTimeGivesTheTimeOfCreation() {
+    QFETCH(QString, name);
+    const Instant before = currentInstant() - std::chrono::seconds(1);
+    const QUrl url = write(name, kHeading);
+    const Instant after = currentInstant() + std::chrono::seconds(1);
+    // Files that are changed later keep the time of their creation.
+    QFile file(url.toLocalFile());
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QVERIFY(file.setFileTime(QDateTime::fromSecsSinceEpoch(0), QFileDevice::FileModificationTime));
+    const Instant startedAt = readLegacyMarkdown(url).startedAt;
+    QVERIFY(startedAt >= before && startedAt <= after);
+  }
+
+  void aStartedTimeIsLocalInWinterAndSummer() {
+    QVERIFY(legacyStart("/x/2024-07-01_00-00-00.md") == test::utc(2024, 6, 30, 15, 0, 0));
+    QVERIFY(legacyStart("/x/2024-12-31_23-59-59.MD") == test::utc(2024, 12, 31, 14, 59, 59));
+  }
+
+  void theFileStaysAsItWas() {
+    const QUrl url = write("kept.md", kHeading + "\n`1` a\n");
+    QFile file(url.toLocalFile());
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray before = file.readAll();
+    const CaptionSession session = SessionStore{QUrl()}.read(url);
+    QCOMPARE(session.lines.size(), 1u);
+    file.seek(0);
+    QCOMPARE(file.readAll(), before);
+  }
+
+ private:
+  QUrl writeBytes(const QString& name, const QByteArray& bytes) {
+    QFile file(folder_.filePath(name));
+    if (!file.open(QIODevice::WriteOnly)) qFatal("cannot write");
+    file.write(bytes);
+    return QUrl::fromLocalFile(file.fileName());
+  }
+  QUrl write(const QString& name, const QString& text) { return writeBytes(name, text.toUtf8()); }
+
+  static QString refusal(const QUrl& url) {
+    try {
+      readLegacyMarkdown(url);
+    } catch (const SessionError& error) {
+      return error.errorDescription();
+    }
+    return {};
+  }
+
+  QTemporaryDir folder_;
+};
+
+QTEST_GUILESS_MAIN(LegacyMarkdownTest)
+#include "legacy_markdown_test.moc"

@@ -1,0 +1,209 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "model/session_codec.h"
+#include "model/session_error.h"
+#include "model/session_store.h"
+#include "support/session_samples.h"
+#include "support/suite.h"
+
+#include <atomic>
+#include <csignal>
+#include <filesystem>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <random>
+#include <sys/mman.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace velun;
+
+namespace {
+
+/// A number that a child process shares with its parent.
+class SharedCount {
+ public:
+  SharedCount()
+      : memory_(mmap(nullptr, sizeof(std::atomic<int>), PROT_READ | PROT_WRITE,
+                     MAP_SHARED | MAP_ANONYMOUS, -1, 0)),
+        count_(new (memory_) std::atomic<int>(0)) {}
+  ~SharedCount() { munmap(memory_, sizeof(std::atomic<int>)); }
+  Q_DISABLE_COPY_MOVE(SharedCount)
+  std::atomic<int>& operator*() const { return *count_; }
+
+ private:
+  void* memory_;
+  std::atomic<int>* count_;
+};
+
+/// Saves the session over and over, the number of the save as its title, until it is killed.
+[[noreturn]] void saveForEver(const SessionStore& store, CaptionSession session,
+                              std::atomic<int>& saved) {
+  SessionEncoder encoder;
+  while (true) {
+    const int next = saved + 1;
+    session.title = QString::number(next);
+    try {
+      store.save(session, next % 16 == 0 ? SessionStore::Flush::yes : SessionStore::Flush::no,
+                 &encoder);
+    } catch (...) {
+      _exit(1);
+    }
+    saved = next;
+  }
+}
+
+QStringList hiddenFiles(const QString& folder) {
+  return QDir(folder).entryList({".*"}, QDir::Files | QDir::Hidden);
+}
+
+}  // namespace
+
+class SessionAccidentTest final : public test::Suite {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void aThousandKillsDuringSavesTearNoFile() {
+    const QTemporaryDir folder;
+    const SessionStore store{QUrl::fromLocalFile(folder.path())};
+    const CaptionSession session = test::longSession(300);
+    const QUrl url = store.save(session);
+    std::mt19937 random(20250301);
+    std::uniform_int_distribution<int> microseconds(0, 3000);
+    SharedCount saved;
+    int interrupted = 0;
+    for (int kill = 0; kill < 1000; ++kill) {
+      const int before = *saved;
+      const pid_t child = fork();
+      QVERIFY(child >= 0);
+      if (child == 0) saveForEver(store, session, *saved);
+      // Killed at any moment from its first save on.
+      while (*saved == before && waitpid(child, nullptr, WNOHANG) == 0) usleep(50);
+      usleep(static_cast<useconds_t>(microseconds(random)));
+      ::kill(child, SIGKILL);
+      int status = 0;
+      QCOMPARE(waitpid(child, &status, 0), child);
+      QVERIFY(WIFSIGNALED(status));
+
+      const int confirmed = *saved;
+      const CaptionSession read = store.read(url);  // throws when it is torn
+      const int found = read.title.toInt();
+      QVERIFY2(found == confirmed || found == confirmed + 1, qPrintable(read.title));
+      QVERIFY(read.lines.size() == session.lines.size());
+      *saved = found;
+      const qsizetype left = hiddenFiles(folder.path()).size();
+      QVERIFY(left <= 1);
+      interrupted += left > 0 ? 1 : 0;
+    }
+    // Otherwise the kills came between the saves and nothing was tried.
+    QVERIFY2(interrupted > 100, QByteArray::number(interrupted));
+    QCOMPARE(store.savedSessions().unreadableCount, 0);
+    store.save(session);
+    QCOMPARE(hiddenFiles(folder.path()), QStringList());
+  }
+
+  void whatAKilledProgramLeftGoesWithTheNextSession() {
+    const QTemporaryDir folder;
+    const SessionStore store{QUrl::fromLocalFile(folder.path())};
+    const QUrl url = store.save(test::sampleSession());
+    const QString left = folder.filePath("." + url.fileName() + ".velun-part");
+    QVERIFY(QFile::copy(url.toLocalFile(), left));
+    CaptionSession next = test::sampleSession();
+    next.id = QUuid::createUuid();
+    store.save(next);
+    QCOMPARE(hiddenFiles(folder.path()), QStringList());
+    QCOMPARE(store.savedSessions().sessions.size(), 2u);
+  }
+
+  void aFileThatMayNotGrowGivesTheErrorAndKeepsTheOldFile() {
+    const QTemporaryDir folder;
+    const SessionStore store{QUrl::fromLocalFile(folder.path())};
+    const CaptionSession small = test::sampleSession();
+    const QUrl url = store.save(small);
+    CaptionSession large = small;
+    large.lines = test::longSession(200).lines;
+
+    rlimit before{};
+    QCOMPARE(getrlimit(RLIMIT_FSIZE, &before), 0);
+    const auto ignored = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit limited = before;
+    limited.rlim_cur = 16'384;
+    QCOMPARE(setrlimit(RLIMIT_FSIZE, &limited), 0);
+    QString text;
+    try {
+      store.save(large);
+    } catch (const SessionError& error) {
+      text = error.errorDescription();
+    }
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, ignored);
+
+    QCOMPARE(text, "“" + url.fileName() + "” would be larger than files may be here.");
+    QVERIFY(store.read(url) == small);
+    QCOMPARE(hiddenFiles(folder.path()), QStringList());
+    store.save(large);
+    QVERIFY(store.read(url) == large);
+  }
+
+  // Runs this program again, with a small file system of its own mounted for it alone.
+  void aFullDiskGivesTheErrorAndKeepsTheOldFile() {
+    const QTemporaryDir folder;
+    QProcess inside;
+    QStringList arguments = {"--mount", "--propagation", "private"};
+    if (geteuid() != 0) arguments += {"--user", "--map-root-user"};
+    arguments += {"sh", "-c", "mount -t tmpfs -o size=1m none \"$1\" && exec \"$0\" --full \"$1\"",
+                  QCoreApplication::applicationFilePath(), folder.path()};
+    inside.start("unshare", arguments);
+    QVERIFY2(inside.waitForFinished(60'000), "unshare (util-linux) is needed");
+    QVERIFY2(inside.exitCode() == 0, inside.readAllStandardError());
+    QCOMPARE(inside.readAllStandardOutput(), QByteArray("the old file is whole\n"));
+  }
+
+ public:
+  /// What runs inside: fills the disk, saves, looks. The exit code of the program.
+  static int onAFullDisk(const QString& folder) {
+    const SessionStore store{QUrl::fromLocalFile(folder)};
+    CaptionSession session = test::longSession(500);
+    const QUrl url = store.save(session);
+    QFile filler(folder + "/filler");
+    if (!filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) return 2;
+    while (filler.write(QByteArray(4096, 'x')) == 4096) {
+    }
+    const CaptionSession old = session;
+    session.lines.push_back(Line());
+    try {
+      store.save(session);
+      return fail("a save on a full disk succeeded");
+    } catch (const SessionError& error) {
+      const QString expected =
+          QStringLiteral("There is not enough disk space to write “%1”.").arg(url.fileName());
+      if (error.errorDescription() != expected) return fail(qPrintable(error.errorDescription()));
+    }
+    if (store.read(url) != old) return fail("the old file changed");
+    if (!hiddenFiles(folder).isEmpty()) return fail("a part of the new file stayed");
+    filler.resize(0);
+    store.save(session);
+    if (store.read(url) != session) return fail("saving with room again failed");
+    std::puts("the old file is whole");
+    return 0;
+  }
+
+ private:
+  static int fail(const char* what) {
+    std::fputs(what, stderr);
+    return 1;
+  }
+};
+
+int main(int argc, char* argv[]) {
+  QCoreApplication application(argc, argv);
+  const QStringList arguments = QCoreApplication::arguments();
+  if (arguments.size() == 3 && arguments[1] == "--full") {
+    return SessionAccidentTest::onAFullDisk(arguments[2]);
+  }
+  SessionAccidentTest test;
+  return QTest::qExec(&test, argc, argv);
+}
+#include "session_accident_test.moc"

@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "model/session_codec.h"
+#include "model/session_store.h"
+#include "support/session_samples.h"
+#include "support/suite.h"
+
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+using namespace velun;
+
+class SessionMigrationTest final : public test::Suite {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void init() {
+    Suite::init();
+    // The tests run with a home of their own.
+    for (const char* name : {"Velun", "Parvelo", "OrlanceV2"}) {
+      if (QFileInfo(path(name)).isDir()) {
+        QVERIFY(QDir(path(name)).removeRecursively());
+      } else {
+        QFile::remove(path(name));
+      }
+    }
+  }
+
+  void theUsersOwnStoreLiesInTheDataFolder() {
+    QCOMPARE(SessionStore::local().directory, QUrl::fromLocalFile(path("Velun/Sessions")));
+    QCOMPARE(&SessionStore::local(), &SessionStore::local());
+  }
+
+  void theFirstListingMovesTheFirstEarlierFolder() {
+    putSession("Parvelo");
+    putSession("OrlanceV2");
+    QCOMPARE(SessionStore::local().savedSessions().sessions.size(), 1u);
+    QVERIFY(QFileInfo::exists(path("Velun/Sessions/Parvelo.json")));
+    QVERIFY(!QFileInfo::exists(path("Parvelo")));
+    QVERIFY(QFileInfo::exists(path("OrlanceV2/Sessions/OrlanceV2.json")));
+    SessionStore::local().savedSessions();
+    QVERIFY(QFileInfo::exists(path("OrlanceV2")));
+  }
+
+  void theSecondEarlierFolderIsMovedWhenItIsTheOnlyOne() {
+    putSession("OrlanceV2");
+    SessionStore::local().migratePreviousFolder();
+    QVERIFY(QFileInfo::exists(path("Velun/Sessions/OrlanceV2.json")));
+    QVERIFY(!QFileInfo::exists(path("OrlanceV2")));
+  }
+
+  void theFirstSaveMovesTheEarlierFolderToo() {
+    putSession("Parvelo");
+    CaptionSession session = test::sampleSession();
+    session.id = QUuid::createUuid();
+    SessionStore::local().save(session);
+    QCOMPARE(SessionStore::local().savedSessions().sessions.size(), 2u);
+  }
+
+  void readingMovesNothing() {
+    putSession("Parvelo");
+    SessionStore::local().read(QUrl::fromLocalFile(path("Parvelo/Sessions/Parvelo.json")));
+    QVERIFY(QFileInfo::exists(path("Parvelo")));
+    QVERIFY(!QFileInfo::exists(path("Velun")));
+  }
+
+  void nothingIsMovedOverAFolderThatIsThere() {
+    QVERIFY(QDir().mkpath(path("Velun")));
+    putSession("Parvelo");
+    QVERIFY(SessionStore::local().savedSessions().sessions.empty());
+    QVERIFY(QFileInfo::exists(path("Parvelo/Sessions/Parvelo.json")));
+    QVERIFY(!QFileInfo::exists(path("Velun/Sessions")));
+  }
+
+  void anotherStoreNeverTouchesTheDataFolder() {
+    putSession("Parvelo");
+    const QTemporaryDir folder;
+    const SessionStore store{QUrl::fromLocalFile(folder.path())};
+    store.migratePreviousFolder();
+    store.save(test::sampleSession());
+    QCOMPARE(store.savedSessions().sessions.size(), 1u);
+    QVERIFY(QFileInfo::exists(path("Parvelo")));
+    QVERIFY(!QFileInfo::exists(path("Velun")));
+  }
+
+  void aFileInPlaceOfAFolderIsMovedAsItIsAndSaidWhenSaving() {
+    QFile file(path("Parvelo"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.close();
+    SessionStore::local().migratePreviousFolder();
+    QVERIFY(QFileInfo(path("Velun")).isFile());
+    QVERIFY_EXCEPTION_THROWN(SessionStore::local().save(test::sampleSession()), std::exception);
+    QVERIFY(QFile::remove(path("Velun")));
+  }
+
+ private:
+  static QString path(const QString& name) {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + '/' + name;
+  }
+
+  /// A data folder of that name with one session called after it.
+  static void putSession(const QString& name) {
+    const QString folder = path(name + "/Sessions");
+    if (!QDir().mkpath(folder)) qFatal("cannot make the folder");
+    QFile file(folder + '/' + name + ".json");
+    if (!file.open(QIODevice::WriteOnly)) qFatal("cannot write");
+    file.write(encodeSession(test::sampleSession()));
+  }
+};
+
+QTEST_GUILESS_MAIN(SessionMigrationTest)
+#include "session_migration_test.moc"

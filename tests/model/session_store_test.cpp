@@ -1,0 +1,266 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "model/session_store.h"
+
+#include "model/session_codec.h"
+#include "model/session_error.h"
+#include "model/session_limits.h"
+#include "settings/localization.h"
+#include "support/session_samples.h"
+#include "support/suite.h"
+
+#include <ctime>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace velun;
+
+class SessionStoreTest final : public test::Suite {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void initTestCase() {
+    qputenv("TZ", "Asia/Seoul");
+    tzset();
+  }
+  void init() {
+    Suite::init();
+    folder_ = std::make_unique<QTemporaryDir>();
+    QVERIFY(folder_->isValid());
+  }
+  void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
+
+  void aSavedSessionIsNamedAfterItsLocalTimeAndId() {
+    const QUrl url = store().save(test::sampleSession());
+    QCOMPARE(url, QUrl::fromLocalFile(path("2025-03-01_18-04-58_9F2C4E1A-3B7D-4C8E-A1F0-"
+                                           "5D6E7F809A1B.json")));
+    const QByteArray bytes = contents(url.toLocalFile());
+    QCOMPARE(bytes, encodeSession(test::sampleSession()));
+    QVERIFY(bytes.contains("\"startedAt\" : \"2025-03-01T09:04:58Z\""));
+    QVERIFY(store().read(url) == test::sampleSession());
+  }
+
+  void fractionsOfTheStartDoNotMoveTheName() {
+    CaptionSession session = test::sampleSession();
+    const QUrl url = store().save(session);
+    session.startedAt += std::chrono::microseconds(999'999);
+    QCOMPARE(store().save(session), url);
+  }
+
+  void savingAgainWritesTheSameFile() {
+    CaptionSession session = test::sampleSession();
+    const QUrl first = store().save(session);
+    session.lines.push_back(Line());
+    QCOMPARE(store().save(session, SessionStore::Flush::no), first);
+    QCOMPARE(names(), QStringList{first.fileName()});
+    QCOMPARE(store().read(first).lines.size(), 3u);
+  }
+
+  void sessionsOfTheSameSecondHaveFilesOfTheirOwn() {
+    CaptionSession other = test::sampleSession();
+    other.id = QUuid::createUuid();
+    QVERIFY(store().save(test::sampleSession()) != store().save(other));
+    QCOMPARE(names().size(), 2);
+  }
+
+  void anEncoderChangesNothingAboutTheFile() {
+    CaptionSession session = test::longSession(20);
+    SessionEncoder encoder;
+    for (int i = 0; i < 3; ++i) {
+      const QUrl url = store().save(session, SessionStore::Flush::no, &encoder);
+      QCOMPARE(contents(url.toLocalFile()), encodeSession(session));
+      session.lines.push_back(Line());
+    }
+  }
+
+  void theFolderAndTheFileAreTheUsersAlone() {
+    const SessionStore deep{QUrl::fromLocalFile(path("a/b/Sessions"))};
+    const QString file = deep.save(test::sampleSession()).toLocalFile();
+    QCOMPARE(mode(file), 0600u);
+    for (const char* name : {"a", "a/b", "a/b/Sessions"}) QCOMPARE(mode(path(name)), 0700u);
+  }
+
+  void aFolderThatCannotBeMadeIsAnError() {
+    writeFile("file", "x");
+    const SessionStore inside{QUrl::fromLocalFile(path("file/Sessions"))};
+    QCOMPARE(failure([&] { inside.save(test::sampleSession()); }),
+             QString("“Sessions” couldn’t be written: Not a directory."));
+    QCOMPARE(contents(path("file")), QByteArray("x"));
+  }
+
+  void aFileThatCannotBeReplacedIsAnErrorAndStays() {
+    const QUrl url = store().save(test::sampleSession());
+    const QString file = url.toLocalFile();
+    QVERIFY(QFile::remove(file));
+    QVERIFY(QDir().mkdir(file));
+    QVERIFY(failure([&] { store().save(test::sampleSession()); }).contains(url.fileName()));
+    QCOMPARE(names(), QStringList{url.fileName()});
+  }
+
+  void aMissingFileIsAnErrorToRead() {
+    const QUrl url = QUrl::fromLocalFile(path("none.json"));
+    QCOMPARE(failure([&] { store().read(url); }), QString("“none.json” doesn’t exist."));
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(failure([&] { store().read(url); }), QString("“none.json” 항목이 없습니다."));
+  }
+
+  void anExtensionOtherThanMdIsTriedAsJson() {
+    writeFile("talk.txt", encodeSession(test::sampleSession()));
+    QVERIFY(store().read(QUrl::fromLocalFile(path("talk.txt"))) == test::sampleSession());
+    writeFile("talk", encodeSession(test::sampleSession()));
+    QVERIFY(store().read(QUrl::fromLocalFile(path("talk"))) == test::sampleSession());
+    writeFile("old.MD", "# 자막 세션 — \n`1` a\n");
+    QCOMPARE(store().read(QUrl::fromLocalFile(path("old.MD"))).lines.size(), 1u);
+  }
+
+  void aHugeFileIsRefusedWithoutBeingRead() {
+    writeFile("huge.json", "");
+    QCOMPARE(::truncate(QFile::encodeName(path("huge.json")).constData(), kLargestSessionFile + 1),
+             0);
+    QCOMPARE(failure([&] { store().read(QUrl::fromLocalFile(path("huge.json"))); }),
+             QString("“huge.json” is larger than 256 MB, more than a session can be."));
+  }
+
+  void aFailedReadChangesNothing() {
+    writeFile("bad.json", "{");
+    QVERIFY(!failure([&] { store().read(QUrl::fromLocalFile(path("bad.json"))); }).isEmpty());
+    QCOMPARE(store().savedSessions().unreadableCount, 1);
+    QCOMPARE(contents(path("bad.json")), QByteArray("{"));
+  }
+
+  void aFolderThatIsNotThereHoldsNothing() {
+    const SessionStore none{QUrl::fromLocalFile(path("none"))};
+    const SessionStore::Listing listing = none.savedSessions();
+    QVERIFY(listing.sessions.empty());
+    QCOMPARE(listing.unreadableCount, 0);
+    QVERIFY(!QFileInfo::exists(path("none")));
+  }
+
+  void aFolderThatCannotBeListedIsAnError() {
+    writeFile("file", "x");
+    const SessionStore file{QUrl::fromLocalFile(path("file"))};
+    QVERIFY(!failure([&] { file.savedSessions(); }).isEmpty());
+  }
+
+  void onlyVisibleSessionFilesAreListed() {
+    const QByteArray bytes = encodeSession(test::sampleSession());
+    for (const char* name : {"a.json", "x.JSON", ".y.json", "notes.txt", "json", "z.json.bak"}) {
+      writeFile(QString::fromLatin1(name), bytes);
+    }
+    writeFile("m.Md", "# 자막 세션 — \n`1` a\n");
+    QVERIFY(QDir().mkpath(path("folder/below")));
+    const SessionStore::Listing listing = store().savedSessions();
+    QCOMPARE(listing.unreadableCount, 0);
+    QStringList listed;
+    for (const SavedSession& saved : listing.sessions) listed += saved.url.fileName();
+    listed.sort();
+    QCOMPARE(listed, (QStringList{"a.json", "m.Md", "x.JSON"}));
+  }
+
+  void whatCannotBeReadIsCounted() {
+    QByteArray newer = encodeSession(test::sampleSession());
+    newer.replace("\"schemaVersion\" : 1", "\"schemaVersion\" : 2");
+    writeFile("newer.json", newer);
+    writeFile("broken.json", "{");
+    writeFile("empty.json", "");
+    writeFile("notes.md", "# Notes\n");
+    writeFile("binary.md", "# 자막 세션 — \n\xFF");
+    QVERIFY(QDir(folder_->path()).mkdir("folder.json"));
+    QCOMPARE(::mkfifo(QFile::encodeName(path("pipe.json")).constData(), 0600), 0);
+    QVERIFY(QFile::link("/dev/zero", path("endless.json")));
+    QVERIFY(QFile::link(path("nowhere"), path("dangling.json")));
+    store().save(test::sampleSession());
+    const SessionStore::Listing listing = store().savedSessions();
+    QCOMPARE(listing.sessions.size(), 1u);
+    QCOMPARE(listing.unreadableCount, 9);
+  }
+
+  void sessionsAreListedNewestFirst() {
+    CaptionSession session = test::sampleSession();
+    for (const int hour : {3, 9, 1, 7}) {
+      session.id = QUuid::createUuid();
+      session.startedAt = test::utc(2025, 3, 1, hour, 0, 0);
+      store().save(session);
+    }
+    const SessionStore::Listing listing = store().savedSessions();
+    QCOMPARE(listing.sessions.size(), 4u);
+    for (std::size_t i = 0; i < 4; ++i) {
+      const int hours[] = {9, 7, 3, 1};
+      QVERIFY(listing.sessions[i].session.startedAt == test::utc(2025, 3, 1, hours[i], 0, 0));
+    }
+  }
+
+  void sessionsOfTheSameTimeKeepTheOrderOfTheFolder() {
+    QStringList expected;
+    for (int i = 0; i < 40; ++i) {
+      CaptionSession session = test::sampleSession();
+      session.id = QUuid::createUuid();
+      const QString name = QStringLiteral("%1.json").arg(i, 2, 10, QLatin1Char('0'));
+      writeFile(name, encodeSession(session));
+      expected += name;
+    }
+    QStringList listed;
+    for (const SavedSession& saved : store().savedSessions().sessions) {
+      listed += saved.url.fileName();
+    }
+    QCOMPARE(listed, expected);
+  }
+
+  void legacyTranscriptsAreListedWithTheTitleOfTheInterfaceLanguage() {
+    writeFile("2024-11-02_20-15-00.md", "# 자막 세션 — \n`1` a\n");
+    Localization::shared().setLanguage(AppLanguage::korean);
+    const SessionStore::Listing listing = store().savedSessions();
+    QCOMPARE(listing.sessions.size(), 1u);
+    QCOMPARE(listing.sessions[0].session.title, QString("자막 세션"));
+    QVERIFY(listing.sessions[0].session.startedAt == test::utc(2024, 11, 2, 11, 15, 0));
+  }
+
+  void namesInAnyScriptAreListed() {
+    writeFile("회의 100%.json", encodeSession(test::sampleSession()));
+    const SessionStore::Listing listing = store().savedSessions();
+    QCOMPARE(listing.sessions.size(), 1u);
+    QCOMPARE(listing.sessions[0].url.toLocalFile(), path("회의 100%.json"));
+    QVERIFY(store().read(listing.sessions[0].url) == test::sampleSession());
+  }
+
+ private:
+  SessionStore store() const { return {QUrl::fromLocalFile(folder_->path())}; }
+  QString path(const QString& name) const { return folder_->filePath(name); }
+
+  QStringList names() const {
+    return QDir(folder_->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+  }
+
+  void writeFile(const QString& name, const QByteArray& bytes) {
+    QFile file(path(name));
+    if (!file.open(QIODevice::WriteOnly)) qFatal("cannot write");
+    file.write(bytes);
+  }
+
+  static QByteArray contents(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
+  }
+
+  static unsigned mode(const QString& path) {
+    struct stat status {};
+    return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 07777 : 0;
+  }
+
+  template <class Action>
+  static QString failure(Action action) {
+    try {
+      action();
+    } catch (const SessionError& error) {
+      return error.errorDescription();
+    }
+    return {};
+  }
+
+  std::unique_ptr<QTemporaryDir> folder_;
+};
+
+QTEST_GUILESS_MAIN(SessionStoreTest)
+#include "session_store_test.moc"
