@@ -10,6 +10,7 @@ namespace velun {
 
 class FindBar;
 class SelectableTranscriptTextView;
+class TranscriptCoordinator;
 
 /// A caption session as one selectable, scrolling block of styled text. Follows the newest text
 /// while it is at the bottom and never changes the text under a selection. Main thread.
@@ -27,6 +28,11 @@ class TranscriptView final : public QWidget {
   /// Whether the end is in view, give or take 24 points.
   bool atBottom() const;
 
+  /// Whether newer text waits for the end of a selection.
+  bool isHeld() const;
+  /// Lets text that waits appear.
+  void clearSelection();
+
   /// Opens the bar that finds text in the transcript.
   void openFindBar();
 
@@ -35,13 +41,14 @@ class TranscriptView final : public QWidget {
  Q_SIGNALS:
   /// Emitted from the event loop, never while the view is being laid out.
   void atBottomChanged(bool atBottom);
+  void isHeldChanged(bool isHeld);
 
  protected:
   void changeEvent(QEvent* event) override;
 
  private:
-  class Coordinator;
-  std::unique_ptr<Coordinator> coordinator_;
+  std::unique_ptr<TranscriptCoordinator> coordinator_;
+  FindBar* findBar_ = nullptr;
 };
 
 }  // namespace velun

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/caption/attributed_transcript.h"
+
+#include "model/caption_session.h"
+#include "settings/localization.h"
+
+#include <QStringList>
+
+namespace velun {
+
+namespace {
+
+/// Appends a text as the paragraphs that its own line breaks make of it. Two code points that no
+/// text may hold mark frames in a text document and are shown as unknown characters.
+void appendText(QString text, TranscriptStyle style, TranscriptParagraphs& to) {
+  for (const char16_t frameMark : {u'\uFDD0', u'\uFDD1'}) {
+    if (text.contains(frameMark)) text.replace(frameMark, QChar::ReplacementCharacter);
+  }
+  const auto isBreak = [](QChar c) {
+    return c == u'\n' || c == u'\r' || c == QChar::ParagraphSeparator;
+  };
+  qsizetype start = 0;
+  for (qsizetype i = 0; i < text.size(); ++i) {
+    if (!isBreak(text[i])) continue;
+    to.push_back({text.mid(start, i - start), style, {}});
+    if (text[i] == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n') ++i;
+    start = i + 1;
+  }
+  to.push_back({start == 0 ? text : text.mid(start), style, {}});
+}
+
+void appendPending(const QString& label, TranscriptParagraphs& to) {
+  to.push_back({QStringLiteral(" "), TranscriptStyle::placeholder, label});
+}
+
+void appendMetadata(const Line& line, TranscriptParagraphs& to) {
+  QStringList parts = {line.timestamp()};
+  if (line.input) parts << title(*line.input);
+  if (line.sourceLanguage) parts << languageName(*line.sourceLanguage);
+  parts.removeAll(QString());
+  appendText(parts.join(QStringLiteral(" · ")), TranscriptStyle::meta, to);
+}
+
+void appendTranslations(const TranscriptInputs& inputs, const Line& line,
+                        TranscriptParagraphs& to) {
+  for (const auto& [language, text] : line.translatedTexts(inputs.language)) {
+    if (inputs.showsMetadata) {
+      const QString name = languageName(language);
+      appendText(language.isEmpty() ? L("Translation · Unknown language", "번역 · 언어 미상")
+                                    : L("Translation · " + name, "번역 · " + name),
+                 TranscriptStyle::meta, to);
+    }
+    appendText(text, TranscriptStyle::translation, to);
+  }
+}
+
+}  // namespace
+
+void appendLine(const TranscriptInputs& inputs, const Line& line, TranscriptParagraphs& to) {
+  if (inputs.showsMetadata) appendMetadata(line, to);
+  if (inputs.content != TranscriptContent::translation) {
+    appendText(line.text, TranscriptStyle::body, to);
+  }
+  if (inputs.content != TranscriptContent::original) appendTranslations(inputs, line, to);
+  if (inputs.content == TranscriptContent::translation &&
+      inputs.pendingTranslationIDs.contains(line.id)) {
+    appendPending(L("Translating", "번역 중"), to);
+  }
+  if (inputs.showsMetadata) appendText(QString(), TranscriptStyle::body, to);
+}
+
+void appendDraft(const TranscriptInputs& inputs, TranscriptParagraphs& to) {
+  if (inputs.content != TranscriptContent::translation) {
+    if (!inputs.volatileText.isEmpty()) appendText(inputs.volatileText, TranscriptStyle::body, to);
+  } else if (inputs.showsPendingInput) {
+    appendPending(L("Listening", "음성 입력 중"), to);
+  }
+}
+
+TranscriptParagraphs attributedTranscript(const TranscriptInputs& inputs) {
+  TranscriptParagraphs paragraphs;
+  if (inputs.session) {
+    paragraphs.reserve(inputs.session->lines.size() * 2);
+    for (const Line& line : inputs.session->lines) appendLine(inputs, line, paragraphs);
+  }
+  appendDraft(inputs, paragraphs);
+  return paragraphs;
+}
+
+}  // namespace velun

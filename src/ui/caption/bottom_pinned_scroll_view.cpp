@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/caption/bottom_pinned_scroll_view.h"
+
+#include "ui/caption/transcript_layout.h"
+
+#include <QScopedValueRollback>
+#include <QScrollBar>
+
+namespace velun {
+
+namespace {
+
+// The bottom as a resize sees it.
+constexpr int kResizeSlack = 2;
+constexpr std::chrono::milliseconds kIdlePause{4};
+constexpr std::chrono::microseconds kIdleSlice{3000};
+
+}  // namespace
+
+BottomPinnedScrollView::BottomPinnedScrollView(QTextDocument& document, TranscriptLayout& layout,
+                                               QWidget* parent)
+    : QTextEdit(parent), layout_(layout) {
+  setReadOnly(true);
+  setDocument(&document);
+  setFrameShape(QFrame::NoFrame);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setAutoFillBackground(false);
+  viewport()->setAutoFillBackground(false);
+  rest_.setInterval(kIdlePause);
+  connect(&rest_, &QTimer::timeout, this, &BottomPinnedScrollView::layOutRest);
+  connect(&layout_, &TranscriptLayout::fellBehind, this, [this] {
+    isBehind_ = true;
+    if (isVisible()) rest_.start();
+  });
+}
+
+bool BottomPinnedScrollView::isAtBottom(int slack) const {
+  const QScrollBar* bar = verticalScrollBar();
+  return bar->value() >= bar->maximum() - slack;
+}
+
+void BottomPinnedScrollView::scrollToEnd() {
+  const QScopedValueRollback settling(isSettling_, true);
+  settleAtEnd();
+}
+
+void BottomPinnedScrollView::keepPlace(bool pinned, const std::function<void()>& change) {
+  const QScopedValueRollback settling(isSettling_, true);
+  const int top = verticalScrollBar()->value();
+  QTextCursor read(document());
+  read.setPosition(layout_.hitTest(QPointF(0, top), Qt::FuzzyHit));
+  const int above = static_cast<int>(layout_.lineRect(read.position()).top()) - top;
+  change();
+  if (pinned) {
+    settleAtEnd();
+  } else if (top == 0) {
+    verticalScrollBar()->setValue(0);
+    layOutInView();
+  } else {
+    settleAt(read, above);
+  }
+}
+
+void BottomPinnedScrollView::keepOrigin(bool pinned, const std::function<void()>& change) {
+  const QScopedValueRollback settling(isSettling_, true);
+  const int top = verticalScrollBar()->value();
+  change();
+  if (pinned) {
+    settleAtEnd();
+  } else {
+    verticalScrollBar()->setValue(top);
+    layOutInView();
+    layout_.publishSize();
+  }
+}
+
+void BottomPinnedScrollView::settleAtEnd() {
+  do {
+    layout_.publishSize();
+    verticalScrollBar()->setValue(verticalScrollBar()->maximum());
+  } while (layOutInView());
+}
+
+void BottomPinnedScrollView::settleAt(const QTextCursor& text, int above) {
+  do {
+    const int line = static_cast<int>(layout_.lineRect(text.position()).top());
+    layout_.publishSize();
+    verticalScrollBar()->setValue(line - above);
+  } while (layOutInView());
+}
+
+/// Tells whether that moved anything.
+bool BottomPinnedScrollView::layOutInView() {
+  const int top = verticalScrollBar()->value();
+  const int bottom = top + viewport()->height();
+  bool moved = false;
+  for (QTextBlock block = layout_.blockAt(top); block.isValid() && layout_.topOf(block) < bottom;
+       block = block.next()) {
+    moved |= layout_.layOut(block);
+  }
+  return moved;
+}
+
+void BottomPinnedScrollView::layOutRest() {
+  keepPlace(isAtBottom(kResizeSlack), [this] { isBehind_ = layout_.layOutMore(kIdleSlice); });
+  if (!isBehind_) rest_.stop();
+}
+
+void BottomPinnedScrollView::resizeEvent(QResizeEvent* event) {
+  keepPlace(isAtBottom(kResizeSlack), [this, event] { QTextEdit::resizeEvent(event); });
+}
+
+void BottomPinnedScrollView::scrollContentsBy(int dx, int dy) {
+  QTextEdit::scrollContentsBy(dx, dy);
+  if (isSettling_ || !isBehind_) return;
+  keepPlace(false, [] {});
+}
+
+void BottomPinnedScrollView::hideEvent(QHideEvent* event) {
+  rest_.stop();
+  QTextEdit::hideEvent(event);
+}
+
+void BottomPinnedScrollView::showEvent(QShowEvent* event) {
+  QTextEdit::showEvent(event);
+  if (isBehind_) rest_.start();
+}
+
+}  // namespace velun

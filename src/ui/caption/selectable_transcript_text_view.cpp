@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/caption/selectable_transcript_text_view.h"
+
+#include "settings/localization.h"
+#include "ui/caption/caption_appearance.h"
+#include "ui/caption/pending_indicator.h"
+#include "ui/caption/transcript_formats.h"
+#include "ui/caption/transcript_layout.h"
+
+#include <memory>
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QHelpEvent>
+#include <QMenu>
+#include <QScrollBar>
+#include <QToolTip>
+
+namespace velun {
+
+namespace {
+
+constexpr int kLargestSpinner = 16;
+
+/// The label of a paragraph's placeholder; empty when it has none.
+QString pendingLabel(const QTextBlock& block) {
+  const QTextBlock::iterator first = block.begin();
+  if (first.atEnd()) return {};
+  return first.fragment().charFormat().property(TranscriptFormats::pendingAttribute).toString();
+}
+
+}  // namespace
+
+SelectableTranscriptTextView::SelectableTranscriptTextView(QTextDocument& document,
+                                                           TranscriptLayout& layout,
+                                                           QWidget* parent)
+    : BottomPinnedScrollView(document, layout, parent), layout_(layout) {
+  setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  setTabChangesFocus(true);
+  setAcceptDrops(false);
+  connect(this, &QTextEdit::selectionChanged, this,
+          &SelectableTranscriptTextView::selectionSettled);
+}
+
+void SelectableTranscriptTextView::clearSelection() {
+  QTextCursor cursor = textCursor();
+  cursor.clearSelection();
+  setTextCursor(cursor);
+}
+
+void SelectableTranscriptTextView::setCaptionStyle(bool captionStyle) {
+  setVerticalScrollBarPolicy(captionStyle ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
+  QPalette palette = captionStyle ? QPalette() : QApplication::palette(this);
+  palette.setColor(QPalette::Base, Qt::transparent);
+  if (captionStyle) {
+    QColor selection = CaptionAppearance::accent;
+    selection.setAlphaF(0.45F);
+    palette.setColor(QPalette::Text, CaptionAppearance::text);
+    palette.setColor(QPalette::Highlight, selection);
+    palette.setColor(QPalette::HighlightedText, CaptionAppearance::text);
+  }
+  setPalette(palette);
+}
+
+void SelectableTranscriptTextView::updatePendingIndicators() {
+  for (PendingIndicator* indicator : std::exchange(pendingIndicators_, {})) delete indicator;
+  positionPendingIndicators();
+}
+
+void SelectableTranscriptTextView::positionPendingIndicators() {
+  const int top = verticalScrollBar()->value();
+  const int bottom = top + viewport()->height();
+  std::size_t used = 0;
+  for (QTextBlock block = layout_.blockAt(top); block.isValid() && layout_.topOf(block) < bottom;
+       block = block.next()) {
+    const QString label = pendingLabel(block);
+    if (label.isEmpty()) continue;
+    if (used == pendingIndicators_.size()) {
+      pendingIndicators_.push_back(new PendingIndicator(viewport()));
+    }
+    PendingIndicator* indicator = pendingIndicators_[used++];
+    const QRectF line = layout_.lineRect(block.position()).translated(0, -top);
+    const int side = std::min(static_cast<int>(line.height()), kLargestSpinner);
+    indicator->setLabel(label);
+    indicator->setGeometry(static_cast<int>(line.left()),
+                           static_cast<int>(line.center().y()) - side / 2, side, side);
+    indicator->show();
+  }
+  while (pendingIndicators_.size() > used) {
+    delete pendingIndicators_.back();
+    pendingIndicators_.pop_back();
+  }
+}
+
+void SelectableTranscriptTextView::mousePressEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) isSelectingText_ = true;
+  BottomPinnedScrollView::mousePressEvent(event);
+}
+
+void SelectableTranscriptTextView::mouseMoveEvent(QMouseEvent* event) {
+  // After dragging selected text elsewhere the release never arrives.
+  if (isSelectingText_ && !event->buttons().testFlag(Qt::LeftButton)) endSelecting();
+  BottomPinnedScrollView::mouseMoveEvent(event);
+}
+
+void SelectableTranscriptTextView::mouseReleaseEvent(QMouseEvent* event) {
+  BottomPinnedScrollView::mouseReleaseEvent(event);
+  if (event->button() == Qt::LeftButton) endSelecting();
+}
+
+void SelectableTranscriptTextView::endSelecting() {
+  if (std::exchange(isSelectingText_, false)) Q_EMIT selectionSettled();
+}
+
+void SelectableTranscriptTextView::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Find)) {
+    Q_EMIT findRequested();
+  } else if (event->key() == Qt::Key_Escape && hasSelection()) {
+    clearSelection();
+  } else {
+    BottomPinnedScrollView::keyPressEvent(event);
+  }
+}
+
+void SelectableTranscriptTextView::contextMenuEvent(QContextMenuEvent* event) {
+  QMenu menu(this);
+  QAction* copyText = menu.addAction(L("Copy", "복사"), this, &QTextEdit::copy);
+  copyText->setShortcut(QKeySequence::Copy);
+  copyText->setEnabled(hasSelection());
+  QAction* selectAllText =
+      menu.addAction(L("Select All", "전체 선택"), this, &QTextEdit::selectAll);
+  selectAllText->setShortcut(QKeySequence::SelectAll);
+  selectAllText->setEnabled(!document()->isEmpty());
+  menu.addSeparator();
+  menu.addAction(L("Find…", "찾기…"), this, &SelectableTranscriptTextView::findRequested)
+      ->setShortcut(QKeySequence::Find);
+  menu.exec(event->globalPos());
+}
+
+void SelectableTranscriptTextView::scrollContentsBy(int dx, int dy) {
+  BottomPinnedScrollView::scrollContentsBy(dx, dy);
+  positionPendingIndicators();
+}
+
+void SelectableTranscriptTextView::resizeEvent(QResizeEvent* event) {
+  BottomPinnedScrollView::resizeEvent(event);
+  positionPendingIndicators();
+}
+
+void SelectableTranscriptTextView::hideEvent(QHideEvent* event) {
+  endSelecting();
+  BottomPinnedScrollView::hideEvent(event);
+}
+
+bool SelectableTranscriptTextView::viewportEvent(QEvent* event) {
+  if (event->type() == QEvent::ToolTip) {
+    const auto* help = static_cast<QHelpEvent*>(event);
+    for (const PendingIndicator* indicator : pendingIndicators_) {
+      if (!indicator->geometry().contains(help->pos())) continue;
+      QToolTip::showText(help->globalPos(), indicator->accessibleName(), viewport());
+      return true;
+    }
+  }
+  return BottomPinnedScrollView::viewportEvent(event);
+}
+
+}  // namespace velun

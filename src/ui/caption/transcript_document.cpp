@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/caption/transcript_document.h"
+
+#include "ui/caption/transcript_layout.h"
+
+#include <algorithm>
+#include <QTextBlock>
+#include <QTextCursor>
+
+namespace velun {
+
+namespace {
+
+using Index = TranscriptParagraphs::difference_type;
+
+Index index(std::size_t i) {
+  return static_cast<Index>(i);
+}
+
+}  // namespace
+
+TranscriptDocument::TranscriptDocument() : text_(std::make_unique<QTextDocument>()) {
+  text_->setUndoRedoEnabled(false);
+  text_->setDocumentMargin(0);
+  layout_ = new TranscriptLayout(text_.get());
+  text_->setDocumentLayout(layout_);
+}
+
+TranscriptDocument::~TranscriptDocument() = default;
+
+bool TranscriptDocument::replace(std::size_t first, std::size_t count,
+                                 std::span<const TranscriptParagraph> paragraphs, bool test) {
+  const std::span<const TranscriptParagraph> old = std::span(shown_).subspan(first, count);
+  const auto start = std::mismatch(old.begin(), old.end(), paragraphs.begin(), paragraphs.end());
+  if (start.first == old.end() && start.second == paragraphs.end()) return false;
+  if (test) return true;
+  const auto same = static_cast<std::size_t>(start.first - old.begin());
+  std::size_t after = 0;
+  while (after < std::min(old.size(), paragraphs.size()) - same &&
+         old[old.size() - 1 - after] == paragraphs[paragraphs.size() - 1 - after]) {
+    ++after;
+  }
+  rewrite(first + same, count - same - after,
+          paragraphs.subspan(same, paragraphs.size() - same - after));
+  return true;
+}
+
+void TranscriptDocument::setFormats(const TranscriptFormats& formats) {
+  formats_ = formats;
+  const TranscriptParagraphs all = shown_;
+  rewrite(0, all.size(), all);
+}
+
+void TranscriptDocument::rewriteText(std::size_t at, const QString& text) {
+  TranscriptParagraph& shown = shown_[at];
+  const auto length = std::min(shown.text.size(), text.size());
+  const auto same =
+      std::mismatch(shown.text.begin(), shown.text.begin() + length, text.begin()).first -
+      shown.text.begin();
+  QTextCursor cursor(text_->findBlockByNumber(static_cast<int>(at)));
+  cursor.setPosition(cursor.position() + static_cast<int>(same));
+  cursor.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
+  cursor.insertText(text.mid(same), formats_.charFormat(shown.style));
+  shown.text = text;
+}
+
+void TranscriptDocument::rewrite(std::size_t first, std::size_t count,
+                                 std::span<const TranscriptParagraph> paragraphs) {
+  const auto isPlain = [](const TranscriptParagraph& p) {
+    return p.pendingLabel.isEmpty();
+  };
+  if (count == 1 && paragraphs.size() == 1 && shown_[first].style == paragraphs[0].style &&
+      shown_[first].text != paragraphs[0].text && isPlain(shown_[first]) &&
+      isPlain(paragraphs[0])) {
+    rewriteText(first, paragraphs[0].text);
+    return;
+  }
+  const auto begin = shown_.begin() + index(first);
+  QTextCursor cursor(text_.get());
+  cursor.beginEditBlock();
+  if (first > 0) {
+    rewriteAfter(cursor, first, count, paragraphs);
+  } else {
+    rewriteAtStart(cursor, count, paragraphs);
+  }
+  shown_.erase(begin, begin + index(count));
+  shown_.insert(shown_.begin() + index(first), paragraphs.begin(), paragraphs.end());
+  cursor.endEditBlock();
+}
+
+void TranscriptDocument::rewriteAfter(QTextCursor& cursor, std::size_t first, std::size_t count,
+                                      std::span<const TranscriptParagraph> paragraphs) const {
+  const auto endOf = [this](std::size_t paragraph) {
+    const QTextBlock block = text_->findBlockByNumber(static_cast<int>(paragraph));
+    return block.position() + block.length() - 1;
+  };
+  cursor.setPosition(endOf(first - 1));
+  cursor.setPosition(endOf(first + count - 1), QTextCursor::KeepAnchor);
+  cursor.removeSelectedText();
+  for (const TranscriptParagraph& paragraph : paragraphs) {
+    cursor.insertBlock(formats_.blockFormat(), formats_.charFormat(paragraph.style));
+    cursor.insertText(paragraph.text, formats_.charFormat(paragraph));
+  }
+}
+
+void TranscriptDocument::rewriteAtStart(QTextCursor& cursor, std::size_t count,
+                                        std::span<const TranscriptParagraph> paragraphs) const {
+  const bool toEnd = count == shown_.size();
+  if (toEnd) {
+    cursor.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
+  } else {
+    const QTextBlock next = text_->findBlockByNumber(static_cast<int>(count));
+    cursor.setPosition(next.position(), QTextCursor::KeepAnchor);
+  }
+  cursor.removeSelectedText();
+  cursor.setBlockFormat(formats_.blockFormat());
+  if (toEnd) cursor.setBlockCharFormat(formats_.charFormat(TranscriptStyle::body));
+  for (std::size_t i = 0; i < paragraphs.size(); ++i) {
+    cursor.insertText(paragraphs[i].text, formats_.charFormat(paragraphs[i]));
+    const bool last = i + 1 == paragraphs.size();
+    if (last && toEnd) break;
+    const TranscriptParagraph& next = last ? shown_[count] : paragraphs[i + 1];
+    cursor.insertBlock(formats_.blockFormat(), formats_.charFormat(next.style));
+  }
+}
+
+}  // namespace velun

@@ -1,0 +1,195 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/caption/transcript_layout.h"
+
+#include <algorithm>
+#include <cmath>
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QTextDocument>
+#include <QTextLayout>
+
+namespace velun {
+
+namespace {
+
+constexpr int kNotLaidOut = -1;
+// A change of more blocks than this is left to be laid out where it comes into view.
+constexpr int kAtOnce = 64;
+
+QList<QTextLayout::FormatRange> selectionsIn(
+    const QTextBlock& block, const QList<QAbstractTextDocumentLayout::Selection>& selections) {
+  QList<QTextLayout::FormatRange> ranges;
+  for (const auto& selection : selections) {
+    const int start = std::max(selection.cursor.selectionStart() - block.position(), 0);
+    const int end = std::min(selection.cursor.selectionEnd() - block.position(), block.length());
+    if (start >= end) continue;
+    QTextLayout::FormatRange range;
+    range.start = start;
+    range.length = end - start;
+    range.format = selection.format;
+    ranges.append(range);
+  }
+  return ranges;
+}
+
+}  // namespace
+
+TranscriptLayout::TranscriptLayout(QTextDocument* document)
+    : QAbstractTextDocumentLayout(document) {}
+
+QTextBlock TranscriptLayout::blockAt(int y) const {
+  const int last = document()->lineCount() - 1;
+  return document()->findBlockByLineNumber(std::clamp(y - verticalInset, 0, std::max(last, 0)));
+}
+
+int TranscriptLayout::topOf(const QTextBlock& block) const {
+  return verticalInset + block.firstLineNumber();
+}
+
+bool TranscriptLayout::layOut(QTextBlock block) const {
+  if (isLaidOut(block)) return false;
+  const QTextBlockFormat format = block.blockFormat();
+  QTextLayout* layout = block.layout();
+  QTextOption option = document()->defaultTextOption();
+  option.setTextDirection(block.textDirection());
+  option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+  layout->setTextOption(option);
+
+  const qreal width = std::max(width_ - 2 * horizontalInset, 1);
+  qreal y = 0;
+  layout->beginLayout();
+  for (QTextLine line = layout->createLine(); line.isValid(); line = layout->createLine()) {
+    line.setLineWidth(width);
+    line.setPosition(QPointF(horizontalInset, y));
+    y += std::ceil(line.height()) + format.lineHeight();
+  }
+  layout->endLayout();
+
+  const int before = block.lineCount();
+  block.setLineCount(std::max(qRound(y + format.bottomMargin()), 1));
+  block.setUserState(generation_);
+  return block.lineCount() != before;
+}
+
+int TranscriptLayout::estimatedHeight(const QTextBlock& block) const {
+  const QFontMetricsF metrics(block.charFormat().font());
+  const qreal width = std::max(width_ - 2 * horizontalInset, 1);
+  const int lines = 1 + static_cast<int>(block.length() * metrics.averageCharWidth() / width);
+  const QTextBlockFormat format = block.blockFormat();
+  return std::max(qRound(lines * (metrics.height() + format.lineHeight()) + format.bottomMargin()),
+                  1);
+}
+
+bool TranscriptLayout::layOutMore(std::chrono::microseconds time) {
+  const auto end = std::chrono::steady_clock::now() + time;
+  QTextBlock block = document()->findBlockByNumber(nextBlock_);
+  while (block.isValid()) {
+    layOut(block);
+    ++nextBlock_;
+    block = block.next();
+    if (nextBlock_ % 16 == 0 && std::chrono::steady_clock::now() >= end) break;
+  }
+  publishSize();
+  return block.isValid();
+}
+
+void TranscriptLayout::publishSize() {
+  const QSizeF size = documentSize();
+  const int height = static_cast<int>(size.height());
+  if (std::exchange(publishedHeight_, height) != height) Q_EMIT documentSizeChanged(size);
+}
+
+void TranscriptLayout::documentChanged(int from, int, int charsAdded) {
+  const int width = std::max(static_cast<int>(document()->pageSize().width()), 1);
+  if (std::exchange(width_, width) != width) {
+    ++generation_;
+    nextBlock_ = 0;
+    publishedHeight_ = -1;
+    publishSize();
+    Q_EMIT update();
+    Q_EMIT fellBehind();
+    return;
+  }
+  const QTextBlock first = document()->findBlock(from);
+  const QTextBlock last = document()->findBlock(from + std::max(charsAdded - 1, 0));
+  const int lastNumber = last.isValid() ? last.blockNumber() : document()->blockCount() - 1;
+  const bool atOnce = lastNumber - first.blockNumber() < kAtOnce;
+  QTextBlock block = first;
+  for (int number = first.blockNumber(); block.isValid() && number <= lastNumber; ++number) {
+    block.setUserState(kNotLaidOut);
+    if (atOnce) {
+      layOut(block);
+    } else {
+      block.setLineCount(estimatedHeight(block));
+    }
+    block = block.next();
+  }
+  publishSize();
+  Q_EMIT update(QRectF(0, topOf(first), width_, documentSize().height()));
+  if (!atOnce) {
+    nextBlock_ = std::min(nextBlock_, first.blockNumber());
+    Q_EMIT fellBehind();
+  }
+}
+
+QSizeF TranscriptLayout::documentSize() const {
+  return QSizeF(width_, document()->lineCount() + 2 * verticalInset);
+}
+
+QRectF TranscriptLayout::frameBoundingRect(QTextFrame*) const {
+  return QRectF(QPointF(), documentSize());
+}
+
+QRectF TranscriptLayout::blockBoundingRect(const QTextBlock& block) const {
+  if (!block.isValid()) return {};
+  layOut(block);
+  return QRectF(0, topOf(block), width_, heightOf(block));
+}
+
+QRectF TranscriptLayout::lineRect(int position) const {
+  const QTextBlock block = document()->findBlock(position);
+  const QRectF bounds = blockBoundingRect(block);
+  const QTextLine line = block.layout()->lineForTextPosition(position - block.position());
+  if (!line.isValid()) return bounds;
+  return QRectF(line.x(), bounds.top() + line.y(), line.naturalTextWidth(), line.height());
+}
+
+int TranscriptLayout::hitTest(const QPointF& point, Qt::HitTestAccuracy accuracy) const {
+  const QTextBlock block = blockAt(static_cast<int>(std::floor(point.y())));
+  if (!block.isValid()) return accuracy == Qt::ExactHit ? -1 : 0;
+  layOut(block);
+  const QPointF inside = point - QPointF(0, topOf(block));
+  if (accuracy == Qt::FuzzyHit && point.y() < verticalInset) return block.position();
+  if (accuracy == Qt::FuzzyHit && inside.y() > heightOf(block)) {
+    return block.position() + block.length() - 1;
+  }
+  const QTextLayout* layout = block.layout();
+  int place = 0;
+  for (int i = 0; i < layout->lineCount(); ++i) {
+    const QTextLine line = layout->lineAt(i);
+    if (i > 0 && inside.y() < line.y()) break;
+    if (accuracy == Qt::ExactHit && line.naturalTextRect().contains(inside)) {
+      return block.position() + line.xToCursor(inside.x(), QTextLine::CursorOnCharacter);
+    }
+    place = line.xToCursor(inside.x());
+  }
+  return accuracy == Qt::ExactHit ? -1 : block.position() + place;
+}
+
+void TranscriptLayout::draw(QPainter* painter, const PaintContext& context) {
+  const QRectF clip = context.clip.isValid() ? context.clip : QRectF(QPointF(), documentSize());
+  painter->setPen(context.palette.color(QPalette::Text));
+  QTextBlock block = blockAt(static_cast<int>(std::floor(clip.top())));
+  int top = topOf(block);
+  while (block.isValid() && top <= clip.bottom()) {
+    layOut(block);
+    const QPointF corner(0, top);
+    block.layout()->draw(painter, corner, selectionsIn(block, context.selections), clip);
+    const int cursor = context.cursorPosition - block.position();
+    if (cursor >= 0 && cursor < block.length()) block.layout()->drawCursor(painter, corner, cursor);
+    top += heightOf(block);
+    block = block.next();
+  }
+}
+
+}  // namespace velun
