@@ -1,16 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/foundation/clock.h"
 #include "ui/caption/caption_actions.h"
 
 #include <memory>
 #include <QObject>
+#include <QVariantAnimation>
 
 namespace velun {
 
 class CaptionPanel;
+class CaptionView;
 class CaptionViewModel;
-class Clock;
 class DesktopPlatform;
 class PreferenceStore;
 class TranslationPlatform;
@@ -39,7 +41,7 @@ class CaptionWindowController final : public QObject {
   CaptionPanel& panel() const;
 
   /// Whether the user wants the panel shown. It may still be off the screen: see `isSuppressed`.
-  bool isShown() const;
+  bool isShown() const { return isShown_; }
   /// Whether a panel that is wanted is kept off the screen because a screen cast runs.
   bool isSuppressed() const;
 
@@ -51,7 +53,7 @@ class CaptionWindowController final : public QObject {
 
   /// Shows or hides the header: the panel's bottom edge stays where it is.
   void setHeader(bool visible, bool animated);
-  bool headerShown() const;
+  bool headerShown() const { return headerShown_; }
   /// Fits the height of the panel's content to the panel, unless the header is being animated.
   void updateContentHeight();
   /// Puts the panel back at its default place and size and brings it to the front.
@@ -62,8 +64,30 @@ class CaptionWindowController final : public QObject {
   void visibilityChanged();
 
  private:
-  class Private;
-  std::unique_ptr<Private> d_;
+  void connectToPanel();
+  void connectToSettings();
+  void present();
+  void applyPreferences();
+  void applyVisibility();
+  void orderFront();
+  void moveTo(const QRect& frame, int milliseconds);
+  void finishMotion();
+  void keepFrameLater();
+  void keepFrame();
+
+  CaptionViewModel& model_;
+  CaptionWindowServices services_;
+  std::unique_ptr<CaptionPanel> panel_;
+  CaptionView* view_ = nullptr;
+  bool headerShown_ = false;
+  bool animatingHeader_ = false;
+  // How much the panel has grown for its header.
+  int headerGrowth_ = 0;
+  QVariantAnimation motion_;
+  bool animatingFrame_ = false;
+  bool isShown_ = false;
+  bool wasSuppressed_ = false;
+  std::unique_ptr<ScheduledCall> keep_;
 };
 
 }  // namespace velun

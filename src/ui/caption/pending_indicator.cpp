@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/caption/pending_indicator.h"
 
+#include "ui/caption/motion.h"
+
 #include <chrono>
 #include <QPainter>
-#include <QStyle>
 
 namespace velun {
 
@@ -44,9 +45,7 @@ void PendingIndicator::paintEvent(QPaintEvent*) {
 
 void PendingIndicator::showEvent(QShowEvent*) {
   // A desktop that asks for less motion gets a still picture.
-  if (style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0) {
-    timer_.start(kFrameMilliseconds, this);
-  }
+  if (motionTime(*this, kTurn) > 0) timer_.start(kFrameMilliseconds, this);
 }
 
 void PendingIndicator::hideEvent(QHideEvent*) {

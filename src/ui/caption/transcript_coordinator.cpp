@@ -111,8 +111,10 @@ std::size_t TranscriptCoordinator::paragraphsBefore(std::size_t line) const {
 
 TranscriptCoordinator::Replacement TranscriptCoordinator::replacementOf(
     std::size_t firstLine, std::size_t lineCount, std::span<const Line> lines) const {
-  Replacement replacement{
-      .first = paragraphsBefore(firstLine), .firstLine = firstLine, .lineCount = lineCount};
+  Replacement replacement;
+  replacement.first = paragraphsBefore(firstLine);
+  replacement.firstLine = firstLine;
+  replacement.lineCount = lineCount;
   replacement.count = std::accumulate(
       lineSizes_.begin() + static_cast<std::ptrdiff_t>(firstLine),
       lineSizes_.begin() + static_cast<std::ptrdiff_t>(firstLine + lineCount), std::size_t{0});

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/caption/caption_chrome.h"
+
+#include <utility>
+
+namespace velun {
+
+namespace {
+
+constexpr std::chrono::milliseconds kHideDelay{1500};
+
+}  // namespace
+
+CaptionChrome::CaptionChrome(Clock& clock, std::function<void(bool)> setHeaderVisible,
+                             std::function<bool()> isPointerInside)
+    : clock_(clock),
+      setHeaderVisible_(std::move(setHeaderVisible)),
+      isPointerInside_(std::move(isPointerInside)) {}
+
+void CaptionChrome::setHovering(bool hovering) {
+  if (std::exchange(hovering_, hovering) != hovering) update();
+}
+
+void CaptionChrome::setMenuTracking(bool menuTracking) {
+  if (std::exchange(menuTracking_, menuTracking) != menuTracking) update();
+}
+
+void CaptionChrome::setKeyboardInHeader(bool keyboardInHeader) {
+  if (std::exchange(keyboardInHeader_, keyboardInHeader) != keyboardInHeader) update();
+}
+
+void CaptionChrome::update() {
+  hideTask_.reset();
+  if (!hovering_ && !menuTracking_ && !keyboardInHeader_) {
+    hideLater();
+  } else if (!showsChrome_) {
+    showsChrome_ = true;
+    setHeaderVisible_(true);
+  }
+}
+
+void CaptionChrome::hideLater() {
+  hideTask_ = clock_.callAfter(kHideDelay, [this] {
+    if (!showsChrome_) return;
+    if (isPointerInside_ && isPointerInside_()) {
+      hideLater();
+      return;
+    }
+    showsChrome_ = false;
+    setHeaderVisible_(false);
+  });
+}
+
+}  // namespace velun

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/foundation/clock.h"
+
+#include <functional>
+#include <memory>
+
+namespace velun {
+
+/// Decides when the caption panel shows its header: at once while the pointer is over the panel,
+/// a menu of the header is open or the keyboard is in the header, and for 1.5 seconds after all of
+/// that has ended. Main thread.
+class CaptionChrome final {
+ public:
+  /// `setHeaderVisible` is called only with changes. `isPointerInside`, when set, is asked before
+  /// the header goes: a window manager that moves the panel takes the pointer away meanwhile.
+  CaptionChrome(Clock& clock, std::function<void(bool)> setHeaderVisible,
+                std::function<bool()> isPointerInside = {});
+
+  void setHovering(bool hovering);
+  void setMenuTracking(bool menuTracking);
+  void setKeyboardInHeader(bool keyboardInHeader);
+
+  bool hovering() const { return hovering_; }
+  bool menuTracking() const { return menuTracking_; }
+  /// What the panel was last asked for.
+  bool showsChrome() const { return showsChrome_; }
+
+ private:
+  void update();
+  void hideLater();
+
+  Clock& clock_;
+  std::function<void(bool)> setHeaderVisible_;
+  std::function<bool()> isPointerInside_;
+  bool hovering_ = false;
+  bool menuTracking_ = false;
+  bool keyboardInHeader_ = false;
+  bool showsChrome_ = false;
+  std::unique_ptr<ScheduledCall> hideTask_;
+};
+
+}  // namespace velun

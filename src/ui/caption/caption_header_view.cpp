@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/caption/caption_header_view.h"
+
+#include "captions/caption_view_model.h"
+#include "settings/localization.h"
+#include "ui/caption/caption_appearance.h"
+#include "ui/caption/caption_menu.h"
+#include "ui/caption/header_button.h"
+#include "ui/caption/input_source_menu.h"
+#include "ui/caption/level_meter.h"
+#include "ui/caption/session_save_button.h"
+#include "ui/caption/translation_menu.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+
+namespace velun {
+
+namespace {
+
+constexpr QColor kHairline{255, 255, 255, 15};  // 0.06
+
+}  // namespace
+
+CaptionHeaderView::CaptionHeaderView(CaptionViewModel& model, CaptionActions actions,
+                                     QWidget* parent)
+    : QWidget(parent),
+      model_(model),
+      actions_(std::move(actions)),
+      inputSource_(new HeaderButton(this)),
+      levelMeter_(new LevelMeter([&model] { return model.meterBands(); }, this)),
+      saveButton_(new SessionSaveButton(model, actions_, this)),
+      translation_(new HeaderButton(this)),
+      startStop_(new HeaderButton(this, HeaderButton::Shape::filled)),
+      session_(new HeaderButton(this)),
+      hideButton_(new HeaderButton(this)) {
+  translation_->setSymbol(QStringLiteral("translate"));
+  session_->setSymbol(QStringLiteral("ellipsis.circle"));
+  hideButton_->setSymbol(QStringLiteral("xmark"));
+  inputSourceMenu_ = makeMenu(*inputSource_);
+  translationMenu_ = makeMenu(*translation_);
+  sessionMenu_ = makeMenu(*session_);
+  connect(inputSourceMenu_, &QMenu::aboutToShow, this,
+          [this] { fillInputSourceMenu(*inputSourceMenu_, model_.settings()); });
+  connect(translationMenu_, &QMenu::aboutToShow, this,
+          [this] { fillTranslationMenu(*translationMenu_, model_); });
+  connect(sessionMenu_, &QMenu::aboutToShow, this, &CaptionHeaderView::fillSessionMenu);
+  connect(startStop_, &QToolButton::clicked, this, [this] { actions_.toggleCaptions(); });
+  connect(hideButton_, &QToolButton::clicked, this, [this] { actions_.hide(); });
+  arrange();
+  connectToModel();
+  present();
+}
+
+void CaptionHeaderView::arrange() {
+  auto* row = new QHBoxLayout(this);
+  row->setContentsMargins(10, 0, 8, 0);
+  row->setSpacing(4);
+  row->addWidget(inputSource_);
+  row->addSpacing(4);
+  row->addWidget(levelMeter_);
+  row->addSpacing(4);
+  row->addWidget(saveButton_);
+  row->addStretch(1);
+  row->addWidget(translation_);
+  row->addWidget(startStop_);
+  row->addWidget(session_);
+  row->addWidget(hideButton_);
+  setTabOrder(inputSource_, saveButton_);
+  setTabOrder(saveButton_, translation_);
+  setTabOrder(translation_, startStop_);
+  setTabOrder(startStop_, session_);
+  setTabOrder(session_, hideButton_);
+}
+
+void CaptionHeaderView::connectToModel() {
+  const AppSettings& settings = model_.settings();
+  connect(&model_, &CaptionViewModel::isRunningChanged, this, &CaptionHeaderView::present);
+  connect(&settings, &AppSettings::useMicChanged, this, &CaptionHeaderView::present);
+  connect(&settings, &AppSettings::translateChanged, this, &CaptionHeaderView::present);
+  connect(&settings, &AppSettings::targetIDChanged, this, &CaptionHeaderView::present);
+  connect(&Localization::shared(), &Localization::languageChanged, this,
+          &CaptionHeaderView::present);
+}
+
+CaptionMenu* CaptionHeaderView::makeMenu(HeaderButton& button) {
+  auto* menu = new CaptionMenu(&button);
+  button.setMenu(menu);
+  connect(menu, &QMenu::aboutToShow, this, [this] { Q_EMIT menuTrackingChanged(true); });
+  connect(menu, &QMenu::aboutToHide, this, [this] { Q_EMIT menuTrackingChanged(false); });
+  return menu;
+}
+
+void CaptionHeaderView::setRoundedMenus(bool rounded) {
+  for (CaptionMenu* menu : {inputSourceMenu_, translationMenu_, sessionMenu_}) {
+    menu->setRounded(rounded);
+  }
+}
+
+void CaptionHeaderView::fillSessionMenu() {
+  sessionMenu_->clear();
+  const bool hasLines = !model_.lines().empty();
+  sessionMenu_->addAction(L("Save Current Session", "현재 세션 저장"), this, actions_.saveSession)
+      ->setEnabled(hasLines);
+  sessionMenu_->addAction(L("Saved Sessions…", "저장 기록…"), this, actions_.showHistory);
+  sessionMenu_->addAction(L("Export…", "내보내기…"), this, actions_.exportSession)
+      ->setEnabled(hasLines);
+  sessionMenu_->addAction(L("New Session", "새 세션"), this, actions_.newSession)
+      ->setEnabled(!model_.isTransitioning());
+  sessionMenu_->addAction(L("Settings…", "설정…"), this, actions_.showSettings);
+}
+
+void CaptionHeaderView::present() {
+  const AppSettings& settings = model_.settings();
+  const AudioInput input = settings.useMic() ? AudioInput::microphone : AudioInput::computer;
+  inputSource_->setSymbol(symbolOf(input));
+  inputSource_->setLabel(L("Input Source", "입력 소스"));
+  inputSource_->setAccessibleDescription(title(input));
+
+  const QString target = languageName(settings.targetID());
+  const QString on = L("Translation on · " + target, "번역 켜짐 · " + target);
+  const QString help = L("Translation Settings", "번역 설정");
+  translation_->setCaption(settings.translate() ? on : QString());
+  translation_->setLabel(settings.translate() ? on : help, help);
+
+  startStop_->setSymbol(model_.isRunning() ? QStringLiteral("pause.fill")
+                                           : QStringLiteral("play.fill"));
+  startStop_->setLabel(model_.isRunning() ? L("Stop Captions", "자막 중지")
+                                          : L("Start Captions", "자막 시작"));
+  session_->setLabel(L("Session & Settings", "세션 및 설정"));
+  hideButton_->setLabel(L("Hide", "숨기기"),
+                        L("You can reopen the caption window from the menu bar",
+                          "메뉴 막대에서 자막 창을 다시 열 수 있습니다"));
+  if (model_.isRunning()) levelMeter_->wake();
+}
+
+void CaptionHeaderView::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.fillRect(QRect(0, height() - 1, width(), 1), kHairline);
+}
+
+void CaptionHeaderView::mousePressEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) {
+    Q_EMIT dragRequested(event->globalPosition().toPoint());
+  } else {
+    QWidget::mousePressEvent(event);
+  }
+}
+
+void CaptionHeaderView::keyPressEvent(QKeyEvent* event) {
+  switch (event->key()) {
+    case Qt::Key_Left:
+      focusNextPrevChild(layoutDirection() == Qt::RightToLeft);
+      break;
+    case Qt::Key_Right:
+      focusNextPrevChild(layoutDirection() != Qt::RightToLeft);
+      break;
+    default:
+      QWidget::keyPressEvent(event);
+  }
+}
+
+}  // namespace velun

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "ui/caption/caption_actions.h"
+
+#include <QWidget>
+
+namespace velun {
+
+class CaptionMenu;
+class CaptionViewModel;
+class HeaderButton;
+class LevelMeter;
+class SessionSaveButton;
+
+/// The controls of the live session. Its empty space is where the panel is taken to be moved.
+class CaptionHeaderView final : public QWidget {
+  Q_OBJECT
+
+ public:
+  /// `model` must outlive the view.
+  CaptionHeaderView(CaptionViewModel& model, CaptionActions actions, QWidget* parent = nullptr);
+
+  /// Whether menus can have rounded corners.
+  void setRoundedMenus(bool rounded);
+
+  HeaderButton& inputSource() const { return *inputSource_; }
+  LevelMeter& levelMeter() const { return *levelMeter_; }
+  SessionSaveButton& saveButton() const { return *saveButton_; }
+  HeaderButton& translation() const { return *translation_; }
+  HeaderButton& startStop() const { return *startStop_; }
+  HeaderButton& session() const { return *session_; }
+  HeaderButton& hideButton() const { return *hideButton_; }
+  CaptionMenu& inputSourceMenu() const { return *inputSourceMenu_; }
+  CaptionMenu& translationMenu() const { return *translationMenu_; }
+  CaptionMenu& sessionMenu() const { return *sessionMenu_; }
+
+ Q_SIGNALS:
+  /// A menu was opened, or the last open one was closed.
+  void menuTrackingChanged(bool tracking);
+  /// The mouse was pressed on empty space.
+  void dragRequested(const QPoint& globalPosition);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  void arrange();
+  void connectToModel();
+  CaptionMenu* makeMenu(HeaderButton& button);
+  void fillSessionMenu();
+  void present();
+
+  CaptionViewModel& model_;
+  CaptionActions actions_;
+  HeaderButton* inputSource_;
+  LevelMeter* levelMeter_;
+  SessionSaveButton* saveButton_;
+  HeaderButton* translation_;
+  HeaderButton* startStop_;
+  HeaderButton* session_;
+  HeaderButton* hideButton_;
+  CaptionMenu* inputSourceMenu_;
+  CaptionMenu* translationMenu_;
+  CaptionMenu* sessionMenu_;
+};
+
+}  // namespace velun

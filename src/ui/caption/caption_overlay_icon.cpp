@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/caption/caption_overlay_icon.h"
+
+#include "ui/caption/caption_appearance.h"
+#include "ui/common/symbol.h"
+
+#include <QPainter>
+
+namespace velun {
+
+namespace {
+
+// A symbol fills its grid, a letter of size 12 does not: 14 looks the same.
+constexpr int kSymbolSize = 14;
+
+}  // namespace
+
+CaptionOverlayIcon::CaptionOverlayIcon(const QString& systemName, QWidget* parent)
+    : QWidget(parent), systemName_(systemName) {
+  setFixedSize(side, side);
+}
+
+void CaptionOverlayIcon::setLabel(const QString& label) {
+  setToolTip(label);
+  setAccessibleName(label);
+}
+
+void CaptionOverlayIcon::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  const int inset = (side - kSymbolSize) / 2;
+  painter.drawPixmap(inset, inset,
+                     symbolPixmap(systemName_, kSymbolSize, CaptionAppearance::secondaryText,
+                                  devicePixelRatioF()));
+}
+
+}  // namespace velun

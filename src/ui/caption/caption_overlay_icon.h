@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QWidget>
+
+namespace velun {
+
+/// A small symbol that tells of a state of the caption window.
+class CaptionOverlayIcon final : public QWidget {
+  Q_OBJECT
+
+ public:
+  static constexpr int side = 22;
+
+  explicit CaptionOverlayIcon(const QString& systemName, QWidget* parent = nullptr);
+
+  /// The tool tip and the name for screen readers.
+  void setLabel(const QString& label);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  QString systemName_;
+};
+
+}  // namespace velun

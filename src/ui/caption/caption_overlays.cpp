@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/caption/caption_overlays.h"
+
+#include "captions/caption_view_model.h"
+#include "settings/localization.h"
+#include "ui/caption/caption_appearance.h"
+#include "ui/caption/caption_overlay_icon.h"
+#include "ui/caption/copy_transcript_button.h"
+
+#include <QHBoxLayout>
+#include <QPainter>
+
+namespace velun {
+
+CaptionOverlays::CaptionOverlays(CaptionViewModel& model, Clock& clock, QWidget* parent)
+    : QWidget(parent),
+      model_(model),
+      keptOnTop_(new CaptionOverlayIcon(QStringLiteral("pin"), this)),
+      hiddenFromSharing_(new CaptionOverlayIcon(QStringLiteral("eye.slash"), this)),
+      copyButton_(
+          new CopyTranscriptButton([&model] { return model.captionText(); }, true, clock, this)) {
+  auto* row = new QHBoxLayout(this);
+  row->setContentsMargins(4, 2, 2, 2);
+  row->setSpacing(2);
+  row->setSizeConstraint(QLayout::SetFixedSize);
+  row->addWidget(keptOnTop_);
+  row->addWidget(hiddenFromSharing_);
+  row->addWidget(copyButton_);
+  const AppSettings& settings = model.settings();
+  connect(&settings, &AppSettings::keepOnTopChanged, this, &CaptionOverlays::present);
+  connect(&settings, &AppSettings::hideFromScreenSharingChanged, this, &CaptionOverlays::present);
+  connect(&model, &CaptionViewModel::sessionChanged, this, &CaptionOverlays::present);
+  connect(&model, &CaptionViewModel::volatileTextChanged, this, &CaptionOverlays::present);
+  connect(&Localization::shared(), &Localization::languageChanged, this, &CaptionOverlays::present);
+  present();
+}
+
+void CaptionOverlays::present() {
+  keptOnTop_->setVisible(model_.settings().keepOnTop());
+  keptOnTop_->setLabel(L("Kept above other windows", "다른 창 위에 표시 중"));
+  hiddenFromSharing_->setVisible(model_.settings().hideFromScreenSharing());
+  hiddenFromSharing_->setLabel(L("Hidden from screen sharing", "화면 공유에서 숨김"));
+  copyButton_->setEnabled(!model_.lines().empty() || !model_.volatileText().isEmpty());
+}
+
+void CaptionOverlays::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(CaptionAppearance::edge);
+  painter.setBrush(CaptionAppearance::raised);
+  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 9, 9);
+}
+
+}  // namespace velun

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QWidget>
+
+namespace velun {
+
+class CaptionOverlayIcon;
+class CaptionViewModel;
+class Clock;
+class CopyTranscriptButton;
+
+/// What stands over a corner of the transcript while the pointer is there: the states of the
+/// window, and the copy button.
+class CaptionOverlays final : public QWidget {
+  Q_OBJECT
+
+ public:
+  /// `model` and `clock` must outlive the view.
+  CaptionOverlays(CaptionViewModel& model, Clock& clock, QWidget* parent);
+
+  CopyTranscriptButton& copyButton() const { return *copyButton_; }
+  CaptionOverlayIcon& keptOnTop() const { return *keptOnTop_; }
+  CaptionOverlayIcon& hiddenFromSharing() const { return *hiddenFromSharing_; }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  void present();
+
+  CaptionViewModel& model_;
+  CaptionOverlayIcon* keptOnTop_;
+  CaptionOverlayIcon* hiddenFromSharing_;
+  CopyTranscriptButton* copyButton_;
+};
+
+}  // namespace velun

@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/caption/caption_panel.h"
+
+#include "platform/desktop/desktop_platform.h"
+#include "ui/caption/caption_appearance.h"
+#include "ui/caption/panel_edge.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <QWindow>
+
+namespace velun {
+
+namespace {
+
+// Near black: over blur, over what is sharp, and where nothing shows through.
+constexpr QColor kOverBlur(18, 18, 21, 199);
+constexpr QColor kOverSharp(18, 18, 21, 230);
+constexpr QColor kOpaque(18, 18, 21);
+
+QRegion roundedRegion(const QRect& rect) {
+  QPainterPath path;
+  path.addRoundedRect(rect, CaptionAppearance::cornerRadius, CaptionAppearance::cornerRadius);
+  return QRegion(path.toFillPolygon().toPolygon());
+}
+
+}  // namespace
+
+CaptionPanel::CaptionPanel(DesktopPlatform& desktop)
+    : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint), desktop_(desktop) {
+  setAttribute(Qt::WA_TranslucentBackground);
+  setAttribute(Qt::WA_ShowWithoutActivating);
+  setAttribute(Qt::WA_QuitOnClose, false);
+  setMinimumSize(CaptionAppearance::minimumSize);
+  addEdges();
+  connect(&desktop, &DesktopPlatform::capabilitiesChanged, this, [this] {
+    updateRegions();
+    update();
+  });
+}
+
+void CaptionPanel::addEdges() {
+  constexpr std::array<Qt::Edges, 8> all = {
+      Qt::LeftEdge,
+      Qt::TopEdge,
+      Qt::RightEdge,
+      Qt::BottomEdge,
+      Qt::LeftEdge | Qt::TopEdge,
+      Qt::RightEdge | Qt::TopEdge,
+      Qt::LeftEdge | Qt::BottomEdge,
+      Qt::RightEdge | Qt::BottomEdge,
+  };
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    edges_[i] = new PanelEdge(all[i], this);
+    connect(edges_[i], &PanelEdge::pressed, this, [this](Qt::Edges edges, const QPoint& position) {
+      drag_.begin(*this, edges, position, desktop_.capabilities().movesByItself);
+    });
+    connect(edges_[i], &PanelEdge::moved, this,
+            [this](const QPoint& position) { drag_.follow(*this, position); });
+    connect(edges_[i], &PanelEdge::released, this, [this] { drag_.end(); });
+  }
+}
+
+void CaptionPanel::setContent(QWidget* content) {
+  content_ = content;
+  content_->setParent(this);
+  arrange();
+  content_->show();
+}
+
+void CaptionPanel::setContentHeight(int height) {
+  contentHeight_ = height;
+  arrange();
+}
+
+void CaptionPanel::arrange() {
+  if (content_) content_->setGeometry(0, height() - contentHeight_, width(), contentHeight_);
+  for (PanelEdge* edge : edges_) {
+    edge->place();
+    edge->raise();
+  }
+}
+
+void CaptionPanel::orderFront(bool keepOnTop) {
+  if (!isVisible()) {
+    winId();
+    desktop_.prepareToShow(*windowHandle(), keepOnTop);
+    updateRegions();
+  }
+  show();
+  raise();
+}
+
+void CaptionPanel::setKeepOnTop(bool keepOnTop) {
+  if (isVisible()) desktop_.setKeepOnTop(*windowHandle(), keepOnTop);
+}
+
+void CaptionPanel::updateRegions() {
+  if (!windowHandle()) return;
+  const DesktopCapabilities& can = desktop_.capabilities();
+  const QRegion rounded = roundedRegion(rect());
+  if (can.blursBehind) desktop_.setBlurBehind(*windowHandle(), rounded);
+  desktop_.setShape(*windowHandle(), can.compositing ? QRegion() : rounded);
+}
+
+QColor CaptionPanel::fill() const {
+  const DesktopCapabilities& can = desktop_.capabilities();
+  if (!can.compositing) return kOpaque;
+  return can.blursBehind ? kOverBlur : kOverSharp;
+}
+
+void CaptionPanel::beginMove(const QPoint& globalPosition) {
+  drag_.begin(*this, {}, globalPosition, desktop_.capabilities().movesByItself);
+}
+
+bool CaptionPanel::event(QEvent* event) {
+  if (event->type() == QEvent::Enter) Q_EMIT hoveringChanged(true);
+  if (event->type() == QEvent::Leave) Q_EMIT hoveringChanged(false);
+  return QWidget::event(event);
+}
+
+void CaptionPanel::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setCompositionMode(QPainter::CompositionMode_Source);
+  painter.fillRect(rect(), Qt::transparent);
+  painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+  painter.setRenderHint(QPainter::Antialiasing);
+  constexpr double corner = CaptionAppearance::cornerRadius;
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(fill());
+  painter.drawRoundedRect(QRectF(rect()), corner, corner);
+  painter.setPen(CaptionAppearance::edge);
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), corner - 0.5,
+                          corner - 0.5);
+}
+
+void CaptionPanel::resizeEvent(QResizeEvent*) {
+  Q_EMIT frameChanged();
+  arrange();
+  updateRegions();
+}
+
+void CaptionPanel::moveEvent(QMoveEvent*) {
+  Q_EMIT frameChanged();
+}
+
+void CaptionPanel::mouseMoveEvent(QMouseEvent* event) {
+  drag_.follow(*this, event->globalPosition().toPoint());
+}
+
+void CaptionPanel::mouseReleaseEvent(QMouseEvent*) {
+  drag_.end();
+}
+
+}  // namespace velun

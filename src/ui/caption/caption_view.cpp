@@ -1,0 +1,185 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/caption/caption_view.h"
+
+#include "captions/caption_view_model.h"
+#include "settings/localization.h"
+#include "ui/caption/caption_header_view.h"
+#include "ui/caption/caption_overlays.h"
+#include "ui/caption/caption_status_line.h"
+#include "ui/caption/jump_button.h"
+#include "ui/caption/selectable_transcript_text_view.h"
+#include "ui/caption/transcript_formats.h"
+#include "ui/caption/transcript_view.h"
+#include "ui/caption/translation_task.h"
+
+#include <QApplication>
+#include <QPainter>
+
+namespace velun {
+
+namespace {
+
+constexpr int kOverlayGap = 10;
+constexpr int kJumpGap = 12;
+constexpr double kHintSize = 13;
+
+/// What covers both.
+TranscriptChange merged(const TranscriptChange& a, const TranscriptChange& b) {
+  using Lines = TranscriptChange::Lines;
+  if (a.lines == Lines::added) return b;
+  if (b.lines == Lines::added) return a;
+  const bool same = a.lines == Lines::one && b.lines == Lines::one && a.index == b.index;
+  return same ? a : TranscriptChange();
+}
+
+}  // namespace
+
+CaptionView::CaptionView(CaptionViewModel& model, const CaptionActions& actions,
+                         TranslationPlatform& translation, Clock& clock,
+                         std::function<bool()> isPointerInside, QWidget* parent)
+    : QWidget(parent),
+      model_(model),
+      chrome_(clock, actions.setHeaderVisible, std::move(isPointerInside)),
+      header_(new CaptionHeaderView(model, actions, this)),
+      transcript_(new TranscriptView(this)),
+      statusLine_(new CaptionStatusLine(model, translation, this)),
+      overlays_(new CaptionOverlays(model, clock, this)),
+      jumpButton_(new JumpButton(this)),
+      translation_(new TranslationTask(model, translation, this)) {
+  header_->hide();
+  overlays_->hide();
+  transcript_->installEventFilter(this);
+  overlays_->installEventFilter(this);
+  jumpButton_->installEventFilter(this);
+  connect(header_, &CaptionHeaderView::menuTrackingChanged, this,
+          [this](bool tracking) { chrome_.setMenuTracking(tracking); });
+  connect(transcript_, &TranscriptView::atBottomChanged, this, &CaptionView::updateOverlays);
+  connect(transcript_, &TranscriptView::isHeldChanged, this, &CaptionView::updateOverlays);
+  connect(jumpButton_, &QAbstractButton::clicked, this, &CaptionView::jump);
+  connect(statusLine_, &CaptionStatusLine::textChanged, this, &CaptionView::arrange);
+  connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+    chrome_.setKeyboardInHeader(now && header_->isAncestorOf(now));
+  });
+  connectToModel();
+  updateTranscript();
+}
+
+CaptionView::~CaptionView() {
+  // Its children outlive this part of it; what they report then finds nobody.
+  disconnect(qApp, nullptr, this, nullptr);
+}
+
+void CaptionView::connectToModel() {
+  using Lines = TranscriptChange::Lines;
+  const TranscriptChange added{.lines = Lines::added};
+  const auto follow = [this, added](auto& object, auto signal) {
+    connect(&object, signal, this, [this, added] { updateLater(added); });
+  };
+  follow(model_, &CaptionViewModel::sessionChanged);
+  follow(model_, &CaptionViewModel::volatileTextChanged);
+  follow(model_, &CaptionViewModel::translationStatusChanged);
+  follow(model_, &CaptionViewModel::isRunningChanged);
+  follow(model_.settings(), &AppSettings::fontSizeChanged);
+  follow(model_.settings(), &AppSettings::translateChanged);
+  follow(model_.settings(), &AppSettings::showTranslationOnlyChanged);
+  follow(model_.settings(), &AppSettings::localeIDChanged);
+  follow(model_.settings(), &AppSettings::targetIDChanged);
+  follow(Localization::shared(), &Localization::languageChanged);
+  connect(&model_, &CaptionViewModel::translationChanged, this,
+          [this](int index) { updateLater({.lines = Lines::one, .index = index}); });
+}
+
+void CaptionView::updateLater(const TranscriptChange& change) {
+  if (due_) {
+    due_ = merged(*due_, change);
+    return;
+  }
+  due_ = change;
+  QMetaObject::invokeMethod(this, &CaptionView::updateTranscript, Qt::QueuedConnection);
+}
+
+void CaptionView::updateTranscript() {
+  const TranscriptChange change = due_.value_or(TranscriptChange());
+  due_.reset();
+  TranscriptInputs inputs;
+  inputs.session = &model_.session();
+  inputs.volatileText = model_.volatileText();
+  inputs.fontSize = model_.settings().fontSize();
+  inputs.content = model_.captionContent();
+  inputs.language = model_.settings().targetID();
+  inputs.followsLatest = true;
+  inputs.captionStyle = true;
+  inputs.pendingTranslationIDs = model_.pendingTranslationIDs();
+  inputs.showsPendingInput =
+      inputs.content == TranscriptContent::translation && !inputs.volatileText.isEmpty();
+  inputs.jumpToLatest = jumpToLatest_;
+  transcript_->update(inputs, change);
+  update();
+}
+
+void CaptionView::jump() {
+  transcript_->clearSelection();
+  ++jumpToLatest_;
+  updateLater({.lines = TranscriptChange::Lines::added});
+}
+
+void CaptionView::updateOverlays() {
+  overlays_->setVisible(hoveringCaptions_);
+  jumpButton_->setWanted(!transcript_->atBottom() || transcript_->isHeld());
+}
+
+void CaptionView::setHovering(bool hovering) {
+  chrome_.setHovering(hovering);
+}
+
+void CaptionView::setHeaderInSight(bool inSight) {
+  if (!inSight && header_->isAncestorOf(QApplication::focusWidget())) transcript_->setFocus();
+  header_->setVisible(inSight);
+}
+
+void CaptionView::arrange() {
+  const int top = CaptionAppearance::headerHeight;
+  const int status = statusLine_->neededHeight(width());
+  header_->setGeometry(0, 0, width(), top);
+  transcript_->setGeometry(0, top, width(), std::max(height() - top - status, 0));
+  statusLine_->setVisible(status > 0);
+  statusLine_->setGeometry(0, height() - status, width(), status);
+  overlays_->adjustSize();
+  overlays_->move(width() - overlays_->width() - kOverlayGap, top + kOverlayGap);
+  const QRect text = transcript_->geometry();
+  jumpButton_->move(text.center().x() - JumpButton::side / 2,
+                    text.bottom() + 1 - kJumpGap - JumpButton::side);
+}
+
+void CaptionView::resizeEvent(QResizeEvent*) {
+  arrange();
+}
+
+void CaptionView::paintEvent(QPaintEvent*) {
+  if (!model_.lines().empty() || !model_.volatileText().isEmpty()) return;
+  QPainter painter(this);
+  painter.setFont(systemFont(kHintSize));
+  painter.setPen(CaptionAppearance::secondaryText);
+  painter.drawText(transcript_->geometry(), Qt::AlignCenter,
+                   L("Captions appear here", "자막이 여기에 표시됩니다"));
+}
+
+bool CaptionView::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::Enter || event->type() == QEvent::Leave) {
+    hoveringCaptions_ = event->type() == QEvent::Enter || overlays_->underMouse();
+    updateOverlays();
+  } else if (watched == overlays_ && event->type() == QEvent::LayoutRequest) {
+    arrange();
+  }
+  return QWidget::eventFilter(watched, event);
+}
+
+bool CaptionView::focusNextPrevChild(bool next) {
+  // Before the keyboard can go to the header, the header has to be there.
+  if (!header_->isVisible()) chrome_.setKeyboardInHeader(true);
+  const bool moved = QWidget::focusNextPrevChild(next);
+  chrome_.setKeyboardInHeader(header_->isAncestorOf(QApplication::focusWidget()));
+  return moved;
+}
+
+}  // namespace velun

@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "ui/caption/caption_actions.h"
+#include "ui/caption/caption_chrome.h"
+#include "ui/caption/transcript_inputs.h"
+
+#include <QWidget>
+
+namespace velun {
+
+class CaptionHeaderView;
+class CaptionOverlays;
+class CaptionStatusLine;
+class CaptionViewModel;
+class Clock;
+class JumpButton;
+class TranscriptView;
+class TranslationPlatform;
+class TranslationTask;
+
+/// The whole content of the caption panel: the header, the transcript and what stands over it.
+/// Main thread.
+class CaptionView final : public QWidget {
+  Q_OBJECT
+
+ public:
+  /// `isPointerInside` tells whether the pointer is over the panel at the moment. The references
+  /// must outlive the view.
+  CaptionView(CaptionViewModel& model, const CaptionActions& actions,
+              TranslationPlatform& translation, Clock& clock,
+              std::function<bool()> isPointerInside = {}, QWidget* parent = nullptr);
+  ~CaptionView() override;
+
+  /// The pointer entered or left the panel.
+  void setHovering(bool hovering);
+
+  /// Whether the header can be seen at the moment; out of sight it does nothing and cannot be
+  /// reached by keyboard.
+  void setHeaderInSight(bool inSight);
+
+  CaptionHeaderView& header() const { return *header_; }
+  TranscriptView& transcript() const { return *transcript_; }
+  CaptionOverlays& overlays() const { return *overlays_; }
+  JumpButton& jumpButton() const { return *jumpButton_; }
+  CaptionStatusLine& statusLine() const { return *statusLine_; }
+  const CaptionChrome& chrome() const { return chrome_; }
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  bool focusNextPrevChild(bool next) override;
+
+ private:
+  void connectToModel();
+  void updateLater(const TranscriptChange& change);
+  void updateTranscript();
+  void updateOverlays();
+  void jump();
+  void arrange();
+
+  CaptionViewModel& model_;
+  CaptionChrome chrome_;
+  CaptionHeaderView* header_;
+  TranscriptView* transcript_;
+  CaptionStatusLine* statusLine_;
+  CaptionOverlays* overlays_;
+  JumpButton* jumpButton_;
+  TranslationTask* translation_;
+  // What the next update has to look at; none while no update is due.
+  std::optional<TranscriptChange> due_;
+  int jumpToLatest_ = 0;
+  bool hoveringCaptions_ = false;
+};
+
+}  // namespace velun

@@ -1,0 +1,220 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/caption/caption_window_controller.h"
+
+#include "captions/caption_view_model.h"
+#include "platform/desktop/desktop_platform.h"
+#include "settings/localization.h"
+#include "ui/caption/caption_appearance.h"
+#include "ui/caption/caption_header_view.h"
+#include "ui/caption/caption_panel.h"
+#include "ui/caption/caption_view.h"
+#include "ui/caption/motion.h"
+#include "ui/caption/panel_frame.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QScreen>
+#include <QVariantAnimation>
+
+namespace velun {
+
+namespace {
+
+constexpr std::chrono::milliseconds kKeepDelay{500};
+
+QList<QRect> freeAreas() {
+  QList<QRect> areas;
+  for (const QScreen* screen : QApplication::screens()) areas << screen->availableGeometry();
+  return areas;
+}
+
+}  // namespace
+
+CaptionWindowController::CaptionWindowController(CaptionViewModel& model, CaptionActions actions,
+                                                 const CaptionWindowServices& services)
+    : model_(model), services_(services) {
+  panel_ = std::make_unique<CaptionPanel>(services.desktop);
+  view_ = new CaptionView(model, actions, services.translation, services.clock, [this] {
+    return panel_->isVisible() && panel_->geometry().contains(QCursor::pos());
+  });
+  panel_->setContent(view_);
+  const QRect usual = defaultPanelFrame(freeAreaOf(QApplication::primaryScreen()));
+  const std::optional<QRect> kept = keptPanelFrame(services.frames);
+  panel_->setGeometry(kept ? movedIntoView(*kept, freeAreas()) : usual);
+  updateContentHeight();
+  motion_.setEasingCurve(QEasingCurve::InOutCubic);
+  connectToPanel();
+  connectToSettings();
+  present();
+}
+
+CaptionWindowController::~CaptionWindowController() {
+  motion_.stop();
+}
+
+void CaptionWindowController::connectToPanel() {
+  connect(panel_.get(), &CaptionPanel::hoveringChanged, view_, &CaptionView::setHovering);
+  connect(&view_->header(), &CaptionHeaderView::dragRequested, panel_.get(),
+          &CaptionPanel::beginMove);
+  connect(panel_.get(), &CaptionPanel::frameChanged, this, [this] {
+    updateContentHeight();
+    keepFrameLater();
+  });
+  connect(&motion_, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
+    if (animatingFrame_) panel_->setGeometry(value.toRect());
+  });
+  connect(&motion_, &QVariantAnimation::finished, this, &CaptionWindowController::finishMotion);
+  connect(qApp, &QCoreApplication::aboutToQuit, this, [this] {
+    setHeader(false, false);
+    keepFrame();
+  });
+}
+
+void CaptionWindowController::connectToSettings() {
+  const AppSettings& settings = model_.settings();
+  connect(&settings, &AppSettings::keepOnTopChanged, this,
+          &CaptionWindowController::applyPreferences);
+  connect(&settings, &AppSettings::hideFromScreenSharingChanged, this,
+          &CaptionWindowController::applyPreferences);
+  connect(&services_.desktop, &DesktopPlatform::capabilitiesChanged, this,
+          &CaptionWindowController::applyPreferences);
+  connect(&services_.desktop, &DesktopPlatform::screenCastChanged, this,
+          &CaptionWindowController::applyVisibility);
+  connect(&Localization::shared(), &Localization::languageChanged, this,
+          &CaptionWindowController::present);
+}
+
+void CaptionWindowController::present() {
+  panel_->setWindowTitle(L("Velun Captions", "Velun 자막"));
+  applyPreferences();
+}
+
+CaptionPanel& CaptionWindowController::panel() const {
+  return *panel_;
+}
+
+bool CaptionWindowController::isSuppressed() const {
+  return model_.settings().hideFromScreenSharing() &&
+         services_.desktop.capabilities().captureHiding == CaptureHiding::whileCasting &&
+         services_.desktop.isScreenCastRunning();
+}
+
+void CaptionWindowController::applyPreferences() {
+  const DesktopCapabilities& can = services_.desktop.capabilities();
+  const bool hides = model_.settings().hideFromScreenSharing();
+  panel_->setKeepOnTop(model_.settings().keepOnTop());
+  services_.desktop.watchScreenCasts(hides && can.captureHiding == CaptureHiding::whileCasting);
+  if (panel_->windowHandle()) {
+    services_.desktop.setExcludedFromCapture(*panel_->windowHandle(), hides);
+  }
+  view_->header().setRoundedMenus(can.compositing);
+  applyVisibility();
+}
+
+void CaptionWindowController::applyVisibility() {
+  const bool suppressed = isSuppressed();
+  const bool visible = isShown_ && !suppressed;
+  if (visible != panel_->isVisible()) {
+    if (visible) {
+      orderFront();
+    } else {
+      keepFrame();
+      panel_->hide();
+    }
+  }
+  if (std::exchange(wasSuppressed_, suppressed) != suppressed && isShown_) {
+    Q_EMIT visibilityChanged();
+  }
+}
+
+void CaptionWindowController::orderFront() {
+  panel_->orderFront(model_.settings().keepOnTop());
+  services_.desktop.setExcludedFromCapture(*panel_->windowHandle(),
+                                           model_.settings().hideFromScreenSharing());
+}
+
+void CaptionWindowController::show() {
+  const bool changed = !std::exchange(isShown_, true);
+  if (panel_->isVisible()) orderFront();
+  applyVisibility();
+  if (changed) Q_EMIT visibilityChanged();
+}
+
+void CaptionWindowController::hide() {
+  if (!std::exchange(isShown_, false)) return;
+  applyVisibility();
+  Q_EMIT visibilityChanged();
+}
+
+void CaptionWindowController::toggle() {
+  isShown_ ? hide() : show();
+}
+
+void CaptionWindowController::updateContentHeight() {
+  if (animatingHeader_) return;
+  panel_->setContentHeight(panel_->height() + (headerShown_ ? 0 : CaptionAppearance::headerHeight));
+}
+
+void CaptionWindowController::setHeader(bool visible, bool animated) {
+  if (visible == headerShown_) return;
+  headerShown_ = visible;
+  const bool moving = motion_.state() == QAbstractAnimation::Running;
+  QRect frame = moving ? motion_.endValue().toRect() : panel_->geometry();
+  if (visible) {
+    // As far as there is room above: a window manager would otherwise push the whole panel down.
+    const int room = frame.top() - freeAreaOf(panel_->screen()).top();
+    headerGrowth_ = std::clamp(room, 0, CaptionAppearance::headerHeight);
+    frame.setTop(frame.top() - headerGrowth_);
+    view_->setHeaderInSight(true);
+  } else {
+    panel_->setMinimumHeight(CaptionAppearance::minimumSize.height());
+    frame.setTop(frame.top() + std::exchange(headerGrowth_, 0));
+  }
+  animatingHeader_ = animated;
+  moveTo(frame, animated ? motionTime(*panel_, CaptionAppearance::headerDuration) : 0);
+}
+
+void CaptionWindowController::moveTo(const QRect& frame, int milliseconds) {
+  animatingFrame_ = false;
+  motion_.stop();
+  if (milliseconds == 0 || !panel_->isVisible()) {
+    panel_->setGeometry(frame);
+    finishMotion();
+    return;
+  }
+  motion_.setStartValue(panel_->geometry());
+  motion_.setEndValue(frame);
+  motion_.setDuration(milliseconds);
+  animatingFrame_ = true;
+  motion_.start();
+}
+
+void CaptionWindowController::finishMotion() {
+  animatingFrame_ = false;
+  animatingHeader_ = false;
+  if (!headerShown_) view_->setHeaderInSight(false);
+  panel_->setMinimumHeight(CaptionAppearance::minimumSize.height() + headerGrowth_);
+  updateContentHeight();
+}
+
+void CaptionWindowController::restorePosition() {
+  const QScreen* screen = panel_->screen() ? panel_->screen() : QApplication::primaryScreen();
+  headerGrowth_ = headerShown_ ? CaptionAppearance::headerHeight : 0;
+  moveTo(defaultPanelFrame(freeAreaOf(screen), headerGrowth_),
+         motionTime(*panel_, CaptionAppearance::headerDuration));
+  show();
+}
+
+void CaptionWindowController::keepFrameLater() {
+  keep_ = services_.clock.callAfter(kKeepDelay, [this] { keepFrame(); });
+}
+
+void CaptionWindowController::keepFrame() {
+  keep_.reset();
+  const bool moving = motion_.state() == QAbstractAnimation::Running;
+  QRect frame = moving ? motion_.endValue().toRect() : panel_->geometry();
+  frame.setTop(frame.top() + headerGrowth_);
+  keepPanelFrame(services_.frames, frame);
+}
+
+}  // namespace velun

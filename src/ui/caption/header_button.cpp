@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/caption/header_button.h"
+
+#include "ui/caption/caption_appearance.h"
+#include "ui/caption/transcript_formats.h"
+#include "ui/common/symbol.h"
+
+#include <QFontMetrics>
+#include <QMenu>
+#include <QPainter>
+#include <QPainterPath>
+
+namespace velun {
+
+namespace {
+
+constexpr int kSide = 32;
+constexpr int kSymbolSize = 18;
+constexpr int kMarkSize = 10;
+constexpr int kGap = 5;
+constexpr double kCorner = 7;
+constexpr double kCaptionSize = 12;
+constexpr double kDisabledOpacity = 0.35;
+constexpr double kRing = 2;
+
+QColor white(double opacity) {
+  QColor color(Qt::white);
+  color.setAlphaF(static_cast<float>(opacity));
+  return color;
+}
+
+}  // namespace
+
+HeaderButton::HeaderButton(QWidget* parent, Shape shape) : QToolButton(parent), shape_(shape) {
+  setFont(systemFont(kCaptionSize));
+  setFocusPolicy(Qt::TabFocus);
+  setAttribute(Qt::WA_Hover);
+  setPopupMode(QToolButton::InstantPopup);
+  setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+}
+
+void HeaderButton::setSymbol(const QString& name) {
+  symbol_ = name;
+  update();
+}
+
+void HeaderButton::setLabel(const QString& label, const QString& help) {
+  setAccessibleName(label);
+  setToolTip(help.isEmpty() ? label : help);
+}
+
+void HeaderButton::setCaption(const QString& caption) {
+  if (caption_ == caption) return;
+  caption_ = caption;
+  updateGeometry();
+  update();
+}
+
+QSize HeaderButton::sizeHint() const {
+  int width = kSide;
+  if (!caption_.isEmpty()) width += kGap + fontMetrics().horizontalAdvance(caption_) + 2;
+  if (menu() && shape_ == Shape::plain) width += kMarkSize;
+  return QSize(width, kSide);
+}
+
+QSize HeaderButton::minimumSizeHint() const {
+  return QSize(kSide + (menu() ? kMarkSize : 0), kSide);
+}
+
+QRect HeaderButton::symbolRect() const {
+  return QRect((kSide - kSymbolSize) / 2, (height() - kSymbolSize) / 2, kSymbolSize, kSymbolSize);
+}
+
+void HeaderButton::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  if (!isEnabled()) painter.setOpacity(kDisabledOpacity);
+
+  const bool filled = shape_ == Shape::filled;
+  const double corner = filled ? kSide / 2.0 : kCorner;
+  const bool pressed = isDown() || (menu() && menu()->isVisible());
+  double opacity = pressed ? 0.18 : underMouse() && isEnabled() ? 0.10 : 0.0;
+  if (filled) opacity += 0.13;
+  if (opacity > 0) {
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(white(opacity));
+    painter.drawRoundedRect(QRectF(rect()), corner, corner);
+  }
+  if (hasFocus()) {
+    painter.setPen(QPen(CaptionAppearance::accent, kRing));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), corner - 1, corner - 1);
+  }
+
+  const qreal ratio = devicePixelRatioF();
+  painter.drawPixmap(symbolRect().topLeft(),
+                     symbolPixmap(symbol_, kSymbolSize, CaptionAppearance::symbol, ratio));
+  const bool marked = menu() && !filled;
+  if (!caption_.isEmpty()) {
+    const int left = symbolRect().right() + kGap + 2;
+    const int right = width() - (marked ? kMarkSize + 6 : 6);
+    painter.setPen(CaptionAppearance::symbol);
+    painter.drawText(QRect(left, 0, right - left, height()), Qt::AlignVCenter | Qt::AlignLeft,
+                     fontMetrics().elidedText(caption_, Qt::ElideRight, right - left));
+  }
+  if (marked) {
+    painter.drawPixmap(QPoint(width() - kMarkSize - 5, (height() - kMarkSize) / 2 + 1),
+                       symbolPixmap(QStringLiteral("chevron.down"), kMarkSize,
+                                    CaptionAppearance::secondaryText, ratio));
+  }
+}
+
+}  // namespace velun

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/caption/panel_drag.h"
+
+#include <algorithm>
+#include <QWidget>
+#include <QWindow>
+
+namespace velun {
+
+void PanelDrag::begin(QWidget& window, Qt::Edges edges, const QPoint& globalPosition,
+                      bool byManager) {
+  QWindow* handle = window.windowHandle();
+  const bool taken =
+      byManager && handle && (edges ? handle->startSystemResize(edges) : handle->startSystemMove());
+  following_ = !taken;
+  edges_ = edges;
+  start_ = globalPosition;
+  frame_ = window.geometry();
+}
+
+void PanelDrag::follow(QWidget& window, const QPoint& globalPosition) const {
+  if (!following_) return;
+  const QPoint by = globalPosition - start_;
+  if (!edges_) {
+    window.move(frame_.topLeft() + by);
+    return;
+  }
+  const QSize least = window.minimumSize();
+  QRect frame = frame_;
+  if (edges_ & Qt::LeftEdge) {
+    frame.setLeft(std::min(frame.left() + by.x(), frame.right() + 1 - least.width()));
+  }
+  if (edges_ & Qt::TopEdge) {
+    frame.setTop(std::min(frame.top() + by.y(), frame.bottom() + 1 - least.height()));
+  }
+  if (edges_ & Qt::RightEdge) frame.setWidth(std::max(frame.width() + by.x(), least.width()));
+  if (edges_ & Qt::BottomEdge) frame.setHeight(std::max(frame.height() + by.y(), least.height()));
+  window.setGeometry(frame);
+}
+
+}  // namespace velun

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "ui/caption/caption_actions.h"
+#include "ui/caption/header_button.h"
+
+namespace velun {
+
+class CaptionViewModel;
+
+/// Saves the running session; once it is saved, opens the saved sessions.
+class SessionSaveButton final : public HeaderButton {
+  Q_OBJECT
+
+ public:
+  /// `model` must outlive the button.
+  SessionSaveButton(CaptionViewModel& model, CaptionActions actions, QWidget* parent = nullptr);
+
+  /// Whether the session is in a file and the last write went well.
+  bool saved() const;
+
+ private:
+  void present();
+
+  CaptionViewModel& model_;
+};
+
+}  // namespace velun
