@@ -1,0 +1,189 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/foundation/atomic_file.h"
+
+#include "platform/foundation/file_access.h"
+#include "platform/foundation/file_error.h"
+#include "support/suite.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+
+using namespace velun;
+
+namespace {
+
+template <class Action>
+int refusalOf(Action action) {
+  try {
+    action();
+  } catch (const FileError& error) {
+    return error.code().value();
+  }
+  return 0;
+}
+
+}  // namespace
+
+class AtomicFileTest final : public test::Suite {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void init() {
+    Suite::init();
+    folder_ = std::make_unique<QTemporaryDir>();
+    QVERIFY(folder_->isValid());
+  }
+
+  void aFileIsWrittenAndReplaced_data() {
+    QTest::addColumn<bool>("flush");
+    QTest::newRow("flushed") << true;
+    QTest::newRow("not flushed") << false;
+  }
+  void aFileIsWrittenAndReplaced() {
+    QFETCH(bool, flush);
+    const QByteArray large(3'000'000, 'x');
+    for (const QByteArray& bytes : {QByteArray("first"), large, QByteArray(), QByteArray("a")}) {
+      writeFileAtomically(path("file"), bytes, flush);
+      QCOMPARE(readWholeFile(path("file"), 10'000'000), bytes);
+      QCOMPARE(names(), QStringList{"file"});
+    }
+  }
+
+  void whatAKilledWriterLeftIsTakenOver() {
+    put(".file.velun-part", QByteArray(100, 'x'));
+    writeFileAtomically(path("file"), "short", false);
+    QCOMPARE(readWholeFile(path("file"), 100), QByteArray("short"));
+    QCOMPARE(names(), QStringList{"file"});
+  }
+
+  void aNewFileIsTheUsersAloneAndAnOldOneKeepsItsMode() {
+    writeFileAtomically(path("file"), "a", false);
+    QCOMPARE(mode("file"), 0600u);
+    QCOMPARE(::chmod(name("file").constData(), 0644), 0);
+    writeFileAtomically(path("file"), "b", false);
+    QCOMPARE(mode("file"), 0644u);
+  }
+
+  void aMissingFolderIsAnError() {
+    QCOMPARE(refusalOf([this] { writeFileAtomically(path("no/file"), "a", true); }), ENOENT);
+  }
+
+  void aTargetThatCannotBeReplacedLeavesNoPart() {
+    QVERIFY(QDir().mkdir(path("file")));
+    QCOMPARE(refusalOf([this] { writeFileAtomically(path("file"), "a", true); }), EISDIR);
+    QCOMPARE(names(), QStringList{"file"});
+  }
+
+  void aPartThatIsALinkIsNotFollowed() {
+    put("victim", "kept");
+    QVERIFY(QFile::link(path("victim"), path(".file.velun-part")));
+    QCOMPARE(refusalOf([this] { writeFileAtomically(path("file"), "a", true); }), ELOOP);
+    QCOMPARE(readWholeFile(path("victim"), 100), QByteArray("kept"));
+  }
+
+  void writersOfOneFileTakeTurns() {
+    // Each writes its own letter; a file of two letters would be a torn one.
+    const auto write = [this](char letter) {
+      for (int i = 0; i < 100; ++i)
+        writeFileAtomically(path("file"), QByteArray(50'000, letter), false);
+    };
+    std::jthread a(write, 'a');
+    std::jthread b(write, 'b');
+    int torn = 0;
+    for (int i = 0; i < 200; ++i) {
+      if (!QFileInfo::exists(path("file"))) continue;
+      const QByteArray bytes = readWholeFile(path("file"), 100'000);
+      torn += bytes.size() != 50'000 || bytes.count(bytes.at(0)) != 50'000 ? 1 : 0;
+    }
+    a.join();
+    b.join();
+    QCOMPARE(torn, 0);
+    QCOMPARE(names(), QStringList{"file"});
+  }
+
+  void onlyAbandonedPartsAreRemoved() {
+    put(".old.velun-part", "left");
+    put(".busy.velun-part", "being written");
+    put(".other.part", "someone else's");
+    put("plain.velun-part", "not hidden");
+    const int busy = ::open(name(".busy.velun-part").constData(), O_WRONLY | O_CLOEXEC);
+    QVERIFY(busy >= 0);
+    QCOMPARE(::flock(busy, LOCK_EX), 0);
+    removeAbandonedWrites(folder_->path());
+    ::close(busy);
+    QCOMPARE(names(), (QStringList{".busy.velun-part", ".other.part", "plain.velun-part"}));
+    removeAbandonedWrites(folder_->path());
+    QCOMPARE(names(), (QStringList{".other.part", "plain.velun-part"}));
+  }
+
+  void onlyRegularFilesWithinTheLimitAreRead() {
+    put("file", "12345");
+    QCOMPARE(readWholeFile(path("file"), 5), QByteArray("12345"));
+    QCOMPARE(refusalOf([this] { readWholeFile(path("file"), 4); }), EFBIG);
+    QCOMPARE(refusalOf([this] { readWholeFile(path("none"), 4); }), ENOENT);
+    QCOMPARE(refusalOf([this] { readWholeFile(folder_->path(), 1 << 20); }), EISDIR);
+    QCOMPARE(refusalOf([] { readWholeFile("/dev/zero", 1 << 20); }), EINVAL);
+    QCOMPARE(::mkfifo(name("pipe").constData(), 0600), 0);
+    QCOMPARE(refusalOf([this] { readWholeFile(path("pipe"), 1 << 20); }), EINVAL);
+  }
+
+  void thePaddingIsThere() {
+    put("file", "12345");
+    const QByteArray bytes = readWholeFile(path("file"), 5, 64);
+    QVERIFY(bytes.capacity() >= 5 + 64);
+  }
+
+  void foldersAreMadeForTheUserAlone() {
+    QVERIFY(QDir().mkdir(path("open")));
+    QCOMPARE(::chmod(name("open").constData(), 0755), 0);
+    makePrivateFolder(path("open/a/b"));
+    makePrivateFolder(path("open/a/b"));
+    QCOMPARE(mode("open"), 0755u);
+    QCOMPARE(mode("open/a"), 0700u);
+    QCOMPARE(mode("open/a/b"), 0700u);
+    put("file", "x");
+    QCOMPARE(refusalOf([this] { makePrivateFolder(path("file")); }), ENOTDIR);
+    QCOMPARE(refusalOf([this] { makePrivateFolder(path("file/below")); }), ENOTDIR);
+  }
+
+  void filesKnowWhenTheyWereCreated() {
+    put("file", "x");
+    QVERIFY(!creationTime(path("none")));
+    const std::optional<Instant> created = creationTime(path("file"));
+    // Every file system that this is developed on records it.
+    QVERIFY(created);
+    const auto age = std::chrono::system_clock::now() - *created;
+    QVERIFY(age > std::chrono::seconds(-2) && age < std::chrono::seconds(60));
+  }
+
+ private:
+  QString path(const QString& name) const { return folder_->filePath(name); }
+  QByteArray name(const QString& name) const { return QFile::encodeName(path(name)); }
+
+  QStringList names() const {
+    return QDir(folder_->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+  }
+
+  void put(const QString& name, const QByteArray& bytes) const {
+    QFile file(path(name));
+    if (!file.open(QIODevice::WriteOnly)) qFatal("cannot write");
+    file.write(bytes);
+  }
+
+  unsigned mode(const QString& name) const {
+    struct stat status {};
+    return ::stat(this->name(name).constData(), &status) == 0 ? status.st_mode & 07777 : 0;
+  }
+
+  std::unique_ptr<QTemporaryDir> folder_;
+};
+
+QTEST_GUILESS_MAIN(AtomicFileTest)
+#include "atomic_file_test.moc"

@@ -1,0 +1,222 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/foundation/file_preferences.h"
+
+#include "support/suite.h"
+
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace velun;
+
+class FilePreferencesTest final : public test::Suite {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void init() {
+    Suite::init();
+    folder_ = std::make_unique<QTemporaryDir>();
+    QVERIFY(folder_->isValid());
+  }
+
+  void theUsersFileLiesInTheFolderForConfiguration() {
+    QCOMPARE(FilePreferences::userPath(),
+             QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+                 "/app.velun.Velun/preferences.json");
+  }
+
+  void missingIsNotFalse() {
+    FilePreferences preferences(path());
+    QVERIFY(!preferences.value("keepOnTop"));
+    QVERIFY(!QFileInfo::exists(path()));  // reading makes nothing
+    preferences.set("keepOnTop", false);
+    QCOMPARE(preferences.get<bool>("keepOnTop"), std::optional(false));
+  }
+
+  void valuesComeBackInAnotherRunWithTheirKinds() {
+    {
+      FilePreferences preferences(path());
+      preferences.set("yes", true);
+      preferences.set("no", false);
+      preferences.set("size", 16.0);
+      preferences.set("third", 1.0 / 3);
+      preferences.set("text", QString("한국어 😀 \"quoted\"\n"));
+      preferences.set("number as text", QString("16"));
+      preferences.set("empty", QString(""));
+    }
+    const FilePreferences preferences(path());
+    QCOMPARE(preferences.get<bool>("yes"), std::optional(true));
+    QCOMPARE(preferences.get<bool>("no"), std::optional(false));
+    QCOMPARE(preferences.get<double>("size"), std::optional(16.0));
+    QCOMPARE(preferences.get<double>("third"), std::optional(1.0 / 3));
+    QCOMPARE(preferences.get<QString>("text"), std::optional<QString>("한국어 😀 \"quoted\"\n"));
+    QCOMPARE(preferences.get<QString>("number as text"), std::optional<QString>("16"));
+    QCOMPARE(preferences.get<QString>("empty"), std::optional<QString>(""));
+  }
+
+  void aValueOfAnotherKindIsNone() {
+    writeFile(
+        "{\"keepOnTop\": \"no\", \"fontSize\": true, \"translate\": 1, \"list\": [], \"none\": "
+        "null}");
+    const FilePreferences preferences(path());
+    QVERIFY(!preferences.get<bool>("keepOnTop"));
+    QVERIFY(!preferences.get<double>("fontSize"));
+    QVERIFY(!preferences.get<bool>("translate"));
+    QVERIFY(!preferences.value("list"));
+    QVERIFY(!preferences.value("none"));
+  }
+
+  void aWholeNumberIsANumber() {
+    writeFile("{\"fontSize\": 20}");
+    QCOMPARE(FilePreferences(path()).get<double>("fontSize"), std::optional(20.0));
+  }
+
+  void everySetReachesTheFileAtOnce() {
+    FilePreferences preferences(path());
+    preferences.set("a", 1.0);
+    QCOMPARE(FilePreferences(path()).get<double>("a"), std::optional(1.0));
+    preferences.set("a", 2.0);
+    QCOMPARE(FilePreferences(path()).get<double>("a"), std::optional(2.0));
+    // Also when the value is the same.
+    QVERIFY(QFile::remove(path()));
+    preferences.set("a", 2.0);
+    QCOMPARE(FilePreferences(path()).get<double>("a"), std::optional(2.0));
+  }
+
+  void theFolderAndTheFileAreTheUsersAlone() {
+    const QString deep = folder_->filePath("config/app.velun.Velun/preferences.json");
+    FilePreferences preferences(deep);
+    preferences.set("a", true);
+    QCOMPARE(mode(deep), 0600u);
+    QCOMPARE(mode(folder_->filePath("config")), 0700u);
+    QCOMPARE(mode(folder_->filePath("config/app.velun.Velun")), 0700u);
+  }
+
+  void aDamagedFileIsSetAsideAndTheDefaultsAreUsed_data() {
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("cut short") << QByteArray("{\"fontSize\": 20, \"keepOnTop");
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("zeros") << QByteArray(4096, '\0');
+    QTest::newRow("a list") << QByteArray("[1]");
+    QTest::newRow("not UTF-8") << QByteArray("{\"a\": \"\xFF\"}");
+    QTest::newRow("deep") << QByteArray(100'000, '[');
+    QTest::newRow("far too large") << "{\"a\": \"" + QByteArray(2 << 20, 'x') + "\"}";
+  }
+  void aDamagedFileIsSetAsideAndTheDefaultsAreUsed() {
+    QFETCH(QByteArray, bytes);
+    writeFile(bytes);
+    FilePreferences preferences(path());
+    QVERIFY(!preferences.value("fontSize"));
+    QVERIFY(!QFileInfo::exists(path()));
+    QCOMPARE(contents(path() + ".damaged"), bytes);
+    preferences.set("fontSize", 18.0);
+    QCOMPARE(FilePreferences(path()).get<double>("fontSize"), std::optional(18.0));
+    QCOMPARE(contents(path() + ".damaged"), bytes);
+  }
+
+  void aFileDamagedWhileRunningLosesNoValue() {
+    FilePreferences preferences(path());
+    preferences.set("a", 1.0);
+    writeFile("{");
+    preferences.set("b", 2.0);
+    const FilePreferences again(path());
+    QCOMPARE(again.get<double>("a"), std::optional(1.0));
+    QCOMPARE(again.get<double>("b"), std::optional(2.0));
+  }
+
+  void aFolderInPlaceOfTheFileIsSetAsideToo() {
+    QVERIFY(QDir().mkpath(path()));
+    FilePreferences preferences(path());
+    preferences.set("a", true);
+    QCOMPARE(FilePreferences(path()).get<bool>("a"), std::optional(true));
+    QVERIFY(QFileInfo(path() + ".damaged").isDir());
+  }
+
+  void twoProgramsLoseNothingOfEachOther() {
+    FilePreferences one(path());
+    FilePreferences other(path());
+    one.set("a", 1.0);
+    other.set("b", 2.0);
+    one.set("c", 3.0);
+    const FilePreferences again(path());
+    QCOMPARE(again.get<double>("a"), std::optional(1.0));
+    QCOMPARE(again.get<double>("b"), std::optional(2.0));
+    QCOMPARE(again.get<double>("c"), std::optional(3.0));
+    // What the other one set is not seen before the next start.
+    QVERIFY(!one.value("b"));
+  }
+
+  void valuesOfKindsThatAreNotKnownAreKept() {
+    writeFile("{\"list\": [1, 2], \"object\": {\"a\": null}}");
+    FilePreferences preferences(path());
+    preferences.set("a", true);
+    const QByteArray bytes = contents(path()).simplified();
+    QVERIFY(bytes.contains("\"list\": [ 1, 2 ]"));
+    QVERIFY(bytes.contains("\"object\": { \"a\": null }"));
+  }
+
+  void aWriteThatFailsKeepsTheValueForThisRunAndTriesAgain() {
+    // A file stands where the folder would have to be.
+    const QString blocked = folder_->filePath("blocked");
+    QFile file(blocked);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.close();
+    FilePreferences preferences(blocked + "/preferences.json");
+    preferences.set("a", 1.0);
+    QCOMPARE(preferences.get<double>("a"), std::optional(1.0));
+    QVERIFY(QFile::remove(blocked));
+    preferences.set("b", 2.0);
+    const FilePreferences again(blocked + "/preferences.json");
+    QCOMPARE(again.get<double>("a"), std::optional(1.0));
+    QCOMPARE(again.get<double>("b"), std::optional(2.0));
+  }
+
+  void aLinkToTheFileStaysALink() {
+    const QString target = folder_->filePath("dotfiles.json");
+    QFile file(target);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("{\"a\": true}");
+    file.close();
+    QVERIFY(file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup));
+    QVERIFY(QFile::link(target, path()));
+    FilePreferences preferences(path());
+    preferences.set("b", true);
+    QVERIFY(QFileInfo(path()).isSymLink());
+    QCOMPARE(FilePreferences(target).get<bool>("b"), std::optional(true));
+    QCOMPARE(mode(target), 0640u);
+  }
+
+  void noPartOfAFileStaysBehind() {
+    FilePreferences preferences(path());
+    for (int i = 0; i < 10; ++i) preferences.set("a", double(i));
+    QCOMPARE(QDir(folder_->path()).entryList(QDir::Files | QDir::Hidden),
+             QStringList{"preferences.json"});
+  }
+
+ private:
+  QString path() const { return folder_->filePath("preferences.json"); }
+
+  void writeFile(const QByteArray& bytes) {
+    QFile file(path());
+    if (!file.open(QIODevice::WriteOnly)) qFatal("cannot write");
+    file.write(bytes);
+  }
+
+  static QByteArray contents(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
+  }
+
+  static unsigned mode(const QString& path) {
+    struct stat status {};
+    return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 07777 : 0;
+  }
+
+  std::unique_ptr<QTemporaryDir> folder_;
+};
+
+QTEST_GUILESS_MAIN(FilePreferencesTest)
+#include "file_preferences_test.moc"

@@ -1,0 +1,266 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "settings/app_settings.h"
+
+#include "platform/foundation/file_preferences.h"
+#include "settings/localization.h"
+#include "support/memory_preferences.h"
+#include "support/suite.h"
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+using namespace velun;
+
+namespace {
+
+using Change = AppSettings::Change;
+
+/// Settings whose reported changes are noted.
+struct Noted {
+  explicit Noted(PreferenceStore* store) : settings(store) {
+    settings.onChange = [this](Change change) {
+      changes.push_back(change);
+    };
+  }
+  AppSettings settings;
+  std::vector<Change> changes;
+};
+
+}  // namespace
+
+class AppSettingsTest final : public test::Suite {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
+
+  void anEmptyStoreGivesTheDefaults_data() {
+    QTest::addColumn<bool>("hasStore");
+    QTest::newRow("an empty store") << true;
+    QTest::newRow("no store") << false;
+  }
+  void anEmptyStoreGivesTheDefaults() {
+    QFETCH(bool, hasStore);
+    Localization::shared().setLanguage(AppLanguage::korean);
+    test::MemoryPreferences store;
+    const AppSettings settings(hasStore ? &store : nullptr);
+    QCOMPARE(settings.language(), AppLanguage::english);
+    QCOMPARE(Localization::shared().language(), AppLanguage::english);
+    QCOMPARE(settings.useMic(), false);
+    QCOMPARE(settings.localeID(), QString("en_US"));
+    QCOMPARE(settings.targetID(), QString("ko"));
+    QCOMPARE(settings.fontSize(), 16.0);
+    QCOMPARE(settings.translate(), false);
+    QCOMPARE(settings.showTranslationOnly(), false);
+    QCOMPARE(settings.autoSaveSessions(), false);
+    QCOMPARE(settings.askBeforeDiscarding(), true);
+    QCOMPARE(settings.keepOnTop(), true);
+    QCOMPARE(settings.hideFromScreenSharing(), false);
+    QCOMPARE(store.writes, 0);
+  }
+
+  void storedValuesAreRead() {
+    test::MemoryPreferences store;
+    store.values = {{"language", QString("ko")},
+                    {"useMic", true},
+                    {"localeID", QString("xx_unsupported")},
+                    {"targetID", QString("ja")},
+                    {"fontSize", 400.0},
+                    {"translate", true},
+                    {"showTranslationOnly", true},
+                    {"autoSaveSessions", true},
+                    {"askBeforeDiscarding", false},
+                    {"keepOnTop", false},
+                    {"hideFromScreenSharing", true}};
+    const AppSettings settings(&store);
+    QCOMPARE(settings.language(), AppLanguage::korean);
+    QCOMPARE(Localization::shared().language(), AppLanguage::korean);
+    QCOMPARE(settings.useMic(), true);
+    QCOMPARE(settings.localeID(), QString("xx_unsupported"));
+    QCOMPARE(settings.targetID(), QString("ja"));
+    QCOMPARE(settings.fontSize(), 400.0);
+    QCOMPARE(settings.translate(), true);
+    QCOMPARE(settings.showTranslationOnly(), true);
+    QCOMPARE(settings.autoSaveSessions(), true);
+    QCOMPARE(settings.askBeforeDiscarding(), false);
+    QCOMPARE(settings.keepOnTop(), false);
+    QCOMPARE(settings.hideFromScreenSharing(), true);
+    QCOMPARE(store.writes, 0);
+  }
+
+  void valuesOfAnotherKindGiveTheDefaults() {
+    test::MemoryPreferences store;
+    const QString no("no");
+    for (const char* key :
+         {"language", "useMic", "fontSize", "translate", "showTranslationOnly", "autoSaveSessions",
+          "askBeforeDiscarding", "keepOnTop", "hideFromScreenSharing"}) {
+      store.values[key] = no;
+    }
+    store.values["localeID"] = true;
+    store.values["targetID"] = 1.0;
+    const AppSettings settings(&store);
+    QCOMPARE(settings.language(), AppLanguage::english);
+    QCOMPARE(settings.useMic(), false);
+    QCOMPARE(settings.localeID(), QString("en_US"));
+    QCOMPARE(settings.targetID(), QString("ko"));
+    QCOMPARE(settings.fontSize(), 16.0);
+    QCOMPARE(settings.translate(), false);
+    QCOMPARE(settings.showTranslationOnly(), false);
+    QCOMPARE(settings.autoSaveSessions(), false);
+    QCOMPARE(settings.askBeforeDiscarding(), true);
+    QCOMPARE(settings.keepOnTop(), true);
+    QCOMPARE(settings.hideFromScreenSharing(), false);
+  }
+
+  void anUnknownLanguageGivesEnglish() {
+    test::MemoryPreferences store;
+    store.values["language"] = QString("fr");
+    QCOMPARE(AppSettings(&store).language(), AppLanguage::english);
+  }
+
+  void everySetWritesUnderItsKeyWithItsKindAlsoWhenUnchanged() {
+    test::MemoryPreferences store;
+    AppSettings settings(&store);
+    int writes = 0;
+    const auto isStored = [&store, &writes](const char* key, const PreferenceValue& value) {
+      return store.writes == ++writes && store.value(key) == value;
+    };
+    for (int twice = 0; twice < 2; ++twice) {
+      settings.setLanguage(AppLanguage::korean);
+      QVERIFY(isStored("language", QString("ko")));
+      settings.setUseMic(true);
+      QVERIFY(isStored("useMic", true));
+      settings.setLocaleID("ko_KR");
+      QVERIFY(isStored("localeID", QString("ko_KR")));
+      settings.setTargetID("en");
+      QVERIFY(isStored("targetID", QString("en")));
+      settings.setFontSize(20);
+      QVERIFY(isStored("fontSize", 20.0));
+      settings.setTranslate(true);
+      QVERIFY(isStored("translate", true));
+      settings.setShowTranslationOnly(true);
+      QVERIFY(isStored("showTranslationOnly", true));
+      settings.setAutoSaveSessions(true);
+      QVERIFY(isStored("autoSaveSessions", true));
+      settings.setAskBeforeDiscarding(false);
+      QVERIFY(isStored("askBeforeDiscarding", false));
+      settings.setKeepOnTop(false);
+      QVERIFY(isStored("keepOnTop", false));
+      settings.setHideFromScreenSharing(true);
+      QVERIFY(isStored("hideFromScreenSharing", true));
+    }
+    QCOMPARE(store.values.size(), 11);
+  }
+
+  void theFourChangesAreReportedOnlyWhenTheyDiffer() {
+    test::MemoryPreferences store;
+    Noted noted(&store);
+    noted.settings.setUseMic(false);
+    noted.settings.setLocaleID("en_US");
+    noted.settings.setTargetID("ko");
+    noted.settings.setTranslate(false);
+    QVERIFY(noted.changes.empty());
+    noted.settings.setUseMic(true);
+    noted.settings.setLocaleID("ko_KR");
+    noted.settings.setTargetID("en");
+    noted.settings.setTranslate(true);
+    QVERIFY(noted.changes == (std::vector{Change::input, Change::sourceLanguage,
+                                          Change::targetLanguage, Change::translation}));
+  }
+
+  void otherChangesAreNotReported() {
+    Noted noted(nullptr);
+    noted.settings.setLanguage(AppLanguage::korean);
+    noted.settings.setFontSize(24);
+    noted.settings.setShowTranslationOnly(true);
+    noted.settings.setAutoSaveSessions(true);
+    noted.settings.setAskBeforeDiscarding(false);
+    noted.settings.setKeepOnTop(false);
+    noted.settings.setHideFromScreenSharing(true);
+    QVERIFY(noted.changes.empty());
+  }
+
+  void theChangeIsInForceAndStoredWhenItIsReported() {
+    test::MemoryPreferences store;
+    AppSettings settings(&store);
+    bool isThere = false;
+    settings.onChange = [&](Change) {
+      isThere = settings.localeID() == "ko_KR" && store.get<QString>("localeID") == "ko_KR";
+    };
+    settings.setLocaleID("ko_KR");
+    QVERIFY(isThere);
+  }
+
+  void theCallbackCanBeReplacedAndTakenAway() {
+    AppSettings settings;
+    int first = 0;
+    int second = 0;
+    settings.onChange = [&first](Change) {
+      ++first;
+    };
+    settings.setUseMic(true);
+    settings.onChange = [&second](Change) {
+      ++second;
+    };
+    settings.setUseMic(false);
+    settings.onChange = nullptr;
+    settings.setUseMic(true);
+    QCOMPARE(first, 1);
+    QCOMPARE(second, 1);
+  }
+
+  void everySetNotifiesItsObserversOnce() {
+    AppSettings settings;
+    const QSignalSpy sizes(&settings, &AppSettings::fontSizeChanged);
+    const QSignalSpy languages(&settings, &AppSettings::languageChanged);
+    const QSignalSpy locales(&settings, &AppSettings::localeIDChanged);
+    settings.setFontSize(16);
+    settings.setLanguage(AppLanguage::english);
+    settings.setLocaleID("ko_KR");
+    QCOMPARE(sizes.count(), 1);
+    QCOMPARE(languages.count(), 1);
+    QCOMPARE(locales.count(), 1);
+  }
+
+  void theInterfaceLanguageFollowsAtOnce() {
+    test::MemoryPreferences store;
+    AppSettings settings(&store);
+    settings.setLanguage(AppLanguage::korean);
+    QCOMPARE(L("Stop", "중지"), QString("중지"));
+    QCOMPARE(store.get<QString>("language"), std::optional<QString>("ko"));
+    // Also when only the shared state differs.
+    Localization::shared().setLanguage(AppLanguage::english);
+    settings.setLanguage(AppLanguage::korean);
+    QCOMPARE(L("Stop", "중지"), QString("중지"));
+  }
+
+  void changesFromOutsideAreNotSeen() {
+    test::MemoryPreferences store;
+    const AppSettings settings(&store);
+    store.values["fontSize"] = 30.0;
+    QCOMPARE(settings.fontSize(), 16.0);
+  }
+
+  void aFileKeepsEverySettingForTheNextRun() {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("preferences.json");
+    {
+      FilePreferences store(path);
+      AppSettings settings(&store);
+      settings.setLanguage(AppLanguage::korean);
+      settings.setFontSize(20);
+      settings.setKeepOnTop(false);
+      settings.setTargetID("ja");
+    }
+    FilePreferences store(path);
+    const AppSettings settings(&store);
+    QCOMPARE(settings.language(), AppLanguage::korean);
+    QCOMPARE(settings.fontSize(), 20.0);
+    QCOMPARE(settings.keepOnTop(), false);
+    QCOMPARE(settings.targetID(), QString("ja"));
+    QCOMPARE(settings.askBeforeDiscarding(), true);
+  }
+};
+
+QTEST_GUILESS_MAIN(AppSettingsTest)
+#include "app_settings_test.moc"
