@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "measure.h"
+#include "model/session_store.h"
+#include "support/session_samples.h"
+
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+using namespace velun;
+using namespace velun::bench;
+
+namespace {
+
+/// A folder in memory where the system has one.
+QString folderTemplate() {
+  const QString memory = QStringLiteral("/dev/shm");
+  return (QFileInfo(memory).isWritable() ? memory : QDir::tempPath()) + "/velun-bench-XXXXXX";
+}
+
+/// One new line at a time, as in live captions: the whole file is written again after each.
+double rewriteMilliseconds(const SessionStore& store) {
+  CaptionSession session = test::longSession(10'000);
+  const std::vector<Line> more = test::longSession(100).lines;
+  SessionEncoder encoder;
+  store.save(session, SessionStore::Flush::no, &encoder);
+  std::vector<double> values;
+  for (const Line& line : more) {
+    session.lines.push_back(line);
+    values.push_back(
+        millisecondsOf([&] { store.save(session, SessionStore::Flush::no, &encoder); }));
+  }
+  return median(values);
+}
+
+/// A translation into a line somewhere in the session.
+double translatedMilliseconds(const SessionStore& store) {
+  CaptionSession session = test::longSession(10'000);
+  SessionEncoder encoder;
+  store.save(session, SessionStore::Flush::no, &encoder);
+  std::vector<double> values;
+  for (std::size_t i = 0; i < 100; ++i) {
+    const std::size_t line = i * 97;
+    session.lines[line].translations["en"] = "One more translation of this line.";
+    encoder.lineChanged(line);
+    values.push_back(
+        millisecondsOf([&] { store.save(session, SessionStore::Flush::no, &encoder); }));
+  }
+  return median(values);
+}
+
+double listMilliseconds(const SessionStore& store) {
+  CaptionSession session = test::longSession(200);
+  for (int i = 0; i < 1000; ++i) {
+    session.id = QUuid::createUuid();
+    session.startedAt += std::chrono::minutes(37);
+    store.save(session, SessionStore::Flush::no);
+  }
+  return medianMilliseconds(5, [&] {
+    const SessionStore::Listing listing = store.savedSessions();
+    if (listing.sessions.size() != 1000 || listing.unreadableCount != 0) std::abort();
+  });
+}
+
+}  // namespace
+
+int main() {
+  const QTemporaryDir live(folderTemplate());
+  const SessionStore store{QUrl::fromLocalFile(live.path())};
+  report("session_rewrite_10k_ms", rewriteMilliseconds(store), "ms");
+  report("session_rewrite_10k_translation_ms", translatedMilliseconds(store), "ms");
+  const QTemporaryDir library(folderTemplate());
+  report("library_list_1000_ms", listMilliseconds({QUrl::fromLocalFile(library.path())}), "ms");
+}
