@@ -22,7 +22,7 @@ std::optional<TranslationStep> findStep(const std::vector<TranslationOffer>& off
     return downloadable ? std::optional(TranslationStep{*downloadable, {}}) : std::nullopt;
   }
   TranslationStep step{*installed, {}};
-  if (downloadable && downloadable->rank < installed->rank) step.better = downloadable;
+  if (downloadable && downloadable->rank <= installed->rank) step.better = downloadable;
   return step;
 }
 

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/translation/linux/translation_worker.h"
 
-#include <omp.h>
-
 namespace velun {
 
 TranslationWorker::TranslationWorker()
@@ -22,9 +20,6 @@ void TranslationWorker::post(std::function<void()> job) {
 }
 
 void TranslationWorker::run(const std::stop_token& stop) {
-  // A line has few tokens: more threads would wait for each other longer than they compute, on
-  // processors that recognition needs.
-  omp_set_num_threads(1);
   while (true) {
     std::function<void()> job;
     {

@@ -19,7 +19,7 @@ class TranslatorBackend {
   /// What can be translated now.
   virtual std::vector<LanguagePair> installedPairs() const = 0;
 
-  /// What can be translated after a download.
+  /// What can be translated, or be translated better than now, after a download.
   virtual std::vector<LanguagePair> downloadablePairs() const = 0;
 
   /// Returns when `pair` can be translated; at once when it can be already. Throws `Failure` with

@@ -27,8 +27,14 @@ class StudentEngine {
   /// The most tokens that the models were trained to take at once, without the end token.
   static constexpr int kMostTokens = 127;
 
+  struct Limits {
+    /// How many tokens a translation may have for each of the source's.
+    float lengthFactor = 2.0F;
+  };
+
   /// Throws `ModelFormatError` when a file is damaged, unsupported or does not fit the others.
-  explicit StudentEngine(const StudentFiles& files);
+  explicit StudentEngine(const StudentFiles& files) : StudentEngine(files, Limits()) {}
+  StudentEngine(const StudentFiles& files, const Limits& limits);
 
   /// How many tokens a text has.
   int tokenCount(const QString& text) const;
@@ -43,6 +49,7 @@ class StudentEngine {
   Vocabulary source_;
   std::optional<Vocabulary> target_;
   std::optional<Shortlist> shortlist_;
+  Limits limits_;
 };
 
 }  // namespace velun

@@ -12,8 +12,6 @@ namespace velun {
 
 namespace {
 
-constexpr float kLengthFactor = 2.0F;
-
 std::string sourceTableName(const StudentConfig& config) {
   return config.oneVocabulary ? "Wemb" : "encoder_Wemb";
 }
@@ -97,8 +95,7 @@ Rows StudentModel::decodeStep(std::optional<int> previous, DecoderState& state) 
   return y;
 }
 
-std::vector<int> StudentModel::translate(std::span<const int> source, const SpecialTokens& special,
-                                         const std::optional<std::vector<int>>& candidates,
+std::vector<int> StudentModel::translate(std::span<const int> source, const Decoding& decoding,
                                          std::stop_token stop) const {
   const Rows encoded = encode(source, stop);
   DecoderState state;
@@ -106,17 +103,17 @@ std::vector<int> StudentModel::translate(std::span<const int> source, const Spec
     state.memories.push_back(layer.attention.memory(encoded, scratch_));
     state.recurrent.emplace_back(static_cast<std::size_t>(config_.width), 0.0F);
   }
+  const auto& candidates = decoding.candidates;
   const std::unique_ptr<Linear> selected = candidates ? output_->selecting(*candidates) : nullptr;
   const Linear& output = selected ? *selected : *output_;
 
-  const float longest = kLengthFactor * static_cast<float>(source.size());
   std::vector<int> result;
   std::optional<int> previous;
-  while (previous != special.end && static_cast<float>(result.size()) < longest) {
+  while (previous != decoding.endToken && std::ssize(result) < decoding.mostTokens) {
     throwIfStopped(stop);
     const Rows y = decodeStep(previous, state);
     const Rows scores = product(output, y, scratch_);
-    const std::size_t best = bestOf(scores.values, candidates, special.unknown);
+    const std::size_t best = bestOf(scores.values, candidates, decoding.unknownToken);
     previous = candidates ? (*candidates)[best] : static_cast<int>(best);
     result.push_back(*previous);
   }

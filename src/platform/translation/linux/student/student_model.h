@@ -17,10 +17,12 @@ namespace velun {
 /// translation out. One thread at a time.
 class StudentModel {
  public:
-  /// The tokens with a meaning of their own.
-  struct SpecialTokens {
-    int end = 0;      ///< closes every sentence
-    int unknown = 1;  ///< never put out
+  /// What one translation is chosen by.
+  struct Decoding {
+    int endToken = 0;      ///< closes every sentence
+    int unknownToken = 1;  ///< never put out
+    int mostTokens = 0;    ///< where a translation is cut off, the end token counted
+    std::optional<std::vector<int>> candidates;  ///< to choose from, ascending; none: all tokens
   };
 
   /// Throws `ModelFormatError`.
@@ -30,12 +32,9 @@ class StudentModel {
   int targetVocabulary() const { return targetTable_.tokens(); }
   bool hasOneVocabulary() const { return config_.oneVocabulary; }
 
-  /// The likeliest translation, chosen greedily and ended by the end token unless it reached twice
-  /// the source's length. `source` ends with the end token and is not empty otherwise either.
-  /// `candidates` are the tokens to choose from, ascending; none: all. Throws `Cancelled` soon
-  /// after a stop was requested.
-  std::vector<int> translate(std::span<const int> source, const SpecialTokens& special,
-                             const std::optional<std::vector<int>>& candidates,
+  /// The likeliest translation, chosen greedily, and the end token unless it was cut off before.
+  /// `source` ends with the end token. Throws `Cancelled` soon after a stop was requested.
+  std::vector<int> translate(std::span<const int> source, const Decoding& decoding,
                              std::stop_token stop) const;
 
  private:

@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/translation/linux/student/student_backend.h"
+
+#include "platform/translation/linux/student/model_speeds.h"
+#include "platform/translation/support/scripted_model_store.h"
+#include "support/suite.h"
+
+#include <algorithm>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace velun;
+using namespace velun::test;
+
+namespace {
+
+constexpr std::int64_t kMegabyte = 1 << 20;
+constexpr std::int64_t kPlenty = 8192 * kMegabyte;
+
+Model model(const char* id, const char* from, const char* to, double quality,
+            std::int64_t megabytes) {
+  Model result;
+  result.id = QString::fromLatin1(id);
+  result.kind = ModelKind::translation;
+  result.languages = {QString::fromLatin1(from), QString::fromLatin1(to)};
+  result.installedBytes = megabytes * kMegabyte;
+  if (quality > 0) result.options.insert(QStringLiteral("comet"), quality);
+  return result;
+}
+
+const LanguagePair kEnglishKorean{QStringLiteral("en"), QStringLiteral("ko")};
+
+bool contains(const std::vector<LanguagePair>& pairs, const LanguagePair& pair) {
+  return std::ranges::find(pairs, pair) != pairs.end();
+}
+
+}  // namespace
+
+/// Which model of a pair is taken.
+class StudentBackendTest final : public Suite {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void init() {
+    Suite::init();
+    folder_ = std::make_unique<QTemporaryDir>();
+    store_ = std::make_unique<ScriptedModelStore>(folder_->path());
+  }
+
+  void takesTheBestByQuality() {
+    StudentBackend backend(koreanModels(), *store_, kPlenty);
+    install(backend);
+    QCOMPARE(store_->asked, QStringList({"memory"}));
+    QVERIFY(contains(backend.installedPairs(), kEnglishKorean));
+    QVERIFY(!contains(backend.downloadablePairs(), kEnglishKorean));
+  }
+
+  void keepsTheCataloguesOrderWhereQualityIsNotKnown() {
+    auto models = koreanModels();
+    models[1].options = {};
+    StudentBackend backend(models, *store_, kPlenty);
+    install(backend);
+    QCOMPARE(store_->asked, QStringList({"base"}));
+  }
+
+  void leavesOutWhatDoesNotFitIntoMemory() {
+    StudentBackend backend(koreanModels(), *store_, 300 * kMegabyte);
+    install(backend);
+    QCOMPARE(store_->asked, QStringList({"tiny"}));
+    StudentBackend small(koreanModels(), *store_, 30 * kMegabyte);
+    QVERIFY(small.downloadablePairs().empty());
+    QVERIFY(small.installedPairs().empty());
+  }
+
+  void usesAnotherModelUntilTheBestIsThere() {
+    store_->present = {QStringLiteral("tiny")};
+    StudentBackend backend(koreanModels(), *store_, kPlenty);
+    QVERIFY(contains(backend.installedPairs(), kEnglishKorean));
+    QVERIFY(contains(backend.downloadablePairs(), kEnglishKorean));
+    backend.installQuietly(kEnglishKorean);
+    QCOMPARE(store_->askedQuietly, QStringList({"memory"}));
+  }
+
+  void remembersWhatWasTooSlow() {
+    const QString folder = folder_->filePath(QStringLiteral("memory"));
+    QVERIFY(QDir().mkpath(folder));
+    {
+      ModelSpeeds speeds;
+      for (int i = 1; i < ModelSpeeds::kTexts; ++i) {
+        speeds.add(folder, 2 * ModelSpeeds::kSlowMillisecondsPerToken);
+      }
+      QVERIFY(!speeds.isTooSlow(folder));
+      speeds.add(folder, 2 * ModelSpeeds::kSlowMillisecondsPerToken);
+      QVERIFY(speeds.isTooSlow(folder));
+    }
+    // In the next run of the program the next best model is taken.
+    StudentBackend backend(koreanModels(), *store_, kPlenty);
+    install(backend);
+    QCOMPARE(store_->asked, QStringList({"base"}));
+  }
+
+  void takesTheSmallestWhereAllAreTooSlow() {
+    for (const char* id : {"base", "memory", "tiny"}) {
+      const QString folder = folder_->filePath(QString::fromLatin1(id));
+      QVERIFY(QDir().mkpath(folder));
+      ModelSpeeds speeds;
+      for (int i = 0; i < ModelSpeeds::kTexts; ++i) speeds.add(folder, 100);
+    }
+    StudentBackend backend(koreanModels(), *store_, kPlenty);
+    install(backend);
+    QCOMPARE(store_->asked, QStringList({"tiny"}));
+  }
+
+  void aFastModelStays() {
+    const QString folder = folder_->filePath(QStringLiteral("memory"));
+    QVERIFY(QDir().mkpath(folder));
+    ModelSpeeds speeds;
+    for (int i = 0; i < 2 * ModelSpeeds::kTexts; ++i) speeds.add(folder, 1);
+    QVERIFY(!speeds.isTooSlow(folder));
+    QVERIFY(!ModelSpeeds().isTooSlow(folder));
+  }
+
+  void chineseIsOneLanguageToReadAndSimplifiedToWrite() {
+    StudentBackend backend(
+        {model("enzh", "en", "zh-Hans", 1, 10), model("zhen", "zh-Hans", "en", 1, 10)}, *store_,
+        kPlenty);
+    const std::vector<LanguagePair> expected{{QStringLiteral("en"), QStringLiteral("zh")},
+                                             {QStringLiteral("zh"), QStringLiteral("en")}};
+    QVERIFY(backend.downloadablePairs() == expected);
+    QCOMPARE(translationLanguage(QStringLiteral("zh_TW"), true), QStringLiteral("zh"));
+    QCOMPARE(translationLanguage(QStringLiteral("zh_TW"), false), QStringLiteral("zh-Hant"));
+    QCOMPARE(translationLanguage(QStringLiteral("zh-Hans"), false), QStringLiteral("zh"));
+    QCOMPARE(translationLanguage(QStringLiteral("no_NO"), false), QStringLiteral("nb"));
+    QCOMPARE(translationLanguage(QStringLiteral("iw"), false), QStringLiteral("he"));
+  }
+
+ private:
+  static std::vector<Model> koreanModels() {
+    return {model("base", "en", "ko", 0.865, 60), model("memory", "en", "ko", 0.8726, 50),
+            model("tiny", "en", "ko", 0.8, 20)};
+  }
+
+  static void install(StudentBackend& backend) {
+    bool done = false;
+    backend.install(kEnglishKorean, {}).then([&done] { done = true; });
+    QTRY_VERIFY(done);
+  }
+
+  std::unique_ptr<QTemporaryDir> folder_;
+  std::unique_ptr<ScriptedModelStore> store_;
+};
+
+QTEST_GUILESS_MAIN(StudentBackendTest)
+#include "student_backend_test.moc"
