@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/updates/version_order.h"
+
+#include <QStringList>
+
+namespace velun {
+
+namespace {
+
+/// A version cut into runs of digits and runs of letters; everything else only separates.
+QStringList partsOf(QString version) {
+  version = version.section('+', 0, 0).trimmed().toLower();
+  if (version.startsWith('v')) version.remove(0, 1);
+  QStringList parts;
+  bool joins = false;
+  for (const QChar c : version) {
+    if (!c.isLetterOrNumber()) {
+      joins = false;
+      continue;
+    }
+    if (joins && parts.last().back().isDigit() == c.isDigit()) {
+      parts.last().append(c);
+    } else {
+      parts.append(c);
+    }
+    joins = true;
+  }
+  return parts;
+}
+
+/// Numbers of any length, without converting them.
+std::weak_ordering compareNumbers(QString left, QString right) {
+  const auto trim = [](QString& digits) {
+    while (digits.size() > 1 && digits.startsWith('0')) digits.remove(0, 1);
+  };
+  trim(left);
+  trim(right);
+  if (left.size() != right.size()) return left.size() <=> right.size();
+  return QString::compare(left, right) <=> 0;
+}
+
+bool isNumber(const QString& part) {
+  return part.front().isDigit();
+}
+
+/// A part against the other version's end.
+std::weak_ordering compareToEnd(const QString& part) {
+  // "1.2.0" is "1.2", but "1.2b" comes before "1.2".
+  return isNumber(part) ? compareNumbers(part, "0") : std::weak_ordering::less;
+}
+
+std::weak_ordering compareParts(const QString& left, const QString& right) {
+  if (isNumber(left) && isNumber(right)) return compareNumbers(left, right);
+  if (isNumber(left) != isNumber(right)) {
+    // "1.2.1" against "1.2b": the number goes on, the word holds back.
+    return isNumber(left) ? std::weak_ordering::greater : std::weak_ordering::less;
+  }
+  return QString::compare(left, right) <=> 0;
+}
+
+}  // namespace
+
+std::weak_ordering compareVersions(const QString& left, const QString& right) {
+  const QStringList leftParts = partsOf(left);
+  const QStringList rightParts = partsOf(right);
+  for (qsizetype i = 0; i < std::max(leftParts.size(), rightParts.size()); ++i) {
+    std::weak_ordering order = std::weak_ordering::equivalent;
+    if (i >= rightParts.size()) {
+      order = compareToEnd(leftParts[i]);
+    } else if (i >= leftParts.size()) {
+      order = 0 <=> compareToEnd(rightParts[i]);
+    } else {
+      order = compareParts(leftParts[i], rightParts[i]);
+    }
+    if (order != 0) return order;
+  }
+  return std::weak_ordering::equivalent;
+}
+
+}  // namespace velun
