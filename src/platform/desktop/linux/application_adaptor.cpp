@@ -19,9 +19,11 @@ void ApplicationAdaptor::Open(const QStringList& uris, const QVariantMap&) {
 }
 
 void ApplicationAdaptor::ActivateAction(const QString& name, const QVariantList& parameters,
-                                        const QVariantMap&) {
+                                        const QVariantMap&, const QDBusMessage& message) {
   const std::optional<QString> problem = service_.carryOut(name, parameters);
-  if (problem && calledFromDBus()) sendErrorReply(QDBusError::InvalidArgs, *problem);
+  if (!problem) return;
+  message.setDelayedReply(true);
+  service_.bus().send(message.createErrorReply(QDBusError::InvalidArgs, *problem));
 }
 
 }  // namespace velun

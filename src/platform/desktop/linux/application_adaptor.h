@@ -2,7 +2,7 @@
 #pragma once
 
 #include <QDBusAbstractAdaptor>
-#include <QDBusContext>
+#include <QDBusMessage>
 #include <QStringList>
 #include <QVariantMap>
 
@@ -11,7 +11,7 @@ namespace velun {
 class DBusApplicationService;
 
 /// The interface `org.freedesktop.Application`.
-class ApplicationAdaptor final : public QDBusAbstractAdaptor, protected QDBusContext {
+class ApplicationAdaptor final : public QDBusAbstractAdaptor {
   Q_OBJECT
   Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
@@ -22,7 +22,7 @@ class ApplicationAdaptor final : public QDBusAbstractAdaptor, protected QDBusCon
   void Activate(const QVariantMap& platformData);
   void Open(const QStringList& uris, const QVariantMap& platformData);
   void ActivateAction(const QString& name, const QVariantList& parameters,
-                      const QVariantMap& platformData);
+                      const QVariantMap& platformData, const QDBusMessage& message);
 
  private:
   DBusApplicationService& service_;

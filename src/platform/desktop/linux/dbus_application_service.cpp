@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/desktop/linux/dbus_application_service.h"
 
-#include "platform/desktop/linux/actions_adaptor.h"
 #include "platform/desktop/linux/application_adaptor.h"
+#include "platform/desktop/linux/state_adaptor.h"
 
 #include <algorithm>
 #include <QDBusConnectionInterface>
@@ -14,6 +14,8 @@ namespace {
 
 /// How long a launch waits for the running instance to answer, in milliseconds.
 constexpr int kForwardTimeout = 3000;
+
+constexpr auto kStateInterface = "app.velun.Velun";
 
 /// What the launcher gave this process so that a window of the other one may come to the front.
 QVariantMap platformData() {
@@ -29,12 +31,11 @@ QVariantMap platformData() {
 
 }  // namespace
 
-DBusApplicationService::DBusApplicationService(const QString& name)
+DBusApplicationService::DBusApplicationService(const QString& name, const QDBusConnection& bus)
     : name_(name),
       path_("/" + QString(name).replace('.', '/').replace('-', '_')),
-      bus_(QDBusConnection::sessionBus()),
-      adaptor_(new ActionsAdaptor(this, *this)) {
-  registerActionTypes();
+      bus_(bus),
+      state_(new StateAdaptor(this, *this)) {
   new ApplicationAdaptor(this, *this);
 }
 
@@ -61,29 +62,17 @@ ApplicationService::Claim DBusApplicationService::forwardLaunch() {
 }
 
 void DBusApplicationService::setActions(const std::vector<ApplicationAction>& actions) {
-  const std::vector<ApplicationAction> before = std::exchange(actions_, actions);
-  const auto find = [](const std::vector<ApplicationAction>& in, const QString& name) {
-    return std::ranges::find(in, name, &ApplicationAction::name);
-  };
-
-  QStringList removed;
-  QMap<QString, bool> enabled;
-  QVariantMap states;
-  ActionDescriptions added;
-  for (const ApplicationAction& old : before) {
-    if (find(actions_, old.name) == actions_.end()) removed.append(old.name);
-  }
-  for (const ApplicationAction& action : actions_) {
-    const auto old = find(before, action.name);
-    if (old == before.end() || old->parameterType != action.parameterType) {
-      added.insert(action.name, describe(action));
-      continue;
-    }
-    if (old->isEnabled != action.isEnabled) enabled.insert(action.name, action.isEnabled);
-    if (old->state != action.state) states.insert(action.name, action.state);
-  }
-  if (removed.isEmpty() && enabled.isEmpty() && states.isEmpty() && added.isEmpty()) return;
-  Q_EMIT adaptor_->Changed(removed, enabled, states, added);
+  const QVariantMap oldActions = state_->actions();
+  const QVariantMap oldState = state_->state();
+  actions_ = actions;
+  QVariantMap changed;
+  if (state_->actions() != oldActions) changed.insert("Actions", state_->actions());
+  if (state_->state() != oldState) changed.insert("State", state_->state());
+  if (changed.isEmpty() || !bus_.isConnected()) return;
+  auto signal =
+      QDBusMessage::createSignal(path_, "org.freedesktop.DBus.Properties", "PropertiesChanged");
+  signal << kStateInterface << changed << QStringList();
+  bus_.send(signal);
 }
 
 const ApplicationAction* DBusApplicationService::action(const QString& name) const {

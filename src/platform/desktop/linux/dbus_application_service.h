@@ -9,7 +9,7 @@
 
 namespace velun {
 
-class ActionsAdaptor;
+class StateAdaptor;
 
 /// The application service on the session bus, under a name that only one process can own.
 class DBusApplicationService final : public QObject, public ApplicationService {
@@ -17,11 +17,13 @@ class DBusApplicationService final : public QObject, public ApplicationService {
 
  public:
   /// `name` is the bus name, such as "app.velun.Velun"; the object's path follows from it.
-  explicit DBusApplicationService(const QString& name);
+  explicit DBusApplicationService(const QString& name,
+                                  const QDBusConnection& bus = QDBusConnection::sessionBus());
 
   Claim claim() override;
   void setActions(const std::vector<ApplicationAction>& actions) override;
 
+  const QDBusConnection& bus() const { return bus_; }
   const std::vector<ApplicationAction>& actions() const { return actions_; }
   /// Null when there is none of that name.
   const ApplicationAction* action(const QString& name) const;
@@ -35,7 +37,7 @@ class DBusApplicationService final : public QObject, public ApplicationService {
   QString name_;
   QString path_;
   QDBusConnection bus_;
-  ActionsAdaptor* adaptor_;
+  StateAdaptor* state_;
   std::vector<ApplicationAction> actions_;
 };
 

@@ -22,7 +22,7 @@ constexpr std::chrono::milliseconds kPatience(2000);
 
 }  // namespace
 
-LinuxTrayHost::LinuxTrayHost(Clock& clock) : clock_(clock), bus_(QDBusConnection::sessionBus()) {}
+LinuxTrayHost::LinuxTrayHost(Clock& clock, const QDBusConnection& bus) : clock_(clock), bus_(bus) {}
 
 LinuxTrayHost::~LinuxTrayHost() = default;
 

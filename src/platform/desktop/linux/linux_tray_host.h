@@ -21,7 +21,7 @@ class LinuxTrayHost final : public TrayHost {
 
  public:
   /// `clock` must outlive the host.
-  explicit LinuxTrayHost(Clock& clock);
+  explicit LinuxTrayHost(Clock& clock, const QDBusConnection& bus = QDBusConnection::sessionBus());
   ~LinuxTrayHost() override;
 
   void search() override;

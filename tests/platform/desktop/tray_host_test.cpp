@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/desktop/linux/linux_tray_host.h"
+#include "support/manual_clock.h"
+#include "support/private_bus.h"
+#include "support/suite.h"
+
+#include <QSignalSpy>
+
+using namespace velun;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// A StatusNotifier watcher as far as a search sees it. Declares its property, as real ones do.
+class Watcher final : public QObject {
+  Q_OBJECT
+  Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
+  Q_PROPERTY(bool IsStatusNotifierHostRegistered READ hasHost)
+
+ public:
+  explicit Watcher(const QDBusConnection& bus) : bus_(bus) {
+    bus_.registerObject("/StatusNotifierWatcher", this,
+                        QDBusConnection::ExportAllProperties | QDBusConnection::ExportAllSignals);
+  }
+
+  void appear() { bus_.registerService("org.kde.StatusNotifierWatcher"); }
+  void getHost() {
+    hasHost_ = true;
+    Q_EMIT StatusNotifierHostRegistered();
+  }
+  bool hasHost() const { return hasHost_; }
+
+ Q_SIGNALS:
+  void StatusNotifierHostRegistered();
+
+ private:
+  QDBusConnection bus_;
+  bool hasHost_ = false;
+};
+
+struct Fixture {
+  test::PrivateBus bus;
+  test::ManualClock clock;
+  Watcher watcher{bus.connect()};
+  LinuxTrayHost host{clock, bus.connect()};
+  QSignalSpy found{&host, &TrayHost::found};
+  QSignalSpy missing{&host, &TrayHost::missing};
+};
+
+}  // namespace
+
+class TrayHostTest final : public test::Suite {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void aHostThatIsThereIsFoundAtOnce() {
+    Fixture fixture;
+    fixture.watcher.getHost();
+    fixture.watcher.appear();
+    fixture.host.search();
+    QTRY_COMPARE(fixture.found.count(), 1);
+    QVERIFY(fixture.host.protocol() == TrayHost::Protocol::statusNotifier);
+    fixture.clock.advance(1min);
+    QCOMPARE(fixture.missing.count(), 0);
+    QCOMPARE(fixture.clock.scheduledCount(), std::size_t(0));
+  }
+
+  void missingIsToldOnceAfterTwoSeconds() {
+    Fixture fixture;
+    fixture.host.search();
+    fixture.clock.advance(1999ms);
+    QCOMPARE(fixture.missing.count(), 0);
+    fixture.clock.advance(1ms);
+    QCOMPARE(fixture.missing.count(), 1);
+    fixture.clock.advance(1min);
+    QCOMPARE(fixture.missing.count(), 1);
+    QVERIFY(!fixture.host.protocol());
+  }
+
+  void aWatcherWithoutAHostIsNotEnough() {
+    Fixture fixture;
+    fixture.watcher.appear();
+    fixture.host.search();
+    fixture.clock.advance(2s);
+    QCOMPARE(fixture.missing.count(), 1);
+    fixture.watcher.getHost();
+    QTRY_COMPARE(fixture.found.count(), 1);
+  }
+
+  void aHostThatComesLaterIsFound() {
+    Fixture fixture;
+    fixture.host.search();
+    fixture.clock.advance(5s);
+    fixture.watcher.getHost();
+    fixture.watcher.appear();
+    QTRY_COMPARE(fixture.found.count(), 1);
+    QVERIFY(fixture.host.protocol() == TrayHost::Protocol::statusNotifier);
+  }
+
+  void withoutABusItIsMissing() {
+    test::ManualClock clock;
+    LinuxTrayHost host(clock, QDBusConnection("no such connection"));
+    const QSignalSpy missing(&host, &TrayHost::missing);
+    host.search();
+    clock.advance(2s);
+    QCOMPARE(missing.count(), 1);
+    QVERIFY(!host.foreground());
+  }
+};
+
+QTEST_MAIN(TrayHostTest)
+#include "tray_host_test.moc"

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/desktop/tray_host.h"
+
+namespace velun::test {
+
+/// A tray host that comes when the test says so.
+class ScriptedTrayHost final : public TrayHost {
+ public:
+  void search() override { ++searches; }
+  std::optional<Protocol> protocol() const override { return found_; }
+  std::optional<std::uint32_t> foreground() const override { return std::nullopt; }
+
+  void come(Protocol protocol) {
+    found_ = protocol;
+    Q_EMIT found();
+  }
+  void stayAway() { Q_EMIT missing(); }
+
+  int searches = 0;
+
+ private:
+  std::optional<Protocol> found_;
+};
+
+}  // namespace velun::test
