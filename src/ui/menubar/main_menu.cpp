@@ -25,6 +25,15 @@ void edit(const char* slot) {
   QMetaObject::invokeMethod(target, slot);
 }
 
+/// Takes an action out of its menu and every window, whose keys it would otherwise keep. Deleted
+/// later, because it may be the one that was chosen.
+void discard(QAction* action) {
+  for (QObject* owner : action->associatedObjects()) {
+    if (auto* widget = qobject_cast<QWidget*>(owner)) widget->removeAction(action);
+  }
+  action->deleteLater();
+}
+
 }  // namespace
 
 MainMenu::MainMenu(const MenuBarActions& actions, QObject* parent)
@@ -47,7 +56,9 @@ std::array<QMenu*, 3> MainMenu::menus() const {
 
 void MainMenu::rebuild() {
   using enum AppCommand;
-  for (QMenu* menu : menus()) menu->clear();
+  for (QMenu* menu : menus()) {
+    for (QAction* action : menu->actions()) discard(action);
+  }
 
   applicationMenu_.setTitle(QStringLiteral("Velun"));
   addCommand(applicationMenu_, L("About Velun", "Velun 정보"), showAbout, {});

@@ -30,43 +30,47 @@ QPainterPath ear(double side) {
       .map(path);
 }
 
+/// The outlines all run the same way round and the eyes the other, so that filling by winding
+/// number joins the former and leaves the latter open. (Uniting paths of this size would turn their
+/// curves into a few straight pieces.)
 QPainterPath face(bool paused) {
   QPainterPath head;
+  head.setFillRule(Qt::WindingFill);
   head.addEllipse(kFaceCenter, kFaceRadii.width(), kFaceRadii.height());
-  head = head.united(ear(-1)).united(ear(1));
-  QPainterPath eyes;
+  head.addPath(ear(-1));
+  head.addPath(ear(1));
   for (const double side : {-1.0, 1.0}) {
-    const QPointF eye = kFaceCenter + QPointF(side * 2.1, -0.3);
+    const QPointF center = kFaceCenter + QPointF(side * 2.1, -0.3);
+    QPainterPath eye;
     if (paused) {
       // Closed: nobody listens.
-      eyes.addRoundedRect(QRectF(eye.x() - 1.1, eye.y() - 0.4, 2.2, 0.9), 0.45, 0.45);
+      eye.addRoundedRect(QRectF(center.x() - 1.1, center.y() - 0.4, 2.2, 0.9), 0.45, 0.45);
     } else {
-      eyes.addEllipse(eye, 0.85, 0.95);
+      eye.addEllipse(center, 0.85, 0.95);
     }
+    head.addPath(eye.toReversed());
   }
-  return head.subtracted(eyes);
+  return head;
 }
 
-/// A band of a ring, symmetric about the horizontal, with round ends. Radii in points, the half
-/// angle in degrees.
+/// A band of a ring, symmetric about the horizontal, with a dot at each end. Radii in points, the
+/// half angle in degrees.
 QPainterPath wave(double inner, double outer, double halfAngle) {
   const auto square = [](double radius) {
     return QRectF(kWaveCenter.x() - radius, kWaveCenter.y() - radius, 2 * radius, 2 * radius);
   };
   QPainterPath band;
-  band.arcMoveTo(square(outer), -halfAngle);
-  band.arcTo(square(outer), -halfAngle, 2 * halfAngle);
-  band.arcTo(square(inner), halfAngle, -2 * halfAngle);
+  band.arcMoveTo(square(outer), halfAngle);
+  band.arcTo(square(outer), halfAngle, -2 * halfAngle);
+  band.arcTo(square(inner), -halfAngle, 2 * halfAngle);
   band.closeSubpath();
 
   const double middle = (inner + outer) / 2;
   const double angle = halfAngle * std::numbers::pi / 180;
   const double dot = (outer - inner) / 2;
   for (const double side : {-1.0, 1.0}) {
-    QPainterPath end;
-    end.addEllipse(kWaveCenter + QPointF(middle * std::cos(angle), side * middle * std::sin(angle)),
-                   dot, dot);
-    band = band.united(end);
+    band.addEllipse(
+        kWaveCenter + QPointF(middle * std::cos(angle), side * middle * std::sin(angle)), dot, dot);
   }
   return band;
 }

@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/menubar/menu_bar_controller.h"
+
+#include "captions/model_fixture.h"
+#include "support/scripted_tray_host.h"
+#include "support/suite.h"
+
+#include <QAction>
+#include <QSignalSpy>
+
+using namespace velun;
+using test::ModelFixture;
+
+namespace {
+
+struct Fixture : ModelFixture {
+  explicit Fixture() {
+    MenuBarActions actions;
+    actions.perform = [this](AppCommand command) {
+      performed.push_back(command);
+    };
+    actions.validate = [](AppCommand) {
+      return CommandValidation();
+    };
+    actions.isPanelVisible = [this] {
+      return isPanelVisible;
+    };
+    menuBar = std::make_unique<MenuBarController>(*model, host, actions);
+  }
+
+  QAction* action(const QString& title) const {
+    for (QAction* candidate : menuBar->menu().actions()) {
+      if (candidate->text() == title) return candidate;
+    }
+    return nullptr;
+  }
+
+  test::ScriptedTrayHost host;
+  bool isPanelVisible = false;
+  std::vector<AppCommand> performed;
+  std::unique_ptr<MenuBarController> menuBar;
+};
+
+/// The offscreen platform says that it cannot do what a pop-up asks for.
+void expectPopUp() {
+  QTest::ignoreMessage(QtWarningMsg, "This plugin does not support raise()");
+  QTest::ignoreMessage(QtWarningMsg, "This plugin does not support grabbing the keyboard");
+}
+
+}  // namespace
+
+class MenuBarControllerTest final : public test::Suite {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void aPlainClickBringsBackAHiddenPanelWhileCaptionsRun() {
+    Fixture fixture;
+    fixture.start();
+    fixture.menuBar->statusItemClicked(true);
+    QCOMPARE(fixture.performed, std::vector({AppCommand::showPanel}));
+    QVERIFY(!fixture.menuBar->menu().isVisible());
+  }
+
+  void everyOtherClickOpensTheMenu_data() {
+    QTest::addColumn<bool>("isPlain");
+    QTest::addColumn<bool>("isRunning");
+    QTest::addColumn<bool>("isPanelVisible");
+    QTest::newRow("stopped") << true << false << false;
+    QTest::newRow("panel in view") << true << true << true;
+    QTest::newRow("right or control") << false << true << false;
+  }
+  void everyOtherClickOpensTheMenu() {
+    QFETCH(bool, isPlain);
+    QFETCH(bool, isRunning);
+    Fixture fixture;
+    if (isRunning) fixture.start();
+    fixture.isPanelVisible = QTest::currentDataTag() == QByteArray("panel in view");
+    expectPopUp();
+    fixture.menuBar->statusItemClicked(isPlain);
+    QVERIFY(fixture.menuBar->menu().isVisible());
+    QVERIFY(fixture.performed.empty());
+    fixture.menuBar->menu().close();
+  }
+
+  void theMenuIsBuiltAnewAtEachOpening() {
+    Fixture fixture;
+    QVERIFY(fixture.action("Show Caption Window"));
+    fixture.isPanelVisible = true;
+    expectPopUp();
+    fixture.menuBar->statusItemClicked(false);
+    QVERIFY(fixture.action("Hide Caption Window"));
+    fixture.menuBar->menu().close();
+  }
+
+  void hostsThatDoNotAskSeeTheNewMenuToo() {
+    Fixture fixture;
+    fixture.start();
+    QVERIFY(fixture.action("Stop Captions"));
+    fixture.final("A line.");
+    QVERIFY(fixture.action("Save Current Session")->isEnabled());
+    fixture.settings.setUseMic(true);
+    QVERIFY(fixture.action("Microphone")->isChecked());
+    fixture.settings.setLanguage(AppLanguage::korean);
+    QVERIFY(fixture.action("마이크"));
+    fixture.settings.setLanguage(AppLanguage::english);
+    test::settle();
+  }
+
+  void anOpenMenuStaysAsItIs() {
+    Fixture fixture;
+    expectPopUp();
+    fixture.menuBar->statusItemClicked(false);
+    QAction* start = fixture.action("Start Captions");
+    fixture.start();
+    QCOMPARE(fixture.action("Start Captions"), start);
+    fixture.menuBar->menu().close();
+  }
+
+  void aChosenItemIsPerformed() {
+    Fixture fixture;
+    fixture.action("New Session")->trigger();
+    fixture.action("Microphone")->trigger();
+    QCOMPARE(fixture.performed,
+             std::vector({AppCommand::newSession, AppCommand::selectMicrophone}));
+  }
+
+  void theItemAppearsWithItsHost() {
+    Fixture fixture;
+    const QSignalSpy shown(fixture.menuBar.get(), &MenuBarController::statusItemShown);
+    fixture.host.stayAway();
+    QCOMPARE(shown.count(), 0);
+    // The toolkit looks for a tray window, which the offscreen platform has none of.
+    QTest::ignoreMessage(QtWarningMsg,
+                         "QObject::connect: No such signal "
+                         "QPlatformNativeInterface::systemTrayWindowChanged(QScreen*)");
+    fixture.host.come(TrayHost::Protocol::embedded);
+    QCOMPARE(shown.count(), 1);
+  }
+};
+
+QTEST_MAIN(MenuBarControllerTest)
+#include "menu_bar_controller_test.moc"
