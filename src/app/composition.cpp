@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/composition.h"
+
+#include "app/alert_question.h"
+#include "audio/speech_recognition_engine.h"
+#include "captions/caption_view_model.h"
+#include "platform/audio/linux/pipewire_audio_platform.h"
+#include "platform/desktop/linux/dbus_file_manager.h"
+#include "platform/desktop/linux/linux_desktop_platform.h"
+#include "platform/desktop/linux/linux_tray_host.h"
+#include "platform/foundation/file_preferences.h"
+#include "platform/foundation/system_clock.h"
+#include "platform/speech/linux/built_in_recognizer_provider.h"
+#include "platform/speech/local_speech_platform.h"
+#include "platform/translation/linux/apertium/apertium_backend.h"
+#include "platform/translation/linux/local_translation_platform.h"
+
+namespace velun {
+
+namespace {
+
+LocalSpeechPlatform::Providers recognizers() {
+  LocalSpeechPlatform::Providers providers;
+  providers.push_back(std::make_shared<BuiltInRecognizerProvider>());
+  return providers;
+}
+
+std::vector<std::unique_ptr<TranslatorBackend>> translators() {
+  std::vector<std::unique_ptr<TranslatorBackend>> backends;
+  backends.push_back(std::make_unique<ApertiumBackend>());
+  return backends;
+}
+
+SessionStore usersStore() {
+  const SessionStore& store = SessionStore::local();
+  store.migratePreviousFolder();
+  return store;
+}
+
+}  // namespace
+
+/// In the order in which each stands on the ones before it.
+struct Composition::Parts {
+  explicit Parts(ApplicationService& applicationService) : application(applicationService) {}
+
+  ApplicationService& application;
+  SystemClock clock;
+  FilePreferences preferences{FilePreferences::userPath()};
+  AppSettings settings{&preferences};
+  PipeWireAudioPlatform audio{clock};
+  LocalSpeechPlatform speech{recognizers(), clock};
+  LocalTranslationPlatform translation{translators(), [this] { return speech.supportedLocales(); },
+                                       clock};
+  LinuxDesktopPlatform desktop;
+  LinuxTrayHost trayHost{clock};
+  DBusFileManager files;
+  AlertQuestion question;
+  CaptionViewModel model{
+      settings, usersStore(), std::make_unique<SpeechRecognitionEngine>(speech, audio, clock),
+      LanguageLists{.supportedLocales = [this] { return speech.supportedLocales(); },
+                    .supportedLanguages =
+                        [this] {
+                          return translation.supportedLanguages();
+                        }},
+      clock};
+};
+
+Composition::Composition(ApplicationService& application)
+    : parts_(std::make_unique<Parts>(application)) {}
+
+Composition::~Composition() = default;
+
+CaptionViewModel& Composition::model() {
+  return parts_->model;
+}
+
+AppServices Composition::services() {
+  return {.preferences = parts_->preferences,
+          .desktop = parts_->desktop,
+          .translation = parts_->translation,
+          .trayHost = parts_->trayHost,
+          .application = parts_->application,
+          .files = parts_->files,
+          .question = parts_->question,
+          .clock = parts_->clock};
+}
+
+}  // namespace velun
