@@ -62,10 +62,10 @@ void CaptionViewModel::newSession() {
   encoder_.reset();
   Q_EMIT sessionChanged();
   assign(volatileText_, QString(), &CaptionViewModel::volatileTextChanged);
-  assign(status_, std::nullopt, &CaptionViewModel::statusChanged);
-  assign(translationStatus_, std::nullopt, &CaptionViewModel::translationStatusChanged);
-  assign(savedURL_, std::nullopt, &CaptionViewModel::savedURLChanged);
-  assign(saveError_, std::nullopt, &CaptionViewModel::saveErrorChanged);
+  clear(status_, &CaptionViewModel::statusChanged);
+  clear(translationStatus_, &CaptionViewModel::translationStatusChanged);
+  clear(savedURL_, &CaptionViewModel::savedURLChanged);
+  clear(saveError_, &CaptionViewModel::saveErrorChanged);
   assign(isSavingSession_, settings_.autoSaveSessions(), &CaptionViewModel::isSavingSessionChanged);
   updateTranslation();
 }

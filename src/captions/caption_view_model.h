@@ -155,6 +155,14 @@ class CaptionViewModel final : public QObject {
     Q_EMIT(this->*changed)();
   }
 
+  /// Makes the optional property absent and emits its signal, if it was present.
+  template <class Value>
+  void clear(std::optional<Value>& property, void (CaptionViewModel::*changed)()) {
+    if (!property) return;
+    property.reset();
+    Q_EMIT(this->*changed)();
+  }
+
   AppSettings& settings_;
   Clock& clock_;
   CaptionSession session_;

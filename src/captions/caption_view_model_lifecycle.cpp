@@ -112,7 +112,7 @@ void CaptionViewModel::settingsChanged(AppSettings::Change change) {
 }
 
 void CaptionViewModel::updateTranslation() {
-  assign(translationStatus_, std::nullopt, &CaptionViewModel::translationStatusChanged);
+  clear(translationStatus_, &CaptionViewModel::translationStatusChanged);
   translator_.configure(settings_.translate(), isRunning_ || !lines().empty(), settings_.localeID(),
                         settings_.targetID());
 }

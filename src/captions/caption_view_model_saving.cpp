@@ -17,7 +17,7 @@ bool CaptionViewModel::persist(SessionStore::Flush flush) {
   try {
     const QUrl url = store_.save(session_, flush, &encoder_);
     assign(savedURL_, url, &CaptionViewModel::savedURLChanged);
-    assign(saveError_, std::nullopt, &CaptionViewModel::saveErrorChanged);
+    clear(saveError_, &CaptionViewModel::saveErrorChanged);
     return true;
   } catch (const std::exception& error) {
     const QString description = descriptionOf(error);
@@ -36,7 +36,7 @@ bool CaptionViewModel::saveCurrentSession() {
 
 void CaptionViewModel::savedFileWasDeleted(const QUrl& url) {
   if (savedURL_ != url) return;
-  assign(savedURL_, std::nullopt, &CaptionViewModel::savedURLChanged);
+  clear(savedURL_, &CaptionViewModel::savedURLChanged);
   assign(isSavingSession_, false, &CaptionViewModel::isSavingSessionChanged);
 }
 

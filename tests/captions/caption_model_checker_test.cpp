@@ -65,6 +65,8 @@ int main(int argc, char** argv) {
   std::vector<char*> arguments = withoutOwnOptions(argc, argv);
   int count = static_cast<int>(arguments.size());
   const QCoreApplication application(count, arguments.data());
+  // The test library's watchdog allows five minutes, which a long check needs more than once.
+  qputenv("QTEST_FUNCTION_TIMEOUT", QByteArray::number(5 * 60 * 1000 + runs * 200));
   CaptionModelCheckerTest test;
   return QTest::qExec(&test, count, arguments.data());
 }

@@ -91,9 +91,10 @@ std::optional<QString> ModelChecker::run(int steps) {
       check();
     }
   }
-  if (!problem_) isLucky(50) ? finish() : destroy();
+  if (!problem_ && isLucky(50)) finish();
   counts_.engineStarts += static_cast<int>(fixture_.engine->calls.count("started"));
   counts_.cancelledStarts += fixture_.engine->isStopRequested ? 1 : 0;
+  destroy();
   return problem_;
 }
 

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Eight hours of captions in virtual time: 10,000 lines, each translated into two languages.
+#include "captions/live_session.h"
+#include "model/session_codec.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <malloc.h>
+#include <numeric>
+
+using namespace velun;
+using bench::LiveSession;
+
+namespace {
+
+constexpr int kLines = 10'000;
+/// The target changes after each chunk, and what the new one lacks is translated then.
+constexpr int kChunks = 40;
+constexpr int kLinesPerChunk = kLines / kChunks;
+/// The first chunk, in which everything happens for the first time, does not count.
+constexpr int kCompared = 6;
+
+/// Bytes in use on the heap.
+double heapBytes() {
+  malloc_trim(0);
+  const struct mallinfo2 info = mallinfo2();
+  return static_cast<double>(info.uordblks) + static_cast<double>(info.hblkhd);
+}
+
+double secondsOf(const std::function<void()>& work) {
+  const auto begin = std::chrono::steady_clock::now();
+  work();
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+}
+
+double median(std::vector<double> values) {
+  std::sort(values.begin(), values.end());
+  return values[values.size() / 2];
+}
+
+/// What the lines themselves take: the heap that a second copy of them needs.
+double bytesOfLines(const CaptionSession& session) {
+  const QByteArray bytes = encodeSession(session);
+  const double before = heapBytes();
+  const CaptionSession copy = decodeSession(bytes, QString());
+  return heapBytes() - before;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const QCoreApplication application(argc, argv);
+  LiveSession session;
+  // Everything that is made once is made before.
+  session.speak(-1);
+  session.settings.setTargetID("ja");
+  test::settle();
+  session.model->stop();
+  test::settle();
+  session.model->newSession();
+  session.model->start();
+  test::settle();
+
+  const double atStart = heapBytes();
+  std::vector<double> seconds;
+  for (int chunk = 0; chunk < kChunks; ++chunk) {
+    seconds.push_back(secondsOf([&session, chunk] {
+      session.settings.setTargetID(chunk % 2 == 0 ? "ko" : "ja");
+      for (int line = 0; line < kLinesPerChunk; ++line) {
+        session.speak(chunk * kLinesPerChunk + line);
+      }
+    }));
+  }
+  session.settings.setTargetID("ko");
+  test::settle();
+  for (const Line& line : session.model->lines()) {
+    if (line.translations.size() != 2) {
+      std::fprintf(stderr, "A line has %zu translations\n", line.translations.size());
+      return 1;
+    }
+  }
+  const double atEnd = heapBytes();
+  const double lines = bytesOfLines(session.model->session());
+
+  const double first = median({seconds.begin() + 1, seconds.begin() + 1 + kCompared});
+  const double last = median({seconds.end() - kCompared, seconds.end()});
+  std::printf("soak_line_us %.2f us\n", last / kLinesPerChunk * 1e6);
+  std::printf("soak_slowdown %.3f ratio\n", last / first);
+  std::printf("soak_growth %.3f ratio\n", (atEnd - atStart) / lines);
+
+  session.model->stop();
+  test::settle();
+  session.model->newSession();
+  session.model->start();
+  test::settle();
+  std::printf("soak_leftover_kib %.1f KiB\n", (heapBytes() - atStart) / 1024);
+  return 0;
+}
