@@ -2,6 +2,7 @@
 // Starting, stopping and switching the engine.
 #include "captions/caption_view_model.h"
 #include "platform/foundation/failure.h"
+#include "platform/foundation/one_shot.h"
 
 #include <exception>
 

@@ -3,6 +3,7 @@
 
 #include "platform/foundation/failure.h"
 #include "platform/foundation/main_task.h"
+#include "platform/foundation/one_shot.h"
 
 #include <deque>
 #include <utility>

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/foundation/one_shot.h"
-
 #include <functional>
 #include <memory>
 #include <QCoroTask>
@@ -10,6 +8,9 @@
 #include <stop_token>
 
 namespace velun {
+
+template <class Answer>
+class OneShot;
 
 /// Engine operations one behind the other: each begins when the one before it has ended, the first
 /// on the next turn of the event loop (an operation queued from inside the engine would otherwise
