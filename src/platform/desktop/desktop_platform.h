@@ -22,8 +22,9 @@ class DesktopPlatform : public QObject {
   /// before each showing, while the native window exists.
   virtual void prepareToShow(QWindow& window, bool keepOnTop) = 0;
 
-  /// Changes the level of a shown window, without hiding it.
-  virtual void setKeepOnTop(QWindow& window, bool keepOnTop) = 0;
+  /// Changes the level of a shown window, without hiding it. False when that is not enough here:
+  /// the window has to be prepared and shown anew.
+  virtual bool setKeepOnTop(QWindow& window, bool keepOnTop) = 0;
 
   /// Blurs what shows through the window in `region`, in points; an empty region ends it.
   virtual void setBlurBehind(QWindow& window, const QRegion& region) = 0;

@@ -42,6 +42,8 @@ CaptionHeaderView::CaptionHeaderView(CaptionViewModel& model, CaptionActions act
   inputSourceMenu_ = makeMenu(*inputSource_);
   translationMenu_ = makeMenu(*translation_);
   sessionMenu_ = makeMenu(*session_);
+  inputSourceMenu_->setMargin(CaptionMenu::Margin::symbols);
+  sessionMenu_->setMargin(CaptionMenu::Margin::none);
   connect(inputSourceMenu_, &QMenu::aboutToShow, this,
           [this] { fillInputSourceMenu(*inputSourceMenu_, model_.settings()); });
   connect(translationMenu_, &QMenu::aboutToShow, this,

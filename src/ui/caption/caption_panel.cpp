@@ -93,7 +93,9 @@ void CaptionPanel::orderFront(bool keepOnTop) {
 }
 
 void CaptionPanel::setKeepOnTop(bool keepOnTop) {
-  if (isVisible()) desktop_.setKeepOnTop(*windowHandle(), keepOnTop);
+  if (!isVisible() || desktop_.setKeepOnTop(*windowHandle(), keepOnTop)) return;
+  hide();
+  orderFront(keepOnTop);
 }
 
 void CaptionPanel::updateRegions() {

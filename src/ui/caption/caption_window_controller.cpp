@@ -103,7 +103,7 @@ void CaptionWindowController::applyPreferences() {
   const DesktopCapabilities& can = services_.desktop.capabilities();
   const bool hides = model_.settings().hideFromScreenSharing();
   panel_->setKeepOnTop(model_.settings().keepOnTop());
-  services_.desktop.watchScreenCasts(hides && can.captureHiding == CaptureHiding::whileCasting);
+  services_.desktop.watchScreenCasts(hides && can.captureHiding != CaptureHiding::compositor);
   if (panel_->windowHandle()) {
     services_.desktop.setExcludedFromCapture(*panel_->windowHandle(), hides);
   }

@@ -1,41 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/desktop/linux/embedded_tray_watch.h"
 
-#include <cstdlib>
-#include <memory>
+#include "platform/desktop/linux/x11_display.h"
+
 #include <QCoreApplication>
-#include <QGuiApplication>
-#include <string>
 #include <xcb/xfixes.h>
 
 namespace velun {
 
-namespace {
-
-template <class T>
-using Reply = std::unique_ptr<T, decltype(&std::free)>;
-
-template <class T>
-Reply<T> owned(T* reply) {
-  return Reply<T>(reply, &std::free);
-}
-
-xcb_connection_t* displayConnection() {
-  const auto* x11 =
-      qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-  return x11 ? x11->connection() : nullptr;
-}
-
-xcb_atom_t atomNamed(xcb_connection_t* connection, const std::string& name) {
-  const auto cookie = xcb_intern_atom(connection, 0, std::uint16_t(name.size()), name.data());
-  const auto reply = owned(xcb_intern_atom_reply(connection, cookie, nullptr));
-  return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
-}
-
-}  // namespace
-
 EmbeddedTrayWatch::EmbeddedTrayWatch(std::function<void()> onArrival)
-    : onArrival_(std::move(onArrival)), connection_(displayConnection()) {
+    : onArrival_(std::move(onArrival)), connection_(x11Connection()) {
   if (!connection_) return;
   selection_ = atomNamed(connection_, "_NET_SYSTEM_TRAY_S0");
   colours_ = atomNamed(connection_, "_NET_SYSTEM_TRAY_COLORS");
@@ -44,8 +18,7 @@ EmbeddedTrayWatch::EmbeddedTrayWatch(std::function<void()> onArrival)
   owned(xcb_xfixes_query_version_reply(connection_, xcb_xfixes_query_version(connection_, 5, 0),
                                        nullptr));
   selectionEvent_ = std::uint8_t(fixes->first_event + XCB_XFIXES_SELECTION_NOTIFY);
-  const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
-  xcb_xfixes_select_selection_input(connection_, root, selection_,
+  xcb_xfixes_select_selection_input(connection_, rootWindow(connection_), selection_,
                                     XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER);
   xcb_flush(connection_);
   QCoreApplication::instance()->installNativeEventFilter(this);

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/desktop/linux/compositor_exclusion.h"
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <utility>
+
+namespace velun {
+
+namespace {
+
+const QString kService = QStringLiteral("org.kde.KWin");
+const QString kPath = QStringLiteral("/Scripting");
+const QString kInterface = QStringLiteral("org.kde.kwin.Scripting");
+const QString kObject = QStringLiteral("/app/velun/Velun/CaptureExclusion");
+
+// Two generations of the interface: windowList and clientList are the same thing.
+constexpr char kScript[] = R"(
+const [pid, title, excluded, service, path] = %1;
+function apply(window) {
+  if (window && window.pid === pid && window.caption === title) {
+    window.excludeFromCapture = excluded;
+  }
+}
+const windows = workspace.windowList ? workspace.windowList() : workspace.clientList();
+const possible = windows.some((window) => window.excludeFromCapture !== undefined);
+if (possible) {
+  windows.forEach(apply);
+  (workspace.windowAdded || workspace.clientAdded).connect(apply);
+}
+callDBus(service, path, "app.velun.Velun.CaptureExclusion", "answer", possible);
+)";
+
+QString scriptName() {
+  return QStringLiteral("app.velun.Velun.%1").arg(QCoreApplication::applicationPid());
+}
+
+QDBusMessage call(const QString& method, const QVariantList& arguments) {
+  QDBusMessage message = QDBusMessage::createMethodCall(kService, kPath, kInterface, method);
+  message.setArguments(arguments);
+  return message;
+}
+
+/// The values as literals of the script's language.
+QString literals(const QString& windowTitle, bool excluded) {
+  const QJsonArray values = {QCoreApplication::applicationPid(), windowTitle, excluded,
+                             QDBusConnection::sessionBus().baseService(), kObject};
+  return QString::fromUtf8(QJsonDocument(values).toJson(QJsonDocument::Compact));
+}
+
+}  // namespace
+
+CompositorExclusion::CompositorExclusion() {
+  QDBusConnection bus = QDBusConnection::sessionBus();
+  if (!bus.isConnected() || !bus.interface()->isServiceRegistered(kService)) return;
+  bus.registerObject(kObject, this,
+                     QDBusConnection::ExportScriptableContents | QDBusConnection::ExportAllSlots);
+  run(QString(), false);
+}
+
+CompositorExclusion::~CompositorExclusion() {
+  if (script_) unload();
+}
+
+void CompositorExclusion::setExcluded(const QString& windowTitle, bool excluded) {
+  const bool same = windowTitle == windowTitle_ && excluded == excluded_;
+  if (!isPossible_ || same) return;
+  windowTitle_ = windowTitle;
+  excluded_ = excluded;
+  run(windowTitle, excluded);
+}
+
+void CompositorExclusion::run(const QString& windowTitle, bool excluded) {
+  if (script_) unload();
+  script_ = std::make_unique<QTemporaryFile>();
+  if (!script_->open()) return;
+  script_->write(QString::fromLatin1(kScript).arg(literals(windowTitle, excluded)).toUtf8());
+  script_->close();
+  const QDBusConnection bus = QDBusConnection::sessionBus();
+  // Both reach the compositor in this order; it reads the file before it answers the first.
+  bus.asyncCall(call(QStringLiteral("loadScript"), {script_->fileName(), scriptName()}));
+  bus.asyncCall(call(QStringLiteral("start"), {}));
+}
+
+void CompositorExclusion::unload() const {
+  QDBusConnection::sessionBus().asyncCall(call(QStringLiteral("unloadScript"), {scriptName()}));
+}
+
+void CompositorExclusion::answer(bool possible) {
+  if (std::exchange(isPossible_, possible) != possible) Q_EMIT isPossibleChanged();
+}
+
+}  // namespace velun

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/desktop/linux/linux_desktop_platform.h"
+
+#include "platform/desktop/desktop_services.h"
+#include "platform/desktop/linux/compositor_exclusion.h"
+#include "platform/desktop/linux/x11_display.h"
+#include "platform/desktop/linux/x11_selection_watch.h"
+#include "platform/desktop/linux/x11_window_manager.h"
+
+#include <QWindow>
+#include <utility>
+
+namespace velun {
+
+void preferWindowSystem() {
+  // No Wayland protocol keeps an ordinary window above others; XWayland does.
+  if (qEnvironmentVariableIsSet("DISPLAY") && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+    qputenv("QT_QPA_PLATFORM", "xcb;wayland");
+  }
+}
+
+std::unique_ptr<DesktopPlatform> makeDesktopPlatform(Clock& clock) {
+  return std::make_unique<LinuxDesktopPlatform>(clock);
+}
+
+LinuxDesktopPlatform::LinuxDesktopPlatform(Clock& clock)
+    : exclusion_(std::make_unique<CompositorExclusion>()),
+      casts_(clock),
+      canWatchCasts_(ScreenCastWatch::isPossible()) {
+  if (xcb_connection_t* connection = x11Connection()) {
+    manager_ = std::make_unique<X11WindowManager>(connection);
+    compositorWatch_ =
+        std::make_unique<X11SelectionWatch>(connection, "_NET_WM_CM_S0", [this] { look(); });
+  }
+  connect(exclusion_.get(), &CompositorExclusion::isPossibleChanged, this,
+          &LinuxDesktopPlatform::look);
+  connect(&casts_, &ScreenCastWatch::castRunningChanged, this,
+          &LinuxDesktopPlatform::screenCastChanged);
+  connect(&casts_, &ScreenCastWatch::connectedChanged, this, [this] {
+    canWatchCasts_ = canWatchCasts_ || casts_.isConnected();
+    look();
+  });
+  look();
+}
+
+LinuxDesktopPlatform::~LinuxDesktopPlatform() = default;
+
+void LinuxDesktopPlatform::look() {
+  DesktopCapabilities now;
+  if (manager_) {
+    now.keepsOnTop = manager_->supports("_NET_WM_STATE_ABOVE");
+    now.allSpaces =
+        manager_->supports("_NET_WM_STATE_STICKY") || manager_->supports("_NET_WM_DESKTOP");
+    now.placesWindows = now.keepsOnTop;
+    now.compositing = manager_->isCompositing();
+    now.blursBehind = now.compositing && manager_->blursBehind();
+    // KWin does not move windows of the kind that it keeps above full-screen ones.
+    now.movesByItself = !manager_->isKWin() && manager_->supports("_NET_WM_MOVERESIZE");
+  }
+  now.captureHiding = exclusion_->isPossible() ? CaptureHiding::compositor
+                      : canWatchCasts_         ? CaptureHiding::whileCasting
+                                               : CaptureHiding::none;
+  if (std::exchange(capabilities_, now) != now) Q_EMIT capabilitiesChanged();
+}
+
+void LinuxDesktopPlatform::prepareToShow(QWindow& window, bool keepOnTop) {
+  if (!manager_) return;
+  look();
+  manager_->writeStates(window, keepOnTop);
+  if (manager_->isKWin()) manager_->writeType(window, keepOnTop);
+  manager_->keepBottomWhenResized(window);
+}
+
+bool LinuxDesktopPlatform::setKeepOnTop(QWindow& window, bool keepOnTop) {
+  if (!manager_) return true;
+  manager_->requestAbove(window, keepOnTop);
+  return !manager_->isKWin() || manager_->isOverFullScreen(window) == keepOnTop;
+}
+
+void LinuxDesktopPlatform::setBlurBehind(QWindow& window, const QRegion& region) {
+  if (manager_) manager_->writeBlur(window, region);
+}
+
+void LinuxDesktopPlatform::setShape(QWindow& window, const QRegion& region) {
+  if (manager_) manager_->writeShape(window, region);
+}
+
+void LinuxDesktopPlatform::setExcludedFromCapture(QWindow& window, bool excluded) {
+  exclusion_->setExcluded(window.title(), excluded);
+}
+
+void LinuxDesktopPlatform::watchScreenCasts(bool watch) {
+  casts_.setWatching(watch);
+}
+
+}  // namespace velun

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/desktop/desktop_platform.h"
+#include "platform/desktop/linux/screen_cast_watch.h"
+
+#include <memory>
+
+namespace velun {
+
+class CompositorExclusion;
+class X11SelectionWatch;
+class X11WindowManager;
+
+/// The desktop as X11 or XWayland shows it; on any other display only what concerns screen casts.
+class LinuxDesktopPlatform final : public DesktopPlatform {
+  Q_OBJECT
+
+ public:
+  explicit LinuxDesktopPlatform(Clock& clock);
+  ~LinuxDesktopPlatform() override;
+
+  const DesktopCapabilities& capabilities() const override { return capabilities_; }
+  void prepareToShow(QWindow& window, bool keepOnTop) override;
+  bool setKeepOnTop(QWindow& window, bool keepOnTop) override;
+  void setBlurBehind(QWindow& window, const QRegion& region) override;
+  void setShape(QWindow& window, const QRegion& region) override;
+  void setExcludedFromCapture(QWindow& window, bool excluded) override;
+  void watchScreenCasts(bool watch) override;
+  bool isScreenCastRunning() const override { return casts_.isCastRunning(); }
+
+ private:
+  void look();
+
+  DesktopCapabilities capabilities_;
+  std::unique_ptr<X11WindowManager> manager_;
+  std::unique_ptr<X11SelectionWatch> compositorWatch_;
+  std::unique_ptr<CompositorExclusion> exclusion_;
+  ScreenCastWatch casts_;
+  bool canWatchCasts_ = false;
+};
+
+}  // namespace velun

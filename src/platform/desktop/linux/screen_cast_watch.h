@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/desktop/linux/screen_cast_graph.h"
+#include "platform/foundation/clock.h"
+
+#include <memory>
+#include <QObject>
+
+namespace velun {
+
+/// Watches the media server for screen casts, while it is asked to. A server that is away is tried
+/// again. Main thread.
+class ScreenCastWatch final : public QObject {
+  Q_OBJECT
+
+ public:
+  /// `clock` must outlive the watch.
+  explicit ScreenCastWatch(Clock& clock);
+  ~ScreenCastWatch() override;
+
+  /// Whether a media server can be reached now.
+  static bool isPossible();
+
+  void setWatching(bool watching);
+  bool isConnected() const { return connection_ != nullptr; }
+
+  /// Stays true for a second after the end: a cast that is negotiated anew comes back.
+  bool isCastRunning() const { return isCastRunning_; }
+
+ Q_SIGNALS:
+  void castRunningChanged();
+  void connectedChanged();
+
+ private:
+  class Connection;
+
+  void connectToServer();
+  void lost();
+  void look();
+  void setCastRunning(bool running);
+
+  Clock& clock_;
+  std::unique_ptr<Connection> connection_;
+  ScreenCastGraph graph_;
+  bool isWatching_ = false;
+  bool isCastRunning_ = false;
+  std::unique_ptr<ScheduledCall> ending_;
+  std::unique_ptr<ScheduledCall> retry_;
+};
+
+}  // namespace velun

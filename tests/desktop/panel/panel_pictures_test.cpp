@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/desktop/desktop_services.h"
+#include "platform/foundation/system_clock.h"
+#include "settings/localization.h"
+#include "support/suite.h"
+#include "support/virtual_display.h"
+#include "ui/caption/caption_header_view.h"
+#include "ui/caption/header_button.h"
+#include "ui/caption/panel_stage.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QMenu>
+#include <QScreen>
+#include <QTimer>
+
+using namespace velun;
+
+/// Takes pictures of the panel as a user sees it, for looking at, into the build folder.
+class PanelPicturesTest final : public test::Suite {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void initTestCase() {
+    desktop_ = makeDesktopPlatform(clock_);
+    QVERIFY(QDir().mkpath(VELUN_PICTURES));
+  }
+  void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
+
+  void states_data() {
+    QTest::addColumn<AppLanguage>("language");
+    QTest::newRow("en") << AppLanguage::english;
+    QTest::newRow("ko") << AppLanguage::korean;
+  }
+  void states() {
+    QFETCH(AppLanguage, language);
+    Localization::shared().setLanguage(language);
+    test::PanelStage stage({}, desktop_.get());
+    stage.animatesHeader = true;
+    stage.settings.setLanguage(language);
+    stage.locales = {"en_US", "ko_KR", "ja_JP"};
+    stage.languages = {"en", "es", "ko"};
+    stage.tasks.push_back(stage.model->loadLanguages());
+    stage.controller->show();
+    QVERIFY(QTest::qWaitForWindowExposed(&stage.panel()));
+
+    picture(stage, "stopped");
+    hover(stage, true);
+    picture(stage, "stopped-header");
+
+    stage.engine->bands = {-30, -34, -28, -36, -40, -38, -44, -50, -48, -55, -60};
+    stage.start();
+    for (const char* text :
+         {"Good morning, everyone, and thank you for coming.",
+          "Today we look at how the harbour was rebuilt after the storm of 1953.",
+          "The first thing the engineers noticed was that the old sea wall had not failed where "
+          "everybody expected it to.",
+          "It had been undermined from behind."}) {
+      stage.final(text);
+    }
+    stage.draft("So they began with the drainage, which nobody had");
+    picture(stage, "running-header");
+    hover(stage, false);
+    picture(stage, "running");
+
+    stage.translation.translate = [](const QString& text) {
+      return korean(text);
+    };
+    stage.settings.setTranslate(true);
+    picture(stage, "translating");
+    hover(stage, true);
+    picture(stage, "translating-header");
+    stage.translation.sessions.back()->translate = nullptr;
+    stage.settings.setShowTranslationOnly(true);
+    stage.final("That is the part of the story that I like best.");
+    picture(stage, "translation-only");
+
+    menus(stage);
+    stage.settings.setTranslate(false);
+    stage.failure(L("Recognition error: the sound server went away.",
+                    "인식 오류: 소리 서버가 사라졌습니다."));
+    picture(stage, "error");
+    hover(stage, false);
+    for (int i = 0; i < 200; ++i) {
+      stage.final(QStringLiteral("Sentence number %1 of a long afternoon.").arg(i));
+    }
+    QTest::qWait(50);
+    QTest::keyClick(stage.panel().focusWidget() ? stage.panel().focusWidget() : &stage.panel(),
+                    Qt::Key_Tab);
+    picture(stage, "long-keyboard");
+  }
+
+ private:
+  static QString korean(const QString& text) {
+    static const QHash<QString, QString> answers = {
+        {"Good morning, everyone, and thank you for coming.",
+         "안녕하세요, 여러분. 와 주셔서 감사합니다."},
+        {"Today we look at how the harbour was rebuilt after the storm of 1953.",
+         "오늘은 1953년 폭풍 뒤에 항구가 어떻게 재건되었는지 살펴봅니다."},
+        {"It had been undermined from behind.", "뒤쪽에서부터 기초가 깎여 나갔던 것입니다."}};
+    return answers.value(text,
+                         "기술자들이 가장 먼저 알아챈 것은 모두가 예상한 곳에서 옛 방파제가 "
+                         "무너지지 않았다는 점이었습니다.");
+  }
+
+  static void hover(test::PanelStage& stage, bool hovering) {
+    const QRect frame = stage.panel().geometry();
+    if (hovering) {
+      test::VirtualDisplay::movePointer(frame.center().x(), frame.center().y());
+      QTRY_VERIFY(stage.controller->headerShown());
+    } else {
+      test::VirtualDisplay::movePointer(5, 5);
+      QTRY_VERIFY(!stage.view->chrome().hovering());
+      stage.clock.advance(std::chrono::milliseconds(1600));
+    }
+    QTest::qWait(400);
+  }
+
+  static void picture(const test::PanelStage& stage, const QString& name) {
+    test::settle();
+    QTest::qWait(250);
+    const QRect frame = stage.panel().geometry().marginsAdded({30, 60, 30, 30});
+    const QPixmap shot = QGuiApplication::primaryScreen()->grabWindow(
+        0, frame.x(), frame.y(), frame.width(), frame.height());
+    QVERIFY(shot.save(QStringLiteral(VELUN_PICTURES "/%1-%2.png")
+                          .arg(name, rawValue(Localization::shared().language()))));
+  }
+
+  static void menus(test::PanelStage& stage) {
+    CaptionHeaderView& header = stage.view->header();
+    const std::pair<HeaderButton*, const char*> all[] = {
+        {&header.inputSource(), "menu-input"},
+        {&header.translation(), "menu-translation"},
+        {&header.session(), "menu-session"}};
+    for (const auto& [button, name] : all) {
+      QTimer::singleShot(500, button, [&stage, button, name] {
+        picture(stage, name);
+        button->menu()->close();
+      });
+      button->showMenu();
+    }
+  }
+
+  SystemClock clock_;
+  std::unique_ptr<DesktopPlatform> desktop_;
+};
+
+int main(int argc, char** argv) {
+  const test::VirtualDisplay display;
+  QApplication application(argc, argv);
+  PanelPicturesTest suite;
+  return QTest::qExec(&suite, argc, argv);
+}
+#include "panel_pictures_test.moc"

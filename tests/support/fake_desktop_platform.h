@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/desktop/desktop_platform.h"
+
+#include <QStringList>
+
+namespace velun::test {
+
+/// A desktop that does what the test says and notes what it is asked for.
+class FakeDesktopPlatform final : public DesktopPlatform {
+ public:
+  const DesktopCapabilities& capabilities() const override { return can; }
+  void prepareToShow(QWindow&, bool keepOnTop) override {
+    calls << (keepOnTop ? "prepare floating" : "prepare normal");
+  }
+  bool setKeepOnTop(QWindow&, bool keepOnTop) override {
+    calls << (keepOnTop ? "floating" : "normal");
+    return changesLevelWhileShown;
+  }
+  void setBlurBehind(QWindow&, const QRegion& region) override { blur = region; }
+  void setShape(QWindow&, const QRegion& region) override { shape = region; }
+  void setExcludedFromCapture(QWindow&, bool excluded) override {
+    calls << (excluded ? "excluded" : "included");
+  }
+  void watchScreenCasts(bool watch) override { isWatching = watch; }
+  bool isScreenCastRunning() const override { return isWatching && isCasting; }
+
+  void setCapabilities(const DesktopCapabilities& now) {
+    can = now;
+    Q_EMIT capabilitiesChanged();
+  }
+  void setCasting(bool casting) {
+    isCasting = casting;
+    Q_EMIT screenCastChanged();
+  }
+
+  DesktopCapabilities can;
+  QStringList calls;
+  QRegion blur;
+  QRegion shape;
+  bool changesLevelWhileShown = true;
+  bool isWatching = false;
+  bool isCasting = false;
+};
+
+}  // namespace velun::test

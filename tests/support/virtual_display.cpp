@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/virtual_display.h"
+
+#include <QEventLoop>
+
+namespace velun::test {
+
+namespace {
+
+constexpr int kStartTime = 30000;
+
+}  // namespace
+
+VirtualDisplay::VirtualDisplay(const QStringList& options) {
+  process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+  process_.start(QStringLiteral(VELUN_TEST_SUPPORT "/virtual_display"),
+                 options + QStringList{QStringLiteral("hold")});
+  while (!process_.canReadLine()) {
+    if (!process_.waitForReadyRead(kStartTime)) qFatal("The virtual display did not start");
+  }
+  name_ = QString::fromLatin1(process_.readLine()).trimmed();
+  qputenv("DISPLAY", name_.toLatin1());
+  qputenv("QT_QPA_PLATFORM", "xcb");
+}
+
+VirtualDisplay::~VirtualDisplay() {
+  process_.closeWriteChannel();
+  process_.waitForFinished(kStartTime);
+}
+
+QString VirtualDisplay::run(const QString& program, const QStringList& arguments) {
+  QProcess process;
+  QEventLoop loop;
+  QObject::connect(&process, &QProcess::finished, &loop, &QEventLoop::quit);
+  process.start(program, arguments);
+  if (!process.waitForStarted()) qFatal("%s is missing", qPrintable(program));
+  if (process.state() != QProcess::NotRunning) loop.exec();
+  return QString::fromUtf8(process.readAllStandardOutput());
+}
+
+void VirtualDisplay::movePointer(int x, int y) {
+  run(QStringLiteral("xdotool"), {"mousemove", QString::number(x), QString::number(y)});
+}
+
+void VirtualDisplay::pressButton(int button) {
+  run(QStringLiteral("xdotool"), {"mousedown", QString::number(button)});
+}
+
+void VirtualDisplay::releaseButton(int button) {
+  run(QStringLiteral("xdotool"), {"mouseup", QString::number(button)});
+}
+
+void VirtualDisplay::click(int x, int y) {
+  movePointer(x, y);
+  run(QStringLiteral("xdotool"), {"click", "1"});
+}
+
+}  // namespace velun::test
