@@ -4,7 +4,6 @@ find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets DBus Network Svg Test 
 find_package(QCoro6 REQUIRED COMPONENTS Core)
 find_package(ICU REQUIRED COMPONENTS uc i18n data)
 find_package(simdjson REQUIRED)
-find_package(OpenMP REQUIRED COMPONENTS CXX)
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(PipeWire REQUIRED IMPORTED_TARGET libpipewire-0.3)
 pkg_check_modules(Soxr REQUIRED IMPORTED_TARGET soxr)

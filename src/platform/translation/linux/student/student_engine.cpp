@@ -5,7 +5,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <omp.h>
+
+// oneDNN runs on GNU's OpenMP, whose header other compilers do not have.
+extern "C" void omp_set_num_threads(int count);
 
 namespace velun {
 
