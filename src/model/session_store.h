@@ -10,7 +10,8 @@
 namespace velun {
 
 /// The folder of saved session files. Holds nothing but the folder's location; every operation
-/// works on the file system in the caller's thread and throws on failure. Main thread.
+/// works on the file system in the caller's thread and throws `SessionError` on failure. Any
+/// thread, as long as saves of one session do not overlap.
 struct SessionStore {
   /// Whether a save waits until the bytes have reached the disk. The rewrites at every line do
   /// not; an explicit save, a stop and a quit do.

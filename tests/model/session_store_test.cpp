@@ -7,11 +7,11 @@
 #include "settings/localization.h"
 #include "support/session_samples.h"
 #include "support/suite.h"
+#include "support/test_folder.h"
 
 #include <ctime>
 #include <QDir>
 #include <QFile>
-#include <QTemporaryDir>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -27,8 +27,7 @@ class SessionStoreTest final : public test::Suite {
   }
   void init() {
     Suite::init();
-    folder_ = std::make_unique<QTemporaryDir>();
-    QVERIFY(folder_->isValid());
+    folder_ = std::make_unique<test::TestFolder>();
   }
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
@@ -36,7 +35,7 @@ class SessionStoreTest final : public test::Suite {
     const QUrl url = store().save(test::sampleSession());
     QCOMPARE(url, QUrl::fromLocalFile(path("2025-03-01_18-04-58_9F2C4E1A-3B7D-4C8E-A1F0-"
                                            "5D6E7F809A1B.json")));
-    const QByteArray bytes = contents(url.toLocalFile());
+    const QByteArray bytes = folder_->contents(url.fileName());
     QCOMPARE(bytes, encodeSession(test::sampleSession()));
     QVERIFY(bytes.contains("\"startedAt\" : \"2025-03-01T09:04:58Z\""));
     QVERIFY(store().read(url) == test::sampleSession());
@@ -54,7 +53,7 @@ class SessionStoreTest final : public test::Suite {
     const QUrl first = store().save(session);
     session.lines.push_back(Line());
     QCOMPARE(store().save(session, SessionStore::Flush::no), first);
-    QCOMPARE(names(), QStringList{first.fileName()});
+    QCOMPARE(folder_->names(), QStringList{first.fileName()});
     QCOMPARE(store().read(first).lines.size(), 3u);
   }
 
@@ -62,7 +61,7 @@ class SessionStoreTest final : public test::Suite {
     CaptionSession other = test::sampleSession();
     other.id = QUuid::createUuid();
     QVERIFY(store().save(test::sampleSession()) != store().save(other));
-    QCOMPARE(names().size(), 2);
+    QCOMPARE(folder_->names().size(), 2);
   }
 
   void anEncoderChangesNothingAboutTheFile() {
@@ -70,7 +69,7 @@ class SessionStoreTest final : public test::Suite {
     SessionEncoder encoder;
     for (int i = 0; i < 3; ++i) {
       const QUrl url = store().save(session, SessionStore::Flush::no, &encoder);
-      QCOMPARE(contents(url.toLocalFile()), encodeSession(session));
+      QCOMPARE(folder_->contents(url.fileName()), encodeSession(session));
       session.lines.push_back(Line());
     }
   }
@@ -78,16 +77,16 @@ class SessionStoreTest final : public test::Suite {
   void theFolderAndTheFileAreTheUsersAlone() {
     const SessionStore deep{QUrl::fromLocalFile(path("a/b/Sessions"))};
     const QString file = deep.save(test::sampleSession()).toLocalFile();
-    QCOMPARE(mode(file), 0600u);
-    for (const char* name : {"a", "a/b", "a/b/Sessions"}) QCOMPARE(mode(path(name)), 0700u);
+    QCOMPARE(folder_->mode("a/b/Sessions/" + QFileInfo(file).fileName()), 0600u);
+    for (const char* name : {"a", "a/b", "a/b/Sessions"}) QCOMPARE(folder_->mode(name), 0700u);
   }
 
   void aFolderThatCannotBeMadeIsAnError() {
-    writeFile("file", "x");
+    folder_->write("file", "x");
     const SessionStore inside{QUrl::fromLocalFile(path("file/Sessions"))};
     QCOMPARE(failure([&] { inside.save(test::sampleSession()); }),
              QString("“Sessions” couldn’t be written: Not a directory."));
-    QCOMPARE(contents(path("file")), QByteArray("x"));
+    QCOMPARE(folder_->contents("file"), QByteArray("x"));
   }
 
   void aFileThatCannotBeReplacedIsAnErrorAndStays() {
@@ -96,7 +95,7 @@ class SessionStoreTest final : public test::Suite {
     QVERIFY(QFile::remove(file));
     QVERIFY(QDir().mkdir(file));
     QVERIFY(failure([&] { store().save(test::sampleSession()); }).contains(url.fileName()));
-    QCOMPARE(names(), QStringList{url.fileName()});
+    QCOMPARE(folder_->names(), QStringList{url.fileName()});
   }
 
   void aMissingFileIsAnErrorToRead() {
@@ -107,16 +106,16 @@ class SessionStoreTest final : public test::Suite {
   }
 
   void anExtensionOtherThanMdIsTriedAsJson() {
-    writeFile("talk.txt", encodeSession(test::sampleSession()));
+    folder_->write("talk.txt", encodeSession(test::sampleSession()));
     QVERIFY(store().read(QUrl::fromLocalFile(path("talk.txt"))) == test::sampleSession());
-    writeFile("talk", encodeSession(test::sampleSession()));
+    folder_->write("talk", encodeSession(test::sampleSession()));
     QVERIFY(store().read(QUrl::fromLocalFile(path("talk"))) == test::sampleSession());
-    writeFile("old.MD", "# 자막 세션 — \n`1` a\n");
+    folder_->write("old.MD", "# 자막 세션 — \n`1` a\n");
     QCOMPARE(store().read(QUrl::fromLocalFile(path("old.MD"))).lines.size(), 1u);
   }
 
   void aHugeFileIsRefusedWithoutBeingRead() {
-    writeFile("huge.json", "");
+    folder_->write("huge.json", "");
     QCOMPARE(::truncate(QFile::encodeName(path("huge.json")).constData(), kLargestSessionFile + 1),
              0);
     QCOMPARE(failure([&] { store().read(QUrl::fromLocalFile(path("huge.json"))); }),
@@ -124,10 +123,10 @@ class SessionStoreTest final : public test::Suite {
   }
 
   void aFailedReadChangesNothing() {
-    writeFile("bad.json", "{");
+    folder_->write("bad.json", "{");
     QVERIFY(!failure([&] { store().read(QUrl::fromLocalFile(path("bad.json"))); }).isEmpty());
     QCOMPARE(store().savedSessions().unreadableCount, 1);
-    QCOMPARE(contents(path("bad.json")), QByteArray("{"));
+    QCOMPARE(folder_->contents("bad.json"), QByteArray("{"));
   }
 
   void aFolderThatIsNotThereHoldsNothing() {
@@ -139,7 +138,7 @@ class SessionStoreTest final : public test::Suite {
   }
 
   void aFolderThatCannotBeListedIsAnError() {
-    writeFile("file", "x");
+    folder_->write("file", "x");
     const SessionStore file{QUrl::fromLocalFile(path("file"))};
     QVERIFY(!failure([&] { file.savedSessions(); }).isEmpty());
   }
@@ -147,9 +146,9 @@ class SessionStoreTest final : public test::Suite {
   void onlyVisibleSessionFilesAreListed() {
     const QByteArray bytes = encodeSession(test::sampleSession());
     for (const char* name : {"a.json", "x.JSON", ".y.json", "notes.txt", "json", "z.json.bak"}) {
-      writeFile(QString::fromLatin1(name), bytes);
+      folder_->write(QString::fromLatin1(name), bytes);
     }
-    writeFile("m.Md", "# 자막 세션 — \n`1` a\n");
+    folder_->write("m.Md", "# 자막 세션 — \n`1` a\n");
     QVERIFY(QDir().mkpath(path("folder/below")));
     const SessionStore::Listing listing = store().savedSessions();
     QCOMPARE(listing.unreadableCount, 0);
@@ -162,11 +161,11 @@ class SessionStoreTest final : public test::Suite {
   void whatCannotBeReadIsCounted() {
     QByteArray newer = encodeSession(test::sampleSession());
     newer.replace("\"schemaVersion\" : 1", "\"schemaVersion\" : 2");
-    writeFile("newer.json", newer);
-    writeFile("broken.json", "{");
-    writeFile("empty.json", "");
-    writeFile("notes.md", "# Notes\n");
-    writeFile("binary.md", "# 자막 세션 — \n\xFF");
+    folder_->write("newer.json", newer);
+    folder_->write("broken.json", "{");
+    folder_->write("empty.json", "");
+    folder_->write("notes.md", "# Notes\n");
+    folder_->write("binary.md", "# 자막 세션 — \n\xFF");
     QVERIFY(QDir(folder_->path()).mkdir("folder.json"));
     QCOMPARE(::mkfifo(QFile::encodeName(path("pipe.json")).constData(), 0600), 0);
     QVERIFY(QFile::link("/dev/zero", path("endless.json")));
@@ -198,7 +197,7 @@ class SessionStoreTest final : public test::Suite {
       CaptionSession session = test::sampleSession();
       session.id = QUuid::createUuid();
       const QString name = QStringLiteral("%1.json").arg(i, 2, 10, QLatin1Char('0'));
-      writeFile(name, encodeSession(session));
+      folder_->write(name, encodeSession(session));
       expected += name;
     }
     QStringList listed;
@@ -209,7 +208,7 @@ class SessionStoreTest final : public test::Suite {
   }
 
   void legacyTranscriptsAreListedWithTheTitleOfTheInterfaceLanguage() {
-    writeFile("2024-11-02_20-15-00.md", "# 자막 세션 — \n`1` a\n");
+    folder_->write("2024-11-02_20-15-00.md", "# 자막 세션 — \n`1` a\n");
     Localization::shared().setLanguage(AppLanguage::korean);
     const SessionStore::Listing listing = store().savedSessions();
     QCOMPARE(listing.sessions.size(), 1u);
@@ -218,7 +217,7 @@ class SessionStoreTest final : public test::Suite {
   }
 
   void namesInAnyScriptAreListed() {
-    writeFile("회의 100%.json", encodeSession(test::sampleSession()));
+    folder_->write("회의 100%.json", encodeSession(test::sampleSession()));
     const SessionStore::Listing listing = store().savedSessions();
     QCOMPARE(listing.sessions.size(), 1u);
     QCOMPARE(listing.sessions[0].url.toLocalFile(), path("회의 100%.json"));
@@ -227,27 +226,7 @@ class SessionStoreTest final : public test::Suite {
 
  private:
   SessionStore store() const { return {QUrl::fromLocalFile(folder_->path())}; }
-  QString path(const QString& name) const { return folder_->filePath(name); }
-
-  QStringList names() const {
-    return QDir(folder_->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
-  }
-
-  void writeFile(const QString& name, const QByteArray& bytes) {
-    QFile file(path(name));
-    if (!file.open(QIODevice::WriteOnly)) qFatal("cannot write");
-    file.write(bytes);
-  }
-
-  static QByteArray contents(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
-  }
-
-  static unsigned mode(const QString& path) {
-    struct stat status {};
-    return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 07777 : 0;
-  }
+  QString path(const QString& name) const { return folder_->path(name); }
 
   template <class Action>
   static QString failure(Action action) {
@@ -259,7 +238,7 @@ class SessionStoreTest final : public test::Suite {
     return {};
   }
 
-  std::unique_ptr<QTemporaryDir> folder_;
+  std::unique_ptr<test::TestFolder> folder_;
 };
 
 QTEST_GUILESS_MAIN(SessionStoreTest)

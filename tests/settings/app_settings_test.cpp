@@ -26,6 +26,20 @@ struct Noted {
   std::vector<Change> changes;
 };
 
+void checkDefaults(const AppSettings& settings) {
+  QCOMPARE(settings.language(), AppLanguage::english);
+  QCOMPARE(settings.useMic(), false);
+  QCOMPARE(settings.localeID(), QString("en_US"));
+  QCOMPARE(settings.targetID(), QString("ko"));
+  QCOMPARE(settings.fontSize(), 16.0);
+  QCOMPARE(settings.translate(), false);
+  QCOMPARE(settings.showTranslationOnly(), false);
+  QCOMPARE(settings.autoSaveSessions(), false);
+  QCOMPARE(settings.askBeforeDiscarding(), true);
+  QCOMPARE(settings.keepOnTop(), true);
+  QCOMPARE(settings.hideFromScreenSharing(), false);
+}
+
 }  // namespace
 
 class AppSettingsTest final : public test::Suite {
@@ -44,18 +58,8 @@ class AppSettingsTest final : public test::Suite {
     Localization::shared().setLanguage(AppLanguage::korean);
     test::MemoryPreferences store;
     const AppSettings settings(hasStore ? &store : nullptr);
-    QCOMPARE(settings.language(), AppLanguage::english);
+    checkDefaults(settings);
     QCOMPARE(Localization::shared().language(), AppLanguage::english);
-    QCOMPARE(settings.useMic(), false);
-    QCOMPARE(settings.localeID(), QString("en_US"));
-    QCOMPARE(settings.targetID(), QString("ko"));
-    QCOMPARE(settings.fontSize(), 16.0);
-    QCOMPARE(settings.translate(), false);
-    QCOMPARE(settings.showTranslationOnly(), false);
-    QCOMPARE(settings.autoSaveSessions(), false);
-    QCOMPARE(settings.askBeforeDiscarding(), true);
-    QCOMPARE(settings.keepOnTop(), true);
-    QCOMPARE(settings.hideFromScreenSharing(), false);
     QCOMPARE(store.writes, 0);
   }
 
@@ -99,17 +103,7 @@ class AppSettingsTest final : public test::Suite {
     store.values["localeID"] = true;
     store.values["targetID"] = 1.0;
     const AppSettings settings(&store);
-    QCOMPARE(settings.language(), AppLanguage::english);
-    QCOMPARE(settings.useMic(), false);
-    QCOMPARE(settings.localeID(), QString("en_US"));
-    QCOMPARE(settings.targetID(), QString("ko"));
-    QCOMPARE(settings.fontSize(), 16.0);
-    QCOMPARE(settings.translate(), false);
-    QCOMPARE(settings.showTranslationOnly(), false);
-    QCOMPARE(settings.autoSaveSessions(), false);
-    QCOMPARE(settings.askBeforeDiscarding(), true);
-    QCOMPARE(settings.keepOnTop(), true);
-    QCOMPARE(settings.hideFromScreenSharing(), false);
+    checkDefaults(settings);
   }
 
   void anUnknownLanguageGivesEnglish() {

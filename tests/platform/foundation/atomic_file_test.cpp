@@ -4,12 +4,12 @@
 #include "platform/foundation/file_access.h"
 #include "platform/foundation/file_error.h"
 #include "support/suite.h"
+#include "support/test_folder.h"
 
 #include <cerrno>
 #include <fcntl.h>
 #include <QDir>
 #include <QFile>
-#include <QTemporaryDir>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <thread>
@@ -37,8 +37,7 @@ class AtomicFileTest final : public test::Suite {
  private Q_SLOTS:
   void init() {
     Suite::init();
-    folder_ = std::make_unique<QTemporaryDir>();
-    QVERIFY(folder_->isValid());
+    folder_ = std::make_unique<test::TestFolder>();
   }
 
   void aFileIsWrittenAndReplaced_data() {
@@ -52,23 +51,23 @@ class AtomicFileTest final : public test::Suite {
     for (const QByteArray& bytes : {QByteArray("first"), large, QByteArray(), QByteArray("a")}) {
       writeFileAtomically(path("file"), bytes, flush);
       QCOMPARE(readWholeFile(path("file"), 10'000'000), bytes);
-      QCOMPARE(names(), QStringList{"file"});
+      QCOMPARE(folder_->names(), QStringList{"file"});
     }
   }
 
   void whatAKilledWriterLeftIsTakenOver() {
-    put(".file.velun-part", QByteArray(100, 'x'));
+    folder_->write(".file.velun-part", QByteArray(100, 'x'));
     writeFileAtomically(path("file"), "short", false);
     QCOMPARE(readWholeFile(path("file"), 100), QByteArray("short"));
-    QCOMPARE(names(), QStringList{"file"});
+    QCOMPARE(folder_->names(), QStringList{"file"});
   }
 
   void aNewFileIsTheUsersAloneAndAnOldOneKeepsItsMode() {
     writeFileAtomically(path("file"), "a", false);
-    QCOMPARE(mode("file"), 0600u);
+    QCOMPARE(folder_->mode("file"), 0600u);
     QCOMPARE(::chmod(name("file").constData(), 0644), 0);
     writeFileAtomically(path("file"), "b", false);
-    QCOMPARE(mode("file"), 0644u);
+    QCOMPARE(folder_->mode("file"), 0644u);
   }
 
   void aMissingFolderIsAnError() {
@@ -78,11 +77,11 @@ class AtomicFileTest final : public test::Suite {
   void aTargetThatCannotBeReplacedLeavesNoPart() {
     QVERIFY(QDir().mkdir(path("file")));
     QCOMPARE(refusalOf([this] { writeFileAtomically(path("file"), "a", true); }), EISDIR);
-    QCOMPARE(names(), QStringList{"file"});
+    QCOMPARE(folder_->names(), QStringList{"file"});
   }
 
   void aPartThatIsALinkIsNotFollowed() {
-    put("victim", "kept");
+    folder_->write("victim", "kept");
     QVERIFY(QFile::link(path("victim"), path(".file.velun-part")));
     QCOMPARE(refusalOf([this] { writeFileAtomically(path("file"), "a", true); }), ELOOP);
     QCOMPARE(readWholeFile(path("victim"), 100), QByteArray("kept"));
@@ -105,26 +104,27 @@ class AtomicFileTest final : public test::Suite {
     a.join();
     b.join();
     QCOMPARE(torn, 0);
-    QCOMPARE(names(), QStringList{"file"});
+    QCOMPARE(folder_->names(), QStringList{"file"});
   }
 
   void onlyAbandonedPartsAreRemoved() {
-    put(".old.velun-part", "left");
-    put(".busy.velun-part", "being written");
-    put(".other.part", "someone else's");
-    put("plain.velun-part", "not hidden");
+    folder_->write(".old.velun-part", "left");
+    folder_->write(".busy.velun-part", "being written");
+    folder_->write(".other.part", "someone else's");
+    folder_->write("plain.velun-part", "not hidden");
     const int busy = ::open(name(".busy.velun-part").constData(), O_WRONLY | O_CLOEXEC);
     QVERIFY(busy >= 0);
     QCOMPARE(::flock(busy, LOCK_EX), 0);
     removeAbandonedWrites(folder_->path());
     ::close(busy);
-    QCOMPARE(names(), (QStringList{".busy.velun-part", ".other.part", "plain.velun-part"}));
+    QCOMPARE(folder_->names(),
+             (QStringList{".busy.velun-part", ".other.part", "plain.velun-part"}));
     removeAbandonedWrites(folder_->path());
-    QCOMPARE(names(), (QStringList{".other.part", "plain.velun-part"}));
+    QCOMPARE(folder_->names(), (QStringList{".other.part", "plain.velun-part"}));
   }
 
   void onlyRegularFilesWithinTheLimitAreRead() {
-    put("file", "12345");
+    folder_->write("file", "12345");
     QCOMPARE(readWholeFile(path("file"), 5), QByteArray("12345"));
     QCOMPARE(refusalOf([this] { readWholeFile(path("file"), 4); }), EFBIG);
     QCOMPARE(refusalOf([this] { readWholeFile(path("none"), 4); }), ENOENT);
@@ -135,7 +135,7 @@ class AtomicFileTest final : public test::Suite {
   }
 
   void thePaddingIsThere() {
-    put("file", "12345");
+    folder_->write("file", "12345");
     const QByteArray bytes = readWholeFile(path("file"), 5, 64);
     QVERIFY(bytes.capacity() >= 5 + 64);
   }
@@ -145,16 +145,16 @@ class AtomicFileTest final : public test::Suite {
     QCOMPARE(::chmod(name("open").constData(), 0755), 0);
     makePrivateFolder(path("open/a/b"));
     makePrivateFolder(path("open/a/b"));
-    QCOMPARE(mode("open"), 0755u);
-    QCOMPARE(mode("open/a"), 0700u);
-    QCOMPARE(mode("open/a/b"), 0700u);
-    put("file", "x");
+    QCOMPARE(folder_->mode("open"), 0755u);
+    QCOMPARE(folder_->mode("open/a"), 0700u);
+    QCOMPARE(folder_->mode("open/a/b"), 0700u);
+    folder_->write("file", "x");
     QCOMPARE(refusalOf([this] { makePrivateFolder(path("file")); }), ENOTDIR);
     QCOMPARE(refusalOf([this] { makePrivateFolder(path("file/below")); }), ENOTDIR);
   }
 
   void filesKnowWhenTheyWereCreated() {
-    put("file", "x");
+    folder_->write("file", "x");
     QVERIFY(!creationTime(path("none")));
     const std::optional<Instant> created = creationTime(path("file"));
     // Every file system that this is developed on records it.
@@ -164,25 +164,10 @@ class AtomicFileTest final : public test::Suite {
   }
 
  private:
-  QString path(const QString& name) const { return folder_->filePath(name); }
+  QString path(const QString& name) const { return folder_->path(name); }
   QByteArray name(const QString& name) const { return QFile::encodeName(path(name)); }
 
-  QStringList names() const {
-    return QDir(folder_->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
-  }
-
-  void put(const QString& name, const QByteArray& bytes) const {
-    QFile file(path(name));
-    if (!file.open(QIODevice::WriteOnly)) qFatal("cannot write");
-    file.write(bytes);
-  }
-
-  unsigned mode(const QString& name) const {
-    struct stat status {};
-    return ::stat(this->name(name).constData(), &status) == 0 ? status.st_mode & 07777 : 0;
-  }
-
-  std::unique_ptr<QTemporaryDir> folder_;
+  std::unique_ptr<test::TestFolder> folder_;
 };
 
 QTEST_GUILESS_MAIN(AtomicFileTest)

@@ -2,13 +2,11 @@
 #include "platform/foundation/file_preferences.h"
 
 #include "support/suite.h"
+#include "support/test_folder.h"
 
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
-#include <QTemporaryDir>
-#include <sys/stat.h>
-#include <unistd.h>
 
 using namespace velun;
 
@@ -18,8 +16,7 @@ class FilePreferencesTest final : public test::Suite {
  private Q_SLOTS:
   void init() {
     Suite::init();
-    folder_ = std::make_unique<QTemporaryDir>();
-    QVERIFY(folder_->isValid());
+    folder_ = std::make_unique<test::TestFolder>();
   }
 
   void theUsersFileLiesInTheFolderForConfiguration() {
@@ -87,12 +84,12 @@ class FilePreferencesTest final : public test::Suite {
   }
 
   void theFolderAndTheFileAreTheUsersAlone() {
-    const QString deep = folder_->filePath("config/app.velun.Velun/preferences.json");
+    const QString deep = folder_->path("config/app.velun.Velun/preferences.json");
     FilePreferences preferences(deep);
     preferences.set("a", true);
-    QCOMPARE(mode(deep), 0600u);
-    QCOMPARE(mode(folder_->filePath("config")), 0700u);
-    QCOMPARE(mode(folder_->filePath("config/app.velun.Velun")), 0700u);
+    QCOMPARE(folder_->mode("config/app.velun.Velun/preferences.json"), 0600u);
+    QCOMPARE(folder_->mode("config"), 0700u);
+    QCOMPARE(folder_->mode("config/app.velun.Velun"), 0700u);
   }
 
   void aDamagedFileIsSetAsideAndTheDefaultsAreUsed_data() {
@@ -111,10 +108,10 @@ class FilePreferencesTest final : public test::Suite {
     FilePreferences preferences(path());
     QVERIFY(!preferences.value("fontSize"));
     QVERIFY(!QFileInfo::exists(path()));
-    QCOMPARE(contents(path() + ".damaged"), bytes);
+    QCOMPARE(folder_->contents("preferences.json.damaged"), bytes);
     preferences.set("fontSize", 18.0);
     QCOMPARE(FilePreferences(path()).get<double>("fontSize"), std::optional(18.0));
-    QCOMPARE(contents(path() + ".damaged"), bytes);
+    QCOMPARE(folder_->contents("preferences.json.damaged"), bytes);
   }
 
   void aFileDamagedWhileRunningLosesNoValue() {
@@ -153,14 +150,14 @@ class FilePreferencesTest final : public test::Suite {
     writeFile("{\"list\": [1, 2], \"object\": {\"a\": null}}");
     FilePreferences preferences(path());
     preferences.set("a", true);
-    const QByteArray bytes = contents(path()).simplified();
+    const QByteArray bytes = folder_->contents("preferences.json").simplified();
     QVERIFY(bytes.contains("\"list\": [ 1, 2 ]"));
     QVERIFY(bytes.contains("\"object\": { \"a\": null }"));
   }
 
   void aWriteThatFailsKeepsTheValueForThisRunAndTriesAgain() {
     // A file stands where the folder would have to be.
-    const QString blocked = folder_->filePath("blocked");
+    const QString blocked = folder_->path("blocked");
     QFile file(blocked);
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.close();
@@ -175,7 +172,7 @@ class FilePreferencesTest final : public test::Suite {
   }
 
   void aLinkToTheFileStaysALink() {
-    const QString target = folder_->filePath("dotfiles.json");
+    const QString target = folder_->path("dotfiles.json");
     QFile file(target);
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write("{\"a\": true}");
@@ -186,36 +183,20 @@ class FilePreferencesTest final : public test::Suite {
     preferences.set("b", true);
     QVERIFY(QFileInfo(path()).isSymLink());
     QCOMPARE(FilePreferences(target).get<bool>("b"), std::optional(true));
-    QCOMPARE(mode(target), 0640u);
+    QCOMPARE(folder_->mode("dotfiles.json"), 0640u);
   }
 
   void noPartOfAFileStaysBehind() {
     FilePreferences preferences(path());
     for (int i = 0; i < 10; ++i) preferences.set("a", double(i));
-    QCOMPARE(QDir(folder_->path()).entryList(QDir::Files | QDir::Hidden),
-             QStringList{"preferences.json"});
+    QCOMPARE(folder_->names(), QStringList{"preferences.json"});
   }
 
  private:
-  QString path() const { return folder_->filePath("preferences.json"); }
+  QString path() const { return folder_->path("preferences.json"); }
+  void writeFile(const QByteArray& bytes) const { folder_->write("preferences.json", bytes); }
 
-  void writeFile(const QByteArray& bytes) {
-    QFile file(path());
-    if (!file.open(QIODevice::WriteOnly)) qFatal("cannot write");
-    file.write(bytes);
-  }
-
-  static QByteArray contents(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
-  }
-
-  static unsigned mode(const QString& path) {
-    struct stat status {};
-    return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 07777 : 0;
-  }
-
-  std::unique_ptr<QTemporaryDir> folder_;
+  std::unique_ptr<test::TestFolder> folder_;
 };
 
 QTEST_GUILESS_MAIN(FilePreferencesTest)
