@@ -21,10 +21,10 @@ template <class T>
 class OneShot {
  public:
   /// Gives the answer. False when one was given before. Any thread.
-  bool complete(T value) const { return answer(std::move(value)); }
+  bool complete(T value) const { return answer<State::kValue>(std::move(value)); }
 
   /// Makes the waiting coroutine throw. False when an answer was given before. Any thread.
-  bool fail(std::exception_ptr error) const { return answer(std::move(error)); }
+  bool fail(std::exception_ptr error) const { return answer<State::kError>(std::move(error)); }
 
   /// Whether an answer was given. Any thread.
   bool isAnswered() const { return state_->answered; }
@@ -40,13 +40,13 @@ class OneShot {
     std::coroutine_handle<> waiting;                             // main thread
   };
 
-  template <class V>
+  template <std::size_t Index, class V>
   bool answer(V value) const {
     if (state_->answered.exchange(true)) return false;
     QMetaObject::invokeMethod(
         QCoreApplication::instance(),
         [state = state_, value = std::move(value)]() mutable {
-          state->result = std::move(value);
+          state->result.template emplace<Index>(std::move(value));
           if (const auto waiting = std::exchange(state->waiting, {})) waiting.resume();
         },
         Qt::QueuedConnection);

@@ -5,19 +5,11 @@
 
 namespace velun {
 
-namespace {
-
-double secondsOf(const PcmBuffer& buffer) {
-  return static_cast<double>(buffer.frameLength()) / buffer.format().sampleRate;
-}
-
-}  // namespace
-
 void AnalyzerInputStream::yield(AnalyzerInput input) {
   {
     const std::lock_guard lock(mutex_);
     if (isFinished_) return;
-    pendingSeconds_ += secondsOf(input.buffer);
+    pendingSeconds_ += input.seconds();
     inputs_.push_back(std::move(input));
   }
   changed_.notify_one();
@@ -33,7 +25,14 @@ void AnalyzerInputStream::finish() {
 
 std::optional<AnalyzerInput> AnalyzerInputStream::next() {
   std::unique_lock lock(mutex_);
-  changed_.wait(lock, [this] { return !inputs_.empty() || isFinished_ || isInterrupted_; });
+  changed_.wait(lock, [this] { return isWorthWaking(); });
+  isInterrupted_ = false;
+  return takeFirst();
+}
+
+std::optional<AnalyzerInput> AnalyzerInputStream::next(std::chrono::milliseconds atMost) {
+  std::unique_lock lock(mutex_);
+  changed_.wait_for(lock, atMost, [this] { return isWorthWaking(); });
   isInterrupted_ = false;
   return takeFirst();
 }
@@ -65,7 +64,7 @@ std::optional<AnalyzerInput> AnalyzerInputStream::takeFirst() {
   if (inputs_.empty()) return std::nullopt;
   AnalyzerInput input = std::move(inputs_.front());
   inputs_.pop_front();
-  pendingSeconds_ = inputs_.empty() ? 0 : pendingSeconds_ - secondsOf(input.buffer);
+  pendingSeconds_ = inputs_.empty() ? 0 : pendingSeconds_ - input.seconds();
   return input;
 }
 

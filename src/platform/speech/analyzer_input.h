@@ -3,6 +3,7 @@
 
 #include "platform/audio/pcm_buffer.h"
 
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
@@ -13,6 +14,11 @@ namespace velun {
 /// One piece of audio for the analyzer, in the analyzer's format.
 struct AnalyzerInput {
   PcmBuffer buffer;
+
+  /// How long it lasts.
+  double seconds() const {
+    return static_cast<double>(buffer.frameLength()) / buffer.format().sampleRate;
+  }
 };
 
 /// The unbounded stream from the feeder (capture thread) to the analyzer (decode worker).
@@ -28,6 +34,9 @@ class AnalyzerInputStream {
   /// woken by `interrupt`. Decode worker.
   std::optional<AnalyzerInput> next();
 
+  /// The same, waiting no longer than `atMost`. Decode worker.
+  std::optional<AnalyzerInput> next(std::chrono::milliseconds atMost);
+
   /// The next input if there is one now. Decode worker.
   std::optional<AnalyzerInput> tryNext();
 
@@ -41,6 +50,7 @@ class AnalyzerInputStream {
   double pendingSeconds() const;
 
  private:
+  bool isWorthWaking() const { return !inputs_.empty() || isFinished_ || isInterrupted_; }
   std::optional<AnalyzerInput> takeFirst();
 
   mutable std::mutex mutex_;

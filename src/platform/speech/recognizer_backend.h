@@ -20,6 +20,10 @@ class RecognizerBackend {
   /// The results since the last call, in order. A draft that did not change is not repeated.
   virtual std::vector<TranscriptionResult> poll() = 0;
 
+  /// Whether results may still come without more audio: a phrase is under way or being settled.
+  /// `poll` is then called every now and then, and `finalize` when the audio has stopped.
+  virtual bool expectsResults() const { return false; }
+
   /// Settles the phrase under way, feeding the recognizer the silence it needs; `poll` then gives
   /// its final result.
   virtual void finalize() = 0;

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "recognition/wav_file.h"
+
+#include <QString>
+
+#include <vector>
+
+namespace velun::bench {
+
+/// A sound and what is said in it.
+struct Clip {
+  QString name;
+  QString text;
+  Sound sound;
+};
+
+/// The clips of a folder by its transcript file: one "words (clip-name)" a line.
+std::vector<Clip> readClips(const QString& folder, const QString& transcript);
+
+/// Sentences of our own in synthetic voices, made in `folder`; with `noise`, pink noise 23 dB below
+/// the voice is added.
+std::vector<Clip> synthesise(const QString& folder, bool noise);
+
+/// About two minutes of noises and music-like sounds without any speech, made in `folder`.
+std::vector<Clip> soundsWithoutSpeech(const QString& folder);
+
+/// Where speech begins and ends in a sound, in seconds.
+struct SpeechSpan {
+  double begin = 0;
+  double end = 0;
+};
+SpeechSpan speechIn(const Sound& sound);
+
+}  // namespace velun::bench

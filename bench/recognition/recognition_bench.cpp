@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the recognizer makes of speech and of noise. Without arguments: the built-in recognizer on
+// read books, synthetic voices, the same in noise, and sounds without speech. With a folder of WAV
+// files and a transcript: those clips, one line each.
+#include "platform/speech/linux/built_in/built_in_recognizer_provider.h"
+#include "recognition/clips.h"
+#include "recognition/recognition_run.h"
+
+#include <QCoreApplication>
+#include <QTemporaryDir>
+
+#include <cstdio>
+
+using namespace velun;
+using namespace velun::bench;
+
+namespace {
+
+const auto kBooks = QStringLiteral("/usr/share/pocketsphinx/test/data/librivox");
+const auto kLocale = QStringLiteral("en_US");
+
+void row(const char* name, double value, const char* unit) {
+  std::printf("%s %.3f %s\n", name, value, unit);
+  std::fflush(stdout);
+}
+
+void printRealTime(const Outcome& outcome) {
+  row("recognizer_core_use", outcome.cpuSeconds / outcome.audioSeconds, "cores");
+  row("recognizer_first_draft_s", percentile(outcome.firstDraftDelays, 0.5), "s");
+  row("recognizer_final_s", percentile(outcome.finalDelays, 0.5), "s");
+  row("recognizer_final_p95_s", percentile(outcome.finalDelays, 0.95), "s");
+  row("recognizer_draft_churn_percent",
+      outcome.shownWords ? 100.0 * outcome.changedWords / outcome.shownWords : 0, "%");
+  row("recognizer_rss_mb", outcome.residentMegabytes, "MB");
+}
+
+void measureClips(RecognizerProvider& provider, const std::vector<Clip>& clips) {
+  const Outcome fast = recognise(provider, kLocale, clips, Pace::asFastAsPossible, true);
+  row("recognizer_wer_percent", fast.words.percent(), "%");
+  row("recognizer_real_time_factor", fast.cpuSeconds / fast.audioSeconds, "x");
+  printRealTime(recognise(provider, kLocale, clips, Pace::realTime, false));
+}
+
+void measureAll(RecognizerProvider& provider, bool isVerbose) {
+  const QTemporaryDir folder;
+  const auto percent = [&](const std::vector<Clip>& clips) {
+    return recognise(provider, kLocale, clips, Pace::asFastAsPossible, isVerbose).words.percent();
+  };
+  std::vector<Clip> books = readClips(kBooks, kBooks + "/transcription");
+  std::vector<Clip> voices = synthesise(folder.path(), false);
+  row("recognizer_wer_percent", percent(books), "%");
+  row("recognizer_wer_flite_clean_percent", percent(voices), "%");
+  row("recognizer_wer_flite_noise_percent", percent(synthesise(folder.path(), true)), "%");
+  const Outcome noise = recognise(provider, kLocale, soundsWithoutSpeech(folder.path()),
+                                  Pace::asFastAsPossible, isVerbose);
+  row("recognizer_false_words_per_min", 60.0 * noise.recognizedWords / noise.audioSeconds,
+      "words/min");
+  for (std::size_t i = 0; i < voices.size(); i += 4) books.push_back(voices[i]);
+  printRealTime(recognise(provider, kLocale, books, Pace::realTime, false));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QCoreApplication app(argc, argv);
+  const QStringList arguments = QCoreApplication::arguments();
+  BuiltInRecognizerProvider provider;
+  try {
+    if (arguments.size() == 3) {
+      measureClips(provider, readClips(arguments[1], arguments[2]));
+    } else {
+      measureAll(provider, arguments.contains("--verbose"));
+    }
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "%s\n", error.what());
+    return 1;
+  }
+  return 0;
+}

@@ -1,0 +1,206 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "recognition/recognition_run.h"
+
+#include "audio/audio_feeder.h"
+#include "platform/foundation/system_clock.h"
+#include "platform/speech/local_speech_analyzer.h"
+#include "platform/speech/local_transcriber.h"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QFile>
+#include <QTimer>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <sys/resource.h>
+
+namespace velun::bench {
+
+namespace {
+
+constexpr double kPauseAfterClip = 2.0;
+constexpr double kPiece = 0.02;
+constexpr AudioFormat kAnalyzerFormat = {AudioFormat::Sample::float32, 16000, 1, true};
+
+double cpuSeconds() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  const auto seconds = [](const timeval& time) {
+    return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec);
+  };
+  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+double residentMegabytes() {
+  QFile file(QStringLiteral("/proc/self/status"));
+  if (!file.open(QFile::ReadOnly)) return 0;
+  for (const QByteArray& line : file.readAll().split('\n')) {
+    if (line.startsWith("VmRSS:")) return line.mid(6).simplified().split(' ').first().toDouble() / 1024;
+  }
+  return 0;
+}
+
+/// One run of the analyzer, its results with the time of their arrival.
+class Run {
+ public:
+  struct Arrival {
+    TranscriptionResult result;
+    double at;
+  };
+
+  Run(RecognizerProvider& provider, const QString& locale)
+      : transcriber_(std::make_shared<LocalTranscriber>(locale)),
+        input_(std::make_shared<AnalyzerInputStream>()),
+        feeder_(kAnalyzerFormat, input_, clock_),
+        analyzer_(transcriber_, provider.factory(locale), {}, clock_) {
+    transcriber_->onResult = [this](const TranscriptionResult& result) {
+      arrivals.push_back({result, clock_.monotonicSeconds()});
+    };
+    transcriber_->onEnd = [this](const std::optional<QString>& error) {
+      if (error) std::fprintf(stderr, "%s\n", qUtf8Printable(*error));
+      ended_ = true;
+      loop_.quit();
+    };
+    analyzer_.start(input_);
+  }
+
+  void feed(std::span<const float> samples, double rate) {
+    const AudioFormat format = {AudioFormat::Sample::float32, rate, 1, true};
+    feeder_.feed(PcmBuffer::view(format, std::as_bytes(samples)));
+    QCoreApplication::processEvents();
+  }
+
+  void waitUntil(double time) {
+    while (clock_.monotonicSeconds() < time) {
+      QEventLoop loop;
+      const double left = time - clock_.monotonicSeconds();
+      QTimer::singleShot(std::max(0, static_cast<int>(left * 1000)), Qt::PreciseTimer, &loop,
+                         &QEventLoop::quit);
+      loop.exec();
+    }
+  }
+
+  /// Keeps the queue short, so that memory tells of the recognizer and not of waiting audio.
+  void catchUp() {
+    while (input_->pendingSeconds() > 1) waitUntil(now() + 0.002);
+  }
+
+  void finish() {
+    analyzer_.finalizeAndFinishThroughEndOfInput();
+    if (!ended_) loop_.exec();
+  }
+
+  double now() const { return clock_.monotonicSeconds(); }
+
+  std::vector<Arrival> arrivals;
+
+ private:
+  SystemClock clock_;
+  std::shared_ptr<LocalTranscriber> transcriber_;
+  std::shared_ptr<AnalyzerInputStream> input_;
+  AudioFeeder feeder_;
+  QEventLoop loop_;
+  bool ended_ = false;
+  LocalSpeechAnalyzer analyzer_;
+};
+
+/// Plays one sound; gives the time at which it began.
+double play(Run& run, const Sound& sound, Pace pace) {
+  const double begin = run.now();
+  const auto piece = static_cast<std::size_t>(sound.sampleRate * kPiece);
+  std::vector<float> samples = sound.samples;
+  samples.resize(samples.size() + static_cast<std::size_t>(kPauseAfterClip * sound.sampleRate));
+  for (std::size_t i = 0; i < samples.size(); i += piece) {
+    const std::size_t length = std::min(piece, samples.size() - i);
+    if (pace == Pace::realTime) {
+      run.waitUntil(begin + static_cast<double>(i + length) / sound.sampleRate);
+    } else {
+      run.catchUp();
+    }
+    run.feed(std::span<const float>(samples).subspan(i, length), sound.sampleRate);
+  }
+  return begin;
+}
+
+void countDrafts(const std::vector<Run::Arrival>& arrivals, Outcome& outcome) {
+  QStringList shown;
+  for (const Run::Arrival& arrival : arrivals) {
+    const QStringList words = comparedWords(arrival.result.text);
+    if (!arrival.result.isFinal) {
+      outcome.shownWords += static_cast<int>(std::max<qsizetype>(words.size() - shown.size(), 0));
+      outcome.changedWords += changedWords(shown, words);
+    }
+    shown = arrival.result.isFinal ? QStringList() : words;
+  }
+}
+
+void countDelays(const std::vector<Run::Arrival>& arrivals, double begin, const Sound& sound,
+                 Outcome& outcome) {
+  const SpeechSpan speech = speechIn(sound);
+  const auto isDraft = [](const Run::Arrival& each) { return !each.result.isFinal; };
+  const auto draft = std::find_if(arrivals.begin(), arrivals.end(), isDraft);
+  if (draft != arrivals.end()) {
+    outcome.firstDraftDelays.push_back(draft->at - begin - speech.begin);
+  }
+  const auto final = std::find_if_not(arrivals.rbegin(), arrivals.rend(), isDraft);
+  if (final != arrivals.rend()) outcome.finalDelays.push_back(final->at - begin - speech.end);
+}
+
+}  // namespace
+
+Outcome recognise(RecognizerProvider& provider, const QString& locale,
+                  const std::vector<Clip>& clips, Pace pace, bool isVerbose) {
+  Outcome outcome;
+  Run run(provider, locale);
+  // The decoders load for a moment; a user does not wait for each clip either.
+  if (pace == Pace::realTime) run.waitUntil(run.now() + 1.0);
+  const double cpuBegin = cpuSeconds();
+  const double wallBegin = run.now();
+  std::vector<std::pair<std::size_t, double>> begins;
+  for (const Clip& clip : clips) {
+    begins.emplace_back(run.arrivals.size(), 0);
+    begins.back().second = play(run, clip.sound, pace);
+    outcome.audioSeconds += clip.sound.seconds() + kPauseAfterClip;
+    // Without real time the last words of a clip are waited for, so that they count for it.
+    if (pace == Pace::asFastAsPossible) {
+      run.catchUp();
+      run.waitUntil(run.now() + 1.5);
+    }
+  }
+  outcome.residentMegabytes = residentMegabytes();
+  run.finish();
+  outcome.cpuSeconds = cpuSeconds() - cpuBegin;
+  outcome.wallSeconds = run.now() - wallBegin;
+  begins.emplace_back(run.arrivals.size(), 0);
+  for (std::size_t i = 0; i < clips.size(); ++i) {
+    const std::vector<Run::Arrival> arrivals(
+        run.arrivals.begin() + static_cast<std::ptrdiff_t>(begins[i].first),
+        run.arrivals.begin() + static_cast<std::ptrdiff_t>(begins[i + 1].first));
+    QStringList finals;
+    for (const Run::Arrival& each : arrivals) {
+      if (each.result.isFinal) finals.append(each.result.text);
+    }
+    const QString text = finals.join(u' ');
+    const WordErrors errors = countWordErrors(clips[i].text, text);
+    outcome.words += errors;
+    outcome.recognizedWords += static_cast<int>(comparedWords(text).size());
+    countDrafts(arrivals, outcome);
+    if (pace == Pace::realTime) countDelays(arrivals, begins[i].second, clips[i].sound, outcome);
+    if (isVerbose) {
+      std::printf("# %s: %d of %d words wrong: %s\n", qUtf8Printable(clips[i].name), errors.errors,
+                  errors.words, qUtf8Printable(text));
+    }
+  }
+  return outcome;
+}
+
+double percentile(std::vector<double> values, double share) {
+  if (values.empty()) return 0;
+  std::sort(values.begin(), values.end());
+  const auto index = static_cast<std::size_t>(share * static_cast<double>(values.size() - 1) + 0.5);
+  return values[index];
+}
+
+}  // namespace velun::bench

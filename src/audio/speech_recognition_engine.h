@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "audio/speech_recognizing.h"
+#include "platform/audio/audio_platform.h"
+#include "platform/foundation/clock.h"
+#include "platform/foundation/one_shot.h"
+#include "platform/speech/speech_platform.h"
+
+#include <memory>
+#include <optional>
+#include <QObject>
+#include <QPointer>
+#include <QStringList>
+#include <QUuid>
+#include <variant>
+
+namespace velun {
+
+class AudioFeeder;
+class AudioSource;
+
+/// Runs one recognition pass at a time: a source captures sound, the feeder converts it, the
+/// platform's analyzer recognizes it, and the results become events. Main thread.
+class SpeechRecognitionEngine final : public QObject, public SpeechRecognizing {
+  Q_OBJECT
+
+ public:
+  /// All three must outlive the engine.
+  SpeechRecognitionEngine(SpeechPlatform& speech, AudioPlatform& audio, Clock& clock);
+  ~SpeechRecognitionEngine() override;
+
+  /// The locale identifiers that can be recognized.
+  static QCoro::Task<QStringList> supportedLocales(SpeechPlatform& speech);
+
+  QCoro::Task<> start(QString localeID, bool useMic, std::stop_token stop = {}) override;
+  QCoro::Task<> stop() override;
+  std::vector<float> meterBands() const override;
+
+ private:
+  /// What one run was started with.
+  struct Run {
+    Run(QUuid runToken, QString localeID, AudioInput audioInput)
+        : token(runToken), sourceID(std::move(localeID)), input(audioInput) {}
+    QUuid token;
+    QString sourceID;
+    AudioInput input;
+  };
+
+  QCoro::Task<> setUp(Run run, std::stop_token stop);
+  QCoro::Task<> installModel(std::shared_ptr<AssetInstallationRequest> request, QUuid token,
+                             std::stop_token stop);
+  /// Throws `Cancelled` once a stop was requested, the run was replaced or the engine is gone.
+  static void checkCancellation(const QPointer<SpeechRecognitionEngine>& engine, QUuid token,
+                                const std::stop_token& stop);
+  void listenTo(SpeechTranscriber& transcriber, const Run& run);
+  void startAudio(const AudioFormat& format, const Run& run);
+  void handle(const TranscriptionResult& result, const Run& run);
+  void resultsEnded(const std::optional<QString>& error, QUuid token);
+  void handleInterruption(AudioInterruption interruption, QUuid token);
+  void checkSilenceLater(QUuid token);
+  QCoro::Task<> checkSilence(QUuid token);
+  void updateStatus();
+  void forgetRun();
+  void send(const SpeechRecognitionEvent& event) const;
+
+  SpeechPlatform& speech_;
+  AudioPlatform& audioPlatform_;
+  Clock& clock_;
+
+  std::shared_ptr<SpeechTranscriber> transcriber_;
+  std::shared_ptr<SpeechAnalyzer> analyzer_;
+  std::shared_ptr<AnalyzerInputStream> input_;
+  std::unique_ptr<AudioFeeder> feeder_;
+  std::unique_ptr<AudioSource> audio_;
+  /// Answered when the results have ended.
+  OneShot<std::monostate> resultsEnd_;
+  std::unique_ptr<ScheduledCall> silenceCheck_;
+  /// Names the current run; whatever belongs to another is stale.
+  QUuid engineToken_;
+  /// The last draft.
+  QString volatileText_;
+  bool isInterrupted_ = false;
+  bool isFallingBehind_ = false;
+  std::optional<QString> shownStatus_;
+};
+
+}  // namespace velun

@@ -1,0 +1,145 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/speech/decode_worker.h"
+
+#include "platform/foundation/failure.h"
+
+#include <chrono>
+#include <QMetaObject>
+#include <utility>
+
+namespace velun {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// How often a recognizer that settles something is asked for it while no audio comes.
+constexpr auto kPollInterval = 20ms;
+/// A phrase that gets no more audio is settled after this long. The engine asks for the same after
+/// a second when a draft is shown; this is for a word too short to have been one.
+constexpr auto kStarvation = 1500ms;
+
+using SteadyClock = std::chrono::steady_clock;
+
+}  // namespace
+
+DecodeWorker::DecodeWorker(RecognizerProvider::Factory factory,
+                           std::shared_ptr<AnalyzerInputStream> input, Listener listener,
+                           QObject* receiver)
+    : input_(std::move(input)),
+      listener_(std::make_shared<const Listener>(std::move(listener))),
+      receiver_(receiver) {
+  thread_ = std::thread([this, factory = std::move(factory)] { run(factory); });
+}
+
+DecodeWorker::~DecodeWorker() {
+  cancel();
+  thread_.join();
+}
+
+OneShot<std::monostate> DecodeWorker::finalizeSoFar() {
+  const OneShot<std::monostate> request;
+  {
+    const std::lock_guard lock(mutex_);
+    if (hasEnded_) {
+      request.complete({});
+    } else {
+      finalizeRequests_.push_back(request);
+    }
+  }
+  input_->interrupt();
+  return request;
+}
+
+void DecodeWorker::cancel() {
+  *isCancelled_ = true;
+  input_->interrupt();
+}
+
+void DecodeWorker::run(const RecognizerProvider::Factory& factory) {
+  std::optional<QString> error;
+  try {
+    const std::unique_ptr<RecognizerBackend> backend = factory();
+    decode(*backend);
+  } catch (const std::exception& failure) {
+    error = descriptionOf(failure);
+  }
+  const bool hasFailed = error && !*isCancelled_;
+  QMetaObject::invokeMethod(
+      receiver_,
+      [listener = listener_, error = hasFailed ? error : std::nullopt] { listener->onEnd(error); },
+      Qt::QueuedConnection);
+  const std::lock_guard lock(mutex_);
+  hasEnded_ = true;
+  for (const auto& request : std::exchange(finalizeRequests_, {})) request.complete({});
+}
+
+void DecodeWorker::decode(RecognizerBackend& backend) {
+  auto lastAudio = SteadyClock::now();
+  while (!*isCancelled_) {
+    const bool isPolling = backend.expectsResults();
+    const std::optional<AnalyzerInput> input =
+        isPolling ? input_->next(kPollInterval) : input_->next();
+    if (*isCancelled_) return;
+    if (input) {
+      lastAudio = SteadyClock::now();
+      accept(backend, *input);
+    } else if (input_->isDrained()) {
+      backend.finalize();
+      deliverResults(backend);
+      return;
+    } else if (isPolling && SteadyClock::now() - lastAudio > kStarvation) {
+      lastAudio = SteadyClock::now();
+      backend.finalize();
+    }
+    deliverResults(backend);
+    answerFinalize(backend);
+  }
+}
+
+void DecodeWorker::accept(RecognizerBackend& backend, const AnalyzerInput& input) {
+  backend.acceptAudio(input.buffer.floatSamples());
+  if (const auto isBehind = lag_.update(input_->pendingSeconds())) {
+    post([listener = listener_, behind = *isBehind] { listener->onFallingBehind(behind); });
+  }
+}
+
+void DecodeWorker::deliverResults(RecognizerBackend& backend) {
+  for (TranscriptionResult& result : backend.poll()) {
+    post([listener = listener_, result = std::move(result)] { listener->onResult(result); });
+  }
+}
+
+void DecodeWorker::answerFinalize(RecognizerBackend& backend) {
+  std::vector<OneShot<std::monostate>> requests;
+  {
+    const std::lock_guard lock(mutex_);
+    requests = std::exchange(finalizeRequests_, {});
+  }
+  if (requests.empty()) return;
+  // Only what was there when it was asked: with a slow machine and audio that goes on, waiting for
+  // an empty stream could last for ever.
+  for (double waiting = input_->pendingSeconds(); waiting > 0 && !*isCancelled_;) {
+    const std::optional<AnalyzerInput> input = input_->tryNext();
+    if (!input) break;
+    waiting -= input->seconds();
+    accept(backend, *input);
+    deliverResults(backend);
+  }
+  if (!*isCancelled_) {
+    backend.finalize();
+    deliverResults(backend);
+  }
+  for (const auto& request : requests) request.complete({});
+}
+
+void DecodeWorker::post(std::function<void()> call) {
+  QMetaObject::invokeMethod(
+      receiver_,
+      [isCancelled = isCancelled_, call = std::move(call)] {
+        if (!*isCancelled) call();
+      },
+      Qt::QueuedConnection);
+}
+
+}  // namespace velun

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/speech/linux/built_in/final_pass.h"
+#include "platform/speech/linux/built_in/phrase_finder.h"
+#include "platform/speech/linux/built_in/sphinx_decoder.h"
+#include "platform/speech/linux/built_in/stable_draft.h"
+#include "platform/speech/recognizer_backend.h"
+
+#include <functional>
+#include <QString>
+#include <vector>
+
+namespace velun {
+
+/// US English without any download: a quick decoder gives drafts while a phrase is spoken, and a
+/// second one hears the whole phrase again for its final words.
+class BuiltInBackend final : public RecognizerBackend {
+ public:
+  /// Turns the bare words of a phrase into a written sentence.
+  using Writer = std::function<QString(const QStringList& words)>;
+
+  /// Loads both decoders. Throws `Failure`.
+  explicit BuiltInBackend(Writer writer);
+  ~BuiltInBackend() override;
+
+  void acceptAudio(std::span<const float> samples) override;
+  std::vector<TranscriptionResult> poll() override;
+  bool expectsResults() const override;
+  void finalize() override;
+  void reset() override;
+
+ private:
+  void acceptFrame(std::span<const float> frame);
+  void beginDraft();
+  void feedDraft(std::span<const float> samples);
+  void endPhrase();
+  void deliver(const QStringList& words);
+  void takeFinal();
+  std::vector<std::int16_t> levelled(std::span<const float> phrase) const;
+
+  Writer writer_;
+  SphinxDecoder drafts_;
+  FinalPass finals_;
+  PhraseFinder phrases_;
+  StableDraft stable_;
+  std::vector<float> partialFrame_;
+  std::vector<TranscriptionResult> results_;
+  QString shownDraft_;
+  bool isDrafting_ = false;
+  int framesSinceGuess_ = 0;
+  /// The gain of the phrase under way, from the level of those before it.
+  float draftGain_ = 1;
+  /// A phrase has ended and its final words are awaited.
+  bool awaitsFinal_ = false;
+  /// The final pass was begun in a pause of the phrase under way.
+  bool isSettling_ = false;
+  /// How much of the awaited phrase was voice, in seconds.
+  double awaitedVoice_ = 0;
+};
+
+}  // namespace velun

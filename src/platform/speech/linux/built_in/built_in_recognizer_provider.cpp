@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/speech/linux/built_in/built_in_recognizer_provider.h"
+
+#include "platform/speech/linux/built_in/sentence_case.h"
+#include "platform/speech/linux/built_in/sphinx_decoder.h"
+
+#include <malloc.h>
+
+namespace velun {
+
+namespace {
+
+const auto kLocale = QStringLiteral("en_US");
+
+/// Gives the decoders' memory back to the system once they are freed; the allocator would keep
+/// some of it.
+class TrimmedBackend final : public RecognizerBackend {
+ public:
+  explicit TrimmedBackend(std::unique_ptr<RecognizerBackend> backend)
+      : backend_(std::move(backend)) {}
+  ~TrimmedBackend() override {
+    backend_.reset();
+    malloc_trim(0);
+  }
+  void acceptAudio(std::span<const float> samples) override { backend_->acceptAudio(samples); }
+  std::vector<TranscriptionResult> poll() override { return backend_->poll(); }
+  bool expectsResults() const override { return backend_->expectsResults(); }
+  void finalize() override { backend_->finalize(); }
+  void reset() override { backend_->reset(); }
+
+ private:
+  std::unique_ptr<RecognizerBackend> backend_;
+};
+
+}  // namespace
+
+BuiltInRecognizerProvider::BuiltInRecognizerProvider(WriterSource writerSource)
+    : writerSource_(std::move(writerSource)) {}
+
+QStringList BuiltInRecognizerProvider::supportedLocales() const {
+  return {kLocale};
+}
+
+bool BuiltInRecognizerProvider::isInstalled(const QString& locale) const {
+  return locale == kLocale && SphinxDecoder::isInstalled();
+}
+
+RecognizerProvider::Factory BuiltInRecognizerProvider::factory(const QString&) const {
+  BuiltInBackend::Writer writer = writerSource_ ? writerSource_() : BuiltInBackend::Writer();
+  if (!writer) writer = sentenceCase;
+  return [writer]() -> std::unique_ptr<RecognizerBackend> {
+    return std::make_unique<TrimmedBackend>(std::make_unique<BuiltInBackend>(writer));
+  };
+}
+
+std::shared_ptr<AssetInstallationRequest> BuiltInRecognizerProvider::installationRequest(
+    const QString&) {
+  return nullptr;
+}
+
+void BuiltInRecognizerProvider::fetchInBackground(const QString&) {}
+
+}  // namespace velun

@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/speech/linux/built_in/phrase_finder.h"
+
+#include <algorithm>
+#include <bit>
+
+namespace velun {
+
+namespace {
+
+constexpr std::size_t kFrame = VoiceActivity::kFrameLength;
+constexpr double kFrameSeconds = 0.01;
+
+constexpr int frames(double seconds) {
+  return static_cast<int>(seconds / kFrameSeconds + 0.5);
+}
+
+/// Heard before the first voice and kept, because words begin softly and because a recognizer
+/// wants to hear the background first.
+constexpr int kLeadFrames = frames(0.4);
+/// So much voice among the last 80 ms begins a phrase: clicks are shorter.
+constexpr int kVoiceToBegin = 5;
+constexpr unsigned kRecentMask = 0xFF;
+constexpr int kPauseToSettle = frames(0.3);
+constexpr int kPauseToEnd = frames(0.6);
+constexpr int kLongPhrase = frames(8.0);
+constexpr int kPauseToEndLong = frames(0.2);
+constexpr int kLongestPhrase = frames(15.0);
+/// Where a phrase without any pause may be cut, before its end.
+constexpr int kCutWindow = frames(3.0);
+constexpr int kCutGap = frames(0.06);
+
+}  // namespace
+
+PhraseFinder::Event PhraseFinder::accept(std::span<const float> frame) {
+  const bool isVoice = activity_.isVoice(frame);
+  samples_.insert(samples_.end(), frame.begin(), frame.end());
+  levels_.push_back(activity_.level());
+  if (isInPhrase_) return continuePhrase(isVoice);
+  recentVoice_ = ((recentVoice_ << 1) | (isVoice ? 1U : 0U)) & kRecentMask;
+  if (std::popcount(recentVoice_) >= kVoiceToBegin) {
+    begin();
+    return Event::began;
+  }
+  if (levels_.size() > static_cast<std::size_t>(kLeadFrames)) {
+    levels_.erase(levels_.begin());
+    samples_.erase(samples_.begin(), samples_.begin() + kFrame);
+  }
+  return Event::none;
+}
+
+PhraseFinder::Event PhraseFinder::continuePhrase(bool isVoice) {
+  const int length = static_cast<int>(levels_.size());
+  if (isVoice) {
+    ++voicedFrames_;
+    silentFrames_ = 0;
+    if (length >= kLongestPhrase) {
+      cut_ = quietestPlace() * kFrame;
+      isInPhrase_ = false;
+      return Event::ended;
+    }
+    if (isPausing_) {
+      isPausing_ = false;
+      return Event::resumed;
+    }
+    return Event::none;
+  }
+  ++silentFrames_;
+  const int pauseToEnd = length >= kLongPhrase ? kPauseToEndLong : kPauseToEnd;
+  if (silentFrames_ >= pauseToEnd) {
+    end();
+    return Event::ended;
+  }
+  if (silentFrames_ == kPauseToSettle) {
+    isPausing_ = true;
+    return Event::pausing;
+  }
+  return Event::none;
+}
+
+bool PhraseFinder::end() {
+  if (!isInPhrase_) return false;
+  isInPhrase_ = false;
+  cut_ = samples_.size();
+  return true;
+}
+
+std::vector<float> PhraseFinder::takePhrase() {
+  std::vector<float> phrase(samples_.begin(), samples_.begin() + static_cast<std::ptrdiff_t>(cut_));
+  const bool wasCut = cut_ < samples_.size();
+  samples_.erase(samples_.begin(), samples_.begin() + static_cast<std::ptrdiff_t>(cut_));
+  levels_.erase(levels_.begin(), levels_.begin() + static_cast<std::ptrdiff_t>(cut_ / kFrame));
+  recentVoice_ = 0;
+  if (wasCut) begin();
+  return phrase;
+}
+
+void PhraseFinder::reset() {
+  isInPhrase_ = false;
+  recentVoice_ = 0;
+  samples_.clear();
+  levels_.clear();
+}
+
+double PhraseFinder::voicedSeconds() const {
+  return voicedFrames_ * kFrameSeconds;
+}
+
+std::size_t PhraseFinder::quietestPlace() const {
+  const int length = static_cast<int>(levels_.size());
+  float quietest = 0;
+  int place = length;
+  for (int i = length - kCutWindow; i + kCutGap <= length; ++i) {
+    const auto first = levels_.begin() + i;
+    const float loudest = *std::max_element(first, first + kCutGap);
+    if (loudest < quietest) {
+      quietest = loudest;
+      place = i + kCutGap / 2;
+    }
+  }
+  return static_cast<std::size_t>(place);
+}
+
+void PhraseFinder::begin() {
+  isInPhrase_ = true;
+  isPausing_ = false;
+  silentFrames_ = 0;
+  voicedFrames_ = std::popcount(recentVoice_);
+  recentVoice_ = 0;
+}
+
+}  // namespace velun

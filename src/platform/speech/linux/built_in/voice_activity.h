@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <deque>
+#include <span>
+
+namespace velun {
+
+/// Tells frames with a voice from frames without, by their level above the background. The
+/// background is the quietest tenth of a second of the last seconds: speech has gaps, noise has
+/// none, so a noise that stays is taken for background soon.
+class VoiceActivity {
+ public:
+  /// 10 ms at 16 kHz.
+  static constexpr std::size_t kFrameLength = 160;
+
+  /// Whether one frame of 160 samples in -1…1 is loud enough to be a voice.
+  bool isVoice(std::span<const float> frame);
+
+  /// The level of the last frame in dB below full scale.
+  float level() const { return level_; }
+  /// The level of the background, likewise.
+  float background() const { return background_; }
+
+ private:
+  void updateBackground();
+
+  float lastSample_ = 0;
+  float level_ = -90;
+  float background_ = -60;
+  double blockPower_ = 0;
+  int blockFrames_ = 0;
+  int framesHeard_ = 0;
+  std::deque<float> blocks_;
+};
+
+}  // namespace velun
