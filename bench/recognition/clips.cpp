@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "recognition/clips.h"
 
+#include <algorithm>
+#include <cmath>
 #include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
-
-#include <algorithm>
-#include <cmath>
 #include <stdexcept>
 
 namespace velun::bench {
@@ -34,8 +33,8 @@ void run(const QString& program, const QStringList& arguments) {
 }
 
 void sox(const QString& path, const QString& effects) {
-  run("sox", QStringList({"-n", "-R", "-r", "16000", "-c", "1", "-b", "16", path}) +
-                 effects.split(u' '));
+  run("sox",
+      QStringList({"-n", "-R", "-r", "16000", "-c", "1", "-b", "16", path}) + effects.split(u' '));
 }
 
 double rms(const Sound& sound) {
@@ -120,7 +119,9 @@ SpeechSpan speechIn(const Sound& sound) {
     levels.push_back(level);
   }
   const float loud = *std::max_element(levels.begin(), levels.end()) * kQuiet;
-  const auto isLoud = [loud](float level) { return level > loud; };
+  const auto isLoud = [loud](float level) {
+    return level > loud;
+  };
   const auto first = std::find_if(levels.begin(), levels.end(), isLoud);
   const auto last = std::find_if(levels.rbegin(), levels.rend(), isLoud);
   return {static_cast<double>(first - levels.begin()) * kFrame,

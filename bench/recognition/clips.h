@@ -4,7 +4,6 @@
 #include "recognition/wav_file.h"
 
 #include <QString>
-
 #include <vector>
 
 namespace velun::bench {

@@ -6,10 +6,9 @@
 #include "recognition/clips.h"
 #include "recognition/recognition_run.h"
 
+#include <cstdio>
 #include <QCoreApplication>
 #include <QTemporaryDir>
-
-#include <cstdio>
 
 using namespace velun;
 using namespace velun::bench;

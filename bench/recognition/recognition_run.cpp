@@ -6,14 +6,13 @@
 #include "platform/speech/local_speech_analyzer.h"
 #include "platform/speech/local_transcriber.h"
 
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QFile>
 #include <QTimer>
-
-#include <algorithm>
-#include <cmath>
-#include <cstdio>
 #include <sys/resource.h>
 
 namespace velun::bench {
@@ -37,7 +36,8 @@ double residentMegabytes() {
   QFile file(QStringLiteral("/proc/self/status"));
   if (!file.open(QFile::ReadOnly)) return 0;
   for (const QByteArray& line : file.readAll().split('\n')) {
-    if (line.startsWith("VmRSS:")) return line.mid(6).simplified().split(' ').first().toDouble() / 1024;
+    if (line.startsWith("VmRSS:"))
+      return line.mid(6).simplified().split(' ').first().toDouble() / 1024;
   }
   return 0;
 }
@@ -87,6 +87,13 @@ class Run {
     while (input_->pendingSeconds() > 1) waitUntil(now() + 0.002);
   }
 
+  /// Waits until everything fed so far is settled, and the decoders are loaded.
+  void settle() {
+    QEventLoop loop;
+    settleThen(&loop);
+    loop.exec();
+  }
+
   void finish() {
     analyzer_.finalizeAndFinishThroughEndOfInput();
     if (!ended_) loop_.exec();
@@ -97,6 +104,12 @@ class Run {
   std::vector<Arrival> arrivals;
 
  private:
+  QCoro::Task<> settleThen(QEventLoop* loop) {
+    QCoro::Task<> settling = analyzer_.finalizeThroughEndOfInputSoFar();
+    co_await settling;
+    loop->quit();
+  }
+
   SystemClock clock_;
   std::shared_ptr<LocalTranscriber> transcriber_;
   std::shared_ptr<AnalyzerInputStream> input_;
@@ -139,7 +152,9 @@ void countDrafts(const std::vector<Run::Arrival>& arrivals, Outcome& outcome) {
 void countDelays(const std::vector<Run::Arrival>& arrivals, double begin, const Sound& sound,
                  Outcome& outcome) {
   const SpeechSpan speech = speechIn(sound);
-  const auto isDraft = [](const Run::Arrival& each) { return !each.result.isFinal; };
+  const auto isDraft = [](const Run::Arrival& each) {
+    return !each.result.isFinal;
+  };
   const auto draft = std::find_if(arrivals.begin(), arrivals.end(), isDraft);
   if (draft != arrivals.end()) {
     outcome.firstDraftDelays.push_back(draft->at - begin - speech.begin);
@@ -154,8 +169,7 @@ Outcome recognise(RecognizerProvider& provider, const QString& locale,
                   const std::vector<Clip>& clips, Pace pace, bool isVerbose) {
   Outcome outcome;
   Run run(provider, locale);
-  // The decoders load for a moment; a user does not wait for each clip either.
-  if (pace == Pace::realTime) run.waitUntil(run.now() + 1.0);
+  run.settle();
   const double cpuBegin = cpuSeconds();
   const double wallBegin = run.now();
   std::vector<std::pair<std::size_t, double>> begins;
@@ -164,10 +178,7 @@ Outcome recognise(RecognizerProvider& provider, const QString& locale,
     begins.back().second = play(run, clip.sound, pace);
     outcome.audioSeconds += clip.sound.seconds() + kPauseAfterClip;
     // Without real time the last words of a clip are waited for, so that they count for it.
-    if (pace == Pace::asFastAsPossible) {
-      run.catchUp();
-      run.waitUntil(run.now() + 1.5);
-    }
+    if (pace == Pace::asFastAsPossible) run.settle();
   }
   outcome.residentMegabytes = residentMegabytes();
   run.finish();

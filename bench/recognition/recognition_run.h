@@ -6,7 +6,6 @@
 #include "recognition/word_errors.h"
 
 #include <QStringList>
-
 #include <vector>
 
 namespace velun::bench {

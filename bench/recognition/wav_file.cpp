@@ -3,7 +3,6 @@
 
 #include <QFile>
 #include <QtEndian>
-
 #include <stdexcept>
 
 namespace velun::bench {

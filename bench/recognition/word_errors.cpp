@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "recognition/word_errors.h"
 
-#include <QRegularExpression>
-
 #include <algorithm>
 #include <numeric>
+#include <QRegularExpression>
 #include <vector>
 
 namespace velun::bench {

@@ -10,7 +10,7 @@
 #include "platform/desktop/linux/linux_tray_host.h"
 #include "platform/foundation/file_preferences.h"
 #include "platform/foundation/system_clock.h"
-#include "platform/speech/linux/built_in_recognizer_provider.h"
+#include "platform/speech/linux/built_in/built_in_recognizer_provider.h"
 #include "platform/speech/local_speech_platform.h"
 #include "platform/translation/linux/apertium/apertium_backend.h"
 #include "platform/translation/linux/local_translation_platform.h"
