@@ -67,6 +67,9 @@ class CaptionViewModel final : public QObject {
   const SessionStore& store() const { return store_; }
   /// For whoever opens translation sessions: its configuration and the signal of its change.
   CaptionTranslator& translator() { return translator_; }
+  const std::optional<TranslationConfiguration>& translationConfig() const {
+    return translator_.configuration();
+  }
 
   /// Turns captions on: a session without lines begins now, one with lines goes on.
   void start();
