@@ -453,6 +453,29 @@ class CaptionLifecycleTest final : public test::Suite {
     QVERIFY(!fixture.engine->isStarted);
   }
 
+  void anEngineThatStartsAfterDestructionIsStopped() {
+    ModelFixture fixture;
+    fixture.engine->holdsStarts = true;
+    fixture.engine->ignoresStopRequests = true;
+    fixture.start();
+    fixture.model.reset();
+    fixture.engine->release();
+    settle();
+    QCOMPARE(fixture.engine->calls.mid(3), QStringList({"started", "stop", "stopped"}));
+  }
+
+  void aStartThatSucceedsAfterAShutdownIsStopped() {
+    ModelFixture fixture;
+    fixture.engine->holdsStarts = true;
+    fixture.engine->ignoresStopRequests = true;
+    fixture.start();
+    fixture.shutdown();
+    fixture.engine->release();
+    settle();
+    QCOMPARE(fixture.engine->calls.mid(3), QStringList({"started", "stop", "stopped"}));
+    QVERIFY(!fixture.model->isRunning() && !fixture.model->isTransitioning());
+  }
+
   void settingsMayChangeAfterDestruction() {
     ModelFixture fixture;
     fixture.start();

@@ -27,6 +27,8 @@ class ScriptedRecognizer final : public SpeechRecognizing {
     /// The next operations stay under way until they are released.
     bool holdsStarts = false;
     bool holdsStops = false;
+    /// A start under way goes on although its stop was requested.
+    bool ignoresStopRequests = false;
     /// The next start fails with this text, once.
     std::optional<QString> startFailure;
     /// Results that arrive while the next stop is finishing, once.
@@ -78,7 +80,7 @@ class ScriptedRecognizer final : public SpeechRecognizing {
       script->gate = gate;
       const auto cancel = [gate, script] {
         script->isStopRequested = true;
-        gate.fail(std::make_exception_ptr(Cancelled()));
+        if (!script->ignoresStopRequests) gate.fail(std::make_exception_ptr(Cancelled()));
       };
       const std::stop_callback cancelled(stop, cancel);
       if (script->holdsStarts) co_await gate;
