@@ -45,8 +45,8 @@ void writeLibrary(const QString& folder) {
   }
 }
 
-template <class Signal>
-void waitFor(const QObject* sender, Signal signal) {
+template <class Sender>
+void waitFor(const Sender* sender, void (Sender::*signal)()) {
   QEventLoop loop;
   QObject::connect(sender, signal, &loop, &QEventLoop::quit);
   loop.exec();

@@ -33,7 +33,7 @@ SYSTEM_LIBRARIES = {
     "QDBus": set(), "QtDBus": set(), "QNetwork": set(), "QtNetwork": set(), "QTcp": set(),
     "QSsl": set(), "soxr": {"audio", "platform/audio"}, "fftw3": {"audio"},
     "unicode/": {FOUNDATION, "settings", "settings/language", "model", "captions", "translation",
-                 "ui"},
+                 "platform/speech", "ui"},
     "simdjson": {"model", FOUNDATION},
 }
 

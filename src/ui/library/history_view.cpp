@@ -140,10 +140,12 @@ QWidget* HistoryView::makeSidebar() {
   auto* sidebar = new QWidget(splitter_);
   sidebar->setMinimumWidth(kSmallestSidebarWidth);
   searchField_ = new QLineEdit(sidebar);
+  searchField_->setObjectName(QStringLiteral("search"));
   searchField_->setClearButtonEnabled(true);
   searchField_->addAction(symbolIcon(QStringLiteral("magnifyingglass")),
                           QLineEdit::LeadingPosition);
   list_ = new QListView(sidebar);
+  list_->setObjectName(QStringLiteral("sessions"));
   list_->setModel(&rows_);
   list_->setItemDelegate(new SessionRowDelegate(list_));
   list_->setFrameShape(QFrame::NoFrame);

@@ -55,8 +55,8 @@ class HistoryViewTest final : public test::Suite {
     QVERIFY(reloaded.wait());
   }
 
-  QListView* list() const { return view_->findChild<QListView*>(); }
-  QLineEdit* search() const { return view_->findChild<QLineEdit*>(); }
+  QListView* list() const { return view_->findChild<QListView*>("sessions"); }
+  QLineEdit* search() const { return view_->findChild<QLineEdit*>("search"); }
   SessionDetailView* detail() const { return view_->findChild<SessionDetailView*>(); }
   QString transcript() const { return detail()->transcript().textView().toPlainText(); }
 
@@ -144,7 +144,7 @@ class HistoryViewTest final : public test::Suite {
     write("Now", 0, "a");
     reload();
     QCOMPARE(rows().first(), QString("Today"));
-    clock_.advance(std::chrono::hours(24));
+    clock_.advance(std::chrono::hours(25));
     QCOMPARE(rows().first(), QString("Yesterday"));
   }
 
