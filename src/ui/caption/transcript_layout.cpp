@@ -51,7 +51,9 @@ bool TranscriptLayout::layOut(QTextBlock block) const {
   const QTextBlockFormat format = block.blockFormat();
   QTextLayout* layout = block.layout();
   QTextOption option = document()->defaultTextOption();
+  const bool fromRight = block.textDirection() == Qt::RightToLeft;
   option.setTextDirection(block.textDirection());
+  option.setAlignment(fromRight ? Qt::AlignRight : Qt::AlignLeft);
   option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
   layout->setTextOption(option);
 

@@ -1,0 +1,362 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/caption/transcript_view.h"
+
+#include "settings/localization.h"
+#include "support/settle.h"
+#include "support/suite.h"
+#include "ui/caption/pending_indicator.h"
+#include "ui/caption/selectable_transcript_text_view.h"
+#include "ui/caption/transcript_samples.h"
+#include "ui/common/find_bar.h"
+
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QSignalSpy>
+
+using namespace velun;
+using test::lineOf;
+using test::SeenDocument;
+using test::settle;
+
+class TranscriptViewTest final : public test::Suite {
+  Q_OBJECT
+
+ private:
+  struct Stage {
+    Stage() {
+      inputs.session = &session;
+      inputs.followsLatest = true;
+      inputs.captionStyle = true;
+      inputs.language = "ko";
+      view.resize(400, 200);
+      view.show();
+    }
+    void addLines(int count) {
+      for (int i = 0; i < count; ++i) {
+        session.lines.push_back(lineOf(QStringLiteral("Line %1 of many.").arg(i)));
+      }
+    }
+    void update(const TranscriptChange& change = {}) {
+      view.update(inputs, change);
+      settle();
+    }
+    QString text() const { return view.textView().document()->toPlainText(); }
+    QScrollBar* bar() const { return view.textView().verticalScrollBar(); }
+    int toEnd() const { return bar()->maximum() - bar()->value(); }
+    /// A line near the top of the view, and where it stands there.
+    std::pair<int, int> reading() const {
+      const QTextCursor cursor = view.textView().cursorForPosition(QPoint(30, 60));
+      return {cursor.blockNumber(), view.textView().cursorRect(cursor).top()};
+    }
+    void select(int from, int to) {
+      QTextCursor cursor(view.textView().document());
+      cursor.setPosition(from);
+      cursor.setPosition(to, QTextCursor::KeepAnchor);
+      view.textView().setTextCursor(cursor);
+    }
+
+    CaptionSession session;
+    TranscriptInputs inputs;
+    TranscriptView view;
+  };
+
+  static constexpr TranscriptChange kAdded{.lines = TranscriptChange::Lines::added};
+
+ private Q_SLOTS:
+  void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
+
+  void itNeverEndsInALineBreak() {
+    Stage stage;
+    stage.addLines(2);
+    stage.inputs.volatileText = "draft";
+    stage.update();
+    QCOMPARE(stage.text(), QString("Line 0 of many.\nLine 1 of many.\ndraft"));
+  }
+
+  void theTextPropertiesAreThoseOfATranscript() {
+    Stage stage;
+    stage.update();
+    const SelectableTranscriptTextView& text = stage.view.textView();
+    QVERIFY(text.isReadOnly());
+    QCOMPARE(text.accessibleName(), QString("Caption Text"));
+    QCOMPARE(text.verticalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(text.accessibleName(), QString("자막 본문"));
+  }
+
+  void itFollowsTheLatestWhileAtTheBottom() {
+    Stage stage;
+    stage.addLines(50);
+    stage.update();
+    QCOMPARE(stage.toEnd(), 0);
+    QVERIFY(stage.bar()->maximum() > 0);
+    stage.addLines(3);
+    stage.update(kAdded);
+    QCOMPARE(stage.toEnd(), 0);
+    QVERIFY(stage.view.atBottom());
+  }
+
+  void withoutFollowingItStaysWhereItIs() {
+    Stage stage;
+    stage.inputs.followsLatest = false;
+    stage.addLines(50);
+    stage.update();
+    QCOMPARE(stage.bar()->value(), 0);
+  }
+
+  void atBottomHasASlackOfTwentyFourPoints() {
+    Stage stage;
+    stage.addLines(50);
+    stage.update();
+    QSignalSpy spy(&stage.view, &TranscriptView::atBottomChanged);
+    stage.bar()->setValue(stage.bar()->maximum() - 24);
+    settle();
+    QVERIFY(stage.view.atBottom());
+    stage.bar()->setValue(stage.bar()->maximum() - 25);
+    QVERIFY2(stage.view.atBottom(), "it is written from the event loop");
+    settle();
+    QVERIFY(!stage.view.atBottom());
+    QCOMPARE(spy.count(), 1);
+  }
+
+  void aReaderAboveIsNotMoved() {
+    Stage stage;
+    stage.addLines(200);
+    stage.update();
+    stage.bar()->setValue(1500);
+    settle();
+    const auto before = stage.reading();
+    stage.addLines(5);
+    stage.inputs.volatileText = "more";
+    stage.update(kAdded);
+    QCOMPARE(stage.bar()->value(), 1500);
+    QCOMPARE(stage.reading(), before);
+    // A translation above the view adds height there.
+    stage.session.lines[2].translations["ko"] = "둘.";
+    stage.update({.lines = TranscriptChange::Lines::one, .index = 2});
+    QCOMPARE(stage.reading().first, before.first + 1);
+    QCOMPARE(stage.reading().second, before.second);
+  }
+
+  void aJumpScrollsToTheEndWhateverThePinning() {
+    Stage stage;
+    stage.addLines(100);
+    stage.update();
+    stage.bar()->setValue(0);
+    settle();
+    ++stage.inputs.jumpToLatest;
+    stage.update(kAdded);
+    QCOMPARE(stage.toEnd(), 0);
+    stage.bar()->setValue(0);
+    stage.update(kAdded);
+    QCOMPARE(stage.bar()->value(), 0);
+  }
+
+  void aSelectionHoldsNewTextBackUntilItEnds() {
+    Stage stage;
+    stage.addLines(3);
+    stage.update();
+    stage.select(2, 8);
+    const QString before = stage.text();
+    stage.inputs.volatileText = "new";
+    stage.update(kAdded);
+    stage.addLines(1);
+    stage.inputs.volatileText = "newer";
+    stage.update(kAdded);
+    QCOMPARE(stage.text(), before);
+    QVERIFY(stage.view.isHeld());
+    QCOMPARE(stage.view.textView().textCursor().selectedText(), QString("ne 0 o"));
+    stage.view.clearSelection();
+    settle();
+    QVERIFY(stage.text().endsWith("newer"));
+    QVERIFY(!stage.view.isHeld());
+  }
+
+  void newTextWaitsForTheReleaseOfTheMouse() {
+    Stage stage;
+    stage.addLines(3);
+    stage.update();
+    QWidget* viewport = stage.view.textView().viewport();
+    QTest::mousePress(viewport, Qt::LeftButton, {}, QPoint(30, 20));
+    QVERIFY(stage.view.textView().isSelectingText());
+    stage.inputs.volatileText = "new";
+    stage.update(kAdded);
+    QVERIFY(!stage.text().contains("new"));
+    QTest::mouseRelease(viewport, Qt::LeftButton, {}, QPoint(30, 20));
+    settle();
+    QVERIFY(stage.text().endsWith("new"));
+  }
+
+  void dragSelectingAcrossNewTextKeepsWhatIsSelected() {
+    Stage stage;
+    stage.addLines(3);
+    stage.update();
+    QWidget* viewport = stage.view.textView().viewport();
+    QTest::mousePress(viewport, Qt::LeftButton, {}, QPoint(18, 20));
+    QTest::mouseMove(viewport, QPoint(60, 20));
+    stage.inputs.volatileText = "new";
+    stage.update(kAdded);
+    QTest::mouseMove(viewport, QPoint(90, 20));
+    QTest::mouseRelease(viewport, Qt::LeftButton, {}, QPoint(90, 20));
+    settle();
+    QVERIFY(stage.view.textView().hasSelection());
+    QVERIFY(!stage.text().contains("new"));
+    QTest::keyClick(&stage.view.textView(), Qt::Key_Escape);
+    settle();
+    QVERIFY(stage.text().endsWith("new"));
+  }
+
+  void aDifferentSessionReplacesTheTextUnderASelection() {
+    Stage stage;
+    stage.addLines(3);
+    stage.update();
+    stage.select(2, 8);
+    CaptionSession other;
+    other.lines = {lineOf("Elsewhere.")};
+    stage.inputs.session = &other;
+    stage.update(kAdded);
+    QCOMPARE(stage.text(), QString("Elsewhere."));
+    QVERIFY(!stage.view.textView().hasSelection());
+    QCOMPARE(stage.view.textView().textCursor().position(), 0);
+  }
+
+  void theCaretIsClampedToAShorterText() {
+    Stage stage;
+    stage.addLines(1);
+    stage.inputs.volatileText = "a long draft";
+    stage.update();
+    stage.select(28, 28);
+    stage.inputs.volatileText.clear();
+    stage.update(kAdded);
+    QCOMPARE(stage.view.textView().textCursor().position(), 15);
+  }
+
+  void equalTextIsNotTouched() {
+    Stage stage;
+    stage.addLines(3);
+    stage.update();
+    const QSignalSpy spy(stage.view.textView().document(), &QTextDocument::contentsChange);
+    stage.update();
+    stage.update(kAdded);
+    QCOMPARE(spy.count(), 0);
+  }
+
+  void aDraftChangeTouchesOnlyWhatDiffers() {
+    Stage stage;
+    stage.addLines(3);
+    stage.inputs.volatileText = "one two";
+    stage.update();
+    const QSignalSpy spy(stage.view.textView().document(), &QTextDocument::contentsChange);
+    stage.inputs.volatileText = "one two three";
+    stage.update(kAdded);
+    QCOMPARE(spy.count(), 1);
+    QCOMPARE(spy[0][1].toInt(), 0);
+    QCOMPARE(spy[0][2].toInt(), 6);
+  }
+
+  void theBottomStaysInViewWhenResized() {
+    Stage stage;
+    stage.addLines(300);
+    stage.update();
+    for (const QSize size : {QSize(300, 200), QSize(700, 120), QSize(420, 400)}) {
+      stage.view.resize(size);
+      QCOMPARE(stage.toEnd(), 0);
+      settle();
+      QCOMPARE(stage.toEnd(), 0);
+    }
+    QTRY_COMPARE(stage.toEnd(), 0);
+  }
+
+  void whatIsReadStaysInViewWhenTheWidthChanges() {
+    Stage stage;
+    for (int i = 0; i < 200; ++i) {
+      stage.session.lines.push_back(lineOf(
+          QStringLiteral("Line %1 is long enough to be broken when the view gets narrow.").arg(i)));
+    }
+    stage.update();
+    stage.bar()->setValue(2000);
+    settle();
+    const int read = stage.view.textView().cursorForPosition(QPoint(30, 5)).blockNumber();
+    stage.view.resize(250, 200);
+    QCOMPARE(stage.view.textView().cursorForPosition(QPoint(30, 5)).blockNumber(), read);
+    QTest::qWait(100);  // what is out of view is laid out meanwhile
+    QCOMPARE(stage.view.textView().cursorForPosition(QPoint(30, 5)).blockNumber(), read);
+  }
+
+  void spinnersStandAtPlaceholdersInView() {
+    Stage stage;
+    stage.inputs.content = TranscriptContent::translation;
+    stage.addLines(2);
+    stage.inputs.pendingTranslationIDs = {stage.session.lines[1].id};
+    stage.inputs.showsPendingInput = true;
+    stage.update();
+    const auto& spinners = stage.view.textView().pendingIndicators();
+    QCOMPARE(spinners.size(), 2U);
+    QCOMPARE(spinners[0]->accessibleName(), QString("Translating"));
+    QCOMPARE(spinners[1]->toolTip(), QString("Listening"));
+    QCOMPARE(spinners[0]->x(), 18);
+    QCOMPARE(spinners[0]->width(), spinners[0]->height());
+    QCOMPARE(spinners[0]->width(), 16);
+    QTextCursor at(stage.view.textView().document());
+    QVERIFY(std::abs(spinners[0]->geometry().center().y() -
+                     stage.view.textView().cursorRect(at).center().y()) <= 1);
+    stage.session.lines[1].translations["ko"] = "하나.";
+    stage.inputs.pendingTranslationIDs.clear();
+    stage.inputs.showsPendingInput = false;
+    stage.update({.lines = TranscriptChange::Lines::one, .index = 1});
+    QVERIFY(stage.view.textView().pendingIndicators().empty());
+    QCOMPARE(stage.text(), QString("하나."));
+  }
+
+  void aClickOnASpinnerReachesTheText() {
+    Stage stage;
+    stage.inputs.content = TranscriptContent::translation;
+    stage.inputs.showsPendingInput = true;
+    stage.update();
+    const QWidget* spinner = stage.view.textView().pendingIndicators().at(0);
+    const QPoint centre = spinner->mapTo(&stage.view, spinner->rect().center());
+    QCOMPARE(stage.view.childAt(centre), stage.view.textView().viewport());
+  }
+
+  void manyPendingLinesMakeNoMoreSpinnersThanAreInView() {
+    Stage stage;
+    stage.inputs.content = TranscriptContent::translation;
+    stage.addLines(5000);
+    for (const Line& line : stage.session.lines) stage.inputs.pendingTranslationIDs.insert(line.id);
+    stage.update();
+    QVERIFY(!stage.view.textView().pendingIndicators().empty());
+    QVERIFY(stage.view.textView().pendingIndicators().size() < 20);
+  }
+
+  void rightToLeftTextStandsAtTheRight() {
+    Stage stage;
+    stage.session.lines = {lineOf(QStringLiteral("שלום לכולם")), lineOf("Hello.")};
+    stage.update();
+    QTextCursor start(stage.view.textView().document());
+    QVERIFY(stage.view.textView().cursorRect(start).x() > 300);
+    start.movePosition(QTextCursor::NextBlock);
+    QCOMPARE(stage.view.textView().cursorRect(start).x(), 18);
+  }
+
+  void findGoesRound() {
+    Stage stage;
+    stage.addLines(3);
+    stage.update();
+    stage.view.openFindBar();
+    auto* bar = stage.view.findChild<FindBar*>();
+    QVERIFY(bar->isVisible());
+    auto* field = bar->findChild<QLineEdit*>();
+    QTest::keyClicks(field, "line");
+    QCOMPARE(stage.view.textView().textCursor().blockNumber(), 0);
+    QTest::keyClick(field, Qt::Key_Return);
+    QCOMPARE(stage.view.textView().textCursor().blockNumber(), 1);
+    QTest::keyClick(field, Qt::Key_Return, Qt::ShiftModifier);
+    QTest::keyClick(field, Qt::Key_Return, Qt::ShiftModifier);
+    QCOMPARE(stage.view.textView().textCursor().blockNumber(), 2);
+    QTest::keyClick(field, Qt::Key_Escape);
+    QVERIFY(!bar->isVisible());
+  }
+};
+
+QTEST_MAIN(TranscriptViewTest)
+#include "transcript_view_test.moc"
