@@ -87,8 +87,8 @@ void CaptionPanel::orderFront(bool keepOnTop) {
     winId();
     desktop_.prepareToShow(*windowHandle(), keepOnTop);
     updateRegions();
+    show();
   }
-  show();
   raise();
 }
 

@@ -20,7 +20,7 @@ constexpr double kCorner = 1;
 
 LevelMeter::LevelMeter(std::function<std::vector<float>()> bands, QWidget* parent)
     : QWidget(parent), bands_(std::move(bands)) {
-  setFixedSize(size);
+  setFixedSize(frame);
   setAttribute(Qt::WA_TransparentForMouseEvents);
   timer_.setInterval(kFrameMilliseconds);
   connect(&timer_, &QTimer::timeout, this, &LevelMeter::tick);
@@ -55,7 +55,7 @@ void LevelMeter::paintEvent(QPaintEvent*) {
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
   painter.setBrush(CaptionAppearance::symbol);
-  for (const QRectF& bar : bars(levels_.heights(), QSizeF(size))) {
+  for (const QRectF& bar : bars(levels_.heights(), QSizeF(frame))) {
     painter.drawRoundedRect(bar, kCorner, kCorner);
   }
 }

@@ -16,7 +16,7 @@ class LevelMeter final : public QWidget {
   Q_OBJECT
 
  public:
-  static constexpr QSize size{72, 16};
+  static constexpr QSize frame{72, 16};
 
   /// `bands` gives the band levels of the moment in dB, or nothing while captions are off.
   explicit LevelMeter(std::function<std::vector<float>()> bands, QWidget* parent = nullptr);

@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/caption/caption_chrome.h"
+
+#include "support/manual_clock.h"
+#include "support/suite.h"
+
+using namespace velun;
+using namespace std::chrono_literals;
+
+class CaptionChromeTest final : public test::Suite {
+  Q_OBJECT
+
+ private:
+  struct Stage {
+    test::ManualClock clock;
+    QStringList asked;
+    bool pointerInside = false;
+    CaptionChrome chrome{clock, [this](bool visible) { asked << (visible ? "show" : "hide"); },
+                         [this] {
+                           return pointerInside;
+                         }};
+  };
+
+ private Q_SLOTS:
+  void itShowsAtOnceAndHidesAfterASecondAndAHalf() {
+    Stage stage;
+    stage.chrome.setHovering(true);
+    QCOMPARE(stage.asked, QStringList{"show"});
+    stage.chrome.setHovering(false);
+    stage.clock.advance(1499ms);
+    QCOMPARE(stage.asked, QStringList{"show"});
+    stage.clock.advance(1ms);
+    QCOMPARE(stage.asked, (QStringList{"show", "hide"}));
+    QVERIFY(!stage.chrome.showsChrome());
+  }
+
+  void comingBackInTimeChangesNothing() {
+    Stage stage;
+    stage.chrome.setHovering(true);
+    stage.chrome.setHovering(false);
+    stage.clock.advance(1400ms);
+    stage.chrome.setHovering(true);
+    stage.clock.advance(10s);
+    QCOMPARE(stage.asked, QStringList{"show"});
+  }
+
+  void anOpenMenuKeepsIt() {
+    Stage stage;
+    stage.chrome.setHovering(true);
+    stage.chrome.setMenuTracking(true);
+    stage.chrome.setHovering(false);
+    stage.clock.advance(10s);
+    QCOMPARE(stage.asked, QStringList{"show"});
+    stage.chrome.setMenuTracking(false);
+    stage.clock.advance(1499ms);
+    QCOMPARE(stage.asked, QStringList{"show"});
+    stage.clock.advance(1ms);
+    QCOMPARE(stage.asked, (QStringList{"show", "hide"}));
+  }
+
+  void theKeyboardInTheHeaderKeepsIt() {
+    Stage stage;
+    stage.chrome.setKeyboardInHeader(true);
+    stage.clock.advance(10s);
+    QCOMPARE(stage.asked, QStringList{"show"});
+    stage.chrome.setKeyboardInHeader(false);
+    stage.clock.advance(2s);
+    QCOMPARE(stage.asked, (QStringList{"show", "hide"}));
+  }
+
+  void aPointerThatWasOnlyGrabbedKeepsIt() {
+    Stage stage;
+    stage.pointerInside = true;
+    stage.chrome.setHovering(true);
+    stage.chrome.setHovering(false);
+    stage.clock.advance(10s);
+    QCOMPARE(stage.asked, QStringList{"show"});
+    stage.pointerInside = false;
+    stage.clock.advance(2s);
+    QCOMPARE(stage.asked, (QStringList{"show", "hide"}));
+  }
+};
+
+QTEST_GUILESS_MAIN(CaptionChromeTest)
+#include "caption_chrome_test.moc"

@@ -1,0 +1,346 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/caption/caption_view.h"
+
+#include "settings/localization.h"
+#include "support/suite.h"
+#include "ui/caption/caption_header_view.h"
+#include "ui/caption/caption_menu.h"
+#include "ui/caption/caption_overlay_icon.h"
+#include "ui/caption/caption_overlays.h"
+#include "ui/caption/caption_status_line.h"
+#include "ui/caption/copy_transcript_button.h"
+#include "ui/caption/jump_button.h"
+#include "ui/caption/level_meter.h"
+#include "ui/caption/panel_stage.h"
+#include "ui/caption/selectable_transcript_text_view.h"
+#include "ui/caption/session_save_button.h"
+#include "ui/caption/transcript_view.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QScrollBar>
+
+using namespace velun;
+using test::PanelStage;
+using test::settle;
+using namespace std::chrono_literals;
+
+class CaptionViewTest final : public test::Suite {
+  Q_OBJECT
+
+ private:
+  static QStringList textsOf(const QMenu& menu) {
+    QStringList texts;
+    for (const QAction* action : menu.actions()) {
+      if (!action->isSeparator()) texts << action->text();
+    }
+    return texts;
+  }
+  /// The menu as it is when it opens.
+  static CaptionMenu& opened(CaptionMenu& menu) {
+    Q_EMIT menu.aboutToShow();
+    return menu;
+  }
+  static QAction* actionOf(const QMenu& menu, const QString& text) {
+    for (QAction* action : menu.actions()) {
+      if (action->text() == text) return action;
+    }
+    return nullptr;
+  }
+  static QString shown(const PanelStage& stage) {
+    settle();
+    return stage.view->transcript().textView().document()->toPlainText();
+  }
+
+ private Q_SLOTS:
+  void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
+
+  void controlsStandInOrder() {
+    PanelStage stage;
+    stage.controller->setHeader(true, false);
+    const CaptionHeaderView& header = stage.view->header();
+    stage.panel().setAttribute(Qt::WA_DontShowOnScreen);
+    stage.controller->show();
+    settle();
+    const std::vector<QWidget*> order = {
+        &header.inputSource(), &header.levelMeter(), &header.saveButton(), &header.translation(),
+        &header.startStop(),   &header.session(),    &header.hideButton()};
+    for (std::size_t i = 1; i < order.size(); ++i) {
+      QVERIFY(order[i - 1]->geometry().right() < order[i]->geometry().left());
+    }
+    QVERIFY(header.translation().x() - header.saveButton().geometry().right() > 50);
+    QCOMPARE(header.levelMeter().geometry().size(), QSize(72, 16));
+    QCOMPARE(header.height(), 44);
+    for (const QWidget* control : {order[0], order[2], order[3], order[4], order[5], order[6]}) {
+      QVERIFY(control->width() >= 28 && control->height() >= 28);
+      QVERIFY(!control->toolTip().isEmpty());
+      QVERIFY(!control->accessibleName().isEmpty());
+    }
+  }
+
+  void startAndStop() {
+    PanelStage stage;
+    HeaderButton& button = stage.view->header().startStop();
+    QCOMPARE(button.symbol(), QString("play.fill"));
+    QCOMPARE(button.accessibleName(), QString("Start Captions"));
+    button.click();
+    settle();
+    QCOMPARE(stage.asked, QStringList{"toggleCaptions"});
+    QCOMPARE(button.symbol(), QString("pause.fill"));
+    QCOMPARE(button.accessibleName(), QString("Stop Captions"));
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(button.accessibleName(), QString("자막 중지"));
+    button.click();
+    settle();
+    QCOMPARE(button.accessibleName(), QString("자막 시작"));
+  }
+
+  void theInputIsChosen() {
+    PanelStage stage;
+    CaptionHeaderView& header = stage.view->header();
+    QCOMPARE(header.inputSource().accessibleName(), QString("Input Source"));
+    QCOMPARE(header.inputSource().symbol(), QString("speaker.wave.2.fill"));
+    const QMenu& menu = opened(header.inputSourceMenu());
+    QCOMPARE(textsOf(menu), (QStringList{"Computer Audio", "Microphone"}));
+    QVERIFY(menu.actions()[0]->isChecked());
+    menu.actions()[1]->trigger();
+    QVERIFY(stage.settings.useMic());
+    QCOMPARE(header.inputSource().symbol(), QString("mic.fill"));
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(textsOf(opened(header.inputSourceMenu())), (QStringList{"컴퓨터 오디오", "마이크"}));
+    QCOMPARE(header.inputSource().toolTip(), QString("입력 소스"));
+  }
+
+  void translationIsSetUp() {
+    PanelStage stage;
+    stage.locales = {"en_US", "ko_KR"};
+    stage.languages = {"es", "ko"};
+    stage.tasks.push_back(stage.model->loadLanguages());
+    settle();
+    CaptionHeaderView& header = stage.view->header();
+    QCOMPARE(header.translation().accessibleName(), QString("Translation Settings"));
+    const CaptionMenu& menu = opened(header.translationMenu());
+    QCOMPARE(textsOf(menu), (QStringList{"Turn On Translation", "Input Language",
+                                         "Translation Language", "Show Translation Only"}));
+    actionOf(menu, "Turn On Translation")->trigger();
+    QVERIFY(stage.settings.translate());
+    QCOMPARE(header.translation().accessibleName(), QString("Translation on · Korean"));
+    QCOMPARE(header.translation().toolTip(), QString("Translation Settings"));
+    const QMenu* targets = actionOf(menu, "Translation Language")->menu();
+    QCOMPARE(textsOf(*targets), (QStringList{"Korean", "Spanish"}));
+    actionOf(*targets, "Spanish")->trigger();
+    QCOMPARE(stage.settings.targetID(), QString("es"));
+    QCOMPARE(header.translation().accessibleName(), QString("Translation on · Spanish"));
+    const QMenu* sources = actionOf(menu, "Input Language")->menu();
+    actionOf(*sources, "Korean (South Korea)")->trigger();
+    QCOMPARE(stage.settings.localeID(), QString("ko_KR"));
+    actionOf(menu, "Show Translation Only")->trigger();
+    QVERIFY(stage.settings.showTranslationOnly());
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(textsOf(opened(header.translationMenu())),
+             (QStringList{"번역 켜기", "입력 언어", "번역 언어", "번역만 보기"}));
+    QCOMPARE(header.translation().accessibleName(), QString("번역 켜짐 · 스페인어"));
+  }
+
+  void theSessionMenuActsOnTheLiveSession() {
+    PanelStage stage;
+    CaptionHeaderView& header = stage.view->header();
+    QCOMPARE(header.session().accessibleName(), QString("Session & Settings"));
+    QVERIFY(!opened(header.sessionMenu()).actions()[0]->isEnabled());
+    stage.final("One.");
+    const CaptionMenu& menu = opened(header.sessionMenu());
+    QCOMPARE(textsOf(menu), (QStringList{"Save Current Session", "Saved Sessions…", "Export…",
+                                         "New Session", "Settings…"}));
+    for (QAction* action : menu.actions()) action->trigger();
+    QCOMPARE(stage.asked.join(u' '),
+             QString("header on showHistory exportSession newSession showSettings"));
+    QCOMPARE(stage.files().size(), 1);
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(textsOf(opened(header.sessionMenu())),
+             (QStringList{"현재 세션 저장", "저장 기록…", "내보내기…", "새 세션", "설정…"}));
+  }
+
+  void theSaveButtonFollowsTheFile() {
+    PanelStage stage;
+    SessionSaveButton& button = stage.view->header().saveButton();
+    QVERIFY(!button.saved());
+    QCOMPARE(button.symbol(), QString("square.and.arrow.down"));
+    QCOMPARE(button.accessibleName(), QString("Save Current Session"));
+    stage.final("One.");
+    stage.breakStore();
+    button.click();
+    QVERIFY(!button.saved());
+    QCOMPARE(button.toolTip(), QString("Retry Save"));
+    QCOMPARE(button.accessibleName(), QString("Save Current Session"));
+    stage.mendStore();
+    button.click();
+    QVERIFY(button.saved());
+    QCOMPARE(button.symbol(), QString("checkmark.circle"));
+    QCOMPARE(button.accessibleName(), QString("View Saved Sessions"));
+    QCOMPARE(button.toolTip(), QString("Session saved · View saved sessions"));
+    button.click();
+    QCOMPARE(stage.asked, QStringList{"showHistory"});
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(button.accessibleName(), QString("저장 기록 보기"));
+    QCOMPARE(button.toolTip(), QString("세션 저장됨 · 기록 보기"));
+  }
+
+  void aMenuKeepsTheHeader() {
+    PanelStage stage;
+    stage.view->setHovering(true);
+    Q_EMIT stage.view->header().sessionMenu().aboutToShow();
+    stage.view->setHovering(false);
+    stage.clock.advance(10s);
+    QVERIFY(stage.controller->headerShown());
+    Q_EMIT stage.view->header().sessionMenu().aboutToHide();
+    stage.clock.advance(1499ms);
+    QVERIFY(stage.controller->headerShown());
+    stage.clock.advance(1ms);
+    QVERIFY(!stage.controller->headerShown());
+  }
+
+  void theTranscriptFollowsTheModel() {
+    PanelStage stage;
+    stage.start();
+    stage.final("One. Two.");
+    stage.draft("and th");
+    QCOMPARE(shown(stage), QString("One.\nTwo.\nand th"));
+    stage.draft("and three");
+    stage.final("And three.");
+    QCOMPARE(shown(stage), QString("One.\nTwo.\nAnd three."));
+  }
+
+  void translationsArriveInTheTranscript() {
+    PanelStage stage;
+    stage.translation.translate = [](const QString& text) {
+      return text.toUpper();
+    };
+    stage.start();
+    stage.final("One.");
+    stage.settings.setTranslate(true);
+    settle();
+    QCOMPARE(stage.translation.opened.size(), 1U);
+    QCOMPARE(stage.translation.opened[0].target(), QString("ko"));
+    stage.final("Two.");
+    QCOMPARE(shown(stage), QString("One.\nONE.\nTwo.\nTWO."));
+    stage.settings.setTargetID("es");
+    settle();
+    QCOMPARE(stage.translation.opened.size(), 2U);
+    QVERIFY(!stage.translation.sessions[0]->isOpen);
+    stage.settings.setTranslate(false);
+    QCOMPARE(shown(stage), QString("One.\nTwo."));
+    QVERIFY(!stage.translation.sessions[1]->isOpen);
+  }
+
+  void translationOnlyShowsWhatIsListenedTo() {
+    PanelStage stage;
+    stage.start();
+    stage.settings.setTranslate(true);
+    stage.settings.setShowTranslationOnly(true);
+    stage.draft("some");
+    QCOMPARE(shown(stage), QString(" "));
+    stage.final("Some words.");
+    stage.draft("more");
+    QCOMPARE(shown(stage), QString(" \n "));
+  }
+
+  void theFontSizeIsFollowed() {
+    PanelStage stage;
+    stage.final("One.");
+    stage.settings.setFontSize(24);
+    settle();
+    QTextCursor cursor(stage.view->transcript().textView().document());
+    cursor.movePosition(QTextCursor::NextCharacter);
+    QCOMPARE(cursor.charFormat().fontPointSize(), 18.0);
+  }
+
+  void theJumpButtonGoesToTheEnd() {
+    PanelStage stage;
+    for (int i = 0; i < 60; ++i) stage.final(QStringLiteral("Line %1.").arg(i));
+    stage.panel().setAttribute(Qt::WA_DontShowOnScreen);
+    stage.controller->show();
+    settle();
+    JumpButton& button = stage.view->jumpButton();
+    QCOMPARE(button.accessibleName(), QString("Jump to Latest Caption"));
+    QVERIFY(!button.isWanted());
+    QScrollBar* bar = stage.view->transcript().textView().verticalScrollBar();
+    bar->setValue(0);
+    settle();
+    QVERIFY(button.isWanted());
+    QTRY_VERIFY(button.isVisible());
+    button.click();
+    settle();
+    QCOMPARE(bar->value(), bar->maximum());
+    QVERIFY(!button.isWanted());
+    QTRY_VERIFY(!button.isVisible());
+  }
+
+  void heldTextCanBeJumpedTo() {
+    PanelStage stage;
+    stage.final("One.");
+    settle();
+    stage.view->transcript().textView().selectAll();
+    stage.final("Two.");
+    settle();
+    QVERIFY(stage.view->jumpButton().isWanted());
+    stage.view->jumpButton().click();
+    QCOMPARE(shown(stage), QString("One.\nTwo."));
+    QVERIFY(!stage.view->jumpButton().isWanted());
+  }
+
+  void everythingThatIsSaidIsShown() {
+    PanelStage stage;
+    const CaptionStatusLine& line = stage.view->statusLine();
+    QCOMPARE(line.neededHeight(500), 0);
+    stage.status(QString("Downloading speech model…"));
+    QCOMPARE(line.text(), QString("Downloading speech model…"));
+    QVERIFY(line.neededHeight(500) > 0);
+    stage.settings.setTargetID("en");
+    stage.settings.setTranslate(true);
+    QCOMPARE(line.text().count(u'\n'), 1);
+    QVERIFY(line.text().endsWith("so the original is shown."));
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QVERIFY(line.text().endsWith("원문을 표시합니다."));
+    stage.settings.setTargetID("ko");
+    stage.translation.setActivity(QString("Downloading translation model…"));
+    QVERIFY(line.text().endsWith("Downloading translation model…"));
+    stage.status(std::nullopt);
+    stage.translation.setActivity(std::nullopt);
+    QVERIFY(line.text().isEmpty());
+  }
+
+  void theCopyButtonCopiesTheTranscript() {
+    PanelStage stage;
+    stage.start();
+    stage.final("One.");
+    stage.draft("two");
+    CopyTranscriptButton& button = stage.view->overlays().copyButton();
+    QCOMPARE(button.accessibleName(), QString("Copy All"));
+    button.click();
+    QCOMPARE(QApplication::clipboard()->text(), QString("One.\n\ntwo"));
+    QVERIFY(button.copied());
+    QCOMPARE(button.accessibleName(), QString("Copied"));
+    stage.clock.advance(1999ms);
+    QVERIFY(button.copied());
+    stage.clock.advance(1ms);
+    QVERIFY(!button.copied());
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(button.accessibleName(), QString("전체 복사"));
+  }
+
+  void overlaysTellTheWindowsState() {
+    PanelStage stage;
+    const CaptionOverlays& overlays = stage.view->overlays();
+    QVERIFY(!overlays.isVisibleTo(stage.view));
+    QVERIFY(overlays.keptOnTop().isVisibleTo(&overlays));
+    QVERIFY(!overlays.hiddenFromSharing().isVisibleTo(&overlays));
+    stage.settings.setKeepOnTop(false);
+    stage.settings.setHideFromScreenSharing(true);
+    QVERIFY(!overlays.keptOnTop().isVisibleTo(&overlays));
+    QVERIFY(overlays.hiddenFromSharing().isVisibleTo(&overlays));
+    QCOMPARE(overlays.keptOnTop().size(), QSize(22, 22));
+  }
+};
+
+QTEST_MAIN(CaptionViewTest)
+#include "caption_view_test.moc"

@@ -1,0 +1,245 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/caption/caption_window_controller.h"
+
+#include "settings/localization.h"
+#include "support/suite.h"
+#include "ui/caption/panel_frame.h"
+#include "ui/caption/panel_stage.h"
+
+#include <QScreen>
+#include <QSignalSpy>
+#include <QWindow>
+
+using namespace velun;
+using test::PanelStage;
+using test::settle;
+using namespace std::chrono_literals;
+
+class CaptionWindowControllerTest final : public test::Suite {
+  Q_OBJECT
+
+ private:
+  static QRect area() { return QGuiApplication::primaryScreen()->availableGeometry(); }
+  static int bottomOf(const PanelStage& stage) { return stage.panel().geometry().bottom(); }
+
+ private Q_SLOTS:
+  void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
+
+  void theDefaultPlaceWithoutAScreen() {
+    // 60 points above the bottom of 900, from the top.
+    QCOMPARE(defaultPanelFrame(freeAreaOf(nullptr)), QRect(440, 590, 560, 250));
+  }
+
+  void itStandsAtTheDefaultPlaceAndIsNotShown() {
+    PanelStage stage;
+    QCOMPARE(stage.panel().geometry(), defaultPanelFrame(area()));
+    QVERIFY(!stage.panel().isVisible());
+    QVERIFY(!stage.controller->headerShown());
+    QCOMPARE(stage.panel().windowTitle(), QString("Velun Captions"));
+    QCOMPARE(stage.panel().minimumSize(), QSize(480, 190));
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(stage.panel().windowTitle(), QString("Velun 자막"));
+  }
+
+  void theContentIsTallerThanThePanelByTheHeader() {
+    PanelStage stage;
+    QCOMPARE(stage.panel().contentHeight(), 294);
+    QCOMPARE(stage.view->geometry(), QRect(0, -44, 560, 294));
+    stage.controller->setHeader(true, false);
+    QCOMPARE(stage.panel().contentHeight(), 294);
+    QCOMPARE(stage.view->y(), 0);
+    stage.controller->show();
+    stage.panel().resize(600, 400);
+    QCOMPARE(stage.panel().contentHeight(), 400);
+  }
+
+  void theHeaderGrowsThePanelOnceAndUpwards() {
+    PanelStage stage;
+    const int bottom = bottomOf(stage);
+    stage.controller->setHeader(true, false);
+    stage.controller->setHeader(true, false);
+    QCOMPARE(stage.panel().height(), 294);
+    QCOMPARE(bottomOf(stage), bottom);
+    QCOMPARE(stage.panel().minimumHeight(), 234);
+    stage.controller->setHeader(false, false);
+    QCOMPARE(stage.panel().height(), 250);
+    QCOMPARE(bottomOf(stage), bottom);
+    QCOMPARE(stage.panel().minimumHeight(), 190);
+  }
+
+  void theBottomStaysWhileTheHeaderMoves() {
+    PanelStage stage;
+    stage.controller->show();
+    const int bottom = bottomOf(stage);
+    QList<int> heights;
+    QObject::connect(&stage.panel(), &CaptionPanel::frameChanged, &stage.panel(), [&] {
+      QCOMPARE(bottomOf(stage), bottom);
+      QCOMPARE(stage.panel().contentHeight(), 294);
+      heights << stage.panel().height();
+    });
+    stage.controller->setHeader(true, true);
+    QTRY_COMPARE(stage.panel().height(), 294);
+    QVERIFY(heights.size() >= 3);
+    QVERIFY(std::ranges::is_sorted(heights));
+    QTRY_COMPARE(stage.panel().minimumHeight(), 234);
+    stage.controller->setHeader(false, true);
+    QTest::qWait(60);
+    stage.controller->setHeader(true, true);
+    QTRY_COMPARE(stage.panel().height(), 294);
+    QCOMPARE(bottomOf(stage), bottom);
+  }
+
+  void withoutRoomAboveThePanelKeepsItsBottom() {
+    PanelStage stage;
+    stage.panel().setGeometry(area().x() + 10, area().y() + 20, 560, 250);
+    const int bottom = bottomOf(stage);
+    stage.controller->setHeader(true, false);
+    QCOMPARE(stage.panel().y(), area().y());
+    QCOMPARE(bottomOf(stage), bottom);
+    stage.controller->setHeader(false, false);
+    QCOMPARE(stage.panel().geometry(), QRect(area().x() + 10, area().y() + 20, 560, 250));
+  }
+
+  void restoringThePlaceCountsTheHeader() {
+    PanelStage stage;
+    stage.controller->show();
+    stage.panel().setGeometry(20, 20, 700, 300);
+    stage.controller->restorePosition();
+    QTRY_COMPARE(stage.panel().geometry(), defaultPanelFrame(area()));
+    stage.controller->setHeader(true, false);
+    stage.panel().setGeometry(20, 60, 700, 300);
+    stage.controller->restorePosition();
+    QTRY_COMPARE(stage.panel().geometry(), defaultPanelFrame(area(), 44));
+    QCOMPARE(stage.panel().height(), 294);
+  }
+
+  void restoringThePlaceShowsAHiddenPanel() {
+    PanelStage stage;
+    stage.controller->restorePosition();
+    QVERIFY(stage.panel().isVisible());
+    QVERIFY(stage.controller->isShown());
+  }
+
+  void theFrameIsKeptWithoutTheHeader() {
+    test::MemoryPreferences frames;
+    QRect frame;
+    {
+      PanelStage stage({}, nullptr, &frames);
+      stage.controller->show();
+      stage.panel().setGeometry(30, 200, 600, 260);
+      frame = stage.panel().geometry();
+      stage.controller->setHeader(true, false);
+      stage.clock.advance(1s);
+      QCOMPARE(stage.panel().height(), 304);
+    }
+    const PanelStage again({}, nullptr, &frames);
+    QCOMPARE(again.panel().geometry(), frame);
+    QVERIFY(!again.controller->headerShown());
+  }
+
+  void aFrameThatIsOnNoScreenComesBack() {
+    test::MemoryPreferences frames;
+    keepPanelFrame(frames, QRect(9000, 9000, 560, 250));
+    const PanelStage stage({}, nullptr, &frames);
+    QVERIFY(area().contains(stage.panel().geometry()));
+    QCOMPARE(stage.panel().size(), QSize(560, 250));
+  }
+
+  void framesMoveToTheScreenThatShowsMostOfThem() {
+    const QList<QRect> screens = {QRect(0, 0, 1000, 800), QRect(1000, 0, 1000, 800)};
+    QCOMPARE(movedIntoView(QRect(100, 100, 560, 250), screens), QRect(100, 100, 560, 250));
+    QCOMPARE(movedIntoView(QRect(900, 700, 560, 250), screens), QRect(1000, 550, 560, 250));
+    QCOMPARE(movedIntoView(QRect(-5000, 100, 560, 250), screens), QRect(0, 100, 560, 250));
+    QCOMPARE(movedIntoView(QRect(0, 0, 5000, 5000), screens).size(), QSize(1000, 800));
+  }
+
+  void aDamagedFrameIsIgnored() {
+    test::MemoryPreferences frames;
+    for (const char* damaged : {"", "1 2 3", "a b c d", "0 0 0 0", "1 2 -5 4"}) {
+      frames.set("CaptionPanel", QString(damaged));
+      QVERIFY2(!keptPanelFrame(frames), damaged);
+    }
+  }
+
+  void preferencesActOnTheOpenPanelAtOnce() {
+    PanelStage stage;
+    stage.controller->show();
+    QCOMPARE(stage.desktop.calls.first(), QString("prepare floating"));
+    stage.desktop.calls.clear();
+    stage.settings.setKeepOnTop(false);
+    QVERIFY(stage.desktop.calls.contains("normal"));
+    stage.desktop.calls.clear();
+    stage.settings.setHideFromScreenSharing(true);
+    QVERIFY(stage.desktop.calls.contains("excluded"));
+    QVERIFY(stage.panel().isVisible());
+    stage.desktop.calls.clear();
+    stage.desktop.changesLevelWhileShown = false;
+    stage.settings.setKeepOnTop(true);
+    QVERIFY(stage.desktop.calls.contains("prepare floating"));
+    QVERIFY(stage.panel().isVisible());
+  }
+
+  void aRunningCastKeepsAWantedPanelOffTheScreen() {
+    PanelStage stage([](AppSettings& settings) { settings.setHideFromScreenSharing(true); });
+    DesktopCapabilities can;
+    can.captureHiding = CaptureHiding::whileCasting;
+    stage.desktop.setCapabilities(can);
+    QVERIFY(stage.desktop.isWatching);
+    stage.controller->show();
+    QSignalSpy spy(stage.controller.get(), &CaptionWindowController::visibilityChanged);
+    stage.desktop.setCasting(true);
+    QVERIFY(!stage.panel().isVisible());
+    QVERIFY(stage.controller->isShown());
+    QVERIFY(stage.controller->isSuppressed());
+    QCOMPARE(spy.count(), 1);
+    // The wish can change, but puts nothing into the cast.
+    stage.controller->toggle();
+    QVERIFY(!stage.controller->isShown());
+    stage.controller->toggle();
+    QVERIFY(stage.controller->isShown());
+    stage.controller->restorePosition();
+    QVERIFY(!stage.panel().isVisible());
+    stage.desktop.setCasting(false);
+    QVERIFY(stage.panel().isVisible());
+    stage.desktop.setCasting(true);
+    stage.settings.setHideFromScreenSharing(false);
+    QVERIFY(stage.panel().isVisible());
+    QVERIFY(!stage.desktop.isWatching);
+  }
+
+  void whereTheCompositorHidesItTheCastDoesNotMatter() {
+    PanelStage stage([](AppSettings& settings) { settings.setHideFromScreenSharing(true); });
+    DesktopCapabilities can;
+    can.captureHiding = CaptureHiding::compositor;
+    stage.desktop.setCapabilities(can);
+    stage.controller->show();
+    stage.desktop.setCasting(true);
+    QVERIFY(stage.panel().isVisible());
+    QVERIFY(!stage.desktop.isWatching);
+  }
+
+  void withoutACompositorThePanelIsCutToItsShape() {
+    PanelStage stage;
+    stage.controller->show();
+    QVERIFY(!stage.desktop.shape.isEmpty());
+    QVERIFY(!stage.desktop.shape.contains(QPoint(0, 0)));
+    QVERIFY(stage.desktop.shape.contains(QPoint(280, 125)));
+    DesktopCapabilities can;
+    can.compositing = true;
+    can.blursBehind = true;
+    stage.desktop.setCapabilities(can);
+    QVERIFY(stage.desktop.shape.isEmpty());
+    QVERIFY(!stage.desktop.blur.contains(QPoint(0, 0)));
+    QVERIFY(stage.desktop.blur.contains(QPoint(280, 125)));
+  }
+
+  void closingThePanelDoesNotEndTheProgram() {
+    const PanelStage stage;
+    QVERIFY(!stage.panel().testAttribute(Qt::WA_QuitOnClose));
+    QVERIFY(stage.panel().testAttribute(Qt::WA_ShowWithoutActivating));
+    QVERIFY(!(stage.panel().windowFlags() & Qt::WindowDoesNotAcceptFocus));
+  }
+};
+
+QTEST_MAIN(CaptionWindowControllerTest)
+#include "caption_window_controller_test.moc"
