@@ -122,7 +122,8 @@ void BottomPinnedScrollView::hideEvent(QHideEvent* event) {
 }
 
 void BottomPinnedScrollView::showEvent(QShowEvent* event) {
-  QTextEdit::showEvent(event);
+  // The toolkit scrolls to the caret when a text is first shown.
+  keepPlace(isAtBottom(kResizeSlack), [this, event] { QTextEdit::showEvent(event); });
   if (isBehind_) rest_.start();
 }
 

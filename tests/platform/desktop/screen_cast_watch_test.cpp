@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/desktop/linux/screen_cast_watch.h"
+
+#include "support/manual_clock.h"
+#include "support/private_pipewire.h"
+#include "support/suite.h"
+#include "support/video_stream.h"
+
+#include <QSignalSpy>
+
+using namespace velun;
+using namespace std::chrono_literals;
+using test::VideoStream;
+
+/// Against a real media server, with offers and consumers of pictures as desktops have them.
+class ScreenCastWatchTest final : public test::Suite {
+  Q_OBJECT
+
+ private:
+  static std::unique_ptr<VideoStream> consumer() {
+    return std::make_unique<VideoStream>(
+        VideoStream::Direction::consume,
+        std::map<std::string, std::string>{{"media.type", "Video"},
+                                           {"media.category", "Capture"},
+                                           {"media.role", "Screen"},
+                                           {"node.name", "recorder"}});
+  }
+  static std::unique_ptr<VideoStream> offer(const std::string& role) {
+    return std::make_unique<VideoStream>(
+        VideoStream::Direction::offer,
+        std::map<std::string, std::string>{
+            {"media.class", "Video/Source"}, {"media.role", role}, {"node.name", "portal"}});
+  }
+
+ private Q_SLOTS:
+  void withoutAServerItTriesAgain() {
+    QVERIFY(!ScreenCastWatch::isPossible());
+    test::ManualClock clock;
+    ScreenCastWatch watch(clock);
+    watch.setWatching(true);
+    QVERIFY(!watch.isConnected());
+    QVERIFY(server_.start());
+    QVERIFY(ScreenCastWatch::isPossible());
+    clock.advance(2s);
+    QVERIFY(watch.isConnected());
+  }
+
+  void aCastIsSeenFromItsFirstConsumerToASecondAfterItsEnd() {
+    test::ManualClock clock;
+    ScreenCastWatch watch(clock);
+    QSignalSpy spy(&watch, &ScreenCastWatch::castRunningChanged);
+    watch.setWatching(true);
+    const auto screen = offer("Screen");
+    QTest::qWait(200);
+    QVERIFY2(!watch.isCastRunning(), "nobody looks yet");
+    auto recorder = consumer();
+    QTRY_VERIFY(watch.isCastRunning());
+    recorder.reset();
+    QTRY_VERIFY(clock.scheduledCount() == 1);
+    QVERIFY(watch.isCastRunning());
+    // It comes back in time, as when a cast is negotiated anew.
+    recorder = consumer();
+    QTRY_VERIFY(clock.scheduledCount() == 0);
+    recorder.reset();
+    QTRY_VERIFY(clock.scheduledCount() == 1);
+    clock.advance(1s);
+    QVERIFY(!watch.isCastRunning());
+    QCOMPARE(spy.count(), 2);
+  }
+
+  void aCameraIsNoCast() {
+    test::ManualClock clock;
+    ScreenCastWatch watch(clock);
+    watch.setWatching(true);
+    const auto camera = offer("Camera");
+    const auto call = consumer();
+    QTest::qWait(500);
+    QVERIFY(!watch.isCastRunning());
+  }
+
+  void itSeesWhatRanBeforeAndForgetsWhenItStops() {
+    const auto screen = offer("Screen");
+    const auto recorder = consumer();
+    test::ManualClock clock;
+    ScreenCastWatch watch(clock);
+    watch.setWatching(true);
+    QTRY_VERIFY(watch.isCastRunning());
+    watch.setWatching(false);
+    QVERIFY(!watch.isCastRunning());
+    QVERIFY(!watch.isConnected());
+  }
+
+  void theServersEndEndsTheCast() {
+    test::ManualClock clock;
+    ScreenCastWatch watch(clock);
+    watch.setWatching(true);
+    QVERIFY(watch.isConnected());
+    server_.killDaemon();
+    QTRY_VERIFY(!watch.isConnected());
+    QVERIFY(clock.scheduledCount() > 0);
+  }
+
+ private:
+  test::PrivatePipeWire server_;
+};
+
+QTEST_GUILESS_MAIN(ScreenCastWatchTest)
+#include "screen_cast_watch_test.moc"

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+
+namespace velun::test {
+
+/// A video stream on the media server, without pictures: an offer of a screen as compositors and
+/// portals make it, or a program that looks at one. There until it is destroyed.
+class VideoStream final {
+ public:
+  enum class Direction { offer, consume };
+
+  /// `properties` such as {"media.class", "Video/Source"}.
+  VideoStream(Direction direction, const std::map<std::string, std::string>& properties);
+  ~VideoStream();
+  VideoStream(const VideoStream&) = delete;
+  VideoStream& operator=(const VideoStream&) = delete;
+
+ private:
+  struct Objects;
+  std::unique_ptr<Objects> objects_;
+};
+
+}  // namespace velun::test
