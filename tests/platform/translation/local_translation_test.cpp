@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/translation/linux/local_translation_platform.h"
+#include "platform/translation/support/collected_translations.h"
 #include "platform/translation/support/scripted_backend.h"
-#include "platform/translation/support/translations.h"
 #include "settings/localization.h"
 #include "support/manual_clock.h"
 #include "support/suite.h"
@@ -53,7 +53,7 @@ class LocalTranslationTest final : public Suite {
   void translatesInOrder() {
     second_->installed = {kEnglishKorean};
     open("en", "ko");
-    Translations results;
+    CollectedTranslations results;
     for (const char* text : {"one", "two", "three"}) results.start(*session_, text);
     QTRY_COMPARE(results.texts(), QStringList({"one/en-ko", "two/en-ko", "three/en-ko"}));
   }
@@ -67,7 +67,7 @@ class LocalTranslationTest final : public Suite {
   void ignoresRegionAndForm() {
     first_->installed = {kEnglishKorean};
     open("en_US", "ko-KR");
-    Translations results;
+    CollectedTranslations results;
     results.start(*session_, "hi");
     QTRY_COMPARE(results.texts(), QStringList({"hi/en-ko"}));
   }
@@ -76,7 +76,7 @@ class LocalTranslationTest final : public Suite {
     first_->installed = {kEnglishKorean};
     second_->installed = {kSpanishEnglish};
     open("es", "ko");
-    Translations results;
+    CollectedTranslations results;
     results.start(*session_, "hola");
     QTRY_COMPARE(results.texts(), QStringList({"hola/es-en/en-ko"}));
   }
@@ -85,7 +85,7 @@ class LocalTranslationTest final : public Suite {
     first_->installed = {kSpanishEnglish, {QStringLiteral("en"), QStringLiteral("ca")}};
     second_->installed = {kSpanishCatalan};
     open("es", "ca");
-    Translations results;
+    CollectedTranslations results;
     results.start(*session_, "hola");
     QTRY_COMPARE(results.texts(), QStringList({"hola/es-ca"}));
   }
@@ -94,7 +94,7 @@ class LocalTranslationTest final : public Suite {
     first_->downloadable = {kEnglishSpanish};
     second_->installed = {kEnglishSpanish};
     open("en", "es");
-    Translations results;
+    CollectedTranslations results;
     results.start(*session_, "hi");
     QTRY_COMPARE(results.texts(), QStringList({"hi/en-es"}));
     QCOMPARE(first_->quietInstalls, QStringList({"en-es"}));
@@ -117,7 +117,7 @@ class LocalTranslationTest final : public Suite {
     QCOMPARE(platform_->activity(), QStringLiteral("Downloading translation model…"));
     Localization::shared().setLanguage(AppLanguage::korean);
     QCOMPARE(platform_->activity(), QStringLiteral("번역 모델 다운로드 중…"));
-    Translations results;
+    CollectedTranslations results;
     results.start(*session_, "hi");
     first_->pendingInstalls[0].complete(true);
     QTRY_COMPARE(results.texts(), QStringList({"hi/en-ko"}));
@@ -131,7 +131,7 @@ class LocalTranslationTest final : public Suite {
     open("en", "ko");
     QTRY_COMPARE(first_->pendingInstalls.size(), std::size_t{1});
     first_->pendingInstalls[0].complete(false);
-    Translations results;
+    CollectedTranslations results;
     results.start(*session_, "one");
     QTRY_COMPARE(first_->pendingInstalls.size(), std::size_t{2});
     first_->pendingInstalls[1].complete(false);
@@ -145,7 +145,7 @@ class LocalTranslationTest final : public Suite {
 
   void anImpossiblePairNamesBothLanguages() {
     open("en", "ko");
-    Translations results;
+    CollectedTranslations results;
     results.start(*session_, "hi");
     QTRY_COMPARE(results.texts(),
                  QStringList({QStringLiteral(
@@ -159,7 +159,7 @@ class LocalTranslationTest final : public Suite {
   void oneFailureDoesNotEndTheSession() {
     first_->installed = {kEnglishKorean};
     open("en", "ko");
-    Translations results;
+    CollectedTranslations results;
     for (const char* text : {"one", "fail", "two"}) results.start(*session_, text);
     QTRY_COMPARE(results.texts(), QStringList({"one/en-ko", "error: It failed.", "two/en-ko"}));
   }
@@ -176,7 +176,7 @@ class LocalTranslationTest final : public Suite {
     QFETCH(QString, text);
     first_->installed = {kEnglishKorean};
     open("en", "ko");
-    Translations results;
+    CollectedTranslations results;
     results.start(*session_, text);
     QTRY_COMPARE(results.texts(), QStringList({text}));
   }
@@ -185,7 +185,7 @@ class LocalTranslationTest final : public Suite {
     first_->installed = {kEnglishKorean};
     first_->waits = true;
     open("en", "ko");
-    Translations results;
+    CollectedTranslations results;
     results.start(*session_, "one");
     results.start(*session_, "two");
     QTRY_COMPARE(first_->waiting.load(), 1);
@@ -210,7 +210,7 @@ class LocalTranslationTest final : public Suite {
     first_->installed = {kEnglishKorean};
     first_->waits = true;
     open("en", "ko");
-    Translations results;
+    CollectedTranslations results;
     results.start(*session_, "one");
     QTRY_COMPARE(first_->waiting.load(), 1);
     bool ran = false;
@@ -225,7 +225,7 @@ class LocalTranslationTest final : public Suite {
   void letsGoOfWhatIsNotUsed() {
     first_->installed = {kEnglishKorean};
     open("en", "ko");
-    Translations results;
+    CollectedTranslations results;
     results.start(*session_, "one");
     QTRY_COMPARE(results.texts().size(), 1);
     clock_.advance(TranslatorPool::kIdleTime - std::chrono::seconds(1));

@@ -11,7 +11,7 @@ namespace velun::test {
 
 /// Starts translations and keeps their results in the order in which they come: the translation,
 /// "error: " and the description, or "cancelled".
-class Translations {
+class CollectedTranslations {
  public:
   void start(TranslationSession& session, const QString& text) {
     collect(session.translate(text), results_);
