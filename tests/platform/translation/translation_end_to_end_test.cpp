@@ -45,6 +45,7 @@ class TranslationEndToEndTest final : public Suite {
       settings.setLocaleID(QStringLiteral("en_US"));
       settings.setTargetID(QStringLiteral("ko"));
       settings.setTranslate(true);
+      settings.setShowTranslationOnly(true);
       settings.setAutoSaveSessions(true);
     });
     openPlatform();
