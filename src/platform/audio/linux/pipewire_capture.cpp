@@ -95,6 +95,7 @@ int PipeWireCapture::start(const std::string& nodeName, BufferHandler onBuffer) 
       answerLimit);
   if (!isAnswered) return -ETIMEDOUT;
   isStarted_ = true;
+  relinkDelay_ = firstRelinkDelay;
   postReview();
   return 0;
 }
