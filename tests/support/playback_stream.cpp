@@ -35,7 +35,9 @@ struct PlaybackStream::Implementation {
     self.mono.resize(frames);
     self.fill(self.mono);
     for (std::size_t i = 0; i < frames * channels; ++i) {
-      const float value = self.mono[i / channels];
+      const bool isHeard =
+          self.channel == everyChannel || i % channels == std::size_t(self.channel);
+      const float value = isHeard ? self.mono[i / channels] : 0.0F;
       if (isFloat(self.format)) {
         static_cast<float*>(samples.data)[i] = value;
       } else {
@@ -50,6 +52,7 @@ struct PlaybackStream::Implementation {
 
   AudioFormat format;
   Fill fill;
+  int channel = everyChannel;
   std::vector<float> mono;
   pw_thread_loop* loop = nullptr;
   pw_stream* stream = nullptr;
@@ -57,11 +60,12 @@ struct PlaybackStream::Implementation {
 };
 
 PlaybackStream::PlaybackStream(const AudioFormat& format, const std::string& target, Fill fill,
-                               int latencyFrames)
+                               int channel)
     : implementation_(std::make_unique<Implementation>()) {
   Implementation& self = *implementation_;
   self.format = format;
   self.fill = std::move(fill);
+  self.channel = channel;
   self.events.version = PW_VERSION_STREAM_EVENTS;
   self.events.process = Implementation::process;
   pw_init(nullptr, nullptr);
@@ -70,8 +74,7 @@ PlaybackStream::PlaybackStream(const AudioFormat& format, const std::string& tar
   pw_thread_loop_lock(self.loop);
   pw_properties* properties = pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY,
                                                 "Playback", PW_KEY_NODE_NAME, "player", nullptr);
-  pw_properties_setf(properties, PW_KEY_NODE_LATENCY, "%d/%d", latencyFrames,
-                     int(format.sampleRate));
+  pw_properties_set(properties, PW_KEY_NODE_LATENCY, "1024/48000");
   if (!target.empty()) pw_properties_set(properties, PW_KEY_TARGET_OBJECT, target.c_str());
   self.stream = pw_stream_new_simple(pw_thread_loop_get_loop(self.loop), "player", properties,
                                      &self.events, &self);
@@ -85,10 +88,10 @@ PlaybackStream::PlaybackStream(const AudioFormat& format, const std::string& tar
   spa_pod_builder builder{};
   spa_pod_builder_init(&builder, room, sizeof room);
   const spa_pod* parameter = spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &info);
-  pw_stream_connect(
-      self.stream, PW_DIRECTION_OUTPUT, PW_ID_ANY,
-      static_cast<pw_stream_flags>(PW_STREAM_FLAG_AUTOCONNECT | PW_STREAM_FLAG_MAP_BUFFERS),
-      &parameter, 1);
+  auto flags = PW_STREAM_FLAG_AUTOCONNECT | PW_STREAM_FLAG_MAP_BUFFERS;
+  if (!target.empty()) flags |= PW_STREAM_FLAG_DONT_RECONNECT;
+  pw_stream_connect(self.stream, PW_DIRECTION_OUTPUT, PW_ID_ANY,
+                    static_cast<pw_stream_flags>(flags), &parameter, 1);
   pw_thread_loop_unlock(self.loop);
 }
 

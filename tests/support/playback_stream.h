@@ -14,13 +14,16 @@ namespace velun::test {
 /// A program that plays sound through PipeWire, as any other on the desktop does.
 class PlaybackStream {
  public:
-  /// Fills one channel's next frames, −1 … 1; the others get the same. On the stream's thread.
+  /// Fills one channel's next frames, −1 … 1. On the stream's thread.
   using Fill = std::function<void(std::span<float>)>;
 
-  /// Plays to `target`, a device name, or the default output when empty. `latencyFrames` is what
-  /// the program asks the server for.
+  static constexpr int everyChannel = -1;
+
+  /// Plays to `target`, a device name, and nowhere else, or to the default output when empty; the
+  /// same in every channel
+  /// or in one only. Six channels are FL FR FC LFE RL RR.
   PlaybackStream(const AudioFormat& format, const std::string& target, Fill fill,
-                 int latencyFrames = 1024);
+                 int channel = everyChannel);
   ~PlaybackStream();
 
   /// A sine that goes on until the stream is destroyed.

@@ -2,6 +2,8 @@
 #include "support/private_pipewire.h"
 
 #include <csignal>
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <sys/prctl.h>
 
 namespace velun::test {
@@ -68,6 +70,18 @@ bool PrivatePipeWire::awaitDefaultSink(const QString& name) {
 
 bool PrivatePipeWire::awaitDefaultSource(const QString& name) {
   return run({"await-default-source", name});
+}
+
+QJsonObject PrivatePipeWire::node(const QString& name) {
+  QProcess dump;
+  dump.start("pw-dump", QStringList());
+  dump.waitForFinished();
+  const QJsonArray objects = QJsonDocument::fromJson(dump.readAllStandardOutput()).array();
+  for (const QJsonValue& object : objects) {
+    const QJsonObject info = object["info"].toObject();
+    if (info["props"]["node.name"].toString() == name) return info;
+  }
+  return {};
 }
 
 bool PrivatePipeWire::run(const QStringList& arguments) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QJsonObject>
 #include <QProcess>
 #include <QString>
 #include <QStringList>
@@ -24,9 +25,13 @@ class PrivatePipeWire {
 
   /// Adds an output without a sound card, with channels such as "FL FR FC LFE RL RR".
   bool addSink(const QString& name, int rate = 48'000, const QString& channels = "FL FR");
-  /// Adds a microphone; what is linked to its inputs is what it hears.
+  /// Adds a microphone, which hears what plays on the output NAME-voice.
   bool addMicrophone(const QString& name, int rate = 48'000, const QString& channels = "FL FR");
   bool remove(const QString& name);
+
+  /// What `pw-dump` tells of the node with this name: its "state" and "props"; empty without one.
+  static QJsonObject node(const QString& name);
+  static QString stateOf(const QString& name) { return node(name).value("state").toString(); }
 
   /// Chooses a device as the user would and waits until it is the default.
   bool setDefaultSink(const QString& name);

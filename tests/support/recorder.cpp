@@ -16,6 +16,8 @@ std::function<void(const PcmBuffer&)> Recorder::handler() {
 void Recorder::clear() {
   const std::lock_guard lock(mutex_);
   samples_.clear();
+  format_ = {};
+  bufferCount_ = 0;
 }
 
 std::size_t Recorder::sampleCount() const {

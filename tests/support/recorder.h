@@ -18,7 +18,7 @@ class Recorder {
   /// Takes each buffer; the recorder must outlive the capture.
   std::function<void(const PcmBuffer&)> handler();
 
-  /// Forgets the samples so far.
+  /// Forgets everything so far.
   void clear();
   std::size_t bufferCount() const { return bufferCount_; }
   std::size_t sampleCount() const;

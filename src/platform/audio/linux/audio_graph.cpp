@@ -31,13 +31,13 @@ void AudioGraph::addDevice(const AudioDevice& device) {
   devices_[device.id] = device;
 }
 
-void AudioGraph::addLink(std::uint32_t link, std::uint32_t inputNode) {
-  inputNodeOfLink_[link] = inputNode;
+void AudioGraph::addLink(std::uint32_t link, std::uint32_t outputNode, std::uint32_t inputNode) {
+  links_[link] = {outputNode, inputNode};
 }
 
 void AudioGraph::remove(std::uint32_t id) {
   devices_.erase(id);
-  inputNodeOfLink_.erase(id);
+  links_.erase(id);
 }
 
 void AudioGraph::beginSession() {
@@ -72,9 +72,9 @@ const AudioDevice* AudioGraph::defaultSource() const {
   return named(defaultSourceName_, &AudioDevice::isSource);
 }
 
-bool AudioGraph::isFed(std::uint32_t node) const {
-  return std::ranges::any_of(inputNodeOfLink_,
-                             [node](const auto& link) { return link.second == node; });
+bool AudioGraph::isLinked(std::uint32_t outputNode, std::uint32_t inputNode) const {
+  const Link wanted{outputNode, inputNode};
+  return std::ranges::any_of(links_, [&](const auto& link) { return link.second == wanted; });
 }
 
 const AudioDevice* AudioGraph::named(const std::string& name,

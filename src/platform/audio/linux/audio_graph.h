@@ -25,7 +25,7 @@ struct AudioDevice {
 class AudioGraph {
  public:
   void addDevice(const AudioDevice& device);
-  void addLink(std::uint32_t link, std::uint32_t inputNode);
+  void addLink(std::uint32_t link, std::uint32_t outputNode, std::uint32_t inputNode);
   /// Forgets the device or link with this id.
   void remove(std::uint32_t id);
 
@@ -46,14 +46,20 @@ class AudioGraph {
   /// The default microphone. None where the session manager offers a sink's monitor for want of a
   /// microphone.
   const AudioDevice* defaultSource() const;
-  /// Whether anything is linked into this node.
-  bool isFed(std::uint32_t node) const;
+  /// Whether the output of the first node is linked into the second.
+  bool isLinked(std::uint32_t outputNode, std::uint32_t inputNode) const;
 
  private:
+  struct Link {
+    std::uint32_t outputNode = 0;
+    std::uint32_t inputNode = 0;
+    bool operator==(const Link&) const = default;
+  };
+
   const AudioDevice* named(const std::string& name, bool (AudioDevice::*kind)() const) const;
 
   std::map<std::uint32_t, AudioDevice> devices_;
-  std::map<std::uint32_t, std::uint32_t> inputNodeOfLink_;
+  std::map<std::uint32_t, Link> links_;
   std::string defaultSinkName_;
   std::string defaultSourceName_;
   bool hasSession_ = false;

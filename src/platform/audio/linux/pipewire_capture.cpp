@@ -20,7 +20,8 @@ constexpr auto defaultLimit = 300ms;
 constexpr auto retryInterval = 500ms;
 // A session manager that restarts is back within this time; only a longer absence is reported.
 constexpr auto sessionGrace = 1500ms;
-// Linking takes milliseconds. A stream that stays without links is made anew, less and less often.
+// Linking takes milliseconds. A stream that is not linked to its device after this time is made
+// anew, less and less often: a session manager does not move one while its device is idle.
 constexpr auto firstRelinkDelay = 1000ms;
 constexpr auto lastRelinkDelay = 30000ms;
 
@@ -261,7 +262,8 @@ bool PipeWireCapture::isStreamStale() const {
 }
 
 bool PipeWireCapture::isStreamFed() const {
-  return stream_ && connection_->graph().isFed(stream_->nodeID());
+  const AudioDevice* device = wantedDevice();
+  return stream_ && device && connection_->graph().isLinked(device->id, stream_->nodeID());
 }
 
 const AudioDevice* PipeWireCapture::wantedDevice() const {

@@ -19,6 +19,10 @@ const char* lookUp(const spa_dict* properties, const char* key) {
   return value ? value : "";
 }
 
+std::uint32_t idIn(const spa_dict* properties, const char* key) {
+  return std::uint32_t(std::strtoul(lookUp(properties, key), nullptr, 10));
+}
+
 int firstIntegerOf(const spa_pod* object, std::uint32_t key) {
   const spa_pod_prop* property = spa_pod_find_prop(object, nullptr, key);
   if (!property) return 0;
@@ -79,8 +83,8 @@ struct PipeWireConnection::Events {
       if (!device.isSink() && !device.isSource()) return;
       connection.graph_.addDevice(device);
     } else if (kind == PW_TYPE_INTERFACE_Link) {
-      const auto input = std::strtoul(lookUp(properties, PW_KEY_LINK_INPUT_NODE), nullptr, 10);
-      connection.graph_.addLink(id, std::uint32_t(input));
+      connection.graph_.addLink(id, idIn(properties, PW_KEY_LINK_OUTPUT_NODE),
+                                idIn(properties, PW_KEY_LINK_INPUT_NODE));
     } else if (kind == PW_TYPE_INTERFACE_Metadata &&
                std::string_view(lookUp(properties, PW_KEY_METADATA_NAME)) == "default") {
       connection.proxies_->dropDefaults();

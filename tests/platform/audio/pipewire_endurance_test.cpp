@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "audio/system_audio.h"
+#include "platform/audio/linux/pipewire_audio_platform.h"
+#include "platform/foundation/system_clock.h"
+#include "support/playback_stream.h"
+#include "support/private_pipewire.h"
+#include "support/recorder.h"
+#include "support/suite.h"
+
+#include <QCoreApplication>
+#include <QDir>
+
+using namespace velun;
+using namespace velun::test;
+
+namespace {
+
+constexpr int limit = 30'000;
+const AudioFormat stereo{AudioFormat::Sample::float32, 48'000, 2, true};
+
+qsizetype entriesOf(const QString& folder) {
+  return QDir(folder).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System).size();
+}
+
+qsizetype descriptorCount() {
+  return entriesOf("/proc/self/fd");
+}
+qsizetype threadCount() {
+  return entriesOf("/proc/self/task");
+}
+
+}  // namespace
+
+class PipeWireEnduranceTest final : public Suite {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void initTestCase() {
+    QVERIFY(server_.start());
+    QVERIFY(server_.addSink("speakers"));
+    QVERIFY(server_.awaitDefaultSink("speakers"));
+  }
+
+  void aThousandRunsLeaveNothingBehind() {
+    const PlaybackStream player(stereo, {}, PlaybackStream::tone(1000, 48'000, 0.5F));
+    Recorder recorder;
+    // The third hears the player, which has all its descriptors then.
+    for (int i = 0; i < 3; ++i) run(recorder, i);
+    const qsizetype descriptors = descriptorCount();
+    const qsizetype threads = threadCount();
+    for (int i = 0; i < 1000; ++i) run(recorder, i);
+    QCOMPARE(descriptorCount(), descriptors);
+    QCOMPARE(threadCount(), threads);
+    QTRY_VERIFY_WITH_TIMEOUT(PrivatePipeWire::node("Velun Tap").isEmpty(), limit);
+
+    SystemAudio source(platform_.makeHardware(nullptr));
+    recorder.clear();
+    source.start(recorder.handler());
+    QTRY_VERIFY_WITH_TIMEOUT(std::abs(recorder.amplitudeAt(1000, 4'800) - 0.5) < 0.01, limit);
+    source.stop();
+  }
+
+ private:
+  /// Stopped at different moments: before, while and after the stream is linked.
+  void run(Recorder& recorder, int number) {
+    SystemAudio source(platform_.makeHardware(nullptr));
+    source.start(recorder.handler());
+    if (number % 4 == 1) QCoreApplication::processEvents();
+    if (number % 50 == 2) {
+      const std::size_t before = recorder.bufferCount();
+      QTRY_VERIFY_WITH_TIMEOUT(recorder.bufferCount() > before, limit);
+    }
+    source.stop();
+  }
+
+  PrivatePipeWire server_;
+  SystemClock clock_;
+  PipeWireAudioPlatform platform_{clock_};
+};
+
+QTEST_GUILESS_MAIN(PipeWireEnduranceTest)
+#include "pipewire_endurance_test.moc"

@@ -1,0 +1,200 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "audio/system_audio.h"
+#include "platform/audio/linux/pipewire_audio_platform.h"
+#include "support/manual_clock.h"
+#include "support/playback_stream.h"
+#include "support/private_pipewire.h"
+#include "support/recorder.h"
+#include "support/suite.h"
+
+using namespace velun;
+using namespace velun::test;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int limit = 30'000;
+const AudioFormat stereo{AudioFormat::Sample::float32, 48'000, 2, true};
+
+std::unique_ptr<PlaybackStream> play(const std::string& target, double frequency) {
+  return std::make_unique<PlaybackStream>(stereo, target,
+                                          PlaybackStream::tone(frequency, 48'000, 0.5F));
+}
+
+}  // namespace
+
+/// What a running capture makes of devices and servers that come and go. Its clock stands still
+/// unless it is advanced, so that nothing here depends on how fast the machine is.
+class PipeWireFollowingTest final : public Suite {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void init() {
+    Suite::init();
+    server_ = std::make_unique<PrivatePipeWire>();
+    QVERIFY(server_->start());
+    QVERIFY(server_->addSink("speakers"));
+    QVERIFY(server_->addSink("headphones"));
+    QVERIFY(server_->setDefaultSink("speakers"));
+    reports_.clear();
+    recorder_.clear();
+    source_ = std::make_unique<SystemAudio>(
+        platform_.makeHardware([this](AudioInterruption report) { reports_ << report; }));
+    source_->start(recorder_.handler());
+  }
+
+  void cleanup() {
+    source_->stop();
+    source_.reset();
+    server_.reset();
+  }
+
+  void theDefaultOutputIsFollowedInMidTone() {
+    const auto speakers = play("speakers", 1000);
+    const auto headphones = play("headphones", 3000);
+    QTRY_VERIFY_WITH_TIMEOUT(hearsOnly(1000, 3000), limit);
+    QVERIFY(server_->setDefaultSink("headphones"));
+    QTRY_VERIFY_WITH_TIMEOUT(hearsOnly(3000, 1000), limit);
+    QVERIFY(server_->setDefaultSink("speakers"));
+    QTRY_VERIFY_WITH_TIMEOUT(hearsOnly(1000, 3000), limit);
+    QVERIFY(reports_.isEmpty());
+  }
+
+  void theDefaultOutputIsFollowedInSilence() {
+    QVERIFY(server_->setDefaultSink("headphones"));
+    // The session manager leaves a stream that has not run yet where it is.
+    clock_.advance(1s);
+    const auto headphones = play("headphones", 3000);
+    QTRY_VERIFY_WITH_TIMEOUT(hearsOnly(3000, 1000), limit);
+  }
+
+  void anOutputThatGoesAndComesBackIsFollowed() {
+    auto speakers = play("speakers", 1000);
+    const auto headphones = play("headphones", 3000);
+    QTRY_VERIFY_WITH_TIMEOUT(hearsOnly(1000, 3000), limit);
+    speakers.reset();
+    QVERIFY(server_->remove("speakers"));
+    QTRY_VERIFY_WITH_TIMEOUT(hearsOnly(3000, 1000), limit);
+    QVERIFY(server_->addSink("speakers"));
+    QVERIFY(server_->awaitDefaultSink("speakers"));
+    speakers = play("speakers", 1000);
+    QTRY_VERIFY_WITH_TIMEOUT(hearsOnly(1000, 3000), limit);
+    QVERIFY(reports_.isEmpty());
+  }
+
+  void theLastOutputMayGoAndAnotherCome() {
+    auto player = play("speakers", 1000);
+    QTRY_VERIFY_WITH_TIMEOUT(hearsOnly(1000, 3000), limit);
+    player.reset();
+    QVERIFY(server_->remove("headphones"));
+    QVERIFY(server_->remove("speakers"));
+    clock_.advance(60s);
+    QVERIFY(reports_.isEmpty());
+    QVERIFY(server_->addSink("television"));
+    QVERIFY(server_->awaitDefaultSink("television"));
+    player = play("television", 3000);
+    QTRY_VERIFY_WITH_TIMEOUT(hearsOnly(3000, 1000), limit);
+    QVERIFY(reports_.isEmpty());
+  }
+
+  void aSessionManagerThatRestartsIsNotNoticed() {
+    auto player = play("speakers", 1000);
+    QTRY_VERIFY_WITH_TIMEOUT(hearsOnly(1000, 3000), limit);
+    server_->killManager();
+    QVERIFY(server_->startManager());
+    QVERIFY(server_->setDefaultSink("speakers"));
+    // Players are not linked again either.
+    player = play("speakers", 3000);
+    QTRY_VERIFY_WITH_TIMEOUT(hearsOnly(3000, 1000), limit);
+    QVERIFY(reports_.isEmpty());
+  }
+
+  void aSessionManagerThatStaysAwayIsAnInterruption() {
+    server_->killManager();
+    QTRY_VERIFY_WITH_TIMEOUT(clock_.scheduledCount() > 0, limit);
+    clock_.advance(1s);
+    QVERIFY(reports_.isEmpty());
+    clock_.advance(1s);
+    QCOMPARE(reports_, QList{AudioInterruption::began});
+    QVERIFY(server_->startManager());
+    QVERIFY(server_->setDefaultSink("speakers"));
+    const auto player = play("speakers", 1000);
+    QTRY_VERIFY_WITH_TIMEOUT(hearsOnly(1000, 3000), limit);
+    QCOMPARE(reports_, QList({AudioInterruption::began, AudioInterruption::ended}));
+  }
+
+  void aServerThatRestartsIsReachedAgain() {
+    auto player = play("speakers", 1000);
+    QTRY_VERIFY_WITH_TIMEOUT(hearsOnly(1000, 3000), limit);
+    player.reset();
+    server_->killDaemon();
+    QTRY_COMPARE_WITH_TIMEOUT(reports_, QList{AudioInterruption::began}, limit);
+    clock_.advance(10s);
+    QCOMPARE(reports_.size(), 1);
+    QVERIFY(server_->start());
+    QVERIFY(server_->addSink("speakers"));
+    QVERIFY(server_->setDefaultSink("speakers"));
+    clock_.advance(1s);
+    QTRY_COMPARE_WITH_TIMEOUT(reports_, QList({AudioInterruption::began, AudioInterruption::ended}),
+                              limit);
+    player = play("speakers", 3000);
+    QTRY_VERIFY_WITH_TIMEOUT(hearsOnly(3000, 1000), limit);
+  }
+
+  void aServerThatStaysAwayEndsTheCapture() {
+    server_->killDaemon();
+    QTRY_COMPARE_WITH_TIMEOUT(reports_, QList{AudioInterruption::began}, limit);
+    clock_.advance(29s);
+    QCOMPARE(reports_.size(), 1);
+    clock_.advance(2s);
+    QCOMPARE(reports_, QList({AudioInterruption::began, AudioInterruption::failed}));
+    clock_.advance(60s);
+    QCOMPARE(reports_.size(), 2);
+    QCOMPARE(clock_.scheduledCount(), std::size_t(0));
+  }
+
+  void theSourceMayBeDestroyedByTheReport() {
+    source_->stop();
+    source_ =
+        std::make_unique<SystemAudio>(platform_.makeHardware([this](AudioInterruption report) {
+          reports_ << report;
+          source_ = std::make_unique<SystemAudio>(platform_.makeHardware(nullptr));
+        }));
+    source_->start(recorder_.handler());
+    server_->killDaemon();
+    QTRY_COMPARE_WITH_TIMEOUT(reports_, QList{AudioInterruption::began}, limit);
+    clock_.advance(60s);
+    QCOMPARE(reports_.size(), 1);
+  }
+
+  void aCaptureWhoseLinksAreTakenIsMadeAnew() {
+    const auto player = play("speakers", 1000);
+    QTRY_VERIFY_WITH_TIMEOUT(hearsOnly(1000, 3000), limit);
+    for (const char* channel : {"FL", "FR"}) {
+      QCOMPARE(QProcess::execute("pw-link", {"-d", QString("speakers:monitor_%1").arg(channel),
+                                             QString("Velun Tap:input_%1").arg(channel)}),
+               0);
+    }
+    QTRY_VERIFY_WITH_TIMEOUT(clock_.scheduledCount() > 0, limit);
+    recorder_.clear();
+    clock_.advance(1s);
+    QTRY_VERIFY_WITH_TIMEOUT(hearsOnly(1000, 3000), limit);
+    QVERIFY(reports_.isEmpty());
+  }
+
+ private:
+  bool hearsOnly(double frequency, double other) const {
+    return recorder_.amplitudeAt(frequency, 4'800) > 0.45 &&
+           recorder_.amplitudeAt(other, 4'800) < 0.01;
+  }
+
+  Recorder recorder_;
+  ManualClock clock_;
+  PipeWireAudioPlatform platform_{clock_};
+  std::unique_ptr<PrivatePipeWire> server_;
+  QList<AudioInterruption> reports_;
+  std::unique_ptr<SystemAudio> source_;
+};
+
+QTEST_GUILESS_MAIN(PipeWireFollowingTest)
+#include "pipewire_following_test.moc"
