@@ -13,7 +13,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr int limit = 30'000;
+constexpr int limit = 20'000;
 const AudioFormat stereo{AudioFormat::Sample::float32, 48'000, 2, true};
 
 std::unique_ptr<PlaybackStream> play(const std::string& target, double frequency) {
@@ -100,26 +100,26 @@ class PipeWireFollowingTest final : public Suite {
   void aSessionManagerThatRestartsIsNotNoticed() {
     auto player = play("speakers", 1000);
     QTRY_VERIFY_WITH_TIMEOUT(hearsOnly(1000, 3000), limit);
+    player.reset();
     server_->killManager();
     QVERIFY(server_->startManager());
+    // Outputs that belong to sound cards are made anew by the session manager.
+    QVERIFY(server_->remove("speakers"));
+    QVERIFY(server_->addSink("speakers"));
     QVERIFY(server_->setDefaultSink("speakers"));
-    // Players are not linked again either.
     player = play("speakers", 3000);
-    QTRY_VERIFY_WITH_TIMEOUT(hearsOnly(3000, 1000), limit);
+    QTRY_VERIFY_WITH_TIMEOUT(hearsInTime(3000), limit);
     QVERIFY(reports_.isEmpty());
   }
 
   void aSessionManagerThatStaysAwayIsAnInterruption() {
     server_->killManager();
-    QTRY_VERIFY_WITH_TIMEOUT(clock_.scheduledCount() > 0, limit);
-    clock_.advance(1s);
-    QVERIFY(reports_.isEmpty());
-    clock_.advance(1s);
+    QTRY_VERIFY_WITH_TIMEOUT(isReportedInTime(), limit);
     QCOMPARE(reports_, QList{AudioInterruption::began});
     QVERIFY(server_->startManager());
     QVERIFY(server_->setDefaultSink("speakers"));
     const auto player = play("speakers", 1000);
-    QTRY_VERIFY_WITH_TIMEOUT(hearsOnly(1000, 3000), limit);
+    QTRY_VERIFY_WITH_TIMEOUT(hearsInTime(1000), limit);
     QCOMPARE(reports_, QList({AudioInterruption::began, AudioInterruption::ended}));
   }
 
@@ -186,6 +186,17 @@ class PipeWireFollowingTest final : public Suite {
   bool hearsOnly(double frequency, double other) const {
     return recorder_.amplitudeAt(frequency, 4'800) > 0.45 &&
            recorder_.amplitudeAt(other, 4'800) < 0.01;
+  }
+
+  /// While time goes on.
+  bool hearsInTime(double frequency) {
+    clock_.advance(200ms);
+    return recorder_.amplitudeAt(frequency, 4'800) > 0.45;
+  }
+
+  bool isReportedInTime() {
+    clock_.advance(200ms);
+    return !reports_.isEmpty();
   }
 
   Recorder recorder_;

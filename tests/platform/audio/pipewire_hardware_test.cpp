@@ -15,7 +15,7 @@ using namespace velun::test;
 
 namespace {
 
-constexpr int limit = 30'000;
+constexpr int limit = 20'000;
 const AudioFormat stereo{AudioFormat::Sample::float32, 48'000, 2, true};
 
 QString failureOf(SystemAudio* source) {

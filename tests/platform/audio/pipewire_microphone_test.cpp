@@ -16,7 +16,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr int limit = 30'000;
+constexpr int limit = 20'000;
 const AudioFormat stereo{AudioFormat::Sample::float32, 48'000, 2, true};
 
 std::unique_ptr<PlaybackStream> play(const std::string& target, double frequency) {

@@ -16,7 +16,7 @@ namespace {
 
 constexpr auto float32 = AudioFormat::Sample::float32;
 constexpr auto int16 = AudioFormat::Sample::int16;
-constexpr int limit = 30'000;
+constexpr int limit = 20'000;
 constexpr int center = 2;
 constexpr double half = 0.5;
 constexpr double inBothEars = 1 / std::numbers::sqrt2;

@@ -159,8 +159,9 @@ PipeWireCapture::Report PipeWireCapture::reviewConnection() {
 
 PipeWireCapture::Report PipeWireCapture::reviewStream() {
   if (isStreamStale()) stream_.reset();
-  const bool canStart = kind_ == Kind::output || wantedDevice();
-  if (!stream_ && canStart) makeStream();
+  // A session manager that has not chosen a device yet is still starting, and does not link the
+  // streams that it finds then.
+  if (!stream_ && wantedDevice()) makeStream();
 
   if (isStreamFed() || !wantedDevice()) {
     relinkCall_.reset();
