@@ -29,7 +29,7 @@ struct AudioHardwareScript {
   }
 };
 
-class ScriptedAudioHardware final : public AudioHardware {
+class ScriptedAudioHardware : public AudioHardware {
  public:
   static constexpr AudioObjectID tapID = 71;
   static constexpr AudioObjectID outputID = 42;

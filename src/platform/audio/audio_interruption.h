@@ -7,7 +7,8 @@ namespace velun {
 
 /// What became of a capture that lost its sound server.
 enum class AudioInterruption {
-  /// The server is gone; the capture is trying to reach it again.
+  /// The server, or the session manager that connects programs with devices, is gone; the capture
+  /// is trying to reach it again.
   began,
   /// Audio flows again.
   ended,
