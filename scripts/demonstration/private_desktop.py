@@ -112,6 +112,7 @@ class PrivateDesktop:
             ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]))
         # Not black, so that the picture shows the panel's translucency.
         self._run(["xsetroot", "-solid", "#5d7389"])
+        self._start(["trayer", "--edge", "top", "--align", "right", "--tint", "0x303030"], log="tray")
         self._start(["picom", "--backend", "xrender", "--config", "/dev/null"], log="picom")
 
     def _start_sound(self):

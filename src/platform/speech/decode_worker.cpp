@@ -3,6 +3,7 @@
 
 #include "platform/foundation/failure.h"
 
+#include <algorithm>
 #include <chrono>
 #include <QMetaObject>
 #include <utility>
@@ -15,9 +16,11 @@ using namespace std::chrono_literals;
 
 /// How often a recognizer that settles something is asked for it while no audio comes.
 constexpr auto kPollInterval = 20ms;
-/// A phrase that gets no more audio is settled after this long. The engine asks for the same after
-/// a second when a draft is shown; this is for a word too short to have been one.
-constexpr auto kStarvation = 1500ms;
+/// A source that has nothing to play may deliver nothing at all. After this long without audio,
+/// which no busy machine needs to bring the next piece, the gap is heard as the silence it is: a
+/// phrase then ends where it ended, and what follows is not joined to it.
+constexpr auto kGap = 250ms;
+constexpr double kSampleRate = 16000;
 
 using SteadyClock = std::chrono::steady_clock;
 
@@ -76,6 +79,7 @@ void DecodeWorker::run(const RecognizerProvider::Factory& factory) {
 
 void DecodeWorker::decode(RecognizerBackend& backend) {
   auto lastAudio = SteadyClock::now();
+  auto heardUntil = lastAudio;
   while (!*isCancelled_) {
     const bool isPolling = backend.expectsResults();
     const std::optional<AnalyzerInput> input =
@@ -88,9 +92,11 @@ void DecodeWorker::decode(RecognizerBackend& backend) {
       backend.finalize();
       deliverResults(backend);
       return;
-    } else if (isPolling && SteadyClock::now() - lastAudio > kStarvation) {
-      lastAudio = SteadyClock::now();
-      backend.finalize();
+    } else if (isPolling && SteadyClock::now() - lastAudio > kGap) {
+      heardUntil = std::max(heardUntil, lastAudio);
+      const auto now = SteadyClock::now();
+      acceptSilence(backend, now - heardUntil);
+      heardUntil = now;
     }
     deliverResults(backend);
     answerFinalize(backend);
@@ -102,6 +108,12 @@ void DecodeWorker::accept(RecognizerBackend& backend, const AnalyzerInput& input
   if (const auto isBehind = lag_.update(input_->pendingSeconds())) {
     post([listener = listener_, behind = *isBehind] { listener->onFallingBehind(behind); });
   }
+}
+
+void DecodeWorker::acceptSilence(RecognizerBackend& backend, std::chrono::nanoseconds duration) {
+  const double seconds = std::chrono::duration<double>(duration).count();
+  const std::vector<float> silence(static_cast<std::size_t>(seconds * kSampleRate), 0.0F);
+  backend.acceptAudio(silence);
 }
 
 void DecodeWorker::deliverResults(RecognizerBackend& backend) {

@@ -7,6 +7,7 @@
 #include "platform/speech/recognizer_provider.h"
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -48,6 +49,7 @@ class DecodeWorker {
   void run(const RecognizerProvider::Factory& factory);
   void decode(RecognizerBackend& backend);
   void accept(RecognizerBackend& backend, const AnalyzerInput& input);
+  void acceptSilence(RecognizerBackend& backend, std::chrono::nanoseconds duration);
   void deliverResults(RecognizerBackend& backend);
   void answerFinalize(RecognizerBackend& backend);
   void post(std::function<void()> call);
