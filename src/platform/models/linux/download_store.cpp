@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/models/linux/download_store.h"
+
+#include "platform/foundation/failure.h"
+#include "platform/foundation/one_shot.h"
+
+#include <QDir>
+#include <QFile>
+#include <QPointer>
+#include <QStandardPaths>
+
+namespace velun {
+
+/// One installation under way.
+struct DownloadStore::Job {
+  explicit Job(QString modelId, const std::stop_token& callerStop)
+      : id(std::move(modelId)), forwardStop(callerStop, [this] { stop.request_stop(); }) {}
+
+  QString id;
+  std::stop_source stop;
+  std::stop_callback<std::function<void()>> forwardStop;
+  std::jthread worker;
+};
+
+QString DownloadStore::standardRoot() {
+  const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+  return QDir(data).filePath("app.velun.Velun/models");
+}
+
+DownloadStore::DownloadStore(ModelCatalogue catalogue, ModelStoreOptions options,
+                             const Clock& clock, std::function<bool()> isMetered)
+    : installer_(options), root_(options.root), clock_(clock), isMetered_(std::move(isMetered)) {
+  findPlaced(std::move(catalogue));
+}
+
+DownloadStore::~DownloadStore() {
+  for (const auto& job : jobs_) job->stop.request_stop();
+}
+
+bool DownloadStore::isInstalled(const Model& model) const {
+  return installer_.isInstalled(model);
+}
+
+QString DownloadStore::folder(const Model& model) const {
+  return installer_.folder(model.id);
+}
+
+QCoro::Task<> DownloadStore::install(Model model, std::stop_token stop) {
+  if (stop.stop_requested()) throw Cancelled();
+  if (isInstalled(model)) co_return;
+  const OneShot<bool> done;
+  start(model, stop, [done](std::exception_ptr error) {
+    if (error) {
+      done.fail(error);
+    } else {
+      done.complete(true);
+    }
+  });
+  co_await done;
+}
+
+void DownloadStore::installQuietly(const Model& model) {
+  if (isInstalled(model) || busy().contains(model.id)) return;
+  if (failedToday(model.id) || isMetered_()) return;
+  const QPointer<DownloadStore> self(this);
+  start(model, std::stop_token(), [self, id = model.id](std::exception_ptr error) {
+    if (!error) return;
+    try {
+      std::rethrow_exception(error);
+    } catch (const Cancelled&) {
+      // The program ends: nothing failed.
+    } catch (const std::exception&) {
+      QMetaObject::invokeMethod(QCoreApplication::instance(), [self, id] {
+        if (self) self->rememberFailure(id);
+      });
+    }
+  });
+}
+
+QStringList DownloadStore::busy() const {
+  QStringList ids;
+  for (const auto& job : jobs_) ids.append(job->id);
+  ids.removeDuplicates();
+  return ids;
+}
+
+void DownloadStore::start(const Model& model, const std::stop_token& stop, Done done) {
+  Job* job = jobs_.emplace_back(std::make_unique<Job>(model.id, stop)).get();
+  job->worker = std::jthread([this, job, model, installer = installer_,
+                              token = job->stop.get_token(), done = std::move(done)] {
+    std::exception_ptr error;
+    try {
+      installer.install(model, token);
+    } catch (...) {
+      error = std::current_exception();
+    }
+    // The store joins its workers before it goes, so it is still there to be posted to.
+    const bool isInstalled = !error;
+    QMetaObject::invokeMethod(
+        this, [this, job, isInstalled] { finish(job, isInstalled); }, Qt::QueuedConnection);
+    done(error);
+  });
+  Q_EMIT busyChanged();
+}
+
+void DownloadStore::finish(Job* job, bool isInstalled) {
+  const QString id = job->id;
+  std::erase_if(jobs_, [job](const auto& owned) { return owned.get() == job; });
+  Q_EMIT busyChanged();
+  if (isInstalled) Q_EMIT installed(id);
+}
+
+void DownloadStore::findPlaced(ModelCatalogue catalogue) {
+  finder_ = std::jthread([this, catalogue = std::move(catalogue),
+                          installer = installer_](const std::stop_token& stop) {
+    for (const Model& model : catalogue.models()) {
+      if (stop.stop_requested()) return;
+      try {
+        if (!installer.isPlaced(model) || !installer.installPlaced(model, stop)) continue;
+      } catch (const Failure&) {
+        // What cannot be taken now is looked at again at the next start.
+        continue;
+      }
+      QMetaObject::invokeMethod(
+          this, [this, id = model.id] { Q_EMIT installed(id); }, Qt::QueuedConnection);
+    }
+  });
+}
+
+QString DownloadStore::failurePath(const QString& id) const {
+  return QDir(root_).filePath(".downloads/" + id + "/failed");
+}
+
+bool DownloadStore::failedToday(const QString& id) const {
+  QFile file(failurePath(id));
+  if (!file.open(QIODevice::ReadOnly)) return false;
+  const Instant then{std::chrono::microseconds(file.readAll().trimmed().toLongLong())};
+  const auto passed = clock_.now() - then;
+  return passed >= std::chrono::seconds(0) && passed < std::chrono::hours(24);
+}
+
+void DownloadStore::rememberFailure(const QString& id) const {
+  QFile file(failurePath(id));
+  if (!file.open(QIODevice::WriteOnly)) return;
+  file.write(QByteArray::number(qint64(clock_.now().time_since_epoch().count())));
+}
+
+}  // namespace velun

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/foundation/clock.h"
+#include "platform/models/linux/model_installer.h"
+#include "platform/models/model_catalogue.h"
+#include "platform/models/model_store.h"
+
+#include <list>
+#include <memory>
+#include <thread>
+
+namespace velun {
+
+/// The model store on the disk: each installation has a worker thread of its own, which ends soon
+/// after the store.
+class DownloadStore final : public ModelStore {
+  Q_OBJECT
+
+ public:
+  /// Where models are kept: beside the folder of the sessions, which holds nothing else.
+  static QString standardRoot();
+
+  /// Looks at once, on a worker thread, for models of the catalogue that were put into their
+  /// folders by hand. `isMetered` is asked before anything is fetched quietly.
+  DownloadStore(ModelCatalogue catalogue, ModelStoreOptions options, const Clock& clock,
+                std::function<bool()> isMetered);
+  ~DownloadStore() override;
+
+  bool isInstalled(const Model& model) const override;
+  QString folder(const Model& model) const override;
+  QCoro::Task<> install(Model model, std::stop_token stop) override;
+  void installQuietly(const Model& model) override;
+  QStringList busy() const override;
+
+ private:
+  struct Job;
+  using Done = std::function<void(std::exception_ptr)>;
+
+  void start(const Model& model, const std::stop_token& stop, Done done);
+  void finish(Job* job, bool isInstalled);
+  void findPlaced(ModelCatalogue catalogue);
+  bool failedToday(const QString& id) const;
+  void rememberFailure(const QString& id) const;
+  QString failurePath(const QString& id) const;
+
+  ModelInstaller installer_;
+  QString root_;
+  const Clock& clock_;
+  std::function<bool()> isMetered_;
+  std::list<std::unique_ptr<Job>> jobs_;
+  std::jthread finder_;
+};
+
+}  // namespace velun

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/models/linux/file_check.h"
+
+#include "platform/models/linux/model_store_failures.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <QCryptographicHash>
+#include <QFile>
+#include <QFileInfo>
+#include <unistd.h>
+
+namespace velun {
+
+QByteArray sha256OfFile(const QString& path, const std::stop_token& stop) {
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) return {};
+  QCryptographicHash hash(QCryptographicHash::Sha256);
+  QByteArray block(1 << 20, Qt::Uninitialized);
+  while (true) {
+    if (stop.stop_requested()) throw Cancelled();
+    const qint64 count = file.read(block.data(), block.size());
+    if (count < 0) return {};
+    if (count == 0) return hash.result().toHex();
+    hash.addData(QByteArrayView(block.constData(), count));
+  }
+}
+
+bool isFile(const QString& path, std::int64_t bytes, const QByteArray& sha256,
+            const std::stop_token& stop) {
+  const QFileInfo info(path);
+  if (!info.isFile() || (bytes > 0 && info.size() != bytes)) return false;
+  return sha256.isEmpty() || sha256OfFile(path, stop) == sha256;
+}
+
+void moveIntoPlace(const QString& from, const QString& to) {
+  QFile file(from);
+  if (!file.open(QIODevice::ReadWrite) || ::fsync(file.handle()) != 0) {
+    throw model_failures::notSaved(file.errorString());
+  }
+  file.close();
+  if (std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) != 0) {
+    throw model_failures::notSaved(qt_error_string(errno));
+  }
+}
+
+}  // namespace velun

@@ -1,0 +1,189 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/models/linux/http_download.h"
+
+#include "platform/models/linux/model_store_failures.h"
+#include "platform/models/model_address.h"
+
+#include <condition_variable>
+#include <mutex>
+#include <optional>
+#include <QEventLoop>
+#include <QFile>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QRegularExpression>
+
+namespace velun {
+
+namespace {
+
+/// Why a try ended although it may be worth another.
+struct Dropped {
+  Failure failure;
+};
+
+/// One request for the rest of the file.
+class Try {
+ public:
+  Try(QNetworkAccessManager& network, std::int64_t bytes, const QString& partial,
+      const std::stop_token& stop)
+      : network_(network), bytes_(bytes), file_(partial), stop_(stop) {}
+
+  /// Throws `Failure`, `Cancelled` or `Dropped`.
+  void run(const QUrl& address, std::chrono::milliseconds stall) {
+    if (!file_.open(QIODevice::ReadWrite)) throw model_failures::notSaved(file_.errorString());
+    if (file_.size() > bytes_) file_.resize(0);
+    offset_ = file_.size();
+    if (offset_ == bytes_) return;
+    if (!isSafeModelAddress(address)) throw model_failures::insecure();
+    QNetworkReply* reply = network_.get(request(address, stall));
+    const std::unique_ptr<QNetworkReply> owned(reply);
+    reply->setReadBufferSize(1 << 20);
+    exchange(reply);
+    conclude(reply, address);
+  }
+
+ private:
+  QNetworkRequest request(const QUrl& address, std::chrono::milliseconds stall) const {
+    QNetworkRequest request(address);
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
+                         QNetworkRequest::UserVerifiedRedirectPolicy);
+    request.setTransferTimeout(static_cast<int>(stall.count()));
+    // Sizes and hashes are those of the file itself, not of a form made up for the transfer.
+    request.setRawHeader("Accept-Encoding", "identity");
+    request.setRawHeader("User-Agent", "Velun");
+    if (offset_ > 0) request.setRawHeader("Range", "bytes=" + QByteArray::number(offset_) + "-");
+    return request;
+  }
+
+  void exchange(QNetworkReply* reply) {
+    QEventLoop loop;
+    QObject::connect(reply, &QNetworkReply::redirected, reply, [this, reply](const QUrl& target) {
+      if (isSafeModelAddress(target)) {
+        Q_EMIT reply->redirectAllowed();
+      } else {
+        giveUp(reply, model_failures::insecure());
+      }
+    });
+    QObject::connect(reply, &QNetworkReply::readyRead, reply, [this, reply] { receive(reply); });
+    QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
+    const std::stop_callback abort(stop_, [reply] {
+      QMetaObject::invokeMethod(reply, &QNetworkReply::abort, Qt::QueuedConnection);
+    });
+    if (!reply->isFinished()) loop.exec();
+    receive(reply);
+  }
+
+  void giveUp(QNetworkReply* reply, const Failure& failure) {
+    if (!failure_) failure_ = failure;
+    reply->abort();
+  }
+
+  void receive(QNetworkReply* reply) {
+    if (failure_ || stop_.stop_requested() || !reply->isOpen()) return;
+    if (!isAccepted_ && !accept(reply)) return;
+    const QByteArray data = reply->readAll();
+    if (offset_ + data.size() > bytes_) {
+      file_.resize(0);
+      giveUp(reply, model_failures::unexpectedFile());
+    } else if (file_.write(data) != data.size() || !file_.flush()) {
+      giveUp(reply, model_failures::notSaved(file_.errorString()));
+    } else {
+      offset_ += data.size();
+    }
+  }
+
+  /// Looks at the answer's head before any of its body is kept.
+  bool accept(QNetworkReply* reply) {
+    const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    if (status == 206) {
+      if (!continuesAtOffset(reply)) return startOver(reply);
+    } else if (status == 200) {
+      const QVariant length = reply->header(QNetworkRequest::ContentLengthHeader);
+      if (length.isValid() && length.toLongLong() != bytes_) {
+        giveUp(reply, model_failures::unexpectedFile());
+        return false;
+      }
+      // A server that cannot go on from the middle sends everything again.
+      file_.resize(0);
+      offset_ = 0;
+    } else {
+      return false;
+    }
+    file_.seek(offset_);
+    isAccepted_ = true;
+    return true;
+  }
+
+  bool continuesAtOffset(QNetworkReply* reply) const {
+    static const QRegularExpression range("^bytes (\\d+)-\\d+/(\\d+|\\*)$");
+    const auto match = range.match(QString::fromLatin1(reply->rawHeader("Content-Range")));
+    if (!match.hasMatch() || match.captured(1).toLongLong() != offset_) return false;
+    return match.captured(2) == "*" || match.captured(2).toLongLong() == bytes_;
+  }
+
+  bool startOver(QNetworkReply* reply) {
+    file_.resize(0);
+    isStartingOver_ = true;
+    reply->abort();
+    return false;
+  }
+
+  void conclude(QNetworkReply* reply, const QUrl& address) {
+    if (stop_.stop_requested()) throw Cancelled();
+    if (failure_) throw *failure_;
+    if (offset_ == bytes_ && isAccepted_) return;
+    const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    if (status == 416) file_.resize(0);
+    if (isStartingOver_ || status == 416) throw Dropped{model_failures::unexpectedFile()};
+    if (status >= 400 && status < 500 && status != 408 && status != 429) {
+      throw model_failures::refused(status);
+    }
+    if (status >= 400) throw Dropped{model_failures::refused(status)};
+    if (status == 0) throw Dropped{model_failures::unreachable(address.host())};
+    throw Dropped{model_failures::brokeOff(reply->errorString())};
+  }
+
+  QNetworkAccessManager& network_;
+  std::int64_t bytes_;
+  QFile file_;
+  std::stop_token stop_;
+  std::int64_t offset_ = 0;
+  bool isAccepted_ = false;
+  bool isStartingOver_ = false;
+  std::optional<Failure> failure_;
+};
+
+/// Waits, but not for a stop.
+void pause(std::chrono::milliseconds time, const std::stop_token& stop) {
+  std::mutex mutex;
+  std::condition_variable_any never;
+  std::unique_lock lock(mutex);
+  never.wait_for(lock, stop, time, [] { return false; });
+}
+
+}  // namespace
+
+void downloadFile(const QUrl& address, std::int64_t bytes, const QString& partial,
+                  const HttpPatience& patience, const std::stop_token& stop) {
+  QNetworkAccessManager network;
+  std::chrono::milliseconds delay = patience.retry;
+  int fruitless = 0;
+  while (true) {
+    const std::int64_t before = QFile(partial).size();
+    try {
+      Try(network, bytes, partial, stop).run(address, patience.stall);
+      return;
+    } catch (const Dropped& dropped) {
+      const bool hasAdvanced = QFile(partial).size() > before;
+      if (hasAdvanced) delay = patience.retry;
+      fruitless = hasAdvanced ? 0 : fruitless + 1;
+      if (fruitless >= patience.fruitlessTries) throw dropped.failure;
+    }
+    pause(delay, stop);
+    if (stop.stop_requested()) throw Cancelled();
+    delay *= 2;
+  }
+}
+
+}  // namespace velun

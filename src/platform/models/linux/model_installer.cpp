@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/models/linux/model_installer.h"
+
+#include "platform/models/linux/file_check.h"
+#include "platform/models/linux/model_lock.h"
+#include "platform/models/linux/model_store_failures.h"
+#include "platform/models/linux/unpack.h"
+#include "platform/models/model_address.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStorageInfo>
+
+namespace velun {
+
+namespace {
+
+/// Left free for everything else on the disk.
+constexpr std::int64_t kReserveBytes = 50'000'000;
+
+void makeFolder(const QString& path) {
+  if (!QDir().mkpath(path)) throw model_failures::notSaved(path);
+}
+
+std::int64_t sizeOf(const QString& path) {
+  return QFileInfo(path).size();
+}
+
+}  // namespace
+
+QString ModelInstaller::folder(const QString& id) const {
+  return QDir(options_.root).filePath(id);
+}
+
+QString ModelInstaller::partialFolder(const Model& model) const {
+  return QDir(options_.root).filePath(".downloads/" + model.id);
+}
+
+QString ModelInstaller::partialPath(const Model& model, const ModelDownload& download) const {
+  return QDir(partialFolder(model)).filePath(download.fileName() + ".part");
+}
+
+bool ModelInstaller::isInstalled(const Model& model) const {
+  const QString path = folder(model.id);
+  return QFileInfo::exists(path) && VerifiedRecord::read(path).covers(model, path);
+}
+
+void ModelInstaller::install(const Model& model, const std::stop_token& stop) const {
+  makeFolder(folder(model.id));
+  makeFolder(partialFolder(model));
+  const ModelLock lock(partialFolder(model), stop);
+  if (isInstalled(model)) return;
+  VerifiedRecord record = VerifiedRecord::read(folder(model.id));
+  std::vector<const ModelDownload*> missing;
+  for (const ModelDownload& download : model.downloads) {
+    if (!takePlaced(model, download, record, stop)) missing.push_back(&download);
+  }
+  checkSpace(model, missing);
+  for (const ModelDownload* download : missing) fetch(model, *download, record, stop);
+  record.write(folder(model.id));
+}
+
+bool ModelInstaller::isPlaced(const Model& model) const {
+  const QDir dir(folder(model.id));
+  if (!dir.exists() || isInstalled(model)) return false;
+  for (const ModelDownload& download : model.downloads) {
+    bool areFilesThere = true;
+    for (const ModelFile& file : download.files) {
+      const QFileInfo info(dir.filePath(file.name));
+      areFilesThere &= info.isFile() && (file.bytes == 0 || info.size() == file.bytes);
+    }
+    if (!areFilesThere && sizeOf(dir.filePath(download.fileName())) != download.bytes) return false;
+  }
+  return true;
+}
+
+bool ModelInstaller::installPlaced(const Model& model, const std::stop_token& stop) const {
+  makeFolder(partialFolder(model));
+  const ModelLock lock(partialFolder(model), stop);
+  if (isInstalled(model)) return true;
+  VerifiedRecord record = VerifiedRecord::read(folder(model.id));
+  for (const ModelDownload& download : model.downloads) {
+    if (!takePlaced(model, download, record, stop)) return false;
+  }
+  record.write(folder(model.id));
+  return true;
+}
+
+bool ModelInstaller::takePlaced(const Model& model, const ModelDownload& download,
+                                VerifiedRecord& record, const std::stop_token& stop) const {
+  const QDir dir(folder(model.id));
+  bool areFilesRight = true;
+  for (const ModelFile& file : download.files) {
+    // Where the catalogue does not know the unpacked file, an earlier look at it does.
+    const VerifiedRecord::Entry* known = record.find(file.name);
+    if (known && known->download != download.sha256) known = nullptr;
+    const QByteArray sha256 = !file.sha256.isEmpty() ? file.sha256
+                              : known                ? known->sha256
+                                                     : QByteArray();
+    const QString path = dir.filePath(file.name);
+    areFilesRight = areFilesRight && !sha256.isEmpty() && isFile(path, file.bytes, sha256, stop);
+    if (areFilesRight) record.note(dir.path(), file.name, sha256, download.sha256);
+  }
+  if (areFilesRight) return true;
+  const QString packed = dir.filePath(download.fileName());
+  if (download.packing == ModelPacking::none ||
+      !isFile(packed, download.bytes, download.sha256, stop)) {
+    return false;
+  }
+  unpackVerified(model, download, packed, record, stop);
+  return true;
+}
+
+void ModelInstaller::checkSpace(const Model& model,
+                                const std::vector<const ModelDownload*>& missing) const {
+  if (missing.empty()) return;
+  std::int64_t needed = kReserveBytes;
+  bool isPacked = false;
+  for (const ModelDownload* download : missing) {
+    needed += download->bytes - std::min(download->bytes, sizeOf(partialPath(model, *download)));
+    isPacked = isPacked || download->packing != ModelPacking::none;
+  }
+  if (isPacked) needed += model.installedBytes;
+  const std::int64_t free =
+      options_.freeBytes ? options_.freeBytes() : QStorageInfo(folder(model.id)).bytesAvailable();
+  if (free < needed) throw model_failures::noSpace(needed, free);
+}
+
+void ModelInstaller::fetch(const Model& model, const ModelDownload& download,
+                           VerifiedRecord& record, const std::stop_token& stop) const {
+  const QString partial = partialPath(model, download);
+  const bool wasBegun = sizeOf(partial) > 0;
+  try {
+    fetchVerified(download, partial, stop);
+  } catch (const Failure&) {
+    // The beginning may have been of another file: one try with nothing left of it.
+    if (!wasBegun || QFileInfo::exists(partial)) throw;
+    fetchVerified(download, partial, stop);
+  }
+  if (download.packing == ModelPacking::none) {
+    const QString name = download.files.front().name;
+    moveIntoPlace(partial, QDir(folder(model.id)).filePath(name));
+    record.note(folder(model.id), name, download.sha256, download.sha256);
+  } else {
+    try {
+      unpackVerified(model, download, partial, record, stop);
+    } catch (const DamagedModel&) {
+      QFile::remove(partial);
+      throw;
+    }
+    QFile::remove(partial);
+  }
+}
+
+void ModelInstaller::fetchVerified(const ModelDownload& download, const QString& partial,
+                                   const std::stop_token& stop) const {
+  const QUrl address = mirroredModelAddress(download.address, options_.mirror);
+  downloadFile(address, download.bytes, partial, options_.patience, stop);
+  if (isFile(partial, download.bytes, download.sha256, stop)) return;
+  QFile::remove(partial);
+  throw model_failures::damaged();
+}
+
+void ModelInstaller::unpackVerified(const Model& model, const ModelDownload& download,
+                                    const QString& packed, VerifiedRecord& record,
+                                    const std::stop_token& stop) const {
+  const QString unpacked = QDir(partialFolder(model)).filePath("unpacked");
+  makeFolder(unpacked);
+  unpack(download, packed, unpacked, stop);
+  for (const ModelFile& file : download.files) {
+    const QString path = QDir(unpacked).filePath(file.name);
+    const QByteArray sha256 = sha256OfFile(path, stop);
+    const bool hasSize = file.bytes == 0 || sizeOf(path) == file.bytes;
+    if (!hasSize || (!file.sha256.isEmpty() && sha256 != file.sha256)) {
+      QDir(unpacked).removeRecursively();
+      throw model_failures::damaged();
+    }
+    moveIntoPlace(path, QDir(folder(model.id)).filePath(file.name));
+    record.note(folder(model.id), file.name, sha256, download.sha256);
+  }
+  QDir(unpacked).removeRecursively();
+}
+
+}  // namespace velun

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/models/linux/model_lock.h"
+
+#include "platform/models/linux/model_store_failures.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+
+namespace velun {
+
+ModelLock::ModelLock(const QString& folder, const std::stop_token& stop) : file_(folder + "/lock") {
+  using namespace std::chrono_literals;
+  // A download may take an hour; only the death of its holder makes a lock stale.
+  file_.setStaleLockTime(0);
+  std::mutex mutex;
+  std::condition_variable_any never;
+  std::unique_lock waiting(mutex);
+  while (!file_.tryLock(0)) {
+    if (file_.error() != QLockFile::LockFailedError) throw model_failures::notSaved(folder);
+    never.wait_for(waiting, stop, 100ms, [] { return false; });
+    if (stop.stop_requested()) throw Cancelled();
+  }
+}
+
+}  // namespace velun

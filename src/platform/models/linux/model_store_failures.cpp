@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/models/linux/model_store_failures.h"
+
+#include "settings/localization.h"
+
+namespace velun::model_failures {
+
+namespace {
+
+QString megabytes(std::int64_t bytes) {
+  return QString::number((bytes + 999'999) / 1'000'000);
+}
+
+}  // namespace
+
+Failure unreachable(const QString& host) {
+  return Failure(L(QString("The model couldn’t be downloaded: no connection to %1. Check the "
+                           "network connection, then try again.")
+                       .arg(host),
+                   QString("모델을 다운로드할 수 없습니다. %1에 연결되지 않습니다. 네트워크 연결을 "
+                           "확인한 다음 다시 시도하십시오.")
+                       .arg(host)));
+}
+
+Failure brokeOff(const QString& reason) {
+  return Failure(
+      L(QString("The model download broke off (%1). Try again to continue it.").arg(reason),
+        QString("모델 다운로드가 중단되었습니다(%1). 다시 시도하면 이어서 받습니다.").arg(reason)));
+}
+
+Failure refused(int httpStatus) {
+  return Failure(
+      L(QString("The model couldn’t be downloaded: the server answered with error %1. "
+                "Try again later.")
+            .arg(httpStatus),
+        QString("모델을 다운로드할 수 없습니다. 서버가 오류 %1(으)로 응답했습니다. 나중에 "
+                "다시 시도하십시오.")
+            .arg(httpStatus)));
+}
+
+Failure insecure() {
+  return Failure(
+      L("The model wasn’t downloaded because its address isn’t secure. Use an HTTPS "
+        "address.",
+        "주소가 안전하지 않아 모델을 다운로드하지 않았습니다. HTTPS 주소를 사용하십시오."));
+}
+
+Failure unexpectedFile() {
+  return Failure(
+      L("The model couldn’t be downloaded: the server offers a different file than "
+        "expected. Try again later.",
+        "모델을 다운로드할 수 없습니다. 서버의 파일이 예상과 다릅니다. 나중에 다시 "
+        "시도하십시오."));
+}
+
+DamagedModel damaged() {
+  return DamagedModel(L("The downloaded model was damaged and has been thrown away. Try again.",
+                        "다운로드한 모델이 손상되어 삭제했습니다. 다시 시도하십시오."));
+}
+
+Failure noSpace(std::int64_t neededBytes, std::int64_t freeBytes) {
+  const QString needed = megabytes(neededBytes);
+  const QString free = megabytes(freeBytes);
+  return Failure(L(QString("There isn’t enough disk space for the model: %1 MB needed, %2 MB "
+                           "free. Free some space, then try again.")
+                       .arg(needed, free),
+                   QString("모델을 저장할 디스크 공간이 부족합니다. %1MB가 필요하지만 %2MB만 남아 "
+                           "있습니다. 공간을 확보한 다음 다시 시도하십시오.")
+                       .arg(needed, free)));
+}
+
+Failure notSaved(const QString& reason) {
+  return Failure(L(QString("The model couldn’t be saved: %1").arg(reason),
+                   QString("모델을 저장할 수 없습니다: %1").arg(reason)));
+}
+
+}  // namespace velun::model_failures

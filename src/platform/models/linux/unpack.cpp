@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/models/linux/unpack.h"
+
+#include "platform/models/linux/model_store_failures.h"
+
+#include <archive.h>
+#include <archive_entry.h>
+#include <memory>
+#include <QDir>
+#include <QFile>
+#include <QSet>
+
+namespace velun {
+
+namespace {
+
+struct FreeArchive {
+  void operator()(archive* reader) const { archive_read_free(reader); }
+};
+using Reader = std::unique_ptr<archive, FreeArchive>;
+
+Reader openPacked(ModelPacking packing, const QString& path) {
+  constexpr std::size_t kBlock = 1 << 18;
+  Reader reader(archive_read_new());
+  switch (packing) {
+    case ModelPacking::archive:
+      archive_read_support_filter_all(reader.get());
+      archive_read_support_format_tar(reader.get());
+      break;
+    case ModelPacking::zstd:
+      archive_read_support_filter_zstd(reader.get());
+      archive_read_support_format_raw(reader.get());
+      break;
+    case ModelPacking::gzip:
+    case ModelPacking::none:
+      archive_read_support_filter_gzip(reader.get());
+      archive_read_support_format_raw(reader.get());
+      break;
+  }
+  if (archive_read_open_filename(reader.get(), QFile::encodeName(path).constData(), kBlock) !=
+      ARCHIVE_OK) {
+    throw model_failures::damaged();
+  }
+  return reader;
+}
+
+void writeEntry(archive* reader, const QString& path, const std::stop_token& stop) {
+  QFile file(path);
+  if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered)) {
+    throw model_failures::notSaved(file.errorString());
+  }
+  QByteArray block(1 << 18, Qt::Uninitialized);
+  while (true) {
+    if (stop.stop_requested()) throw Cancelled();
+    const la_ssize_t count =
+        archive_read_data(reader, block.data(), static_cast<std::size_t>(block.size()));
+    if (count < 0) throw model_failures::damaged();
+    if (count == 0) return;
+    if (file.write(block.constData(), count) != count) {
+      throw model_failures::notSaved(file.errorString());
+    }
+  }
+}
+
+/// Whether the entry would stay inside the folder that the archive is unpacked in.
+bool staysInside(const QString& entry) {
+  const QString clean = QDir::cleanPath(entry);
+  return !clean.startsWith(u'/') && clean != ".." && !clean.startsWith("../");
+}
+
+/// The wanted file that the entry holds; empty when it holds none.
+QString wantedName(archive_entry* entry, const ModelDownload& download) {
+  const QString path = QString::fromUtf8(archive_entry_pathname_utf8(entry));
+  if (!staysInside(path)) throw model_failures::damaged();
+  if (archive_entry_filetype(entry) != AE_IFREG || archive_entry_hardlink(entry)) return {};
+  const QString name = path.section(u'/', -1);
+  for (const ModelFile& file : download.files) {
+    if (file.name == name) return name;
+  }
+  return {};
+}
+
+void unpackArchive(const ModelDownload& download, const QString& packed, const QDir& folder,
+                   const std::stop_token& stop) {
+  const Reader reader = openPacked(download.packing, packed);
+  QSet<QString> found;
+  archive_entry* entry = nullptr;
+  int answer = ARCHIVE_OK;
+  while ((answer = archive_read_next_header(reader.get(), &entry)) == ARCHIVE_OK ||
+         answer == ARCHIVE_WARN) {
+    if (stop.stop_requested()) throw Cancelled();
+    const QString name = wantedName(entry, download);
+    if (name.isEmpty()) continue;
+    if (found.contains(name)) throw model_failures::damaged();
+    writeEntry(reader.get(), folder.filePath(name), stop);
+    found.insert(name);
+  }
+  if (answer != ARCHIVE_EOF || found.size() != static_cast<qsizetype>(download.files.size())) {
+    throw model_failures::damaged();
+  }
+}
+
+void unpackFile(const ModelDownload& download, const QString& packed, const QDir& folder,
+                const std::stop_token& stop) {
+  const Reader reader = openPacked(download.packing, packed);
+  archive_entry* entry = nullptr;
+  if (archive_read_next_header(reader.get(), &entry) != ARCHIVE_OK) throw model_failures::damaged();
+  // The raw format takes a file that is not compressed at all as it is.
+  if (archive_filter_count(reader.get()) < 2) throw model_failures::damaged();
+  writeEntry(reader.get(), folder.filePath(download.files.front().name), stop);
+}
+
+}  // namespace
+
+void unpack(const ModelDownload& download, const QString& packed, const QString& folder,
+            const std::stop_token& stop) {
+  const QDir target(folder);
+  try {
+    if (download.packing == ModelPacking::archive) {
+      unpackArchive(download, packed, target, stop);
+    } else {
+      unpackFile(download, packed, target, stop);
+    }
+  } catch (const Failure&) {
+    for (const ModelFile& file : download.files) QFile::remove(target.filePath(file.name));
+    throw;
+  }
+}
+
+}  // namespace velun

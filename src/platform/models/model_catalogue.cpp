@@ -1,0 +1,188 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/models/model_catalogue.h"
+
+#include "platform/foundation/failure.h"
+#include "platform/models/model_address.h"
+
+#include <algorithm>
+#include <optional>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QRegularExpression>
+#include <QSet>
+
+// Resources of a static library are only linked in when they are asked for, outside any namespace.
+static void loadResources() {
+  Q_INIT_RESOURCE(model_catalogue);
+}
+
+namespace velun {
+
+namespace {
+
+/// Checks what it is told and names the model in which it found something wrong.
+class Checker {
+ public:
+  explicit Checker(QString where) : where_(std::move(where)) {}
+
+  void require(bool isRight, const char* what) const {
+    if (!isRight) throw Failure(QString("Model catalogue: %1: %2").arg(where_, what));
+  }
+
+ private:
+  QString where_;
+};
+
+std::optional<ModelKind> kindNamed(const QString& name) {
+  if (name == "recognition") return ModelKind::recognition;
+  if (name == "punctuation") return ModelKind::punctuation;
+  if (name == "translation") return ModelKind::translation;
+  return std::nullopt;
+}
+
+std::optional<ModelPacking> packingNamed(const QString& name) {
+  if (name == "none") return ModelPacking::none;
+  if (name == "gzip") return ModelPacking::gzip;
+  if (name == "zstd") return ModelPacking::zstd;
+  if (name == "archive") return ModelPacking::archive;
+  return std::nullopt;
+}
+
+bool isPlainName(const QString& name) {
+  static const QRegularExpression plain("^[A-Za-z0-9_][A-Za-z0-9_.,+-]*$");
+  return plain.match(name).hasMatch();
+}
+
+bool isSha256(const QByteArray& text) {
+  static const QRegularExpression hexadecimal("^[0-9a-f]{64}$");
+  return hexadecimal.match(QString::fromLatin1(text)).hasMatch();
+}
+
+std::int64_t readBytes(const QJsonObject& object, const QString& key) {
+  return static_cast<std::int64_t>(object.value(key).toDouble(0));
+}
+
+QByteArray readHash(const QJsonObject& object) {
+  return object["sha256"].toString().toLatin1();
+}
+
+ModelFile readFile(const QJsonObject& object, const Checker& checker) {
+  ModelFile file{object["name"].toString(), readBytes(object, "bytes"), readHash(object)};
+  checker.require(isPlainName(file.name), "a file's name is missing or not plain");
+  checker.require(file.bytes >= 0, "a file's size is negative");
+  checker.require(file.sha256.isEmpty() || isSha256(file.sha256), "a file's hash is not SHA-256");
+  return file;
+}
+
+ModelDownload readDownload(const QJsonObject& object, const Checker& checker) {
+  ModelDownload download;
+  download.address = object["address"].toString();
+  download.bytes = readBytes(object, "bytes");
+  download.sha256 = readHash(object);
+  checker.require(isSafeModelAddress(QUrl(download.address)), "an address is not HTTPS");
+  checker.require(isPlainName(download.fileName()), "an address does not end in a plain name");
+  checker.require(download.bytes > 0, "a download has no size");
+  checker.require(isSha256(download.sha256), "a download has no SHA-256");
+  const auto packing = packingNamed(object["packing"].toString("none"));
+  checker.require(packing.has_value(), "unknown packing");
+  download.packing = *packing;
+  const QJsonArray files = object["files"].toArray();
+  for (const auto& file : files) download.files.push_back(readFile(file.toObject(), checker));
+  const bool isArchive = download.packing == ModelPacking::archive;
+  checker.require(isArchive ? !files.isEmpty() : files.size() == 1, "wrong number of files");
+  if (download.packing == ModelPacking::none) {
+    download.files.front().bytes = download.bytes;
+    download.files.front().sha256 = download.sha256;
+  }
+  return download;
+}
+
+std::int64_t sumOfFiles(const Model& model, const Checker& checker) {
+  std::int64_t sum = 0;
+  for (const ModelDownload& download : model.downloads) {
+    for (const ModelFile& file : download.files) {
+      checker.require(file.bytes > 0, "the installed size is not known");
+      sum += file.bytes;
+    }
+  }
+  return sum;
+}
+
+Model readModel(const QJsonObject& object) {
+  Model model;
+  model.id = object["id"].toString();
+  const Checker checker(model.id);
+  checker.require(isPlainName(model.id), "the id is missing or not plain");
+  const auto kind = kindNamed(object["kind"].toString());
+  checker.require(kind.has_value(), "unknown kind");
+  model.kind = *kind;
+  model.licence = object["licence"].toString();
+  checker.require(!model.licence.isEmpty(), "no licence");
+  const QJsonArray languages = object["languages"].toArray();
+  for (const auto& language : languages) model.languages.append(language.toString());
+  checker.require(!model.languages.isEmpty() && !model.languages.contains(QString()),
+                  "no languages");
+  model.options = object["options"].toObject();
+  QSet<QString> names;
+  const QJsonArray downloads = object["downloads"].toArray();
+  for (const auto& download : downloads) {
+    model.downloads.push_back(readDownload(download.toObject(), checker));
+    for (const ModelFile& file : model.downloads.back().files) {
+      checker.require(!names.contains(file.name), "two files of the same name");
+      names.insert(file.name);
+    }
+  }
+  checker.require(!model.downloads.empty(), "no downloads");
+  model.installedBytes = readBytes(object, "installedBytes");
+  if (model.installedBytes <= 0) model.installedBytes = sumOfFiles(model, checker);
+  return model;
+}
+
+}  // namespace
+
+ModelCatalogue ModelCatalogue::builtIn() {
+  loadResources();
+  std::vector<Model> models;
+  for (const char* name : {"recognition", "translation"}) {
+    QFile file(QString(":/models/%1.json").arg(name));
+    if (!file.open(QIODevice::ReadOnly)) throw Failure(file.errorString());
+    const ModelCatalogue part = read(file.readAll());
+    models.insert(models.end(), part.models().begin(), part.models().end());
+  }
+  return ModelCatalogue(std::move(models));
+}
+
+ModelCatalogue ModelCatalogue::read(const QByteArray& json) {
+  QJsonParseError error;
+  const QJsonDocument document = QJsonDocument::fromJson(json, &error);
+  const Checker checker("file");
+  checker.require(error.error == QJsonParseError::NoError, qPrintable(error.errorString()));
+  checker.require(document.object()["models"].isArray(), "no list of models");
+  const QJsonArray list = document.object()["models"].toArray();
+  QSet<QString> ids;
+  std::vector<Model> models;
+  models.reserve(static_cast<std::size_t>(list.size()));
+  for (const auto& entry : list) {
+    models.push_back(readModel(entry.toObject()));
+    const QString& id = models.back().id;
+    Checker(id).require(!ids.contains(id), "the id occurs twice");
+    ids.insert(id);
+  }
+  return ModelCatalogue(std::move(models));
+}
+
+const Model* ModelCatalogue::find(const QString& id) const {
+  const auto found = std::find_if(models_.begin(), models_.end(),
+                                  [&id](const Model& model) { return model.id == id; });
+  return found == models_.end() ? nullptr : &*found;
+}
+
+std::vector<Model> ModelCatalogue::ofKind(ModelKind kind) const {
+  std::vector<Model> models;
+  std::copy_if(models_.begin(), models_.end(), std::back_inserter(models),
+               [kind](const Model& model) { return model.kind == kind; });
+  return models;
+}
+
+}  // namespace velun

@@ -1,0 +1,181 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/models/model_catalogue.h"
+
+#include "platform/foundation/failure.h"
+#include "platform/models/model_address.h"
+#include "support/suite.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QSet>
+
+using namespace velun;
+
+namespace {
+
+const QString kHash(64, u'a');
+
+QJsonObject goodModel() {
+  const QJsonObject plain{{"address", "https://example.org/x/one.bin"},
+                          {"bytes", 10},
+                          {"sha256", kHash},
+                          {"files", QJsonArray{QJsonObject{{"name", "first.bin"}}}}};
+  const QJsonObject packed{
+      {"address", "https://example.org/x/two.bin.gz?download=1"},
+      {"bytes", 5},
+      {"sha256", kHash},
+      {"packing", "gzip"},
+      {"files", QJsonArray{QJsonObject{{"name", "two.bin"}, {"bytes", 20}, {"sha256", kHash}}}}};
+  return {{"id", "good-1.0"},
+          {"kind", "translation"},
+          {"languages", QJsonArray{"en", "ko"}},
+          {"licence", "MIT"},
+          {"options", QJsonObject{{"size", 3}}},
+          {"downloads", QJsonArray{plain, packed}}};
+}
+
+QByteArray catalogueOf(const QJsonArray& models) {
+  return QJsonDocument(QJsonObject{{"models", models}}).toJson();
+}
+
+/// Puts `value` at a dotted path such as "downloads.0.bytes".
+QJsonValue replaced(const QJsonValue& root, QStringList path, const QJsonValue& value) {
+  if (path.isEmpty()) return value;
+  const QString key = path.takeFirst();
+  if (root.isArray()) {
+    QJsonArray array = root.toArray();
+    const qsizetype at = key.toLongLong();
+    array[at] = replaced(array.at(at), path, value);
+    return array;
+  }
+  QJsonObject object = root.toObject();
+  object[key] = replaced(object[key], path, value);
+  return object;
+}
+
+}  // namespace
+
+class ModelCatalogueTest final : public test::Suite {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void everyFieldIsRead() {
+    const ModelCatalogue catalogue = ModelCatalogue::read(catalogueOf({goodModel()}));
+    const Model* model = catalogue.find("good-1.0");
+    QVERIFY(model);
+    QCOMPARE(model->kind, ModelKind::translation);
+    QCOMPARE(model->languages, QStringList({"en", "ko"}));
+    QCOMPARE(model->licence, QString("MIT"));
+    QCOMPARE(model->options["size"].toInt(), 3);
+    QCOMPARE(model->downloadBytes(), 15);
+    QCOMPARE(model->installedBytes, 30);
+    const ModelDownload& plain = model->downloads.at(0);
+    QCOMPARE(plain.packing, ModelPacking::none);
+    QCOMPARE(plain.fileName(), QString("one.bin"));
+    QCOMPARE(plain.files.front(), (ModelFile{"first.bin", 10, kHash.toLatin1()}));
+    const ModelDownload& packed = model->downloads.at(1);
+    QCOMPARE(packed.packing, ModelPacking::gzip);
+    QCOMPARE(packed.fileName(), QString("two.bin.gz"));
+    QCOMPARE(packed.files.front(), (ModelFile{"two.bin", 20, kHash.toLatin1()}));
+  }
+
+  void whatBreaksARuleIsRefused_data() {
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QJsonValue>("value");
+    const auto row = [](const char* name, const char* path, const QJsonValue& value) {
+      QTest::newRow(name) << QString(path) << value;
+    };
+    row("id with a folder", "id", "../evil");
+    row("hidden id", "id", ".downloads");
+    row("unknown kind", "kind", "speech");
+    row("no licence", "licence", "");
+    row("no languages", "languages", QJsonArray());
+    row("language not a text", "languages", QJsonArray{5});
+    row("no downloads", "downloads", QJsonArray());
+    row("plain http", "downloads.0.address", "http://example.org/one.bin");
+    row("no host", "downloads.0.address", "one.bin");
+    row("address of a folder", "downloads.0.address", "https://example.org/x/");
+    row("no size", "downloads.0.bytes", 0);
+    row("no hash", "downloads.0.sha256", "");
+    row("short hash", "downloads.0.sha256", "abc");
+    row("unknown packing", "downloads.0.packing", "rar");
+    row("no file", "downloads.0.files", QJsonArray());
+    row("two files of one", "downloads.1.files",
+        QJsonArray{QJsonObject{{"name", "a"}}, QJsonObject{{"name", "b"}}});
+    row("file outside the folder", "downloads.0.files.0.name", "../one.bin");
+    row("the same file twice", "downloads.0.files.0.name", "two.bin");
+    row("bad hash of a file", "downloads.1.files.0.sha256", "xyz");
+    row("unknown installed size", "downloads.1.files.0.bytes", 0);
+  }
+  void whatBreaksARuleIsRefused() {
+    QFETCH(QString, path);
+    QFETCH(QJsonValue, value);
+    const QJsonValue model = replaced(goodModel(), path.split('.'), value);
+    QVERIFY_EXCEPTION_THROWN(ModelCatalogue::read(catalogueOf({model})), Failure);
+  }
+
+  void anIdMayOccurOnce() {
+    QVERIFY_EXCEPTION_THROWN(ModelCatalogue::read(catalogueOf({goodModel(), goodModel()})),
+                             Failure);
+  }
+
+  void damagedFilesAreRefused() {
+    QVERIFY_EXCEPTION_THROWN(ModelCatalogue::read("{\"models\": ["), Failure);
+    QVERIFY_EXCEPTION_THROWN(ModelCatalogue::read("[]"), Failure);
+  }
+
+  void theBuiltInCatalogueOffersTheLanguages() {
+    const ModelCatalogue catalogue = ModelCatalogue::builtIn();
+    QSet<QString> recognized;
+    for (const Model& model : catalogue.ofKind(ModelKind::recognition)) {
+      for (const QString& language : model.languages) recognized.insert(language);
+      QVERIFY2(!model.options["locales"].toArray().isEmpty(), qPrintable(model.id));
+      QVERIFY2(!model.options["tokens"].toString().isEmpty(), qPrintable(model.id));
+    }
+    for (const char* language : {"en", "fr", "de", "ru", "id", "ko", "zh", "es", "it", "ja"}) {
+      QVERIFY2(recognized.contains(language), language);
+    }
+    QCOMPARE(catalogue.ofKind(ModelKind::punctuation).size(), std::size_t(1));
+    for (const Model& model : catalogue.ofKind(ModelKind::translation)) {
+      QCOMPARE(model.languages.size(), 2);
+    }
+    QVERIFY(catalogue.ofKind(ModelKind::translation).size() > 100);
+  }
+
+  void everyOptionThatNamesAFileNamesOneThatIsDownloaded() {
+    const ModelCatalogue catalogue = ModelCatalogue::builtIn();
+    for (const Model& model : catalogue.models()) {
+      QStringList files;
+      for (const ModelDownload& download : model.downloads) {
+        for (const ModelFile& file : download.files) files.append(file.name);
+      }
+      for (const char* key : {"encoder", "decoder", "joiner", "tokens", "ctc", "model"}) {
+        if (!model.options.contains(QString(key))) continue;
+        QVERIFY2(files.contains(model.options[QString(key)].toString()), qPrintable(model.id));
+      }
+    }
+  }
+
+  void aMirrorReplacesTheHost() {
+    const QString address = "https://example.org/a/b.bin";
+    QCOMPARE(mirroredModelAddress(address, ""), QUrl(address));
+    QCOMPARE(mirroredModelAddress(address, "http://127.0.0.1:8080"),
+             QUrl("http://127.0.0.1:8080/a/b.bin"));
+    QCOMPARE(mirroredModelAddress(address, "https://mirror.example/velun/"),
+             QUrl("https://mirror.example/velun/a/b.bin"));
+  }
+
+  void onlyThisComputerMayDoWithoutHttps() {
+    QVERIFY(isSafeModelAddress(QUrl("https://example.org/a")));
+    QVERIFY(isSafeModelAddress(QUrl("http://127.0.0.1:1/a")));
+    QVERIFY(isSafeModelAddress(QUrl("http://localhost/a")));
+    QVERIFY(isSafeModelAddress(QUrl("http://[::1]/a")));
+    QVERIFY(!isSafeModelAddress(QUrl("http://example.org/a")));
+    QVERIFY(!isSafeModelAddress(QUrl("http://localhost.example.org/a")));
+    QVERIFY(!isSafeModelAddress(QUrl("ftp://127.0.0.1/a")));
+    QVERIFY(!isSafeModelAddress(QUrl("file:///etc/passwd")));
+  }
+};
+
+QTEST_GUILESS_MAIN(ModelCatalogueTest)
+#include "model_catalogue_test.moc"
