@@ -82,7 +82,6 @@ class ModelDownloadTest final : public test::Suite {
     QVERIFY(isRight());
     QCOMPARE(server_->requests,
              QStringList({"/x/model.bin", "/x/model.bin from 100000", "/x/model.bin from 150000"}));
-    QCOMPARE(server_->sentBytes, qint64(file_.size()));
   }
 
   void aServerWithoutRangesBeginsAnew() {
@@ -106,11 +105,12 @@ class ModelDownloadTest final : public test::Suite {
   }
 
   void whatNeverComesIsGivenUpAndKept() {
-    server_->answers = {{.cutAfter = 100'000}, {.cutAfter = 0}, {.cutAfter = 0}, {.cutAfter = 0}};
+    server_->answers = {{.cutAfter = 100'000}, {.cutAfter = 0}};
     const QString text = install();
     QVERIFY2(text.startsWith("The model download broke off"), qPrintable(text));
     QVERIFY(!store_->isInstalled(model_));
     QCOMPARE(QFile(partial()).size(), 100'000);
+    server_->recover();
     QCOMPARE(install(), QString());
     QVERIFY(isRight());
     QCOMPARE(server_->requests.last(), QString("/x/model.bin from 100000"));

@@ -3,6 +3,7 @@
 
 #include <QRegularExpression>
 #include <QTcpSocket>
+#include <QTimer>
 
 namespace velun::test {
 
@@ -28,16 +29,24 @@ void ModelServer::serve(QTcpSocket* socket) {
   static const QRegularExpression range("\r\nRange: bytes=(\\d+)-\r\n",
                                         QRegularExpression::CaseInsensitiveOption);
   const auto match = range.match(QString::fromUtf8(head));
-  requests.append(match.hasMatch() ? path + " from " + match.captured(1) : path);
+  const QString request = match.hasMatch() ? path + " from " + match.captured(1) : path;
+  const bool isRepeated = cut_ && !requests.isEmpty() && requests.last() == request;
+  if (!isRepeated) {
+    requests.append(request);
+    cut_.reset();
+  }
   answer(socket, path, match.hasMatch() ? match.captured(1).toLongLong() : -1);
 }
 
 void ModelServer::answer(QTcpSocket* socket, const QString& path, qint64 from) {
   Answer how;
-  if (!answers.empty()) {
+  if (cut_) {
+    how = *cut_;
+  } else if (!answers.empty()) {
     how = answers.front();
     answers.pop_front();
   }
+  if (how.cutAfter >= 0) cut_ = how;
   if (!files.contains(path) && how.redirect.isEmpty()) how.status = 404;
   QByteArray body = how.body.isEmpty() ? files.value(path) : how.body;
   const qint64 whole = body.size();
@@ -65,7 +74,13 @@ void ModelServer::answer(QTcpSocket* socket, const QString& path, qint64 from) {
   if (how.hangAfter >= 0) body.truncate(how.hangAfter);
   sentBytes += body.size();
   socket->write(body);
-  if (how.hangAfter < 0) socket->disconnectFromHost();
+  if (how.hangAfter >= 0) return;
+  if (how.cutAfter >= 0) {
+    // A connection breaks off while its answer is being read.
+    QTimer::singleShot(std::chrono::milliseconds(50), socket, &QTcpSocket::disconnectFromHost);
+  } else {
+    socket->disconnectFromHost();
+  }
 }
 
 }  // namespace velun::test

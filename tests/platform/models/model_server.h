@@ -2,6 +2,7 @@
 #pragma once
 
 #include <deque>
+#include <optional>
 #include <QHash>
 #include <QStringList>
 #include <QTcpServer>
@@ -39,10 +40,17 @@ class ModelServer final : public QTcpServer {
   /// The number of body bytes handed out.
   qint64 sentBytes = 0;
 
+  /// Ends an answer that was cut off, for those who ask for the same once more.
+  void recover() { cut_.reset(); }
+
   /// The address of a path.
   QString address(const QString& path) const;
 
  private:
+  /// The answer to the last request, when it was cut off. Qt's client now and then repeats such a
+  /// request by itself, which must make no difference: it is answered the same, and not listed.
+  std::optional<Answer> cut_;
+
   void serve(QTcpSocket* socket);
   void answer(QTcpSocket* socket, const QString& path, qint64 from);
 };

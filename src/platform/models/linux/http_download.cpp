@@ -3,6 +3,7 @@
 
 #include "platform/models/linux/model_store_failures.h"
 #include "platform/models/model_address.h"
+#include "settings/localization.h"
 
 #include <condition_variable>
 #include <mutex>
@@ -57,37 +58,40 @@ class Try {
   }
 
   void exchange(QNetworkReply* reply) {
+    // Nothing is aborted: Qt complains when a connection fails by itself at that moment. Leaving
+    // the loop is enough, the reply takes its request back when it is destroyed.
     QEventLoop loop;
+    loop_ = &loop;
     QObject::connect(reply, &QNetworkReply::redirected, reply, [this, reply](const QUrl& target) {
       if (isSafeModelAddress(target)) {
         Q_EMIT reply->redirectAllowed();
       } else {
-        giveUp(reply, model_failures::insecure());
+        giveUp(model_failures::insecure());
       }
     });
     QObject::connect(reply, &QNetworkReply::readyRead, reply, [this, reply] { receive(reply); });
     QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
-    const std::stop_callback abort(stop_, [reply] {
-      QMetaObject::invokeMethod(reply, &QNetworkReply::abort, Qt::QueuedConnection);
+    const std::stop_callback abort(stop_, [&loop] {
+      QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
     });
     if (!reply->isFinished()) loop.exec();
     receive(reply);
   }
 
-  void giveUp(QNetworkReply* reply, const Failure& failure) {
+  void giveUp(const Failure& failure) {
     if (!failure_) failure_ = failure;
-    reply->abort();
+    loop_->quit();
   }
 
   void receive(QNetworkReply* reply) {
-    if (failure_ || stop_.stop_requested() || !reply->isOpen()) return;
+    if (failure_ || isStartingOver_ || stop_.stop_requested() || !reply->isOpen()) return;
     if (!isAccepted_ && !accept(reply)) return;
     const QByteArray data = reply->readAll();
     if (offset_ + data.size() > bytes_) {
       file_.resize(0);
-      giveUp(reply, model_failures::unexpectedFile());
+      giveUp(model_failures::unexpectedFile());
     } else if (file_.write(data) != data.size() || !file_.flush()) {
-      giveUp(reply, model_failures::notSaved(file_.errorString()));
+      giveUp(model_failures::notSaved(file_.errorString()));
     } else {
       offset_ += data.size();
     }
@@ -97,11 +101,11 @@ class Try {
   bool accept(QNetworkReply* reply) {
     const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     if (status == 206) {
-      if (!continuesAtOffset(reply)) return startOver(reply);
+      if (!continuesAtOffset(reply)) return startOver();
     } else if (status == 200) {
       const QVariant length = reply->header(QNetworkRequest::ContentLengthHeader);
       if (length.isValid() && length.toLongLong() != bytes_) {
-        giveUp(reply, model_failures::unexpectedFile());
+        giveUp(model_failures::unexpectedFile());
         return false;
       }
       // A server that cannot go on from the middle sends everything again.
@@ -110,7 +114,10 @@ class Try {
     } else {
       return false;
     }
-    file_.seek(offset_);
+    if (file_.pos() != offset_ && !file_.seek(offset_)) {
+      giveUp(model_failures::notSaved(file_.errorString()));
+      return false;
+    }
     isAccepted_ = true;
     return true;
   }
@@ -122,10 +129,10 @@ class Try {
     return match.captured(2) == "*" || match.captured(2).toLongLong() == bytes_;
   }
 
-  bool startOver(QNetworkReply* reply) {
+  bool startOver() {
     file_.resize(0);
     isStartingOver_ = true;
-    reply->abort();
+    loop_->quit();
     return false;
   }
 
@@ -141,7 +148,9 @@ class Try {
     }
     if (status >= 400) throw Dropped{model_failures::refused(status)};
     if (status == 0) throw Dropped{model_failures::unreachable(address.host())};
-    throw Dropped{model_failures::brokeOff(reply->errorString())};
+    const bool hasReason = reply->error() != QNetworkReply::NoError;
+    throw Dropped{model_failures::brokeOff(hasReason ? reply->errorString()
+                                                     : L("connection closed", "연결이 끊어짐"))};
   }
 
   QNetworkAccessManager& network_;
@@ -149,6 +158,7 @@ class Try {
   QFile file_;
   std::stop_token stop_;
   std::int64_t offset_ = 0;
+  QEventLoop* loop_ = nullptr;  ///< while there is an exchange
   bool isAccepted_ = false;
   bool isStartingOver_ = false;
   std::optional<Failure> failure_;
