@@ -29,14 +29,14 @@ QStringList partsOf(QString version) {
 }
 
 /// Numbers of any length, without converting them.
-std::weak_ordering compareNumbers(QString left, QString right) {
+int compareNumbers(QString left, QString right) {
   const auto trim = [](QString& digits) {
     while (digits.size() > 1 && digits.startsWith('0')) digits.remove(0, 1);
   };
   trim(left);
   trim(right);
-  if (left.size() != right.size()) return left.size() <=> right.size();
-  return QString::compare(left, right) <=> 0;
+  if (left.size() != right.size()) return left.size() < right.size() ? -1 : 1;
+  return QString::compare(left, right);
 }
 
 bool isNumber(const QString& part) {
@@ -44,37 +44,37 @@ bool isNumber(const QString& part) {
 }
 
 /// A part against the other version's end.
-std::weak_ordering compareToEnd(const QString& part) {
+int compareToEnd(const QString& part) {
   // "1.2.0" is "1.2", but "1.2b" comes before "1.2".
-  return isNumber(part) ? compareNumbers(part, "0") : std::weak_ordering::less;
+  return isNumber(part) ? compareNumbers(part, "0") : -1;
 }
 
-std::weak_ordering compareParts(const QString& left, const QString& right) {
+int compareParts(const QString& left, const QString& right) {
   if (isNumber(left) && isNumber(right)) return compareNumbers(left, right);
   if (isNumber(left) != isNumber(right)) {
     // "1.2.1" against "1.2b": the number goes on, the word holds back.
-    return isNumber(left) ? std::weak_ordering::greater : std::weak_ordering::less;
+    return isNumber(left) ? 1 : -1;
   }
-  return QString::compare(left, right) <=> 0;
+  return QString::compare(left, right);
 }
 
 }  // namespace
 
-std::weak_ordering compareVersions(const QString& left, const QString& right) {
+int compareVersions(const QString& left, const QString& right) {
   const QStringList leftParts = partsOf(left);
   const QStringList rightParts = partsOf(right);
   for (qsizetype i = 0; i < std::max(leftParts.size(), rightParts.size()); ++i) {
-    std::weak_ordering order = std::weak_ordering::equivalent;
+    int order = 0;
     if (i >= rightParts.size()) {
       order = compareToEnd(leftParts[i]);
     } else if (i >= leftParts.size()) {
-      order = 0 <=> compareToEnd(rightParts[i]);
+      order = -compareToEnd(rightParts[i]);
     } else {
       order = compareParts(leftParts[i], rightParts[i]);
     }
     if (order != 0) return order;
   }
-  return std::weak_ordering::equivalent;
+  return 0;
 }
 
 }  // namespace velun

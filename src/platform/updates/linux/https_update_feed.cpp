@@ -57,7 +57,8 @@ QCoro::Task<QByteArray> HttpsUpdateFeed::fetch() {
     if (body->size() > kLargestFeed) reply->abort();
   });
   QObject::connect(reply, &QNetworkReply::finished, reply, [reply, body, done] {
-    body->append(reply->readAll());
+    // An aborted one is closed by now.
+    if (reply->isOpen()) body->append(reply->readAll());
     complete(*reply, *body, done);
     reply->deleteLater();
   });
