@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/updates/update_checker.h"
+
+#include <functional>
+#include <QWidget>
+
+class QLabel;
+class QPushButton;
+class QTextBrowser;
+
+namespace velun {
+
+/// What became of a search for a newer release: first that it is under way, then its outcome.
+class UpdateView final : public QWidget {
+  Q_OBJECT
+
+ public:
+  static QString title();
+
+  /// `openPage` opens a web page; `close` closes the window.
+  UpdateView(std::function<void(const QUrl&)> openPage, std::function<void()> close,
+             QWidget* parent = nullptr);
+
+  void showChecking();
+  void show(const UpdateOutcome& outcome);
+
+ private:
+  void present(const QString& message, const QString& details);
+  void presentUpdate(const UpdateAvailable& update);
+
+  QLabel* message_;
+  QLabel* details_;
+  QTextBrowser* notes_;
+  QPushButton* open_;
+  QPushButton* close_;
+  QUrl page_;
+};
+
+}  // namespace velun
