@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/app_coordinator.h"
 
+#include "app/information_windows.h"
 #include "app/named_actions.h"
+#include "app/session_library.h"
 #include "captions/discard_confirmation.h"
 #include "platform/desktop/application_service.h"
 #include "platform/desktop/file_manager.h"
@@ -13,6 +15,7 @@
 #include "ui/caption/caption_panel.h"
 #include "ui/caption/caption_window_controller.h"
 #include "ui/common/window_presentation.h"
+#include "ui/library/settings_window_controller.h"
 #include "ui/menubar/menu_bar_controller.h"
 #include "ui/menubar/status_item_notice.h"
 
@@ -21,7 +24,18 @@
 namespace velun {
 
 AppCoordinator::AppCoordinator(CaptionViewModel& model, const AppServices& services)
-    : model_(model), services_(services) {}
+    : model_(model), services_(services) {
+  const auto installMenu = [this](QWidget* window) {
+    menuBar().mainMenu().install(window, MainMenu::Place::globalOnly);
+  };
+  const auto installMenuBar = [this](QWidget* window) {
+    menuBar().mainMenu().install(window, window->maximumWidth() < QWIDGETSIZE_MAX
+                                             ? MainMenu::Place::globalOnly
+                                             : MainMenu::Place::insideToo);
+  };
+  sessions_ = std::make_unique<SessionLibrary>(model, services, installMenuBar);
+  information_ = std::make_unique<InformationWindows>(services, installMenu);
+}
 
 AppCoordinator::~AppCoordinator() = default;
 
@@ -119,25 +133,35 @@ void AppCoordinator::perform(AppCommand command) {
       Q_EMIT terminationRequested();
       return;
     case AppCommand::showHistory:
+      return sessions_->showHistory();
     case AppCommand::exportCurrentSession:
-    case AppCommand::showSettings:
+      return sessions_->exportCurrentSession();
     case AppCommand::openSessionFile:
+      return sessions_->openSessionFile();
+    case AppCommand::showSettings:
+      return showSettings();
     case AppCommand::checkForUpdates:
+      return information_->checkForUpdates();
     case AppCommand::showAbout:
-      return;
+      return information_->showAbout();
   }
 }
 
 CommandValidation AppCoordinator::validate(AppCommand command) const {
+  const bool isHistoryKey = sessions_->isKeyWindow();
+  const bool hasSubject = isHistoryKey ? sessions_->hasSelection() : !model_.lines().empty();
   CommandValidation validation;
   switch (command) {
     case AppCommand::saveSession:
-    case AppCommand::exportCurrentSession:
       validation.isEnabled = !model_.lines().empty();
       break;
     case AppCommand::saveDocument:
-      validation.title = L("Save Current Session", "현재 세션 저장");
-      validation.isEnabled = !model_.lines().empty();
+      validation.title = isHistoryKey ? L("Save Session File…", "기록 파일 저장…")
+                                      : L("Save Current Session", "현재 세션 저장");
+      validation.isEnabled = hasSubject;
+      break;
+    case AppCommand::exportCurrentSession:
+      validation.isEnabled = hasSubject;
       break;
     case AppCommand::newSession:
     case AppCommand::toggleCaptions:
@@ -180,7 +204,23 @@ void AppCoordinator::saveSession() {
 }
 
 void AppCoordinator::saveDocument() {
-  saveSession();
+  if (sessions_->isKeyWindow()) {
+    sessions_->saveHistoryFile();
+  } else {
+    saveSession();
+  }
+}
+
+void AppCoordinator::showSettings() {
+  const bool isNew = !settingsWindow_;
+  if (isNew) {
+    settingsWindow_ = std::make_unique<SettingsWindowController>(
+        model_, [this] { perform(AppCommand::openSessionsFolder); }, services_.notes);
+  }
+  settingsWindow_->show();
+  if (isNew) {
+    menuBar().mainMenu().install(settingsWindow_->window(), MainMenu::Place::globalOnly);
+  }
 }
 
 void AppCoordinator::openSessionsFolder() {
@@ -221,6 +261,7 @@ QCoro::Task<> AppCoordinator::decideNewSession(QPointer<AppCoordinator> self, bo
   self->replacing_ = false;
   if (goesOn) {
     self->model_.newSession();
+    self->sessions_->library().reload();
     self->showPanel();
   }
   if (self->terminating_) {
@@ -270,11 +311,15 @@ void AppCoordinator::observe() {
   connect(&services_.trayHost, &TrayHost::missing, this, &AppCoordinator::explainMissingStatusItem);
   connect(captionWindow_.get(), &CaptionWindowController::visibilityChanged, menuBar_.get(),
           &MenuBarController::updateMenus);
+  connect(sessions_.get(), &SessionLibrary::selectionChanged, menuBar_.get(),
+          &MenuBarController::updateMenus);
 }
 
 void AppCoordinator::observeLanguage() {
   connect(&Localization::shared(), &Localization::languageChanged, this, [this] {
     menuBar_->mainMenu().rebuild();
+    if (settingsWindow_) settingsWindow_->updateTitle();
+    sessions_->updateTitles();
     // The lists are sorted by names in the interface language.
     startTask(this, [this] { return model_.loadLanguages(); });
   });
@@ -287,6 +332,9 @@ void AppCoordinator::observeApplication() {
   };
   application.onAction = [this](const QString& name, const QVariant& parameter) {
     if (const auto command = commandForAction(name, parameter)) perform(*command);
+  };
+  application.onOpen = [this](const QList<QUrl>& files) {
+    if (!WindowPresentation::isModalOpen()) sessions_->open(files);
   };
   using Model = CaptionViewModel;
   for (const auto signal : {&Model::isRunningChanged, &Model::isTransitioningChanged,

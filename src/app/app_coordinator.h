@@ -15,7 +15,10 @@
 namespace velun {
 
 class CaptionWindowController;
+class InformationWindows;
 class MenuBarController;
+class SessionLibrary;
+class SettingsWindowController;
 
 /// The one controller of the application: owns the windows and the menu bar, and carries out every
 /// command. Main thread.
@@ -49,6 +52,7 @@ class AppCoordinator final : public QObject {
   void saveSession();
   void saveDocument();
   void newSession();
+  void showSettings();
   void openSessionsFolder();
   void selectComputer();
   void selectMicrophone();
@@ -66,6 +70,8 @@ class AppCoordinator final : public QObject {
 
   CaptionWindowController& captionWindow();
   MenuBarController& menuBar();
+  SessionLibrary& sessions() { return *sessions_; }
+  SettingsWindowController* settingsWindow() { return settingsWindow_.get(); }
 
  Q_SIGNALS:
   /// The user asked to quit.
@@ -88,6 +94,10 @@ class AppCoordinator final : public QObject {
   AppServices services_;
   std::unique_ptr<CaptionWindowController> captionWindow_;
   std::unique_ptr<MenuBarController> menuBar_;
+  std::unique_ptr<SessionLibrary> sessions_;
+  std::unique_ptr<InformationWindows> information_;
+  /// Null until it was first shown.
+  std::unique_ptr<SettingsWindowController> settingsWindow_;
   /// A new session is being decided.
   bool replacing_ = false;
   bool terminating_ = false;

@@ -1,16 +1,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "captions/modal_question.h"
+#include "ui/common/file_panels.h"
+#include "ui/library/history_view_model.h"
+#include "ui/library/settings_notes.h"
+#include "ui/menubar/credit.h"
+
+#include <vector>
+
 namespace velun {
 
 class ApplicationService;
 class Clock;
 class DesktopPlatform;
 class FileManager;
-class ModalQuestion;
 class PreferenceStore;
 class TranslationPlatform;
 class TrayHost;
+class UpdateChecker;
 
 /// What the coordinator stands on; all of it outlives the coordinator.
 struct AppServices {
@@ -20,8 +28,14 @@ struct AppServices {
   TrayHost& trayHost;
   ApplicationService& application;
   FileManager& files;
+  UpdateChecker& updater;
   ModalQuestion& question;
   Clock& clock;
+  FilePanels panels;
+  HistoryViewModel::Trash trash;
+  SettingsNotes notes;
+  /// What the program is made of, for "About Velun".
+  std::vector<Credit> credits;
 };
 
 }  // namespace velun

@@ -2,11 +2,13 @@
 #include "app/composition.h"
 
 #include "app/alert_question.h"
+#include "app/credits.h"
+#include "app/settings_notes_text.h"
 #include "audio/speech_recognition_engine.h"
 #include "captions/caption_view_model.h"
 #include "platform/audio/linux/pipewire_audio_platform.h"
+#include "platform/desktop/desktop_services.h"
 #include "platform/desktop/linux/dbus_file_manager.h"
-#include "platform/desktop/linux/linux_desktop_platform.h"
 #include "platform/desktop/linux/linux_tray_host.h"
 #include "platform/foundation/file_preferences.h"
 #include "platform/foundation/system_clock.h"
@@ -14,6 +16,9 @@
 #include "platform/speech/local_speech_platform.h"
 #include "platform/translation/linux/apertium/apertium_backend.h"
 #include "platform/translation/linux/local_translation_platform.h"
+#include "platform/updates/linux/https_update_feed.h"
+#include "platform/updates/update_checker.h"
+#include "ui/library/session_trash.h"
 
 namespace velun {
 
@@ -29,6 +34,11 @@ std::vector<std::unique_ptr<TranslatorBackend>> translators() {
   std::vector<std::unique_ptr<TranslatorBackend>> backends;
   backends.push_back(std::make_unique<ApertiumBackend>());
   return backends;
+}
+
+std::unique_ptr<UpdateFeed> updateFeed() {
+  const QUrl address(QStringLiteral(VELUN_UPDATE_FEED));
+  return address.isEmpty() ? nullptr : std::make_unique<HttpsUpdateFeed>(address);
 }
 
 SessionStore usersStore() {
@@ -51,9 +61,10 @@ struct Composition::Parts {
   LocalSpeechPlatform speech{recognizers(), clock};
   LocalTranslationPlatform translation{translators(), [this] { return speech.supportedLocales(); },
                                        clock};
-  LinuxDesktopPlatform desktop;
+  std::unique_ptr<DesktopPlatform> desktop = makeDesktopPlatform(clock);
   LinuxTrayHost trayHost{clock};
   DBusFileManager files;
+  UpdateChecker updater{VELUN_VERSION, VELUN_IS_PACKAGED, updateFeed()};
   AlertQuestion question;
   CaptionViewModel model{
       settings, usersStore(), std::make_unique<SpeechRecognitionEngine>(speech, audio, clock),
@@ -76,13 +87,18 @@ CaptionViewModel& Composition::model() {
 
 AppServices Composition::services() {
   return {.preferences = parts_->preferences,
-          .desktop = parts_->desktop,
+          .desktop = *parts_->desktop,
           .translation = parts_->translation,
           .trayHost = parts_->trayHost,
           .application = parts_->application,
           .files = parts_->files,
+          .updater = parts_->updater,
           .question = parts_->question,
-          .clock = parts_->clock};
+          .clock = parts_->clock,
+          .panels = systemFilePanels(),
+          .trash = moveSessionToTrash,
+          .notes = settingsNotes(*parts_->desktop, parts_->translation),
+          .credits = credits()};
 }
 
 }  // namespace velun

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/information_windows.h"
+
+#include "platform/foundation/main_task.h"
+#include "platform/updates/update_checker.h"
+#include "ui/common/window_presentation.h"
+#include "ui/menubar/about_view.h"
+#include "ui/menubar/update_view.h"
+
+#include <QCoreApplication>
+#include <QDesktopServices>
+
+namespace velun {
+
+namespace {
+
+constexpr QSize kAboutSize(420, 520);
+constexpr QSize kUpdateSize(460, 320);
+
+}  // namespace
+
+InformationWindows::InformationWindows(const AppServices& services,
+                                       std::function<void(QWidget*)> windowMade)
+    : services_(services), windowMade_(std::move(windowMade)) {}
+
+InformationWindows::~InformationWindows() = default;
+
+void InformationWindows::showAbout() {
+  // Made anew each time, in the interface language of the moment.
+  auto view = std::make_unique<AboutView>(QCoreApplication::applicationVersion(),
+                                          services_.credits);
+  about_ = WindowPresentation::makeWindow(AboutView::title(), kAboutSize, std::move(view), false);
+  windowMade_(about_.get());
+  WindowPresentation::present(*about_);
+}
+
+void InformationWindows::checkForUpdates() {
+  if (isChecking_) return WindowPresentation::present(*updates_);
+  isChecking_ = true;
+  auto view = std::make_unique<UpdateView>(
+      [](const QUrl& page) { QDesktopServices::openUrl(page); },
+      [this] { updates_->close(); });
+  updateView_ = view.get();
+  updates_ =
+      WindowPresentation::makeWindow(UpdateView::title(), kUpdateSize, std::move(view), false);
+  windowMade_(updates_.get());
+  WindowPresentation::present(*updates_);
+  startTask(this, [this] { return check(this); });
+}
+
+QCoro::Task<> InformationWindows::check(QPointer<InformationWindows> self) {
+  QCoro::Task<UpdateOutcome> checking = self->services_.updater.checkForUpdates();
+  const UpdateOutcome outcome = co_await checking;
+  if (!self) co_return;
+  self->isChecking_ = false;
+  if (self->updateView_) self->updateView_->show(outcome);
+}
+
+}  // namespace velun

@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/session_library.h"
+
+#include "captions/caption_view_model.h"
+#include "captions/discard_confirmation.h"
+#include "platform/desktop/file_manager.h"
+#include "platform/foundation/failure.h"
+#include "settings/localization.h"
+#include "ui/library/export_window_controller.h"
+#include "ui/library/history_window_controller.h"
+#include "ui/library/save_session_file.h"
+
+namespace velun {
+
+SessionLibrary::SessionLibrary(CaptionViewModel& model, const AppServices& services,
+                               std::function<void(QWidget*)> windowMade)
+    : model_(model),
+      services_(services),
+      windowMade_(std::move(windowMade)),
+      library_(model.store(), services.trash) {
+  connect(&library_, &HistoryViewModel::selectionChanged, this, &SessionLibrary::selectionChanged);
+}
+
+SessionLibrary::~SessionLibrary() = default;
+
+HistoryWindowController& SessionLibrary::historyWindow() {
+  if (!historyWindow_) {
+    historyWindow_ = std::make_unique<HistoryWindowController>(
+        library_, model_.settings(), historyActions(), services_.clock, &services_.preferences);
+    windowMade_(&historyWindow_->window());
+  }
+  return *historyWindow_;
+}
+
+HistoryActions SessionLibrary::historyActions() {
+  HistoryActions actions;
+  actions.openFile = [this] { openSessionFile(); };
+  actions.saveFile = [this](const CaptionSession& session) { saveFile(session); };
+  actions.revealFile = [this](const QUrl& file) { reveal(file); };
+  actions.exportSession = [this](const CaptionSession& session) { exportSession(session); };
+  actions.deleteSelection = [this](const QList<QUrl>& visible) { deleteHistorySelection(visible); };
+  return actions;
+}
+
+void SessionLibrary::showHistory() { historyWindow().show(); }
+
+bool SessionLibrary::isKeyWindow() const { return historyWindow_ && historyWindow_->isKeyWindow(); }
+
+void SessionLibrary::exportCurrentSession() {
+  if (!isKeyWindow()) return exportSession(model_.session());
+  if (const auto selected = library_.selectedSession()) exportSession(selected->session);
+}
+
+void SessionLibrary::exportSession(const CaptionSession& session) {
+  if (!exportWindow_) exportWindow_ = std::make_unique<ExportWindowController>(services_.panels);
+  exportWindow_->show(session);
+  if (exportWindow_->window()) windowMade_(exportWindow_->window());
+}
+
+void SessionLibrary::openSessionFile() {
+  const OpenPanelRequest request{
+      .title = L("Open Velun Session", "Velun 기록 열기"),
+      .message =
+          L("Choose a Velun session (.json) or a Markdown transcript from an earlier version "
+            "(.md).",
+            "Velun 기록 (.json) 또는 이전 버전의 Markdown 기록 (.md)을 선택하세요."),
+      .filterName = L("Velun sessions", "Velun 기록"),
+      .patterns = {"*.json", "*.md"}};
+  if (const auto file = services_.panels.open(request)) open({*file});
+}
+
+void SessionLibrary::open(const QList<QUrl>& files) {
+  if (files.isEmpty()) return;
+  QString problem;
+  for (const QUrl& file : files) {
+    try {
+      library_.open(file);
+    } catch (const std::exception& error) {
+      problem = descriptionOf(error);
+    }
+  }
+  if (problem.isEmpty()) {
+    showHistory();
+  } else {
+    showError(problem);
+  }
+}
+
+void SessionLibrary::saveHistoryFile() {
+  if (const auto selected = library_.selectedSession()) saveFile(selected->session);
+}
+
+void SessionLibrary::saveFile(const CaptionSession& session) {
+  try {
+    saveSessionFile(session, L("Save Session File", "기록 파일 저장"), SessionFormat::json,
+                    TranscriptContent::both, std::nullopt, services_.panels);
+  } catch (const std::exception& error) {
+    showError(descriptionOf(error));
+  }
+}
+
+void SessionLibrary::revealHistoryFile() {
+  if (const auto selected = library_.selectedSession()) reveal(selected->url);
+}
+
+void SessionLibrary::reveal(const QUrl& file) { services_.files.reveal(file); }
+
+void SessionLibrary::deleteHistorySelection(const QList<QUrl>& visible) {
+  try {
+    const std::optional<QUrl> deleted = library_.deleteSelection(visible);
+    if (!deleted) return;
+    model_.savedFileWasDeleted(*deleted);
+    library_.reload();
+  } catch (const std::exception& error) {
+    const QString description = descriptionOf(error);
+    showError(L("Couldn’t delete the session: " + description,
+                "기록을 삭제하지 못했습니다: " + description));
+  }
+}
+
+void SessionLibrary::updateTitles() {
+  if (historyWindow_) historyWindow_->updateTitle();
+}
+
+void SessionLibrary::showError(const QString& message) {
+  services_.question.ask(errorQuestion(message));
+}
+
+}  // namespace velun

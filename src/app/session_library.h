@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/app_services.h"
+#include "ui/library/history_actions.h"
+#include "ui/library/history_view_model.h"
+
+#include <functional>
+#include <memory>
+#include <QObject>
+
+class QWidget;
+
+namespace velun {
+
+class CaptionViewModel;
+class ExportWindowController;
+class HistoryWindowController;
+
+/// The saved sessions with their windows, and the commands that work on them. Main thread.
+class SessionLibrary final : public QObject {
+  Q_OBJECT
+
+ public:
+  /// `model` and everything in `services` must outlive the library. `windowMade` hears of every
+  /// window before it is first shown.
+  SessionLibrary(CaptionViewModel& model, const AppServices& services,
+                 std::function<void(QWidget*)> windowMade);
+  ~SessionLibrary() override;
+
+  HistoryViewModel& library() { return library_; }
+
+  void showHistory();
+
+  /// Exports the selected session while the saved-sessions window is key, else the live one.
+  void exportCurrentSession();
+
+  /// Asks for a session file or an earlier transcript and shows it among the saved sessions.
+  void openSessionFile();
+  void open(const QList<QUrl>& files);
+
+  /// Asks where to and writes the selected session, if there is one.
+  void saveHistoryFile();
+  void revealHistoryFile();
+  /// Deletes the selected one of the visible sessions, which are in display order.
+  void deleteHistorySelection(const QList<QUrl>& visible);
+
+  /// Whether the saved-sessions window is there and has the keyboard.
+  bool isKeyWindow() const;
+  bool hasSelection() const { return library_.selectedSession() != nullptr; }
+
+  /// Titles the windows anew, in the interface language.
+  void updateTitles();
+
+ Q_SIGNALS:
+  void selectionChanged();
+
+ private:
+  HistoryWindowController& historyWindow();
+  HistoryActions historyActions();
+  void exportSession(const CaptionSession& session);
+  void saveFile(const CaptionSession& session);
+  void reveal(const QUrl& file);
+  void showError(const QString& message);
+
+  CaptionViewModel& model_;
+  AppServices services_;
+  std::function<void(QWidget*)> windowMade_;
+  HistoryViewModel library_;
+  std::unique_ptr<HistoryWindowController> historyWindow_;
+  std::unique_ptr<ExportWindowController> exportWindow_;
+};
+
+}  // namespace velun

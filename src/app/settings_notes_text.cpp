@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/settings_notes_text.h"
+
+#include "platform/desktop/desktop_platform.h"
+#include "platform/translation/translation_platform.h"
+#include "settings/localization.h"
+
+namespace velun {
+
+namespace {
+
+QString captureHidingText(CaptureHiding hiding) {
+  switch (hiding) {
+    case CaptureHiding::compositor:
+      return {};
+    case CaptureHiding::whileCasting:
+      return L(
+          "This desktop cannot leave one window out, so the caption window also leaves your "
+          "own screen while the screen is shared or recorded.",
+          "이 데스크톱은 창 하나만 뺄 수 없으므로, 화면을 공유하거나 녹화하는 동안에는 내 "
+          "화면에서도 자막 창이 사라집니다.");
+    case CaptureHiding::none:
+      break;
+  }
+  return L("This desktop offers no way to hide a window from screen sharing and recording.",
+           "이 데스크톱에서는 화면 공유·녹화에서 창을 숨길 수 없습니다.");
+}
+
+}  // namespace
+
+SettingsNotes settingsNotes(const DesktopPlatform& desktop,
+                            const TranslationPlatform& translation) {
+  SettingsNotes notes;
+  notes.captureHiding = [&desktop] {
+    return captureHidingText(desktop.capabilities().captureHiding);
+  };
+  notes.download = [&translation] {
+    return translation.activity().value_or(QString());
+  };
+  return notes;
+}
+
+}  // namespace velun

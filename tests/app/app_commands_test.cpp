@@ -1,0 +1,318 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/app_stage.h"
+#include "app/named_actions.h"
+#include "app/session_library.h"
+#include "settings/localization.h"
+#include "support/suite.h"
+#include "ui/library/settings_window_controller.h"
+#include "ui/menubar/menu_bar_controller.h"
+
+#include <QApplication>
+#include <QDialog>
+
+using namespace velun;
+using namespace velun::test;
+
+namespace {
+
+/// A saved session in the stage's folder.
+QUrl writeSession(AppStage& stage, const QString& text) {
+  CaptionSession session;
+  Line line;
+  line.text = text;
+  session.lines.push_back(line);
+  return stage.store.save(session);
+}
+
+/// The saved-sessions window, listed, with its first session selected.
+HistoryViewModel& openHistory(AppStage& stage) {
+  HistoryViewModel& library = stage.coordinator().sessions().library();
+  stage.perform(AppCommand::showHistory);
+  [&] {
+    QTRY_VERIFY(!library.isReloading() && !library.sessions().empty());
+  }();
+  library.select(library.sessions().front()->url);
+  [&] {
+    QTRY_VERIFY(stage.coordinator().sessions().isKeyWindow());
+  }();
+  return library;
+}
+
+}  // namespace
+
+class AppCommandsTest final : public Suite {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
+
+  void launchShowsNothingAndLooksForATray() {
+    AppStage stage;
+    QVERIFY(!stage.isPanelShown());
+    QVERIFY(!stage.model->isRunning());
+    QCOMPARE(stage.tray.searches, 1);
+    QVERIFY(!QApplication::quitOnLastWindowClosed());
+  }
+
+  void launchLoadsTheLanguages() {
+    AppStage stage;
+    stage.locales = {"ko_KR", "en_US"};
+    Localization::shared().setLanguage(AppLanguage::korean);
+    settle();
+    QCOMPARE(stage.model->locales().size(), 2);
+  }
+
+  void reopeningShowsThePanel() {
+    AppStage stage;
+    stage.application.onActivate();
+    QVERIFY(stage.isPanelShown());
+  }
+
+  void withoutATrayThePanelIsShownAndTheReasonToldOnce() {
+    AppStage stage;
+    stage.tray.stayAway();
+    QVERIFY(stage.isPanelShown());
+    QCOMPARE(stage.preferences.get<bool>("statusItemExplained"), std::optional(true));
+    QWidget* notice = nullptr;
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+      if (window->isVisible() && window->windowTitle() == "Velun") notice = window;
+    }
+    QVERIFY(notice);
+    QVERIFY(!notice->isModal());
+    notice->close();
+    settle();
+  }
+
+  void startingShowsThePanelFirst() {
+    AppStage stage;
+    stage.perform(AppCommand::toggleCaptions);
+    QVERIFY(stage.isPanelShown());
+    QVERIFY(stage.model->isRunning());
+    stage.perform(AppCommand::toggleCaptions);
+    QVERIFY(!stage.model->isRunning());
+  }
+
+  void commandsOfTheEngineWaitForASwitch() {
+    AppStage stage;
+    stage.engine->holdsStarts = true;
+    stage.perform(AppCommand::toggleCaptions);
+    QVERIFY(stage.model->isTransitioning());
+    for (const AppCommand command : {AppCommand::toggleCaptions, AppCommand::newSession,
+                                     AppCommand::selectMicrophone, AppCommand::selectComputer}) {
+      QVERIFY(!stage.coordinator().validate(command).isEnabled);
+      stage.perform(command);
+    }
+    QVERIFY(stage.model->isRunning());
+    QVERIFY(!stage.settings.useMic());
+    stage.engine->release();
+    settle();
+    QVERIFY(stage.coordinator().validate(AppCommand::toggleCaptions).isEnabled);
+  }
+
+  void thePanelIsToggled() {
+    AppStage stage;
+    stage.perform(AppCommand::togglePanel);
+    QVERIFY(stage.isPanelShown());
+    stage.perform(AppCommand::togglePanel);
+    QVERIFY(!stage.isPanelShown());
+    stage.perform(AppCommand::restorePosition);
+    QVERIFY(stage.isPanelShown());
+  }
+
+  void settingsAreToggledAndChosen() {
+    AppStage stage;
+    stage.perform(AppCommand::selectMicrophone);
+    QVERIFY(stage.settings.useMic());
+    stage.perform(AppCommand::selectComputer);
+    QVERIFY(!stage.settings.useMic());
+    stage.perform(AppCommand::toggleKeepOnTop);
+    QVERIFY(!stage.settings.keepOnTop());
+  }
+
+  void savingNeedsALine() {
+    AppStage stage;
+    QVERIFY(!stage.coordinator().validate(AppCommand::saveSession).isEnabled);
+    QVERIFY(!stage.coordinator().validate(AppCommand::saveDocument).isEnabled);
+    QVERIFY(!stage.coordinator().validate(AppCommand::exportCurrentSession).isEnabled);
+    stage.startWithLine();
+    QVERIFY(stage.coordinator().validate(AppCommand::saveSession).isEnabled);
+    QVERIFY(stage.coordinator().validate(AppCommand::saveDocument).isEnabled);
+    QVERIFY(stage.coordinator().validate(AppCommand::exportCurrentSession).isEnabled);
+    stage.perform(AppCommand::saveDocument);
+    QCOMPARE(stage.files().size(), 1);
+  }
+
+  void savingAgainStaysPossibleInTheMainMenu() {
+    AppStage stage;
+    stage.startWithLine();
+    stage.perform(AppCommand::saveSession);
+    // Unlike the status menu's item, which has nothing left to offer.
+    QVERIFY(stage.coordinator().validate(AppCommand::saveSession).isEnabled);
+  }
+
+  void aFailedSaveIsShown() {
+    AppStage stage;
+    stage.startWithLine();
+    stage.breakStore();
+    stage.perform(AppCommand::saveSession);
+    QCOMPARE(stage.question.asked.size(), std::size_t(1));
+    QCOMPARE(stage.question.asked[0].message, QString("Couldn’t Complete the Action"));
+    QCOMPARE(stage.question.asked[0].informativeText, *stage.model->saveError());
+    QVERIFY(stage.model->isRunning());
+  }
+
+  void theSessionsFolderIsOpened() {
+    AppStage stage;
+    stage.perform(AppCommand::openSessionsFolder);
+    QCOMPARE(stage.fileManager.opened, QList<QUrl>{stage.store.directory});
+    stage.fileManager.failure = "No room.";
+    stage.perform(AppCommand::openSessionsFolder);
+    QCOMPARE(stage.question.asked.at(0).informativeText, QString("No room."));
+  }
+
+  void theKeyWindowDecidesWhatIsSaved() {
+    AppStage stage;
+    const QUrl saved = writeSession(stage, "Saved earlier.");
+    HistoryViewModel& library = openHistory(stage);
+    CommandValidation save = stage.coordinator().validate(AppCommand::saveDocument);
+    QCOMPARE(save.title, std::optional<QString>("Save Session File…"));
+    QVERIFY(save.isEnabled);
+    QVERIFY(stage.coordinator().validate(AppCommand::exportCurrentSession).isEnabled);
+
+    stage.chosenFile = QUrl::fromLocalFile(stage.folder.filePath("copy.json"));
+    stage.perform(AppCommand::saveDocument);
+    QCOMPARE(stage.saveRequests.at(0).title, QString("Save Session File"));
+    QVERIFY(stage.saveRequests.at(0).proposedName.startsWith("Velun-"));
+    QVERIFY(stage.saveRequests.at(0).proposedName.endsWith(".json"));
+    QCOMPARE(stage.store.read(*stage.chosenFile).lines.at(0).text, QString("Saved earlier."));
+
+    library.select(std::nullopt);
+    save = stage.coordinator().validate(AppCommand::saveDocument);
+    QCOMPARE(save.title, std::optional<QString>("Save Session File…"));
+    QVERIFY(!save.isEnabled);
+  }
+
+  void aChosenFileIsOpenedInTheLibrary() {
+    AppStage stage;
+    stage.chosenFile = writeSession(stage, "From elsewhere.");
+    stage.perform(AppCommand::openSessionFile);
+    QCOMPARE(stage.openRequests.at(0).title, QString("Open Velun Session"));
+    QCOMPARE(stage.openRequests.at(0).message,
+             QString("Choose a Velun session (.json) or a Markdown transcript from an earlier "
+                     "version (.md)."));
+    QTRY_COMPARE(stage.coordinator().sessions().library().selection(), stage.chosenFile);
+  }
+
+  void aFileThatCannotBeReadIsShown() {
+    AppStage stage;
+    stage.chosenFile = QUrl::fromLocalFile(stage.folder.filePath("missing.json"));
+    stage.perform(AppCommand::openSessionFile);
+    QCOMPARE(stage.question.asked.at(0).message, QString("Couldn’t Complete the Action"));
+  }
+
+  void aCancelledPanelOpensNothing() {
+    AppStage stage;
+    stage.perform(AppCommand::openSessionFile);
+    QVERIFY(stage.question.asked.empty());
+    QVERIFY(!stage.coordinator().sessions().isKeyWindow());
+  }
+
+  void deletingTheRunningSessionsFileEndsItsSaving() {
+    AppStage stage;
+    stage.startWithLine();
+    stage.perform(AppCommand::saveSession);
+    const QUrl file = *stage.model->savedURL();
+    openHistory(stage);
+    stage.coordinator().sessions().deleteHistorySelection({file});
+    settle();
+    QCOMPARE(stage.trashed, QList<QUrl>{file});
+    QVERIFY(!stage.model->savedURL());
+    QVERIFY(!stage.model->isSavingSession());
+    stage.final("Another line.");
+    QVERIFY(stage.files().isEmpty());
+  }
+
+  void aFailedDeletionIsShown() {
+    AppStage stage;
+    const QUrl file = writeSession(stage, "Stays.");
+    openHistory(stage);
+    stage.trashFailure = "The trash is full.";
+    stage.coordinator().sessions().deleteHistorySelection({file});
+    QCOMPARE(stage.question.asked.at(0).informativeText,
+             QString("Couldn’t delete the session: The trash is full."));
+    QCOMPARE(stage.files().size(), 1);
+  }
+
+  void theSelectedSessionIsRevealed() {
+    AppStage stage;
+    const QUrl file = writeSession(stage, "Look.");
+    stage.coordinator().sessions().revealHistoryFile();
+    QVERIFY(stage.fileManager.revealed.isEmpty());
+    openHistory(stage);
+    stage.coordinator().sessions().revealHistoryFile();
+    QCOMPARE(stage.fileManager.revealed.size(), 1);
+    QCOMPARE(canonicalPath(stage.fileManager.revealed[0]), canonicalPath(file));
+  }
+
+  void theLanguageRenamesMenusAndWindows() {
+    AppStage stage;
+    writeSession(stage, "A line.");
+    stage.perform(AppCommand::showSettings);
+    openHistory(stage);
+    stage.settings.setLanguage(AppLanguage::korean);
+    settle();
+    QCOMPARE(stage.coordinator().menuBar().mainMenu().menus()[1]->title(), QString("파일"));
+    QCOMPARE(stage.coordinator().settingsWindow()->window()->windowTitle(), QString("Velun 설정"));
+    QStringList titles;
+    for (const QWidget* window : QApplication::topLevelWidgets()) titles << window->windowTitle();
+    QVERIFY(titles.contains("Velun — 저장 기록"));
+  }
+
+  void commandsAreIgnoredWhileAQuestionIsOpen() {
+    AppStage stage;
+    QDialog open;
+    open.setModal(true);
+    open.show();
+    stage.perform(AppCommand::toggleCaptions);
+    stage.application.onAction("toggle-captions", {});
+    stage.application.onActivate();
+    QVERIFY(!stage.model->isRunning());
+    QVERIFY(!stage.isPanelShown());
+    open.close();
+    stage.perform(AppCommand::toggleCaptions);
+    QVERIFY(stage.model->isRunning());
+  }
+
+  void otherProgramsSeeTheState() {
+    AppStage stage;
+    const auto state = [&](const char* name) {
+      return stage.application.action(name).state;
+    };
+    QCOMPARE(state("running"), false);
+    QCOMPARE(state("input"), "computer");
+    QVERIFY(!stage.application.action("save-session").isEnabled);
+    stage.application.onAction("input", "microphone");
+    QCOMPARE(state("input"), "microphone");
+    stage.application.onAction("toggle-captions", {});
+    settle();
+    stage.final("A line.");
+    QCOMPARE(state("running"), true);
+    QCOMPARE(state("toggle-captions"), true);
+    QCOMPARE(state("toggle-panel"), true);
+    QVERIFY(stage.application.action("save-session").isEnabled);
+  }
+
+  void everyNameHasItsCommand() {
+    AppStage stage;
+    for (const ApplicationAction& action : stage.application.actions) {
+      if (action.name == "running") continue;
+      const QVariant parameter = action.parameterType.isEmpty() ? QVariant() : action.state;
+      QVERIFY2(commandForAction(action.name, parameter), qPrintable(action.name));
+    }
+    QVERIFY(!commandForAction("input", "television"));
+    QVERIFY(!commandForAction("running", {}));
+  }
+};
+
+QTEST_MAIN(AppCommandsTest)
+#include "app_commands_test.moc"

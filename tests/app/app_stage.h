@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/app_delegate.h"
+#include "captions/model_fixture.h"
+#include "platform/updates/update_checker.h"
+#include "support/fake_desktop_platform.h"
+#include "support/memory_preferences.h"
+#include "support/scripted_application_service.h"
+#include "support/scripted_file_manager.h"
+#include "support/scripted_question.h"
+#include "support/scripted_translation_platform.h"
+#include "support/scripted_tray_host.h"
+#include "ui/caption/caption_window_controller.h"
+
+namespace velun::test {
+
+/// The whole program over scripted collaborators, launched, with real windows.
+struct AppStage : ModelFixture {
+  explicit AppStage(const std::function<void(AppSettings&)>& prepare = {}) : ModelFixture(prepare) {
+    delegate = std::make_unique<AppDelegate>(*model, services());
+    delegate->applicationDidFinishLaunching();
+    settle();
+  }
+
+  AppServices services() {
+    return {.preferences = preferences,
+            .desktop = desktop,
+            .translation = translation,
+            .trayHost = tray,
+            .application = application,
+            .files = fileManager,
+            .updater = updater,
+            .question = question,
+            .clock = clock,
+            .panels = {.open =
+                           [this](const OpenPanelRequest& request) {
+                             openRequests.push_back(request);
+                             return chosenFile;
+                           },
+                       .save =
+                           [this](const SavePanelRequest& request) {
+                             saveRequests.push_back(request);
+                             return chosenFile;
+                           }},
+            .trash =
+                [this](const QUrl& url) {
+                  if (trashFailure) throw Failure(*trashFailure);
+                  QFile::remove(url.toLocalFile());
+                  trashed.append(url);
+                },
+            .notes = {.captureHiding = [] { return QString(); },
+                      .download =
+                          [] {
+                            return QString();
+                          }},
+            .credits = {}};
+  }
+
+  AppCoordinator& coordinator() { return delegate->coordinator(); }
+  bool isPanelShown() { return coordinator().captionWindow().isShown(); }
+
+  /// As a menu or another program would.
+  void perform(AppCommand command) {
+    coordinator().perform(command);
+    settle();
+  }
+
+  /// Asks to quit; the answer is in `replies` once there is one.
+  void requestQuit() {
+    coordinator().prepareToTerminate(
+        [this](bool shouldTerminate) { replies.push_back(shouldTerminate); });
+    settle();
+  }
+
+  /// Captions on, with one line.
+  void startWithLine() {
+    perform(AppCommand::toggleCaptions);
+    final("One line.");
+  }
+
+  MemoryPreferences preferences;
+  FakeDesktopPlatform desktop;
+  ScriptedTranslationPlatform translation;
+  ScriptedTrayHost tray;
+  ScriptedApplicationService application;
+  ScriptedFileManager fileManager;
+  UpdateChecker updater{"1.0", true, nullptr};
+  ScriptedQuestion question;
+  std::vector<OpenPanelRequest> openRequests;
+  std::vector<SavePanelRequest> saveRequests;
+  std::optional<QUrl> chosenFile;
+  std::optional<QString> trashFailure;
+  QList<QUrl> trashed;
+  std::vector<bool> replies;
+  std::unique_ptr<AppDelegate> delegate;
+};
+
+/// The buttons of the question about unsaved lines.
+enum DiscardAnswer { saveSession, discardSession, cancelDiscarding };
+
+}  // namespace velun::test

@@ -1,0 +1,229 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/app_stage.h"
+#include "support/suite.h"
+
+using namespace velun;
+using namespace velun::test;
+using namespace std::chrono_literals;
+
+class NewSessionAndQuitTest final : public Suite {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void anEmptySessionIsReplacedWithoutAQuestion() {
+    AppStage stage;
+    const QUuid before = stage.model->session().id;
+    stage.perform(AppCommand::newSession);
+    QVERIFY(stage.question.asked.empty());
+    QVERIFY(stage.model->session().id != before);
+    QVERIFY(stage.isPanelShown());
+    QVERIFY(!stage.model->isRunning());
+  }
+
+  void newSessionAsksAboutUnsavedLines() {
+    AppStage stage;
+    stage.startWithLine();
+    stage.question.answers = {discardSession};
+    stage.perform(AppCommand::newSession);
+    QCOMPARE(stage.question.asked.size(), std::size_t(1));
+    QCOMPARE(stage.question.asked[0].message,
+             QString("Save this session before starting a new one?"));
+    QVERIFY(stage.model->lines().empty());
+    QVERIFY(stage.files().isEmpty());
+    QVERIFY(stage.model->isRunning());
+    QCOMPARE(stage.engine->calls,
+             QStringList({"stop", "stopped", "start en_US computer", "started", "stop", "stopped",
+                          "stop", "stopped", "start en_US computer", "started"}));
+  }
+
+  void newSessionCanSaveFirst() {
+    AppStage stage;
+    stage.startWithLine();
+    stage.question.answers = {saveSession};
+    stage.perform(AppCommand::newSession);
+    QCOMPARE(stage.files().size(), 1);
+    QVERIFY(stage.model->lines().empty());
+    QVERIFY(!stage.model->isSavingSession());
+    QVERIFY(stage.model->isRunning());
+  }
+
+  void aCancelledNewSessionGoesOnWithTheOldOne_data() {
+    QTest::addColumn<bool>("wasRunning");
+    QTest::newRow("captions on") << true;
+    QTest::newRow("captions off") << false;
+  }
+  void aCancelledNewSessionGoesOnWithTheOldOne() {
+    QFETCH(bool, wasRunning);
+    AppStage stage;
+    stage.startWithLine();
+    if (!wasRunning) stage.perform(AppCommand::toggleCaptions);
+    const QUuid before = stage.model->session().id;
+    stage.question.answers = {cancelDiscarding};
+    stage.perform(AppCommand::newSession);
+    QCOMPARE(stage.model->session().id, before);
+    QCOMPARE(stage.model->lines().size(), std::size_t(1));
+    QCOMPARE(stage.model->isRunning(), wasRunning);
+  }
+
+  void aFailedSaveCancelsTheNewSession() {
+    AppStage stage;
+    stage.startWithLine();
+    stage.breakStore();
+    stage.question.answers = {saveSession, 0};
+    stage.perform(AppCommand::newSession);
+    QCOMPARE(stage.question.asked.size(), std::size_t(2));
+    QCOMPARE(stage.model->lines().size(), std::size_t(1));
+    QVERIFY(stage.model->isRunning());
+  }
+
+  void quittingWithoutLinesAsksNothing() {
+    AppStage stage;
+    stage.requestQuit();
+    QVERIFY(stage.question.asked.empty());
+    QCOMPARE(stage.replies, std::vector({true}));
+  }
+
+  void quittingAsksAboutUnsavedLines_data() {
+    QTest::addColumn<int>("answer");
+    QTest::addColumn<bool>("quits");
+    QTest::addColumn<int>("files");
+    QTest::newRow("save") << int(saveSession) << true << 1;
+    QTest::newRow("discard") << int(discardSession) << true << 0;
+    QTest::newRow("cancel") << int(cancelDiscarding) << false << 0;
+  }
+  void quittingAsksAboutUnsavedLines() {
+    QFETCH(int, answer);
+    QFETCH(bool, quits);
+    QFETCH(int, files);
+    AppStage stage;
+    stage.startWithLine();
+    const QUuid session = stage.model->session().id;
+    stage.question.answers = {answer};
+    stage.requestQuit();
+    QCOMPARE(stage.question.asked.size(), std::size_t(1));
+    QCOMPARE(stage.question.asked[0].message, QString("Save this session before quitting?"));
+    QCOMPARE(stage.replies, std::vector({quits}));
+    QCOMPARE(stage.files().size(), files);
+    QCOMPARE(stage.model->session().id, session);
+    QCOMPARE(stage.model->isRunning(), !quits);
+    QVERIFY(!stage.coordinator().isTerminating());
+  }
+
+  void aClosedQuestionCancelsTheQuit() {
+    AppStage stage;
+    stage.startWithLine();
+    stage.question.answers = {std::nullopt};
+    stage.requestQuit();
+    QCOMPARE(stage.replies, std::vector({false}));
+    QVERIFY(stage.model->isRunning());
+  }
+
+  void aSecondQuitSharesTheQuestion() {
+    AppStage stage;
+    stage.startWithLine();
+    stage.engine->holdsStops = true;
+    stage.question.answers = {cancelDiscarding, discardSession};
+    stage.requestQuit();
+    QVERIFY(stage.coordinator().isTerminating());
+    stage.requestQuit();
+    stage.engine->holdsStops = false;
+    stage.engine->release();
+    settle();
+    QCOMPARE(stage.question.asked.size(), std::size_t(1));
+    QCOMPARE(stage.replies, std::vector({false, false}));
+    QVERIFY(stage.model->isRunning());
+  }
+
+  void aQuitWaitsForTheNewSessionThatIsBeingDecided() {
+    AppStage stage;
+    stage.startWithLine();
+    stage.engine->holdsStops = true;
+    stage.perform(AppCommand::newSession);
+    stage.requestQuit();
+    stage.question.answers = {discardSession};
+    stage.engine->holdsStops = false;
+    stage.engine->release();
+    settle();
+    QCOMPARE(stage.question.asked.size(), std::size_t(1));
+    QCOMPARE(stage.replies, std::vector({true}));
+    QVERIFY(!stage.model->isRunning());
+  }
+
+  void aSessionThatIsBeingSavedIsWrittenWithItsEnd() {
+    AppStage stage([](AppSettings& settings) { settings.setAutoSaveSessions(true); });
+    stage.startWithLine();
+    stage.engine->lastWords = {FinalEvent{"The last words.", "en_US", AudioInput::computer}};
+    stage.requestQuit();
+    QVERIFY(stage.question.asked.empty());
+    QCOMPARE(stage.replies, std::vector({true}));
+    const SessionStore::Listing listing = stage.store.savedSessions();
+    QCOMPARE(listing.sessions.size(), std::size_t(1));
+    QCOMPARE(listing.sessions[0].session.lines.size(), std::size_t(2));
+    QVERIFY(listing.sessions[0].session.endedAt);
+  }
+
+  void unsavedLinesGoWithoutAQuestionWhenTheSettingsSaySo() {
+    AppStage stage([](AppSettings& settings) { settings.setAskBeforeDiscarding(false); });
+    stage.startWithLine();
+    stage.requestQuit();
+    QVERIFY(stage.question.asked.empty());
+    QCOMPARE(stage.replies, std::vector({true}));
+  }
+
+  void aSignalQuitsLikeTheUser() {
+    AppStage stage;
+    stage.startWithLine();
+    stage.question.answers = {cancelDiscarding};
+    stage.delegate->terminationSignalled();
+    settle();
+    QCOMPARE(stage.question.asked.size(), std::size_t(1));
+    QVERIFY(stage.model->isRunning());
+    // The user said no: nothing is left that would end the program later.
+    QCOMPARE(stage.clock.scheduledCount(), scheduledWithoutSignal());
+  }
+
+  void tenSecondsEndAnEngineThatDoesNotStop() {
+    AppStage stage([](AppSettings& settings) { settings.setAutoSaveSessions(true); });
+    stage.startWithLine();
+    stage.engine->holdsStops = true;
+    stage.delegate->terminationSignalled();
+    settle();
+    stage.final("Said while stopping.");
+    QFile::remove(QDir(stage.store.directory.toLocalFile()).filePath(stage.files().value(0)));
+    stage.clock.advance(9999ms);
+    QVERIFY(stage.files().isEmpty());
+    stage.clock.advance(1ms);
+    // The last write, then the end.
+    QCOMPARE(stage.store.savedSessions().sessions.at(0).session.lines.size(), std::size_t(2));
+    stage.engine->release();
+    settle();
+    QVERIFY(!stage.model->isRunning());
+  }
+
+  void aSecondSignalEndsAtOnce() {
+    AppStage stage;
+    stage.startWithLine();
+    stage.engine->holdsStops = true;
+    stage.question.answers = {cancelDiscarding};
+    stage.delegate->terminationSignalled();
+    settle();
+    stage.delegate->terminationSignalled();
+    stage.engine->release();
+    settle();
+    QVERIFY(stage.question.asked.empty());
+    QVERIFY(!stage.model->isRunning());
+  }
+
+ private:
+  /// What is scheduled in a program with captions on.
+  static std::size_t scheduledWithoutSignal() {
+    AppStage stage;
+    stage.startWithLine();
+    stage.question.answers = {cancelDiscarding};
+    stage.requestQuit();
+    return stage.clock.scheduledCount();
+  }
+};
+
+QTEST_MAIN(NewSessionAndQuitTest)
+#include "new_session_and_quit_test.moc"
