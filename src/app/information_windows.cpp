@@ -27,8 +27,8 @@ InformationWindows::~InformationWindows() = default;
 
 void InformationWindows::showAbout() {
   // Made anew each time, in the interface language of the moment.
-  auto view = std::make_unique<AboutView>(QCoreApplication::applicationVersion(),
-                                          services_.credits);
+  auto view =
+      std::make_unique<AboutView>(QCoreApplication::applicationVersion(), services_.credits);
   about_ = WindowPresentation::makeWindow(AboutView::title(), kAboutSize, std::move(view), false);
   windowMade_(about_.get());
   WindowPresentation::present(*about_);
@@ -38,8 +38,7 @@ void InformationWindows::checkForUpdates() {
   if (isChecking_) return WindowPresentation::present(*updates_);
   isChecking_ = true;
   auto view = std::make_unique<UpdateView>(
-      [](const QUrl& page) { QDesktopServices::openUrl(page); },
-      [this] { updates_->close(); });
+      [](const QUrl& page) { QDesktopServices::openUrl(page); }, [this] { updates_->close(); });
   updateView_ = view.get();
   updates_ =
       WindowPresentation::makeWindow(UpdateView::title(), kUpdateSize, std::move(view), false);

@@ -34,17 +34,31 @@ HistoryWindowController& SessionLibrary::historyWindow() {
 
 HistoryActions SessionLibrary::historyActions() {
   HistoryActions actions;
-  actions.openFile = [this] { openSessionFile(); };
-  actions.saveFile = [this](const CaptionSession& session) { saveFile(session); };
-  actions.revealFile = [this](const QUrl& file) { reveal(file); };
-  actions.exportSession = [this](const CaptionSession& session) { exportSession(session); };
-  actions.deleteSelection = [this](const QList<QUrl>& visible) { deleteHistorySelection(visible); };
+  actions.openFile = [this] {
+    openSessionFile();
+  };
+  actions.saveFile = [this](const CaptionSession& session) {
+    saveFile(session);
+  };
+  actions.revealFile = [this](const QUrl& file) {
+    reveal(file);
+  };
+  actions.exportSession = [this](const CaptionSession& session) {
+    exportSession(session);
+  };
+  actions.deleteSelection = [this](const QList<QUrl>& visible) {
+    deleteHistorySelection(visible);
+  };
   return actions;
 }
 
-void SessionLibrary::showHistory() { historyWindow().show(); }
+void SessionLibrary::showHistory() {
+  historyWindow().show();
+}
 
-bool SessionLibrary::isKeyWindow() const { return historyWindow_ && historyWindow_->isKeyWindow(); }
+bool SessionLibrary::isKeyWindow() const {
+  return historyWindow_ && historyWindow_->isKeyWindow();
+}
 
 void SessionLibrary::exportCurrentSession() {
   if (!isKeyWindow()) return exportSession(model_.session());
@@ -103,7 +117,9 @@ void SessionLibrary::revealHistoryFile() {
   if (const auto selected = library_.selectedSession()) reveal(selected->url);
 }
 
-void SessionLibrary::reveal(const QUrl& file) { services_.files.reveal(file); }
+void SessionLibrary::reveal(const QUrl& file) {
+  services_.files.reveal(file);
+}
 
 void SessionLibrary::deleteHistorySelection(const QList<QUrl>& visible) {
   try {

@@ -31,7 +31,9 @@ QString list(const std::vector<Credit>& credits) {
 
 }  // namespace
 
-QString AboutView::title() { return L("About Velun", "Velun 정보"); }
+QString AboutView::title() {
+  return L("About Velun", "Velun 정보");
+}
 
 AboutView::AboutView(const QString& version, const std::vector<Credit>& credits, QWidget* parent)
     : QWidget(parent) {

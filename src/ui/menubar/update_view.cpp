@@ -38,7 +38,9 @@ class NotesBrowser final : public QTextBrowser {
 
 }  // namespace
 
-QString UpdateView::title() { return L("Velun — Updates", "Velun — 업데이트"); }
+QString UpdateView::title() {
+  return L("Velun — Updates", "Velun — 업데이트");
+}
 
 UpdateView::UpdateView(std::function<void(const QUrl&)> openPage, std::function<void()> close,
                        QWidget* parent)
@@ -53,8 +55,8 @@ UpdateView::UpdateView(std::function<void(const QUrl&)> openPage, std::function<
   message_->setFont(bold);
   notes_->setAccessibleName(L("What’s New", "새로운 점"));
   notes_->setToolTip(L("What is new in this version", "이 버전의 새로운 점"));
-  open_->setToolTip(L("Opens the release’s page in your browser",
-                      "브라우저에서 배포 페이지를 엽니다"));
+  open_->setToolTip(
+      L("Opens the release’s page in your browser", "브라우저에서 배포 페이지를 엽니다"));
   close_->setToolTip(L("Close this window", "이 창 닫기"));
   connect(open_, &QPushButton::clicked, this, [this, openPage] { openPage(page_); });
   connect(close_, &QPushButton::clicked, this, close);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/foundation/failure.h"
 #include "platform/updates/appcast.h"
+
+#include "platform/foundation/failure.h"
 #include "support/suite.h"
 
 using namespace velun;
@@ -38,9 +39,9 @@ class AppcastTest final : public test::Suite {
   }
 
   void theVersionMayStandAtTheEnclosure() {
-    const auto items = readAppcast(
-        feed(item("<enclosure url=\"https://example.org/v.deb\" sparkle:version=\"7\" "
-                  "sparkle:shortVersionString=\"0.7\"/>")));
+    const auto items =
+        readAppcast(feed(item("<enclosure url=\"https://example.org/v.deb\" sparkle:version=\"7\" "
+                              "sparkle:shortVersionString=\"0.7\"/>")));
     QCOMPARE(items.at(0).version, QString("7"));
     QCOMPARE(items.at(0).shortVersion, QString("0.7"));
   }
@@ -58,12 +59,12 @@ class AppcastTest final : public test::Suite {
     QTest::newRow("no version") << item("<title>x</title>");
     QTest::newRow("another system")
         << item("<enclosure sparkle:version=\"2\" sparkle:os=\"windows\"/>");
-    QTest::newRow("a channel")
-        << item("<sparkle:version>2</sparkle:version><sparkle:channel>beta</sparkle:channel>");
+    QTest::newRow("a channel") << item(
+        "<sparkle:version>2</sparkle:version><sparkle:channel>beta</sparkle:channel>");
     QTest::newRow("no page") << QByteArray("<item><sparkle:version>2</sparkle:version></item>");
-    QTest::newRow("a page that is none")
-        << QByteArray("<item><link>file:///etc/passwd</link>"
-                      "<sparkle:version>2</sparkle:version></item>");
+    QTest::newRow("a page that is none") << QByteArray(
+        "<item><link>file:///etc/passwd</link>"
+        "<sparkle:version>2</sparkle:version></item>");
   }
   void itemsThatAreNotForUsAreLeftOut() {
     QFETCH(QByteArray, item);
@@ -76,12 +77,12 @@ class AppcastTest final : public test::Suite {
     QTest::newRow("a web page") << QByteArray("<html><body>Not found</body></html>");
     QTest::newRow("cut off") << feed(item("<sparkle:version>2</sparkle:version>")).chopped(20);
     QTest::newRow("no channel") << QByteArray("<rss version=\"2.0\"/>");
-    QTest::newRow("entities without end")
-        << QByteArray("<!DOCTYPE r [<!ENTITY a \"aaaaaaaaaa\"><!ENTITY b \"&a;&a;&a;&a;&a;&a;\">"
-                      "<!ENTITY c \"&b;&b;&b;&b;&b;&b;\"><!ENTITY d \"&c;&c;&c;&c;&c;&c;\">"
-                      "<!ENTITY e \"&d;&d;&d;&d;&d;&d;\">]>"
-                      "<rss><channel><item><link>&e;</link></item></channel>"
-                      "</rss>");
+    QTest::newRow("entities without end") << QByteArray(
+        "<!DOCTYPE r [<!ENTITY a \"aaaaaaaaaa\"><!ENTITY b \"&a;&a;&a;&a;&a;&a;\">"
+        "<!ENTITY c \"&b;&b;&b;&b;&b;&b;\"><!ENTITY d \"&c;&c;&c;&c;&c;&c;\">"
+        "<!ENTITY e \"&d;&d;&d;&d;&d;&d;\">]>"
+        "<rss><channel><item><link>&e;</link></item></channel>"
+        "</rss>");
   }
   void whatIsNoFeedIsRefused() {
     QFETCH(QByteArray, xml);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/updates/linux/https_update_feed.h"
 #include "platform/updates/update_checker.h"
+
+#include "platform/updates/linux/https_update_feed.h"
 #include "support/suite.h"
 
 #include <QProcess>
@@ -58,9 +59,8 @@ class Server final : public QObject {
       if (!socket->peek(4096).contains("\r\n\r\n")) return;
       socket->readAll();
       ++requests;
-      socket->write("HTTP/1.1 " + status + "\r\n" + headers +
-                    "Content-Length: " + QByteArray::number(body.size()) +
-                    "\r\nConnection: close\r\n\r\n" + body);
+      socket->write("HTTP/1.1 " + status + "\r\n" + headers + "Content-Length: " +
+                    QByteArray::number(body.size()) + "\r\nConnection: close\r\n\r\n" + body);
       socket->disconnectFromHost();
     });
     connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
@@ -83,7 +83,9 @@ UpdateOutcome outcomeOf(UpdateChecker& checker) {
   std::optional<UpdateOutcome> outcome;
   QCoro::Task<UpdateOutcome> task = checker.checkForUpdates();
   auto waiting = task.then([&](UpdateOutcome result) { outcome = std::move(result); });
-  [&] { QTRY_VERIFY_WITH_TIMEOUT(outcome, 20'000); }();
+  [&] {
+    QTRY_VERIFY_WITH_TIMEOUT(outcome, 20'000);
+  }();
   return outcome.value_or(NoUpdateFeed());
 }
 
@@ -126,8 +128,7 @@ class UpdateCheckerTest final : public test::Suite {
     QTest::addColumn<QByteArray>("body");
     QTest::newRow("not found") << QByteArray("404 Not Found") << QByteArray() << QByteArray();
     QTest::newRow("no feed") << QByteArray("200 OK") << QByteArray() << QByteArray("hello");
-    QTest::newRow("too large") << QByteArray("200 OK") << QByteArray()
-                               << QByteArray(3 << 20, ' ');
+    QTest::newRow("too large") << QByteArray("200 OK") << QByteArray() << QByteArray(3 << 20, ' ');
     QTest::newRow("redirected to plain HTTP")
         << QByteArray("302 Found") << QByteArray("Location: http://localhost:1/\r\n")
         << QByteArray();
@@ -179,9 +180,8 @@ class UpdateCheckerTest final : public test::Suite {
 
  private:
   UpdateOutcome check(const QString& version) {
-    UpdateChecker checker(
-        version, false,
-        std::make_unique<HttpsUpdateFeed>(server_->address(), server_->trust()));
+    UpdateChecker checker(version, false,
+                          std::make_unique<HttpsUpdateFeed>(server_->address(), server_->trust()));
     return outcomeOf(checker);
   }
 
