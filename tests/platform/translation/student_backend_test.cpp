@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/translation/linux/student/student_backend.h"
 
+#include "platform/models/model_catalogue.h"
+#include "platform/translation/linux/language_availability.h"
 #include "platform/translation/linux/student/model_speeds.h"
 #include "platform/translation/support/scripted_model_store.h"
 #include "support/suite.h"
@@ -132,6 +134,37 @@ class StudentBackendTest final : public Suite {
     QCOMPARE(translationLanguage(QStringLiteral("zh-Hans"), false), QStringLiteral("zh"));
     QCOMPARE(translationLanguage(QStringLiteral("no_NO"), false), QStringLiteral("nb"));
     QCOMPARE(translationLanguage(QStringLiteral("iw"), false), QStringLiteral("he"));
+  }
+
+  void theCataloguesModelsHaveEveryFile() {
+    const std::vector<Model> models = ModelCatalogue::builtIn().ofKind(ModelKind::translation);
+    QVERIFY(models.size() > 100);
+    for (const Model& model : models) {
+      const StudentFiles files = studentFilesOf(model, QString());
+      QVERIFY2(
+          !files.model.isEmpty() && !files.sourceVocabulary.isEmpty() && !files.shortlist.isEmpty(),
+          qPrintable(model.id));
+      QCOMPARE(!files.targetVocabulary.isEmpty(), files.sourceVocabulary.contains("srcvocab"));
+    }
+  }
+
+  void theCatalogueReachesManyLanguages() {
+    const StudentBackend backend(ModelCatalogue::builtIn().ofKind(ModelKind::translation), *store_,
+                                 kPlenty);
+    std::vector<TranslationOffer> offers;
+    for (const LanguagePair& pair : backend.downloadablePairs()) offers.push_back({pair, 0, false});
+    const LanguageAvailability availability(offers);
+    const QStringList fromKorean = availability.supportedLanguages({QStringLiteral("ko_KR")});
+    const QStringList fromEnglish = availability.supportedLanguages({QStringLiteral("en_US")});
+    QVERIFY(fromEnglish.size() > 30);
+    for (const char* language : {"ko", "ja", "zh", "es", "de"}) {
+      QVERIFY(fromEnglish.contains(QString::fromLatin1(language)));
+    }
+    QVERIFY(fromKorean.contains(QStringLiteral("en")));
+    QVERIFY(fromKorean.contains(QStringLiteral("ja")));
+    QVERIFY(!fromKorean.contains(QStringLiteral("ko")));
+    // Through English every language but itself, and English.
+    QCOMPARE(fromKorean.size(), fromEnglish.size());
   }
 
  private:

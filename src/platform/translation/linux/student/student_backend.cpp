@@ -23,7 +23,9 @@ LanguagePair pairOf(const Model& model) {
           translationLanguage(model.languages.value(1), false)};
 }
 
-StudentFiles filesOf(const Model& model, const QString& folder) {
+}  // namespace
+
+StudentFiles studentFilesOf(const Model& model, const QString& folder) {
   StudentFiles files;
   for (const ModelDownload& download : model.downloads) {
     for (const ModelFile& file : download.files) {
@@ -37,8 +39,6 @@ StudentFiles filesOf(const Model& model, const QString& folder) {
   }
   return files;
 }
-
-}  // namespace
 
 StudentBackend::StudentBackend(const std::vector<Model>& models, ModelStore& store,
                                std::int64_t memoryBytes)
@@ -94,7 +94,7 @@ std::shared_ptr<TextTranslator> StudentBackend::makeTranslator(const LanguagePai
   const auto report = [speeds = speeds_, folder](double millisecondsPerToken) {
     speeds->add(folder, millisecondsPerToken);
   };
-  return std::make_shared<StudentTranslator>(filesOf(model, folder), pair, report);
+  return std::make_shared<StudentTranslator>(studentFilesOf(model, folder), pair, report);
 }
 
 const Model* StudentBackend::preferred(const std::vector<Model>& models) const {

@@ -3,6 +3,7 @@
 
 #include "platform/models/model_store.h"
 #include "platform/translation/linux/student/model_speeds.h"
+#include "platform/translation/linux/student/student_engine.h"
 #include "platform/translation/linux/translator_backend.h"
 
 #include <cstdint>
@@ -10,6 +11,9 @@
 #include <vector>
 
 namespace velun {
+
+/// Where the files of a model lie, found by their published names.
+StudentFiles studentFilesOf(const Model& model, const QString& folder);
 
 /// The small translation models that are downloaded once and run on this computer. Of the models
 /// of one pair the best by published quality is taken that fits into memory and that was not found
