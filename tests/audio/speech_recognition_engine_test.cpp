@@ -1,0 +1,454 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "audio/speech_recognition_engine.h"
+
+#include "platform/foundation/failure.h"
+#include "settings/localization.h"
+#include "support/await.h"
+#include "support/manual_clock.h"
+#include "support/scripted_audio_platform.h"
+#include "support/scripted_speech_platform.h"
+#include "support/settle.h"
+#include "support/signals.h"
+#include "support/suite.h"
+
+#include <QCoroTask>
+
+using namespace velun;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// A short text for each event, so that a list of them reads well.
+QString described(const SpeechRecognitionEvent& event) {
+  if (const auto* draft = std::get_if<DraftEvent>(&event)) return "draft " + draft->text;
+  if (const auto* status = std::get_if<StatusEvent>(&event)) {
+    return "status " + status->text.value_or("-");
+  }
+  if (const auto* failure = std::get_if<FailureEvent>(&event)) return "failure " + failure->message;
+  const auto& final = std::get<FinalEvent>(event);
+  return QString("final %1 (%2, %3)")
+      .arg(final.text, final.sourceID,
+           final.input == AudioInput::microphone ? "microphone" : "computer");
+}
+
+/// An engine on scripted platforms, with the events it sent.
+struct Fixture {
+  Fixture() {
+    engine->onEvent = [this](const SpeechRecognitionEvent& event) {
+      events << described(event);
+    };
+  }
+
+  /// What the start threw: the description, "cancelled", or nothing.
+  QString start(const QString& localeID = "en_US", bool useMic = false) {
+    try {
+      test::await(engine->start(localeID, useMic, stopSource.get_token()));
+    } catch (const Cancelled&) {
+      return "cancelled";
+    } catch (const Failure& failure) {
+      return failure.errorDescription();
+    }
+    return {};
+  }
+  void stop() { test::await(engine->stop()); }
+  void startWithAudio() {
+    start();
+    playBuffer();
+    events.clear();
+  }
+  void playBuffer() {
+    audio.hardware->block(test::toneBuffer(audio.hardware->format, 440, 0.1F, 4800));
+  }
+
+  test::ManualClock clock;
+  test::ScriptedSpeechPlatform speech;
+  test::ScriptedAudioPlatform audio;
+  std::stop_source stopSource;
+  QStringList events;
+  std::unique_ptr<SpeechRecognitionEngine> engine =
+      std::make_unique<SpeechRecognitionEngine>(speech, audio, clock);
+};
+
+}  // namespace
+
+class SpeechRecognitionEngineTest final : public test::Suite {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
+
+  void theStepsComeInOrder() {
+    Fixture f;
+    QCOMPARE(f.start(), QString());
+    QCOMPARE(f.speech.script->calls, QStringList({"supportedLocale en_US", "transcriber en_US",
+                                                  "request", "format", "analyzer", "start"}));
+    QCOMPARE(f.events, QStringList{"status -"});
+    QVERIFY(f.audio.hardware->calls.last().startsWith("audioDeviceStart"));
+    QVERIFY(f.audio.inputNode->calls.isEmpty());
+    f.stop();
+  }
+
+  void useMicChoosesTheMicrophone() {
+    Fixture f;
+    QCOMPARE(f.start("en_US", true), QString());
+    QCOMPARE(f.audio.inputNode->calls.last(), QString("startEngine"));
+    QVERIFY(f.audio.hardware->calls.isEmpty());
+    f.events.clear();
+    f.speech.script->result("hello", true);
+    QCOMPARE(f.events, QStringList{"final hello (en_US, microphone)"});
+    f.stop();
+  }
+
+  void anUnsupportedLanguageFailsBeforeAnyAudio() {
+    Fixture f;
+    QCOMPARE(f.start("fr_FR"), QString("French (France) isn’t a supported language"));
+    QVERIFY(f.audio.hardware->calls.isEmpty());
+    QCOMPARE(f.speech.script->calls, QStringList{"supportedLocale fr_FR"});
+    f.stop();
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(f.start("fr_FR"), QString("프랑스어(프랑스)는 지원하지 않는 언어입니다"));
+  }
+
+  void theEquivalentIsRecognizedButTheEventsKeepTheIdentifier() {
+    Fixture f;
+    QCOMPARE(f.start("en-GB"), QString());
+    QVERIFY(f.speech.script->calls.contains("transcriber en_US"));
+    f.events.clear();
+    f.speech.script->result(" Good morning \n", true);
+    QCOMPARE(f.events, QStringList{"final Good morning (en-GB, computer)"});
+    f.stop();
+  }
+
+  void aDownloadShowsOneStatusText() {
+    Fixture f;
+    const auto request = std::make_shared<test::ScriptedInstallation>();
+    f.speech.script->request = request;
+    QCoro::Task<> starting = f.engine->start("ko_KR", false, f.stopSource.get_token());
+    test::settle();
+    QCOMPARE(f.events, QStringList({"status -", "status Downloading speech model…"}));
+    QVERIFY(!f.speech.script->calls.contains("format"));
+    request->outcome.complete(true);
+    test::await(std::move(starting));
+    QCOMPARE(f.events.last(), QString("status -"));
+    QCOMPARE(f.events.size(), 3);
+    f.stop();
+  }
+
+  void aFailedDownloadIsTheStartsError() {
+    Fixture f;
+    const auto request = std::make_shared<test::ScriptedInstallation>();
+    request->outcome.fail(std::make_exception_ptr(Failure("No connection")));
+    f.speech.script->request = request;
+    QCOMPARE(f.start(), QString("No connection"));
+    QVERIFY(!f.speech.script->calls.contains("analyzer"));
+  }
+
+  void aDownloadHearsThatItIsCancelled() {
+    Fixture f;
+    const auto request = std::make_shared<test::ScriptedInstallation>();
+    f.speech.script->request = request;
+    QCoro::Task<> starting = f.engine->start("en_US", false, f.stopSource.get_token());
+    test::settle();
+    f.stopSource.request_stop();
+    QVERIFY(request->stopToken.stop_requested());
+    request->outcome.complete(true);
+    QVERIFY_THROWS_EXCEPTION(Cancelled, test::await(std::move(starting)));
+    QVERIFY(!f.speech.script->calls.contains("format"));
+  }
+
+  void aStopDuringTheDownloadEndsTheStart() {
+    Fixture f;
+    const auto request = std::make_shared<test::ScriptedInstallation>();
+    f.speech.script->request = request;
+    QCoro::Task<> starting = f.engine->start("en_US", false);
+    test::settle();
+    f.stop();
+    request->outcome.complete(true);
+    QVERIFY_THROWS_EXCEPTION(Cancelled, test::await(std::move(starting)));
+    QVERIFY(f.audio.hardware->calls.isEmpty());
+    QCOMPARE(f.events.last(), QString("status Downloading speech model…"));
+  }
+
+  void noFormatIsAFailure() {
+    Fixture f;
+    f.speech.script->format.reset();
+    QCOMPARE(f.start(), QString("No audio format available"));
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(f.start(), QString("사용 가능한 오디오 포맷이 없습니다"));
+  }
+
+  void aCancelledStartFailsWithTheCancellation() {
+    Fixture f;
+    f.stopSource.request_stop();
+    QCOMPARE(f.start(), QString("cancelled"));
+    QCOMPARE(f.speech.script->calls, QStringList{"supportedLocale en_US"});
+  }
+
+  void aStopRequestedWhileTheAnalyzerStartsIsHeeded() {
+    Fixture f;
+    f.speech.script->onStart = [&f] {
+      f.stopSource.request_stop();
+    };
+    QCOMPARE(f.start(), QString("cancelled"));
+    QCOMPARE(f.speech.script->calls.last(), QString("cancel"));
+    QVERIFY(f.audio.hardware->calls.isEmpty());
+  }
+
+  void anAnalyzerThatCannotStartIsCleanedUp() {
+    Fixture f;
+    f.speech.script->startFailure = "No model";
+    QCOMPARE(f.start(), QString("No model"));
+    QCOMPARE(f.speech.script->calls.last(), QString("cancel"));
+    f.speech.script->startFailure.reset();
+    QCOMPARE(f.start(), QString());
+    f.stop();
+  }
+
+  void aSourceThatCannotStartIsCleanedUp() {
+    Fixture f;
+    f.audio.hardware->statuses["createAggregateDevice"] = -50;
+    QCOMPARE(f.start(), QString("Aggregate device creation failed (-50)"));
+    QCOMPARE(f.audio.hardware->calls.last(), QString("destroyProcessTap(71)"));
+    QCOMPARE(f.speech.script->calls.last(), QString("cancel"));
+    QVERIFY(f.engine->meterBands().empty());
+  }
+
+  void draftsAndFinalsAreTrimmed() {
+    Fixture f;
+    f.startWithAudio();
+    f.speech.script->result("  one two ", false);
+    f.speech.script->result("One two three.\n", true);
+    QCOMPARE(f.events, QStringList({"draft one two", "final One two three. (en_US, computer)"}));
+    f.stop();
+  }
+
+  void anEmptyFinalOnlyClearsTheDraft() {
+    Fixture f;
+    f.startWithAudio();
+    f.speech.script->result("hm", false);
+    f.speech.script->result(" \n ", true);
+    QCOMPARE(f.events, QStringList({"draft hm", "draft "}));
+    f.clock.advance(3s);
+    QVERIFY(!f.speech.script->calls.contains("finalize"));
+    f.stop();
+  }
+
+  void eventsWithoutAListenerAreDropped() {
+    Fixture f;
+    f.engine->onEvent = nullptr;
+    f.startWithAudio();
+    f.speech.script->result("nobody", true);
+    f.stop();
+    QVERIFY(f.events.isEmpty());
+  }
+
+  void aLingeringDraftIsSettledWithinOneAndAHalfSeconds() {
+    Fixture f;
+    f.startWithAudio();
+    f.speech.script->onFinalize = [&f] {
+      f.speech.script->result("Left over", true);
+    };
+    f.speech.script->result("left over", false);
+    f.clock.advance(1000ms);
+    QVERIFY(!f.speech.script->calls.contains("finalize"));
+    f.clock.advance(500ms);
+    test::settle();
+    QCOMPARE(f.speech.script->calls.count("finalize"), 1);
+    QCOMPARE(f.events.last(), QString("final Left over (en_US, computer)"));
+    f.clock.advance(5s);
+    QCOMPARE(f.speech.script->calls.count("finalize"), 1);
+    f.stop();
+  }
+
+  void arrivingAudioKeepsADraftOpen() {
+    Fixture f;
+    f.startWithAudio();
+    f.speech.script->result("going on", false);
+    for (int i = 0; i < 20; ++i) {
+      f.clock.advance(200ms);
+      f.playBuffer();
+    }
+    QVERIFY(!f.speech.script->calls.contains("finalize"));
+    f.stop();
+  }
+
+  void aSilenceCheckThatFailsIsRepeated() {
+    Fixture f;
+    f.startWithAudio();
+    f.speech.script->settleFailure = "Broken";
+    f.speech.script->result("left over", false);
+    f.clock.advance(2600ms);
+    test::settle();
+    QVERIFY(f.speech.script->calls.count("finalize") > 1);
+    QVERIFY(!f.events.join('|').contains("Broken"));
+    f.stop();
+  }
+
+  void stoppingDeliversTheLastFinalFirst() {
+    Fixture f;
+    f.startWithAudio();
+    f.speech.script->onFinish = [&f] {
+      f.speech.script->result("The end", true);
+    };
+    f.stop();
+    QCOMPARE(f.events, QStringList{"final The end (en_US, computer)"});
+    QCOMPARE(f.speech.script->calls.last(), QString("finish"));
+    QVERIFY(f.audio.hardware->calls.last().startsWith("destroyProcessTap"));
+    QVERIFY(f.speech.script->input->isDrained() || f.speech.script->input->tryNext());
+  }
+
+  void stoppingBeforeAnyAudioCancelsAndDeliversNothing() {
+    Fixture f;
+    f.start();
+    f.events.clear();
+    f.stop();
+    QCOMPARE(f.speech.script->calls.last(), QString("cancel"));
+    QVERIFY(f.events.isEmpty());
+  }
+
+  void anErrorWhileFinishingIsIgnored() {
+    Fixture f;
+    f.startWithAudio();
+    f.speech.script->settleFailure = "Broken";
+    f.stop();
+    QVERIFY(f.events.isEmpty());
+  }
+
+  void resultsAndErrorsAfterTheStopAreDropped() {
+    Fixture f;
+    f.startWithAudio();
+    const auto onResult = f.speech.script->transcriber->onResult;
+    const auto onEnd = f.speech.script->transcriber->onEnd;
+    const auto onBehind = f.speech.script->transcriber->onFallingBehind;
+    f.stop();
+    f.events.clear();
+    onResult({"late", true});
+    onEnd(QString("late"));
+    onBehind(true);
+    f.audio.onInterruption(AudioInterruption::began);
+    QVERIFY(f.events.isEmpty());
+  }
+
+  void resultsOfAnEarlierRunAreDroppedInTheNext() {
+    Fixture f;
+    f.startWithAudio();
+    const auto onResult = f.speech.script->transcriber->onResult;
+    f.stop();
+    f.startWithAudio();
+    onResult({"late", true});
+    QVERIFY(f.events.isEmpty());
+    f.stop();
+  }
+
+  void stopIsIdempotent() {
+    Fixture f;
+    f.stop();
+    f.startWithAudio();
+    QCoro::Task<> first = f.engine->stop();
+    QCoro::Task<> second = f.engine->stop();
+    test::await(std::move(first));
+    test::await(std::move(second));
+    f.stop();
+    QVERIFY(f.events.isEmpty());
+    QCOMPARE(f.clock.scheduledCount(), std::size_t(0));
+  }
+
+  void anErrorOfTheResultsIsAFailureEvent() {
+    Fixture f;
+    f.startWithAudio();
+    f.speech.script->end(QString("out of memory"));
+    QCOMPARE(f.events, QStringList{"failure Recognition error: out of memory"});
+    f.stop();
+    Localization::shared().setLanguage(AppLanguage::korean);
+    f.startWithAudio();
+    f.speech.script->end(QString("out of memory"));
+    QCOMPARE(f.events, QStringList{"failure 인식 오류: out of memory"});
+    f.stop();
+  }
+
+  void aStopFromInsideTheFailureEventCompletes() {
+    Fixture f;
+    f.startWithAudio();
+    std::optional<QCoro::Task<>> stopping;
+    f.engine->onEvent = [&](const SpeechRecognitionEvent&) {
+      if (!stopping) stopping.emplace(f.engine->stop());
+    };
+    f.speech.script->end(QString("gone"));
+    QVERIFY(stopping.has_value());
+    test::await(std::move(*stopping));
+    QVERIFY(f.engine->meterBands().empty());
+  }
+
+  void theMeterFallsFlatAQuarterSecondAfterTheAudio() {
+    Fixture f;
+    QVERIFY(f.engine->meterBands().empty());
+    f.start();
+    f.playBuffer();
+    QCOMPARE(f.engine->meterBands().size(), std::size_t(11));
+    f.clock.advance(249ms);
+    QCOMPARE(f.engine->meterBands().size(), std::size_t(11));
+    f.clock.advance(1ms);
+    QVERIFY(f.engine->meterBands().empty());
+    f.stop();
+    QVERIFY(f.engine->meterBands().empty());
+  }
+
+  void fallingBehindIsShownUntilItIsOver() {
+    Fixture f;
+    f.startWithAudio();
+    f.speech.script->transcriber->onFallingBehind(true);
+    f.speech.script->transcriber->onFallingBehind(false);
+    QCOMPARE(f.events, QStringList({"status Recognition is falling behind", "status -"}));
+    f.stop();
+  }
+
+  void anInterruptionIsShownUntilItIsOver() {
+    Fixture f;
+    f.startWithAudio();
+    f.speech.script->transcriber->onFallingBehind(true);
+    f.audio.onInterruption(AudioInterruption::began);
+    f.audio.onInterruption(AudioInterruption::ended);
+    f.speech.script->transcriber->onFallingBehind(false);
+    QCOMPARE(f.events,
+             QStringList({"status Recognition is falling behind",
+                          "status The sound system is not responding. Captions will go on when it "
+                          "is back.",
+                          "status Recognition is falling behind", "status -"}));
+    f.stop();
+  }
+
+  void anInterruptionWithoutEndIsAFailure() {
+    Fixture f;
+    f.startWithAudio();
+    f.audio.onInterruption(AudioInterruption::began);
+    f.audio.onInterruption(AudioInterruption::failed);
+    QVERIFY(f.events.last().startsWith("failure The sound system did not come back."));
+    f.stop();
+  }
+
+  void anEngineDestroyedWhileItStartsOrRunsIsHarmless() {
+    Fixture f;
+    const auto request = std::make_shared<test::ScriptedInstallation>();
+    f.speech.script->request = request;
+    QCoro::Task<> starting = f.engine->start("en_US", false);
+    test::settle();
+    f.engine.reset();
+    request->outcome.complete(true);
+    QVERIFY_THROWS_EXCEPTION(Cancelled, test::await(std::move(starting)));
+
+    Fixture g;
+    g.startWithAudio();
+    g.engine.reset();
+    QVERIFY(g.audio.hardware->calls.last().startsWith("destroyProcessTap"));
+    QCOMPARE(g.clock.scheduledCount(), std::size_t(0));
+  }
+
+  void theSupportedLocalesAreThePlatforms() {
+    test::ScriptedSpeechPlatform speech;
+    QCOMPARE(QCoro::waitFor(SpeechRecognitionEngine::supportedLocales(speech)),
+             QStringList({"en_US", "ko_KR"}));
+  }
+};
+
+QTEST_GUILESS_MAIN(SpeechRecognitionEngineTest)
+#include "speech_recognition_engine_test.moc"

@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/speech/linux/built_in/built_in_recognizer_provider.h"
+#include "support/suite.h"
+
+#include <algorithm>
+#include <cmath>
+#include <QFile>
+
+using namespace velun;
+
+namespace {
+
+const QString kClips = QStringLiteral(
+    "/usr/share/pocketsphinx/test/data/librivox/sense_and_sensibility_01_austen_64kb-%1.wav");
+
+std::vector<float> clip(const QString& number) {
+  QFile file(kClips.arg(number));
+  if (!file.open(QIODevice::ReadOnly)) return {};
+  const QByteArray bytes = file.readAll().mid(44);
+  std::vector<float> samples;
+  for (qsizetype i = 0; i + 1 < bytes.size(); i += 2) {
+    const auto low = static_cast<unsigned char>(bytes[i]);
+    samples.push_back(static_cast<float>(static_cast<std::int16_t>(low | bytes[i + 1] << 8)) /
+                      32768);
+  }
+  return samples;
+}
+
+std::vector<float> silence(double seconds) {
+  return std::vector<float>(static_cast<std::size_t>(seconds * 16000));
+}
+
+}  // namespace
+
+class BuiltInRecognizerTest final : public test::Suite {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void initTestCase() {
+    const BuiltInRecognizerProvider provider;
+    QVERIFY(provider.isInstalled("en_US"));
+    recognizer_ = provider.factory("en_US")();
+  }
+  void cleanup() {
+    recognizer_->reset();
+    finals_.clear();
+    drafts_.clear();
+  }
+  void cleanupTestCase() { recognizer_.reset(); }
+
+  void aPhraseIsDraftedAndSettledAfterItsPause() {
+    accept(clip("0880"));
+    accept(silence(1));
+    QVERIFY(waitForFinal());
+    QCOMPARE(finals_.size(), 1);
+    QVERIFY2(finals_[0].startsWith("He was not") && finals_[0].endsWith("young man"),
+             qPrintable(finals_[0]));
+    QVERIFY(!drafts_.isEmpty());
+  }
+
+  void finalizeSettlesWithoutAPause() {
+    std::vector<float> samples = clip("0880");
+    samples.resize(samples.size() - 4000);
+    accept(samples);
+    recognizer_->finalize();
+    collect();
+    QCOMPARE(finals_.size(), 1);
+    QVERIFY(!recognizer_->expectsResults());
+  }
+
+  void silenceGivesNothing() {
+    accept(silence(20));
+    recognizer_->finalize();
+    collect();
+    QVERIFY(finals_.isEmpty());
+    QVERIFY(drafts_.isEmpty());
+    QVERIFY(!recognizer_->expectsResults());
+  }
+
+  void quietSpeechIsRecognizedAlike() {
+    std::vector<float> samples = clip("0880");
+    for (float& sample : samples) sample *= 0.03F;
+    accept(samples);
+    recognizer_->finalize();
+    collect();
+    QCOMPARE(finals_.size(), 1);
+    QVERIFY2(finals_[0].endsWith("young man"), qPrintable(finals_[0]));
+  }
+
+  void steadySoundsAreNotWords_data() {
+    QTest::addColumn<bool>("isTone");
+    QTest::newRow("noise") << false;
+    QTest::newRow("tone") << true;
+  }
+  void steadySoundsAreNotWords() {
+    QFETCH(bool, isTone);
+    std::vector<float> samples = silence(8);
+    unsigned random = 1;
+    for (std::size_t i = 8000; i < samples.size(); ++i) {
+      random = random * 1664525U + 1013904223U;
+      samples[i] = isTone ? 0.2F * std::sin(static_cast<float>(i) * 0.0864F)
+                          : 0.1F * (static_cast<float>(random >> 8) / 8388608.0F - 1);
+    }
+    accept(samples);
+    recognizer_->finalize();
+    collect();
+    QVERIFY2(finals_.isEmpty(), qPrintable(finals_.join("|")));
+    QVERIFY(drafts_.isEmpty());
+  }
+
+  void speechThatNeverPausesIsCutAndKept() {
+    // Five clips on end, without the silence around them.
+    std::vector<float> samples;
+    for (const char* number : {"0920", "0930", "0890", "0880", "0870"}) {
+      std::vector<float> one = clip(number);
+      samples.insert(samples.end(), one.begin() + 3200, one.end() - 3200);
+    }
+    accept(samples);
+    recognizer_->finalize();
+    collect();
+    QVERIFY(finals_.size() >= 2);
+    QVERIFY2(finals_.join(" ").contains("man", Qt::CaseInsensitive), qPrintable(finals_.join("|")));
+  }
+
+  void resetForgetsThePhrase() {
+    accept(clip("0880"));
+    recognizer_->reset();
+    recognizer_->finalize();
+    QVERIFY(recognizer_->poll().empty());
+  }
+
+ private:
+  void accept(const std::vector<float>& samples) {
+    for (std::size_t start = 0; start < samples.size(); start += 1000) {
+      recognizer_->acceptAudio(std::span<const float>(samples).subspan(
+          start, std::min<std::size_t>(1000, samples.size() - start)));
+      collect();
+    }
+  }
+  void collect() {
+    for (const TranscriptionResult& result : recognizer_->poll()) {
+      (result.isFinal ? finals_ : drafts_).append(result.text);
+    }
+  }
+  bool waitForFinal() {
+    return QTest::qWaitFor(
+        [this] {
+          collect();
+          return !finals_.isEmpty();
+        },
+        20000);
+  }
+
+  std::unique_ptr<RecognizerBackend> recognizer_;
+  QStringList finals_;
+  QStringList drafts_;
+};
+
+QTEST_GUILESS_MAIN(BuiltInRecognizerTest)
+#include "built_in_recognizer_test.moc"
