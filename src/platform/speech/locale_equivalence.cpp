@@ -33,6 +33,8 @@ LocaleParts partsOf(const QString& identifier) {
 }  // namespace
 
 std::optional<QString> equivalentLocale(const QString& identifier, const QStringList& supported) {
+  // The library takes an empty identifier for its own idea of a default.
+  if (identifier.isEmpty()) return std::nullopt;
   const LocaleParts wanted = partsOf(identifier);
   if (wanted.language.isEmpty()) return std::nullopt;
   std::optional<QString> sameLanguage;

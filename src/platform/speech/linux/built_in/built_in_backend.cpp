@@ -20,7 +20,7 @@ constexpr int kFramesPerGuess = 10;
 
 /// Quiet speech is raised to this level; louder speech stays as it is.
 constexpr float kTargetLevel = 0.08F;
-constexpr float kLargestGain = 16.0F;
+constexpr float kLargestGain = 30.0F;
 
 /// A word takes less than two seconds: from longer sounds with fewer words, noise or music made
 /// them.
@@ -110,7 +110,7 @@ void BuiltInBackend::feedDraft(std::span<const float> samples) {
   framesSinceGuess_ = 0;
   const QString draft = writer_(stable_.update(drafts_.words()));
   // The draft of the phrase before stays until its final words take its place.
-  if (awaitsFinal_ || draft == shownDraft_) return;
+  if (awaitsFinal_ || draft == shownDraft_ || !phrases_.isLikelySpeech()) return;
   shownDraft_ = draft;
   results_.push_back({draft, false});
 }
@@ -119,16 +119,22 @@ void BuiltInBackend::endPhrase() {
   if (isDrafting_) drafts_.end();
   isDrafting_ = false;
   const double voiced = phrases_.voicedSeconds();
+  const bool isLikelySpeech = phrases_.isLikelySpeech();
   const std::vector<float> phrase = phrases_.takePhrase();
   draftGain_ = gainFor(phrase);
   // Two phrases can end close to each other; the earlier one is settled first.
   if (awaitsFinal_) {
     if (const auto words = finals_.wait()) deliver(*words);
   }
-  if (!isSettling_) finals_.start(levelled(phrase));
+  if (isLikelySpeech) {
+    if (!isSettling_) finals_.start(levelled(phrase));
+    awaitsFinal_ = true;
+    awaitedVoice_ = voiced;
+  } else {
+    finals_.abandon();
+    deliver({});
+  }
   isSettling_ = false;
-  awaitsFinal_ = true;
-  awaitedVoice_ = voiced;
   if (phrases_.isInPhrase()) beginDraft();
 }
 

@@ -29,6 +29,11 @@ constexpr int kLongestPhrase = frames(15.0);
 /// Where a phrase without any pause may be cut, before its end.
 constexpr int kCutWindow = frames(3.0);
 constexpr int kCutGap = frames(0.06);
+/// The least pitched sound in speech, and its least share.
+constexpr int kFewestPitched = frames(0.08);
+constexpr double kLeastPitched = 0.15;
+/// The least standard deviation of the level of speech, in dB.
+constexpr double kLeastMovement = 2.5;
 
 }  // namespace
 
@@ -53,6 +58,9 @@ PhraseFinder::Event PhraseFinder::continuePhrase(bool isVoice) {
   const int length = static_cast<int>(levels_.size());
   if (isVoice) {
     ++voicedFrames_;
+    if (activity_.isPitched()) ++pitchedFrames_;
+    levelSum_ += activity_.level();
+    levelSquares_ += static_cast<double>(activity_.level()) * activity_.level();
     silentFrames_ = 0;
     if (length >= kLongestPhrase) {
       cut_ = quietestPlace() * kFrame;
@@ -102,6 +110,14 @@ void PhraseFinder::reset() {
   levels_.clear();
 }
 
+bool PhraseFinder::isLikelySpeech() const {
+  if (pitchedFrames_ < kFewestPitched || pitchedFrames_ < kLeastPitched * voicedFrames_) {
+    return false;
+  }
+  const double mean = levelSum_ / voicedFrames_;
+  return levelSquares_ / voicedFrames_ - mean * mean > kLeastMovement * kLeastMovement;
+}
+
 double PhraseFinder::voicedSeconds() const {
   return voicedFrames_ * kFrameSeconds;
 }
@@ -125,7 +141,10 @@ void PhraseFinder::begin() {
   isInPhrase_ = true;
   isPausing_ = false;
   silentFrames_ = 0;
-  voicedFrames_ = std::popcount(recentVoice_);
+  voicedFrames_ = 0;
+  pitchedFrames_ = 0;
+  levelSum_ = 0;
+  levelSquares_ = 0;
   recentVoice_ = 0;
 }
 

@@ -42,6 +42,8 @@ class PhraseFinder {
   bool isInPhrase() const { return isInPhrase_; }
   /// The phrase under way so far.
   const std::vector<float>& samples() const { return samples_; }
+  /// Whether it moves and has a pitch as speech does; noise has no pitch and tones do not move.
+  bool isLikelySpeech() const;
   /// How much of it was voice, in seconds.
   double voicedSeconds() const;
 
@@ -55,6 +57,10 @@ class PhraseFinder {
   bool isPausing_ = false;
   int voicedFrames_ = 0;
   int silentFrames_ = 0;
+  int pitchedFrames_ = 0;
+  /// Sums over the voiced frames, for how much the level moves.
+  double levelSum_ = 0;
+  double levelSquares_ = 0;
   /// Voice among the last frames while no phrase is under way, newest in the lowest bit.
   unsigned recentVoice_ = 0;
   std::vector<float> samples_;

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/foundation/failure.h"
+#include "platform/speech/recognizer_provider.h"
+
+#include <atomic>
+#include <memory>
+#include <QStringList>
+#include <semaphore>
+#include <thread>
+
+namespace velun::test {
+
+/// What scripted backends are told to do and what became of them. Shared with the decode worker.
+struct BackendScript {
+  std::atomic<bool> failsToLoad = false;
+  std::atomic<bool> failsToDecode = false;
+  /// While set, taking audio waits for `mayTake`.
+  std::atomic<bool> isSlow = false;
+  std::counting_semaphore<> mayTake{0};
+  std::atomic<bool> isInPhrase = false;
+  std::atomic<int> alive = 0;
+  std::atomic<int> finalizeCount = 0;
+  std::atomic<int> samplesTaken = 0;
+  std::atomic<bool> wasOnMainThread = false;
+};
+
+/// A backend that counts: a draft with the number of pieces taken after each, a final when it is
+/// finalized.
+class ScriptedBackend final : public RecognizerBackend {
+ public:
+  ScriptedBackend(std::shared_ptr<BackendScript> script, std::thread::id mainThread)
+      : script_(std::move(script)) {
+    if (std::this_thread::get_id() == mainThread) script_->wasOnMainThread = true;
+    if (script_->failsToLoad) throw Failure("Cannot load");
+    ++script_->alive;
+  }
+  ~ScriptedBackend() override { --script_->alive; }
+
+  void acceptAudio(std::span<const float> samples) override {
+    if (script_->isSlow) script_->mayTake.acquire();
+    if (script_->failsToDecode) throw Failure("Cannot decode");
+    script_->samplesTaken += static_cast<int>(samples.size());
+    script_->isInPhrase = true;
+    results_.push_back({QString("draft %1").arg(++pieces_), false});
+  }
+  std::vector<TranscriptionResult> poll() override { return std::exchange(results_, {}); }
+  bool expectsResults() const override { return script_->isInPhrase; }
+  void finalize() override {
+    ++script_->finalizeCount;
+    if (pieces_ == 0) return;
+    results_.push_back({QString("final %1").arg(pieces_), true});
+    pieces_ = 0;
+    script_->isInPhrase = false;
+  }
+  void reset() override { pieces_ = 0; }
+
+ private:
+  std::shared_ptr<BackendScript> script_;
+  std::vector<TranscriptionResult> results_;
+  int pieces_ = 0;
+};
+
+class ScriptedRecognizerProvider final : public RecognizerProvider {
+ public:
+  explicit ScriptedRecognizerProvider(QStringList supported, QStringList installed = {})
+      : supportedList(std::move(supported)), installedList(std::move(installed)) {}
+
+  QStringList supportedLocales() const override { return supportedList; }
+  bool isInstalled(const QString& locale) const override { return installedList.contains(locale); }
+  Factory factory(const QString&) const override {
+    return [backends = script, mainThread = std::this_thread::get_id()] {
+      return std::make_unique<ScriptedBackend>(backends, mainThread);
+    };
+  }
+  std::shared_ptr<AssetInstallationRequest> installationRequest(const QString& locale) override {
+    requested << locale;
+    return request;
+  }
+  void fetchInBackground(const QString& locale) override { fetched << locale; }
+
+  QStringList supportedList;
+  QStringList installedList;
+  std::shared_ptr<AssetInstallationRequest> request;
+  QStringList requested;
+  QStringList fetched;
+  std::shared_ptr<BackendScript> script = std::make_shared<BackendScript>();
+};
+
+}  // namespace velun::test
