@@ -32,6 +32,8 @@ CaptionPanel::CaptionPanel(DesktopPlatform& desktop)
   setAttribute(Qt::WA_TranslucentBackground);
   setAttribute(Qt::WA_ShowWithoutActivating);
   setAttribute(Qt::WA_QuitOnClose, false);
+  // It seldom is the active window.
+  setAttribute(Qt::WA_AlwaysShowToolTips);
   setMinimumSize(CaptionAppearance::minimumSize);
   addEdges();
   connect(&desktop, &DesktopPlatform::capabilitiesChanged, this, [this] {
@@ -118,7 +120,10 @@ void CaptionPanel::beginMove(const QPoint& globalPosition) {
 
 bool CaptionPanel::event(QEvent* event) {
   if (event->type() == QEvent::Enter) Q_EMIT hoveringChanged(true);
-  if (event->type() == QEvent::Leave) Q_EMIT hoveringChanged(false);
+  // A window that goes away under the pointer is not told that the pointer left.
+  if (event->type() == QEvent::Leave || event->type() == QEvent::Hide) {
+    Q_EMIT hoveringChanged(false);
+  }
   return QWidget::event(event);
 }
 

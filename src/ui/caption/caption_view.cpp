@@ -57,11 +57,15 @@ CaptionView::CaptionView(CaptionViewModel& model, const CaptionActions& actions,
   connect(transcript_, &TranscriptView::isHeldChanged, this, &CaptionView::updateOverlays);
   connect(jumpButton_, &QAbstractButton::clicked, this, &CaptionView::jump);
   connect(statusLine_, &CaptionStatusLine::textChanged, this, &CaptionView::arrange);
+  // The keyboard comes to the header in `focusNextPrevChild`; a window that becomes active may put
+  // it there too, which is nobody's wish.
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
-    chrome_.setKeyboardInHeader(now && header_->isAncestorOf(now));
+    if (!header_->isAncestorOf(now)) chrome_.setKeyboardInHeader(false);
   });
   connectToModel();
   updateTranscript();
+  // Otherwise the first control of the header gets the keyboard with the window.
+  transcript_->setFocus();
 }
 
 CaptionView::~CaptionView() {

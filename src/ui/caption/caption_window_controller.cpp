@@ -11,6 +11,7 @@
 #include "ui/caption/motion.h"
 #include "ui/caption/panel_frame.h"
 
+#include <algorithm>
 #include <QApplication>
 #include <QCursor>
 #include <QScreen>
@@ -116,6 +117,13 @@ void CaptionWindowController::applyVisibility() {
   const bool visible = isShown_ && !suppressed;
   if (visible != panel_->isVisible()) {
     if (visible) {
+      // The screen that it stood on may have gone meanwhile.
+      const QList<QRect> areas = freeAreas();
+      const QRect frame = panel_->geometry();
+      const auto holds = [&frame](const QRect& area) {
+        return area.intersects(frame);
+      };
+      if (std::ranges::none_of(areas, holds)) panel_->setGeometry(movedIntoView(frame, areas));
       orderFront();
     } else {
       keepFrame();

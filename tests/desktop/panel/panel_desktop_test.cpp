@@ -236,6 +236,29 @@ class PanelDesktopTest final : public test::Suite {
     QCOMPARE(again.panel().geometry(), frame);
   }
 
+  void theKeyboardReachesTheHeader() {
+    test::PanelStage stage({}, desktop_.get());
+    showAndPark(stage);
+    const QPoint inside = stage.panel().geometry().center();
+    VirtualDisplay::click(inside.x(), inside.y());
+    QTRY_VERIFY(stage.view->transcript().textView().hasFocus());
+    VirtualDisplay::movePointer(3, 3);
+    QTRY_VERIFY(!stage.view->chrome().hovering());
+    stage.clock.advance(2s);
+    QTRY_VERIFY(!stage.controller->headerShown());
+    VirtualDisplay::run("xdotool", {"key", "Tab"});
+    QTRY_VERIFY(stage.controller->headerShown());
+    QTRY_VERIFY(stage.view->header().isAncestorOf(QApplication::focusWidget()));
+    stage.clock.advance(10s);
+    QVERIFY(stage.controller->headerShown());
+    for (int i = 0; i < 8 && !stage.view->header().startStop().hasFocus(); ++i) {
+      VirtualDisplay::run("xdotool", {"key", "Tab"});
+      QTest::qWait(30);
+    }
+    VirtualDisplay::run("xdotool", {"key", "space"});
+    QTRY_VERIFY(stage.asked.contains("toggleCaptions"));
+  }
+
   void thePanelIsTranslucent() {
     Other other;
     const test::PanelStage stage({}, desktop_.get());

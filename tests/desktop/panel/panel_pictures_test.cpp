@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QMenu>
+#include <QPainter>
 #include <QScreen>
 #include <QTimer>
 
@@ -22,6 +23,9 @@ class PanelPicturesTest final : public test::Suite {
 
  private Q_SLOTS:
   void initTestCase() {
+    wallpaper_.setGeometry(QGuiApplication::primaryScreen()->geometry());
+    wallpaper_.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&wallpaper_));
     desktop_ = makeDesktopPlatform(clock_);
     QVERIFY(QDir().mkpath(VELUN_PICTURES));
   }
@@ -141,6 +145,19 @@ class PanelPicturesTest final : public test::Suite {
     }
   }
 
+  /// A landscape of sorts.
+  struct Wallpaper final : QWidget {
+    void paintEvent(QPaintEvent*) override {
+      QPainter painter(this);
+      QLinearGradient sky(0, 0, width() / 3.0, height());
+      sky.setColorAt(0, QColor(36, 48, 94));
+      sky.setColorAt(0.55, QColor(196, 110, 120));
+      sky.setColorAt(1, QColor(250, 200, 140));
+      painter.fillRect(rect(), sky);
+    }
+  };
+
+  Wallpaper wallpaper_;
   SystemClock clock_;
   std::unique_ptr<DesktopPlatform> desktop_;
 };

@@ -145,6 +145,24 @@ class CaptionWindowControllerTest final : public test::Suite {
     QCOMPARE(stage.panel().size(), QSize(560, 250));
   }
 
+  void aPanelWhoseScreenHasGoneComesBackWhenItIsShown() {
+    PanelStage stage;
+    stage.panel().setGeometry(-4000, 100, 560, 250);
+    stage.controller->show();
+    QVERIFY(area().contains(stage.panel().geometry()));
+  }
+
+  void hidingUnderThePointerTakesTheHeaderAway() {
+    PanelStage stage;
+    stage.controller->show();
+    stage.view->setHovering(true);
+    QVERIFY(stage.controller->headerShown());
+    stage.controller->hide();
+    stage.clock.advance(2s);
+    QVERIFY(!stage.controller->headerShown());
+    QCOMPARE(stage.panel().height(), 250);
+  }
+
   void framesMoveToTheScreenThatShowsMostOfThem() {
     const QList<QRect> screens = {QRect(0, 0, 1000, 800), QRect(1000, 0, 1000, 800)};
     QCOMPARE(movedIntoView(QRect(100, 100, 560, 250), screens), QRect(100, 100, 560, 250));

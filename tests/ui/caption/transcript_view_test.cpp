@@ -9,7 +9,11 @@
 #include "ui/caption/transcript_samples.h"
 #include "ui/common/find_bar.h"
 
+#include <private/qguiapplication_p.h>
+#include <QAccessible>
 #include <QLineEdit>
+#include <qpa/qplatformaccessibility.h>
+#include <qpa/qplatformintegration.h>
 #include <QScrollBar>
 #include <QSignalSpy>
 
@@ -336,6 +340,29 @@ class TranscriptViewTest final : public test::Suite {
     QVERIFY(stage.view.textView().cursorRect(start).x() > 300);
     start.movePosition(QTextCursor::NextBlock);
     QCOMPARE(stage.view.textView().cursorRect(start).x(), 18);
+  }
+
+  void screenReadersHearOnlyOfWhatIsNew() {
+    Stage stage;
+    stage.addLines(2);
+    stage.update();
+    static QStringList heard;
+    heard.clear();
+    QPlatformAccessibility* reader = QGuiApplicationPrivate::platformIntegration()->accessibility();
+    reader->setActive(true);
+    QAccessible::installUpdateHandler([](QAccessibleEvent* event) {
+      if (event->type() == QAccessible::TextInserted) {
+        heard << static_cast<QAccessibleTextInsertEvent*>(event)->textInserted();
+      } else if (event->type() == QAccessible::TextUpdated ||
+                 event->type() == QAccessible::TextRemoved) {
+        heard << "changed";
+      }
+    });
+    stage.session.lines.push_back(lineOf("A new one."));
+    stage.update(kAdded);
+    QAccessible::installUpdateHandler(nullptr);
+    reader->setActive(false);
+    QCOMPARE(heard.join(u'|').trimmed(), QString("A new one."));
   }
 
   void findGoesRound() {

@@ -2,7 +2,6 @@
 #include "platform/desktop/linux/compositor_exclusion.h"
 
 #include <QCoreApplication>
-#include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -47,19 +46,18 @@ QDBusMessage call(const QString& method, const QVariantList& arguments) {
 }
 
 /// The values as literals of the script's language.
-QString literals(const QString& windowTitle, bool excluded) {
+QString literals(const QString& windowTitle, bool excluded, const QDBusConnection& bus) {
   const QJsonArray values = {QCoreApplication::applicationPid(), windowTitle, excluded,
-                             QDBusConnection::sessionBus().baseService(), kObject};
+                             bus.baseService(), kObject};
   return QString::fromUtf8(QJsonDocument(values).toJson(QJsonDocument::Compact));
 }
 
 }  // namespace
 
-CompositorExclusion::CompositorExclusion() {
-  QDBusConnection bus = QDBusConnection::sessionBus();
-  if (!bus.isConnected() || !bus.interface()->isServiceRegistered(kService)) return;
-  bus.registerObject(kObject, this,
-                     QDBusConnection::ExportScriptableContents | QDBusConnection::ExportAllSlots);
+CompositorExclusion::CompositorExclusion(const QDBusConnection& bus) : bus_(bus) {
+  if (!bus_.isConnected() || !bus_.interface()->isServiceRegistered(kService)) return;
+  bus_.registerObject(kObject, this,
+                      QDBusConnection::ExportScriptableContents | QDBusConnection::ExportAllSlots);
   run(QString(), false);
 }
 
@@ -79,16 +77,15 @@ void CompositorExclusion::run(const QString& windowTitle, bool excluded) {
   if (script_) unload();
   script_ = std::make_unique<QTemporaryFile>();
   if (!script_->open()) return;
-  script_->write(QString::fromLatin1(kScript).arg(literals(windowTitle, excluded)).toUtf8());
+  script_->write(QString::fromLatin1(kScript).arg(literals(windowTitle, excluded, bus_)).toUtf8());
   script_->close();
-  const QDBusConnection bus = QDBusConnection::sessionBus();
   // Both reach the compositor in this order; it reads the file before it answers the first.
-  bus.asyncCall(call(QStringLiteral("loadScript"), {script_->fileName(), scriptName()}));
-  bus.asyncCall(call(QStringLiteral("start"), {}));
+  bus_.asyncCall(call(QStringLiteral("loadScript"), {script_->fileName(), scriptName()}));
+  bus_.asyncCall(call(QStringLiteral("start"), {}));
 }
 
 void CompositorExclusion::unload() const {
-  QDBusConnection::sessionBus().asyncCall(call(QStringLiteral("unloadScript"), {scriptName()}));
+  bus_.asyncCall(call(QStringLiteral("unloadScript"), {scriptName()}));
 }
 
 void CompositorExclusion::answer(bool possible) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <QDBusConnection>
 #include <QObject>
 #include <QTemporaryFile>
 
@@ -14,7 +15,8 @@ class CompositorExclusion final : public QObject {
   Q_CLASSINFO("D-Bus Interface", "app.velun.Velun.CaptureExclusion")
 
  public:
-  CompositorExclusion();
+  /// `bus` is the session's.
+  explicit CompositorExclusion(const QDBusConnection& bus);
   ~CompositorExclusion() override;
 
   /// Whether the compositor has said that it can; false until it answers.
@@ -34,6 +36,7 @@ class CompositorExclusion final : public QObject {
   void run(const QString& windowTitle, bool excluded);
   void unload() const;
 
+  QDBusConnection bus_;
   bool isPossible_ = false;
   QString windowTitle_;
   bool excluded_ = false;

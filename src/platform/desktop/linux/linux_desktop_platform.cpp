@@ -24,7 +24,7 @@ std::unique_ptr<DesktopPlatform> makeDesktopPlatform(Clock& clock) {
 }
 
 LinuxDesktopPlatform::LinuxDesktopPlatform(Clock& clock)
-    : exclusion_(std::make_unique<CompositorExclusion>()),
+    : exclusion_(std::make_unique<CompositorExclusion>(QDBusConnection::sessionBus())),
       casts_(clock),
       canWatchCasts_(ScreenCastWatch::isPossible()) {
   if (xcb_connection_t* connection = x11Connection()) {

@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/desktop/linux/compositor_exclusion.h"
+
+#include "support/private_bus.h"
+#include "support/suite.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QFile>
+#include <QRegularExpression>
+#include <QSignalSpy>
+
+using namespace velun;
+
+namespace {
+
+/// KWin's scripting interface, without KWin: it keeps the scripts and answers for them.
+class FakeScripting final : public QObject {
+  Q_OBJECT
+  Q_CLASSINFO("D-Bus Interface", "org.kde.kwin.Scripting")
+
+ public:
+  explicit FakeScripting(const QDBusConnection& bus) : bus_(bus) {}
+
+  bool knowsTheProperty = true;
+  QStringList log;
+  QString script;
+
+  /// What the script would be run with: pid, title, excluded, service and path.
+  QString values() const { return QRegularExpression("= \\[(.*)\\];").match(script).captured(1); }
+
+ public Q_SLOTS:
+  int loadScript(const QString& path, const QString& name) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) return -1;
+    script = QString::fromUtf8(file.readAll());
+    log << "load " + name;
+    return 0;
+  }
+  void start() {
+    log << "start";
+    const QStringList parts = values().split(u',');
+    const QString service = QString(parts.value(3)).remove(u'"');
+    const QString path = QString(parts.value(4)).remove(u'"');
+    QDBusMessage answer =
+        QDBusMessage::createMethodCall(service, path, "app.velun.Velun.CaptureExclusion", "answer");
+    answer.setArguments({knowsTheProperty});
+    bus_.send(answer);
+  }
+  bool unloadScript(const QString& name) {
+    log << "unload " + name;
+    return true;
+  }
+
+ private:
+  QDBusConnection bus_;
+};
+
+}  // namespace
+
+class CompositorExclusionTest final : public test::Suite {
+  Q_OBJECT
+
+ private:
+  QString name() const {
+    return QStringLiteral("app.velun.Velun.%1").arg(QCoreApplication::applicationPid());
+  }
+
+ private Q_SLOTS:
+  void initTestCase() { bus_ = std::make_unique<test::PrivateBus>(); }
+
+  void withoutKWinItIsNotPossible() {
+    const CompositorExclusion exclusion(bus_->connect());
+    QTest::qWait(50);
+    QVERIFY(!exclusion.isPossible());
+  }
+
+  void itAsksForThePanelOnceKWinSaysThatItCan() {
+    QDBusConnection kwin = bus_->connect();
+    FakeScripting scripting(kwin);
+    QVERIFY(kwin.registerObject("/Scripting", &scripting, QDBusConnection::ExportAllSlots));
+    QVERIFY(kwin.registerService("org.kde.KWin"));
+    {
+      CompositorExclusion exclusion(bus_->connect());
+      const QSignalSpy spy(&exclusion, &CompositorExclusion::isPossibleChanged);
+      exclusion.setExcluded("Velun \"Captions\"", true);
+      QTRY_VERIFY(exclusion.isPossible());
+      QCOMPARE(spy.count(), 1);
+      QCOMPARE(scripting.log, (QStringList{"load " + name(), "start"}));
+      exclusion.setExcluded("Velun \"Captions\"", true);
+      QTRY_COMPARE(scripting.log.size(), 5);
+      QCOMPARE(scripting.log[2], "unload " + name());
+      QVERIFY2(scripting.values().startsWith(QStringLiteral("%1,\"Velun \\\"Captions\\\"\",true,")
+                                                 .arg(QCoreApplication::applicationPid())),
+               qPrintable(scripting.values()));
+      QVERIFY(scripting.script.contains("excludeFromCapture"));
+      exclusion.setExcluded("Velun \"Captions\"", true);
+      QTest::qWait(50);
+      QCOMPARE(scripting.log.size(), 5);
+    }
+    QTRY_COMPARE(scripting.log.back(), "unload " + name());
+    kwin.unregisterService("org.kde.KWin");
+  }
+
+  void anOlderKWinSaysNo() {
+    QDBusConnection kwin = bus_->connect();
+    FakeScripting scripting(kwin);
+    scripting.knowsTheProperty = false;
+    QVERIFY(kwin.registerObject("/Scripting", &scripting, QDBusConnection::ExportAllSlots));
+    QVERIFY(kwin.registerService("org.kde.KWin"));
+    CompositorExclusion exclusion(bus_->connect());
+    QTRY_COMPARE(scripting.log.size(), 2);
+    QTest::qWait(50);
+    QVERIFY(!exclusion.isPossible());
+    exclusion.setExcluded("Velun Captions", true);
+    QTest::qWait(50);
+    QCOMPARE(scripting.log.size(), 2);
+  }
+
+ private:
+  std::unique_ptr<test::PrivateBus> bus_;
+};
+
+QTEST_GUILESS_MAIN(CompositorExclusionTest)
+#include "compositor_exclusion_test.moc"
