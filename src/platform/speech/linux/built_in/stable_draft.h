@@ -7,8 +7,8 @@
 namespace velun {
 
 /// Turns guesses that keep changing into a draft that holds still: it shows the words that were the
-/// same in the last three guesses, 100 ms apart. Of all words shown, 6 % change later; of those of
-/// the raw guesses, 68 % do.
+/// same in the last three guesses, 100 ms apart, and takes none back but for another that was. Of
+/// all words shown, 6 % change later; of those of the raw guesses, 68 % do.
 class StableDraft {
  public:
   /// The words to show after one more guess.
@@ -19,6 +19,7 @@ class StableDraft {
 
  private:
   std::deque<QStringList> guesses_;
+  QStringList shown_;
 };
 
 }  // namespace velun
