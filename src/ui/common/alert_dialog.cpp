@@ -29,6 +29,8 @@ QLabel* textLabel(const QString& text, QWidget* parent) {
 
 AlertDialog::AlertDialog(const Question& question) {
   setWindowModality(Qt::ApplicationModal);
+  // The caption panel is above ordinary windows and would cover it.
+  setWindowFlag(Qt::WindowStaysOnTopHint);
   setWindowTitle(QStringLiteral("Velun"));
   setAccessibleName(question.message);
   setAccessibleDescription(question.informativeText);

@@ -14,6 +14,21 @@
 
 namespace velun {
 
+namespace {
+
+constexpr char kCaptionStyle[] = R"(
+QLineEdit { background: rgba(255,255,255,26); color: white; border: 1px solid rgba(255,255,255,31);
+            border-radius: 7px; padding: 4px 8px; selection-background-color: #3d6ea8; }
+QLineEdit:focus { border-color: #5ea8ff; }
+QLabel { color: rgba(255,255,255,166); }
+QToolButton { background: transparent; border: none; border-radius: 7px; }
+QToolButton:hover { background: rgba(255,255,255,26); }
+QToolButton:pressed { background: rgba(255,255,255,46); }
+QToolButton:focus { border: 2px solid #5ea8ff; }
+)";
+
+}  // namespace
+
 FindBar::FindBar(QTextEdit& text, bool captionStyle, QWidget* parent)
     : QWidget(parent),
       text_(text),
@@ -21,14 +36,14 @@ FindBar::FindBar(QTextEdit& text, bool captionStyle, QWidget* parent)
       field_(new QLineEdit(this)),
       outcome_(new QLabel(this)) {
   auto* row = new QHBoxLayout(this);
-  row->setContentsMargins(12, 4, 12, 4);
+  row->setContentsMargins(14, 4, 14, 10);
   row->setSpacing(6);
   row->addWidget(field_, 1);
   row->addWidget(outcome_);
   previous_ = makeButton(QStringLiteral("chevron.up"));
   next_ = makeButton(QStringLiteral("chevron.down"));
   done_ = makeButton(QStringLiteral("xmark"));
-  field_->setClearButtonEnabled(true);
+  if (captionStyle) setStyleSheet(QString::fromLatin1(kCaptionStyle));
   connect(field_, &QLineEdit::textEdited, this, [this] {
     QTextCursor cursor = text_.textCursor();
     cursor.setPosition(cursor.selectionStart());

@@ -10,10 +10,12 @@
 #include "ui/caption/panel_stage.h"
 #include "ui/caption/selectable_transcript_text_view.h"
 #include "ui/caption/transcript_view.h"
+#include "ui/common/window_presentation.h"
 
 #include <QApplication>
 #include <QScreen>
 #include <QScrollBar>
+#include <QTimer>
 #include <QWindow>
 
 using namespace velun;
@@ -257,6 +259,21 @@ class PanelDesktopTest final : public test::Suite {
     }
     VirtualDisplay::run("xdotool", {"key", "space"});
     QTRY_VERIFY(stage.asked.contains("toggleCaptions"));
+  }
+
+  void alertsStandInFrontOfThePanel() {
+    const test::PanelStage stage({}, desktop_.get());
+    showAndPark(stage);
+    QTimer::singleShot(300, qApp, [&stage] {
+      QWidget* alert = QApplication::activeModalWidget();
+      QVERIFY(alert);
+      alert->move(stage.panel().pos());
+      QTest::qWait(200);
+      const bool covered = isPanelAt(alert->geometry().center());
+      alert->close();
+      QVERIFY(!covered);
+    });
+    WindowPresentation::showError(QStringLiteral("The disk is full."));
   }
 
   void thePanelIsTranslucent() {

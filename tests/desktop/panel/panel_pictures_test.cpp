@@ -7,6 +7,9 @@
 #include "ui/caption/caption_header_view.h"
 #include "ui/caption/header_button.h"
 #include "ui/caption/panel_stage.h"
+#include "ui/caption/transcript_view.h"
+#include "ui/common/find_bar.h"
+#include "ui/common/window_presentation.h"
 
 #include <QApplication>
 #include <QDir>
@@ -80,6 +83,10 @@ class PanelPicturesTest final : public test::Suite {
     picture(stage, "translation-only");
 
     menus(stage);
+    stage.view->transcript().openFindBar();
+    picture(stage, "find");
+    stage.view->findChild<FindBar*>()->close();
+    alert(stage);
     stage.settings.setTranslate(false);
     stage.failure(L("Recognition error: the sound server went away.",
                     "인식 오류: 소리 서버가 사라졌습니다."));
@@ -128,6 +135,24 @@ class PanelPicturesTest final : public test::Suite {
         0, frame.x(), frame.y(), frame.width(), frame.height());
     QVERIFY(shot.save(QStringLiteral(VELUN_PICTURES "/%1-%2.png")
                           .arg(name, rawValue(Localization::shared().language()))));
+  }
+
+  static void alert(test::PanelStage& stage) {
+    QTimer::singleShot(500, qApp, [&stage] {
+      QWidget* open = QApplication::activeModalWidget();
+      open->move(stage.panel().pos());
+      picture(stage, "alert");
+      open->close();
+    });
+    WindowPresentation::ask(
+        {.message = L("Save this session before quitting?", "종료하기 전에 이 세션을 저장할까요?"),
+         .informativeText = L("The 5 sentences in this session haven’t been saved. If you don’t "
+                              "save, they’ll be lost.",
+                              "현재 세션의 5문장은 아직 저장되지 않았습니다. 저장하지 않으면 이 "
+                              "기록은 사라집니다."),
+         .buttons = {L("Save Session", "세션 저장"), L("Don’t Save", "저장하지 않음"),
+                     L("Cancel", "취소")},
+         .isWarning = true});
   }
 
   static void menus(test::PanelStage& stage) {
