@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/speech/linux/neural/neural_backend.h"
+
+#include "platform/foundation/failure.h"
+#include "settings/localization.h"
+
+#include <utility>
+
+namespace velun {
+
+using Kind = RecognizerMessage::Kind;
+
+namespace {
+
+Failure notStarted(const std::exception& end) {
+  const QString reason = QString::fromUtf8(end.what());
+  if (reason.isEmpty()) {
+    return Failure(
+        L("The speech recognizer couldn’t be started. Try again, or choose another "
+          "language.",
+          "음성 인식기를 시작할 수 없습니다. 다시 시도하거나 다른 언어를 선택하십시오."));
+  }
+  return Failure(
+      L(QString("The speech recognizer couldn’t be started (%1). Try again, or choose another "
+                "language.")
+            .arg(reason),
+        QString("음성 인식기를 시작할 수 없습니다(%1). 다시 시도하거나 다른 언어를 선택하십시오.")
+            .arg(reason)));
+}
+
+Failure endedAgain() {
+  return Failure(L("The speech recognizer stopped unexpectedly. Start captions again.",
+                   "음성 인식기가 예기치 않게 중단되었습니다. 자막을 다시 시작하십시오."));
+}
+
+}  // namespace
+
+NeuralBackend::NeuralBackend(QString program, RecognizerSettings settings)
+    : program_(std::move(program)), settings_(std::move(settings)) {
+  start();
+}
+
+NeuralBackend::~NeuralBackend() = default;
+
+void NeuralBackend::start() {
+  try {
+    helper_ = std::make_unique<HelperProcess>(program_);
+    helper_->send(Kind::configure, settings_.toJson());
+    while (helper_->receive().kind != Kind::ready) {
+    }
+  } catch (const std::runtime_error& end) {
+    throw notStarted(end);
+  }
+}
+
+template <class Action>
+void NeuralBackend::attempt(const Action& action) {
+  try {
+    action();
+    return;
+  } catch (const HelperEnded& end) {
+    recover(end);
+  }
+  try {
+    action();
+  } catch (const HelperEnded&) {
+    throw endedAgain();
+  }
+}
+
+void NeuralBackend::recover(const HelperEnded& end) {
+  if (std::exchange(hasRestarted_, true)) throw endedAgain();
+  qWarning("The speech recognizer ended (%s); a new one goes on.", end.what());
+  start();
+  if (!draft_.isEmpty()) results_.push_back({std::exchange(draft_, {}), true});
+  unheard_ = 0;
+  isInPhrase_ = false;
+}
+
+void NeuralBackend::acceptAudio(std::span<const float> samples) {
+  const QByteArray body(reinterpret_cast<const char*>(samples.data()),
+                        static_cast<qsizetype>(samples.size_bytes()));
+  attempt([this, &body] { helper_->send(Kind::audio, body); });
+  ++unheard_;
+}
+
+std::vector<TranscriptionResult> NeuralBackend::poll() {
+  attempt([this] {
+    while (const std::optional<RecognizerMessage> message = helper_->tryReceive()) take(*message);
+  });
+  return std::exchange(results_, {});
+}
+
+void NeuralBackend::finalize() {
+  settle(Kind::finalize);
+}
+
+void NeuralBackend::reset() {
+  settle(Kind::reset);
+  results_.clear();
+  draft_.clear();
+}
+
+void NeuralBackend::settle(Kind kind) {
+  attempt([this, kind] {
+    helper_->send(kind);
+    while (true) {
+      const RecognizerMessage message = helper_->receive();
+      if (message.kind == Kind::settled) break;
+      take(message);
+    }
+  });
+  unheard_ = 0;
+  isInPhrase_ = false;
+}
+
+void NeuralBackend::take(const RecognizerMessage& message) {
+  switch (message.kind) {
+    case Kind::draft:
+      draft_ = QString::fromUtf8(message.body);
+      results_.push_back({draft_, false});
+      break;
+    case Kind::final:
+      draft_.clear();
+      results_.push_back({QString::fromUtf8(message.body), true});
+      break;
+    case Kind::heard:
+      if (unheard_ > 0) --unheard_;
+      isInPhrase_ = message.body == QByteArray(1, 1);
+      break;
+    default:
+      break;
+  }
+}
+
+}  // namespace velun

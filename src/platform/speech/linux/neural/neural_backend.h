@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/speech/linux/helper/recognizer_settings.h"
+#include "platform/speech/linux/neural/helper_process.h"
+#include "platform/speech/recognizer_backend.h"
+
+#include <memory>
+
+namespace velun {
+
+/// A neural recognizer, at work in the helper program. When the helper ends by itself, a new one
+/// goes on after the phrase under way, which stays as it was shown; the second time the run ends.
+class NeuralBackend final : public RecognizerBackend {
+ public:
+  /// Starts the helper and waits until the model is loaded. Throws `Failure`.
+  NeuralBackend(QString program, RecognizerSettings settings);
+  ~NeuralBackend() override;
+
+  void acceptAudio(std::span<const float> samples) override;
+  std::vector<TranscriptionResult> poll() override;
+  bool expectsResults() const override { return unheard_ > 0 || isInPhrase_; }
+  void finalize() override;
+  void reset() override;
+
+  /// For tests that end it.
+  pid_t helperProcessId() const { return helper_->processId(); }
+
+ private:
+  void start();
+  /// Does something with the helper; once, when it ends meanwhile, with a new one.
+  template <class Action>
+  void attempt(const Action& action);
+  void recover(const HelperEnded& end);
+  void settle(RecognizerMessage::Kind kind);
+  void take(const RecognizerMessage& message);
+
+  QString program_;
+  RecognizerSettings settings_;
+  std::unique_ptr<HelperProcess> helper_;
+  std::vector<TranscriptionResult> results_;
+  QString draft_;
+  int unheard_ = 0;  ///< pieces of sound that were sent but not answered
+  bool isInPhrase_ = false;
+  bool hasRestarted_ = false;
+};
+
+}  // namespace velun
