@@ -12,7 +12,11 @@
 #include "platform/desktop/linux/linux_tray_host.h"
 #include "platform/foundation/file_preferences.h"
 #include "platform/foundation/system_clock.h"
+#include "platform/models/linux/download_store.h"
+#include "platform/models/linux/metered_connection.h"
 #include "platform/speech/linux/built_in/built_in_recognizer_provider.h"
+#include "platform/speech/linux/built_in/sentence_case.h"
+#include "platform/speech/linux/neural/neural_recognizer_provider.h"
 #include "platform/speech/local_speech_platform.h"
 #include "platform/translation/linux/apertium/apertium_backend.h"
 #include "platform/translation/linux/local_translation_platform.h"
@@ -24,10 +28,30 @@ namespace velun {
 
 namespace {
 
-LocalSpeechPlatform::Providers recognizers() {
-  LocalSpeechPlatform::Providers providers;
-  providers.push_back(std::make_shared<BuiltInRecognizerProvider>());
-  return providers;
+ModelStoreOptions modelStoreOptions() {
+  ModelStoreOptions options;
+  options.root = DownloadStore::standardRoot();
+  options.mirror = qEnvironmentVariable("VELUN_MODEL_MIRROR");
+  return options;
+}
+
+/// The built-in recognizer writes its words with the punctuation model of the neural ones.
+BuiltInBackend::Writer punctuatedWriter(const PunctuationProvider& provider) {
+  const PunctuationRestorer::Factory factory = provider.punctuationFactory("en_US");
+  if (!factory) return {};
+  return [factory,
+          restorer = std::shared_ptr<PunctuationRestorer>()](const QStringList& words) mutable {
+    if (!restorer) restorer = factory();
+    return restorer->restored(sentenceCase(words));
+  };
+}
+
+LocalSpeechPlatform::Providers recognizers(ModelStore& models) {
+  const auto neural = std::make_shared<NeuralRecognizerProvider>(
+      ModelCatalogue::builtIn(), models, NeuralRecognizerProvider::installedProgram());
+  const auto builtIn =
+      std::make_shared<BuiltInRecognizerProvider>([neural] { return punctuatedWriter(*neural); });
+  return {neural, builtIn};
 }
 
 std::vector<std::unique_ptr<TranslatorBackend>> translators() {
@@ -58,7 +82,8 @@ struct Composition::Parts {
   FilePreferences preferences{FilePreferences::userPath()};
   AppSettings settings{&preferences};
   PipeWireAudioPlatform audio{clock};
-  LocalSpeechPlatform speech{recognizers(), clock};
+  DownloadStore models{ModelCatalogue::builtIn(), modelStoreOptions(), clock, isConnectionMetered};
+  LocalSpeechPlatform speech{recognizers(models), clock};
   LocalTranslationPlatform translation{translators(), [this] { return speech.supportedLocales(); },
                                        clock};
   std::unique_ptr<DesktopPlatform> desktop = makeDesktopPlatform(clock);

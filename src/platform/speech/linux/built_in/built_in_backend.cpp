@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/linux/built_in/built_in_backend.h"
 
+#include "platform/speech/linux/built_in/sentence_case.h"
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -108,7 +110,7 @@ void BuiltInBackend::feedDraft(std::span<const float> samples) {
   framesSinceGuess_ += static_cast<int>(samples.size() / kFrame);
   if (framesSinceGuess_ < kFramesPerGuess) return;
   framesSinceGuess_ = 0;
-  const QString draft = writer_(stable_.update(drafts_.words()));
+  const QString draft = sentenceCase(stable_.update(drafts_.words()));
   // The draft of the phrase before stays until its final words take its place.
   if (awaitsFinal_ || draft == shownDraft_ || !phrases_.isLikelySpeech()) return;
   shownDraft_ = draft;

@@ -17,7 +17,8 @@ namespace velun {
 /// second one hears the whole phrase again for its final words.
 class BuiltInBackend final : public RecognizerBackend {
  public:
-  /// Turns the bare words of a phrase into a written sentence.
+  /// Turns the bare words of a finished phrase into a written sentence. Drafts have no punctuation:
+  /// it would change with every word.
   using Writer = std::function<QString(const QStringList& words)>;
 
   /// Loads both decoders. Throws `Failure`.

@@ -4,6 +4,7 @@
 #include "platform/speech/linux/helper/recognizer_settings.h"
 #include "platform/speech/linux/helper/sherpa_library.h"
 #include "platform/speech/linux/neural/neural_backend.h"
+#include "platform/speech/linux/neural/punctuation_helper.h"
 
 #include <algorithm>
 #include <QCoreApplication>
@@ -141,6 +142,15 @@ std::optional<RecognizerSettings> NeuralRecognizerProvider::punctuation(
 RecognizerProvider::Factory NeuralRecognizerProvider::factory(const QString& locale) const {
   return [program = program_, settings = settings(locale)]() -> std::unique_ptr<RecognizerBackend> {
     return std::make_unique<NeuralBackend>(program, settings);
+  };
+}
+
+PunctuationRestorer::Factory NeuralRecognizerProvider::punctuationFactory(
+    const QString& locale) const {
+  const std::optional<RecognizerSettings> settings = punctuation(locale);
+  if (!settings) return {};
+  return [program = program_, settings = *settings]() -> std::unique_ptr<PunctuationRestorer> {
+    return std::make_unique<PunctuationHelper>(program, settings);
   };
 }
 

@@ -1,0 +1,332 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/speech/linux/neural/neural_backend.h"
+
+#include "platform/foundation/failure.h"
+#include "platform/speech/linux/neural/punctuation_helper.h"
+#include "platform/speech/linux/neural_fixture.h"
+#include "support/suite.h"
+
+#include <algorithm>
+#include <cmath>
+#include <csignal>
+#include <limits>
+#include <sys/wait.h>
+#include <thread>
+
+using namespace velun;
+using namespace velun::test;
+
+Q_DECLARE_METATYPE(velun::RecognizerSettings)
+
+/// The helper program with the real library and tiny models.
+class NeuralBackendTest final : public test::Suite {
+  Q_OBJECT
+
+  const std::vector<float> music_ = sound("h01.wav");
+  const std::vector<float> water_ = sound("h08.wav");
+  const std::vector<float> numbers_ = sound("h11.wav");
+
+  static void feed(RecognizerBackend& backend, const std::vector<float>& samples,
+                   std::size_t piece = 1600) {
+    const std::span<const float> all(samples);
+    for (std::size_t at = 0; at < all.size(); at += piece) {
+      backend.acceptAudio(all.subspan(at, std::min(piece, all.size() - at)));
+    }
+  }
+
+  static void keepFinals(RecognizerBackend& backend, QStringList& finals) {
+    for (const TranscriptionResult& result : backend.poll()) {
+      if (result.isFinal) finals.append(result.text);
+    }
+  }
+
+  /// The sound without the silence around it.
+  static std::vector<float> spoken(const std::vector<float>& samples) {
+    const auto isLoud = [](float sample) {
+      return std::abs(sample) > 0.02F;
+    };
+    const auto begin = std::find_if(samples.begin(), samples.end(), isLoud);
+    const auto end = std::find_if(samples.rbegin(), samples.rend(), isLoud).base();
+    return {begin, end};
+  }
+
+  /// The final results of a sound from its beginning to its end.
+  static QStringList finalsOf(const RecognizerSettings& settings, const std::vector<float>& samples,
+                              std::size_t piece = 1600) {
+    NeuralBackend backend(helperProgram(), settings);
+    feed(backend, samples, piece);
+    backend.finalize();
+    QStringList finals;
+    keepFinals(backend, finals);
+    return finals;
+  }
+
+  static QString failureOf(const RecognizerSettings& settings) {
+    try {
+      NeuralBackend backend(helperProgram(), settings);
+    } catch (const Failure& failure) {
+      return failure.errorDescription();
+    }
+    return {};
+  }
+
+ private Q_SLOTS:
+  void initTestCase() {
+    if (!hasRecognitionLibrary()) QSKIP("The recognition library is missing: run scripts/setup.");
+  }
+
+  void wordsOutOfSound_data() {
+    QTest::addColumn<RecognizerSettings>("settings");
+    QTest::newRow("transducer") << transducer();
+    QTest::newRow("CTC") << zipformerCtc();
+    QTest::newRow("NeMo CTC") << nemoCtc();
+  }
+  void wordsOutOfSound() {
+    QFETCH(RecognizerSettings, settings);
+    QCOMPARE(finalsOf(settings, music_), QStringList("Turn off the music now"));
+    QCOMPARE(finalsOf(settings, numbers_), QStringList("Five six nine ten eight"));
+  }
+
+  void phrasesEndByThemselves_data() { wordsOutOfSound_data(); }
+  void phrasesEndByThemselves() {
+    QFETCH(RecognizerSettings, settings);
+    NeuralBackend backend(helperProgram(), settings);
+    QStringList finals;
+    feed(backend, music_ + silence(1.2) + water_ + silence(1.2));
+    QTRY_VERIFY((keepFinals(backend, finals), finals.size() >= 2));
+    QCOMPARE(finals, QStringList({"Turn off the music now", "Start the water now please"}));
+    QTRY_VERIFY((backend.poll(), !backend.expectsResults()));
+  }
+
+  void aShortPauseEndsNoPhrase() {
+    const std::vector<float> samples = spoken(music_) + silence(0.2) + spoken(numbers_);
+    QCOMPARE(finalsOf(nemoCtc(), samples).size(), 1);
+  }
+
+  void aPhraseEndsSoonAfterItsLastWord() {
+    NeuralBackend backend(helperProgram(), transducer());
+    feed(backend, music_);
+    QStringList finals;
+    // The file ends with a little silence of its own; a step takes 0.32 s.
+    feed(backend, silence(1.1));
+    QTRY_VERIFY((keepFinals(backend, finals), !finals.isEmpty()));
+    QCOMPARE(finals, QStringList("Turn off the music now"));
+  }
+
+  void draftsGrow() {
+    NeuralBackend backend(helperProgram(), transducer());
+    feed(backend, music_ + silence(1.2));
+    backend.finalize();
+    const std::vector<TranscriptionResult> results = backend.poll();
+    QVERIFY(results.size() > 3);
+    QVERIFY(results.back().isFinal);
+    for (std::size_t i = 0; i + 1 < results.size(); ++i) {
+      QVERIFY(!results[i].isFinal);
+      QVERIFY(!results[i].text.isEmpty());
+      QVERIFY(results[i] != results[i + 1]);
+    }
+  }
+
+  void aPhraseMayBeginWithTheLastToken() {
+    const QStringList finals =
+        finalsOf(transducer(), sound("six.wav") + silence(1.0) + sound("sixseven.wav"));
+    QCOMPARE(finals.size(), 2);
+    QVERIFY2(finals[0].endsWith("six"), qPrintable(finals[0]));
+    QCOMPARE(finals[1], QString("Six seven"));
+  }
+
+  void theCutsOfTheSoundDoNotMatter() {
+    const std::vector<float> samples = music_ + silence(1.0) + numbers_;
+    const QStringList whole = finalsOf(transducer(), samples, samples.size());
+    QCOMPARE(whole.size(), 2);
+    for (const std::size_t piece : {std::size_t(371), std::size_t(1600), std::size_t(16000)}) {
+      QCOMPARE(finalsOf(transducer(), samples, piece), whole);
+    }
+  }
+
+  void finalizingKeepsTheLastWord() {
+    NeuralBackend backend(helperProgram(), transducer());
+    QStringList finals;
+    for (int i = 0; i < 3; ++i) {
+      feed(backend, numbers_);
+      backend.finalize();
+      keepFinals(backend, finals);
+      QVERIFY(!backend.expectsResults());
+    }
+    const QString phrase = "Five six nine ten eight";
+    QCOMPARE(finals, QStringList({phrase, phrase, phrase}));
+    backend.finalize();
+    QVERIFY(backend.poll().empty());
+  }
+
+  void resetForgetsThePhrase() {
+    NeuralBackend backend(helperProgram(), transducer());
+    feed(backend, music_);
+    backend.reset();
+    QVERIFY(backend.poll().empty());
+    feed(backend, numbers_);
+    backend.finalize();
+    QStringList finals;
+    keepFinals(backend, finals);
+    QCOMPARE(finals, QStringList("Five six nine ten eight"));
+  }
+
+  void severalAtOnceDoNotDisturbEachOther() {
+    NeuralBackend first(helperProgram(), transducer());
+    NeuralBackend second(helperProgram(), nemoCtc());
+    NeuralBackend third(helperProgram(), transducer());
+    for (std::size_t at = 0; at < music_.size(); at += 1600) {
+      const auto part = [at](const std::vector<float>& samples) {
+        const std::size_t begin = std::min(at, samples.size());
+        return std::span(samples).subspan(begin,
+                                          std::min<std::size_t>(1600, samples.size() - begin));
+      };
+      first.acceptAudio(part(music_));
+      second.acceptAudio(part(numbers_));
+      third.acceptAudio(part(water_));
+    }
+    QStringList finals;
+    for (NeuralBackend* each : {&first, &second, &third}) {
+      each->finalize();
+      keepFinals(*each, finals);
+    }
+    QCOMPARE(finals[0], QString("Turn off the music now"));
+    QVERIFY2(finals[1].startsWith("Five six nine"), qPrintable(finals[1]));
+    QVERIFY2(finals[2].startsWith("Start the water"), qPrintable(finals[2]));
+  }
+
+  void silenceIsNoPhrase() { QCOMPARE(finalsOf(transducer(), silence(20)), QStringList()); }
+
+  void samplesThatAreNoNumbersAreSilence() {
+    std::vector<float> broken(3200, std::numeric_limits<float>::quiet_NaN());
+    broken.resize(6400, std::numeric_limits<float>::infinity());
+    broken[100] = 1e30F;
+    const QStringList finals = finalsOf(transducer(), broken + silence(1) + music_);
+    QVERIFY(!finals.isEmpty());
+    QVERIFY2(finals.last().contains("urn off the music now"), qPrintable(finals.last()));
+  }
+
+  void tokensGiveTheSameText() {
+    RecognizerSettings settings = transducer();
+    settings.textFromTokens = true;
+    QCOMPARE(finalsOf(settings, music_), QStringList("Turn off the music now"));
+  }
+
+  void anyNumberOfThreadsIsTaken() {
+    RecognizerSettings settings = transducer();
+    for (const int threads : {-3, 0, 10000}) {
+      settings.threads = threads;
+      QCOMPARE(finalsOf(settings, music_), QStringList("Turn off the music now"));
+    }
+  }
+
+  void finalsArePunctuated() {
+    RecognizerSettings settings = transducer();
+    settings.punctuationModel = neuralData("punctuation.onnx");
+    settings.punctuationVocabulary = neuralData("punctuation.vocab");
+    QCOMPARE(finalsOf(settings, music_), QStringList("Turn. Off. The. Music. Now."));
+  }
+
+  void punctuationIsRestoredForOthers() {
+    RecognizerSettings settings;
+    settings.punctuationModel = neuralData("punctuation.onnx");
+    settings.punctuationVocabulary = neuralData("punctuation.vocab");
+    PunctuationHelper helper(helperProgram(), settings);
+    QCOMPARE(helper.restored("turn off the music"), QString("Turn. Off. The. Music."));
+    QCOMPARE(helper.restored(""), QString());
+    QCOMPARE(helper.restored("six"), QString("Six."));
+  }
+
+  void failingPunctuationLeavesTheWords() {
+    RecognizerSettings settings;
+    settings.punctuationModel = neuralData("joiner.int8.onnx");
+    settings.punctuationVocabulary = neuralData("punctuation.vocab");
+    PunctuationHelper helper(helperProgram(), settings);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Punctuation is not restored any more"));
+    QCOMPARE(helper.restored("turn off"), QString("turn off"));
+    QCOMPARE(helper.restored("the music"), QString("the music"));
+  }
+
+  void aDamagedPunctuationModelCostsNothingElse() {
+    RecognizerSettings settings = transducer();
+    settings.punctuationModel = neuralData("joiner.int8.onnx");
+    settings.punctuationVocabulary = neuralData("punctuation.vocab");
+    QCOMPARE(finalsOf(settings, music_), QStringList("Turn off the music now"));
+  }
+
+  void aHelperThatEndsCostsThePhraseAtMost() {
+    NeuralBackend backend(helperProgram(), transducer());
+    QStringList finals;
+    feed(backend, music_ + silence(1.2) + sound("sixseven.wav"));
+    std::vector<TranscriptionResult> results;
+    QTRY_VERIFY(([&] {
+      for (const TranscriptionResult& each : backend.poll()) results.push_back(each);
+      return !results.empty() && results.back().text.startsWith("Six");
+    })());
+    QCOMPARE(results.back().isFinal, false);
+    const QString shown = results.back().text;
+    for (const TranscriptionResult& each : results) {
+      if (each.isFinal) finals.append(each.text);
+    }
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("The speech recognizer ended"));
+    kill(backend.helperProcessId(), SIGKILL);
+    feed(backend, silence(0.5) + numbers_ + silence(1.2));
+    backend.finalize();
+    keepFinals(backend, finals);
+    QCOMPARE(finals.size(), 3);
+    QCOMPARE(finals[0], QString("Turn off the music now"));
+    QVERIFY2(finals[1].startsWith(shown), qPrintable(finals[1]));
+    QVERIFY2(finals[2].endsWith("ten eight"), qPrintable(finals[2]));
+
+    kill(backend.helperProcessId(), SIGKILL);
+    try {
+      feed(backend, music_);
+      backend.finalize();
+      QFAIL("it went on");
+    } catch (const Failure& failure) {
+      QCOMPARE(failure.errorDescription(),
+               QString("The speech recognizer stopped unexpectedly. Start captions again."));
+    }
+  }
+
+  void aMissingProgramIsReported() {
+    try {
+      NeuralBackend backend("/nonexistent/velun-recognizer", transducer());
+      QFAIL("it started");
+    } catch (const Failure& failure) {
+      QVERIFY2(failure.errorDescription().startsWith("The speech recognizer couldn’t be started"),
+               qPrintable(failure.errorDescription()));
+    }
+  }
+
+  void aDamagedModelIsReported() {
+    RecognizerSettings settings = transducer();
+    settings.encoder = neuralData("joiner.int8.onnx");
+    const QString text = failureOf(settings);
+    QVERIFY2(text.contains("(joiner.int8.onnx: "), qPrintable(text));
+    settings = transducer();
+    settings.tokens = neuralData("h01.wav");
+    QVERIFY2(failureOf(settings).contains("h01.wav"), qPrintable(failureOf(settings)));
+  }
+
+  void theHelperEndsWithItsThread() {
+    pid_t process = 0;
+    std::thread([&process] {
+      // Never destroyed, as when the program crashes.
+      auto* left = new HelperProcess(helperProgram());
+      left->send(RecognizerMessage::Kind::configure, transducer().toJson());
+      left->receive();
+      process = left->processId();
+      leaked_ = left;
+    }).join();
+    int status = 0;
+    QCOMPARE(waitpid(process, &status, 0), process);
+    QVERIFY(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
+  }
+
+ private:
+  static inline HelperProcess* leaked_ = nullptr;  ///< still known, so that it is no leak
+};
+
+QTEST_GUILESS_MAIN(NeuralBackendTest)
+#include "neural_backend_test.moc"

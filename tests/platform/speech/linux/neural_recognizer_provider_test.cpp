@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/speech/linux/neural/neural_recognizer_provider.h"
+
+#include "platform/foundation/failure.h"
+#include "platform/speech/linux/helper/recognizer_settings.h"
+#include "support/failure_of.h"
+#include "support/suite.h"
+
+#include <QSet>
+
+using namespace velun;
+using namespace velun::test;
+
+namespace {
+
+class StoreDouble final : public ModelStore {
+  Q_OBJECT
+
+ public:
+  QSet<QString> there;
+  QStringList installs;
+  QStringList quiet;
+  QString failure;
+
+  bool isInstalled(const Model& model) const override { return there.contains(model.id); }
+  QString folder(const Model& model) const override { return "/models/" + model.id; }
+  QCoro::Task<> install(Model model, std::stop_token) override {
+    installs.append(model.id);
+    if (!failure.isEmpty()) throw Failure(failure);
+    there.insert(model.id);
+    co_return;
+  }
+  void installQuietly(const Model& model) override { quiet.append(model.id); }
+  QStringList busy() const override { return {}; }
+};
+
+}  // namespace
+
+class NeuralRecognizerProviderTest final : public test::Suite {
+  Q_OBJECT
+
+  const ModelCatalogue catalogue_ = ModelCatalogue::builtIn();
+  StoreDouble store_;
+  NeuralRecognizerProvider provider_{catalogue_, store_, "/programs/velun-recognizer"};
+
+  const Model& modelOf(const QString& language, ModelKind kind = ModelKind::recognition) const {
+    for (const Model& model : catalogue_.models()) {
+      if (model.kind == kind && model.languages.contains(language)) return model;
+    }
+    qFatal("no model for %s", qPrintable(language));
+  }
+
+ private Q_SLOTS:
+  void init() {
+    Suite::init();
+    store_.there.clear();
+    store_.installs.clear();
+    store_.quiet.clear();
+    store_.failure.clear();
+  }
+
+  void theLanguagesOnOffer() {
+    const QStringList locales = provider_.supportedLocales();
+    for (const char* each : {"en_US", "fr_FR", "de_DE", "ru_RU", "id_ID", "ko_KR", "zh_CN", "es_ES",
+                             "it_IT", "ja_JP", "nl_NL", "cs_CZ", "sk_SK"}) {
+      QVERIFY2(locales.contains(each), each);
+    }
+    QVERIFY(NeuralRecognizerProvider(catalogue_, store_, {}).supportedLocales().isEmpty());
+  }
+
+  void onlyWhatTheStoreHasIsInstalled() {
+    QVERIFY(!provider_.isInstalled("de_DE"));
+    store_.there.insert(modelOf("de").id);
+    QVERIFY(provider_.isInstalled("de_DE"));
+    QVERIFY(!provider_.isInstalled("fr_FR"));
+    QVERIFY(!provider_.isInstalled("xx_XX"));
+  }
+
+  void eachModelIsToldWhatItNeeds() {
+    const RecognizerSettings korean = provider_.settings("ko_KR");
+    QVERIFY(korean.textFromTokens);
+    QVERIFY(korean.encoder.startsWith("/models/" + modelOf("ko").id + "/"));
+    QVERIFY(provider_.settings("fr_FR").modelType.isEmpty());
+    QVERIFY(provider_.settings("zh_CN").modelType.isEmpty());
+    QVERIFY(provider_.settings("ru_RU").tailSilenceMs >= 770);
+    QVERIFY(provider_.settings("en_US").foldsLetters);
+    const RecognizerSettings spanish = provider_.settings("es_ES");
+    QVERIFY(spanish.hearsLanguage);
+    QCOMPARE(spanish.language, QString("es"));
+    QVERIFY(spanish.endpointSilence >= 0.6);
+    QVERIFY(!provider_.settings("xx_XX").hasRecognizer());
+  }
+
+  void punctuationIsUsedOnceItIsThere() {
+    QVERIFY(!provider_.settings("en_US").hasPunctuation());
+    QVERIFY(!provider_.punctuationFactory("en_US"));
+    const Model& marks = modelOf("en", ModelKind::punctuation);
+    store_.there.insert(marks.id);
+    QVERIFY(provider_.settings("en_US").punctuationModel.startsWith("/models/" + marks.id + "/"));
+    QVERIFY(!provider_.settings("de_DE").hasPunctuation());
+    QVERIFY(provider_.punctuationFactory("en_US"));
+    QVERIFY(!provider_.punctuationFactory("de_DE"));
+  }
+
+  void aDownloadBringsThePunctuationAfterwards() {
+    const auto request = provider_.installationRequest("en_US");
+    QCOMPARE(failureOf(request->downloadAndInstall(std::stop_token())), QString());
+    QCOMPARE(store_.installs, QStringList(modelOf("en").id));
+    QCOMPARE(store_.quiet, QStringList(modelOf("en", ModelKind::punctuation).id));
+    QVERIFY(provider_.isInstalled("en_US"));
+  }
+
+  void aFailedDownloadIsTheStoresFailure() {
+    store_.failure = "no space";
+    const auto request = provider_.installationRequest("de_DE");
+    QCOMPARE(failureOf(request->downloadAndInstall(std::stop_token())), QString("no space"));
+    QVERIFY(!provider_.isInstalled("de_DE"));
+    QVERIFY(!provider_.installationRequest("xx_XX"));
+  }
+
+  void theBackgroundIsQuiet() {
+    provider_.fetchInBackground("en_US");
+    QVERIFY(store_.installs.isEmpty());
+    QVERIFY(store_.quiet.contains(modelOf("en").id));
+    QVERIFY(store_.quiet.contains(modelOf("en", ModelKind::punctuation).id));
+    store_.quiet.clear();
+    provider_.fetchInBackground("xx_XX");
+    QVERIFY(store_.quiet.isEmpty());
+  }
+};
+
+QTEST_GUILESS_MAIN(NeuralRecognizerProviderTest)
+#include "neural_recognizer_provider_test.moc"
