@@ -142,7 +142,7 @@ int main(int argc, char** argv) {
     qFatal("No sound server");
   }
   SystemClock clock;
-  PipeWireAudioPlatform platform(clock);
+  PipeWireAudioPlatform platform(clock, std::chrono::seconds(1));
   measureUse(platform, clock);
   measureLatency(platform);
 }

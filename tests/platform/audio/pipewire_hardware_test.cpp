@@ -143,7 +143,7 @@ class PipeWireHardwareTest final : public Suite {
  private:
   PrivatePipeWire server_;
   SystemClock clock_;
-  PipeWireAudioPlatform platform_{clock_};
+  PipeWireAudioPlatform platform_{clock_, std::chrono::seconds(1)};
 };
 
 QTEST_GUILESS_MAIN(PipeWireHardwareTest)

@@ -18,8 +18,9 @@ constexpr int tapChannelCount = 2;
 
 }  // namespace
 
-PipeWireAudioHardware::PipeWireAudioHardware(Clock& clock, AudioInterruptionHandler onInterruption)
-    : capture_(PipeWireCapture::Kind::output, clock, std::move(onInterruption)) {}
+PipeWireAudioHardware::PipeWireAudioHardware(Clock& clock, std::chrono::milliseconds wakefulness,
+                                             AudioInterruptionHandler onInterruption)
+    : capture_(PipeWireCapture::Kind::output, clock, wakefulness, std::move(onInterruption)) {}
 
 OSStatus PipeWireAudioHardware::createProcessTap(const TapDescription&, AudioObjectID* tap) {
   const int status = capture_.open();

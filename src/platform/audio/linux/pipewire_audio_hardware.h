@@ -12,7 +12,8 @@ namespace velun {
 /// monitor; the aggregate device is the private stream node that it comes in by. One of each.
 class PipeWireAudioHardware final : public AudioHardware {
  public:
-  PipeWireAudioHardware(Clock& clock, AudioInterruptionHandler onInterruption);
+  PipeWireAudioHardware(Clock& clock, std::chrono::milliseconds wakefulness,
+                        AudioInterruptionHandler onInterruption);
 
   OSStatus createProcessTap(const TapDescription& description, AudioObjectID* tap) override;
   OSStatus tapFormat(AudioObjectID tap, AudioFormat* format) override;

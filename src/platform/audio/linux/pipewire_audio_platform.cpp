@@ -9,7 +9,8 @@
 
 namespace velun {
 
-PipeWireAudioPlatform::PipeWireAudioPlatform(Clock& clock) : clock_(clock) {}
+PipeWireAudioPlatform::PipeWireAudioPlatform(Clock& clock, std::chrono::milliseconds wakefulness)
+    : clock_(clock), wakefulness_(wakefulness) {}
 
 PipeWireAudioPlatform::~PipeWireAudioPlatform() {
   if (isLibraryLoaded_) pw_deinit();
@@ -18,7 +19,7 @@ PipeWireAudioPlatform::~PipeWireAudioPlatform() {
 std::unique_ptr<AudioHardware> PipeWireAudioPlatform::makeHardware(
     AudioInterruptionHandler onInterruption) {
   loadLibrary();
-  return std::make_unique<PipeWireAudioHardware>(clock_, std::move(onInterruption));
+  return std::make_unique<PipeWireAudioHardware>(clock_, wakefulness_, std::move(onInterruption));
 }
 
 std::unique_ptr<AudioInputNode> PipeWireAudioPlatform::makeInputNode(

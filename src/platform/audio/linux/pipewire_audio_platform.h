@@ -9,8 +9,11 @@ namespace velun {
 /// Capturing through PipeWire. Outlives what it makes. Main thread.
 class PipeWireAudioPlatform final : public AudioPlatform {
  public:
-  /// `clock` outlives the platform.
-  explicit PipeWireAudioPlatform(Clock& clock);
+  /// `clock` outlives the platform. While captions run, the default output is kept awake for
+  /// `wakefulness` after the last sound, so that the first word after a pause is heard whole; then
+  /// it may sleep.
+  explicit PipeWireAudioPlatform(Clock& clock,
+                                 std::chrono::milliseconds wakefulness = std::chrono::seconds(30));
   ~PipeWireAudioPlatform() override;
   PipeWireAudioPlatform(const PipeWireAudioPlatform&) = delete;
   PipeWireAudioPlatform& operator=(const PipeWireAudioPlatform&) = delete;
@@ -22,6 +25,7 @@ class PipeWireAudioPlatform final : public AudioPlatform {
   void loadLibrary();
 
   Clock& clock_;
+  const std::chrono::milliseconds wakefulness_;
   bool isLibraryLoaded_ = false;
 };
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cmath>
 #include <QMetaObject>
 #include <utility>
 
@@ -27,8 +28,12 @@ constexpr auto lastRelinkDelay = 30000ms;
 
 }  // namespace
 
-PipeWireCapture::PipeWireCapture(Kind kind, Clock& clock, AudioInterruptionHandler onInterruption)
-    : kind_(kind), clock_(clock), onInterruption_(std::move(onInterruption)) {}
+PipeWireCapture::PipeWireCapture(Kind kind, Clock& clock, std::chrono::milliseconds wakefulness,
+                                 AudioInterruptionHandler onInterruption)
+    : kind_(kind),
+      clock_(clock),
+      wakefulness_(wakefulness),
+      onInterruption_(std::move(onInterruption)) {}
 
 PipeWireCapture::~PipeWireCapture() {
   close();
@@ -87,7 +92,12 @@ AudioFormat PipeWireCapture::formatOf(const AudioDevice& device) {
 int PipeWireCapture::start(const std::string& nodeName, BufferHandler onBuffer) {
   if (!isOpen()) return -ENOTCONN;
   nodeName_ = nodeName;
-  onBuffer_ = std::move(onBuffer);
+  sounds_.begin(clock_.monotonicSeconds());
+  const double quiet = std::chrono::duration<double>(wakefulness_).count();
+  onBuffer_ = [this, quiet, heard = std::move(onBuffer)](const PcmBuffer& buffer) {
+    if (sounds_.note(buffer, clock_.monotonicSeconds(), quiet)) postReview();
+    heard(buffer);
+  };
   const PipeWireLoop::Lock lock(*loop_);
   if (!connection_ || connection_->isLost()) return -EPIPE;
   if (const int error = makeStream()) return error;
@@ -107,8 +117,10 @@ void PipeWireCapture::stop() {
   retryCall_.reset();
   sessionCall_.reset();
   relinkCall_.reset();
+  sleepCall_.reset();
   if (!isOpen()) return;
   const PipeWireLoop::Lock lock(*loop_);
+  endAwakeStream();
   stream_.reset();
 }
 
@@ -158,7 +170,10 @@ PipeWireCapture::Report PipeWireCapture::reviewConnection() {
 }
 
 PipeWireCapture::Report PipeWireCapture::reviewStream() {
-  if (isStreamStale()) stream_.reset();
+  if (isStreamStale()) {
+    awakeStream_.reset();
+    stream_.reset();
+  }
   // A session manager that has not chosen a device yet is still starting, and does not link the
   // streams that it finds then.
   if (!stream_ && wantedDevice()) makeStream();
@@ -169,7 +184,44 @@ PipeWireCapture::Report PipeWireCapture::reviewStream() {
   } else if (!relinkCall_) {
     scheduleReview(&relinkCall_, relinkDelay_, &PipeWireCapture::relink);
   }
+  reviewWakefulness();
   return isStreamFed() ? endInterruption() : std::nullopt;
+}
+
+void PipeWireCapture::reviewWakefulness() {
+  const double quiet = clock_.monotonicSeconds() - sounds_.lastSound();
+  const auto left = wakefulness_ - std::chrono::milliseconds(std::lround(quiet * 1000));
+  if (kind_ != Kind::output || !stream_ || left <= 0ms) {
+    sleepCall_.reset();
+    awakeStream_.reset();
+    return;
+  }
+  if (!awakeStream_) {
+    PipeWireStreamOptions options;
+    options.nodeName = nodeName_;
+    options.capturesSink = true;
+    options.keepsAwake = true;
+    options.channelCount = 1;
+    awakeStream_ = std::make_unique<PipeWireStream>(*connection_, options, onUnheardBuffer_, [] {});
+  }
+  if (!sleepCall_) scheduleReview(&sleepCall_, left, &PipeWireCapture::letSleep);
+}
+
+void PipeWireCapture::endAwakeStream() {
+  // The library leaks descriptors of a stream that goes while it is being taken in.
+  if (awakeStream_ && connection_) {
+    loop_->waitUntil(
+        [this] {
+          return awakeStream_->isReady() || awakeStream_->isDead() || connection_->isLost();
+        },
+        answerLimit);
+  }
+  awakeStream_.reset();
+}
+
+PipeWireCapture::Report PipeWireCapture::letSleep() {
+  if (connection_) reviewWakefulness();
+  return std::nullopt;
 }
 
 PipeWireCapture::Report PipeWireCapture::beginInterruption() {
@@ -204,7 +256,10 @@ PipeWireCapture::Report PipeWireCapture::beginInterruptionWithoutSession() {
 
 PipeWireCapture::Report PipeWireCapture::relink() {
   relinkDelay_ = std::min<std::chrono::milliseconds>(relinkDelay_ * 2, lastRelinkDelay);
-  if (connection_ && !isStreamFed()) stream_.reset();
+  if (connection_ && !isStreamFed()) {
+    awakeStream_.reset();
+    stream_.reset();
+  }
   return reviewConnection();
 }
 
@@ -231,6 +286,7 @@ bool PipeWireCapture::reconnect() {
 }
 
 void PipeWireCapture::disconnect() {
+  awakeStream_.reset();
   stream_.reset();
   connection_.reset();
 }

@@ -5,6 +5,7 @@
 #include "platform/audio/linux/pipewire_connection.h"
 #include "platform/audio/linux/pipewire_loop.h"
 #include "platform/audio/linux/pipewire_stream.h"
+#include "platform/audio/linux/sound_watch.h"
 #include "platform/foundation/clock.h"
 
 #include <atomic>
@@ -27,8 +28,11 @@ class PipeWireCapture {
   /// How long a lost sound server is waited for.
   static constexpr std::chrono::seconds patience{30};
 
-  /// `clock` outlives the capture. `onInterruption` may destroy it.
-  PipeWireCapture(Kind kind, Clock& clock, AudioInterruptionHandler onInterruption);
+  /// `clock` outlives the capture. After the last sound, an output is kept awake for `wakefulness`:
+  /// one that is asleep swallows the beginning of what is played next. `onInterruption` may destroy
+  /// the capture.
+  PipeWireCapture(Kind kind, Clock& clock, std::chrono::milliseconds wakefulness,
+                  AudioInterruptionHandler onInterruption);
   ~PipeWireCapture();
   PipeWireCapture(const PipeWireCapture&) = delete;
   PipeWireCapture& operator=(const PipeWireCapture&) = delete;
@@ -64,6 +68,9 @@ class PipeWireCapture {
   Report retry();
 
   void report(const Report& report);
+  void reviewWakefulness();
+  Report letSleep();
+  void endAwakeStream();
   bool reconnect();
   void disconnect();
   int makeStream();
@@ -78,6 +85,7 @@ class PipeWireCapture {
 
   const Kind kind_;
   Clock& clock_;
+  const std::chrono::milliseconds wakefulness_;
   AudioInterruptionHandler onInterruption_;
   /// What calls from the loop's thread are posted to; they die with it.
   QObject context_;
@@ -85,6 +93,8 @@ class PipeWireCapture {
 
   std::string nodeName_;
   BufferHandler onBuffer_;
+  const BufferHandler onUnheardBuffer_ = [](const PcmBuffer&) {
+  };
   bool isStarted_ = false;
   std::optional<double> interruptedSince_;
   std::unique_ptr<ScheduledCall> retryCall_;
@@ -96,6 +106,10 @@ class PipeWireCapture {
   std::unique_ptr<PipeWireConnection> connection_;
   std::unique_ptr<PipeWireStream> stream_;
   std::string streamTarget_;
+  SoundWatch sounds_;
+  std::unique_ptr<ScheduledCall> sleepCall_;
+  /// Captures the same output without listening, so that it stays awake.
+  std::unique_ptr<PipeWireStream> awakeStream_;
   int streamSession_ = 0;
 };
 

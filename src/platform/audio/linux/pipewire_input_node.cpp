@@ -15,7 +15,7 @@ constexpr const char* nodeName = "Velun Microphone";
 }  // namespace
 
 PipeWireInputNode::PipeWireInputNode(Clock& clock, AudioInterruptionHandler onInterruption)
-    : capture_(PipeWireCapture::Kind::microphone, clock, std::move(onInterruption)) {}
+    : capture_(PipeWireCapture::Kind::microphone, clock, {}, std::move(onInterruption)) {}
 
 AudioFormat PipeWireInputNode::outputFormat() const {
   if (capture_.open() != 0) return {};

@@ -23,8 +23,7 @@ void setProperties(pw_properties* properties, const PipeWireStreamOptions& optio
     // Not offered by mixers among the programs that record, nor taken for one that uses a
     // microphone.
     pw_properties_set(properties, PW_KEY_MEDIA_CLASS, "Stream/Input/Audio/Internal");
-    // Does not keep the sound card awake by itself.
-    pw_properties_set(properties, PW_KEY_NODE_PASSIVE, "true");
+    if (!options.keepsAwake) pw_properties_set(properties, PW_KEY_NODE_PASSIVE, "true");
     pw_properties_set(properties, "state.restore-props", "false");
     pw_properties_set(properties, "state.restore-target", "false");
   }

@@ -14,8 +14,10 @@ namespace velun {
 /// What a stream captures, and how it shows among the nodes of the sound server.
 struct PipeWireStreamOptions {
   std::string nodeName;
-  /// Hears what a sink plays, and only while something plays; else a source.
+  /// Hears what a sink plays; else a source.
   bool capturesSink = false;
+  /// Keeps the sink running although nothing plays; else it is heard only while something does.
+  bool keepsAwake = false;
   /// The name of the one device to capture, which the stream does not outlive. Empty for the
   /// default device, which it then follows.
   std::string target;
