@@ -104,7 +104,7 @@ class Host:
             self.loop.quit()
             return False
         if command == "item":
-            GLib.timeout_add(20, self.wait_for_item)
+            GLib.timeout_add(2, self.wait_for_item)
             return True
         try:
             print(self.answer(command), flush=True)
