@@ -23,6 +23,8 @@ struct BackendScript {
   std::atomic<int> alive = 0;
   std::atomic<int> finalizeCount = 0;
   std::atomic<int> samplesTaken = 0;
+  /// Finds the end of the phrase itself once it has taken so many samples; 0 is never.
+  std::atomic<int> phraseLength = 0;
   std::atomic<bool> wasOnMainThread = false;
 };
 
@@ -44,19 +46,24 @@ class ScriptedBackend final : public RecognizerBackend {
     script_->samplesTaken += static_cast<int>(samples.size());
     script_->isInPhrase = true;
     results_.push_back({QString("draft %1").arg(++pieces_), false});
+    const int length = script_->phraseLength;
+    if (length > 0 && script_->samplesTaken >= length) endPhrase();
   }
   std::vector<TranscriptionResult> poll() override { return std::exchange(results_, {}); }
   bool expectsResults() const override { return script_->isInPhrase; }
   void finalize() override {
     ++script_->finalizeCount;
-    if (pieces_ == 0) return;
-    results_.push_back({QString("final %1").arg(pieces_), true});
-    pieces_ = 0;
-    script_->isInPhrase = false;
+    if (pieces_ > 0) endPhrase();
   }
   void reset() override { pieces_ = 0; }
 
  private:
+  void endPhrase() {
+    results_.push_back({QString("final %1").arg(pieces_), true});
+    pieces_ = 0;
+    script_->isInPhrase = false;
+  }
+
   std::shared_ptr<BackendScript> script_;
   std::vector<TranscriptionResult> results_;
   int pieces_ = 0;

@@ -65,7 +65,10 @@ void VoiceActivity::updatePitch(std::span<const float> frame) {
   std::copy(slow_.begin() + static_cast<std::ptrdiff_t>(added), slow_.end(), slow_.begin());
   for (std::size_t i = 0; i < added; ++i) {
     const float* four = frame.data() + i * kDecimation;
-    slow_[slow_.size() - added + i] = (four[0] + four[1] + four[2] + four[3]) / kDecimation;
+    const float mean = (four[0] + four[1] + four[2] + four[3]) / kDecimation;
+    // A rumble resembles itself over any short time; its differences do not.
+    slow_[slow_.size() - added + i] = mean - kPreEmphasis * lastMean_;
+    lastMean_ = mean;
   }
   const std::span<const float> window = std::span(slow_).last(kPitchWindow);
   const auto product = [](std::span<const float> a, std::span<const float> b) {

@@ -43,6 +43,7 @@ class VoiceActivity {
   int framesHeard_ = 0;
   std::deque<float> blocks_;
   bool isPitched_ = false;
+  float lastMean_ = 0;
   std::array<float, kLongestPeriod + kPitchWindow> slow_{};
 };
 
