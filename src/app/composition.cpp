@@ -20,6 +20,7 @@
 #include "platform/speech/local_speech_platform.h"
 #include "platform/translation/linux/apertium/apertium_backend.h"
 #include "platform/translation/linux/local_translation_platform.h"
+#include "platform/translation/linux/student/student_backend.h"
 #include "platform/updates/linux/https_update_feed.h"
 #include "platform/updates/update_checker.h"
 #include "ui/library/session_trash.h"
@@ -54,8 +55,12 @@ LocalSpeechPlatform::Providers recognizers(ModelStore& models) {
   return {neural, builtIn};
 }
 
-std::vector<std::unique_ptr<TranslatorBackend>> translators() {
+/// From the best to the least.
+std::vector<std::unique_ptr<TranslatorBackend>> translators(ModelStore& models) {
   std::vector<std::unique_ptr<TranslatorBackend>> backends;
+  backends.push_back(
+      std::make_unique<StudentBackend>(ModelCatalogue::builtIn().ofKind(ModelKind::translation),
+                                       models, StudentBackend::physicalMemory()));
   backends.push_back(std::make_unique<ApertiumBackend>());
   return backends;
 }
@@ -84,8 +89,8 @@ struct Composition::Parts {
   PipeWireAudioPlatform audio{clock};
   DownloadStore models{ModelCatalogue::builtIn(), modelStoreOptions(), clock, isConnectionMetered};
   LocalSpeechPlatform speech{recognizers(models), clock};
-  LocalTranslationPlatform translation{translators(), [this] { return speech.supportedLocales(); },
-                                       clock};
+  LocalTranslationPlatform translation{translators(models),
+                                       [this] { return speech.supportedLocales(); }, clock};
   std::unique_ptr<DesktopPlatform> desktop = makeDesktopPlatform(clock);
   LinuxTrayHost trayHost{clock};
   DBusFileManager files;
