@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What the recognizer makes of speech and of noise. Without arguments: the built-in recognizer on
 // read books, synthetic voices, the same in noise, and sounds without speech. With a folder of WAV
-// files and a transcript: those clips, one line each.
+// files and a transcript: those clips, one line each; with a locale after them, by the neural
+// recognizer that is installed for it.
+#include "platform/foundation/system_clock.h"
+#include "platform/models/linux/download_store.h"
 #include "platform/speech/linux/built_in/built_in_recognizer_provider.h"
+#include "platform/speech/linux/neural/neural_recognizer_provider.h"
 #include "recognition/clips.h"
 #include "recognition/recognition_run.h"
 
@@ -33,11 +37,25 @@ void printRealTime(const Outcome& outcome) {
   row("recognizer_rss_mb", outcome.residentMegabytes, "MB");
 }
 
-void measureClips(RecognizerProvider& provider, const std::vector<Clip>& clips) {
-  const Outcome fast = recognise(provider, kLocale, clips, Pace::asFastAsPossible, true);
+void measureClips(RecognizerProvider& provider, const QString& locale,
+                  const std::vector<Clip>& clips) {
+  const Outcome fast = recognise(provider, locale, clips, Pace::asFastAsPossible, true);
   row("recognizer_wer_percent", fast.words.percent(), "%");
   row("recognizer_real_time_factor", fast.cpuSeconds / fast.audioSeconds, "x");
-  printRealTime(recognise(provider, kLocale, clips, Pace::realTime, false));
+  printRealTime(recognise(provider, locale, clips, Pace::realTime, false));
+}
+
+void measureNeural(const QString& locale, const std::vector<Clip>& clips) {
+  SystemClock clock;
+  ModelStoreOptions options;
+  options.root = DownloadStore::standardRoot();
+  // It never fetches anything by itself.
+  DownloadStore models(ModelCatalogue::builtIn(), options, clock, [] { return true; });
+  NeuralRecognizerProvider provider(
+      ModelCatalogue::builtIn(), models,
+      QCoreApplication::applicationDirPath() + "/../bin/velun-recognizer");
+  if (!provider.isInstalled(locale)) throw std::runtime_error("no model is installed for it");
+  measureClips(provider, locale, clips);
 }
 
 void measureAll(RecognizerProvider& provider, bool isVerbose) {
@@ -66,7 +84,9 @@ int main(int argc, char** argv) {
   BuiltInRecognizerProvider provider;
   try {
     if (arguments.size() == 3) {
-      measureClips(provider, readClips(arguments[1], arguments[2]));
+      measureClips(provider, kLocale, readClips(arguments[1], arguments[2]));
+    } else if (arguments.size() == 4) {
+      measureNeural(arguments[3], readClips(arguments[1], arguments[2]));
     } else {
       measureAll(provider, arguments.contains("--verbose"));
     }

@@ -127,7 +127,7 @@ AppServices Composition::services() {
           .clock = parts_->clock,
           .panels = systemFilePanels(),
           .trash = moveSessionToTrash,
-          .notes = settingsNotes(*parts_->desktop, parts_->translation),
+          .notes = settingsNotes(*parts_->desktop, parts_->translation, parts_->models),
           .credits = credits()};
 }
 

@@ -2,8 +2,12 @@
 #include "app/settings_notes_text.h"
 
 #include "platform/desktop/desktop_platform.h"
+#include "platform/models/model_catalogue.h"
+#include "platform/models/model_store.h"
 #include "platform/translation/translation_platform.h"
 #include "settings/localization.h"
+
+#include <algorithm>
 
 namespace velun {
 
@@ -26,16 +30,26 @@ QString captureHidingText(CaptureHiding hiding) {
            "이 데스크톱에서는 화면 공유·녹화에서 창을 숨길 수 없습니다.");
 }
 
+QString speechDownloadText(const ModelStore& models) {
+  static const ModelCatalogue catalogue = ModelCatalogue::builtIn();
+  const QStringList busy = models.busy();
+  const bool isFetching = std::any_of(busy.begin(), busy.end(), [](const QString& id) {
+    const Model* model = catalogue.find(id);
+    return model && model->kind != ModelKind::translation;
+  });
+  return isFetching ? L("Downloading speech model…", "음성 모델 다운로드 중…") : QString();
+}
+
 }  // namespace
 
-SettingsNotes settingsNotes(const DesktopPlatform& desktop,
-                            const TranslationPlatform& translation) {
+SettingsNotes settingsNotes(const DesktopPlatform& desktop, const TranslationPlatform& translation,
+                            const ModelStore& models) {
   SettingsNotes notes;
   notes.captureHiding = [&desktop] {
     return captureHidingText(desktop.capabilities().captureHiding);
   };
-  notes.download = [&translation] {
-    return translation.activity().value_or(QString());
+  notes.download = [&translation, &models] {
+    return translation.activity().value_or(speechDownloadText(models));
   };
   return notes;
 }

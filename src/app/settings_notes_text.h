@@ -6,9 +6,11 @@
 namespace velun {
 
 class DesktopPlatform;
+class ModelStore;
 class TranslationPlatform;
 
-/// What the settings window says about this machine. Both must outlive the notes.
-SettingsNotes settingsNotes(const DesktopPlatform& desktop, const TranslationPlatform& translation);
+/// What the settings window says about this machine. All three must outlive the notes.
+SettingsNotes settingsNotes(const DesktopPlatform& desktop, const TranslationPlatform& translation,
+                            const ModelStore& models);
 
 }  // namespace velun
