@@ -128,7 +128,7 @@ AppServices Composition::services() {
           .panels = systemFilePanels(),
           .trash = moveSessionToTrash,
           .notes = settingsNotes(*parts_->desktop, parts_->translation, parts_->models),
-          .credits = credits()};
+          .credits = credits(ModelCatalogue::builtIn())};
 }
 
 }  // namespace velun

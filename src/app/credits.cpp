@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/credits.h"
 
+#include "platform/models/model_catalogue.h"
+
 namespace velun {
 
-std::vector<Credit> credits() {
-  return {
+std::vector<Credit> credits(const ModelCatalogue& models) {
+  std::vector<Credit> credits = {
       {"Qt", "LGPL-3.0-only"},
       {"QCoro", "MIT"},
       {"PipeWire", "MIT"},
@@ -21,6 +23,8 @@ std::vector<Credit> credits() {
       {"SentencePiece", "Apache-2.0"},
       {"oneDNN", "Apache-2.0"},
   };
+  for (const Model& model : models.models()) credits.push_back({model.id, model.licence});
+  return credits;
 }
 
 }  // namespace velun

@@ -7,8 +7,10 @@
 
 namespace velun {
 
+class ModelCatalogue;
+
 /// The software that the program is made with, and the models that it offers, with the licences
 /// that their makers state.
-std::vector<Credit> credits();
+std::vector<Credit> credits(const ModelCatalogue& models);
 
 }  // namespace velun
