@@ -10,6 +10,7 @@
 #include <cmath>
 #include <csignal>
 #include <limits>
+#include <QTemporaryDir>
 #include <sys/wait.h>
 #include <thread>
 
@@ -111,6 +112,20 @@ class NeuralBackendTest final : public test::Suite {
     feed(backend, silence(1.1));
     QTRY_VERIFY((keepFinals(backend, finals), !finals.isEmpty()));
     QCOMPARE(finals, QStringList("Turn off the music now"));
+  }
+
+  void speechWithoutAPauseIsCutAndKept_data() { wordsOutOfSound_data(); }
+  void speechWithoutAPauseIsCutAndKept() {
+    QFETCH(RecognizerSettings, settings);
+    std::vector<float> samples;
+    constexpr int kTimes = 20;
+    for (int i = 0; i < kTimes; ++i) samples = samples + spoken(i % 2 ? music_ : numbers_);
+    const QStringList finals = finalsOf(settings, samples);
+    QVERIFY(finals.size() >= 2);
+    // A hundred words were said.
+    const QStringList words = finals.join(' ').split(' ');
+    QVERIFY2(words.size() >= 85, qPrintable(finals.join(" | ")));
+    QVERIFY2(words.size() <= 110, qPrintable(finals.join(" | ")));
   }
 
   void draftsGrow() {
@@ -307,6 +322,37 @@ class NeuralBackendTest final : public test::Suite {
     settings = transducer();
     settings.tokens = neuralData("h01.wav");
     QVERIFY2(failureOf(settings).contains("h01.wav"), qPrintable(failureOf(settings)));
+  }
+
+  void whatTheLibraryItselfRefusesIsReported() {
+    const QTemporaryDir dir;
+    QFile source(neuralData("nemo-ctc.int8.onnx"));
+    QVERIFY(source.open(QIODevice::ReadOnly));
+    QFile damaged(dir.filePath("model.onnx"));
+    QVERIFY(damaged.open(QIODevice::WriteOnly));
+    damaged.write(source.readAll().replace("Conv", "Xonv"));
+    damaged.close();
+    RecognizerSettings settings = nemoCtc();
+    settings.nemoCtc = damaged.fileName();
+    const QString text = failureOf(settings);
+    QVERIFY2(text.startsWith("The speech recognizer couldn’t be started ("), qPrintable(text));
+  }
+
+  void tooFewTokensEndTheRunOnly() {
+    const QTemporaryDir dir;
+    QFile tokens(dir.filePath("tokens.txt"));
+    QVERIFY(tokens.open(QIODevice::WriteOnly));
+    tokens.write("<blk> 0\n");
+    tokens.close();
+    RecognizerSettings settings = transducer();
+    settings.tokens = tokens.fileName();
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("The speech recognizer ended"));
+    try {
+      finalsOf(settings, music_ + music_);
+      QFAIL("it went on");
+    } catch (const Failure& failure) {
+      QVERIFY(failure.errorDescription().startsWith("The speech recognizer stopped unexpectedly"));
+    }
   }
 
   void theHelperEndsWithItsThread() {
