@@ -304,6 +304,23 @@ class NeuralBackendTest final : public test::Suite {
     }
   }
 
+  void aHelperThatDoesNotAnswerCountsAsEnded() {
+    // It takes its only argument, a number, for seconds, and says nothing.
+    HelperProcess helper("/usr/bin/sleep");
+    QVERIFY(!helper.tryReceive());
+    QVERIFY_EXCEPTION_THROWN(helper.receive(std::chrono::milliseconds(50)), HelperEnded);
+  }
+
+  void aHelperThatEndsAtOnceIsReported() {
+    try {
+      NeuralBackend backend("/usr/bin/false", transducer());
+      QFAIL("it started");
+    } catch (const Failure& failure) {
+      QCOMPARE(failure.errorDescription(), QString("The speech recognizer couldn’t be started. Try "
+                                                   "again, or choose another language."));
+    }
+  }
+
   void aMissingProgramIsReported() {
     try {
       NeuralBackend backend("/nonexistent/velun-recognizer", transducer());

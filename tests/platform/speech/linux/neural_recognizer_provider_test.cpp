@@ -110,6 +110,15 @@ class NeuralRecognizerProviderTest final : public test::Suite {
     QVERIFY(provider_.isInstalled("en_US"));
   }
 
+  void missingPunctuationIsFetchedLater() {
+    store_.there.insert(modelOf("en").id);
+    QVERIFY(provider_.factory("en_US"));
+    QCOMPARE(store_.quiet, QStringList(modelOf("en", ModelKind::punctuation).id));
+    store_.quiet.clear();
+    QVERIFY(provider_.factory("ko_KR"));
+    QVERIFY(store_.quiet.isEmpty());
+  }
+
   void aFailedDownloadIsTheStoresFailure() {
     store_.failure = "no space";
     const auto request = provider_.installationRequest("de_DE");

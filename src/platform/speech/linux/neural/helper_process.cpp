@@ -102,11 +102,11 @@ std::optional<RecognizerMessage> HelperProcess::tryReceive() {
   return message;
 }
 
-RecognizerMessage HelperProcess::receive() {
+RecognizerMessage HelperProcess::receive(std::chrono::milliseconds patience) {
   while (true) {
     if (std::optional<RecognizerMessage> message = tryReceive()) return *std::move(message);
     bool canSend = false;
-    if (!exchange(POLLIN, kPatience, canSend)) end();
+    if (!exchange(POLLIN, patience, canSend)) end();
   }
 }
 

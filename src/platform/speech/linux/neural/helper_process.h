@@ -21,8 +21,10 @@ class HelperEnded final : public std::runtime_error {
 /// thread that made it, should the program crash. For one worker thread; operations block.
 class HelperProcess {
  public:
-  /// How long an answer may take: loading a large model from a slow disk takes longest.
-  static constexpr std::chrono::seconds kPatience{60};
+  /// How long an answer may take.
+  static constexpr std::chrono::seconds kPatience{10};
+  /// How long loading may take: a large model from a slow disk.
+  static constexpr std::chrono::seconds kLoadPatience{60};
 
   /// Starts `program`. Throws `HelperEnded`.
   explicit HelperProcess(const QString& program);
@@ -37,8 +39,8 @@ class HelperProcess {
   /// sent was taken.
   std::optional<RecognizerMessage> tryReceive();
 
-  /// The next message, waiting for it. Throws `HelperEnded`.
-  RecognizerMessage receive();
+  /// The next message, waiting for it. Throws `HelperEnded`, also when the helper takes too long.
+  RecognizerMessage receive(std::chrono::milliseconds patience = kPatience);
 
   pid_t processId() const { return process_; }
 

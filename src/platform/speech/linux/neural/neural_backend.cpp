@@ -46,7 +46,7 @@ void NeuralBackend::start() {
   try {
     helper_ = std::make_unique<HelperProcess>(program_);
     helper_->send(Kind::configure, settings_.toJson());
-    while (helper_->receive().kind != Kind::ready) {
+    while (helper_->receive(HelperProcess::kLoadPatience).kind != Kind::ready) {
     }
   } catch (const std::runtime_error& end) {
     throw notStarted(end);

@@ -140,6 +140,8 @@ std::optional<RecognizerSettings> NeuralRecognizerProvider::punctuation(
 }
 
 RecognizerProvider::Factory NeuralRecognizerProvider::factory(const QString& locale) const {
+  // It was meant to come with the recognizer, but may have failed to.
+  if (const Model* marks = punctuationFor(locale)) store_.installQuietly(*marks);
   return [program = program_, settings = settings(locale)]() -> std::unique_ptr<RecognizerBackend> {
     return std::make_unique<NeuralBackend>(program, settings);
   };

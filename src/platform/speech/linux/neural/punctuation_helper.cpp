@@ -28,7 +28,7 @@ QString PunctuationHelper::exchange(const QString& text) {
   if (!helper_) {
     helper_ = std::make_unique<HelperProcess>(program_);
     helper_->send(Kind::configure, settings_.toJson());
-    while (helper_->receive().kind != Kind::ready) {
+    while (helper_->receive(HelperProcess::kLoadPatience).kind != Kind::ready) {
     }
   }
   helper_->send(Kind::restore, text.toUtf8());
