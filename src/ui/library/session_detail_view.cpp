@@ -36,7 +36,8 @@ SessionDetailView::SessionDetailView(AppSettings& settings, Clock& clock, QWidge
   languageLabel_->setBuddy(languages_);
   languages_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
   auto* bar = new QHBoxLayout;
-  bar->setContentsMargins(14, 8, 10, 8);
+  bar->setContentsMargins(18, 8, 10, 8);
+  bar->setSpacing(8);
   bar->addWidget(contentLabel_);
   bar->addWidget(contents_);
   bar->addSpacing(12);

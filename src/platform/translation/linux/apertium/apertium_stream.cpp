@@ -39,7 +39,10 @@ std::optional<QString> decode(const QByteArray& answer) {
     if (c == '\\' && i + 1 < answer.size()) c = answer[++i];
     text += c;
   }
-  return QString::fromUtf8(text).trimmed();
+  // Words that are left out leave their spaces.
+  QString plain = QString::fromUtf8(text).trimmed();
+  while (plain.contains(u"  ")) plain.replace(QStringLiteral("  "), QStringLiteral(" "));
+  return plain;
 }
 
 }  // namespace velun::apertium_stream
