@@ -128,6 +128,18 @@ class NeuralBackendTest final : public test::Suite {
     QVERIFY2(words.size() <= 110, qPrintable(finals.join(" | ")));
   }
 
+  void aLongPhraseEndsInAShorterPause() {
+    const std::vector<float> pause = silence(0.4);
+    const std::vector<float> rest = pause + spoken(music_);
+    QCOMPARE(finalsOf(nemoCtc(), spoken(numbers_) + rest).size(), 1);
+    std::vector<float> samples;
+    while (samples.size() < 9 * 16000) samples = samples + spoken(numbers_);
+    const QStringList finals = finalsOf(nemoCtc(), samples + rest);
+    QCOMPARE(finals.size(), 2);
+    QVERIFY2(finals[0].endsWith("ten eight"), qPrintable(finals[0]));
+    QVERIFY2(finals[1].endsWith("music now"), qPrintable(finals[1]));
+  }
+
   void draftsGrow() {
     NeuralBackend backend(helperProgram(), transducer());
     feed(backend, music_ + silence(1.2));

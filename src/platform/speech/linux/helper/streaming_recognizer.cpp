@@ -22,10 +22,11 @@ constexpr std::size_t kPiece = kRate / 10;
 
 /// Silence after which a stream that heard nothing is taken back to its beginning.
 constexpr float kIdleSilence = 2.4F;
-/// A phrase is never longer than this; one longer than the second is ended by the shorter silence.
+/// A phrase is never longer than this; one longer than the second is ended by a shorter silence
+/// after its last word, which still leaves the overlap free of that word.
 constexpr float kLongestPhrase = 20.0F;
 constexpr double kLongPhrase = 8.0;
-constexpr double kLongPhraseSilence = 0.4;
+constexpr double kLongPhraseSilence = 0.36;
 
 /// A new stream first hears the end of the old one again, from so long before the last step.
 constexpr double kOverlap = 0.3;
@@ -126,9 +127,9 @@ void StreamingRecognizer::decodeReady() {
     library_.decode(recognizer_.get(), stream_.get());
     ++stepCount_;
     readResult();
-    if (library_.isEndpoint(recognizer_.get(), stream_.get()) ||
-        (segmentSeconds() > kLongPhrase &&
-         segmentSeconds() - lastWord_ > kLongPhraseSilence + steps_.step && isInPhrase())) {
+    const bool isLong = segmentSeconds() > kLongPhrase && isInPhrase() &&
+                        segmentSeconds() - lastWord_ > kLongPhraseSilence;
+    if (isLong || library_.isEndpoint(recognizer_.get(), stream_.get())) {
       endPhrase();
     }
   }
