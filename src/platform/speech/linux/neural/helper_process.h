@@ -22,7 +22,7 @@ class HelperEnded final : public std::runtime_error {
 class HelperProcess {
  public:
   /// How long an answer may take.
-  static constexpr std::chrono::seconds kPatience{10};
+  static constexpr std::chrono::seconds kPatience{20};
   /// How long loading may take: a large model from a slow disk.
   static constexpr std::chrono::seconds kLoadPatience{60};
 

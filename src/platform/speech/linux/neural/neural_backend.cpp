@@ -4,6 +4,7 @@
 #include "platform/foundation/failure.h"
 #include "settings/localization.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace velun {
@@ -11,6 +12,9 @@ namespace velun {
 using Kind = RecognizerMessage::Kind;
 
 namespace {
+
+/// Half a second: what much sound at once is sent in, so that the helper answers in between.
+constexpr std::size_t kLongestPiece = 8000;
 
 Failure notStarted(const std::exception& end) {
   const QString reason = QString::fromUtf8(end.what());
@@ -78,10 +82,13 @@ void NeuralBackend::recover(const HelperEnded& end) {
 }
 
 void NeuralBackend::acceptAudio(std::span<const float> samples) {
-  const QByteArray body(reinterpret_cast<const char*>(samples.data()),
-                        static_cast<qsizetype>(samples.size_bytes()));
-  attempt([this, &body] { helper_->send(Kind::audio, body); });
-  ++unheard_;
+  for (std::size_t at = 0; at < samples.size(); at += kLongestPiece) {
+    const auto piece = samples.subspan(at, std::min(kLongestPiece, samples.size() - at));
+    const QByteArray body(reinterpret_cast<const char*>(piece.data()),
+                          static_cast<qsizetype>(piece.size_bytes()));
+    attempt([this, &body] { helper_->send(Kind::audio, body); });
+    ++unheard_;
+  }
 }
 
 std::vector<TranscriptionResult> NeuralBackend::poll() {
