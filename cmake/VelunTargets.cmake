@@ -49,7 +49,8 @@ function(velun_test name)
   add_test(NAME ${name} COMMAND ${CMAKE_SOURCE_DIR}/tests/support/run_isolated $<TARGET_FILE:${name}>)
   set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}"
     ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TZ=UTC;LC_ALL=C.UTF-8;OMP_NUM_THREADS=1")
-  if(ARG_SERIAL)
+  # What runs against a sound server or a window manager is a matter of tens of milliseconds.
+  if(ARG_SERIAL OR "desktop" IN_LIST ARG_LABELS OR "pipewire" IN_LIST ARG_LABELS)
     set_tests_properties(${name} PROPERTIES RUN_SERIAL ON)
   endif()
 endfunction()
