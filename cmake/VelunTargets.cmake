@@ -35,6 +35,9 @@ function(velun_layer name)
   _velun_precompile(${name})
 endfunction()
 
+# The tests that the thread sanitizer watches.
+add_custom_target(thread_tests)
+
 # velun_test(NAME SOURCES … LINKS … [LABELS …] [PROPERTIES …]): one test program, run by ctest
 # under NAME. Qt's warnings fail it; it has no display unless it starts one.
 function(velun_test name)
@@ -43,8 +46,14 @@ function(velun_test name)
   target_link_libraries(${name} PRIVATE velun_options velun_test_support Qt6::Test ${ARG_LINKS})
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
   target_compile_definitions(${name} PRIVATE VELUN_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data")
+  if("thread" IN_LIST ARG_LABELS)
+    add_dependencies(thread_tests ${name})
+  endif()
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 120)
+    if(VELUN_SANITIZE)
+      set(ARG_TIMEOUT 400)
+    endif()
   endif()
   add_test(NAME ${name} COMMAND ${CMAKE_SOURCE_DIR}/tests/support/run_isolated $<TARGET_FILE:${name}>)
   set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}"
