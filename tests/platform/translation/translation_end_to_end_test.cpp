@@ -52,9 +52,10 @@ class TranslationEndToEndTest final : public Suite {
   }
 
   void cleanup() {
-    fixture_.reset();
     platform_.reset();
     store_.reset();
+    settle();
+    fixture_.reset();
     settle();
   }
 
