@@ -50,7 +50,7 @@ class TheTree(unittest.TestCase):
                    if p.suffix == ".h" and "#pragma once" not in p.read_text())
 
     def test_scripts_name_no_path_of_one_machine(self):
-        home = re.compile(r"/(?:home|Users)/\w+/|/root/|/work/")
+        home = re.compile(r"/(?:home|Users|root|work)/\w+/")
         self.check(f"{p}: {m[0]}" for p in CODE + list((ROOT / "scripts").rglob("*"))
                    if p.is_file() and p.suffix != ".pyc"
                    for m in home.finditer(p.read_text(errors="replace")))
