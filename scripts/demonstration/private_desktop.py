@@ -102,7 +102,8 @@ class PrivateDesktop:
     def _start_display(self):
         reader, writer = os.pipe()
         self._processes.append(subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writer), "-screen", "0", "1280x800x24", "-nolisten", "tcp"],
+            ["Xvfb", "-displayfd", str(writer), "-screen", "0", "1280x800x24",
+             "-nolisten", "tcp", "-noreset"],
             env=self._environment, pass_fds=[writer], stderr=subprocess.DEVNULL))
         os.close(writer)
         with os.fdopen(reader) as number:
@@ -112,7 +113,7 @@ class PrivateDesktop:
             ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]))
         # Not black, so that the picture shows the panel's translucency.
         self._run(["xsetroot", "-solid", "#5d7389"])
-        self._start(["trayer", "--edge", "top", "--align", "right", "--tint", "0x303030"], log="tray")
+        self._start(["trayer", "--edge", "top", "--align", "right"], log="tray")
         self._start(["picom", "--backend", "xrender", "--config", "/dev/null"], log="picom")
 
     def _start_sound(self):

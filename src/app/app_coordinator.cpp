@@ -20,6 +20,7 @@
 #include "ui/menubar/status_item_notice.h"
 
 #include <QApplication>
+#include <QWindow>
 
 namespace velun {
 
@@ -253,7 +254,13 @@ void AppCoordinator::newSession() {
 QCoro::Task<> AppCoordinator::decideNewSession(QPointer<AppCoordinator> self, bool wasRunning) {
   QCoro::Task<> shutdown = self->model_.shutdown();
   co_await shutdown;
-  if (!self) co_return;
+  if (!self || self->ended_) co_return;
+  if (self->terminating_) {
+    // Asked for meanwhile: one question is enough, and quitting's is the one that counts.
+    self->replacing_ = false;
+    self->beginTermination(wasRunning);
+    co_return;
+  }
   const QString title =
       L("Save this session before starting a new one?", "새 세션을 시작하기 전에 저장할까요?");
   const bool goesOn = confirmDiscarding(self->model_, title, self->services_.question);
@@ -266,7 +273,7 @@ QCoro::Task<> AppCoordinator::decideNewSession(QPointer<AppCoordinator> self, bo
   }
   if (self->terminating_) {
     // Asked for meanwhile; it waited for this decision.
-    self->beginTermination();
+    self->beginTermination(wasRunning);
   } else if (wasRunning) {
     self->model_.start();
   }
@@ -276,13 +283,11 @@ void AppCoordinator::prepareToTerminate(TerminationReply reply) {
   replies_.push_back(std::move(reply));
   if (terminating_) return;
   terminating_ = true;
-  if (!replacing_) beginTermination();
+  if (!replacing_) beginTermination(model_.isRunning());
 }
 
-void AppCoordinator::beginTermination() {
-  startTask(this, [this, wasRunning = model_.isRunning()] {
-    return decideTermination(this, wasRunning);
-  });
+void AppCoordinator::beginTermination(bool wasRunning) {
+  startTask(this, [this, wasRunning] { return decideTermination(this, wasRunning); });
 }
 
 QCoro::Task<> AppCoordinator::decideTermination(QPointer<AppCoordinator> self, bool wasRunning) {
@@ -334,7 +339,9 @@ void AppCoordinator::observeApplication() {
     if (const auto command = commandForAction(name, parameter)) perform(*command);
   };
   application.onOpen = [this](const QList<QUrl>& files) {
-    if (!WindowPresentation::isModalOpen()) sessions_->open(files);
+    // Brings an open question to the front, which has to be answered first.
+    if (WindowPresentation::isModalOpen()) return reopen();
+    sessions_->open(files);
   };
   using Model = CaptionViewModel;
   for (const auto signal : {&Model::isRunningChanged, &Model::isTransitioningChanged,
@@ -345,6 +352,10 @@ void AppCoordinator::observeApplication() {
     connect(&model_.settings(), signal, this, &AppCoordinator::publishActions);
   }
   connect(captionWindow_.get(), &CaptionWindowController::visibilityChanged, this,
+          &AppCoordinator::publishActions);
+  // What can be exported depends on the window that has the keyboard.
+  connect(qApp, &QGuiApplication::focusWindowChanged, this, &AppCoordinator::publishActions);
+  connect(sessions_.get(), &SessionLibrary::selectionChanged, this,
           &AppCoordinator::publishActions);
   publishActions();
 }

@@ -64,6 +64,8 @@ class AppCoordinator final : public QObject {
 
   /// A quit is being decided.
   bool isTerminating() const { return terminating_; }
+  /// A quit or a new session is being decided.
+  bool isDeciding() const { return terminating_ || replacing_; }
 
   /// The last write before an end that cannot wait; nothing is asked or started any more.
   void endNow();
@@ -82,7 +84,7 @@ class AppCoordinator final : public QObject {
  private:
   static QCoro::Task<> decideNewSession(QPointer<AppCoordinator> self, bool wasRunning);
   static QCoro::Task<> decideTermination(QPointer<AppCoordinator> self, bool wasRunning);
-  void beginTermination();
+  void beginTermination(bool wasRunning);
   void observe();
   void observeLanguage();
   void observeApplication();

@@ -7,6 +7,7 @@
 #include <QDialog>
 #include <QEventLoop>
 #include <QSessionManager>
+#include <utility>
 
 namespace velun {
 
@@ -46,7 +47,8 @@ void AppDelegate::applicationDidFinishLaunching() {
 bool AppDelegate::eventFilter(QObject* watched, QEvent* event) {
   if (watched != qApp || event->type() != QEvent::Quit) return false;
   // From the session manager or the toolkit; the program itself never sends it.
-  if (agreedEnd_ == contentOf(model_.session())) {
+  // Good for one end: another program may have cancelled the one that it was given for.
+  if (std::exchange(agreedEnd_, std::nullopt) == contentOf(model_.session())) {
     finish();
   } else {
     requestTermination();
@@ -89,6 +91,12 @@ void AppDelegate::finish() {
 
 void AppDelegate::commitData(QSessionManager& manager) {
   if (manager.allowsInteraction()) {
+    // The question is up already. Waiting for its answer from within it would never end.
+    if (coordinator_.isDeciding() && QApplication::activeModalWidget()) {
+      manager.cancel();
+      manager.release();
+      return;
+    }
     if (!decideTerminationWaiting()) manager.cancel();
     manager.release();
   } else {

@@ -85,19 +85,16 @@ void SessionLibrary::openSessionFile() {
 
 void SessionLibrary::open(const QList<QUrl>& files) {
   if (files.isEmpty()) return;
-  QString problem;
+  QStringList problems;
   for (const QUrl& file : files) {
     try {
       library_.open(file);
     } catch (const std::exception& error) {
-      problem = descriptionOf(error);
+      problems.append(descriptionOf(error));
     }
   }
-  if (problem.isEmpty()) {
-    showHistory();
-  } else {
-    showError(problem);
-  }
+  if (problems.size() < files.size()) showHistory();
+  if (!problems.isEmpty()) showError(problems.join(u'\n'));
 }
 
 void SessionLibrary::saveHistoryFile() {
@@ -136,6 +133,7 @@ void SessionLibrary::deleteHistorySelection(const QList<QUrl>& visible) {
 
 void SessionLibrary::updateTitles() {
   if (historyWindow_) historyWindow_->updateTitle();
+  if (exportWindow_) exportWindow_->updateTitle();
 }
 
 void SessionLibrary::showError(const QString& message) {

@@ -5,6 +5,7 @@
 #include "settings/localization.h"
 
 #include <exception>
+#include <QFileInfo>
 
 namespace velun {
 
@@ -28,6 +29,16 @@ bool CaptionViewModel::persist(SessionStore::Flush flush) {
   }
 }
 
+namespace {
+
+/// A file's path with its folder's links resolved; the file itself may be gone.
+QString pathInFolder(const QUrl& url) {
+  const QFileInfo file(url.toLocalFile());
+  return QFileInfo(file.path()).canonicalFilePath() + QLatin1Char('/') + file.fileName();
+}
+
+}  // namespace
+
 bool CaptionViewModel::saveCurrentSession() {
   if (lines().empty()) return false;
   assign(isSavingSession_, true, &CaptionViewModel::isSavingSessionChanged);
@@ -35,7 +46,7 @@ bool CaptionViewModel::saveCurrentSession() {
 }
 
 void CaptionViewModel::savedFileWasDeleted(const QUrl& url) {
-  if (savedURL_ != url) return;
+  if (!savedURL_ || pathInFolder(*savedURL_) != pathInFolder(url)) return;
   clear(savedURL_, &CaptionViewModel::savedURLChanged);
   assign(isSavingSession_, false, &CaptionViewModel::isSavingSessionChanged);
 }

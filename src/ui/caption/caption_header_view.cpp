@@ -135,7 +135,7 @@ void CaptionHeaderView::present() {
   hideButton_->setLabel(L("Hide", "숨기기"),
                         L("You can reopen the caption window from the menu bar",
                           "메뉴 막대에서 자막 창을 다시 열 수 있습니다"));
-  if (model_.isRunning()) levelMeter_->wake();
+  levelMeter_->setRunning(model_.isRunning());
 }
 
 void CaptionHeaderView::paintEvent(QPaintEvent*) {

@@ -127,6 +127,11 @@ bool CaptionPanel::event(QEvent* event) {
   return QWidget::event(event);
 }
 
+void CaptionPanel::closeEvent(QCloseEvent* event) {
+  QWidget::closeEvent(event);
+  Q_EMIT closed();
+}
+
 void CaptionPanel::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setCompositionMode(QPainter::CompositionMode_Source);

@@ -39,9 +39,12 @@ class CaptionPanel final : public QWidget {
   void hoveringChanged(bool hovering);
   /// It was moved or resized.
   void frameChanged();
+  /// The window manager closed it.
+  void closed();
 
  protected:
   bool event(QEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void moveEvent(QMoveEvent* event) override;

@@ -55,6 +55,7 @@ CaptionWindowController::~CaptionWindowController() {
 
 void CaptionWindowController::connectToPanel() {
   connect(panel_.get(), &CaptionPanel::hoveringChanged, view_, &CaptionView::setHovering);
+  connect(panel_.get(), &CaptionPanel::closed, this, &CaptionWindowController::hide);
   connect(&view_->header(), &CaptionHeaderView::dragRequested, panel_.get(),
           &CaptionPanel::beginMove);
   connect(panel_.get(), &CaptionPanel::frameChanged, this, [this] {

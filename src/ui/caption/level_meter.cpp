@@ -26,14 +26,15 @@ LevelMeter::LevelMeter(std::function<std::vector<float>()> bands, QWidget* paren
   connect(&timer_, &QTimer::timeout, this, &LevelMeter::tick);
 }
 
-void LevelMeter::wake() {
-  if (isVisible()) timer_.start();
+void LevelMeter::setRunning(bool running) {
+  running_ = running;
+  if (running_ && isVisible()) timer_.start();
 }
 
 void LevelMeter::tick() {
   const std::vector<float> bands = bands_();
   levels_.advance(bands);
-  if (bands.empty() && levels_.isSettled()) timer_.stop();
+  if (!running_ && bands.empty() && levels_.isSettled()) timer_.stop();
   update();
 }
 
@@ -61,7 +62,7 @@ void LevelMeter::paintEvent(QPaintEvent*) {
 }
 
 void LevelMeter::showEvent(QShowEvent*) {
-  if (!bands_().empty() || !levels_.isSettled()) timer_.start();
+  if (running_ || !levels_.isSettled()) timer_.start();
 }
 
 void LevelMeter::hideEvent(QHideEvent*) {

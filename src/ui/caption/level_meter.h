@@ -21,8 +21,8 @@ class LevelMeter final : public QWidget {
   /// `bands` gives the band levels of the moment in dB, or nothing while captions are off.
   explicit LevelMeter(std::function<std::vector<float>()> bands, QWidget* parent = nullptr);
 
-  /// Begins to move again: there may be levels from now on.
-  void wake();
+  /// Whether captions are on: then it keeps looking for levels, else it comes to rest.
+  void setRunning(bool running);
 
   const LevelMeterLevels& levels() const { return levels_; }
   bool isMoving() const { return timer_.isActive(); }
@@ -41,6 +41,7 @@ class LevelMeter final : public QWidget {
  private:
   std::function<std::vector<float>()> bands_;
   LevelMeterLevels levels_;
+  bool running_ = false;
   QTimer timer_;
 };
 

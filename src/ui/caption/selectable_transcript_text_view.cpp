@@ -43,6 +43,7 @@ SelectableTranscriptTextView::SelectableTranscriptTextView(QTextDocument& docume
 
 void SelectableTranscriptTextView::clearSelection() {
   QTextCursor cursor = textCursor();
+  if (!cursor.hasSelection()) return;
   cursor.clearSelection();
   setTextCursor(cursor);
 }

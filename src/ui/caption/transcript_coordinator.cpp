@@ -67,7 +67,12 @@ TranscriptCoordinator::Presentation TranscriptCoordinator::presentation() const 
 void TranscriptCoordinator::apply(const TranscriptChange& change) {
   if (!presentation_) textView_->setAccessibleName(L("Caption Text", "자막 본문"));
   const bool sameSession = presentation_ == presentation();
-  if (!sameSession) textView_->clearSelection();
+  if (!sameSession) {
+    // Moving the cursor would scroll to it, before it is known where the reader was.
+    const int origin = textView_->verticalScrollBar()->value();
+    textView_->clearSelection();
+    textView_->verticalScrollBar()->setValue(origin);
+  }
   const bool selecting = textView_->hasSelection() || textView_->isSelectingText();
   const bool pins = inputs_.followsLatest && textView_->isAtBottom(kBottomSlack) && !selecting;
 

@@ -2,6 +2,7 @@
 #include "ui/common/find_bar.h"
 
 #include "settings/localization.h"
+#include "ui/common/editing_keys.h"
 #include "ui/common/symbol.h"
 
 #include <QHBoxLayout>
@@ -35,6 +36,7 @@ FindBar::FindBar(QTextEdit& text, bool captionStyle, QWidget* parent)
       captionStyle_(captionStyle),
       field_(new QLineEdit(this)),
       outcome_(new QLabel(this)) {
+  keepEditingKeys(*field_);
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(14, 4, 14, 10);
   row->setSpacing(6);

@@ -13,10 +13,6 @@ namespace velun {
 
 namespace {
 
-QString key(const QString& name) {
-  return QStringLiteral("frame.") + name;
-}
-
 std::optional<QRect> parsed(const QString& text) {
   const QStringList parts = text.split(QLatin1Char(' '));
   if (parts.size() != 4) return std::nullopt;
@@ -58,12 +54,12 @@ void storeFrame(const QWidget& window, PreferenceStore* frames, const QString& n
                            .arg(frame.y())
                            .arg(frame.width())
                            .arg(frame.height());
-  if (frames->get<QString>(key(name)) != text) frames->set(key(name), text);
+  if (frames->get<QString>(name) != text) frames->set(name, text);
 }
 
 bool restoreFrame(QWidget& window, const PreferenceStore* frames, const QString& name) {
   if (!frames) return false;
-  const std::optional<QRect> frame = parsed(frames->get<QString>(key(name)).value_or(QString()));
+  const std::optional<QRect> frame = parsed(frames->get<QString>(name).value_or(QString()));
   if (!frame) return false;
   window.setGeometry(visibleFrame(*frame));
   return true;

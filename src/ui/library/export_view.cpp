@@ -19,10 +19,12 @@ ExportView::ExportView(CaptionSession session, std::function<void()> cancel, Exp
       formats_(new QComboBox(this)),
       contents_(new QComboBox(this)),
       languages_(new QComboBox(this)),
-      description_(new QLabel(this)) {
+      description_(new QLabel(this)),
+      cancel_(new QPushButton(this)),
+      export_(new QPushButton(this)) {
   for (const SessionFormat format : allSessionFormats) formats_->addItem(title(format));
   for (const TranscriptContent content : allTranscriptContents) contents_->addItem(title(content));
-  languages_->addItem(L("All Translation Languages", "모든 번역 언어"), QString());
+  languages_->addItem(QString(), QString());
   for (const QString& language : session_.translationLanguages()) {
     languages_->addItem(languageName(language), language);
   }
@@ -30,52 +32,73 @@ ExportView::ExportView(CaptionSession session, std::function<void()> cancel, Exp
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(20, 18, 20, 18);
   column->setSpacing(6);
-  addRow(L("File Format", "파일 형식"), formats_);
-  addRow(L("Content", "포함할 내용"), contents_);
-  if (languages_->count() > 1) {
-    addRow(L("Translation Language", "번역 언어"), languages_);
-  } else {
+  formatLabel_ = addRow(formats_);
+  contentLabel_ = addRow(contents_);
+  languageLabel_ = addRow(languages_);
+  if (languages_->count() == 1) {
+    languageLabel_->hide();
     languages_->hide();
   }
   description_->setWordWrap(true);
   description_->setContentsMargins(0, 8, 0, 0);
   column->addWidget(description_);
   column->addStretch();
-
-  auto* cancelButton = new QPushButton(L("Cancel", "취소"), this);
-  cancelButton->setToolTip(L("Close without exporting", "내보내지 않고 닫기"));
-  cancelButton->setShortcut(QKeySequence(Qt::Key_Escape));
-  auto* exportButton = new QPushButton(L("Export…", "내보내기…"), this);
-  exportButton->setToolTip(L("Choose where to write the file", "파일을 저장할 위치 선택"));
-  exportButton->setDefault(true);
-  exportButton->setAutoDefault(true);
+  cancel_->setShortcut(QKeySequence(Qt::Key_Escape));
+  export_->setDefault(true);
+  export_->setAutoDefault(true);
   auto* buttons = new QHBoxLayout;
   buttons->addStretch();
-  buttons->addWidget(cancelButton);
-  buttons->addWidget(exportButton);
+  buttons->addWidget(cancel_);
+  buttons->addWidget(export_);
   column->addLayout(buttons);
 
   // Copied before the call: the callbacks may close the window that holds this view.
-  connect(cancelButton, &QPushButton::clicked, this, [cancel] {
+  connect(cancel_, &QPushButton::clicked, this, [cancel] {
     const std::function<void()> run = cancel;
     run();
   });
-  connect(exportButton, &QPushButton::clicked, this, [this, onExport] {
+  connect(export_, &QPushButton::clicked, this, [this, onExport] {
     const Export run = onExport;
     run(format(), content(), language());
   });
   connect(formats_, &QComboBox::currentIndexChanged, this, &ExportView::present);
-  present();
+  connect(&Localization::shared(), &Localization::languageChanged, this, &ExportView::translate);
+  translate();
 }
 
-void ExportView::addRow(const QString& text, QComboBox* chooser) {
-  auto* label = new QLabel(text, this);
+QLabel* ExportView::addRow(QComboBox* chooser) {
+  auto* label = new QLabel(this);
   label->setBuddy(chooser);
-  chooser->setAccessibleName(text);
-  chooser->setToolTip(text);
   auto* column = static_cast<QVBoxLayout*>(layout());
   column->addWidget(label);
   column->addWidget(chooser);
+  return label;
+}
+
+void ExportView::translate() {
+  const auto name = [](QLabel* label, QComboBox* chooser, const QString& text) {
+    label->setText(text);
+    chooser->setAccessibleName(text);
+    chooser->setToolTip(text);
+  };
+  name(formatLabel_, formats_, L("File Format", "파일 형식"));
+  name(contentLabel_, contents_, L("Content", "포함할 내용"));
+  name(languageLabel_, languages_, L("Translation Language", "번역 언어"));
+  for (int i = 0; i < formats_->count(); ++i) {
+    formats_->setItemText(i, title(allSessionFormats[static_cast<std::size_t>(i)]));
+  }
+  for (int i = 0; i < contents_->count(); ++i) {
+    contents_->setItemText(i, title(allTranscriptContents[static_cast<std::size_t>(i)]));
+  }
+  languages_->setItemText(0, L("All Translation Languages", "모든 번역 언어"));
+  for (int i = 1; i < languages_->count(); ++i) {
+    languages_->setItemText(i, languageName(languages_->itemData(i).toString()));
+  }
+  cancel_->setText(L("Cancel", "취소"));
+  cancel_->setToolTip(L("Close without exporting", "내보내지 않고 닫기"));
+  export_->setText(L("Export…", "내보내기…"));
+  export_->setToolTip(L("Choose where to write the file", "파일을 저장할 위치 선택"));
+  present();
 }
 
 void ExportView::present() {

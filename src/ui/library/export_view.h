@@ -8,6 +8,7 @@
 
 class QComboBox;
 class QLabel;
+class QPushButton;
 
 namespace velun {
 
@@ -24,7 +25,8 @@ class ExportView final : public QWidget {
              QWidget* parent = nullptr);
 
  private:
-  void addRow(const QString& text, QComboBox* chooser);
+  QLabel* addRow(QComboBox* chooser);
+  void translate();
   void present();
   SessionFormat format() const;
   TranscriptContent content() const;
@@ -34,7 +36,12 @@ class ExportView final : public QWidget {
   QComboBox* formats_;
   QComboBox* contents_;
   QComboBox* languages_;
+  QLabel* formatLabel_;
+  QLabel* contentLabel_;
+  QLabel* languageLabel_;
   QLabel* description_;
+  QPushButton* cancel_;
+  QPushButton* export_;
 };
 
 }  // namespace velun

@@ -45,6 +45,10 @@ void ExportWindowController::exportSession(const CaptionSession& session, Sessio
   }
 }
 
+void ExportWindowController::updateTitle() {
+  if (window_) window_->setWindowTitle(windowTitle());
+}
+
 void ExportWindowController::close() {
   if (!window_) return;
   // A button of the window may have asked for this, so it goes once that has returned.

@@ -25,6 +25,9 @@ class ExportWindowController final : public QObject {
   void exportSession(const CaptionSession& session, SessionFormat format, TranscriptContent content,
                      const std::optional<QString>& language);
 
+  /// Sets the title of an open window anew, in the interface language.
+  void updateTitle();
+
   /// The open window; null when there is none.
   QWidget* window() const { return window_.get(); }
 

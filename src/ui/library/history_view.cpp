@@ -3,6 +3,7 @@
 
 #include "settings/localization.h"
 #include "ui/caption/transcript_view.h"
+#include "ui/common/editing_keys.h"
 #include "ui/common/symbol.h"
 #include "ui/library/empty_state_view.h"
 #include "ui/library/session_detail_view.h"
@@ -10,7 +11,6 @@
 #include "ui/library/session_sections.h"
 
 #include <QAction>
-#include <QDateTime>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
@@ -18,7 +18,6 @@
 #include <QScopedValueRollback>
 #include <QSplitter>
 #include <QStackedWidget>
-#include <QTimeZone>
 #include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -29,6 +28,7 @@ namespace {
 
 constexpr int kSidebarWidth = 290;
 constexpr int kSmallestSidebarWidth = 200;
+constexpr auto kDayCheckInterval = std::chrono::minutes(1);
 
 /// A text and what explains it, on an action.
 void label(QAction* action, const QString& text, const QString& help = QString()) {
@@ -142,6 +142,7 @@ QWidget* HistoryView::makeSidebar() {
   searchField_ = new QLineEdit(sidebar);
   searchField_->setObjectName(QStringLiteral("search"));
   searchField_->setClearButtonEnabled(true);
+  keepEditingKeys(*searchField_);
   searchField_->addAction(symbolIcon(QStringLiteral("magnifyingglass")),
                           QLineEdit::LeadingPosition);
   list_ = new QListView(sidebar);
@@ -190,12 +191,12 @@ void HistoryView::setSidebarVisible(bool visible) {
 void HistoryView::showEvent(QShowEvent* event) {
   QWidget::showEvent(event);
   presentSessions();
-  scheduleMidnight();
+  watchTheDay();
 }
 
 void HistoryView::hideEvent(QHideEvent* event) {
   QWidget::hideEvent(event);
-  midnight_.reset();
+  dayCheck_.reset();
   search_.forget();
 }
 
@@ -227,7 +228,8 @@ void HistoryView::presentSessions() {
   if (!shown) return;  // the list stays as it is until the search can answer
   {
     const QScopedValueRollback presenting(isPresenting_, true);
-    rows_.show(*shown, localDay(clock_.now()));
+    shownDay_ = localDay(clock_.now());
+    rows_.show(*shown, shownDay_);
   }
   const bool nothingYet = library_.sessions().empty();
   if (nothingYet) {
@@ -235,7 +237,8 @@ void HistoryView::presentSessions() {
   } else {
     empty_->show(QStringLiteral("magnifyingglass"), L("No Results", "검색 결과가 없습니다"));
   }
-  listOrEmpty_->setCurrentWidget(shown->empty() ? static_cast<QWidget*>(empty_) : list_);
+  const bool isEmpty = shown->empty() && !(nothingYet && library_.isReloading());
+  listOrEmpty_->setCurrentWidget(isEmpty ? static_cast<QWidget*>(empty_) : list_);
   presentSelection();
 }
 
@@ -261,13 +264,12 @@ void HistoryView::presentError() {
   banner_->setText(library_.error().value_or(QString()));
 }
 
-void HistoryView::scheduleMidnight() {
-  const QDateTime now = QDateTime::fromMSecsSinceEpoch(
-      std::chrono::floor<std::chrono::milliseconds>(clock_.now()).time_since_epoch().count());
-  const QDateTime next = now.date().addDays(1).startOfDay();
-  midnight_ = clock_.callAfter(std::chrono::milliseconds(now.msecsTo(next) + 1000), [this] {
-    presentSessions();
-    scheduleMidnight();
+void HistoryView::watchTheDay() {
+  // A timer until midnight would stand still while the computer sleeps, and know of no changed
+  // clock.
+  dayCheck_ = clock_.callAfter(kDayCheckInterval, [this] {
+    if (localDay(clock_.now()) != shownDay_) presentSessions();
+    watchTheDay();
   });
 }
 

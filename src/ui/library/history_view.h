@@ -56,7 +56,7 @@ class HistoryView final : public QWidget {
   void presentSessions();
   void presentSelection();
   void presentError();
-  void scheduleMidnight();
+  void watchTheDay();
   void showContextMenu(const QPoint& position);
   void deleteSelected();
   void exportSelected();
@@ -69,7 +69,9 @@ class HistoryView final : public QWidget {
   std::function<void()> selectionChanged_;
   SessionSearch search_;
   SessionListModel rows_;
-  std::unique_ptr<ScheduledCall> midnight_;
+  std::unique_ptr<ScheduledCall> dayCheck_;
+  /// The day that the sections are seen from.
+  QDate shownDay_;
   /// Set while the list follows the library, so that it does not answer with a selection.
   bool isPresenting_ = false;
 

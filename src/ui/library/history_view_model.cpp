@@ -98,7 +98,7 @@ void HistoryViewModel::takeListing(Listing listing) {
   }
   sessions_ = std::move(listing.sessions);
   Q_EMIT sessionsChanged();
-  if (selection_ && !isListed(*selection_)) setSelection(std::nullopt);
+  if (selection_ && !isListed(*selection_)) setSelection(listedUnderAnotherName(*selection_));
   if (listing.unreadableCount > 0) {
     const QString count = QString::number(listing.unreadableCount);
     setError(
@@ -140,9 +140,14 @@ std::optional<QUrl> HistoryViewModel::deleteSelection(const QList<QUrl>& visible
   const QUrl url = *selection_;
   const qsizetype index = visible.indexOf(url);
   if (index < 0 || !isListed(url)) return std::nullopt;
+  const QString path = canonicalPath(url);
+  QList<QUrl> othersOpened;
+  for (const QUrl& opened : openedFiles_) {
+    if (canonicalPath(opened) != path) othersOpened.append(opened);
+  }
   trash_(url);
   std::erase_if(sessions_, [&url](const Entry& entry) { return entry->url == url; });
-  openedFiles_.removeAll(url);
+  openedFiles_ = othersOpened;
   std::optional<QUrl> neighbour;
   if (index + 1 < visible.size()) {
     neighbour = visible[index + 1];
@@ -165,6 +170,14 @@ void HistoryViewModel::setError(const std::optional<QString>& error) {
   if (error_ == error) return;
   error_ = error;
   Q_EMIT errorChanged();
+}
+
+std::optional<QUrl> HistoryViewModel::listedUnderAnotherName(const QUrl& url) const {
+  const QString path = canonicalPath(url);
+  const auto found = std::find_if(sessions_.begin(), sessions_.end(), [&path](const Entry& entry) {
+    return canonicalPath(entry->url) == path;
+  });
+  return found == sessions_.end() ? std::nullopt : std::optional((*found)->url);
 }
 
 bool HistoryViewModel::isListed(const QUrl& url) const {

@@ -67,6 +67,8 @@ class HistoryViewModel final : public QObject {
   void setSelection(const std::optional<QUrl>& url);
   void setError(const std::optional<QString>& error);
   bool isListed(const QUrl& url) const;
+  /// Where the same file is listed; none when it is not.
+  std::optional<QUrl> listedUnderAnotherName(const QUrl& url) const;
 
   SessionStore store_;
   Trash trash_;

@@ -69,6 +69,7 @@ SessionDetailView::SessionDetailView(AppSettings& settings, Clock& clock, QWidge
 SessionDetailView::~SessionDetailView() = default;
 
 void SessionDetailView::show(std::shared_ptr<const SavedSession> session) {
+  if (session == session_ && isVisibleTo(parentWidget()) == (session != nullptr)) return;
   const bool isOther = !session || !session_ || session->url != session_->url;
   session_ = std::move(session);
   if (isOther) {

@@ -20,22 +20,29 @@ QString foldedForSearch(const QString& text) {
 std::vector<TextRange> matchesIn(const QString& text, const QString& search, std::size_t limit) {
   const QString needle = foldedForSearch(search);
   if (needle.isEmpty()) return {};
-  // Folding can lengthen a text ("ß" to "ss"), so each folded unit remembers where it came from.
-  QString folded;
+  QString folded = foldedForSearch(text);
+  // Folding can lengthen a text ("ß" to "ss"); then each folded unit has to remember where it came
+  // from.
   std::vector<qsizetype> origin;
-  for (qsizetype i = 0; i < text.size();) {
-    const qsizetype length = text[i].isHighSurrogate() && i + 1 < text.size() ? 2 : 1;
-    folded += foldedForSearch(text.mid(i, length));
-    origin.resize(static_cast<std::size_t>(folded.size()), i);
-    i += length;
+  if (folded.size() != text.size()) {
+    folded.clear();
+    for (qsizetype i = 0; i < text.size();) {
+      const qsizetype length = text[i].isHighSurrogate() && i + 1 < text.size() ? 2 : 1;
+      folded += foldedForSearch(text.mid(i, length));
+      origin.resize(static_cast<std::size_t>(folded.size()), i);
+      i += length;
+    }
+    origin.push_back(text.size());
   }
-  origin.push_back(text.size());
+  const auto originOf = [&origin](qsizetype at) {
+    return origin.empty() ? at : origin[static_cast<std::size_t>(at)];
+  };
   std::vector<TextRange> found;
   const QStringMatcher matcher(needle);
   for (qsizetype at = matcher.indexIn(folded); at >= 0 && found.size() < limit;
        at = matcher.indexIn(folded, at + needle.size())) {
-    const qsizetype first = origin[static_cast<std::size_t>(at)];
-    const qsizetype last = origin[static_cast<std::size_t>(at + needle.size())];
+    const qsizetype first = originOf(at);
+    const qsizetype last = originOf(at + needle.size());
     found.push_back({first, last - first});
   }
   return found;

@@ -101,7 +101,12 @@ void MenuBarController::menuNeedsUpdate() {
   // Unchanged items stay as they are: a click that is under way must still find its item.
   if (items == items_) return;
   items_ = std::move(items);
-  fillMenu(menu_, items_, actions_.perform);
+  fillMenu(menu_, items_, [this](AppCommand command) {
+    actions_.perform(command);
+    // A chosen item has toggled its own mark, whatever became of the command.
+    items_.clear();
+    menuNeedsUpdate();
+  });
 }
 
 void MenuBarController::updateMenus() {

@@ -52,7 +52,8 @@ class Desktop:
         bus.stdout.close()
         reader, writer = os.pipe()
         self._processes.append(subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writer), "-screen", "0", "1280x800x24", "-nolisten", "tcp"],
+            ["Xvfb", "-displayfd", str(writer), "-screen", "0", "1280x800x24",
+             "-nolisten", "tcp", "-noreset"],
             env=self.environment, pass_fds=[writer], stderr=subprocess.DEVNULL))
         os.close(writer)
         with os.fdopen(reader) as number:

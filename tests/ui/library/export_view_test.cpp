@@ -67,8 +67,9 @@ class ExportViewTest final : public test::Suite {
 
   bool shows(const QString& text) const {
     const auto labels = view_->findChildren<QLabel*>();
-    return std::any_of(labels.begin(), labels.end(),
-                       [&text](const QLabel* label) { return label->text() == text; });
+    return std::any_of(labels.begin(), labels.end(), [&text](const QLabel* label) {
+      return label->isVisible() && label->text() == text;
+    });
   }
 
  private Q_SLOTS:
@@ -150,6 +151,18 @@ class ExportViewTest final : public test::Suite {
     QVERIFY(button("내보내기…"));
     chooser("파일 형식")->setCurrentIndex(2);
     QVERIFY(shows("원문·모든 번역·시간을 보존하며 Velun에서 다시 열 수 있습니다."));
+  }
+
+  void switchingTheLanguageKeepsTheChoice() {
+    open(sessionIn({"ko"}));
+    chooser("File Format")->setCurrentIndex(1);
+    chooser("Translation Language")->setCurrentIndex(1);
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(chooser("파일 형식")->currentText(), QString("텍스트 (.txt)"));
+    QCOMPARE(items(chooser("번역 언어")), QStringList({"모든 번역 언어", "한국어"}));
+    button("내보내기…")->click();
+    QCOMPARE(exports_[0].format, SessionFormat::text);
+    QCOMPARE(exports_[0].language.value_or(QString()), QString("ko"));
   }
 
   void closingTheWindowFromACallbackIsSafe() {

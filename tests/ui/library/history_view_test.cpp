@@ -233,6 +233,22 @@ class HistoryViewTest final : public test::Suite {
     QCOMPARE(library_->sessions().size(), std::size_t{2});
   }
 
+  void deletingAWordOfTheSearchDeletesNoSession() {
+    write("Lecture", 0, "river bank");
+    reload();
+    list()->setCurrentIndex(list()->model()->index(1, 0));
+    view_->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(view_.get()));
+    search()->setFocus();
+    search()->setText("river bank");
+    QTest::keyClick(search(), Qt::Key_Backspace, Qt::ControlModifier);
+    QCOMPARE(search()->text(), QString("river "));
+    QCOMPARE(library_->sessions().size(), std::size_t{1});
+    list()->setFocus();
+    QTest::keyClick(list(), Qt::Key_Backspace, Qt::ControlModifier);
+    QVERIFY(library_->sessions().empty());
+  }
+
   void theSidebarIsHiddenAndShown() {
     QVERIFY(view_->isSidebarVisible());
     action("Show/Hide Sidebar")->trigger();

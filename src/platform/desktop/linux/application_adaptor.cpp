@@ -15,7 +15,13 @@ void ApplicationAdaptor::Activate(const QVariantMap&) {
 void ApplicationAdaptor::Open(const QStringList& uris, const QVariantMap&) {
   QList<QUrl> files;
   for (const QString& uri : uris) files.append(QUrl(uri));
-  if (service_.onOpen) service_.onOpen(files);
+  // Opening may show an alert; the caller is not to wait for its answer.
+  QMetaObject::invokeMethod(
+      &service_,
+      [this, files] {
+        if (service_.onOpen) service_.onOpen(files);
+      },
+      Qt::QueuedConnection);
 }
 
 void ApplicationAdaptor::ActivateAction(const QString& name, const QVariantList& parameters,
