@@ -149,6 +149,24 @@ class NewSessionAndQuitTest final : public Suite {
     QVERIFY(!stage.model->isRunning());
   }
 
+  void aCancelledQuitDuringANewSessionTurnsCaptionsOnAgain() {
+    AppStage stage;
+    stage.startWithLine();
+    const QUuid before = stage.model->session().id;
+    stage.engine->holdsStops = true;
+    stage.perform(AppCommand::newSession);
+    stage.requestQuit();
+    stage.question.answers = {cancelDiscarding};
+    stage.engine->holdsStops = false;
+    stage.engine->release();
+    settle();
+    QCOMPARE(stage.question.asked.size(), std::size_t(1));
+    QCOMPARE(stage.question.asked[0].message, QString("Save this session before quitting?"));
+    QCOMPARE(stage.replies, std::vector({false}));
+    QCOMPARE(stage.model->session().id, before);
+    QVERIFY(stage.model->isRunning());
+  }
+
   void aSessionThatIsBeingSavedIsWrittenWithItsEnd() {
     AppStage stage([](AppSettings& settings) { settings.setAutoSaveSessions(true); });
     stage.startWithLine();

@@ -100,6 +100,18 @@ class TranscriptViewTest final : public test::Suite {
     QVERIFY(stage.view.atBottom());
   }
 
+  void anotherContentKeepsFollowing() {
+    Stage stage;
+    stage.addLines(60);
+    stage.update();
+    QCOMPARE(stage.toEnd(), 0);
+    stage.inputs.content = TranscriptContent::original;
+    stage.update();
+    QVERIFY(stage.bar()->maximum() > 0);
+    QCOMPARE(stage.toEnd(), 0);
+    QVERIFY(stage.view.atBottom());
+  }
+
   void withoutFollowingItStaysWhereItIs() {
     Stage stage;
     stage.inputs.followsLatest = false;
