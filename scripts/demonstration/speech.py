@@ -47,22 +47,30 @@ def phrase_ends(path):
     return [(i + 1) * FRAME for i in ends + spoken[-1:]]
 
 
+def padded(source, path):
+    """A copy with a moment of silence around it: the clips are cut to the word, and a player that
+    starts and stops with them would swallow a part of the first and the last."""
+    subprocess.run(["sox", str(source), str(path), "pad", "0.3", "0.3"], check=True)
+    return path
+
+
 def synthetic(folder):
     for number, (voice, text) in enumerate(SENTENCES):
-        path = folder / f"{number}-{voice}.wav"
-        subprocess.run(["flite", "-voice", voice, "-t", text, "-o", str(path)], check=True)
-        yield Clip(path, text, "flite")
+        spoken = folder / f"{number}-{voice}-spoken.wav"
+        subprocess.run(["flite", "-voice", voice, "-t", text, "-o", str(spoken)], check=True)
+        yield Clip(padded(spoken, folder / f"{number}-{voice}.wav"), text, "flite")
 
 
-def human():
+def human(folder):
     for line in (LIBRIVOX / "transcription").read_text().splitlines():
         text, name = re.fullmatch(r"<s> (.*) </s> \((.*)\)", line.strip()).groups()
-        yield Clip(LIBRIVOX / f"{name}.wav", text, "librivox")
+        path = padded(LIBRIVOX / f"{name}.wav", folder / f"{name}.wav")
+        yield Clip(path, text, "librivox")
 
 
 def clips(folder):
     folder.mkdir()
-    spoken = [*synthetic(folder), *human()]
+    spoken = [*synthetic(folder), *human(folder)]
     for clip in spoken:
         clip.phrase_ends = phrase_ends(clip.path)
     return spoken
