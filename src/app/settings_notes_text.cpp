@@ -16,7 +16,8 @@ namespace {
 QString captureHidingText(CaptureHiding hiding) {
   switch (hiding) {
     case CaptureHiding::compositor:
-      return {};
+      return L("This desktop leaves the caption window out of what is shared or recorded.",
+               "이 데스크톱은 공유·녹화되는 화면에서 자막 창을 제외합니다.");
     case CaptureHiding::whileCasting:
       return L(
           "This desktop cannot leave one window out, so the caption window also leaves your "
