@@ -73,7 +73,7 @@ class NeuralBackendTest final : public test::Suite {
 
  private Q_SLOTS:
   void initTestCase() {
-    if (!hasRecognitionLibrary()) QSKIP("The recognition library is missing: run scripts/setup.");
+    QVERIFY2(hasRecognitionLibrary(), "The recognition library is missing: run scripts/setup.");
   }
 
   void wordsOutOfSound_data() {

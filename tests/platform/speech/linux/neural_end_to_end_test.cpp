@@ -87,7 +87,7 @@ class NeuralEndToEndTest final : public test::Suite {
 
  private Q_SLOTS:
   void initTestCase() {
-    if (!hasRecognitionLibrary()) QSKIP("The recognition library is missing: run scripts/setup.");
+    QVERIFY2(hasRecognitionLibrary(), "The recognition library is missing: run scripts/setup.");
   }
 
   void fromNothingToWords() {
