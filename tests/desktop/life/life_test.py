@@ -1,88 +1,91 @@
 """The real program on a desktop of its own: launch, one instance, actions, trays, quit."""
 
+import os
 import re
-import time
 import unittest
+from pathlib import Path
 
-from desktop import HERE, PROGRAM, Desktop
+from private_desktop import PrivateDesktop
+from velun_program import VelunProgram
 
+EXECUTABLE = os.environ["VELUN_PROGRAM"]
+HERE = Path(__file__).resolve().parent
 PANEL = "Velun Captions"
 
 
 class Life(unittest.TestCase):
     def setUp(self):
-        self.desktop = self.enterContext(Desktop())
+        self.desktop = self.enterContext(PrivateDesktop())
+        self.program = VelunProgram(self.desktop, EXECUTABLE)
 
-    def quit(self, program):
-        self.desktop.action("quit")
-        self.assertEqual(program.wait(20), 0, self.desktop.log())
-        self.assertFalse(self.desktop.owns_name())
+    def quit(self):
+        self.assertEqual(self.program.quit(), 0, self.program.log())
+        self.assertFalse(self.program.owns_name())
 
     def test_without_a_tray_the_panel_is_shown_with_the_reason(self):
-        program = self.desktop.launch()
+        self.program.launch()
         self.desktop.wait_for_window(PANEL)
         self.desktop.wait_for_window("Velun")
-        self.quit(program)
+        self.quit()
 
     def test_the_reason_is_told_once(self):
-        self.desktop.write_preferences(statusItemExplained=True)
-        program = self.desktop.launch()
+        self.program.write_preferences(statusItemExplained=True)
+        self.program.launch()
         self.desktop.wait_for_window(PANEL)
         self.assertNotIn("Velun", self.desktop.windows())
-        self.quit(program)
+        self.quit()
 
     def test_a_second_launch_shows_the_panel_of_the_first(self):
-        self.desktop.start(["trayer"])
-        program = self.desktop.launch()
+        self.desktop.start_tray()
+        self.program.launch()
         self.assertNotIn(PANEL, self.desktop.windows())
-        second = self.desktop.start([PROGRAM])
+        second = self.desktop.start([EXECUTABLE])
         self.assertEqual(second.wait(20), 0)
         self.desktop.wait_for_window(PANEL)
-        self.assertIsNone(program.poll())
-        self.quit(program)
+        self.assertIsNone(self.program.process.poll())
+        self.quit()
 
     def test_actions_change_the_state(self):
-        program = self.desktop.launch()
-        self.assertEqual(self.desktop.state()["running"], False)
-        self.assertEqual(self.desktop.state()["input"], "computer")
-        self.desktop.action("input", "microphone")
-        self.desktop.wait_for_state("input", "microphone")
-        self.desktop.action("select-computer")
-        self.desktop.wait_for_state("input", "computer")
-        self.desktop.action("toggle-keep-on-top")
-        self.desktop.wait_for_state("toggle-keep-on-top", False)
-        self.desktop.action("show-panel")
-        self.desktop.wait_for_state("toggle-panel", True)
-        self.desktop.action("toggle-panel")
-        self.desktop.wait_for_state("toggle-panel", False)
-        self.quit(program)
+        self.program.launch()
+        self.assertEqual(self.program.state()["running"], False)
+        self.assertEqual(self.program.state()["input"], "computer")
+        self.program.action("input", "microphone")
+        self.program.wait_for_state("input", "microphone")
+        self.program.action("select-computer")
+        self.program.wait_for_state("input", "computer")
+        self.program.action("toggle-keep-on-top")
+        self.program.wait_for_state("toggle-keep-on-top", False)
+        self.program.action("show-panel")
+        self.program.wait_for_state("toggle-panel", True)
+        self.program.action("toggle-panel")
+        self.program.wait_for_state("toggle-panel", False)
+        self.quit()
 
     def test_windows_open_by_action(self):
-        program = self.desktop.launch()
+        self.program.launch()
         for action, title in (("show-settings", "Velun Settings"),
                               ("show-history", "Velun — Saved Sessions"),
                               ("show-about", "About Velun"),
                               ("check-for-updates", "Velun — Updates")):
-            self.desktop.action(action)
+            self.program.action(action)
             self.desktop.wait_for_window(title)
-        self.quit(program)
+        self.quit()
 
     def test_without_sound_captions_say_so_and_stop(self):
-        program = self.desktop.launch()
-        self.desktop.action("toggle-captions")
+        self.program.launch()
+        self.program.action("toggle-captions")
         self.desktop.wait_for_window(PANEL)
-        time.sleep(0.2)
-        self.desktop.wait_for_state("running", False)
-        self.assertIsNone(program.poll(), self.desktop.log())
-        self.quit(program)
+        self.program.wait_for_state("running", False)
+        self.assertIsNone(self.program.process.poll(), self.program.log())
+        self.quit()
 
     def test_a_damaged_preference_file_is_set_aside(self):
-        self.desktop.preferences.parent.mkdir(parents=True)
-        self.desktop.preferences.write_text('{"useMic": tr')
-        program = self.desktop.launch()
-        self.assertEqual(self.desktop.state()["input"], "computer")
-        self.assertTrue((self.desktop.preferences.parent / "preferences.json.damaged").exists())
-        self.quit(program)
+        self.program.preferences.parent.mkdir(parents=True)
+        self.program.preferences.write_text('{"useMic": tr')
+        self.program.launch()
+        self.assertEqual(self.program.state()["input"], "computer")
+        self.assertTrue((self.program.preferences.parent / "preferences.json.damaged").exists())
+        self.quit()
 
     def test_an_unwritable_home_does_not_keep_it_from_running(self):
         for name in ("DATA", "CONFIG", "CACHE", "STATE"):
@@ -90,37 +93,37 @@ class Life(unittest.TestCase):
             path = self.desktop.root / f"no-{name}"
             path.write_text("")
             self.desktop.environment[f"XDG_{name}_HOME"] = str(path)
-        program = self.desktop.launch()
-        self.desktop.action("input", "microphone")
-        self.desktop.wait_for_state("input", "microphone")
-        self.quit(program)
+        self.program.launch()
+        self.program.action("input", "microphone")
+        self.program.wait_for_state("input", "microphone")
+        self.quit()
 
     def test_without_a_bus_it_runs_and_ends_on_a_signal(self):
         del self.desktop.environment["DBUS_SESSION_BUS_ADDRESS"]
         self.desktop.environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=/nonexistent"
-        program = self.desktop.start([PROGRAM])
+        self.program.start()
         self.desktop.wait_for_window(PANEL)
-        self.assertEqual(self.desktop.terminate(program), 0)
+        self.assertEqual(self.program.terminate(), 0)
 
     def test_signals_end_it_cleanly(self):
         for times in (1, 2):
-            program = self.desktop.launch()
-            self.assertEqual(self.desktop.terminate(program, times), 0, self.desktop.log())
+            self.program.launch()
+            self.assertEqual(self.program.terminate(times), 0, self.program.log())
 
     def test_an_embedding_tray_gets_the_icon(self):
-        self.desktop.start(["trayer", "--width", "10"])
-        program = self.desktop.launch()
+        self.desktop.start_tray()
+        self.program.launch()
         self.desktop.wait("the icon", lambda: self.embedded_icons())
         self.assertNotIn(PANEL, self.desktop.windows())
-        self.quit(program)
+        self.quit()
 
     def test_a_tray_that_comes_later_gets_the_icon(self):
-        program = self.desktop.launch()
+        self.program.launch()
         self.desktop.wait_for_window(PANEL)
         self.assertFalse(self.embedded_icons())
-        self.desktop.start(["trayer", "--width", "10"])
+        self.desktop.start_tray()
         self.desktop.wait("the icon", lambda: self.embedded_icons())
-        self.quit(program)
+        self.quit()
 
     def embedded_icons(self):
         """Small windows of the program inside those of the tray."""
@@ -139,12 +142,13 @@ class BusTray(unittest.TestCase):
 
     @classmethod
     def setUpClass(cls):
-        cls.desktop = cls.enterClassContext(Desktop())
-        cls.host = cls.desktop.start(["/usr/bin/python3", str(HERE / "status_notifier_host.py")],
+        cls.desktop = cls.enterClassContext(PrivateDesktop())
+        cls.host = cls.desktop.start(["/usr/bin/python3", HERE / "status_notifier_host.py"],
                                      stdin=-1, stdout=-1, text=True, bufsize=1)
         assert cls.host.stdout.readline().strip() == "ready"
-        cls.desktop.write_preferences(translate=False)
-        cls.program = cls.desktop.launch()
+        cls.program = VelunProgram(cls.desktop, EXECUTABLE)
+        cls.program.write_preferences(translate=False)
+        cls.program.launch()
         assert cls.ask("item") == "there"
 
     @classmethod
@@ -169,18 +173,18 @@ class BusTray(unittest.TestCase):
         self.assertEqual(menu["Computer Audio"], (True, True))
         self.assertEqual(menu["Save Current Session"], (False, False))
         self.ask("click Microphone")
-        self.desktop.wait_for_state("input", "microphone")
+        self.program.wait_for_state("input", "microphone")
         self.assertEqual(self.menu()["Microphone"], (True, True))
         self.assertEqual(self.menu()["Computer Audio"], (True, False))
         self.ask("click Computer Audio")
-        self.desktop.wait_for_state("input", "computer")
+        self.program.wait_for_state("input", "computer")
         self.ask("click Show Caption Window")
-        self.desktop.wait_for_state("toggle-panel", True)
+        self.program.wait_for_state("toggle-panel", True)
         self.assertIn("Hide Caption Window", self.menu())
         self.ask("click Hide Caption Window")
-        self.desktop.wait_for_state("toggle-panel", False)
+        self.program.wait_for_state("toggle-panel", False)
         self.ask("click Keep on Top")
-        self.desktop.wait_for_state("toggle-keep-on-top", False)
+        self.program.wait_for_state("toggle-keep-on-top", False)
         self.assertEqual(self.menu()["Keep on Top"], (True, False))
 
     def test_the_tool_tip_says_the_state(self):
@@ -195,7 +199,7 @@ class BusTray(unittest.TestCase):
 
     def test_z_quit_ends_it(self):
         self.ask("click Quit Velun")
-        self.assertEqual(self.program.wait(20), 0, self.desktop.log())
+        self.assertEqual(self.program.process.wait(30), 0, self.program.log())
 
 
 if __name__ == "__main__":

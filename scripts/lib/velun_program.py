@@ -1,0 +1,88 @@
+"""The real program on a private desktop, driven over the session bus."""
+
+import json
+import re
+import signal
+
+from private_desktop import SINK
+
+APPLICATION = "app.velun.Velun"
+OBJECT = "/app/velun/Velun"
+LOG = "velun"
+
+
+class VelunProgram:
+    def __init__(self, desktop, executable):
+        self._desktop = desktop
+        self._executable = executable
+        self.process = None
+        self.preferences = desktop.home / "config" / APPLICATION / "preferences.json"
+        self.sessions = desktop.home / "data" / "Velun" / "Sessions"
+
+    def write_preferences(self, **values):
+        self.preferences.parent.mkdir(parents=True, exist_ok=True)
+        self.preferences.write_text(json.dumps(values))
+
+    def read_preferences(self):
+        return json.loads(self.preferences.read_text())
+
+    def launch(self):
+        """Starts the program and waits until it can be called."""
+        self.start()
+        self._desktop.wait("the program", lambda: self.process.poll() is not None
+                           or self.owns_name())
+        assert self.process.poll() is None, self.log()
+        self._desktop.wait("its actions", self.state)
+
+    def start(self):
+        self.process = self._desktop.start([self._executable], log=LOG)
+
+    def log(self):
+        return self._desktop.log_path(LOG).read_text(encoding="utf-8", errors="replace")
+
+    def owns_name(self):
+        return "true" in self._desktop.run(
+            "gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path",
+            "/org/freedesktop/DBus", "--method", "org.freedesktop.DBus.NameHasOwner", APPLICATION)
+
+    def call(self, method, *arguments):
+        return self._desktop.run("gdbus", "call", "--session", "--dest", APPLICATION,
+                                 "--object-path", OBJECT, "--method", method, *arguments)
+
+    def action(self, name, parameter=None):
+        parameters = "[]" if parameter is None else f"[<'{parameter}'>]"
+        self.call("org.freedesktop.Application.ActivateAction", name, parameters, "{}")
+
+    def open(self, *paths):
+        """As a file manager opens session files with the program."""
+        uris = ", ".join(f"'{path.as_uri()}'" for path in paths)
+        self.call("org.freedesktop.Application.Open", f"[{uris}]", "{}")
+
+    def state(self):
+        """The state of the actions by name."""
+        text = self.call("org.freedesktop.DBus.Properties.Get", APPLICATION, "State")
+        return {name: value == "true" if value in ("true", "false") else value.strip("'")
+                for name, value in re.findall(r"'([\w-]+)': <([^>]*)>", text)}
+
+    def wait_for_state(self, name, value):
+        self._desktop.wait(f"{name} to be {value}", lambda: self.state().get(name) == value)
+
+    def wait_until_capturing(self):
+        """Until the program's capture is linked to the output."""
+        self._desktop.wait("the capture",
+                           lambda: f"{SINK}:monitor" in self._desktop.run("pw-link", "-o", "-l")
+                           and "Velun" in self._desktop.run("pw-link", "-l"))
+
+    def session_files(self):
+        return sorted(self.sessions.glob("*.json"))
+
+    def quit(self):
+        """Ends it by its command; returns the exit status."""
+        self.action("quit")
+        return self.process.wait(30)
+
+    def terminate(self, times=1):
+        """Ends it by signals; returns the exit status."""
+        for _ in range(times):
+            self.process.send_signal(signal.SIGTERM)
+        return self.process.wait(30)
