@@ -1,0 +1,49 @@
+"""Tests of the real program on a desktop of its own, driven through the accessibility bus."""
+
+import os
+import unittest
+
+from accessibility import Accessibility
+from private_desktop import PrivateDesktop
+from velun_program import APPLICATION, VelunProgram
+
+
+class ProgramCase(unittest.TestCase):
+    """Each test gets a desktop with a tray, so that no window shows before one is asked for."""
+
+    def setUp(self):
+        self.desktop = self.enterContext(PrivateDesktop())
+        self.desktop.start_tray()
+        self.accessibility = self.enterContext(Accessibility(self.desktop))
+        self.program = VelunProgram(self.desktop, os.environ["VELUN_PROGRAM"])
+        self.application = None
+
+    def launch(self):
+        self.program.launch()
+        self.application = self.accessibility.application(APPLICATION)
+
+    def quit(self):
+        self.assertEqual(self.program.quit(), 0, self.program.log())
+
+    def open_window(self, action, title):
+        """Opens a window by an action of the program; returns its accessible object."""
+        self.program.action(action)
+        return self.window(title)
+
+    def window(self, title):
+        """Waits for a window of the program and for the keyboard to be with it."""
+        window = self.application.wait_for(name=title)
+        self.wait(f"“{title}” to be active", lambda: "active" in window.states)
+        return window
+
+    def wait(self, what, condition):
+        return self.desktop.wait(what, condition)
+
+    def preference(self, key):
+        """As stored; none before it was ever written."""
+        if not self.program.preferences.exists():
+            return None
+        return self.program.read_preferences().get(key)
+
+    def wait_for_preference(self, key, value):
+        self.wait(f"the preference {key} to be {value!r}", lambda: self.preference(key) == value)
