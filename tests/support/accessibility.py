@@ -135,6 +135,11 @@ class Node:
         return tuple(int(number) for number in
                      self._call(COMPONENT, "GetExtents", "u", SCREEN, default=(0, 0, 0, 0)))
 
+    def character_extents(self, offset):
+        """As `extents`, of one character of its text."""
+        return tuple(int(number) for number in self._call(
+            TEXT, "GetCharacterExtents", "iu", offset, SCREEN, default=(0, 0, 0, 0)))
+
     @property
     def exists(self):
         return bool(self.states)
