@@ -213,15 +213,12 @@ void AppCoordinator::saveDocument() {
 }
 
 void AppCoordinator::showSettings() {
-  const bool isNew = !settingsWindow_;
-  if (isNew) {
+  if (!settingsWindow_) {
     settingsWindow_ = std::make_unique<SettingsWindowController>(
         model_, [this] { perform(AppCommand::openSessionsFolder); }, services_.notes);
+    menuBar().mainMenu().install(&settingsWindow_->window(), MainMenu::Place::globalOnly);
   }
   settingsWindow_->show();
-  if (isNew) {
-    menuBar().mainMenu().install(settingsWindow_->window(), MainMenu::Place::globalOnly);
-  }
 }
 
 void AppCoordinator::openSessionsFolder() {

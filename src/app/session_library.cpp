@@ -66,9 +66,10 @@ void SessionLibrary::exportCurrentSession() {
 }
 
 void SessionLibrary::exportSession(const CaptionSession& session) {
-  if (!exportWindow_) exportWindow_ = std::make_unique<ExportWindowController>(services_.panels);
+  if (!exportWindow_) {
+    exportWindow_ = std::make_unique<ExportWindowController>(services_.panels, windowMade_);
+  }
   exportWindow_->show(session);
-  if (exportWindow_->window()) windowMade_(exportWindow_->window());
 }
 
 void SessionLibrary::openSessionFile() {

@@ -262,7 +262,7 @@ class AppCommandsTest final : public Suite {
     stage.settings.setLanguage(AppLanguage::korean);
     settle();
     QCOMPARE(stage.coordinator().menuBar().mainMenu().menus()[1]->title(), QString("파일"));
-    QCOMPARE(stage.coordinator().settingsWindow()->window()->windowTitle(), QString("Velun 설정"));
+    QCOMPARE(stage.coordinator().settingsWindow()->window().windowTitle(), QString("Velun 설정"));
     QStringList titles;
     for (const QWidget* window : QApplication::topLevelWidgets()) titles << window->windowTitle();
     QVERIFY(titles.contains("Velun — 저장 기록"));

@@ -18,8 +18,10 @@ QString windowTitle() {
 
 }  // namespace
 
-ExportWindowController::ExportWindowController(FilePanels panels, QObject* parent)
-    : QObject(parent), panels_(std::move(panels)) {}
+ExportWindowController::ExportWindowController(FilePanels panels,
+                                               std::function<void(QWidget*)> windowMade,
+                                               QObject* parent)
+    : QObject(parent), panels_(std::move(panels)), windowMade_(std::move(windowMade)) {}
 
 ExportWindowController::~ExportWindowController() = default;
 
@@ -32,6 +34,7 @@ void ExportWindowController::show(const CaptionSession& session) {
         exportSession(session, format, content, language);
       });
   window_ = WindowPresentation::makeWindow(windowTitle(), kContentSize, std::move(view), false);
+  windowMade_(window_.get());
   WindowPresentation::present(*window_);
 }
 

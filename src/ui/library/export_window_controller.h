@@ -4,6 +4,7 @@
 #include "model/caption_session.h"
 #include "ui/common/file_panels.h"
 
+#include <functional>
 #include <memory>
 #include <QObject>
 #include <QWidget>
@@ -15,7 +16,9 @@ class ExportWindowController final : public QObject {
   Q_OBJECT
 
  public:
-  explicit ExportWindowController(FilePanels panels, QObject* parent = nullptr);
+  /// `windowMade` hears of every window before it is first shown.
+  ExportWindowController(FilePanels panels, std::function<void(QWidget*)> windowMade,
+                         QObject* parent = nullptr);
   ~ExportWindowController() override;
 
   /// Opens the window for a session; one that is open is closed first.
@@ -28,13 +31,11 @@ class ExportWindowController final : public QObject {
   /// Sets the title of an open window anew, in the interface language.
   void updateTitle();
 
-  /// The open window; null when there is none.
-  QWidget* window() const { return window_.get(); }
-
  private:
   void close();
 
   FilePanels panels_;
+  std::function<void(QWidget*)> windowMade_;
   std::unique_ptr<QWidget> window_;
 };
 

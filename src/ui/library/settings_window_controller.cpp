@@ -16,24 +16,20 @@ constexpr QSize kContentSize(460, 760);
 SettingsWindowController::SettingsWindowController(CaptionViewModel& model,
                                                    std::function<void()> openRecordsFolder,
                                                    SettingsNotes notes, QObject* parent)
-    : QObject(parent),
-      model_(model),
-      openRecordsFolder_(std::move(openRecordsFolder)),
-      notes_(std::move(notes)) {}
+    : QObject(parent) {
+  auto view = std::make_unique<SettingsView>(model, std::move(openRecordsFolder), std::move(notes));
+  view_ = view.get();
+  window_ = WindowPresentation::makeWindow(title(), kContentSize, std::move(view), false);
+}
 
 SettingsWindowController::~SettingsWindowController() = default;
 
 void SettingsWindowController::show() {
-  if (!window_) {
-    auto view = std::make_unique<SettingsView>(model_, openRecordsFolder_, notes_);
-    view_ = view.get();
-    window_ = WindowPresentation::makeWindow(title(), kContentSize, std::move(view), false);
-  }
   WindowPresentation::present(*window_);
 }
 
 void SettingsWindowController::updateTitle() {
-  if (window_) window_->setWindowTitle(title());
+  window_->setWindowTitle(title());
 }
 
 QString SettingsWindowController::title() {
@@ -41,7 +37,7 @@ QString SettingsWindowController::title() {
 }
 
 void SettingsWindowController::updateNotes() {
-  if (view_) view_->updateNotes();
+  view_->updateNotes();
 }
 
 }  // namespace velun

@@ -13,7 +13,7 @@ namespace velun {
 
 class SettingsView;
 
-/// Owns the settings window, which is made when first shown and kept. Main thread.
+/// Owns the settings window, which is made once and reused. Main thread.
 class SettingsWindowController final : public QObject {
   Q_OBJECT
 
@@ -27,17 +27,13 @@ class SettingsWindowController final : public QObject {
   /// Sets the window's title anew, in the interface language.
   void updateTitle();
   static QString title();
-  /// Null until it was shown once.
-  QWidget* window() const { return window_.get(); }
+  QWidget& window() const { return *window_; }
   /// Something that the notes tell of has changed.
   void updateNotes();
 
  private:
-  CaptionViewModel& model_;
-  std::function<void()> openRecordsFolder_;
-  SettingsNotes notes_;
   std::unique_ptr<QWidget> window_;
-  SettingsView* view_ = nullptr;
+  SettingsView* view_;
 };
 
 }  // namespace velun

@@ -70,6 +70,7 @@ void MenuBarController::activated(QSystemTrayIcon::ActivationReason reason) {
   const bool isBusHost = host_.protocol() == TrayHost::Protocol::statusNotifier;
   switch (reason) {
     case QSystemTrayIcon::Trigger:
+    case QSystemTrayIcon::DoubleClick:  // the second of two quick ones
       statusItemClicked(!(QGuiApplication::queryKeyboardModifiers() & Qt::ControlModifier));
       break;
     case QSystemTrayIcon::Context:
