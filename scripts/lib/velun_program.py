@@ -14,7 +14,9 @@ LOG = "velun"
 class VelunProgram:
     def __init__(self, desktop, executable):
         self._desktop = desktop
-        self._executable = executable
+        self.executable = executable
+        # What it is started through, as a command with its arguments.
+        self.prefix = []
         self.process = None
         self.preferences = desktop.home / "config" / APPLICATION / "preferences.json"
         self.sessions = desktop.home / "data" / "Velun" / "Sessions"
@@ -35,7 +37,7 @@ class VelunProgram:
         self._desktop.wait("its actions", self.state)
 
     def start(self):
-        self.process = self._desktop.start([self._executable], log=LOG)
+        self.process = self._desktop.start([*self.prefix, self.executable], log=LOG)
 
     def log(self):
         return self._desktop.log_path(LOG).read_text(encoding="utf-8", errors="replace")
@@ -63,6 +65,11 @@ class VelunProgram:
         text = self.call("org.freedesktop.DBus.Properties.Get", APPLICATION, "State")
         return {name: value == "true" if value in ("true", "false") else value.strip("'")
                 for name, value in re.findall(r"'([\w-]+)': <([^>]*)>", text)}
+
+    def can(self, action):
+        """Whether the action can be carried out now."""
+        actions = self.call("org.freedesktop.DBus.Properties.Get", APPLICATION, "Actions")
+        return f"'{action}': <true>" in actions
 
     def wait_for_state(self, name, value):
         self._desktop.wait(f"{name} to be {value}", lambda: self.state().get(name) == value)

@@ -1,5 +1,5 @@
 """A StatusNotifier watcher and host in one, with a client for the item's menu, driven by lines on
-the standard input: item, tip, menu, click TITLE, activate. Each is answered with one line.
+the standard input: item, tip, menu, click TITLE, activate, context. Each is answered with one line.
 """
 
 import sys
@@ -58,6 +58,10 @@ class Host:
         item = self.bus.get_object(service, path, introspect=False)
         return dbus.Interface(item, "org.freedesktop.DBus.Properties").Get(ITEM, name)
 
+    def item(self):
+        service, path = self.watcher.item
+        return dbus.Interface(self.bus.get_object(service, path, introspect=False), ITEM)
+
     def menu(self):
         return dbus.Interface(self.bus.get_object(self.watcher.item[0], self.item_property("Menu"),
                                                   introspect=False), MENU)
@@ -86,10 +90,11 @@ class Host:
                               dbus.UInt32(0))
             return "clicked"
         if verb == "activate":
-            service, path = self.watcher.item
-            item = self.bus.get_object(service, path, introspect=False)
-            dbus.Interface(item, ITEM).Activate(dbus.Int32(0), dbus.Int32(0))
+            self.item().Activate(dbus.Int32(0), dbus.Int32(0))
             return "activated"
+        if verb == "context":
+            self.item().ContextMenu(dbus.Int32(0), dbus.Int32(0))
+            return "opened"
         return f"unknown: {command}"
 
     def wait_for_item(self):

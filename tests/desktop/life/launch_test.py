@@ -1,0 +1,100 @@
+"""Launching the real program: once and again, by other programs, and where something is missing."""
+
+import os
+import subprocess
+import unittest
+
+from life_stage import PANEL, LifeTest, SpokenTest
+
+NO_NETWORK = ["unshare", "--net", *([] if os.geteuid() == 0 else ["--map-current-user"])]
+
+
+class Launch(LifeTest):
+    def test_a_second_launch_shows_the_panel_of_the_first(self):
+        self.desktop.start_tray()
+        self.program.launch()
+        self.assertNotIn(PANEL, self.desktop.windows())
+        second = self.desktop.start([self.program.executable])
+        self.assertEqual(second.wait(20), 0)
+        self.desktop.wait_for_window(PANEL)
+        self.assertIsNone(self.program.process.poll())
+        self.quit()
+
+    def test_actions_change_the_state(self):
+        self.program.launch()
+        self.assertEqual(self.program.state()["running"], False)
+        self.assertEqual(self.program.state()["input"], "computer")
+        self.program.action("input", "microphone")
+        self.program.wait_for_state("input", "microphone")
+        self.program.action("select-computer")
+        self.program.wait_for_state("input", "computer")
+        self.program.action("toggle-keep-on-top")
+        self.program.wait_for_state("toggle-keep-on-top", False)
+        self.program.action("show-panel")
+        self.program.wait_for_state("toggle-panel", True)
+        self.program.action("toggle-panel")
+        self.program.wait_for_state("toggle-panel", False)
+        self.quit()
+
+    def test_a_damaged_preference_file_is_set_aside(self):
+        self.program.preferences.parent.mkdir(parents=True)
+        self.program.preferences.write_text('{"useMic": tr')
+        self.program.launch()
+        self.assertEqual(self.program.state()["input"], "computer")
+        self.assertTrue((self.program.preferences.parent / "preferences.json.damaged").exists())
+        self.quit()
+
+    def test_an_unwritable_home_does_not_keep_it_from_running(self):
+        for name in ("DATA", "CONFIG", "CACHE", "STATE"):
+            # A file in place of the folder: also the superuser cannot write below it.
+            path = self.desktop.root / f"no-{name}"
+            path.write_text("")
+            self.desktop.environment[f"XDG_{name}_HOME"] = str(path)
+        self.program.launch()
+        self.program.action("input", "microphone")
+        self.program.wait_for_state("input", "microphone")
+        self.quit()
+
+    def test_without_a_bus_it_runs_and_ends_on_a_signal(self):
+        self.desktop.environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=/nonexistent"
+        self.program.start()
+        self.desktop.wait_for_window(PANEL)
+        self.assertEqual(self.program.terminate(), 0)
+
+    def test_signals_end_it_cleanly(self):
+        for times in (1, 2):
+            self.program.launch()
+            self.assertEqual(self.program.terminate(times), 0, self.program.log())
+
+
+class WithoutSound(SpokenTest):
+    SOUND = False
+
+    def test_captions_say_so_and_stop(self):
+        self.launch()
+        self.program.action("toggle-captions")
+        self.desktop.wait("the status", self.status)
+        self.assertEqual(self.status(), "Audio tap creation failed (-112)")
+        self.program.wait_for_state("running", False)
+        self.program.wait_for_state("toggle-panel", True)
+        self.program.action("quit")
+        self.assert_ends()
+
+
+class WithoutNetwork(SpokenTest):
+    def test_captions_and_translation_work(self):
+        if subprocess.run([*NO_NETWORK, "true"], check=False).returncode != 0:
+            self.skipTest("a network of one's own is not allowed here")
+        self.program.prefix = NO_NETWORK
+        self.launch(translate=True, targetID="es")
+        self.start_captions()
+        self.speak()
+        self.desktop.wait("the translation", lambda: "gracias" in self.transcript().lower())
+        self.program.action("save-session")
+        self.program.action("quit")
+        self.assert_ends()
+        self.assertEqual(len(self.saved_sessions()), 1)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,133 @@
+"""What the tests of the program's life stand on: desktops with the program on them, speech that it
+captions, and the questions that it asks.
+"""
+
+import json
+import os
+import shutil
+import subprocess
+import unittest
+from pathlib import Path
+
+from accessibility import Accessibility
+from private_desktop import PrivateDesktop, end
+from trays import EmbeddedTray
+from velun_program import APPLICATION, VelunProgram
+
+EXECUTABLE = os.environ["VELUN_PROGRAM"]
+HERE = Path(__file__).resolve().parent
+PANEL = "Velun Captions"
+QUESTION_BUTTONS = ("Save Session", "Don’t Save", "Cancel")
+
+
+class LifeTest(unittest.TestCase):
+    """Each test has a desktop of its own."""
+
+    def setUp(self):
+        self.desktop = self.enterContext(PrivateDesktop())
+        self.program = VelunProgram(self.desktop, EXECUTABLE)
+
+    def quit(self):
+        self.assertEqual(self.program.quit(), 0, self.program.log())
+        self.assertFalse(self.program.owns_name())
+
+
+class SpokenTest(unittest.TestCase):
+    """The tests of a class share a desktop with sound and assistive technology; each has the
+    program from its very beginning.
+    """
+
+    TRAY = EmbeddedTray
+    SOUND = True
+
+    @classmethod
+    def setUpClass(cls):
+        cls.desktop = cls.enterClassContext(PrivateDesktop())
+        cls.server, _ = cls.desktop.start_sound() if cls.SOUND else (None, None)
+        cls.accessibility = cls.enterClassContext(Accessibility(cls.desktop))
+        cls.tray = cls.TRAY(cls.desktop)
+        cls.addClassCleanup(lambda: cls.tray.close())
+        cls.clip = spoken_clip(cls.desktop.root, "thank you for your time")
+
+    def setUp(self):
+        self.program = VelunProgram(self.desktop, EXECUTABLE)
+        for folder in (self.program.preferences.parent, self.data):
+            if folder.is_dir():
+                shutil.rmtree(folder)
+            else:
+                folder.unlink(missing_ok=True)
+        self.addCleanup(lambda: self.program.process and end(self.program.process))
+
+    @property
+    def data(self):
+        """The folder of everything that the program saves."""
+        return self.program.sessions.parent
+
+    def launch(self, **preferences):
+        self.program.write_preferences(**({"translate": False} | preferences))
+        self.program.launch()
+        self.application = self.accessibility.application(APPLICATION)
+
+    def start_captions(self):
+        self.program.action("toggle-captions")
+        self.program.wait_for_state("running", True)
+        self.program.wait_until_capturing()
+
+    def speak(self):
+        """Says something and waits for its line."""
+        before = self.transcript()
+        self.desktop.play(self.clip)
+        self.desktop.wait("a line", lambda: self.program.can("save-session")
+                          and self.transcript() != before, seconds=60)
+
+    def launch_with_line(self, **preferences):
+        self.launch(**preferences)
+        self.start_captions()
+        self.speak()
+
+    def transcript(self):
+        shown = self.application.find("text", "Caption Text")
+        return shown.text if shown else ""
+
+    def status(self):
+        return self.application.find("label", "Status").description
+
+    def questions(self):
+        """The alerts in view."""
+        return [dialog for dialog in self.application.find_all("dialog") if dialog.is_showing]
+
+    def wait_for_question(self, title):
+        return self.application.wait_for("dialog", title)
+
+    def answer(self, title, button):
+        """Answers an alert once it is there."""
+        self.wait_for_question(title).wait_for("push button", button).press()
+        self.desktop.wait("the answer to be taken",
+                          lambda: title not in [dialog.name for dialog in self.questions()])
+
+    def saved_sessions(self):
+        return [json.loads(path.read_text()) for path in self.program.session_files()]
+
+    def make_saving_fail(self):
+        """Also the superuser cannot write below a file."""
+        shutil.rmtree(self.data, ignore_errors=True)
+        self.data.write_text("")
+
+    def assert_ends(self):
+        self.assertEqual(self.program.process.wait(30), 0, self.program.log())
+
+    def assert_handles_events(self):
+        """Whatever it was asked before has been dealt with once this returns."""
+        before = self.program.state()["toggle-keep-on-top"]
+        self.program.action("toggle-keep-on-top")
+        self.program.wait_for_state("toggle-keep-on-top", not before)
+
+
+def spoken_clip(folder, text):
+    """A sound file in a synthetic voice, with a moment of silence around it."""
+    spoken, clip = folder / "spoken.wav", folder / "clip.wav"
+    subprocess.run(["flite", "-voice", "slt", "-t", text, "-o", spoken], check=True)
+    subprocess.run(["sox", spoken, clip, "pad", "0.3", "0.3"], check=True)
+    return clip
+
+

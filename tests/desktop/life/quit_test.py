@@ -1,0 +1,119 @@
+"""Quitting the real program, with lines in every state and every answer to its question."""
+
+import signal
+import stat
+import unittest
+
+from life_stage import QUESTION_BUTTONS, SpokenTest
+
+QUESTION = "Save this session before quitting?"
+ERROR = "Couldn’t Complete the Action"
+
+
+class Quit(SpokenTest):
+    def test_a_cancelled_quit_goes_on_and_two_ask_once(self):
+        self.launch_with_line()
+        said = self.transcript()
+        self.program.action("quit")
+        self.program.action("quit")
+        question = self.wait_for_question(QUESTION)
+        self.assertEqual([button.name for button in question.find_all("push button")],
+                         list(QUESTION_BUTTONS))
+        self.assertTrue(question.find("label", "The 1 sentences in this session haven’t been saved. "
+                                               "If you don’t save, they’ll be lost."))
+        self.answer(QUESTION, "Cancel")
+        self.assert_goes_on(said)
+
+        for key in ("Escape", "alt+F4"):
+            self.program.action("quit")
+            self.press_key_in_question(key)
+            self.assert_goes_on(said)
+
+        self.program.action("quit")
+        self.answer(QUESTION, "Don’t Save")
+        self.assert_ends()
+        self.assertEqual(self.program.session_files(), [])
+
+    def test_saving_first(self):
+        self.launch_with_line()
+        self.program.action("quit")
+        # The first button is the default one.
+        self.press_key_in_question("Return")
+        self.assert_ends()
+        session, = self.saved_sessions()
+        self.assertEqual(len(session["lines"]), 1)
+        self.assertIn("endedAt", session)
+        file, = self.program.session_files()
+        self.assertEqual(stat.S_IMODE(file.stat().st_mode), 0o600)
+
+    def test_a_session_in_saving_mode_is_written_whole_without_a_question(self):
+        self.launch_with_line()
+        self.program.action("save-session")
+        self.desktop.wait("the file", self.program.session_files)
+        self.desktop.play(self.clip)
+        self.desktop.wait("the second line", lambda: len(self.saved_sessions()[0]["lines"]) == 2,
+                          seconds=60)
+        self.program.action("quit")
+        self.assert_ends()
+        session, = self.saved_sessions()
+        self.assertEqual(len(session["lines"]), 2)
+        self.assertIn("endedAt", session)
+
+    def test_without_asking_unsaved_lines_go(self):
+        self.launch_with_line(askBeforeDiscarding=False)
+        self.program.action("quit")
+        self.assert_ends()
+        self.assertEqual(self.program.session_files(), [])
+
+    def test_a_save_that_fails_cancels_the_quit(self):
+        self.launch_with_line()
+        self.make_saving_fail()
+        self.program.action("quit")
+        self.answer(QUESTION, "Save Session")
+        error = self.wait_for_question(ERROR)
+        self.assertIn("Couldn’t save the session: ", "".join(
+            label.name for label in error.find_all("label")))
+        self.answer(ERROR, "OK")
+        self.program.wait_for_state("running", True)
+        self.assertIn("Couldn’t save the session: ", self.status())
+        # Asked again although the program was told not to ask: the write has failed.
+        self.program.action("quit")
+        self.answer(QUESTION, "Don’t Save")
+        self.assert_ends()
+
+    def test_a_signal_while_it_asks_changes_nothing_and_a_second_one_ends_it(self):
+        self.launch_with_line()
+        self.program.action("quit")
+        self.wait_for_question(QUESTION)
+        self.program.process.send_signal(signal.SIGTERM)
+        said = self.transcript()
+        self.answer(QUESTION, "Cancel")
+        self.assert_goes_on(said)
+
+        # Alone it asks like any quit.
+        self.program.process.send_signal(signal.SIGINT)
+        self.wait_for_question(QUESTION)
+        self.program.process.send_signal(signal.SIGTERM)
+        self.assert_ends()
+        self.assertEqual(self.program.session_files(), [])
+
+    def test_two_signals_leave_a_saved_session_whole(self):
+        self.launch_with_line(autoSaveSessions=True)
+        self.assertEqual(self.program.terminate(times=2), 0, self.program.log())
+        session, = self.saved_sessions()
+        self.assertEqual(len(session["lines"]), 1)
+
+    def press_key_in_question(self, key):
+        question = self.wait_for_question(QUESTION)
+        self.desktop.wait("the keyboard", lambda: "active" in question.states)
+        self.desktop.key(key)
+
+    def assert_goes_on(self, said):
+        self.program.wait_for_state("running", True)
+        self.assert_handles_events()
+        self.assertEqual(self.questions(), [])
+        self.assertEqual(self.transcript(), said)
+
+
+if __name__ == "__main__":
+    unittest.main()
