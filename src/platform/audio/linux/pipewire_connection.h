@@ -4,12 +4,11 @@
 #include "platform/audio/audio_format.h"
 #include "platform/audio/linux/audio_graph.h"
 #include "platform/audio/linux/pipewire_loop.h"
+#include "platform/pipewire/linux/pipewire_registry.h"
 
 #include <chrono>
 #include <functional>
 #include <memory>
-
-struct pw_core;
 
 namespace velun {
 
@@ -37,15 +36,15 @@ class PipeWireConnection {
   AudioFormat formatOf(std::uint32_t device, std::chrono::milliseconds limit);
 
  private:
-  struct Proxies;
-  struct Events;
+  class Following;
 
   PipeWireConnection(PipeWireLoop& loop, std::function<void()> onChange);
   void changed();
 
   PipeWireLoop& loop_;
   std::function<void()> onChange_;
-  std::unique_ptr<Proxies> proxies_;
+  std::unique_ptr<Following> following_;
+  std::unique_ptr<PipeWireRegistry> registry_;
   AudioGraph graph_;
   bool isLost_ = false;
   int lastSynchronized_ = -1;

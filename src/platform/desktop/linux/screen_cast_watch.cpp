@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/desktop/linux/screen_cast_watch.h"
 
-#include <cerrno>
+#include "platform/pipewire/linux/pipewire_registry.h"
+
 #include <functional>
-#include <pipewire/pipewire.h>
 #include <QSocketNotifier>
 #include <string_view>
 #include <utility>
@@ -15,38 +15,24 @@ namespace {
 constexpr std::chrono::seconds kEndDelay{1};
 constexpr std::chrono::seconds kRetryDelay{2};
 
-std::string textOf(const spa_dict* properties, const char* key) {
-  const char* value = properties ? spa_dict_lookup(properties, key) : nullptr;
-  return value ? value : "";
-}
-
-std::uint32_t numberOf(const spa_dict* properties, const char* key) {
-  return static_cast<std::uint32_t>(std::strtoul(textOf(properties, key).c_str(), nullptr, 10));
-}
-
 }  // namespace
 
 /// A connection whose events arrive on the main thread: there are few of them.
-class ScreenCastWatch::Connection final {
+class ScreenCastWatch::Connection final : private PipeWireRegistry::Listener {
  public:
-  Connection() {
+  /// `graph` is kept as the server's objects are, once they are followed.
+  explicit Connection(ScreenCastGraph& graph) : graph_(graph) {
     pw_init(nullptr, nullptr);
     loop_ = pw_loop_new(nullptr);
     pw_loop_enter(loop_);
     context_ = pw_context_new(loop_, nullptr, 0);
-    core_ = pw_context_connect(context_, nullptr, 0);
+    int error = 0;
+    registry_ = PipeWireRegistry::open(context_, *this, &error);
   }
 
-  ~Connection() {
+  ~Connection() override {
     notifier_.reset();
-    if (registry_) {
-      spa_hook_remove(&registryHook_);
-      pw_proxy_destroy(reinterpret_cast<pw_proxy*>(registry_));
-    }
-    if (core_) {
-      if (registry_) spa_hook_remove(&coreHook_);
-      pw_core_disconnect(core_);
-    }
+    registry_.reset();
     pw_context_destroy(context_);
     pw_loop_leave(loop_);
     pw_loop_destroy(loop_);
@@ -56,18 +42,12 @@ class ScreenCastWatch::Connection final {
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
-  bool isOpen() const { return core_ != nullptr; }
+  bool isOpen() const { return registry_ != nullptr; }
 
-  /// Keeps `graph` as the server's objects are; `onChange` and `onLost` are called from the event
-  /// loop.
-  void follow(ScreenCastGraph& graph, std::function<void()> onChange,
-              std::function<void()> onLost) {
-    graph_ = &graph;
+  /// `onChange` and `onLost` are called from the event loop.
+  void follow(std::function<void()> onChange, std::function<void()> onLost) {
     onChange_ = std::move(onChange);
     onLost_ = std::move(onLost);
-    pw_core_add_listener(core_, &coreHook_, &coreEvents(), this);
-    registry_ = pw_core_get_registry(core_, PW_VERSION_REGISTRY, 0);
-    pw_registry_add_listener(registry_, &registryHook_, &registryEvents(), this);
     notifier_ = std::make_unique<QSocketNotifier>(pw_loop_get_fd(loop_), QSocketNotifier::Read);
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
                      [this] { iterate(); });
@@ -81,60 +61,29 @@ class ScreenCastWatch::Connection final {
     isLost_ ? onLost_() : onChange_();
   }
 
-  static Connection& self(void* data) { return *static_cast<Connection*>(data); }
-
-  static void error(void* data, std::uint32_t id, int, int result, const char*) {
-    if (id == PW_ID_CORE && result == -EPIPE) self(data).isLost_ = true;
-  }
-
-  static void global(void* data, std::uint32_t id, std::uint32_t, const char* type, std::uint32_t,
-                     const spa_dict* properties) {
-    ScreenCastGraph& graph = *self(data).graph_;
-    const std::string_view kind = type;
+  void added(std::uint32_t id, std::string_view kind, const spa_dict* properties) override {
     if (kind == PW_TYPE_INTERFACE_Client) {
-      graph.addClient(id, textOf(properties, PW_KEY_APP_NAME));
+      graph_.addClient(id, propertyText(properties, PW_KEY_APP_NAME));
     } else if (kind == PW_TYPE_INTERFACE_Node) {
-      graph.addNode(id, {.mediaClass = textOf(properties, PW_KEY_MEDIA_CLASS),
-                         .mediaRole = textOf(properties, PW_KEY_MEDIA_ROLE),
-                         .name = textOf(properties, PW_KEY_NODE_NAME),
-                         .hasDevice = !textOf(properties, PW_KEY_DEVICE_ID).empty(),
-                         .client = numberOf(properties, PW_KEY_CLIENT_ID)});
+      graph_.addNode(id, {.mediaClass = propertyText(properties, PW_KEY_MEDIA_CLASS),
+                          .mediaRole = propertyText(properties, PW_KEY_MEDIA_ROLE),
+                          .name = propertyText(properties, PW_KEY_NODE_NAME),
+                          .hasDevice = !propertyText(properties, PW_KEY_DEVICE_ID).empty(),
+                          .client = propertyNumber(properties, PW_KEY_CLIENT_ID)});
     } else if (kind == PW_TYPE_INTERFACE_Link) {
-      graph.addLink(id, numberOf(properties, PW_KEY_LINK_OUTPUT_NODE),
-                    numberOf(properties, PW_KEY_LINK_INPUT_NODE));
+      graph_.addLink(id, propertyNumber(properties, PW_KEY_LINK_OUTPUT_NODE),
+                     propertyNumber(properties, PW_KEY_LINK_INPUT_NODE));
     }
   }
 
-  static void globalRemove(void* data, std::uint32_t id) { self(data).graph_->remove(id); }
+  void removed(std::uint32_t id) override { graph_.remove(id); }
 
-  static const pw_core_events& coreEvents() {
-    static const pw_core_events events = [] {
-      pw_core_events made{};
-      made.version = PW_VERSION_CORE_EVENTS;
-      made.error = error;
-      return made;
-    }();
-    return events;
-  }
+  void lost() override { isLost_ = true; }
 
-  static const pw_registry_events& registryEvents() {
-    static const pw_registry_events events = [] {
-      pw_registry_events made{};
-      made.version = PW_VERSION_REGISTRY_EVENTS;
-      made.global = global;
-      made.global_remove = globalRemove;
-      return made;
-    }();
-    return events;
-  }
-
+  ScreenCastGraph& graph_;
   pw_loop* loop_ = nullptr;
   pw_context* context_ = nullptr;
-  pw_core* core_ = nullptr;
-  pw_registry* registry_ = nullptr;
-  spa_hook coreHook_{};
-  spa_hook registryHook_{};
-  ScreenCastGraph* graph_ = nullptr;
+  std::unique_ptr<PipeWireRegistry> registry_;
   std::function<void()> onChange_;
   std::function<void()> onLost_;
   bool isLost_ = false;
@@ -146,7 +95,8 @@ ScreenCastWatch::ScreenCastWatch(Clock& clock) : clock_(clock) {}
 ScreenCastWatch::~ScreenCastWatch() = default;
 
 bool ScreenCastWatch::isPossible() {
-  return Connection().isOpen();
+  ScreenCastGraph unused;
+  return Connection(unused).isOpen();
 }
 
 void ScreenCastWatch::setWatching(bool watching) {
@@ -162,7 +112,7 @@ void ScreenCastWatch::setWatching(bool watching) {
 }
 
 void ScreenCastWatch::connectToServer() {
-  auto connection = std::make_unique<Connection>();
+  auto connection = std::make_unique<Connection>(graph_);
   if (!connection->isOpen()) {
     retry_ = clock_.callAfter(kRetryDelay, [this] { connectToServer(); });
     return;
@@ -171,7 +121,7 @@ void ScreenCastWatch::connectToServer() {
   connection_ = std::move(connection);
   Q_EMIT connectedChanged();
   connection_->follow(
-      graph_, [this] { look(); },
+      [this] { look(); },
       [this] { QMetaObject::invokeMethod(this, &ScreenCastWatch::lost, Qt::QueuedConnection); });
 }
 
