@@ -6,6 +6,7 @@
 #include "settings/localization.h"
 #include "support/session_samples.h"
 #include "support/suite.h"
+#include "support/time_zone.h"
 
 #include <ctime>
 #include <QDir>
@@ -32,8 +33,7 @@ class LegacyMarkdownTest final : public test::Suite {
 
  private Q_SLOTS:
   void initTestCase() {
-    qputenv("TZ", "Asia/Seoul");
-    tzset();
+    test::setTimeZone("Asia/Seoul");
     QVERIFY(folder_.isValid());
   }
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }

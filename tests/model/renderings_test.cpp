@@ -3,6 +3,7 @@
 #include "settings/localization.h"
 #include "support/session_samples.h"
 #include "support/suite.h"
+#include "support/time_zone.h"
 
 #include <ctime>
 #include <QFile>
@@ -59,10 +60,7 @@ class RenderingsTest final : public test::Suite {
   Q_OBJECT
 
  private Q_SLOTS:
-  void initTestCase() {
-    qputenv("TZ", "Asia/Seoul");
-    tzset();
-  }
+  void initTestCase() { test::setTimeZone("Asia/Seoul"); }
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
   void documentsAreExactToTheCharacter_data() {

@@ -8,6 +8,7 @@
 #include "support/session_samples.h"
 #include "support/suite.h"
 #include "support/test_folder.h"
+#include "support/time_zone.h"
 
 #include <ctime>
 #include <QDir>
@@ -21,10 +22,7 @@ class SessionStoreTest final : public test::Suite {
   Q_OBJECT
 
  private Q_SLOTS:
-  void initTestCase() {
-    qputenv("TZ", "Asia/Seoul");
-    tzset();
-  }
+  void initTestCase() { test::setTimeZone("Asia/Seoul"); }
   void init() {
     Suite::init();
     folder_ = std::make_unique<test::TestFolder>();

@@ -114,4 +114,9 @@ PlaybackStream::Fill PlaybackStream::tone(double frequency, double sampleRate, f
   };
 }
 
+std::unique_ptr<PlaybackStream> PlaybackStream::play(const std::string& target, double frequency) {
+  const AudioFormat stereo{AudioFormat::Sample::float32, 48'000, 2, true};
+  return std::make_unique<PlaybackStream>(stereo, target, tone(frequency, stereo.sampleRate, 0.5F));
+}
+
 }  // namespace velun::test

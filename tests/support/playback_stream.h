@@ -20,14 +20,16 @@ class PlaybackStream {
   static constexpr int everyChannel = -1;
 
   /// Plays to `target`, a device name, and nowhere else, or to the default output when empty; the
-  /// same in every channel
-  /// or in one only. Six channels are FL FR FC LFE RL RR.
+  /// same in every channel or in one only. Six channels are FL FR FC LFE RL RR.
   PlaybackStream(const AudioFormat& format, const std::string& target, Fill fill,
                  int channel = everyChannel);
   ~PlaybackStream();
 
   /// A sine that goes on until the stream is destroyed.
   static Fill tone(double frequency, double sampleRate, float amplitude);
+
+  /// A sine of amplitude 0.5 in stereo at 48 kHz.
+  static std::unique_ptr<PlaybackStream> play(const std::string& target, double frequency);
 
  private:
   struct Implementation;

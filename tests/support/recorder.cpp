@@ -39,6 +39,10 @@ double Recorder::amplitudeAt(double frequency, std::size_t frameCount) const {
   return test::amplitudeAt(last(frameCount), frequency, format().sampleRate);
 }
 
+bool Recorder::hearsOnly(double frequency, double other) const {
+  return amplitudeAt(frequency, 4'800) > 0.45 && amplitudeAt(other, 4'800) < 0.01;
+}
+
 double Recorder::level(std::size_t frameCount) const {
   return rmsOf(last(frameCount));
 }

@@ -28,6 +28,8 @@ class Recorder {
 
   /// The amplitude at `frequency` in the last `frameCount` frames; 0 while there are fewer.
   double amplitudeAt(double frequency, std::size_t frameCount) const;
+  /// Whether a tone of amplitude 0.5 is heard in the last 4,800 frames, and another one is not.
+  bool hearsOnly(double frequency, double other) const;
   /// The root of the mean square of the last `frameCount` frames; 0 while there are fewer.
   double level(std::size_t frameCount) const;
 

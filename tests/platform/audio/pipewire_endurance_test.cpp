@@ -16,7 +16,6 @@ using namespace velun::test;
 namespace {
 
 constexpr int limit = 20'000;
-const AudioFormat stereo{AudioFormat::Sample::float32, 48'000, 2, true};
 
 qsizetype entriesOf(const QString& folder) {
   return QDir(folder).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System).size();
@@ -46,7 +45,7 @@ class PipeWireEnduranceTest final : public Suite {
     run(recorder, 0);
     const qsizetype descriptors = descriptorCount();
     const qsizetype threads = threadCount();
-    auto player = makePlayer();
+    auto player = PlaybackStream::play("", 1000);
     for (int i = 0; i < 1000; ++i) run(recorder, i);
     player.reset();
     // Now and then the library itself loses the descriptor of a buffer that the server sends while
@@ -56,7 +55,7 @@ class PipeWireEnduranceTest final : public Suite {
     QCOMPARE(threadCount(), threads);
     QTRY_VERIFY_WITH_TIMEOUT(PrivatePipeWire::node("Velun Tap").isEmpty(), limit);
 
-    player = makePlayer();
+    player = PlaybackStream::play("", 1000);
     SystemAudio source(platform_.makeHardware(nullptr));
     recorder.clear();
     source.start(recorder.handler());
@@ -65,10 +64,6 @@ class PipeWireEnduranceTest final : public Suite {
   }
 
  private:
-  static std::unique_ptr<PlaybackStream> makePlayer() {
-    return std::make_unique<PlaybackStream>(stereo, "", PlaybackStream::tone(1000, 48'000, 0.5F));
-  }
-
   /// Stopped at different moments: before, while and after the stream is linked.
   void run(Recorder& recorder, int number) {
     SystemAudio source(platform_.makeHardware(nullptr));

@@ -17,17 +17,6 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr int limit = 20'000;
-const AudioFormat stereo{AudioFormat::Sample::float32, 48'000, 2, true};
-
-std::unique_ptr<PlaybackStream> play(const std::string& target, double frequency) {
-  return std::make_unique<PlaybackStream>(stereo, target,
-                                          PlaybackStream::tone(frequency, 48'000, 0.5F));
-}
-
-bool hearsOnly(const Recorder& recorder, double frequency, double other) {
-  return recorder.amplitudeAt(frequency, 4'800) > 0.45 && recorder.amplitudeAt(other, 4'800) < 0.01;
-}
-
 }  // namespace
 
 /// The microphone beside a computer that plays something else.
@@ -67,9 +56,9 @@ class PipeWireMicrophoneTest final : public Suite {
     QVERIFY(server_->addMicrophone("mic", rate, channels));
     QVERIFY(server_->awaitDefaultSource("mic"));
     source_->start(recorder_.handler());
-    const auto computer = play("speakers", 1000);
-    const auto voice = play("mic-voice", 600);
-    QTRY_VERIFY_WITH_TIMEOUT(hearsOnly(recorder_, 600, 1000), limit);
+    const auto computer = PlaybackStream::play("speakers", 1000);
+    const auto voice = PlaybackStream::play("mic-voice", 600);
+    QTRY_VERIFY_WITH_TIMEOUT(recorder_.hearsOnly(600, 1000), limit);
     QTEST(recorder_.format().channelCount, "channelCount");
   }
 
@@ -93,9 +82,9 @@ class PipeWireMicrophoneTest final : public Suite {
     QVERIFY(server_->addMicrophone("mic"));
     QVERIFY(server_->awaitDefaultSource("mic"));
     source_->start(recorder_.handler());
-    const auto computer = play("speakers", 1000);
-    auto voice = play("mic-voice", 600);
-    QTRY_VERIFY_WITH_TIMEOUT(hearsOnly(recorder_, 600, 1000), limit);
+    const auto computer = PlaybackStream::play("speakers", 1000);
+    auto voice = PlaybackStream::play("mic-voice", 600);
+    QTRY_VERIFY_WITH_TIMEOUT(recorder_.hearsOnly(600, 1000), limit);
     voice.reset();
     QVERIFY(server_->remove("mic"));
     QVERIFY(server_->remove("mic-voice"));
@@ -106,8 +95,8 @@ class PipeWireMicrophoneTest final : public Suite {
     QVERIFY(server_->addMicrophone("mic"));
     QVERIFY(server_->awaitDefaultSource("mic"));
     recorder_.clear();
-    voice = play("mic-voice", 600);
-    QTRY_VERIFY_WITH_TIMEOUT(hearsOnly(recorder_, 600, 1000), limit);
+    voice = PlaybackStream::play("mic-voice", 600);
+    QTRY_VERIFY_WITH_TIMEOUT(recorder_.hearsOnly(600, 1000), limit);
     QVERIFY(reports_.isEmpty());
   }
 
@@ -116,11 +105,11 @@ class PipeWireMicrophoneTest final : public Suite {
     QVERIFY(server_->addMicrophone("headset", 44'100, "MONO"));
     QVERIFY(server_->setDefaultSource("mic"));
     source_->start(recorder_.handler());
-    const auto voice = play("mic-voice", 600);
-    const auto other = play("headset-voice", 1700);
-    QTRY_VERIFY_WITH_TIMEOUT(hearsOnly(recorder_, 600, 1700), limit);
+    const auto voice = PlaybackStream::play("mic-voice", 600);
+    const auto other = PlaybackStream::play("headset-voice", 1700);
+    QTRY_VERIFY_WITH_TIMEOUT(recorder_.hearsOnly(600, 1700), limit);
     QVERIFY(server_->setDefaultSource("headset"));
-    QTRY_VERIFY_WITH_TIMEOUT(hearsOnly(recorder_, 1700, 600), limit);
+    QTRY_VERIFY_WITH_TIMEOUT(recorder_.hearsOnly(1700, 600), limit);
     QVERIFY(reports_.isEmpty());
   }
 
@@ -134,8 +123,8 @@ class PipeWireMicrophoneTest final : public Suite {
     QVERIFY(server_->addMicrophone("mic"));
     QVERIFY(server_->awaitDefaultSource("mic"));
     clock_.advance(1s);
-    const auto voice = play("mic-voice", 600);
-    QTRY_VERIFY_WITH_TIMEOUT(hearsOnly(recorder_, 600, 1000), limit);
+    const auto voice = PlaybackStream::play("mic-voice", 600);
+    QTRY_VERIFY_WITH_TIMEOUT(recorder_.hearsOnly(600, 1000), limit);
     QCOMPARE(reports_, QList({AudioInterruption::began, AudioInterruption::ended}));
   }
 
@@ -146,10 +135,10 @@ class PipeWireMicrophoneTest final : public Suite {
     SystemAudio computer(platform_.makeHardware(nullptr));
     computer.start(computerRecorder.handler());
     source_->start(recorder_.handler());
-    const auto sound = play("speakers", 1000);
-    const auto voice = play("mic-voice", 600);
-    QTRY_VERIFY_WITH_TIMEOUT(hearsOnly(computerRecorder, 1000, 600), limit);
-    QTRY_VERIFY_WITH_TIMEOUT(hearsOnly(recorder_, 600, 1000), limit);
+    const auto sound = PlaybackStream::play("speakers", 1000);
+    const auto voice = PlaybackStream::play("mic-voice", 600);
+    QTRY_VERIFY_WITH_TIMEOUT(computerRecorder.hearsOnly(1000, 600), limit);
+    QTRY_VERIFY_WITH_TIMEOUT(recorder_.hearsOnly(600, 1000), limit);
     computer.stop();
   }
 

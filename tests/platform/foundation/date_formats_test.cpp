@@ -2,6 +2,7 @@
 #include "platform/foundation/date_formats.h"
 
 #include "support/suite.h"
+#include "support/time_zone.h"
 
 #include <ctime>
 
@@ -11,10 +12,7 @@ class DateFormatsTest final : public test::Suite {
   Q_OBJECT
 
  private Q_SLOTS:
-  void initTestCase() {
-    qputenv("TZ", "Asia/Seoul");
-    tzset();
-  }
+  void initTestCase() { test::setTimeZone("Asia/Seoul"); }
 
   void timesAndDatesFollowLocaleAndZone() {
     using namespace std::chrono;

@@ -3,6 +3,7 @@
 
 #include "settings/localization.h"
 #include "support/suite.h"
+#include "support/time_zone.h"
 
 #include <QTimeZone>
 
@@ -19,8 +20,7 @@ class SessionSectionsTest final : public test::Suite {
  private Q_SLOTS:
   void cleanup() {
     Localization::shared().setLanguage(AppLanguage::english);
-    qputenv("TZ", "UTC");
-    tzset();
+    test::setTimeZone("UTC");
   }
 
   void sectionsGoByCalendarDays_data() {
@@ -69,8 +69,7 @@ class SessionSectionsTest final : public test::Suite {
 
   void aDayThatLostAnHourIsStillADay() {
     // New York moved its clocks on at 2 o'clock on 9 March 2025, so that day had 23 hours.
-    qputenv("TZ", "America/New_York");
-    tzset();
+    test::setTimeZone("America/New_York");
     QCOMPARE(sectionTitle(at("2025-03-09T04:30:00Z"), QDate(2025, 3, 9)), QString("Yesterday"));
     QCOMPARE(sectionTitle(at("2025-03-09T05:30:00Z"), QDate(2025, 3, 9)), QString("Today"));
     QCOMPARE(sectionTitle(at("2025-03-10T03:59:00Z"), QDate(2025, 3, 10)), QString("Yesterday"));
