@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/app_delegate.h"
 
+#include "captions/caption_view_model.h"
 #include "platform/foundation/clock.h"
+#include "platform/foundation/main_task.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -48,12 +50,22 @@ bool AppDelegate::eventFilter(QObject* watched, QEvent* event) {
   if (watched != qApp || event->type() != QEvent::Quit) return false;
   // From the session manager or the toolkit; the program itself never sends it.
   // Good for one end: another program may have cancelled the one that it was given for.
-  if (std::exchange(agreedEnd_, std::nullopt) == contentOf(model_.session())) {
+  const auto agreed = std::exchange(agreedEnd_, std::nullopt);
+  if (std::exchange(isEndImposed_, false)) {
+    startDeadline();
+    startTask(this, [this] { return endUnasked(this); });
+  } else if (agreed == contentOf(model_.session())) {
     finish();
   } else {
     requestTermination();
   }
   return true;
+}
+
+QCoro::Task<> AppDelegate::endUnasked(QPointer<AppDelegate> self) {
+  QCoro::Task<> shutdown = self->model_.shutdown();
+  co_await shutdown;
+  if (self) self->endNow();
 }
 
 void AppDelegate::requestTermination() {
@@ -90,19 +102,19 @@ void AppDelegate::finish() {
 }
 
 void AppDelegate::commitData(QSessionManager& manager) {
-  if (manager.allowsInteraction()) {
-    // The question is up already. Waiting for its answer from within it would never end.
-    if (coordinator_.isDeciding() && QApplication::activeModalWidget()) {
-      manager.cancel();
-      manager.release();
-      return;
-    }
-    if (!decideTerminationWaiting()) manager.cancel();
+  isEndImposed_ = !manager.allowsInteraction();
+  if (isEndImposed_) {
+    // The file is good already, should the end come before the captions have been stopped for it.
+    model_.persistIfNeeded();
+    return;
+  }
+  // A question that is up already would, waited for from within it, never be answered.
+  const bool isAsking = coordinator_.isDeciding() && QApplication::activeModalWidget();
+  if (!isAsking && decideTerminationWaiting()) {
     manager.release();
   } else {
-    // Nothing may be asked: what is being saved is written, the rest was in memory only.
-    model_.persistIfNeeded();
-    agreedEnd_ = contentOf(model_.session());
+    // Not released, which would first tell the manager that all is well.
+    manager.cancel();
   }
 }
 

@@ -33,6 +33,7 @@ class AppDelegate final : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  static QCoro::Task<> endUnasked(QPointer<AppDelegate> self);
   void requestTermination();
   void finish();
   void endNow();
@@ -45,6 +46,8 @@ class AppDelegate final : public QObject {
   Clock& clock_;
   bool isSignalled_ = false;
   std::unique_ptr<ScheduledCall> deadline_;
+  /// The end that the session manager announced last allowed no question.
+  bool isEndImposed_ = false;
   /// The lines that the user has agreed to leave behind, at the end of a session.
   std::optional<std::pair<QUuid, std::size_t>> agreedEnd_;
 };
