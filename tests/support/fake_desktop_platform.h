@@ -20,6 +20,7 @@ class FakeDesktopPlatform final : public DesktopPlatform {
   }
   void setBlurBehind(QWindow&, const QRegion& region) override { blur = region; }
   void setShape(QWindow&, const QRegion& region) override { shape = region; }
+  bool isPointerOver(const QWindow&) const override { return isPointerOverWindow; }
   void setExcludedFromCapture(QWindow&, bool excluded) override {
     calls << (excluded ? "excluded" : "included");
   }
@@ -40,6 +41,7 @@ class FakeDesktopPlatform final : public DesktopPlatform {
   QRegion blur;
   QRegion shape;
   bool changesLevelWhileShown = true;
+  bool isPointerOverWindow = false;
   bool isWatching = false;
   bool isCasting = false;
 };

@@ -33,6 +33,9 @@ class DesktopPlatform : public QObject {
   /// empty region ends it.
   virtual void setShape(QWindow& window, const QRegion& region) = 0;
 
+  /// Whether the pointer is over the window, in so far as it can be told.
+  virtual bool isPointerOver(const QWindow& window) const = 0;
+
   /// Asks the compositor to leave the program's window out of screen casts; does something only
   /// where `captureHiding` is `compositor`.
   virtual void setExcludedFromCapture(QWindow& window, bool excluded) = 0;

@@ -13,7 +13,6 @@
 
 #include <algorithm>
 #include <QApplication>
-#include <QCursor>
 #include <QScreen>
 #include <QVariantAnimation>
 
@@ -36,7 +35,7 @@ CaptionWindowController::CaptionWindowController(CaptionViewModel& model, Captio
     : model_(model), services_(services) {
   panel_ = std::make_unique<CaptionPanel>(services.desktop);
   view_ = new CaptionView(model, actions, services.translation, services.clock, [this] {
-    return panel_->isVisible() && panel_->geometry().contains(QCursor::pos());
+    return panel_->isVisible() && services_.desktop.isPointerOver(*panel_->windowHandle());
   });
   panel_->setContent(view_);
   const QRect usual = defaultPanelFrame(freeAreaOf(QApplication::primaryScreen()));

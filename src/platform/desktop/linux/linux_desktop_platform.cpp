@@ -7,6 +7,7 @@
 #include "platform/desktop/linux/x11_selection_watch.h"
 #include "platform/desktop/linux/x11_window_manager.h"
 
+#include <QCursor>
 #include <QWindow>
 #include <utility>
 
@@ -83,6 +84,10 @@ void LinuxDesktopPlatform::setBlurBehind(QWindow& window, const QRegion& region)
 
 void LinuxDesktopPlatform::setShape(QWindow& window, const QRegion& region) {
   if (manager_) manager_->writeShape(window, region);
+}
+
+bool LinuxDesktopPlatform::isPointerOver(const QWindow& window) const {
+  return manager_ ? manager_->isPointerOver(window) : window.geometry().contains(QCursor::pos());
 }
 
 void LinuxDesktopPlatform::setExcludedFromCapture(QWindow& window, bool excluded) {

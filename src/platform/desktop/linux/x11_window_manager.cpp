@@ -117,6 +117,17 @@ void X11WindowManager::keepBottomWhenResized(QWindow& window) const {
   xcb_flush(connection_);
 }
 
+bool X11WindowManager::isPointerOver(const QWindow& window) const {
+  // Downwards, through the frame that the manager may have put around the window.
+  for (xcb_window_t parent = root_; parent != XCB_WINDOW_NONE;) {
+    const auto pointer = owned(
+        xcb_query_pointer_reply(connection_, xcb_query_pointer(connection_, parent), nullptr));
+    parent = pointer ? pointer->child : xcb_window_t(XCB_WINDOW_NONE);
+    if (parent == idOf(window)) return true;
+  }
+  return false;
+}
+
 void X11WindowManager::writeBlur(QWindow& window, const QRegion& region) const {
   if (region.isEmpty()) {
     xcb_delete_property(connection_, idOf(window), atom(kBlur));

@@ -38,6 +38,10 @@ class X11WindowManager final {
   bool isOverFullScreen(const QWindow& window) const;
   /// Keeps what is drawn at the bottom when the window grows or shrinks at its top.
   void keepBottomWhenResized(QWindow& window) const;
+  /// Whether the pointer is over the window and not over another one that covers it. On XWayland
+  /// its position alone says nothing: it stays what it was once the pointer is over something that
+  /// the X server does not know.
+  bool isPointerOver(const QWindow& window) const;
   /// In points; an empty region ends it.
   void writeBlur(QWindow& window, const QRegion& region) const;
   void writeShape(QWindow& window, const QRegion& region) const;
