@@ -1,0 +1,109 @@
+"""The real program in a Wayland session, where it runs on XWayland."""
+
+import unittest
+
+from accessibility import Accessibility
+from life_stage import EXECUTABLE, PANEL
+from trays import BusTray, open_menu
+from velun_program import APPLICATION, VelunProgram
+from wayland_desktop import WaylandDesktop
+from wayland_input import WaylandInput
+
+EDGE = 24  # pixels from a corner of the screen, where there is no window
+STEP = 3  # pixels that the pointer moves at a time
+DISTANCE = 100  # pixels that the panel is dragged
+
+
+class OnXWayland(unittest.TestCase):
+    def setUp(self):
+        self.desktop = self.enterContext(WaylandDesktop())
+        accessibility = self.enterContext(Accessibility(self.desktop))
+        self.tray = BusTray(self.desktop)
+        self.addCleanup(self.tray.close)
+        self.input = WaylandInput(self.desktop)
+        self.addCleanup(self.input.close)
+        self.program = VelunProgram(self.desktop, EXECUTABLE)
+        self.program.launch()
+        self.application = accessibility.application(APPLICATION)
+        self.program.action("show-panel")
+        self.desktop.wait_for_window(PANEL)
+
+    def test_the_panel_is_above_and_on_every_desktop(self):
+        self.program.action("show-settings")
+        self.desktop.wait_for_window("Velun Settings")
+        self.assertEqual(self.topmost(), PANEL)
+        self.assertIn("= 4294967295", self.desktop.run("xprop", "-id", self.panel(),
+                                                       "_NET_WM_DESKTOP"))
+        self.program.action("toggle-keep-on-top")
+        self.program.wait_for_state("toggle-keep-on-top", False)
+        self.application.wait_for(name="Velun Settings")
+        self.desktop.run("xdotool", "search", "--name", "Velun Settings", "windowactivate")
+        self.desktop.wait("the settings on top", lambda: self.topmost() == "Velun Settings")
+
+    def test_the_pointer_shows_the_header_drags_the_panel_and_opens_menus(self):
+        self.assertFalse(self.start_button().is_showing)
+        left, top = self.place()
+        self.enter_panel()
+        self.drag_header()
+        self.click_on(self.application.find("button menu", "Session & Settings"))
+        self.desktop.wait("the menu", lambda: open_menu(self.desktop))
+        self.desktop.key("Escape")
+        self.desktop.wait("the end of the menu", lambda: not open_menu(self.desktop))
+
+        # Onto what the X server does not know.
+        self.input.move_to(EDGE, EDGE)
+        self.desktop.wait("the header to go", lambda: not self.start_button().is_showing)
+        self.program.action("restore-position")
+        self.desktop.wait("the panel to return", lambda: self.place() == (left, top))
+
+    def test_the_tray_works_as_on_x11(self):
+        self.tray.wait_for_icon()
+        self.tray.click("Hide Caption Window")
+        self.program.wait_for_state("toggle-panel", False)
+        self.tray.click("Quit Velun")
+        self.assertEqual(self.program.process.wait(30), 0, self.program.log())
+
+    def panel(self):
+        return self.desktop.run("xdotool", "search", "--name", PANEL).split()[0]
+
+    def place(self):
+        shell = self.desktop.run("xdotool", "getwindowgeometry", "--shell", self.panel())
+        values = dict(line.split("=") for line in shell.splitlines())
+        return int(values["X"]), int(values["Y"])
+
+    def topmost(self):
+        stacking = self.desktop.run("xprop", "-root", "_NET_CLIENT_LIST_STACKING")
+        return self.desktop.run("xdotool", "getwindowname", stacking.split()[-1]).strip()
+
+    def start_button(self):
+        return self.application.find("push button", "Start Captions")
+
+    def enter_panel(self):
+        left, top = self.place()
+        self.input.move_to(left + 200, top + 150)
+        self.desktop.wait("the header", lambda: self.start_button().is_showing)
+
+    def drag_header(self):
+        """Leftwards and upwards, until the panel has come far enough."""
+        left, top, width, height = self.start_button().extents
+        # Beside the button, where the header is empty.
+        self.input.move_to(left - 2 * width, top + height // 2)
+        left, top = self.place()
+
+        def follows():
+            self.input.move_by(-STEP, -STEP)
+            now_left, now_top = self.place()
+            return now_left <= left - DISTANCE and now_top <= top - DISTANCE
+
+        self.input.press()
+        self.desktop.wait("the panel to follow", follows)
+        self.input.release()
+
+    def click_on(self, node):
+        left, top, width, height = node.extents
+        self.input.move_to(left + width // 2, top + height // 2)
+        self.input.click()
+
+
+if __name__ == "__main__":
+    unittest.main()
