@@ -14,6 +14,7 @@ ACCESSIBLE = "org.a11y.atspi.Accessible"
 ACTION = "org.a11y.atspi.Action"
 COMPONENT = "org.a11y.atspi.Component"
 EDITABLE_TEXT = "org.a11y.atspi.EditableText"
+OBJECT_EVENT = "org.a11y.atspi.Event.Object"
 PROPERTIES = "org.freedesktop.DBus.Properties"
 REGISTRY = "org.a11y.atspi.Registry"
 ROOT = "/org/a11y/atspi/accessible/root"
@@ -40,8 +41,9 @@ class Accessibility:
         self._session = dbus.bus.BusConnection(desktop.environment["DBUS_SESSION_BUS_ADDRESS"])
         # A call before that would start a second launcher that leaves accessibility off.
         desktop.wait("the accessibility bus", lambda: self._session.name_has_owner(LAUNCHER_NAME))
-        self.bus = dbus.bus.BusConnection(str(self._session.call_blocking(
-            LAUNCHER_NAME, "/org/a11y/bus", LAUNCHER_NAME, "GetAddress", "", [])))
+        self._address = str(self._session.call_blocking(
+            LAUNCHER_NAME, "/org/a11y/bus", LAUNCHER_NAME, "GetAddress", "", []))
+        self.bus = dbus.bus.BusConnection(self._address)
 
     def __enter__(self):
         return self
@@ -54,6 +56,19 @@ class Accessibility:
         """Waits for the program of this name."""
         return self.desktop.wait(f"the accessible program {name}", lambda: next(
             (program for program in self.applications() if program.name == name), None))
+
+    def watch(self, kind, signal):
+        """Asks programs to tell of a kind of event from now on; the file in which what they tell
+        appears, one signal of the bus after the other.
+        """
+        self.bus.call_blocking(REGISTRY, "/org/a11y/atspi/registry", REGISTRY, "RegisterEvent", "s",
+                               [kind])
+        log = f"events-{signal}"
+        self.desktop.start(["dbus-monitor", "--address", self._address,
+                            f"type='signal',interface='{OBJECT_EVENT}',member='{signal}'"], log=log)
+        path = self.desktop.log_path(log)
+        self.desktop.wait("the watch for events", path.read_text)
+        return path
 
     def applications(self):
         return Node(self, REGISTRY, ROOT).children

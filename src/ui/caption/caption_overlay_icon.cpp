@@ -2,6 +2,7 @@
 #include "ui/caption/caption_overlay_icon.h"
 
 #include "ui/caption/caption_appearance.h"
+#include "ui/common/accessible_role.h"
 #include "ui/common/symbol.h"
 
 #include <QPainter>
@@ -18,6 +19,7 @@ constexpr int kSymbolSize = 14;
 CaptionOverlayIcon::CaptionOverlayIcon(const QString& systemName, QWidget* parent)
     : QWidget(parent), systemName_(systemName) {
   setFixedSize(side, side);
+  setAccessibleRole(*this, QAccessible::Graphic);
 }
 
 void CaptionOverlayIcon::setLabel(const QString& label) {

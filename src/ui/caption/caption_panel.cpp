@@ -4,6 +4,7 @@
 #include "platform/desktop/desktop_platform.h"
 #include "ui/caption/caption_appearance.h"
 #include "ui/caption/panel_edge.h"
+#include "ui/common/accessible_role.h"
 
 #include <QMouseEvent>
 #include <QPainter>
@@ -29,6 +30,7 @@ QRegion roundedRegion(const QRect& rect) {
 
 CaptionPanel::CaptionPanel(DesktopPlatform& desktop)
     : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint), desktop_(desktop) {
+  setAccessibleRole(*this, QAccessible::Window);
   setAttribute(Qt::WA_TranslucentBackground);
   setAttribute(Qt::WA_ShowWithoutActivating);
   setAttribute(Qt::WA_QuitOnClose, false);

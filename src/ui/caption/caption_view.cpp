@@ -12,7 +12,9 @@
 #include "ui/caption/transcript_view.h"
 #include "ui/caption/translation_task.h"
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QKeyEvent>
 #include <QPainter>
 
 namespace velun {
@@ -184,6 +186,17 @@ bool CaptionView::focusNextPrevChild(bool next) {
   const bool moved = QWidget::focusNextPrevChild(next);
   chrome_.setKeyboardInHeader(header_->isAncestorOf(QApplication::focusWidget()));
   return moved;
+}
+
+void CaptionView::keyPressEvent(QKeyEvent* event) {
+  // The toolkit's buttons outside of dialogs take the space bar alone.
+  auto* button = qobject_cast<QAbstractButton*>(QApplication::focusWidget());
+  const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (button && isReturn && !event->isAutoRepeat()) {
+    button->click();
+  } else {
+    QWidget::keyPressEvent(event);
+  }
 }
 
 }  // namespace velun

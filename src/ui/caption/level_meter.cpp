@@ -2,6 +2,7 @@
 #include "ui/caption/level_meter.h"
 
 #include "ui/caption/caption_appearance.h"
+#include "ui/common/accessible_role.h"
 
 #include <algorithm>
 #include <cmath>
@@ -20,6 +21,7 @@ constexpr double kCorner = 1;
 
 LevelMeter::LevelMeter(std::function<std::vector<float>()> bands, QWidget* parent)
     : QWidget(parent), bands_(std::move(bands)) {
+  hideFromAccessibility(*this);
   setFixedSize(frame);
   setAttribute(Qt::WA_TransparentForMouseEvents);
   timer_.setInterval(kFrameMilliseconds);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/caption/panel_edge.h"
 
+#include "ui/common/accessible_role.h"
+
 #include <QMouseEvent>
 
 namespace velun {
@@ -23,6 +25,7 @@ Qt::CursorShape cursorFor(Qt::Edges edges) {
 }  // namespace
 
 PanelEdge::PanelEdge(Qt::Edges edges, QWidget* panel) : QWidget(panel), edges_(edges) {
+  hideFromAccessibility(*this);
   setCursor(cursorFor(edges));
 }
 

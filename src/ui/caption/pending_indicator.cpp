@@ -2,6 +2,7 @@
 #include "ui/caption/pending_indicator.h"
 
 #include "ui/caption/motion.h"
+#include "ui/common/accessible_role.h"
 
 #include <chrono>
 #include <QPainter>
@@ -25,6 +26,7 @@ double phase() {
 }  // namespace
 
 PendingIndicator::PendingIndicator(QWidget* parent) : QWidget(parent) {
+  setAccessibleRole(*this, QAccessible::Animation);
   setAttribute(Qt::WA_TransparentForMouseEvents);
 }
 

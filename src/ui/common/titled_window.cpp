@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/common/titled_window.h"
 
+#include "ui/common/accessible_role.h"
+
 #include <QScreen>
 #include <QShowEvent>
 #include <QVBoxLayout>
@@ -9,6 +11,7 @@ namespace velun {
 
 TitledWindow::TitledWindow(std::unique_ptr<QWidget> view, QSize size, bool resizable)
     : QWidget(nullptr, Qt::Window) {
+  setAccessibleRole(*this, QAccessible::Window);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(view.release());

@@ -1,0 +1,102 @@
+"""The caption panel of the real program as assistive technology and the keyboard find it."""
+
+import unittest
+
+from life_stage import PANEL, SpokenTest
+
+HEADER = {
+    "en": ("Input Source", "Save Current Session", "Translation Settings", "Start Captions",
+           "Session & Settings", "Hide"),
+    "ko": ("입력 소스", "현재 세션 저장", "번역 설정", "자막 시작", "세션 및 설정", "숨기기"),
+}
+TRANSCRIPT = {"en": "Caption Text", "ko": "자막 본문"}
+
+
+class PanelAccess(SpokenTest):
+    def show_panel(self, **preferences):
+        self.launch(**preferences)
+        self.program.action("show-panel")
+        self.panel = self.application.wait_for("frame")
+
+    def activate_panel(self):
+        """Gives it the keyboard, as a click or a switch of windows does."""
+        number = self.desktop.run("xdotool", "search", "--onlyvisible", "--name", PANEL).split()[0]
+        self.desktop.run("xdotool", "windowactivate", "--sync", number)
+        self.desktop.wait("the keyboard in the panel", lambda: self.focused() is not None)
+
+    def focused(self):
+        return next((node for node in self.panel.walk() if node.is_focused), None)
+
+    def press_until_focused(self, key, name):
+        before = self.focused()
+        self.desktop.key(key)
+        self.desktop.wait(f"the keyboard at “{name}” after “{before.name}”",
+                          lambda: (now := self.focused()) and now.name == name)
+
+    def header(self):
+        return [node for node in self.panel.walk() if node.role in ("push button", "button menu")
+                and node.name in HEADER["en"] + HEADER["ko"]]
+
+    def test_everything_has_its_name_and_role_in_both_languages(self):
+        for language, names in HEADER.items():
+            with self.subTest(language):
+                self.show_panel(language=language)
+                self.assertEqual([node.name for node in self.header()], list(names))
+                self.assertIsNotNone(self.panel.find("text", TRANSCRIPT[language]))
+                for node in self.panel.walk():
+                    if "focusable" in node.states:
+                        self.assertTrue(node.name, self.panel.tree())
+                        self.assertNotIn(node.role, ("filler", "unknown"), self.panel.tree())
+                    elif node.role == "filler":
+                        self.assertFalse(node.name, self.panel.tree())
+                self.assertEqual(self.program.quit(), 0, self.program.log())
+
+    def test_the_keyboard_reaches_every_button_and_works_it(self):
+        self.show_panel(statusItemExplained=True)
+        self.activate_panel()
+        for name in HEADER["en"]:
+            self.press_until_focused("Tab", name)
+            self.assertTrue(self.focused().is_showing, self.panel.tree())
+        for name in ("Session & Settings", "Start Captions"):
+            self.press_until_focused("shift+Tab", name)
+        self.desktop.key("Return")
+        self.program.wait_for_state("running", True)
+        self.desktop.wait("the button to stop", lambda: self.focused().name == "Stop Captions")
+        self.desktop.key("space")
+        self.program.wait_for_state("running", False)
+        self.press_until_focused("Tab", "Session & Settings")
+        # The toolkit keeps menus out of the tree, but says that the button is down.
+        for opens in ("Return", "space"):
+            self.desktop.key(opens)
+            self.desktop.wait("the menu", lambda: "pressed" in self.focused().states)
+            self.desktop.key("Escape")
+            self.desktop.wait("its end", lambda: "pressed" not in self.focused().states)
+        self.press_until_focused("Tab", "Hide")
+        self.desktop.key("Return")
+        self.program.wait_for_state("toggle-panel", False)
+
+    def test_what_is_said_is_announced_as_text_that_comes(self):
+        self.show_panel()
+        events = self.accessibility.watch("object:text-changed", "TextChanged")
+        self.start_captions()
+        self.speak()
+        line = self.transcript().strip()
+        self.desktop.wait("the line to be announced",
+                          lambda: line.split()[-1] in events.read_text())
+        self.assertIn('string "insert"', events.read_text())
+
+    def test_what_went_wrong_is_told_as_the_status(self):
+        self.show_panel()
+        status = self.panel.find("label", "Status")
+        events = self.accessibility.watch("object:property-change", "PropertyChange")
+        self.make_saving_fail()
+        self.start_captions()
+        self.speak()
+        self.program.action("save-session")
+        self.desktop.wait("the failure", lambda: status.description)
+        self.desktop.wait("its announcement",
+                          lambda: "accessible-description" in events.read_text())
+
+
+if __name__ == "__main__":
+    unittest.main()
