@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/models/model_catalogue.h"
+
+#include "platform/foundation/failure.h"
+#include "platform/models/model_address.h"
+#include "require.h"
+
+#include <QDir>
+#include <QUrl>
+
+using namespace velun;
+using fuzz::require;
+
+namespace {
+
+/// A name that stays in its folder.
+void checkName(const QString& name) {
+  require(!name.isEmpty() && !name.startsWith(u'.'), "a name is not hidden");
+  require(QDir::cleanPath("/models/" + name) == "/models/" + name && !name.contains(u'/'),
+          "a name stays in its folder");
+  require(!name.contains(u'\n') && !name.contains(QChar(0)), "a name is one line");
+}
+
+void check(const Model& model) {
+  checkName(model.id);
+  require(!model.licence.isEmpty() && !model.languages.isEmpty(), "a model says what it is");
+  require(model.installedBytes > 0 && !model.downloads.empty(), "a model has files");
+  std::int64_t most = 0;
+  for (const ModelDownload& download : model.downloads) {
+    checkName(download.fileName());
+    require(isSafeModelAddress(QUrl(download.address)), "an address is safe");
+    require(download.bytes > 0 && download.sha256.size() == 64, "a download can be verified");
+    for (const ModelFile& file : download.files) checkName(file.name);
+    most = std::max(most, download.bytes);
+  }
+  require(model.downloadBytes() >= most, "sizes add up");
+}
+
+}  // namespace
+
+/// Any bytes are a catalogue or are refused, and a catalogue keeps all its rules.
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
+  const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
+  try {
+    const ModelCatalogue catalogue = ModelCatalogue::read(bytes);
+    for (const Model& model : catalogue.models()) {
+      check(model);
+      require(catalogue.find(model.id) == &model, "an id occurs once");
+    }
+  } catch (const Failure& failure) {
+    require(!descriptionOf(failure).isEmpty(), "a refusal says why");
+  }
+  return 0;
+}
