@@ -13,6 +13,9 @@ namespace {
 
 constexpr auto kNamespace = "http://www.andymatuschak.org/xml-namespaces/sparkle";
 
+/// Far above what anybody calls a release.
+constexpr qsizetype kLongestVersion = 100;
+
 /// An item as it stands in the feed.
 struct RawItem {
   AppcastItem item;
@@ -46,13 +49,26 @@ void readOwnElement(QXmlStreamReader& reader, RawItem& raw) {
   }
 }
 
+/// The text of an element with everything in it. The reader's own way calls itself for each element
+/// in another, and how deep they go is the feed's to say.
+QString readWholeText(QXmlStreamReader& reader) {
+  QString text;
+  for (int depth = 1; depth > 0 && !reader.atEnd();) {
+    reader.readNext();
+    if (reader.isStartElement()) ++depth;
+    if (reader.isEndElement()) --depth;
+    if (reader.isCharacters() || reader.isEntityReference()) text += reader.text();
+  }
+  return text;
+}
+
 RawItem readItem(QXmlStreamReader& reader) {
   RawItem raw;
   while (reader.readNextStartElement()) {
     if (reader.namespaceUri() == QLatin1String(kNamespace)) {
       readOwnElement(reader, raw);
     } else if (reader.name() == u"description") {
-      raw.item.notes = reader.readElementText(QXmlStreamReader::IncludeChildElements).trimmed();
+      raw.item.notes = readWholeText(reader).trimmed();
     } else if (reader.name() == u"link") {
       raw.link = QUrl(reader.readElementText().trimmed());
     } else if (reader.name() == u"enclosure") {
@@ -63,6 +79,10 @@ RawItem readItem(QXmlStreamReader& reader) {
     }
   }
   return raw;
+}
+
+bool isVersion(const QString& text) {
+  return !text.isEmpty() && text.size() <= kLongestVersion;
 }
 
 bool isWebPage(const QUrl& url) {
@@ -77,7 +97,8 @@ std::optional<AppcastItem> accepted(RawItem raw) {
   if (item.shortVersion.isEmpty()) item.shortVersion = item.version;
   item.page = isWebPage(raw.link) ? raw.link : raw.notesLink;
   const bool isForUs = raw.system.isEmpty() || raw.system == "linux";
-  if (item.version.isEmpty() || !isForUs || raw.isOfChannel || !isWebPage(item.page)) {
+  if (!isVersion(item.version) || !isVersion(item.shortVersion) || !isForUs || raw.isOfChannel ||
+      !isWebPage(item.page)) {
     return std::nullopt;
   }
   return item;

@@ -24,7 +24,7 @@ struct AppcastItem {
 };
 
 /// The releases of an appcast, an RSS feed with version numbers. Items for other systems, of a
-/// channel, without a version or without a web page are left out. Throws `Failure` for what is no
+/// channel, without a version (of at most 100 characters) or without a web page are left out. Throws `Failure` for what is no
 /// such feed.
 std::vector<AppcastItem> readAppcast(const QByteArray& xml);
 

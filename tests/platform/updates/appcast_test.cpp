@@ -71,6 +71,24 @@ class AppcastTest final : public test::Suite {
     QVERIFY(readAppcast(feed(item)).empty());
   }
 
+  void notesMayGoAsDeepAsAFeedIsLong() {
+    constexpr int kDepth = 100'000;
+    const QByteArray notes =
+        QByteArray("<b>").repeated(kDepth) + "deep" + QByteArray("</b>").repeated(kDepth);
+    const auto items = readAppcast(
+        feed(item("<sparkle:version>2</sparkle:version><description>" + notes + "</description>")));
+    QCOMPARE(items.at(0).notes, QString("deep"));
+  }
+
+  void aVersionThatIsLongerThanAnyIsLeftOut() {
+    const QByteArray longest(100, '1');
+    const auto items =
+        readAppcast(feed(item("<sparkle:version>" + longest + "</sparkle:version>") +
+                         item("<sparkle:version>1" + longest + "</sparkle:version>")));
+    QCOMPARE(items.size(), std::size_t(1));
+    QCOMPARE(items[0].version, QString(longest));
+  }
+
   void whatIsNoFeedIsRefused_data() {
     QTest::addColumn<QByteArray>("xml");
     QTest::newRow("empty") << QByteArray();
