@@ -18,7 +18,7 @@ enum class ModelPacking {
   none,     ///< as it is
   gzip,     ///< one compressed file
   zstd,     ///< one compressed file
-  archive,  ///< a tar archive, compressed in any way; named entries are kept
+  archive,  ///< a tar archive, in gzip, bzip2, xz, zstd or plain; named entries are kept
 };
 
 /// One file that is kept on disk.

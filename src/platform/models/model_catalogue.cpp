@@ -49,18 +49,21 @@ std::optional<ModelPacking> packingNamed(const QString& name) {
   return std::nullopt;
 }
 
+/// Far above any model; sums of sizes stay within their type.
+constexpr std::int64_t kMostBytes = 1'000'000'000'000;
+
 bool isPlainName(const QString& name) {
-  static const QRegularExpression plain("^[A-Za-z0-9_][A-Za-z0-9_.,+-]*$");
+  static const QRegularExpression plain("\\A[A-Za-z0-9_][A-Za-z0-9_.,+-]*\\z");
   return plain.match(name).hasMatch();
 }
 
 bool isSha256(const QByteArray& text) {
-  static const QRegularExpression hexadecimal("^[0-9a-f]{64}$");
+  static const QRegularExpression hexadecimal("\\A[0-9a-f]{64}\\z");
   return hexadecimal.match(QString::fromLatin1(text)).hasMatch();
 }
 
 std::int64_t readBytes(const QJsonObject& object, const QString& key) {
-  return static_cast<std::int64_t>(object.value(key).toDouble(0));
+  return object.value(key).toInteger();
 }
 
 QByteArray readHash(const QJsonObject& object) {
@@ -70,7 +73,7 @@ QByteArray readHash(const QJsonObject& object) {
 ModelFile readFile(const QJsonObject& object, const Checker& checker) {
   ModelFile file{object["name"].toString(), readBytes(object, "bytes"), readHash(object)};
   checker.require(isPlainName(file.name), "a file's name is missing or not plain");
-  checker.require(file.bytes >= 0, "a file's size is negative");
+  checker.require(file.bytes >= 0 && file.bytes <= kMostBytes, "a file's size is impossible");
   checker.require(file.sha256.isEmpty() || isSha256(file.sha256), "a file's hash is not SHA-256");
   return file;
 }
@@ -82,7 +85,7 @@ ModelDownload readDownload(const QJsonObject& object, const Checker& checker) {
   download.sha256 = readHash(object);
   checker.require(isSafeModelAddress(QUrl(download.address)), "an address is not HTTPS");
   checker.require(isPlainName(download.fileName()), "an address does not end in a plain name");
-  checker.require(download.bytes > 0, "a download has no size");
+  checker.require(download.bytes > 0 && download.bytes <= kMostBytes, "a download has no size");
   checker.require(isSha256(download.sha256), "a download has no SHA-256");
   const auto packing = packingNamed(object["packing"].toString("none"));
   checker.require(packing.has_value(), "unknown packing");
@@ -135,6 +138,7 @@ Model readModel(const QJsonObject& object) {
   }
   checker.require(!model.downloads.empty(), "no downloads");
   model.installedBytes = readBytes(object, "installedBytes");
+  checker.require(model.installedBytes <= kMostBytes, "the installed size is impossible");
   if (model.installedBytes <= 0) model.installedBytes = sumOfFiles(model, checker);
   return model;
 }

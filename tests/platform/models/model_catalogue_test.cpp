@@ -87,6 +87,7 @@ class ModelCatalogueTest final : public test::Suite {
     };
     row("id with a folder", "id", "../evil");
     row("hidden id", "id", ".downloads");
+    row("id of two lines", "id", "good\n");
     row("unknown kind", "kind", "speech");
     row("no licence", "licence", "");
     row("no languages", "languages", QJsonArray());
@@ -96,7 +97,12 @@ class ModelCatalogueTest final : public test::Suite {
     row("no host", "downloads.0.address", "one.bin");
     row("address of a folder", "downloads.0.address", "https://example.org/x/");
     row("no size", "downloads.0.bytes", 0);
+    row("size that is no number of bytes", "downloads.0.bytes", 10.5);
+    row("size beyond every disk", "downloads.0.bytes", 1e13);
+    row("size beyond every number", "downloads.0.bytes", 1e300);
+    row("installed size beyond every disk", "installedBytes", 1e13);
     row("no hash", "downloads.0.sha256", "");
+    row("hash with a line's end", "downloads.0.sha256", kHash + "\n");
     row("short hash", "downloads.0.sha256", "abc");
     row("unknown packing", "downloads.0.packing", "rar");
     row("no file", "downloads.0.files", QJsonArray());

@@ -102,6 +102,23 @@ class UnpackTest final : public test::Suite {
     QCOMPARE(QDir(folder_ + "/..").entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(), 1);
   }
 
+  void noOtherProgramIsStarted() {
+    // The library knows this compression only by the program for it.
+    const QByteArray grzip("GRZipII\0\2\4:)", 12);
+    const QString started = dir_.filePath("started");
+    QFile program(dir_.filePath("grzip"));
+    QVERIFY(program.open(QIODevice::WriteOnly));
+    program.write("#!/bin/sh\n: >" + QFile::encodeName(started) + "\n");
+    program.close();
+    QVERIFY(program.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", QFile::encodeName(dir_.path()) + ":" + path);
+    put(grzip + text_);
+    QVERIFY_EXCEPTION_THROWN(run(ModelPacking::archive, {"model.bin"}), Failure);
+    qputenv("PATH", path);
+    QVERIFY(!QFile::exists(started));
+  }
+
   void aStopEndsIt() {
     put(gzipped(text_));
     std::stop_source stop;

@@ -24,7 +24,11 @@ Reader openPacked(ModelPacking packing, const QString& path) {
   Reader reader(archive_read_new());
   switch (packing) {
     case ModelPacking::archive:
-      archive_read_support_filter_all(reader.get());
+      // Not all that the library knows: for some it starts whatever program has the right name.
+      archive_read_support_filter_gzip(reader.get());
+      archive_read_support_filter_bzip2(reader.get());
+      archive_read_support_filter_xz(reader.get());
+      archive_read_support_filter_zstd(reader.get());
       archive_read_support_format_tar(reader.get());
       break;
     case ModelPacking::zstd:

@@ -32,8 +32,7 @@ VerifiedRecord VerifiedRecord::read(const QString& folder) {
   for (const auto& value : files) {
     const QJsonObject object = value.toObject();
     record.entries_[object["name"].toString()] = {
-        static_cast<std::int64_t>(object["bytes"].toDouble()),
-        static_cast<std::int64_t>(object["modified"].toDouble()),
+        object["bytes"].toInteger(), object["modified"].toInteger(),
         object["sha256"].toString().toLatin1(), object["download"].toString().toLatin1()};
   }
   return record;
