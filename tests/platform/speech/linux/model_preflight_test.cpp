@@ -75,6 +75,15 @@ class ModelPreflightTest final : public test::Suite {
     QVERIFY2(why.startsWith("model.onnx: "), qPrintable(why));
   }
 
+  void aNoteThatLeavesItsFieldIsRefused() {
+    const QByteArray graph = "\x3a\x01g";
+    // A field of two bytes, in which a text begins whose length ends behind it.
+    const QByteArray note = "\x72\x02\x0a\xff\xc8\x8d\xe5\x0a";
+    RecognizerSettings settings = nemoCtc();
+    settings.nemoCtc = write("model.onnx", graph + note + QByteArray(50, 'x'));
+    QCOMPARE(refusal(settings), QString("model.onnx: the file is cut off"));
+  }
+
   void aMissingFileIsRefused() {
     RecognizerSettings settings = nemoCtc();
     settings.nemoCtc = dir_.filePath("nothing.onnx");

@@ -32,10 +32,21 @@ std::uint64_t readNumber(QIODevice& device) {
   refuse("not an ONNX model");
 }
 
-/// The end of a field of `length` bytes that begins here.
-qint64 fieldEnd(const QIODevice& device, std::uint64_t length, qint64 limit) {
-  if (length > static_cast<std::uint64_t>(limit - device.pos())) refuse("the file is cut off");
-  return device.pos() + static_cast<qint64>(length);
+/// The length of a field, which is checked to end by `limit`, where it begins.
+qint64 checkedLength(const QIODevice& device, std::uint64_t length, qint64 limit) {
+  const qint64 rest = limit - device.pos();
+  if (rest < 0 || length > static_cast<std::uint64_t>(rest)) refuse("the file is cut off");
+  return static_cast<qint64>(length);
+}
+
+/// Reads the length of a field and leaves the device where the field begins.
+qint64 readLength(QIODevice& device, qint64 limit) {
+  const std::uint64_t length = readNumber(device);
+  return checkedLength(device, length, limit);
+}
+
+void skip(QIODevice& device, std::uint64_t length, qint64 limit) {
+  device.seek(device.pos() + checkedLength(device, length, limit));
 }
 
 void readNote(QIODevice& device, qint64 end, QHash<QString, QString>& notes) {
@@ -45,7 +56,7 @@ void readNote(QIODevice& device, qint64 end, QHash<QString, QString>& notes) {
   while (device.pos() < end) {
     const std::uint64_t tag = readNumber(device);
     if ((tag & 7) != 2) refuse("not an ONNX model");
-    const qint64 size = fieldEnd(device, readNumber(device), end) - device.pos();
+    const qint64 size = readLength(device, end);
     const QString text = QString::fromUtf8(device.read(size));
     if (tag >> 3 == kKey) key = text;
     if (tag >> 3 == kValue) value = text;
@@ -69,13 +80,14 @@ QHash<QString, QString> readOnnxMetadata(const QString& path) {
         readNumber(file);
         break;
       case 1:
-        file.seek(fieldEnd(file, 8, file.size()));
+        skip(file, 8, file.size());
         break;
       case 5:
-        file.seek(fieldEnd(file, 4, file.size()));
+        skip(file, 4, file.size());
         break;
       case 2: {
-        const qint64 end = fieldEnd(file, readNumber(file), file.size());
+        const qint64 length = readLength(file, file.size());
+        const qint64 end = file.pos() + length;
         if (field == kGraph) hasGraph = true;
         if (field == kMetadata) readNote(file, end, notes);
         file.seek(end);
