@@ -11,6 +11,7 @@
 #include "settings/localization.h"
 #include "support/suite.h"
 
+#include <algorithm>
 #include <cstring>
 #include <functional>
 #include <limits>
@@ -121,6 +122,24 @@ class StudentFilesTest final : public Suite {
     bytes = modelBytes();
     put(bytes, kFirstHead + 8, std::uint64_t{0x1801});
     QCOMPARE(reasonOfModel(bytes), kUnsupported);
+  }
+
+  void aShapeMayNotOverflow() {
+    auto changed = items();
+    named(changed, "encoder_Wemb").shape = {1 << 20, 1 << 20, 1 << 24};
+    const Bytes bytes = writeModel(changed);
+    QCOMPARE(reasonOf([&bytes] { const StudentModelFile file(bytes); }), kDamaged);
+  }
+
+  void aVocabularyThatItsLibraryThrowsOutIsDamaged() {
+    Bytes bytes = writeVocabulary({"one", "two"});
+    QCOMPARE(reasonOf([&bytes] { const Vocabulary vocabulary(bytes); }), std::nullopt);
+    // A piece that begins with NUL.
+    const auto* const mark = reinterpret_cast<const std::byte*>("\u2581");
+    const auto piece = std::search(bytes.begin(), bytes.end(), mark, mark + 3);
+    QVERIFY(piece != bytes.end());
+    *piece = std::byte{0};
+    QCOMPARE(reasonOf([&bytes] { const Vocabulary vocabulary(bytes); }), kDamaged);
   }
 
   void arraysMustFit_data() {

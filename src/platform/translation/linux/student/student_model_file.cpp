@@ -53,12 +53,15 @@ std::uint64_t bytesNeeded(const ModelItem& item) {
 
 std::vector<int> readShape(ByteReader& reader, std::uint64_t dimensions) {
   std::vector<int> shape;
+  constexpr std::uint64_t kMostElements = 1ULL << 40;
   std::uint64_t elements = 1;
   for (std::uint64_t i = 0; i < dimensions; ++i) {
     const auto size = reader.value<std::int32_t>();
     if (size < 1) throw ModelFormatError::damaged("an array without elements");
+    if (elements > kMostElements / static_cast<std::uint64_t>(size)) {
+      throw ModelFormatError::damaged("an impossibly large array");
+    }
     elements *= static_cast<std::uint64_t>(size);
-    if (elements > (1ULL << 40)) throw ModelFormatError::damaged("an impossibly large array");
     shape.push_back(size);
   }
   if (shape.empty()) throw ModelFormatError::damaged("an array without a shape");

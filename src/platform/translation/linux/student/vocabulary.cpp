@@ -4,6 +4,7 @@
 #include "platform/translation/linux/student/model_format_error.h"
 
 #include <algorithm>
+#include <exception>
 #include <QByteArray>
 #include <sentencepiece_processor.h>
 #include <string>
@@ -11,11 +12,24 @@
 
 namespace velun {
 
+namespace {
+
+/// The library reports most damage as a status, and throws an exception of its own at some.
+bool isLoaded(sentencepiece::SentencePieceProcessor& processor, std::string_view bytes) {
+  try {
+    return processor.LoadFromSerializedProto(bytes).ok();
+  } catch (const std::exception&) {
+    return false;
+  }
+}
+
+}  // namespace
+
 Vocabulary::Vocabulary(std::span<const std::byte> bytes)
     : processor_(std::make_unique<sentencepiece::SentencePieceProcessor>()) {
   const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-  const auto status = processor_->LoadFromSerializedProto(text);
-  if (!status.ok()) throw ModelFormatError::damaged("the vocabulary cannot be read");
+  if (!isLoaded(*processor_, text))
+    throw ModelFormatError::damaged("the vocabulary cannot be read");
   if (endToken() < 0) throw ModelFormatError::unsupported("a vocabulary without an end token");
 }
 
