@@ -48,6 +48,7 @@ HistoryView::HistoryView(HistoryViewModel& library, AppSettings& settings, Histo
       selectionChanged_(std::move(selectionChanged)) {
   makeActions();
   banner_ = new QLabel(this);
+  banner_->setTextFormat(Qt::PlainText);
   banner_->setWordWrap(true);
   banner_->setContentsMargins(14, 8, 14, 8);
   banner_->setAutoFillBackground(true);

@@ -2,6 +2,7 @@
 #include "ui/menubar/update_view.h"
 
 #include "settings/localization.h"
+#include "ui/menubar/release_notes.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -128,9 +129,9 @@ void UpdateView::presentUpdate(const UpdateAvailable& update) {
                 "입니다."));
   page_ = update.item.page;
   if (Qt::mightBeRichText(update.item.notes)) {
-    notes_->setHtml(update.item.notes);
+    notes_->setHtml(modestHtml(update.item.notes));
   } else {
-    notes_->setPlainText(update.item.notes);
+    notes_->setPlainText(update.item.notes.left(kLongestNotes));
   }
   notes_->setVisible(!update.item.notes.isEmpty());
   open_->show();
