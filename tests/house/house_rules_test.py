@@ -25,8 +25,12 @@ class TheTree(unittest.TestCase):
         self.check(c for p in SOURCES for c in rules.include_complaints(below_src(p), p.read_text()))
 
     def test_links_follow_the_arrows(self):
-        self.check(c for p in (ROOT / "src").rglob("CMakeLists.txt")
-                   for c in rules.link_complaints(p.read_text()))
+        self.check(rules.link_complaints(
+            [d for p in (ROOT / "src").rglob("CMakeLists.txt")
+             for d in rules.declared_layers(below_src(p.parent), p.read_text())]))
+
+    def test_the_map_shows_the_arrows(self):
+        self.check(rules.map_complaints((ROOT / "ARCHITECTURE.md").read_text()))
 
     def test_texts_stand_in_both_languages(self):
         self.check(c for p in SOURCES for c in rules.text_complaints(below_src(p), p.read_text()))
@@ -74,8 +78,33 @@ class TheRules(unittest.TestCase):
         self.assertFalse(list(rules.include_complaints("ui/a.h", '#include "model/line.h"')))
 
     def test_a_link_upwards_is_found(self):
-        text = "velun_layer(velun_model SOURCES a.cpp LINKS velun_settings Qt6::Core)"
-        self.assertEqual(list(rules.link_complaints(text)), ["velun_model may not link velun_settings"])
+        model = "velun_layer(velun_model SOURCES a.cpp LINKS velun_settings Qt6::Core)"
+        settings = "velun_layer(velun_settings SOURCES app_settings.cpp LINKS velun_model)"
+        declared = [*rules.declared_layers("model", model),
+                    *rules.declared_layers("settings", settings)]
+        self.assertEqual(list(rules.link_complaints(declared)),
+                         ["velun_model (model) may not link velun_settings (settings)"])
+        hidden = rules.declared_layers(
+            "model", "target_link_libraries(velun_model PRIVATE velun_settings)")
+        self.assertEqual(len(list(rules.link_complaints(declared[1:] + [
+            ("velun_model", "model", [])] + list(hidden)))), 1)
+
+    def test_the_inside_of_one_service_is_closed_to_the_others(self):
+        text = '#include "platform/models/linux/unpack.h"'
+        self.assertEqual(
+            len(list(rules.include_complaints("platform/speech/linux/neural/a.cpp", text))), 1)
+        self.assertFalse(list(rules.include_complaints("platform/models/linux/a.cpp", text)))
+        declared = [("velun_a", "platform/speech/linux", ["velun_b"]),
+                    ("velun_b", "platform/models/linux", [])]
+        self.assertEqual(len(list(rules.link_complaints(declared))), 1)
+
+    def test_a_map_that_is_not_true_is_found(self):
+        text = (ROOT / "ARCHITECTURE.md").read_text()
+        for wrong in (text.replace("nothing of ours", "language"),
+                      text.replace("; speech also audio", ""),
+                      re.sub(r"^\| `src/captions`.*\n", "", text, flags=re.M)):
+            self.assertNotEqual(wrong, text)
+            self.assertTrue(list(rules.map_complaints(wrong)))
 
     def test_a_missing_language_is_found(self):
         for text in ('L("Stop")', 'L("Stop", "")', 'L("Stop", "Stop")', 'L("중지", "중지")'):

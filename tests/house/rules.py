@@ -7,12 +7,14 @@ import re
 FOUNDATION = "platform/foundation"
 INTERFACES = {"platform/audio", "platform/speech", "platform/translation", "platform/desktop",
               "platform/updates", "platform/models", FOUNDATION}
+MEDIA_SERVER = "platform/pipewire/linux"  # no service: what several of them stand on
 ALLOWED = {
+    MEDIA_SERVER: set(),
     FOUNDATION: set(),
     "settings/language": {FOUNDATION},
     "model": {FOUNDATION, "settings/language"},
     "settings": {FOUNDATION, "settings/language", "model"},
-    "platform/audio": {FOUNDATION},
+    "platform/audio": {FOUNDATION, "settings/language"},
     "platform/models": {FOUNDATION, "settings/language"},
     "platform/speech": {FOUNDATION, "platform/audio", "settings/language"},
     "platform/translation": {FOUNDATION, "settings/language"},
@@ -47,10 +49,15 @@ def layer_of(path):
     if parts[0] == "app":
         return "app"
     if parts[0] == "platform":
-        if "linux" in parts[2:-1]:
-            return "linux"
-        return "/".join(parts[:2])
+        return "/".join(parts[:3] if parts[2:-1] and parts[2] == "linux" else parts[:2])
     return parts[0]
+
+
+def allowed_for(layer):
+    """The layers that a layer may use, itself included."""
+    if layer.endswith("/linux") and layer not in ALLOWED:
+        return INTERFACES | {"settings/language", MEDIA_SERVER, layer}
+    return ALLOWED[layer] | {layer}
 
 
 def include_complaints(path, text):
@@ -61,48 +68,75 @@ def include_complaints(path, text):
     for own, name in re.findall(r'^\s*#\s*include\s+(?:"([^"]+)"|<([^>]+)>)', text, re.M):
         if own:
             other = layer_of(own)
-            if layer == "linux":
-                service = "/".join(path.split("/")[:2])
-                allowed = INTERFACES | {"settings/language", "linux", service}
-            else:
-                allowed = ALLOWED[layer] | {layer}
-            if other not in allowed:
+            if other not in allowed_for(layer):
                 yield f"{path} ({layer}) may not include {own} ({other})"
-        elif layer != "linux":
+        elif not layer.endswith("/linux"):
             for start, who in SYSTEM_LIBRARIES.items():
                 if name.startswith(start) and layer not in who:
                     yield f"{path} ({layer}) may not include <{name}>"
 
 
-def layer_of_target(target):
-    """The layer that a build target belongs to, or none for a library of the system."""
-    names = {
-        "velun_foundation": FOUNDATION, "velun_language": "settings/language",
-        "velun_options": None,
-    }
-    if target in names:
-        return names[target]
-    if not target.startswith("velun_"):
-        return None
-    name = target.removeprefix("velun_")
-    if name.endswith("_linux") or "_linux_" in name:
-        return "linux"
-    if name.startswith("platform_"):
-        return "platform/" + name.removeprefix("platform_").split("_")[0]
-    return name.split("_")[0]
-
-
-def link_complaints(cmake_text):
-    """Layers that link what their folder may not include."""
+def declared_layers(folder, cmake_text):
+    """Of each library that a folder below src/ declares: its name, its layer, what it links."""
     for body in re.findall(r"velun_layer\(([^)]*)\)", cmake_text):
         words = body.split()
-        layer = layer_of_target(words[0])
-        if layer in (None, "app", "linux") or "LINKS" not in words:
+        links = words[words.index("LINKS") + 1:] if "LINKS" in words else []
+        layers = {layer_of(f"{folder}/{word}") for word in words if re.search(r"\.(h|cpp)$", word)}
+        # The inside of a service may list the interface's headers for the toolkit's generator.
+        yield words[0], max(layers, key=len), links
+    # What a library links without showing it to those above.
+    for body in re.findall(r"target_link_libraries\(([^)]*)\)", cmake_text):
+        words = body.split()
+        yield words[0], None, words[2:]
+
+
+def link_complaints(declarations):
+    """Libraries that link what their folder may not include."""
+    layers = {name: layer for name, layer, _ in declarations if layer}
+    for name, _, links in declarations:
+        layer = layers.get(name)
+        if layer in (None, "app"):
             continue
-        for link in words[words.index("LINKS") + 1:]:
-            other = layer_of_target(link)
-            if other and other != layer and other not in ALLOWED[layer]:
-                yield f"{words[0]} may not link {link}"
+        for link in links:
+            if link in layers and layers[link] not in allowed_for(layer):
+                yield f"{name} ({layer}) may not link {link} ({layers[link]})"
+
+
+# The words of the map's table.
+SPOKEN = {"foundation": {FOUNDATION}, "language": {"settings/language"}, "interfaces": INTERFACES,
+          "other interfaces": INTERFACES, "its interface": set(), "model": {"model"},
+          "settings": {"settings"}, "audio": {"audio"}, "translation": {"translation"},
+          "captions": {"captions"}, "media server": {MEDIA_SERVER}, "nothing of ours": set()}
+
+
+def layers_of_row(folder):
+    """The layers that a row of the map's table speaks of."""
+    name = re.match(r"`src/([^`]+)`(?: \((\w+)\))?", folder)
+    if name[1] == "platform/<service>":
+        return INTERFACES - {FOUNDATION}
+    if name[1] == "platform/<service>/linux":
+        return {layer + "/linux" for layer in INTERFACES - {FOUNDATION}}
+    return {"settings/language"} if name[2] == "language" else {name[1]}
+
+
+def map_complaints(architecture):
+    """Rows of the table in ARCHITECTURE.md that say another thing than the rules here."""
+    rows = re.findall(r"^\| (`src/[^|]*) \| [^|]* \| ([^|]*) \|$", architecture, re.M)
+    spoken_of = set().union(*(layers_of_row(folder) for folder, _ in rows))
+    missing = set(ALLOWED) - spoken_of
+    if missing:
+        yield f"The map leaves out {sorted(missing)}"
+    for folder, uses in rows:
+        if uses == "everything":
+            continue
+        own, _, exception = uses.partition("; ")
+        for layer in layers_of_row(folder):
+            said = set().union(*(SPOKEN[word] for word in own.split(", ")))
+            service, _, more = exception.partition(" also ")
+            if layer == "platform/" + service:
+                said |= {"platform/" + more}
+            if said | {layer} != allowed_for(layer):
+                yield f"The map says of {layer}: {uses}; the rules: {sorted(allowed_for(layer))}"
 
 
 def without_comments(text):
