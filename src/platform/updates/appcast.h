@@ -24,8 +24,8 @@ struct AppcastItem {
 };
 
 /// The releases of an appcast, an RSS feed with version numbers. Items for other systems, of a
-/// channel, without a version (of at most 100 characters) or without a web page are left out. Throws `Failure` for what is no
-/// such feed.
+/// channel, without a version (of at most 100 characters) or without a web page are left out.
+/// Throws `Failure` for what is no such feed.
 std::vector<AppcastItem> readAppcast(const QByteArray& xml);
 
 /// The newest release, if it is newer than `version`.
