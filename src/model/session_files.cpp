@@ -62,9 +62,9 @@ std::vector<QString> sessionFiles(const QString& folder) {
   return paths;
 }
 
-std::vector<std::optional<CaptionSession>> readSessionFiles(const std::vector<QString>& paths) {
+std::vector<std::optional<CaptionSession>> readSessionFiles(const std::vector<QString>& paths,
+                                                            const QString& legacyTitle) {
   std::vector<std::optional<CaptionSession>> sessions(paths.size());
-  const QString legacyTitle = defaultSessionTitle();
   std::atomic<std::size_t> next = 0;
   const auto work = [&] {
     for (std::size_t i = next++; i < paths.size(); i = next++) {

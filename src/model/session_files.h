@@ -17,8 +17,9 @@ bool isLegacyFile(const QString& path);
 /// order of their names. Throws `FileError`.
 std::vector<QString> sessionFiles(const QString& folder);
 
-/// The session of each file, none for one that cannot be read. Reads on several threads and
-/// returns when all is read.
-std::vector<std::optional<CaptionSession>> readSessionFiles(const std::vector<QString>& paths);
+/// The session of each file, none for one that cannot be read. Transcripts of an earlier version
+/// are called `legacyTitle`. Reads on several threads and returns when all is read. Any thread.
+std::vector<std::optional<CaptionSession>> readSessionFiles(const std::vector<QString>& paths,
+                                                            const QString& legacyTitle);
 
 }  // namespace velun

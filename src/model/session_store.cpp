@@ -85,25 +85,29 @@ CaptionSession SessionStore::read(const QUrl& url) const {
 }
 
 SessionStore::Listing SessionStore::savedSessions() const {
-  migratePreviousFolder();
-  const QString folder = directory.toLocalFile();
-  if (!QFileInfo::exists(folder)) return {};
   try {
-    const std::vector<QString> paths = sessionFiles(folder);
-    std::vector<std::optional<CaptionSession>> read = readSessionFiles(paths);
-    Listing listing;
-    for (std::size_t i = 0; i < paths.size(); ++i) {
-      if (read[i]) {
-        listing.sessions.push_back({QUrl::fromLocalFile(paths[i]), std::move(*read[i])});
-      } else {
-        ++listing.unreadableCount;
-      }
-    }
-    std::stable_sort(listing.sessions.begin(), listing.sessions.end(), isListedBefore);
-    return listing;
+    return list(defaultSessionTitle());
   } catch (const FileError& error) {
     throw SessionError(fileErrorText(error));
   }
+}
+
+SessionStore::Listing SessionStore::list(const QString& legacyTitle) const {
+  migratePreviousFolder();
+  const QString folder = directory.toLocalFile();
+  if (!QFileInfo::exists(folder)) return {};
+  const std::vector<QString> paths = sessionFiles(folder);
+  std::vector<std::optional<CaptionSession>> read = readSessionFiles(paths, legacyTitle);
+  Listing listing;
+  for (std::size_t i = 0; i < paths.size(); ++i) {
+    if (read[i]) {
+      listing.sessions.push_back({QUrl::fromLocalFile(paths[i]), std::move(*read[i])});
+    } else {
+      ++listing.unreadableCount;
+    }
+  }
+  std::stable_sort(listing.sessions.begin(), listing.sessions.end(), isListedBefore);
+  return listing;
 }
 
 bool isListedBefore(const SavedSession& left, const SavedSession& right) {

@@ -43,6 +43,10 @@ struct SessionStore {
 
   /// Every readable session of the folder and how many could not be read.
   Listing savedSessions() const;
+
+  /// The same without a word in the interface language: transcripts of an earlier version are
+  /// called `legacyTitle`, and a folder that cannot be listed throws `FileError`.
+  Listing list(const QString& legacyTitle) const;
 };
 
 /// Whether `left` stands before `right` in a listing: newest first.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/library/history_view_model.h"
 
+#include "model/file_error_text.h"
+#include "model/session_files.h"
 #include "platform/foundation/failure.h"
 #include "settings/localization.h"
 
@@ -17,7 +19,11 @@ struct HistoryViewModel::Listing {
   SavedSessions sessions;
   int unreadableCount = 0;
   /// Why the folder could not be listed.
-  std::optional<QString> failure;
+  std::optional<FileError> failure;
+
+  void add(SavedSession session) {
+    sessions.push_back(std::make_shared<const SavedSession>(std::move(session)));
+  }
 };
 
 QString canonicalPath(const QUrl& url) {
@@ -37,7 +43,10 @@ bool isBefore(const Entry& left, const Entry& right) {
 }  // namespace
 
 HistoryViewModel::HistoryViewModel(SessionStore store, Trash trash, QObject* parent)
-    : QObject(parent), store_(std::move(store)), trash_(std::move(trash)) {}
+    : QObject(parent), store_(std::move(store)), trash_(std::move(trash)) {
+  connect(&Localization::shared(), &Localization::languageChanged, this,
+          &HistoryViewModel::presentError);
+}
 
 HistoryViewModel::~HistoryViewModel() = default;
 
@@ -56,58 +65,58 @@ void HistoryViewModel::reload() {
   isReloading_ = true;
   const quint64 token = ++reloadToken_;
   const QPointer<HistoryViewModel> self(this);
-  // Reading thousands of files takes longer than a frame, so a worker does it.
-  QThreadPool::globalInstance()->start([self, token, store = store_, opened = openedFiles_] {
-    Listing listing;
-    try {
-      SessionStore::Listing found = store.savedSessions();
-      listing.unreadableCount = found.unreadableCount;
-      for (SavedSession& session : found.sessions) {
-        listing.sessions.push_back(std::make_shared<const SavedSession>(std::move(session)));
-      }
-    } catch (const std::exception& error) {
-      listing.failure = descriptionOf(error);
+  // Reading thousands of files takes longer than a frame, so a worker does it. It words nothing:
+  // the language belongs to the main thread.
+  QThreadPool::globalInstance()->start(
+      [self, token, store = store_, opened = openedFiles_, title = defaultSessionTitle()] {
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(),
+            [self, token, listing = listed(store, opened, title)]() mutable {
+              if (self && self->reloadToken_ == token) self->takeListing(std::move(listing));
+            },
+            Qt::QueuedConnection);
+      });
+}
+
+HistoryViewModel::Listing HistoryViewModel::listed(const SessionStore& store,
+                                                   const QList<QUrl>& opened,
+                                                   const QString& legacyTitle) {
+  Listing listing;
+  try {
+    SessionStore::Listing found = store.list(legacyTitle);
+    listing.unreadableCount = found.unreadableCount;
+    for (SavedSession& session : found.sessions) listing.add(std::move(session));
+  } catch (const FileError& error) {
+    listing.failure = error;
+  }
+  QSet<QString> known;
+  for (const Entry& entry : listing.sessions) known.insert(canonicalPath(entry->url));
+  std::vector<QString> paths;
+  for (const QUrl& url : opened) {
+    if (!known.contains(canonicalPath(url))) paths.push_back(url.toLocalFile());
+  }
+  std::vector<std::optional<CaptionSession>> sessions = readSessionFiles(paths, legacyTitle);
+  for (std::size_t i = 0; i < paths.size(); ++i) {
+    if (sessions[i]) {
+      listing.add({QUrl::fromLocalFile(paths[i]), std::move(*sessions[i])});
+    } else {
+      ++listing.unreadableCount;
     }
-    QSet<QString> listed;
-    for (const Entry& entry : listing.sessions) listed.insert(canonicalPath(entry->url));
-    for (const QUrl& url : opened) {
-      if (listed.contains(canonicalPath(url))) continue;
-      try {
-        SavedSession session{url, store.read(url)};
-        listing.sessions.push_back(std::make_shared<const SavedSession>(std::move(session)));
-      } catch (const std::exception&) {
-        ++listing.unreadableCount;
-      }
-    }
-    std::stable_sort(listing.sessions.begin(), listing.sessions.end(), isBefore);
-    QMetaObject::invokeMethod(
-        QCoreApplication::instance(),
-        [self, token, listing = std::move(listing)]() mutable {
-          if (self && self->reloadToken_ == token) self->takeListing(std::move(listing));
-        },
-        Qt::QueuedConnection);
-  });
+  }
+  std::stable_sort(listing.sessions.begin(), listing.sessions.end(), isBefore);
+  return listing;
 }
 
 void HistoryViewModel::takeListing(Listing listing) {
   isReloading_ = false;
-  if (listing.failure) {
-    setError(listing.failure);
-    Q_EMIT reloaded();
-    return;
+  failure_ = listing.failure;
+  unreadableCount_ = listing.unreadableCount;
+  if (!failure_) {
+    sessions_ = std::move(listing.sessions);
+    Q_EMIT sessionsChanged();
+    if (selection_ && !isListed(*selection_)) setSelection(listedUnderAnotherName(*selection_));
   }
-  sessions_ = std::move(listing.sessions);
-  Q_EMIT sessionsChanged();
-  if (selection_ && !isListed(*selection_)) setSelection(listedUnderAnotherName(*selection_));
-  if (listing.unreadableCount > 0) {
-    const QString count = QString::number(listing.unreadableCount);
-    setError(
-        L(QStringLiteral("Couldn’t read ") + count +
-              QStringLiteral(" session(s). The original files are still in the sessions folder."),
-          count + QStringLiteral("개 기록을 읽지 못했습니다. 원본 파일은 기록 폴더에 있습니다.")));
-  } else {
-    setError(std::nullopt);
-  }
+  presentError();
   Q_EMIT reloaded();
 }
 
@@ -166,7 +175,17 @@ void HistoryViewModel::setSelection(const std::optional<QUrl>& url) {
   Q_EMIT selectionChanged();
 }
 
-void HistoryViewModel::setError(const std::optional<QString>& error) {
+void HistoryViewModel::presentError() {
+  std::optional<QString> error;
+  if (failure_) {
+    error = fileErrorText(*failure_);
+  } else if (unreadableCount_ > 0) {
+    const QString count = QString::number(unreadableCount_);
+    error =
+        L(QStringLiteral("Couldn’t read ") + count +
+              QStringLiteral(" session(s). The original files are still in the sessions folder."),
+          count + QStringLiteral("개 기록을 읽지 못했습니다. 원본 파일은 기록 폴더에 있습니다."));
+  }
   if (error_ == error) return;
   error_ = error;
   Q_EMIT errorChanged();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/session_store.h"
+#include "platform/foundation/file_error.h"
 
 #include <functional>
 #include <memory>
@@ -33,7 +34,7 @@ class HistoryViewModel final : public QObject {
   const std::optional<QUrl>& selection() const { return selection_; }
   /// Null when nothing is selected.
   std::shared_ptr<const SavedSession> selectedSession() const;
-  /// What the error banner shows.
+  /// What the error banner shows, in the interface language.
   const std::optional<QString>& error() const { return error_; }
   const SessionStore& store() const { return store_; }
   const QList<QUrl>& openedFiles() const { return openedFiles_; }
@@ -62,10 +63,13 @@ class HistoryViewModel final : public QObject {
  private:
   struct Listing;
 
+  static Listing listed(const SessionStore& store, const QList<QUrl>& opened,
+                        const QString& legacyTitle);
   void takeListing(Listing listing);
   void restartReload();
   void setSelection(const std::optional<QUrl>& url);
-  void setError(const std::optional<QString>& error);
+  /// Words the problems of the last listing.
+  void presentError();
   bool isListed(const QUrl& url) const;
   /// Where the same file is listed; none when it is not.
   std::optional<QUrl> listedUnderAnotherName(const QUrl& url) const;
@@ -74,6 +78,8 @@ class HistoryViewModel final : public QObject {
   Trash trash_;
   SavedSessions sessions_;
   std::optional<QUrl> selection_;
+  std::optional<FileError> failure_;
+  int unreadableCount_ = 0;
   std::optional<QString> error_;
   QList<QUrl> openedFiles_;
   bool isReloading_ = false;
