@@ -3,6 +3,7 @@
 
 #include "platform/foundation/main_task.h"
 #include "platform/updates/update_checker.h"
+#include "settings/localization.h"
 #include "ui/common/window_presentation.h"
 #include "ui/menubar/about_view.h"
 #include "ui/menubar/update_view.h"
@@ -21,12 +22,16 @@ constexpr QSize kUpdateSize(460, 320);
 
 InformationWindows::InformationWindows(const AppServices& services,
                                        std::function<void(QWidget*)> windowMade)
-    : services_(services), windowMade_(std::move(windowMade)) {}
+    : services_(services), windowMade_(std::move(windowMade)) {
+  connect(&Localization::shared(), &Localization::languageChanged, this, [this] {
+    if (about_) about_->setWindowTitle(AboutView::title());
+    if (updates_) updates_->setWindowTitle(UpdateView::title());
+  });
+}
 
 InformationWindows::~InformationWindows() = default;
 
 void InformationWindows::showAbout() {
-  // Made anew each time, in the interface language of the moment.
   auto view =
       std::make_unique<AboutView>(QCoreApplication::applicationVersion(), services_.credits);
   about_ = WindowPresentation::makeWindow(AboutView::title(), kAboutSize, std::move(view), false);

@@ -14,8 +14,8 @@ namespace {
 
 constexpr int kIconSize = 96;
 
-QLabel* centred(const QString& text) {
-  auto* label = new QLabel(text);
+QLabel* centred() {
+  auto* label = new QLabel;
   label->setTextFormat(Qt::PlainText);
   label->setAlignment(Qt::AlignCenter);
   label->setWordWrap(true);
@@ -36,7 +36,12 @@ QString AboutView::title() {
 }
 
 AboutView::AboutView(const QString& version, const std::vector<Credit>& credits, QWidget* parent)
-    : QWidget(parent) {
+    : QWidget(parent),
+      version_(version),
+      versionLabel_(centred()),
+      purpose_(centred()),
+      licence_(centred()),
+      made_(new QTextBrowser) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(24, 20, 24, 20);
   layout->setSpacing(8);
@@ -46,28 +51,35 @@ AboutView::AboutView(const QString& version, const std::vector<Credit>& credits,
   icon->setAlignment(Qt::AlignCenter);
   layout->addWidget(icon);
 
-  QLabel* name = centred(QStringLiteral("Velun"));
+  QLabel* name = centred();
+  name->setText(QStringLiteral("Velun"));
   QFont font = name->font();
   font.setPointSizeF(font.pointSizeF() * 1.6);
   font.setBold(true);
   name->setFont(font);
   layout->addWidget(name);
 
-  layout->addWidget(centred(L("Version " + version, "버전 " + version)));
-  layout->addWidget(centred(L("Live captions and translation, on your own computer.",
-                              "내 컴퓨터 안에서 만드는 실시간 자막과 번역.")));
-  layout->addWidget(centred(
+  layout->addWidget(versionLabel_);
+  layout->addWidget(purpose_);
+  layout->addWidget(licence_);
+  made_->setPlainText(list(credits));
+  layout->addWidget(made_, 1);
+  connect(&Localization::shared(), &Localization::languageChanged, this, &AboutView::translate);
+  translate();
+}
+
+void AboutView::translate() {
+  versionLabel_->setText(L("Version " + version_, "버전 " + version_));
+  purpose_->setText(L("Live captions and translation, on your own computer.",
+                      "내 컴퓨터 안에서 만드는 실시간 자막과 번역."));
+  licence_->setText(
       L("Free software under the GNU General Public License, version 3 or later. It comes without "
         "any warranty.",
         "GNU 일반 공중 사용 허가서 3판 또는 그 이후 판에 따른 자유 소프트웨어이며, 어떠한 보증도 "
-        "제공하지 않습니다.")));
-
-  auto* made = new QTextBrowser;
-  made->setPlainText(list(credits));
-  made->setAccessibleName(L("Made with", "사용한 소프트웨어와 모델"));
-  made->setToolTip(L("Software and models that Velun uses, with their licenses",
-                     "Velun이 사용하는 소프트웨어와 모델, 그리고 라이선스"));
-  layout->addWidget(made, 1);
+        "제공하지 않습니다."));
+  made_->setAccessibleName(L("Made with", "사용한 소프트웨어와 모델"));
+  made_->setToolTip(L("Software and models that Velun uses, with their licenses",
+                      "Velun이 사용하는 소프트웨어와 모델, 그리고 라이선스"));
 }
 
 }  // namespace velun

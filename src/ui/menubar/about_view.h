@@ -6,6 +6,9 @@
 #include <QWidget>
 #include <vector>
 
+class QLabel;
+class QTextBrowser;
+
 namespace velun {
 
 /// What the program is, its version and licence, and what it is made of.
@@ -16,6 +19,15 @@ class AboutView final : public QWidget {
   static QString title();
 
   AboutView(const QString& version, const std::vector<Credit>& credits, QWidget* parent = nullptr);
+
+ private:
+  void translate();
+
+  QString version_;
+  QLabel* versionLabel_;
+  QLabel* purpose_;
+  QLabel* licence_;
+  QTextBrowser* made_;
 };
 
 }  // namespace velun

@@ -49,16 +49,11 @@ UpdateView::UpdateView(std::function<void(const QUrl&)> openPage, std::function<
       message_(textLabel()),
       details_(textLabel()),
       notes_(new NotesBrowser),
-      open_(new QPushButton(L("Open Release Page", "배포 페이지 열기"))),
-      close_(new QPushButton(L("Close", "닫기"))) {
+      open_(new QPushButton),
+      close_(new QPushButton) {
   QFont bold = message_->font();
   bold.setBold(true);
   message_->setFont(bold);
-  notes_->setAccessibleName(L("What’s New", "새로운 점"));
-  notes_->setToolTip(L("What is new in this version", "이 버전의 새로운 점"));
-  open_->setToolTip(
-      L("Opens the release’s page in your browser", "브라우저에서 배포 페이지를 엽니다"));
-  close_->setToolTip(L("Close this window", "이 창 닫기"));
   connect(open_, &QPushButton::clicked, this, [this, openPage] { openPage(page_); });
   connect(close_, &QPushButton::clicked, this, close);
 
@@ -74,7 +69,19 @@ UpdateView::UpdateView(std::function<void(const QUrl&)> openPage, std::function<
   layout->addWidget(notes_, 1);
   layout->addStretch();
   layout->addLayout(buttons);
-  showChecking();
+  connect(&Localization::shared(), &Localization::languageChanged, this, &UpdateView::translate);
+  translate();
+}
+
+void UpdateView::translate() {
+  notes_->setAccessibleName(L("What’s New", "새로운 점"));
+  notes_->setToolTip(L("What is new in this version", "이 버전의 새로운 점"));
+  open_->setToolTip(
+      L("Opens the release’s page in your browser", "브라우저에서 배포 페이지를 엽니다"));
+  close_->setToolTip(L("Close this window", "이 창 닫기"));
+  open_->setText(L("Open Release Page", "배포 페이지 열기"));
+  close_->setText(L("Close", "닫기"));
+  presentOutcome();
 }
 
 void UpdateView::present(const QString& message, const QString& details) {
@@ -86,11 +93,15 @@ void UpdateView::present(const QString& message, const QString& details) {
   close_->setFocus();
 }
 
-void UpdateView::showChecking() {
-  present(L("Checking for updates…", "업데이트를 확인하는 중…"), QString());
+void UpdateView::show(const UpdateOutcome& outcome) {
+  outcome_ = outcome;
+  presentOutcome();
 }
 
-void UpdateView::show(const UpdateOutcome& outcome) {
+void UpdateView::presentOutcome() {
+  if (!outcome_) {
+    return present(L("Checking for updates…", "업데이트를 확인하는 중…"), QString());
+  }
   std::visit(
       Overloaded{
           [this](const UpdatedBySystem&) {
@@ -118,7 +129,7 @@ void UpdateView::show(const UpdateOutcome& outcome) {
                     failure.description);
           },
       },
-      outcome);
+      *outcome_);
 }
 
 void UpdateView::presentUpdate(const UpdateAvailable& update) {

@@ -4,6 +4,7 @@
 #include "platform/updates/update_checker.h"
 
 #include <functional>
+#include <optional>
 #include <QWidget>
 
 class QLabel;
@@ -23,10 +24,11 @@ class UpdateView final : public QWidget {
   UpdateView(std::function<void(const QUrl&)> openPage, std::function<void()> close,
              QWidget* parent = nullptr);
 
-  void showChecking();
   void show(const UpdateOutcome& outcome);
 
  private:
+  void translate();
+  void presentOutcome();
   void present(const QString& message, const QString& details);
   void presentUpdate(const UpdateAvailable& update);
 
@@ -36,6 +38,8 @@ class UpdateView final : public QWidget {
   QPushButton* open_;
   QPushButton* close_;
   QUrl page_;
+  /// None while the search is under way.
+  std::optional<UpdateOutcome> outcome_;
 };
 
 }  // namespace velun
