@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -43,9 +44,9 @@ ExportView::ExportView(CaptionSession session, std::function<void()> cancel, Exp
   description_->setContentsMargins(0, 8, 0, 0);
   column->addWidget(description_);
   column->addStretch();
-  cancel_->setShortcut(QKeySequence(Qt::Key_Escape));
   export_->setDefault(true);
   export_->setAutoDefault(true);
+  cancel_->setAutoDefault(true);
   auto* buttons = new QHBoxLayout;
   buttons->addStretch();
   buttons->addWidget(cancel_);
@@ -73,6 +74,21 @@ QLabel* ExportView::addRow(QComboBox* chooser) {
   column->addWidget(label);
   column->addWidget(chooser);
   return label;
+}
+
+void ExportView::keyPressEvent(QKeyEvent* event) {
+  // As in the toolkit's dialogs, which this is not. Shortcuts would answer for open choosers too.
+  switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      export_->click();
+      break;
+    case Qt::Key_Escape:
+      cancel_->click();
+      break;
+    default:
+      QWidget::keyPressEvent(event);
+  }
 }
 
 void ExportView::translate() {

@@ -24,6 +24,9 @@ class ExportView final : public QWidget {
   ExportView(CaptionSession session, std::function<void()> cancel, Export onExport,
              QWidget* parent = nullptr);
 
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
  private:
   QLabel* addRow(QComboBox* chooser);
   void translate();

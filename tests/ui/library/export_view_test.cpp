@@ -96,6 +96,20 @@ class ExportViewTest final : public test::Suite {
     QVERIFY(!exports_[0].language);
   }
 
+  void theReturnKeyExportsUnlessTheKeyboardIsAtCancel() {
+    open(sessionIn({"ko"}));
+    QVERIFY(QTest::qWaitForWindowActive(view_.get()));
+    chooser("File Format")->setFocus();
+    QTest::keyClick(chooser("File Format"), Qt::Key_Return);
+    QCOMPARE(exports_.size(), std::size_t{1});
+    button("Cancel")->setFocus();
+    QTest::keyClick(button("Cancel"), Qt::Key_Return);
+    QCOMPARE(exports_.size(), std::size_t{1});
+    QCOMPARE(cancels_, 1);
+    QTest::keyClick(chooser("File Format"), Qt::Key_Escape);
+    QCOMPARE(cancels_, 2);
+  }
+
   void theChoiceIsHandedOver() {
     open(sessionIn({"ko", "en"}));
     chooser("File Format")->setCurrentIndex(1);
