@@ -4,6 +4,7 @@
 #include "platform/desktop/desktop_services.h"
 #include "platform/desktop/linux/dbus_application_service.h"
 #include "platform/desktop/linux/termination_signals.h"
+#include "ui/common/toolkit_texts.h"
 
 #include <cstdio>
 #include <QApplication>
@@ -24,6 +25,8 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   QGuiApplication::setDesktopFileName(kApplicationID);
   QGuiApplication::setWindowIcon(QIcon::fromTheme(kApplicationID));
+  ToolkitTexts toolkitTexts;
+  QCoreApplication::installTranslator(&toolkitTexts);
 
   DBusApplicationService service(kApplicationID);
   switch (service.claim()) {

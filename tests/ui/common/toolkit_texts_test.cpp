@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/common/toolkit_texts.h"
+
+#include "settings/localization.h"
+#include "support/suite.h"
+
+#include <algorithm>
+#include <memory>
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+
+using namespace velun;
+
+class ToolkitTextsTest final : public test::Suite {
+  Q_OBJECT
+
+  ToolkitTexts texts_;
+
+  /// What the panel for saving a file says.
+  static QStringList panelTexts() {
+    QFileDialog panel;
+    panel.setOption(QFileDialog::DontUseNativeDialog);
+    panel.setAcceptMode(QFileDialog::AcceptSave);
+    QStringList shown;
+    for (const auto* label : panel.findChildren<QLabel*>()) shown.append(label->text());
+    for (const auto* button : panel.findChildren<QAbstractButton*>()) {
+      shown.append(button->text());
+      shown.append(button->toolTip());
+    }
+    const auto* files = panel.findChild<QAbstractItemView*>("treeView")->model();
+    for (int column = 0; column < files->columnCount(); ++column) {
+      shown.append(files->headerData(column, Qt::Horizontal).toString());
+    }
+    shown.removeAll(QString());
+    return shown;
+  }
+
+  static QStringList menuTexts() {
+    QLineEdit field;
+    const std::unique_ptr<QMenu> menu(field.createStandardContextMenu());
+    QStringList shown;
+    for (const QAction* action : menu->actions()) {
+      if (!action->isSeparator()) shown.append(action->text().section('\t', 0, 0));
+    }
+    return shown;
+  }
+
+  static bool isKorean(const QString& text) {
+    return std::any_of(text.begin(), text.end(),
+                       [](QChar c) { return c.script() == QChar::Script_Hangul; });
+  }
+
+ private Q_SLOTS:
+  void initTestCase() { QCoreApplication::installTranslator(&texts_); }
+  void cleanupTestCase() { QCoreApplication::removeTranslator(&texts_); }
+
+  void thePanelAndMenusFollowTheInterfaceLanguage() {
+    for (const AppLanguage language : {AppLanguage::english, AppLanguage::korean}) {
+      Localization::shared().setLanguage(language);
+      const QStringList shown = panelTexts() + menuTexts();
+      QVERIFY(shown.size() > 15);
+      for (const QString& text : shown) {
+        QVERIFY2(isKorean(text) == (language == AppLanguage::korean), qUtf8Printable(text));
+      }
+    }
+  }
+};
+
+QTEST_MAIN(ToolkitTextsTest)
+#include "toolkit_texts_test.moc"
