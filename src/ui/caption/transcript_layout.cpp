@@ -185,10 +185,13 @@ void TranscriptLayout::draw(QPainter* painter, const PaintContext& context) {
   int top = topOf(block);
   while (block.isValid() && top <= clip.bottom()) {
     layOut(block);
-    const QPointF corner(0, top);
-    block.layout()->draw(painter, corner, selectionsIn(block, context.selections), clip);
+    // Where assistive technology looks for what is in view; drawing counts from there.
+    block.layout()->setPosition(QPointF(0, top));
+    block.layout()->draw(painter, QPointF(), selectionsIn(block, context.selections), clip);
     const int cursor = context.cursorPosition - block.position();
-    if (cursor >= 0 && cursor < block.length()) block.layout()->drawCursor(painter, corner, cursor);
+    if (cursor >= 0 && cursor < block.length()) {
+      block.layout()->drawCursor(painter, QPointF(), cursor);
+    }
     top += heightOf(block);
     block = block.next();
   }

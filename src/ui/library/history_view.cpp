@@ -29,6 +29,8 @@ namespace {
 constexpr int kSidebarWidth = 290;
 constexpr int kSmallestSidebarWidth = 200;
 constexpr auto kDayCheckInterval = std::chrono::minutes(1);
+/// How the toolkit calls the action behind a field's clear button.
+const auto kClearAction = QStringLiteral("_q_qlineeditclearaction");
 
 /// A text and what explains it, on an action.
 void label(QAction* action, const QString& text, const QString& help = QString()) {
@@ -55,9 +57,10 @@ HistoryView::HistoryView(HistoryViewModel& library, AppSettings& settings, Histo
   banner_->setBackgroundRole(QPalette::ToolTipBase);
   banner_->setForegroundRole(QPalette::ToolTipText);
   banner_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  detail_ = new SessionDetailView(settings_, clock_, this);
   splitter_ = new QSplitter(this);
   splitter_->addWidget(makeSidebar());
+  // Made after the sidebar: the tab key goes through widgets in the order in which they were made.
+  detail_ = new SessionDetailView(settings_, clock_, splitter_);
   auto* detailPane = new QWidget(splitter_);
   auto* detailColumn = new QVBoxLayout(detailPane);
   detailColumn->setContentsMargins(0, 0, 0, 0);
@@ -144,8 +147,14 @@ QWidget* HistoryView::makeSidebar() {
   searchField_->setObjectName(QStringLiteral("search"));
   searchField_->setClearButtonEnabled(true);
   keepEditingKeys(*searchField_);
-  searchField_->addAction(symbolIcon(QStringLiteral("magnifyingglass")),
-                          QLineEdit::LeadingPosition);
+  searchSymbol_ = searchField_->addAction(symbolIcon(QStringLiteral("magnifyingglass")),
+                                          QLineEdit::LeadingPosition);
+  auto* toList = new QAction(searchField_);
+  toList->setShortcut(Qt::Key_Down);
+  toList->setShortcutContext(Qt::WidgetShortcut);
+  connect(toList, &QAction::triggered, this, [this] { list_->setFocus(Qt::ShortcutFocusReason); });
+  QWidget* field = searchField_;
+  field->addAction(toList);
   list_ = new QListView(sidebar);
   list_->setObjectName(QStringLiteral("sessions"));
   list_->setModel(&rows_);
@@ -171,12 +180,13 @@ QWidget* HistoryView::makeSidebar() {
   column->setSpacing(0);
   column->addLayout(searchRow);
   column->addWidget(listOrEmpty_, 1);
-  connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this,
-          [this](const QModelIndex& current) {
-            if (isPresenting_) return;
-            const auto session = rows_.sessionAt(current);
-            if (session) library_.select(session->url);
-          });
+  // Not the current row: assistive technology selects without making a row the current one.
+  connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
+    if (isPresenting_) return;
+    const QModelIndexList rows = list_->selectionModel()->selectedIndexes();
+    const auto session = rows.isEmpty() ? nullptr : rows_.sessionAt(rows.constFirst());
+    if (session) library_.select(session->url);
+  });
   connect(list_, &QWidget::customContextMenuRequested, this, &HistoryView::showContextMenu);
   return sidebar;
 }
@@ -191,6 +201,7 @@ void HistoryView::setSidebarVisible(bool visible) {
 
 void HistoryView::showEvent(QShowEvent* event) {
   QWidget::showEvent(event);
+  if (!window()->focusWidget()) searchField_->setFocus();
   presentSessions();
   watchTheDay();
 }
@@ -218,6 +229,10 @@ void HistoryView::translate() {
   searchField_->setPlaceholderText(L("Search Sessions", "기록 검색"));
   searchField_->setAccessibleName(searchField_->placeholderText());
   searchField_->setToolTip(searchField_->placeholderText());
+  label(searchSymbol_, searchField_->placeholderText());
+  if (auto* clear = searchField_->findChild<QAction*>(kClearAction)) {
+    label(clear, L("Clear Search", "검색어 지우기"));
+  }
   list_->setAccessibleName(L("Saved Sessions", "저장 기록"));
   presentSessions();
   presentError();

@@ -89,6 +89,7 @@ class HistoryView final : public QWidget {
   QLabel* banner_;
   QSplitter* splitter_;
   QLineEdit* searchField_;
+  QAction* searchSymbol_;
   QListView* list_;
   QStackedWidget* listOrEmpty_;
   EmptyStateView* empty_;

@@ -11,6 +11,7 @@
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QScrollBar>
 #include <QTextBlock>
 #include <QVBoxLayout>
 
@@ -100,6 +101,9 @@ void SessionDetailView::highlight(const QString& text) {
     first.clearSelection();
     view.setTextCursor(first);
     view.ensureCursorVisible();
+    // With what stands around it, not at the very edge.
+    QScrollBar& bar = *view.verticalScrollBar();
+    bar.setValue(bar.value() + view.cursorRect().center().y() - view.viewport()->height() / 2);
   }
   highlighted_ = text;
 }

@@ -49,6 +49,8 @@ SettingsView::SettingsView(CaptionViewModel& model, std::function<void()> openRe
   form->addStretch();
   setFrameShape(QFrame::NoFrame);
   setWidgetResizable(true);
+  // It follows the control that has the keyboard.
+  setFocusPolicy(Qt::NoFocus);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setWidget(content);
   connect(openFolder_, &QPushButton::clicked, this, std::move(openRecordsFolder));
@@ -59,6 +61,7 @@ SettingsView::SettingsView(CaptionViewModel& model, std::function<void()> openRe
 void SettingsView::addLanguageSection(QVBoxLayout* form) {
   languageHeading_ = addHeading(form);
   language_ = addChooser(form, nullptr);
+  languageHeading_->setBuddy(language_);
   for (const AppLanguage language : allAppLanguages) language_->addItem(title(language));
   connect(language_, &QComboBox::activated, this, [this](int index) {
     settings_.setLanguage(allAppLanguages[static_cast<std::size_t>(index)]);

@@ -176,6 +176,24 @@ class HistoryViewTest final : public test::Suite {
     QTRY_COMPARE(detail()->transcript().textView().extraSelections().size(), 0);
   }
 
+  void assistiveTechnologySelectsWithoutTheCurrentRow() {
+    write("Lecture", 0, "river");
+    write("Call", 1, "sea");
+    reload();
+    list()->selectionModel()->select(list()->model()->index(3, 0),
+                                     QItemSelectionModel::ClearAndSelect);
+    QVERIFY(library_->selectedSession());
+    QCOMPARE(library_->selectedSession()->session.title, QString("Call"));
+    QVERIFY(transcript().contains("sea"));
+  }
+
+  void theSearchFieldHasTheKeyboardFirst() {
+    QCOMPARE(view_->focusWidget(), search());
+    QWidget* next = search()->nextInFocusChain();
+    while (next->focusPolicy() == Qt::NoFocus) next = next->nextInFocusChain();
+    QCOMPARE(next, list());
+  }
+
   void contentAndLanguageAreChosen() {
     write("Lecture", 0, "The river", "강");
     reload();
