@@ -83,7 +83,8 @@ class Node:
         self._path = path
 
     def __eq__(self, other):
-        return (self._program, self._path) == (other._program, other._path)
+        return isinstance(other, Node) and \
+            (self._program, self._path) == (other._program, other._path)
 
     def __hash__(self):
         return hash((self._program, self._path))

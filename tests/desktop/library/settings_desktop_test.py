@@ -1,45 +1,237 @@
 """The settings window of the real program: every control, its effect, and what is kept."""
 
+import re
 import unittest
+from datetime import datetime
 
+import session_files
 from program_case import ProgramCase
+from session_files import UTC
+
+TOGGLES = [("Keep caption window on top", "keepOnTop", True),
+           ("Hide caption window from screen sharing and recording", "hideFromScreenSharing",
+            False),
+           ("Live Translation", "translate", False),
+           ("Show Translation Only", "showTranslationOnly", False),
+           ("Save new sessions automatically", "autoSaveSessions", False),
+           ("Ask to save before a new session or quitting", "askBeforeDiscarding", True)]
+LANGUAGE = "Language · 언어"
 
 
-class Settings(ProgramCase):
+class SettingsCase(ProgramCase):
+    def open_settings(self, title="Velun Settings"):
+        self.settings = self.open_window("show-settings", title)
+
+    def chooser(self, label):
+        return self.settings.wait_for("combo box", label=label)
+
+    def toggle(self, title):
+        return self.settings.wait_for("check box", title)
+
+
+class Controls(SettingsCase):
     def setUp(self):
         super().setUp()
         self.launch()
-        self.settings = self.open_window("show-settings", "Velun Settings")
+        self.open_settings()
+
+    def test_controls_and_notes_stand_in_their_order(self):
+        shown = [(node.role, node.name) for node in self.settings.walk() if node.is_showing
+                 and node.role in ("label", "check box", "push button")]
+        here = shown.pop(8)  # what this desktop cannot do
+        self.assertEqual(here, ("label", "This desktop offers no way to hide a window from screen "
+                                         "sharing and recording."))
+        self.assertEqual(shown, [
+            ("label", LANGUAGE),
+            ("label", "Captions"),
+            ("label", "Input Source"),
+            ("label", "Recognition Language"),
+            ("label", "Font Size"),
+            ("check box", "Keep caption window on top"),
+            ("check box", "Hide caption window from screen sharing and recording"),
+            ("label", "Keeps the caption window off other people’s screens when you share your "
+                      "screen in Zoom, Teams, and similar apps"),
+            ("label", "Translation"),
+            ("check box", "Live Translation"),
+            ("label", "Translation Language"),
+            ("check box", "Show Translation Only"),
+            ("label", "Saving Sessions"),
+            ("check box", "Save new sessions automatically"),
+            ("label", "Sessions are saved only when you click Save Session; later captions are "
+                      "then saved too. Auto-save applies from the next new session."),
+            ("check box", "Ask to save before a new session or quitting"),
+            ("label", "Unsaved captions are kept in memory only and are lost when the app quits. "
+                      "Audio is never saved."),
+            ("push button", "Open Sessions Folder")])
+        self.assertEqual(self.chooser(LANGUAGE).entries(), ["English", "한국어"])
+        self.assertEqual(self.chooser("Input Source").entries(), ["Computer Audio", "Microphone"])
+        self.assertEqual(self.chooser("Font Size").entries(),
+                         ["9pt", "11pt", "13pt", "16pt", "20pt", "24pt", "30pt"])
+        self.assertEqual(self.chooser("Font Size").name, "16pt")
+        self.assertEqual(self.chooser("Recognition Language").name, "English (United States)")
+        languages = self.chooser("Translation Language").entries()
+        self.assertEqual(languages, sorted(languages))
+        self.assertIn("Korean", languages)
+        for title, _, checked in TOGGLES:
+            self.assertEqual(self.toggle(title).is_checked, checked, title)
+        left, top, width, height = self.settings.extents
+        self.assertEqual((width, height), (460, 760))
+        self.quit()
 
     def test_toggles_write_their_settings_at_once(self):
-        for title, key in (("Keep caption window on top", "keepOnTop"),
-                           ("Hide caption window from screen sharing and recording",
-                            "hideFromScreenSharing"),
-                           ("Live Translation", "translate"),
-                           ("Show Translation Only", "showTranslationOnly"),
-                           ("Save new sessions automatically", "autoSaveSessions"),
-                           ("Ask to save before a new session or quitting",
-                            "askBeforeDiscarding")):
-            with self.subTest(title):
-                toggle = self.settings.wait_for("check box", title)
-                before = toggle.is_checked
-                for wanted in (not before, before):
-                    toggle.toggle()
-                    self.wait_for_preference(key, wanted)
-                    self.assertEqual(toggle.is_checked, wanted)
+        for title, key, before in TOGGLES:
+            toggle = self.toggle(title)
+            for wanted in (not before, before):
+                toggle.toggle()
+                self.wait_for_preference(key, wanted)
+                self.assertEqual(toggle.is_checked, wanted)
         self.quit()
 
     def test_choosers_write_their_settings_at_once(self):
-        def chooser(label):
-            return self.settings.wait_for("combo box", label=label)
-
-        chooser("Input Source").choose("Microphone")
+        self.chooser("Input Source").choose("Microphone")
         self.wait_for_preference("useMic", True)
         self.program.wait_for_state("input", "microphone")
-        chooser("Font Size").choose("30pt")
+        self.chooser("Font Size").choose("30pt")
         self.wait_for_preference("fontSize", 30)
-        chooser("Translation Language").choose("Spanish")
+        self.chooser("Translation Language").choose("Spanish")
         self.wait_for_preference("targetID", "es")
+        self.quit()
+
+    def test_what_is_changed_elsewhere_shows(self):
+        self.program.action("input", "microphone")
+        self.wait("the input", lambda: self.chooser("Input Source").name == "Microphone")
+        self.program.action("toggle-keep-on-top")
+        self.wait("the toggle",
+                  lambda: not self.toggle("Keep caption window on top").is_checked)
+        self.quit()
+
+    def test_keeping_on_top_reaches_the_window_at_once(self):
+        self.program.action("show-panel")
+        self.desktop.wait_for_window("Velun Captions")
+
+        def is_above():
+            return "_NET_WM_STATE_ABOVE" in self.desktop.run(
+                "xprop", "-name", "Velun Captions", "_NET_WM_STATE")
+
+        self.wait("the panel to be above", is_above)
+        toggle = self.toggle("Keep caption window on top")
+        toggle.toggle()
+        self.wait("the panel not to be above", lambda: not is_above())
+        toggle.toggle()
+        self.wait("the panel to be above again", is_above)
+        self.quit()
+
+    def test_everything_is_kept_after_a_restart(self):
+        for title, _, _ in TOGGLES:
+            self.toggle(title).toggle()
+        self.chooser("Input Source").choose("Microphone")
+        self.chooser("Font Size").choose("11pt")
+        self.chooser("Translation Language").choose("Spanish")
+        self.quit()
+        self.launch()
+        self.open_settings()
+        for title, _, before in TOGGLES:
+            self.assertEqual(self.toggle(title).is_checked, not before, title)
+        self.assertEqual(self.chooser("Input Source").name, "Microphone")
+        self.assertEqual(self.chooser("Font Size").name, "11pt")
+        self.assertEqual(self.chooser("Translation Language").name, "Spanish")
+        self.program.wait_for_state("toggle-keep-on-top", False)
+        self.quit()
+
+
+class SessionsFolder(SettingsCase):
+    def test_the_folder_is_made_and_opened(self):
+        opened = self.desktop.root / "opened"
+        tools = self.desktop.root / "bin"
+        tools.mkdir()
+        opener = tools / "xdg-open"
+        opener.write_text(f'#!/bin/sh\nprintf %s "$1" > {opened}\n')
+        opener.chmod(0o755)
+        self.desktop.environment["PATH"] = f"{tools}:{self.desktop.environment['PATH']}"
+        self.launch()
+        self.open_settings()
+        self.assertFalse(self.program.sessions.exists())
+        self.settings.wait_for("push button", "Open Sessions Folder").press()
+        self.wait("the opened folder", lambda: opened.exists() and opened.read_text())
+        self.assertIn(opened.read_text(),
+                      (str(self.program.sessions), self.program.sessions.as_uri()))
+        self.assertTrue(self.program.sessions.is_dir())
+        self.quit()
+
+
+class Languages(SettingsCase):
+    """Switching the interface language re-labels every open window at once."""
+
+    # What is the same in both languages: names of languages and formats, and the user's own texts.
+    SAME = {"Velun", "English", LANGUAGE, "Markdown (.md)", "Evening talk", "app.velun.Velun",
+            "About Velun"}
+
+    def setUp(self):
+        super().setUp()
+        session_files.write(self.program.sessions, session_files.session(
+            "Evening talk", datetime(2024, 3, 5, 9, 30, tzinfo=UTC), session_files.RIVERS))
+        (self.program.sessions / "broken.json").write_text("{")
+        self.launch()
+
+    def open_windows(self):
+        self.program.action("show-panel")
+        self.desktop.wait_for_window("Velun Captions")
+        library = self.open_window("show-history", "Velun — Saved Sessions")
+        listed = library.wait_for("list", "Saved Sessions")
+        self.wait("the session", lambda: len(listed.children) > 1)
+        listed.children[1].select()
+        button = library.find("push button", "Export")
+        self.wait("the selection", lambda: button.is_enabled)
+        button.press()
+        self.window("Export Session")
+        self.program.action("show-about")
+        self.window("About Velun")
+        self.open_settings()
+
+    def shown_names(self):
+        """Every name and description that shows, by window."""
+        names = {}
+        for window in self.application.children:
+            if window.is_showing:
+                names[window.name] = {text for node in window.walk() if node.is_showing
+                                      for text in (node.name, node.description) if text}
+        return names
+
+    def test_all_open_windows_are_relabelled(self):
+        self.open_windows()
+        english = self.shown_names()
+        self.assertLessEqual({"Velun — Saved Sessions", "Export Session", "Velun Settings",
+                              "Velun Captions"}, set(english))
+        for window, names in english.items():
+            self.assertFalse(
+                [name for name in names
+                 if re.search("[가-힣]", name) and name not in (LANGUAGE, "한국어")], window)
+        self.chooser(LANGUAGE).choose("한국어")
+        self.wait_for_preference("language", "ko")
+        self.wait("the windows in Korean", lambda: {"Velun — 저장 기록", "세션 내보내기",
+                                                    "Velun 설정"} <= set(self.shown_names()))
+        korean = self.shown_names()
+        self.assertEqual(len(korean), len(english))
+        for window, names in korean.items():
+            self.assertFalse([name for name in names - self.SAME if self.is_english(name)], window)
+        self.chooser(LANGUAGE).choose("English")
+        self.wait("the windows in English", lambda: self.shown_names() == english)
+        self.quit()
+
+    @staticmethod
+    def is_english(name):
+        return re.search("[A-Za-z]{3}", name) and not re.search("[가-힣]", name)
+
+    def test_the_lists_are_sorted_by_their_names_in_the_language(self):
+        self.open_settings()
+        english = self.chooser("Translation Language").entries()
+        self.chooser(LANGUAGE).choose("한국어")
+        self.settings.wait_for("label", "번역 언어")
+        self.wait("the Korean names", lambda: "한국어" in self.chooser("번역 언어").entries())
+        korean = self.chooser("번역 언어").entries()
+        self.assertEqual(len(korean), len(english))
+        self.assertEqual(korean, sorted(korean))
+        self.assertEqual(self.chooser("번역 언어").name, "한국어")
         self.quit()
 
 
