@@ -101,6 +101,29 @@ class PanelPicturesTest final : public test::Suite {
     picture(stage, "long-keyboard");
   }
 
+  void largeTextFromTheRight() {
+    test::PanelStage stage({}, desktop_.get());
+    stage.settings.setFontSize(30);
+    stage.languages = {"en", "ar"};
+    stage.tasks.push_back(stage.model->loadLanguages());
+    stage.settings.setTargetID("ar");
+    stage.translation.translate = [](const QString&) {
+      return QStringLiteral("صباح الخير جميعًا، وشكرًا لكم على الحضور في عام 1953.");
+    };
+    stage.settings.setTranslate(true);
+    stage.controller->show();
+    QVERIFY(QTest::qWaitForWindowExposed(&stage.panel()));
+    stage.start();
+    stage.final("Good morning, everyone, and thank you for coming.");
+    stage.draft("So they began with the drainage");
+    hover(stage, true);
+    picture(stage, "large-rtl");
+    stage.panel().resize(stage.panel().minimumSize());
+    picture(stage, "large-rtl-smallest");
+    stage.settings.setShowTranslationOnly(true);
+    picture(stage, "large-rtl-only");
+  }
+
  private:
   static QString korean(const QString& text) {
     static const QHash<QString, QString> answers = {
