@@ -21,6 +21,7 @@ class PrivateDesktop:
         self.root = Path(self._folder.name)
         self.home = self.root / "home"
         self._processes = []
+        self.window_manager = None
         self.environment = {k: os.environ[k] for k in KEPT_VARIABLES if k in os.environ}
         self.environment |= {"HOME": str(self.home), "LC_ALL": "C.UTF-8", "TZ": "UTC",
                              "XDG_RUNTIME_DIR": str(self.root / "run")}
@@ -131,7 +132,7 @@ class PrivateDesktop:
         os.close(writer)
         with os.fdopen(reader) as number:
             self.environment["DISPLAY"] = f":{number.readline().strip()}"
-        self.start(["openbox"])
+        self.window_manager = self.start(["openbox"])
         self.wait("the window manager",
                   lambda: "window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"))
 

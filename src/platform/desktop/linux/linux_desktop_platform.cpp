@@ -3,6 +3,7 @@
 
 #include "platform/desktop/desktop_services.h"
 #include "platform/desktop/linux/compositor_exclusion.h"
+#include "platform/desktop/linux/x11_bottom_anchor.h"
 #include "platform/desktop/linux/x11_display.h"
 #include "platform/desktop/linux/x11_selection_watch.h"
 #include "platform/desktop/linux/x11_window_manager.h"
@@ -30,6 +31,7 @@ LinuxDesktopPlatform::LinuxDesktopPlatform(Clock& clock)
       canWatchCasts_(ScreenCastWatch::isPossible()) {
   if (xcb_connection_t* connection = x11Connection()) {
     manager_ = std::make_unique<X11WindowManager>(connection);
+    bottomAnchor_ = std::make_unique<X11BottomAnchor>(connection);
     compositorWatch_ =
         std::make_unique<X11SelectionWatch>(connection, "_NET_WM_CM_S0", [this] { look(); });
   }
@@ -69,7 +71,7 @@ void LinuxDesktopPlatform::prepareToShow(QWindow& window, bool keepOnTop) {
   look();
   manager_->writeStates(window, keepOnTop);
   if (manager_->isKWin()) manager_->writeType(window, keepOnTop);
-  manager_->keepBottomWhenResized(window);
+  bottomAnchor_->keep(window);
 }
 
 bool LinuxDesktopPlatform::setKeepOnTop(QWindow& window, bool keepOnTop) {

@@ -9,6 +9,7 @@
 namespace velun {
 
 class CompositorExclusion;
+class X11BottomAnchor;
 class X11SelectionWatch;
 class X11WindowManager;
 
@@ -35,6 +36,7 @@ class LinuxDesktopPlatform final : public DesktopPlatform {
 
   DesktopCapabilities capabilities_;
   std::unique_ptr<X11WindowManager> manager_;
+  std::unique_ptr<X11BottomAnchor> bottomAnchor_;
   std::unique_ptr<X11SelectionWatch> compositorWatch_;
   std::unique_ptr<CompositorExclusion> exclusion_;
   ScreenCastWatch casts_;

@@ -111,12 +111,6 @@ bool X11WindowManager::isOverFullScreen(const QWindow& window) const {
   return !types.empty() && types.front() == atom(kCriticalType);
 }
 
-void X11WindowManager::keepBottomWhenResized(QWindow& window) const {
-  const std::uint32_t gravity = XCB_GRAVITY_SOUTH_WEST;
-  xcb_change_window_attributes(connection_, idOf(window), XCB_CW_BIT_GRAVITY, &gravity);
-  xcb_flush(connection_);
-}
-
 bool X11WindowManager::isPointerOver(const QWindow& window) const {
   // Downwards, through the frame that the manager may have put around the window.
   for (xcb_window_t parent = root_; parent != XCB_WINDOW_NONE;) {

@@ -36,8 +36,6 @@ class X11WindowManager final {
   void writeType(QWindow& window, bool overFullScreen) const;
   /// Whether the window is of the kind that KWin keeps above full-screen ones.
   bool isOverFullScreen(const QWindow& window) const;
-  /// Keeps what is drawn at the bottom when the window grows or shrinks at its top.
-  void keepBottomWhenResized(QWindow& window) const;
   /// Whether the pointer is over the window and not over another one that covers it. On XWayland
   /// its position alone says nothing: it stays what it was once the pointer is over something that
   /// the X server does not know.

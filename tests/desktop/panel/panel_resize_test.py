@@ -1,0 +1,55 @@
+"""What the panel looks like after it has grown, on the screen and not only in its own memory."""
+
+import re
+import signal
+import unittest
+
+from life_stage import PANEL, LifeTest
+
+
+class PanelResize(LifeTest):
+    def frame(self):
+        """Left, top, width and height of the panel on the screen."""
+        number = self.desktop.run("xdotool", "search", "--onlyvisible", "--name", PANEL).split()[0]
+        text = self.desktop.run("xdotool", "getwindowgeometry", "--shell", number)
+        return tuple(int(re.search(rf"^{key}=(\d+)", text, re.M)[1])
+                     for key in ("X", "Y", "WIDTH", "HEIGHT"))
+
+    def move_pointer(self, x, y):
+        self.desktop.run("xdotool", "mousemove", x, y)
+
+    def picture(self):
+        """A digest of the panel's pixels as they are on the screen."""
+        left, top, width, height = self.frame()
+        return self.desktop.run("import", "-window", "root", "-crop",
+                                f"{width}x{height}+{left}+{top}", "-format", "%#", "info:-")
+
+    def still_picture(self):
+        """Once two in a row are the same: buttons may fade in."""
+        pictures = [self.picture()]
+        self.desktop.wait("the panel to be still",
+                          lambda: pictures.append(self.picture()) or pictures[-1] == pictures[-2])
+        return pictures[-1]
+
+    def test_a_window_manager_that_is_late_leaves_no_old_picture(self):
+        self.move_pointer(5, 5)
+        self.program.write_preferences(statusItemExplained=True)
+        self.program.launch()
+        self.desktop.wait_for_window(PANEL)
+        left, top, width, height = self.frame()
+        before = self.still_picture()
+        # The program draws its new size while the window still has the old one.
+        self.desktop.window_manager.send_signal(signal.SIGSTOP)
+        self.move_pointer(left + width // 2, top + height // 2)
+        self.desktop.wait("the header to be drawn", lambda: self.picture() != before)
+        self.still_picture()
+        self.desktop.window_manager.send_signal(signal.SIGCONT)
+        self.desktop.wait("the header", lambda: self.frame()[3] > height)
+        shown = self.still_picture()
+        self.desktop.run("xrefresh")
+        self.assertEqual(shown, self.still_picture())
+        self.quit()
+
+
+if __name__ == "__main__":
+    unittest.main()
