@@ -24,7 +24,9 @@ int main(int argc, char** argv) {
   QCoreApplication::setApplicationVersion(VELUN_VERSION);
   QApplication application(argc, argv);
   QGuiApplication::setDesktopFileName(kApplicationID);
-  QGuiApplication::setWindowIcon(QIcon::fromTheme(kApplicationID));
+  // The theme has the icon once the program is installed.
+  QGuiApplication::setWindowIcon(
+      QIcon::fromTheme(kApplicationID, QIcon(":/icons/app.velun.Velun.svg")));
   ToolkitTexts toolkitTexts;
   QCoreApplication::installTranslator(&toolkitTexts);
 

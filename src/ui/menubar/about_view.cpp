@@ -3,6 +3,7 @@
 
 #include "settings/localization.h"
 
+#include <QGuiApplication>
 #include <QIcon>
 #include <QLabel>
 #include <QTextBrowser>
@@ -47,7 +48,7 @@ AboutView::AboutView(const QString& version, const std::vector<Credit>& credits,
   layout->setSpacing(8);
 
   auto* icon = new QLabel;
-  icon->setPixmap(QIcon::fromTheme("app.velun.Velun").pixmap(kIconSize));
+  icon->setPixmap(QGuiApplication::windowIcon().pixmap(kIconSize));
   icon->setAlignment(Qt::AlignCenter);
   layout->addWidget(icon);
 
