@@ -29,12 +29,14 @@ char* writeDecimal(char* out, unsigned value) {
   return out + digits;
 }
 
-constexpr std::array<signed char, 256> makeHexDigits() {
-  std::array<signed char, 256> values{};
-  values.fill(-1);
-  for (int i = 0; i < 10; ++i) values['0' + i] = static_cast<signed char>(i);
+constexpr quint8 kNoDigit = 0xFF;
+
+constexpr std::array<quint8, 256> makeHexDigits() {
+  std::array<quint8, 256> values{};
+  values.fill(kNoDigit);
+  for (int i = 0; i < 10; ++i) values['0' + i] = static_cast<quint8>(i);
   for (int i = 0; i < 6; ++i) {
-    values['a' + i] = values['A' + i] = static_cast<signed char>(10 + i);
+    values['a' + i] = values['A' + i] = static_cast<quint8>(10 + i);
   }
   return values;
 }
@@ -97,7 +99,7 @@ std::optional<QUuid> idFromText(std::string_view text) {
     }
     const int high = kHexDigits[static_cast<unsigned char>(text[i])];
     const int low = kHexDigits[static_cast<unsigned char>(text[i + 1])];
-    if ((high | low) < 0) return std::nullopt;
+    if ((high | low) == kNoDigit) return std::nullopt;
     bytes[filled++] = static_cast<quint8>(high << 4 | low);
     i += 2;
   }

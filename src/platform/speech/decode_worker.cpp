@@ -41,7 +41,7 @@ DecodeWorker::~DecodeWorker() {
 }
 
 OneShot<std::monostate> DecodeWorker::finalizeSoFar() {
-  const OneShot<std::monostate> request;
+  OneShot<std::monostate> request;
   {
     const std::lock_guard lock(mutex_);
     if (hasEnded_) {

@@ -79,7 +79,7 @@ QString wantedName(archive_entry* entry, const ModelDownload& download) {
   if (archive_entry_filetype(entry) != AE_IFREG || archive_entry_hardlink(entry)) return {};
   const QString name = path.section(u'/', -1);
   for (const ModelFile& file : download.files) {
-    if (file.name == name) return name;
+    if (file.name == name) return file.name;
   }
   return {};
 }

@@ -3,34 +3,37 @@
 
 #include <algorithm>
 #include <bit>
+#include <chrono>
 
 namespace velun {
 
 namespace {
 
-constexpr std::size_t kFrame = VoiceActivity::kFrameLength;
-constexpr double kFrameSeconds = 0.01;
+using namespace std::chrono_literals;
 
-constexpr int frames(double seconds) {
-  return static_cast<int>(seconds / kFrameSeconds + 0.5);
+constexpr std::size_t kFrame = VoiceActivity::kFrameLength;
+constexpr std::chrono::milliseconds kFrameTime = 10ms;
+
+constexpr int frames(std::chrono::milliseconds time) {
+  return static_cast<int>(time / kFrameTime);
 }
 
 /// Heard before the first voice and kept, because words begin softly and because a recognizer
 /// wants to hear the background first.
-constexpr int kLeadFrames = frames(0.4);
+constexpr int kLeadFrames = frames(400ms);
 /// So much voice among the last 80 ms begins a phrase: clicks are shorter.
 constexpr int kVoiceToBegin = 5;
 constexpr unsigned kRecentMask = 0xFF;
-constexpr int kPauseToSettle = frames(0.3);
-constexpr int kPauseToEnd = frames(0.6);
-constexpr int kLongPhrase = frames(8.0);
-constexpr int kPauseToEndLong = frames(0.2);
-constexpr int kLongestPhrase = frames(15.0);
+constexpr int kPauseToSettle = frames(300ms);
+constexpr int kPauseToEnd = frames(600ms);
+constexpr int kLongPhrase = frames(8s);
+constexpr int kPauseToEndLong = frames(200ms);
+constexpr int kLongestPhrase = frames(15s);
 /// Where a phrase without any pause may be cut, before its end.
-constexpr int kCutWindow = frames(3.0);
-constexpr int kCutGap = frames(0.06);
+constexpr int kCutWindow = frames(3s);
+constexpr int kCutGap = frames(60ms);
 /// The least pitched sound in speech, and its least share.
-constexpr int kFewestPitched = frames(0.08);
+constexpr int kFewestPitched = frames(80ms);
 constexpr double kLeastPitched = 0.15;
 /// The least standard deviation of the level of speech, in dB.
 constexpr double kLeastMovement = 2.5;
@@ -119,7 +122,7 @@ bool PhraseFinder::isLikelySpeech() const {
 }
 
 double PhraseFinder::voicedSeconds() const {
-  return voicedFrames_ * kFrameSeconds;
+  return std::chrono::duration<double>(voicedFrames_ * kFrameTime).count();
 }
 
 std::size_t PhraseFinder::quietestPlace() const {

@@ -106,7 +106,7 @@ void checkTokens(const QString& path, bool isNemoTransducer) {
     const int id = parts.last().toInt(&isNumber);
     if (parts.size() > 2 || !isNumber) refuse(path, "a line is damaged");
     ids.insert(id);
-    const QByteArray symbol = parts.first();
+    const QByteArray& symbol = parts.first();
     hasBlank |= symbol == "<blk>" || symbol == "<eps>" || symbol == "<blank>";
   }
   if (ids.isEmpty() || *std::min_element(ids.begin(), ids.end()) != 0 ||
