@@ -7,7 +7,7 @@ namespace velun {
 
 QString translationLanguage(const QString& identifier, bool anyScript) {
   icu::Locale locale = icu::Locale::createCanonical(identifier.toUtf8().constData());
-  const QString language = QString::fromLatin1(locale.getLanguage());
+  QString language = QString::fromLatin1(locale.getLanguage());
   if (language == QStringLiteral("no")) return QStringLiteral("nb");
   if (language != QStringLiteral("zh") || anyScript) return language;
   UErrorCode error = U_ZERO_ERROR;

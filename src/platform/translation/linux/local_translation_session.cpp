@@ -49,7 +49,7 @@ QCoro::Task<QString> LocalTranslationSession::translate(QString text) {
 }
 
 OneShot<QString> LocalTranslationSession::enqueue(std::optional<QString> text) {
-  const OneShot<QString> answer = requests_.emplace_back(std::move(text)).answer;
+  OneShot<QString> answer = requests_.emplace_back(std::move(text)).answer;
   if (!std::exchange(isAnswering_, true)) {
     startTask(this, [this] { return answerRequests(); });
   }
@@ -111,7 +111,7 @@ OneShot<QString> LocalTranslationSession::startWork(const std::optional<QString>
   for (const TranslationStep& step : route_) {
     translators.push_back(services_->pool().translator(step.offer));
   }
-  const OneShot<QString> result;
+  OneShot<QString> result;
   services_->worker().post([result, translators, text, stop = stop_.get_token()] {
     try {
       QString translation = text.value_or(QString());

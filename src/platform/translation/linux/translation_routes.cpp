@@ -42,7 +42,7 @@ std::vector<TranslationStep> findTranslationRoute(const std::vector<TranslationO
   const auto toPivot = findStep(offers, {wanted.source, kPivot});
   const auto fromPivot = findStep(offers, {kPivot, wanted.target});
   if (!toPivot || !fromPivot) return direct;
-  const std::vector<TranslationStep> pivoted{*toPivot, *fromPivot};
+  std::vector<TranslationStep> pivoted{*toPivot, *fromPivot};
   if (direct.empty() || downloads(pivoted) < downloads(direct)) return pivoted;
   return direct;
 }

@@ -107,6 +107,7 @@ std::vector<ApertiumMode> installedApertiumModes(const QString& folder) {
   }
   plain.merge(varieties);
   std::vector<ApertiumMode> result;
+  result.reserve(plain.size());
   for (auto& [pair, mode] : plain) result.push_back(std::move(mode));
   return result;
 }

@@ -113,6 +113,7 @@ StudentModelFile::StudentModelFile(std::vector<std::byte> bytes) : bytes_(std::m
   ByteReader reader(bytes_);
   const std::vector<ItemHead> heads = readHeads(reader);
   std::vector<std::string> names;
+  names.reserve(heads.size());
   for (const ItemHead& head : heads) names.push_back(readName(reader, head.nameLength));
   std::vector<ModelItem> items;
   for (const ItemHead& head : heads) {

@@ -57,7 +57,7 @@ QString StudentTranslator::translate(const QString& text, std::stop_token stop) 
     const QString translation = engine_->translateSentence(piece, stop);
     if (!translation.isEmpty()) translations += translation;
   }
-  const QString result =
+  QString result =
       translations.join(separatesSentences(pair_.target) ? QStringLiteral(" ") : QString());
   const int tokens = engine_->tokenCount(text);
   if (reportSpeed_ && tokens > 0) {
