@@ -176,6 +176,18 @@ class ApertiumTest final : public Suite {
     QCOMPARE(translator.translate(QStringLiteral("two"), {}), QStringLiteral("two"));
   }
 
+  void aProgramKilledInTheMiddleOfALineGetsItOnceMore() {
+    const QTemporaryDir folder;
+    const QString mark = folder.filePath("was-killed");
+    const QString killedOnce = QStringLiteral(
+        "while IFS= read -r -d '' text; do "
+        "[[ -e %1 ]] || { : > %1; kill -9 $$; }; printf '%s\\0' \"$text\"; done");
+    const QStringList stage{"bash", "-c", QString(killedOnce).replace("%1", mark)};
+    ApertiumTranslator translator({kEnglishSpanish, {echo(), stage, echo()}});
+    QCOMPARE(translator.translate(QStringLiteral("one"), {}), QStringLiteral("one"));
+    QVERIFY(QFile::exists(mark));
+  }
+
   void aProgramKilledBetweenLinesIsNotNoticed() {
     ApertiumTranslator translator(englishSpanish());
     QCOMPARE(translator.translate(QStringLiteral("the cat"), {}), QStringLiteral("El gato"));

@@ -21,19 +21,28 @@ void ApertiumTranslator::load() {
 }
 
 QString ApertiumTranslator::translate(const QString& text, std::stop_token stop) {
+  std::optional<QString> translation = attempt(text, stop);
+  // A program that was killed in the middle of a text is not the text's fault; one that the text
+  // kills must not get it for ever.
+  if (!translation) translation = attempt(text, stop);
+  if (translation) return *translation;
+  throw Failure(L("The translator stopped unexpectedly.", "번역기가 갑자기 종료되었습니다."));
+}
+
+std::optional<QString> ApertiumTranslator::attempt(const QString& text,
+                                                   const std::stop_token& stop) {
   load();
   using Outcome = StagePipeline::Outcome;
   const StagePipeline::Answer answer =
       pipeline_->ask(apertium_stream::encode(text), kPatience, stop);
-  if (answer.outcome == Outcome::answered) {
-    if (const auto translation = apertium_stream::decode(answer.text)) return *translation;
-  }
-  pipeline_.reset();
+  std::optional<QString> translation;
+  if (answer.outcome == Outcome::answered) translation = apertium_stream::decode(answer.text);
+  if (!translation) pipeline_.reset();
   if (answer.outcome == Outcome::stopped) throw Cancelled();
   if (answer.outcome == Outcome::timedOut) {
     throw Failure(L("The translator does not answer.", "번역기가 응답하지 않습니다."));
   }
-  throw Failure(L("The translator stopped unexpectedly.", "번역기가 갑자기 종료되었습니다."));
+  return translation;
 }
 
 std::vector<pid_t> ApertiumTranslator::processes() const {

@@ -6,11 +6,12 @@
 #include "platform/translation/linux/text_translator.h"
 
 #include <memory>
+#include <optional>
 
 namespace velun {
 
 /// Translates through Apertium's programs, which stay alive between texts. When one of them dies,
-/// the text under way fails and the next one finds them running again.
+/// all are started again and get the text under way once more; only if one dies again it fails.
 class ApertiumTranslator final : public TextTranslator {
  public:
   explicit ApertiumTranslator(ApertiumMode mode) : mode_(std::move(mode)) {}
@@ -22,6 +23,9 @@ class ApertiumTranslator final : public TextTranslator {
   std::vector<pid_t> processes() const;
 
  private:
+  /// Nothing when a program died. Throws what `translate` throws for everything else.
+  std::optional<QString> attempt(const QString& text, const std::stop_token& stop);
+
   ApertiumMode mode_;
   std::unique_ptr<StagePipeline> pipeline_;
 };
