@@ -13,8 +13,9 @@ class ShownLine:
 
 
 class Captions:
-    def __init__(self, sessions_folder):
+    def __init__(self, sessions_folder, say=print):
         self.lines = []
+        self._say = say
         self._folder = sessions_folder
         self._read_at = None
         self._phrase_ends = []  # (monotonic time, kind of clip)
@@ -39,12 +40,12 @@ class Captions:
             ended, kind = max((e for e in self._phrase_ends if e[0] <= now),
                               default=(now, self._phrase_ends[0][1]))
             self.lines.append(ShownLine(line["text"], now - ended, kind))
-            print(f"  {now - ended:4.1f} s  {line['text']}", flush=True)
+            self._say(f"  {now - ended:4.1f} s  {line['text']}", flush=True)
         for line in lines:
             for text in line["translations"].values():
                 if line["id"] not in self._translated:
                     self._translated.add(line["id"])
-                    print(f"          → {text}", flush=True)
+                    self._say(f"          → {text}", flush=True)
         return True
 
     def print_until_quiet(self, seconds):

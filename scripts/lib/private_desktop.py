@@ -10,6 +10,8 @@ import time
 from pathlib import Path
 
 SINK = "velun_private_output"
+# Where nobody listens: nothing is fetched from the network.
+NOWHERE = "http://127.0.0.1:9"
 KEPT_VARIABLES = ("PATH", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS")
 
 
@@ -22,9 +24,11 @@ class PrivateDesktop:
         self.home = self.root / "home"
         self._processes = []
         self.window_manager = None
+        self.display = None  # the display server's process
         self.environment = {k: os.environ[k] for k in KEPT_VARIABLES if k in os.environ}
         self.environment |= {"HOME": str(self.home), "LC_ALL": "C.UTF-8", "TZ": "UTC",
-                             "XDG_RUNTIME_DIR": str(self.root / "run")}
+                             "XDG_RUNTIME_DIR": str(self.root / "run"),
+                             "VELUN_MODEL_MIRROR": NOWHERE}
         for name in ("DATA", "CONFIG", "CACHE", "STATE"):
             path = self.home / name.lower()
             path.mkdir(parents=True, mode=0o700)
@@ -80,13 +84,24 @@ class PrivateDesktop:
         """A sound server and its session manager with one output, the default; returns both."""
         server = self.start(["pipewire"], log="pipewire")
         self.wait("the sound server", lambda: self.run("pw-cli", "info", "0"))
+        manager = self.start_sound_manager()
+        self.add_output(SINK)
+        self.wait_for_default_output(SINK)
+        return server, manager
+
+    def start_sound_manager(self):
         manager = self.start(["wireplumber"], log="wireplumber")
         self.wait("the sound session", lambda: re.search(r"Found .default. metadata",
                                                          self.run("pw-metadata")))
-        self.add_output(SINK)
-        self.wait("the sound output",
-                  lambda: f'"{SINK}"' in self.run("pw-metadata", "0", "default.audio.sink"))
-        return server, manager
+        return manager
+
+    def wait_for_default_output(self, name):
+        self.wait(f"the default output to be {name}",
+                  lambda: f'"{name}"' in self.run("pw-metadata", "0", "default.audio.sink"))
+
+    def remove_output(self, name):
+        self.run("pw-cli", "destroy", name)
+        self.wait("the output to go", lambda: f'"{name}"' not in self.run("pw-cli", "ls", "Node"))
 
     def add_output(self, name):
         self.run("pw-cli", "create-node", "adapter",
@@ -127,8 +142,8 @@ class PrivateDesktop:
 
     def _start_display(self):
         reader, writer = os.pipe()
-        self.start(["Xvfb", "-displayfd", writer, "-screen", "0", "1280x800x24",
-                    "-nolisten", "tcp", "-noreset"], pass_fds=[writer])
+        self.display = self.start(["Xvfb", "-displayfd", writer, "-screen", "0", "1280x800x24",
+                                   "-nolisten", "tcp", "-noreset"], pass_fds=[writer])
         os.close(writer)
         with os.fdopen(reader) as number:
             self.environment["DISPLAY"] = f":{number.readline().strip()}"
