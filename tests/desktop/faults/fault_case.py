@@ -1,0 +1,96 @@
+"""What the tests of faults share: the real program that captions, translates and saves."""
+
+import json
+import os
+import unittest
+
+from accessibility import Accessibility
+from private_desktop import PrivateDesktop
+from speech import synthetic
+from velun_program import APPLICATION, VelunProgram
+
+EXECUTABLE = os.environ["VELUN_PROGRAM"]
+LANGUAGE = "es"
+# Recognition in time is not what is tested here, and the machine may be busy.
+PATIENCE = 60
+
+
+class FaultCase(unittest.TestCase):
+    def setUp(self):
+        self.desktop = self.enterContext(PrivateDesktop())
+        self.program = VelunProgram(self.desktop, EXECUTABLE)
+        self.program.write_preferences(autoSaveSessions=True, askBeforeDiscarding=False,
+                                       translate=True, targetID=LANGUAGE,
+                                       statusItemExplained=True)
+        self.accessibility = self.enterContext(Accessibility(self.desktop))
+        folder = self.desktop.root / "speech"
+        folder.mkdir()
+        self.phrase = next(synthetic(folder)).path
+
+    def start_captions(self):
+        self.sound_server, self.sound_manager = self.desktop.start_sound()
+        self.launch()
+        self.program.action("toggle-captions")
+        self.program.wait_until_capturing()
+
+    def launch(self):
+        self.program.launch()
+        self.application = self.accessibility.application(APPLICATION)
+
+    def shown_paragraphs(self):
+        """What the panel shows: originals, translations and the draft."""
+        shown = self.application.find("text", "Caption Text")
+        return shown.text.splitlines() if shown else []
+
+    def shown_status(self):
+        """The panel's status line; empty when it says nothing."""
+        label = self.application.find("label", "Status")
+        return label.description if label else ""
+
+    def saved_lines(self):
+        """Original and translation of each line in the one session file."""
+        files = self.program.session_files()
+        self.assertLessEqual(len(files), 1)
+        if not files:
+            return []
+        return [(line["text"], line["translations"].get(LANGUAGE))
+                for line in json.loads(files[0].read_text())["lines"]]
+
+    def shown_lines(self):
+        return [tuple(pair) for pair in zip(*[iter(self.shown_paragraphs())] * 2)]
+
+    def speak(self):
+        """Plays a phrase until it is shown, translated and saved; returns what is saved then."""
+        before = len(self.saved_lines())
+        self.say()
+        return self.wait_for_lines(before + 1)
+
+    def say(self):
+        self.assertEqual(self.desktop.play(self.phrase).wait(PATIENCE), 0)
+
+    def wait_for_lines(self, count):
+        def finished():
+            lines = self.saved_lines()
+            return lines if len(lines) >= count and all(t for _, t in lines) else None
+        lines = self.desktop.wait(f"{count} translated lines in the file", finished, PATIENCE)
+        self.desktop.wait("them to be shown", lambda: self.shown_lines() == lines, PATIENCE)
+        return lines
+
+    def wait_for_status(self, *parts):
+        """Until the panel's status line says all the parts; without parts, until it is empty."""
+        said = []
+
+        def is_said():
+            said[:] = [self.shown_status()]
+            return all(part in said[0] for part in parts) if parts else not said[0]
+        try:
+            self.desktop.wait(f"the status to say {parts}", is_said, PATIENCE)
+        except AssertionError as error:
+            raise AssertionError(f"{error}; it says {said}; {self.program.log()}") from None
+
+    def assert_kept(self, lines):
+        """Lines that were finished are still in the file, in order."""
+        self.assertEqual(self.saved_lines()[:len(lines)], lines)
+
+    def quit(self):
+        self.assertEqual(self.program.quit(), 0, self.program.log())

@@ -1,0 +1,142 @@
+"""The helper programs and the files that they work with."""
+
+import os
+import signal
+import unittest
+from pathlib import Path
+
+import tiny_model
+from fault_case import PATIENCE, FaultCase
+from process_usage import children
+
+
+class Translator(FaultCase):
+    def test_a_translator_that_is_killed_between_lines(self):
+        self.start_captions()
+        lines = self.speak()
+        for stage in self.stages():
+            os.kill(stage, signal.SIGKILL)
+        self.speak()
+        self.assert_kept(lines)
+        self.wait_for_status()
+        self.quit()
+
+    def test_a_translator_that_is_killed_in_the_middle_of_a_line(self):
+        self.start_captions()
+        lines = self.speak()
+        stages = self.stages()
+        # It takes the line and does not answer any more.
+        os.kill(stages[-1], signal.SIGSTOP)
+        self.say()
+        self.desktop.wait("the line", lambda: len(self.saved_lines()) > len(lines), PATIENCE)
+        self.assertIsNone(self.saved_lines()[-1][1])
+        os.kill(stages[-1], signal.SIGKILL)
+        self.wait_for_lines(len(lines) + 1)
+        self.assert_kept(lines)
+        self.wait_for_status()
+        self.quit()
+
+    def stages(self):
+        return children(self.program.process.pid)
+
+
+class Recognizer(FaultCase):
+    """The neural recognizer with a tiny model."""
+
+    def setUp(self):
+        super().setUp()
+        self.model = tiny_model.install(self.desktop.home / "data")
+        self.phrase = tiny_model.PHRASE
+
+    def helper(self):
+        """The process id of the recognizer's helper."""
+        def find():
+            return [child for child in children(self.program.process.pid)
+                    if Path(f"/proc/{child}/comm").read_text().startswith("velun-recognize")]
+        return self.desktop.wait("the helper", find)[0]
+
+    def test_a_helper_that_is_killed(self):
+        self.start_captions()
+        lines = self.speak()
+        first = self.helper()
+        os.kill(first, signal.SIGKILL)
+        self.speak()
+        self.assertNotEqual(self.helper(), first)
+        self.assert_kept(lines)
+        self.wait_for_status()
+        self.quit()
+
+    def test_a_helper_that_is_killed_in_the_middle_of_a_phrase(self):
+        """What was shown of the phrase becomes a line."""
+        self.start_captions()
+        lines = self.speak()
+        self.desktop.play(self.phrase)
+        self.desktop.wait("a draft", lambda: len(self.shown_paragraphs()) > 2 * len(lines))
+        draft = self.shown_paragraphs()[-1]
+        os.kill(self.helper(), signal.SIGKILL)
+        self.desktop.wait("a line of the draft", lambda: len(self.saved_lines()) > len(lines),
+                          PATIENCE)
+        self.assertTrue(self.saved_lines()[len(lines)][0].startswith(draft),
+                        f"{self.saved_lines()} after {draft}")
+        self.assert_kept(lines)
+        self.assertEqual(self.program.state()["running"], True)
+        self.quit()
+
+    def test_a_helper_that_is_killed_twice(self):
+        self.start_captions()
+        self.speak()
+        os.kill(self.helper(), signal.SIGKILL)
+        self.speak()
+        os.kill(self.helper(), signal.SIGKILL)
+        self.desktop.play(self.phrase)
+        self.wait_for_status("The speech recognizer stopped unexpectedly. Start captions again.")
+        self.program.wait_for_state("running", False)
+        lines = self.saved_lines()
+        self.program.action("toggle-captions")
+        self.program.wait_until_capturing()
+        self.speak()
+        self.assert_kept(lines)
+        self.quit()
+
+    def test_a_model_that_is_damaged_on_the_disk(self):
+        """After it was verified, and without a trace in its size and time."""
+        self.start_captions()
+        lines = self.speak()
+        self.program.action("toggle-captions")
+        self.program.wait_for_state("running", False)
+        for part in ("encoder", "decoder", "joiner"):
+            damage(self.model[part])
+        self.program.action("toggle-captions")
+        self.wait_for_status("recognizer")
+        self.program.wait_for_state("running", False)
+        self.assertIsNone(self.program.process.poll(), self.program.log())
+        self.assert_kept(lines)
+        self.quit()
+
+    def test_a_model_that_is_cut_off_on_the_disk(self):
+        """It is not taken any more; the built-in recognizer goes on."""
+        self.start_captions()
+        lines = self.speak()
+        self.program.action("toggle-captions")
+        self.program.wait_for_state("running", False)
+        os.truncate(self.model["encoder"], 1000)
+        self.program.action("toggle-captions")
+        self.program.wait_until_capturing()
+        self.speak()
+        self.assert_kept(lines)
+        self.wait_for_status()
+        self.quit()
+
+
+def damage(path):
+    """Other bytes in the middle, as of a failing disk."""
+    status = path.stat()
+    with path.open("r+b") as file:
+        for at in range(0, status.st_size - 64, 4096):
+            file.seek(at)
+            file.write(os.urandom(64))
+    os.utime(path, ns=(status.st_atime_ns, status.st_mtime_ns))
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,116 @@
+"""The sound server, its devices and the machine's sleep."""
+
+import os
+import signal
+import time
+import unittest
+
+from fault_case import FaultCase
+from private_desktop import SINK, end
+from process_usage import family
+
+NOT_RESPONDING = "The sound system is not responding. Captions will go on when it is back."
+GIVEN_UP = "The sound system did not come back. Start captions again once it works."
+
+
+class Sound(FaultCase):
+    def end_sound(self):
+        self.sound_server.kill()
+        self.sound_server.wait()
+        end(self.sound_manager)
+
+    def test_a_server_that_is_killed_and_comes_back(self):
+        self.start_captions()
+        lines = self.speak()
+        self.end_sound()
+        self.wait_for_status(NOT_RESPONDING)
+        self.assert_kept(lines)
+        self.desktop.start_sound()
+        self.wait_for_status()
+        self.program.wait_until_capturing()
+        self.assertEqual(self.program.state()["running"], True)
+        self.speak()
+        self.assert_kept(lines)
+        self.quit()
+
+    def test_a_server_that_does_not_come_back(self):
+        self.start_captions()
+        lines = self.speak()
+        self.end_sound()
+        self.wait_for_status(GIVEN_UP)
+        self.program.wait_for_state("running", False)
+        self.assert_kept(lines)
+        self.assertEqual(self.shown_lines(), lines)
+        self.desktop.start_sound()
+        self.program.action("toggle-captions")
+        self.program.wait_until_capturing()
+        self.speak()
+        self.assert_kept(lines)
+        self.quit()
+
+    def test_without_a_server(self):
+        self.launch()
+        self.program.action("toggle-captions")
+        self.wait_for_status("Audio tap creation failed")
+        self.program.wait_for_state("running", False)
+        self.desktop.start_sound()
+        self.program.action("toggle-captions")
+        self.program.wait_until_capturing()
+        self.wait_for_status()
+        self.speak()
+        self.quit()
+
+    def test_a_default_output_that_is_unplugged(self):
+        self.start_captions()
+        lines = self.speak()
+        self.desktop.remove_output(SINK)
+        self.assertEqual(self.program.state()["running"], True)
+        self.desktop.add_output("another_output")
+        self.desktop.wait("the other output to be captured",
+                          lambda: "another_output:monitor" in self.desktop.run("pw-link", "-o", "-l"))
+        self.speak()
+        self.assert_kept(lines)
+        self.wait_for_status()
+        self.quit()
+
+    def test_a_session_manager_that_is_killed(self):
+        self.start_captions()
+        lines = self.speak()
+        self.sound_manager.kill()
+        self.sound_manager.wait()
+        self.wait_for_status(NOT_RESPONDING)
+        self.desktop.start_sound_manager()
+        # Outputs that belong to sound cards are made anew by the session manager.
+        self.desktop.remove_output(SINK)
+        self.desktop.add_output(SINK)
+        self.desktop.wait_for_default_output(SINK)
+        self.wait_for_status()
+        self.program.wait_until_capturing()
+        self.speak()
+        self.assert_kept(lines)
+        self.quit()
+
+    def test_a_machine_that_sleeps(self):
+        """Everything stands still for a while, also in the middle of a phrase."""
+        self.start_captions()
+        lines = self.speak()
+        player = self.desktop.play(self.phrase)
+        self.desktop.wait("a draft", lambda: len(self.shown_paragraphs()) > 2 * len(lines))
+        asleep = [player.pid, self.sound_manager.pid, self.sound_server.pid,
+                  *family(self.program.process.pid)]
+        self.send_all(signal.SIGSTOP, asleep)
+        time.sleep(5)  # the fault itself; nothing runs that could be waited for
+        self.send_all(signal.SIGCONT, asleep)
+        self.wait_for_lines(len(lines) + 1)
+        self.speak()
+        self.assert_kept(lines)
+        self.assertEqual(self.program.state()["running"], True)
+        self.quit()
+
+    def send_all(self, number, processes):
+        for process in processes:
+            os.kill(process, number)
+
+
+if __name__ == "__main__":
+    unittest.main()
