@@ -72,9 +72,17 @@ class WithoutSound(SpokenTest):
 
     def test_captions_say_so_and_stop(self):
         self.launch()
+        self.expect_failure("Audio tap creation failed (-112)")
+
+    def test_without_the_settings_of_the_sound_library_too(self):
+        self.desktop.environment["PIPEWIRE_CONFIG_DIR"] = str(self.desktop.root / "nothing")
+        self.launch()
+        self.expect_failure("Audio tap creation failed (-2)")
+
+    def expect_failure(self, text):
         self.program.action("toggle-captions")
         self.desktop.wait("the status", self.status)
-        self.assertEqual(self.status(), "Audio tap creation failed (-112)")
+        self.assertEqual(self.status(), text)
         self.program.wait_for_state("running", False)
         self.program.wait_for_state("toggle-panel", True)
         self.program.action("quit")

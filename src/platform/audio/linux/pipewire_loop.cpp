@@ -21,7 +21,7 @@ PipeWireLoop::PipeWireLoop(const char* threadName)
 
 PipeWireLoop::~PipeWireLoop() {
   pw_thread_loop_stop(loop_);
-  pw_context_destroy(context_);
+  if (context_) pw_context_destroy(context_);
   pw_thread_loop_destroy(loop_);
 }
 

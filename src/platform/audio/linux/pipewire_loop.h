@@ -33,6 +33,7 @@ class PipeWireLoop {
   PipeWireLoop(const PipeWireLoop&) = delete;
   PipeWireLoop& operator=(const PipeWireLoop&) = delete;
 
+  /// Null where the library's settings are missing.
   pw_context* context() const { return context_; }
 
   /// Lets the loop run until `condition` holds, which is asked for now and after every `wake`.

@@ -33,7 +33,7 @@ class ScreenCastWatch::Connection final : private PipeWireRegistry::Listener {
   ~Connection() override {
     notifier_.reset();
     registry_.reset();
-    pw_context_destroy(context_);
+    if (context_) pw_context_destroy(context_);
     pw_loop_leave(loop_);
     pw_loop_destroy(loop_);
     pw_deinit();

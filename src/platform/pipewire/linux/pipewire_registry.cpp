@@ -59,6 +59,10 @@ struct PipeWireRegistry::Events {
 
 std::unique_ptr<PipeWireRegistry> PipeWireRegistry::open(pw_context* context, Listener& listener,
                                                          int* error) {
+  if (!context) {
+    *error = -ENOENT;
+    return nullptr;
+  }
   errno = 0;
   pw_core* core = pw_context_connect(context, nullptr, 0);
   if (!core) {

@@ -30,8 +30,9 @@ class PipeWireRegistry {
     virtual void lost() = 0;
   };
 
-  /// None, with a negative errno in `error`, when there is no server. The listener must outlive the
-  /// connection; it hears of the objects when the loop runs.
+  /// None, with a negative errno in `error`, when there is no server or no context, which is not
+  /// made where the library's settings are missing. The listener must outlive the connection; it
+  /// hears of the objects when the loop runs.
   static std::unique_ptr<PipeWireRegistry> open(pw_context* context, Listener& listener,
                                                 int* error);
   ~PipeWireRegistry();

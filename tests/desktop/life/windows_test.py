@@ -1,0 +1,175 @@
+"""What the windows of the real program tell and ask other programs for, and their keys."""
+
+import json
+import os
+import unittest
+from pathlib import Path
+
+from program_case import ProgramCase
+
+HERE = Path(__file__).resolve().parent
+PANEL = "Velun Captions"
+SETTINGS = "Velun Settings"
+HISTORY = "Velun — Saved Sessions"
+UPDATES = "Velun — Updates"
+ABOUT = "About Velun"
+SESSION = {
+    "schemaVersion": 1, "id": "7C7F3A5E-3B0C-4B55-9F5D-0E2D6B1F0A11", "title": "Caption Session",
+    "startedAt": "2026-03-04T07:30:45Z", "endedAt": "2026-03-04T07:31:45Z",
+    "lines": [{"id": "B2A9E7A1-52C8-4D8F-8B8E-2E6D3F4C5A10", "time": "2026-03-04T07:31:00Z",
+               "input": "computer", "sourceLanguage": "en_US", "text": "One line.",
+               "translations": {}}]}
+
+
+class Windows(ProgramCase):
+    def test_about_tells_the_version_and_what_it_is_made_of(self):
+        self.launch()
+        about = self.open_window("show-about", ABOUT)
+        self.assertIn("Version 0.1.0", [label.name for label in about.find_all("label")])
+        credits = about.find("label", "Made with").text
+        for credit in ("Qt — LGPL-3.0-only", "PocketSphinx — BSD-2-Clause",
+                       "ONNX Runtime — MIT", "Apertium — GPL-2.0-or-later"):
+            self.assertIn(credit, credits)
+        self.quit()
+
+    def test_about_in_korean(self):
+        self.program.write_preferences(language="ko")
+        self.launch()
+        about = self.open_window("show-about", "Velun 정보")
+        self.assertIn("버전 0.1.0", [label.name for label in about.find_all("label")])
+        self.quit()
+
+    def test_updates_without_a_list_of_releases(self):
+        self.launch()
+        updates = self.open_window("check-for-updates", UPDATES)
+        updates.wait_for("label", "This copy of Velun cannot look for updates")
+        updates.find("push button", "Close").press()
+        self.wait("the window to close", lambda: UPDATES not in self.desktop.windows())
+        self.quit()
+
+    def test_a_saved_session_is_shown_in_the_file_manager(self):
+        manager = self.desktop.start(["/usr/bin/python3", "-B", HERE / "file_manager.py"],
+                                     stdout=-1, text=True)
+        self.addCleanup(manager.stdout.close)
+        self.assertEqual(manager.stdout.readline(), "ready\n")
+        file = self.reveal_saved_session()
+        self.assertEqual(manager.stdout.readline().strip(), file.as_uri())
+        self.quit()
+
+    def test_without_a_file_manager_on_the_bus_its_folder_is_opened(self):
+        opened = self.take_note_of_opening()
+        file = self.reveal_saved_session()
+        self.wait("the folder", lambda: opened.exists() and str(file.parent) in opened.read_text())
+        self.quit()
+
+    def test_the_sessions_folder_is_made_and_opened(self):
+        opened = self.take_note_of_opening()
+        self.launch()
+        self.program.action("open-sessions-folder")
+        self.wait("the folder", lambda: opened.exists()
+                  and str(self.program.sessions) in opened.read_text())
+        self.assertTrue(self.program.sessions.is_dir())
+        self.quit()
+
+    def test_a_folder_that_nothing_opens_is_an_error(self):
+        self.desktop.environment["PATH"] = str(self.desktop.root)
+        self.program.process = self.desktop.start([self.program.executable], log="velun")
+        self.desktop.environment["PATH"] = os.environ["PATH"]
+        self.wait("the program", self.program.owns_name)
+        self.application = self.accessibility.application("app.velun.Velun")
+        self.program.action("open-sessions-folder")
+        error = self.application.wait_for("dialog", "Couldn’t Complete the Action")
+        self.assertTrue(any(label.name.startswith("No program that opens the folder")
+                            for label in error.find_all("label")))
+        error.find("push button", "OK").press()
+        self.wait("the end of the alert", lambda: not self.application.find("dialog"))
+        self.quit()
+
+    def test_keys_work_in_every_window(self):
+        self.write_session()
+        self.launch()
+        for action, title in (("show-panel", PANEL), ("show-settings", SETTINGS),
+                              ("show-history", HISTORY), ("show-about", ABOUT),
+                              ("check-for-updates", UPDATES)):
+            with self.subTest(title):
+                self.program.action("toggle-panel")
+                is_shown = not self.program.state()["toggle-panel"]
+                self.activate(action, title)
+                before = self.program.state()["toggle-panel"]
+                self.desktop.key("ctrl+l")
+                self.program.wait_for_state("toggle-panel", not before)
+                self.activate(action, title)
+                self.desktop.key("ctrl+comma")
+                self.window(SETTINGS)
+                self.activate(action, title)
+                self.desktop.key("ctrl+shift+h")
+                self.window(HISTORY)
+                self.activate(action, title)
+                self.desktop.key("ctrl+o")
+                self.window("Open Velun Session")
+                self.desktop.key("Escape")
+                self.wait("the end of it", lambda: "Open Velun Session"
+                          not in self.desktop.windows())
+        self.activate("show-settings", SETTINGS)
+        self.desktop.key("ctrl+q")
+        self.assertEqual(self.program.process.wait(30), 0, self.program.log())
+
+    def test_the_saved_session_is_saved_and_exported_by_keys(self):
+        self.write_session()
+        self.launch()
+        self.select_saved_session()
+        self.desktop.key("ctrl+s")
+        self.window("Save Session File")
+        self.desktop.key("Escape")
+        self.window(HISTORY)
+        self.desktop.key("ctrl+shift+s")
+        self.window("Export Session")
+        # Its window has the keys too.
+        self.desktop.key("ctrl+comma")
+        self.window(SETTINGS)
+        self.quit()
+
+    def activate(self, action, title):
+        self.program.action(action)
+        window = self.application.wait_for(name=title)
+
+        def is_active():
+            # The panel takes the keyboard only when it is clicked or chosen.
+            self.desktop.run("xdotool", "search", "--name", f"^{title}$", "windowactivate")
+            return "active" in window.states
+
+        self.wait(f"“{title}” to be active", is_active)
+
+    def write_session(self):
+        self.program.sessions.mkdir(parents=True)
+        file = self.program.sessions / "Velun-2026-03-04-073045-7C7F3A5E.json"
+        file.write_text(json.dumps(SESSION))
+        return file
+
+    def select_saved_session(self):
+        history = self.open_window("show-history", HISTORY)
+        history.wait_for("list item", "Caption Session, 1 sentences").click()
+        self.wait("its text", lambda: "One line." in history.find("text", "Caption Text").text)
+        return history
+
+    def reveal_saved_session(self):
+        file = self.write_session()
+        self.launch()
+        history = self.select_saved_session()
+        item = history.find("list item", "Caption Session, 1 sentences")
+        item.click(button=3)
+        self.desktop.run("xdotool", "key", "Down", "Return")
+        return file
+
+    def take_note_of_opening(self):
+        """What the desktop is asked to open is written down; returns where."""
+        folder, note = self.desktop.root / "programs", self.desktop.root / "opened"
+        folder.mkdir()
+        (folder / "xdg-open").write_text(f'#!/bin/sh\nprintf "%s\\n" "$1" >>"{note}"\n')
+        (folder / "xdg-open").chmod(0o700)
+        self.desktop.environment["PATH"] = f"{folder}:{self.desktop.environment['PATH']}"
+        return note
+
+
+if __name__ == "__main__":
+    unittest.main()
