@@ -14,18 +14,27 @@ STEP = 3  # pixels that the pointer moves at a time
 DISTANCE = 100  # pixels that the panel is dragged
 
 
-class OnXWayland(unittest.TestCase):
+class WaylandTest(unittest.TestCase):
     def setUp(self):
         self.desktop = self.enterContext(WaylandDesktop())
-        accessibility = self.enterContext(Accessibility(self.desktop))
+        self.accessibility = self.enterContext(Accessibility(self.desktop))
         self.tray = BusTray(self.desktop)
         self.addCleanup(self.tray.close)
+        self.program = VelunProgram(self.desktop, EXECUTABLE)
+
+    def show_panel(self):
+        self.program.launch()
+        self.application = self.accessibility.application(APPLICATION)
+        self.program.action("show-panel")
+        self.application.wait_for("text", "Caption Text")
+
+
+class OnXWayland(WaylandTest):
+    def setUp(self):
+        super().setUp()
         self.input = WaylandInput(self.desktop)
         self.addCleanup(self.input.close)
-        self.program = VelunProgram(self.desktop, EXECUTABLE)
-        self.program.launch()
-        self.application = accessibility.application(APPLICATION)
-        self.program.action("show-panel")
+        self.show_panel()
         self.desktop.wait_for_window(PANEL)
 
     def test_the_panel_is_above_and_on_every_desktop(self):
@@ -103,6 +112,18 @@ class OnXWayland(unittest.TestCase):
         left, top, width, height = node.extents
         self.input.move_to(left + width // 2, top + height // 2)
         self.input.click()
+
+
+class WithoutAnXServer(WaylandTest):
+    def test_it_runs_all_the_same(self):
+        del self.desktop.environment["DISPLAY"]
+        self.show_panel()
+        self.program.action("show-settings")
+        self.application.wait_for(name="Velun Settings")
+        self.tray.wait_for_icon()
+        self.tray.click("Hide Caption Window")
+        self.program.wait_for_state("toggle-panel", False)
+        self.assertEqual(self.program.quit(), 0, self.program.log())
 
 
 if __name__ == "__main__":

@@ -39,6 +39,20 @@ class Windows(ProgramCase):
         self.assertIn("버전 0.1.0", [label.name for label in about.find_all("label")])
         self.quit()
 
+    def test_settings_tell_what_this_desktop_can_hide(self):
+        self.launch()
+        settings = self.open_window("show-settings", SETTINGS)
+        settings.wait_for("label", "This desktop offers no way to hide a window from screen sharing "
+                                   "and recording.")
+        self.quit()
+        self.desktop.start_sound()
+        self.launch()
+        settings = self.open_window("show-settings", SETTINGS)
+        settings.wait_for("label", "This desktop cannot leave one window out, so the caption window "
+                                   "also leaves your own screen while the screen is shared or "
+                                   "recorded.")
+        self.quit()
+
     def test_updates_without_a_list_of_releases(self):
         self.launch()
         updates = self.open_window("check-for-updates", UPDATES)
