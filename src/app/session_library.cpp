@@ -61,8 +61,8 @@ bool SessionLibrary::isKeyWindow() const {
 }
 
 void SessionLibrary::exportCurrentSession() {
-  if (!isKeyWindow()) return exportSession(model_.session());
-  if (const auto selected = library_.selectedSession()) exportSession(selected->session);
+  const auto selected = isKeyWindow() ? library_.selectedSession() : nullptr;
+  exportSession(selected ? selected->session : model_.session());
 }
 
 void SessionLibrary::exportSession(const CaptionSession& session) {

@@ -86,7 +86,8 @@ class SpokenTest(unittest.TestCase):
         self.speak()
 
     def transcript(self):
-        shown = self.application.find("text", "Caption Text")
+        shown = (self.application.find("text", "Caption Text")
+                 or self.application.find("text", "자막 본문"))
         return shown.text if shown else ""
 
     def status(self):

@@ -34,11 +34,17 @@ class Quit(SpokenTest):
         self.assert_ends()
         self.assertEqual(self.program.session_files(), [])
 
-    def test_saving_first(self):
-        self.launch_with_line()
+    def test_saving_first_in_korean(self):
+        self.launch_with_line(language="ko")
         self.program.action("quit")
+        title = "종료하기 전에 이 세션을 저장할까요?"
+        question = self.wait_for_question(title)
+        self.assertEqual([button.name for button in question.find_all("push button")],
+                         ["세션 저장", "저장하지 않음", "취소"])
+        self.assertTrue(question.find("label", "현재 세션의 1문장은 아직 저장되지 않았습니다. "
+                                               "저장하지 않으면 이 기록은 사라집니다."))
         # The first button is the default one.
-        self.press_key_in_question("Return")
+        self.press_key_in_question("Return", title)
         self.assert_ends()
         session, = self.saved_sessions()
         self.assertEqual(len(session["lines"]), 1)
@@ -103,8 +109,8 @@ class Quit(SpokenTest):
         session, = self.saved_sessions()
         self.assertEqual(len(session["lines"]), 1)
 
-    def press_key_in_question(self, key):
-        question = self.wait_for_question(QUESTION)
+    def press_key_in_question(self, key, title=QUESTION):
+        question = self.wait_for_question(title)
         self.desktop.wait("the keyboard", lambda: "active" in question.states)
         self.desktop.key(key)
 

@@ -1,0 +1,98 @@
+"""The package on a bare system: it installs, runs, hears, and goes without a trace of its own."""
+
+import array
+import json
+import os
+import shutil
+import struct
+import subprocess
+import unittest
+import wave
+from pathlib import Path
+
+from bare_system import BareSystem, missing
+from private_desktop import PrivateDesktop, end
+from velun_program import VelunProgram
+
+SPEECH_DATA = Path(os.environ["VELUN_SPEECH_DATA"])
+MODEL = "zipformer2-ctc.int8.onnx"
+# The helper's messages.
+CONFIGURE, AUDIO, FINALIZE, READY, HEARD, SETTLED = 1, 2, 3, 65, 68, 69
+
+
+def package():
+    made = sorted(Path(os.environ["VELUN_PACKAGES"]).glob("velun_*.deb"),
+                  key=lambda path: path.stat().st_mtime)
+    assert made, "Make the package first, with scripts/package"
+    return made[-1]
+
+
+@unittest.skipIf(missing(), missing())
+class OnABareSystem(unittest.TestCase):
+    def test_its_life(self):
+        system = self.enterContext(BareSystem())
+        desktop = self.enterContext(PrivateDesktop())
+        copy = shutil.copy(package(), desktop.root)
+        system.install(copy)
+        files = [line for line in system.run("dpkg", "-L", "velun").splitlines()
+                 if not (system.root / line[1:]).is_dir()]
+        self.assertIn("/usr/bin/velun", files)
+
+        with self.subTest("the program captions speech"):
+            program = VelunProgram(desktop, "/usr/bin/velun")
+            program.prefix = system.inside()
+            self.caption(desktop, program)
+        with self.subTest("the helper recognizes with its library"):
+            self.assertEqual(self.answers_of_the_helper(system, desktop.root),
+                             {READY, HEARD, SETTLED})
+        with self.subTest("removed, it leaves what is the user's"):
+            system.run("apt-get", "purge", "-y", "velun")
+            self.assertEqual([file for file in files if os.path.lexists(system.root / file[1:])], [])
+            self.assertEqual(len(program.session_files()), 1)
+            self.assertTrue(program.preferences.exists())
+
+    def caption(self, desktop, program):
+        desktop.start_sound()
+        desktop.start_tray()
+        spoken, clip = desktop.root / "spoken.wav", desktop.root / "clip.wav"
+        subprocess.run(["flite", "-voice", "slt", "-t", "thank you for your time", "-o", spoken],
+                       check=True)
+        subprocess.run(["sox", spoken, clip, "pad", "0.3", "0.3"], check=True)
+        program.write_preferences(translate=False, autoSaveSessions=True)
+        program.launch()
+        program.action("toggle-captions")
+        program.wait_until_capturing()
+        desktop.play(clip)
+        desktop.wait("a line", lambda: program.can("save-session"), seconds=60)
+        program.action("toggle-captions")
+        program.wait_for_state("running", False)
+        self.assertEqual(program.quit(), 0, program.log())
+        session, = [json.loads(path.read_text()) for path in program.session_files()]
+        self.assertEqual(session["lines"][0]["text"], "Thank you for your time")
+
+    def answers_of_the_helper(self, system, folder):
+        for name in (MODEL, "tokens.txt"):
+            shutil.copy(SPEECH_DATA / name, folder)
+        settings = {"ctc": str(folder / MODEL), "tokens": str(folder / "tokens.txt"),
+                    "language": "en"}
+        with wave.open(str(SPEECH_DATA / "six.wav")) as clip:
+            samples = array.array("h", clip.readframes(clip.getnframes()))
+        sound = array.array("f", [sample / 32768 for sample in samples]).tobytes()
+        helper = subprocess.Popen(system.inside("/usr/bin/velun-recognizer", str(os.getpid())),
+                                  stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+        self.addCleanup(end, helper)
+        said = b"".join(struct.pack("=IB", len(body), kind) + body for kind, body in (
+            (CONFIGURE, json.dumps(settings).encode()), (AUDIO, sound), (FINALIZE, b"")))
+        heard, _ = helper.communicate(said, timeout=120)
+        self.assertEqual(helper.returncode, 0, heard)
+        kinds = set()
+        while heard:
+            length, kind = struct.unpack_from("=IB", heard)
+            if kind in (READY, HEARD, SETTLED):
+                kinds.add(kind)
+            heard = heard[5 + length:]
+        return kinds
+
+
+if __name__ == "__main__":
+    unittest.main()
