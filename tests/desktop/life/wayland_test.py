@@ -9,6 +9,7 @@ from velun_program import APPLICATION, VelunProgram
 from wayland_desktop import WaylandDesktop
 from wayland_input import WaylandInput
 
+HEADER_HEIGHT = 44  # pixels
 EDGE = 24  # pixels from a corner of the screen, where there is no window
 STEP = 3  # pixels that the pointer moves at a time
 DISTANCE = 100  # pixels that the panel is dragged
@@ -91,6 +92,8 @@ class OnXWayland(WaylandTest):
         left, top = self.place()
         self.input.move_to(left + 200, top + 150)
         self.desktop.wait("the header", lambda: self.start_button().is_showing)
+        # It grows until then, and a press would miss it.
+        self.desktop.wait("the whole header", lambda: self.place()[1] == top - HEADER_HEIGHT)
 
     def drag_header(self):
         """Leftwards and upwards, until the panel has come far enough."""
