@@ -10,6 +10,7 @@
 #include "ui/caption/level_meter.h"
 #include "ui/caption/session_save_button.h"
 #include "ui/caption/translation_menu.h"
+#include "ui/common/accessible_role.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -89,6 +90,7 @@ void CaptionHeaderView::connectToModel() {
 
 CaptionMenu* CaptionHeaderView::makeMenu(HeaderButton& button) {
   auto* menu = new CaptionMenu(&button);
+  setOpensMenu(button);
   button.setMenu(menu);
   connect(menu, &QMenu::aboutToShow, this, [this] { Q_EMIT menuTrackingChanged(true); });
   connect(menu, &QMenu::aboutToHide, this, [this] { Q_EMIT menuTrackingChanged(false); });

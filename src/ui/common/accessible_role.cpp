@@ -2,6 +2,8 @@
 #include "ui/common/accessible_role.h"
 
 #include <QAccessibleWidget>
+#include <QTimer>
+#include <QToolButton>
 #include <QWidget>
 
 namespace velun {
@@ -22,11 +24,39 @@ class HiddenWidget final : public QAccessibleWidget {
   }
 };
 
+class MenuButton final : public QAccessibleWidget {
+ public:
+  explicit MenuButton(QToolButton* button)
+      : QAccessibleWidget(button, QAccessible::ButtonMenu), button_(button) {}
+
+  QAccessible::State state() const override {
+    QAccessible::State state = QAccessibleWidget::state();
+    state.hasPopup = true;
+    state.pressed = button_->isDown();
+    return state;
+  }
+
+  QStringList actionNames() const override {
+    return QStringList(showMenuAction()) + QAccessibleWidget::actionNames();
+  }
+
+  void doAction(const QString& action) override {
+    if (action != showMenuAction()) return QAccessibleWidget::doAction(action);
+    // Returns when the menu is closed, so not before the one who asks has been answered.
+    if (button_->isEnabled()) QTimer::singleShot(0, button_, &QToolButton::showMenu);
+  }
+
+ private:
+  QToolButton* button_;
+};
+
 QAccessibleInterface* makeInterface(const QString&, QObject* object) {
   auto* widget = qobject_cast<QWidget*>(object);
   const QVariant role = widget ? widget->property(kRole) : QVariant();
   if (!role.isValid()) return nullptr;
   if (role.toInt() == QAccessible::NoRole) return new HiddenWidget(widget);
+  auto* button = qobject_cast<QToolButton*>(object);
+  if (button && role.toInt() == QAccessible::ButtonMenu) return new MenuButton(button);
   return new QAccessibleWidget(widget, QAccessible::Role(role.toInt()));
 }
 
@@ -37,6 +67,10 @@ void setAccessibleRole(QWidget& widget, QAccessible::Role role) {
   static const bool isInstalled = (QAccessible::installFactory(makeInterface), true);
   Q_UNUSED(isInstalled)
   widget.setProperty(kRole, int(role));
+}
+
+void setOpensMenu(QToolButton& button) {
+  setAccessibleRole(button, QAccessible::ButtonMenu);
 }
 
 void hideFromAccessibility(QWidget& widget) {

@@ -4,6 +4,9 @@
 #include "support/suite.h"
 
 #include <QLabel>
+#include <QMenu>
+#include <QTimer>
+#include <QToolButton>
 #include <QWidget>
 
 using namespace velun;
@@ -26,6 +29,35 @@ class AccessibleRoleTest final : public Suite {
     QCOMPARE(found->childCount(), 2);
     QCOMPARE(QAccessible::queryAccessibleInterface(&label)->role(), QAccessible::StaticText);
     QCOMPARE(QAccessible::queryAccessibleInterface(&plain)->role(), QAccessible::Client);
+  }
+
+  void aMenuButtonOpensItsMenu() {
+    QToolButton button;
+    setOpensMenu(button);
+    QMenu menu;
+    menu.addAction("One");
+    button.setMenu(&menu);
+    button.setPopupMode(QToolButton::InstantPopup);
+    button.show();
+    QAccessibleInterface* found = QAccessible::queryAccessibleInterface(&button);
+    QCOMPARE(found->role(), QAccessible::ButtonMenu);
+    QVERIFY(found->state().hasPopup);
+    QVERIFY(found->actionInterface()->actionNames().contains(
+        QAccessibleActionInterface::showMenuAction()));
+    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support grabbing the keyboard");
+    bool wasOpened = false;
+    connect(&menu, &QMenu::aboutToShow, this, [&] {
+      wasOpened = true;
+      QTimer::singleShot(0, &menu, &QMenu::close);
+    });
+    found->actionInterface()->doAction(QAccessibleActionInterface::showMenuAction());
+    QTRY_VERIFY(wasOpened);
+    QTRY_VERIFY(!menu.isVisible());
+    wasOpened = false;
+    button.setEnabled(false);
+    found->actionInterface()->doAction(QAccessibleActionInterface::showMenuAction());
+    QCoreApplication::processEvents();
+    QVERIFY(!wasOpened);
   }
 
   void whatTellsNothingIsOutOfSight() {
