@@ -18,7 +18,8 @@ KEPT_VARIABLES = ("PATH", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS")
 class PrivateDesktop:
     """A context manager. `environment` is that of everything started here, and may be changed."""
 
-    def __init__(self):
+    def __init__(self, screen="1280x800"):
+        self._screen = screen
         self._folder = tempfile.TemporaryDirectory(prefix="velun-desktop.")
         self.root = Path(self._folder.name)
         self.home = self.root / "home"
@@ -142,8 +143,9 @@ class PrivateDesktop:
 
     def _start_display(self):
         reader, writer = os.pipe()
-        self.display = self.start(["Xvfb", "-displayfd", writer, "-screen", "0", "1280x800x24",
-                                   "-nolisten", "tcp", "-noreset"], pass_fds=[writer])
+        self.display = self.start(["Xvfb", "-displayfd", writer, "-screen", "0",
+                                   f"{self._screen}x24", "-nolisten", "tcp", "-noreset"],
+                                  pass_fds=[writer])
         os.close(writer)
         with os.fdopen(reader) as number:
             self.environment["DISPLAY"] = f":{number.readline().strip()}"

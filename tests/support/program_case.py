@@ -11,8 +11,10 @@ from velun_program import APPLICATION, VelunProgram
 class ProgramCase(unittest.TestCase):
     """Each test gets a desktop with a tray, so that no window shows before one is asked for."""
 
+    screen = "1280x800"
+
     def setUp(self):
-        self.desktop = self.enterContext(PrivateDesktop())
+        self.desktop = self.enterContext(PrivateDesktop(self.screen))
         self.desktop.start_tray()
         self.accessibility = self.enterContext(Accessibility(self.desktop))
         self.program = VelunProgram(self.desktop, os.environ["VELUN_PROGRAM"])

@@ -3,6 +3,7 @@
 
 #include "ui/common/accessible_role.h"
 
+#include <algorithm>
 #include <QScreen>
 #include <QShowEvent>
 #include <QVBoxLayout>
@@ -10,14 +11,33 @@
 namespace velun {
 
 TitledWindow::TitledWindow(std::unique_ptr<QWidget> view, QSize size, bool resizable)
-    : QWidget(nullptr, Qt::Window) {
+    : QWidget(nullptr, Qt::Window),
+      view_(view.get()),
+      size_(size.boundedTo(screen()->availableSize())),
+      resizable_(resizable) {
   setAccessibleRole(*this, QAccessible::Window);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(view.release());
-  size = size.boundedTo(screen()->availableSize());
-  resize(size);
-  if (!resizable) setFixedSize(size);
+  resize(size_);
+  fit();
+}
+
+void TitledWindow::fit() {
+  if (resizable_) return;
+  const int width = std::max(size_.width(), view_->minimumSizeHint().width());
+  const QLayout* layout = view_->layout();
+  const int height = layout && layout->hasHeightForWidth()
+                         ? layout->totalMinimumHeightForWidth(width)
+                         : view_->minimumSizeHint().height();
+  const QSize needed(width, std::max(size_.height(), height));
+  setFixedSize(needed.boundedTo(screen()->availableSize()));
+}
+
+bool TitledWindow::event(QEvent* event) {
+  const bool isHandled = QWidget::event(event);
+  if (event->type() == QEvent::LayoutRequest) fit();
+  return isHandled;
 }
 
 void TitledWindow::showEvent(QShowEvent* event) {

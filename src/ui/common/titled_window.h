@@ -12,13 +12,20 @@ class TitledWindow final : public QWidget {
   Q_OBJECT
 
  public:
-  /// A window that is not resizable keeps `size`, clamped to the screen.
+  /// A window that is not resizable keeps `size`; it is larger only where the view's texts need
+  /// more, as with large fonts. Both kinds are clamped to the screen.
   TitledWindow(std::unique_ptr<QWidget> view, QSize size, bool resizable);
 
  protected:
+  bool event(QEvent* event) override;
   void showEvent(QShowEvent* event) override;
 
  private:
+  void fit();
+
+  QWidget* view_;
+  QSize size_;
+  bool resizable_;
   bool placed_ = false;
 };
 

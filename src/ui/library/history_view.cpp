@@ -3,6 +3,7 @@
 
 #include "settings/localization.h"
 #include "ui/caption/transcript_view.h"
+#include "ui/common/accessible_role.h"
 #include "ui/common/editing_keys.h"
 #include "ui/common/symbol.h"
 #include "ui/library/empty_state_view.h"
@@ -27,6 +28,8 @@ namespace velun {
 namespace {
 
 constexpr int kSidebarWidth = 290;
+/// With a large font.
+constexpr int kSidebarLetters = 26;
 constexpr int kSmallestSidebarWidth = 200;
 constexpr auto kDayCheckInterval = std::chrono::minutes(1);
 /// How the toolkit calls the action behind a field's clear button.
@@ -67,7 +70,9 @@ HistoryView::HistoryView(HistoryViewModel& library, AppSettings& settings, Histo
   detailColumn->addWidget(detail_);
   splitter_->addWidget(detailPane);
   splitter_->setStretchFactor(1, 1);
-  splitter_->setSizes({kSidebarWidth, 2 * kSidebarWidth});
+  const int sidebarWidth =
+      std::max(kSidebarWidth, kSidebarLetters * fontMetrics().averageCharWidth());
+  splitter_->setSizes({sidebarWidth, 2 * sidebarWidth});
   splitter_->setChildrenCollapsible(false);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
@@ -123,6 +128,7 @@ void HistoryView::makeActions() {
   moreMenu_->addActions({openFile_, saveFile_, reveal_, refresh_});
   more_ = new QToolButton(this);
   more_->setIcon(symbolIcon(QStringLiteral("ellipsis.circle")));
+  setOpensMenu(*more_);
   more_->setMenu(moreMenu_);
   more_->setPopupMode(QToolButton::InstantPopup);
   more_->setFocusPolicy(Qt::TabFocus);

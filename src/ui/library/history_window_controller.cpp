@@ -7,6 +7,7 @@
 #include "ui/library/history_view.h"
 
 #include <QEvent>
+#include <QScreen>
 
 namespace velun {
 
@@ -27,7 +28,9 @@ HistoryWindowController::HistoryWindowController(HistoryViewModel& model, AppSet
   });
   view_ = view.get();
   window_ = WindowPresentation::makeWindow(title(), kContentSize, std::move(view), true);
-  window_->setMinimumSize(kMinimumSize);
+  // Large fonts need more.
+  window_->setMinimumSize(kMinimumSize.expandedTo(window_->minimumSizeHint())
+                              .boundedTo(window_->screen()->availableSize()));
   restoreFrame(*window_, frames_, kFrameName);
   window_->installEventFilter(this);
 }

@@ -9,6 +9,7 @@
 #include "ui/library/session_search.h"
 
 #include <QComboBox>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QScrollBar>
@@ -21,6 +22,19 @@ namespace {
 
 /// More marks than anybody looks at would only slow the view down.
 constexpr std::size_t kMostMarks = 500;
+
+constexpr QMargins kBarMargins(18, 8, 10, 8);
+constexpr int kBarSpacing = 12;
+
+QWidget* group(QLabel* label, QComboBox* chooser, QWidget* parent) {
+  auto* made = new QWidget(parent);
+  auto* row = new QHBoxLayout(made);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->setSpacing(8);
+  row->addWidget(label);
+  row->addWidget(chooser);
+  return made;
+}
 
 }  // namespace
 
@@ -36,20 +50,19 @@ SessionDetailView::SessionDetailView(AppSettings& settings, Clock& clock, QWidge
   contentLabel_->setBuddy(contents_);
   languageLabel_->setBuddy(languages_);
   languages_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
-  auto* bar = new QHBoxLayout;
-  bar->setContentsMargins(18, 8, 10, 8);
-  bar->setSpacing(8);
-  bar->addWidget(contentLabel_);
-  bar->addWidget(contents_);
-  bar->addSpacing(12);
-  bar->addWidget(languageLabel_);
-  bar->addWidget(languages_);
-  bar->addStretch();
-  bar->addWidget(copy_);
+  contentGroup_ = group(contentLabel_, contents_, this);
+  languageGroup_ = group(languageLabel_, languages_, this);
+  bar_ = new QGridLayout;
+  bar_->setContentsMargins(kBarMargins);
+  bar_->setHorizontalSpacing(kBarSpacing);
+  bar_->addWidget(contentGroup_, 0, 0);
+  bar_->addWidget(languageGroup_, 0, 1);
+  bar_->setColumnStretch(2, 1);
+  bar_->addWidget(copy_, 0, 3);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
-  column->addLayout(bar);
+  column->addLayout(bar_);
   column->addWidget(transcript_, 1);
 
   connect(contents_, &QComboBox::activated, this, [this](int index) {
@@ -68,6 +81,30 @@ SessionDetailView::SessionDetailView(AppSettings& settings, Clock& clock, QWidge
 }
 
 SessionDetailView::~SessionDetailView() = default;
+
+QSize SessionDetailView::minimumSizeHint() const {
+  const int first = contentGroup_->sizeHint().width() + kBarSpacing + copy_->sizeHint().width();
+  const int width = std::max(first, languageGroup_->sizeHint().width()) + kBarMargins.left() +
+                    kBarMargins.right();
+  return {width, QWidget::minimumSizeHint().height()};
+}
+
+void SessionDetailView::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  arrangeBar();
+}
+
+void SessionDetailView::arrangeBar() {
+  const int oneRow = contentGroup_->sizeHint().width() + languageGroup_->sizeHint().width() +
+                     copy_->sizeHint().width() + 3 * kBarSpacing + kBarMargins.left() +
+                     kBarMargins.right();
+  bar_->removeWidget(languageGroup_);
+  if (oneRow <= width()) {
+    bar_->addWidget(languageGroup_, 0, 1);
+  } else {
+    bar_->addWidget(languageGroup_, 1, 0, 1, 4, Qt::AlignLeading);
+  }
+}
 
 void SessionDetailView::show(std::shared_ptr<const SavedSession> session) {
   if (session == session_ && isVisibleTo(parentWidget()) == (session != nullptr)) return;
@@ -137,6 +174,7 @@ void SessionDetailView::fillLanguages() {
   const int chosen = languages_->findData(language_.value_or(QString()));
   if (chosen < 0) language_ = std::nullopt;
   languages_->setCurrentIndex(std::max(chosen, 0));
+  arrangeBar();
 }
 
 void SessionDetailView::present() {

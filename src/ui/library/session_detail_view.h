@@ -9,6 +9,7 @@
 #include <QWidget>
 
 class QComboBox;
+class QGridLayout;
 class QLabel;
 
 namespace velun {
@@ -38,7 +39,14 @@ class SessionDetailView final : public QWidget {
   const std::optional<QString>& language() const { return language_; }
   TranscriptView& transcript() const { return *transcript_; }
 
+  QSize minimumSizeHint() const override;
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
  private:
+  /// The pickers stand beside each other where there is room for both.
+  void arrangeBar();
   void translate();
   void fillContents();
   void fillLanguages();
@@ -50,6 +58,9 @@ class SessionDetailView final : public QWidget {
   TranscriptContent content_ = TranscriptContent::both;
   std::optional<QString> language_;
   QString highlighted_;
+  QGridLayout* bar_;
+  QWidget* contentGroup_;
+  QWidget* languageGroup_;
   QLabel* contentLabel_;
   QComboBox* contents_;
   QLabel* languageLabel_;

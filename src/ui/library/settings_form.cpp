@@ -17,6 +17,8 @@ namespace {
 constexpr qreal kSmallText = 0.86;
 constexpr int kIndent = 24;
 constexpr int kChooserWidth = 210;
+/// With a large font.
+constexpr int kChooserLetters = 25;
 
 /// A chooser that leaves the wheel to the form around it: scrolling must not change a setting.
 class FormChooser final : public QComboBox {
@@ -71,7 +73,8 @@ QComboBox* addChooser(QVBoxLayout* form, QLabel** label) {
     (*label)->setBuddy(chooser);
     row->addWidget(*label);
     row->addStretch();
-    chooser->setMinimumWidth(kChooserWidth);
+    const int letters = kChooserLetters * chooser->fontMetrics().averageCharWidth();
+    chooser->setMinimumWidth(std::max(kChooserWidth, letters));
     chooser->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     row->addWidget(chooser);
   } else {

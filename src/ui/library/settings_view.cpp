@@ -10,6 +10,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
@@ -134,6 +135,11 @@ void SettingsView::followSettings() {
   connect(&Localization::shared(), &Localization::languageChanged, this, &SettingsView::present);
 }
 
+QSize SettingsView::minimumSizeHint() const {
+  const int width = widget()->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width();
+  return {width, QScrollArea::minimumSizeHint().height()};
+}
+
 void SettingsView::showEvent(QShowEvent* event) {
   QScrollArea::showEvent(event);
   updateNotes();
@@ -181,6 +187,7 @@ void SettingsView::presentTexts() {
         "않습니다."));
   openFolder_->setText(L("Open Sessions Folder", "기록 폴더 열기"));
   openFolder_->setToolTip(openFolder_->text());
+  updateGeometry();
 }
 
 void SettingsView::presentToggles() {

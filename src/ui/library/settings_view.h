@@ -28,6 +28,9 @@ class SettingsView final : public QScrollArea {
   /// Asks again for the notes about this machine.
   void updateNotes();
 
+  /// As wide as its controls; what is higher scrolls.
+  QSize minimumSizeHint() const override;
+
  protected:
   void showEvent(QShowEvent* event) override;
 

@@ -101,6 +101,21 @@ class WindowPresentationTest final : public test::Suite {
     QVERIFY((window->geometry().center() - middle).manhattanLength() <= 8);
   }
 
+  void aFixedWindowGrowsWithTextsThatNeedMore() {
+    auto view = std::make_unique<QLabel>("view");
+    QLabel& label = *view;
+    const auto window =
+        WindowPresentation::makeWindow("Export Session", QSize(200, 50), std::move(view), false);
+    WindowPresentation::present(*window);
+    QCOMPARE(window->size(), QSize(200, 50));
+    label.setText("A text that is much longer than the window that it was given, by far");
+    QTRY_VERIFY(window->width() > 200);
+    QCOMPARE(window->width(), label.minimumSizeHint().width());
+    QCOMPARE(window->minimumSize(), window->maximumSize());
+    label.setText("view");
+    QTRY_COMPARE(window->size(), QSize(200, 50));
+  }
+
   void aResizableWindowCanBeResized() {
     const auto window = WindowPresentation::makeWindow("Sessions", QSize(700, 500),
                                                        std::make_unique<QLabel>("view"), true);
