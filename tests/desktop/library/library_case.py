@@ -66,6 +66,17 @@ class LibraryCase(ProgramCase):
         self.row(title).select()
         self.wait_for_selection(title)
 
+    def open_menu(self, ask):
+        """Asks for a menu and waits for it. One of its own is no part of the accessible tree, so
+        its window tells.
+        """
+        def windows():
+            return self.desktop.run("xdotool", "search", "--onlyvisible", "--class", "velun").split()
+
+        before = len(windows())
+        ask()
+        self.wait("the menu", lambda: len(windows()) > before)
+
     def transcript(self):
         """The text of the detail pane; empty while no session is shown."""
         view = self.library.find("text", "Caption Text") or self.library.find("text", "자막 본문")

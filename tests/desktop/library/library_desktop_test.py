@@ -3,6 +3,7 @@ and opening from elsewhere.
 """
 
 import json
+import os
 import re
 import unittest
 from datetime import datetime, timedelta
@@ -10,6 +11,7 @@ from datetime import datetime, timedelta
 import session_files
 from library_case import LibraryCase
 from session_files import UTC
+from velun_program import VelunProgram
 
 ALL = ["Evening talk", "Biology lecture", "Team call", "Budget 2025/26", "Old lecture",
        "Caption Session"]
@@ -235,6 +237,67 @@ class Deleting(LibraryCase):
             "Couldn’t delete the session: "), alert.tree())
         alert.wait_for("push button", "OK").press()
         self.wait("the alert to go", lambda: not alert.is_showing)
+        self.quit()
+
+
+class WithoutTrash(LibraryCase):
+    """A session opened from a disk that can only be read, which has no trash either."""
+
+    def setUp(self):
+        super().setUp()
+        self.disk = self.desktop.root / "disk"
+        self.guest = session_files.write(self.disk, session_files.session(
+            "Guest lecture", self.now - timedelta(days=100), session_files.CELLS))
+        probe = self.in_namespace("true")
+        if self.desktop.start(probe).wait(20) != 0:
+            self.skipTest("no mount namespaces here")
+
+    def in_namespace(self, *command):
+        """The command that runs another one where the disk can only be read."""
+        mount = 'mount --bind "$0" "$0" && mount -o remount,bind,ro "$0" && exec "$@"'
+        return ["unshare", "--map-root-user", "--mount", "sh", "-c", mount, self.disk, *command]
+
+    def test_the_file_stays_and_the_reason_is_told(self):
+        launcher = self.desktop.root / "velun-on-disk"
+        command = " ".join(f"'{part}'" for part in self.in_namespace(os.environ["VELUN_PROGRAM"]))
+        launcher.write_text(f"#!/bin/sh\nexec {command}\n")
+        launcher.chmod(0o755)
+        self.program = VelunProgram(self.desktop, launcher)
+        self.open_library()
+        self.program.open(self.guest)
+        self.wait_for_selection("Guest lecture")
+        self.library.wait_for("push button", "Delete").press()
+        alert = self.window("Couldn’t Complete the Action")
+        told = alert.find_all("label")[-1].name
+        self.assertTrue(told.startswith("Couldn’t delete the session: "), told)
+        self.assertIn(self.guest.name, told)
+        self.assertTrue(told.endswith("The file is still where it was."), told)
+        alert.wait_for("push button", "OK").press()
+        self.wait("the alert to go", lambda: not alert.is_showing)
+        self.assertEqual(self.selected(), ["Guest lecture"])
+        self.assertEqual(len(self.titles()), len(ALL) + 1)
+        self.assertTrue(self.guest.exists())
+        self.assertFalse(list(self.desktop.home.rglob(self.guest.name)))
+        self.quit()
+
+
+class Revealing(LibraryCase):
+    def test_without_a_file_manager_service_the_folder_is_opened(self):
+        opened = self.desktop.root / "opened"
+        tools = self.desktop.root / "bin"
+        tools.mkdir()
+        opener = tools / "xdg-open"
+        opener.write_text(f'#!/bin/sh\nprintf %s "$1" > {opened}\n')
+        opener.chmod(0o755)
+        self.desktop.environment["PATH"] = f"{tools}:{self.desktop.environment['PATH']}"
+        self.open_library()
+        self.select("Team call")
+        more = self.library.wait_for("button menu", "More")
+        self.open_menu(lambda: more.do("ShowMenu"))
+        self.desktop.run("xdotool", "key", "Down", "Down", "Down", "Return")
+        self.wait("the opened folder", lambda: opened.exists() and opened.read_text())
+        self.assertIn(opened.read_text().removeprefix("file://").rstrip("/"),
+                      (str(self.program.sessions),))
         self.quit()
 
 

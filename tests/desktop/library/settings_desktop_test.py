@@ -121,6 +121,28 @@ class Controls(SettingsCase):
         self.wait("the panel to be above again", is_above)
         self.quit()
 
+    def test_the_font_size_reaches_open_transcripts_at_once(self):
+        session_files.write(self.program.sessions, session_files.session(
+            "Evening talk", datetime(2024, 3, 5, 9, 30, tzinfo=UTC), session_files.TEAM))
+        library = self.open_window("show-history", "Velun — Saved Sessions")
+        listed = library.wait_for("list", "Saved Sessions")
+        self.wait("the session", lambda: len(listed.children) > 1)
+        listed.children[1].select()
+        view = library.wait_for("text", "Caption Text")
+        self.wait("the transcript", lambda: "Let us" in view.text)
+
+        def height():
+            return view.character_extents(view.text.index("Let us"))[3]
+
+        self.wait("the text", lambda: height() > 0)
+        before = height()
+        self.open_settings()
+        self.chooser("Font Size").choose("30pt")
+        self.wait("larger text", lambda: height() > 1.6 * before)
+        self.chooser("Font Size").choose("9pt")
+        self.wait("smaller text", lambda: 0 < height() < before)
+        self.quit()
+
     def test_everything_is_kept_after_a_restart(self):
         for title, _, _ in TOGGLES:
             self.toggle(title).toggle()
