@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/common/file_panels.h"
 
+#include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
+#include <QGridLayout>
+#include <QLabel>
 #include <QStandardPaths>
 
 namespace velun {
@@ -9,7 +13,20 @@ namespace velun {
 namespace {
 
 QString startingFolder() {
-  return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+  const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+  // The panel would take one that is missing for the name of a file.
+  return QFileInfo(documents).isDir() ? documents : QDir::homePath();
+}
+
+/// Shows a message under the toolkit's own panel, which has no place for one. The desktop's panel,
+/// which has no layout here, may show it as the label of the name.
+void showMessage(QFileDialog& dialog, const QString& message) {
+  dialog.setAccessibleDescription(message);
+  auto* grid = qobject_cast<QGridLayout*>(dialog.layout());
+  if (!grid) return dialog.setLabelText(QFileDialog::FileName, message);
+  auto* label = new QLabel(message, &dialog);
+  label->setWordWrap(true);
+  grid->addWidget(label, grid->rowCount(), 0, 1, -1);
 }
 
 QString nameFilter(const QString& name, const QStringList& patterns) {
@@ -25,8 +42,7 @@ std::optional<QUrl> openFile(const OpenPanelRequest& request) {
   QFileDialog dialog(nullptr, request.title, startingFolder(),
                      nameFilter(request.filterName, request.patterns));
   dialog.setFileMode(QFileDialog::ExistingFile);
-  dialog.setAccessibleDescription(request.message);
-  dialog.setLabelText(QFileDialog::FileName, request.message);
+  showMessage(dialog, request.message);
   return chosenFile(dialog);
 }
 

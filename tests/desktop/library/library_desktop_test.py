@@ -64,6 +64,25 @@ class Listing(LibraryCase):
         self.quit()
 
 
+class Frame(LibraryCase):
+    def test_the_frame_is_kept_after_a_restart(self):
+        self.open_library()
+        self.assertEqual(self.library.extents[2:], (960, 620))
+        number = self.desktop.run("xdotool", "getactivewindow").strip()
+        self.desktop.run("xdotool", "windowsize", "--sync", number, 800, 500)
+        self.desktop.run("xdotool", "windowmove", "--sync", number, 60, 70)
+        self.wait("the new size", lambda: self.library.extents[2:] == (800, 500))
+        self.wait("the new place", lambda: self.library.extents[0] < 100)
+        frame = self.library.extents
+        self.quit()
+        self.open_library()
+        self.wait("the same frame", lambda: self.library.extents == frame)
+        self.desktop.run("xdotool", "windowsize", "--sync",
+                         self.desktop.run("xdotool", "getactivewindow").strip(), 300, 200)
+        self.wait("the smallest size", lambda: self.library.extents[2:] == (760, 430))
+        self.quit()
+
+
 class Searching(LibraryCase):
     def prepare(self):
         super().prepare()
@@ -341,7 +360,11 @@ class OpeningFromElsewhere(LibraryCase):
         self.open_library()
         self.desktop.key("ctrl+o")
         panel = self.window("Open Velun Session")
-        panel.wait_for("text").set_text(str(self.guest))
+        panel.wait_for("label", "Choose a Velun session (.json) or a Markdown transcript from an "
+                       "earlier version (.md).")
+        field = panel.wait_for("text", label="File name:")
+        self.assertEqual(field.text, "")
+        field.set_text(str(self.guest))
         panel.wait_for("push button", "Open").press()
         self.wait_for_selection("Guest lecture")
         self.quit()
