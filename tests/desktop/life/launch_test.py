@@ -1,11 +1,15 @@
 """Launching the real program: once and again, by other programs, and where something is missing."""
 
 import os
+import re
 import subprocess
 import unittest
+from pathlib import Path
 
-from life_stage import PANEL, LifeTest, SpokenTest
+from life_stage import EXECUTABLE, PANEL, LifeTest, SpokenTest
+from velun_program import APPLICATION
 
+INSTALLED = Path(EXECUTABLE).parent.parent / "data"
 NO_NETWORK = ["unshare", "--net", *([] if os.geteuid() == 0 else ["--map-current-user"])]
 
 
@@ -35,6 +39,31 @@ class Launch(LifeTest):
         self.program.action("toggle-panel")
         self.program.wait_for_state("toggle-panel", False)
         self.quit()
+
+    def test_launchers_start_it_through_the_bus(self):
+        desktop_file = (INSTALLED / f"{APPLICATION}.desktop").read_text()
+        self.assertIn("DBusActivatable=true", desktop_file)
+        actions = re.search("^Actions=(.*);$", desktop_file, re.M)[1].split(";")
+        service = (INSTALLED / f"{APPLICATION}.service").read_text()
+        services = self.desktop.home / "data" / "dbus-1" / "services"
+        services.mkdir(parents=True)
+        (services / f"{APPLICATION}.service").write_text(
+            re.sub("^Exec=.*", f"Exec={self.program.executable}", service, flags=re.M))
+        self.desktop.run("gdbus", "call", "--session", "--dest", "org.freedesktop.DBus",
+                         "--object-path", "/", "--method", "org.freedesktop.DBus.ReloadConfig")
+        # As a session does at its start.
+        self.desktop.run("dbus-update-activation-environment", "DISPLAY")
+        self.desktop.start_tray()
+
+        self.desktop.run("gapplication", "action", APPLICATION, "show-settings")
+        self.desktop.wait_for_window("Velun Settings")
+        self.assertNotIn(PANEL, self.desktop.windows())
+        known = self.program.call("org.freedesktop.DBus.Properties.Get", APPLICATION, "Actions")
+        self.assertEqual([action for action in actions if f"'{action}'" not in known], [])
+        self.desktop.run("gapplication", "launch", APPLICATION)
+        self.desktop.wait_for_window(PANEL)
+        self.program.action("quit")
+        self.desktop.wait("the end", lambda: not self.program.owns_name())
 
     def test_a_damaged_preference_file_is_set_aside(self):
         self.program.preferences.parent.mkdir(parents=True)

@@ -21,6 +21,9 @@ class Quit(SpokenTest):
                          list(QUESTION_BUTTONS))
         self.assertTrue(question.find("label", "The 1 sentences in this session haven’t been saved. "
                                                "If you don’t save, they’ll be lost."))
+        # Nothing else is done while it asks.
+        self.program.action("show-settings")
+        self.program.action("toggle-captions")
         self.answer(QUESTION, "Cancel")
         self.assert_goes_on(said)
 
@@ -118,6 +121,7 @@ class Quit(SpokenTest):
         self.program.wait_for_state("running", True)
         self.assert_handles_events()
         self.assertEqual(self.questions(), [])
+        self.assertNotIn("Velun Settings", self.desktop.windows())
         self.assertEqual(self.transcript(), said)
 
 

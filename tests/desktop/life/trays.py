@@ -48,11 +48,11 @@ class EmbeddedTray:
 
         return self._desktop.wait("the icon", has_settled)
 
-    def click(self, button=1, key=None):
+    def click(self, button=1, key=None, times=1):
         held = ["keydown", key] if key else []
         released = ["keyup", key] if key else []
         self._desktop.run("xdotool", "mousemove", "--window", self.wait_for_icon(), 8, 8, *held,
-                          "click", button, *released)
+                          "click", "--repeat", times, "--delay", 100, button, *released)
 
 
 class BusTray:

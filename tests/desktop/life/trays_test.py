@@ -36,6 +36,13 @@ class ClickRules:
         self.program.wait_for_state("toggle-panel", True)
         self.assertFalse(open_menu(self.desktop))
 
+        self.program.action("toggle-panel")
+        self.program.wait_for_state("toggle-panel", False)
+        self.double_click()
+        self.program.wait_for_state("toggle-panel", True)
+        self.expect_menu()
+        self.close_menu()
+
     def test_a_tray_that_goes_away_and_comes_back(self):
         self.launch()
         self.tray.wait_for_icon()
@@ -76,6 +83,9 @@ class InAnEmbeddingTray(ClickRules, SpokenTest):
     def plain_click(self):
         self.tray.click()
 
+    def double_click(self):
+        self.tray.click(times=2)
+
     def control_click(self):
         self.tray.click(key="ctrl")
 
@@ -87,6 +97,10 @@ class OnTheBus(ClickRules, SpokenTest):
     TRAY = BusTray
 
     def plain_click(self):
+        self.tray.activate()
+
+    def double_click(self):
+        self.tray.activate()
         self.tray.activate()
 
     def control_click(self):
