@@ -36,6 +36,13 @@ namespace {
 
 using Entry = std::shared_ptr<const SavedSession>;
 
+/// What is selected once the entry at `index` is gone: the next one, else the one before it.
+std::optional<QUrl> neighbourOf(qsizetype index, const QList<QUrl>& visible) {
+  if (index + 1 < visible.size()) return visible[index + 1];
+  if (index > 0) return visible[index - 1];
+  return std::nullopt;
+}
+
 bool isBefore(const Entry& left, const Entry& right) {
   return isListedBefore(*left, *right);
 }
@@ -157,12 +164,7 @@ std::optional<QUrl> HistoryViewModel::deleteSelection(const QList<QUrl>& visible
   trash_(url);
   std::erase_if(sessions_, [&url](const Entry& entry) { return entry->url == url; });
   openedFiles_ = othersOpened;
-  std::optional<QUrl> neighbour;
-  if (index + 1 < visible.size()) {
-    neighbour = visible[index + 1];
-  } else if (index > 0) {
-    neighbour = visible[index - 1];
-  }
+  const std::optional<QUrl> neighbour = neighbourOf(index, visible);
   Q_EMIT sessionsChanged();
   select(neighbour);
   restartReload();

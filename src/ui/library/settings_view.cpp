@@ -202,11 +202,13 @@ void SettingsView::presentToggles() {
 void SettingsView::presentChoices() {
   language_->setCurrentIndex(static_cast<int>(settings_.language()));
   std::vector<Choice> inputs;
+  inputs.reserve(allAudioInputs.size());
   for (const AudioInput input : allAudioInputs) inputs.push_back({title(input), rawValue(input)});
   const AudioInput input = settings_.useMic() ? AudioInput::microphone : AudioInput::computer;
   fillChooser(input_, inputs, {title(input), rawValue(input)});
 
   std::vector<Choice> sizes;
+  sizes.reserve(kFontSizes.size());
   for (const int size : kFontSizes) sizes.push_back({pointsLabel(size), double(size)});
   fillChooser(fontSize_, sizes, {pointsLabel(settings_.fontSize()), settings_.fontSize()});
 
