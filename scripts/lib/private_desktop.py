@@ -2,6 +2,7 @@
 manager; a sound server, a compositor and a tray on request. Ends everything that it started.
 """
 
+import ctypes
 import os
 import re
 import subprocess
@@ -110,7 +111,10 @@ class PrivateDesktop:
                  "media.class=Audio/Sink object.linger=true audio.position=[FL FR] }")
 
     def start_tray(self):
-        return self.start(["trayer", "--edge", "top", "--align", "right", "--width", "10"])
+        """A tray in which icons can be embedded; programs find it from then on."""
+        tray = self.start(["trayer", "--edge", "top", "--align", "right", "--width", "10"])
+        self.wait("the tray", lambda: self._is_owned("_NET_SYSTEM_TRAY_S0"))
+        return tray
 
     def start_compositor(self):
         # Not black, so that pictures show translucency.
@@ -134,6 +138,18 @@ class PrivateDesktop:
 
     def key(self, key):
         self.run("xdotool", "key", key)
+
+    def _is_owned(self, selection):
+        """Whether a program owns a selection of the display. No command tells."""
+        x11 = ctypes.CDLL("libX11.so.6")
+        x11.XOpenDisplay.restype = ctypes.c_void_p
+        display = ctypes.c_void_p(x11.XOpenDisplay(self.environment["DISPLAY"].encode()))
+        if not display:
+            return False
+        atom = x11.XInternAtom(display, selection.encode(), False)
+        owner = x11.XGetSelectionOwner(display, ctypes.c_ulong(atom))
+        x11.XCloseDisplay(display)
+        return owner != 0
 
     def _start_bus(self):
         bus = self.start(["dbus-daemon", "--session", "--nofork", "--print-address=1"],

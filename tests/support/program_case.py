@@ -35,7 +35,10 @@ class ProgramCase(unittest.TestCase):
     def window(self, title):
         """Waits for a window of the program and for the keyboard to be with it."""
         window = self.application.wait_for(name=title)
-        self.wait(f"“{title}” to be active", lambda: "active" in window.states)
+        try:
+            self.wait(f"“{title}” to be active", lambda: "active" in window.states)
+        except AssertionError as error:
+            raise AssertionError(f"{error}; there are {self.application.children}") from None
         return window
 
     def wait(self, what, condition):

@@ -55,6 +55,7 @@ SessionDetailView::SessionDetailView(AppSettings& settings, Clock& clock, QWidge
   bar_ = new QGridLayout;
   bar_->setContentsMargins(kBarMargins);
   bar_->setHorizontalSpacing(kBarSpacing);
+  bar_->setVerticalSpacing(6);
   bar_->addWidget(contentGroup_, 0, 0);
   bar_->addWidget(languageGroup_, 0, 1);
   bar_->setColumnStretch(2, 1);

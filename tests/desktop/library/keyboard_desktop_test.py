@@ -135,6 +135,13 @@ class Library(KeyboardCase):
         self.wait("the panel to go", lambda: not panel.is_showing)
         self.quit()
 
+    def test_the_menu_bar_opens_with_the_alt_key(self):
+        self.key("Alt_L")
+        self.open_menu(lambda: self.key("Down"))
+        self.key("Return")
+        self.window("About Velun")
+        self.quit()
+
     def test_pickers_and_copying(self):
         self.select("Evening talk")
         self.tab_to(self.library, "Show")
