@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <ctime>
+#include <malloc.h>
 #include <vector>
 
 namespace velun::bench {
@@ -29,6 +31,21 @@ double medianMilliseconds(int runs, Action&& action) {
   std::vector<double> values;
   for (int i = 0; i < runs; ++i) values.push_back(millisecondsOf(action));
   return median(values);
+}
+
+/// The processor time that the work took; other programs' work does not count.
+template <class Action>
+double processorSecondsOf(Action&& action) {
+  const std::clock_t begin = std::clock();
+  action();
+  return static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC;
+}
+
+/// Bytes in use on the heap.
+inline double heapBytes() {
+  malloc_trim(0);
+  const struct mallinfo2 info = mallinfo2();
+  return static_cast<double>(info.uordblks) + static_cast<double>(info.hblkhd);
 }
 
 /// One row of the result.

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Eight hours of captions in virtual time: 10,000 lines, each translated into two languages.
 #include "captions/live_session.h"
+#include "measure.h"
 #include "model/session_codec.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <ctime>
-#include <functional>
-#include <malloc.h>
 
 using namespace velun;
+using bench::heapBytes;
 using bench::LiveSession;
+using bench::processorSecondsOf;
 
 namespace {
 
@@ -20,20 +20,6 @@ constexpr int kChunks = 20;
 constexpr int kLinesPerChunk = kLines / kChunks;
 /// The first chunk, in which everything happens for the first time, does not count.
 constexpr int kCompared = 5;
-
-/// Bytes in use on the heap.
-double heapBytes() {
-  malloc_trim(0);
-  const struct mallinfo2 info = mallinfo2();
-  return static_cast<double>(info.uordblks) + static_cast<double>(info.hblkhd);
-}
-
-/// The processor time that the work took; other programs' work does not count.
-double secondsOf(const std::function<void()>& work) {
-  const std::clock_t begin = std::clock();
-  work();
-  return static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC;
-}
 
 /// The least disturbed of some measurements of the same work.
 double least(const std::vector<double>& values) {
@@ -68,7 +54,7 @@ int main(int argc, char** argv) {
   const double atStart = heapBytes();
   std::vector<double> seconds;
   for (int chunk = 0; chunk < kChunks; ++chunk) {
-    seconds.push_back(secondsOf([&session, chunk] {
+    seconds.push_back(processorSecondsOf([&session, chunk] {
       session.settings.setTargetID(chunk % 2 == 0 ? "ko" : "ja");
       for (int line = 0; line < kLinesPerChunk; ++line) {
         session.speak(chunk * kLinesPerChunk + line);
