@@ -15,10 +15,12 @@ bool velun::test::canCountAllocations() {
 // The C library lets a program put its own functions in place of these and still call the
 // originals under their second names.
 extern "C" {
+// NOLINTBEGIN(bugprone-reserved-identifier): the C library's own names
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
 void* __libc_realloc(void* memory, std::size_t size);
 void* __libc_memalign(std::size_t alignment, std::size_t size);
+// NOLINTEND(bugprone-reserved-identifier)
 }
 
 namespace {

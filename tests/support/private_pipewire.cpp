@@ -77,8 +77,8 @@ QJsonObject PrivatePipeWire::node(const QString& name) {
   dump.start("pw-dump", QStringList());
   dump.waitForFinished();
   const QJsonArray objects = QJsonDocument::fromJson(dump.readAllStandardOutput()).array();
-  for (const QJsonValue& object : objects) {
-    const QJsonObject info = object["info"].toObject();
+  for (const auto& object : objects) {
+    QJsonObject info = object["info"].toObject();
     if (info["props"]["node.name"].toString() == name) return info;
   }
   return {};
