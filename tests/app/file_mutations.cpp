@@ -78,7 +78,7 @@ void FileMutations::change(QByteArray& bytes) {
       if (!isAtEnd) bytes[at] = static_cast<char>(below(256));
       break;
     case 2:
-      bytes.remove(at, static_cast<qsizetype>(1 + below(32)));
+      bytes.remove(at, 1 + static_cast<qsizetype>(below(32)));
       break;
     case 3:
       bytes.insert(at, trippingStones()[below(trippingStones().size())]);

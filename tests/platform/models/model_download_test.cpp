@@ -27,10 +27,11 @@ class ModelDownloadTest final : public test::Suite {
 
   QString partial() const { return dir_->filePath(".downloads/small/model.bin.part"); }
 
-  void open(HttpPatience patience = {300ms, 1ms, 3}) {
+  void open(HttpPatience patience = {300ms, 1ms, 3}, const QString& mirror = {}) {
     ModelStoreOptions options;
     options.root = dir_->path();
     options.patience = patience;
+    options.mirror = mirror;
     store_ = std::make_unique<DownloadStore>(ModelCatalogue({model_}), options, clock_,
                                              [] { return false; });
   }
@@ -197,6 +198,13 @@ class ModelDownloadTest final : public test::Suite {
     const QString text = install();
     QVERIFY2(text.contains("isn’t secure"), qPrintable(text));
     QCOMPARE(server_->requests.size(), 1);
+  }
+
+  void aMirrorWithoutHttpsIsRefused() {
+    open({300ms, 1ms, 3}, "http://models.example.org");
+    const QString text = install();
+    QVERIFY2(text.contains("isn’t secure"), qPrintable(text));
+    QVERIFY(!store_->isInstalled(model_));
   }
 
   void redirectsInACircleEnd() {
