@@ -7,6 +7,7 @@
 #include "ui/common/toolkit_texts.h"
 
 #include <cstdio>
+#include <malloc.h>
 #include <QApplication>
 #include <QIcon>
 
@@ -15,10 +16,16 @@ namespace {
 /// The desktop file, the bus name, the icon and the window class: one id everywhere.
 constexpr auto kApplicationID = "app.velun.Velun";
 
+/// Bytes. What is larger goes back to the system when it is freed. The allocator would raise this
+/// limit by itself with the first large thing that is freed, and from then on keep the place of a
+/// recognizer's tables.
+constexpr int kLargeAllocation = 1 << 20;
+
 }  // namespace
 
 int main(int argc, char** argv) {
   using namespace velun;
+  mallopt(M_MMAP_THRESHOLD, kLargeAllocation);
   preferWindowSystem();
   QCoreApplication::setApplicationName(kApplicationID);
   QCoreApplication::setApplicationVersion(VELUN_VERSION);
