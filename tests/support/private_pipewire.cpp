@@ -78,8 +78,8 @@ QJsonObject PrivatePipeWire::node(const QString& name) {
   dump.waitForFinished();
   const QJsonArray objects = QJsonDocument::fromJson(dump.readAllStandardOutput()).array();
   for (const auto& object : objects) {
-    QJsonObject info = object["info"].toObject();
-    if (info["props"]["node.name"].toString() == name) return info;
+    const QJsonValue info = object.toObject()["info"];
+    if (info["props"]["node.name"].toString() == name) return info.toObject();
   }
   return {};
 }
