@@ -107,7 +107,7 @@ class Recognizer(FaultCase):
         for part in ("encoder", "decoder", "joiner"):
             damage(self.model[part])
         self.program.action("toggle-captions")
-        self.wait_for_status("recognizer")
+        self.wait_for_status("The speech recognizer couldn’t be started")
         self.program.wait_for_state("running", False)
         self.assertIsNone(self.program.process.poll(), self.program.log())
         self.assert_kept(lines)
