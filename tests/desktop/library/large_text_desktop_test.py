@@ -4,6 +4,8 @@ import unittest
 
 from library_case import LibraryCase
 
+LARGE_LINE = 30  # the smallest text's, in pixels
+
 
 class LargeText(LibraryCase):
     screen = "2560x1600"
@@ -16,8 +18,8 @@ class LargeText(LibraryCase):
         self.export = self.window("Export Session")
         self.settings = self.open_window("show-settings", "Velun Settings")
 
-    def check_inside(self, window):
-        """Every control lies in its window, and none over another."""
+    def check_inside(self, window, line=10):
+        """Every control lies in its window, and is at least as high as a line of its text."""
         left, top, width, height = window.extents
         shown = [node for node in window.walk() if node.is_showing and node.role in
                  ("label", "combo box", "check box", "push button")]
@@ -25,7 +27,7 @@ class LargeText(LibraryCase):
         for node in shown:
             x, y, w, h = node.extents
             self.assertTrue(left <= x and x + w <= left + width, f"{node} {node.extents}")
-            self.assertGreater(h, 10, node)
+            self.assertGreaterEqual(h, line, node)
         return shown
 
     def check_apart(self, nodes):
@@ -50,9 +52,9 @@ class LargeText(LibraryCase):
         self.desktop.environment |= {"QT_FONT_DPI": "213", "QT_ENABLE_HIGHDPI_SCALING": "0"}
         self.program.write_preferences(fontSize=30)
         self.open_all()
-        self.check_apart(self.check_inside(self.export))
+        self.check_apart(self.check_inside(self.export, LARGE_LINE))
         self.assertGreater(self.export.extents[3], 305)
-        self.check_inside(self.settings)
+        self.check_inside(self.settings, LARGE_LINE)
         self.assertGreater(self.settings.extents[2], 460)
         self.assertEqual(self.settings.extents[3], 760)
         last = self.settings.find("push button", "Open Sessions Folder")
@@ -66,7 +68,7 @@ class LargeText(LibraryCase):
         self.desktop.key("shift+Tab")  # to the last control, which scrolls to it
         self.wait("the last control to come into view", is_in_view)
 
-        shown = self.check_inside(self.library)
+        shown = self.check_inside(self.library, LARGE_LINE)
         pickers = [node for node in shown if node.role == "combo box"]
         self.assertEqual(len(pickers), 2)
         self.check_apart(pickers)

@@ -208,6 +208,9 @@ class Languages(SettingsCase):
         self.window("Export Session")
         self.program.action("show-about")
         self.window("About Velun")
+        self.program.action("check-for-updates")
+        updates = self.window("Velun — Updates")
+        self.wait("the outcome", lambda: updates.find("label", "Checking for updates…") is None)
         self.open_settings()
 
     def shown_names(self):
@@ -223,7 +226,7 @@ class Languages(SettingsCase):
         self.open_windows()
         english = self.shown_names()
         self.assertLessEqual({"Velun — Saved Sessions", "Export Session", "Velun Settings",
-                              "Velun Captions"}, set(english))
+                              "Velun Captions", "About Velun", "Velun — Updates"}, set(english))
         for window, names in english.items():
             self.assertFalse(
                 [name for name in names
