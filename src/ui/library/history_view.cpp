@@ -191,7 +191,7 @@ QWidget* HistoryView::makeSidebar() {
     if (isPresenting_) return;
     const QModelIndexList rows = list_->selectionModel()->selectedIndexes();
     const auto session = rows.isEmpty() ? nullptr : rows_.sessionAt(rows.constFirst());
-    if (session) library_.select(session->url);
+    library_.select(session ? std::optional(session->url) : std::nullopt);
   });
   connect(list_, &QWidget::customContextMenuRequested, this, &HistoryView::showContextMenu);
   return sidebar;

@@ -185,6 +185,10 @@ class HistoryViewTest final : public test::Suite {
     QVERIFY(library_->selectedSession());
     QCOMPARE(library_->selectedSession()->session.title, QString("Call"));
     QVERIFY(transcript().contains("sea"));
+    list()->clearSelection();
+    QVERIFY(!library_->selectedSession());
+    QVERIFY(!detail()->isVisible());
+    QVERIFY(!action("Delete")->isEnabled());
   }
 
   void theSearchFieldHasTheKeyboardFirst() {
