@@ -139,13 +139,16 @@ class SettingsViewTest final : public test::Suite {
   void switchingTheLanguageLabelsEverythingAtOnce() {
     pick(named<QComboBox>("Language · 언어"), 1);
     QCOMPARE(Localization::shared().language(), AppLanguage::korean);
+    constexpr auto kSaving =
+        "기본은 직접 저장입니다. ‘세션 저장’을 누르면 현재 세션의 이후 자막과 번역도 함께 "
+        "저장합니다. 자동 저장 설정은 다음 새 세션부터 적용됩니다.";
+    constexpr auto kUnsaved =
+        "저장하지 않은 자막은 메모리에만 보관되며 앱이 종료되면 사라집니다. 오디오 파일은 "
+        "저장하지 않습니다.";
     for (const char* text :
          {"Language · 언어", "자막", "번역", "세션 저장", "입력 소스", "인식 언어", "글자 크기",
           "번역 언어", "Zoom, Teams 등으로 화면을 공유할 때 상대방 화면에 자막 창이 보이지 않게 함",
-          "기본은 직접 저장입니다. ‘세션 저장’을 누르면 현재 세션의 이후 자막과 번역도 함께 "
-          "저장합니다. 자동 저장 설정은 다음 새 세션부터 적용됩니다.",
-          "저장하지 않은 자막은 메모리에만 보관되며 앱이 종료되면 사라집니다. 오디오 파일은 "
-          "저장하지 않습니다."}) {
+          kSaving, kUnsaved}) {
       QVERIFY2(shows(QString::fromUtf8(text)), text);
     }
     for (const char* name :
