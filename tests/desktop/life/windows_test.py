@@ -106,8 +106,6 @@ class Windows(ProgramCase):
                               ("show-history", HISTORY), ("show-about", ABOUT),
                               ("check-for-updates", UPDATES)):
             with self.subTest(title):
-                self.program.action("toggle-panel")
-                is_shown = not self.program.state()["toggle-panel"]
                 self.activate(action, title)
                 before = self.program.state()["toggle-panel"]
                 self.desktop.key("ctrl+l")
@@ -145,12 +143,14 @@ class Windows(ProgramCase):
 
     def activate(self, action, title):
         self.program.action(action)
-        window = self.application.wait_for(name=title)
+        self.desktop.wait_for_window(title)
 
         def is_active():
-            # The panel takes the keyboard only when it is clicked or chosen.
-            self.desktop.run("xdotool", "search", "--name", f"^{title}$", "windowactivate")
-            return "active" in window.states
+            if title == PANEL:
+                # It takes the keyboard only when it is clicked.
+                self.application.wait_for("text", "Caption Text").click()
+            return any(window.name == title and "active" in window.states
+                       for window in self.application.children)
 
         self.wait(f"“{title}” to be active", is_active)
 
