@@ -13,7 +13,7 @@ inline QCoro::Task<QString> failureTextOf(QCoro::Task<> task) {
   } catch (const Cancelled&) {
     co_return QString("cancelled");
   } catch (const Failure& failure) {
-    const QString text = failure.errorDescription();
+    const QString& text = failure.errorDescription();
     co_return text;
   }
   co_return QString();
