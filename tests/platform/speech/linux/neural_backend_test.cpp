@@ -133,7 +133,7 @@ class NeuralBackendTest final : public test::Suite {
     const std::vector<float> rest = pause + spoken(music_);
     QCOMPARE(finalsOf(nemoCtc(), spoken(numbers_) + rest).size(), 1);
     std::vector<float> samples;
-    while (samples.size() < 9 * 16000) samples = samples + spoken(numbers_);
+    while (samples.size() < 9UL * 16000) samples = samples + spoken(numbers_);
     const QStringList finals = finalsOf(nemoCtc(), samples + rest);
     QCOMPARE(finals.size(), 2);
     QVERIFY2(finals[0].endsWith("ten eight"), qPrintable(finals[0]));

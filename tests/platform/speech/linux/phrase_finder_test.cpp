@@ -38,7 +38,8 @@ struct Listener {
 
   template <class Sound>
   void play(double seconds, const Sound& sound) {
-    for (int i = 0; i < static_cast<int>(seconds * kFramesPerSecond + 0.5); ++i) {
+    const long frames = std::lround(seconds * kFramesPerSecond);
+    for (long i = 0; i < frames; ++i) {
       std::vector<float> frame;
       for (std::size_t k = 0; k < VoiceActivity::kFrameLength; ++k) {
         frame.push_back(sound(static_cast<double>(heard++) / 16000));
