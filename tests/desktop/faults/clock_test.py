@@ -50,7 +50,7 @@ class Clock(FaultCase):
         self.assertEqual(ages[len(first)], 1)
         self.assertEqual(ages[len(second)], -1)
         self.move_clock(-HOUR)
-        self.program.action("toggle-captions")
+        self.toggle_captions()
         self.desktop.wait("the end of the session", lambda: "endedAt" in self.session())
         self.check_the_library_reads_it()
         self.quit()

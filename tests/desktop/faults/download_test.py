@@ -63,7 +63,7 @@ class Download(FaultCase):
         self.program.write_preferences(localeID=LOCALE, statusItemExplained=True)
         self.desktop.start_sound()
         self.launch()
-        self.program.action("toggle-captions")
+        self.toggle_captions()
         self.wait_for_status("Downloading speech model…")
         # An answer that breaks off is not the end of it.
         self.desktop.wait("it to go on", lambda: max(server.asked_from, default=0) > 0, PATIENCE)
@@ -73,7 +73,7 @@ class Download(FaultCase):
         # What came is kept for the next time.
         asked_before = max(server.asked_from)
         server = self.serve(server.server_port)
-        self.program.action("toggle-captions")
+        self.toggle_captions()
         self.desktop.wait("it to go on from there", lambda: server.asked_from, PATIENCE)
         self.assertGreaterEqual(server.asked_from[0], asked_before)
         self.quit()
@@ -83,7 +83,7 @@ class Download(FaultCase):
         self.desktop.environment["VELUN_MODEL_MIRROR"] = server.address()
         self.program.write_preferences(localeID=LOCALE, statusItemExplained=True)
         self.launch()
-        self.program.action("toggle-captions")
+        self.toggle_captions()
         self.wait_for_status("Downloading speech model…")
         self.quit()
 

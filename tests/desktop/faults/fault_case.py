@@ -30,8 +30,14 @@ class FaultCase(unittest.TestCase):
     def start_captions(self):
         self.sound_server, self.sound_manager = self.desktop.start_sound()
         self.launch()
-        self.program.action("toggle-captions")
+        self.toggle_captions()
         self.program.wait_until_capturing()
+
+    def toggle_captions(self):
+        """Once it can be done: not while they are still being switched."""
+        self.desktop.wait("captions to be switched", lambda: self.program.can("toggle-captions"),
+                          PATIENCE)
+        self.program.action("toggle-captions")
 
     def launch(self):
         self.program.launch()

@@ -44,7 +44,7 @@ class Kill(FaultCase):
 
     def launch_and_caption(self):
         self.launch()
-        self.program.action("toggle-captions")
+        self.toggle_captions()
         self.program.wait_until_capturing()
 
     def save_often(self):

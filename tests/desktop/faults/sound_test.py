@@ -42,7 +42,7 @@ class Sound(FaultCase):
         self.assert_kept(lines)
         self.assertEqual(self.shown_lines(), lines)
         self.desktop.start_sound()
-        self.program.action("toggle-captions")
+        self.toggle_captions()
         self.program.wait_until_capturing()
         self.speak()
         self.assert_kept(lines)
@@ -50,11 +50,11 @@ class Sound(FaultCase):
 
     def test_without_a_server(self):
         self.launch()
-        self.program.action("toggle-captions")
+        self.toggle_captions()
         self.wait_for_status("Audio tap creation failed")
         self.program.wait_for_state("running", False)
         self.desktop.start_sound()
-        self.program.action("toggle-captions")
+        self.toggle_captions()
         self.program.wait_until_capturing()
         self.wait_for_status()
         self.speak()
