@@ -42,7 +42,7 @@ class Stage {
     inputs.followsLatest = true;
     inputs.captionStyle = true;
     inputs.language = "ko";
-    session.lines.reserve(2 * kLineCount);
+    session.lines.reserve(2UL * kLineCount);
     for (int i = 0; i < kLineCount; ++i) addLine();
     view.resize(kPanelSize);
     view.show();
@@ -78,6 +78,7 @@ class Stage {
   template <class Change>
   std::vector<double> measure(int count, Change change) {
     std::vector<double> times;
+    times.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) {
       times.push_back(bench::millisecondsOf([&] {
         change(i);

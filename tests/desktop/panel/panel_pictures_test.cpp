@@ -180,16 +180,19 @@ class PanelPicturesTest final : public test::Suite {
 
   static void menus(test::PanelStage& stage) {
     CaptionHeaderView& header = stage.view->header();
-    const std::pair<HeaderButton*, const char*> all[] = {
-        {&header.inputSource(), "menu-input"},
-        {&header.translation(), "menu-translation"},
-        {&header.session(), "menu-session"}};
-    for (const auto& [button, name] : all) {
-      QTimer::singleShot(500, button, [&stage, button, name] {
-        picture(stage, name);
-        button->menu()->close();
+    struct Menu {
+      HeaderButton* button;
+      const char* picture;
+    };
+    const Menu all[] = {{&header.inputSource(), "menu-input"},
+                        {&header.translation(), "menu-translation"},
+                        {&header.session(), "menu-session"}};
+    for (const Menu& menu : all) {
+      QTimer::singleShot(500, menu.button, [&stage, menu] {
+        picture(stage, menu.picture);
+        menu.button->menu()->close();
       });
-      button->showMenu();
+      menu.button->showMenu();
     }
   }
 

@@ -90,7 +90,7 @@ QStringList toySentences(const ToyVariant& variant) {
 }
 
 QString withoutOuterSpace(const QString& translation) {
-  constexpr QChar kZeroWidthSpace(0x200B);
+  static constexpr QChar kZeroWidthSpace(0x200B);
   QStringView view(translation);
   const auto isSpace = [](QChar c) {
     return c.isSpace() || c == kZeroWidthSpace;
