@@ -38,6 +38,8 @@ SpeechRecognitionEngine::SpeechRecognitionEngine(SpeechPlatform& speech, AudioPl
 
 SpeechRecognitionEngine::~SpeechRecognitionEngine() {
   if (audio_) audio_->stop();
+  // A stop that still waits for the last results is let go.
+  resultsEnd_.complete({});
   forgetRun();
 }
 
@@ -95,12 +97,11 @@ QCoro::Task<> SpeechRecognitionEngine::setUp(Run run, std::stop_token stop) {
   checkCancellation(self, run.token, stop);
 
   const auto input = std::make_shared<AnalyzerInputStream>();
-  const std::shared_ptr<SpeechAnalyzer> analyzer = speech_.makeAnalyzer(transcriber);
   input_ = input;
-  analyzer_ = analyzer;
+  analyzer_ = speech_.makeAnalyzer(transcriber);
   transcriber_ = transcriber;
   listenTo(*transcriber, run);
-  QCoro::Task<> starting = analyzer->start(input);
+  QCoro::Task<> starting = analyzer_->start(input);
   co_await starting;
   checkCancellation(self, run.token, stop);
 
@@ -196,8 +197,7 @@ QCoro::Task<> SpeechRecognitionEngine::checkSilence(QUuid token) {
   const double silence = clock_.monotonicSeconds() - feeder_->lastFeed();
   if (!volatileText_.isEmpty() && silence > kLingeringSeconds) {
     try {
-      const std::shared_ptr<SpeechAnalyzer> analyzer = analyzer_;
-      QCoro::Task<> settling = analyzer->finalizeThroughEndOfInputSoFar();
+      QCoro::Task<> settling = analyzer_->finalizeThroughEndOfInputSoFar();
       co_await settling;
     } catch (const std::exception&) {
       // The results end with the same error, which is reported there.
@@ -217,17 +217,17 @@ QCoro::Task<> SpeechRecognitionEngine::stop() {
   if (feeder_) hasFedAudio = feeder_->hasFedAudio();
   feeder_.reset();
 
-  // Kept here: the engine may be destroyed, or stopped a second time, while this waits.
-  const std::shared_ptr<SpeechAnalyzer> analyzer = analyzer_;
+  // The engine may be destroyed, or stopped a second time, while this waits; the analyzer ends with
+  // it then, so that no thread outlives the program's own end.
   const QUuid token = engineToken_;
-  if (analyzer) {
+  if (analyzer_) {
     const OneShot<std::monostate> resultsEnd = resultsEnd_;
     try {
       if (hasFedAudio) {
-        QCoro::Task<> finishing = analyzer->finalizeAndFinishThroughEndOfInput();
+        QCoro::Task<> finishing = analyzer_->finalizeAndFinishThroughEndOfInput();
         co_await finishing;
       } else {
-        QCoro::Task<> cancelling = analyzer->cancelAndFinishNow();
+        QCoro::Task<> cancelling = analyzer_->cancelAndFinishNow();
         co_await cancelling;
       }
     } catch (const std::exception&) {

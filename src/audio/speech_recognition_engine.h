@@ -69,7 +69,7 @@ class SpeechRecognitionEngine final : public QObject, public SpeechRecognizing {
   Clock& clock_;
 
   std::shared_ptr<SpeechTranscriber> transcriber_;
-  std::shared_ptr<SpeechAnalyzer> analyzer_;
+  std::unique_ptr<SpeechAnalyzer> analyzer_;
   std::shared_ptr<AnalyzerInputStream> input_;
   std::unique_ptr<AudioFeeder> feeder_;
   std::unique_ptr<AudioSource> audio_;

@@ -2,10 +2,12 @@
 #include "audio/speech_recognition_engine.h"
 
 #include "platform/foundation/failure.h"
+#include "platform/speech/local_speech_platform.h"
 #include "settings/localization.h"
 #include "support/await.h"
 #include "support/manual_clock.h"
 #include "support/scripted_audio_platform.h"
+#include "support/scripted_recognizer_backend.h"
 #include "support/scripted_speech_platform.h"
 #include "support/settle.h"
 #include "support/signals.h"
@@ -441,6 +443,24 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     g.engine.reset();
     QVERIFY(g.audio.hardware->calls.last().startsWith("destroyProcessTap"));
     QCOMPARE(g.clock.scheduledCount(), std::size_t(0));
+  }
+
+  void anEngineDestroyedWhileItStopsLeavesNoThread() {
+    test::ManualClock clock;
+    test::ScriptedAudioPlatform audio;
+    const auto recognizer = std::make_shared<test::ScriptedRecognizerProvider>(
+        QStringList{"en_US"}, QStringList{"en_US"});
+    LocalSpeechPlatform speech({recognizer}, clock);
+    auto engine = std::make_unique<SpeechRecognitionEngine>(speech, audio, clock);
+    test::await(engine->start("en_US", false));
+    recognizer->script->isSlow = true;
+    audio.hardware->block(test::toneBuffer(audio.hardware->format, 440, 0.1F, 4800));
+    QTRY_VERIFY(recognizer->script->isWaiting);
+    QCoro::Task<> stopping = engine->stop();
+    QCOMPARE(recognizer->script->alive.load(), 1);
+    engine.reset();
+    QCOMPARE(recognizer->script->alive.load(), 0);
+    test::await(std::move(stopping));
   }
 
   void theSupportedLocalesAreThePlatforms() {

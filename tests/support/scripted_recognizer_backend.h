@@ -16,8 +16,9 @@ namespace velun::test {
 struct BackendScript {
   std::atomic<bool> failsToLoad = false;
   std::atomic<bool> failsToDecode = false;
-  /// While set, taking audio waits for `mayTake`.
+  /// While set, taking audio waits for `mayTake`; cancelling ends that.
   std::atomic<bool> isSlow = false;
+  std::atomic<bool> isWaiting = false;
   std::counting_semaphore<> mayTake{0};
   std::atomic<bool> isInPhrase = false;
   std::atomic<int> alive = 0;
@@ -41,7 +42,11 @@ class ScriptedBackend final : public RecognizerBackend {
   ~ScriptedBackend() override { --script_->alive; }
 
   void acceptAudio(std::span<const float> samples) override {
-    if (script_->isSlow) script_->mayTake.acquire();
+    if (script_->isSlow) {
+      script_->isWaiting = true;
+      script_->mayTake.acquire();
+      script_->isWaiting = false;
+    }
     if (script_->failsToDecode) throw Failure("Cannot decode");
     script_->samplesTaken += static_cast<int>(samples.size());
     script_->isInPhrase = true;
@@ -56,6 +61,10 @@ class ScriptedBackend final : public RecognizerBackend {
     if (pieces_ > 0) endPhrase();
   }
   void reset() override { pieces_ = 0; }
+  void cancel() override {
+    script_->isSlow = false;
+    script_->mayTake.release();
+  }
 
  private:
   void endPhrase() {

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <chrono>
 #include <QMetaObject>
+#include <QScopeGuard>
 #include <utility>
 
 namespace velun {
@@ -56,13 +57,24 @@ OneShot<std::monostate> DecodeWorker::finalizeSoFar() {
 
 void DecodeWorker::cancel() {
   *isCancelled_ = true;
+  {
+    const std::lock_guard lock(mutex_);
+    if (backend_) backend_->cancel();
+  }
   input_->interrupt();
+}
+
+void DecodeWorker::setBackend(RecognizerBackend* backend) {
+  const std::lock_guard lock(mutex_);
+  backend_ = backend;
 }
 
 void DecodeWorker::run(const RecognizerProvider::Factory& factory) {
   std::optional<QString> error;
   try {
     const std::unique_ptr<RecognizerBackend> backend = factory();
+    setBackend(backend.get());
+    const auto forget = qScopeGuard([this] { setBackend(nullptr); });
     decode(*backend);
   } catch (const std::exception& failure) {
     error = descriptionOf(failure);

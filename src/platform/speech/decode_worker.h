@@ -47,6 +47,7 @@ class DecodeWorker {
 
  private:
   void run(const RecognizerProvider::Factory& factory);
+  void setBackend(RecognizerBackend* backend);
   void decode(RecognizerBackend& backend);
   void accept(RecognizerBackend& backend, const AnalyzerInput& input);
   void acceptSilence(RecognizerBackend& backend, std::chrono::nanoseconds duration);
@@ -59,6 +60,8 @@ class DecodeWorker {
   QObject* receiver_;
   std::shared_ptr<std::atomic<bool>> isCancelled_ = std::make_shared<std::atomic<bool>>(false);
   std::mutex mutex_;
+  /// The recognizer while there is one; guarded by mutex_.
+  RecognizerBackend* backend_ = nullptr;
   std::vector<OneShot<std::monostate>> finalizeRequests_;  // guarded by mutex_
   bool hasEnded_ = false;                                  // guarded by mutex_
   LagWatch lag_;                                           // decode thread

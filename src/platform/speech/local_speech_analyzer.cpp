@@ -17,7 +17,10 @@ LocalSpeechAnalyzer::LocalSpeechAnalyzer(std::shared_ptr<SpeechTranscriber> tran
       onMinute_(std::move(onMinute)),
       clock_(clock) {}
 
-LocalSpeechAnalyzer::~LocalSpeechAnalyzer() = default;
+LocalSpeechAnalyzer::~LocalSpeechAnalyzer() {
+  worker_.reset();
+  ended_.complete({});
+}
 
 QCoro::Task<> LocalSpeechAnalyzer::start(std::shared_ptr<AnalyzerInputStream> input) {
   if (!factory_) {

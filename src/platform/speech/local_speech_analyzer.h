@@ -17,8 +17,6 @@ class DecodeWorker;
 /// Runs one recognizer on a thread of its own over one stream of audio. The recognizer is loaded
 /// on that thread while audio already gathers in the stream, so that nothing said meanwhile is
 /// lost; a recognizer that cannot be loaded ends the results with its error.
-///
-/// Destroying it ends the run at once and waits for the thread.
 class LocalSpeechAnalyzer final : public SpeechAnalyzer {
  public:
   /// `factory` may be empty: nothing is installed, and `start` says so. `onMinute` (may be empty)

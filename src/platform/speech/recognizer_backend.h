@@ -9,7 +9,7 @@
 namespace velun {
 
 /// One recognizer at work. Made, used and destroyed on one decode worker; takes 16 kHz mono float
-/// samples in -1…1. Every operation may throw `Failure`, which ends the run.
+/// samples in -1…1. Every operation but `cancel` may throw `Failure`, which ends the run.
 class RecognizerBackend {
  public:
   virtual ~RecognizerBackend() = default;
@@ -30,6 +30,10 @@ class RecognizerBackend {
 
   /// Forgets the phrase under way.
   virtual void reset() = 0;
+
+  /// Any thread: nothing is wanted any more, and an operation under way returns soon. Only
+  /// destruction follows.
+  virtual void cancel() = 0;
 };
 
 }  // namespace velun

@@ -34,7 +34,8 @@ class SpeechTranscriber {
   std::function<void(bool)> onFallingBehind;
 };
 
-/// Runs one transcriber over one stream of audio. Main thread.
+/// Runs one transcriber over one stream of audio. Main thread. Destroying it ends the run at once:
+/// nothing of it runs afterwards, and an operation that waits returns.
 class SpeechAnalyzer {
  public:
   virtual ~SpeechAnalyzer() = default;

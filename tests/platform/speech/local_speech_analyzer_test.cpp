@@ -196,6 +196,31 @@ class LocalSpeechAnalyzerTest final : public test::Suite {
     QVERIFY(f.heard.isEmpty());
   }
 
+  void cancellingReachesARecognizerAtWork() {
+    Fixture f;
+    f.script.isSlow = true;
+    f.start();
+    f.yield();
+    QTRY_VERIFY(f.script.isWaiting);
+    test::await(f.analyzer->cancelAndFinishNow());
+    QCOMPARE(f.heard, QStringList{"end -"});
+  }
+
+  void destroyingAnalyzerThatFinishesEndsItsThreadAndTheWait() {
+    Fixture f;
+    f.script.isSlow = true;
+    f.start();
+    f.yield();
+    QTRY_VERIFY(f.script.isWaiting);
+    QCoro::Task<> finishing = f.analyzer->finalizeAndFinishThroughEndOfInput();
+    QCoro::Task<> settling = f.analyzer->finalizeThroughEndOfInputSoFar();
+    f.analyzer.reset();
+    QCOMPARE(f.script.alive.load(), 0);
+    test::await(std::move(finishing));
+    test::await(std::move(settling));
+    QVERIFY(f.heard.isEmpty());
+  }
+
   void startAndStopOverAndOver() {
     for (int i = 0; i < 50; ++i) {
       Fixture f;

@@ -122,6 +122,38 @@ class BuiltInRecognizerTest final : public test::Suite {
     QVERIFY2(finals_.join(" ").contains("man", Qt::CaseInsensitive), qPrintable(finals_.join("|")));
   }
 
+  void cancellingGivesTheFinalPassUp() {
+    const auto recognizer = BuiltInRecognizerProvider().factory("en_US")();
+    // It ends in the middle of a word: the final pass begins with the settling.
+    std::vector<float> samples = clip("0870");
+    samples.resize(64000);
+    recognizer->acceptAudio(samples);
+    recognizer->poll();
+    recognizer->cancel();
+    recognizer->finalize();
+    for (const TranscriptionResult& result : recognizer->poll()) {
+      QVERIFY2(!result.isFinal, qPrintable(result.text));
+    }
+  }
+
+  void aPhraseThatFollowsAtOnceIsDraftedBehindTheOneBefore() {
+    accept(clip("0880"));
+    accept(silence(0.7));
+    const QString before = drafts_.isEmpty() ? QString() : drafts_.last();
+    drafts_.clear();
+    QVERIFY(!before.isEmpty());
+    std::vector<float> next = clip("0930");
+    next.resize(32000);
+    accept(next);
+    // However far the final pass has come: the words shown last stand before or are final by now.
+    QVERIFY(!drafts_.isEmpty());
+    const QString& last = drafts_.last();
+    QVERIFY2(finals_.isEmpty() == last.startsWith(before), qPrintable(last));
+    recognizer_->finalize();
+    collect();
+    QCOMPARE(finals_.size(), 2);
+  }
+
   void resetForgetsThePhrase() {
     accept(clip("0880"));
     recognizer_->reset();

@@ -7,6 +7,7 @@
 #include "support/suite.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <csignal>
 #include <limits>
@@ -314,6 +315,25 @@ class NeuralBackendTest final : public test::Suite {
       QCOMPARE(failure.errorDescription(),
                QString("The speech recognizer stopped unexpectedly. Start captions again."));
     }
+  }
+
+  void cancellingEndsTheWaitForAHelperThatHangs() {
+    NeuralBackend backend(helperProgram(), transducer());
+    const pid_t helper = backend.helperProcessId();
+    kill(helper, SIGSTOP);
+    std::atomic<bool> hasFailed = false;
+    std::thread settling([&] {
+      try {
+        backend.finalize();
+      } catch (const Failure&) {
+        hasFailed = true;
+      }
+    });
+    backend.cancel();
+    settling.join();
+    QVERIFY(hasFailed);
+    // No other helper took its place.
+    QCOMPARE(backend.helperProcessId(), helper);
   }
 
   void aHelperThatDoesNotAnswerCountsAsEnded() {

@@ -58,6 +58,11 @@ std::vector<std::int16_t> amplified(std::span<const float> samples, float gain) 
   return integers;
 }
 
+/// The phrase as the final pass takes it.
+std::vector<std::int16_t> prepared(std::span<const float> phrase) {
+  return amplified(phrase, gainFor(phrase));
+}
+
 bool isNoise(const QStringList& words, double voicedSeconds) {
   return voicedSeconds > kLongSound &&
          static_cast<double>(words.size()) < kFewestWordsPerSecond * voicedSeconds;
@@ -87,7 +92,7 @@ void BuiltInBackend::acceptFrame(std::span<const float> frame) {
     feedDraft(frame);
   }
   if (event == PhraseFinder::Event::pausing && !awaitsFinal_) {
-    finals_.start(levelled(phrases_.samples()));
+    finals_.start(prepared(phrases_.samples()));
     isSettling_ = true;
   } else if (event == PhraseFinder::Event::resumed && isSettling_) {
     finals_.abandon();
@@ -111,10 +116,18 @@ void BuiltInBackend::feedDraft(std::span<const float> samples) {
   if (framesSinceGuess_ < kFramesPerGuess) return;
   framesSinceGuess_ = 0;
   const QString draft = sentenceCase(stable_.update(drafts_.words()));
-  // The draft of the phrase before stays until its final words take its place.
-  if (awaitsFinal_ || draft == shownDraft_ || !phrases_.isLikelySpeech()) return;
-  shownDraft_ = draft;
-  results_.push_back({draft, false});
+  if (!phrases_.isLikelySpeech()) return;
+  draft_ = draft;
+  showDraft();
+}
+
+void BuiltInBackend::showDraft() {
+  QString all = awaitedDraft_;
+  if (!all.isEmpty() && !draft_.isEmpty()) all += u' ';
+  all += draft_;
+  if (all == shownDraft_) return;
+  shownDraft_ = all;
+  results_.push_back({all, false});
 }
 
 void BuiltInBackend::endPhrase() {
@@ -128,8 +141,9 @@ void BuiltInBackend::endPhrase() {
   if (awaitsFinal_) {
     if (const auto words = finals_.wait()) deliver(*words);
   }
+  awaitedDraft_ = std::exchange(draft_, {});
   if (isLikelySpeech) {
-    if (!isSettling_) finals_.start(levelled(phrase));
+    if (!isSettling_) finals_.start(prepared(phrase));
     awaitsFinal_ = true;
     awaitedVoice_ = voiced;
   } else {
@@ -143,9 +157,11 @@ void BuiltInBackend::endPhrase() {
 void BuiltInBackend::deliver(const QStringList& words) {
   awaitsFinal_ = false;
   const bool isNothing = words.isEmpty() || isNoise(words, awaitedVoice_);
-  if (isNothing && shownDraft_.isEmpty()) return;
-  shownDraft_.clear();
+  const bool wasShown = !std::exchange(awaitedDraft_, {}).isEmpty();
+  if (isNothing && !wasShown) return;
   results_.push_back({isNothing ? QString() : writer_(words), true});
+  shownDraft_.clear();
+  showDraft();
 }
 
 void BuiltInBackend::takeFinal() {
@@ -175,13 +191,15 @@ void BuiltInBackend::reset() {
   phrases_.reset();
   partialFrame_.clear();
   results_.clear();
+  awaitedDraft_.clear();
+  draft_.clear();
   shownDraft_.clear();
   awaitsFinal_ = false;
   isSettling_ = false;
 }
 
-std::vector<std::int16_t> BuiltInBackend::levelled(std::span<const float> phrase) const {
-  return amplified(phrase, gainFor(phrase));
+void BuiltInBackend::cancel() {
+  finals_.cancel();
 }
 
 }  // namespace velun

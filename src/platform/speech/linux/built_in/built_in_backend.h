@@ -30,15 +30,16 @@ class BuiltInBackend final : public RecognizerBackend {
   bool expectsResults() const override;
   void finalize() override;
   void reset() override;
+  void cancel() override;
 
  private:
   void acceptFrame(std::span<const float> frame);
   void beginDraft();
   void feedDraft(std::span<const float> samples);
   void endPhrase();
+  void showDraft();
   void deliver(const QStringList& words);
   void takeFinal();
-  std::vector<std::int16_t> levelled(std::span<const float> phrase) const;
 
   Writer writer_;
   SphinxDecoder drafts_;
@@ -47,6 +48,10 @@ class BuiltInBackend final : public RecognizerBackend {
   StableDraft stable_;
   std::vector<float> partialFrame_;
   std::vector<TranscriptionResult> results_;
+  /// The last draft of the phrase whose final words are awaited, and the draft of the phrase under
+  /// way: one after the other they are what is shown.
+  QString awaitedDraft_;
+  QString draft_;
   QString shownDraft_;
   bool isDrafting_ = false;
   int framesSinceGuess_ = 0;

@@ -27,6 +27,7 @@ class TrimmedBackend final : public RecognizerBackend {
   bool expectsResults() const override { return backend_->expectsResults(); }
   void finalize() override { backend_->finalize(); }
   void reset() override { backend_->reset(); }
+  void cancel() override { backend_->cancel(); }
 
  private:
   std::unique_ptr<RecognizerBackend> backend_;

@@ -1,36 +1,27 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/linux/built_in/final_pass.h"
 
-#include "platform/speech/linux/built_in/sphinx_decoder.h"
+#include "platform/speech/linux/built_in/phrase_decoder.h"
 
 #include <utility>
 
 namespace velun {
-
-namespace {
-
-// Word errors of 18 % on read books and 24 % with noise 23 dB below, at 0.14 of real time. The
-// recognizer's own noise removal helps in noise and hurts in quiet, and wider beams than these
-// take longer than the phrase when there is noise.
-const SphinxDecoder::Options kOptions = {
-    {"-remove_noise", "no"},   {"-maxhmmpf", "3000"},      {"-maxwpf", "10"},
-    {"-fwdflatbeam", "1e-72"}, {"-fwdflatwbeam", "1e-36"}, {"-topn", "8"},
-    {"-bestpath", "no"},
-};
-
-}  // namespace
 
 FinalPass::FinalPass() {
   thread_ = std::thread([this] { run(); });
 }
 
 FinalPass::~FinalPass() {
+  cancel();
+  thread_.join();
+}
+
+void FinalPass::cancel() {
   {
     const std::lock_guard lock(mutex_);
     isEnding_ = true;
   }
   changed_.notify_all();
-  thread_.join();
 }
 
 void FinalPass::start(std::vector<std::int16_t> phrase) {
@@ -64,7 +55,7 @@ std::optional<QStringList> FinalPass::take() {
 
 std::optional<QStringList> FinalPass::wait() {
   std::unique_lock lock(mutex_);
-  changed_.wait(lock, [this] { return !isBusy_ || words_ || error_; });
+  changed_.wait(lock, [this] { return !isBusy_ || words_ || error_ || isEnding_; });
   return takeLocked();
 }
 
@@ -74,10 +65,15 @@ std::optional<QStringList> FinalPass::takeLocked() {
   return std::exchange(words_, std::nullopt);
 }
 
+bool FinalPass::isWanted(std::uint64_t number) const {
+  const std::lock_guard lock(mutex_);
+  return number == phrase_ && !isEnding_;
+}
+
 void FinalPass::run() {
   std::unique_lock lock(mutex_, std::defer_lock);
   try {
-    SphinxDecoder decoder(kOptions);
+    PhraseDecoder decoder;
     lock.lock();
     while (true) {
       changed_.wait(lock, [this] { return waiting_ || isEnding_; });
@@ -85,9 +81,10 @@ void FinalPass::run() {
       const std::vector<std::int16_t> phrase = *std::exchange(waiting_, std::nullopt);
       const std::uint64_t number = phrase_;
       lock.unlock();
-      QStringList words = decoder.decode(phrase);
+      std::optional<QStringList> words =
+          decoder.decode(phrase, [this, number] { return isWanted(number); });
       lock.lock();
-      if (number != phrase_) continue;
+      if (!words || number != phrase_ || isEnding_) continue;
       words_ = std::move(words);
       changed_.notify_all();
     }

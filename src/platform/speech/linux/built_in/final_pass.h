@@ -13,12 +13,12 @@
 namespace velun {
 
 /// Hears whole phrases once more, with a decoder and a thread of its own, so that drafts go on
-/// meanwhile. One phrase at a time; a new one takes the place of one that was not answered. Used
-/// on the decode worker.
+/// meanwhile. One phrase at a time; a new one takes the place of one that was not answered, and
+/// work on that one ends soon. Used on the decode worker.
 class FinalPass {
  public:
   FinalPass();
-  /// Waits for the phrase at work.
+  /// Gives up the phrase at work.
   ~FinalPass();
 
   /// Begins with a phrase of 16-bit samples at 16 kHz; an earlier one is thrown away.
@@ -34,11 +34,15 @@ class FinalPass {
   /// could not be loaded.
   std::optional<QStringList> take();
 
-  /// The same, waiting for them; none when no phrase was started.
+  /// The same, waiting for them; none when no phrase was started, and after `cancel`.
   std::optional<QStringList> wait();
+
+  /// Gives up for good. Any thread.
+  void cancel();
 
  private:
   void run();
+  bool isWanted(std::uint64_t number) const;
   std::optional<QStringList> takeLocked();
 
   mutable std::mutex mutex_;

@@ -73,13 +73,6 @@ void SphinxDecoder::end() {
   ps_end_utt(decoder_.get());
 }
 
-QStringList SphinxDecoder::decode(std::span<const std::int16_t> phrase) {
-  begin();
-  ps_process_raw(decoder_.get(), phrase.data(), phrase.size(), FALSE, TRUE);
-  end();
-  return words();
-}
-
 bool SphinxDecoder::isInstalled() {
   return QFile::exists(QString::fromLatin1(kAcousticModel) + QStringLiteral("/mdef")) &&
          QFile::exists(QString::fromLatin1(kLanguageModel)) &&

@@ -28,8 +28,8 @@ class SphinxDecoder {
   QStringList words() const;
   void end();
 
-  /// The words of a whole phrase, whose mean is known from the start.
-  QStringList decode(std::span<const std::int16_t> phrase);
+  /// The library's own object, for what is not offered here. Same thread.
+  ps_decoder_s* handle() const { return decoder_.get(); }
 
   /// Whether the model is there.
   static bool isInstalled();

@@ -110,6 +110,10 @@ RecognizerMessage HelperProcess::receive(std::chrono::milliseconds patience) {
   }
 }
 
+void HelperProcess::interrupt() {
+  shutdown(socket_, SHUT_RDWR);
+}
+
 bool HelperProcess::exchange(short events, std::chrono::milliseconds atMost, bool& canSend) {
   if (hasEnded_) return true;
   pollfd waited = {socket_, events, 0};

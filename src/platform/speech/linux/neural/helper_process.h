@@ -42,6 +42,9 @@ class HelperProcess {
   /// The next message, waiting for it. Throws `HelperEnded`, also when the helper takes too long.
   RecognizerMessage receive(std::chrono::milliseconds patience = kPatience);
 
+  /// Breaks the connection: an operation that waits throws soon. Any thread.
+  void interrupt();
+
   pid_t processId() const { return process_; }
 
  private:

@@ -48,13 +48,31 @@ NeuralBackend::~NeuralBackend() = default;
 
 void NeuralBackend::start() {
   try {
-    helper_ = std::make_unique<HelperProcess>(program_);
+    replaceHelper();
     helper_->send(Kind::configure, settings_.toJson());
     while (helper_->receive(HelperProcess::kLoadPatience).kind != Kind::ready) {
     }
   } catch (const std::runtime_error& end) {
     throw notStarted(end);
   }
+}
+
+void NeuralBackend::replaceHelper() {
+  auto helper = std::make_unique<HelperProcess>(program_);
+  const std::lock_guard lock(mutex_);
+  helper_ = std::move(helper);
+  if (isCancelled_) helper_->interrupt();
+}
+
+void NeuralBackend::cancel() {
+  const std::lock_guard lock(mutex_);
+  isCancelled_ = true;
+  if (helper_) helper_->interrupt();
+}
+
+bool NeuralBackend::isCancelled() {
+  const std::lock_guard lock(mutex_);
+  return isCancelled_;
 }
 
 template <class Action>
@@ -73,7 +91,7 @@ void NeuralBackend::attempt(const Action& action) {
 }
 
 void NeuralBackend::recover(const HelperEnded& end) {
-  if (std::exchange(hasRestarted_, true)) throw endedAgain();
+  if (isCancelled() || std::exchange(hasRestarted_, true)) throw endedAgain();
   qWarning("The speech recognizer ended (%s); a new one goes on.", end.what());
   start();
   if (!draft_.isEmpty()) results_.push_back({std::exchange(draft_, {}), true});

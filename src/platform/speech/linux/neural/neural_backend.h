@@ -6,6 +6,7 @@
 #include "platform/speech/recognizer_backend.h"
 
 #include <memory>
+#include <mutex>
 
 namespace velun {
 
@@ -22,12 +23,15 @@ class NeuralBackend final : public RecognizerBackend {
   bool expectsResults() const override { return unheard_ > 0 || isInPhrase_; }
   void finalize() override;
   void reset() override;
+  void cancel() override;
 
   /// For tests that end it.
   pid_t helperProcessId() const { return helper_->processId(); }
 
  private:
   void start();
+  void replaceHelper();
+  bool isCancelled();
   /// Does something with the helper; once, when it ends meanwhile, with a new one.
   template <class Action>
   void attempt(const Action& action);
@@ -37,6 +41,9 @@ class NeuralBackend final : public RecognizerBackend {
 
   QString program_;
   RecognizerSettings settings_;
+  /// Guards the change of helper against `cancel`.
+  std::mutex mutex_;
+  bool isCancelled_ = false;  // guarded by mutex_
   std::unique_ptr<HelperProcess> helper_;
   std::vector<TranscriptionResult> results_;
   QString draft_;
