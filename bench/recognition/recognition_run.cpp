@@ -32,16 +32,6 @@ double cpuSeconds() {
   return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
-double residentMegabytes() {
-  QFile file(QStringLiteral("/proc/self/status"));
-  if (!file.open(QFile::ReadOnly)) return 0;
-  for (const QByteArray& line : file.readAll().split('\n')) {
-    if (line.startsWith("VmRSS:"))
-      return line.mid(6).simplified().split(' ').first().toDouble() / 1024;
-  }
-  return 0;
-}
-
 /// One run of the analyzer, its results with the time of their arrival.
 class Run {
  public:
@@ -149,6 +139,13 @@ void countDrafts(const std::vector<Run::Arrival>& arrivals, Outcome& outcome) {
   }
 }
 
+/// The delays of the clip that was counted last.
+void printDelays(const QString& name, const Outcome& outcome) {
+  if (outcome.firstDraftDelays.empty() || outcome.finalDelays.empty()) return;
+  std::printf("# %s: first draft after %.2f s, final after %.2f s\n", qUtf8Printable(name),
+              outcome.firstDraftDelays.back(), outcome.finalDelays.back());
+}
+
 void countDelays(const std::vector<Run::Arrival>& arrivals, double begin, const Sound& sound,
                  Outcome& outcome) {
   const SpeechSpan speech = speechIn(sound);
@@ -165,6 +162,16 @@ void countDelays(const std::vector<Run::Arrival>& arrivals, double begin, const 
 
 }  // namespace
 
+double residentMegabytes() {
+  QFile file(QStringLiteral("/proc/self/status"));
+  if (!file.open(QFile::ReadOnly)) return 0;
+  for (const QByteArray& line : file.readAll().split('\n')) {
+    if (line.startsWith("VmRSS:"))
+      return line.mid(6).simplified().split(' ').first().toDouble() / 1024;
+  }
+  return 0;
+}
+
 Outcome recognise(RecognizerProvider& provider, const QString& locale,
                   const std::vector<Clip>& clips, Pace pace, bool isVerbose) {
   Outcome outcome;
@@ -174,11 +181,15 @@ Outcome recognise(RecognizerProvider& provider, const QString& locale,
   const double wallBegin = run.now();
   std::vector<std::pair<std::size_t, double>> begins;
   for (const Clip& clip : clips) {
+    const double cpuBefore = cpuSeconds();
+    const double seconds = clip.sound.seconds() + kPauseAfterClip;
     begins.emplace_back(run.arrivals.size(), 0);
     begins.back().second = play(run, clip.sound, pace);
-    outcome.audioSeconds += clip.sound.seconds() + kPauseAfterClip;
-    // Without real time the last words of a clip are waited for, so that they count for it.
-    if (pace == Pace::asFastAsPossible) run.settle();
+    outcome.audioSeconds += seconds;
+    // The last words of a clip are waited for, so that they count for it; in real time they are
+    // there, unless the machine has other things to do.
+    run.settle();
+    outcome.mostCores = std::max(outcome.mostCores, (cpuSeconds() - cpuBefore) / seconds);
   }
   outcome.residentMegabytes = residentMegabytes();
   run.finish();
@@ -198,10 +209,13 @@ Outcome recognise(RecognizerProvider& provider, const QString& locale,
     outcome.words += errors;
     outcome.recognizedWords += static_cast<int>(comparedWords(text).size());
     countDrafts(arrivals, outcome);
-    if (pace == Pace::realTime) countDelays(arrivals, begins[i].second, clips[i].sound, outcome);
     if (isVerbose) {
       std::printf("# %s: %d of %d words wrong: %s\n", qUtf8Printable(clips[i].name), errors.errors,
                   errors.words, qUtf8Printable(text));
+    }
+    if (pace == Pace::realTime) {
+      countDelays(arrivals, begins[i].second, clips[i].sound, outcome);
+      if (isVerbose) printDelays(clips[i].name, outcome);
     }
   }
   return outcome;

@@ -25,7 +25,12 @@ struct Outcome {
   int shownWords = 0;
   int changedWords = 0;
   double residentMegabytes = 0;
+  /// The cores that the busiest clip took, its pause included.
+  double mostCores = 0;
 };
+
+/// What this process holds in memory now.
+double residentMegabytes();
 
 enum class Pace { asFastAsPossible, realTime };
 
