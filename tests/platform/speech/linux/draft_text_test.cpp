@@ -18,8 +18,10 @@ class DraftTextTest final : public test::Suite {
                                   << "Hello there";
     QTest::newRow("I") << "then i said i'm sure i'll go"
                        << "Then I said I'm sure I'll go";
-    QTest::newRow("only as a word") << "it is in india"
-                                    << "It is in india";
+    QTest::newRow("only as a word") << "it is in india's interest indians say"
+                                    << "It is in India's interest indians say";
+    QTest::newRow("days, titles, languages") << "on monday mr smith spoke english in may"
+                                             << "On Monday Mr smith spoke English in may";
     QTest::newRow("first is I") << "i"
                                 << "I";
   }
