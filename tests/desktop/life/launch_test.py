@@ -6,14 +6,14 @@ import subprocess
 import unittest
 from pathlib import Path
 
-from life_stage import EXECUTABLE, PANEL, LifeTest, SpokenTest
+from spoken_case import EXECUTABLE, PANEL, PlainCase, SpokenCase
 from velun_program import APPLICATION
 
 INSTALLED = Path(EXECUTABLE).parent.parent / "data"
 NO_NETWORK = ["unshare", "--net", *([] if os.geteuid() == 0 else ["--map-current-user"])]
 
 
-class Launch(LifeTest):
+class Launch(PlainCase):
     def test_a_second_launch_shows_the_panel_of_the_first(self):
         self.desktop.start_tray()
         self.program.launch()
@@ -96,7 +96,7 @@ class Launch(LifeTest):
             self.assertEqual(self.program.terminate(times), 0, self.program.log())
 
 
-class WithoutSound(SpokenTest):
+class WithoutSound(SpokenCase):
     SOUND = False
 
     def test_captions_say_so_and_stop(self):
@@ -118,7 +118,7 @@ class WithoutSound(SpokenTest):
         self.assert_ends()
 
 
-class WithoutNetwork(SpokenTest):
+class WithoutNetwork(SpokenCase):
     def test_captions_and_translation_work(self):
         if subprocess.run([*NO_NETWORK, "true"], check=False).returncode != 0:
             self.skipTest("a network of one's own is not allowed here")

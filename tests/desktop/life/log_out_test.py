@@ -1,13 +1,15 @@
 """The end of the user's session, as a session manager asks the real program for it."""
 
 import unittest
+from pathlib import Path
 
-from life_stage import HERE, SpokenTest
+from spoken_case import SpokenCase
 
+HERE = Path(__file__).resolve().parent
 QUESTION = "Save this session before quitting?"
 
 
-class LogOut(SpokenTest):
+class LogOut(SpokenCase):
     def setUp(self):
         super().setUp()
         self.manager = self.desktop.start(["/usr/bin/python3", "-B", HERE / "session_manager.py"],

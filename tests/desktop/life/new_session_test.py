@@ -2,14 +2,14 @@
 
 import unittest
 
-from life_stage import SpokenTest
+from spoken_case import SpokenCase
 
 QUESTION = "Save this session before starting a new one?"
 ERROR = "Couldn’t Complete the Action"
 SAVED = "Caption Session, 1 sentences"
 
 
-class NewSession(SpokenTest):
+class NewSession(SpokenCase):
     def test_an_empty_one_is_replaced_without_a_question(self):
         self.launch()
         self.program.action("new-session")

@@ -4,7 +4,7 @@ import os
 import unittest
 from xml.etree import ElementTree
 
-from life_stage import LifeTest
+from spoken_case import PlainCase
 from velun_program import APPLICATION, OBJECT
 
 
@@ -12,7 +12,7 @@ def mode(path):
     return oct(path.stat().st_mode & 0o7777)
 
 
-class Privacy(LifeTest):
+class Privacy(PlainCase):
     def test_its_folders_are_the_users_alone_whatever_the_umask(self):
         was = os.umask(0)
         try:

@@ -4,13 +4,13 @@ import signal
 import stat
 import unittest
 
-from life_stage import QUESTION_BUTTONS, SpokenTest
+from spoken_case import QUESTION_BUTTONS, SpokenCase
 
 QUESTION = "Save this session before quitting?"
 ERROR = "Couldn’t Complete the Action"
 
 
-class Quit(SpokenTest):
+class Quit(SpokenCase):
     def test_a_cancelled_quit_goes_on_and_two_ask_once(self):
         self.launch_with_line()
         said = self.transcript()

@@ -3,7 +3,7 @@
 import signal
 import unittest
 
-from life_stage import PANEL, SpokenTest
+from spoken_case import PANEL, SpokenCase
 from trays import BusTray
 
 # Title → (enabled, checked), in order.
@@ -25,7 +25,7 @@ KOREAN = ["자막 시작", "컴퓨터 오디오", "마이크", "항상 위에 �
           "현재 세션 저장", "저장 기록…", "새 세션", "설정…", "업데이트 확인…", "Velun 종료"]
 
 
-class StatusMenu(SpokenTest):
+class StatusMenu(SpokenCase):
     TRAY = BusTray
 
     def test_every_state(self):

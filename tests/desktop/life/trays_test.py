@@ -2,7 +2,7 @@
 
 import unittest
 
-from life_stage import PANEL, LifeTest, SpokenTest
+from spoken_case import PANEL, PlainCase, SpokenCase
 from trays import BusTray, EmbeddedTray, open_menu
 
 
@@ -66,7 +66,7 @@ class ClickRules:
         self.desktop.wait("the menu to close", lambda: not open_menu(self.desktop))
 
 
-class InAnEmbeddingTray(ClickRules, SpokenTest):
+class InAnEmbeddingTray(ClickRules, SpokenCase):
     TRAY = EmbeddedTray
 
     def test_the_menu_is_walked_with_the_keyboard(self):
@@ -93,7 +93,7 @@ class InAnEmbeddingTray(ClickRules, SpokenTest):
         self.tray.click(button=3)
 
 
-class OnTheBus(ClickRules, SpokenTest):
+class OnTheBus(ClickRules, SpokenCase):
     TRAY = BusTray
 
     def plain_click(self):
@@ -113,7 +113,7 @@ class OnTheBus(ClickRules, SpokenTest):
         self.tray.context()
 
 
-class Without(LifeTest):
+class Without(PlainCase):
     def test_the_panel_is_shown_and_the_reason_told_once(self):
         self.program.launch()
         self.desktop.wait_for_window(PANEL)

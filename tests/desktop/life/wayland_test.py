@@ -3,7 +3,7 @@
 import unittest
 
 from accessibility import Accessibility
-from life_stage import EXECUTABLE, PANEL
+from spoken_case import EXECUTABLE, PANEL
 from trays import BusTray, open_menu
 from velun_program import APPLICATION, VelunProgram
 from wayland_desktop import WaylandDesktop

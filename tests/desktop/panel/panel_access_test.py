@@ -2,7 +2,7 @@
 
 import unittest
 
-from life_stage import PANEL, SpokenTest
+from spoken_case import PANEL, SpokenCase
 
 HEADER = {
     "en": ("Input Source", "Save Current Session", "Translation Settings", "Start Captions",
@@ -12,7 +12,7 @@ HEADER = {
 TRANSCRIPT = {"en": "Caption Text", "ko": "자막 본문"}
 
 
-class PanelAccess(SpokenTest):
+class PanelAccess(SpokenCase):
     def show_panel(self, **preferences):
         self.launch(**preferences)
         self.program.action("show-panel")

@@ -4,10 +4,10 @@ import re
 import signal
 import unittest
 
-from life_stage import PANEL, LifeTest
+from spoken_case import PANEL, PlainCase
 
 
-class PanelResize(LifeTest):
+class PanelResize(PlainCase):
     def frame(self):
         """Left, top, width and height of the panel on the screen."""
         number = self.desktop.run("xdotool", "search", "--onlyvisible", "--name", PANEL).split()[0]

@@ -1,13 +1,10 @@
-"""What the tests of the program's life stand on: desktops with the program on them, speech that it
-captions, and the questions that it asks.
-"""
+"""Tests of the real program that let it caption speech and answer its questions."""
 
 import json
 import os
 import shutil
 import subprocess
 import unittest
-from pathlib import Path
 
 from accessibility import Accessibility
 from private_desktop import PrivateDesktop, end
@@ -15,12 +12,11 @@ from trays import EmbeddedTray
 from velun_program import APPLICATION, VelunProgram
 
 EXECUTABLE = os.environ["VELUN_PROGRAM"]
-HERE = Path(__file__).resolve().parent
 PANEL = "Velun Captions"
 QUESTION_BUTTONS = ("Save Session", "Don’t Save", "Cancel")
 
 
-class LifeTest(unittest.TestCase):
+class PlainCase(unittest.TestCase):
     """Each test has a desktop of its own."""
 
     def setUp(self):
@@ -32,7 +28,7 @@ class LifeTest(unittest.TestCase):
         self.assertFalse(self.program.owns_name())
 
 
-class SpokenTest(unittest.TestCase):
+class SpokenCase(unittest.TestCase):
     """The tests of a class share a desktop with sound and assistive technology; each has the
     program from its very beginning.
     """
