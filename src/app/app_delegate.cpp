@@ -46,6 +46,12 @@ void AppDelegate::applicationDidFinishLaunching() {
   coordinator_.launch();
 }
 
+void AppDelegate::applicationWillTerminate() {
+  model_.translator().configure(false, false, {}, {});
+  // Nobody else hands on any more what tells a waiting task that there is nothing left.
+  QCoreApplication::sendPostedEvents();
+}
+
 bool AppDelegate::eventFilter(QObject* watched, QEvent* event) {
   if (watched != qApp || event->type() != QEvent::Quit) return false;
   // From the session manager or the toolkit; the program itself never sends it.

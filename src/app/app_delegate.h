@@ -25,6 +25,8 @@ class AppDelegate final : public QObject {
   AppCoordinator& coordinator() { return coordinator_; }
 
   void applicationDidFinishLaunching();
+  /// After the event loop: ends what still waits for something to do.
+  void applicationWillTerminate();
 
   /// SIGTERM or SIGINT: quits as the user would; a second one, or ten seconds in which the question
   /// stays unanswered, ends the program.

@@ -54,5 +54,7 @@ int main(int argc, char** argv) {
   QObject::connect(&signals, &TerminationSignals::received, &delegate,
                    &AppDelegate::terminationSignalled);
   delegate.applicationDidFinishLaunching();
-  return QApplication::exec();
+  const int status = QApplication::exec();
+  delegate.applicationWillTerminate();
+  return status;
 }

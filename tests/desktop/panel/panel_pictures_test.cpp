@@ -32,7 +32,11 @@ class PanelPicturesTest final : public test::Suite {
     desktop_ = makeDesktopPlatform(clock_);
     QVERIFY(QDir().mkpath(VELUN_PICTURES));
   }
-  void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
+  void cleanup() {
+    // A translation of the stage that is gone has its end still before it.
+    test::settle();
+    Localization::shared().setLanguage(AppLanguage::english);
+  }
 
   void states_data() {
     QTest::addColumn<AppLanguage>("language");
