@@ -102,8 +102,7 @@ class Windows(ProgramCase):
     def test_keys_work_in_every_window(self):
         self.write_session()
         self.launch()
-        for action, title in (("show-panel", PANEL), ("show-settings", SETTINGS),
-                              ("show-history", HISTORY), ("show-about", ABOUT),
+        for action, title in (("show-settings", SETTINGS), ("show-history", HISTORY), ("show-about", ABOUT),
                               ("check-for-updates", UPDATES)):
             with self.subTest(title):
                 self.activate(action, title)
@@ -126,6 +125,19 @@ class Windows(ProgramCase):
         self.desktop.key("ctrl+q")
         self.assertEqual(self.program.process.wait(30), 0, self.program.log())
 
+    def test_keys_work_in_the_panel(self):
+        for key, opens in (("ctrl+comma", SETTINGS), ("ctrl+shift+h", HISTORY),
+                           ("ctrl+o", "Open Velun Session"), ("ctrl+l", None)):
+            with self.subTest(key):
+                self.launch()
+                self.activate("show-panel", PANEL)
+                self.desktop.key(key)
+                if opens:
+                    self.window(opens)
+                else:
+                    self.program.wait_for_state("toggle-panel", False)
+                self.assertEqual(self.program.terminate(), 0, self.program.log())
+
     def test_the_saved_session_is_saved_and_exported_by_keys(self):
         self.write_session()
         self.launch()
@@ -146,13 +158,15 @@ class Windows(ProgramCase):
         self.desktop.wait_for_window(title)
 
         def is_active():
-            if title == PANEL:
-                # It takes the keyboard only when it is clicked.
-                self.application.wait_for("text", "Caption Text").click()
             return any(window.name == title and "active" in window.states
                        for window in self.application.children)
 
-        self.wait(f"“{title}” to be active", is_active)
+        if title != PANEL:
+            self.wait(f"“{title}” to be active", is_active)
+            return
+        # It takes the keyboard only when it is clicked.
+        self.application.wait_for("text", "Caption Text").click()
+        self.wait("the keyboard in the panel", is_active)
 
     def write_session(self):
         self.program.sessions.mkdir(parents=True)
