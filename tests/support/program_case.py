@@ -41,6 +41,19 @@ class ProgramCase(unittest.TestCase):
             raise AssertionError(f"{error}; there are {self.application.children}") from None
         return window
 
+    def note_what_is_opened(self):
+        """Puts a command in the place of the desktop's opener that only notes what it is to open;
+        the file that it notes it in. Before the launch.
+        """
+        opened = self.desktop.root / "opened"
+        tools = self.desktop.root / "bin"
+        tools.mkdir()
+        opener = tools / "xdg-open"
+        opener.write_text(f'#!/bin/sh\nprintf %s "$1" > {opened}\n')
+        opener.chmod(0o755)
+        self.desktop.environment["PATH"] = f"{tools}:{self.desktop.environment['PATH']}"
+        return opened
+
     def wait(self, what, condition):
         return self.desktop.wait(what, condition)
 

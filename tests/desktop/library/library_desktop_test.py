@@ -302,13 +302,7 @@ class WithoutTrash(LibraryCase):
 
 class Revealing(LibraryCase):
     def test_without_a_file_manager_service_the_folder_is_opened(self):
-        opened = self.desktop.root / "opened"
-        tools = self.desktop.root / "bin"
-        tools.mkdir()
-        opener = tools / "xdg-open"
-        opener.write_text(f'#!/bin/sh\nprintf %s "$1" > {opened}\n')
-        opener.chmod(0o755)
-        self.desktop.environment["PATH"] = f"{tools}:{self.desktop.environment['PATH']}"
+        opened = self.note_what_is_opened()
         self.open_library()
         self.select("Team call")
         more = self.library.wait_for("button menu", "More")

@@ -163,13 +163,7 @@ class Controls(SettingsCase):
 
 class SessionsFolder(SettingsCase):
     def test_the_folder_is_made_and_opened(self):
-        opened = self.desktop.root / "opened"
-        tools = self.desktop.root / "bin"
-        tools.mkdir()
-        opener = tools / "xdg-open"
-        opener.write_text(f'#!/bin/sh\nprintf %s "$1" > {opened}\n')
-        opener.chmod(0o755)
-        self.desktop.environment["PATH"] = f"{tools}:{self.desktop.environment['PATH']}"
+        opened = self.note_what_is_opened()
         self.launch()
         self.open_settings()
         self.assertFalse(self.program.sessions.exists())
