@@ -24,6 +24,7 @@ class HiddenWidget final : public QAccessibleWidget {
   }
 };
 
+/// The toolkit's own has no action that opens the menu.
 class MenuButton final : public QAccessibleWidget {
  public:
   explicit MenuButton(QToolButton* button)
