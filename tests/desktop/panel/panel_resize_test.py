@@ -25,29 +25,43 @@ class PanelResize(PlainCase):
                                 f"{width}x{height}+{left}+{top}", "-format", "%#", "info:-")
 
     def still_picture(self):
-        """Once two in a row are the same: buttons may fade in."""
-        pictures = [self.picture()]
-        self.desktop.wait("the panel to be still",
-                          lambda: pictures.append(self.picture()) or pictures[-1] == pictures[-2])
+        """Once several in a row are the same: buttons may fade in."""
+        pictures = []
+
+        def still():
+            pictures.append(self.picture())
+            return len(pictures) >= 5 and len(set(pictures[-5:])) == 1
+
+        self.desktop.wait("the panel to be still", still)
         return pictures[-1]
+
+    def put_pointer_into(self, frame):
+        left, top, width, height = frame
+        self.move_pointer(left + width // 2, top + height // 2)
 
     def test_a_window_manager_that_is_late_leaves_no_old_picture(self):
         self.move_pointer(5, 5)
         self.program.write_preferences(statusItemExplained=True)
         self.program.launch()
         self.desktop.wait_for_window(PANEL)
-        left, top, width, height = self.frame()
-        before = self.still_picture()
+        small = self.frame()
+        without_header = self.still_picture()
+        self.put_pointer_into(small)
+        self.desktop.wait("the header", lambda: self.frame()[3] > small[3])
+        with_header = self.still_picture()
+        self.assertNotEqual(with_header, without_header)
+        self.move_pointer(5, 5)
+        self.desktop.wait("the panel as it was", lambda: self.frame() == small
+                          and self.picture() == without_header)
         # The program draws its new size while the window still has the old one.
         self.desktop.window_manager.send_signal(signal.SIGSTOP)
-        self.move_pointer(left + width // 2, top + height // 2)
-        self.desktop.wait("the header to be drawn", lambda: self.picture() != before)
+        self.put_pointer_into(small)
+        self.desktop.wait("the header to be drawn", lambda: self.picture() != without_header)
         self.still_picture()
         self.desktop.window_manager.send_signal(signal.SIGCONT)
-        self.desktop.wait("the header", lambda: self.frame()[3] > height)
-        shown = self.still_picture()
-        self.desktop.run("xrefresh")
-        self.assertEqual(shown, self.still_picture())
+        self.desktop.wait("the header", lambda: self.frame()[3] > small[3])
+        self.desktop.wait("the panel as it is drawn without delay",
+                          lambda: self.picture() == with_header)
         self.quit()
 
 
