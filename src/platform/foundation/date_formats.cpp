@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/foundation/date_formats.h"
 
+#include <ctime>
 #include <map>
 #include <memory>
 #include <QDateTime>
@@ -8,6 +9,7 @@
 #include <unicode/datefmt.h>
 #include <unicode/dtptngen.h>
 #include <unicode/smpdtfmt.h>
+#include <unicode/timezone.h>
 
 namespace velun {
 
@@ -31,15 +33,28 @@ std::unique_ptr<icu::DateFormat> makeFormat(Style style, const icu::Locale& loca
   return format;
 }
 
+/// How far the user's clocks are ahead of UTC at that time. Looked up anew for every text: the
+/// library keeps the zone that it found first, but the user travels while the program runs.
+std::chrono::seconds offsetFromUtc(Instant instant) {
+  const auto seconds = std::chrono::floor<std::chrono::seconds>(instant).time_since_epoch();
+  const std::time_t time = seconds.count();
+  std::tm local{};
+  tzset();
+  localtime_r(&time, &local);
+  return std::chrono::seconds(local.tm_gmtoff);
+}
+
 QString formatted(Style style, Instant instant, const QString& locale) {
   // Making a format costs a hundred times more than using it.
   thread_local std::map<std::pair<Style, QString>, std::unique_ptr<icu::DateFormat>> formats;
   std::unique_ptr<icu::DateFormat>& format = formats[{style, locale}];
-  if (!format) format = makeFormat(style, icu::Locale(locale.toUtf8().constData()));
-  const auto milliseconds =
-      std::chrono::duration<double, std::milli>(instant.time_since_epoch()).count();
+  if (!format) {
+    format = makeFormat(style, icu::Locale(locale.toUtf8().constData()));
+    format->setTimeZone(*icu::TimeZone::getGMT());
+  }
+  const Instant local = instant + offsetFromUtc(instant);
   icu::UnicodeString text;
-  format->format(milliseconds, text);
+  format->format(std::chrono::duration<double, std::milli>(local.time_since_epoch()).count(), text);
   return QString::fromUtf16(text.getBuffer(), text.length());
 }
 

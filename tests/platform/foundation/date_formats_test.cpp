@@ -12,7 +12,10 @@ class DateFormatsTest final : public test::Suite {
   Q_OBJECT
 
  private Q_SLOTS:
-  void initTestCase() { test::setTimeZone("Asia/Seoul"); }
+  void init() {
+    Suite::init();
+    test::setTimeZone("Asia/Seoul");
+  }
 
   void timesAndDatesFollowLocaleAndZone() {
     using namespace std::chrono;
@@ -32,6 +35,19 @@ class DateFormatsTest final : public test::Suite {
     const Instant midnight = Instant(sys_days(year(2025) / 3 / 1)) + hours(15);
     QCOMPARE(timeOfDay(midnight, "en"), QString("12:00:00\u202FAM"));
     QCOMPARE(timeOfDay(midnight + hours(12), "ko"), QString("오후 12:00:00"));
+  }
+
+  void aZoneThatChangesWhileTheProgramRunsIsFollowed() {
+    using namespace std::chrono;
+    const Instant instant = Instant(sys_days(year(2025) / 7 / 31)) + hours(21);
+    QCOMPARE(longDateAndTime(instant, "en"), QString("August 1, 2025 at 6:00:00\u202FAM"));
+    test::setTimeZone("America/New_York");
+    QCOMPARE(longDateAndTime(instant, "en"), QString("July 31, 2025 at 5:00:00\u202FPM"));
+    QCOMPARE(timeOfDay(instant, "ko"), QString("오후 5:00:00"));
+    QCOMPARE(monthAndYear(instant, "en"), QString("July 2025"));
+    // The offset is that of the day, not of today.
+    QCOMPARE(timeOfDay(Instant(sys_days(year(2025) / 1 / 1)) + hours(21), "en"),
+             QString("4:00:00\u202FPM"));
   }
 
   void datesBefore1970Work() {
