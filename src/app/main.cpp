@@ -4,6 +4,8 @@
 #include "platform/desktop/desktop_services.h"
 #include "platform/desktop/linux/dbus_application_service.h"
 #include "platform/desktop/linux/termination_signals.h"
+#include "platform/foundation/file_preferences.h"
+#include "settings/localization.h"
 #include "ui/common/toolkit_texts.h"
 
 #include <cstdio>
@@ -37,6 +39,8 @@ int main(int argc, char** argv) {
   ToolkitTexts toolkitTexts;
   QCoreApplication::installTranslator(&toolkitTexts);
 
+  // Before the first text.
+  Localization::shared().load(FilePreferences(FilePreferences::userPath()));
   DBusApplicationService service(kApplicationID);
   switch (service.claim()) {
     case ApplicationService::Claim::granted:
@@ -44,7 +48,9 @@ int main(int argc, char** argv) {
     case ApplicationService::Claim::forwarded:
       return 0;
     case ApplicationService::Claim::unanswered:
-      std::fputs("Velun is running but does not answer.\n", stderr);
+      std::fprintf(stderr, "%s\n",
+                   qUtf8Printable(L("Velun is running but does not answer.",
+                                    "Velun이 실행 중이지만 응답하지 않습니다.")));
       return 1;
   }
 

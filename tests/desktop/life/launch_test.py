@@ -2,6 +2,7 @@
 
 import os
 import re
+import signal
 import subprocess
 import unittest
 from pathlib import Path
@@ -23,6 +24,20 @@ class Launch(PlainCase):
         self.desktop.wait_for_window(PANEL)
         self.assertIsNone(self.program.process.poll())
         self.quit()
+
+    def test_a_second_launch_says_in_the_users_language_that_the_first_does_not_answer(self):
+        for language, text in (("en", "Velun is running but does not answer."),
+                               ("ko", "Velun이 실행 중이지만 응답하지 않습니다.")):
+            with self.subTest(language=language):
+                self.program.write_preferences(language=language)
+                self.program.launch()
+                self.program.process.send_signal(signal.SIGSTOP)
+                second = self.desktop.start([self.program.executable], log="second")
+                self.assertEqual(second.wait(60), 1)
+                self.program.process.send_signal(signal.SIGCONT)
+                self.assertEqual(
+                    self.desktop.log_path("second").read_text(encoding="utf-8").strip(), text)
+                self.quit()
 
     def test_actions_change_the_state(self):
         self.program.launch()
