@@ -177,7 +177,8 @@ CommandValidation AppCoordinator::validate(AppCommand command) const {
 }
 
 void AppCoordinator::toggleCaptions() {
-  if (model_.isTransitioning()) return;
+  // What is being decided counts on captions that stay off until then.
+  if (model_.isTransitioning() || isDeciding()) return;
   if (model_.isRunning()) {
     model_.stop();
   } else {

@@ -167,6 +167,34 @@ class NewSessionAndQuitTest final : public Suite {
     QVERIFY(stage.model->isRunning());
   }
 
+  void captionsCannotBeTurnedOnWhileADecisionIsDue_data() {
+    QTest::addColumn<bool>("quits");
+    QTest::newRow("new session") << false;
+    QTest::newRow("quit") << true;
+  }
+  void captionsCannotBeTurnedOnWhileADecisionIsDue() {
+    QFETCH(bool, quits);
+    AppStage stage;
+    stage.startWithLine();
+    const QUuid before = stage.model->session().id;
+    // As early as can be: the engine has just come to rest, and the question is asked next.
+    connect(stage.model.get(), &CaptionViewModel::isTransitioningChanged, stage.model.get(), [&] {
+      const bool isAtRest = !stage.model->isRunning() && !stage.model->isTransitioning();
+      if (isAtRest) stage.coordinator().perform(AppCommand::toggleCaptions);
+    });
+    stage.question.answers = {discardSession};
+    if (quits) {
+      stage.requestQuit();
+      QCOMPARE(stage.replies, std::vector({true}));
+      QVERIFY(!stage.model->isRunning());
+    } else {
+      stage.perform(AppCommand::newSession);
+      QVERIFY(stage.model->session().id != before);
+      QVERIFY(stage.model->isRunning());
+    }
+    QCOMPARE(stage.question.asked.size(), std::size_t(1));
+  }
+
   void aSessionThatIsBeingSavedIsWrittenWithItsEnd() {
     AppStage stage([](AppSettings& settings) { settings.setAutoSaveSessions(true); });
     stage.startWithLine();
