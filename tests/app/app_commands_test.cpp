@@ -54,12 +54,14 @@ class AppCommandsTest final : public Suite {
     QVERIFY(!QApplication::quitOnLastWindowClosed());
   }
 
-  void launchLoadsTheLanguages() {
+  void launchLoadsTheLanguagesAndAnotherLanguageSortsThemAnew() {
     AppStage stage;
-    stage.locales = {"ko_KR", "en_US"};
+    stage.locales = {"ko_KR", "de_DE", "en_US"};
+    stage.launch();
+    QCOMPARE(stage.model->locales(), QStringList({"en_US", "de_DE", "ko_KR"}));
     Localization::shared().setLanguage(AppLanguage::korean);
     settle();
-    QCOMPARE(stage.model->locales().size(), 2);
+    QCOMPARE(stage.model->locales(), QStringList({"de_DE", "en_US", "ko_KR"}));
   }
 
   void reopeningShowsThePanel() {

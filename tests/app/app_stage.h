@@ -18,6 +18,12 @@ namespace velun::test {
 /// The whole program over scripted collaborators, launched, with real windows.
 struct AppStage : ModelFixture {
   explicit AppStage(const std::function<void(AppSettings&)>& prepare = {}) : ModelFixture(prepare) {
+    launch();
+  }
+
+  /// Launches it, again if it was launched before.
+  void launch() {
+    delegate.reset();
     delegate = std::make_unique<AppDelegate>(*model, services());
     delegate->applicationDidFinishLaunching();
     settle();
