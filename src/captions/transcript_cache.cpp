@@ -1,22 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "captions/transcript_cache.h"
 
-#include <QStringList>
+#include "model/renderings.h"
 
 namespace velun {
-
-namespace {
-
-QString block(const Line& line, TranscriptContent content, const QString& language) {
-  QStringList texts;
-  if (content != TranscriptContent::translation) texts.append(line.text);
-  if (content != TranscriptContent::original) {
-    for (const auto& [identifier, text] : line.translatedTexts(language)) texts.append(text);
-  }
-  return texts.join(QLatin1Char('\n'));
-}
-
-}  // namespace
 
 const QString& TranscriptCache::text(const std::vector<Line>& lines, TranscriptContent content,
                                      const QString& language) {
@@ -26,7 +13,7 @@ const QString& TranscriptCache::text(const std::vector<Line>& lines, TranscriptC
     language_ = language;
   }
   for (std::size_t index = ends_.size(); index < lines.size(); ++index) {
-    const QString added = block(lines[index], content, language);
+    const QString added = renderTranscript(lines[index], content, language);
     if (!added.isEmpty() && !text_.isEmpty()) text_.append(QLatin1String("\n\n"));
     text_.append(added);
     ends_.push_back(text_.size());

@@ -20,6 +20,10 @@ const QString& heading() {
   return text;
 }
 
+bool isUtf8(const QByteArray& bytes) {
+  return simdjson::validate_utf8(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+}
+
 bool isNewline(QChar c) {
   const char16_t unit = c.unicode();
   return (unit >= 0x0A && unit <= 0x0D) || unit == 0x85 || unit == 0x2028 || unit == 0x2029;
@@ -61,10 +65,6 @@ void readBodyLine(QStringView text, std::vector<Line>& lines) {
 }
 
 }  // namespace
-
-bool isUtf8(const QByteArray& bytes) {
-  return simdjson::validate_utf8(bytes.constData(), static_cast<std::size_t>(bytes.size()));
-}
 
 std::optional<CaptionSession> parseLegacyMarkdown(const QByteArray& bytes, Instant startedAt,
                                                   const QString& title) {

@@ -23,7 +23,4 @@ std::optional<CaptionSession> parseLegacyMarkdown(const QByteArray& bytes, Insta
 /// was created, else now. Any thread.
 Instant legacyStart(const QString& path);
 
-/// Whether the bytes are UTF-8.
-bool isUtf8(const QByteArray& bytes);
-
 }  // namespace velun

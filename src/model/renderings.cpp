@@ -103,15 +103,20 @@ QString renderTranscript(const CaptionSession& session, TranscriptContent conten
                          const std::optional<QString>& language) {
   QStringList groups;
   for (const Line& line : session.lines) {
-    QStringList texts;
-    if (content != TranscriptContent::translation) texts += line.text;
-    if (content != TranscriptContent::original) {
-      for (const auto& [identifier, text] : line.translatedTexts(language)) texts += text;
-    }
-    const QString group = texts.join(QLatin1Char('\n'));
+    const QString group = renderTranscript(line, content, language);
     if (!group.isEmpty()) groups += group;
   }
   return groups.join(QStringLiteral("\n\n"));
+}
+
+QString renderTranscript(const Line& line, TranscriptContent content,
+                         const std::optional<QString>& language) {
+  QStringList texts;
+  if (content != TranscriptContent::translation) texts += line.text;
+  if (content != TranscriptContent::original) {
+    for (const auto& [identifier, text] : line.translatedTexts(language)) texts += text;
+  }
+  return texts.join(QLatin1Char('\n'));
 }
 
 QString renderMarkdown(const CaptionSession& session, TranscriptContent content,

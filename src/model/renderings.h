@@ -9,6 +9,10 @@ namespace velun {
 QString renderTranscript(const CaptionSession& session, TranscriptContent content,
                          const std::optional<QString>& language);
 
+/// What one line adds to it; empty when it adds nothing.
+QString renderTranscript(const Line& line, TranscriptContent content,
+                         const std::optional<QString>& language);
+
 /// A Markdown transcript with title, times, languages and quoted translations, in the interface
 /// language. An absent language is all translations.
 QString renderMarkdown(const CaptionSession& session, TranscriptContent content,
