@@ -8,7 +8,6 @@
 #include "ui/caption/transcript_layout.h"
 
 #include <memory>
-#include <QApplication>
 #include <QContextMenuEvent>
 #include <QHelpEvent>
 #include <QMenu>
@@ -50,7 +49,7 @@ void SelectableTranscriptTextView::clearSelection() {
 
 void SelectableTranscriptTextView::setCaptionStyle(bool captionStyle) {
   setVerticalScrollBarPolicy(captionStyle ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
-  QPalette palette = captionStyle ? QPalette() : QApplication::palette(this);
+  QPalette palette;
   palette.setColor(QPalette::Base, Qt::transparent);
   if (captionStyle) {
     QColor selection = CaptionAppearance::accent;

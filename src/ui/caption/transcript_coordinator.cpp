@@ -76,7 +76,8 @@ void TranscriptCoordinator::apply(const TranscriptChange& change) {
   const bool selecting = textView_->hasSelection() || textView_->isSelectingText();
   const bool pins = inputs_.followsLatest && textView_->isAtBottom(kBottomSlack) && !selecting;
 
-  const TranscriptFormats formats(inputs_, textView_->palette());
+  // Not the text view's own palette, which follows a change of the desktop's only later.
+  const TranscriptFormats formats(inputs_, textView_->parentWidget()->palette());
   const bool reformatted = formats != document_.formats();
   const std::vector<Replacement> changes = replacements(sameSession ? change : TranscriptChange());
   const bool differs = reformatted || std::ranges::any_of(changes, [this](const Replacement& r) {

@@ -15,6 +15,7 @@ namespace velun {
 namespace {
 
 constexpr qreal kSmallText = 0.86;
+constexpr float kSecondaryOpacity = 0.72F;
 constexpr int kIndent = 24;
 constexpr int kChooserWidth = 210;
 /// With a large font.
@@ -27,6 +28,36 @@ class FormChooser final : public QComboBox {
 
  protected:
   void wheelEvent(QWheelEvent* event) override { event->ignore(); }
+};
+
+/// Small text, fainter than what stands around it.
+class Note final : public QLabel {
+ public:
+  Note() {
+    QFont small = font();
+    small.setPointSizeF(small.pointSizeF() * kSmallText);
+    setFont(small);
+    setWordWrap(true);
+    setIndent(0);
+    setContentsMargins(kIndent, 0, 0, 2);
+  }
+
+ protected:
+  void changeEvent(QEvent* event) override {
+    QLabel::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ParentChange) fade();
+  }
+
+ private:
+  void fade() {
+    if (!parentWidget()) return;
+    QColor text = parentWidget()->palette().color(QPalette::WindowText);
+    text.setAlphaF(kSecondaryOpacity);
+    if (palette().color(QPalette::WindowText) == text) return;
+    QPalette colors;
+    colors.setColor(QPalette::WindowText, text);
+    setPalette(colors);
+  }
 };
 
 }  // namespace
@@ -48,18 +79,7 @@ QCheckBox* addToggle(QVBoxLayout* form) {
 }
 
 QLabel* addNote(QVBoxLayout* form) {
-  auto* note = new QLabel;
-  QFont font = note->font();
-  font.setPointSizeF(font.pointSizeF() * kSmallText);
-  note->setFont(font);
-  note->setWordWrap(true);
-  note->setIndent(0);
-  note->setContentsMargins(kIndent, 0, 0, 2);
-  QPalette palette = note->palette();
-  QColor color = palette.color(QPalette::WindowText);
-  color.setAlphaF(0.72F);
-  palette.setColor(QPalette::WindowText, color);
-  note->setPalette(palette);
+  auto* note = new Note;
   form->addWidget(note);
   return note;
 }

@@ -11,14 +11,16 @@
 #include "ui/library/session_detail_view.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
-#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QTextCursor>
 #include <QToolButton>
 
 using namespace velun;
@@ -213,6 +215,20 @@ class HistoryViewTest final : public test::Suite {
     QVERIFY(!transcript().contains("The river"));
     Q_EMIT choosers[1]->activated(1);
     QCOMPARE(detail()->language().value_or(QString()), QString("ko"));
+  }
+
+  void theTranscriptFollowsTheColoursOfTheDesktop() {
+    write("Lecture", 0, "The river");
+    reload();
+    list()->setCurrentIndex(list()->model()->index(1, 0));
+    const QTextDocument& document = *detail()->transcript().textView().document();
+    const auto lightness = [&document] {
+      return document.find("The river").charFormat().foreground().color().lightness();
+    };
+    QVERIFY(lightness() < 60);
+    const auto restore = qScopeGuard([] { QApplication::setPalette(QPalette()); });
+    QApplication::setPalette(QPalette(QColor(45, 45, 48), QColor(37, 37, 40)));
+    QTRY_VERIFY(lightness() > 200);
   }
 
   void theTranscriptIsCopied() {

@@ -7,10 +7,12 @@
 #include "support/scripted_recognizer.h"
 #include "support/suite.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
@@ -248,6 +250,15 @@ class SettingsViewTest final : public test::Suite {
       if (!isControl || !each->isVisible()) continue;
       QVERIFY(!each->toolTip().isEmpty());
       QVERIFY(each->focusPolicy() & Qt::TabFocus);
+    }
+  }
+
+  void everyTextFollowsTheColoursOfTheDesktop() {
+    const auto restore = qScopeGuard([] { QApplication::setPalette(QPalette()); });
+    QApplication::setPalette(QPalette(QColor(45, 45, 48), QColor(37, 37, 40)));
+    for (const QLabel* each : view_->findChildren<QLabel*>()) {
+      QTRY_VERIFY2(each->palette().color(QPalette::WindowText).lightness() > 200,
+                   qPrintable(each->text()));
     }
   }
 
