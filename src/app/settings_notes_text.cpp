@@ -52,6 +52,11 @@ SettingsNotes settingsNotes(const DesktopPlatform& desktop, const TranslationPla
   notes.download = [&translation, &models] {
     return translation.activity().value_or(speechDownloadText(models));
   };
+  notes.listen = [&](const QObject* listener, const std::function<void()>& changed) {
+    QObject::connect(&desktop, &DesktopPlatform::capabilitiesChanged, listener, changed);
+    QObject::connect(&translation, &TranslationPlatform::activityChanged, listener, changed);
+    QObject::connect(&models, &ModelStore::busyChanged, listener, changed);
+  };
   return notes;
 }
 

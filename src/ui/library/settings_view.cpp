@@ -133,6 +133,7 @@ void SettingsView::followSettings() {
   connect(&model_, &CaptionViewModel::localesChanged, this, &SettingsView::presentChoices);
   connect(&model_, &CaptionViewModel::languagesChanged, this, &SettingsView::presentChoices);
   connect(&Localization::shared(), &Localization::languageChanged, this, &SettingsView::present);
+  if (notes_.listen) notes_.listen(this, [this] { presentNotes(); });
 }
 
 QSize SettingsView::minimumSizeHint() const {
@@ -140,16 +141,11 @@ QSize SettingsView::minimumSizeHint() const {
   return {width, QScrollArea::minimumSizeHint().height()};
 }
 
-void SettingsView::showEvent(QShowEvent* event) {
-  QScrollArea::showEvent(event);
-  updateNotes();
-}
-
 void SettingsView::present() {
   presentTexts();
   presentToggles();
   presentChoices();
-  updateNotes();
+  presentNotes();
 }
 
 void SettingsView::presentTexts() {
@@ -223,7 +219,7 @@ void SettingsView::presentChoices() {
               {languageName(settings_.targetID()), settings_.targetID()});
 }
 
-void SettingsView::updateNotes() {
+void SettingsView::presentNotes() {
   setNote(hideFromSharingHere_, notes_.captureHiding ? notes_.captureHiding() : QString());
   setNote(downloadNote_, notes_.download ? notes_.download() : QString());
 }

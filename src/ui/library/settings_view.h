@@ -25,14 +25,8 @@ class SettingsView final : public QScrollArea {
   SettingsView(CaptionViewModel& model, std::function<void()> openRecordsFolder,
                SettingsNotes notes, QWidget* parent = nullptr);
 
-  /// Asks again for the notes about this machine.
-  void updateNotes();
-
   /// As wide as its controls; what is higher scrolls.
   QSize minimumSizeHint() const override;
-
- protected:
-  void showEvent(QShowEvent* event) override;
 
  private:
   void addLanguageSection(QVBoxLayout* form);
@@ -44,6 +38,7 @@ class SettingsView final : public QScrollArea {
   void presentChoices();
   void presentTexts();
   void presentToggles();
+  void presentNotes();
 
   CaptionViewModel& model_;
   AppSettings& settings_;

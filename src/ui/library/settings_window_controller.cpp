@@ -18,7 +18,6 @@ SettingsWindowController::SettingsWindowController(CaptionViewModel& model,
                                                    SettingsNotes notes, QObject* parent)
     : QObject(parent) {
   auto view = std::make_unique<SettingsView>(model, std::move(openRecordsFolder), std::move(notes));
-  view_ = view.get();
   window_ = WindowPresentation::makeWindow(title(), kContentSize, std::move(view), false);
 }
 
@@ -34,10 +33,6 @@ void SettingsWindowController::updateTitle() {
 
 QString SettingsWindowController::title() {
   return L("Velun Settings", "Velun 설정");
-}
-
-void SettingsWindowController::updateNotes() {
-  view_->updateNotes();
 }
 
 }  // namespace velun

@@ -11,8 +11,6 @@
 
 namespace velun {
 
-class SettingsView;
-
 /// Owns the settings window, which is made once and reused. Main thread.
 class SettingsWindowController final : public QObject {
   Q_OBJECT
@@ -28,12 +26,9 @@ class SettingsWindowController final : public QObject {
   void updateTitle();
   static QString title();
   QWidget& window() const { return *window_; }
-  /// Something that the notes tell of has changed.
-  void updateNotes();
 
  private:
   std::unique_ptr<QWidget> window_;
-  SettingsView* view_;
 };
 
 }  // namespace velun

@@ -4,7 +4,7 @@
 #include "platform/models/model_catalogue.h"
 #include "platform/translation/linux/language_availability.h"
 #include "platform/translation/linux/student/model_speeds.h"
-#include "platform/translation/support/scripted_model_store.h"
+#include "support/scripted_model_store.h"
 #include "support/suite.h"
 
 #include <algorithm>

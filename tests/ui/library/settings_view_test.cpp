@@ -42,6 +42,7 @@ class SettingsViewTest final : public test::Suite {
   int folderOpenings_ = 0;
   QString hidingNote_;
   QString downloadNote_;
+  std::function<void()> notesChanged_;
 
   void open() {
     settings_ = std::make_unique<AppSettings>(preferences_.get());
@@ -59,6 +60,9 @@ class SettingsViewTest final : public test::Suite {
     };
     notes.download = [this] {
       return downloadNote_;
+    };
+    notes.listen = [this](const QObject*, const std::function<void()>& changed) {
+      notesChanged_ = changed;
     };
     view_ = std::make_unique<SettingsView>(
         *model_, [this] { ++folderOpenings_; }, notes);
@@ -233,8 +237,14 @@ class SettingsViewTest final : public test::Suite {
   void notesAboutThisMachineAreShownWhenThereAreAny() {
     hidingNote_ = "Here the panel goes away while the screen is shared.";
     QVERIFY(!shows(hidingNote_));
-    view_->updateNotes();
+    notesChanged_();
     QVERIFY(shows(hidingNote_));
+    downloadNote_ = "Downloading…";
+    notesChanged_();
+    QVERIFY(shows("Downloading…"));
+    downloadNote_.clear();
+    notesChanged_();
+    QVERIFY(!shows("Downloading…"));
   }
 
   void theFolderIsOpened() {

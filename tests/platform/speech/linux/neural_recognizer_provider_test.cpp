@@ -1,46 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/linux/neural/neural_recognizer_provider.h"
 
-#include "platform/foundation/failure.h"
 #include "platform/speech/linux/helper/recognizer_settings.h"
 #include "support/failure_of.h"
+#include "support/scripted_model_store.h"
 #include "support/suite.h"
 
-#include <QSet>
+#include <QTemporaryDir>
 
 using namespace velun;
 using namespace velun::test;
-
-namespace {
-
-class StoreDouble final : public ModelStore {
-  Q_OBJECT
-
- public:
-  QSet<QString> there;
-  QStringList installs;
-  QStringList quiet;
-  QString failure;
-
-  bool isInstalled(const Model& model) const override { return there.contains(model.id); }
-  QString folder(const Model& model) const override { return "/models/" + model.id; }
-  QCoro::Task<> install(Model model, std::stop_token) override {
-    installs.append(model.id);
-    if (!failure.isEmpty()) throw Failure(failure);
-    there.insert(model.id);
-    co_return;
-  }
-  void installQuietly(const Model& model) override { quiet.append(model.id); }
-  QStringList busy() const override { return {}; }
-};
-
-}  // namespace
 
 class NeuralRecognizerProviderTest final : public test::Suite {
   Q_OBJECT
 
   const ModelCatalogue catalogue_ = ModelCatalogue::builtIn();
-  StoreDouble store_;
+  const QTemporaryDir folder_;
+  ScriptedModelStore store_{folder_.path()};
   NeuralRecognizerProvider provider_{catalogue_, store_, "/programs/velun-recognizer"};
 
   const Model& modelOf(const QString& language, ModelKind kind = ModelKind::recognition) const {
@@ -53,10 +29,10 @@ class NeuralRecognizerProviderTest final : public test::Suite {
  private Q_SLOTS:
   void init() {
     Suite::init();
-    store_.there.clear();
-    store_.installs.clear();
-    store_.quiet.clear();
-    store_.failure.clear();
+    store_.present.clear();
+    store_.asked.clear();
+    store_.askedQuietly.clear();
+    store_.failure.reset();
   }
 
   void theLanguagesOnOffer() {
@@ -70,7 +46,7 @@ class NeuralRecognizerProviderTest final : public test::Suite {
 
   void onlyWhatTheStoreHasIsInstalled() {
     QVERIFY(!provider_.isInstalled("de_DE"));
-    store_.there.insert(modelOf("de").id);
+    store_.present += modelOf("de").id;
     QVERIFY(provider_.isInstalled("de_DE"));
     QVERIFY(!provider_.isInstalled("fr_FR"));
     QVERIFY(!provider_.isInstalled("xx_XX"));
@@ -79,7 +55,7 @@ class NeuralRecognizerProviderTest final : public test::Suite {
   void eachModelIsToldWhatItNeeds() {
     const RecognizerSettings korean = provider_.settings("ko_KR");
     QVERIFY(korean.textFromTokens);
-    QVERIFY(korean.encoder.startsWith("/models/" + modelOf("ko").id + "/"));
+    QVERIFY(korean.encoder.startsWith(store_.folder(modelOf("ko")) + u'/'));
     QVERIFY(provider_.settings("fr_FR").modelType.isEmpty());
     QVERIFY(provider_.settings("zh_CN").modelType.isEmpty());
     QVERIFY(provider_.settings("ru_RU").tailSilenceMs >= 770);
@@ -95,8 +71,8 @@ class NeuralRecognizerProviderTest final : public test::Suite {
     QVERIFY(!provider_.settings("en_US").hasPunctuation());
     QVERIFY(!provider_.punctuationFactory("en_US"));
     const Model& marks = modelOf("en", ModelKind::punctuation);
-    store_.there.insert(marks.id);
-    QVERIFY(provider_.settings("en_US").punctuationModel.startsWith("/models/" + marks.id + "/"));
+    store_.present += marks.id;
+    QVERIFY(provider_.settings("en_US").punctuationModel.startsWith(store_.folder(marks) + u'/'));
     QVERIFY(!provider_.settings("de_DE").hasPunctuation());
     QVERIFY(provider_.punctuationFactory("en_US"));
     QVERIFY(!provider_.punctuationFactory("de_DE"));
@@ -105,18 +81,18 @@ class NeuralRecognizerProviderTest final : public test::Suite {
   void aDownloadBringsThePunctuationAfterwards() {
     const auto request = provider_.installationRequest("en_US");
     QCOMPARE(failureOf(request->downloadAndInstall(std::stop_token())), QString());
-    QCOMPARE(store_.installs, QStringList(modelOf("en").id));
-    QCOMPARE(store_.quiet, QStringList(modelOf("en", ModelKind::punctuation).id));
+    QCOMPARE(store_.asked, QStringList(modelOf("en").id));
+    QCOMPARE(store_.askedQuietly, QStringList(modelOf("en", ModelKind::punctuation).id));
     QVERIFY(provider_.isInstalled("en_US"));
   }
 
   void missingPunctuationIsFetchedLater() {
-    store_.there.insert(modelOf("en").id);
+    store_.present += modelOf("en").id;
     QVERIFY(provider_.factory("en_US"));
-    QCOMPARE(store_.quiet, QStringList(modelOf("en", ModelKind::punctuation).id));
-    store_.quiet.clear();
+    QCOMPARE(store_.askedQuietly, QStringList(modelOf("en", ModelKind::punctuation).id));
+    store_.askedQuietly.clear();
     QVERIFY(provider_.factory("ko_KR"));
-    QVERIFY(store_.quiet.isEmpty());
+    QVERIFY(store_.askedQuietly.isEmpty());
   }
 
   void aFailedDownloadIsTheStoresFailure() {
@@ -129,12 +105,12 @@ class NeuralRecognizerProviderTest final : public test::Suite {
 
   void theBackgroundIsQuiet() {
     provider_.fetchInBackground("en_US");
-    QVERIFY(store_.installs.isEmpty());
-    QVERIFY(store_.quiet.contains(modelOf("en").id));
-    QVERIFY(store_.quiet.contains(modelOf("en", ModelKind::punctuation).id));
-    store_.quiet.clear();
+    QVERIFY(store_.asked.isEmpty());
+    QVERIFY(store_.askedQuietly.contains(modelOf("en").id));
+    QVERIFY(store_.askedQuietly.contains(modelOf("en", ModelKind::punctuation).id));
+    store_.askedQuietly.clear();
     provider_.fetchInBackground("xx_XX");
-    QVERIFY(store_.quiet.isEmpty());
+    QVERIFY(store_.askedQuietly.isEmpty());
   }
 };
 

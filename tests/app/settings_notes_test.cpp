@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/settings_notes_text.h"
+#include "platform/models/model_catalogue.h"
+#include "settings/localization.h"
+#include "support/fake_desktop_platform.h"
+#include "support/scripted_model_store.h"
+#include "support/scripted_translation_platform.h"
+#include "support/suite.h"
+
+using namespace velun;
+using namespace velun::test;
+
+class SettingsNotesTest final : public Suite {
+  Q_OBJECT
+
+  FakeDesktopPlatform desktop_;
+  ScriptedTranslationPlatform translation_;
+  ScriptedModelStore models_{QString()};
+  const SettingsNotes notes_ = settingsNotes(desktop_, translation_, models_);
+
+  static QString modelOf(ModelKind kind) {
+    return ModelCatalogue::builtIn().ofKind(kind).front().id;
+  }
+
+ private Q_SLOTS:
+  void cleanup() {
+    Localization::shared().setLanguage(AppLanguage::english);
+    models_.setBusy({});
+    translation_.setActivity({});
+  }
+
+  void whatHidingAmountsToFollowsTheDesktop_data() {
+    QTest::addColumn<CaptureHiding>("hiding");
+    QTest::addColumn<QString>("english");
+    QTest::addColumn<QString>("korean");
+    QTest::newRow("by the compositor")
+        << CaptureHiding::compositor
+        << "This desktop leaves the caption window out of what is shared or recorded."
+        << "이 데스크톱은 공유·녹화되는 화면에서 자막 창을 제외합니다.";
+    QTest::newRow("by going away")
+        << CaptureHiding::whileCasting
+        << "This desktop cannot leave one window out, so the caption window also leaves your own "
+           "screen while the screen is shared or recorded."
+        << "이 데스크톱은 창 하나만 뺄 수 없으므로, 화면을 공유하거나 녹화하는 동안에는 내 "
+           "화면에서도 자막 창이 사라집니다.";
+    QTest::newRow("not at all")
+        << CaptureHiding::none
+        << "This desktop offers no way to hide a window from screen sharing and recording."
+        << "이 데스크톱에서는 화면 공유·녹화에서 창을 숨길 수 없습니다.";
+  }
+  void whatHidingAmountsToFollowsTheDesktop() {
+    QFETCH(CaptureHiding, hiding);
+    QFETCH(QString, english);
+    QFETCH(QString, korean);
+    desktop_.can.captureHiding = hiding;
+    QCOMPARE(notes_.captureHiding(), english);
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(notes_.captureHiding(), korean);
+  }
+
+  void downloadsAreTold() {
+    QCOMPARE(notes_.download(), QString());
+    models_.setBusy({modelOf(ModelKind::recognition)});
+    QCOMPARE(notes_.download(), QString("Downloading speech model…"));
+    // The translator tells of its own.
+    models_.setBusy({modelOf(ModelKind::translation)});
+    QCOMPARE(notes_.download(), QString());
+    translation_.setActivity("Downloading translation model…");
+    QCOMPARE(notes_.download(), QString("Downloading translation model…"));
+  }
+
+  void everyChangeIsHeardAsLongAsSomebodyListens() {
+    int changes = 0;
+    auto listener = std::make_unique<QObject>();
+    notes_.listen(listener.get(), [&changes] { ++changes; });
+    desktop_.setCapabilities({});
+    QCOMPARE(changes, 1);
+    translation_.setActivity("Downloading translation model…");
+    QCOMPARE(changes, 2);
+    models_.setBusy({modelOf(ModelKind::recognition)});
+    QCOMPARE(changes, 3);
+    listener.reset();
+    models_.setBusy({});
+    QCOMPARE(changes, 3);
+  }
+};
+
+QTEST_MAIN(SettingsNotesTest)
+#include "settings_notes_test.moc"
