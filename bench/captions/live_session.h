@@ -8,16 +8,35 @@
 #include "support/scripted_translation_session.h"
 #include "support/settle.h"
 
+#include <functional>
 #include <memory>
 #include <QTemporaryDir>
 
 namespace velun::bench {
 
-/// A running caption model without a window: a scripted engine, translations that are answered at
-/// once, virtual time and one observer that reads what a view reads.
+/// Opens a translation session, as a view does.
+using OpenTranslation =
+    std::function<std::shared_ptr<TranslationSession>(const TranslationConfiguration&)>;
+
+/// Answers at once.
+inline std::shared_ptr<TranslationSession> openScriptedTranslation(
+    const TranslationConfiguration& configuration) {
+  auto script = std::make_shared<test::ScriptedTranslationSession::Script>();
+  script->translate = [target = configuration.target()](const QString& text) {
+    return target + QStringLiteral(": ") + text;
+  };
+  return std::make_shared<test::ScriptedTranslationSession>(script);
+}
+
+/// A running caption model without a window: a scripted engine, English translated to Spanish,
+/// virtual time and one observer that reads what a view reads.
 class LiveSession {
  public:
-  explicit LiveSession(bool isTranslationOnly = false) {
+  explicit LiveSession(bool isTranslationOnly = false,
+                       OpenTranslation open = openScriptedTranslation)
+      : open_(std::move(open)) {
+    settings.setLocaleID(QStringLiteral("en_US"));
+    settings.setTargetID(QStringLiteral("es"));
     settings.setTranslate(true);
     settings.setShowTranslationOnly(isTranslationOnly);
     LanguageLists lists;
@@ -69,15 +88,11 @@ class LiveSession {
   void openTranslation() {
     const auto& configuration = model->translator().configuration();
     if (!configuration) return;
-    auto script = std::make_shared<test::ScriptedTranslationSession::Script>();
-    script->translate = [target = configuration->target()](const QString& text) {
-      return target + QStringLiteral(": ") + text;
-    };
-    startTask(model.get(), [this, script] {
-      return model->runTranslations(std::make_shared<test::ScriptedTranslationSession>(script));
-    });
+    startTask(model.get(),
+              [this, session = open_(*configuration)] { return model->runTranslations(session); });
   }
 
+  OpenTranslation open_;
   QTemporaryDir folder;
 };
 
