@@ -131,6 +131,16 @@ class ModelStoreTest final : public test::Suite {
     QVERIFY(isComplete());
   }
 
+  void whatWasFetchedBeforeAFailureIsNotFetchedAgain() {
+    const QByteArray archive = server_->files.take("/m/speech.tar.bz2");
+    QVERIFY(install(*open()).contains("the server answered with error 404"));
+    server_->files["/m/speech.tar.bz2"] = archive;
+    server_->requests.clear();
+    QCOMPARE(install(*open()), QString());
+    QCOMPARE(server_->requests, QStringList("/m/speech.tar.bz2"));
+    QVERIFY(isComplete());
+  }
+
   void aNewerModelOfTheSameNameIsNotTakenForInstalled() {
     auto store = open();
     QCOMPARE(install(*store), QString());
@@ -167,6 +177,12 @@ class ModelStoreTest final : public test::Suite {
     QCOMPARE(server_->requests, QStringList());
     freeBytes_ = 51'000'000;
     QCOMPARE(install(*open()), QString());
+  }
+
+  void aDiskThatDoesNotTellItsSpaceIsTried() {
+    freeBytes_ = -1;
+    QCOMPARE(install(*open()), QString());
+    QVERIFY(isComplete());
   }
 
   void failuresAreWordedInTheInterfaceLanguage() {

@@ -14,7 +14,8 @@ struct ModelStoreOptions {
   QString root;    ///< the folder that holds one folder a model
   QString mirror;  ///< an address in place of every host; empty for none
   HttpPatience patience;
-  /// The space left on the root's disk, in bytes; the file system is asked when it is not set.
+  /// The space left on the root's disk, in bytes, negative when it is not known; the file system is
+  /// asked when it is not set.
   std::function<std::int64_t()> freeBytes;
 };
 
