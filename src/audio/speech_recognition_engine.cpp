@@ -170,16 +170,15 @@ void SpeechRecognitionEngine::resultsEnded(const std::optional<QString>& error, 
   if (engineToken_ != token) return;
   resultsEnd_.complete({});
   if (!error) return;
-  send(FailureEvent{
-      L(QStringLiteral("Recognition error: ") + *error, QStringLiteral("인식 오류: ") + *error)});
+  fail(L(QStringLiteral("Recognition error: ") + *error, QStringLiteral("인식 오류: ") + *error));
 }
 
 void SpeechRecognitionEngine::handleInterruption(AudioInterruption interruption, QUuid token) {
   if (engineToken_ != token) return;
   isInterrupted_ = interruption == AudioInterruption::began;
   if (interruption == AudioInterruption::failed) {
-    send(FailureEvent{L("The sound system did not come back. Start captions again once it works.",
-                        "사운드 시스템이 복구되지 않았습니다. 복구된 뒤 자막을 다시 시작하세요.")});
+    fail(L("The sound system did not come back. Start captions again once it works.",
+           "사운드 시스템이 복구되지 않았습니다. 복구된 뒤 자막을 다시 시작하세요."));
     return;
   }
   updateStatus();
@@ -212,6 +211,9 @@ QCoro::Task<> SpeechRecognitionEngine::stop() {
   silenceCheck_.reset();
   if (audio_) audio_->stop();
   audio_.reset();
+  // Nobody waits for the sound system any more.
+  isInterrupted_ = false;
+  updateStatus();
   bool hasFedAudio = false;
   if (input_) input_->finish();
   if (feeder_) hasFedAudio = feeder_->hasFedAudio();
@@ -270,6 +272,14 @@ void SpeechRecognitionEngine::updateStatus() {
   if (status == shownStatus_) return;
   shownStatus_ = status;
   send(StatusEvent{status});
+}
+
+/// The message takes the place of any status.
+void SpeechRecognitionEngine::fail(const QString& message) {
+  isInterrupted_ = false;
+  isFallingBehind_ = false;
+  shownStatus_.reset();
+  send(FailureEvent{message});
 }
 
 void SpeechRecognitionEngine::send(const SpeechRecognitionEvent& event) const {

@@ -61,6 +61,7 @@ class SpeechRecognitionEngine final : public QObject, public SpeechRecognizing {
   void checkSilenceLater(QUuid token);
   QCoro::Task<> checkSilence(QUuid token);
   void updateStatus();
+  void fail(const QString& message);
   void forgetRun();
   void send(const SpeechRecognitionEvent& event) const;
 

@@ -425,7 +425,26 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     f.audio.onInterruption(AudioInterruption::began);
     f.audio.onInterruption(AudioInterruption::failed);
     QVERIFY(f.events.last().startsWith("failure The sound system did not come back."));
+    const qsizetype count = f.events.size();
     f.stop();
+    QCOMPARE(f.events.size(), count);
+  }
+
+  void aStopDuringAnInterruptionTakesItsStatusBack() {
+    Fixture f;
+    f.startWithAudio();
+    f.audio.onInterruption(AudioInterruption::began);
+    f.stop();
+    QCOMPARE(f.events.last(), QString("status -"));
+  }
+
+  void anErrorDuringAnInterruptionStaysAfterTheStop() {
+    Fixture f;
+    f.startWithAudio();
+    f.audio.onInterruption(AudioInterruption::began);
+    f.speech.script->end(QString("out of memory"));
+    f.stop();
+    QCOMPARE(f.events.last(), QString("failure Recognition error: out of memory"));
   }
 
   void anEngineDestroyedWhileItStartsOrRunsIsHarmless() {
