@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/locale_equivalence.h"
 
-#include <array>
-#include <unicode/uloc.h>
+#include <unicode/locid.h>
 
 namespace velun {
 
@@ -16,18 +15,12 @@ struct LocaleParts {
 };
 
 LocaleParts partsOf(const QString& identifier) {
-  const QByteArray raw = identifier.toUtf8();
-  std::array<char, ULOC_FULLNAME_CAPACITY> canonical = {};
-  std::array<char, ULOC_FULLNAME_CAPACITY> maximal = {};
-  std::array<char, ULOC_LANG_CAPACITY> language = {};
-  std::array<char, ULOC_SCRIPT_CAPACITY> script = {};
+  icu::Locale locale = icu::Locale::createCanonical(identifier.toUtf8().constData());
+  const QByteArray canonical = locale.getName();
   UErrorCode status = U_ZERO_ERROR;
-  uloc_canonicalize(raw.constData(), canonical.data(), canonical.size(), &status);
-  uloc_addLikelySubtags(canonical.data(), maximal.data(), maximal.size(), &status);
-  uloc_getLanguage(maximal.data(), language.data(), language.size(), &status);
-  uloc_getScript(maximal.data(), script.data(), script.size(), &status);
-  if (U_FAILURE(status)) return {};
-  return {canonical.data(), language.data(), script.data()};
+  locale.addLikelySubtags(status);
+  if (locale.isBogus() || U_FAILURE(status)) return {};
+  return {canonical, locale.getLanguage(), locale.getScript()};
 }
 
 }  // namespace

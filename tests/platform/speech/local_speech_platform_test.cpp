@@ -70,6 +70,13 @@ class LocalSpeechPlatformTest final : public test::Suite {
     QCOMPARE(equivalentLocale(identifier, supported).value_or(QString()), equivalent);
   }
 
+  void anIdentifierOfAnyLengthIsTaken() {
+    for (int length = 1; length < 300; ++length) {
+      const QString identifier = "en_US@calendar=" + QString(length, u'a');
+      QCOMPARE(equivalentLocale(identifier, {"en_US"}), std::optional(QString("en_US")));
+    }
+  }
+
   void nothingIsRequestedWhereSomethingIsInstalled() {
     Fixture f;
     f.better->request = std::make_shared<test::ScriptedInstallation>();
