@@ -16,6 +16,10 @@ namespace velun::test {
 struct BackendScript {
   std::atomic<bool> failsToLoad = false;
   std::atomic<bool> failsToDecode = false;
+  /// Fails only after its result was found.
+  std::atomic<bool> failsAfterDecoding = false;
+  /// Loading lasts until it is cancelled.
+  std::atomic<bool> isSlowToLoad = false;
   /// While set, taking audio waits for `mayTake`; cancelling ends that.
   std::atomic<bool> isSlow = false;
   std::atomic<bool> isWaiting = false;
@@ -36,21 +40,21 @@ class ScriptedBackend final : public RecognizerBackend {
   ScriptedBackend(std::shared_ptr<BackendScript> script, std::thread::id mainThread)
       : script_(std::move(script)) {
     if (std::this_thread::get_id() == mainThread) script_->wasOnMainThread = true;
-    if (script_->failsToLoad) throw Failure("Cannot load");
     ++script_->alive;
   }
   ~ScriptedBackend() override { --script_->alive; }
 
+  void load() override {
+    if (script_->isSlowToLoad) wait();
+    if (script_->failsToLoad) throw Failure("Cannot load");
+  }
   void acceptAudio(std::span<const float> samples) override {
-    if (script_->isSlow) {
-      script_->isWaiting = true;
-      script_->mayTake.acquire();
-      script_->isWaiting = false;
-    }
+    if (script_->isSlow) wait();
     if (script_->failsToDecode) throw Failure("Cannot decode");
     script_->samplesTaken += static_cast<int>(samples.size());
     script_->isInPhrase = true;
     results_.push_back({QString("draft %1").arg(++pieces_), false});
+    if (script_->failsAfterDecoding) throw Failure("Cannot decode");
     const int length = script_->phraseLength;
     if (length > 0 && script_->samplesTaken >= length) endPhrase();
   }
@@ -67,6 +71,11 @@ class ScriptedBackend final : public RecognizerBackend {
   }
 
  private:
+  void wait() {
+    script_->isWaiting = true;
+    script_->mayTake.acquire();
+    script_->isWaiting = false;
+  }
   void endPhrase() {
     results_.push_back({QString("final %1").arg(pieces_), true});
     pieces_ = 0;

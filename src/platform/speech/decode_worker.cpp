@@ -67,6 +67,7 @@ void DecodeWorker::cancel() {
 void DecodeWorker::setBackend(RecognizerBackend* backend) {
   const std::lock_guard lock(mutex_);
   backend_ = backend;
+  if (backend_ && *isCancelled_) backend_->cancel();
 }
 
 void DecodeWorker::run(const RecognizerProvider::Factory& factory) {
@@ -75,7 +76,7 @@ void DecodeWorker::run(const RecognizerProvider::Factory& factory) {
     const std::unique_ptr<RecognizerBackend> backend = factory();
     setBackend(backend.get());
     const auto forget = qScopeGuard([this] { setBackend(nullptr); });
-    decode(*backend);
+    serve(*backend);
   } catch (const std::exception& failure) {
     error = descriptionOf(failure);
   }
@@ -87,6 +88,20 @@ void DecodeWorker::run(const RecognizerProvider::Factory& factory) {
   const std::lock_guard lock(mutex_);
   hasEnded_ = true;
   for (const auto& request : std::exchange(finalizeRequests_, {})) request.complete({});
+}
+
+void DecodeWorker::serve(RecognizerBackend& backend) {
+  backend.load();
+  try {
+    decode(backend);
+  } catch (const std::exception&) {
+    try {
+      deliverResults(backend);
+    } catch (const std::exception&) {
+      // There is nothing more to be had of it.
+    }
+    throw;
+  }
 }
 
 void DecodeWorker::decode(RecognizerBackend& backend) {

@@ -48,6 +48,7 @@ class DecodeWorker {
  private:
   void run(const RecognizerProvider::Factory& factory);
   void setBackend(RecognizerBackend* backend);
+  void serve(RecognizerBackend& backend);
   void decode(RecognizerBackend& backend);
   void accept(RecognizerBackend& backend, const AnalyzerInput& input);
   void acceptSilence(RecognizerBackend& backend, std::chrono::nanoseconds duration);

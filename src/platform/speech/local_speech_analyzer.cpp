@@ -29,12 +29,13 @@ QCoro::Task<> LocalSpeechAnalyzer::start(std::shared_ptr<AnalyzerInputStream> in
   }
   input_ = std::move(input);
   DecodeWorker::Listener listener;
-  // The transcriber's callbacks are read at each call: they may be taken away in mid-run.
+  // The transcriber's callbacks are copied at each call: they may be taken away in mid-run, also by
+  // what they call.
   listener.onResult = [transcriber = transcriber_](const TranscriptionResult& result) {
-    if (const auto& onResult = transcriber->onResult) onResult(result);
+    if (const auto onResult = transcriber->onResult) onResult(result);
   };
   listener.onFallingBehind = [transcriber = transcriber_](bool isBehind) {
-    if (const auto& onFallingBehind = transcriber->onFallingBehind) onFallingBehind(isBehind);
+    if (const auto onFallingBehind = transcriber->onFallingBehind) onFallingBehind(isBehind);
   };
   listener.onEnd = [this](const std::optional<QString>& error) {
     minute_.reset();

@@ -9,10 +9,14 @@
 namespace velun {
 
 /// One recognizer at work. Made, used and destroyed on one decode worker; takes 16 kHz mono float
-/// samples in -1…1. Every operation but `cancel` may throw `Failure`, which ends the run.
+/// samples in -1…1. Every operation but `cancel` may throw `Failure`, which ends the run; what was
+/// found before is still there for `poll`.
 class RecognizerBackend {
  public:
   virtual ~RecognizerBackend() = default;
+
+  /// The first operation: makes ready what takes so long that `cancel` must be able to end it.
+  virtual void load() {}
 
   /// Takes audio and decodes it.
   virtual void acceptAudio(std::span<const float> samples) = 0;

@@ -206,6 +206,45 @@ class LocalSpeechAnalyzerTest final : public test::Suite {
     QCOMPARE(f.heard, QStringList{"end -"});
   }
 
+  void cancellingReachesARecognizerThatLoads() {
+    Fixture f;
+    f.script.isSlowToLoad = true;
+    f.start();
+    QTRY_VERIFY(f.script.isWaiting);
+    test::await(f.analyzer->cancelAndFinishNow());
+    QCOMPARE(f.heard, QStringList{"end -"});
+    QCOMPARE(f.script.alive.load(), 0);
+  }
+
+  void destroyingAnAnalyzerThatLoadsEndsItsThread() {
+    Fixture f;
+    f.script.isSlowToLoad = true;
+    f.start();
+    QTRY_VERIFY(f.script.isWaiting);
+    f.analyzer.reset();
+    QCOMPARE(f.script.alive.load(), 0);
+  }
+
+  void whatWasFoundBeforeAFailureIsDelivered() {
+    Fixture f;
+    f.script.failsAfterDecoding = true;
+    f.yield();
+    f.start();
+    QTRY_COMPARE(f.heard, QStringList({"draft 1", "end Cannot decode"}));
+  }
+
+  void aResultMayTakeItsListenerAway() {
+    Fixture f;
+    f.transcriber->onResult = [&f, heard = QString("heard ")](const TranscriptionResult& result) {
+      f.transcriber->onResult = nullptr;
+      f.heard << heard + result.text;
+    };
+    f.yield();
+    f.start();
+    test::await(f.analyzer->finalizeAndFinishThroughEndOfInput());
+    QCOMPARE(f.heard, QStringList({"heard draft 1", "end -"}));
+  }
+
   void destroyingAnalyzerThatFinishesEndsItsThreadAndTheWait() {
     Fixture f;
     f.script.isSlow = true;

@@ -42,6 +42,15 @@ class NeuralBackendTest final : public test::Suite {
     }
   }
 
+  /// Bytes as the shell's printf takes them.
+  static QByteArray escaped(const QByteArray& bytes) {
+    QByteArray text;
+    for (const char byte : bytes) {
+      text += '\\' + QByteArray::number(static_cast<std::uint8_t>(byte), 8).rightJustified(3, '0');
+    }
+    return text;
+  }
+
   /// The sound without the silence around it.
   static std::vector<float> spoken(const std::vector<float>& samples) {
     const auto isLoud = [](float sample) {
@@ -56,6 +65,7 @@ class NeuralBackendTest final : public test::Suite {
   static QStringList finalsOf(const RecognizerSettings& settings, const std::vector<float>& samples,
                               std::size_t piece = 1600) {
     NeuralBackend backend(helperProgram(), settings);
+    backend.load();
     feed(backend, samples, piece);
     backend.finalize();
     QStringList finals;
@@ -66,6 +76,7 @@ class NeuralBackendTest final : public test::Suite {
   static QString failureOf(const RecognizerSettings& settings) {
     try {
       NeuralBackend backend(helperProgram(), settings);
+      backend.load();
     } catch (const Failure& failure) {
       return failure.errorDescription();
     }
@@ -93,6 +104,7 @@ class NeuralBackendTest final : public test::Suite {
   void phrasesEndByThemselves() {
     QFETCH(RecognizerSettings, settings);
     NeuralBackend backend(helperProgram(), settings);
+    backend.load();
     QStringList finals;
     feed(backend, music_ + silence(1.2) + water_ + silence(1.2));
     QTRY_VERIFY((keepFinals(backend, finals), finals.size() >= 2));
@@ -107,6 +119,7 @@ class NeuralBackendTest final : public test::Suite {
 
   void aPhraseEndsSoonAfterItsLastWord() {
     NeuralBackend backend(helperProgram(), transducer());
+    backend.load();
     feed(backend, music_);
     QStringList finals;
     // The file ends with a little silence of its own; a step takes 0.32 s.
@@ -143,6 +156,7 @@ class NeuralBackendTest final : public test::Suite {
 
   void draftsGrow() {
     NeuralBackend backend(helperProgram(), transducer());
+    backend.load();
     feed(backend, music_ + silence(1.2));
     backend.finalize();
     const std::vector<TranscriptionResult> results = backend.poll();
@@ -174,6 +188,7 @@ class NeuralBackendTest final : public test::Suite {
 
   void finalizingKeepsTheLastWord() {
     NeuralBackend backend(helperProgram(), transducer());
+    backend.load();
     QStringList finals;
     for (int i = 0; i < 3; ++i) {
       feed(backend, numbers_);
@@ -189,6 +204,7 @@ class NeuralBackendTest final : public test::Suite {
 
   void resetForgetsThePhrase() {
     NeuralBackend backend(helperProgram(), transducer());
+    backend.load();
     feed(backend, music_);
     backend.reset();
     QVERIFY(backend.poll().empty());
@@ -201,8 +217,11 @@ class NeuralBackendTest final : public test::Suite {
 
   void severalAtOnceDoNotDisturbEachOther() {
     NeuralBackend first(helperProgram(), transducer());
+    first.load();
     NeuralBackend second(helperProgram(), nemoCtc());
+    second.load();
     NeuralBackend third(helperProgram(), transducer());
+    third.load();
     for (std::size_t at = 0; at < music_.size(); at += 1600) {
       const auto part = [at](const std::vector<float>& samples) {
         const std::size_t begin = std::min(at, samples.size());
@@ -284,6 +303,7 @@ class NeuralBackendTest final : public test::Suite {
 
   void aHelperThatEndsCostsThePhraseAtMost() {
     NeuralBackend backend(helperProgram(), transducer());
+    backend.load();
     QStringList finals;
     feed(backend, music_ + silence(1.2) + sound("sixseven.wav"));
     std::vector<TranscriptionResult> results;
@@ -319,6 +339,7 @@ class NeuralBackendTest final : public test::Suite {
 
   void cancellingEndsTheWaitForAHelperThatHangs() {
     NeuralBackend backend(helperProgram(), transducer());
+    backend.load();
     const pid_t helper = backend.helperProcessId();
     kill(helper, SIGSTOP);
     std::atomic<bool> hasFailed = false;
@@ -336,6 +357,42 @@ class NeuralBackendTest final : public test::Suite {
     QCOMPARE(backend.helperProcessId(), helper);
   }
 
+  void cancellingEndsTheLoading() {
+    // It takes its only argument, a number, for seconds, and says nothing.
+    NeuralBackend backend("/usr/bin/sleep", transducer());
+    std::atomic<bool> hasFailed = false;
+    std::thread loading([&] {
+      try {
+        backend.load();
+      } catch (const Failure&) {
+        hasFailed = true;
+      }
+    });
+    backend.cancel();
+    loading.join();
+    QVERIFY(hasFailed);
+  }
+
+  void whatAHelperSaidLastIsKept() {
+    const QTemporaryDir dir;
+    const QString program = dir.filePath("helper");
+    QFile script(program);
+    QVERIFY(script.open(QIODevice::WriteOnly));
+    using Kind = RecognizerMessage::Kind;
+    script.write("#!/bin/sh\nhead -c 5 > /dev/null; printf '" + escaped(packed(Kind::ready)) +
+                 escaped(packed(Kind::final, "one")) + escaped(packed(Kind::draft, "two")) + "'\n");
+    script.close();
+    QVERIFY(script.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
+    NeuralBackend backend(program, transducer());
+    backend.load();
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("The speech recognizer ended"));
+    QVERIFY_EXCEPTION_THROWN(backend.finalize(), Failure);
+    QStringList finals;
+    keepFinals(backend, finals);
+    QCOMPARE(finals, QStringList({"one", "two", "one", "two"}));
+    QVERIFY_EXCEPTION_THROWN(backend.poll(), Failure);
+  }
+
   void aHelperThatDoesNotAnswerCountsAsEnded() {
     // It takes its only argument, a number, for seconds, and says nothing.
     HelperProcess helper("/usr/bin/sleep");
@@ -346,6 +403,7 @@ class NeuralBackendTest final : public test::Suite {
   void aHelperThatEndsAtOnceIsReported() {
     try {
       NeuralBackend backend("/usr/bin/false", transducer());
+      backend.load();
       QFAIL("it started");
     } catch (const Failure& failure) {
       QCOMPARE(failure.errorDescription(), QString("The speech recognizer couldn’t be started. Try "
@@ -356,6 +414,7 @@ class NeuralBackendTest final : public test::Suite {
   void aMissingProgramIsReported() {
     try {
       NeuralBackend backend("/nonexistent/velun-recognizer", transducer());
+      backend.load();
       QFAIL("it started");
     } catch (const Failure& failure) {
       QVERIFY2(failure.errorDescription().startsWith("The speech recognizer couldn’t be started"),

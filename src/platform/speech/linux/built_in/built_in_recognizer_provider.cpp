@@ -22,6 +22,7 @@ class TrimmedBackend final : public RecognizerBackend {
     backend_.reset();
     malloc_trim(0);
   }
+  void load() override { backend_->load(); }
   void acceptAudio(std::span<const float> samples) override { backend_->acceptAudio(samples); }
   std::vector<TranscriptionResult> poll() override { return backend_->poll(); }
   bool expectsResults() const override { return backend_->expectsResults(); }

@@ -40,13 +40,11 @@ Failure endedAgain() {
 }  // namespace
 
 NeuralBackend::NeuralBackend(QString program, RecognizerSettings settings)
-    : program_(std::move(program)), settings_(std::move(settings)) {
-  start();
-}
+    : program_(std::move(program)), settings_(std::move(settings)) {}
 
 NeuralBackend::~NeuralBackend() = default;
 
-void NeuralBackend::start() {
+void NeuralBackend::load() {
   try {
     replaceHelper();
     helper_->send(Kind::configure, settings_.toJson());
@@ -86,14 +84,25 @@ void NeuralBackend::attempt(const Action& action) {
   try {
     action();
   } catch (const HelperEnded&) {
+    takeLastResults();
     throw endedAgain();
   }
 }
 
 void NeuralBackend::recover(const HelperEnded& end) {
+  takeLastResults();
   if (isCancelled() || std::exchange(hasRestarted_, true)) throw endedAgain();
   qWarning("The speech recognizer ended (%s); a new one goes on.", end.what());
-  start();
+  load();
+}
+
+/// What the helper said before it ended; what it showed of a phrase stays.
+void NeuralBackend::takeLastResults() {
+  try {
+    while (const std::optional<RecognizerMessage> message = helper_->tryReceive()) take(*message);
+  } catch (const HelperEnded&) {
+    // That was all.
+  }
   if (!draft_.isEmpty()) results_.push_back({std::exchange(draft_, {}), true});
   unheard_ = 0;
   isInPhrase_ = false;
@@ -110,9 +119,14 @@ void NeuralBackend::acceptAudio(std::span<const float> samples) {
 }
 
 std::vector<TranscriptionResult> NeuralBackend::poll() {
-  attempt([this] {
-    while (const std::optional<RecognizerMessage> message = helper_->tryReceive()) take(*message);
-  });
+  try {
+    attempt([this] {
+      while (const std::optional<RecognizerMessage> message = helper_->tryReceive()) take(*message);
+    });
+  } catch (const Failure&) {
+    // What was found before comes first; the next call fails again.
+    if (results_.empty()) throw;
+  }
   return std::exchange(results_, {});
 }
 

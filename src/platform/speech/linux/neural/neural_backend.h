@@ -14,9 +14,11 @@ namespace velun {
 /// goes on after the phrase under way, which stays as it was shown; the second time the run ends.
 class NeuralBackend final : public RecognizerBackend {
  public:
-  /// Starts the helper and waits until the model is loaded. Throws `Failure`.
   NeuralBackend(QString program, RecognizerSettings settings);
   ~NeuralBackend() override;
+
+  /// Starts the helper and waits until its model is loaded.
+  void load() override;
 
   void acceptAudio(std::span<const float> samples) override;
   std::vector<TranscriptionResult> poll() override;
@@ -29,13 +31,13 @@ class NeuralBackend final : public RecognizerBackend {
   pid_t helperProcessId() const { return helper_->processId(); }
 
  private:
-  void start();
   void replaceHelper();
   bool isCancelled();
   /// Does something with the helper; once, when it ends meanwhile, with a new one.
   template <class Action>
   void attempt(const Action& action);
   void recover(const HelperEnded& end);
+  void takeLastResults();
   void settle(RecognizerMessage::Kind kind);
   void take(const RecognizerMessage& message);
 
