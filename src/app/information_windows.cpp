@@ -10,6 +10,7 @@
 
 #include <QCoreApplication>
 #include <QDesktopServices>
+#include <utility>
 
 namespace velun {
 
@@ -32,24 +33,33 @@ InformationWindows::InformationWindows(const AppServices& services,
 InformationWindows::~InformationWindows() = default;
 
 void InformationWindows::showAbout() {
-  auto view =
-      std::make_unique<AboutView>(QCoreApplication::applicationVersion(), services_.credits);
-  about_ = WindowPresentation::makeWindow(AboutView::title(), kAboutSize, std::move(view), false);
-  windowMade_(about_.get());
+  if (!about_) {
+    auto view =
+        std::make_unique<AboutView>(QCoreApplication::applicationVersion(), services_.credits);
+    about_ = makeWindow(AboutView::title(), kAboutSize, std::move(view));
+  }
   WindowPresentation::present(*about_);
 }
 
 void InformationWindows::checkForUpdates() {
-  if (isChecking_) return WindowPresentation::present(*updates_);
-  isChecking_ = true;
-  auto view = std::make_unique<UpdateView>(
-      [](const QUrl& page) { QDesktopServices::openUrl(page); }, [this] { updates_->close(); });
-  updateView_ = view.get();
-  updates_ =
-      WindowPresentation::makeWindow(UpdateView::title(), kUpdateSize, std::move(view), false);
-  windowMade_(updates_.get());
+  if (!updates_) {
+    auto view = std::make_unique<UpdateView>(
+        [](const QUrl& page) { QDesktopServices::openUrl(page); }, [this] { updates_->close(); });
+    updateView_ = view.get();
+    updates_ = makeWindow(UpdateView::title(), kUpdateSize, std::move(view));
+  }
+  if (!std::exchange(isChecking_, true)) {
+    updateView_->show(std::nullopt);
+    startTask(this, [this] { return check(this); });
+  }
   WindowPresentation::present(*updates_);
-  startTask(this, [this] { return check(this); });
+}
+
+std::unique_ptr<QWidget> InformationWindows::makeWindow(const QString& title, QSize size,
+                                                        std::unique_ptr<QWidget> view) {
+  auto window = WindowPresentation::makeWindow(title, size, std::move(view), false);
+  windowMade_(window.get());
+  return window;
 }
 
 QCoro::Task<> InformationWindows::check(QPointer<InformationWindows> self) {
@@ -57,7 +67,7 @@ QCoro::Task<> InformationWindows::check(QPointer<InformationWindows> self) {
   const UpdateOutcome outcome = co_await checking;
   if (!self) co_return;
   self->isChecking_ = false;
-  if (self->updateView_) self->updateView_->show(outcome);
+  self->updateView_->show(outcome);
 }
 
 }  // namespace velun

@@ -32,12 +32,16 @@ class InformationWindows final : public QObject {
 
  private:
   static QCoro::Task<> check(QPointer<InformationWindows> self);
+  std::unique_ptr<QWidget> makeWindow(const QString& title, QSize size,
+                                      std::unique_ptr<QWidget> view);
 
   AppServices services_;
   std::function<void(QWidget*)> windowMade_;
+  /// Null until they were first shown; kept, because they may ask for themselves.
   std::unique_ptr<QWidget> about_;
   std::unique_ptr<QWidget> updates_;
-  QPointer<UpdateView> updateView_;
+  /// In `updates_`.
+  UpdateView* updateView_ = nullptr;
   bool isChecking_ = false;
 };
 

@@ -9,6 +9,7 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QPointer>
 
 using namespace velun;
 using namespace velun::test;
@@ -36,6 +37,14 @@ HistoryViewModel& openHistory(AppStage& stage) {
     QTRY_VERIFY(stage.coordinator().sessions().isKeyWindow());
   }();
   return library;
+}
+
+/// The window in view with that title; null when there is none.
+QWidget* visibleWindow(const QString& title) {
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (window->isVisible() && window->windowTitle() == title) return window;
+  }
+  return nullptr;
 }
 
 }  // namespace
@@ -75,10 +84,7 @@ class AppCommandsTest final : public Suite {
     stage.tray.stayAway();
     QVERIFY(stage.isPanelShown());
     QCOMPARE(stage.preferences.get<bool>("statusItemExplained"), std::optional(true));
-    QWidget* notice = nullptr;
-    for (QWidget* window : QApplication::topLevelWidgets()) {
-      if (window->isVisible() && window->windowTitle() == "Velun") notice = window;
-    }
+    QWidget* const notice = visibleWindow("Velun");
     QVERIFY(notice);
     QVERIFY(!notice->isModal());
     notice->close();
@@ -265,9 +271,30 @@ class AppCommandsTest final : public Suite {
     settle();
     QCOMPARE(stage.coordinator().menuBar().mainMenu().menus()[1]->title(), QString("파일"));
     QCOMPARE(stage.coordinator().settingsWindow()->window().windowTitle(), QString("Velun 설정"));
-    QStringList titles;
-    for (const QWidget* window : QApplication::topLevelWidgets()) titles << window->windowTitle();
-    QVERIFY(titles.contains("Velun — 저장 기록"));
+    QVERIFY(visibleWindow("Velun — 저장 기록"));
+  }
+
+  void aWindowThatAsksForItselfIsNotReplaced_data() {
+    QTest::addColumn<AppCommand>("command");
+    QTest::addColumn<QString>("title");
+    QTest::newRow("about") << AppCommand::showAbout << "About Velun";
+    QTest::newRow("updates") << AppCommand::checkForUpdates << "Velun — Updates";
+    QTest::newRow("settings") << AppCommand::showSettings << "Velun Settings";
+    QTest::newRow("saved sessions") << AppCommand::showHistory << "Velun — Saved Sessions";
+  }
+  void aWindowThatAsksForItselfIsNotReplaced() {
+    QFETCH(AppCommand, command);
+    QFETCH(QString, title);
+    AppStage stage;
+    stage.perform(command);
+    const QPointer<QWidget> window = visibleWindow(title);
+    QVERIFY(window);
+    // From the main menu, which is a part of the window.
+    stage.perform(command);
+    QVERIFY(window && window->isVisible());
+    window->close();
+    stage.perform(command);
+    QCOMPARE(visibleWindow(title), window.data());
   }
 
   void commandsAreIgnoredWhileAQuestionIsOpen() {

@@ -93,7 +93,7 @@ void UpdateView::present(const QString& message, const QString& details) {
   close_->setFocus();
 }
 
-void UpdateView::show(const UpdateOutcome& outcome) {
+void UpdateView::show(const std::optional<UpdateOutcome>& outcome) {
   outcome_ = outcome;
   presentOutcome();
 }

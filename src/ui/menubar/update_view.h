@@ -24,7 +24,8 @@ class UpdateView final : public QWidget {
   UpdateView(std::function<void(const QUrl&)> openPage, std::function<void()> close,
              QWidget* parent = nullptr);
 
-  void show(const UpdateOutcome& outcome);
+  /// None while the search is under way.
+  void show(const std::optional<UpdateOutcome>& outcome);
 
  private:
   void translate();
@@ -38,7 +39,6 @@ class UpdateView final : public QWidget {
   QPushButton* open_;
   QPushButton* close_;
   QUrl page_;
-  /// None while the search is under way.
   std::optional<UpdateOutcome> outcome_;
 };
 
