@@ -9,6 +9,8 @@
 #include "support/suite.h"
 
 #include <cerrno>
+#include <sys/resource.h>
+#include <unistd.h>
 
 using namespace velun;
 using namespace velun::test;
@@ -57,6 +59,25 @@ class PipeWireHardwareTest final : public Suite {
     QVERIFY(source.tapID() != 0);
     source.stop();
     QCOMPARE(source.tapID(), 0U);
+  }
+
+  void withoutDescriptorsTheStartFails() {
+    rlimit usual{};
+    QCOMPARE(getrlimit(RLIMIT_NOFILE, &usual), 0);
+    const int first = dup(STDOUT_FILENO);
+    QVERIFY(first >= 0);
+    close(first);
+    int failures = 0;
+    for (rlim_t spare = 0; spare < 14; ++spare) {
+      SystemAudio source(platform_.makeHardware(nullptr));
+      const rlimit few{rlim_t(first) + spare, usual.rlim_max};
+      QCOMPARE(setrlimit(RLIMIT_NOFILE, &few), 0);
+      const QString failure = failureOf(&source);
+      source.stop();
+      QCOMPARE(setrlimit(RLIMIT_NOFILE, &usual), 0);
+      if (failure.startsWith("Audio tap creation failed (-")) ++failures;
+    }
+    QVERIFY(failures > 3);
   }
 
   void everyOperationAnswers() {

@@ -41,8 +41,9 @@ PipeWireCapture::~PipeWireCapture() {
 
 int PipeWireCapture::open() {
   if (isOpen()) return 0;
-  loop_ = std::make_unique<PipeWireLoop>(kind_ == Kind::output ? "SystemAudio" : "Microphone");
   int error = 0;
+  loop_ = PipeWireLoop::start(kind_ == Kind::output ? "SystemAudio" : "Microphone", &error);
+  if (!loop_) return error;
   {
     const PipeWireLoop::Lock lock(*loop_);
     connection_ = PipeWireConnection::open(

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/audio/linux/pipewire_loop.h"
 
+#include <cerrno>
 #include <pipewire/pipewire.h>
+#include <utility>
 
 namespace velun {
 
@@ -13,11 +15,20 @@ PipeWireLoop::Lock::~Lock() {
   pw_thread_loop_unlock(loop_);
 }
 
-PipeWireLoop::PipeWireLoop(const char* threadName)
-    : loop_(pw_thread_loop_new(threadName, nullptr)),
-      context_(pw_context_new(pw_thread_loop_get_loop(loop_), nullptr, 0)) {
-  pw_thread_loop_start(loop_);
+std::unique_ptr<PipeWireLoop> PipeWireLoop::start(const char* threadName, int* error) {
+  errno = 0;
+  pw_thread_loop* loop = pw_thread_loop_new(threadName, nullptr);
+  if (!loop) {
+    *error = errno != 0 ? -errno : -ENOMEM;
+    return nullptr;
+  }
+  std::unique_ptr<PipeWireLoop> made(new PipeWireLoop(loop));
+  *error = pw_thread_loop_start(loop);
+  return *error < 0 ? nullptr : std::move(made);
 }
+
+PipeWireLoop::PipeWireLoop(pw_thread_loop* loop)
+    : loop_(loop), context_(pw_context_new(pw_thread_loop_get_loop(loop), nullptr, 0)) {}
 
 PipeWireLoop::~PipeWireLoop() {
   pw_thread_loop_stop(loop_);

@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <functional>
+#include <memory>
 
 struct pw_context;
 struct pw_loop;
@@ -26,8 +27,9 @@ class PipeWireLoop {
     pw_thread_loop* loop_;
   };
 
-  /// Starts the thread under the name `threadName` (up to 15 characters).
-  explicit PipeWireLoop(const char* threadName);
+  /// Starts the thread under the name `threadName` (up to 15 characters). None, with a negative
+  /// errno in `error`, when the system has no more threads or descriptors.
+  static std::unique_ptr<PipeWireLoop> start(const char* threadName, int* error);
   /// Ends the thread; the lock must not be held.
   ~PipeWireLoop();
   PipeWireLoop(const PipeWireLoop&) = delete;
@@ -44,6 +46,8 @@ class PipeWireLoop {
   void wake();
 
  private:
+  explicit PipeWireLoop(pw_thread_loop* loop);
+
   pw_thread_loop* loop_;
   pw_context* context_;
 };
