@@ -21,6 +21,8 @@ constexpr auto kPollInterval = 20ms;
 /// which no busy machine needs to bring the next piece, the gap is heard as the silence it is: a
 /// phrase then ends where it ended, and what follows is not joined to it.
 constexpr auto kGap = 250ms;
+/// A program that was halted for an hour has not heard an hour of silence.
+constexpr std::chrono::nanoseconds kLongestGap = 1s;
 constexpr double kSampleRate = 16000;
 
 using SteadyClock = std::chrono::steady_clock;
@@ -122,7 +124,7 @@ void DecodeWorker::decode(RecognizerBackend& backend) {
     } else if (isPolling && SteadyClock::now() - lastAudio > kGap) {
       heardUntil = std::max(heardUntil, lastAudio);
       const auto now = SteadyClock::now();
-      acceptSilence(backend, now - heardUntil);
+      acceptSilence(backend, std::min<std::chrono::nanoseconds>(now - heardUntil, kLongestGap));
       heardUntil = now;
     }
     deliverResults(backend);

@@ -158,6 +158,22 @@ class LocalSpeechAnalyzerTest final : public test::Suite {
     QCOMPARE(f.script.samplesTaken.load(), taken);
   }
 
+  void aLongHaltIsNotHeardAsAnHourOfSilence() {
+    Fixture f;
+    constexpr int kWord = 1600;
+    constexpr int kLongestGap = 16000;
+    f.script.phraseLength = kWord + kLongestGap;
+    f.script.isSlow = true;
+    f.start();
+    f.yield();
+    QTRY_VERIFY(f.script.isWaiting);
+    f.script.isSlow = false;
+    QTest::qWait(1500);
+    f.script.mayTake.release();
+    QTRY_VERIFY(!f.heard.isEmpty() && f.heard.last().startsWith("final"));
+    QCOMPARE(f.script.samplesTaken.load(), kWord + kLongestGap);
+  }
+
   void fallingBehindIsToldAndNothingIsDropped() {
     Fixture f;
     f.script.isSlow = true;
