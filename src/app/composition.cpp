@@ -15,7 +15,6 @@
 #include "platform/models/linux/download_store.h"
 #include "platform/models/linux/metered_connection.h"
 #include "platform/speech/linux/built_in/built_in_recognizer_provider.h"
-#include "platform/speech/linux/built_in/sentence_case.h"
 #include "platform/speech/linux/neural/neural_recognizer_provider.h"
 #include "platform/speech/local_speech_platform.h"
 #include "platform/translation/linux/apertium/apertium_backend.h"
@@ -36,23 +35,11 @@ ModelStoreOptions modelStoreOptions() {
   return options;
 }
 
-/// The built-in recognizer writes its words with the punctuation model of the neural ones.
-BuiltInBackend::Writer punctuatedWriter(const PunctuationProvider& provider) {
-  const PunctuationRestorer::Factory factory = provider.punctuationFactory("en_US");
-  if (!factory) return {};
-  return [factory,
-          restorer = std::shared_ptr<PunctuationRestorer>()](const QStringList& words) mutable {
-    if (!restorer) restorer = factory();
-    return restorer->restored(sentenceCase(words));
-  };
-}
-
 LocalSpeechPlatform::Providers recognizers(ModelStore& models) {
   const auto neural = std::make_shared<NeuralRecognizerProvider>(
       ModelCatalogue::builtIn(), models, NeuralRecognizerProvider::installedProgram());
-  const auto builtIn =
-      std::make_shared<BuiltInRecognizerProvider>([neural] { return punctuatedWriter(*neural); });
-  return {neural, builtIn};
+  // The built-in recognizer writes its words with the punctuation model of the neural ones.
+  return {neural, std::make_shared<BuiltInRecognizerProvider>(neural)};
 }
 
 /// From the best to the least.

@@ -19,6 +19,9 @@ class PunctuationRestorer {
   /// The same words with case and punctuation. Takes a few milliseconds. When it cannot be done the
   /// text comes back as it was; never throws.
   virtual QString restored(const QString& text) = 0;
+
+  /// Nothing is wanted any more: an operation under way returns soon. Any thread.
+  virtual void cancel() = 0;
 };
 
 /// Says whether punctuation can be restored. Main thread.

@@ -3,8 +3,11 @@
 #include "support/suite.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <QFile>
+#include <semaphore>
+#include <thread>
 
 using namespace velun;
 
@@ -29,6 +32,37 @@ std::vector<float> clip(const QString& number) {
 std::vector<float> silence(double seconds) {
   return std::vector<float>(static_cast<std::size_t>(seconds * 16000));
 }
+
+/// Puts a mark behind every text; when it is slow, not before it is cancelled.
+class ScriptedPunctuation final : public PunctuationRestorer {
+ public:
+  struct Script {
+    bool isSlow = false;
+    std::atomic<bool> isWaiting = false;
+  };
+
+  explicit ScriptedPunctuation(Script& script) : script_(script) {}
+  QString restored(const QString& text) override {
+    script_.isWaiting = true;
+    if (script_.isSlow) cancelled_.acquire();
+    return text + "!";
+  }
+  void cancel() override { cancelled_.release(); }
+
+ private:
+  Script& script_;
+  std::binary_semaphore cancelled_{0};
+};
+
+struct ScriptedPunctuationProvider final : PunctuationProvider {
+  PunctuationRestorer::Factory punctuationFactory(const QString& locale) const override {
+    if (locale != "en_US") return {};
+    return [this] {
+      return std::make_unique<ScriptedPunctuation>(script);
+    };
+  }
+  mutable ScriptedPunctuation::Script script;
+};
 
 }  // namespace
 
@@ -134,6 +168,31 @@ class BuiltInRecognizerTest final : public test::Suite {
     for (const TranscriptionResult& result : recognizer->poll()) {
       QVERIFY2(!result.isFinal, qPrintable(result.text));
     }
+  }
+
+  void finalsArePunctuated() {
+    const auto punctuation = std::make_shared<ScriptedPunctuationProvider>();
+    const auto recognizer = BuiltInRecognizerProvider(punctuation).factory("en_US")();
+    recognizer->acceptAudio(clip("0880"));
+    recognizer->finalize();
+    const std::vector<TranscriptionResult> results = recognizer->poll();
+    QVERIFY(results.size() > 1);
+    for (const TranscriptionResult& result : results) {
+      QVERIFY2(result.text.endsWith("!") == result.isFinal, qPrintable(result.text));
+    }
+  }
+
+  void cancellingReachesThePunctuation() {
+    const auto punctuation = std::make_shared<ScriptedPunctuationProvider>();
+    punctuation->script.isSlow = true;
+    const auto recognizer = BuiltInRecognizerProvider(punctuation).factory("en_US")();
+    recognizer->acceptAudio(clip("0880"));
+    std::thread settling([&] { recognizer->finalize(); });
+    const bool isWaiting =
+        QTest::qWaitFor([&] { return punctuation->script.isWaiting.load(); }, 60000);
+    recognizer->cancel();
+    settling.join();
+    QVERIFY(isWaiting);
   }
 
   void aPhraseThatFollowsAtOnceIsDraftedBehindTheOneBefore() {

@@ -294,6 +294,16 @@ class NeuralBackendTest final : public test::Suite {
     QCOMPARE(helper.restored("the music"), QString("the music"));
   }
 
+  void cancellingEndsTheWaitForPunctuation() {
+    // It takes its only argument, a number, for seconds, and says nothing.
+    PunctuationHelper helper("/usr/bin/sleep", transducer());
+    QString text;
+    std::thread restoring([&] { text = helper.restored("as it was"); });
+    helper.cancel();
+    restoring.join();
+    QCOMPARE(text, QString("as it was"));
+  }
+
   void aDamagedPunctuationModelCostsNothingElse() {
     RecognizerSettings settings = transducer();
     settings.punctuationModel = neuralData("joiner.int8.onnx");

@@ -70,8 +70,8 @@ bool isNoise(const QStringList& words, double voicedSeconds) {
 
 }  // namespace
 
-BuiltInBackend::BuiltInBackend(Writer writer)
-    : writer_(std::move(writer)), drafts_(kDraftOptions) {}
+BuiltInBackend::BuiltInBackend(std::unique_ptr<PunctuationRestorer> punctuation)
+    : punctuation_(std::move(punctuation)), drafts_(kDraftOptions) {}
 
 BuiltInBackend::~BuiltInBackend() = default;
 
@@ -159,9 +159,14 @@ void BuiltInBackend::deliver(const QStringList& words) {
   const bool isNothing = words.isEmpty() || isNoise(words, awaitedVoice_);
   const bool wasShown = !std::exchange(awaitedDraft_, {}).isEmpty();
   if (isNothing && !wasShown) return;
-  results_.push_back({isNothing ? QString() : writer_(words), true});
+  results_.push_back({isNothing ? QString() : written(words), true});
   shownDraft_.clear();
   showDraft();
+}
+
+QString BuiltInBackend::written(const QStringList& words) const {
+  const QString sentence = sentenceCase(words);
+  return punctuation_ ? punctuation_->restored(sentence) : sentence;
 }
 
 void BuiltInBackend::takeFinal() {
@@ -200,6 +205,7 @@ void BuiltInBackend::reset() {
 
 void BuiltInBackend::cancel() {
   finals_.cancel();
+  if (punctuation_) punctuation_->cancel();
 }
 
 }  // namespace velun

@@ -5,9 +5,10 @@
 #include "platform/speech/linux/built_in/phrase_finder.h"
 #include "platform/speech/linux/built_in/sphinx_decoder.h"
 #include "platform/speech/linux/built_in/stable_draft.h"
+#include "platform/speech/punctuation_restorer.h"
 #include "platform/speech/recognizer_backend.h"
 
-#include <functional>
+#include <memory>
 #include <QString>
 #include <vector>
 
@@ -17,12 +18,9 @@ namespace velun {
 /// second one hears the whole phrase again for its final words.
 class BuiltInBackend final : public RecognizerBackend {
  public:
-  /// Turns the bare words of a finished phrase into a written sentence. Drafts have no punctuation:
-  /// it would change with every word.
-  using Writer = std::function<QString(const QStringList& words)>;
-
-  /// Loads both decoders. Throws `Failure`.
-  explicit BuiltInBackend(Writer writer);
+  /// Loads both decoders. `punctuation` writes the final results, null leaves them bare; drafts
+  /// never have punctuation, because it would change with every word. Throws `Failure`.
+  explicit BuiltInBackend(std::unique_ptr<PunctuationRestorer> punctuation);
   ~BuiltInBackend() override;
 
   void acceptAudio(std::span<const float> samples) override;
@@ -39,9 +37,10 @@ class BuiltInBackend final : public RecognizerBackend {
   void endPhrase();
   void showDraft();
   void deliver(const QStringList& words);
+  QString written(const QStringList& words) const;
   void takeFinal();
 
-  Writer writer_;
+  std::unique_ptr<PunctuationRestorer> punctuation_;
   SphinxDecoder drafts_;
   FinalPass finals_;
   PhraseFinder phrases_;

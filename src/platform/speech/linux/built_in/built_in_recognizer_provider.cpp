@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/linux/built_in/built_in_recognizer_provider.h"
 
-#include "platform/speech/linux/built_in/sentence_case.h"
+#include "platform/speech/linux/built_in/built_in_backend.h"
 #include "platform/speech/linux/built_in/sphinx_decoder.h"
 
 #include <malloc.h>
@@ -36,8 +36,9 @@ class TrimmedBackend final : public RecognizerBackend {
 
 }  // namespace
 
-BuiltInRecognizerProvider::BuiltInRecognizerProvider(WriterSource writerSource)
-    : writerSource_(std::move(writerSource)) {}
+BuiltInRecognizerProvider::BuiltInRecognizerProvider(
+    std::shared_ptr<PunctuationProvider> punctuation)
+    : punctuation_(std::move(punctuation)) {}
 
 QStringList BuiltInRecognizerProvider::supportedLocales() const {
   return {kLocale};
@@ -47,11 +48,12 @@ bool BuiltInRecognizerProvider::isInstalled(const QString& locale) const {
   return locale == kLocale && SphinxDecoder::isInstalled();
 }
 
-RecognizerProvider::Factory BuiltInRecognizerProvider::factory(const QString&) const {
-  BuiltInBackend::Writer writer = writerSource_ ? writerSource_() : BuiltInBackend::Writer();
-  if (!writer) writer = sentenceCase;
-  return [writer]() -> std::unique_ptr<RecognizerBackend> {
-    return std::make_unique<TrimmedBackend>(std::make_unique<BuiltInBackend>(writer));
+RecognizerProvider::Factory BuiltInRecognizerProvider::factory(const QString& locale) const {
+  PunctuationRestorer::Factory marks;
+  if (punctuation_) marks = punctuation_->punctuationFactory(locale);
+  return [marks]() -> std::unique_ptr<RecognizerBackend> {
+    auto backend = std::make_unique<BuiltInBackend>(marks ? marks() : nullptr);
+    return std::make_unique<TrimmedBackend>(std::move(backend));
   };
 }
 

@@ -1,19 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/speech/linux/built_in/built_in_backend.h"
+#include "platform/speech/punctuation_restorer.h"
 #include "platform/speech/recognizer_provider.h"
+
+#include <memory>
 
 namespace velun {
 
 /// The recognizer that works the moment the program is installed: US English.
 class BuiltInRecognizerProvider final : public RecognizerProvider {
  public:
-  /// `writer` turns bare words into a written sentence; asked for anew at each start, called on
-  /// the decode worker. Empty: only the first letter and "I" are upper case.
-  using WriterSource = std::function<BuiltInBackend::Writer()>;
-
-  explicit BuiltInRecognizerProvider(WriterSource writerSource = {});
+  /// `punctuation` is asked at each start; null, or where it has nothing for the locale, final
+  /// results have no punctuation.
+  explicit BuiltInRecognizerProvider(std::shared_ptr<PunctuationProvider> punctuation = nullptr);
 
   QStringList supportedLocales() const override;
   bool isInstalled(const QString& locale) const override;
@@ -22,7 +22,7 @@ class BuiltInRecognizerProvider final : public RecognizerProvider {
   void fetchInBackground(const QString& locale) override;
 
  private:
-  WriterSource writerSource_;
+  std::shared_ptr<PunctuationProvider> punctuation_;
 };
 
 }  // namespace velun

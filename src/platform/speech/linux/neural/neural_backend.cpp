@@ -16,7 +16,7 @@ namespace {
 /// Half a second: what much sound at once is sent in, so that the helper answers in between.
 constexpr std::size_t kLongestPiece = 8000;
 
-Failure notStarted(const std::exception& end) {
+Failure notStarted(const HelperEnded& end) {
   const QString reason = QString::fromUtf8(end.what());
   if (reason.isEmpty()) {
     return Failure(
@@ -40,37 +40,16 @@ Failure endedAgain() {
 }  // namespace
 
 NeuralBackend::NeuralBackend(QString program, RecognizerSettings settings)
-    : program_(std::move(program)), settings_(std::move(settings)) {}
+    : helper_(std::move(program), std::move(settings)) {}
 
 NeuralBackend::~NeuralBackend() = default;
 
 void NeuralBackend::load() {
   try {
-    replaceHelper();
-    helper_->send(Kind::configure, settings_.toJson());
-    while (helper_->receive(HelperProcess::kLoadPatience).kind != Kind::ready) {
-    }
-  } catch (const std::runtime_error& end) {
+    helper_.start();
+  } catch (const HelperEnded& end) {
     throw notStarted(end);
   }
-}
-
-void NeuralBackend::replaceHelper() {
-  auto helper = std::make_unique<HelperProcess>(program_);
-  const std::lock_guard lock(mutex_);
-  helper_ = std::move(helper);
-  if (isCancelled_) helper_->interrupt();
-}
-
-void NeuralBackend::cancel() {
-  const std::lock_guard lock(mutex_);
-  isCancelled_ = true;
-  if (helper_) helper_->interrupt();
-}
-
-bool NeuralBackend::isCancelled() {
-  const std::lock_guard lock(mutex_);
-  return isCancelled_;
 }
 
 template <class Action>
@@ -91,7 +70,7 @@ void NeuralBackend::attempt(const Action& action) {
 
 void NeuralBackend::recover(const HelperEnded& end) {
   takeLastResults();
-  if (isCancelled() || std::exchange(hasRestarted_, true)) throw endedAgain();
+  if (helper_.isCancelled() || std::exchange(hasRestarted_, true)) throw endedAgain();
   qWarning("The speech recognizer ended (%s); a new one goes on.", end.what());
   load();
 }
@@ -99,7 +78,7 @@ void NeuralBackend::recover(const HelperEnded& end) {
 /// What the helper said before it ended; what it showed of a phrase stays.
 void NeuralBackend::takeLastResults() {
   try {
-    while (const std::optional<RecognizerMessage> message = helper_->tryReceive()) take(*message);
+    takeArrived();
   } catch (const HelperEnded&) {
     // That was all.
   }
@@ -113,16 +92,14 @@ void NeuralBackend::acceptAudio(std::span<const float> samples) {
     const auto piece = samples.subspan(at, std::min(kLongestPiece, samples.size() - at));
     const QByteArray body(reinterpret_cast<const char*>(piece.data()),
                           static_cast<qsizetype>(piece.size_bytes()));
-    attempt([this, &body] { helper_->send(Kind::audio, body); });
+    attempt([this, &body] { helper_.process().send(Kind::audio, body); });
     ++unheard_;
   }
 }
 
 std::vector<TranscriptionResult> NeuralBackend::poll() {
   try {
-    attempt([this] {
-      while (const std::optional<RecognizerMessage> message = helper_->tryReceive()) take(*message);
-    });
+    attempt([this] { takeArrived(); });
   } catch (const Failure&) {
     // What was found before comes first; the next call fails again.
     if (results_.empty()) throw;
@@ -142,15 +119,20 @@ void NeuralBackend::reset() {
 
 void NeuralBackend::settle(Kind kind) {
   attempt([this, kind] {
-    helper_->send(kind);
+    helper_.process().send(kind);
     while (true) {
-      const RecognizerMessage message = helper_->receive();
+      const RecognizerMessage message = helper_.process().receive();
       if (message.kind == Kind::settled) break;
       take(message);
     }
   });
   unheard_ = 0;
   isInPhrase_ = false;
+}
+
+void NeuralBackend::takeArrived() {
+  HelperProcess& helper = helper_.process();
+  while (const std::optional<RecognizerMessage> message = helper.tryReceive()) take(*message);
 }
 
 void NeuralBackend::take(const RecognizerMessage& message) {

@@ -1,12 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/speech/linux/helper/recognizer_settings.h"
-#include "platform/speech/linux/neural/helper_process.h"
+#include "platform/speech/linux/neural/configured_helper.h"
 #include "platform/speech/recognizer_backend.h"
-
-#include <memory>
-#include <mutex>
 
 namespace velun {
 
@@ -25,28 +21,22 @@ class NeuralBackend final : public RecognizerBackend {
   bool expectsResults() const override { return unheard_ > 0 || isInPhrase_; }
   void finalize() override;
   void reset() override;
-  void cancel() override;
+  void cancel() override { helper_.cancel(); }
 
   /// For tests that end it.
-  pid_t helperProcessId() const { return helper_->processId(); }
+  pid_t helperProcessId() const { return helper_.process().processId(); }
 
  private:
-  void replaceHelper();
-  bool isCancelled();
   /// Does something with the helper; once, when it ends meanwhile, with a new one.
   template <class Action>
   void attempt(const Action& action);
   void recover(const HelperEnded& end);
   void takeLastResults();
   void settle(RecognizerMessage::Kind kind);
+  void takeArrived();
   void take(const RecognizerMessage& message);
 
-  QString program_;
-  RecognizerSettings settings_;
-  /// Guards the change of helper against `cancel`.
-  std::mutex mutex_;
-  bool isCancelled_ = false;  // guarded by mutex_
-  std::unique_ptr<HelperProcess> helper_;
+  ConfiguredHelper helper_;
   std::vector<TranscriptionResult> results_;
   QString draft_;
   int unheard_ = 0;  ///< pieces of sound that were sent but not answered

@@ -8,7 +8,7 @@ namespace velun {
 using Kind = RecognizerMessage::Kind;
 
 PunctuationHelper::PunctuationHelper(QString program, RecognizerSettings settings)
-    : program_(std::move(program)), settings_(std::move(settings)) {}
+    : helper_(std::move(program), std::move(settings)) {}
 
 PunctuationHelper::~PunctuationHelper() = default;
 
@@ -17,23 +17,18 @@ QString PunctuationHelper::restored(const QString& text) {
   try {
     return exchange(text);
   } catch (const HelperEnded& end) {
-    qWarning("Punctuation is not restored any more (%s).", end.what());
+    if (!helper_.isCancelled()) qWarning("Punctuation is not restored any more (%s).", end.what());
     hasFailed_ = true;
-    helper_.reset();
+    helper_.end();
     return text;
   }
 }
 
 QString PunctuationHelper::exchange(const QString& text) {
-  if (!helper_) {
-    helper_ = std::make_unique<HelperProcess>(program_);
-    helper_->send(Kind::configure, settings_.toJson());
-    while (helper_->receive(HelperProcess::kLoadPatience).kind != Kind::ready) {
-    }
-  }
-  helper_->send(Kind::restore, text.toUtf8());
+  if (!helper_.isThere()) helper_.start();
+  helper_.process().send(Kind::restore, text.toUtf8());
   while (true) {
-    const RecognizerMessage message = helper_->receive();
+    const RecognizerMessage message = helper_.process().receive();
     if (message.kind == Kind::restored) return QString::fromUtf8(message.body);
   }
 }

@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/speech/linux/helper/recognizer_settings.h"
-#include "platform/speech/linux/neural/helper_process.h"
+#include "platform/speech/linux/neural/configured_helper.h"
 #include "platform/speech/punctuation_restorer.h"
-
-#include <memory>
 
 namespace velun {
 
@@ -17,13 +14,12 @@ class PunctuationHelper final : public PunctuationRestorer {
   ~PunctuationHelper() override;
 
   QString restored(const QString& text) override;
+  void cancel() override { helper_.cancel(); }
 
  private:
   QString exchange(const QString& text);
 
-  QString program_;
-  RecognizerSettings settings_;
-  std::unique_ptr<HelperProcess> helper_;
+  ConfiguredHelper helper_;
   bool hasFailed_ = false;
 };
 
