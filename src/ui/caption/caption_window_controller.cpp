@@ -10,6 +10,7 @@
 #include "ui/caption/caption_view.h"
 #include "ui/caption/motion.h"
 #include "ui/caption/panel_frame.h"
+#include "ui/common/window_frame.h"
 
 #include <algorithm>
 #include <QApplication>
@@ -21,12 +22,7 @@ namespace velun {
 namespace {
 
 constexpr std::chrono::milliseconds kKeepDelay{500};
-
-QList<QRect> freeAreas() {
-  QList<QRect> areas;
-  for (const QScreen* screen : QApplication::screens()) areas << screen->availableGeometry();
-  return areas;
-}
+const auto kFrameName = QStringLiteral("CaptionPanel");
 
 }  // namespace
 
@@ -39,7 +35,7 @@ CaptionWindowController::CaptionWindowController(CaptionViewModel& model, Captio
   });
   panel_->setContent(view_);
   const QRect usual = defaultPanelFrame(freeAreaOf(QApplication::primaryScreen()));
-  const std::optional<QRect> kept = keptPanelFrame(services.frames);
+  const std::optional<QRect> kept = readFrame(services.frames, kFrameName);
   panel_->setGeometry(kept ? movedIntoView(*kept, freeAreas()) : usual);
   updateContentHeight();
   motion_.setEasingCurve(QEasingCurve::InOutCubic);
@@ -222,7 +218,7 @@ void CaptionWindowController::keepFrame() {
   const bool moving = motion_.state() == QAbstractAnimation::Running;
   QRect frame = moving ? motion_.endValue().toRect() : panel_->geometry();
   frame.setTop(frame.top() + headerGrowth_);
-  keepPanelFrame(services_.frames, frame);
+  writeFrame(services_.frames, kFrameName, frame);
 }
 
 }  // namespace velun

@@ -4,6 +4,7 @@
 #include "platform/foundation/preference_store.h"
 
 #include <algorithm>
+#include <array>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QStringList>
@@ -13,56 +14,64 @@ namespace velun {
 
 namespace {
 
-std::optional<QRect> parsed(const QString& text) {
-  const QStringList parts = text.split(QLatin1Char(' '));
-  if (parts.size() != 4) return std::nullopt;
-  int numbers[4] = {};
-  for (int i = 0; i < 4; ++i) {
+qint64 sizeOf(const QRect& rect) {
+  return rect.isEmpty() ? 0 : qint64{rect.width()} * rect.height();
+}
+
+}  // namespace
+
+std::optional<QRect> readFrame(const PreferenceStore& frames, const QString& name) {
+  const QStringList parts = frames.get<QString>(name).value_or(QString()).split(u' ');
+  std::array<int, 4> numbers{};
+  if (parts.size() != qsizetype(numbers.size())) return std::nullopt;
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
     bool isNumber = false;
-    numbers[i] = parts[i].toInt(&isNumber);
+    numbers[i] = parts[qsizetype(i)].toInt(&isNumber);
     if (!isNumber) return std::nullopt;
   }
   const QRect frame(numbers[0], numbers[1], numbers[2], numbers[3]);
   return frame.isEmpty() ? std::nullopt : std::optional(frame);
 }
 
-/// The frame, moved and shrunk into the screen that shows most of it, else the main one.
-QRect visibleFrame(const QRect& frame) {
-  const QScreen* best = QGuiApplication::primaryScreen();
-  if (!best) return frame;
-  const auto shown = [&frame](const QScreen* screen) {
-    const QRect part = screen->availableGeometry() & frame;
-    return part.isEmpty() ? qint64{0} : qint64{part.width()} * part.height();
-  };
-  for (const QScreen* screen : QGuiApplication::screens()) {
-    if (shown(screen) > shown(best)) best = screen;
-  }
-  const QRect area = best->availableGeometry();
-  QRect moved(frame.topLeft(), frame.size().boundedTo(area.size()));
-  moved.moveLeft(std::clamp(moved.left(), area.left(), area.right() + 1 - moved.width()));
-  moved.moveTop(std::clamp(moved.top(), area.top(), area.bottom() + 1 - moved.height()));
-  return moved;
-}
-
-}  // namespace
-
-void storeFrame(const QWidget& window, PreferenceStore* frames, const QString& name) {
-  if (!frames || window.isMaximized() || window.isFullScreen()) return;
-  const QRect frame = window.geometry();
+void writeFrame(PreferenceStore& frames, const QString& name, const QRect& frame) {
   const QString text = QStringLiteral("%1 %2 %3 %4")
                            .arg(frame.x())
                            .arg(frame.y())
                            .arg(frame.width())
                            .arg(frame.height());
-  if (frames->get<QString>(name) != text) frames->set(name, text);
+  if (frames.get<QString>(name) != text) frames.set(name, text);
 }
 
-bool restoreFrame(QWidget& window, const PreferenceStore* frames, const QString& name) {
-  if (!frames) return false;
-  const std::optional<QRect> frame = parsed(frames->get<QString>(name).value_or(QString()));
-  if (!frame) return false;
-  window.setGeometry(visibleFrame(*frame));
-  return true;
+QList<QRect> freeAreas() {
+  QList<QRect> areas;
+  for (const QScreen* screen : QGuiApplication::screens()) areas << screen->availableGeometry();
+  return areas;
+}
+
+QRect movedIntoView(const QRect& frame, const QList<QRect>& areas) {
+  if (areas.isEmpty()) return frame;
+  const auto distance = [&frame](const QRect& area) {
+    return (area.center() - frame.center()).manhattanLength();
+  };
+  const QRect nearest = *std::ranges::min_element(areas, [&](const QRect& a, const QRect& b) {
+    const qint64 shownA = sizeOf(a & frame);
+    const qint64 shownB = sizeOf(b & frame);
+    return shownA != shownB ? shownA > shownB : distance(a) < distance(b);
+  });
+  QRect moved(frame.topLeft(), frame.size().boundedTo(nearest.size()));
+  moved.moveLeft(std::clamp(moved.left(), nearest.left(), nearest.right() + 1 - moved.width()));
+  moved.moveTop(std::clamp(moved.top(), nearest.top(), nearest.bottom() + 1 - moved.height()));
+  return moved;
+}
+
+void storeFrame(const QWidget& window, PreferenceStore* frames, const QString& name) {
+  if (!frames || window.isMaximized() || window.isFullScreen()) return;
+  writeFrame(*frames, name, window.geometry());
+}
+
+void restoreFrame(QWidget& window, const PreferenceStore* frames, const QString& name) {
+  const std::optional<QRect> frame = frames ? readFrame(*frames, name) : std::nullopt;
+  if (frame) window.setGeometry(movedIntoView(*frame, freeAreas()));
 }
 
 }  // namespace velun

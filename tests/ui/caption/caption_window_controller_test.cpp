@@ -5,6 +5,7 @@
 #include "support/suite.h"
 #include "ui/caption/panel_frame.h"
 #include "ui/caption/panel_stage.h"
+#include "ui/common/window_frame.h"
 
 #include <QScreen>
 #include <QSignalSpy>
@@ -139,7 +140,7 @@ class CaptionWindowControllerTest final : public test::Suite {
 
   void aFrameThatIsOnNoScreenComesBack() {
     test::MemoryPreferences frames;
-    keepPanelFrame(frames, QRect(9000, 9000, 560, 250));
+    writeFrame(frames, "CaptionPanel", QRect(9000, 9000, 560, 250));
     const PanelStage stage({}, nullptr, &frames);
     QVERIFY(area().contains(stage.panel().geometry()));
     QCOMPARE(stage.panel().size(), QSize(560, 250));
@@ -161,22 +162,6 @@ class CaptionWindowControllerTest final : public test::Suite {
     stage.clock.advance(2s);
     QVERIFY(!stage.controller->headerShown());
     QCOMPARE(stage.panel().height(), 250);
-  }
-
-  void framesMoveToTheScreenThatShowsMostOfThem() {
-    const QList<QRect> screens = {QRect(0, 0, 1000, 800), QRect(1000, 0, 1000, 800)};
-    QCOMPARE(movedIntoView(QRect(100, 100, 560, 250), screens), QRect(100, 100, 560, 250));
-    QCOMPARE(movedIntoView(QRect(900, 700, 560, 250), screens), QRect(1000, 550, 560, 250));
-    QCOMPARE(movedIntoView(QRect(-5000, 100, 560, 250), screens), QRect(0, 100, 560, 250));
-    QCOMPARE(movedIntoView(QRect(0, 0, 5000, 5000), screens).size(), QSize(1000, 800));
-  }
-
-  void aDamagedFrameIsIgnored() {
-    test::MemoryPreferences frames;
-    for (const char* damaged : {"", "1 2 3", "a b c d", "0 0 0 0", "1 2 -5 4"}) {
-      frames.set("CaptionPanel", QString(damaged));
-      QVERIFY2(!keptPanelFrame(frames), damaged);
-    }
   }
 
   void preferencesActOnTheOpenPanelAtOnce() {
