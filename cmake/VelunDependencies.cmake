@@ -1,6 +1,6 @@
 # Every library that the program stands on, found once.
 
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets DBus Network Svg Test Concurrent)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets DBus Network Svg)
 find_package(QCoro6 REQUIRED COMPONENTS Core)
 find_package(ICU REQUIRED COMPONENTS uc i18n data)
 find_package(simdjson REQUIRED)
@@ -12,6 +12,7 @@ pkg_check_modules(SentencePiece REQUIRED IMPORTED_TARGET sentencepiece)
 pkg_check_modules(Xcb REQUIRED IMPORTED_TARGET xcb xcb-xfixes)
 pkg_check_modules(Archive REQUIRED IMPORTED_TARGET libarchive)
 if(VELUN_DEVELOPER)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
   find_package(benchmark REQUIRED)
 endif()
 

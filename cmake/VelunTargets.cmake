@@ -42,8 +42,8 @@ endfunction()
 # The tests that the thread sanitizer watches.
 add_custom_target(thread_tests)
 
-# velun_test(NAME SOURCES … LINKS … [LABELS …] [PROPERTIES …]): one test program, run by ctest
-# under NAME. Qt's warnings fail it; it has no display unless it starts one.
+# velun_test(NAME SOURCES … LINKS … [LABELS …] [TIMEOUT seconds] [SERIAL]): one test program, run by
+# ctest under NAME, alone when SERIAL. Qt's warnings fail it; it has no display unless it starts one.
 function(velun_test name)
   cmake_parse_arguments(ARG "SERIAL" "TIMEOUT" "SOURCES;LINKS;LABELS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})

@@ -104,10 +104,8 @@ class CaptionViewModel final : public QObject {
   bool hasUnsavedSession() const;
 
  Q_SIGNALS:
-  /// The session was replaced, or its times changed.
+  /// The session was replaced, its times changed, or lines were appended at the end.
   void sessionChanged();
-  /// Lines were appended at the end, from index `first` on. `sessionChanged` follows.
-  void linesAppended(int first, int count);
   /// The line at `index` got a translation. `sessionChanged` follows.
   void translationChanged(int index);
   void volatileTextChanged();

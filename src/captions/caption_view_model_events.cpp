@@ -43,10 +43,7 @@ void CaptionViewModel::handle(const FinalEvent& event) {
     const QString text = sentence.trimmed();
     if (!text.isEmpty()) appendLine(text, event);
   }
-  if (lines().size() > first) {
-    Q_EMIT linesAppended(static_cast<int>(first), static_cast<int>(lines().size() - first));
-    Q_EMIT sessionChanged();
-  }
+  if (lines().size() > first) Q_EMIT sessionChanged();
   persistIfNeeded();
 }
 

@@ -120,9 +120,6 @@ struct ModelFixture {
     log(&Model::isSavingSessionChanged, "isSavingSession");
     log(&Model::savedURLChanged, "savedURL");
     log(&Model::saveErrorChanged, "saveError");
-    QObject::connect(model.get(), &Model::linesAppended, model.get(), [this](int first, int count) {
-      signalled.append(QStringLiteral("lines %1+%2").arg(first).arg(count));
-    });
     QObject::connect(model.get(), &Model::translationChanged, model.get(), [this](int index) {
       signalled.append(QStringLiteral("translation %1").arg(index));
     });

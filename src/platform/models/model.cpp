@@ -7,10 +7,4 @@ QString ModelDownload::fileName() const {
   return address.section(u'/', -1).section(u'?', 0, 0);
 }
 
-std::int64_t Model::downloadBytes() const {
-  std::int64_t bytes = 0;
-  for (const ModelDownload& download : downloads) bytes += download.bytes;
-  return bytes;
-}
-
 }  // namespace velun

@@ -55,9 +55,6 @@ struct Model {
   QJsonObject options;  ///< what the one kind of engine that uses it wants to know
   std::vector<ModelDownload> downloads;
 
-  /// Everything that is fetched.
-  std::int64_t downloadBytes() const;
-
   bool operator==(const Model&) const = default;
 };
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/common/symbol.h"
 
-#include <QFile>
 #include <QGuiApplication>
 #include <QIconEngine>
 #include <QPainter>
@@ -82,10 +81,6 @@ QPixmap symbolPixmap(const QString& name, int points, const QColor& color, qreal
   painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
   painter.fillRect(QRectF(0, 0, points, points), color);
   return pixmap;
-}
-
-bool hasSymbol(const QString& name) {
-  return QFile::exists(fileOf(name));
 }
 
 }  // namespace velun

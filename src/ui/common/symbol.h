@@ -15,7 +15,4 @@ QIcon symbolIcon(const QString& name, const QColor& color = QColor());
 /// The same as a picture of `points` by `points` at a device pixel ratio.
 QPixmap symbolPixmap(const QString& name, int points, const QColor& color, qreal ratio);
 
-/// Whether there is such a symbol.
-bool hasSymbol(const QString& name);
-
 }  // namespace velun

@@ -67,7 +67,6 @@ class ModelCatalogueTest final : public test::Suite {
     QCOMPARE(model->languages, QStringList({"en", "ko"}));
     QCOMPARE(model->licence, QString("MIT"));
     QCOMPARE(model->options["size"].toInt(), 3);
-    QCOMPARE(model->downloadBytes(), 15);
     QCOMPARE(model->installedBytes, 30);
     const ModelDownload& plain = model->downloads.at(0);
     QCOMPARE(plain.packing, ModelPacking::none);

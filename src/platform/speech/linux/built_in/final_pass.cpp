@@ -43,11 +43,6 @@ void FinalPass::abandon() {
   ++phrase_;
 }
 
-bool FinalPass::isBusy() const {
-  const std::lock_guard lock(mutex_);
-  return isBusy_;
-}
-
 std::optional<QStringList> FinalPass::take() {
   const std::lock_guard lock(mutex_);
   return takeLocked();

@@ -27,9 +27,6 @@ class FinalPass {
   /// Throws the phrase away.
   void abandon();
 
-  /// Whether a phrase was started whose words were not taken.
-  bool isBusy() const;
-
   /// The words of the phrase, once; none while it is at work. Throws `Failure` when the decoder
   /// could not be loaded.
   std::optional<QStringList> take();
@@ -50,7 +47,7 @@ class FinalPass {
   std::optional<std::vector<std::int16_t>> waiting_;
   std::optional<QStringList> words_;
   std::exception_ptr error_;
-  bool isBusy_ = false;
+  bool isBusy_ = false;  ///< a phrase was started whose words were not taken
   bool isEnding_ = false;
   /// Names the phrase at work; an answer for another one is thrown away.
   std::uint64_t phrase_ = 0;
