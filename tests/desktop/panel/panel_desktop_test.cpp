@@ -254,8 +254,9 @@ class PanelDesktopTest final : public test::Suite {
     stage.clock.advance(10s);
     QVERIFY(stage.controller->headerShown());
     for (int i = 0; i < 8 && !stage.view->header().startStop().hasFocus(); ++i) {
+      const QWidget* before = QApplication::focusWidget();
       VirtualDisplay::run("xdotool", {"key", "Tab"});
-      QTest::qWait(30);
+      QTRY_VERIFY(QApplication::focusWidget() != before);
     }
     VirtualDisplay::run("xdotool", {"key", "space"});
     QTRY_VERIFY(stage.asked.contains("toggleCaptions"));
@@ -268,10 +269,10 @@ class PanelDesktopTest final : public test::Suite {
       QWidget* alert = QApplication::activeModalWidget();
       QVERIFY(alert);
       alert->move(stage.panel().pos());
-      QTest::qWait(200);
-      const bool covered = isPanelAt(alert->geometry().center());
+      const bool isInFront =
+          QTest::qWaitFor([alert] { return !isPanelAt(alert->geometry().center()); });
       alert->close();
-      QVERIFY(!covered);
+      QVERIFY(isInFront);
     });
     WindowPresentation::showError(QStringLiteral("The disk is full."));
   }
