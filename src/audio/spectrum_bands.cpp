@@ -54,7 +54,7 @@ SpectrumBands::BinRange SpectrumBands::binsOf(int band) {
   return {first, end};
 }
 
-SpectrumBands::SpectrumBands() : transform_(std::make_unique<Transform>()) {
+SpectrumBands::SpectrumBands() : fft_(std::make_unique<Transform>()) {
   for (std::size_t n = 0; n < blockSize; ++n) {
     const double phase = 2 * std::numbers::pi * double(n) / double(blockSize);
     window_[n] = float(0.5 * (1 - std::cos(phase)));
@@ -65,7 +65,7 @@ SpectrumBands::SpectrumBands() : transform_(std::make_unique<Transform>()) {
 SpectrumBands::~SpectrumBands() = default;
 
 std::span<const float> SpectrumBands::bands() const {
-  return hasLevels_ ? std::span<const float>(levels_) : std::span<const float>();
+  return hasBands_ ? std::span<const float>(bands_) : std::span<const float>();
 }
 
 void SpectrumBands::append(const PcmBuffer& buffer) {
@@ -95,19 +95,19 @@ void SpectrumBands::appendSamples(const Sample* samples, std::size_t stride, std
 }
 
 void SpectrumBands::analyseBlock() {
-  for (std::size_t n = 0; n < blockSize; ++n) transform_->input[n] = samples_[n] * window_[n];
-  fftwf_execute(transform_->plan);
+  for (std::size_t n = 0; n < blockSize; ++n) fft_->input[n] = samples_[n] * window_[n];
+  fftwf_execute(fft_->plan);
   for (std::size_t band = 0; band < bins_.size(); ++band) {
     const BinRange bins = bins_[band];
     float power = 0;
     for (std::size_t bin = bins.first; bin < bins.end; ++bin) {
-      const float* value = transform_->output[bin];
+      const float* value = fft_->output[bin];
       power += value[0] * value[0] + value[1] * value[1];
     }
     const float mean = powerScale * power / float(bins.end - bins.first);
-    levels_[band] = 10 * std::log10(mean + floorPower);
+    bands_[band] = 10 * std::log10(mean + floorPower);
   }
-  hasLevels_ = true;
+  hasBands_ = true;
 }
 
 }  // namespace velun

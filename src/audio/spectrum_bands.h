@@ -54,13 +54,13 @@ class SpectrumBands {
   void appendSamples(const Sample* samples, std::size_t stride, std::size_t count, float scale);
   void analyseBlock();
 
-  std::unique_ptr<Transform> transform_;
+  std::unique_ptr<Transform> fft_;
   std::array<float, blockSize> window_;
   std::array<float, blockSize> samples_;
   std::size_t sampleCount_ = 0;
   std::array<BinRange, bandCount> bins_;
-  Levels levels_{};
-  bool hasLevels_ = false;
+  Levels bands_{};
+  bool hasBands_ = false;
 };
 
 }  // namespace velun

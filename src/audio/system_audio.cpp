@@ -40,14 +40,15 @@ void SystemAudio::start(Handler handler) {
   const auto block = [handler = std::move(handler)](const PcmBuffer& buffer) {
     if (isReadable(buffer.format())) handler(buffer);
   };
-  check(hardware_->createIOProcID(aggID_, block, &procID_), L("IOProc creation", "IOProc 생성"));
+  check(hardware_->audioDeviceCreateIOProcID(aggID_, block, &procID_),
+        L("IOProc creation", "IOProc 생성"));
   check(hardware_->audioDeviceStart(aggID_, procID_), L("Audio start", "오디오 시작"));
 }
 
 void SystemAudio::stop() {
   if (procID_ != 0) {
     hardware_->audioDeviceStop(aggID_, procID_);
-    hardware_->destroyIOProcID(aggID_, procID_);
+    hardware_->audioDeviceDestroyIOProcID(aggID_, procID_);
   }
   if (aggID_ != 0) hardware_->destroyAggregateDevice(aggID_);
   if (tapID_ != 0) hardware_->destroyProcessTap(tapID_);

@@ -14,9 +14,10 @@ using test::ScriptedAudioHardware;
 
 namespace {
 
-const QStringList startCalls = {
-    "createProcessTap",      "tapFormat(71)",      "defaultSystemOutputDevice", "deviceUID(42)",
-    "createAggregateDevice", "createIOProcID(99)", "audioDeviceStart(99, 5)"};
+const QStringList startCalls = {"createProcessTap",          "tapFormat(71)",
+                                "defaultSystemOutputDevice", "deviceUID(42)",
+                                "createAggregateDevice",     "audioDeviceCreateIOProcID(99)",
+                                "audioDeviceStart(99, 5)"};
 
 struct Ids {
   AudioObjectID tap;
@@ -67,7 +68,7 @@ class SystemAudioTest final : public test::Suite {
     run.script->calls.clear();
     run.source.stop();
     QCOMPARE(run.script->calls,
-             QStringList({"audioDeviceStop(99, 5)", "destroyIOProcID(99, 5)",
+             QStringList({"audioDeviceStop(99, 5)", "audioDeviceDestroyIOProcID(99, 5)",
                           "destroyAggregateDevice(99)", "destroyProcessTap(71)"}));
     QVERIFY(run.hasIds({0, 0, 0}));
   }
@@ -120,7 +121,7 @@ class SystemAudioTest final : public test::Suite {
     QTest::newRow("aggregate") << "createAggregateDevice" << 560947818
                                << "Aggregate device creation failed (560947818)"
                                << "집합 장치 생성 실패 (560947818)" << 5;
-    QTest::newRow("procedure") << "createIOProcID" << -1 << "IOProc creation failed (-1)"
+    QTest::newRow("procedure") << "audioDeviceCreateIOProcID" << -1 << "IOProc creation failed (-1)"
                                << "IOProc 생성 실패 (-1)" << 6;
     QTest::newRow("start") << "audioDeviceStart" << 1 << "Audio start failed (1)"
                            << "오디오 시작 실패 (1)" << 7;
@@ -149,9 +150,11 @@ class SystemAudioTest final : public test::Suite {
     QTest::newRow("device") << "defaultSystemOutputDevice" << QList<unsigned>{71, 0, 0} << tapOnly;
     QTest::newRow("uid") << "deviceUID" << QList<unsigned>{71, 0, 0} << tapOnly;
     QTest::newRow("aggregate") << "createAggregateDevice" << QList<unsigned>{71, 0, 0} << tapOnly;
-    QTest::newRow("procedure") << "createIOProcID" << QList<unsigned>{71, 99, 0} << deviceToo;
+    QTest::newRow("procedure") << "audioDeviceCreateIOProcID" << QList<unsigned>{71, 99, 0}
+                               << deviceToo;
     QTest::newRow("start") << "audioDeviceStart" << QList<unsigned>{71, 99, 5}
-                           << QStringList({"audioDeviceStop(99, 5)", "destroyIOProcID(99, 5)"}) +
+                           << QStringList(
+                                  {"audioDeviceStop(99, 5)", "audioDeviceDestroyIOProcID(99, 5)"}) +
                                   deviceToo;
   }
   void idsStayUntilStopAfterAPartialStart() {
@@ -214,8 +217,8 @@ class SystemAudioTest final : public test::Suite {
   void statusesOfTheTeardownAreIgnored() {
     Run run;
     run.start();
-    for (const char* step :
-         {"audioDeviceStop", "destroyIOProcID", "destroyAggregateDevice", "destroyProcessTap"}) {
+    for (const char* step : {"audioDeviceStop", "audioDeviceDestroyIOProcID",
+                             "destroyAggregateDevice", "destroyProcessTap"}) {
       run.script->statuses[step] = -50;
     }
     run.script->calls.clear();

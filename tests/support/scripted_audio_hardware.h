@@ -57,10 +57,10 @@ class ScriptedAudioHardware : public AudioHardware {
     script_->aggregate = description;
     return give("createAggregateDevice", {}, device, aggregateID);
   }
-  OSStatus createIOProcID(AudioObjectID device, IOBlock block,
-                          AudioDeviceIOProcID* procedure) override {
+  OSStatus audioDeviceCreateIOProcID(AudioObjectID device, IOBlock block,
+                                     AudioDeviceIOProcID* procedure) override {
     script_->block = std::move(block);
-    return give("createIOProcID", ids(device), procedure, procedureID);
+    return give("audioDeviceCreateIOProcID", ids(device), procedure, procedureID);
   }
   OSStatus audioDeviceStart(AudioObjectID device, AudioDeviceIOProcID procedure) override {
     return script_->record("audioDeviceStart", ids(device, procedure));
@@ -68,8 +68,9 @@ class ScriptedAudioHardware : public AudioHardware {
   OSStatus audioDeviceStop(AudioObjectID device, AudioDeviceIOProcID procedure) override {
     return script_->record("audioDeviceStop", ids(device, procedure));
   }
-  OSStatus destroyIOProcID(AudioObjectID device, AudioDeviceIOProcID procedure) override {
-    return script_->record("destroyIOProcID", ids(device, procedure));
+  OSStatus audioDeviceDestroyIOProcID(AudioObjectID device,
+                                      AudioDeviceIOProcID procedure) override {
+    return script_->record("audioDeviceDestroyIOProcID", ids(device, procedure));
   }
   OSStatus destroyAggregateDevice(AudioObjectID device) override {
     return script_->record("destroyAggregateDevice", ids(device));

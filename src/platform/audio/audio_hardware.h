@@ -68,11 +68,12 @@ class AudioHardware {
   virtual OSStatus deviceUID(AudioObjectID device, std::optional<QString>* uid) = 0;
   virtual OSStatus createAggregateDevice(const AggregateDeviceDescription& description,
                                          AudioObjectID* device) = 0;
-  virtual OSStatus createIOProcID(AudioObjectID device, IOBlock block,
-                                  AudioDeviceIOProcID* procedure) = 0;
+  virtual OSStatus audioDeviceCreateIOProcID(AudioObjectID device, IOBlock block,
+                                             AudioDeviceIOProcID* procedure) = 0;
   virtual OSStatus audioDeviceStart(AudioObjectID device, AudioDeviceIOProcID procedure) = 0;
   virtual OSStatus audioDeviceStop(AudioObjectID device, AudioDeviceIOProcID procedure) = 0;
-  virtual OSStatus destroyIOProcID(AudioObjectID device, AudioDeviceIOProcID procedure) = 0;
+  virtual OSStatus audioDeviceDestroyIOProcID(AudioObjectID device,
+                                              AudioDeviceIOProcID procedure) = 0;
   virtual OSStatus destroyAggregateDevice(AudioObjectID device) = 0;
   virtual OSStatus destroyProcessTap(AudioObjectID tap) = 0;
 };

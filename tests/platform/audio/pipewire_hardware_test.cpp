@@ -100,12 +100,12 @@ class PipeWireHardwareTest final : public Suite {
     AggregateDeviceDescription description;
     description.name = "Velun Tap";
     QCOMPARE(hardware->createAggregateDevice(description, &device), 0);
-    QCOMPARE(hardware->createIOProcID(
+    QCOMPARE(hardware->audioDeviceCreateIOProcID(
                  device, [](const PcmBuffer&) {}, &procedure),
              0);
     QCOMPARE(hardware->audioDeviceStart(device, procedure), 0);
     QCOMPARE(hardware->audioDeviceStop(device, procedure), 0);
-    QCOMPARE(hardware->destroyIOProcID(device, procedure), 0);
+    QCOMPARE(hardware->audioDeviceDestroyIOProcID(device, procedure), 0);
     QCOMPARE(hardware->destroyAggregateDevice(device), 0);
     QCOMPARE(hardware->destroyProcessTap(tap), 0);
   }
@@ -118,12 +118,12 @@ class PipeWireHardwareTest final : public Suite {
     std::optional<QString> uid;
     QCOMPARE(hardware->tapFormat(1, &format), -EINVAL);
     QCOMPARE(hardware->createAggregateDevice({}, &id), -ENOTCONN);
-    QCOMPARE(hardware->createIOProcID(
+    QCOMPARE(hardware->audioDeviceCreateIOProcID(
                  2, [](const PcmBuffer&) {}, &procedure),
              -EINVAL);
     QCOMPARE(hardware->audioDeviceStart(2, 1), -EINVAL);
     QCOMPARE(hardware->audioDeviceStop(2, 1), -EINVAL);
-    QCOMPARE(hardware->destroyIOProcID(2, 1), -EINVAL);
+    QCOMPARE(hardware->audioDeviceDestroyIOProcID(2, 1), -EINVAL);
     QCOMPARE(hardware->destroyAggregateDevice(2), -EINVAL);
     QCOMPARE(hardware->destroyProcessTap(1), -EINVAL);
     QCOMPARE(hardware->createProcessTap({}, &id), 0);

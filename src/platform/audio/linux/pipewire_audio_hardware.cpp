@@ -58,8 +58,8 @@ OSStatus PipeWireAudioHardware::createAggregateDevice(const AggregateDeviceDescr
   return 0;
 }
 
-OSStatus PipeWireAudioHardware::createIOProcID(AudioObjectID device, IOBlock block,
-                                               AudioDeviceIOProcID* procedure) {
+OSStatus PipeWireAudioHardware::audioDeviceCreateIOProcID(AudioObjectID device, IOBlock block,
+                                                          AudioDeviceIOProcID* procedure) {
   if (device != aggregateID || nodeName_.empty() || !block) return -EINVAL;
   block_ = std::move(block);
   *procedure = procedureID;
@@ -79,8 +79,8 @@ OSStatus PipeWireAudioHardware::audioDeviceStop(AudioObjectID device,
   return 0;
 }
 
-OSStatus PipeWireAudioHardware::destroyIOProcID(AudioObjectID device,
-                                                AudioDeviceIOProcID procedure) {
+OSStatus PipeWireAudioHardware::audioDeviceDestroyIOProcID(AudioObjectID device,
+                                                           AudioDeviceIOProcID procedure) {
   if (!hasProcedure(device, procedure)) return -EINVAL;
   capture_.stop();
   block_ = nullptr;

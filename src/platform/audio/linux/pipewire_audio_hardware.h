@@ -21,11 +21,11 @@ class PipeWireAudioHardware final : public AudioHardware {
   OSStatus deviceUID(AudioObjectID device, std::optional<QString>* uid) override;
   OSStatus createAggregateDevice(const AggregateDeviceDescription& description,
                                  AudioObjectID* device) override;
-  OSStatus createIOProcID(AudioObjectID device, IOBlock block,
-                          AudioDeviceIOProcID* procedure) override;
+  OSStatus audioDeviceCreateIOProcID(AudioObjectID device, IOBlock block,
+                                     AudioDeviceIOProcID* procedure) override;
   OSStatus audioDeviceStart(AudioObjectID device, AudioDeviceIOProcID procedure) override;
   OSStatus audioDeviceStop(AudioObjectID device, AudioDeviceIOProcID procedure) override;
-  OSStatus destroyIOProcID(AudioObjectID device, AudioDeviceIOProcID procedure) override;
+  OSStatus audioDeviceDestroyIOProcID(AudioObjectID device, AudioDeviceIOProcID procedure) override;
   OSStatus destroyAggregateDevice(AudioObjectID device) override;
   OSStatus destroyProcessTap(AudioObjectID tap) override;
 
