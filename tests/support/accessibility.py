@@ -19,7 +19,6 @@ PROPERTIES = "org.freedesktop.DBus.Properties"
 REGISTRY = "org.a11y.atspi.Registry"
 ROOT = "/org/a11y/atspi/accessible/root"
 TEXT = "org.a11y.atspi.Text"
-VALUE = "org.a11y.atspi.Value"
 
 LABELLED_BY = 2  # a kind of relation
 SCREEN = 0  # what positions count from
@@ -141,11 +140,6 @@ class Node:
         return str(self._call(TEXT, "GetText", "ii", 0, -1, default=""))
 
     @property
-    def value(self):
-        """The number that a slider or a progress bar stands at."""
-        return float(self._property(VALUE, "CurrentValue", "nan"))
-
-    @property
     def extents(self):
         """Left, top, width and height on the screen, in pixels."""
         return tuple(int(number) for number in
@@ -233,14 +227,8 @@ class Node:
         """The titles that a chooser offers."""
         return [item.name for item in self.find_all("list item")]
 
-    def focus(self):
-        self._send(COMPONENT, "GrabFocus", "")
-
     def set_text(self, text):
         self._send(EDITABLE_TEXT, "SetTextContents", "s", text)
-
-    def set_value(self, value):
-        self._send(PROPERTIES, "Set", "ssv", VALUE, "CurrentValue", dbus.Double(value))
 
     def click(self, button=1):
         """Clicks into its middle with the pointer."""

@@ -11,15 +11,13 @@ constexpr int kStartTime = 30000;
 
 }  // namespace
 
-VirtualDisplay::VirtualDisplay(const QStringList& options) {
+VirtualDisplay::VirtualDisplay() {
   process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-  process_.start(QStringLiteral(VELUN_TEST_SUPPORT "/virtual_display"),
-                 options + QStringList{QStringLiteral("hold")});
+  process_.start(QStringLiteral(VELUN_TEST_SUPPORT "/virtual_display"), QStringList());
   while (!process_.canReadLine()) {
     if (!process_.waitForReadyRead(kStartTime)) qFatal("The virtual display did not start");
   }
-  name_ = QString::fromLatin1(process_.readLine()).trimmed();
-  qputenv("DISPLAY", name_.toLatin1());
+  qputenv("DISPLAY", process_.readLine().trimmed());
   qputenv("QT_QPA_PLATFORM", "xcb");
 }
 
@@ -42,12 +40,12 @@ void VirtualDisplay::movePointer(int x, int y) {
   run(QStringLiteral("xdotool"), {"mousemove", QString::number(x), QString::number(y)});
 }
 
-void VirtualDisplay::pressButton(int button) {
-  run(QStringLiteral("xdotool"), {"mousedown", QString::number(button)});
+void VirtualDisplay::pressButton() {
+  run(QStringLiteral("xdotool"), {"mousedown", "1"});
 }
 
-void VirtualDisplay::releaseButton(int button) {
-  run(QStringLiteral("xdotool"), {"mouseup", QString::number(button)});
+void VirtualDisplay::releaseButton() {
+  run(QStringLiteral("xdotool"), {"mouseup", "1"});
 }
 
 void VirtualDisplay::click(int x, int y) {

@@ -7,15 +7,12 @@
 
 namespace velun::test {
 
-/// A display with a window manager, and a compositor unless it is plain, for as long as this
-/// lives. Made before the application object, which then runs on it.
+/// A display with a window manager and a compositor, for as long as this lives. Made before the
+/// application object, which then runs on it.
 class VirtualDisplay final {
  public:
-  explicit VirtualDisplay(const QStringList& options = {});
+  VirtualDisplay();
   ~VirtualDisplay();
-
-  /// Such as ":7".
-  const QString& name() const { return name_; }
 
   /// Runs a program on the display, such as xdotool, and gives what it wrote. The event loop goes
   /// on meanwhile.
@@ -23,13 +20,12 @@ class VirtualDisplay final {
 
   /// Moves the pointer there, as a user would.
   static void movePointer(int x, int y);
-  static void pressButton(int button = 1);
-  static void releaseButton(int button = 1);
+  static void pressButton();
+  static void releaseButton();
   static void click(int x, int y);
 
  private:
   QProcess process_;
-  QString name_;
 };
 
 }  // namespace velun::test
