@@ -56,10 +56,8 @@ struct AppStage : ModelFixture {
                   trashed.append(url);
                 },
             .notes = {.captureHiding = [] { return QString(); },
-                      .download =
-                          [] {
-                            return QString();
-                          }},
+                      .download = [] { return QString(); },
+                      .listen = {}},
             .credits = {}};
   }
 
