@@ -4,7 +4,6 @@
 #include "model/session_limits.h"
 
 #include <algorithm>
-#include <vector>
 
 namespace velun {
 

@@ -4,7 +4,6 @@
 #include "model/caption_session.h"
 
 #include <QByteArray>
-#include <string_view>
 
 namespace velun {
 

@@ -15,7 +15,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <QDateTime>
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>

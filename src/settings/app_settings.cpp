@@ -4,8 +4,6 @@
 #include "platform/foundation/preference_store.h"
 #include "settings/localization.h"
 
-#include <utility>
-
 namespace velun {
 
 AppSettings::AppSettings(PreferenceStore* defaults, QObject* parent)

@@ -10,7 +10,6 @@
 
 #include <memory>
 #include <QDir>
-#include <QFileInfo>
 #include <QTemporaryDir>
 
 namespace velun::test {

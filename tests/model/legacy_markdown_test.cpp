@@ -8,7 +8,6 @@
 #include "support/suite.h"
 #include "support/time_zone.h"
 
-#include <ctime>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>

@@ -5,8 +5,6 @@
 #include "support/suite.h"
 #include "support/time_zone.h"
 
-#include <ctime>
-
 using namespace velun;
 
 namespace {

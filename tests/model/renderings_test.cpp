@@ -5,7 +5,6 @@
 #include "support/suite.h"
 #include "support/time_zone.h"
 
-#include <ctime>
 #include <QFile>
 
 using namespace velun;

@@ -10,7 +10,6 @@
 #include "support/test_folder.h"
 #include "support/time_zone.h"
 
-#include <ctime>
 #include <QDir>
 #include <QFile>
 #include <sys/stat.h>

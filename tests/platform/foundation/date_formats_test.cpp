@@ -4,8 +4,6 @@
 #include "support/suite.h"
 #include "support/time_zone.h"
 
-#include <ctime>
-
 using namespace velun;
 
 class DateFormatsTest final : public test::Suite {
