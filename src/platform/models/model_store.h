@@ -37,9 +37,6 @@ class ModelStore : public QObject {
 
  Q_SIGNALS:
   void busyChanged();
-
-  /// A model became ready to use: it was downloaded, or was found in its folder and verified.
-  void installed(const QString& id);
 };
 
 }  // namespace velun

@@ -95,36 +95,30 @@ void DownloadStore::start(const Model& model, const std::stop_token& stop, Done 
       error = std::current_exception();
     }
     // The store joins its workers before it goes, so it is still there to be posted to.
-    const bool isInstalled = !error;
     QMetaObject::invokeMethod(
-        this, [this, job, isInstalled] { finish(job, isInstalled); }, Qt::QueuedConnection);
+        this, [this, job] { finish(job); }, Qt::QueuedConnection);
     done(error);
   });
   Q_EMIT busyChanged();
 }
 
-void DownloadStore::finish(Job* job, bool isInstalled) {
-  const QString id = job->id;
+void DownloadStore::finish(const Job* job) {
   std::erase_if(jobs_, [job](const auto& owned) { return owned.get() == job; });
   Q_EMIT busyChanged();
-  if (isInstalled) Q_EMIT installed(id);
 }
 
 void DownloadStore::findPlaced(ModelCatalogue catalogue) {
-  finder_ = std::jthread([this, catalogue = std::move(catalogue),
-                          installer = installer_](const std::stop_token& stop) {
-    for (const Model& model : catalogue.models()) {
-      if (stop.stop_requested()) return;
-      try {
-        if (!installer.isPlaced(model) || !installer.installPlaced(model, stop)) continue;
-      } catch (const Failure&) {
-        // What cannot be taken now is looked at again at the next start.
-        continue;
-      }
-      QMetaObject::invokeMethod(
-          this, [this, id = model.id] { Q_EMIT installed(id); }, Qt::QueuedConnection);
-    }
-  });
+  finder_ = std::jthread(
+      [catalogue = std::move(catalogue), installer = installer_](const std::stop_token& stop) {
+        for (const Model& model : catalogue.models()) {
+          if (stop.stop_requested()) return;
+          try {
+            if (installer.isPlaced(model)) installer.installPlaced(model, stop);
+          } catch (const Failure&) {
+            // What cannot be taken now is looked at again at the next start.
+          }
+        }
+      });
 }
 
 QString DownloadStore::failurePath(const QString& id) const {

@@ -38,7 +38,7 @@ class DownloadStore final : public ModelStore {
   using Done = std::function<void(std::exception_ptr)>;
 
   void start(const Model& model, const std::stop_token& stop, Done done);
-  void finish(Job* job, bool isInstalled);
+  void finish(const Job* job);
   void findPlaced(ModelCatalogue catalogue);
   bool failedToday(const QString& id) const;
   void rememberFailure(const QString& id) const;
