@@ -26,6 +26,7 @@ class FakeDesktopPlatform final : public DesktopPlatform {
   }
   void watchScreenCasts(bool watch) override { isWatching = watch; }
   bool isScreenCastRunning() const override { return isWatching && isCasting; }
+  bool prefersHighContrast() const override { return isHighContrast; }
 
   void setCapabilities(const DesktopCapabilities& now) {
     can = now;
@@ -34,6 +35,10 @@ class FakeDesktopPlatform final : public DesktopPlatform {
   void setCasting(bool casting) {
     isCasting = casting;
     Q_EMIT screenCastChanged();
+  }
+  void setHighContrast(bool high) {
+    isHighContrast = high;
+    Q_EMIT contrastChanged();
   }
 
   DesktopCapabilities can;
@@ -44,6 +49,7 @@ class FakeDesktopPlatform final : public DesktopPlatform {
   bool isPointerOverWindow = false;
   bool isWatching = false;
   bool isCasting = false;
+  bool isHighContrast = false;
 };
 
 }  // namespace velun::test

@@ -10,7 +10,8 @@ class QWindow;
 
 namespace velun {
 
-/// What the caption panel asks of the desktop beyond an ordinary window. Nothing here fails: what
+/// What the program's windows, the caption panel above all, ask of the desktop beyond what every
+/// window does. Nothing here fails: what
 /// the desktop cannot do is left out, and `capabilities` says so. Main thread.
 class DesktopPlatform : public QObject {
   Q_OBJECT
@@ -46,9 +47,13 @@ class DesktopPlatform : public QObject {
   /// Whether a screen cast runs, as far as it is watched for.
   virtual bool isScreenCastRunning() const = 0;
 
+  /// Whether the user asks the desktop for higher contrast.
+  virtual bool prefersHighContrast() const = 0;
+
  Q_SIGNALS:
   void capabilitiesChanged();
   void screenCastChanged();
+  void contrastChanged();
 };
 
 }  // namespace velun

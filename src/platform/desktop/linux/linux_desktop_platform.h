@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/desktop/desktop_platform.h"
+#include "platform/desktop/linux/contrast_preference.h"
 #include "platform/desktop/linux/screen_cast_watch.h"
 
 #include <memory>
@@ -13,7 +14,8 @@ class X11BottomAnchor;
 class X11SelectionWatch;
 class X11WindowManager;
 
-/// The desktop as X11 or XWayland shows it; on any other display only what concerns screen casts.
+/// The desktop as X11 or XWayland shows it; on any other display only what it tells elsewhere: of
+/// screen casts and of the contrast that is asked for.
 class LinuxDesktopPlatform final : public DesktopPlatform {
   Q_OBJECT
 
@@ -30,6 +32,7 @@ class LinuxDesktopPlatform final : public DesktopPlatform {
   void setExcludedFromCapture(QWindow& window, bool excluded) override;
   void watchScreenCasts(bool watch) override;
   bool isScreenCastRunning() const override { return casts_.isCastRunning(); }
+  bool prefersHighContrast() const override { return contrast_.isHigh(); }
 
  private:
   void look();
@@ -40,6 +43,7 @@ class LinuxDesktopPlatform final : public DesktopPlatform {
   std::unique_ptr<X11SelectionWatch> compositorWatch_;
   std::unique_ptr<CompositorExclusion> exclusion_;
   ScreenCastWatch casts_;
+  ContrastPreference contrast_;
   bool canWatchCasts_ = false;
 };
 

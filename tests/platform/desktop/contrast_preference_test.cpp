@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/desktop/linux/contrast_preference.h"
+
+#include "support/private_bus.h"
+#include "support/suite.h"
+
+#include <QDBusMetaType>
+#include <QSignalSpy>
+
+using namespace velun;
+
+using SettingGroups = QMap<QString, QVariantMap>;
+Q_DECLARE_METATYPE(SettingGroups)
+
+namespace {
+
+constexpr auto kPath = "/org/freedesktop/portal/desktop";
+
+/// The part of the desktop that tells programs of its settings.
+class FakePortal final : public QObject {
+  Q_OBJECT
+  Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
+
+ public:
+  explicit FakePortal(const QDBusConnection& bus) : bus_(bus) {
+    if (!bus_.registerObject(kPath, this,
+                             QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals) ||
+        !bus_.registerService("org.freedesktop.portal.Desktop")) {
+      throw std::runtime_error("there is a portal already");
+    }
+  }
+  ~FakePortal() override {
+    bus_.unregisterService("org.freedesktop.portal.Desktop");
+    bus_.unregisterObject(kPath);
+  }
+
+  SettingGroups settings;
+  int reads = 0;
+
+  void change(const QString& group, const QString& key, const QVariant& value) {
+    settings[group][key] = value;
+    Q_EMIT SettingChanged(group, key, QDBusVariant(value));
+  }
+
+ public Q_SLOTS:
+  SettingGroups ReadAll(const QStringList& groups) {
+    ++reads;
+    SettingGroups read;
+    for (const QString& group : groups) {
+      if (settings.contains(group)) read[group] = settings[group];
+    }
+    return read;
+  }
+
+ Q_SIGNALS:
+  void SettingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+
+ private:
+  QDBusConnection bus_;
+};
+
+const QString kAppearance = "org.freedesktop.appearance";
+
+}  // namespace
+
+class ContrastPreferenceTest final : public test::Suite {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void initTestCase() {
+    qDBusRegisterMetaType<SettingGroups>();
+    bus_ = std::make_unique<test::PrivateBus>();
+  }
+
+  void whatIsAskedForWhenTheProgramStarts_data() {
+    QTest::addColumn<QString>("group");
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<bool>("isHigh");
+    const QString gnome = "org.gnome.desktop.interface";
+    QTest::newRow("higher") << kAppearance << "contrast" << QVariant(1U) << true;
+    QTest::newRow("no preference") << kAppearance << "contrast" << QVariant(0U) << false;
+    QTest::newRow("unknown") << kAppearance << "contrast" << QVariant(2U) << false;
+    QTest::newRow("dark") << kAppearance << "color-scheme" << QVariant(1U) << false;
+    QTest::newRow("GNOME's own") << "org.gnome.desktop.a11y.interface"
+                                 << "high-contrast" << QVariant(true) << true;
+    QTest::newRow("theme") << gnome << "gtk-theme" << QVariant("HighContrast") << true;
+    QTest::newRow("dark theme") << gnome << "gtk-theme" << QVariant("HighContrastInverse") << true;
+    QTest::newRow("other theme") << gnome << "gtk-theme" << QVariant("Adwaita") << false;
+  }
+  void whatIsAskedForWhenTheProgramStarts() {
+    QFETCH(QString, group);
+    QFETCH(QString, key);
+    QFETCH(QVariant, value);
+    QFETCH(bool, isHigh);
+    FakePortal portal(bus_->connect());
+    portal.settings[group][key] = value;
+    ContrastPreference preference(bus_->connect());
+    QVERIFY(!preference.isHigh());
+    const QSignalSpy changes(&preference, &ContrastPreference::isHighChanged);
+    if (isHigh) {
+      QTRY_VERIFY(preference.isHigh());
+      return;
+    }
+    // What is changed after the answer is heard of after it.
+    QTRY_COMPARE(portal.reads, 1);
+    portal.change("org.gnome.desktop.a11y.interface", "high-contrast", true);
+    QTRY_VERIFY(preference.isHigh());
+    QCOMPARE(changes.count(), 1);
+    portal.change("org.gnome.desktop.a11y.interface", "high-contrast", false);
+    QTRY_VERIFY(!preference.isHigh());
+  }
+
+  void changesAreHeardOfAtOnce() {
+    FakePortal portal(bus_->connect());
+    ContrastPreference preference(bus_->connect());
+    const QSignalSpy changes(&preference, &ContrastPreference::isHighChanged);
+    QTRY_COMPARE(portal.reads, 1);
+    portal.change(kAppearance, "contrast", 1U);
+    QTRY_VERIFY(preference.isHigh());
+    QCOMPARE(changes.count(), 1);
+    portal.change("org.gnome.desktop.interface", "gtk-theme", "HighContrast");
+    portal.change(kAppearance, "contrast", 0U);
+    portal.change("org.gnome.desktop.interface", "gtk-theme", "Adwaita");
+    QTRY_VERIFY(!preference.isHigh());
+    QCOMPARE(changes.count(), 2);
+  }
+
+  void aPortalThatComesLaterIsAsked() {
+    ContrastPreference preference(bus_->connect());
+    FakePortal portal(bus_->connect());
+    portal.settings[kAppearance]["contrast"] = 1U;
+    QTRY_VERIFY(preference.isHigh());
+  }
+
+ private:
+  std::unique_ptr<test::PrivateBus> bus_;
+};
+
+QTEST_GUILESS_MAIN(ContrastPreferenceTest)
+#include "contrast_preference_test.moc"
