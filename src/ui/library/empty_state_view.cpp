@@ -3,6 +3,7 @@
 
 #include "ui/common/symbol.h"
 
+#include <QEvent>
 #include <QLabel>
 #include <QVBoxLayout>
 
@@ -28,12 +29,21 @@ EmptyStateView::EmptyStateView(QWidget* parent)
 }
 
 void EmptyStateView::show(const QString& symbol, const QString& text) {
-  symbol_->setVisible(!symbol.isEmpty());
-  if (!symbol.isEmpty()) {
-    const QColor color = palette().color(QPalette::Disabled, QPalette::WindowText);
-    symbol_->setPixmap(symbolPixmap(symbol, kSymbolSize, color, devicePixelRatioF()));
-  }
+  shownSymbol_ = symbol;
   text_->setText(text);
+  drawSymbol();
+}
+
+void EmptyStateView::drawSymbol() {
+  symbol_->setVisible(!shownSymbol_.isEmpty());
+  if (shownSymbol_.isEmpty()) return;
+  const QColor color = palette().color(QPalette::Disabled, QPalette::WindowText);
+  symbol_->setPixmap(symbolPixmap(shownSymbol_, kSymbolSize, color, devicePixelRatioF()));
+}
+
+void EmptyStateView::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) drawSymbol();
 }
 
 QString EmptyStateView::text() const {

@@ -18,7 +18,13 @@ class EmptyStateView final : public QWidget {
   void show(const QString& symbol, const QString& text);
   QString text() const;
 
+ protected:
+  void changeEvent(QEvent* event) override;
+
  private:
+  void drawSymbol();
+
+  QString shownSymbol_;
   QLabel* symbol_;
   QLabel* text_;
 };
