@@ -11,7 +11,9 @@ namespace {
 constexpr double kSmallSystemFontSize = 11.0;
 constexpr double kLineSpacing = 0.15;
 constexpr double kParagraphSpacing = 0.35;
-constexpr float kSecondaryOpacity = 0.65F;
+// On the panel, and on the lighter surfaces of other windows.
+constexpr float kCaptionSecondary = 0.65F;
+constexpr float kLabelSecondary = 0.72F;
 // A typographic point is 1/72 inch; a point of the interface is 1/96.
 constexpr double kTypographicPoints = 72.0 / 96.0;
 
@@ -34,7 +36,7 @@ TranscriptFormats::TranscriptFormats(const TranscriptInputs& inputs, const QPale
   const QColor primary = inputs.captionStyle ? CaptionAppearance::text
                                              : palette.color(QPalette::Active, QPalette::Text);
   QColor secondary = primary;
-  secondary.setAlphaF(kSecondaryOpacity);
+  secondary.setAlphaF(inputs.captionStyle ? kCaptionSecondary : kLabelSecondary);
   const bool dimmed = inputs.content == TranscriptContent::both;
   const QTextCharFormat body = format(inputs.fontSize, primary);
   chars_ = {body, format(kSmallSystemFontSize, secondary),

@@ -18,15 +18,17 @@ namespace velun {
 namespace {
 
 constexpr char kCaptionStyle[] = R"(
-QLineEdit { background: rgba(255,255,255,26); color: white; border: 1px solid rgba(255,255,255,31);
+QLineEdit { background: rgba(255,255,255,26); border: 1px solid rgba(255,255,255,140);
             border-radius: 7px; padding: 4px 8px; selection-background-color: #3d6ea8; }
-QLineEdit:focus { border-color: #5ea8ff; }
+QLineEdit:focus { border: 2px solid #5ea8ff; padding: 3px 7px; }
 QLabel { color: rgba(255,255,255,166); }
 QToolButton { background: transparent; border: none; border-radius: 7px; }
 QToolButton:hover { background: rgba(255,255,255,26); }
 QToolButton:pressed { background: rgba(255,255,255,46); }
 QToolButton:focus { border: 2px solid #5ea8ff; }
 )";
+
+constexpr QColor kCaptionHint(255, 255, 255, 166);
 
 }  // namespace
 
@@ -45,7 +47,14 @@ FindBar::FindBar(QTextEdit& text, bool captionStyle, QWidget* parent)
   previous_ = makeButton(QStringLiteral("chevron.up"));
   next_ = makeButton(QStringLiteral("chevron.down"));
   done_ = makeButton(QStringLiteral("xmark"));
-  if (captionStyle) setStyleSheet(QString::fromLatin1(kCaptionStyle));
+  if (captionStyle) {
+    setStyleSheet(QString::fromLatin1(kCaptionStyle));
+    // Not in the style sheet, which would halve the colour for the hint.
+    QPalette colors = field_->palette();
+    colors.setColor(QPalette::Text, Qt::white);
+    colors.setColor(QPalette::PlaceholderText, kCaptionHint);
+    field_->setPalette(colors);
+  }
   connect(field_, &QLineEdit::textEdited, this, [this] {
     QTextCursor cursor = text_.textCursor();
     cursor.setPosition(cursor.selectionStart());

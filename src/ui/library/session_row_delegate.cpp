@@ -67,7 +67,8 @@ void SessionRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
   drawElided(painter, line, option.font, color, title);
   line.translate(0, titleHeight + 2);
   line.setHeight(QFontMetrics(small).height());
-  drawElided(painter, line, small, dimmed(color),
+  // The desktop's own colours of what is selected have little contrast to spare.
+  drawElided(painter, line, small, isSelected ? color : dimmed(color),
              index.data(SessionListModel::summaryRole).toString());
   painter->restore();
 }
