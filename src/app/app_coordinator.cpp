@@ -6,6 +6,7 @@
 #include "app/session_library.h"
 #include "captions/discard_confirmation.h"
 #include "platform/desktop/application_service.h"
+#include "platform/desktop/desktop_platform.h"
 #include "platform/desktop/file_manager.h"
 #include "platform/desktop/tray_host.h"
 #include "platform/foundation/failure.h"
@@ -310,6 +311,7 @@ void AppCoordinator::endNow() {
 
 void AppCoordinator::observe() {
   observeLanguage();
+  observeContrast();
   observeApplication();
   connect(&services_.trayHost, &TrayHost::missing, this, &AppCoordinator::explainMissingStatusItem);
   connect(captionWindow_.get(), &CaptionWindowController::visibilityChanged, menuBar_.get(),
@@ -326,6 +328,14 @@ void AppCoordinator::observeLanguage() {
     // The lists are sorted by names in the interface language.
     startTask(this, [this] { return model_.loadLanguages(); });
   });
+}
+
+void AppCoordinator::observeContrast() {
+  const auto apply = [this] {
+    contrast_.setHigh(services_.desktop.prefersHighContrast());
+  };
+  connect(&services_.desktop, &DesktopPlatform::contrastChanged, this, apply);
+  apply();
 }
 
 void AppCoordinator::observeApplication() {

@@ -4,6 +4,7 @@
 #include "app/app_services.h"
 #include "captions/caption_view_model.h"
 #include "ui/caption/caption_actions.h"
+#include "ui/common/window_contrast.h"
 #include "ui/menubar/app_command.h"
 
 #include <functional>
@@ -87,6 +88,7 @@ class AppCoordinator final : public QObject {
   void beginTermination(bool wasRunning);
   void observe();
   void observeLanguage();
+  void observeContrast();
   void observeApplication();
   void publishActions();
   void explainMissingStatusItem();
@@ -94,6 +96,7 @@ class AppCoordinator final : public QObject {
 
   CaptionViewModel& model_;
   AppServices services_;
+  WindowContrast contrast_;
   std::unique_ptr<CaptionWindowController> captionWindow_;
   std::unique_ptr<MenuBarController> menuBar_;
   std::unique_ptr<SessionLibrary> sessions_;

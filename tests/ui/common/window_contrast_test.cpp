@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/common/window_contrast.h"
+
+#include "support/suite.h"
+#include "ui/common/contrast_ratio.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStyleFactory>
+
+using namespace velun;
+
+class WindowContrastTest final : public test::Suite {
+  Q_OBJECT
+
+ private:
+  static QPalette desktops(bool dark) {
+    return dark ? QPalette(QColor(45, 45, 48), QColor(37, 37, 40))
+                : QPalette(QColor(239, 239, 239));
+  }
+
+  /// The strongest contrast that the outermost points of a side's middle have to the window.
+  static double outlineOf(QWidget& control) {
+    const QImage image = control.grab().toImage();
+    const QColor window = control.palette().color(QPalette::Window);
+    double strongest = 1;
+    for (int x = 0; x < 3; ++x) {
+      strongest =
+          std::max(strongest, contrastRatio(image.pixelColor(x, image.height() / 2), window));
+    }
+    return strongest;
+  }
+
+ private Q_SLOTS:
+  void initTestCase() { QApplication::setStyle(QStyleFactory::create("Fusion")); }
+  void cleanup() { QApplication::setPalette(QPalette()); }
+
+  void ratiosAreThoseOfTheGuidelines() {
+    QCOMPARE(contrastRatio(Qt::black, Qt::white), 21.0);
+    QCOMPARE(contrastRatio(Qt::white, Qt::white), 1.0);
+    QVERIFY(std::abs(contrastRatio(QColor("#767676"), Qt::white) - 4.54) < 0.01);
+    QVERIFY(std::abs(contrastRatio(QColor(0, 0, 0, 128), Qt::white) - 3.98) < 0.05);
+  }
+
+  void everyTextHasSevenToOne_data() {
+    QTest::addColumn<bool>("dark");
+    QTest::newRow("light") << false;
+    QTest::newRow("dark") << true;
+  }
+  void everyTextHasSevenToOne() {
+    QFETCH(bool, dark);
+    const QPalette palette = highContrastPalette(desktops(dark));
+    QCOMPARE(palette.color(QPalette::Window).lightness() < 128, dark);
+    const std::pair<QPalette::ColorRole, QPalette::ColorRole> pairs[] = {
+        {QPalette::WindowText, QPalette::Window},
+        {QPalette::Text, QPalette::Base},
+        {QPalette::ButtonText, QPalette::Button},
+        {QPalette::HighlightedText, QPalette::Highlight},
+        {QPalette::ToolTipText, QPalette::ToolTipBase},
+        {QPalette::Link, QPalette::Window},
+        {QPalette::PlaceholderText, QPalette::Base}};
+    for (const auto& [text, surface] : pairs) {
+      for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+        const double ratio =
+            contrastRatio(palette.color(group, text), palette.color(group, surface));
+        QVERIFY2(ratio >= 7, qPrintable(QStringLiteral("%1: %2").arg(text).arg(ratio)));
+      }
+    }
+    QColor dimmed = palette.color(QPalette::Text);
+    dimmed.setAlphaF(0.7F);
+    QVERIFY(contrastRatio(dimmed, palette.color(QPalette::Base)) >= 7);
+    QVERIFY(contrastRatio(palette.color(QPalette::Highlight), palette.color(QPalette::Base)) >= 3);
+  }
+
+  void controlsGetOutlinesAndTheirOldLookBack_data() { everyTextHasSevenToOne_data(); }
+  void controlsGetOutlinesAndTheirOldLookBack() {
+    QFETCH(bool, dark);
+    if (dark) QApplication::setPalette(desktops(true));
+    QPushButton button("Export");
+    QComboBox chooser;
+    QLineEdit field;
+    QCheckBox box;
+    const std::vector<QWidget*> controls = {&button, &chooser, &field, &box};
+    std::vector<QImage> before;
+    for (QWidget* control : controls) {
+      control->resize(control->sizeHint());
+      before.push_back(control->grab().toImage());
+      QVERIFY(outlineOf(*control) < 3);
+    }
+    WindowContrast contrast;
+    contrast.setHigh(true);
+    for (QWidget* control : controls) {
+      QVERIFY2(outlineOf(*control) >= 7, control->metaObject()->className());
+    }
+    contrast.setHigh(false);
+    QCOMPARE(QApplication::style()->name(), QString("fusion"));
+    if (dark) QApplication::setPalette(desktops(true));
+    for (std::size_t i = 0; i < controls.size(); ++i) {
+      QCOMPARE(controls[i]->grab().toImage(), before[i]);
+    }
+  }
+};
+
+QTEST_MAIN(WindowContrastTest)
+#include "window_contrast_test.moc"
