@@ -26,11 +26,6 @@ struct CaptionAppearance {
   /// White at 0.85.
   static constexpr QColor symbol{255, 255, 255, 217};
   static constexpr QColor accent{94, 168, 255};
-  /// Of what stands over the text, and the same under the pointer.
-  static constexpr QColor raised{44, 44, 50, 240};
-  static constexpr QColor raisedHover{66, 66, 74, 245};
-  /// White at 0.08.
-  static constexpr QColor edge{255, 255, 255, 20};
 };
 
 }  // namespace velun

@@ -19,12 +19,6 @@
 
 namespace velun {
 
-namespace {
-
-constexpr QColor kHairline{255, 255, 255, 15};  // 0.06
-
-}  // namespace
-
 CaptionHeaderView::CaptionHeaderView(CaptionViewModel& model, CaptionActions actions,
                                      QWidget* parent)
     : QWidget(parent),
@@ -103,6 +97,15 @@ void CaptionHeaderView::setRoundedMenus(bool rounded) {
   }
 }
 
+void CaptionHeaderView::setColors(const CaptionColors& colors) {
+  colors_ = colors;
+  for (HeaderButton* button : findChildren<HeaderButton*>()) button->setEdge(colors.buttonEdge);
+  for (CaptionMenu* menu : {inputSourceMenu_, translationMenu_, sessionMenu_}) {
+    menu->setColors(colors);
+  }
+  update();
+}
+
 void CaptionHeaderView::fillSessionMenu() {
   sessionMenu_->clear();
   const bool hasLines = !model_.lines().empty();
@@ -142,7 +145,7 @@ void CaptionHeaderView::present() {
 
 void CaptionHeaderView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  painter.fillRect(QRect(0, height() - 1, width(), 1), kHairline);
+  painter.fillRect(QRect(0, height() - 1, width(), 1), colors_.hairline);
 }
 
 void CaptionHeaderView::mousePressEvent(QMouseEvent* event) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ui/caption/caption_actions.h"
+#include "ui/caption/caption_colors.h"
 
 #include <QWidget>
 
@@ -23,6 +24,7 @@ class CaptionHeaderView final : public QWidget {
 
   /// Whether menus can have rounded corners.
   void setRoundedMenus(bool rounded);
+  void setColors(const CaptionColors& colors);
 
   HeaderButton& inputSource() const { return *inputSource_; }
   LevelMeter& levelMeter() const { return *levelMeter_; }
@@ -55,6 +57,7 @@ class CaptionHeaderView final : public QWidget {
 
   CaptionViewModel& model_;
   CaptionActions actions_;
+  CaptionColors colors_;
   HeaderButton* inputSource_;
   LevelMeter* levelMeter_;
   SessionSaveButton* saveButton_;

@@ -10,19 +10,29 @@ namespace velun {
 namespace {
 
 constexpr char kStyle[] = R"(
-QMenu { background: #26262a; color: rgba(255,255,255,235); border: 1px solid rgba(255,255,255,28);
-        border-radius: %1px; padding: 5px; }
-QMenu::item { padding: 6px 26px 6px %2px; border-radius: 5px; margin: 0; }
-QMenu::item:selected { background: #3d6ea8; }
+QMenu { background: %3; color: rgba(255,255,255,235); border: 1px solid %4; border-radius: %1px;
+        padding: 5px; }
+QMenu::item { padding: 5px 25px 5px %2px; border: 1px solid transparent; border-radius: 5px;
+              margin: 0; }
+QMenu::item:selected { background: %5; border-color: %6; }
 QMenu::item:disabled { color: rgba(255,255,255,89); }
-QMenu::separator { height: 1px; background: rgba(255,255,255,26); margin: 5px 8px; }
+QMenu::separator { height: 1px; background: %4; margin: 5px 8px; }
 QMenu::indicator { width: 14px; height: 14px; left: 7px; }
 QMenu::indicator:checked { image: url(:/symbols/white/checkmark.svg); }
 QMenu::icon { left: 28px; }
 )";
 constexpr int kCorner = 9;
+constexpr int kItemEdge = 1;
 constexpr int kMarkLeft = 12;
 constexpr int kMarkSize = 14;
+
+QString styleColor(const QColor& color) {
+  return QStringLiteral("rgba(%1,%2,%3,%4)")
+      .arg(color.red())
+      .arg(color.green())
+      .arg(color.blue())
+      .arg(color.alpha());
+}
 
 }  // namespace
 
@@ -44,9 +54,18 @@ void CaptionMenu::setMargin(Margin margin) {
   applyStyle();
 }
 
+void CaptionMenu::setColors(const CaptionColors& colors) {
+  colors_ = colors;
+  applyStyle();
+}
+
 void CaptionMenu::applyStyle() {
-  setStyleSheet(
-      QString::fromLatin1(kStyle).arg(rounded_ ? kCorner : 0).arg(static_cast<int>(margin_)));
+  const int left = static_cast<int>(margin_) - kItemEdge;
+  setStyleSheet(QString::fromLatin1(kStyle)
+                    .arg(rounded_ ? kCorner : 0)
+                    .arg(left)
+                    .arg(styleColor(colors_.menu), styleColor(colors_.menuEdge),
+                         styleColor(colors_.menuSelection), styleColor(colors_.menuSelectionEdge)));
 }
 
 void CaptionMenu::paintEvent(QPaintEvent* event) {
@@ -65,6 +84,8 @@ void CaptionMenu::paintEvent(QPaintEvent* event) {
 CaptionMenu* CaptionMenu::addCaptionMenu(const QString& menuTitle) {
   auto* menu = new CaptionMenu(this);
   menu->setTitle(menuTitle);
+  menu->setRounded(rounded_);
+  menu->setColors(colors_);
   addMenu(menu);
   return menu;
 }

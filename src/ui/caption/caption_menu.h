@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "ui/caption/caption_colors.h"
+
 #include <QMenu>
 
 namespace velun {
@@ -20,6 +22,8 @@ class CaptionMenu final : public QMenu {
   /// Rounded corners need a compositor.
   void setRounded(bool rounded);
 
+  void setColors(const CaptionColors& colors);
+
   /// A submenu in the same look.
   CaptionMenu* addCaptionMenu(const QString& menuTitle);
 
@@ -29,6 +33,7 @@ class CaptionMenu final : public QMenu {
  private:
   void applyStyle();
 
+  CaptionColors colors_;
   bool rounded_ = true;
   Margin margin_ = Margin::checks;
 };

@@ -3,7 +3,6 @@
 
 #include "captions/caption_view_model.h"
 #include "settings/localization.h"
-#include "ui/caption/caption_appearance.h"
 #include "ui/caption/caption_overlay_icon.h"
 #include "ui/caption/copy_transcript_button.h"
 
@@ -43,11 +42,16 @@ void CaptionOverlays::present() {
   copyButton_->setEnabled(!model_.lines().empty() || !model_.volatileText().isEmpty());
 }
 
+void CaptionOverlays::setColors(const CaptionColors& colors) {
+  colors_ = colors;
+  update();
+}
+
 void CaptionOverlays::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(CaptionAppearance::edge);
-  painter.setBrush(CaptionAppearance::raised);
+  painter.setPen(colors_.edge);
+  painter.setBrush(colors_.raised);
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 9, 9);
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "ui/caption/caption_colors.h"
+
 #include <QWidget>
 
 namespace velun {
@@ -19,6 +21,8 @@ class CaptionOverlays final : public QWidget {
   /// `model` and `clock` must outlive the view.
   CaptionOverlays(CaptionViewModel& model, Clock& clock, QWidget* parent);
 
+  void setColors(const CaptionColors& colors);
+
   CopyTranscriptButton& copyButton() const { return *copyButton_; }
   CaptionOverlayIcon& keptOnTop() const { return *keptOnTop_; }
   CaptionOverlayIcon& hiddenFromSharing() const { return *hiddenFromSharing_; }
@@ -30,6 +34,7 @@ class CaptionOverlays final : public QWidget {
   void present();
 
   CaptionViewModel& model_;
+  CaptionColors colors_;
   CaptionOverlayIcon* keptOnTop_;
   CaptionOverlayIcon* hiddenFromSharing_;
   CopyTranscriptButton* copyButton_;

@@ -15,10 +15,9 @@ namespace velun {
 
 namespace {
 
-// Near black: over blur, over what is sharp, and where nothing shows through.
-constexpr QColor kOverBlur(18, 18, 21, 199);
-constexpr QColor kOverSharp(18, 18, 21, 230);
-constexpr QColor kOpaque(18, 18, 21);
+// How much of the panel hides what is behind it.
+constexpr float kOverBlur = 0.78F;
+constexpr float kOverSharp = 0.90F;
 
 QRegion roundedRegion(const QRect& rect) {
   QPainterPath path;
@@ -78,6 +77,12 @@ void CaptionPanel::setContentHeight(int height) {
   arrange();
 }
 
+void CaptionPanel::setColors(const CaptionColors& colors, bool opaque) {
+  colors_ = colors;
+  opaque_ = opaque;
+  update();
+}
+
 void CaptionPanel::arrange() {
   if (content_) content_->setGeometry(0, height() - contentHeight_, width(), contentHeight_);
   for (PanelEdge* edge : edges_) {
@@ -112,8 +117,9 @@ void CaptionPanel::updateRegions() {
 
 QColor CaptionPanel::fill() const {
   const DesktopCapabilities& can = desktop_.capabilities();
-  if (!can.compositing) return kOpaque;
-  return can.blursBehind ? kOverBlur : kOverSharp;
+  QColor fill = colors_.panel;
+  if (can.compositing && !opaque_) fill.setAlphaF(can.blursBehind ? kOverBlur : kOverSharp);
+  return fill;
 }
 
 void CaptionPanel::beginMove(const QPoint& globalPosition) {
@@ -144,7 +150,7 @@ void CaptionPanel::paintEvent(QPaintEvent*) {
   painter.setPen(Qt::NoPen);
   painter.setBrush(fill());
   painter.drawRoundedRect(QRectF(rect()), corner, corner);
-  painter.setPen(CaptionAppearance::edge);
+  painter.setPen(colors_.edge);
   painter.setBrush(Qt::NoBrush);
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), corner - 0.5,
                           corner - 0.5);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "ui/caption/caption_colors.h"
 #include "ui/caption/panel_drag.h"
 
 #include <array>
@@ -26,6 +27,9 @@ class CaptionPanel final : public QWidget {
   /// The content's height in points.
   void setContentHeight(int height);
   int contentHeight() const { return contentHeight_; }
+
+  /// `opaque`: nothing behind the panel shows through, whatever the desktop could do.
+  void setColors(const CaptionColors& colors, bool opaque);
 
   /// Shows the panel in front of the other windows, without taking the keyboard.
   void orderFront(bool keepOnTop);
@@ -61,6 +65,8 @@ class CaptionPanel final : public QWidget {
   DesktopPlatform& desktop_;
   QWidget* content_ = nullptr;
   int contentHeight_ = 0;
+  CaptionColors colors_;
+  bool opaque_ = false;
   std::array<PanelEdge*, 8> edges_{};
   PanelDrag drag_;
 };

@@ -143,6 +143,12 @@ void CaptionView::setHeaderInSight(bool inSight) {
   header_->setVisible(inSight);
 }
 
+void CaptionView::setColors(const CaptionColors& colors) {
+  header_->setColors(colors);
+  overlays_->setColors(colors);
+  jumpButton_->setColors(colors);
+}
+
 void CaptionView::arrange() {
   const int top = CaptionAppearance::headerHeight;
   const int status = statusLine_->neededHeight(width());

@@ -9,6 +9,7 @@
 
 namespace velun {
 
+struct CaptionColors;
 class CaptionHeaderView;
 class CaptionOverlays;
 class CaptionStatusLine;
@@ -38,6 +39,8 @@ class CaptionView final : public QWidget {
   /// Whether the header can be seen at the moment; out of sight it does nothing and cannot be
   /// reached by keyboard.
   void setHeaderInSight(bool inSight);
+
+  void setColors(const CaptionColors& colors);
 
   CaptionHeaderView& header() const { return *header_; }
   TranscriptView& transcript() const { return *transcript_; }

@@ -41,6 +41,7 @@ CaptionWindowController::CaptionWindowController(CaptionViewModel& model, Captio
   motion_.setEasingCurve(QEasingCurve::InOutCubic);
   connectToPanel();
   connectToSettings();
+  applyContrast();
   present();
 }
 
@@ -77,6 +78,8 @@ void CaptionWindowController::connectToSettings() {
           &CaptionWindowController::applyPreferences);
   connect(&services_.desktop, &DesktopPlatform::screenCastChanged, this,
           &CaptionWindowController::applyVisibility);
+  connect(&services_.desktop, &DesktopPlatform::contrastChanged, this,
+          &CaptionWindowController::applyContrast);
   connect(&Localization::shared(), &Localization::languageChanged, this,
           &CaptionWindowController::present);
 }
@@ -106,6 +109,13 @@ void CaptionWindowController::applyPreferences() {
   }
   view_->header().setRoundedMenus(can.compositing);
   applyVisibility();
+}
+
+void CaptionWindowController::applyContrast() {
+  const bool high = services_.desktop.prefersHighContrast();
+  const CaptionColors colors = high ? CaptionColors::highContrast() : CaptionColors();
+  panel_->setColors(colors, high);
+  view_->setColors(colors);
 }
 
 void CaptionWindowController::applyVisibility() {

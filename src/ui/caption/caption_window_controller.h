@@ -68,6 +68,7 @@ class CaptionWindowController final : public QObject {
   void connectToSettings();
   void present();
   void applyPreferences();
+  void applyContrast();
   void applyVisibility();
   void orderFront();
   void moveTo(const QRect& frame, int milliseconds);

@@ -56,6 +56,11 @@ void HeaderButton::setCaption(const QString& caption) {
   update();
 }
 
+void HeaderButton::setEdge(const QColor& color) {
+  edge_ = color;
+  update();
+}
+
 QSize HeaderButton::sizeHint() const {
   int width = kSide;
   if (!caption_.isEmpty()) width += kGap + fontMetrics().horizontalAdvance(caption_) + 2;
@@ -86,11 +91,12 @@ void HeaderButton::paintEvent(QPaintEvent*) {
     painter.setBrush(white(opacity));
     painter.drawRoundedRect(QRectF(rect()), corner, corner);
   }
-  if (hasFocus()) {
-    painter.setPen(QPen(CaptionAppearance::accent, kRing));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), corner - 1, corner - 1);
-  }
+  const QPen line = hasFocus() ? QPen(CaptionAppearance::accent, kRing) : QPen(edge_);
+  const double inset = line.widthF() / 2;
+  painter.setPen(line);
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), corner - inset,
+                          corner - inset);
 
   const qreal ratio = devicePixelRatioF();
   painter.drawPixmap(symbolRect().topLeft(),

@@ -24,6 +24,9 @@ class HeaderButton : public QToolButton {
   /// A text to the right of the symbol; empty for none.
   void setCaption(const QString& caption);
 
+  /// The colour of a line around the button.
+  void setEdge(const QColor& color);
+
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 
@@ -36,6 +39,7 @@ class HeaderButton : public QToolButton {
   Shape shape_;
   QString symbol_;
   QString caption_;
+  QColor edge_{Qt::transparent};
 };
 
 }  // namespace velun

@@ -45,13 +45,18 @@ void JumpButton::setWanted(bool wanted) {
   if (opacity_.state() != QAbstractAnimation::Running) opacity_.start();
 }
 
+void JumpButton::setColors(const CaptionColors& colors) {
+  colors_ = colors;
+  update();
+}
+
 void JumpButton::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setOpacity(opacity_.currentValue().toDouble());
   const QRectF disc = QRectF(rect()).adjusted(1, 1, -1, -1);
-  painter.setPen(hasFocus() ? QPen(CaptionAppearance::accent, 2) : QPen(CaptionAppearance::edge));
-  painter.setBrush(underMouse() ? CaptionAppearance::raisedHover : CaptionAppearance::raised);
+  painter.setPen(hasFocus() ? QPen(CaptionAppearance::accent, 2) : QPen(colors_.edge));
+  painter.setBrush(underMouse() ? colors_.raisedHover : colors_.raised);
   painter.drawEllipse(disc);
   const int inset = (side - kSymbolSize) / 2;
   painter.drawPixmap(inset, inset,

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "ui/caption/caption_colors.h"
+
 #include <QAbstractButton>
 #include <QVariantAnimation>
 
@@ -19,12 +21,15 @@ class JumpButton final : public QAbstractButton {
   void setWanted(bool wanted);
   bool isWanted() const { return wanted_; }
 
+  void setColors(const CaptionColors& colors);
+
  protected:
   void paintEvent(QPaintEvent* event) override;
 
  private:
   void present();
 
+  CaptionColors colors_;
   bool wanted_ = false;
   QVariantAnimation opacity_;
 };

@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/caption/caption_colors.h"
+
+#include "support/suite.h"
+#include "ui/caption/caption_header_view.h"
+#include "ui/caption/caption_menu.h"
+#include "ui/caption/header_button.h"
+#include "ui/caption/panel_stage.h"
+#include "ui/common/contrast_ratio.h"
+
+using namespace velun;
+using test::PanelStage;
+
+class CaptionColorsTest final : public test::Suite {
+  Q_OBJECT
+
+ private:
+  /// A panel over a desktop that shows through.
+  struct Stage : PanelStage {
+    Stage() {
+      DesktopCapabilities can;
+      can.compositing = true;
+      desktop.setCapabilities(can);
+      controller->setHeader(true, false);
+    }
+    /// Without children.
+    QImage painted() const {
+      QImage image(panel().size(), QImage::Format_ARGB32);
+      image.fill(Qt::transparent);
+      panel().render(&image, QPoint(), QRegion(), {});
+      return image;
+    }
+  };
+
+ private Q_SLOTS:
+  void ordinaryColoursReachWhatIsWantedOfText() {
+    // The least favourable desktop behind the panel: white, blurred.
+    const CaptionColors colors;
+    const int mixed = qRound(colors.panel.red() * 0.78 + 255 * 0.22);
+    const QColor behind(mixed, mixed, mixed);
+    QVERIFY(contrastRatio(CaptionAppearance::text, behind) >= 4.5);
+    QVERIFY(contrastRatio(CaptionAppearance::secondaryText, behind) >= 4.5);
+    QVERIFY(contrastRatio(CaptionAppearance::symbol, behind) >= 4.5);
+    QVERIFY(contrastRatio(CaptionAppearance::accent, behind) >= 3);
+    QVERIFY(contrastRatio(CaptionAppearance::text, colors.menuSelection) >= 4.5);
+  }
+
+  void higherContrastReachesSevenForTextAndThreeForOutlines() {
+    const CaptionColors colors = CaptionColors::highContrast();
+    for (const QColor& surface : {colors.panel, colors.raised, colors.raisedHover, colors.menu}) {
+      QCOMPARE(surface.alpha(), 255);
+      QVERIFY(contrastRatio(CaptionAppearance::symbol, surface) >= 7);
+    }
+    QVERIFY(contrastRatio(CaptionAppearance::secondaryText, colors.panel) >= 7);
+    QVERIFY(contrastRatio(CaptionAppearance::text, colors.menuSelection) >= 7);
+    QVERIFY(contrastRatio(CaptionAppearance::accent, colors.panel) >= 3);
+    for (const QColor& line : {colors.edge, colors.hairline, colors.buttonEdge, colors.menuEdge,
+                               colors.menuSelectionEdge}) {
+      QVERIFY(contrastRatio(line, colors.panel) >= 3);
+    }
+  }
+
+  void thePanelIsOpaqueWhileItIsAskedFor() {
+    Stage stage;
+    const QPoint inside(stage.panel().width() / 2, 150);
+    QCOMPARE(stage.painted().pixelColor(inside).alpha(), 230);
+    stage.desktop.setHighContrast(true);
+    QCOMPARE(stage.painted().pixelColor(inside), QColor(Qt::black));
+    const QColor edge = stage.painted().pixelColor(0, 150);
+    QVERIFY(contrastRatio(edge, Qt::black) >= 3);
+    stage.desktop.setHighContrast(false);
+    QCOMPARE(stage.painted().pixelColor(inside).alpha(), 230);
+  }
+
+  void buttonsHaveOutlinesWhileItIsAskedFor() {
+    Stage stage;
+    HeaderButton& button = stage.view->header().hideButton();
+    const auto side = [&button] {
+      QImage image(button.size(), QImage::Format_ARGB32);
+      image.fill(Qt::transparent);
+      button.render(&image, QPoint(), QRegion(), {});
+      return image.pixelColor(0, image.height() / 2).alpha();
+    };
+    QCOMPARE(side(), 0);
+    stage.desktop.setHighContrast(true);
+    QVERIFY(side() > 128);
+    stage.desktop.setHighContrast(false);
+    QCOMPARE(side(), 0);
+  }
+
+  void menusOfAPanelThatIsMadeLaterFollow() {
+    test::FakeDesktopPlatform desktop;
+    desktop.isHighContrast = true;
+    PanelStage stage({}, &desktop);
+    CaptionMenu& menu = stage.view->header().translationMenu();
+    stage.locales = {"en_US"};
+    stage.tasks.push_back(stage.model->loadLanguages());
+    test::settle();
+    Q_EMIT menu.aboutToShow();
+    auto* languages = menu.findChild<CaptionMenu*>();
+    for (CaptionMenu* each : {&menu, languages}) {
+      each->ensurePolished();
+      each->adjustSize();
+      const QImage image = each->grab().toImage();
+      QCOMPARE(image.pixelColor(image.width() / 2, 0), QColor(Qt::white));
+      QCOMPARE(image.pixelColor(image.width() / 2, 3), QColor(Qt::black));
+    }
+  }
+
+  void submenusAreCutLikeTheirMenus() {
+    PanelStage stage;
+    stage.view->header().setRoundedMenus(false);
+    CaptionMenu& menu = stage.view->header().translationMenu();
+    Q_EMIT menu.aboutToShow();
+    auto* languages = menu.findChild<CaptionMenu*>();
+    languages->ensurePolished();
+    languages->adjustSize();
+    QCOMPARE(languages->grab().toImage().pixelColor(1, 1).alpha(), 255);
+  }
+};
+
+QTEST_MAIN(CaptionColorsTest)
+#include "caption_colors_test.moc"
