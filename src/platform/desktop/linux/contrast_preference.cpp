@@ -6,6 +6,7 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
+#include <QDBusVariant>
 #include <QMap>
 
 namespace velun {
@@ -47,8 +48,10 @@ QString nameOf(const Setting& setting) {
 
 ContrastPreference::ContrastPreference(const QDBusConnection& bus) : bus_(bus) {
   if (!bus_.isConnected()) return;
+  // The whole message: so early in the program the toolkit does not know yet of slots with
+  // variants.
   bus_.connect(kService, kPath, kInterface, "SettingChanged", this,
-               SLOT(settingChanged(QString, QString, QDBusVariant)));
+               SLOT(settingChanged(QDBusMessage)));
   // One that comes back may have been restarted because what it would say has changed.
   watcher_ = std::make_unique<QDBusServiceWatcher>(kService, bus_,
                                                    QDBusServiceWatcher::WatchForRegistration);
@@ -79,12 +82,15 @@ void ContrastPreference::readAll() {
   });
 }
 
-void ContrastPreference::settingChanged(const QString& group, const QString& key,
-                                        const QDBusVariant& value) {
+void ContrastPreference::settingChanged(const QDBusMessage& signal) {
+  if (signal.signature() != "ssv") return;
+  const QString group = signal.arguments()[0].toString();
+  const QString key = signal.arguments()[1].toString();
+  const QVariant value = signal.arguments()[2].value<QDBusVariant>().variant();
   for (const Setting& setting : kSettings) {
     if (group != QLatin1String(setting.group) || key != QLatin1String(setting.key)) continue;
     QSet<QString> asking = asking_;
-    if (setting.asks(value.variant())) {
+    if (setting.asks(value)) {
       asking.insert(nameOf(setting));
     } else {
       asking.remove(nameOf(setting));

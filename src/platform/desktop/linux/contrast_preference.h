@@ -2,10 +2,10 @@
 #pragma once
 
 #include <QDBusConnection>
-#include <QDBusVariant>
 #include <QObject>
 #include <QSet>
 
+class QDBusMessage;
 class QDBusServiceWatcher;
 
 namespace velun {
@@ -28,7 +28,7 @@ class ContrastPreference final : public QObject {
   void isHighChanged();
 
  private Q_SLOTS:
-  void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+  void settingChanged(const QDBusMessage& signal);
 
  private:
   void readAll();
