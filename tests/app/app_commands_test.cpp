@@ -145,6 +145,8 @@ class AppCommandsTest final : public Suite {
     stage.startWithLine();
     QVERIFY(stage.coordinator().validate(AppCommand::saveSession).isEnabled);
     QVERIFY(stage.coordinator().validate(AppCommand::saveDocument).isEnabled);
+    QCOMPARE(stage.coordinator().validate(AppCommand::saveDocument).title,
+             std::optional<QString>("Save Current Session"));
     QVERIFY(stage.coordinator().validate(AppCommand::exportCurrentSession).isEnabled);
     stage.perform(AppCommand::saveDocument);
     QCOMPARE(stage.files().size(), 1);
@@ -209,6 +211,7 @@ class AppCommandsTest final : public Suite {
              QString("Choose a Velun session (.json) or a Markdown transcript from an earlier "
                      "version (.md)."));
     QTRY_COMPARE(stage.coordinator().sessions().library().selection(), stage.chosenFile);
+    QVERIFY(visibleWindow("Velun — Saved Sessions"));
   }
 
   void aFileThatCannotBeReadIsShown() {
@@ -216,6 +219,8 @@ class AppCommandsTest final : public Suite {
     stage.chosenFile = QUrl::fromLocalFile(stage.folder.filePath("missing.json"));
     stage.perform(AppCommand::openSessionFile);
     QCOMPARE(stage.question.asked.at(0).message, QString("Couldn’t Complete the Action"));
+    QCOMPARE(stage.question.asked.at(0).informativeText, QString("“missing.json” doesn’t exist."));
+    QVERIFY(!visibleWindow("Velun — Saved Sessions"));
   }
 
   void aCancelledPanelOpensNothing() {
@@ -230,14 +235,17 @@ class AppCommandsTest final : public Suite {
     stage.startWithLine();
     stage.perform(AppCommand::saveSession);
     const QUrl file = *stage.model->savedURL();
-    openHistory(stage);
+    const HistoryViewModel& library = openHistory(stage);
+    writeSession(stage, "Came meanwhile.");
     stage.coordinator().sessions().deleteHistorySelection({file});
     settle();
     QCOMPARE(stage.trashed, QList<QUrl>{file});
     QVERIFY(!stage.model->savedURL());
     QVERIFY(!stage.model->isSavingSession());
     stage.final("Another line.");
-    QVERIFY(stage.files().isEmpty());
+    QCOMPARE(stage.files().size(), 1);
+    QTRY_COMPARE(library.sessions().size(), std::size_t(1));
+    QCOMPARE(library.sessions()[0]->session.lines[0].text, QString("Came meanwhile."));
   }
 
   void aFailedDeletionIsShown() {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/app_stage.h"
+#include "app/session_library.h"
 #include "support/suite.h"
 
 using namespace velun;
@@ -45,6 +46,7 @@ class NewSessionAndQuitTest final : public Suite {
     QVERIFY(stage.model->lines().empty());
     QVERIFY(!stage.model->isSavingSession());
     QVERIFY(stage.model->isRunning());
+    QTRY_COMPARE(stage.coordinator().sessions().library().sessions().size(), std::size_t(1));
   }
 
   void aCancelledNewSessionGoesOnWithTheOldOne_data() {
@@ -74,6 +76,29 @@ class NewSessionAndQuitTest final : public Suite {
     QCOMPARE(stage.question.asked.size(), std::size_t(2));
     QCOMPARE(stage.model->lines().size(), std::size_t(1));
     QVERIFY(stage.model->isRunning());
+  }
+
+  void twoNewSessionsAtOnceAskOnce() {
+    AppStage stage;
+    stage.startWithLine();
+    stage.question.answers = {cancelDiscarding, discardSession};
+    stage.coordinator().newSession();
+    stage.coordinator().newSession();
+    settle();
+    QCOMPARE(stage.question.asked.size(), std::size_t(1));
+    QCOMPARE(stage.model->lines().size(), std::size_t(1));
+  }
+
+  void aNewSessionIsIgnoredOnceTheProgramIsToEnd() {
+    AppStage stage;
+    stage.startWithLine();
+    stage.question.answers = {cancelDiscarding, discardSession};
+    stage.coordinator().prepareToTerminate([](bool) {});
+    stage.coordinator().newSession();
+    settle();
+    QCOMPARE(stage.question.asked.size(), std::size_t(1));
+    QCOMPARE(stage.question.asked[0].message, QString("Save this session before quitting?"));
+    QCOMPARE(stage.model->lines().size(), std::size_t(1));
   }
 
   void quittingWithoutLinesAsksNothing() {
@@ -107,6 +132,16 @@ class NewSessionAndQuitTest final : public Suite {
     QCOMPARE(stage.model->session().id, session);
     QCOMPARE(stage.model->isRunning(), !quits);
     QVERIFY(!stage.coordinator().isTerminating());
+  }
+
+  void aCancelledQuitLeavesCaptionsOff() {
+    AppStage stage;
+    stage.startWithLine();
+    stage.perform(AppCommand::toggleCaptions);
+    stage.question.answers = {cancelDiscarding};
+    stage.requestQuit();
+    QCOMPARE(stage.replies, std::vector({false}));
+    QVERIFY(!stage.model->isRunning());
   }
 
   void aClosedQuestionCancelsTheQuit() {

@@ -320,6 +320,10 @@ class CaptionLifecycleTest final : public test::Suite {
     fixture.failure("Recognition error: broken");
     settle();
     fixture.model->saveCurrentSession();
+    fixture.breakStore();
+    fixture.final("Two.");
+    fixture.draft("Thr");
+    QVERIFY(fixture.model->savedURL() && fixture.model->saveError());
     const QUuid before = fixture.model->session().id;
     fixture.clock.advance(1min);
     fixture.settings.setAutoSaveSessions(true);
@@ -328,6 +332,7 @@ class CaptionLifecycleTest final : public test::Suite {
     QCOMPARE(fixture.model->session().startedAt, fixture.clock.now());
     QVERIFY(!fixture.model->session().endedAt);
     QVERIFY(fixture.model->lines().empty());
+    QCOMPARE(fixture.model->volatileText(), QString());
     QVERIFY(!fixture.model->status() && !fixture.model->savedURL() && !fixture.model->saveError());
     QVERIFY(fixture.model->isSavingSession());
   }
@@ -339,6 +344,19 @@ class CaptionLifecycleTest final : public test::Suite {
     QCOMPARE(fixture.model->session().title, QString("Caption Session"));
     fixture.model->newSession();
     QCOMPARE(fixture.model->session().title, QString("자막 세션"));
+  }
+
+  void aStoppedSessionCanBeTranslatedOnceItHasLines() {
+    ModelFixture fixture;
+    fixture.settings.setTranslate(true);
+    QVERIFY(!fixture.model->translationConfig());
+    fixture.settings.setTranslate(false);
+    fixture.start();
+    fixture.final("One.");
+    fixture.stop();
+    QVERIFY(!fixture.model->translationConfig());
+    fixture.settings.setTranslate(true);
+    QVERIFY(fixture.model->translationConfig());
   }
 
   void newSessionEndsTheTranslationOfTheOldOne() {

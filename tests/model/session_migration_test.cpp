@@ -84,6 +84,16 @@ class SessionMigrationTest final : public test::Suite {
     QVERIFY(!QFileInfo::exists(path("Velun")));
   }
 
+  void aMoveThatFailsIsPassedOver() {
+    putSession("Parvelo");
+    // Nothing exists behind the link, but no folder can take its place.
+    QVERIFY(QFile::link(path("nowhere"), path("Velun")));
+    const SessionStore::Listing listing = SessionStore::local().savedSessions();
+    QVERIFY(listing.sessions.empty());
+    QCOMPARE(listing.unreadableCount, 0);
+    QVERIFY(QFileInfo::exists(path("Parvelo/Sessions/Parvelo.json")));
+  }
+
   void aFileInPlaceOfAFolderIsMovedAsItIsAndSaidWhenSaving() {
     QFile file(path("Parvelo"));
     QVERIFY(file.open(QIODevice::WriteOnly));
