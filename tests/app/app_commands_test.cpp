@@ -186,6 +186,10 @@ class AppCommandsTest final : public Suite {
     HistoryViewModel& library = openHistory(stage);
     CommandValidation save = stage.coordinator().validate(AppCommand::saveDocument);
     QCOMPARE(save.title, std::optional<QString>("Save Session File…"));
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(stage.coordinator().validate(AppCommand::saveDocument).title,
+             std::optional<QString>("기록 파일 저장…"));
+    Localization::shared().setLanguage(AppLanguage::english);
     QVERIFY(save.isEnabled);
     QVERIFY(stage.coordinator().validate(AppCommand::exportCurrentSession).isEnabled);
 

@@ -73,6 +73,8 @@ class AttributedTranscriptTest final : public test::Suite {
     inputs.content = TranscriptContent::translation;
     QCOMPARE(textOf(inputs), QString(" \n둘."));
     QCOMPARE(attributedTranscript(inputs)[0].pendingLabel, QString("Translating"));
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(attributedTranscript(inputs)[0].pendingLabel, QString("번역 중"));
     inputs.content = TranscriptContent::original;
     QCOMPARE(textOf(inputs), QString("One.\nTwo."));
   }

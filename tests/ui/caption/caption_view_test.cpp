@@ -95,6 +95,19 @@ class CaptionViewTest final : public test::Suite {
     QCOMPARE(button.accessibleName(), QString("자막 시작"));
   }
 
+  void hidingTellsTheWayBack() {
+    PanelStage stage;
+    stage.controller->show();
+    HeaderButton& button = stage.view->header().hideButton();
+    QCOMPARE(button.accessibleName(), QString("Hide"));
+    QCOMPARE(button.toolTip(), QString("You can reopen the caption window from the menu bar"));
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(button.accessibleName(), QString("숨기기"));
+    QCOMPARE(button.toolTip(), QString("메뉴 막대에서 자막 창을 다시 열 수 있습니다"));
+    button.click();
+    QVERIFY(!stage.controller->isShown());
+  }
+
   void theInputIsChosen() {
     PanelStage stage;
     CaptionHeaderView& header = stage.view->header();
@@ -172,6 +185,10 @@ class CaptionViewTest final : public test::Suite {
     QVERIFY(!button.saved());
     QCOMPARE(button.toolTip(), QString("Retry Save"));
     QCOMPARE(button.accessibleName(), QString("Save Current Session"));
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(button.toolTip(), QString("저장 재시도"));
+    QCOMPARE(button.accessibleName(), QString("현재 세션 저장"));
+    Localization::shared().setLanguage(AppLanguage::english);
     stage.mendStore();
     button.click();
     QVERIFY(button.saved());
@@ -262,6 +279,9 @@ class CaptionViewTest final : public test::Suite {
     settle();
     JumpButton& button = stage.view->jumpButton();
     QCOMPARE(button.accessibleName(), QString("Jump to Latest Caption"));
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(button.accessibleName(), QString("최신 자막으로 이동"));
+    settle();
     QVERIFY(!button.isWanted());
     QScrollBar* bar = stage.view->transcript().textView().verticalScrollBar();
     bar->setValue(0);
@@ -320,11 +340,12 @@ class CaptionViewTest final : public test::Suite {
     QCOMPARE(QApplication::clipboard()->text(), QString("One.\n\ntwo"));
     QVERIFY(button.copied());
     QCOMPARE(button.accessibleName(), QString("Copied"));
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(button.accessibleName(), QString("복사됨"));
     stage.clock.advance(1999ms);
     QVERIFY(button.copied());
     stage.clock.advance(1ms);
     QVERIFY(!button.copied());
-    Localization::shared().setLanguage(AppLanguage::korean);
     QCOMPARE(button.accessibleName(), QString("전체 복사"));
   }
 

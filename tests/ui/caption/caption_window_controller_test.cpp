@@ -3,6 +3,7 @@
 
 #include "settings/localization.h"
 #include "support/suite.h"
+#include "ui/caption/caption_header_view.h"
 #include "ui/caption/panel_frame.h"
 #include "ui/caption/panel_stage.h"
 #include "ui/common/window_frame.h"
@@ -90,6 +91,23 @@ class CaptionWindowControllerTest final : public test::Suite {
     QCOMPARE(bottomOf(stage), bottom);
   }
 
+  void aResizeWhileTheHeaderGoesWaitsForItsEnd() {
+    const PanelStage stage;
+    stage.controller->show();
+    stage.panel().resize(560, 300);
+    stage.controller->setHeader(true, false);
+    QCOMPARE(stage.panel().contentHeight(), 344);
+    stage.controller->setHeader(false, true);
+    stage.panel().resize(600, 320);
+    QCOMPARE(stage.panel().contentHeight(), 344);
+    // It goes out of sight at the end of the movement.
+    QTRY_VERIFY(!stage.view->header().isVisible());
+    QCOMPARE(stage.panel().height(), 300);
+    QCOMPARE(stage.panel().contentHeight(), 344);
+    stage.panel().resize(600, 320);
+    QCOMPARE(stage.panel().contentHeight(), 364);
+  }
+
   void withoutRoomAboveThePanelKeepsItsBottom() {
     PanelStage stage;
     stage.panel().setGeometry(area().x() + 10, area().y() + 20, 560, 250);
@@ -132,6 +150,23 @@ class CaptionWindowControllerTest final : public test::Suite {
       stage.controller->setHeader(true, false);
       stage.clock.advance(1s);
       QCOMPARE(stage.panel().height(), 304);
+    }
+    const PanelStage again({}, nullptr, &frames);
+    QCOMPARE(again.panel().geometry(), frame);
+    QVERIFY(!again.controller->headerShown());
+  }
+
+  void quittingUnderThePointerKeepsThePanelWithoutItsHeader() {
+    test::MemoryPreferences frames;
+    QRect frame;
+    {
+      const PanelStage stage({}, nullptr, &frames);
+      stage.controller->show();
+      frame = stage.panel().geometry();
+      stage.view->setHovering(true);
+      QCOMPARE(stage.panel().height(), frame.height() + 44);
+      QVERIFY(QMetaObject::invokeMethod(qApp, "aboutToQuit"));
+      QCOMPARE(stage.panel().geometry(), frame);
     }
     const PanelStage again({}, nullptr, &frames);
     QCOMPARE(again.panel().geometry(), frame);

@@ -69,8 +69,12 @@ class StatusMenuTest final : public test::Suite {
     fixture.engine->holdsStarts = true;
     fixture.start();
     QCOMPARE(item(fixture, AppCommand::toggleCaptions).title, QString("Switching Captions…"));
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(item(fixture, AppCommand::toggleCaptions).title, QString("자막 전환 중…"));
     fixture.engine->release();
     test::settle();
+    QCOMPARE(item(fixture, AppCommand::toggleCaptions).title, QString("자막 중지"));
+    Localization::shared().setLanguage(AppLanguage::english);
     QCOMPARE(item(fixture, AppCommand::toggleCaptions).title, QString("Stop Captions"));
     fixture.stop();
     QCOMPARE(item(fixture, AppCommand::toggleCaptions).title, QString("Start Captions"));
@@ -122,6 +126,8 @@ class StatusMenuTest final : public test::Suite {
     QCOMPARE(save.title, QString("Saving Current Session"));
     QVERIFY(save.isChecked);
     QVERIFY(!save.isEnabled);
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(item(fixture, AppCommand::saveSession).title, QString("현재 세션 저장 중"));
   }
 
   void aFailedWriteCanBeRepeated() {
