@@ -16,6 +16,9 @@ class PunctuationRestorer {
 
   virtual ~PunctuationRestorer() = default;
 
+  /// Makes it ready, which may take a second: the first text then does not wait. Never throws.
+  virtual void load() = 0;
+
   /// The same words with case and punctuation. Takes a few milliseconds. When it cannot be done the
   /// text comes back as it was; never throws.
   virtual QString restored(const QString& text) = 0;

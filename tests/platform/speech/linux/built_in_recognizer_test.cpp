@@ -6,7 +6,6 @@
 #include <atomic>
 #include <cmath>
 #include <QFile>
-#include <semaphore>
 #include <thread>
 
 using namespace velun;
@@ -33,25 +32,30 @@ std::vector<float> silence(double seconds) {
   return std::vector<float>(static_cast<std::size_t>(seconds * 16000));
 }
 
-/// Puts a mark behind every text; when it is slow, not before it is cancelled.
+/// Puts a mark behind every word; when it is slow, not before it is cancelled.
 class ScriptedPunctuation final : public PunctuationRestorer {
  public:
   struct Script {
     bool isSlow = false;
+    bool isLoaded = false;
     std::atomic<bool> isWaiting = false;
   };
 
   explicit ScriptedPunctuation(Script& script) : script_(script) {}
+  void load() override { script_.isLoaded = true; }
   QString restored(const QString& text) override {
     script_.isWaiting = true;
-    if (script_.isSlow) cancelled_.acquire();
-    return text + "!";
+    if (script_.isSlow) cancelled_.wait(false);
+    return QString(text).replace(" ", ", ") + "!";
   }
-  void cancel() override { cancelled_.release(); }
+  void cancel() override {
+    cancelled_ = true;
+    cancelled_.notify_all();
+  }
 
  private:
   Script& script_;
-  std::binary_semaphore cancelled_{0};
+  std::atomic<bool> cancelled_ = false;
 };
 
 struct ScriptedPunctuationProvider final : PunctuationProvider {
@@ -170,24 +174,29 @@ class BuiltInRecognizerTest final : public test::Suite {
     }
   }
 
-  void finalsArePunctuated() {
+  void resultsArePunctuatedAndDraftsHaveNoEnd() {
     const auto punctuation = std::make_shared<ScriptedPunctuationProvider>();
     const auto recognizer = BuiltInRecognizerProvider(punctuation).factory("en_US")();
+    recognizer->load();
     recognizer->acceptAudio(clip("0880"));
     recognizer->finalize();
     const std::vector<TranscriptionResult> results = recognizer->poll();
     QVERIFY(results.size() > 1);
     for (const TranscriptionResult& result : results) {
       QVERIFY2(result.text.endsWith("!") == result.isFinal, qPrintable(result.text));
+      QCOMPARE(result.text.count(", "), result.text.count(" "));
     }
+    QVERIFY(punctuation->script.isLoaded);
   }
 
   void cancellingReachesThePunctuation() {
     const auto punctuation = std::make_shared<ScriptedPunctuationProvider>();
     punctuation->script.isSlow = true;
     const auto recognizer = BuiltInRecognizerProvider(punctuation).factory("en_US")();
-    recognizer->acceptAudio(clip("0880"));
-    std::thread settling([&] { recognizer->finalize(); });
+    std::thread settling([&] {
+      recognizer->acceptAudio(clip("0880"));
+      recognizer->finalize();
+    });
     const bool isWaiting =
         QTest::qWaitFor([&] { return punctuation->script.isWaiting.load(); }, 60000);
     recognizer->cancel();

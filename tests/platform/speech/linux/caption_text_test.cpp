@@ -36,6 +36,13 @@ class CaptionTextTest final : public test::Suite {
     QCOMPARE(cased("", "en", true), QString());
   }
 
+  void aTextMayLoseItsEnd() {
+    QCOMPARE(withoutEnd("Hello. How are you?"), QString("Hello. How are you"));
+    QCOMPARE(withoutEnd("Well..."), QString("Well"));
+    QCOMPARE(withoutEnd("Well"), QString("Well"));
+    QCOMPARE(withoutEnd(""), QString());
+  }
+
   void messagesComeOutAsTheyWentIn() {
     const QByteArray bytes = packed(RecognizerMessage::Kind::audio, QByteArray(1000, 'x')) +
                              packed(RecognizerMessage::Kind::finalize);

@@ -274,6 +274,20 @@ class NeuralBackendTest final : public test::Suite {
     QCOMPARE(finalsOf(settings, music_), QStringList("Turn. Off. The. Music. Now."));
   }
 
+  void nothingButItsEndIsAddedToADraft() {
+    RecognizerSettings settings = transducer();
+    settings.punctuationModel = neuralData("punctuation.onnx");
+    settings.punctuationVocabulary = neuralData("punctuation.vocab");
+    NeuralBackend backend(helperProgram(), settings);
+    backend.load();
+    feed(backend, music_);
+    backend.finalize();
+    const std::vector<TranscriptionResult> results = backend.poll();
+    QVERIFY(results.size() > 1);
+    QCOMPARE(results.back().text, QString("Turn. Off. The. Music. Now."));
+    QCOMPARE(results[results.size() - 2].text, QString("Turn. Off. The. Music. Now"));
+  }
+
   void punctuationIsRestoredForOthers() {
     RecognizerSettings settings;
     settings.punctuationModel = neuralData("punctuation.onnx");

@@ -2,6 +2,7 @@
 #include "platform/speech/linux/built_in/built_in_backend.h"
 
 #include "platform/speech/linux/built_in/sentence_case.h"
+#include "platform/speech/linux/helper/caption_text.h"
 
 #include <algorithm>
 #include <cmath>
@@ -75,6 +76,10 @@ BuiltInBackend::BuiltInBackend(std::unique_ptr<PunctuationRestorer> punctuation)
 
 BuiltInBackend::~BuiltInBackend() = default;
 
+void BuiltInBackend::load() {
+  if (punctuation_) punctuation_->load();
+}
+
 void BuiltInBackend::acceptAudio(std::span<const float> samples) {
   partialFrame_.insert(partialFrame_.end(), samples.begin(), samples.end());
   const std::span<const float> all(partialFrame_);
@@ -106,6 +111,7 @@ void BuiltInBackend::beginDraft() {
   drafts_.begin();
   isDrafting_ = true;
   stable_.reset();
+  draftWords_.clear();
   framesSinceGuess_ = 0;
   feedDraft(phrases_.samples());
 }
@@ -115,9 +121,12 @@ void BuiltInBackend::feedDraft(std::span<const float> samples) {
   framesSinceGuess_ += static_cast<int>(samples.size() / kFrame);
   if (framesSinceGuess_ < kFramesPerGuess) return;
   framesSinceGuess_ = 0;
-  const QString draft = sentenceCase(stable_.update(drafts_.words()));
-  if (!phrases_.isLikelySpeech()) return;
-  draft_ = draft;
+  const QStringList words = stable_.update(drafts_.words());
+  if (!phrases_.isLikelySpeech() || words == draftWords_) return;
+  draftWords_ = words;
+  // Written like the final result, so that little changes when that takes its place; but the phrase
+  // may go on.
+  draft_ = withoutEnd(written(words));
   showDraft();
 }
 

@@ -18,11 +18,12 @@ namespace velun {
 /// second one hears the whole phrase again for its final words.
 class BuiltInBackend final : public RecognizerBackend {
  public:
-  /// Loads both decoders. `punctuation` writes the final results, null leaves them bare; drafts
-  /// never have punctuation, because it would change with every word. Throws `Failure`.
+  /// Loads both decoders. `punctuation` writes the results; null leaves them bare. Throws
+  /// `Failure`.
   explicit BuiltInBackend(std::unique_ptr<PunctuationRestorer> punctuation);
   ~BuiltInBackend() override;
 
+  void load() override;
   void acceptAudio(std::span<const float> samples) override;
   std::vector<TranscriptionResult> poll() override;
   bool expectsResults() const override;
@@ -52,6 +53,8 @@ class BuiltInBackend final : public RecognizerBackend {
   QString awaitedDraft_;
   QString draft_;
   QString shownDraft_;
+  /// The words of `draft_`.
+  QStringList draftWords_;
   bool isDrafting_ = false;
   int framesSinceGuess_ = 0;
   /// The gain of the phrase under way, from the level of those before it.

@@ -50,4 +50,10 @@ QString cased(const QString& text, const QString& language, bool folds) {
   return result;
 }
 
+QString withoutEnd(const QString& text) {
+  qsizetype length = text.size();
+  while (length > 0 && QStringView(u".,?!").contains(text[length - 1])) --length;
+  return text.left(length);
+}
+
 }  // namespace velun

@@ -17,4 +17,7 @@ QString printable(const QString& text);
 /// then the first letter, and the English "I", made large, unless the text has large letters.
 QString cased(const QString& text, const QString& language, bool folds);
 
+/// The text without the marks that end its last sentence, which may still go on.
+QString withoutEnd(const QString& text);
+
 }  // namespace velun

@@ -144,14 +144,19 @@ void StreamingRecognizer::readResult() {
       library_.result(recognizer_.get(), stream_.get()), library_.destroyResult);
   if (!result) return;
   if (result->times && result->count > 0) lastWord_ = result->times[result->count - 1];
+  QString text;
   if (settings_.textFromTokens) {
     QStringList tokens;
     for (int i = 0; i < result->count; ++i) tokens.append(QString::fromUtf8(result->tokens[i]));
-    text_ = textOfTokens(tokens);
+    text = textOfTokens(tokens);
   } else {
-    text_ = printable(QString::fromUtf8(result->text));
+    text = printable(QString::fromUtf8(result->text));
   }
-  const QString draft = cased(text_, settings_.language, settings_.foldsLetters);
+  text = cased(text, settings_.language, settings_.foldsLetters);
+  if (text == text_) return;
+  text_ = text;
+  // Written like the final result, so that no word changes when that takes its place.
+  const QString draft = punctuator_ ? withoutEnd(punctuator_->punctuated(text)) : text;
   if (draft == draft_) return;
   draft_ = draft;
   results_.push_back({draft, false});
@@ -159,8 +164,7 @@ void StreamingRecognizer::readResult() {
 
 void StreamingRecognizer::deliverFinal() {
   if (draft_.isEmpty()) return;
-  const QString text = punctuator_ ? punctuator_->punctuated(draft_) : draft_;
-  results_.push_back({text, true});
+  results_.push_back({punctuator_ ? punctuator_->punctuated(text_) : text_, true});
   draft_.clear();
 }
 

@@ -16,7 +16,7 @@ namespace velun {
 /// One recognition model over one endless stream of 16 kHz mono sound.
 class StreamingRecognizer {
  public:
-  /// Checks and loads the model. `punctuator` writes the final results; may be null. Throws
+  /// Checks and loads the model. `punctuator` writes the results; may be null. Throws
   /// `std::runtime_error`, and whatever the library throws.
   StreamingRecognizer(const sherpa::Library& library, const RecognizerSettings& settings,
                       const Punctuator* punctuator);
@@ -60,7 +60,7 @@ class StreamingRecognizer {
   std::size_t stepCount_ = 0;
   double phraseBegin_ = 0;
   double lastWord_ = 0;  ///< since the phrase's beginning
-  QString text_;         ///< of the phrase, as the model writes it
+  QString text_;         ///< of the phrase, without restored punctuation
   QString draft_;        ///< as it was shown
   std::vector<TranscriptionResult> results_;
 };

@@ -12,16 +12,28 @@ PunctuationHelper::PunctuationHelper(QString program, RecognizerSettings setting
 
 PunctuationHelper::~PunctuationHelper() = default;
 
+void PunctuationHelper::load() {
+  try {
+    helper_.start();
+  } catch (const HelperEnded& end) {
+    giveUp(end);
+  }
+}
+
 QString PunctuationHelper::restored(const QString& text) {
   if (hasFailed_ || text.isEmpty()) return text;
   try {
     return exchange(text);
   } catch (const HelperEnded& end) {
-    if (!helper_.isCancelled()) qWarning("Punctuation is not restored any more (%s).", end.what());
-    hasFailed_ = true;
-    helper_.end();
+    giveUp(end);
     return text;
   }
+}
+
+void PunctuationHelper::giveUp(const HelperEnded& end) {
+  if (!helper_.isCancelled()) qWarning("Punctuation is not restored any more (%s).", end.what());
+  hasFailed_ = true;
+  helper_.end();
 }
 
 QString PunctuationHelper::exchange(const QString& text) {

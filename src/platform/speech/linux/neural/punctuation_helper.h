@@ -6,18 +6,20 @@
 
 namespace velun {
 
-/// Restores punctuation in the helper program, which is started with the first text. Should the
-/// helper fail, texts come back as they were from then on.
+/// Restores punctuation in the helper program. Should the helper fail, texts come back as they were
+/// from then on.
 class PunctuationHelper final : public PunctuationRestorer {
  public:
   PunctuationHelper(QString program, RecognizerSettings settings);
   ~PunctuationHelper() override;
 
+  void load() override;
   QString restored(const QString& text) override;
   void cancel() override { helper_.cancel(); }
 
  private:
   QString exchange(const QString& text);
+  void giveUp(const HelperEnded& end);
 
   ConfiguredHelper helper_;
   bool hasFailed_ = false;
