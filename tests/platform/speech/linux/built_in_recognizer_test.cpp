@@ -1,35 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/linux/built_in/built_in_recognizer_provider.h"
+#include "platform/speech/linux/sound_clip.h"
 #include "support/suite.h"
 
 #include <algorithm>
 #include <atomic>
 #include <cmath>
-#include <QFile>
 #include <thread>
 
 using namespace velun;
+using test::silence;
 
 namespace {
 
-const QString kClips = QStringLiteral(
-    "/usr/share/pocketsphinx/test/data/librivox/sense_and_sensibility_01_austen_64kb-%1.wav");
-
 std::vector<float> clip(const QString& number) {
-  QFile file(kClips.arg(number));
-  if (!file.open(QIODevice::ReadOnly)) return {};
-  const QByteArray bytes = file.readAll().mid(44);
-  std::vector<float> samples;
-  for (qsizetype i = 0; i + 1 < bytes.size(); i += 2) {
-    const auto low = static_cast<unsigned char>(bytes[i]);
-    samples.push_back(static_cast<float>(static_cast<std::int16_t>(low | bytes[i + 1] << 8)) /
-                      32768);
-  }
-  return samples;
-}
-
-std::vector<float> silence(double seconds) {
-  return std::vector<float>(static_cast<std::size_t>(seconds * 16000));
+  return test::clipSamples(test::readAloud(number));
 }
 
 /// Puts a mark behind every word; when it is slow, not before it is cancelled.

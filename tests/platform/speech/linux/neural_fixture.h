@@ -3,8 +3,8 @@
 
 #include "platform/speech/linux/helper/recognizer_settings.h"
 #include "platform/speech/linux/helper/sherpa_library.h"
+#include "platform/speech/linux/sound_clip.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <vector>
 
@@ -24,23 +24,9 @@ inline bool hasRecognitionLibrary() {
   return !sherpa::findLibrary(QFileInfo(helperProgram()).path()).isEmpty();
 }
 
-/// The samples of a 16-bit, 16 kHz mono sound file.
+/// The samples of a sound among them.
 inline std::vector<float> sound(const QString& name) {
-  constexpr int kHeadBytes = 44;
-  QFile file(neuralData(name));
-  if (!file.open(QIODevice::ReadOnly)) qFatal("%s is missing", qPrintable(name));
-  const QByteArray bytes = file.readAll().mid(kHeadBytes);
-  std::vector<float> samples;
-  for (qsizetype i = 0; i + 1 < bytes.size(); i += 2) {
-    const int value = static_cast<std::int16_t>(static_cast<std::uint8_t>(bytes[i]) |
-                                                static_cast<std::uint8_t>(bytes[i + 1]) << 8);
-    samples.push_back(static_cast<float>(value) / 32768.0F);
-  }
-  return samples;
-}
-
-inline std::vector<float> silence(double seconds) {
-  return std::vector<float>(static_cast<std::size_t>(seconds * 16000), 0.0F);
+  return clipSamples(neuralData(name));
 }
 
 inline std::vector<float> operator+(std::vector<float> a, const std::vector<float>& b) {
