@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // How long a keystroke in the library's search takes, and how long its window takes to open.
+#include "measure.h"
 #include "model/session_codec.h"
 #include "platform/foundation/system_clock.h"
 #include "settings/app_settings.h"
@@ -7,10 +8,8 @@
 #include "ui/library/history_window_controller.h"
 #include "ui/library/session_search.h"
 
-#include <algorithm>
-#include <cstdio>
+#include <optional>
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QTemporaryDir>
 
@@ -52,22 +51,14 @@ void waitFor(const Sender* sender, void (Sender::*signal)()) {
   loop.exec();
 }
 
-double milliseconds(const QElapsedTimer& timer) {
-  return static_cast<double>(timer.nsecsElapsed()) / 1e6;
-}
-
 double medianSearch(SessionSearch& search) {
   const QString typed = QStringLiteral("nobody wrote this sentence");
   if (!search.matches(typed)) waitFor(&search, &SessionSearch::ready);
   std::vector<double> times;
   for (qsizetype length = 1; length <= typed.size(); ++length) {
-    QElapsedTimer timer;
-    timer.start();
-    search.matches(typed.left(length));
-    times.push_back(milliseconds(timer));
+    times.push_back(bench::millisecondsOf([&] { search.matches(typed.left(length)); }));
   }
-  std::nth_element(times.begin(), times.begin() + times.size() / 2, times.end());
-  return times[times.size() / 2];
+  return bench::median(times);
 }
 
 }  // namespace
@@ -85,17 +76,18 @@ int main(int argc, char** argv) {
 
   SessionSearch search;
   search.setSessions(library.sessions());
-  std::printf("library_search_ms %.3f ms\n", medianSearch(search));
+  bench::report("library_search_ms", medianSearch(search), "ms");
 
   AppSettings settings;
   SystemClock clock;
-  QElapsedTimer timer;
-  timer.start();
-  HistoryWindowController window(library, settings, {}, clock, nullptr);
-  window.show();
-  QCoreApplication::processEvents();
-  waitFor(&library, &HistoryViewModel::reloaded);
-  QCoreApplication::processEvents();
-  std::printf("library_open_window_ms %.3f ms\n", milliseconds(timer));
+  std::optional<HistoryWindowController> window;
+  const double opening = bench::millisecondsOf([&] {
+    window.emplace(library, settings, HistoryActions(), clock, nullptr);
+    window->show();
+    QCoreApplication::processEvents();
+    waitFor(&library, &HistoryViewModel::reloaded);
+    QCoreApplication::processEvents();
+  });
+  bench::report("library_open_window_ms", opening, "ms");
   return 0;
 }

@@ -1,15 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // How fast the built-in translator is, English to Spanish. With --translate it translates its
 // input line by line instead.
+#include "measure.h"
 #include "platform/translation/linux/apertium/apertium_backend.h"
 
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <iostream>
 #include <QCoreApplication>
 #include <string>
-#include <vector>
 
 using namespace velun;
 
@@ -30,15 +28,7 @@ int main(int argc, char** argv) {
       "the rain began.");
   translator->load();
   translator->translate(sentence, {});
-  std::vector<double> times;
-  for (int i = 0; i < 200; ++i) {
-    const auto start = std::chrono::steady_clock::now();
-    translator->translate(sentence, {});
-    const std::chrono::duration<double, std::milli> taken =
-        std::chrono::steady_clock::now() - start;
-    times.push_back(taken.count());
-  }
-  std::ranges::sort(times);
-  std::printf("apertium_ms_per_sentence %.2f ms\n", times[times.size() / 2]);
+  const double taken = bench::medianMilliseconds(200, [&] { translator->translate(sentence, {}); });
+  bench::report("apertium_ms_per_sentence", taken, "ms");
   return 0;
 }
