@@ -20,6 +20,12 @@ CopyTranscriptButton::CopyTranscriptButton(std::function<QString()> text, bool c
                                            Clock& clock, QWidget* parent)
     : QToolButton(parent), text_(std::move(text)), captionStyle_(captionStyle), clock_(clock) {
   setAutoRaise(true);
+  if (captionStyle) {
+    // The style draws the focus ring in the desktop's colour, which may be a dark one.
+    QPalette colors;
+    colors.setColor(QPalette::Highlight, CaptionAppearance::accent);
+    setPalette(colors);
+  }
   setToolButtonStyle(captionStyle ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextBesideIcon);
   connect(this, &QToolButton::clicked, this, &CopyTranscriptButton::copy);
   connect(&Localization::shared(), &Localization::languageChanged, this,

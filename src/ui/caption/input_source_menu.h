@@ -5,8 +5,6 @@
 
 #include <QString>
 
-class QActionGroup;
-
 namespace velun {
 
 class AppSettings;

@@ -4,9 +4,12 @@
 #include "support/suite.h"
 #include "ui/caption/caption_header_view.h"
 #include "ui/caption/caption_menu.h"
+#include "ui/caption/caption_overlays.h"
+#include "ui/caption/copy_transcript_button.h"
 #include "ui/caption/header_button.h"
 #include "ui/caption/panel_stage.h"
 #include "ui/common/contrast_ratio.h"
+#include "ui/common/window_contrast.h"
 
 using namespace velun;
 using test::PanelStage;
@@ -86,6 +89,18 @@ class CaptionColorsTest final : public test::Suite {
     QVERIFY(side() > 128);
     stage.desktop.setHighContrast(false);
     QCOMPARE(side(), 0);
+  }
+
+  void theRingAroundTheCopyButtonIsSeenOnTheDarkPanel() {
+    const Stage stage;
+    WindowContrast windows;
+    windows.setHigh(true);
+    test::settle();
+    const QPalette palette = stage.view->overlays().copyButton().palette();
+    windows.setHigh(false);
+    for (const CaptionColors& colors : {CaptionColors(), CaptionColors::highContrast()}) {
+      QVERIFY(contrastRatio(palette.color(QPalette::Highlight), colors.raised) >= 3);
+    }
   }
 
   void menusOfAPanelThatIsMadeLaterFollow() {
