@@ -85,11 +85,12 @@ struct Composition::Parts {
   AlertQuestion question;
   CaptionViewModel model{
       settings, usersStore(), std::make_unique<SpeechRecognitionEngine>(speech, audio, clock),
-      LanguageLists{.supportedLocales = [this] { return speech.supportedLocales(); },
-                    .supportedLanguages =
-                        [this] {
-                          return translation.supportedLanguages();
-                        }},
+      LanguageLists{
+          .supportedLocales = [this] { return SpeechRecognitionEngine::supportedLocales(speech); },
+          .supportedLanguages =
+              [this] {
+                return translation.supportedLanguages();
+              }},
       clock};
 };
 

@@ -33,9 +33,6 @@ class TranslatorPool {
   /// Lets a translator go: the next one is made anew, from a better model if there is one now.
   void forget(const TranslationOffer& offer);
 
-  /// Whether any translator is held.
-  bool isLoaded() const { return !translators_.empty(); }
-
  private:
   std::vector<std::unique_ptr<TranslatorBackend>> backends_;
   Clock& clock_;

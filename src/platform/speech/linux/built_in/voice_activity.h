@@ -23,8 +23,6 @@ class VoiceActivity {
   bool isPitched() const { return isPitched_; }
   /// The level of the last frame in dB below full scale.
   float level() const { return level_; }
-  /// The level of the background, likewise.
-  float background() const { return background_; }
 
  private:
   /// The pitch is looked for at a quarter of the rate: 40 ms compared with what came up to one
