@@ -2,7 +2,6 @@
 #include "app/session_library.h"
 
 #include "captions/caption_view_model.h"
-#include "captions/discard_confirmation.h"
 #include "platform/desktop/file_manager.h"
 #include "platform/foundation/failure.h"
 #include "settings/localization.h"

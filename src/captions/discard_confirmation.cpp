@@ -2,6 +2,7 @@
 #include "captions/discard_confirmation.h"
 
 #include "captions/caption_view_model.h"
+#include "captions/modal_question.h"
 #include "settings/localization.h"
 
 namespace velun {
@@ -27,15 +28,6 @@ Question discardQuestion(const QString& title, std::size_t lineCount) {
 }
 
 }  // namespace
-
-Question errorQuestion(const QString& message) {
-  Question question;
-  question.message = L("Couldn’t Complete the Action", "작업을 완료하지 못했습니다");
-  question.informativeText = message;
-  question.buttons = {L("OK", "확인")};
-  question.isWarning = true;
-  return question;
-}
 
 bool confirmDiscarding(CaptionViewModel& model, const QString& title, ModalQuestion& question) {
   if (!model.hasUnsavedSession()) return true;

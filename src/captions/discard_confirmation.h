@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "captions/modal_question.h"
+#include <QString>
 
 namespace velun {
 
 class CaptionViewModel;
-
-/// The one alert for everything that could not be done, with `message` as its informative text.
-Question errorQuestion(const QString& message);
+class ModalQuestion;
 
 /// Asks, under `title`, what is to become of unsaved lines, when there are any and the settings or
 /// a failed write say so. True: go on, the lines are saved or may be lost. False: stop the action.

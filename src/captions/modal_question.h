@@ -18,6 +18,9 @@ struct Question {
   bool operator==(const Question&) const = default;
 };
 
+/// The one alert for everything that could not be done, with `message` as its informative text.
+Question errorQuestion(const QString& message);
+
 /// Whoever can show a modal alert. Main thread.
 class ModalQuestion {
  public:

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/common/window_presentation.h"
 
-#include "captions/discard_confirmation.h"
 #include "platform/foundation/failure.h"
 #include "ui/common/alert_dialog.h"
 #include "ui/common/titled_window.h"
