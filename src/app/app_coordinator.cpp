@@ -27,16 +27,11 @@ namespace velun {
 
 AppCoordinator::AppCoordinator(CaptionViewModel& model, const AppServices& services)
     : model_(model), services_(services) {
-  const auto installMenu = [this](QWidget* window) {
-    menuBar().mainMenu().install(window, MainMenu::Place::globalOnly);
+  const auto windowMade = [this](QWidget* window) {
+    installMainMenu(window);
   };
-  const auto installMenuBar = [this](QWidget* window) {
-    menuBar().mainMenu().install(window, window->maximumWidth() < QWIDGETSIZE_MAX
-                                             ? MainMenu::Place::globalOnly
-                                             : MainMenu::Place::insideToo);
-  };
-  sessions_ = std::make_unique<SessionLibrary>(model, services, installMenuBar);
-  information_ = std::make_unique<InformationWindows>(services, installMenu);
+  sessions_ = std::make_unique<SessionLibrary>(model, services, windowMade);
+  information_ = std::make_unique<InformationWindows>(services, windowMade);
 }
 
 AppCoordinator::~AppCoordinator() = default;
@@ -84,6 +79,13 @@ MenuBarController& AppCoordinator::menuBar() {
     menuBar_->mainMenu().install(&captionWindow().panel(), MainMenu::Place::globalOnly);
   }
   return *menuBar_;
+}
+
+void AppCoordinator::installMainMenu(QWidget* window) {
+  // What a window of a fixed size shows leaves no room for a bar.
+  const bool isFixed = window->minimumSize() == window->maximumSize();
+  menuBar().mainMenu().install(window,
+                               isFixed ? MainMenu::Place::globalOnly : MainMenu::Place::insideToo);
 }
 
 CaptionActions AppCoordinator::captionActions() {
@@ -218,7 +220,7 @@ void AppCoordinator::showSettings() {
   if (!settingsWindow_) {
     settingsWindow_ = std::make_unique<SettingsWindowController>(
         model_, [this] { perform(AppCommand::openSessionsFolder); }, services_.notes);
-    menuBar().mainMenu().install(&settingsWindow_->window(), MainMenu::Place::globalOnly);
+    installMainMenu(&settingsWindow_->window());
   }
   settingsWindow_->show();
 }

@@ -13,6 +13,8 @@
 #include <QPointer>
 #include <vector>
 
+class QWidget;
+
 namespace velun {
 
 class CaptionWindowController;
@@ -92,6 +94,7 @@ class AppCoordinator final : public QObject {
   void observeApplication();
   void publishActions();
   void explainMissingStatusItem();
+  void installMainMenu(QWidget* window);
   CaptionActions captionActions();
 
   CaptionViewModel& model_;
