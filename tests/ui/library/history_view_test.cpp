@@ -17,10 +17,12 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QMenu>
 #include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTextCursor>
+#include <QTimer>
 #include <QToolButton>
 
 using namespace velun;
@@ -68,6 +70,21 @@ class HistoryViewTest final : public test::Suite {
       texts.append(list()->model()->index(row, 0).data().toString());
     }
     return texts;
+  }
+
+  /// Chooses an entry of a row's context menu; gives what the menu offers.
+  QStringList choose(const QModelIndex& row, int entry) const {
+    QStringList offered;
+    QTimer::singleShot(0, qApp, [&offered, entry] {
+      auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+      QVERIFY(menu);
+      for (const QAction* each : menu->actions()) offered.append(each->text());
+      menu->setActiveAction(menu->actions().at(entry));
+      QTest::keyClick(menu, Qt::Key_Return);
+    });
+    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support grabbing the keyboard");
+    Q_EMIT list()->customContextMenuRequested(list()->visualRect(row).center());
+    return offered;
   }
 
   QAction* action(const QString& text) const {
@@ -159,6 +176,9 @@ class HistoryViewTest final : public test::Suite {
     search()->setText("nowhere");
     QTRY_COMPARE(view_->findChild<EmptyStateView*>()->text(), QString("No Results"));
     QVERIFY(view_->findChild<EmptyStateView*>()->isVisible());
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(view_->findChild<EmptyStateView*>()->text(), QString("검색 결과가 없습니다"));
+    Localization::shared().setLanguage(AppLanguage::english);
     search()->setText("강");
     QTRY_COMPARE(rows(), QStringList({"Today", "Lecture"}));
     search()->clear();
@@ -260,6 +280,22 @@ class HistoryViewTest final : public test::Suite {
     QVERIFY(!detail()->isVisible());
   }
 
+  void theContextMenuActsOnTheSessionUnderThePointer() {
+    write("Lecture", 0, "a");
+    const QUrl call = write("Call", 1, "b");
+    reload();
+    list()->setCurrentIndex(list()->model()->index(1, 0));
+    const QModelIndex row = list()->model()->index(3, 0);
+    QCOMPARE(choose(row, 0), QStringList({"Show in Finder", "Export…", "Delete"}));
+    QCOMPARE(library_->selection().value_or(QUrl()), call);
+    choose(row, 1);
+    QCOMPARE(calls_, QStringList({"reveal Call.json", "export Call"}));
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(choose(row, 2), QStringList({"Finder에서 보기", "내보내기…", "삭제"}));
+    QCOMPARE(library_->sessions().size(), std::size_t{1});
+    QVERIFY(!QFile::exists(call.toLocalFile()));
+  }
+
   void aSelectionThatTheSearchHidesIsNotDeleted() {
     write("Lecture", 0, "river");
     write("Call", 1, "sea");
@@ -301,6 +337,14 @@ class HistoryViewTest final : public test::Suite {
                              "새로고침", "사이드바 보기/숨기기"}) {
       QVERIFY2(action(QString::fromUtf8(text)), text);
     }
+    const auto buttons = view_->findChildren<QToolButton*>();
+    QVERIFY(std::any_of(buttons.begin(), buttons.end(), [](const QToolButton* button) {
+      return button->accessibleName() == QString("더 보기");
+    }));
+    const auto choosers = detail()->findChildren<QComboBox*>();
+    QCOMPARE(choosers[0]->accessibleName(), QString("표시 내용"));
+    QCOMPARE(choosers[1]->accessibleName(), QString("번역 언어"));
+    QCOMPARE(choosers[1]->itemText(0), QString("모든 번역 언어"));
     QCOMPARE(search()->placeholderText(), QString("기록 검색"));
     QCOMPARE(action(QString::fromUtf8("삭제"))->toolTip(), QString("삭제 (⌘⌫) · 휴지통으로 이동"));
   }

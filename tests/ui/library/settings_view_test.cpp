@@ -162,6 +162,9 @@ class SettingsViewTest final : public test::Suite {
           "번역만 보기", "새 세션을 자동으로 저장", "새 세션·앱 종료 전에 저장 여부 묻기"}) {
       QVERIFY2(named<QCheckBox>(QString::fromUtf8(name)), name);
     }
+    const auto buttons = view_->findChildren<QPushButton*>();
+    QCOMPARE(buttons.size(), 1);
+    QCOMPARE(buttons[0]->text(), QString("기록 폴더 열기"));
     QCOMPARE(items(named<QComboBox>(QString::fromUtf8("입력 소스"))),
              QStringList({"컴퓨터 오디오", "마이크"}));
     QCOMPARE(items(named<QComboBox>(QString::fromUtf8("Language · 언어"))),
