@@ -3,11 +3,11 @@
 import json
 import os
 import shutil
-import subprocess
 import unittest
 
 from accessibility import Accessibility
 from private_desktop import PrivateDesktop, end
+from speech import say
 from trays import EmbeddedTray
 from velun_program import APPLICATION, VelunProgram
 
@@ -43,7 +43,7 @@ class SpokenCase(unittest.TestCase):
         cls.accessibility = cls.enterClassContext(Accessibility(cls.desktop))
         cls.tray = cls.TRAY(cls.desktop)
         cls.addClassCleanup(lambda: cls.tray.close())
-        cls.clip = spoken_clip(cls.desktop.root, "thank you for your time")
+        cls.clip = say("thank you for your time", cls.desktop.root / "clip.wav")
 
     def setUp(self):
         self.program = VelunProgram(self.desktop, EXECUTABLE)
@@ -118,13 +118,5 @@ class SpokenCase(unittest.TestCase):
         before = self.program.state()["toggle-keep-on-top"]
         self.program.action("toggle-keep-on-top")
         self.program.wait_for_state("toggle-keep-on-top", not before)
-
-
-def spoken_clip(folder, text):
-    """A sound file in a synthetic voice, with a moment of silence around it."""
-    spoken, clip = folder / "spoken.wav", folder / "clip.wav"
-    subprocess.run(["flite", "-voice", "slt", "-t", text, "-o", spoken], check=True)
-    subprocess.run(["sox", spoken, clip, "pad", "0.3", "0.3"], check=True)
-    return clip
 
 

@@ -12,6 +12,7 @@ from pathlib import Path
 
 from bare_system import BareSystem, missing
 from private_desktop import PrivateDesktop, end
+from speech import say
 from velun_program import VelunProgram
 
 SPEECH_DATA = Path(os.environ["VELUN_SPEECH_DATA"])
@@ -54,10 +55,7 @@ class OnABareSystem(unittest.TestCase):
     def caption(self, desktop, program):
         desktop.start_sound()
         desktop.start_tray()
-        spoken, clip = desktop.root / "spoken.wav", desktop.root / "clip.wav"
-        subprocess.run(["flite", "-voice", "slt", "-t", "thank you for your time", "-o", spoken],
-                       check=True)
-        subprocess.run(["sox", spoken, clip, "pad", "0.3", "0.3"], check=True)
+        clip = say("thank you for your time", desktop.root / "clip.wav")
         program.write_preferences(translate=False, autoSaveSessions=True)
         program.launch()
         program.action("toggle-captions")

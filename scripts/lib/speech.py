@@ -1,4 +1,4 @@
-"""What the demonstration says: text of our own in synthetic voices, and human readers' clips."""
+"""Speech to caption: text of our own in synthetic voices, and human readers' clips."""
 
 import array
 import re
@@ -54,11 +54,16 @@ def padded(source, path):
     return path
 
 
+def say(text, path, voice="slt"):
+    """A sound file at the path that says the text in a synthetic voice."""
+    spoken = path.with_name(f"{path.stem}-spoken.wav")
+    subprocess.run(["flite", "-voice", voice, "-t", text, "-o", str(spoken)], check=True)
+    return padded(spoken, path)
+
+
 def synthetic(folder):
     for number, (voice, text) in enumerate(SENTENCES):
-        spoken = folder / f"{number}-{voice}-spoken.wav"
-        subprocess.run(["flite", "-voice", voice, "-t", text, "-o", str(spoken)], check=True)
-        yield Clip(padded(spoken, folder / f"{number}-{voice}.wav"), text, "flite")
+        yield Clip(say(text, folder / f"{number}-{voice}.wav", voice), text, "flite")
 
 
 def human(folder):
