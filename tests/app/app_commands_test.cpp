@@ -286,6 +286,28 @@ class AppCommandsTest final : public Suite {
     QVERIFY(visibleWindow("Velun — 저장 기록"));
   }
 
+  void panelsAndAlertsSpeakKorean() {
+    AppStage stage;
+    stage.settings.setLanguage(AppLanguage::korean);
+    const QUrl file = writeSession(stage, "하나.");
+    QCOMPARE(stage.coordinator().validate(AppCommand::saveDocument).title,
+             std::optional<QString>("현재 세션 저장"));
+    openHistory(stage);
+    QCOMPARE(stage.coordinator().validate(AppCommand::saveDocument).title,
+             std::optional<QString>("기록 파일 저장…"));
+    stage.perform(AppCommand::saveDocument);
+    QCOMPARE(stage.saveRequests.at(0).title, QString("기록 파일 저장"));
+    stage.perform(AppCommand::openSessionFile);
+    QCOMPARE(stage.openRequests.at(0).title, QString("Velun 기록 열기"));
+    QCOMPARE(stage.openRequests.at(0).message,
+             QString("Velun 기록 (.json) 또는 이전 버전의 Markdown 기록 (.md)을 선택하세요."));
+    stage.trashFailure = "휴지통이 가득 찼습니다.";
+    stage.coordinator().sessions().deleteHistorySelection({file});
+    QCOMPARE(stage.question.asked.at(0).message, QString("작업을 완료하지 못했습니다"));
+    QCOMPARE(stage.question.asked.at(0).informativeText,
+             QString("기록을 삭제하지 못했습니다: 휴지통이 가득 찼습니다."));
+  }
+
   void aWindowThatAsksForItselfIsNotReplaced_data() {
     QTest::addColumn<AppCommand>("command");
     QTest::addColumn<QString>("title");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/app_stage.h"
 #include "app/session_library.h"
+#include "settings/localization.h"
 #include "support/suite.h"
 
 using namespace velun;
@@ -11,6 +12,8 @@ class NewSessionAndQuitTest final : public Suite {
   Q_OBJECT
 
  private Q_SLOTS:
+  void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
+
   void anEmptySessionIsReplacedWithoutAQuestion() {
     AppStage stage;
     const QUuid before = stage.model->session().id;
@@ -142,6 +145,18 @@ class NewSessionAndQuitTest final : public Suite {
     stage.requestQuit();
     QCOMPARE(stage.replies, std::vector({false}));
     QVERIFY(!stage.model->isRunning());
+  }
+
+  void theQuestionsInKorean() {
+    AppStage stage;
+    stage.settings.setLanguage(AppLanguage::korean);
+    stage.startWithLine();
+    stage.question.answers = {cancelDiscarding, cancelDiscarding};
+    stage.perform(AppCommand::newSession);
+    stage.requestQuit();
+    QCOMPARE(stage.question.asked.size(), std::size_t(2));
+    QCOMPARE(stage.question.asked[0].message, QString("새 세션을 시작하기 전에 저장할까요?"));
+    QCOMPARE(stage.question.asked[1].message, QString("종료하기 전에 이 세션을 저장할까요?"));
   }
 
   void aClosedQuestionCancelsTheQuit() {
