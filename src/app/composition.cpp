@@ -59,6 +59,7 @@ std::unique_ptr<UpdateFeed> updateFeed() {
 
 SessionStore usersStore() {
   const SessionStore& store = SessionStore::local();
+  // Before the folder can be opened, which makes it: nothing is moved over one that is there.
   store.migratePreviousFolder();
   return store;
 }

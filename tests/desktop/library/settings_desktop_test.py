@@ -183,6 +183,17 @@ class SessionsFolder(SettingsCase):
         self.assertTrue(self.program.sessions.is_dir())
         self.quit()
 
+    def test_the_sessions_of_an_earlier_version_are_in_it(self):
+        earlier = self.program.sessions.parent.with_name("Parvelo") / "Sessions"
+        earlier.mkdir(parents=True)
+        (earlier / "kept.json").write_text("{}")
+        opened = self.note_what_is_opened()
+        self.launch()
+        self.program.action("open-sessions-folder")
+        self.wait("the opened folder", lambda: opened.exists() and opened.read_text())
+        self.assertTrue((self.program.sessions / "kept.json").exists())
+        self.quit()
+
 
 class Languages(SettingsCase):
     """Switching the interface language re-labels every open window at once."""
