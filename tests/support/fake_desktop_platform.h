@@ -14,6 +14,9 @@ class FakeDesktopPlatform final : public DesktopPlatform {
   void prepareToShow(QWindow&, bool keepOnTop) override {
     calls << (keepOnTop ? "prepare floating" : "prepare normal");
   }
+  void confirmShown(QWindow&, bool keepOnTop) override {
+    calls << (keepOnTop ? "confirm floating" : "confirm normal");
+  }
   bool setKeepOnTop(QWindow&, bool keepOnTop) override {
     calls << (keepOnTop ? "floating" : "normal");
     return changesLevelWhileShown;

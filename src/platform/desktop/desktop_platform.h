@@ -23,6 +23,10 @@ class DesktopPlatform : public QObject {
   /// before each showing, while the native window exists.
   virtual void prepareToShow(QWindow& window, bool keepOnTop) = 0;
 
+  /// Asks for the same again, right after the showing: a desktop that was still busy with hiding
+  /// the window has by then forgotten what it was told before.
+  virtual void confirmShown(QWindow& window, bool keepOnTop) = 0;
+
   /// Changes the level of a shown window, without hiding it. False when that is not enough here:
   /// the window has to be prepared and shown anew.
   virtual bool setKeepOnTop(QWindow& window, bool keepOnTop) = 0;

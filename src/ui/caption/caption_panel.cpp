@@ -97,6 +97,7 @@ void CaptionPanel::orderFront(bool keepOnTop) {
     desktop_.prepareToShow(*windowHandle(), keepOnTop);
     updateRegions();
     show();
+    desktop_.confirmShown(*windowHandle(), keepOnTop);
   }
   raise();
 }

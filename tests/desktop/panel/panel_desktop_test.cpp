@@ -81,10 +81,12 @@ class PanelDesktopTest final : public test::Suite {
     const test::PanelStage stage({}, desktop_.get());
     for (int showing = 0; showing < 2; ++showing) {
       showAndPark(stage);
-      const QString states = property(stage.panel(), "_NET_WM_STATE");
-      QVERIFY2(states.contains("_NET_WM_STATE_ABOVE"), qPrintable(states));
-      QVERIFY2(states.contains("_NET_WM_STATE_SKIP_TASKBAR"), qPrintable(states));
-      QVERIFY(property(stage.panel(), "_NET_WM_DESKTOP").contains("4294967295"));
+      const auto has = [&stage](const char* name, const char* value) {
+        return property(stage.panel(), name).contains(value);
+      };
+      QTRY_VERIFY(has("_NET_WM_STATE", "_NET_WM_STATE_ABOVE"));
+      QTRY_VERIFY(has("_NET_WM_STATE", "_NET_WM_STATE_SKIP_TASKBAR"));
+      QTRY_VERIFY(has("_NET_WM_DESKTOP", "4294967295"));
       stage.controller->hide();
       QTRY_VERIFY(!stage.panel().isVisible());
     }

@@ -203,6 +203,7 @@ class CaptionWindowControllerTest final : public test::Suite {
     PanelStage stage;
     stage.controller->show();
     QCOMPARE(stage.desktop.calls.first(), QString("prepare floating"));
+    QVERIFY(stage.desktop.calls.contains("confirm floating"));
     stage.desktop.calls.clear();
     stage.settings.setKeepOnTop(false);
     QVERIFY(stage.desktop.calls.contains("normal"));

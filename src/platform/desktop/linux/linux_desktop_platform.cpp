@@ -77,6 +77,10 @@ void LinuxDesktopPlatform::prepareToShow(QWindow& window, bool keepOnTop) {
   bottomAnchor_->keep(window);
 }
 
+void LinuxDesktopPlatform::confirmShown(QWindow& window, bool keepOnTop) {
+  if (manager_) manager_->requestStates(window, keepOnTop);
+}
+
 bool LinuxDesktopPlatform::setKeepOnTop(QWindow& window, bool keepOnTop) {
   if (!manager_) return true;
   manager_->requestAbove(window, keepOnTop);

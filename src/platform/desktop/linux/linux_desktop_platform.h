@@ -25,6 +25,7 @@ class LinuxDesktopPlatform final : public DesktopPlatform {
 
   const DesktopCapabilities& capabilities() const override { return capabilities_; }
   void prepareToShow(QWindow& window, bool keepOnTop) override;
+  void confirmShown(QWindow& window, bool keepOnTop) override;
   bool setKeepOnTop(QWindow& window, bool keepOnTop) override;
   void setBlurBehind(QWindow& window, const QRegion& region) override;
   void setShape(QWindow& window, const QRegion& region) override;

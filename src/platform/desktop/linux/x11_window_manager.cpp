@@ -79,6 +79,16 @@ void X11WindowManager::writeStates(QWindow& window, bool above) const {
   xcb_flush(connection_);
 }
 
+void X11WindowManager::requestStates(QWindow& window, bool above) const {
+  send(window, "_NET_WM_STATE",
+       {kAdd, atom("_NET_WM_STATE_SKIP_TASKBAR"), atom("_NET_WM_STATE_SKIP_PAGER"),
+        kFromApplication, 0});
+  send(window, "_NET_WM_STATE",
+       {kAdd, atom("_NET_WM_STATE_STICKY"), above ? atom("_NET_WM_STATE_ABOVE") : 0,
+        kFromApplication, 0});
+  send(window, "_NET_WM_DESKTOP", {kAllDesktops, kFromApplication, 0, 0, 0});
+}
+
 void X11WindowManager::requestAbove(QWindow& window, bool above) const {
   send(window, "_NET_WM_STATE",
        {above ? kAdd : kRemove, atom("_NET_WM_STATE_ABOVE"), 0, kFromApplication, 0});

@@ -29,6 +29,8 @@ class X11WindowManager final {
 
   /// Writes the states of a window that is not shown: the manager deletes them when it is hidden.
   void writeStates(QWindow& window, bool above) const;
+  /// Asks for the same states, of a window that is shown.
+  void requestStates(QWindow& window, bool above) const;
   /// Asks for a change of a shown window's level.
   void requestAbove(QWindow& window, bool above) const;
   /// A kind of window that KWin keeps above full-screen ones, or the ordinary kind. Taken notice
