@@ -474,7 +474,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     test::await(engine->start("en_US", false));
     recognizer->script->isSlow = true;
     audio.hardware->block(test::toneBuffer(audio.hardware->format, 440, 0.1F, 4800));
-    QTRY_VERIFY(recognizer->script->isWaiting);
+    VERIFY_SOON(recognizer->script->isWaiting);
     QCoro::Task<> stopping = engine->stop();
     QCOMPARE(recognizer->script->alive.load(), 1);
     engine.reset();

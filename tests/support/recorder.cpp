@@ -40,7 +40,10 @@ double Recorder::amplitudeAt(double frequency, std::size_t frameCount) const {
 }
 
 bool Recorder::hearsOnly(double frequency, double other) const {
-  return amplitudeAt(frequency, 4'800) > 0.45 && amplitudeAt(other, 4'800) < 0.01;
+  const std::vector<float> frames = last(4'800);
+  const double rate = format().sampleRate;
+  return test::amplitudeAt(frames, frequency, rate) > 0.45 &&
+         test::amplitudeAt(frames, other, rate) < 0.01;
 }
 
 double Recorder::level(std::size_t frameCount) const {

@@ -5,6 +5,11 @@
 #include <QRegularExpression>
 #include <QTest>
 
+/// Waits until a condition holds, for up to a minute: machines can be slow. Once it has held it is
+/// not asked again, as `QTRY_VERIFY` would, so it may be one that does not last.
+#define VERIFY_SOON(condition) \
+  QVERIFY(QTest::qWaitFor([&] { return static_cast<bool>(condition); }, 60'000))
+
 namespace velun::test {
 
 /// The base of every test class: a warning that a test did not announce with

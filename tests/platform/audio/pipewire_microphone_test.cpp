@@ -58,7 +58,7 @@ class PipeWireMicrophoneTest final : public Suite {
     source_->start(recorder_.handler());
     const auto computer = PlaybackStream::play("speakers", 1000);
     const auto voice = PlaybackStream::play("mic-voice", 600);
-    QTRY_VERIFY_WITH_TIMEOUT(recorder_.hearsOnly(600, 1000), limit);
+    VERIFY_SOON(recorder_.hearsOnly(600, 1000));
     QTEST(recorder_.format().channelCount, "channelCount");
   }
 
@@ -84,7 +84,7 @@ class PipeWireMicrophoneTest final : public Suite {
     source_->start(recorder_.handler());
     const auto computer = PlaybackStream::play("speakers", 1000);
     auto voice = PlaybackStream::play("mic-voice", 600);
-    QTRY_VERIFY_WITH_TIMEOUT(recorder_.hearsOnly(600, 1000), limit);
+    VERIFY_SOON(recorder_.hearsOnly(600, 1000));
     voice.reset();
     QVERIFY(server_->remove("mic"));
     QVERIFY(server_->remove("mic-voice"));
@@ -96,7 +96,7 @@ class PipeWireMicrophoneTest final : public Suite {
     QVERIFY(server_->awaitDefaultSource("mic"));
     recorder_.clear();
     voice = PlaybackStream::play("mic-voice", 600);
-    QTRY_VERIFY_WITH_TIMEOUT(recorder_.hearsOnly(600, 1000), limit);
+    VERIFY_SOON(recorder_.hearsOnly(600, 1000));
     QVERIFY(reports_.isEmpty());
   }
 
@@ -107,9 +107,9 @@ class PipeWireMicrophoneTest final : public Suite {
     source_->start(recorder_.handler());
     const auto voice = PlaybackStream::play("mic-voice", 600);
     const auto other = PlaybackStream::play("headset-voice", 1700);
-    QTRY_VERIFY_WITH_TIMEOUT(recorder_.hearsOnly(600, 1700), limit);
+    VERIFY_SOON(recorder_.hearsOnly(600, 1700));
     QVERIFY(server_->setDefaultSource("headset"));
-    QTRY_VERIFY_WITH_TIMEOUT(recorder_.hearsOnly(1700, 600), limit);
+    VERIFY_SOON(recorder_.hearsOnly(1700, 600));
     QVERIFY(reports_.isEmpty());
   }
 
@@ -124,7 +124,7 @@ class PipeWireMicrophoneTest final : public Suite {
     QVERIFY(server_->awaitDefaultSource("mic"));
     clock_.advance(1s);
     const auto voice = PlaybackStream::play("mic-voice", 600);
-    QTRY_VERIFY_WITH_TIMEOUT(recorder_.hearsOnly(600, 1000), limit);
+    VERIFY_SOON(recorder_.hearsOnly(600, 1000));
     QCOMPARE(reports_, QList({AudioInterruption::began, AudioInterruption::ended}));
   }
 
@@ -137,8 +137,8 @@ class PipeWireMicrophoneTest final : public Suite {
     source_->start(recorder_.handler());
     const auto sound = PlaybackStream::play("speakers", 1000);
     const auto voice = PlaybackStream::play("mic-voice", 600);
-    QTRY_VERIFY_WITH_TIMEOUT(computerRecorder.hearsOnly(1000, 600), limit);
-    QTRY_VERIFY_WITH_TIMEOUT(recorder_.hearsOnly(600, 1000), limit);
+    VERIFY_SOON(computerRecorder.hearsOnly(1000, 600));
+    VERIFY_SOON(recorder_.hearsOnly(600, 1000));
     computer.stop();
   }
 

@@ -150,7 +150,7 @@ class LocalSpeechAnalyzerTest final : public test::Suite {
     f.script.phraseLength = kWord + kPause;
     f.start();
     f.yield();
-    QTRY_VERIFY(!f.heard.isEmpty() && f.heard.last().startsWith("final"));
+    VERIFY_SOON(!f.heard.isEmpty() && f.heard.last().startsWith("final"));
     QCOMPARE(f.script.finalizeCount.load(), 0);
     // Between phrases there is nothing that silence could end.
     const int taken = f.script.samplesTaken;
@@ -166,11 +166,11 @@ class LocalSpeechAnalyzerTest final : public test::Suite {
     f.script.isSlow = true;
     f.start();
     f.yield();
-    QTRY_VERIFY(f.script.isWaiting);
+    VERIFY_SOON(f.script.isWaiting);
     f.script.isSlow = false;
     QTest::qWait(1500);
     f.script.mayTake.release();
-    QTRY_VERIFY(!f.heard.isEmpty() && f.heard.last().startsWith("final"));
+    VERIFY_SOON(!f.heard.isEmpty() && f.heard.last().startsWith("final"));
     QCOMPARE(f.script.samplesTaken.load(), kWord + kLongestGap);
   }
 
@@ -180,11 +180,11 @@ class LocalSpeechAnalyzerTest final : public test::Suite {
     f.start();
     for (int i = 0; i < 60; ++i) f.yield();
     f.script.mayTake.release(2);
-    QTRY_VERIFY(f.heard.contains("behind"));
+    VERIFY_SOON(f.heard.contains("behind"));
     QVERIFY(!f.heard.contains("caught up"));
     f.script.isSlow = false;
     f.script.mayTake.release(1);
-    QTRY_VERIFY(f.heard.contains("caught up"));
+    VERIFY_SOON(f.heard.contains("caught up"));
     test::await(f.analyzer->finalizeAndFinishThroughEndOfInput());
     QVERIFY(f.heard.contains("final 60"));
     QCOMPARE(f.heard.count("behind"), 1);
@@ -204,7 +204,7 @@ class LocalSpeechAnalyzerTest final : public test::Suite {
     Fixture f;
     f.start();
     for (int i = 0; i < 10; ++i) f.yield();
-    QTRY_VERIFY(f.script.samplesTaken > 0);
+    VERIFY_SOON(f.script.samplesTaken > 0);
     f.analyzer.reset();
     QCOMPARE(f.script.alive.load(), 0);
     f.heard.clear();
@@ -217,7 +217,7 @@ class LocalSpeechAnalyzerTest final : public test::Suite {
     f.script.isSlow = true;
     f.start();
     f.yield();
-    QTRY_VERIFY(f.script.isWaiting);
+    VERIFY_SOON(f.script.isWaiting);
     test::await(f.analyzer->cancelAndFinishNow());
     QCOMPARE(f.heard, QStringList{"end -"});
   }
@@ -226,7 +226,7 @@ class LocalSpeechAnalyzerTest final : public test::Suite {
     Fixture f;
     f.script.isSlowToLoad = true;
     f.start();
-    QTRY_VERIFY(f.script.isWaiting);
+    VERIFY_SOON(f.script.isWaiting);
     test::await(f.analyzer->cancelAndFinishNow());
     QCOMPARE(f.heard, QStringList{"end -"});
     QCOMPARE(f.script.alive.load(), 0);
@@ -236,7 +236,7 @@ class LocalSpeechAnalyzerTest final : public test::Suite {
     Fixture f;
     f.script.isSlowToLoad = true;
     f.start();
-    QTRY_VERIFY(f.script.isWaiting);
+    VERIFY_SOON(f.script.isWaiting);
     f.analyzer.reset();
     QCOMPARE(f.script.alive.load(), 0);
   }
@@ -266,7 +266,7 @@ class LocalSpeechAnalyzerTest final : public test::Suite {
     f.script.isSlow = true;
     f.start();
     f.yield();
-    QTRY_VERIFY(f.script.isWaiting);
+    VERIFY_SOON(f.script.isWaiting);
     QCoro::Task<> finishing = f.analyzer->finalizeAndFinishThroughEndOfInput();
     QCoro::Task<> settling = f.analyzer->finalizeThroughEndOfInputSoFar();
     f.analyzer.reset();

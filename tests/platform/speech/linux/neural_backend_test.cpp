@@ -107,9 +107,9 @@ class NeuralBackendTest final : public test::Suite {
     backend.load();
     QStringList finals;
     feed(backend, music_ + silence(1.2) + water_ + silence(1.2));
-    QTRY_VERIFY((keepFinals(backend, finals), finals.size() >= 2));
+    VERIFY_SOON((keepFinals(backend, finals), finals.size() >= 2));
     QCOMPARE(finals, QStringList({"Turn off the music now", "Start the water now please"}));
-    QTRY_VERIFY((backend.poll(), !backend.expectsResults()));
+    VERIFY_SOON((backend.poll(), !backend.expectsResults()));
   }
 
   void aShortPauseEndsNoPhrase() {
@@ -124,7 +124,7 @@ class NeuralBackendTest final : public test::Suite {
     QStringList finals;
     // The file ends with a little silence of its own; a step takes 0.32 s.
     feed(backend, silence(1.1));
-    QTRY_VERIFY((keepFinals(backend, finals), !finals.isEmpty()));
+    VERIFY_SOON((keepFinals(backend, finals), !finals.isEmpty()));
     QCOMPARE(finals, QStringList("Turn off the music now"));
   }
 
@@ -331,7 +331,7 @@ class NeuralBackendTest final : public test::Suite {
     QStringList finals;
     feed(backend, music_ + silence(1.2) + sound("sixseven.wav"));
     std::vector<TranscriptionResult> results;
-    QTRY_VERIFY(([&] {
+    VERIFY_SOON(([&] {
       for (const TranscriptionResult& each : backend.poll()) results.push_back(each);
       return !results.empty() && results.back().text.startsWith("Six");
     })());
