@@ -303,7 +303,6 @@ class NeuralBackendTest final : public test::Suite {
     settings.punctuationModel = neuralData("joiner.int8.onnx");
     settings.punctuationVocabulary = neuralData("punctuation.vocab");
     PunctuationHelper helper(helperProgram(), settings);
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Punctuation is not restored any more"));
     QCOMPARE(helper.restored("turn off"), QString("turn off"));
     QCOMPARE(helper.restored("the music"), QString("the music"));
   }
@@ -340,7 +339,6 @@ class NeuralBackendTest final : public test::Suite {
     for (const TranscriptionResult& each : results) {
       if (each.isFinal) finals.append(each.text);
     }
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("The speech recognizer ended"));
     kill(backend.helperProcessId(), SIGKILL);
     feed(backend, silence(0.5) + numbers_ + silence(1.2));
     backend.finalize();
@@ -409,7 +407,6 @@ class NeuralBackendTest final : public test::Suite {
     QVERIFY(script.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
     NeuralBackend backend(program, transducer());
     backend.load();
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("The speech recognizer ended"));
     QVERIFY_EXCEPTION_THROWN(backend.finalize(), Failure);
     QStringList finals;
     keepFinals(backend, finals);
@@ -478,7 +475,6 @@ class NeuralBackendTest final : public test::Suite {
     tokens.close();
     RecognizerSettings settings = transducer();
     settings.tokens = tokens.fileName();
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("The speech recognizer ended"));
     try {
       finalsOf(settings, music_ + music_);
       QFAIL("it went on");

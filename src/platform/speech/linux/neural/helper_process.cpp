@@ -15,6 +15,8 @@
 
 namespace velun {
 
+Q_LOGGING_CATEGORY(helperLog, "velun.recognizer", QtCriticalMsg)
+
 namespace {
 
 /// About a second of sound: what waits beyond that waits where it can be seen.

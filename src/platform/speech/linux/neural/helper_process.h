@@ -5,11 +5,15 @@
 
 #include <chrono>
 #include <deque>
+#include <QLoggingCategory>
 #include <QString>
 #include <stdexcept>
 #include <sys/types.h>
 
 namespace velun {
+
+/// "velun.recognizer": what becomes of helpers, for developers; silent by default.
+Q_DECLARE_LOGGING_CATEGORY(helperLog)
 
 /// The helper ended, or gives no answer. `what()` is its own last word, in English; may be empty.
 class HelperEnded final : public std::runtime_error {

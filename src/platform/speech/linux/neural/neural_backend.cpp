@@ -71,7 +71,7 @@ void NeuralBackend::attempt(const Action& action) {
 void NeuralBackend::recover(const HelperEnded& end) {
   takeLastResults();
   if (helper_.isCancelled() || std::exchange(hasRestarted_, true)) throw endedAgain();
-  qWarning("The speech recognizer ended (%s); a new one goes on.", end.what());
+  qCWarning(helperLog, "The speech recognizer ended (%s); a new one goes on.", end.what());
   load();
 }
 

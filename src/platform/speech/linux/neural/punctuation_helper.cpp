@@ -31,7 +31,7 @@ QString PunctuationHelper::restored(const QString& text) {
 }
 
 void PunctuationHelper::giveUp(const HelperEnded& end) {
-  if (!helper_.isCancelled()) qWarning("Punctuation is not restored any more (%s).", end.what());
+  qCWarning(helperLog, "Punctuation is not restored any more (%s).", end.what());
   hasFailed_ = true;
   helper_.end();
 }
