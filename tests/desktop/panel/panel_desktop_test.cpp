@@ -131,6 +131,8 @@ class PanelDesktopTest final : public test::Suite {
     QTRY_VERIFY(stage.controller->headerShown());
     const HeaderButton& start = stage.view->header().startStop();
     const QPoint button = start.mapToGlobal(start.rect().center());
+    // Once the window has grown on the screen too.
+    QTRY_VERIFY(isPanelAt(button - QPoint(0, 19)));
     VirtualDisplay::click(button.x(), button.y());
     QTRY_VERIFY(stage.asked.contains("toggleCaptions"));
   }
@@ -149,30 +151,33 @@ class PanelDesktopTest final : public test::Suite {
       for (int y = 11; y < 20; ++y) QVERIFY(column.pixelColor(0, y).lightness() > 90);
       ++samples;
     };
-    VirtualDisplay::movePointer(x, frame.center().y());
-    while (stage.panel().height() < frame.height() + 44) {
-      QTest::qWait(1);
-      watch();
+    // A busy machine shows few pictures of each movement.
+    while (samples <= 10 && !QTest::currentTestFailed()) {
+      VirtualDisplay::movePointer(x, frame.center().y());
+      while (stage.panel().height() < frame.height() + 44) {
+        QTest::qWait(1);
+        watch();
+      }
+      QCOMPARE(stage.panel().geometry().bottom(), frame.bottom());
+      VirtualDisplay::movePointer(3, 3);
+      QTRY_VERIFY(!stage.view->chrome().hovering());
+      stage.clock.advance(1500ms);
+      while (stage.panel().height() > frame.height()) {
+        QTest::qWait(1);
+        watch();
+      }
+      QCOMPARE(stage.panel().geometry(), frame);
     }
-    QCOMPARE(stage.panel().geometry().bottom(), frame.bottom());
-    VirtualDisplay::movePointer(3, 3);
-    QTRY_VERIFY(!stage.view->chrome().hovering());
-    stage.clock.advance(1500ms);
-    while (stage.panel().height() > frame.height()) {
-      QTest::qWait(1);
-      watch();
-    }
-    QCOMPARE(stage.panel().geometry(), frame);
-    QVERIFY(samples > 10);
   }
 
   void theHeaderMovesThePanelAndTheTranscriptDoesNot() {
     test::PanelStage stage({}, desktop_.get());
     showAndPark(stage);
     stage.controller->setHeader(true, false);
-    QTest::qWait(100);
     const QRect frame = stage.panel().geometry();
-    drag(QPoint(frame.center().x() - 20, frame.top() + 22), QPoint(-80, -60));
+    const QPoint handle(frame.center().x() - 20, frame.top() + 22);
+    QTRY_VERIFY(isPanelAt(handle));
+    drag(handle, QPoint(-80, -60));
     QTRY_COMPARE(stage.panel().geometry(), frame.translated(-80, -60));
     const QRect moved = stage.panel().geometry();
     drag(moved.center() + QPoint(0, 40), QPoint(50, 30));
@@ -284,11 +289,13 @@ class PanelDesktopTest final : public test::Suite {
     const test::PanelStage stage({}, desktop_.get());
     showAndPark(stage);
     const QPoint inside = stage.panel().geometry().center() + QPoint(0, 60);
+    // The corner shows what is behind.
+    const QPoint corner = stage.panel().geometry().topLeft() + QPoint(1, 1);
+    QTRY_VERIFY(pixelAt(corner).lightness() > 200);
     const int overBright = pixelAt(inside).lightness();
     other.window.setStyleSheet("background: #000000");
+    QTRY_COMPARE(pixelAt(corner), QColor(0, 0, 0));
     QTRY_VERIFY(pixelAt(inside).lightness() < overBright);
-    // The corner shows what is behind.
-    QCOMPARE(pixelAt(stage.panel().geometry().topLeft() + QPoint(1, 1)), QColor(0, 0, 0));
   }
 
  private:

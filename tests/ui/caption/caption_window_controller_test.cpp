@@ -79,11 +79,15 @@ class CaptionWindowControllerTest final : public test::Suite {
       QCOMPARE(stage.panel().contentHeight(), 294);
       heights << stage.panel().height();
     });
-    stage.controller->setHeader(true, true);
-    QTRY_COMPARE(stage.panel().height(), 294);
-    QVERIFY(heights.size() >= 3);
+    // A busy machine shows few steps of a movement.
+    while (heights.size() < 3) {
+      stage.controller->setHeader(false, false);
+      heights.clear();
+      stage.controller->setHeader(true, true);
+      QTRY_COMPARE(stage.panel().minimumHeight(), 234);
+      QCOMPARE(stage.panel().height(), 294);
+    }
     QVERIFY(std::ranges::is_sorted(heights));
-    QTRY_COMPARE(stage.panel().minimumHeight(), 234);
     stage.controller->setHeader(false, true);
     QTest::qWait(60);
     stage.controller->setHeader(true, true);
