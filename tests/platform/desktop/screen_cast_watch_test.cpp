@@ -7,6 +7,8 @@
 #include "support/video_stream.h"
 
 #include <QSignalSpy>
+#include <sys/resource.h>
+#include <unistd.h>
 
 using namespace velun;
 using namespace std::chrono_literals;
@@ -41,6 +43,23 @@ class ScreenCastWatchTest final : public test::Suite {
     QVERIFY(!watch.isConnected());
     QVERIFY(server_.start());
     QVERIFY(ScreenCastWatch::isPossible());
+    clock.advance(2s);
+    QVERIFY(watch.isConnected());
+  }
+
+  void withoutDescriptorsItTriesAgain() {
+    const int first = dup(STDOUT_FILENO);
+    QVERIFY(first >= 0);
+    close(first);
+    test::ManualClock clock;
+    ScreenCastWatch watch(clock);
+    rlimit usual{};
+    QCOMPARE(getrlimit(RLIMIT_NOFILE, &usual), 0);
+    const rlimit none{rlim_t(first), usual.rlim_max};
+    QCOMPARE(setrlimit(RLIMIT_NOFILE, &none), 0);
+    watch.setWatching(true);
+    QCOMPARE(setrlimit(RLIMIT_NOFILE, &usual), 0);
+    QVERIFY(!watch.isConnected());
     clock.advance(2s);
     QVERIFY(watch.isConnected());
   }

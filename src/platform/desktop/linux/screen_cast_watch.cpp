@@ -24,6 +24,8 @@ class ScreenCastWatch::Connection final : private PipeWireRegistry::Listener {
   explicit Connection(ScreenCastGraph& graph) : graph_(graph) {
     pw_init(nullptr, nullptr);
     loop_ = pw_loop_new(nullptr);
+    // The system has no more descriptors.
+    if (!loop_) return;
     pw_loop_enter(loop_);
     context_ = pw_context_new(loop_, nullptr, 0);
     int error = 0;
@@ -34,8 +36,10 @@ class ScreenCastWatch::Connection final : private PipeWireRegistry::Listener {
     notifier_.reset();
     registry_.reset();
     if (context_) pw_context_destroy(context_);
-    pw_loop_leave(loop_);
-    pw_loop_destroy(loop_);
+    if (loop_) {
+      pw_loop_leave(loop_);
+      pw_loop_destroy(loop_);
+    }
     pw_deinit();
   }
 
