@@ -6,44 +6,57 @@
 #include <QPointer>
 #include <QStringMatcher>
 #include <QThreadPool>
-#include <unicode/unistr.h>
+#include <unicode/casemap.h>
+#include <unicode/edits.h>
+#include <unicode/uchar.h>
 
 namespace velun {
 
+namespace {
+
+/// Full folding: the toolkit's own goes letter by letter, to which "ß" and "SS" are not the same.
+/// `edits` (may be null) takes which part of the result came from which part of the text.
+QString folded(const QString& text, icu::Edits* edits) {
+  // Few letters become longer.
+  qsizetype room = text.size() + text.size() / 8 + 8;
+  for (;;) {
+    QString result(room, Qt::Uninitialized);
+    UErrorCode status = U_ZERO_ERROR;
+    const std::int32_t length = icu::CaseMap::fold(
+        U_FOLD_CASE_DEFAULT, reinterpret_cast<const char16_t*>(text.utf16()),
+        static_cast<std::int32_t>(text.size()), reinterpret_cast<char16_t*>(result.data()),
+        static_cast<std::int32_t>(room), edits, status);
+    result.truncate(length);
+    if (status != U_BUFFER_OVERFLOW_ERROR) return result;
+    room = length;
+  }
+}
+
+}  // namespace
+
 QString foldedForSearch(const QString& text) {
-  // The toolkit folds letter by letter; only full folding makes "ß" and "SS" the same.
-  icu::UnicodeString folded(false, text.utf16(), static_cast<std::int32_t>(text.size()));
-  folded.foldCase();
-  return QString::fromUtf16(folded.getBuffer(), folded.length());
+  return folded(text, nullptr);
 }
 
 std::vector<TextRange> matchesIn(const QString& text, const QString& search, std::size_t limit) {
   const QString needle = foldedForSearch(search);
   if (needle.isEmpty()) return {};
-  QString folded = foldedForSearch(text);
-  // Folding can lengthen a text ("ß" to "ss"); then each folded unit has to remember where it came
-  // from.
-  std::vector<qsizetype> origin;
-  if (folded.size() != text.size()) {
-    folded.clear();
-    for (qsizetype i = 0; i < text.size();) {
-      const qsizetype length = text[i].isHighSurrogate() && i + 1 < text.size() ? 2 : 1;
-      folded += foldedForSearch(text.mid(i, length));
-      origin.resize(static_cast<std::size_t>(folded.size()), i);
-      i += length;
-    }
-    origin.push_back(text.size());
-  }
-  const auto originOf = [&origin](qsizetype at) {
-    return origin.empty() ? at : origin[static_cast<std::size_t>(at)];
+  // Folding can lengthen a text ("ß" to "ss"), so the places in it are others.
+  icu::Edits edits;
+  const QString searched = folded(text, &edits);
+  icu::Edits::Iterator places = edits.getFineIterator();
+  UErrorCode status = U_ZERO_ERROR;
+  const auto placeOf = [&places, &status](qsizetype at) {
+    return places.sourceIndexFromDestinationIndex(static_cast<std::int32_t>(at), status);
   };
   std::vector<TextRange> found;
   const QStringMatcher matcher(needle);
-  for (qsizetype at = matcher.indexIn(folded); at >= 0 && found.size() < limit;
-       at = matcher.indexIn(folded, at + needle.size())) {
-    const qsizetype first = originOf(at);
-    const qsizetype last = originOf(at + needle.size());
-    found.push_back({first, last - first});
+  for (qsizetype at = matcher.indexIn(searched); at >= 0 && found.size() < limit;
+       at = matcher.indexIn(searched, at + needle.size())) {
+    const qsizetype first = placeOf(at);
+    const qsizetype last = placeOf(at + needle.size());
+    // Nothing of the text begins within a letter that became several.
+    if (last > first) found.push_back({first, last - first});
   }
   return found;
 }

@@ -94,6 +94,10 @@ class SessionSearchTest final : public test::Suite {
     using Ranges = std::vector<TextRange>;
     QCOMPARE(matchesIn("River, river", "RIVER", 10), Ranges({{0, 5}, {7, 5}}));
     QCOMPARE(matchesIn("die Straße dort", "STRASSE", 10), Ranges({{4, 6}}));
+    QCOMPARE(matchesIn("Straße, STRASSE, straße!", "Strasse", 10),
+             Ranges({{0, 6}, {8, 7}, {17, 6}}));
+    QCOMPARE(matchesIn("ß", "s", 10), Ranges({{0, 1}}));
+    QCOMPARE(matchesIn("The ﬁnal ﬂoor", "final", 10), Ranges({{4, 4}}));
     QCOMPARE(matchesIn("a a a a", "a", 2).size(), std::size_t{2});
     QCOMPARE(matchesIn("text", "", 10), Ranges());
     QCOMPARE(matchesIn("😀 Emoji", "emoji", 10), Ranges({{3, 5}}));
