@@ -313,7 +313,7 @@ void AppCoordinator::endNow() {
 
 void AppCoordinator::observe() {
   observeLanguage();
-  observeContrast();
+  observeLook();
   observeApplication();
   connect(&services_.trayHost, &TrayHost::missing, this, &AppCoordinator::explainMissingStatusItem);
   connect(captionWindow_.get(), &CaptionWindowController::visibilityChanged, menuBar_.get(),
@@ -332,11 +332,12 @@ void AppCoordinator::observeLanguage() {
   });
 }
 
-void AppCoordinator::observeContrast() {
+void AppCoordinator::observeLook() {
   const auto apply = [this] {
-    contrast_.setHigh(services_.desktop.prefersHighContrast());
+    look_.set(services_.desktop.prefersHighContrast(), services_.desktop.prefersReducedMotion());
   };
   connect(&services_.desktop, &DesktopPlatform::contrastChanged, this, apply);
+  connect(&services_.desktop, &DesktopPlatform::motionChanged, this, apply);
   apply();
 }
 

@@ -4,7 +4,7 @@
 #include "app/app_services.h"
 #include "captions/caption_view_model.h"
 #include "ui/caption/caption_actions.h"
-#include "ui/common/window_contrast.h"
+#include "ui/common/window_look.h"
 #include "ui/menubar/app_command.h"
 
 #include <functional>
@@ -90,7 +90,7 @@ class AppCoordinator final : public QObject {
   void beginTermination(bool wasRunning);
   void observe();
   void observeLanguage();
-  void observeContrast();
+  void observeLook();
   void observeApplication();
   void publishActions();
   void explainMissingStatusItem();
@@ -99,7 +99,7 @@ class AppCoordinator final : public QObject {
 
   CaptionViewModel& model_;
   AppServices services_;
-  WindowContrast contrast_;
+  WindowLook look_;
   std::unique_ptr<CaptionWindowController> captionWindow_;
   std::unique_ptr<MenuBarController> menuBar_;
   std::unique_ptr<SessionLibrary> sessions_;

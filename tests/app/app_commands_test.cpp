@@ -4,6 +4,7 @@
 #include "app/session_library.h"
 #include "settings/localization.h"
 #include "support/suite.h"
+#include "ui/caption/caption_panel.h"
 #include "ui/library/settings_window_controller.h"
 #include "ui/menubar/menu_bar_controller.h"
 
@@ -115,6 +116,24 @@ class AppCommandsTest final : public Suite {
     stage.engine->release();
     settle();
     QVERIFY(stage.coordinator().validate(AppCommand::toggleCaptions).isEnabled);
+  }
+
+  void windowsLookAsTheUserAsksTheDesktopFor() {
+    AppStage stage;
+    CaptionWindowController& window = stage.coordinator().captionWindow();
+    window.show();
+    const int height = window.panel().height();
+    stage.desktop.setReducedMotion(true);
+    window.setHeader(true, true);
+    QCOMPARE(window.panel().height(), height + 44);
+    const QColor usual = QApplication::palette().color(QPalette::Window);
+    stage.desktop.setHighContrast(true);
+    QCOMPARE(QApplication::palette().color(QPalette::Window), QColor(Qt::white));
+    stage.desktop.setHighContrast(false);
+    stage.desktop.setReducedMotion(false);
+    QCOMPARE(QApplication::palette().color(QPalette::Window), usual);
+    window.setHeader(false, true);
+    QVERIFY(window.panel().height() > height);
   }
 
   void thePanelIsToggled() {

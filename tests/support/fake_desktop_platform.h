@@ -30,6 +30,7 @@ class FakeDesktopPlatform final : public DesktopPlatform {
   void watchScreenCasts(bool watch) override { isWatching = watch; }
   bool isScreenCastRunning() const override { return isWatching && isCasting; }
   bool prefersHighContrast() const override { return isHighContrast; }
+  bool prefersReducedMotion() const override { return isMotionReduced; }
 
   void setCapabilities(const DesktopCapabilities& now) {
     can = now;
@@ -43,6 +44,10 @@ class FakeDesktopPlatform final : public DesktopPlatform {
     isHighContrast = high;
     Q_EMIT contrastChanged();
   }
+  void setReducedMotion(bool reduced) {
+    isMotionReduced = reduced;
+    Q_EMIT motionChanged();
+  }
 
   DesktopCapabilities can;
   QStringList calls;
@@ -53,6 +58,7 @@ class FakeDesktopPlatform final : public DesktopPlatform {
   bool isWatching = false;
   bool isCasting = false;
   bool isHighContrast = false;
+  bool isMotionReduced = false;
 };
 
 }  // namespace velun::test

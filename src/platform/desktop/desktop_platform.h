@@ -53,11 +53,14 @@ class DesktopPlatform : public QObject {
 
   /// Whether the user asks the desktop for higher contrast.
   virtual bool prefersHighContrast() const = 0;
+  /// Whether the user asks it for less motion.
+  virtual bool prefersReducedMotion() const = 0;
 
  Q_SIGNALS:
   void capabilitiesChanged();
   void screenCastChanged();
   void contrastChanged();
+  void motionChanged();
 };
 
 }  // namespace velun

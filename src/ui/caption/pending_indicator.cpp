@@ -55,6 +55,7 @@ void PendingIndicator::hideEvent(QHideEvent*) {
 }
 
 void PendingIndicator::timerEvent(QTimerEvent*) {
+  if (motionTime(*this, kTurn) == 0) timer_.stop();
   update();
 }
 

@@ -9,7 +9,7 @@
 #include "ui/caption/header_button.h"
 #include "ui/caption/panel_stage.h"
 #include "ui/common/contrast_ratio.h"
-#include "ui/common/window_contrast.h"
+#include "ui/common/window_look.h"
 
 using namespace velun;
 using test::PanelStage;
@@ -93,11 +93,11 @@ class CaptionColorsTest final : public test::Suite {
 
   void theRingAroundTheCopyButtonIsSeenOnTheDarkPanel() {
     const Stage stage;
-    WindowContrast windows;
-    windows.setHigh(true);
+    WindowLook windows;
+    windows.set(true, false);
     test::settle();
     const QPalette palette = stage.view->overlays().copyButton().palette();
-    windows.setHigh(false);
+    windows.set(false, false);
     for (const CaptionColors& colors : {CaptionColors(), CaptionColors::highContrast()}) {
       QVERIFY(contrastRatio(palette.color(QPalette::Highlight), colors.raised) >= 3);
     }

@@ -28,7 +28,7 @@ std::unique_ptr<DesktopPlatform> makeDesktopPlatform(Clock& clock) {
 LinuxDesktopPlatform::LinuxDesktopPlatform(Clock& clock)
     : exclusion_(std::make_unique<CompositorExclusion>(QDBusConnection::sessionBus())),
       casts_(clock),
-      contrast_(QDBusConnection::sessionBus()),
+      access_(QDBusConnection::sessionBus()),
       canWatchCasts_(ScreenCastWatch::isPossible()) {
   if (xcb_connection_t* connection = x11Connection()) {
     manager_ = std::make_unique<X11WindowManager>(connection);
@@ -44,8 +44,10 @@ LinuxDesktopPlatform::LinuxDesktopPlatform(Clock& clock)
     canWatchCasts_ = canWatchCasts_ || casts_.isConnected();
     look();
   });
-  connect(&contrast_, &ContrastPreference::isHighChanged, this,
+  connect(&access_, &AccessPreferences::isContrastHighChanged, this,
           &LinuxDesktopPlatform::contrastChanged);
+  connect(&access_, &AccessPreferences::isMotionReducedChanged, this,
+          &LinuxDesktopPlatform::motionChanged);
   look();
 }
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/desktop/desktop_platform.h"
-#include "platform/desktop/linux/contrast_preference.h"
+#include "platform/desktop/linux/access_preferences.h"
 #include "platform/desktop/linux/screen_cast_watch.h"
 
 #include <memory>
@@ -15,7 +15,7 @@ class X11SelectionWatch;
 class X11WindowManager;
 
 /// The desktop as X11 or XWayland shows it; on any other display only what it tells elsewhere: of
-/// screen casts and of the contrast that is asked for.
+/// screen casts and of what users ask of all programs.
 class LinuxDesktopPlatform final : public DesktopPlatform {
   Q_OBJECT
 
@@ -33,7 +33,8 @@ class LinuxDesktopPlatform final : public DesktopPlatform {
   void setExcludedFromCapture(QWindow& window, bool excluded) override;
   void watchScreenCasts(bool watch) override;
   bool isScreenCastRunning() const override { return casts_.isCastRunning(); }
-  bool prefersHighContrast() const override { return contrast_.isHigh(); }
+  bool prefersHighContrast() const override { return access_.isContrastHigh(); }
+  bool prefersReducedMotion() const override { return access_.isMotionReduced(); }
 
  private:
   void look();
@@ -44,7 +45,7 @@ class LinuxDesktopPlatform final : public DesktopPlatform {
   std::unique_ptr<X11SelectionWatch> compositorWatch_;
   std::unique_ptr<CompositorExclusion> exclusion_;
   ScreenCastWatch casts_;
-  ContrastPreference contrast_;
+  AccessPreferences access_;
   bool canWatchCasts_ = false;
 };
 

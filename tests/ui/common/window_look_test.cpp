@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/common/window_contrast.h"
+#include "ui/common/window_look.h"
 
 #include "support/suite.h"
 #include "ui/common/contrast_ratio.h"
@@ -13,7 +13,7 @@
 
 using namespace velun;
 
-class WindowContrastTest final : public test::Suite {
+class WindowLookTest final : public test::Suite {
   Q_OBJECT
 
  private:
@@ -90,19 +90,41 @@ class WindowContrastTest final : public test::Suite {
       before.push_back(control->grab().toImage());
       QVERIFY(outlineOf(*control) < 3);
     }
-    WindowContrast contrast;
-    contrast.setHigh(true);
+    WindowLook look;
+    look.set(true, false);
     for (QWidget* control : controls) {
       QVERIFY2(outlineOf(*control) >= 7, control->metaObject()->className());
     }
-    contrast.setHigh(false);
+    look.set(false, false);
     QCOMPARE(QApplication::style()->name(), QString("fusion"));
     if (dark) QApplication::setPalette(desktops(true));
     for (std::size_t i = 0; i < controls.size(); ++i) {
       QCOMPARE(controls[i]->grab().toImage(), before[i]);
     }
   }
+
+  void movementsStopWhileThatIsAskedFor() {
+    const auto duration = [] {
+      return QApplication::style()->styleHint(QStyle::SH_Widget_Animation_Duration);
+    };
+    QPushButton button("Export");
+    button.resize(button.sizeHint());
+    const QImage before = button.grab().toImage();
+    QVERIFY(duration() > 0);
+    WindowLook look;
+    look.set(false, true);
+    QCOMPARE(duration(), 0);
+    QCOMPARE(button.grab().toImage(), before);
+    look.set(true, true);
+    QCOMPARE(duration(), 0);
+    look.set(true, false);
+    QVERIFY(duration() > 0);
+    QVERIFY(button.grab().toImage() != before);
+    look.set(false, false);
+    QCOMPARE(QApplication::style()->name(), QString("fusion"));
+    QCOMPARE(button.grab().toImage(), before);
+  }
 };
 
-QTEST_MAIN(WindowContrastTest)
-#include "window_contrast_test.moc"
+QTEST_MAIN(WindowLookTest)
+#include "window_look_test.moc"

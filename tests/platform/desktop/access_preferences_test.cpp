@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/desktop/linux/contrast_preference.h"
+#include "platform/desktop/linux/access_preferences.h"
 
 #include "support/private_bus.h"
 #include "support/suite.h"
@@ -63,7 +63,7 @@ const QString kAppearance = "org.freedesktop.appearance";
 
 }  // namespace
 
-class ContrastPreferenceTest final : public test::Suite {
+class AccessPreferencesTest final : public test::Suite {
   Q_OBJECT
 
  private Q_SLOTS:
@@ -95,47 +95,63 @@ class ContrastPreferenceTest final : public test::Suite {
     QFETCH(bool, isHigh);
     FakePortal portal(bus_->connect());
     portal.settings[group][key] = value;
-    ContrastPreference preference(bus_->connect());
-    QVERIFY(!preference.isHigh());
-    const QSignalSpy changes(&preference, &ContrastPreference::isHighChanged);
+    AccessPreferences preference(bus_->connect());
+    QVERIFY(!preference.isContrastHigh());
+    const QSignalSpy changes(&preference, &AccessPreferences::isContrastHighChanged);
     if (isHigh) {
-      QTRY_VERIFY(preference.isHigh());
+      QTRY_VERIFY(preference.isContrastHigh());
       return;
     }
     // What is changed after the answer is heard of after it.
     QTRY_COMPARE(portal.reads, 1);
     portal.change("org.gnome.desktop.a11y.interface", "high-contrast", true);
-    QTRY_VERIFY(preference.isHigh());
+    QTRY_VERIFY(preference.isContrastHigh());
     QCOMPARE(changes.count(), 1);
     portal.change("org.gnome.desktop.a11y.interface", "high-contrast", false);
-    QTRY_VERIFY(!preference.isHigh());
+    QTRY_VERIFY(!preference.isContrastHigh());
   }
 
   void changesAreHeardOfAtOnce() {
     FakePortal portal(bus_->connect());
-    ContrastPreference preference(bus_->connect());
-    const QSignalSpy changes(&preference, &ContrastPreference::isHighChanged);
+    AccessPreferences preference(bus_->connect());
+    const QSignalSpy changes(&preference, &AccessPreferences::isContrastHighChanged);
     QTRY_COMPARE(portal.reads, 1);
     portal.change(kAppearance, "contrast", 1U);
-    QTRY_VERIFY(preference.isHigh());
+    QTRY_VERIFY(preference.isContrastHigh());
     QCOMPARE(changes.count(), 1);
     portal.change("org.gnome.desktop.interface", "gtk-theme", "HighContrast");
     portal.change(kAppearance, "contrast", 0U);
     portal.change("org.gnome.desktop.interface", "gtk-theme", "Adwaita");
-    QTRY_VERIFY(!preference.isHigh());
+    QTRY_VERIFY(!preference.isContrastHigh());
+    QCOMPARE(changes.count(), 2);
+  }
+
+  void lessMotionIsAskedForInTwoWays() {
+    FakePortal portal(bus_->connect());
+    portal.settings["org.gnome.desktop.interface"]["enable-animations"] = false;
+    AccessPreferences preferences(bus_->connect());
+    const QSignalSpy changes(&preferences, &AccessPreferences::isMotionReducedChanged);
+    QTRY_VERIFY(preferences.isMotionReduced());
+    portal.change(kAppearance, "reduced-motion", 1U);
+    portal.change("org.gnome.desktop.interface", "enable-animations", true);
+    portal.change(kAppearance, "contrast", 1U);
+    QTRY_VERIFY(preferences.isContrastHigh());
+    QVERIFY(preferences.isMotionReduced());
+    portal.change(kAppearance, "reduced-motion", 0U);
+    QTRY_VERIFY(!preferences.isMotionReduced());
     QCOMPARE(changes.count(), 2);
   }
 
   void aPortalThatComesLaterIsAsked() {
-    ContrastPreference preference(bus_->connect());
+    AccessPreferences preference(bus_->connect());
     FakePortal portal(bus_->connect());
     portal.settings[kAppearance]["contrast"] = 1U;
-    QTRY_VERIFY(preference.isHigh());
+    QTRY_VERIFY(preference.isContrastHigh());
   }
 
  private:
   std::unique_ptr<test::PrivateBus> bus_;
 };
 
-QTEST_GUILESS_MAIN(ContrastPreferenceTest)
-#include "contrast_preference_test.moc"
+QTEST_GUILESS_MAIN(AccessPreferencesTest)
+#include "access_preferences_test.moc"

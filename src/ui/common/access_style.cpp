@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/common/outlining_style.h"
+#include "ui/common/access_style.h"
 
 #include <QPainter>
 #include <QStyleOption>
@@ -31,13 +31,20 @@ void drawOutline(QPainter& painter, const QStyleOption& option) {
 
 }  // namespace
 
-void OutliningStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
-                                   QPainter* painter, const QWidget* widget) const {
-  if (element == PE_FrameFocusRect) {
+int AccessStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                           QStyleHintReturn* returned) const {
+  if (still_ && hint == SH_Widget_Animation_Duration) return 0;
+  return QProxyStyle::styleHint(hint, option, widget, returned);
+}
+
+void AccessStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
+                                QPainter* painter, const QWidget* widget) const {
+  if (outlines_ && element == PE_FrameFocusRect) {
     drawOutline(*painter, option->rect, option->palette.color(QPalette::Highlight), kFocusLine);
     return;
   }
   QProxyStyle::drawPrimitive(element, option, painter, widget);
+  if (!outlines_) return;
   switch (element) {
     case PE_PanelButtonCommand:
     case PE_FrameLineEdit:
@@ -51,10 +58,10 @@ void OutliningStyle::drawPrimitive(PrimitiveElement element, const QStyleOption*
   }
 }
 
-void OutliningStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
-                                        QPainter* painter, const QWidget* widget) const {
+void AccessStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                                     QPainter* painter, const QWidget* widget) const {
   QProxyStyle::drawComplexControl(control, option, painter, widget);
-  if (control == CC_ComboBox) drawOutline(*painter, *option);
+  if (outlines_ && control == CC_ComboBox) drawOutline(*painter, *option);
 }
 
 }  // namespace velun

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/common/window_contrast.h"
+#include "ui/common/window_look.h"
 
-#include "ui/common/outlining_style.h"
+#include "ui/common/access_style.h"
 
 #include <QApplication>
 #include <utility>
@@ -33,17 +33,19 @@ QPalette highContrastPalette(const QPalette& desktops) {
   return palette;
 }
 
-void WindowContrast::setHigh(bool high) {
-  if (std::exchange(high_, high) == high) return;
-  if (high) {
-    styleName_ = QApplication::style()->name();
-    const QPalette palette = highContrastPalette(QApplication::palette());
-    QApplication::setStyle(new OutliningStyle(styleName_));
-    QApplication::setPalette(palette);
+void WindowLook::set(bool highContrast, bool still) {
+  if (highContrast == highContrast_ && still == still_) return;
+  if (styleName_.isEmpty()) styleName_ = QApplication::style()->name();
+  if (highContrast || still) {
+    QApplication::setStyle(new AccessStyle(styleName_, highContrast, still));
   } else {
-    QApplication::setStyle(styleName_);
-    QApplication::setPalette(QPalette());
+    QApplication::setStyle(std::exchange(styleName_, QString()));
   }
+  still_ = still;
+  if (std::exchange(highContrast_, highContrast) == highContrast) return;
+  // No palette: the desktop's.
+  QApplication::setPalette(highContrast ? highContrastPalette(QApplication::palette())
+                                        : QPalette());
 }
 
 }  // namespace velun
