@@ -7,12 +7,15 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QPainter>
 
 namespace velun {
 
 namespace {
 
 constexpr std::chrono::seconds kCopiedTime{2};
+constexpr double kRing = 2;
+constexpr double kCorner = 6;
 
 }  // namespace
 
@@ -20,17 +23,21 @@ CopyTranscriptButton::CopyTranscriptButton(std::function<QString()> text, bool c
                                            Clock& clock, QWidget* parent)
     : QToolButton(parent), text_(std::move(text)), captionStyle_(captionStyle), clock_(clock) {
   setAutoRaise(true);
-  if (captionStyle) {
-    // The style draws the focus ring in the desktop's colour, which may be a dark one.
-    QPalette colors;
-    colors.setColor(QPalette::Highlight, CaptionAppearance::accent);
-    setPalette(colors);
-  }
   setToolButtonStyle(captionStyle ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextBesideIcon);
   connect(this, &QToolButton::clicked, this, &CopyTranscriptButton::copy);
   connect(&Localization::shared(), &Localization::languageChanged, this,
           &CopyTranscriptButton::present);
   present();
+}
+
+void CopyTranscriptButton::paintEvent(QPaintEvent* event) {
+  QToolButton::paintEvent(event);
+  if (!captionStyle_ || !hasFocus()) return;
+  // The desktop's own is made for its own windows, and hardly seen on the dark panel.
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(CaptionAppearance::accent, kRing));
+  painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), kCorner, kCorner);
 }
 
 void CopyTranscriptButton::copy() {

@@ -22,6 +22,9 @@ class CopyTranscriptButton final : public QToolButton {
   /// Whether it says "Copied" now.
   bool copied() const { return copied_; }
 
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
  private:
   void copy();
   void present();

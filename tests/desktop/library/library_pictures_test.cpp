@@ -6,6 +6,7 @@
 #include "support/scripted_recognizer.h"
 #include "support/suite.h"
 #include "support/virtual_display.h"
+#include "ui/common/window_look.h"
 #include "ui/library/export_view.h"
 #include "ui/library/history_view.h"
 #include "ui/library/history_window_controller.h"
@@ -14,6 +15,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QLineEdit>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QStyleFactory>
 #include <QTemporaryDir>
@@ -41,7 +43,7 @@ QPalette darkPalette() {
 }  // namespace
 
 /// Takes pictures of the library's windows as a user sees them, for looking at, into the build
-/// folder: both languages, light and dark.
+/// folder: both languages, light and dark, and with higher contrast.
 class LibraryPicturesTest final : public test::Suite {
   Q_OBJECT
 
@@ -55,15 +57,22 @@ class LibraryPicturesTest final : public test::Suite {
   void pictures_data() {
     QTest::addColumn<AppLanguage>("language");
     QTest::addColumn<bool>("isDark");
-    QTest::newRow("en-light") << AppLanguage::english << false;
-    QTest::newRow("en-dark") << AppLanguage::english << true;
-    QTest::newRow("ko-light") << AppLanguage::korean << false;
-    QTest::newRow("ko-dark") << AppLanguage::korean << true;
+    QTest::addColumn<bool>("isHighContrast");
+    QTest::newRow("en-light") << AppLanguage::english << false << false;
+    QTest::newRow("en-dark") << AppLanguage::english << true << false;
+    QTest::newRow("ko-light") << AppLanguage::korean << false << false;
+    QTest::newRow("ko-dark") << AppLanguage::korean << true << false;
+    QTest::newRow("en-light-contrast") << AppLanguage::english << false << true;
+    QTest::newRow("ko-dark-contrast") << AppLanguage::korean << true << true;
   }
   void pictures() {
     QFETCH(AppLanguage, language);
     QFETCH(bool, isDark);
+    QFETCH(bool, isHighContrast);
     QApplication::setPalette(isDark ? darkPalette() : light_);
+    WindowLook look;
+    look.set(isHighContrast, false);
+    const auto restore = qScopeGuard([&look] { look.set(false, false); });
     Localization::shared().setLanguage(language);
     const QTemporaryDir folder;
     test::ManualClock clock;

@@ -5,6 +5,8 @@
 #include "support/suite.h"
 #include "support/virtual_display.h"
 #include "ui/caption/caption_header_view.h"
+#include "ui/caption/caption_overlays.h"
+#include "ui/caption/copy_transcript_button.h"
 #include "ui/caption/header_button.h"
 #include "ui/caption/panel_stage.h"
 #include "ui/caption/transcript_view.h"
@@ -103,6 +105,36 @@ class PanelPicturesTest final : public test::Suite {
     QTest::keyClick(stage.panel().focusWidget() ? stage.panel().focusWidget() : &stage.panel(),
                     Qt::Key_Tab);
     picture(stage, "long-keyboard");
+  }
+
+  void higherContrast_data() { states_data(); }
+  void higherContrast() {
+    QFETCH(AppLanguage, language);
+    Localization::shared().setLanguage(language);
+    test::FakeDesktopPlatform desktop;
+    desktop.can.compositing = true;
+    desktop.isHighContrast = true;
+    test::PanelStage stage({}, &desktop);
+    stage.settings.setLanguage(language);
+    stage.translation.translate = korean;
+    stage.settings.setTranslate(true);
+    stage.controller->show();
+    QVERIFY(QTest::qWaitForWindowExposed(&stage.panel()));
+    stage.start();
+    stage.final("It had been undermined from behind.");
+    stage.failure(L("Recognition error: the sound server went away.",
+                    "인식 오류: 소리 서버가 사라졌습니다."));
+    hover(stage, true);
+    stage.panel().activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&stage.panel()));
+    const CopyTranscriptButton& copy = stage.view->overlays().copyButton();
+    for (int i = 0; i < 10 && !copy.hasFocus(); ++i) {
+      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    QVERIFY(copy.hasFocus());
+    picture(stage, "contrast");
+    stage.view->transcript().openFindBar();
+    picture(stage, "contrast-find");
   }
 
   void largeTextFromTheRight() {
