@@ -54,7 +54,7 @@ struct PhraseFeatures::FrontEnd {
     fe_process_frames(library, &samples, &left, rows.data(), &count, nullptr);
     std::int32_t last = 0;
     fe_end_utt(library, rows[static_cast<std::size_t>(count)], &last);
-    return static_cast<std::size_t>(count + last);
+    return static_cast<std::size_t>(count) + static_cast<std::size_t>(last);
   }
 
   fe_t* library;
