@@ -29,6 +29,7 @@ inline double median(std::vector<double> values) {
 template <class Action>
 double medianMilliseconds(int runs, Action&& action) {
   std::vector<double> values;
+  values.reserve(static_cast<std::size_t>(runs));
   for (int i = 0; i < runs; ++i) values.push_back(millisecondsOf(action));
   return median(values);
 }

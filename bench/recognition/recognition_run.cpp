@@ -224,7 +224,8 @@ Outcome recognise(RecognizerProvider& provider, const QString& locale,
 double percentile(std::vector<double> values, double share) {
   if (values.empty()) return 0;
   std::sort(values.begin(), values.end());
-  const auto index = static_cast<std::size_t>(share * static_cast<double>(values.size() - 1) + 0.5);
+  const auto index =
+      static_cast<std::size_t>(std::lround(share * static_cast<double>(values.size() - 1)));
   return values[index];
 }
 
