@@ -2,17 +2,15 @@
 
 import json
 import os
-import random
 import signal
 import threading
 import time
 import unittest
+from pathlib import Path
 
 from fault_case import PATIENCE, FaultCase
 
 ENDS = int(os.environ.get("VELUN_KILLS", "2"))
-MORE_ENDS = 6  # while no signal has met a save yet
-SAVES = 40
 
 
 class Kill(FaultCase):
@@ -23,27 +21,21 @@ class Kill(FaultCase):
         self.end_during_saves(signal.SIGTERM, 0)
 
     def end_during_saves(self, number, status):
-        """Every save writes beside the file; as soon as that is seen, the signal follows."""
-        chance = random.Random(number)
-        hits = 0
         self.desktop.start_sound()
-        for attempt in range(ENDS + MORE_ENDS):
-            if attempt >= ENDS and hits:
-                break
+        for _ in range(ENDS):
             self.launch_and_caption()
             lines = self.speak()
             file = self.program.session_files()[0]
             whole = file.read_text()
             saving = threading.Thread(target=self.save_often)
             saving.start()
-            hits += self.signal_in_a_save(file, number, chance.uniform(0, 0.0005))
+            self.signal_in_a_save(file, number)
             self.assertEqual(self.program.process.wait(PATIENCE), status, self.program.log())
             saving.join()
             # Whole, and with everything that was finished; a clean end adds its time.
             self.assertEqual(without_end(file.read_text()), without_end(whole))
             self.assert_kept(lines)
             file.unlink()
-        self.assertGreater(hits, 0, "No signal met a save")
 
     def launch_and_caption(self):
         self.launch()
@@ -51,21 +43,32 @@ class Kill(FaultCase):
         self.program.wait_until_capturing()
 
     def save_often(self):
-        for _ in range(SAVES):
-            if self.program.process.poll() is not None:
-                return
+        while self.program.process.poll() is None:
             self.program.action("save-session")
 
-    def signal_in_a_save(self, file, number, delay):
-        """Whether the part of a save was still there when the signal was sent."""
+    def signal_in_a_save(self, file, number):
+        """Every save writes beside the file; the program is held as soon as that is seen. Where it
+        had written everything by then, the next save is met."""
+        process = self.program.process
         part = file.with_name(f".{file.name}.velun-part")
         end = time.monotonic() + PATIENCE
-        while not part.exists():
-            if time.monotonic() > end:
-                raise AssertionError("There was no save")
-        time.sleep(delay)
-        self.program.process.send_signal(number)
-        return part.exists()
+        while time.monotonic() < end:
+            if not part.exists():
+                continue
+            process.send_signal(signal.SIGSTOP)
+            self.desktop.wait("the program to be held", lambda: state_of(process) == "T")
+            is_met = part.exists()
+            if is_met:
+                process.send_signal(number)
+            process.send_signal(signal.SIGCONT)
+            if is_met:
+                return
+        raise AssertionError("No save was met")
+
+
+def state_of(process):
+    """A letter, as in proc(5)."""
+    return Path(f"/proc/{process.pid}/stat").read_text().rpartition(")")[2].split()[0]
 
 
 def without_end(text):
