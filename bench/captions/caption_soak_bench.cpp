@@ -51,8 +51,9 @@ int main(int argc, char** argv) {
   session.model->start();
   test::settle();
 
-  const double atStart = heapBytes();
   std::vector<double> seconds;
+  seconds.reserve(kChunks);
+  const double atStart = heapBytes();
   for (int chunk = 0; chunk < kChunks; ++chunk) {
     seconds.push_back(processorSecondsOf([&session, chunk] {
       session.settings.setTargetID(chunk % 2 == 0 ? "ko" : "ja");

@@ -77,7 +77,7 @@ CaptionSession decodeWithQt(const QByteArray& bytes) {
   session.startedAt = timeOf(object["startedAt"]);
   if (object["endedAt"].isString()) session.endedAt = timeOf(object["endedAt"]);
   session.title = object["title"].toString();
-  for (const QJsonValue& line : object["lines"].toArray()) {
+  for (const auto& line : object["lines"].toArray()) {
     session.lines.push_back(toLine(line.toObject()));
   }
   return session;

@@ -21,7 +21,7 @@ Sound readWav(const QString& path) {
   const QByteArray bytes = file.readAll();
   if (!bytes.startsWith("RIFF") || bytes.mid(8, 4) != "WAVE") refuse(path);
   Sound sound;
-  int channels = 0;
+  qsizetype channels = 0;
   for (qsizetype at = 12; at + 8 <= bytes.size();) {
     const QByteArray name = bytes.mid(at, 4);
     const qsizetype size = qFromLittleEndian<quint32>(bytes.constData() + at + 4);
