@@ -47,6 +47,7 @@ void AppDelegate::applicationDidFinishLaunching() {
 }
 
 void AppDelegate::applicationWillTerminate() {
+  model_.abandonEngine();
   model_.translator().configure(false, false, {}, {});
   // Nobody else hands on any more what tells a waiting task that there is nothing left.
   QCoreApplication::sendPostedEvents();

@@ -30,6 +30,10 @@ EngineChain::EngineChain() : state_(std::make_shared<State>()) {
 }
 
 EngineChain::~EngineChain() {
+  close();
+}
+
+void EngineChain::close() {
   state_->chain = nullptr;
   const std::deque<std::shared_ptr<State::Link>> links = std::exchange(state_->links, {});
   for (const std::shared_ptr<State::Link>& link : links) {

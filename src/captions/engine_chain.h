@@ -22,7 +22,7 @@ class EngineChain {
   using Operation = std::function<QCoro::Task<>(std::stop_token)>;
 
   EngineChain();
-  /// Asks what is under way to stop, drops what is queued and answers everyone who waits.
+  /// Closes it.
   ~EngineChain();
 
   /// Called whenever the last operation has ended and none is left.
@@ -33,6 +33,10 @@ class EngineChain {
 
   /// Requests a stop of every operation queued or under way.
   void cancelAll();
+
+  /// Asks what is under way to stop, drops what is queued and answers everyone who waits. Nothing
+  /// may be queued afterwards.
+  void close();
 
  private:
   struct State;

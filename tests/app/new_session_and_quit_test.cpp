@@ -1,12 +1,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/app_stage.h"
 #include "app/session_library.h"
+#include "platform/foundation/main_task.h"
 #include "settings/localization.h"
 #include "support/suite.h"
 
 using namespace velun;
 using namespace velun::test;
 using namespace std::chrono_literals;
+
+namespace {
+
+QCoro::Task<> noteShutdown(CaptionViewModel& model, bool& isOver) {
+  QCoro::Task<> shutdown = model.shutdown();
+  co_await shutdown;
+  isOver = true;
+}
+
+}  // namespace
 
 class NewSessionAndQuitTest final : public Suite {
   Q_OBJECT
@@ -308,6 +319,23 @@ class NewSessionAndQuitTest final : public Suite {
     settle();
     QVERIFY(stage.question.asked.empty());
     QVERIFY(!stage.model->isRunning());
+  }
+
+  void theEndAnswersWhoWaitsForAnEngineThatDoesNotStop() {
+    AppStage stage;
+    stage.startWithLine();
+    stage.engine->holdsStops = true;
+    bool isOver = false;
+    startTask(stage.model.get(), [&] { return noteShutdown(*stage.model, isOver); });
+    settle();
+    stage.delegate->terminationSignalled();
+    settle();
+    stage.delegate->terminationSignalled();
+    QVERIFY(!isOver);
+    stage.delegate->applicationWillTerminate();
+    QVERIFY(isOver);
+    stage.engine->release();
+    settle();
   }
 
  private:

@@ -144,6 +144,17 @@ class EngineChainTest final : public test::Suite {
     QCOMPARE(bench.held->log, QStringList({"first", "first ended"}));
   }
 
+  void closedItAnswersEveryoneAndBeginsNothing() {
+    Bench bench;
+    const OneShot<bool> first = bench.enqueue("first");
+    const OneShot<bool> second = bench.enqueue("second");
+    settle();
+    bench.chain->close();
+    QVERIFY(first.isAnswered() && second.isAnswered());
+    bench.release();
+    QCOMPARE(bench.held->log, QStringList({"first", "first ended"}));
+  }
+
   void itsEndBeforeTheFirstTurnBeginsNothing() {
     Bench bench;
     bench.enqueue("first");
