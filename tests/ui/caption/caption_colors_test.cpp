@@ -11,6 +11,7 @@
 #include "ui/common/contrast_ratio.h"
 
 using namespace velun;
+using test::contrastRatio;
 using test::PanelStage;
 
 class CaptionColorsTest final : public test::Suite {

@@ -12,6 +12,7 @@
 #include <QStyleFactory>
 
 using namespace velun;
+using test::contrastRatio;
 
 class WindowLookTest final : public test::Suite {
   Q_OBJECT

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace velun {
+namespace velun::test {
 
 namespace {
 
@@ -36,4 +36,4 @@ double contrastRatio(const QColor& color, const QColor& background) {
   return (lighter + 0.05) / (darker + 0.05);
 }
 
-}  // namespace velun
+}  // namespace velun::test

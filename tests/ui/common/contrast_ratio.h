@@ -3,10 +3,10 @@
 
 #include <QColor>
 
-namespace velun {
+namespace velun::test {
 
 /// How well a colour, which may be translucent, stands out on an opaque background: from 1 to 21,
 /// after the contrast ratio of the Web Content Accessibility Guidelines 2.
 double contrastRatio(const QColor& color, const QColor& background);
 
-}  // namespace velun
+}  // namespace velun::test
