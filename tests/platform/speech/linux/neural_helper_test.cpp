@@ -21,6 +21,20 @@ class NeuralHelperTest final : public test::Suite {
   const std::vector<float> music_ = sound("h01.wav");
   const std::vector<float> numbers_ = sound("h11.wav");
 
+  static bool failsWhenCancelled(NeuralBackend& backend, void (NeuralBackend::*operation)()) {
+    std::atomic<bool> hasFailed = false;
+    std::thread working([&] {
+      try {
+        (backend.*operation)();
+      } catch (const Failure&) {
+        hasFailed = true;
+      }
+    });
+    backend.cancel();
+    working.join();
+    return hasFailed;
+  }
+
   /// Bytes as the shell's printf takes them.
   static QByteArray escaped(const QByteArray& bytes) {
     QByteArray text;
@@ -85,17 +99,7 @@ class NeuralHelperTest final : public test::Suite {
     backend.load();
     const pid_t helper = backend.helperProcessId();
     kill(helper, SIGSTOP);
-    std::atomic<bool> hasFailed = false;
-    std::thread settling([&] {
-      try {
-        backend.finalize();
-      } catch (const Failure&) {
-        hasFailed = true;
-      }
-    });
-    backend.cancel();
-    settling.join();
-    QVERIFY(hasFailed);
+    QVERIFY(failsWhenCancelled(backend, &NeuralBackend::finalize));
     // No other helper took its place.
     QCOMPARE(backend.helperProcessId(), helper);
   }
@@ -103,17 +107,7 @@ class NeuralHelperTest final : public test::Suite {
   void cancellingEndsTheLoading() {
     // It takes its only argument, a number, for seconds, and says nothing.
     NeuralBackend backend("/usr/bin/sleep", transducer());
-    std::atomic<bool> hasFailed = false;
-    std::thread loading([&] {
-      try {
-        backend.load();
-      } catch (const Failure&) {
-        hasFailed = true;
-      }
-    });
-    backend.cancel();
-    loading.join();
-    QVERIFY(hasFailed);
+    QVERIFY(failsWhenCancelled(backend, &NeuralBackend::load));
   }
 
   void whatAHelperSaidLastIsKept() {
