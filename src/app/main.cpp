@@ -39,8 +39,6 @@ int main(int argc, char** argv) {
   ToolkitTexts toolkitTexts;
   QCoreApplication::installTranslator(&toolkitTexts);
 
-  // Before the first text.
-  Localization::shared().load(FilePreferences(FilePreferences::userPath()));
   DBusApplicationService service(kApplicationID);
   switch (service.claim()) {
     case ApplicationService::Claim::granted:
@@ -48,6 +46,7 @@ int main(int argc, char** argv) {
     case ApplicationService::Claim::forwarded:
       return 0;
     case ApplicationService::Claim::unanswered:
+      Localization::shared().load(FilePreferences(FilePreferences::userPath()));
       std::fprintf(stderr, "%s\n",
                    qUtf8Printable(L("Velun is running but does not answer.",
                                     "Velun이 실행 중이지만 응답하지 않습니다.")));
