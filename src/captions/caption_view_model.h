@@ -78,7 +78,6 @@ class CaptionViewModel final : public QObject {
   /// As `stop`, but also while the engine is being switched, and completes when it has stopped. A
   /// queued start is not begun, one under way is cancelled.
   QCoro::Task<> shutdown();
-
   /// The last call before the program ends: whoever still waits for the engine is answered.
   void abandonEngine() { engineChain_.close(); }
   /// Starts the engine anew with the settings in force by then, if captions are on.

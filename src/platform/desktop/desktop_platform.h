@@ -11,8 +11,8 @@ class QWindow;
 namespace velun {
 
 /// What the program's windows, the caption panel above all, ask of the desktop beyond what every
-/// window does. Nothing here fails: what
-/// the desktop cannot do is left out, and `capabilities` says so. Main thread.
+/// window does. Nothing here fails: what the desktop cannot do is left out, and `capabilities` says
+/// so. Main thread.
 class DesktopPlatform : public QObject {
   Q_OBJECT
 

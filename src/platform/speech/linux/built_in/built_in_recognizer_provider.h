@@ -11,8 +11,8 @@ namespace velun {
 /// The recognizer that works the moment the program is installed: US English.
 class BuiltInRecognizerProvider final : public RecognizerProvider {
  public:
-  /// `punctuation` is asked at each start; null, or where it has nothing for the locale, final
-  /// results have no punctuation.
+  /// `punctuation` is asked at each start; null, or where it has nothing for the locale, results
+  /// have no punctuation.
   explicit BuiltInRecognizerProvider(std::shared_ptr<PunctuationProvider> punctuation = nullptr);
 
   QStringList supportedLocales() const override;
