@@ -19,6 +19,7 @@
 
 using namespace velun;
 using namespace velun::test;
+using namespace std::string_view_literals;
 
 namespace {
 
@@ -37,6 +38,27 @@ constexpr int kTargetTokens = 424;
 template <class T>
 void put(Bytes& bytes, std::size_t at, T value) {
   std::memcpy(bytes.data() + at, &value, sizeof value);
+}
+
+// A tree of replacements is an array of units. A unit's offset, exclusive-ored with its index and a
+// byte, leads to the unit of that byte; without a byte, to the unit that holds the place of the
+// text, with the highest bit set.
+constexpr std::uint32_t kBranchesPerUnit = 256;
+constexpr int kOffsetShift = 10;
+constexpr std::uint32_t kHasText = 1U << 8;
+constexpr std::uint32_t kIsText = 1U << 31;
+
+/// A tree that knows one character, and replaces it by the first text.
+std::vector<std::uint32_t> treeOf(char character) {
+  std::vector<std::uint32_t> units(kBranchesPerUnit);
+  const auto at = static_cast<std::uint32_t>(character);
+  units[at] = at | kHasText | (at ^ 1U) << kOffsetShift;
+  units[1] = kIsText;
+  return units;
+}
+
+std::string replacing(char character, std::string_view by) {
+  return writeReplacementTable(treeOf(character), std::string(by) + '\0');
 }
 
 std::optional<ModelFormatError::Reason> reasonOf(const std::function<void()>& action) {
@@ -140,6 +162,51 @@ class StudentFilesTest final : public Suite {
     QVERIFY(piece != bytes.end());
     *piece = std::byte{0};
     QCOMPARE(reasonOf([&bytes] { const Vocabulary vocabulary(bytes); }), kDamaged);
+  }
+
+  void aVocabularyReplacesText() {
+    const Vocabulary vocabulary(writeVocabulary(
+        {"one", "two"}, {.before = replacing('x', "one"sv), .after = replacing('w', "v"sv)}));
+    QCOMPARE(vocabulary.encode(QStringLiteral("x")), vocabulary.encode(QStringLiteral("one")));
+    QCOMPARE(vocabulary.decode(vocabulary.encode(QStringLiteral("x two"))),
+             QStringLiteral("one tvo"));
+  }
+
+  void replacementsThatLeaveTheirTableAreDamaged_data() {
+    QTest::addColumn<QByteArray>("table");
+    const auto row = [](const char* name, const std::string& table) {
+      QTest::newRow(name) << QByteArray::fromStdString(table);
+    };
+    row("no tree", writeReplacementTable({}, "one\0"sv));
+    row("less than a block", writeReplacementTable(std::vector<std::uint32_t>(255), "one\0"sv));
+    row("half a unit", writeReplacementTable(treeOf('x'), "one\0"sv).replace(0, 1, "\x02"));
+    row("no texts", writeReplacementTable(treeOf('x'), ""sv));
+    row("texts without an end", writeReplacementTable(treeOf('x'), "one"sv));
+    row("shorter than its size", "\x01\x02\x03");
+    row("size beyond the end", std::string("\xff\xff\xff\x7f", 4) + "one");
+
+    auto units = treeOf('x');
+    units[0] = kBranchesPerUnit << kOffsetShift;
+    row("root leads out", writeReplacementTable(units, "one\0"sv));
+    units = treeOf('x');
+    units['x'] = 'x' | 1U << 9 | 1U << kOffsetShift;
+    row("branch leads out", writeReplacementTable(units, "one\0"sv));
+    units = treeOf('x');
+    units[1] |= 4;
+    row("text beyond the texts", writeReplacementTable(units, "one\0"sv));
+  }
+
+  void replacementsThatLeaveTheirTableAreDamaged() {
+    QFETCH(QByteArray, table);
+    for (const auto& tables : {ReplacementTables{.before = table.toStdString(), .after = {}},
+                               ReplacementTables{.before = {}, .after = table.toStdString()}}) {
+      const Bytes bytes = writeVocabulary({"one", "two"}, tables);
+      const auto use = [&bytes] {
+        const Vocabulary vocabulary(bytes);
+        vocabulary.decode(vocabulary.encode(QStringLiteral("x one two")));
+      };
+      QCOMPARE(reasonOf(use), kDamaged);
+    }
   }
 
   void arraysMustFit_data() {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/translation/support/vocabulary_writer.h"
 
-#include <cstdint>
 #include <cstring>
+#include <span>
 
 namespace velun::test {
 
@@ -44,9 +44,24 @@ std::string piece(const std::string& text, float score, PieceKind kind) {
   return message;
 }
 
+std::string replacements(const std::string& table) {
+  std::string message;
+  addBytesField(message, 1, table.empty() ? "identity" : "custom");
+  if (!table.empty()) addBytesField(message, 2, table);
+  return message;
+}
+
+/// Replacements that leave the spaces of a text alone.
+std::string replacementsAfter(const std::string& table) {
+  std::string message = replacements(table);
+  for (const int spaces : {3, 4, 5}) addNumberField(message, spaces, 0);
+  return message;
+}
+
 }  // namespace
 
-std::vector<std::byte> writeVocabulary(const std::vector<std::string>& words) {
+std::vector<std::byte> writeVocabulary(const std::vector<std::string>& words,
+                                       const ReplacementTables& tables) {
   constexpr int kPieces = 1;
   std::string model;
   addBytesField(model, kPieces, piece("</s>", 0, PieceKind::control));
@@ -64,11 +79,19 @@ std::vector<std::byte> writeVocabulary(const std::vector<std::string>& words) {
   addNumberField(training, 42, 0);   // end
   addNumberField(training, 43, -1);  // no padding
   addBytesField(model, 2, training);
-  std::string normalization;
-  addBytesField(normalization, 1, "identity");
-  addBytesField(model, 3, normalization);
+  addBytesField(model, 3, replacements(tables.before));
+  if (!tables.after.empty()) addBytesField(model, 5, replacementsAfter(tables.after));
   const auto* raw = reinterpret_cast<const std::byte*>(model.data());
   return {raw, raw + model.size()};
+}
+
+std::string writeReplacementTable(const std::vector<std::uint32_t>& units, std::string_view texts) {
+  const auto tree = std::as_bytes(std::span(units));
+  const auto size = static_cast<std::uint32_t>(tree.size());
+  std::string table(sizeof size, '\0');
+  std::memcpy(table.data(), &size, sizeof size);
+  table.append(reinterpret_cast<const char*>(tree.data()), tree.size());
+  return table.append(texts);
 }
 
 }  // namespace velun::test

@@ -2,6 +2,7 @@
 #include "platform/translation/linux/student/vocabulary.h"
 
 #include "platform/translation/linux/student/model_format_error.h"
+#include "platform/translation/linux/student/replacement_tables.h"
 
 #include <algorithm>
 #include <exception>
@@ -27,6 +28,7 @@ bool isLoaded(sentencepiece::SentencePieceProcessor& processor, std::string_view
 
 Vocabulary::Vocabulary(std::span<const std::byte> bytes)
     : processor_(std::make_unique<sentencepiece::SentencePieceProcessor>()) {
+  checkReplacementTables(bytes);
   const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
   if (!isLoaded(*processor_, text))
     throw ModelFormatError::damaged("the vocabulary cannot be read");
