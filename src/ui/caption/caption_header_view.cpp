@@ -86,6 +86,8 @@ CaptionMenu* CaptionHeaderView::makeMenu(HeaderButton& button) {
   auto* menu = new CaptionMenu(&button);
   setOpensMenu(button);
   button.setMenu(menu);
+  // A button without a menu that had this mode could not be pressed by assistive technology.
+  button.setPopupMode(QToolButton::InstantPopup);
   connect(menu, &QMenu::aboutToShow, this, [this] { Q_EMIT menuTrackingChanged(true); });
   connect(menu, &QMenu::aboutToHide, this, [this] { Q_EMIT menuTrackingChanged(false); });
   return menu;

@@ -35,7 +35,6 @@ HeaderButton::HeaderButton(QWidget* parent, Shape shape) : QToolButton(parent), 
   setFont(systemFont(kCaptionSize));
   setFocusPolicy(Qt::TabFocus);
   setAttribute(Qt::WA_Hover);
-  setPopupMode(QToolButton::InstantPopup);
   setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
 }
 

@@ -42,6 +42,9 @@ class PanelAccess(SpokenCase):
             with self.subTest(language):
                 self.show_panel(language=language)
                 self.assertEqual([node.name for node in self.header()], list(names))
+                for node in self.header():
+                    opens_menu = node.role == "button menu"
+                    self.assertIn("ShowMenu" if opens_menu else "Press", node.actions, node)
                 self.assertIsNotNone(self.panel.find("text", TRANSCRIPT[language]))
                 for node in self.panel.walk():
                     if "focusable" in node.states:
