@@ -68,6 +68,8 @@ void CaptionPanel::addEdges() {
 void CaptionPanel::setContent(QWidget* content) {
   content_ = content;
   content_->setParent(this);
+  // Otherwise its first control gets the keyboard with the window.
+  content_->setFocus();
   arrange();
   content_->show();
 }

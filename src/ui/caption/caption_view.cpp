@@ -66,8 +66,7 @@ CaptionView::CaptionView(CaptionViewModel& model, const CaptionActions& actions,
   });
   connectToModel();
   updateTranscript();
-  // Otherwise the first control of the header gets the keyboard with the window.
-  transcript_->setFocus();
+  setFocusProxy(transcript_);
 }
 
 CaptionView::~CaptionView() {

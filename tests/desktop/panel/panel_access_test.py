@@ -54,6 +54,14 @@ class PanelAccess(SpokenCase):
                         self.assertFalse(node.name, self.panel.tree())
                 self.assertEqual(self.program.quit(), 0, self.program.log())
 
+    def test_the_keyboard_comes_to_the_captions_also_under_the_pointer(self):
+        self.show_panel()
+        left, top, width, height = self.panel.extents
+        self.desktop.run("xdotool", "mousemove", left + width // 2, top + height // 2)
+        self.desktop.wait("the header", lambda: all(node.is_showing for node in self.header()))
+        self.activate_panel()
+        self.assertTrue(self.panel.find("text", TRANSCRIPT["en"]).is_focused, self.panel.tree())
+
     def test_the_keyboard_reaches_every_button_and_works_it(self):
         self.show_panel(statusItemExplained=True)
         self.activate_panel()
