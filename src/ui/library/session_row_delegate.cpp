@@ -31,7 +31,7 @@ void drawElided(QPainter* painter, const QRect& rect, const QFont& font, const Q
   painter->setFont(font);
   painter->setPen(color);
   const QString elided = QFontMetrics(font).elidedText(text, Qt::ElideRight, rect.width());
-  painter->drawText(rect, Qt::AlignVCenter | Qt::AlignLeading, elided);
+  painter->drawText(rect, Qt::AlignVCenter | Qt::AlignLeading | Qt::TextSingleLine, elided);
 }
 
 QColor dimmed(QColor color) {

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/library/session_row_delegate.h"
+
+#include "support/suite.h"
+
+#include <QImage>
+#include <QPainter>
+#include <QStandardItemModel>
+
+using namespace velun;
+
+class SessionRowDelegateTest final : public test::Suite {
+  Q_OBJECT
+
+ private:
+  static QImage pictureOf(const QString& title) {
+    QStandardItemModel rows;
+    rows.appendRow(new QStandardItem(title));
+    const SessionRowDelegate delegate;
+    QStyleOptionViewItem option;
+    option.rect = QRect(QPoint(), QSize(200, 60));
+    QImage picture(option.rect.size(), QImage::Format_RGB32);
+    picture.fill(Qt::white);
+    QPainter painter(&picture);
+    delegate.paint(&painter, option, rows.index(0, 0));
+    return picture;
+  }
+
+ private Q_SLOTS:
+  void aTitleOfSeveralLinesStandsInOne() {
+    QVERIFY(pictureOf("One Two") != pictureOf(""));
+    QCOMPARE(pictureOf("One\nTwo"), pictureOf("One Two"));
+  }
+};
+
+QTEST_MAIN(SessionRowDelegateTest)
+#include "session_row_delegate_test.moc"
