@@ -10,10 +10,22 @@
 
 namespace velun {
 
+namespace {
+
+/// What a window's title bar and border leave of a screen. The window manager tells how high it
+/// makes them only when the window has its place, so this is what the usual ones take.
+QRect contentArea(const QScreen& screen) {
+  constexpr int titleBar = 34;
+  constexpr int border = 6;
+  return screen.availableGeometry().adjusted(0, titleBar, 0, -border);
+}
+
+}  // namespace
+
 TitledWindow::TitledWindow(std::unique_ptr<QWidget> view, QSize size, bool resizable)
     : QWidget(nullptr, Qt::Window),
       view_(view.get()),
-      size_(size.boundedTo(screen()->availableSize())),
+      size_(size.boundedTo(contentArea(*screen()).size())),
       resizable_(resizable) {
   setAccessibleRole(*this, QAccessible::Window);
   auto* layout = new QVBoxLayout(this);
@@ -31,7 +43,7 @@ void TitledWindow::fit() {
                          ? layout->totalMinimumHeightForWidth(width)
                          : view_->minimumSizeHint().height();
   const QSize needed(width, std::max(size_.height(), height));
-  setFixedSize(needed.boundedTo(screen()->availableSize()));
+  setFixedSize(needed.boundedTo(contentArea(*screen()).size()));
 }
 
 bool TitledWindow::event(QEvent* event) {
@@ -42,8 +54,10 @@ bool TitledWindow::event(QEvent* event) {
 
 void TitledWindow::showEvent(QShowEvent* event) {
   if (!placed_ && !testAttribute(Qt::WA_Moved) && !event->spontaneous()) {
-    const QRect free = screen()->availableGeometry();
-    move(free.center() - rect().center());
+    const QPoint middle = screen()->availableGeometry().center() - rect().center();
+    const QRect area = contentArea(*screen());
+    const int lowest = area.bottom() + 1 - height();
+    move(middle.x(), std::max(area.top(), std::min(middle.y(), lowest)));
   }
   placed_ = true;
   QWidget::showEvent(event);

@@ -13,7 +13,8 @@ class TitledWindow final : public QWidget {
 
  public:
   /// A window that is not resizable keeps `size`; it is larger only where the view's texts need
-  /// more, as with large fonts. Both kinds are clamped to the screen.
+  /// more, as with large fonts. Both kinds are clamped to what a title bar leaves of the
+  /// screen.
   TitledWindow(std::unique_ptr<QWidget> view, QSize size, bool resizable);
 
  protected:

@@ -2,6 +2,7 @@
 
 import json
 import os
+import re
 import unittest
 from pathlib import Path
 
@@ -197,6 +198,35 @@ class Windows(ProgramCase):
         (folder / "xdg-open").chmod(0o700)
         self.desktop.environment["PATH"] = f"{folder}:{self.desktop.environment['PATH']}"
         return note
+
+
+class SmallScreen(ProgramCase):
+    screen = "1024x600"
+
+    def test_every_window_can_be_seen_with_its_title_bar(self):
+        self.launch()
+        for action, title in (("show-settings", SETTINGS), ("show-history", HISTORY),
+                              ("show-about", ABOUT), ("check-for-updates", UPDATES)):
+            with self.subTest(title):
+                window = self.open_window(action, title)
+                left, right, top, bottom = self.frame(title)
+                self.assertGreater(top, 0)
+                x, y, width, height = window.extents
+                self.assertGreaterEqual(min(x - left, y - top), 0)
+                self.assertLessEqual(x + width + right, 1024)
+                self.assertLessEqual(y + height + bottom, 600)
+        self.quit()
+
+    def frame(self, title):
+        """What the window manager puts left, right, above and below of a window, in pixels."""
+        extents = self.desktop.run("xprop", "-id", number_of_window(self.desktop, title), "-notype",
+                                   "_NET_FRAME_EXTENTS")
+        return [int(number) for number in re.findall(r"\d+", extents)]
+
+
+def number_of_window(desktop, title):
+    """The display's number of the window in view with this title."""
+    return int(desktop.run("xdotool", "search", "--onlyvisible", "--name", f"^{title}$"))
 
 
 if __name__ == "__main__":
