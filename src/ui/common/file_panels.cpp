@@ -34,6 +34,8 @@ QString nameFilter(const QString& name, const QStringList& patterns) {
 }
 
 std::optional<QUrl> chosenFile(QFileDialog& dialog) {
+  // The caption panel is above ordinary windows and would cover it.
+  dialog.setWindowFlag(Qt::WindowStaysOnTopHint);
   if (dialog.exec() != QDialog::Accepted || dialog.selectedUrls().isEmpty()) return std::nullopt;
   return dialog.selectedUrls().constFirst();
 }

@@ -154,6 +154,27 @@ class Windows(ProgramCase):
         self.window(SETTINGS)
         self.quit()
 
+    def test_files_are_chosen_above_the_captions(self):
+        self.write_session()
+        self.launch()
+        self.activate("show-panel", PANEL)
+        self.select_saved_session()
+        for key, title in (("ctrl+o", "Open Velun Session"), ("ctrl+s", "Save Session File")):
+            self.desktop.key(key)
+            self.window(title)
+            self.wait(f"“{title}” above the panel", lambda: self.is_above(title, PANEL))
+            self.desktop.key("Escape")
+            self.window(HISTORY)
+        self.quit()
+
+    def is_above(self, upper, lower):
+        """Whether a window stands above another."""
+        stacked = self.desktop.run("xprop", "-root", "-notype", "_NET_CLIENT_LIST_STACKING")
+        order = [int(number, 16) for number in re.findall(r"0x[0-9a-f]+", stacked)]
+        above, below = (order.index(number_of_window(self.desktop, title))
+                        for title in (upper, lower))
+        return above > below
+
     def activate(self, action, title):
         self.program.action(action)
         self.desktop.wait_for_window(title)
