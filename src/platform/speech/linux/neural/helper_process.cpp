@@ -27,6 +27,7 @@ constexpr int kBufferBytes = 64 * 1024;
 }
 
 /// Starts the program with `connection` as its standard input and output, and no signal blocked.
+/// Its process id, or a negative errno.
 pid_t spawn(const QString& program, int connection) {
   posix_spawn_file_actions_t actions;
   posix_spawnattr_t attributes;
@@ -54,20 +55,15 @@ pid_t spawn(const QString& program, int connection) {
 HelperProcess::HelperProcess(const QString& program) {
   std::array<int, 2> ends = {-1, -1};
   if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) failToStart(errno);
-  setsockopt(ends[0], SOL_SOCKET, SO_SNDBUF, &kBufferBytes, sizeof kBufferBytes);
-  const pid_t process = spawn(program, ends[1]);
-  close(ends[1]);
-  socket_ = ends[0];
-  if (process > 0) {
-    process_ = process;
-    return;
-  }
-  close(socket_);
-  failToStart(static_cast<int>(-process));
+  socket_ = FileDescriptor(ends[0]);
+  const FileDescriptor helpersEnd(ends[1]);
+  setsockopt(socket_.number(), SOL_SOCKET, SO_SNDBUF, &kBufferBytes, sizeof kBufferBytes);
+  process_ = spawn(program, helpersEnd.number());
+  if (process_ < 0) failToStart(static_cast<int>(-process_));
 }
 
 HelperProcess::~HelperProcess() {
-  close(socket_);
+  socket_.close();
   kill(process_, SIGKILL);
   while (waitpid(process_, nullptr, 0) < 0 && errno == EINTR) {
   }
@@ -82,8 +78,8 @@ void HelperProcess::send(RecognizerMessage::Kind kind, const QByteArray& body) {
     if (!exchange(POLLIN | POLLOUT, kPatience, canSend) || hasEnded_) end();
     if (!canSend) continue;
     const ssize_t count =
-        ::send(socket_, bytes.constData() + sent, static_cast<std::size_t>(bytes.size() - sent),
-               MSG_NOSIGNAL | MSG_DONTWAIT);
+        ::send(socket_.number(), bytes.constData() + sent,
+               static_cast<std::size_t>(bytes.size() - sent), MSG_NOSIGNAL | MSG_DONTWAIT);
     if (count < 0 && errno != EAGAIN && errno != EINTR) {
       // Its last word may still be on its way here.
       readArrived();
@@ -113,12 +109,12 @@ RecognizerMessage HelperProcess::receive(std::chrono::milliseconds patience) {
 }
 
 void HelperProcess::interrupt() {
-  shutdown(socket_, SHUT_RDWR);
+  shutdown(socket_.number(), SHUT_RDWR);
 }
 
 bool HelperProcess::exchange(short events, std::chrono::milliseconds atMost, bool& canSend) {
   if (hasEnded_) return true;
-  pollfd waited = {socket_, events, 0};
+  pollfd waited = {socket_.number(), events, 0};
   const int count = poll(&waited, 1, static_cast<int>(atMost.count()));
   if (count < 0 && errno == EINTR) return true;
   if (count <= 0) return false;
@@ -130,7 +126,7 @@ bool HelperProcess::exchange(short events, std::chrono::milliseconds atMost, boo
 void HelperProcess::readArrived() {
   std::array<char, 16384> buffer;
   while (true) {
-    const ssize_t count = recv(socket_, buffer.data(), buffer.size(), MSG_DONTWAIT);
+    const ssize_t count = recv(socket_.number(), buffer.data(), buffer.size(), MSG_DONTWAIT);
     if (count < 0 && errno == EINTR) continue;
     if (count < 0 && errno == EAGAIN) return;
     if (count <= 0) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/foundation/file_descriptor.h"
 #include "platform/speech/linux/helper/recognizer_message.h"
 
 #include <chrono>
@@ -58,7 +59,7 @@ class HelperProcess {
   void sortArrived();
   [[noreturn]] void end() const;
 
-  int socket_ = -1;
+  FileDescriptor socket_;
   pid_t process_ = -1;
   bool hasEnded_ = false;
   RecognizerMessageReader reader_;

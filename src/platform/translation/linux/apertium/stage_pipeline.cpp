@@ -5,7 +5,7 @@
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
-#include <memory>
+#include <optional>
 #include <poll.h>
 #include <QFile>
 #include <spawn.h>
@@ -21,14 +21,14 @@ namespace {
 constexpr std::chrono::milliseconds kLookForStop{100};
 
 struct Link {
-  FileHandle from;
-  FileHandle to;
+  FileDescriptor from;
+  FileDescriptor to;
 };
 
 Link makePipe() {
   std::array<int, 2> ends{-1, -1};
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) return {};
-  return {FileHandle(ends[0]), FileHandle(ends[1])};
+  return {FileDescriptor(ends[0]), FileDescriptor(ends[1])};
 }
 
 // The first link is a socket, because writing to it when the reader is gone can be told not to
@@ -36,7 +36,7 @@ Link makePipe() {
 Link makeSocket() {
   std::array<int, 2> ends{-1, -1};
   if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) return {};
-  return {FileHandle(ends[0]), FileHandle(ends[1])};
+  return {FileDescriptor(ends[0]), FileDescriptor(ends[1])};
 }
 
 // The environment with texts in UTF-8, whatever the user's locale is.
@@ -91,22 +91,22 @@ std::optional<pid_t> spawn(const QStringList& stage, int input, int output) {
 StagePipeline::StagePipeline(const std::vector<QStringList>& stages) {
   Link first = makeSocket();
   input_ = std::move(first.to);
-  FileHandle next = std::move(first.from);
+  FileDescriptor next = std::move(first.from);
   for (const QStringList& stage : stages) {
     Link link = makePipe();
-    if (const auto process = spawn(stage, next.get(), link.to.get())) {
+    if (const auto process = spawn(stage, next.number(), link.to.number())) {
       processes_.push_back(*process);
     }
     next = std::move(link.from);
   }
   runs_ = !stages.empty() && processes_.size() == stages.size();
   output_ = std::move(next);
-  ::fcntl(output_.get(), F_SETFL, O_NONBLOCK);
+  ::fcntl(output_.number(), F_SETFL, O_NONBLOCK);
 }
 
 StagePipeline::~StagePipeline() {
-  input_.reset();
-  output_.reset();
+  input_.close();
+  output_.close();
   for (const pid_t process : processes_) {
     ::kill(process, SIGKILL);
     while (::waitpid(process, nullptr, 0) < 0 && errno == EINTR) {
@@ -123,7 +123,7 @@ bool StagePipeline::isHealthy() {
       return false;
     }
   }
-  pollfd output{output_.get(), POLLIN, 0};
+  pollfd output{output_.number(), POLLIN, 0};
   return runs_ && ::poll(&output, 1, 0) == 0;
 }
 
@@ -140,7 +140,7 @@ StagePipeline::Answer StagePipeline::ask(const QByteArray& request,
     if (Clock::now() >= deadline) return {Outcome::timedOut, {}};
     // Reading while writing: a long text fills the pipes in both directions.
     const auto events = static_cast<short>(written < request.size() ? POLLOUT : 0);
-    std::array<pollfd, 2> handles{{{input_.get(), events, 0}, {output_.get(), POLLIN, 0}}};
+    std::array<pollfd, 2> handles{{{input_.number(), events, 0}, {output_.number(), POLLIN, 0}}};
     const int ready =
         ::poll(handles.data(), handles.size(), static_cast<int>(kLookForStop.count()));
     if (ready < 0 && errno != EINTR) return {};
@@ -158,7 +158,7 @@ StagePipeline::Answer StagePipeline::ask(const QByteArray& request,
 
 bool StagePipeline::write(const QByteArray& request, qsizetype& written) {
   const ssize_t count =
-      ::send(input_.get(), request.constData() + written,
+      ::send(input_.number(), request.constData() + written,
              static_cast<std::size_t>(request.size() - written), MSG_NOSIGNAL | MSG_DONTWAIT);
   if (count < 0) return errno == EAGAIN || errno == EINTR;
   written += count;
@@ -167,7 +167,7 @@ bool StagePipeline::write(const QByteArray& request, qsizetype& written) {
 
 bool StagePipeline::read(QByteArray& answer) {
   std::array<char, 4096> block{};
-  const ssize_t count = ::read(output_.get(), block.data(), block.size());
+  const ssize_t count = ::read(output_.number(), block.data(), block.size());
   if (count < 0) return errno == EAGAIN || errno == EINTR;
   answer.append(block.data(), count);
   return count > 0;

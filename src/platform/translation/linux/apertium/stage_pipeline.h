@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/translation/linux/apertium/file_handle.h"
+#include "platform/foundation/file_descriptor.h"
 
 #include <chrono>
-#include <optional>
 #include <QByteArray>
 #include <QStringList>
 #include <stop_token>
@@ -48,8 +47,8 @@ class StagePipeline {
   bool write(const QByteArray& request, qsizetype& written);
   bool read(QByteArray& answer);
 
-  FileHandle input_;
-  FileHandle output_;
+  FileDescriptor input_;
+  FileDescriptor output_;
   std::vector<pid_t> processes_;
   bool runs_ = false;  // every program was started
 };
