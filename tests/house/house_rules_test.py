@@ -1,5 +1,6 @@
 """Checks the tree against the rules of the house, and the rules against samples that break them."""
 
+import json
 import re
 import unittest
 from pathlib import Path
@@ -48,6 +49,13 @@ class TheTree(unittest.TestCase):
 
     def test_files_name_their_licence(self):
         self.check(c for p in CODE for c in rules.licence_complaints(p.name, p.read_text()))
+
+    def test_options_of_models_are_described_and_read(self):
+        catalogue = ROOT / "data" / "models"
+        models = [model for path in sorted(catalogue.glob("*.json"))
+                  for model in json.loads(path.read_text())["models"]]
+        self.check(rules.option_complaints(models, (catalogue / "README.md").read_text(),
+                                           "".join(p.read_text() for p in SOURCES)))
 
     def test_headers_are_guarded(self):
         self.check(f"{p} has no #pragma once" for p in CODE
@@ -115,6 +123,15 @@ class TheRules(unittest.TestCase):
         text = 'button->setText("Stop"); menu->addAction(QStringLiteral("Quit"));'
         self.assertEqual(len(list(rules.untranslated_complaints("a.cpp", text))), 2)
         self.assertFalse(list(rules.untranslated_complaints("a.cpp", 'b->setText(L("a", "b"));')))
+
+    def test_an_option_that_is_unknown_is_found(self):
+        models = [{"options": {"tokens": "a"}}, {"options": {"tokens": "b", "size": 3}}, {}]
+        self.assertEqual(
+            list(rules.option_complaints(models, "`tokens`, `size`", 'options["tokens"]')),
+            ["The option size is read by nothing"])
+        self.assertEqual(
+            list(rules.option_complaints(models, "`tokens`", 'options["tokens"], options["size"]')),
+            ["The option size is not described"])
 
     def test_long_files_are_found(self):
         self.assertFalse(list(rules.size_complaints({i: 100 for i in range(10)})))

@@ -233,3 +233,12 @@ def size_complaints(line_counts):
 def licence_complaints(path, text):
     if not text.startswith("// SPDX-License-Identifier: GPL-3.0-or-later\n"):
         yield f"{path} does not begin with its licence"
+
+
+def option_complaints(models, description, code):
+    """Options of the catalogue's models that nobody describes or nothing reads."""
+    for name in sorted({name for model in models for name in model.get("options", {})}):
+        if f"`{name}`" not in description:
+            yield f"The option {name} is not described"
+        if f'"{name}"' not in code:
+            yield f"The option {name} is read by nothing"
