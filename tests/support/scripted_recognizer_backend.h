@@ -64,7 +64,6 @@ class ScriptedBackend final : public RecognizerBackend {
     ++script_->finalizeCount;
     if (pieces_ > 0) endPhrase();
   }
-  void reset() override { pieces_ = 0; }
   void cancel() override {
     script_->isSlow = false;
     script_->mayTake.release();

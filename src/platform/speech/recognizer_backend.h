@@ -32,9 +32,6 @@ class RecognizerBackend {
   /// its final result.
   virtual void finalize() = 0;
 
-  /// Forgets the phrase under way.
-  virtual void reset() = 0;
-
   /// Any thread: nothing is wanted any more, and an operation under way returns soon. Only
   /// destruction follows.
   virtual void cancel() = 0;

@@ -153,19 +153,6 @@ class NeuralBackendTest final : public test::Suite {
     QVERIFY(backend.poll().empty());
   }
 
-  void resetForgetsThePhrase() {
-    NeuralBackend backend(helperProgram(), transducer());
-    backend.load();
-    feed(backend, music_);
-    backend.reset();
-    QVERIFY(backend.poll().empty());
-    feed(backend, numbers_);
-    backend.finalize();
-    QStringList finals;
-    keepFinals(backend, finals);
-    QCOMPARE(finals, QStringList("Five six nine ten eight"));
-  }
-
   void severalAtOnceDoNotDisturbEachOther() {
     NeuralBackend first(helperProgram(), transducer());
     first.load();

@@ -198,20 +198,6 @@ void BuiltInBackend::finalize() {
   if (const auto words = finals_.wait()) deliver(*words);
 }
 
-void BuiltInBackend::reset() {
-  if (isDrafting_) drafts_.end();
-  isDrafting_ = false;
-  finals_.abandon();
-  phrases_.reset();
-  partialFrame_.clear();
-  results_.clear();
-  awaitedDraft_.clear();
-  draft_.clear();
-  shownDraft_.clear();
-  awaitsFinal_ = false;
-  isSettling_ = false;
-}
-
 void BuiltInBackend::cancel() {
   finals_.cancel();
   if (punctuation_) punctuation_->cancel();

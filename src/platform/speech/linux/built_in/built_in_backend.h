@@ -28,7 +28,6 @@ class BuiltInBackend final : public RecognizerBackend {
   std::vector<TranscriptionResult> poll() override;
   bool expectsResults() const override;
   void finalize() override;
-  void reset() override;
   void cancel() override;
 
  private:

@@ -27,7 +27,6 @@ class TrimmedBackend final : public RecognizerBackend {
   std::vector<TranscriptionResult> poll() override { return backend_->poll(); }
   bool expectsResults() const override { return backend_->expectsResults(); }
   void finalize() override { backend_->finalize(); }
-  void reset() override { backend_->reset(); }
   void cancel() override { backend_->cancel(); }
 
  private:

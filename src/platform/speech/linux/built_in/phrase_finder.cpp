@@ -106,13 +106,6 @@ std::vector<float> PhraseFinder::takePhrase() {
   return phrase;
 }
 
-void PhraseFinder::reset() {
-  isInPhrase_ = false;
-  recentVoice_ = 0;
-  samples_.clear();
-  levels_.clear();
-}
-
 bool PhraseFinder::isLikelySpeech() const {
   if (pitchedFrames_ < kFewestPitched || pitchedFrames_ < kLeastPitched * voicedFrames_) {
     return false;

@@ -36,9 +36,6 @@ class PhraseFinder {
   /// stays, and the next phrase is under way then.
   std::vector<float> takePhrase();
 
-  /// Forgets the phrase under way.
-  void reset();
-
   bool isInPhrase() const { return isInPhrase_; }
   /// The phrase under way so far.
   const std::vector<float>& samples() const { return samples_; }

@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <QByteArray>
-#include <QString>
 #include <span>
 
 namespace velun {
@@ -18,7 +16,6 @@ struct RecognizerMessage {
     configure = 1,  ///< `RecognizerSettings` as JSON; the first message; answered by `ready`
     audio,          ///< 32-bit float samples, 16 kHz mono; answered by `heard`
     finalize,       ///< answered by `settled`
-    reset,          ///< forgets the phrase under way; answered by `settled`
     restore,        ///< words without punctuation, UTF-8; answered by `restored`
     // From the helper:
     ready = 65,

@@ -62,10 +62,6 @@ void RecognizerService::answer(const RecognizerMessage& message) {
       sendResults();
       send(Kind::settled);
       break;
-    case Kind::reset:
-      recognizer().reset();
-      send(Kind::settled);
-      break;
     case Kind::restore:
       restore(QString::fromUtf8(message.body));
       break;

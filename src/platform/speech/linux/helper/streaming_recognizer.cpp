@@ -198,12 +198,6 @@ void StreamingRecognizer::finalize() {
   beginStream();
 }
 
-void StreamingRecognizer::reset() {
-  results_.clear();
-  draft_.clear();
-  beginStream();
-}
-
 std::vector<TranscriptionResult> StreamingRecognizer::takeResults() {
   return std::exchange(results_, {});
 }

@@ -27,9 +27,6 @@ class StreamingRecognizer {
   /// Brings out the last word and ends the phrase.
   void finalize();
 
-  /// Forgets the phrase under way.
-  void reset();
-
   /// Whether a phrase is under way.
   bool isInPhrase() const { return !draft_.isEmpty(); }
 

@@ -108,18 +108,8 @@ std::vector<TranscriptionResult> NeuralBackend::poll() {
 }
 
 void NeuralBackend::finalize() {
-  settle(Kind::finalize);
-}
-
-void NeuralBackend::reset() {
-  settle(Kind::reset);
-  results_.clear();
-  draft_.clear();
-}
-
-void NeuralBackend::settle(Kind kind) {
-  attempt([this, kind] {
-    helper_.process().send(kind);
+  attempt([this] {
+    helper_.process().send(Kind::finalize);
     while (true) {
       const RecognizerMessage message = helper_.process().receive();
       if (message.kind == Kind::settled) break;

@@ -20,7 +20,6 @@ class NeuralBackend final : public RecognizerBackend {
   std::vector<TranscriptionResult> poll() override;
   bool expectsResults() const override { return unheard_ > 0 || isInPhrase_; }
   void finalize() override;
-  void reset() override;
   void cancel() override { helper_.cancel(); }
 
   /// For tests that end it.
@@ -32,7 +31,6 @@ class NeuralBackend final : public RecognizerBackend {
   void attempt(const Action& action);
   void recover(const HelperEnded& end);
   void takeLastResults();
-  void settle(RecognizerMessage::Kind kind);
   void takeArrived();
   void take(const RecognizerMessage& message);
 
