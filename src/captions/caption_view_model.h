@@ -51,18 +51,24 @@ class CaptionViewModel final : public QObject {
   const std::vector<Line>& lines() const { return session_.lines; }
   /// The unfinished text; empty when there is none.
   const QString& volatileText() const { return volatileText_; }
+  /// The last thing that the engine had to say, in the interface language of then.
   const std::optional<QString>& status() const { return status_; }
+  /// Why the last text was not translated; none once one was.
   const std::optional<QString>& translationStatus() const { return translationStatus_; }
   /// The user wants captions on; true from the command on, before the engine has started.
   bool isRunning() const { return isRunning_; }
   /// An engine operation is queued or under way; engine commands are ignored meanwhile.
   bool isTransitioning() const { return isTransitioning_; }
-  /// Sorted by their names in the interface language.
+  /// The identifiers of the locales that can be recognized, sorted by their names in the interface
+  /// language. Empty until `loadLanguages` has found them, as the next.
   const QStringList& locales() const { return locales_; }
+  /// Those of the languages that can be translated into.
   const QStringList& languages() const { return languages_; }
   /// Every change of the session is written through.
   bool isSavingSession() const { return isSavingSession_; }
+  /// The session's file; none before the first write, or once the file was deleted.
   const std::optional<QUrl>& savedURL() const { return savedURL_; }
+  /// Why the last write failed; none when it did not.
   const std::optional<QString>& saveError() const { return saveError_; }
   const SessionStore& store() const { return store_; }
   /// For whoever opens translation sessions: its configuration and the signal of its change.
@@ -91,18 +97,22 @@ class CaptionViewModel final : public QObject {
   /// Translates with a session that was opened for the translator's configuration.
   QCoro::Task<> runTranslations(std::shared_ptr<TranslationSession> session);
 
+  /// Which texts the caption window shows.
   TranscriptContent captionContent() const;
+  /// Why only the original is shown although translation is on; none when it is not so.
   std::optional<QString> translationNotice() const;
   /// The transcript as shown, with the draft.
   QString captionText() const;
   /// Lines that wait for their translation.
   const QSet<QUuid>& pendingTranslationIDs() const;
 
-  /// False when a needed write failed.
+  /// Writes the session's file, if it is kept saved and has lines. False when that failed.
   bool persistIfNeeded();
   /// True when the session was written; puts it in saving mode.
   bool saveCurrentSession();
+  /// A session file was moved to the trash; if it was this session's, it is no longer saved.
   void savedFileWasDeleted(const QUrl& url);
+  /// Whether there are lines that no file holds.
   bool hasUnsavedSession() const;
 
  Q_SIGNALS:

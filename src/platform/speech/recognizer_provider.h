@@ -23,9 +23,10 @@ class RecognizerProvider {
   /// Every locale that it can recognize, installed or to be downloaded, such as "en_US".
   virtual QStringList supportedLocales() const = 0;
 
+  /// Whether the locale can be recognized now, without a download.
   virtual bool isInstalled(const QString& locale) const = 0;
 
-  /// For a locale that is installed.
+  /// What makes the recognizer of a locale that is installed.
   virtual Factory factory(const QString& locale) const = 0;
 
   /// What installs the locale; null when it cannot be downloaded.

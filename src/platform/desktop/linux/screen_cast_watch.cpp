@@ -61,8 +61,9 @@ class ScreenCastWatch::Connection final : private PipeWireRegistry::Listener {
  private:
   void iterate() {
     pw_loop_iterate(loop_, 0);
-    // The last thing: it ends this connection.
-    isLost_ ? onLost_() : onChange_();
+    const std::function<void()> tell = isLost_ ? onLost_ : onChange_;
+    // The last thing: whoever hears it may end this connection.
+    tell();
   }
 
   void added(std::uint32_t id, std::string_view kind, const spa_dict* properties) override {

@@ -5,7 +5,6 @@
 #include "platform/translation/linux/translation_routes.h"
 #include "platform/translation/linux/translator_backend.h"
 
-#include <functional>
 #include <map>
 #include <memory>
 #include <vector>
@@ -19,7 +18,7 @@ class TranslatorPool {
   /// How long translators stay loaded without work.
   static constexpr std::chrono::minutes kIdleTime{2};
 
-  /// Both must outlive it. `backends` are in order of preference.
+  /// `backends` are in order of preference. `clock` must outlive the pool.
   TranslatorPool(std::vector<std::unique_ptr<TranslatorBackend>> backends, Clock& clock);
 
   /// Everything that the back ends offer now.

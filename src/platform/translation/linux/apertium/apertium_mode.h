@@ -21,12 +21,13 @@ struct ApertiumMode {
 /// program that is not known to answer text by text, or a construct of the shell.
 std::optional<std::vector<QStringList>> parseApertiumPipeline(const QString& text);
 
-/// The direction that a mode file's name stands for ("eng-spa", "cat-spa_valencia"); none when it
-/// is not a translation. The second value tells whether it is a variety of the target language.
+/// What a mode file's name stands for.
 struct ApertiumModeName {
   LanguagePair pair;
-  bool isVariety = false;
+  bool isVariety = false;  ///< Into a variety of the target language.
 };
+
+/// Reads a mode file's name ("eng-spa", "cat-spa_valencia"); none when it is not a translation.
 std::optional<ApertiumModeName> parseApertiumModeName(const QString& name);
 
 /// The modes in a folder, one for each direction; the plain target language before its varieties.
