@@ -8,6 +8,7 @@
 #include "support/manual_clock.h"
 #include "support/suite.h"
 
+#include <pthread.h>
 #include <QDir>
 #include <QFile>
 #include <QSignalSpy>
@@ -16,6 +17,31 @@
 using namespace velun;
 using namespace velun::test;
 using namespace std::chrono_literals;
+
+namespace {
+
+/// As long as it lives no thread can be started: none finds room for its stack.
+class NoMoreThreads {
+ public:
+  NoMoreThreads() {
+    pthread_getattr_default_np(&usual_);
+    pthread_attr_t large;
+    pthread_getattr_default_np(&large);
+    pthread_attr_setstacksize(&large, std::size_t{1} << 47);
+    pthread_setattr_default_np(&large);
+    pthread_attr_destroy(&large);
+  }
+  ~NoMoreThreads() {
+    pthread_setattr_default_np(&usual_);
+    pthread_attr_destroy(&usual_);
+  }
+  Q_DISABLE_COPY_MOVE(NoMoreThreads)
+
+ private:
+  pthread_attr_t usual_;
+};
+
+}  // namespace
 
 /// A model of every kind of packing.
 class ModelStoreTest final : public test::Suite {
@@ -105,6 +131,18 @@ class ModelStoreTest final : public test::Suite {
     QStringList left =
         QDir(dir_->filePath(".downloads/mixed")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
     QCOMPARE(left, QStringList());
+  }
+
+  void whereThereAreNoMoreThreadsNothingIsLeftUnderWay() {
+    auto store = open();
+    {
+      const NoMoreThreads few;
+      store->installQuietly(model_);
+      QCOMPARE(install(*store), model_failures::noThread().errorDescription());
+    }
+    QCOMPARE(store->busy(), QStringList());
+    QCOMPARE(install(*store), QString());
+    QVERIFY(isComplete());
   }
 
   void aFileThatChangedIsFetchedAnew() {

@@ -3,11 +3,13 @@
 
 #include "platform/foundation/failure.h"
 #include "platform/foundation/one_shot.h"
+#include "platform/models/linux/model_store_failures.h"
 
 #include <QDir>
 #include <QFile>
 #include <QPointer>
 #include <QStandardPaths>
+#include <system_error>
 
 namespace velun {
 
@@ -84,21 +86,28 @@ QStringList DownloadStore::busy() const {
   return ids;
 }
 
-void DownloadStore::start(const Model& model, const std::stop_token& stop, Done done) {
-  Job* job = jobs_.emplace_back(std::make_unique<Job>(model.id, stop)).get();
-  job->worker = std::jthread([this, job, model, installer = installer_,
-                              token = job->stop.get_token(), done = std::move(done)] {
-    std::exception_ptr error;
-    try {
-      installer.install(model, token);
-    } catch (...) {
-      error = std::current_exception();
-    }
-    // The store joins its workers before it goes, so it is still there to be posted to.
-    QMetaObject::invokeMethod(
-        this, [this, job] { finish(job); }, Qt::QueuedConnection);
-    done(error);
-  });
+void DownloadStore::start(const Model& model, const std::stop_token& stop, const Done& done) {
+  auto owned = std::make_unique<Job>(model.id, stop);
+  Job* const job = owned.get();
+  try {
+    job->worker = std::jthread(
+        [this, job, model, installer = installer_, token = job->stop.get_token(), done] {
+          std::exception_ptr error;
+          try {
+            installer.install(model, token);
+          } catch (...) {
+            error = std::current_exception();
+          }
+          // The store joins its workers before it goes, so it is still there to be posted to.
+          QMetaObject::invokeMethod(
+              this, [this, job] { finish(job); }, Qt::QueuedConnection);
+          done(error);
+        });
+  } catch (const std::system_error&) {
+    done(std::make_exception_ptr(model_failures::noThread()));
+    return;
+  }
+  jobs_.push_back(std::move(owned));
   Q_EMIT busyChanged();
 }
 

@@ -37,7 +37,7 @@ class DownloadStore final : public ModelStore {
   struct Job;
   using Done = std::function<void(std::exception_ptr)>;
 
-  void start(const Model& model, const std::stop_token& stop, Done done);
+  void start(const Model& model, const std::stop_token& stop, const Done& done);
   void finish(const Job* job);
   void findPlaced(ModelCatalogue catalogue);
   bool failedToday(const QString& id) const;

@@ -74,4 +74,12 @@ Failure notSaved(const QString& reason) {
                    QString("모델을 저장할 수 없습니다: %1").arg(reason)));
 }
 
+Failure noThread() {
+  return Failure(
+      L("The model couldn’t be downloaded: the system has no more resources for it. Close some "
+        "programs, then try again.",
+        "시스템 자원이 부족하여 모델을 다운로드할 수 없습니다. 다른 프로그램을 닫은 다음 다시 "
+        "시도하십시오."));
+}
+
 }  // namespace velun::model_failures

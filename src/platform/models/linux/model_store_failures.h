@@ -25,6 +25,8 @@ Failure unexpectedFile();
 DamagedModel damaged();
 Failure noSpace(std::int64_t neededBytes, std::int64_t freeBytes);
 Failure notSaved(const QString& reason);
+/// The system has no more threads.
+Failure noThread();
 
 }  // namespace model_failures
 
