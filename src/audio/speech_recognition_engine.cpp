@@ -10,7 +10,6 @@
 
 #include <exception>
 #include <QPointer>
-#include <utility>
 
 namespace velun {
 
@@ -44,8 +43,7 @@ SpeechRecognitionEngine::~SpeechRecognitionEngine() {
 }
 
 QCoro::Task<QStringList> SpeechRecognitionEngine::supportedLocales(SpeechPlatform& speech) {
-  QCoro::Task<QStringList> locales = speech.supportedLocales();
-  co_return co_await locales;
+  return speech.supportedLocales();
 }
 
 QCoro::Task<> SpeechRecognitionEngine::start(QString localeID, bool useMic, std::stop_token stop) {

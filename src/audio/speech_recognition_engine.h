@@ -13,6 +13,7 @@
 #include <QPointer>
 #include <QStringList>
 #include <QUuid>
+#include <utility>
 #include <variant>
 
 namespace velun {

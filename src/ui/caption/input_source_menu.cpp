@@ -2,7 +2,6 @@
 #include "ui/caption/input_source_menu.h"
 
 #include "settings/app_settings.h"
-#include "settings/localization.h"
 #include "ui/caption/caption_appearance.h"
 #include "ui/caption/caption_menu.h"
 #include "ui/common/symbol.h"
@@ -21,8 +20,7 @@ void fillInputSourceMenu(CaptionMenu& menu, AppSettings& settings) {
   auto* choice = new QActionGroup(&menu);
   for (const AudioInput input : allAudioInputs) {
     const bool useMic = input == AudioInput::microphone;
-    const QString label = useMic ? L("Microphone", "마이크") : L("Computer Audio", "컴퓨터 오디오");
-    QAction* action = menu.addAction(label, &settings, [&settings, useMic] {
+    QAction* action = menu.addAction(title(input), &settings, [&settings, useMic] {
       if (settings.useMic() != useMic) settings.setUseMic(useMic);
     });
     action->setIcon(symbolIcon(symbolOf(input), CaptionAppearance::symbol));

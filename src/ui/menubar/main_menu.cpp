@@ -49,9 +49,8 @@ MainMenu::MainMenu(const MenuBarActions& actions, QObject* parent)
 
 MainMenu::~MainMenu() = default;
 
-std::array<QMenu*, 3> MainMenu::menus() const {
-  auto* self = const_cast<MainMenu*>(this);
-  return {&self->applicationMenu_, &self->fileMenu_, &self->editMenu_};
+std::array<QMenu*, 3> MainMenu::menus() {
+  return {&applicationMenu_, &fileMenu_, &editMenu_};
 }
 
 void MainMenu::rebuild() {

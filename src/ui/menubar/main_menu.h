@@ -4,7 +4,6 @@
 #include "ui/menubar/menu_bar_actions.h"
 
 #include <array>
-#include <memory>
 #include <QMenu>
 #include <QObject>
 #include <QPointer>
@@ -40,7 +39,7 @@ class MainMenu final : public QObject {
   void validate();
 
   /// The menus in order: the application's, File, Edit.
-  std::array<QMenu*, 3> menus() const;
+  std::array<QMenu*, 3> menus();
 
  private:
   void addCommand(QMenu& menu, const QString& title, AppCommand command, const QKeySequence& key);
