@@ -30,6 +30,10 @@ QToolButton:focus { border: 2px solid #5ea8ff; }
 
 constexpr QColor kCaptionHint(255, 255, 255, 166);
 
+QString notFound() {
+  return L("Not found", "찾을 수 없음");
+}
+
 }  // namespace
 
 FindBar::FindBar(QTextEdit& text, bool captionStyle, QWidget* parent)
@@ -61,6 +65,7 @@ FindBar::FindBar(QTextEdit& text, bool captionStyle, QWidget* parent)
     text_.setTextCursor(cursor);
     findNext();
   });
+  connect(&text_, &QTextEdit::textChanged, outcome_, &QLabel::clear);
   connect(previous_, &QToolButton::clicked, this, &FindBar::findPrevious);
   connect(next_, &QToolButton::clicked, this, &FindBar::findNext);
   connect(done_, &QToolButton::clicked, this, &FindBar::close);
@@ -89,6 +94,7 @@ void FindBar::translate() {
   name(previous_, L("Find Previous", "이전 항목 찾기"));
   name(next_, L("Find Next", "다음 항목 찾기"));
   name(done_, L("Close", "닫기"));
+  if (!outcome_->text().isEmpty()) outcome_->setText(notFound());
 }
 
 void FindBar::open() {
@@ -127,7 +133,7 @@ void FindBar::find(bool backward) {
     found = text_.document()->find(wanted, edge, flags);
   }
   if (found.isNull()) {
-    outcome_->setText(L("Not found", "찾을 수 없음"));
+    outcome_->setText(notFound());
   } else {
     text_.setTextCursor(found);
   }

@@ -11,6 +11,7 @@
 
 #include <private/qguiapplication_p.h>
 #include <QAccessible>
+#include <QLabel>
 #include <QLineEdit>
 #include <qpa/qplatformaccessibility.h>
 #include <qpa/qplatformintegration.h>
@@ -394,6 +395,24 @@ class TranscriptViewTest final : public test::Suite {
     QCOMPARE(stage.view.textView().textCursor().blockNumber(), 2);
     QTest::keyClick(field, Qt::Key_Escape);
     QVERIFY(!bar->isVisible());
+  }
+
+  void whatWasNotFoundIsSaidInTheLanguageUntilTheTextChanges() {
+    Stage stage;
+    stage.addLines(3);
+    stage.update();
+    stage.view.openFindBar();
+    auto* bar = stage.view.findChild<FindBar*>();
+    auto* outcome = bar->findChild<QLabel*>();
+    QTest::keyClicks(bar->findChild<QLineEdit*>(), "river");
+    QCOMPARE(outcome->text(), QString("Not found"));
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(outcome->text(), QString("찾을 수 없음"));
+    Localization::shared().setLanguage(AppLanguage::english);
+    QCOMPARE(outcome->text(), QString("Not found"));
+    stage.session.lines.push_back(lineOf("A river."));
+    stage.update(kAdded);
+    QCOMPARE(outcome->text(), QString());
   }
 };
 
