@@ -58,7 +58,7 @@ class PipeWireMicrophoneTest final : public Suite {
     source_->start(recorder_.handler());
     const auto computer = PlaybackStream::play("speakers", 1000);
     const auto voice = PlaybackStream::play("mic-voice", 600);
-    VERIFY_SOON(recorder_.hearsOnly(600, 1000));
+    VERIFY_SOON(hearsInTime(600, 1000));
     QTEST(recorder_.format().channelCount, "channelCount");
   }
 
@@ -84,7 +84,7 @@ class PipeWireMicrophoneTest final : public Suite {
     source_->start(recorder_.handler());
     const auto computer = PlaybackStream::play("speakers", 1000);
     auto voice = PlaybackStream::play("mic-voice", 600);
-    VERIFY_SOON(recorder_.hearsOnly(600, 1000));
+    VERIFY_SOON(hearsInTime(600, 1000));
     voice.reset();
     QVERIFY(server_->remove("mic"));
     QVERIFY(server_->remove("mic-voice"));
@@ -96,7 +96,7 @@ class PipeWireMicrophoneTest final : public Suite {
     QVERIFY(server_->awaitDefaultSource("mic"));
     recorder_.clear();
     voice = PlaybackStream::play("mic-voice", 600);
-    VERIFY_SOON(recorder_.hearsOnly(600, 1000));
+    VERIFY_SOON(hearsInTime(600, 1000));
     QVERIFY(reports_.isEmpty());
   }
 
@@ -107,9 +107,9 @@ class PipeWireMicrophoneTest final : public Suite {
     source_->start(recorder_.handler());
     const auto voice = PlaybackStream::play("mic-voice", 600);
     const auto other = PlaybackStream::play("headset-voice", 1700);
-    VERIFY_SOON(recorder_.hearsOnly(600, 1700));
+    VERIFY_SOON(hearsInTime(600, 1700));
     QVERIFY(server_->setDefaultSource("headset"));
-    VERIFY_SOON(recorder_.hearsOnly(1700, 600));
+    VERIFY_SOON(hearsInTime(1700, 600));
     QVERIFY(reports_.isEmpty());
   }
 
@@ -122,9 +122,8 @@ class PipeWireMicrophoneTest final : public Suite {
     QVERIFY(server_->start());
     QVERIFY(server_->addMicrophone("mic"));
     QVERIFY(server_->awaitDefaultSource("mic"));
-    clock_.advance(1s);
     const auto voice = PlaybackStream::play("mic-voice", 600);
-    VERIFY_SOON(recorder_.hearsOnly(600, 1000));
+    VERIFY_SOON(hearsInTime(600, 1000));
     QCOMPARE(reports_, QList({AudioInterruption::began, AudioInterruption::ended}));
   }
 
@@ -138,11 +137,17 @@ class PipeWireMicrophoneTest final : public Suite {
     const auto sound = PlaybackStream::play("speakers", 1000);
     const auto voice = PlaybackStream::play("mic-voice", 600);
     VERIFY_SOON(computerRecorder.hearsOnly(1000, 600));
-    VERIFY_SOON(recorder_.hearsOnly(600, 1000));
+    VERIFY_SOON(hearsInTime(600, 1000));
     computer.stop();
   }
 
  private:
+  /// While time goes on: what the session manager forgets is made good after a while.
+  bool hearsInTime(double frequency, double other) {
+    clock_.advance(20ms);
+    return recorder_.hearsOnly(frequency, other);
+  }
+
   QString startFailure() {
     try {
       source_->start(recorder_.handler());
