@@ -3,6 +3,7 @@
 
 #include "ui/common/symbol.h"
 
+#include <QApplication>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -15,6 +16,12 @@ namespace {
 constexpr int kSymbolSize = 40;
 constexpr int kTextWidth = 340;
 constexpr QColor kWarningColor(214, 142, 24);
+
+QPixmap picture(bool isWarning, qreal ratio) {
+  if (!isWarning) return QApplication::windowIcon().pixmap(QSize(kSymbolSize, kSymbolSize), ratio);
+  return symbolPixmap(QStringLiteral("exclamationmark.triangle"), kSymbolSize, kWarningColor,
+                      ratio);
+}
 
 QLabel* textLabel(const QString& text, QWidget* parent) {
   auto* label = new QLabel(text, parent);
@@ -36,8 +43,7 @@ AlertDialog::AlertDialog(const Question& question) {
   setAccessibleDescription(question.informativeText);
 
   auto* symbol = new QLabel(this);
-  symbol->setPixmap(symbolPixmap(QStringLiteral("exclamationmark.triangle"), kSymbolSize,
-                                 kWarningColor, devicePixelRatioF()));
+  symbol->setPixmap(picture(question.isWarning, devicePixelRatioF()));
   QLabel* message = textLabel(question.message, this);
   QFont bold = message->font();
   bold.setBold(true);

@@ -7,7 +7,8 @@
 
 namespace velun {
 
-/// A modal alert: a message in bold, an explanation under it, and buttons that keep their order.
+/// An alert: a message in bold, an explanation under it, and buttons that keep their order. Modal
+/// unless said otherwise; beside the texts a warning sign, or the program's icon.
 class AlertDialog final : public QDialog {
   Q_OBJECT
 
