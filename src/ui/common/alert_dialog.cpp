@@ -48,6 +48,7 @@ AlertDialog::AlertDialog(const Question& question) {
   QFont bold = message->font();
   bold.setBold(true);
   message->setFont(bold);
+  QLabel* explanation = textLabel(question.informativeText, this);
 
   auto* buttons = new QHBoxLayout;
   buttons->setSpacing(8);
@@ -71,7 +72,7 @@ AlertDialog::AlertDialog(const Question& question) {
   grid->setVerticalSpacing(8);
   grid->addWidget(symbol, 0, 0, 2, 1, Qt::AlignTop);
   grid->addWidget(message, 0, 1);
-  grid->addWidget(textLabel(question.informativeText, this), 1, 1);
+  grid->addWidget(explanation, 1, 1);
   grid->setRowMinimumHeight(2, 8);
   grid->addLayout(buttons, 3, 0, 1, 2);
   grid->setSizeConstraint(QLayout::SetFixedSize);

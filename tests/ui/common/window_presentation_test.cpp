@@ -71,6 +71,9 @@ class WindowPresentationTest final : public test::Suite {
         QCOMPARE(buttons.size(), 3);
         QCOMPARE(buttons[1]->text(), QString("Don’t Save"));
         QVERIFY(buttons[0]->isDefault());
+        // Assistive technology reads in this order.
+        QVERIFY(alert.children().indexOf(alert.findChildren<QLabel*>().constLast()) <
+                alert.children().indexOf(buttons[0]));
         QVERIFY(buttons[0]->x() < buttons[1]->x() && buttons[1]->x() < buttons[2]->x());
         buttons[chosen]->click();
       });
