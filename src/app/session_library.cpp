@@ -125,6 +125,8 @@ void SessionLibrary::deleteHistorySelection(const QList<QUrl>& visible) {
     model_.savedFileWasDeleted(*deleted);
     library_.reload();
   } catch (const std::exception& error) {
+    // The file may have gone without us.
+    library_.reload();
     const QString description = descriptionOf(error);
     showError(L("Couldn’t delete the session: " + description,
                 "기록을 삭제하지 못했습니다: " + description));

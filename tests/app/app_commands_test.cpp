@@ -286,6 +286,18 @@ class AppCommandsTest final : public Suite {
     QCOMPARE(stage.files().size(), 1);
   }
 
+  void aSessionWhoseFileIsGoneLeavesTheListWhenItCannotBeDeleted() {
+    AppStage stage;
+    const QUrl file = writeSession(stage, "Gone.");
+    const HistoryViewModel& library = openHistory(stage);
+    QVERIFY(QFile::remove(file.toLocalFile()));
+    stage.trashFailure = "It doesn’t exist.";
+    stage.coordinator().sessions().deleteHistorySelection({file});
+    QCOMPARE(stage.question.asked.at(0).informativeText,
+             QString("Couldn’t delete the session: It doesn’t exist."));
+    QTRY_VERIFY(library.sessions().empty());
+  }
+
   void theSelectedSessionIsRevealed() {
     AppStage stage;
     const QUrl file = writeSession(stage, "Look.");
