@@ -4,6 +4,7 @@
 #include "captions/caption_view_model.h"
 #include "settings/localization.h"
 #include "ui/caption/caption_header_view.h"
+#include "ui/caption/caption_menu.h"
 #include "ui/caption/caption_overlays.h"
 #include "ui/caption/caption_status_line.h"
 #include "ui/caption/jump_button.h"
@@ -67,6 +68,7 @@ CaptionView::CaptionView(CaptionViewModel& model, const CaptionActions& actions,
   connectToModel();
   updateTranscript();
   setFocusProxy(transcript_);
+  transcript_->textView().setMenuMaker([this] { return makeContextMenu(); });
 }
 
 CaptionView::~CaptionView() {
@@ -142,7 +144,21 @@ void CaptionView::setHeaderInSight(bool inSight) {
   header_->setVisible(inSight);
 }
 
+void CaptionView::setRoundedMenus(bool rounded) {
+  roundedMenus_ = rounded;
+  header_->setRoundedMenus(rounded);
+}
+
+std::unique_ptr<QMenu> CaptionView::makeContextMenu() {
+  auto menu = std::make_unique<CaptionMenu>(this);
+  menu->setMargin(CaptionMenu::Margin::none);
+  menu->setRounded(roundedMenus_);
+  menu->setColors(colors_);
+  return menu;
+}
+
 void CaptionView::setColors(const CaptionColors& colors) {
+  colors_ = colors;
   header_->setColors(colors);
   overlays_->setColors(colors);
   jumpButton_->setColors(colors);

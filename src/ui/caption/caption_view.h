@@ -3,9 +3,13 @@
 
 #include "ui/caption/caption_actions.h"
 #include "ui/caption/caption_chrome.h"
+#include "ui/caption/caption_colors.h"
 #include "ui/caption/transcript_inputs.h"
 
+#include <memory>
 #include <QWidget>
+
+class QMenu;
 
 namespace velun {
 
@@ -41,6 +45,8 @@ class CaptionView final : public QWidget {
   void setHeaderInSight(bool inSight);
 
   void setColors(const CaptionColors& colors);
+  /// Rounded menus need a compositor.
+  void setRoundedMenus(bool rounded);
 
   CaptionHeaderView& header() const { return *header_; }
   TranscriptView& transcript() const { return *transcript_; }
@@ -61,6 +67,7 @@ class CaptionView final : public QWidget {
   void updateLater(const TranscriptChange& change);
   void updateTranscript();
   void updateOverlays();
+  std::unique_ptr<QMenu> makeContextMenu();
   void jump();
   void arrange();
 
@@ -74,6 +81,8 @@ class CaptionView final : public QWidget {
   TranslationTask* translation_;
   // What the next update has to look at; none while no update is due.
   std::optional<TranscriptChange> due_;
+  CaptionColors colors_;
+  bool roundedMenus_ = true;
   int jumpToLatest_ = 0;
   bool hoveringCaptions_ = false;
 };

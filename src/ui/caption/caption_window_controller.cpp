@@ -107,7 +107,7 @@ void CaptionWindowController::applyPreferences() {
   if (panel_->windowHandle()) {
     services_.desktop.setExcludedFromCapture(*panel_->windowHandle(), hides);
   }
-  view_->header().setRoundedMenus(can.compositing);
+  view_->setRoundedMenus(can.compositing);
   applyVisibility();
 }
 

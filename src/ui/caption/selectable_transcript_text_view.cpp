@@ -7,7 +7,6 @@
 #include "ui/caption/transcript_formats.h"
 #include "ui/caption/transcript_layout.h"
 
-#include <memory>
 #include <QContextMenuEvent>
 #include <QHelpEvent>
 #include <QMenu>
@@ -121,19 +120,27 @@ void SelectableTranscriptTextView::keyPressEvent(QKeyEvent* event) {
   }
 }
 
-void SelectableTranscriptTextView::contextMenuEvent(QContextMenuEvent* event) {
-  QMenu menu(this);
-  QAction* copyText = menu.addAction(L("Copy", "복사"), this, &QTextEdit::copy);
+void SelectableTranscriptTextView::setMenuMaker(std::function<std::unique_ptr<QMenu>()> makeMenu) {
+  makeMenu_ = std::move(makeMenu);
+}
+
+std::unique_ptr<QMenu> SelectableTranscriptTextView::contextMenu() {
+  std::unique_ptr<QMenu> menu = makeMenu_ ? makeMenu_() : std::make_unique<QMenu>(this);
+  QAction* copyText = menu->addAction(L("Copy", "복사"), this, &QTextEdit::copy);
   copyText->setShortcut(QKeySequence::Copy);
   copyText->setEnabled(hasSelection());
   QAction* selectAllText =
-      menu.addAction(L("Select All", "전체 선택"), this, &QTextEdit::selectAll);
+      menu->addAction(L("Select All", "전체 선택"), this, &QTextEdit::selectAll);
   selectAllText->setShortcut(QKeySequence::SelectAll);
   selectAllText->setEnabled(!document()->isEmpty());
-  menu.addSeparator();
-  menu.addAction(L("Find…", "찾기…"), this, &SelectableTranscriptTextView::findRequested)
+  menu->addSeparator();
+  menu->addAction(L("Find…", "찾기…"), this, &SelectableTranscriptTextView::findRequested)
       ->setShortcut(QKeySequence::Find);
-  menu.exec(event->globalPos());
+  return menu;
+}
+
+void SelectableTranscriptTextView::contextMenuEvent(QContextMenuEvent* event) {
+  contextMenu()->exec(event->globalPos());
 }
 
 void SelectableTranscriptTextView::scrollContentsBy(int dx, int dy) {

@@ -3,7 +3,11 @@
 
 #include "ui/caption/bottom_pinned_scroll_view.h"
 
+#include <functional>
+#include <memory>
 #include <vector>
+
+class QMenu;
 
 namespace velun {
 
@@ -25,6 +29,11 @@ class SelectableTranscriptTextView final : public BottomPinnedScrollView {
 
   /// White text on the dark panel, without a scroll bar; otherwise the desktop's own look.
   void setCaptionStyle(bool captionStyle);
+
+  /// Makes the empty menus for `contextMenu`; without it they look as the desktop's.
+  void setMenuMaker(std::function<std::unique_ptr<QMenu>()> makeMenu);
+  /// What a click with the other button opens.
+  std::unique_ptr<QMenu> contextMenu();
 
   /// Makes a spinner for each placeholder in view and puts it in its place.
   void updatePendingIndicators();
@@ -53,6 +62,7 @@ class SelectableTranscriptTextView final : public BottomPinnedScrollView {
 
   TranscriptLayout& layout_;
   std::vector<PendingIndicator*> pendingIndicators_;
+  std::function<std::unique_ptr<QMenu>()> makeMenu_;
   bool isSelectingText_ = false;
 };
 

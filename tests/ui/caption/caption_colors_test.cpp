@@ -134,7 +134,7 @@ class CaptionColorsTest final : public test::Suite {
 
   void submenusAreCutLikeTheirMenus() {
     PanelStage stage;
-    stage.view->header().setRoundedMenus(false);
+    stage.view->setRoundedMenus(false);
     CaptionMenu& menu = stage.view->header().translationMenu();
     Q_EMIT menu.aboutToShow();
     auto* languages = menu.findChild<CaptionMenu*>();

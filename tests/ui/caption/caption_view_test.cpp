@@ -202,6 +202,15 @@ class CaptionViewTest final : public test::Suite {
     QCOMPARE(button.toolTip(), QString("세션 저장됨 · 기록 보기"));
   }
 
+  void theTextsMenuLooksAsTheHeaders() {
+    PanelStage stage;
+    const std::unique_ptr<QMenu> menu = stage.view->transcript().textView().contextMenu();
+    QVERIFY(qobject_cast<CaptionMenu*>(menu.get()));
+    QCOMPARE(textsOf(*menu), (QStringList{"Copy", "Select All", "Find…"}));
+    const TranscriptView elsewhere;
+    QVERIFY(!qobject_cast<CaptionMenu*>(elsewhere.textView().contextMenu().get()));
+  }
+
   void aMenuKeepsTheHeader() {
     PanelStage stage;
     stage.view->setHovering(true);
