@@ -23,6 +23,15 @@ namespace {
 
 constexpr std::chrono::milliseconds kKeepDelay{500};
 const auto kFrameName = QStringLiteral("CaptionPanel");
+// How much of the panel the pointer needs, in points.
+constexpr int kLeastInView = 16;
+
+bool canBeReached(const QRect& frame, const QList<QRect>& areas) {
+  return std::ranges::any_of(areas, [&frame](const QRect& area) {
+    const QRect inView = area & frame;
+    return inView.width() >= kLeastInView && inView.height() >= kLeastInView;
+  });
+}
 
 }  // namespace
 
@@ -183,6 +192,9 @@ void CaptionWindowController::setHeader(bool visible, bool animated) {
   } else {
     panel_->setMinimumHeight(CaptionAppearance::minimumSize.height());
     frame.setTop(frame.top() + std::exchange(headerGrowth_, 0));
+    // It may have been dragged to where only the header was left of it.
+    const QList<QRect> areas = freeAreas();
+    if (!canBeReached(frame, areas)) frame = movedIntoView(frame, areas);
   }
   animatingHeader_ = animated;
   moveTo(frame, animated ? motionTime(*panel_, CaptionAppearance::headerDuration) : 0);

@@ -123,6 +123,22 @@ class CaptionWindowControllerTest final : public test::Suite {
     QCOMPARE(stage.panel().geometry(), QRect(area().x() + 10, area().y() + 20, 560, 250));
   }
 
+  void aPanelOfWhichOnlyTheHeaderWasInViewComesBackWithoutIt() {
+    PanelStage stage;
+    stage.controller->show();
+    stage.controller->setHeader(true, false);
+    const int low = area().bottom() + 1 - 40;
+    stage.panel().setGeometry(area().x() + 10, low, 560, 294);
+    stage.controller->setHeader(false, false);
+    QCOMPARE(stage.panel().geometry(), QRect(area().x() + 10, area().bottom() + 1 - 250, 560, 250));
+    // What is left in view may stay.
+    const QRect half(area().x() + 10, area().bottom() + 1 - 100, 560, 250);
+    stage.panel().setGeometry(half);
+    stage.controller->setHeader(true, false);
+    stage.controller->setHeader(false, false);
+    QCOMPARE(stage.panel().geometry(), half);
+  }
+
   void restoringThePlaceCountsTheHeader() {
     PanelStage stage;
     stage.controller->show();
