@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <QFile>
 #include <QFileInfo>
+#include <system_error>
 #include <thread>
 
 namespace velun {
@@ -74,7 +75,11 @@ std::vector<std::optional<CaptionSession>> readSessionFiles(const std::vector<QS
   const std::size_t threads = std::min<std::size_t>(
       {kMostThreads, std::max(1u, std::thread::hardware_concurrency()), paths.size()});
   std::vector<std::jthread> helpers;
-  for (std::size_t i = 1; i < threads; ++i) helpers.emplace_back(work);
+  try {
+    for (std::size_t i = 1; i < threads; ++i) helpers.emplace_back(work);
+  } catch (const std::system_error&) {
+    // The system has no more threads: those that there are read everything.
+  }
   work();
   helpers.clear();
   return sessions;

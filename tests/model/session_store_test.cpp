@@ -5,6 +5,7 @@
 #include "model/session_error.h"
 #include "model/session_limits.h"
 #include "settings/localization.h"
+#include "support/no_more_threads.h"
 #include "support/session_samples.h"
 #include "support/suite.h"
 #include "support/test_folder.h"
@@ -202,6 +203,16 @@ class SessionStoreTest final : public test::Suite {
       listed += saved.url.fileName();
     }
     QCOMPARE(listed, expected);
+  }
+
+  void whereThereAreNoMoreThreadsOneReadsAll() {
+    for (int i = 0; i < 5; ++i) {
+      CaptionSession session = test::sampleSession();
+      session.id = QUuid::createUuid();
+      store().save(session);
+    }
+    const test::NoMoreThreads few;
+    QCOMPARE(store().savedSessions().sessions.size(), 5u);
   }
 
   void legacyTranscriptsAreListedWithTheTitleOfTheInterfaceLanguage() {

@@ -6,9 +6,9 @@
 #include "settings/localization.h"
 #include "support/failure_of.h"
 #include "support/manual_clock.h"
+#include "support/no_more_threads.h"
 #include "support/suite.h"
 
-#include <pthread.h>
 #include <QDir>
 #include <QFile>
 #include <QSignalSpy>
@@ -17,31 +17,6 @@
 using namespace velun;
 using namespace velun::test;
 using namespace std::chrono_literals;
-
-namespace {
-
-/// As long as it lives no thread can be started: none finds room for its stack.
-class NoMoreThreads {
- public:
-  NoMoreThreads() {
-    pthread_getattr_default_np(&usual_);
-    pthread_attr_t large;
-    pthread_getattr_default_np(&large);
-    pthread_attr_setstacksize(&large, std::size_t{1} << 47);
-    pthread_setattr_default_np(&large);
-    pthread_attr_destroy(&large);
-  }
-  ~NoMoreThreads() {
-    pthread_setattr_default_np(&usual_);
-    pthread_attr_destroy(&usual_);
-  }
-  Q_DISABLE_COPY_MOVE(NoMoreThreads)
-
- private:
-  pthread_attr_t usual_;
-};
-
-}  // namespace
 
 /// A model of every kind of packing.
 class ModelStoreTest final : public test::Suite {
