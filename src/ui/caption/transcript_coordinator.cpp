@@ -67,12 +67,7 @@ TranscriptCoordinator::Presentation TranscriptCoordinator::presentation() const 
 void TranscriptCoordinator::apply(const TranscriptChange& change) {
   if (!presentation_) textView_->setAccessibleName(L("Caption Text", "자막 본문"));
   const bool sameSession = presentation_ == presentation();
-  if (!sameSession) {
-    // Moving the cursor would scroll to it, before it is known where the reader was.
-    const int origin = textView_->verticalScrollBar()->value();
-    textView_->clearSelection();
-    textView_->verticalScrollBar()->setValue(origin);
-  }
+  if (!sameSession) clearSelectionInPlace();
   const bool selecting = textView_->hasSelection() || textView_->isSelectingText();
   const bool pins = inputs_.followsLatest && textView_->isAtBottom(kBottomSlack) && !selecting;
 
@@ -95,9 +90,7 @@ void TranscriptCoordinator::apply(const TranscriptChange& change) {
     const auto replace = [&] {
       for (const Replacement& replacement : changes) show(replacement);
       if (reformatted) document_.setFormats(formats);
-      QTextCursor cursor(document_.text().firstBlock());
-      cursor.setPosition(std::min(location, document_.text().characterCount() - 1));
-      if (textView_->textCursor() != cursor) textView_->setTextCursor(cursor);
+      putCursorAt(location);
     };
     if (sameSession) {
       textView_->keepPlace(pins, replace);
@@ -108,6 +101,19 @@ void TranscriptCoordinator::apply(const TranscriptChange& change) {
   }
   obeyJump();
   updateBottom();
+}
+
+void TranscriptCoordinator::clearSelectionInPlace() {
+  // Moving the cursor would scroll to it, before it is known where the reader was.
+  const int origin = textView_->verticalScrollBar()->value();
+  textView_->clearSelection();
+  textView_->verticalScrollBar()->setValue(origin);
+}
+
+void TranscriptCoordinator::putCursorAt(int location) {
+  QTextCursor cursor(document_.text().firstBlock());
+  cursor.setPosition(std::min(location, document_.text().characterCount() - 1));
+  if (textView_->textCursor() != cursor) textView_->setTextCursor(cursor);
 }
 
 std::size_t TranscriptCoordinator::paragraphsBefore(std::size_t line) const {

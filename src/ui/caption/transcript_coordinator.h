@@ -65,6 +65,8 @@ class TranscriptCoordinator final : public QObject {
   std::optional<std::vector<std::size_t>> changedLines(const TranscriptChange& change) const;
   void show(const Replacement& replacement);
   std::size_t paragraphsBefore(std::size_t line) const;
+  void clearSelectionInPlace();
+  void putCursorAt(int location);
   void obeyJump();
   void setHeld(bool held);
   void retry();

@@ -52,49 +52,16 @@ HistoryView::HistoryView(HistoryViewModel& library, AppSettings& settings, Histo
       clock_(clock),
       selectionChanged_(std::move(selectionChanged)) {
   makeActions();
-  banner_ = new QLabel(this);
-  banner_->setTextFormat(Qt::PlainText);
-  banner_->setWordWrap(true);
-  banner_->setContentsMargins(14, 8, 14, 8);
-  banner_->setAutoFillBackground(true);
-  banner_->setBackgroundRole(QPalette::ToolTipBase);
-  banner_->setForegroundRole(QPalette::ToolTipText);
-  banner_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  splitter_ = new QSplitter(this);
-  splitter_->addWidget(makeSidebar());
-  // Made after the sidebar: the tab key goes through widgets in the order in which they were made.
-  detail_ = new SessionDetailView(settings_, clock_, splitter_);
-  auto* detailPane = new QWidget(splitter_);
-  auto* detailColumn = new QVBoxLayout(detailPane);
-  detailColumn->setContentsMargins(0, 0, 0, 0);
-  detailColumn->addWidget(detail_);
-  splitter_->addWidget(detailPane);
-  splitter_->setStretchFactor(1, 1);
-  const int sidebarWidth =
-      std::max(kSidebarWidth, kSidebarLetters * fontMetrics().averageCharWidth());
-  splitter_->setSizes({sidebarWidth, 2 * sidebarWidth});
-  splitter_->setChildrenCollapsible(false);
+  makeToolBar();
+  makeBanner();
+  makePanes();
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
   column->addWidget(toolBar_);
   column->addWidget(banner_);
   column->addWidget(splitter_, 1);
-
-  connect(&library_, &HistoryViewModel::sessionsChanged, this, [this] {
-    search_.setSessions(library_.sessions());
-    presentSessions();
-  });
-  connect(&library_, &HistoryViewModel::selectionChanged, this, [this] {
-    presentSelection();
-    if (selectionChanged_) selectionChanged_();
-  });
-  connect(&library_, &HistoryViewModel::errorChanged, this, &HistoryView::presentError);
-  connect(&library_, &HistoryViewModel::reloaded, this, &HistoryView::presentSessions);
-  connect(&search_, &SessionSearch::ready, this, &HistoryView::presentSessions);
-  connect(searchField_, &QLineEdit::textChanged, this, &HistoryView::presentSessions);
-  connect(&Localization::shared(), &Localization::languageChanged, this, &HistoryView::translate);
-  search_.setSessions(library_.sessions());
+  followLibrary();
   translate();
 }
 
@@ -123,7 +90,9 @@ void HistoryView::makeActions() {
   sidebar_ = action(QStringLiteral("sidebar.left"), QKeySequence(Qt::Key_F9),
                     [this] { setSidebarVisible(!isSidebarVisible()); });
   find_ = action({}, QKeySequence::Find, [this] { detail_->transcript().openFindBar(); });
+}
 
+void HistoryView::makeToolBar() {
   moreMenu_ = new QMenu(this);
   moreMenu_->addActions({openFile_, saveFile_, reveal_, refresh_});
   more_ = new QToolButton(this);
@@ -146,9 +115,55 @@ void HistoryView::makeActions() {
   }
 }
 
+void HistoryView::makeBanner() {
+  banner_ = new QLabel(this);
+  banner_->setTextFormat(Qt::PlainText);
+  banner_->setWordWrap(true);
+  banner_->setContentsMargins(14, 8, 14, 8);
+  banner_->setAutoFillBackground(true);
+  banner_->setBackgroundRole(QPalette::ToolTipBase);
+  banner_->setForegroundRole(QPalette::ToolTipText);
+  banner_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+}
+
+void HistoryView::makePanes() {
+  splitter_ = new QSplitter(this);
+  splitter_->addWidget(makeSidebar());
+  // Made after the sidebar: the tab key goes through widgets in the order in which they were made.
+  detail_ = new SessionDetailView(settings_, clock_, splitter_);
+  auto* detailPane = new QWidget(splitter_);
+  auto* detailColumn = new QVBoxLayout(detailPane);
+  detailColumn->setContentsMargins(0, 0, 0, 0);
+  detailColumn->addWidget(detail_);
+  splitter_->addWidget(detailPane);
+  splitter_->setStretchFactor(1, 1);
+  const int sidebarWidth =
+      std::max(kSidebarWidth, kSidebarLetters * fontMetrics().averageCharWidth());
+  splitter_->setSizes({sidebarWidth, 2 * sidebarWidth});
+  splitter_->setChildrenCollapsible(false);
+}
+
 QWidget* HistoryView::makeSidebar() {
   auto* sidebar = new QWidget(splitter_);
   sidebar->setMinimumWidth(kSmallestSidebarWidth);
+  makeSearchField(sidebar);
+  makeList(sidebar);
+  empty_ = new EmptyStateView(sidebar);
+  listOrEmpty_ = new QStackedWidget(sidebar);
+  listOrEmpty_->addWidget(list_);
+  listOrEmpty_->addWidget(empty_);
+  auto* searchRow = new QHBoxLayout;
+  searchRow->setContentsMargins(10, 8, 10, 8);
+  searchRow->addWidget(searchField_);
+  auto* column = new QVBoxLayout(sidebar);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  column->addLayout(searchRow);
+  column->addWidget(listOrEmpty_, 1);
+  return sidebar;
+}
+
+void HistoryView::makeSearchField(QWidget* sidebar) {
   searchField_ = new QLineEdit(sidebar);
   searchField_->setObjectName(QStringLiteral("search"));
   searchField_->setClearButtonEnabled(true);
@@ -161,6 +176,9 @@ QWidget* HistoryView::makeSidebar() {
   connect(toList, &QAction::triggered, this, [this] { list_->setFocus(Qt::ShortcutFocusReason); });
   QWidget* field = searchField_;
   field->addAction(toList);
+}
+
+void HistoryView::makeList(QWidget* sidebar) {
   list_ = new QListView(sidebar);
   list_->setObjectName(QStringLiteral("sessions"));
   list_->setModel(&rows_);
@@ -174,18 +192,6 @@ QWidget* HistoryView::makeSidebar() {
   deleteKey->setShortcutContext(Qt::WidgetShortcut);
   connect(deleteKey, &QAction::triggered, this, &HistoryView::deleteSelected);
   list_->addAction(deleteKey);
-  empty_ = new EmptyStateView(sidebar);
-  listOrEmpty_ = new QStackedWidget(sidebar);
-  listOrEmpty_->addWidget(list_);
-  listOrEmpty_->addWidget(empty_);
-  auto* searchRow = new QHBoxLayout;
-  searchRow->setContentsMargins(10, 8, 10, 8);
-  searchRow->addWidget(searchField_);
-  auto* column = new QVBoxLayout(sidebar);
-  column->setContentsMargins(0, 0, 0, 0);
-  column->setSpacing(0);
-  column->addLayout(searchRow);
-  column->addWidget(listOrEmpty_, 1);
   // Not the current row: assistive technology selects without making a row the current one.
   connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
     if (isPresenting_) return;
@@ -194,7 +200,23 @@ QWidget* HistoryView::makeSidebar() {
     library_.select(session ? std::optional(session->url) : std::nullopt);
   });
   connect(list_, &QWidget::customContextMenuRequested, this, &HistoryView::showContextMenu);
-  return sidebar;
+}
+
+void HistoryView::followLibrary() {
+  connect(&library_, &HistoryViewModel::sessionsChanged, this, [this] {
+    search_.setSessions(library_.sessions());
+    presentSessions();
+  });
+  connect(&library_, &HistoryViewModel::selectionChanged, this, [this] {
+    presentSelection();
+    if (selectionChanged_) selectionChanged_();
+  });
+  connect(&library_, &HistoryViewModel::errorChanged, this, &HistoryView::presentError);
+  connect(&library_, &HistoryViewModel::reloaded, this, &HistoryView::presentSessions);
+  connect(&search_, &SessionSearch::ready, this, &HistoryView::presentSessions);
+  connect(searchField_, &QLineEdit::textChanged, this, &HistoryView::presentSessions);
+  connect(&Localization::shared(), &Localization::languageChanged, this, &HistoryView::translate);
+  search_.setSessions(library_.sessions());
 }
 
 bool HistoryView::isSidebarVisible() const {

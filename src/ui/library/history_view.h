@@ -51,7 +51,13 @@ class HistoryView final : public QWidget {
 
  private:
   void makeActions();
+  void makeToolBar();
+  void makeBanner();
+  void makePanes();
   QWidget* makeSidebar();
+  void makeSearchField(QWidget* sidebar);
+  void makeList(QWidget* sidebar);
+  void followLibrary();
   void translate();
   void presentSessions();
   void presentSelection();
