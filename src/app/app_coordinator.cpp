@@ -22,6 +22,7 @@
 
 #include <QApplication>
 #include <QWindow>
+#include <utility>
 
 namespace velun {
 

@@ -4,7 +4,6 @@
 #include "platform/foundation/file_descriptor.h"
 #include "platform/foundation/file_error.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <QFile>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/updates/version_order.h"
 
+#include <algorithm>
 #include <QStringList>
 
 namespace velun {

@@ -13,6 +13,7 @@
 #include "ui/caption/transcript_view.h"
 #include "ui/caption/translation_task.h"
 
+#include <algorithm>
 #include <QAbstractButton>
 #include <QApplication>
 #include <QKeyEvent>

@@ -16,6 +16,7 @@
 #include <QApplication>
 #include <QScreen>
 #include <QVariantAnimation>
+#include <utility>
 
 namespace velun {
 

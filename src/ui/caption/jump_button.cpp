@@ -7,6 +7,7 @@
 #include "ui/common/symbol.h"
 
 #include <QPainter>
+#include <utility>
 
 namespace velun {
 

@@ -7,11 +7,13 @@
 #include "ui/caption/transcript_formats.h"
 #include "ui/caption/transcript_layout.h"
 
+#include <algorithm>
 #include <QContextMenuEvent>
 #include <QHelpEvent>
 #include <QMenu>
 #include <QScrollBar>
 #include <QToolTip>
+#include <utility>
 
 namespace velun {
 

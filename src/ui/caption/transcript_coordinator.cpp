@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <numeric>
 #include <QScrollBar>
+#include <utility>
 
 namespace velun {
 

@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QTextDocument>
 #include <QTextLayout>
+#include <utility>
 
 namespace velun {
 

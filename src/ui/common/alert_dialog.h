@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "ui/common/window_presentation.h"
+#include "captions/modal_question.h"
 
 #include <QDialog>
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/common/symbol.h"
 
+#include <algorithm>
 #include <QGuiApplication>
 #include <QIconEngine>
 #include <QPainter>

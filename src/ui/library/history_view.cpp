@@ -11,6 +11,7 @@
 #include "ui/library/session_row_delegate.h"
 #include "ui/library/session_sections.h"
 
+#include <algorithm>
 #include <QAction>
 #include <QLabel>
 #include <QLineEdit>

@@ -8,12 +8,12 @@
 #include "ui/caption/transcript_view.h"
 #include "ui/library/session_search.h"
 
+#include <algorithm>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QScrollBar>
-#include <QTextBlock>
 #include <QVBoxLayout>
 
 namespace velun {

@@ -3,6 +3,7 @@
 
 #include "ui/menubar/app_command.h"
 
+#include <functional>
 #include <QKeySequence>
 #include <QString>
 #include <vector>

@@ -2,6 +2,7 @@
 #include "platform/desktop/linux/termination_signals.h"
 
 #include <atomic>
+#include <cerrno>
 #include <csignal>
 #include <cstdint>
 #include <sys/eventfd.h>

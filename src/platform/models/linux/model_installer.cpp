@@ -7,6 +7,7 @@
 #include "platform/models/linux/unpack.h"
 #include "platform/models/model_address.h"
 
+#include <algorithm>
 #include <QDir>
 #include <QFileInfo>
 #include <QStorageInfo>

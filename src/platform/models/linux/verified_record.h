@@ -3,7 +3,6 @@
 
 #include "platform/models/model.h"
 
-#include <optional>
 #include <QHash>
 
 namespace velun {

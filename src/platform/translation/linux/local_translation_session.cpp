@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <exception>
 #include <QPointer>
+#include <utility>
 
 namespace velun {
 

@@ -2,9 +2,11 @@
 #include "platform/speech/linux/built_in/phrase_features.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <pocketsphinx.h>
 #include <sphinxbase/cmn.h>
 #include <sphinxbase/fe.h>
+#include <vector>
 
 namespace velun {
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/translation/linux/apertium/apertium_backend.h"
 
+#include "platform/translation/linux/apertium/apertium_mode.h"
 #include "platform/translation/linux/apertium/apertium_translator.h"
 
 #include <algorithm>

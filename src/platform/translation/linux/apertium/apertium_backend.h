@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/translation/linux/apertium/apertium_mode.h"
 #include "platform/translation/linux/translator_backend.h"
 
 namespace velun {

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/translation/linux/apertium/apertium_mode.h"
 
-#include <algorithm>
 #include <map>
 #include <QDir>
 #include <QFile>

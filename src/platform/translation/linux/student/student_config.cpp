@@ -3,6 +3,7 @@
 
 #include "platform/translation/linux/student/model_format_error.h"
 
+#include <algorithm>
 #include <charconv>
 #include <map>
 #include <string>

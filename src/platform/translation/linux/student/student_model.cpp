@@ -2,7 +2,6 @@
 #include "platform/translation/linux/student/student_model.h"
 
 #include "platform/foundation/failure.h"
-#include "platform/translation/linux/student/model_format_error.h"
 #include "platform/translation/linux/student/row_math.h"
 
 #include <cmath>

@@ -3,7 +3,6 @@
 
 #include "platform/translation/linux/student/byte_reader.h"
 
-#include <algorithm>
 #include <QFile>
 
 namespace velun {
