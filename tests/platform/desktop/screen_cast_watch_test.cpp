@@ -3,9 +3,11 @@
 
 #include "support/manual_clock.h"
 #include "support/private_pipewire.h"
+#include "support/settle.h"
 #include "support/suite.h"
 #include "support/video_stream.h"
 
+#include <QProcess>
 #include <QSignalSpy>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -32,6 +34,12 @@ class ScreenCastWatchTest final : public test::Suite {
         VideoStream::Direction::offer,
         std::map<std::string, std::string>{
             {"media.class", "Video/Source"}, {"media.role", role}, {"node.name", "portal"}});
+  }
+  /// Whether the offer has a consumer; whoever follows the server has been told by then.
+  static bool isConsumed() {
+    QProcess links;
+    links.start("pw-link", {"-l"});
+    return links.waitForFinished() && links.readAllStandardOutput().contains("portal:");
   }
 
  private Q_SLOTS:
@@ -93,7 +101,8 @@ class ScreenCastWatchTest final : public test::Suite {
     watch.setWatching(true);
     const auto camera = offer("Camera");
     const auto call = consumer();
-    QTest::qWait(500);
+    QTRY_VERIFY(isConsumed());
+    test::settle();
     QVERIFY(!watch.isCastRunning());
   }
 
