@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/file_mutations.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace velun::test {

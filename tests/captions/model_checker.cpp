@@ -3,7 +3,6 @@
 
 #include "model/session_codec.h"
 
-#include <algorithm>
 #include <numeric>
 
 namespace velun::test {

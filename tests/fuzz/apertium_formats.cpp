@@ -3,8 +3,6 @@
 #include "platform/translation/linux/apertium/apertium_stream.h"
 #include "require.h"
 
-#include <algorithm>
-
 using namespace velun;
 using fuzz::require;
 

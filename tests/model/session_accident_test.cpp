@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "model/session_codec.h"
 #include "model/session_error.h"
 #include "model/session_store.h"
 #include "support/session_samples.h"
@@ -7,7 +6,6 @@
 
 #include <atomic>
 #include <csignal>
-#include <filesystem>
 #include <QDir>
 #include <QFile>
 #include <QProcess>

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "model/session_careful_reader.h"
 #include "model/session_codec.h"
 #include "model/session_error.h"
 #include "model/session_fast_reader.h"

@@ -3,7 +3,6 @@
 
 #include "platform/audio/audio_format.h"
 
-#include <cstddef>
 #include <functional>
 #include <memory>
 #include <span>

@@ -3,8 +3,6 @@
 
 #include "support/signals.h"
 
-#include <algorithm>
-
 namespace velun::test {
 
 std::function<void(const PcmBuffer&)> Recorder::handler() {

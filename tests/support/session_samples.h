@@ -3,8 +3,6 @@
 
 #include "model/caption_session.h"
 
-#include <random>
-
 namespace velun::test {
 
 /// A time in UTC.

@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/desktop/desktop_services.h"
-#include "platform/desktop/linux/x11_display.h"
 #include "platform/foundation/system_clock.h"
 #include "support/suite.h"
 #include "support/virtual_display.h"
 #include "ui/caption/caption_header_view.h"
 #include "ui/caption/header_button.h"
-#include "ui/caption/panel_frame.h"
 #include "ui/caption/panel_stage.h"
 #include "ui/caption/selectable_transcript_text_view.h"
 #include "ui/caption/transcript_view.h"

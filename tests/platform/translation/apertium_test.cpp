@@ -5,9 +5,7 @@
 #include "platform/translation/linux/apertium/apertium_translator.h"
 #include "support/suite.h"
 
-#include <algorithm>
 #include <csignal>
-#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>

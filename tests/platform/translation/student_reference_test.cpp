@@ -2,7 +2,6 @@
 #include "platform/translation/support/toy_models.h"
 #include "support/suite.h"
 
-#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QTest>

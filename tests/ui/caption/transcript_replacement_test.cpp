@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "support/settle.h"
 #include "support/suite.h"
 #include "ui/caption/selectable_transcript_text_view.h"
 #include "ui/caption/transcript_samples.h"

@@ -3,7 +3,6 @@
 
 #include "support/suite.h"
 
-#include <QDir>
 #include <QImage>
 #include <QPalette>
 

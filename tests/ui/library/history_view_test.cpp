@@ -21,7 +21,6 @@
 #include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTextCursor>
 #include <QTimer>
 #include <QToolButton>
 

@@ -5,8 +5,6 @@
 #include "settings/localization.h"
 #include "support/suite.h"
 
-#include <map>
-
 using namespace velun;
 using test::ModelFixture;
 
