@@ -11,12 +11,12 @@ namespace velun {
 namespace {
 
 // Far above what a sound card does, far below what would make a filter of gigabytes.
-constexpr double highestRate = 3'072'000;
-constexpr int mostChannels = 256;
+constexpr double kHighestRate = 3'072'000;
+constexpr int kMostChannels = 256;
 
 bool isUsable(const AudioFormat& format) {
-  return format.sampleRate >= 1 && format.sampleRate <= highestRate && format.channelCount >= 1 &&
-         format.channelCount <= mostChannels;
+  return format.sampleRate >= 1 && format.sampleRate <= kHighestRate && format.channelCount >= 1 &&
+         format.channelCount <= kMostChannels;
 }
 
 /// For equal rates: hands out what came in.

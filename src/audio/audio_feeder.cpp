@@ -13,7 +13,7 @@ namespace velun {
 namespace {
 
 // The converter hands out in bursts; this many frames let it catch up within one buffer.
-constexpr std::size_t spareFrames = 16;
+constexpr std::size_t kSpareFrames = 16;
 
 }  // namespace
 
@@ -41,8 +41,8 @@ std::vector<float> AudioFeeder::bands() const {
 
 std::size_t AudioFeeder::outputCapacity(std::size_t frameLength, double sampleRate) const {
   const double frames = format_.sampleRate * double(frameLength) / sampleRate;
-  Q_ASSERT(frames + double(spareFrames) <= std::numeric_limits<std::uint32_t>::max());
-  return static_cast<std::size_t>(frames) + spareFrames;
+  Q_ASSERT(frames + double(kSpareFrames) <= std::numeric_limits<std::uint32_t>::max());
+  return static_cast<std::size_t>(frames) + kSpareFrames;
 }
 
 void AudioFeeder::convertAndSend(const PcmBuffer& buffer) {

@@ -10,14 +10,14 @@ namespace velun {
 
 namespace {
 
-constexpr float loudest = 1e6F;
-constexpr float int16Scale = 1.0F / 32768;
+constexpr float kLoudest = 1e6F;
+constexpr float kInt16Scale = 1.0F / 32768;
 
 float sound(float sample) {
-  return std::abs(sample) < loudest ? sample : 0.0F;
+  return std::abs(sample) < kLoudest ? sample : 0.0F;
 }
 float sound(std::int16_t sample) {
-  return float(sample) * int16Scale;
+  return float(sample) * kInt16Scale;
 }
 
 /// One kind of samples; channel c of frame i is at first[c * channelStride + i * frameStride].

@@ -7,7 +7,7 @@ namespace velun {
 
 namespace {
 
-constexpr std::size_t tapBufferSize = 4096;
+constexpr std::size_t kTapBufferSize = 4096;
 
 }  // namespace
 
@@ -15,7 +15,7 @@ MicAudio::MicAudio(std::unique_ptr<AudioInputNode> inputNode) : inputNode_(std::
 
 void MicAudio::start(Handler handler) {
   const AudioFormat format = inputNode_->outputFormat();
-  inputNode_->installTap(tapBufferSize, format, std::move(handler));
+  inputNode_->installTap(kTapBufferSize, format, std::move(handler));
   inputNode_->startEngine();
 }
 

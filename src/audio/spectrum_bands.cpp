@@ -10,17 +10,17 @@ namespace velun {
 
 namespace {
 
-constexpr std::size_t binCount = SpectrumBands::blockSize / 2;
-constexpr double lowestFrequency = 120;
-constexpr double frequencyRatio = 50;
-constexpr float int16Scale = 3.0517578e-5F;
-constexpr float floorPower = 1e-12F;
+constexpr std::size_t kBinCount = SpectrumBands::blockSize / 2;
+constexpr double kLowestFrequency = 120;
+constexpr double kFrequencyRatio = 50;
+constexpr float kInt16Scale = 3.0517578e-5F;
+constexpr float kFloorPower = 1e-12F;
 
 // The levels are those of a transform that yields twice the mathematical DFT.
-constexpr float powerScale = 4;
+constexpr float kPowerScale = 4;
 
 double edgeFrequency(int edge) {
-  return lowestFrequency * std::pow(frequencyRatio, double(edge) / SpectrumBands::bandCount);
+  return kLowestFrequency * std::pow(kFrequencyRatio, double(edge) / SpectrumBands::bandCount);
 }
 
 std::size_t binAt(double frequency) {
@@ -33,7 +33,7 @@ std::size_t binAt(double frequency) {
 struct SpectrumBands::Transform {
   Transform()
       : input(fftwf_alloc_real(blockSize)),
-        output(fftwf_alloc_complex(binCount + 1)),
+        output(fftwf_alloc_complex(kBinCount + 1)),
         plan(fftwf_plan_dft_r2c_1d(int(blockSize), input, output, FFTW_ESTIMATE)) {}
   ~Transform() {
     fftwf_destroy_plan(plan);
@@ -50,7 +50,7 @@ struct SpectrumBands::Transform {
 
 SpectrumBands::BinRange SpectrumBands::binsOf(int band) {
   const std::size_t first = std::max<std::size_t>(binAt(edgeFrequency(band)), 1);
-  const std::size_t end = std::max(first + 1, std::min(binAt(edgeFrequency(band + 1)), binCount));
+  const std::size_t end = std::max(first + 1, std::min(binAt(edgeFrequency(band + 1)), kBinCount));
   return {first, end};
 }
 
@@ -70,7 +70,7 @@ std::span<const float> SpectrumBands::bands() const {
 
 void SpectrumBands::append(const PcmBuffer& buffer) {
   if (const std::int16_t* samples = buffer.int16Channel(0)) {
-    appendSamples(samples, buffer.stride(), buffer.frameLength(), int16Scale);
+    appendSamples(samples, buffer.stride(), buffer.frameLength(), kInt16Scale);
   } else if (const float* floats = buffer.floatChannel(0)) {
     appendSamples(floats, buffer.stride(), buffer.frameLength(), 1.0F);
   }
@@ -104,8 +104,8 @@ void SpectrumBands::analyseBlock() {
       const float* value = fft_->output[bin];
       power += value[0] * value[0] + value[1] * value[1];
     }
-    const float mean = powerScale * power / float(bins.end - bins.first);
-    bands_[band] = 10 * std::log10(mean + floorPower);
+    const float mean = kPowerScale * power / float(bins.end - bins.first);
+    bands_[band] = 10 * std::log10(mean + kFloorPower);
   }
   hasBands_ = true;
 }

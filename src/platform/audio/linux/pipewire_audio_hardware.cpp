@@ -8,13 +8,13 @@ namespace velun {
 
 namespace {
 
-constexpr AudioObjectID tapID = 1;
-constexpr AudioObjectID aggregateID = 2;
-constexpr AudioDeviceIOProcID procedureID = 1;
+constexpr AudioObjectID kTapID = 1;
+constexpr AudioObjectID kAggregateID = 2;
+constexpr AudioDeviceIOProcID kProcedureID = 1;
 
 // What a server without another setting runs at.
-constexpr double usualRate = 48'000;
-constexpr int tapChannelCount = 2;
+constexpr double kUsualRate = 48'000;
+constexpr int kTapChannelCount = 2;
 
 }  // namespace
 
@@ -24,15 +24,15 @@ PipeWireAudioHardware::PipeWireAudioHardware(Clock& clock, std::chrono::millisec
 
 OSStatus PipeWireAudioHardware::createProcessTap(const TapDescription&, AudioObjectID* tap) {
   const int status = capture_.open();
-  if (status == 0) *tap = tapID;
+  if (status == 0) *tap = kTapID;
   return status;
 }
 
 OSStatus PipeWireAudioHardware::tapFormat(AudioObjectID tap, AudioFormat* format) {
-  if (tap != tapID || !capture_.isOpen()) return -EINVAL;
+  if (tap != kTapID || !capture_.isOpen()) return -EINVAL;
   const std::optional<AudioDevice> output = capture_.defaultDevice();
   const double rate = output ? capture_.formatOf(*output).sampleRate : 0;
-  *format = {AudioFormat::Sample::float32, rate > 0 ? rate : usualRate, tapChannelCount, true};
+  *format = {AudioFormat::Sample::float32, rate > 0 ? rate : kUsualRate, kTapChannelCount, true};
   return 0;
 }
 
@@ -54,15 +54,15 @@ OSStatus PipeWireAudioHardware::createAggregateDevice(const AggregateDeviceDescr
                                                       AudioObjectID* device) {
   if (!capture_.isOpen()) return -ENOTCONN;
   nodeName_ = description.name.toStdString();
-  *device = aggregateID;
+  *device = kAggregateID;
   return 0;
 }
 
 OSStatus PipeWireAudioHardware::audioDeviceCreateIOProcID(AudioObjectID device, IOBlock block,
                                                           AudioDeviceIOProcID* procedure) {
-  if (device != aggregateID || nodeName_.empty() || !block) return -EINVAL;
+  if (device != kAggregateID || nodeName_.empty() || !block) return -EINVAL;
   block_ = std::move(block);
-  *procedure = procedureID;
+  *procedure = kProcedureID;
   return 0;
 }
 
@@ -88,21 +88,21 @@ OSStatus PipeWireAudioHardware::audioDeviceDestroyIOProcID(AudioObjectID device,
 }
 
 OSStatus PipeWireAudioHardware::destroyAggregateDevice(AudioObjectID device) {
-  if (device != aggregateID || nodeName_.empty()) return -EINVAL;
+  if (device != kAggregateID || nodeName_.empty()) return -EINVAL;
   capture_.stop();
   nodeName_.clear();
   return 0;
 }
 
 OSStatus PipeWireAudioHardware::destroyProcessTap(AudioObjectID tap) {
-  if (tap != tapID || !capture_.isOpen()) return -EINVAL;
+  if (tap != kTapID || !capture_.isOpen()) return -EINVAL;
   capture_.close();
   return 0;
 }
 
 bool PipeWireAudioHardware::hasProcedure(AudioObjectID device,
                                          AudioDeviceIOProcID procedure) const {
-  return device == aggregateID && procedure == procedureID && block_;
+  return device == kAggregateID && procedure == kProcedureID && block_;
 }
 
 }  // namespace velun

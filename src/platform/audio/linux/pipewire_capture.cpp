@@ -14,17 +14,17 @@ using namespace std::chrono_literals;
 namespace {
 
 // A server that answers takes milliseconds; one that does not must not hold the program for long.
-constexpr auto answerLimit = 3000ms;
-constexpr auto sessionLimit = 1000ms;
-constexpr auto defaultLimit = 300ms;
+constexpr auto kAnswerLimit = 3000ms;
+constexpr auto kSessionLimit = 1000ms;
+constexpr auto kDefaultLimit = 300ms;
 
-constexpr auto retryInterval = 500ms;
+constexpr auto kRetryInterval = 500ms;
 // A session manager that restarts is back within this time; only a longer absence is reported.
-constexpr auto sessionGrace = 1500ms;
+constexpr auto kSessionGrace = 1500ms;
 // Linking takes milliseconds. A stream that is not linked to its device after this time is made
 // anew, less and less often: a session manager does not move one while its device is idle.
-constexpr auto firstRelinkDelay = 1000ms;
-constexpr auto lastRelinkDelay = 30000ms;
+constexpr auto kFirstRelinkDelay = 1000ms;
+constexpr auto kLastRelinkDelay = 30000ms;
 
 }  // namespace
 
@@ -49,8 +49,8 @@ int PipeWireCapture::open() {
     connection_ = PipeWireConnection::open(
         *loop_, [this] { postReview(); }, &error);
     // The first answer brings the objects, the second what they say.
-    if (connection_) error = connection_->synchronize(answerLimit);
-    if (error == 0) error = connection_->synchronize(answerLimit);
+    if (connection_) error = connection_->synchronize(kAnswerLimit);
+    if (error == 0) error = connection_->synchronize(kAnswerLimit);
   }
   if (error != 0) close();
   return error;
@@ -72,7 +72,7 @@ std::optional<AudioDevice> PipeWireCapture::defaultDevice() {
   if (!connection_) return std::nullopt;
   const bool hasSession = connection_->graph().hasSession();
   loop_->waitUntil([this] { return wantedDevice() || connection_->isLost(); },
-                   hasSession ? defaultLimit : sessionLimit);
+                   hasSession ? kDefaultLimit : kSessionLimit);
   const AudioDevice* found = wantedDevice();
   return found ? std::optional(*found) : std::nullopt;
 }
@@ -87,7 +87,7 @@ std::optional<AudioDevice> PipeWireCapture::device(std::uint32_t id) {
 AudioFormat PipeWireCapture::formatOf(const AudioDevice& device) {
   if (!isOpen()) return {};
   const PipeWireLoop::Lock lock(*loop_);
-  return connection_ ? connection_->formatOf(device.id, answerLimit) : AudioFormat();
+  return connection_ ? connection_->formatOf(device.id, kAnswerLimit) : AudioFormat();
 }
 
 int PipeWireCapture::start(const std::string& nodeName, BufferHandler onBuffer) {
@@ -104,10 +104,10 @@ int PipeWireCapture::start(const std::string& nodeName, BufferHandler onBuffer) 
   if (const int error = makeStream()) return error;
   const bool isAnswered = loop_->waitUntil(
       [this] { return stream_->isReady() || stream_->isDead() || connection_->isLost(); },
-      answerLimit);
+      kAnswerLimit);
   if (!isAnswered) return -ETIMEDOUT;
   isStarted_ = true;
-  relinkDelay_ = firstRelinkDelay;
+  relinkDelay_ = kFirstRelinkDelay;
   postReview();
   return 0;
 }
@@ -161,7 +161,7 @@ PipeWireCapture::Report PipeWireCapture::reviewConnection() {
   if (!connection_) return beginInterruption();
   if (!connection_->graph().hasSession()) {
     if (!interruptedSince_ && !sessionCall_) {
-      scheduleReview(&sessionCall_, sessionGrace,
+      scheduleReview(&sessionCall_, kSessionGrace,
                      &PipeWireCapture::beginInterruptionWithoutSession);
     }
     return std::nullopt;
@@ -181,7 +181,7 @@ PipeWireCapture::Report PipeWireCapture::reviewStream() {
 
   if (isStreamFed() || !wantedDevice()) {
     relinkCall_.reset();
-    relinkDelay_ = firstRelinkDelay;
+    relinkDelay_ = kFirstRelinkDelay;
   } else if (!relinkCall_) {
     scheduleReview(&relinkCall_, relinkDelay_, &PipeWireCapture::relink);
   }
@@ -215,7 +215,7 @@ void PipeWireCapture::endAwakeStream() {
         [this] {
           return awakeStream_->isReady() || awakeStream_->isDead() || connection_->isLost();
         },
-        answerLimit);
+        kAnswerLimit);
   }
   awakeStream_.reset();
 }
@@ -228,7 +228,7 @@ PipeWireCapture::Report PipeWireCapture::letSleep() {
 PipeWireCapture::Report PipeWireCapture::beginInterruption() {
   if (interruptedSince_) return std::nullopt;
   interruptedSince_ = clock_.monotonicSeconds();
-  scheduleReview(&retryCall_, retryInterval, &PipeWireCapture::retry);
+  scheduleReview(&retryCall_, kRetryInterval, &PipeWireCapture::retry);
   return AudioInterruption::began;
 }
 
@@ -242,7 +242,7 @@ PipeWireCapture::Report PipeWireCapture::endInterruption() {
 PipeWireCapture::Report PipeWireCapture::retry() {
   const double waited = clock_.monotonicSeconds() - *interruptedSince_;
   if (waited >= double(patience.count())) return AudioInterruption::failed;
-  scheduleReview(&retryCall_, retryInterval, &PipeWireCapture::retry);
+  scheduleReview(&retryCall_, kRetryInterval, &PipeWireCapture::retry);
   if (!connection_ && !reconnect()) return std::nullopt;
   if (const Report found = reviewConnection()) return found;
   // Everything is back but a device, and that is not the sound server's fault.
@@ -256,7 +256,7 @@ PipeWireCapture::Report PipeWireCapture::beginInterruptionWithoutSession() {
 }
 
 PipeWireCapture::Report PipeWireCapture::relink() {
-  relinkDelay_ = std::min<std::chrono::milliseconds>(relinkDelay_ * 2, lastRelinkDelay);
+  relinkDelay_ = std::min<std::chrono::milliseconds>(relinkDelay_ * 2, kLastRelinkDelay);
   if (connection_ && !isStreamFed()) {
     awakeStream_.reset();
     stream_.reset();

@@ -10,7 +10,7 @@ namespace velun {
 
 namespace {
 
-constexpr const char* nodeName = "Velun Microphone";
+constexpr const char* kNodeName = "Velun Microphone";
 
 }  // namespace
 
@@ -40,7 +40,7 @@ void PipeWireInputNode::startEngine() {
   if (!capture_.defaultDevice()) {
     throw Failure(L("No microphone was found", "마이크를 찾을 수 없습니다"));
   }
-  const int status = capture_.start(nodeName, [block = block_](const PcmBuffer& buffer) {
+  const int status = capture_.start(kNodeName, [block = block_](const PcmBuffer& buffer) {
     if (block) block(buffer);
   });
   if (status != 0) {

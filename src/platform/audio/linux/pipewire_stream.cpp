@@ -14,7 +14,7 @@ namespace {
 // 21 ms: short enough not to be felt in captions, long enough for a laptop to sleep in between.
 // The server never takes longer pieces than its own largest (43 ms), and shorter ones only when
 // another program asks for them.
-constexpr const char* latency = "1024/48000";
+constexpr const char* kLatency = "1024/48000";
 
 void setProperties(pw_properties* properties, const PipeWireStreamOptions& options) {
   pw_properties_set(properties, PW_KEY_NODE_NAME, options.nodeName.c_str());
@@ -117,7 +117,7 @@ PipeWireStream::PipeWireStream(PipeWireConnection& connection, const PipeWireStr
   pw_properties* properties = pw_properties_new(
       PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Capture", PW_KEY_MEDIA_ROLE,
       "Accessibility", PW_KEY_MEDIA_NAME, "Live captions", PW_KEY_APP_NAME, "Velun", PW_KEY_APP_ID,
-      "app.velun.Velun", PW_KEY_APP_ICON_NAME, "app.velun.Velun", PW_KEY_NODE_LATENCY, latency,
+      "app.velun.Velun", PW_KEY_APP_ICON_NAME, "app.velun.Velun", PW_KEY_NODE_LATENCY, kLatency,
       nullptr);
   setProperties(properties, options);
   implementation_->stream = pw_stream_new(connection.core(), options.nodeName.c_str(), properties);
