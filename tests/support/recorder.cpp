@@ -18,11 +18,6 @@ void Recorder::clear() {
   bufferCount_ = 0;
 }
 
-std::size_t Recorder::sampleCount() const {
-  const std::lock_guard lock(mutex_);
-  return samples_.size();
-}
-
 AudioFormat Recorder::format() const {
   const std::lock_guard lock(mutex_);
   return format_;

@@ -21,7 +21,6 @@ class Recorder {
   /// Forgets everything so far.
   void clear();
   std::size_t bufferCount() const { return bufferCount_; }
-  std::size_t sampleCount() const;
   /// The format of the last buffer.
   AudioFormat format() const;
   std::vector<float> samples() const;

@@ -12,7 +12,7 @@ import os
 for _k in ("OMP_NUM_THREADS", "OPENBLAS_NUM_THREADS"):
     os.environ[_k] = "1"
 os.environ["OMP_WAIT_POLICY"] = "passive"
-import argparse, json, random, subprocess, sys, time, wave
+import argparse, random, subprocess, time, wave
 import numpy as np
 from concurrent.futures import ThreadPoolExecutor
 
@@ -427,7 +427,7 @@ def export(out, net, toks):
 
     def shrink(m, path):
         """weights as int8 + scale per tensor row block, dequantised when the model is loaded"""
-        from onnx import helper, numpy_helper, TensorProto
+        from onnx import helper, numpy_helper
         g = m.graph; keep, add, nodes = [], [], []
         for t in g.initializer:
             a = numpy_helper.to_array(t)
