@@ -4,11 +4,14 @@
 #include "support/private_bus.h"
 #include "support/suite.h"
 
+#include <csignal>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QFile>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QSignalSpy>
+#include <sys/resource.h>
 
 using namespace velun;
 
@@ -100,6 +103,26 @@ class CompositorExclusionTest final : public test::Suite {
     }
     QTRY_COMPARE(scripting.log.back(), "unload " + name());
     kwin.unregisterService("org.kde.KWin");
+  }
+
+  void aScriptThatCannotBeWrittenMakesItImpossible() {
+    QDBusConnection kwin = bus_->connect();
+    FakeScripting scripting(kwin);
+    QVERIFY(kwin.registerObject("/Scripting", &scripting, QDBusConnection::ExportAllSlots));
+    QVERIFY(kwin.registerService("org.kde.KWin"));
+    CompositorExclusion exclusion(bus_->connect());
+    QTRY_VERIFY(exclusion.isPossible());
+    const auto release = qScopeGuard([&kwin] { kwin.unregisterService("org.kde.KWin"); });
+    rlimit usual{};
+    QCOMPARE(getrlimit(RLIMIT_FSIZE, &usual), 0);
+    const rlimit none{0, usual.rlim_max};
+    const auto ignored = std::signal(SIGXFSZ, SIG_IGN);
+    QCOMPARE(setrlimit(RLIMIT_FSIZE, &none), 0);
+    exclusion.setExcluded("Velun Captions", true);
+    QCOMPARE(setrlimit(RLIMIT_FSIZE, &usual), 0);
+    std::signal(SIGXFSZ, ignored);
+    QVERIFY(!exclusion.isPossible());
+    QTRY_COMPARE(scripting.log, (QStringList{"load " + name(), "start", "unload " + name()}));
   }
 
   void anOlderKWinSaysNo() {

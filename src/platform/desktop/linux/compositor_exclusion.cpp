@@ -76,8 +76,14 @@ void CompositorExclusion::setExcluded(const QString& windowTitle, bool excluded)
 void CompositorExclusion::run(const QString& windowTitle, bool excluded) {
   if (script_) unload();
   script_ = std::make_unique<QTemporaryFile>();
-  if (!script_->open()) return;
-  script_->write(QString::fromLatin1(kScript).arg(literals(windowTitle, excluded, bus_)).toUtf8());
+  const QByteArray text =
+      QString::fromLatin1(kScript).arg(literals(windowTitle, excluded, bus_)).toUtf8();
+  if (!script_->open() || script_->write(text) != text.size() || !script_->flush()) {
+    // As on a full disk. Whoever asks is to find another way.
+    script_.reset();
+    answer(false);
+    return;
+  }
   script_->close();
   // Both reach the compositor in this order; it reads the file before it answers the first.
   bus_.asyncCall(call(QStringLiteral("loadScript"), {script_->fileName(), scriptName()}));

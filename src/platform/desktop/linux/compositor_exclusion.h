@@ -19,7 +19,8 @@ class CompositorExclusion final : public QObject {
   explicit CompositorExclusion(const QDBusConnection& bus);
   ~CompositorExclusion() override;
 
-  /// Whether the compositor has said that it can; false until it answers.
+  /// Whether the compositor has said that it can; false until it answers, and once it could not be
+  /// asked for something.
   bool isPossible() const { return isPossible_; }
 
   /// For the windows of this program with that title, shown now or later.
