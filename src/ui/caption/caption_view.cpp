@@ -61,10 +61,10 @@ CaptionView::CaptionView(CaptionViewModel& model, const CaptionActions& actions,
   connect(transcript_, &TranscriptView::isHeldChanged, this, &CaptionView::updateOverlays);
   connect(jumpButton_, &QAbstractButton::clicked, this, &CaptionView::jump);
   connect(statusLine_, &CaptionStatusLine::textChanged, this, &CaptionView::arrange);
-  // The keyboard comes to the header in `focusNextPrevChild`; a window that becomes active may put
-  // it there too, which is nobody's wish.
+  // The keyboard comes to the header by `focusNextPrevChild`, back from one of its menus or another
+  // window, and by assistive technology, which gives it to buttons that are out of sight too.
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
-    if (!header_->isAncestorOf(now)) chrome_.setKeyboardInHeader(false);
+    chrome_.setKeyboardInHeader(header_->isAncestorOf(now));
   });
   connectToModel();
   updateTranscript();

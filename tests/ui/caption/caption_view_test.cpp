@@ -16,6 +16,7 @@
 #include "ui/caption/session_save_button.h"
 #include "ui/caption/transcript_view.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
 #include <QScrollBar>
@@ -223,6 +224,48 @@ class CaptionViewTest final : public test::Suite {
     QVERIFY(stage.controller->headerShown());
     stage.clock.advance(1ms);
     QVERIFY(!stage.controller->headerShown());
+  }
+
+  void theKeyboardComesBackToTheHeaderFromItsMenus() {
+    PanelStage stage;
+    stage.controller->show();
+    stage.panel().activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&stage.panel()));
+    QTest::keyClick(&stage.view->transcript().textView(), Qt::Key_Tab);
+    const CaptionHeaderView& header = stage.view->header();
+    QVERIFY(header.inputSource().hasFocus());
+    CaptionMenu& menu = header.inputSourceMenu();
+    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support grabbing the keyboard");
+    menu.popup({});
+    QTest::keyClick(&menu, Qt::Key_Down);
+    QVERIFY(menu.hasFocus());
+    QTest::keyClick(&menu, Qt::Key_Escape);
+    QVERIFY(!menu.isVisible());
+    // A window manager would not have taken it from the panel.
+    stage.panel().activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&stage.panel()));
+    QVERIFY(header.inputSource().hasFocus());
+    stage.clock.advance(10s);
+    QVERIFY(header.inputSource().isVisible());
+    QVERIFY(header.inputSource().hasFocus());
+  }
+
+  void theHeaderComesWhenAssistiveTechnologyGoesToItsButtons() {
+    PanelStage stage;
+    stage.controller->show();
+    stage.panel().activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&stage.panel()));
+    HeaderButton& button = stage.view->header().startStop();
+    QVERIFY(!button.isVisible());
+    QAccessible::queryAccessibleInterface(&button)->actionInterface()->doAction(
+        QAccessibleActionInterface::setFocusAction());
+    QVERIFY(button.isVisible());
+    QVERIFY(button.hasFocus());
+    stage.clock.advance(10s);
+    QVERIFY(button.isVisible());
+    stage.view->transcript().textView().setFocus();
+    stage.clock.advance(10s);
+    QVERIFY(!button.isVisible());
   }
 
   void theTranscriptFollowsTheModel() {
