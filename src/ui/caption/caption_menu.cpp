@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/caption/caption_menu.h"
 
+#include "ui/common/menu_closing.h"
 #include "ui/common/symbol.h"
 
 #include <QPainter>
@@ -41,6 +42,7 @@ CaptionMenu::CaptionMenu(QWidget* parent) : QMenu(parent) {
   setWindowFlag(Qt::NoDropShadowWindowHint);
   setAttribute(Qt::WA_TranslucentBackground);
   setToolTipsVisible(true);
+  closeWhenChosen(*this);
   applyStyle();
 }
 

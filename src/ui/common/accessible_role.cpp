@@ -2,6 +2,7 @@
 #include "ui/common/accessible_role.h"
 
 #include <QAccessibleWidget>
+#include <QMenu>
 #include <QTimer>
 #include <QToolButton>
 #include <QWidget>
@@ -24,7 +25,8 @@ class HiddenWidget final : public QAccessibleWidget {
   }
 };
 
-/// The toolkit's own has no action that opens the menu.
+/// The toolkit's own has no action that opens the menu, and does not have the menu below it, where
+/// assistive technology finds what can be chosen.
 class MenuButton final : public QAccessibleWidget {
  public:
   explicit MenuButton(QToolButton* button)
@@ -35,6 +37,16 @@ class MenuButton final : public QAccessibleWidget {
     state.hasPopup = true;
     state.pressed = button_->isDown();
     return state;
+  }
+
+  int childCount() const override { return button_->menu() ? 1 : 0; }
+
+  QAccessibleInterface* child(int index) const override {
+    return index == 0 ? QAccessible::queryAccessibleInterface(button_->menu()) : nullptr;
+  }
+
+  int indexOfChild(const QAccessibleInterface* child) const override {
+    return child && button_->menu() && child->object() == button_->menu() ? 0 : -1;
   }
 
   QStringList actionNames() const override {

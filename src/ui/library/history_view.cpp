@@ -5,6 +5,7 @@
 #include "ui/caption/transcript_view.h"
 #include "ui/common/accessible_role.h"
 #include "ui/common/editing_keys.h"
+#include "ui/common/menu_closing.h"
 #include "ui/common/symbol.h"
 #include "ui/library/empty_state_view.h"
 #include "ui/library/session_detail_view.h"
@@ -94,9 +95,10 @@ void HistoryView::makeActions() {
 }
 
 void HistoryView::makeToolBar() {
-  moreMenu_ = new QMenu(this);
-  moreMenu_->addActions({openFile_, saveFile_, reveal_, refresh_});
   more_ = new QToolButton(this);
+  moreMenu_ = new QMenu(more_);
+  closeWhenChosen(*moreMenu_);
+  moreMenu_->addActions({openFile_, saveFile_, reveal_, refresh_});
   more_->setIcon(symbolIcon(QStringLiteral("ellipsis.circle")));
   setOpensMenu(*more_);
   more_->setMenu(moreMenu_);

@@ -2,6 +2,7 @@
 #include "ui/menubar/main_menu.h"
 
 #include "settings/localization.h"
+#include "ui/common/menu_closing.h"
 
 #include <QApplication>
 #include <QLayout>
@@ -40,6 +41,7 @@ MainMenu::MainMenu(const MenuBarActions& actions, QObject* parent)
     : QObject(parent), actions_(actions) {
   for (QMenu* menu : menus()) {
     popUp_.addMenu(menu);
+    closeWhenChosen(*menu);
     connect(menu, &QMenu::aboutToShow, this, &MainMenu::validate);
   }
   rebuild();

@@ -135,6 +135,16 @@ class Library(KeyboardCase):
         self.wait("the panel to go", lambda: not panel.is_showing)
         self.quit()
 
+    def test_assistive_technology_works_the_more_menu_and_the_menu_bar(self):
+        for node, item in ((self.library.find("button menu", "More"), "Refresh"),
+                           (self.library.find("menu item", "Velun"), "Settings…")):
+            node.do("ShowMenu")
+            menu = node.wait_for("popup menu")
+            menu.wait_for("menu item", item).press()
+            self.wait("the menu to close", lambda shown=menu: not shown.is_showing)
+        self.window("Velun Settings")
+        self.quit()
+
     def test_the_menu_bar_opens_with_the_alt_key(self):
         self.key("Alt_L")
         self.open_menu(lambda: self.key("Down"))

@@ -76,7 +76,6 @@ class PanelAccess(SpokenCase):
         self.desktop.key("space")
         self.program.wait_for_state("running", False)
         self.press_until_focused("Tab", "Session & Settings")
-        # The toolkit keeps menus out of the tree, but says that the button is down.
         for opens in ("Return", "space"):
             self.desktop.key(opens)
             self.desktop.wait("the menu", lambda: "pressed" in self.focused().states)
@@ -85,6 +84,32 @@ class PanelAccess(SpokenCase):
         self.press_until_focused("Tab", "Hide")
         self.desktop.key("Return")
         self.program.wait_for_state("toggle-panel", False)
+
+    def test_assistive_technology_finds_and_chooses_what_the_menus_offer(self):
+        self.show_panel(statusItemExplained=True)
+        self.choose("Input Source", "Microphone")
+        self.program.wait_for_state("input", "microphone")
+        menu = self.open("Translation Settings")
+        languages = menu.wait_for("menu item", "Translation Language")
+        languages.do("ShowMenu")
+        languages.wait_for("menu item", "German").press()
+        self.wait_for_closed(menu)
+        self.choose("Session & Settings", "Settings…")
+        self.application.wait_for("frame", "Velun Settings")
+
+    def open(self, button):
+        """The menu of a button of the header, opened by its action."""
+        node = self.panel.find("button menu", button)
+        node.do("ShowMenu")
+        return node.wait_for("popup menu")
+
+    def choose(self, button, item):
+        menu = self.open(button)
+        menu.wait_for("menu item", item).press()
+        self.wait_for_closed(menu)
+
+    def wait_for_closed(self, menu):
+        self.desktop.wait("the menu to close", lambda: not menu.is_showing)
 
     def test_what_is_said_is_announced_as_text_that_comes(self):
         self.show_panel()

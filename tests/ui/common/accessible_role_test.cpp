@@ -60,6 +60,23 @@ class AccessibleRoleTest final : public Suite {
     QVERIFY(!wasOpened);
   }
 
+  void aMenuButtonHasItsMenuBelowIt() {
+    QToolButton button;
+    setOpensMenu(button);
+    QAccessibleInterface* found = QAccessible::queryAccessibleInterface(&button);
+    QCOMPARE(found->childCount(), 0);
+    QMenu menu;
+    menu.addAction("One");
+    button.setMenu(&menu);
+    QCOMPARE(found->childCount(), 1);
+    QAccessibleInterface* below = found->child(0);
+    QCOMPARE(below->object(), &menu);
+    QCOMPARE(below->child(0)->text(QAccessible::Name), "One");
+    QCOMPARE(found->indexOfChild(below), 0);
+    QCOMPARE(found->indexOfChild(found), -1);
+    QVERIFY(!found->child(1));
+  }
+
   void whatTellsNothingIsOutOfSight() {
     QWidget meter;
     hideFromAccessibility(meter);
