@@ -150,6 +150,11 @@ class Node:
         return tuple(int(number) for number in self._call(
             TEXT, "GetCharacterExtents", "iu", offset, SCREEN, default=(0, 0, 0, 0)))
 
+    def told(self, events, kind):
+        """How often a watch heard of a kind of event of it."""
+        return sum(f" path={self._path};" in event and f'string "{kind}"' in event
+                   for event in events.read_text().split("signal ")[1:])
+
     @property
     def exists(self):
         return bool(self.states)

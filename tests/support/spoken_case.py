@@ -87,7 +87,7 @@ class SpokenCase(unittest.TestCase):
         return shown.text if shown else ""
 
     def status(self):
-        return self.application.find("label", "Status").description
+        return self.application.find("notification", "Status").description
 
     def questions(self):
         """The alerts in view."""

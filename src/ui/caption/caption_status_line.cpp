@@ -7,6 +7,7 @@
 #include "ui/caption/caption_appearance.h"
 #include "ui/caption/transcript_formats.h"
 #include "ui/caption/transcript_layout.h"
+#include "ui/common/accessible_role.h"
 
 namespace velun {
 
@@ -19,6 +20,7 @@ constexpr double kSize = 12;
 CaptionStatusLine::CaptionStatusLine(CaptionViewModel& model, TranslationPlatform& translation,
                                      QWidget* parent)
     : QLabel(parent), model_(model), translation_(translation) {
+  setAccessibleRole(*this, QAccessible::Notification);
   setTextFormat(Qt::PlainText);
   setWordWrap(true);
   setFont(systemFont(kSize));
@@ -57,7 +59,9 @@ void CaptionStatusLine::present() {
   if (text() == said) return;
   setText(said);
   setAccessibleDescription(said);
+  const bool wasVisible = isVisible();
   Q_EMIT textChanged();
+  if (wasVisible && isVisible()) announce(*this);
 }
 
 int CaptionStatusLine::neededHeight(int width) const {

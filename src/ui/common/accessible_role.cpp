@@ -86,6 +86,11 @@ void setOpensMenu(QToolButton& button) {
   setAccessibleRole(button, QAccessible::ButtonMenu);
 }
 
+void announce(QWidget& notification) {
+  QAccessibleEvent appeared(&notification, QAccessible::ObjectShow);
+  QAccessible::updateAccessibility(&appeared);
+}
+
 void hideFromAccessibility(QWidget& widget) {
   setAccessibleRole(widget, QAccessible::NoRole);
 }

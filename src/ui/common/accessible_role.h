@@ -16,6 +16,10 @@ void setAccessibleRole(QWidget& widget, QAccessible::Role role);
 /// toolkit offers that and then does nothing. For when the button is made. Main thread.
 void setOpensMenu(QToolButton& button);
 
+/// Lets a screen reader speak of a notification that is in view and says something else now: it
+/// speaks of one that appears by itself. Main thread.
+void announce(QWidget& notification);
+
 /// Keeps a widget that tells nothing in words out of assistive technology's sight. For the widget's
 /// constructor. Main thread.
 void hideFromAccessibility(QWidget& widget);

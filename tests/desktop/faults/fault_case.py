@@ -50,7 +50,7 @@ class FaultCase(unittest.TestCase):
 
     def shown_status(self):
         """The panel's status line; empty when it says nothing."""
-        label = self.application.find("label", "Status")
+        label = self.application.find("notification", "Status")
         return label.description if label else ""
 
     def saved_lines(self):

@@ -123,15 +123,16 @@ class PanelAccess(SpokenCase):
 
     def test_what_went_wrong_is_told_as_the_status(self):
         self.show_panel()
-        status = self.panel.find("label", "Status")
-        events = self.accessibility.watch("object:property-change", "PropertyChange")
+        status = self.panel.find("notification", "Status")
+        # What screen readers speak of without being asked.
+        events = self.accessibility.watch("object:state-changed", "StateChanged")
         self.make_saving_fail()
         self.start_captions()
         self.speak()
         self.program.action("save-session")
         self.desktop.wait("the failure", lambda: status.description)
-        self.desktop.wait("its announcement",
-                          lambda: "accessible-description" in events.read_text())
+        self.desktop.wait("its announcement", lambda: status.told(events, "showing"))
+        self.assertEqual(status.told(events, "showing"), 1, events.read_text())
 
 
 if __name__ == "__main__":

@@ -16,9 +16,12 @@
 #include "ui/caption/session_save_button.h"
 #include "ui/caption/transcript_view.h"
 
+#include <private/qguiapplication_p.h>
 #include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
+#include <qpa/qplatformaccessibility.h>
+#include <qpa/qplatformintegration.h>
 #include <QScrollBar>
 
 using namespace velun;
@@ -379,6 +382,30 @@ class CaptionViewTest final : public test::Suite {
     stage.status(std::nullopt);
     stage.translation.setActivity(std::nullopt);
     QVERIFY(line.text().isEmpty());
+  }
+
+  void aScreenReaderHearsOnceOfWhatIsSaid() {
+    static QStringList heard;
+    heard.clear();
+    PanelStage stage;
+    stage.controller->show();
+    QCOMPARE(QAccessible::queryAccessibleInterface(&stage.view->statusLine())->role(),
+             QAccessible::Notification);
+    QPlatformAccessibility* reader = QGuiApplicationPrivate::platformIntegration()->accessibility();
+    reader->setActive(true);
+    QAccessible::installUpdateHandler([](QAccessibleEvent* event) {
+      QAccessibleInterface* shown = event->accessibleInterface();
+      if (event->type() != QAccessible::ObjectShow || !shown->isValid()) return;
+      if (shown->role() == QAccessible::Notification)
+        heard << shown->text(QAccessible::Description);
+    });
+    stage.status(QString("Downloading speech model…"));
+    stage.status(QString("Recognition is falling behind"));
+    stage.status(QString("Recognition is falling behind"));
+    stage.status(std::nullopt);
+    QAccessible::installUpdateHandler(nullptr);
+    reader->setActive(false);
+    QCOMPARE(heard, (QStringList{"Downloading speech model…", "Recognition is falling behind"}));
   }
 
   void theCopyButtonCopiesTheTranscript() {
