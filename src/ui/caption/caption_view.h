@@ -13,7 +13,6 @@ class QMenu;
 
 namespace velun {
 
-struct CaptionColors;
 class CaptionHeaderView;
 class CaptionOverlays;
 class CaptionStatusLine;

@@ -6,7 +6,6 @@
 #include <memory>
 
 struct pw_context;
-struct pw_loop;
 struct pw_thread_loop;
 
 namespace velun {
