@@ -50,22 +50,6 @@ AlertDialog::AlertDialog(const Question& question) {
   message->setFont(bold);
   QLabel* explanation = textLabel(question.informativeText, this);
 
-  auto* buttons = new QHBoxLayout;
-  buttons->setSpacing(8);
-  buttons->addStretch();
-  for (int i = 0; i < question.buttons.size(); ++i) {
-    auto* button = new QPushButton(question.buttons[i], this);
-    button->setDefault(i == 0);
-    button->setAutoDefault(i == 0);
-    button->setToolTip(question.buttons[i]);
-    connect(button, &QPushButton::clicked, this, [this, i] {
-      answer_ = i;
-      accept();
-    });
-    buttons->addWidget(button);
-    if (i == 0) button->setFocus();
-  }
-
   auto* grid = new QGridLayout(this);
   grid->setContentsMargins(22, 20, 22, 18);
   grid->setHorizontalSpacing(16);
@@ -74,8 +58,27 @@ AlertDialog::AlertDialog(const Question& question) {
   grid->addWidget(message, 0, 1);
   grid->addWidget(explanation, 1, 1);
   grid->setRowMinimumHeight(2, 8);
-  grid->addLayout(buttons, 3, 0, 1, 2);
+  grid->addLayout(makeButtons(question.buttons), 3, 0, 1, 2);
   grid->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+QLayout* AlertDialog::makeButtons(const QStringList& texts) {
+  auto* buttons = new QHBoxLayout;
+  buttons->setSpacing(8);
+  buttons->addStretch();
+  for (int i = 0; i < texts.size(); ++i) {
+    auto* button = new QPushButton(texts[i], this);
+    button->setDefault(i == 0);
+    button->setAutoDefault(i == 0);
+    button->setToolTip(texts[i]);
+    connect(button, &QPushButton::clicked, this, [this, i] {
+      answer_ = i;
+      accept();
+    });
+    buttons->addWidget(button);
+    if (i == 0) button->setFocus();
+  }
+  return buttons;
 }
 
 }  // namespace velun

@@ -19,6 +19,8 @@ class AlertDialog final : public QDialog {
   std::optional<int> answer() const { return answer_; }
 
  private:
+  QLayout* makeButtons(const QStringList& texts);
+
   std::optional<int> answer_;
 };
 

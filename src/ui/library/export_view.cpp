@@ -22,13 +22,7 @@ ExportView::ExportView(CaptionSession session, std::function<void()> cancel, Exp
       description_(new QLabel(this)),
       cancel_(new QPushButton(this)),
       export_(new QPushButton(this)) {
-  for (const SessionFormat format : allSessionFormats) formats_->addItem(title(format));
-  for (const TranscriptContent content : allTranscriptContents) contents_->addItem(title(content));
-  languages_->addItem(QString(), QString());
-  for (const QString& language : session_.translationLanguages()) {
-    languages_->addItem(languageName(language), language);
-  }
-
+  fillChoosers();
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(20, 18, 20, 18);
   column->setSpacing(6);
@@ -64,6 +58,15 @@ ExportView::ExportView(CaptionSession session, std::function<void()> cancel, Exp
   connect(formats_, &QComboBox::currentIndexChanged, this, &ExportView::present);
   connect(&Localization::shared(), &Localization::languageChanged, this, &ExportView::translate);
   translate();
+}
+
+void ExportView::fillChoosers() {
+  for (const SessionFormat format : allSessionFormats) formats_->addItem(title(format));
+  for (const TranscriptContent content : allTranscriptContents) contents_->addItem(title(content));
+  languages_->addItem(QString(), QString());
+  for (const QString& language : session_.translationLanguages()) {
+    languages_->addItem(languageName(language), language);
+  }
 }
 
 QLabel* ExportView::addRow(QComboBox* chooser) {

@@ -28,6 +28,7 @@ class ExportView final : public QWidget {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  void fillChoosers();
   QLabel* addRow(QComboBox* chooser);
   void translate();
   void present();
