@@ -1,0 +1,69 @@
+"""The panel on a desktop of two screens, and where one of them has gone."""
+
+import re
+import unittest
+
+from private_desktop import PrivateDesktop
+from spoken_case import EXECUTABLE, PANEL, PlainCase
+from velun_program import VelunProgram
+
+SIZE = (560, 250)
+
+
+class PanelScreens(PlainCase):
+    def setUp(self):
+        self.desktop = self.enterContext(PrivateDesktop("2560x800"))
+        self.program = VelunProgram(self.desktop, EXECUTABLE)
+        # The display has one output, of which two monitors are made.
+        for name, left, output in (("left", 0, "screen"), ("right", 1280, "none")):
+            self.desktop.run("xrandr", "--setmonitor", name, f"1280/340x800/210+{left}+0", output)
+        # Over the panel it would open the header.
+        self.desktop.run("xdotool", "mousemove", 5, 5)
+        self.assertIn("Monitors: 2", self.desktop.run("xrandr", "--listmonitors"))
+
+    def launch_with_panel_at(self, left, top):
+        frame = " ".join(str(number) for number in (left, top, *SIZE))
+        self.program.write_preferences(statusItemExplained=True, CaptionPanel=frame)
+        self.program.launch()
+        self.desktop.wait_for_window(PANEL)
+
+    def wait_for_panel_at(self, left, top):
+        def is_there():
+            number = self.desktop.run("xdotool", "search", "--onlyvisible", "--name", PANEL).split()
+            text = self.desktop.run("xdotool", "getwindowgeometry", "--shell", *number[:1])
+            return (left, top, *SIZE) == tuple(int(number) for number in re.findall(
+                r"^(?:X|Y|WIDTH|HEIGHT)=(-?\d+)", text, re.M))
+
+        self.desktop.wait(f"the panel at {left}, {top}", is_there)
+
+    def test_it_stays_on_its_screen(self):
+        self.launch_with_panel_at(1900, 300)
+        self.wait_for_panel_at(1900, 300)
+        self.program.action("restore-position")
+        self.wait_for_panel_at(1280 + (1280 - SIZE[0]) // 2, 800 - 60 - SIZE[1])
+        self.quit()
+
+    def test_it_comes_to_the_nearest_screen_that_is_there(self):
+        self.launch_with_panel_at(3000, 900)
+        self.wait_for_panel_at(2560 - SIZE[0], 800 - SIZE[1])
+        self.quit()
+
+    def test_it_is_shown_again_where_there_is_a_screen(self):
+        self.launch_with_panel_at(1900, 300)
+        self.program.action("show-settings")
+        self.desktop.wait("the keyboard in the settings", lambda: "Velun Settings"
+                          in self.desktop.run("xdotool", "getactivewindow", "getwindowname"))
+        self.program.action("toggle-panel")
+        self.program.wait_for_state("toggle-panel", False)
+        for name in ("right", "left"):
+            self.desktop.run("xrandr", "--delmonitor", name)
+        self.desktop.run("xrandr", "--setmonitor", "left", "1280/340x800/210+0+0", "screen")
+        # The display tells of the key after it told of the monitors.
+        self.desktop.key("ctrl+l")
+        self.program.wait_for_state("toggle-panel", True)
+        self.wait_for_panel_at(1280 - SIZE[0], 300)
+        self.quit()
+
+
+if __name__ == "__main__":
+    unittest.main()
