@@ -109,9 +109,10 @@ class ModelStoreTest final : public test::Suite {
   }
 
   void whereThereAreNoMoreThreadsNothingIsLeftUnderWay() {
-    auto store = open();
+    std::unique_ptr<DownloadStore> store;
     {
       const NoMoreThreads few;
+      store = open();
       store->installQuietly(model_);
       QCOMPARE(install(*store), model_failures::noThread().errorDescription());
     }

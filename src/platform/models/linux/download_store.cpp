@@ -5,6 +5,7 @@
 #include "platform/foundation/one_shot.h"
 #include "platform/models/linux/model_store_failures.h"
 
+#include <exception>
 #include <QDir>
 #include <QFile>
 #include <QPointer>
@@ -117,17 +118,23 @@ void DownloadStore::finish(const Job* job) {
 }
 
 void DownloadStore::findPlaced(ModelCatalogue catalogue) {
-  finder_ = std::jthread(
-      [catalogue = std::move(catalogue), installer = installer_](const std::stop_token& stop) {
-        for (const Model& model : catalogue.models()) {
-          if (stop.stop_requested()) return;
-          try {
-            if (installer.isPlaced(model)) installer.installPlaced(model, stop);
-          } catch (const Failure&) {
-            // What cannot be taken now is looked at again at the next start.
-          }
-        }
-      });
+  const auto find = [installer = installer_](const Model& model, const std::stop_token& stop) {
+    try {
+      if (installer.isPlaced(model)) installer.installPlaced(model, stop);
+    } catch (const std::exception&) {
+      // What cannot be taken now is looked at again at the next start.
+    }
+  };
+  try {
+    finder_ = std::jthread([find, catalogue = std::move(catalogue)](const std::stop_token& stop) {
+      for (const Model& model : catalogue.models()) {
+        if (stop.stop_requested()) return;
+        find(model, stop);
+      }
+    });
+  } catch (const std::system_error&) {
+    // The system has no more threads: the next start looks.
+  }
 }
 
 QString DownloadStore::failurePath(const QString& id) const {
