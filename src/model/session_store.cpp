@@ -11,6 +11,7 @@
 #include "model/session_limits.h"
 #include "platform/foundation/atomic_file.h"
 #include "platform/foundation/file_access.h"
+#include "settings/localization.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -73,6 +74,11 @@ QUrl SessionStore::save(const CaptionSession& session, Flush flush, SessionEncod
 }
 
 CaptionSession SessionStore::read(const QUrl& url) const {
+  if (!url.isLocalFile()) {
+    throw SessionError(
+        L("“%1” is not a file on this computer.", "“%1” 항목은 이 컴퓨터에 있는 파일이 아닙니다.")
+            .arg(url.toDisplayString()));
+  }
   const QString path = url.toLocalFile();
   if (isLegacyFile(path)) return readLegacyMarkdown(url);
   try {

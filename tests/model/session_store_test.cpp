@@ -96,6 +96,12 @@ class SessionStoreTest final : public test::Suite {
     QCOMPARE(folder_->names(), QStringList{url.fileName()});
   }
 
+  void aFileOfAnotherComputerIsAnErrorToRead() {
+    const QUrl elsewhere("sftp://example.org/talks/first.json");
+    QCOMPARE(failure([&] { store().read(elsewhere); }),
+             QString("“sftp://example.org/talks/first.json” is not a file on this computer."));
+  }
+
   void aMissingFileIsAnErrorToRead() {
     const QUrl url = QUrl::fromLocalFile(path("none.json"));
     QCOMPARE(failure([&] { store().read(url); }), QString("“none.json” doesn’t exist."));
