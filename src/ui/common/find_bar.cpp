@@ -3,11 +3,11 @@
 
 #include "settings/localization.h"
 #include "ui/common/editing_keys.h"
+#include "ui/common/notice_label.h"
 #include "ui/common/symbol.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QLineEdit>
 #include <QTextDocument>
 #include <QTextEdit>
@@ -41,7 +41,7 @@ FindBar::FindBar(QTextEdit& text, bool captionStyle, QWidget* parent)
       text_(text),
       captionStyle_(captionStyle),
       field_(new QLineEdit(this)),
-      outcome_(new QLabel(this)) {
+      outcome_(new NoticeLabel(this)) {
   keepEditingKeys(*field_);
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(14, 4, 14, 10);
@@ -65,7 +65,7 @@ FindBar::FindBar(QTextEdit& text, bool captionStyle, QWidget* parent)
     text_.setTextCursor(cursor);
     findNext();
   });
-  connect(&text_, &QTextEdit::textChanged, outcome_, &QLabel::clear);
+  connect(&text_, &QTextEdit::textChanged, outcome_, [this] { outcome_->setNotice({}); });
   connect(previous_, &QToolButton::clicked, this, &FindBar::findPrevious);
   connect(next_, &QToolButton::clicked, this, &FindBar::findNext);
   connect(done_, &QToolButton::clicked, this, &FindBar::close);
@@ -94,7 +94,7 @@ void FindBar::translate() {
   name(previous_, L("Find Previous", "이전 항목 찾기"));
   name(next_, L("Find Next", "다음 항목 찾기"));
   name(done_, L("Close", "닫기"));
-  if (!outcome_->text().isEmpty()) outcome_->setText(notFound());
+  if (!outcome_->text().isEmpty()) outcome_->setNotice(notFound());
 }
 
 void FindBar::open() {
@@ -122,7 +122,7 @@ void FindBar::findPrevious() {
 
 void FindBar::find(bool backward) {
   const QString wanted = field_->text();
-  outcome_->clear();
+  outcome_->setNotice({});
   if (wanted.isEmpty()) return;
   QTextDocument::FindFlags flags;
   flags.setFlag(QTextDocument::FindBackward, backward);
@@ -133,7 +133,7 @@ void FindBar::find(bool backward) {
     found = text_.document()->find(wanted, edge, flags);
   }
   if (found.isNull()) {
-    outcome_->setText(notFound());
+    outcome_->setNotice(notFound());
   } else {
     text_.setTextCursor(found);
   }

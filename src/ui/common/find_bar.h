@@ -3,12 +3,13 @@
 
 #include <QWidget>
 
-class QLabel;
 class QLineEdit;
 class QTextEdit;
 class QToolButton;
 
 namespace velun {
+
+class NoticeLabel;
 
 /// A small bar that finds text in a text view: ignores case, goes round at the ends, closes with
 /// Escape. Hidden at first.
@@ -38,7 +39,7 @@ class FindBar final : public QWidget {
   QTextEdit& text_;
   bool captionStyle_;
   QLineEdit* field_;
-  QLabel* outcome_;
+  NoticeLabel* outcome_;
   QToolButton* previous_;
   QToolButton* next_;
   QToolButton* done_;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/library/empty_state_view.h"
 
+#include "ui/common/notice_label.h"
 #include "ui/common/symbol.h"
 
 #include <QEvent>
@@ -16,7 +17,7 @@ constexpr int kSymbolSize = 34;
 }  // namespace
 
 EmptyStateView::EmptyStateView(QWidget* parent)
-    : QWidget(parent), symbol_(new QLabel(this)), text_(new QLabel(this)) {
+    : QWidget(parent), symbol_(new QLabel(this)), text_(new NoticeLabel(this)) {
   symbol_->setAlignment(Qt::AlignCenter);
   text_->setAlignment(Qt::AlignCenter);
   text_->setWordWrap(true);
@@ -30,7 +31,7 @@ EmptyStateView::EmptyStateView(QWidget* parent)
 
 void EmptyStateView::show(const QString& symbol, const QString& text) {
   shownSymbol_ = symbol;
-  text_->setText(text);
+  text_->setNotice(text);
   drawSymbol();
 }
 

@@ -7,6 +7,8 @@ class QLabel;
 
 namespace velun {
 
+class NoticeLabel;
+
 /// Says in the middle of an empty list why it is empty, under a symbol.
 class EmptyStateView final : public QWidget {
   Q_OBJECT
@@ -26,7 +28,7 @@ class EmptyStateView final : public QWidget {
 
   QString shownSymbol_;
   QLabel* symbol_;
-  QLabel* text_;
+  NoticeLabel* text_;
 };
 
 }  // namespace velun

@@ -6,6 +6,7 @@
 #include "ui/common/accessible_role.h"
 #include "ui/common/editing_keys.h"
 #include "ui/common/menu_closing.h"
+#include "ui/common/notice_label.h"
 #include "ui/common/symbol.h"
 #include "ui/library/empty_state_view.h"
 #include "ui/library/session_detail_view.h"
@@ -14,7 +15,6 @@
 
 #include <algorithm>
 #include <QAction>
-#include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QMenu>
@@ -119,7 +119,7 @@ void HistoryView::makeToolBar() {
 }
 
 void HistoryView::makeBanner() {
-  banner_ = new QLabel(this);
+  banner_ = new NoticeLabel(this);
   banner_->setTextFormat(Qt::PlainText);
   banner_->setWordWrap(true);
   banner_->setContentsMargins(14, 8, 14, 8);
@@ -279,12 +279,13 @@ void HistoryView::presentSessions() {
     rows_.show(*shown, shownDay_);
   }
   const bool nothingYet = library_.sessions().empty();
-  if (nothingYet) {
+  // Screen readers speak of it as soon as it shows, so not before it is known that there are none.
+  const bool isEmpty = shown->empty() && !(nothingYet && (library_.isReloading() || !isVisible()));
+  if (isEmpty && nothingYet) {
     empty_->show(QStringLiteral("text.bubble"), L("No Saved Sessions", "저장된 세션이 없습니다"));
-  } else {
+  } else if (isEmpty) {
     empty_->show(QStringLiteral("magnifyingglass"), L("No Results", "검색 결과가 없습니다"));
   }
-  const bool isEmpty = shown->empty() && !(nothingYet && library_.isReloading());
   listOrEmpty_->setCurrentWidget(isEmpty ? static_cast<QWidget*>(empty_) : list_);
   presentSelection();
 }
@@ -307,8 +308,7 @@ void HistoryView::presentSelection() {
 }
 
 void HistoryView::presentError() {
-  banner_->setVisible(library_.error().has_value());
-  banner_->setText(library_.error().value_or(QString()));
+  banner_->setNotice(library_.error().value_or(QString()));
 }
 
 void HistoryView::watchTheDay() {

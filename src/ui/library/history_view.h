@@ -13,7 +13,6 @@
 #include <QWidget>
 
 class QAction;
-class QLabel;
 class QLineEdit;
 class QListView;
 class QMenu;
@@ -25,6 +24,7 @@ class QToolButton;
 namespace velun {
 
 class EmptyStateView;
+class NoticeLabel;
 class SessionDetailView;
 
 /// The saved-sessions window's content: a searchable sidebar of sessions by date and the selected
@@ -92,7 +92,7 @@ class HistoryView final : public QWidget {
   QMenu* moreMenu_;
   QToolBar* toolBar_;
   QToolButton* more_;
-  QLabel* banner_;
+  NoticeLabel* banner_;
   QSplitter* splitter_;
   QLineEdit* searchField_;
   QAction* searchSymbol_;

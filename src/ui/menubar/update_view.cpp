@@ -2,10 +2,10 @@
 #include "ui/menubar/update_view.h"
 
 #include "settings/localization.h"
+#include "ui/common/notice_label.h"
 #include "ui/menubar/release_notes.h"
 
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QPushButton>
 #include <QTextBrowser>
 #include <QVBoxLayout>
@@ -22,8 +22,8 @@ struct Overloaded : Ts... {
 template <class... Ts>
 Overloaded(Ts...) -> Overloaded<Ts...>;
 
-QLabel* textLabel() {
-  auto* label = new QLabel;
+NoticeLabel* textLabel() {
+  auto* label = new NoticeLabel;
   label->setTextFormat(Qt::PlainText);
   label->setWordWrap(true);
   label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
@@ -85,9 +85,8 @@ void UpdateView::translate() {
 }
 
 void UpdateView::present(const QString& message, const QString& details) {
-  message_->setText(message);
-  details_->setText(details);
-  details_->setVisible(!details.isEmpty());
+  message_->setNotice(message);
+  details_->setNotice(details);
   notes_->hide();
   open_->hide();
   close_->setFocus();

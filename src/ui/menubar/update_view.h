@@ -7,11 +7,12 @@
 #include <optional>
 #include <QWidget>
 
-class QLabel;
 class QPushButton;
 class QTextBrowser;
 
 namespace velun {
+
+class NoticeLabel;
 
 /// What became of a search for a newer release: first that it is under way, then its outcome.
 class UpdateView final : public QWidget {
@@ -33,8 +34,8 @@ class UpdateView final : public QWidget {
   void present(const QString& message, const QString& details);
   void presentUpdate(const UpdateAvailable& update);
 
-  QLabel* message_;
-  QLabel* details_;
+  NoticeLabel* message_;
+  NoticeLabel* details_;
   QTextBrowser* notes_;
   QPushButton* open_;
   QPushButton* close_;

@@ -2,7 +2,7 @@
 
 import unittest
 
-from library_case import LibraryCase
+from library_case import TITLE, LibraryCase
 
 # What a control that takes the keyboard can be.
 ROLES = {"push button", "button menu", "check box", "combo box", "text", "list", "list item",
@@ -82,7 +82,7 @@ class Library(KeyboardCase):
         self.wait_for_titles("Biology lecture")
         self.wait_for_selection("Biology lecture")
         self.key("Delete")
-        self.library.wait_for("label", "No Results")
+        self.library.wait_for("notification", "No Results")
         self.assertEqual(len(list((self.desktop.home / "data/Trash/files").iterdir())), 2)
         self.quit()
 
@@ -184,6 +184,27 @@ class Library(KeyboardCase):
         self.wait("the file", path.exists)
         self.wait("the window to go", lambda: not export.is_showing)
         self.assertTrue(path.read_text().startswith("Evening talk\nStarted: "))
+        self.quit()
+
+
+class Announcements(KeyboardCase):
+    def test_what_is_not_found_is_told_to_screen_readers(self):
+        self.launch()
+        events = self.accessibility.watch("object:state-changed", "StateChanged")
+        self.library = self.open_window("show-history", TITLE)
+        self.row("Evening talk")
+        self.type("zzz")
+        notice = self.library.wait_for("notification", "No Results")
+        # Also not when the window opened, before its list was there.
+        self.wait("its announcement", lambda: notice.told(events, "showing"))
+        self.assertEqual(notice.told(events, "showing"), 1, events.read_text())
+        self.key("ctrl+a", "BackSpace")
+        self.select("Evening talk")
+        self.key("ctrl+f")
+        self.wait_for_focus(self.library, "Find in Captions")
+        self.type("z")
+        notice = self.library.wait_for("notification", "Not found")
+        self.wait("its announcement", lambda: notice.told(events, "showing"))
         self.quit()
 
 
@@ -299,7 +320,7 @@ class Korean(KeyboardCase):
         self.wait("the text", lambda: path.read_text().startswith("Evening talk\n시작: "))
         self.assertIn("번역 · 한국어\n강은 바다를 찾아간다.", path.read_text())
         self.library.wait_for("push button", "삭제").press()
-        self.library.wait_for("label", "검색 결과가 없습니다")
+        self.library.wait_for("notification", "검색 결과가 없습니다")
         self.library.wait_for("text", "기록 검색").set_text("")
         self.wait("the rest", lambda: "Evening talk" not in self.titles()
                   and len(self.titles()) == 5)

@@ -34,7 +34,7 @@ class Listing(LibraryCase):
         for path in self.files:
             path.unlink()
         self.open_library()
-        self.library.wait_for("label", "No Saved Sessions")
+        self.library.wait_for("notification", "No Saved Sessions")
         self.quit()
 
     def test_new_files_come_with_a_refresh(self):
@@ -53,7 +53,7 @@ class Listing(LibraryCase):
         newer.write_bytes(self.files[0].read_bytes().replace(b'"schemaVersion" : 1',
                                                              b'"schemaVersion" : 2'))
         self.open_library()
-        banner = self.library.wait_for("label", "Couldn’t read 2 session(s). The original files "
+        banner = self.library.wait_for("notification", "Couldn’t read 2 session(s). The original files "
                                        "are still in the sessions folder.")
         self.wait_for_titles(*ALL)
         broken.unlink()
@@ -104,7 +104,7 @@ class Searching(LibraryCase):
         self.search("세포에는")
         self.wait_for_titles("Biology lecture", "Old lecture")
         self.search("nothing of the kind")
-        self.library.wait_for("label", "No Results")
+        self.library.wait_for("notification", "No Results")
         self.search("")
         self.wait_for_titles(*ALL, "Long lecture")
         self.quit()
@@ -232,7 +232,7 @@ class Deleting(LibraryCase):
         self.wait_for_titles("Biology lecture")
         self.wait_for_selection("Biology lecture")
         self.delete()
-        self.library.wait_for("label", "No Results")
+        self.library.wait_for("notification", "No Results")
         self.assertFalse(self.library.find("push button", "Delete").is_enabled)
         self.quit()
 
@@ -242,7 +242,7 @@ class Deleting(LibraryCase):
         self.open_library()
         self.select("Evening talk")
         self.delete()
-        self.library.wait_for("label", "No Saved Sessions")
+        self.library.wait_for("notification", "No Saved Sessions")
         self.assertEqual(self.transcript(), "")
         self.quit()
 

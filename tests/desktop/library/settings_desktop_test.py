@@ -224,7 +224,7 @@ class Languages(SettingsCase):
         self.window("About Velun")
         self.program.action("check-for-updates")
         updates = self.window("Velun — Updates")
-        self.wait("the outcome", lambda: updates.find("label", "Checking for updates…") is None)
+        self.wait("the outcome", lambda: updates.find("notification", "Checking for updates…") is None)
         self.open_settings()
 
     def shown_names(self):

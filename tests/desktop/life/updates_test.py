@@ -78,7 +78,7 @@ class Updates(ProgramCase):
             self.wait("the last one to close", lambda: WINDOW not in self.desktop.windows())
         self.updates = self.open_window("check-for-updates", WINDOW)
         for text in texts:
-            self.updates.wait_for("label", text)
+            self.updates.wait_for("notification", text)
         self.assertEqual(self.updates.find("push button", "Open Release Page").is_showing,
                          "available" in texts[0])
 

@@ -57,7 +57,7 @@ class Windows(ProgramCase):
     def test_updates_without_a_list_of_releases(self):
         self.launch()
         updates = self.open_window("check-for-updates", UPDATES)
-        updates.wait_for("label", "This copy of Velun cannot look for updates")
+        updates.wait_for("notification", "This copy of Velun cannot look for updates")
         updates.find("push button", "Close").press()
         self.wait("the window to close", lambda: UPDATES not in self.desktop.windows())
         self.quit()

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QLabel>
+
+namespace velun {
+
+/// A text that screen readers speak of by themselves when it comes or changes. Hidden while it is
+/// empty.
+class NoticeLabel final : public QLabel {
+  Q_OBJECT
+
+ public:
+  explicit NoticeLabel(QWidget* parent = nullptr);
+
+  void setNotice(const QString& text);
+};
+
+}  // namespace velun
