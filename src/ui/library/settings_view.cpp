@@ -29,6 +29,12 @@ void setChecked(QCheckBox* box, bool checked) {
   box->setChecked(checked);
 }
 
+/// What stands under a check box is also told where the keyboard is at it.
+void explain(QCheckBox* box, QLabel* note, const QString& text) {
+  note->setText(text);
+  box->setAccessibleDescription(text);
+}
+
 void setNote(QLabel* label, const QString& text) {
   label->setText(text);
   label->setVisible(!text.isEmpty());
@@ -158,7 +164,8 @@ void SettingsView::presentTexts() {
   labelToggle(keepOnTop_, L("Keep caption window on top", "자막 창을 항상 위에 표시"));
   labelToggle(hideFromSharing_, L("Hide caption window from screen sharing and recording",
                                   "화면 공유·녹화에서 자막 창 숨기기"));
-  hideFromSharingNote_->setText(
+  explain(
+      hideFromSharing_, hideFromSharingNote_,
       L("Keeps the caption window off other people’s screens when you share your screen in Zoom, "
         "Teams, and similar apps",
         "Zoom, Teams 등으로 화면을 공유할 때 상대방 화면에 자막 창이 보이지 않게 함"));
@@ -168,7 +175,8 @@ void SettingsView::presentTexts() {
   labelToggle(translationOnly_, L("Show Translation Only", "번역만 보기"));
   savingHeading_->setText(L("Saving Sessions", "세션 저장"));
   labelToggle(autoSave_, L("Save new sessions automatically", "새 세션을 자동으로 저장"));
-  autoSaveNote_->setText(
+  explain(
+      autoSave_, autoSaveNote_,
       L("Sessions are saved only when you click Save Session; later captions are then saved too. "
         "Auto-save applies from the next new session.",
         "기본은 직접 저장입니다. ‘세션 저장’을 누르면 현재 세션의 이후 자막과 번역도 함께 "
@@ -176,7 +184,8 @@ void SettingsView::presentTexts() {
         "자동 저장 설정은 다음 새 세션부터 적용됩니다."));
   labelToggle(ask_, L("Ask to save before a new session or quitting",
                       "새 세션·앱 종료 전에 저장 여부 묻기"));
-  askNote_->setText(
+  explain(
+      ask_, askNote_,
       L("Unsaved captions are kept in memory only and are lost when the app quits. Audio is never "
         "saved.",
         "저장하지 않은 자막은 메모리에만 보관되며 앱이 종료되면 사라집니다. 오디오 파일은 저장하지 "

@@ -74,6 +74,11 @@ class Controls(SettingsCase):
             ("label", "Unsaved captions are kept in memory only and are lost when the app quits. "
                       "Audio is never saved."),
             ("push button", "Open Sessions Folder")])
+        for title in ("Hide caption window from screen sharing and recording",
+                      "Save new sessions automatically",
+                      "Ask to save before a new session or quitting"):
+            note = shown[shown.index(("check box", title)) + 1][1]
+            self.assertEqual(self.settings.find("check box", title).description, note)
         self.assertEqual(self.chooser(LANGUAGE).entries(), ["English", "한국어"])
         self.assertEqual(self.chooser("Input Source").entries(), ["Computer Audio", "Microphone"])
         self.assertEqual(self.chooser("Font Size").entries(),
