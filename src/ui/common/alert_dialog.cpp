@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/common/alert_dialog.h"
 
+#include "ui/common/accessible_role.h"
 #include "ui/common/symbol.h"
 
 #include <QApplication>
@@ -40,9 +41,9 @@ AlertDialog::AlertDialog(const Question& question) {
   setWindowFlag(Qt::WindowStaysOnTopHint);
   setWindowTitle(QStringLiteral("Velun"));
   setAccessibleName(question.message);
-  setAccessibleDescription(question.informativeText);
 
   auto* symbol = new QLabel(this);
+  hideFromAccessibility(*symbol);
   symbol->setPixmap(picture(question.isWarning, devicePixelRatioF()));
   QLabel* message = textLabel(question.message, this);
   QFont bold = message->font();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/library/empty_state_view.h"
 
+#include "ui/common/accessible_role.h"
 #include "ui/common/notice_label.h"
 #include "ui/common/symbol.h"
 
@@ -18,6 +19,7 @@ constexpr int kSymbolSize = 34;
 
 EmptyStateView::EmptyStateView(QWidget* parent)
     : QWidget(parent), symbol_(new QLabel(this)), text_(new NoticeLabel(this)) {
+  hideFromAccessibility(*symbol_);
   symbol_->setAlignment(Qt::AlignCenter);
   text_->setAlignment(Qt::AlignCenter);
   text_->setWordWrap(true);

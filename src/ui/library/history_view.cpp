@@ -173,6 +173,10 @@ void HistoryView::makeSearchField(QWidget* sidebar) {
   keepEditingKeys(*searchField_);
   searchSymbol_ = searchField_->addAction(symbolIcon(QStringLiteral("magnifyingglass")),
                                           QLineEdit::LeadingPosition);
+  for (auto* button : searchField_->findChildren<QToolButton*>()) {
+    // A picture; the toolkit would let assistive technology press it.
+    if (button->defaultAction() == searchSymbol_) hideFromAccessibility(*button);
+  }
   auto* toList = new QAction(searchField_);
   toList->setShortcut(Qt::Key_Down);
   toList->setShortcutContext(Qt::WidgetShortcut);

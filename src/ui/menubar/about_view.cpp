@@ -2,6 +2,7 @@
 #include "ui/menubar/about_view.h"
 
 #include "settings/localization.h"
+#include "ui/common/accessible_role.h"
 
 #include <QGuiApplication>
 #include <QIcon>
@@ -48,6 +49,7 @@ AboutView::AboutView(const QString& version, const std::vector<Credit>& credits,
   layout->setSpacing(8);
 
   auto* icon = new QLabel;
+  hideFromAccessibility(*icon);
   icon->setPixmap(QGuiApplication::windowIcon().pixmap(kIconSize));
   icon->setAlignment(Qt::AlignCenter);
   layout->addWidget(icon);

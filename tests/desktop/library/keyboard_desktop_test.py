@@ -275,6 +275,8 @@ class Names(KeyboardCase):
         buttons = [node for node in window.walk()
                    if node.is_showing and node.role in ("push button", "button menu")]
         self.assertFalse([node for node in buttons if not node.name], window.tree())
+        fields = {node.name for node in window.walk() if node.role == "text"}
+        self.assertFalse([node for node in buttons if node.name in fields], window.tree())
 
     def test_in_english(self):
         self.check("en")

@@ -71,6 +71,8 @@ class WindowPresentationTest final : public test::Suite {
         QCOMPARE(buttons.size(), 3);
         QCOMPARE(buttons[1]->text(), QString("Don’t Save"));
         QVERIFY(buttons[0]->isDefault());
+        // Screen readers read the texts of an alert, and would read a description too.
+        QVERIFY(alert.accessibleDescription().isEmpty());
         // Assistive technology reads in this order.
         QVERIFY(alert.children().indexOf(alert.findChildren<QLabel*>().constLast()) <
                 alert.children().indexOf(buttons[0]));
