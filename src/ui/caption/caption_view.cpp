@@ -62,9 +62,10 @@ CaptionView::CaptionView(CaptionViewModel& model, const CaptionActions& actions,
   connect(jumpButton_, &QAbstractButton::clicked, this, &CaptionView::jump);
   connect(statusLine_, &CaptionStatusLine::textChanged, this, &CaptionView::arrange);
   // The keyboard comes to the header by `focusNextPrevChild`, back from one of its menus or another
-  // window, and by assistive technology, which gives it to buttons that are out of sight too.
+  // window, and by assistive technology, which gives it to buttons that are out of sight too. A
+  // window that is being hidden passes it around.
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
-    chrome_.setKeyboardInHeader(header_->isAncestorOf(now));
+    chrome_.setKeyboardInHeader(isVisible() && header_->isAncestorOf(now));
   });
   connectToModel();
   updateTranscript();
