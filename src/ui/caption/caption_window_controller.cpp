@@ -72,6 +72,14 @@ void CaptionWindowController::connectToPanel() {
     if (animatingFrame_) panel_->setGeometry(value.toRect());
   });
   connect(&motion_, &QVariantAnimation::finished, this, &CaptionWindowController::finishMotion);
+  // A window manager may leave but a corner of it on another screen. Queued, because the screen is
+  // among the free areas until then.
+  connect(
+      qApp, &QGuiApplication::screenRemoved, this,
+      [this] {
+        if (panel_->isVisible()) moveTo(movedIntoView(settledFrame(), freeAreas()), 0);
+      },
+      Qt::QueuedConnection);
   connect(qApp, &QCoreApplication::aboutToQuit, this, [this] {
     setHeader(false, false);
     keepFrame();
@@ -179,11 +187,15 @@ void CaptionWindowController::updateContentHeight() {
   panel_->setContentHeight(panel_->height() + (headerShown_ ? 0 : CaptionAppearance::headerHeight));
 }
 
+QRect CaptionWindowController::settledFrame() const {
+  const bool moving = motion_.state() == QAbstractAnimation::Running;
+  return moving ? motion_.endValue().toRect() : panel_->geometry();
+}
+
 void CaptionWindowController::setHeader(bool visible, bool animated) {
   if (visible == headerShown_) return;
   headerShown_ = visible;
-  const bool moving = motion_.state() == QAbstractAnimation::Running;
-  QRect frame = moving ? motion_.endValue().toRect() : panel_->geometry();
+  QRect frame = settledFrame();
   if (visible) {
     // As far as there is room above: a window manager would otherwise push the whole panel down.
     const int room = frame.top() - freeAreaOf(panel_->screen()).top();
@@ -238,8 +250,7 @@ void CaptionWindowController::keepFrameLater() {
 
 void CaptionWindowController::keepFrame() {
   keep_.reset();
-  const bool moving = motion_.state() == QAbstractAnimation::Running;
-  QRect frame = moving ? motion_.endValue().toRect() : panel_->geometry();
+  QRect frame = settledFrame();
   frame.setTop(frame.top() + headerGrowth_);
   writeFrame(services_.frames, kFrameName, frame);
 }

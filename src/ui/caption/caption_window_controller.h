@@ -71,6 +71,8 @@ class CaptionWindowController final : public QObject {
   void applyContrast();
   void applyVisibility();
   void orderFront();
+  /// Where the panel stands, or will stand after its movement.
+  QRect settledFrame() const;
   void moveTo(const QRect& frame, int milliseconds);
   void finishMotion();
   void keepFrameLater();

@@ -64,6 +64,13 @@ class PanelScreens(PlainCase):
         self.wait_for_panel_at(1280 - SIZE[0], 300)
         self.quit()
 
+    def test_it_leaves_a_screen_that_goes(self):
+        self.launch_with_panel_at(1900, 300)
+        self.wait_for_panel_at(1900, 300)
+        self.desktop.run("xrandr", "--delmonitor", "right")
+        self.wait_for_panel_at(1280 - SIZE[0], 300)
+        self.quit()
+
 
 if __name__ == "__main__":
     unittest.main()
