@@ -34,6 +34,10 @@ TranscriptCoordinator::TranscriptCoordinator(QWidget& view)
   connect(bar, &QScrollBar::rangeChanged, this, &TranscriptCoordinator::updateBottom);
   connect(textView_, &SelectableTranscriptTextView::selectionSettled, this,
           &TranscriptCoordinator::retry);
+  connect(&document_.text(), &QTextDocument::contentsChange, this, [this] {
+    if (document_.isIntact()) return;
+    QMetaObject::invokeMethod(this, &TranscriptCoordinator::refresh, Qt::QueuedConnection);
+  });
   connect(&Localization::shared(), &Localization::languageChanged, this,
           &TranscriptCoordinator::refresh);
 }
@@ -74,7 +78,7 @@ void TranscriptCoordinator::apply(const TranscriptChange& change) {
 
   // Not the text view's own palette, which follows a change of the desktop's only later.
   const TranscriptFormats formats(inputs_, textView_->parentWidget()->palette());
-  const bool reformatted = formats != document_.formats();
+  const bool reformatted = formats != document_.formats() || !document_.isIntact();
   const std::vector<Replacement> changes = replacements(sameSession ? change : TranscriptChange());
   const bool differs = reformatted || std::ranges::any_of(changes, [this](const Replacement& r) {
                          return document_.replace(r.first, r.count, r.paragraphs, true);
@@ -89,8 +93,8 @@ void TranscriptCoordinator::apply(const TranscriptChange& change) {
   if (differs) {
     const int location = sameSession ? textView_->textCursor().position() : 0;
     const auto replace = [&] {
-      for (const Replacement& replacement : changes) show(replacement);
       if (reformatted) document_.setFormats(formats);
+      for (const Replacement& replacement : changes) show(replacement);
       putCursorAt(location);
     };
     if (sameSession) {

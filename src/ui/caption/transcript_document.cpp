@@ -4,6 +4,7 @@
 #include "ui/caption/transcript_layout.h"
 
 #include <algorithm>
+#include <QScopedValueRollback>
 #include <QTextBlock>
 #include <QTextCursor>
 
@@ -24,6 +25,9 @@ TranscriptDocument::TranscriptDocument() : text_(std::make_unique<QTextDocument>
   text_->setDocumentMargin(0);
   layout_ = new TranscriptLayout(text_.get());
   text_->setDocumentLayout(layout_);
+  QObject::connect(text_.get(), &QTextDocument::contentsChange, text_.get(), [this] {
+    if (!isWriting_) isIntact_ = false;
+  });
 }
 
 TranscriptDocument::~TranscriptDocument() = default;
@@ -49,6 +53,7 @@ void TranscriptDocument::setFormats(const TranscriptFormats& formats) {
   formats_ = formats;
   const TranscriptParagraphs all = shown_;
   rewrite(0, all.size(), all);
+  isIntact_ = true;
 }
 
 void TranscriptDocument::rewriteText(std::size_t at, const QString& text) {
@@ -66,6 +71,7 @@ void TranscriptDocument::rewriteText(std::size_t at, const QString& text) {
 
 void TranscriptDocument::rewrite(std::size_t first, std::size_t count,
                                  std::span<const TranscriptParagraph> paragraphs) {
+  const QScopedValueRollback writing(isWriting_, true);
   const auto isPlain = [](const TranscriptParagraph& p) {
     return p.pendingLabel.isEmpty();
   };

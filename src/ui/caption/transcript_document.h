@@ -30,8 +30,12 @@ class TranscriptDocument final {
   bool replace(std::size_t first, std::size_t count,
                std::span<const TranscriptParagraph> paragraphs, bool test = false);
 
-  /// Sets everything in other formats.
+  /// Sets everything in other formats, and anew whatever somebody else made of it.
   void setFormats(const TranscriptFormats& formats);
+
+  /// False once somebody else wrote into the text, as assistive technology can even where it is
+  /// only to be read; true again after `setFormats`.
+  bool isIntact() const { return isIntact_; }
 
  private:
   void rewrite(std::size_t first, std::size_t count,
@@ -46,6 +50,8 @@ class TranscriptDocument final {
   TranscriptLayout* layout_;
   TranscriptParagraphs shown_;
   TranscriptFormats formats_;
+  bool isWriting_ = false;
+  bool isIntact_ = true;
 };
 
 }  // namespace velun

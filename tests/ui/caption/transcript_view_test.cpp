@@ -89,6 +89,25 @@ class TranscriptViewTest final : public test::Suite {
     QCOMPARE(text.accessibleName(), QString("자막 본문"));
   }
 
+  void whatSomebodyElseWritesIntoItIsPutRight() {
+    Stage stage;
+    stage.addLines(3);
+    stage.update();
+    const QString shown = stage.text();
+    QAccessibleInterface* text = QAccessible::queryAccessibleInterface(&stage.view.textView());
+    QVERIFY(text->editableTextInterface());
+    text->editableTextInterface()->replaceText(3, text->textInterface()->characterCount(), "x");
+    QVERIFY(stage.text() != shown);
+    QTRY_COMPARE(stage.text(), shown);
+    // Before there was time for that.
+    text->editableTextInterface()->deleteText(0, text->textInterface()->characterCount());
+    stage.addLines(1);
+    stage.update(kAdded);
+    QCOMPARE(stage.text(), shown + "\nLine 0 of many.");
+    settle();
+    QCOMPARE(stage.text(), shown + "\nLine 0 of many.");
+  }
+
   void itFollowsTheLatestWhileAtTheBottom() {
     Stage stage;
     stage.addLines(50);
