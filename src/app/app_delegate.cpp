@@ -47,9 +47,11 @@ void AppDelegate::applicationDidFinishLaunching() {
 }
 
 void AppDelegate::applicationWillTerminate() {
+  // Nobody else hands on any more what is posted: tasks that have not begun yet, and what tells
+  // the waiting ones that there is nothing left.
+  QCoreApplication::sendPostedEvents();
   model_.abandonEngine();
   model_.translator().configure(false, false, {}, {});
-  // Nobody else hands on any more what tells a waiting task that there is nothing left.
   QCoreApplication::sendPostedEvents();
 }
 

@@ -44,6 +44,10 @@ void EngineChain::close() {
 
 OneShot<bool> EngineChain::enqueue(Operation operation) {
   const auto link = std::make_shared<State::Link>(std::move(operation));
+  if (!state_->chain) {
+    link->ended.complete(true);
+    return link->ended;
+  }
   state_->links.push_back(link);
   if (!std::exchange(state_->isDraining, true)) {
     startTask(&context_, [state = state_] { return drain(state); });

@@ -34,8 +34,8 @@ class EngineChain {
   /// Requests a stop of every operation queued or under way.
   void cancelAll();
 
-  /// Asks what is under way to stop, drops what is queued and answers everyone who waits. Nothing
-  /// may be queued afterwards.
+  /// Asks what is under way to stop, drops what is queued and answers everyone who waits. What is
+  /// queued afterwards is answered at once, and never begun.
   void close();
 
  private:

@@ -338,6 +338,18 @@ class NewSessionAndQuitTest final : public Suite {
     settle();
   }
 
+  void theEndAnswersWhoBeginsToWaitOnlyThen() {
+    AppStage stage;
+    stage.startWithLine();
+    stage.engine->holdsStops = true;
+    bool isOver = false;
+    startTask(stage.model.get(), [&] { return noteShutdown(*stage.model, isOver); });
+    stage.delegate->applicationWillTerminate();
+    QVERIFY(isOver);
+    stage.engine->release();
+    settle();
+  }
+
  private:
   /// What is scheduled in a program with captions on.
   static std::size_t scheduledWithoutSignal() {

@@ -155,6 +155,14 @@ class EngineChainTest final : public test::Suite {
     QCOMPARE(bench.held->log, QStringList({"first", "first ended"}));
   }
 
+  void whatIsQueuedOnceItIsClosedIsAnsweredAndNotBegun() {
+    Bench bench;
+    bench.chain->close();
+    QVERIFY(bench.enqueue("late").isAnswered());
+    settle();
+    QCOMPARE(bench.held->log, QStringList());
+  }
+
   void itsEndBeforeTheFirstTurnBeginsNothing() {
     Bench bench;
     bench.enqueue("first");
