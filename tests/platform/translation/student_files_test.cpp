@@ -189,6 +189,9 @@ class StudentFilesTest final : public Suite {
     units[0] = kBranchesPerUnit << kOffsetShift;
     row("root leads out", writeReplacementTable(units, "one\0"sv));
     units = treeOf('x');
+    units[0] = kIsText;
+    row("root that looks like a text leads out", writeReplacementTable(units, "one\0"sv));
+    units = treeOf('x');
     units['x'] = 'x' | 1U << 9 | 1U << kOffsetShift;
     row("branch leads out", writeReplacementTable(units, "one\0"sv));
     units = treeOf('x');
@@ -207,6 +210,13 @@ class StudentFilesTest final : public Suite {
       };
       QCOMPARE(reasonOf(use), kDamaged);
     }
+  }
+
+  void aKeyThatTheLibraryCutsShortIsDamaged() {
+    Bytes bytes = writeVocabulary({"one", "two"});
+    // Key 1 << 32 | 26, whose lowest half is that of the replacements before, and no content.
+    for (const int byte : {0x9A, 0x80, 0x80, 0x80, 0x10, 0x00}) bytes.push_back(std::byte(byte));
+    QCOMPARE(reasonOf([&bytes] { const Vocabulary vocabulary(bytes); }), kDamaged);
   }
 
   void arraysMustFit_data() {
