@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/information_windows.h"
 
+#include "language/localization.h"
 #include "platform/foundation/main_task.h"
 #include "platform/updates/update_checker.h"
-#include "settings/localization.h"
 #include "ui/common/window_presentation.h"
 #include "ui/menubar/about_view.h"
 #include "ui/menubar/update_view.h"

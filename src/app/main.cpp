@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/app_delegate.h"
 #include "app/composition.h"
+#include "language/localization.h"
 #include "platform/desktop/desktop_services.h"
 #include "platform/desktop/linux/dbus_application_service.h"
 #include "platform/desktop/linux/termination_signals.h"
 #include "platform/foundation/file_preferences.h"
-#include "settings/localization.h"
 #include "ui/common/toolkit_texts.h"
 
 #include <cstdio>

@@ -2,9 +2,9 @@
 #include "app/session_library.h"
 
 #include "captions/caption_view_model.h"
+#include "language/localization.h"
 #include "platform/desktop/file_manager.h"
 #include "platform/foundation/failure.h"
-#include "settings/localization.h"
 #include "ui/library/export_window_controller.h"
 #include "ui/library/history_window_controller.h"
 #include "ui/library/save_session_file.h"

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/settings_notes_text.h"
 
+#include "language/localization.h"
 #include "platform/desktop/desktop_platform.h"
 #include "platform/models/model_catalogue.h"
 #include "platform/models/model_store.h"
 #include "platform/translation/translation_platform.h"
-#include "settings/localization.h"
 
 #include <algorithm>
 

@@ -4,9 +4,9 @@
 #include "audio/audio_feeder.h"
 #include "audio/mic_audio.h"
 #include "audio/system_audio.h"
+#include "language/localization.h"
 #include "platform/foundation/failure.h"
 #include "platform/foundation/main_task.h"
-#include "settings/localization.h"
 
 #include <exception>
 #include <QPointer>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "captions/caption_view_model.h"
 
-#include "settings/localization.h"
+#include "language/localization.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Keeping the session's file.
 #include "captions/caption_view_model.h"
+#include "language/localization.h"
 #include "platform/foundation/failure.h"
-#include "settings/localization.h"
 
 #include <exception>
 #include <QFileInfo>

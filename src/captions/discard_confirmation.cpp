@@ -3,7 +3,7 @@
 
 #include "captions/caption_view_model.h"
 #include "captions/modal_question.h"
-#include "settings/localization.h"
+#include "language/localization.h"
 
 namespace velun {
 

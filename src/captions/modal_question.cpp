@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "captions/modal_question.h"
 
-#include "settings/localization.h"
+#include "language/localization.h"
 
 namespace velun {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/audio_input.h"
 
-#include "settings/localization.h"
+#include "language/localization.h"
 
 namespace velun {
 

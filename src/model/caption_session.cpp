@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/caption_session.h"
 
+#include "language/localization.h"
 #include "model/renderings.h"
 #include "model/session_codec.h"
-#include "settings/localization.h"
 
 #include <algorithm>
 #include <set>

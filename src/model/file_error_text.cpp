@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/file_error_text.h"
 
-#include "settings/localization.h"
+#include "language/localization.h"
 
 #include <cerrno>
 #include <cstring>

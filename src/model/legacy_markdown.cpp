@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/legacy_markdown.h"
 
+#include "language/localization.h"
 #include "model/file_error_text.h"
 #include "model/session_error.h"
 #include "model/session_limits.h"
 #include "platform/foundation/file_access.h"
-#include "settings/localization.h"
 
 #include <QDateTime>
 #include <QFileInfo>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/session_store.h"
 
+#include "language/localization.h"
 #include "model/file_error_text.h"
 #include "model/legacy_markdown.h"
 #include "model/session_codec.h"
@@ -11,7 +12,6 @@
 #include "model/session_limits.h"
 #include "platform/foundation/atomic_file.h"
 #include "platform/foundation/file_access.h"
-#include "settings/localization.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings/app_settings.h"
 
+#include "language/localization.h"
 #include "platform/foundation/preference_store.h"
-#include "settings/localization.h"
 
 namespace velun {
 

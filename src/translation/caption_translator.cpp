@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "translation/caption_translator.h"
 
+#include "language/localization.h"
 #include "platform/foundation/failure.h"
 #include "platform/foundation/language_identifier.h"
-#include "settings/localization.h"
 #include "translation/line_queue.h"
 
 #include <exception>

@@ -2,7 +2,7 @@
 #include "app/app_stage.h"
 #include "app/named_actions.h"
 #include "app/session_library.h"
-#include "settings/localization.h"
+#include "language/localization.h"
 #include "support/suite.h"
 #include "ui/caption/caption_panel.h"
 #include "ui/library/settings_window_controller.h"

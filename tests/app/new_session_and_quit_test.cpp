@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/app_stage.h"
 #include "app/session_library.h"
+#include "language/localization.h"
 #include "platform/foundation/main_task.h"
-#include "settings/localization.h"
 #include "support/suite.h"
 
 using namespace velun;

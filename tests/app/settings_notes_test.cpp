@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/settings_notes_text.h"
+#include "language/localization.h"
 #include "platform/models/model_catalogue.h"
-#include "settings/localization.h"
 #include "support/fake_desktop_platform.h"
 #include "support/scripted_model_store.h"
 #include "support/scripted_translation_platform.h"

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "audio/speech_recognition_engine.h"
 
+#include "language/localization.h"
 #include "platform/foundation/failure.h"
 #include "platform/speech/local_speech_platform.h"
-#include "settings/localization.h"
 #include "support/await.h"
 #include "support/manual_clock.h"
 #include "support/scripted_audio_platform.h"

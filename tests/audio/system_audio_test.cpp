@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "audio/system_audio.h"
 
+#include "language/localization.h"
 #include "platform/foundation/failure.h"
-#include "settings/localization.h"
 #include "support/scripted_audio_hardware.h"
 #include "support/suite.h"
 

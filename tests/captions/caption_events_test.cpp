@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "captions/model_fixture.h"
-#include "settings/localization.h"
+#include "language/localization.h"
 #include "support/suite.h"
 
 using namespace velun;

@@ -2,7 +2,7 @@
 #include "captions/discard_confirmation.h"
 
 #include "captions/model_fixture.h"
-#include "settings/localization.h"
+#include "language/localization.h"
 #include "support/scripted_question.h"
 #include "support/suite.h"
 

@@ -11,22 +11,21 @@ MEDIA_SERVER = "platform/pipewire/linux"  # no service: what several of them sta
 ALLOWED = {
     MEDIA_SERVER: set(),
     FOUNDATION: set(),
-    "settings/language": {FOUNDATION},
-    "model": {FOUNDATION, "settings/language"},
-    "settings": {FOUNDATION, "settings/language", "model"},
-    "platform/audio": {FOUNDATION, "settings/language"},
-    "platform/models": {FOUNDATION, "settings/language"},
-    "platform/speech": {FOUNDATION, "platform/audio", "settings/language"},
-    "platform/translation": {FOUNDATION, "settings/language"},
-    "platform/desktop": {FOUNDATION, "settings/language"},
-    "platform/updates": {FOUNDATION, "settings/language"},
-    "audio": INTERFACES | {"model", "settings/language", "settings"},
-    "translation": INTERFACES | {"model", "settings/language", "settings"},
-    "captions": INTERFACES | {"model", "settings/language", "settings", "audio", "translation"},
-    "ui": INTERFACES | {"model", "settings/language", "settings", "audio", "translation",
+    "language": {FOUNDATION},
+    "model": {FOUNDATION, "language"},
+    "settings": {FOUNDATION, "language", "model"},
+    "platform/audio": {FOUNDATION, "language"},
+    "platform/models": {FOUNDATION, "language"},
+    "platform/speech": {FOUNDATION, "platform/audio", "language"},
+    "platform/translation": {FOUNDATION, "language"},
+    "platform/desktop": {FOUNDATION, "language"},
+    "platform/updates": {FOUNDATION, "language"},
+    "audio": INTERFACES | {"model", "language", "settings"},
+    "translation": INTERFACES | {"model", "language", "settings"},
+    "captions": INTERFACES | {"model", "language", "settings", "audio", "translation"},
+    "ui": INTERFACES | {"model", "language", "settings", "audio", "translation",
                         "captions"},
 }
-LANGUAGE_FILES = {"settings/app_language", "settings/localization"}
 
 # Libraries of the system, by the start of an include, and who may include them.
 SYSTEM_LIBRARIES = {
@@ -34,7 +33,7 @@ SYSTEM_LIBRARIES = {
     "sphinxbase/": set(), "sentencepiece": set(), "dnnl": set(), "archive": set(),
     "QDBus": set(), "QtDBus": set(), "QNetwork": set(), "QtNetwork": set(), "QTcp": set(),
     "QSsl": set(), "soxr": {"audio", "platform/audio"}, "fftw3": {"audio"},
-    "unicode/": {FOUNDATION, "settings", "settings/language", "model", "captions", "translation",
+    "unicode/": {FOUNDATION, "settings", "language", "model", "captions", "translation",
                  "platform/speech", "ui"},
     "simdjson": {"model", FOUNDATION},
 }
@@ -42,9 +41,6 @@ SYSTEM_LIBRARIES = {
 
 def layer_of(path):
     """The layer of a file, its path given below src/ ("ui/caption/caption_view.h")."""
-    stem = re.sub(r"\.(h|cpp)$", "", path)
-    if stem in LANGUAGE_FILES:
-        return "settings/language"
     parts = path.split("/")
     if parts[0] == "app":
         return "app"
@@ -56,7 +52,7 @@ def layer_of(path):
 def allowed_for(layer):
     """The layers that a layer may use, itself included."""
     if layer.endswith("/linux") and layer not in ALLOWED:
-        return INTERFACES | {"settings/language", MEDIA_SERVER, layer}
+        return INTERFACES | {"language", MEDIA_SERVER, layer}
     return ALLOWED[layer] | {layer}
 
 
@@ -103,7 +99,7 @@ def link_complaints(declarations):
 
 
 # The words of the map's table.
-SPOKEN = {"foundation": {FOUNDATION}, "language": {"settings/language"}, "interfaces": INTERFACES,
+SPOKEN = {"foundation": {FOUNDATION}, "language": {"language"}, "interfaces": INTERFACES,
           "other interfaces": INTERFACES, "its interface": set(), "model": {"model"},
           "settings": {"settings"}, "audio": {"audio"}, "translation": {"translation"},
           "captions": {"captions"}, "media server": {MEDIA_SERVER}, "nothing of ours": set()}
@@ -111,12 +107,12 @@ SPOKEN = {"foundation": {FOUNDATION}, "language": {"settings/language"}, "interf
 
 def layers_of_row(folder):
     """The layers that a row of the map's table speaks of."""
-    name = re.match(r"`src/([^`]+)`(?: \((\w+)\))?", folder)
+    name = re.match(r"`src/([^`]+)`", folder)
     if name[1] == "platform/<service>":
         return INTERFACES - {FOUNDATION}
     if name[1] == "platform/<service>/linux":
         return {layer + "/linux" for layer in INTERFACES - {FOUNDATION}}
-    return {"settings/language"} if name[2] == "language" else {name[1]}
+    return {name[1]}
 
 
 def map_complaints(architecture):

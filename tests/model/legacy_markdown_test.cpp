@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/legacy_markdown.h"
 
+#include "language/localization.h"
 #include "model/session_error.h"
 #include "model/session_store.h"
-#include "settings/localization.h"
 #include "support/session_samples.h"
 #include "support/suite.h"
 #include "support/time_zone.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "language/localization.h"
 #include "model/caption_session.h"
-#include "settings/localization.h"
 #include "support/session_samples.h"
 #include "support/suite.h"
 #include "support/time_zone.h"

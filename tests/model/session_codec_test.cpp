@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/session_codec.h"
 
+#include "language/localization.h"
 #include "model/json_appender.h"
 #include "model/session_careful_reader.h"
 #include "model/session_fast_reader.h"
-#include "settings/localization.h"
 #include "support/session_samples.h"
 #include "support/suite.h"
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/session_store.h"
 
+#include "language/localization.h"
 #include "model/session_codec.h"
 #include "model/session_error.h"
 #include "model/session_limits.h"
-#include "settings/localization.h"
 #include "support/no_more_threads.h"
 #include "support/session_samples.h"
 #include "support/suite.h"

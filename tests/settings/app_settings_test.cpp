@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings/app_settings.h"
 
+#include "language/localization.h"
 #include "platform/foundation/file_preferences.h"
-#include "settings/localization.h"
 #include "support/memory_preferences.h"
 #include "support/suite.h"
 

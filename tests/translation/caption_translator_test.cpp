@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "translation/caption_translator.h"
 
-#include "settings/localization.h"
+#include "language/localization.h"
 #include "support/scripted_translation_session.h"
 #include "support/settle.h"
 #include "support/suite.h"

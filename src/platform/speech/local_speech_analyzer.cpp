@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/local_speech_analyzer.h"
 
+#include "language/localization.h"
 #include "platform/foundation/failure.h"
 #include "platform/speech/decode_worker.h"
-#include "settings/localization.h"
 
 namespace velun {
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/updates/appcast.h"
 
+#include "language/localization.h"
 #include "platform/foundation/failure.h"
 #include "platform/updates/version_order.h"
-#include "settings/localization.h"
 
 #include <QXmlStreamReader>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/caption/attributed_transcript.h"
 
+#include "language/localization.h"
 #include "model/caption_session.h"
-#include "settings/localization.h"
 
 #include <QStringList>
 

@@ -2,7 +2,7 @@
 #include "ui/caption/caption_overlays.h"
 
 #include "captions/caption_view_model.h"
-#include "settings/localization.h"
+#include "language/localization.h"
 #include "ui/caption/caption_overlay_icon.h"
 #include "ui/caption/copy_transcript_button.h"
 

@@ -2,8 +2,8 @@
 #include "ui/caption/caption_status_line.h"
 
 #include "captions/caption_view_model.h"
+#include "language/localization.h"
 #include "platform/translation/translation_platform.h"
-#include "settings/localization.h"
 #include "ui/caption/caption_appearance.h"
 #include "ui/caption/transcript_formats.h"
 #include "ui/caption/transcript_layout.h"

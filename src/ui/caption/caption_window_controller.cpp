@@ -2,8 +2,8 @@
 #include "ui/caption/caption_window_controller.h"
 
 #include "captions/caption_view_model.h"
+#include "language/localization.h"
 #include "platform/desktop/desktop_platform.h"
-#include "settings/localization.h"
 #include "ui/caption/caption_appearance.h"
 #include "ui/caption/caption_header_view.h"
 #include "ui/caption/caption_panel.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/caption/copy_transcript_button.h"
 
-#include "settings/localization.h"
+#include "language/localization.h"
 #include "ui/caption/caption_appearance.h"
 #include "ui/common/symbol.h"
 

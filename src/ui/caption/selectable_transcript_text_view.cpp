@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/caption/selectable_transcript_text_view.h"
 
-#include "settings/localization.h"
+#include "language/localization.h"
 #include "ui/caption/caption_appearance.h"
 #include "ui/caption/pending_indicator.h"
 #include "ui/caption/transcript_formats.h"

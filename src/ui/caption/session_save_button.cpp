@@ -2,7 +2,7 @@
 #include "ui/caption/session_save_button.h"
 
 #include "captions/caption_view_model.h"
-#include "settings/localization.h"
+#include "language/localization.h"
 
 namespace velun {
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/caption/transcript_coordinator.h"
 
+#include "language/localization.h"
 #include "model/caption_session.h"
-#include "settings/localization.h"
 #include "ui/caption/selectable_transcript_text_view.h"
 #include "ui/caption/transcript_layout.h"
 

@@ -2,7 +2,7 @@
 #include "ui/caption/translation_menu.h"
 
 #include "captions/caption_view_model.h"
-#include "settings/localization.h"
+#include "language/localization.h"
 #include "ui/caption/caption_menu.h"
 
 #include <QActionGroup>

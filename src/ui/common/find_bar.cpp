@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/common/find_bar.h"
 
-#include "settings/localization.h"
+#include "language/localization.h"
 #include "ui/common/editing_keys.h"
 #include "ui/common/notice_label.h"
 #include "ui/common/symbol.h"

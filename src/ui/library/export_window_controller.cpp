@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/library/export_window_controller.h"
 
-#include "settings/localization.h"
+#include "language/localization.h"
 #include "ui/common/window_presentation.h"
 #include "ui/library/export_view.h"
 #include "ui/library/save_session_file.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/library/history_view.h"
 
-#include "settings/localization.h"
+#include "language/localization.h"
 #include "ui/caption/transcript_view.h"
 #include "ui/common/accessible_role.h"
 #include "ui/common/editing_keys.h"

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/library/history_view_model.h"
 
+#include "language/localization.h"
 #include "model/file_error_text.h"
 #include "model/session_files.h"
 #include "platform/foundation/failure.h"
-#include "settings/localization.h"
 
 #include <algorithm>
 #include <QCoreApplication>

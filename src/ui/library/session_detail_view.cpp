@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/library/session_detail_view.h"
 
+#include "language/localization.h"
 #include "model/saved_session.h"
-#include "settings/localization.h"
 #include "ui/caption/copy_transcript_button.h"
 #include "ui/caption/selectable_transcript_text_view.h"
 #include "ui/caption/transcript_view.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/library/session_list_model.h"
 
-#include "settings/localization.h"
+#include "language/localization.h"
 #include "ui/library/session_sections.h"
 
 namespace velun {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/library/session_sections.h"
 
+#include "language/localization.h"
 #include "platform/foundation/date_formats.h"
-#include "settings/localization.h"
 
 #include <QDateTime>
 

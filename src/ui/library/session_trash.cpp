@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/library/session_trash.h"
 
+#include "language/localization.h"
 #include "model/file_error_text.h"
 #include "platform/foundation/failure.h"
 #include "platform/foundation/trash.h"
-#include "settings/localization.h"
 
 #include <cerrno>
 #include <QFileInfo>

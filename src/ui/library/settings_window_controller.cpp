@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/library/settings_window_controller.h"
 
-#include "settings/localization.h"
+#include "language/localization.h"
 #include "ui/common/window_presentation.h"
 #include "ui/library/settings_view.h"
 

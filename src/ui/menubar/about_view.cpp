@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/menubar/about_view.h"
 
-#include "settings/localization.h"
+#include "language/localization.h"
 #include "ui/common/accessible_role.h"
 
 #include <QGuiApplication>

@@ -2,7 +2,7 @@
 #include "ui/menubar/menu_bar_controller.h"
 
 #include "captions/caption_view_model.h"
-#include "settings/localization.h"
+#include "language/localization.h"
 #include "ui/menubar/status_icon.h"
 #include "ui/menubar/status_menu.h"
 

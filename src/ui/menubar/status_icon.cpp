@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/menubar/status_icon.h"
 
-#include "settings/localization.h"
+#include "language/localization.h"
 
 #include <cmath>
 #include <numbers>

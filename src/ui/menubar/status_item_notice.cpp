@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/menubar/status_item_notice.h"
 
-#include "settings/localization.h"
+#include "language/localization.h"
 #include "ui/common/alert_dialog.h"
 
 namespace velun {

@@ -2,7 +2,7 @@
 #include "ui/menubar/status_menu.h"
 
 #include "captions/caption_view_model.h"
-#include "settings/localization.h"
+#include "language/localization.h"
 
 namespace velun {
 

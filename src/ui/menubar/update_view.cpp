@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/menubar/update_view.h"
 
-#include "settings/localization.h"
+#include "language/localization.h"
 #include "ui/common/notice_label.h"
 #include "ui/menubar/release_notes.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "language/localization.h"
 #include "platform/desktop/desktop_services.h"
 #include "platform/foundation/system_clock.h"
-#include "settings/localization.h"
 #include "support/suite.h"
 #include "support/virtual_display.h"
 #include "ui/caption/caption_header_view.h"

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "audio/mic_audio.h"
 #include "audio/system_audio.h"
+#include "language/localization.h"
 #include "platform/audio/linux/pipewire_audio_platform.h"
 #include "platform/foundation/failure.h"
-#include "settings/localization.h"
 #include "support/manual_clock.h"
 #include "support/playback_stream.h"
 #include "support/private_pipewire.h"

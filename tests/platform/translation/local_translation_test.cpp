@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "language/localization.h"
 #include "platform/translation/linux/local_translation_platform.h"
 #include "platform/translation/support/collected_translations.h"
 #include "platform/translation/support/scripted_backend.h"
-#include "settings/localization.h"
 #include "support/manual_clock.h"
 #include "support/suite.h"
 

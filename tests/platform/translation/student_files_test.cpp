@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "language/localization.h"
 #include "platform/foundation/failure.h"
 #include "platform/translation/linux/student/model_format_error.h"
 #include "platform/translation/linux/student/shortlist.h"
@@ -8,7 +9,6 @@
 #include "platform/translation/support/model_writer.h"
 #include "platform/translation/support/toy_models.h"
 #include "platform/translation/support/vocabulary_writer.h"
-#include "settings/localization.h"
 #include "support/suite.h"
 
 #include <algorithm>

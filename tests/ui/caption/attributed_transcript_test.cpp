@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/caption/attributed_transcript.h"
 
-#include "settings/localization.h"
+#include "language/localization.h"
 #include "support/suite.h"
 #include "ui/caption/transcript_formats.h"
 #include "ui/caption/transcript_samples.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/caption/caption_view.h"
 
-#include "settings/localization.h"
+#include "language/localization.h"
 #include "support/suite.h"
 #include "ui/caption/caption_header_view.h"
 #include "ui/caption/caption_menu.h"

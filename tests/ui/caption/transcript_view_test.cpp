@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/caption/transcript_view.h"
 
-#include "settings/localization.h"
+#include "language/localization.h"
 #include "support/settle.h"
 #include "support/suite.h"
 #include "ui/caption/pending_indicator.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/library/history_view.h"
 
+#include "language/localization.h"
 #include "model/session_codec.h"
-#include "settings/localization.h"
 #include "support/manual_clock.h"
 #include "support/suite.h"
 #include "ui/caption/selectable_transcript_text_view.h"

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/library/save_session_file.h"
 
+#include "language/localization.h"
 #include "model/session_codec.h"
 #include "platform/foundation/failure.h"
-#include "settings/localization.h"
 #include "support/suite.h"
 
 #include <QTemporaryDir>

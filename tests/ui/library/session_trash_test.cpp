@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/library/session_trash.h"
 
+#include "language/localization.h"
 #include "platform/foundation/failure.h"
-#include "settings/localization.h"
 #include "support/suite.h"
 
 #include <QTemporaryDir>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/library/settings_view.h"
 
-#include "settings/localization.h"
+#include "language/localization.h"
 #include "support/manual_clock.h"
 #include "support/memory_preferences.h"
 #include "support/scripted_recognizer.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/menubar/main_menu.h"
 
-#include "settings/localization.h"
+#include "language/localization.h"
 #include "support/suite.h"
 
 #include <QApplication>

@@ -2,7 +2,7 @@
 #include "ui/menubar/status_menu.h"
 
 #include "captions/model_fixture.h"
-#include "settings/localization.h"
+#include "language/localization.h"
 #include "support/suite.h"
 
 using namespace velun;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/audio/linux/pipewire_input_node.h"
 
+#include "language/localization.h"
 #include "platform/foundation/failure.h"
-#include "settings/localization.h"
 
 #include <utility>
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/desktop/linux/dbus_file_manager.h"
 
+#include "language/localization.h"
 #include "platform/foundation/failure.h"
 #include "platform/foundation/file_access.h"
 #include "platform/foundation/file_error.h"
-#include "settings/localization.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>

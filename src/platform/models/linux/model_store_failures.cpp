@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/models/linux/model_store_failures.h"
 
-#include "settings/localization.h"
+#include "language/localization.h"
 
 namespace velun::model_failures {
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/translation/linux/local_translation_platform.h"
 
+#include "language/localization.h"
 #include "platform/translation/linux/language_availability.h"
 #include "platform/translation/linux/local_translation_session.h"
-#include "settings/localization.h"
 
 namespace velun {
 

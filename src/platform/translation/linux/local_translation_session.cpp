@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/translation/linux/local_translation_session.h"
 
+#include "language/localization.h"
 #include "platform/foundation/failure.h"
 #include "platform/foundation/main_task.h"
-#include "settings/localization.h"
 
 #include <algorithm>
 #include <exception>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/updates/linux/https_update_feed.h"
 
+#include "language/localization.h"
 #include "platform/foundation/failure.h"
 #include "platform/foundation/one_shot.h"
-#include "settings/localization.h"
 
 #include <QNetworkReply>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/linux/built_in/sphinx_decoder.h"
 
+#include "language/localization.h"
 #include "platform/foundation/failure.h"
-#include "settings/localization.h"
 
 #include <pocketsphinx.h>
 #include <QFile>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/translation/linux/apertium/apertium_translator.h"
 
+#include "language/localization.h"
 #include "platform/foundation/failure.h"
 #include "platform/translation/linux/apertium/apertium_stream.h"
-#include "settings/localization.h"
 
 namespace velun {
 

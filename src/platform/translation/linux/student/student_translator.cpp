@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/translation/linux/student/student_translator.h"
 
+#include "language/localization.h"
 #include "platform/foundation/failure.h"
 #include "platform/translation/linux/student/model_format_error.h"
 #include "platform/translation/linux/student/text_cutter.h"
-#include "settings/localization.h"
 
 #include <chrono>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "settings/app_language.h"
+#include "language/app_language.h"
 
 #include <atomic>
 #include <QObject>

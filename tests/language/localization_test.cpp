@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "settings/localization.h"
+#include "language/localization.h"
 
 #include "support/memory_preferences.h"
 #include "support/suite.h"

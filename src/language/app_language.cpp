@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "settings/app_language.h"
+#include "language/app_language.h"
 
 namespace velun {
 
