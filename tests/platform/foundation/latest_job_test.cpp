@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/foundation/latest_job.h"
+
+#include "support/suite.h"
+
+#include <memory>
+#include <QSemaphore>
+#include <QThread>
+
+using namespace velun;
+
+namespace {
+
+/// Work that runs until it is released or stopped.
+struct BlockedWork {
+  std::shared_ptr<QSemaphore> started = std::make_shared<QSemaphore>();
+  std::shared_ptr<QSemaphore> released = std::make_shared<QSemaphore>();
+  int result = 0;
+
+  int operator()(const std::stop_token& stop) const {
+    const std::stop_callback release(stop, [this] { released->release(); });
+    started->release();
+    released->acquire();
+    return result;
+  }
+};
+
+}  // namespace
+
+class LatestJobTest final : public test::Suite {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void cleanup() {
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::processEvents();
+  }
+
+  void deliversTheResultOnTheMainThread() {
+    LatestJob job;
+    std::optional<QThread*> worker;
+    QThread* receiver = nullptr;
+    job.start([](const std::stop_token&) { return QThread::currentThread(); },
+              [&](QThread* thread) {
+                worker = thread;
+                receiver = QThread::currentThread();
+                QVERIFY(!job.isRunning());
+              });
+    QVERIFY(job.isRunning());
+    VERIFY_SOON(worker);
+    QVERIFY(*worker != QThread::currentThread());
+    QCOMPARE(receiver, QThread::currentThread());
+  }
+
+  void theEventLoopKeepsRunning() {
+    LatestJob job;
+    const BlockedWork work{.result = 7};
+    int result = 0;
+    job.start(work, [&result](int value) { result = value; });
+    work.started->acquire();
+    int turns = 0;
+    while (turns < 5) {
+      QMetaObject::invokeMethod(
+          this, [&turns] { ++turns; }, Qt::QueuedConnection);
+      QCoreApplication::processEvents();
+    }
+    QCOMPARE(result, 0);
+    work.released->release();
+    QTRY_COMPARE(result, 7);
+  }
+
+  void onlyTheLatestResultIsDelivered() {
+    LatestJob job;
+    QList<int> results;
+    const BlockedWork first{.result = 1};
+    job.start(first, [&results](int value) { results.append(value); });
+    first.started->acquire();
+    job.start([](const std::stop_token&) { return 2; },
+              [&results](int value) { results.append(value); });
+    cleanup();
+    QTRY_COMPARE(results, QList<int>{2});
+  }
+
+  void aResultThatWaitsInTheEventLoopIsDiscardedToo() {
+    LatestJob job;
+    int calls = 0;
+    job.start([](const std::stop_token&) { return 1; }, [&calls](int) { ++calls; });
+    QThreadPool::globalInstance()->waitForDone();
+    job.cancel();
+    QVERIFY(!job.isRunning());
+    QCoreApplication::processEvents();
+    QCOMPARE(calls, 0);
+  }
+
+  void destroyingTheJobStopsTheWork() {
+    int calls = 0;
+    const BlockedWork work;
+    {
+      LatestJob job;
+      job.start(work, [&calls](int) { ++calls; });
+      work.started->acquire();
+    }
+    cleanup();
+    QCOMPARE(calls, 0);
+  }
+
+  void theReceiverMayDestroyTheJob() {
+    auto job = std::make_unique<LatestJob>();
+    job->start([](const std::stop_token&) { return 1; }, [&job](int) { job.reset(); });
+    VERIFY_SOON(!job);
+  }
+
+  void theReceiverMayStartTheNextJob() {
+    LatestJob job;
+    int result = 0;
+    const auto one = [](const std::stop_token&) {
+      return 1;
+    };
+    job.start(one, [&](int first) {
+      job.start(one, [&result, first](int second) { result = first + second; });
+    });
+    QTRY_COMPARE(result, 2);
+  }
+};
+
+QTEST_GUILESS_MAIN(LatestJobTest)
+#include "latest_job_test.moc"
