@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // How fast and how large a translation model of the largest size is, its weights made up, against
 // the reference engine on the same files.
-#include "platform/translation/linux/student/student_engine.h"
+#include "platform/translation/student/student_engine.h"
 #include "platform/translation/support/made_up_model.h"
 
 #include <algorithm>

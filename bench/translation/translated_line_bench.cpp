@@ -3,8 +3,8 @@
 // made up and it never ends a sentence by itself, so every translation is as long as one may be.
 #include "captions/live_session.h"
 #include "measure.h"
-#include "platform/translation/linux/local_translation_platform.h"
-#include "platform/translation/linux/student/student_translator.h"
+#include "platform/translation/local_translation_platform.h"
+#include "platform/translation/student/student_translator.h"
 #include "platform/translation/support/made_up_model.h"
 
 #include <algorithm>

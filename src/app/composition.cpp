@@ -18,11 +18,13 @@
 #include "platform/speech/linux/neural/neural_recognizer_provider.h"
 #include "platform/speech/local_speech_platform.h"
 #include "platform/translation/linux/apertium/apertium_backend.h"
-#include "platform/translation/linux/local_translation_platform.h"
-#include "platform/translation/linux/student/student_backend.h"
+#include "platform/translation/local_translation_platform.h"
+#include "platform/translation/student/student_backend.h"
 #include "platform/updates/linux/https_update_feed.h"
 #include "platform/updates/update_checker.h"
 #include "ui/library/session_trash.h"
+
+#include <unistd.h>
 
 namespace velun {
 
@@ -42,12 +44,15 @@ LocalSpeechPlatform::Providers recognizers(ModelStore& models) {
   return {neural, std::make_shared<BuiltInRecognizerProvider>(neural)};
 }
 
-/// From the best to the least.
+std::int64_t physicalMemoryBytes() {
+  return static_cast<std::int64_t>(::sysconf(_SC_PHYS_PAGES)) * ::sysconf(_SC_PAGESIZE);
+}
+
+/// In order of preference, the best first.
 std::vector<std::unique_ptr<TranslatorBackend>> translators(ModelStore& models) {
   std::vector<std::unique_ptr<TranslatorBackend>> backends;
-  backends.push_back(
-      std::make_unique<StudentBackend>(ModelCatalogue::builtIn().ofKind(ModelKind::translation),
-                                       models, StudentBackend::physicalMemory()));
+  backends.push_back(std::make_unique<StudentBackend>(
+      ModelCatalogue::builtIn().ofKind(ModelKind::translation), models, physicalMemoryBytes()));
   backends.push_back(std::make_unique<ApertiumBackend>());
   return backends;
 }

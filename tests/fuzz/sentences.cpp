@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/foundation/sentences.h"
 
-#include "platform/translation/linux/student/text_cutter.h"
+#include "platform/translation/student/text_cutter.h"
 #include "require.h"
 
 using namespace velun;

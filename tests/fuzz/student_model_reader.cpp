@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/translation/linux/student/model_format_error.h"
-#include "platform/translation/linux/student/student_model.h"
+#include "platform/translation/student/model_format_error.h"
+#include "platform/translation/student/student_model.h"
 
 #include <cstdint>
 

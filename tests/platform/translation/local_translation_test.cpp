@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/localization.h"
-#include "platform/translation/linux/local_translation_platform.h"
+#include "platform/translation/local_translation_platform.h"
 #include "platform/translation/support/collected_translations.h"
 #include "platform/translation/support/scripted_backend.h"
 #include "support/manual_clock.h"

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/translation/linux/student/student_backend.h"
+#include "platform/translation/student/student_backend.h"
 
 #include "platform/models/model_catalogue.h"
-#include "platform/translation/linux/language_availability.h"
-#include "platform/translation/linux/student/model_speeds.h"
+#include "platform/translation/language_availability.h"
+#include "platform/translation/student/model_speeds.h"
 #include "support/scripted_model_store.h"
 #include "support/suite.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/translation/linux/student/student_engine.h"
+#include "platform/translation/student/student_engine.h"
 
 #include "platform/foundation/failure.h"
 #include "platform/translation/support/toy_models.h"

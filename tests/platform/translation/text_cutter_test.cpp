@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/translation/linux/student/text_cutter.h"
+#include "platform/translation/student/text_cutter.h"
 
-#include "platform/translation/linux/student/student_translator.h"
+#include "platform/translation/student/student_translator.h"
 #include "platform/translation/support/toy_models.h"
 #include "support/suite.h"
 

@@ -4,11 +4,12 @@
 #include "platform/models/model_server.h"
 #include "platform/models/packed_bytes.h"
 #include "platform/translation/linux/apertium/apertium_backend.h"
-#include "platform/translation/linux/local_translation_platform.h"
-#include "platform/translation/linux/student/student_backend.h"
+#include "platform/translation/local_translation_platform.h"
+#include "platform/translation/student/student_backend.h"
 #include "platform/translation/support/toy_models.h"
 #include "support/suite.h"
 
+#include <limits>
 #include <QFile>
 #include <QSignalSpy>
 #include <QTest>
@@ -123,7 +124,7 @@ class TranslationEndToEndTest final : public Suite {
                                              [] { return false; });
     std::vector<std::unique_ptr<TranslatorBackend>> backends;
     backends.push_back(std::make_unique<StudentBackend>(std::vector<Model>{model_}, *store_,
-                                                        StudentBackend::physicalMemory()));
+                                                        std::numeric_limits<std::int64_t>::max()));
     backends.push_back(std::make_unique<ApertiumBackend>());
     platform_ =
         std::make_unique<LocalTranslationPlatform>(std::move(backends), english, fixture_->clock);

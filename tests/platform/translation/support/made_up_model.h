@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/translation/linux/student/student_config.h"
-#include "platform/translation/linux/student/student_engine.h"
+#include "platform/translation/student/student_config.h"
+#include "platform/translation/student/student_engine.h"
 
 #include <QString>
 #include <QStringList>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/translation/linux/student/student_model_file.h"
+#include "platform/translation/student/student_model_file.h"
 
 #include <cstddef>
 #include <string>

@@ -3,7 +3,7 @@
 
 #include "platform/foundation/failure.h"
 #include "platform/foundation/one_shot.h"
-#include "platform/translation/linux/translator_backend.h"
+#include "platform/translation/translator_backend.h"
 
 #include <algorithm>
 #include <atomic>

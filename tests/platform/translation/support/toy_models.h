@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/translation/linux/student/student_engine.h"
+#include "platform/translation/student/student_engine.h"
 
 #include <QString>
 #include <QStringList>

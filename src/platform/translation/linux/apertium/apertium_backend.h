@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/translation/linux/translator_backend.h"
+#include "platform/translation/translator_backend.h"
 
 namespace velun {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/translation/linux/language_pair.h"
+#include "platform/translation/language_pair.h"
 
 #include <optional>
 #include <QString>

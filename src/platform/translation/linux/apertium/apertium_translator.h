@@ -3,7 +3,7 @@
 
 #include "platform/translation/linux/apertium/apertium_mode.h"
 #include "platform/translation/linux/apertium/stage_pipeline.h"
-#include "platform/translation/linux/text_translator.h"
+#include "platform/translation/text_translator.h"
 
 #include <memory>
 #include <optional>

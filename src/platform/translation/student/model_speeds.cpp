@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/translation/student/model_speeds.h"
+
+#include <QFile>
+#include <QSaveFile>
+
+namespace velun {
+
+namespace {
+
+QString recordIn(const QString& folder) {
+  return folder + QStringLiteral("/measured-speed");
+}
+
+}  // namespace
+
+void ModelSpeeds::add(const QString& folder, double millisecondsPerToken) {
+  const std::lock_guard guard(lock_);
+  Measured& measured = measured_[folder];
+  if (measured.texts == kTexts) return;
+  ++measured.texts;
+  measured.sum += millisecondsPerToken;
+  if (measured.texts < kTexts) return;
+  // Where it cannot be written, the model is measured again the next time.
+  QSaveFile file(recordIn(folder));
+  if (!file.open(QIODevice::WriteOnly)) return;
+  file.write(QByteArray::number(measured.sum / kTexts) + " ms per token\n");
+  file.commit();
+}
+
+bool ModelSpeeds::isTooSlow(const QString& folder) {
+  const std::lock_guard guard(lock_);
+  const auto found = measured_.find(folder);
+  if (found != measured_.end() && found->second.texts == kTexts) {
+    return found->second.sum / kTexts > kSlowMillisecondsPerToken;
+  }
+  QFile file(recordIn(folder));
+  if (!file.open(QIODevice::ReadOnly)) return false;
+  return file.readLine().split(' ').front().toDouble() > kSlowMillisecondsPerToken;
+}
+
+}  // namespace velun

@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/translation/student/student_backend.h"
+
+#include "platform/translation/student/student_translator.h"
+
+#include <algorithm>
+
+namespace velun {
+
+namespace {
+
+// A model takes about as much memory as disk; this leaves room for recognition and the desktop.
+constexpr std::int64_t kShareOfMemory = 10;
+
+// The score of automatic evaluation with which the model was published; 0 when there is none.
+double qualityOf(const Model& model) {
+  return model.options.value("comet").toDouble(0);
+}
+
+LanguagePair pairOf(const Model& model) {
+  return {translationLanguage(model.languages.value(0), true),
+          translationLanguage(model.languages.value(1), false)};
+}
+
+}  // namespace
+
+StudentFiles studentFilesOf(const Model& model, const QString& folder) {
+  StudentFiles files;
+  for (const ModelDownload& download : model.downloads) {
+    for (const ModelFile& file : download.files) {
+      const QString path = folder + u'/' + file.name;
+      if (file.name.startsWith(QStringLiteral("model."))) files.model = path;
+      if (file.name.startsWith(QStringLiteral("lex."))) files.shortlist = path;
+      if (file.name.startsWith(QStringLiteral("vocab."))) files.sourceVocabulary = path;
+      if (file.name.startsWith(QStringLiteral("srcvocab."))) files.sourceVocabulary = path;
+      if (file.name.startsWith(QStringLiteral("trgvocab."))) files.targetVocabulary = path;
+    }
+  }
+  return files;
+}
+
+StudentBackend::StudentBackend(const std::vector<Model>& models, ModelStore& store,
+                               std::int64_t memoryBytes)
+    : store_(store) {
+  for (const Model& model : models) {
+    const bool fits = model.installedBytes * kShareOfMemory <= memoryBytes;
+    if (model.languages.size() == 2 && fits) models_[pairOf(model)].push_back(model);
+  }
+  for (auto& [pair, ofPair] : models_) {
+    // The catalogue's order stays where nothing was published.
+    const bool allMeasured =
+        std::ranges::all_of(ofPair, [](const Model& model) { return qualityOf(model) > 0; });
+    if (allMeasured) std::ranges::stable_sort(ofPair, std::ranges::greater(), qualityOf);
+  }
+}
+
+std::vector<LanguagePair> StudentBackend::installedPairs() const {
+  std::vector<LanguagePair> pairs;
+  for (const auto& [pair, models] : models_) {
+    if (bestInstalled(models)) pairs.push_back(pair);
+  }
+  return pairs;
+}
+
+std::vector<LanguagePair> StudentBackend::downloadablePairs() const {
+  std::vector<LanguagePair> pairs;
+  for (const auto& [pair, models] : models_) {
+    if (!store_.isInstalled(*preferred(models))) pairs.push_back(pair);
+  }
+  return pairs;
+}
+
+QCoro::Task<> StudentBackend::install(LanguagePair pair, std::stop_token stop) {
+  const Model model = *preferred(models_.at(pair));
+  QCoro::Task<> task = store_.install(model, stop);
+  co_await task;
+}
+
+void StudentBackend::installQuietly(const LanguagePair& pair) {
+  store_.installQuietly(*preferred(models_.at(pair)));
+}
+
+std::shared_ptr<TextTranslator> StudentBackend::makeTranslator(const LanguagePair& pair) {
+  const std::vector<Model>& models = models_.at(pair);
+  const Model* installed = bestInstalled(models);
+  // Deleted since it was listed: its files cannot be opened, which the first text reports.
+  const Model& model = installed ? *installed : *preferred(models);
+  const QString folder = store_.folder(model);
+  const auto report = [speeds = speeds_, folder](double millisecondsPerToken) {
+    speeds->add(folder, millisecondsPerToken);
+  };
+  return std::make_shared<StudentTranslator>(studentFilesOf(model, folder), pair, report);
+}
+
+const Model* StudentBackend::preferred(const std::vector<Model>& models) const {
+  const auto fastEnough = std::ranges::find_if(
+      models, [this](const Model& model) { return !speeds_->isTooSlow(store_.folder(model)); });
+  if (fastEnough != models.end()) return &*fastEnough;
+  return &*std::ranges::min_element(models, {}, &Model::installedBytes);
+}
+
+const Model* StudentBackend::bestInstalled(const std::vector<Model>& models) const {
+  const Model* best = preferred(models);
+  if (store_.isInstalled(*best)) return best;
+  const auto installed = std::ranges::find_if(
+      models, [this](const Model& model) { return store_.isInstalled(model); });
+  return installed == models.end() ? nullptr : &*installed;
+}
+
+}  // namespace velun

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/translation/language_pair.h"
+#include "platform/translation/student/student_engine.h"
+#include "platform/translation/text_translator.h"
+
+#include <functional>
+#include <memory>
+
+namespace velun {
+
+/// Translates with one downloaded model, which is loaded when it is first needed.
+class StudentTranslator final : public TextTranslator {
+ public:
+  /// Hears, on the worker's thread, how many milliseconds a text took for each of its tokens.
+  using SpeedReport = std::function<void(double millisecondsPerToken)>;
+
+  StudentTranslator(StudentFiles files, LanguagePair pair, SpeedReport reportSpeed = {});
+
+  void load() override;
+  QString translate(const QString& text, std::stop_token stop) override;
+
+ private:
+  StudentFiles files_;
+  LanguagePair pair_;
+  SpeedReport reportSpeed_;
+  std::unique_ptr<const StudentEngine> engine_;
+};
+
+}  // namespace velun
