@@ -49,7 +49,7 @@ QCoro::Task<QStringList> SpeechRecognitionEngine::supportedLocales(SpeechPlatfor
 QCoro::Task<> SpeechRecognitionEngine::start(QString localeID, bool useMic, std::stop_token stop) {
   const QPointer<SpeechRecognitionEngine> self(this);
   shownStatus_.reset();
-  send(StatusEvent{});
+  Q_EMIT eventOccurred(StatusEvent{});
   const Run run(QUuid::createUuid(), localeID,
                 useMic ? AudioInput::microphone : AudioInput::computer);
   engineToken_ = run.token;
@@ -110,10 +110,10 @@ QCoro::Task<> SpeechRecognitionEngine::setUp(Run run, std::stop_token stop) {
 QCoro::Task<> SpeechRecognitionEngine::installModel(
     std::shared_ptr<AssetInstallationRequest> request, QUuid token, std::stop_token stop) {
   const QPointer<SpeechRecognitionEngine> self(this);
-  send(StatusEvent{L("Downloading speech model…", "음성 모델 다운로드 중…")});
+  Q_EMIT eventOccurred(StatusEvent{L("Downloading speech model…", "음성 모델 다운로드 중…")});
   QCoro::Task<> installing = request->downloadAndInstall(stop);
   co_await installing;
-  if (self && engineToken_ == token) send(StatusEvent{});
+  if (self && engineToken_ == token) Q_EMIT eventOccurred(StatusEvent{});
 }
 
 void SpeechRecognitionEngine::checkCancellation(const QPointer<SpeechRecognitionEngine>& engine,
@@ -153,14 +153,14 @@ void SpeechRecognitionEngine::handle(const TranscriptionResult& result, const Ru
   const QString text = result.text.trimmed();
   if (!result.isFinal) {
     volatileText_ = text;
-    send(DraftEvent{text});
+    Q_EMIT eventOccurred(DraftEvent{text});
     return;
   }
   volatileText_.clear();
   if (text.isEmpty()) {
-    send(DraftEvent{});
+    Q_EMIT eventOccurred(DraftEvent{});
   } else {
-    send(FinalEvent{text, run.sourceID, run.input});
+    Q_EMIT eventOccurred(FinalEvent{text, run.sourceID, run.input});
   }
 }
 
@@ -269,7 +269,7 @@ void SpeechRecognitionEngine::updateStatus() {
   }
   if (status == shownStatus_) return;
   shownStatus_ = status;
-  send(StatusEvent{status});
+  Q_EMIT eventOccurred(StatusEvent{status});
 }
 
 /// The message takes the place of any status.
@@ -277,11 +277,7 @@ void SpeechRecognitionEngine::fail(const QString& message) {
   isInterrupted_ = false;
   isFallingBehind_ = false;
   shownStatus_.reset();
-  send(FailureEvent{message});
-}
-
-void SpeechRecognitionEngine::send(const SpeechRecognitionEvent& event) const {
-  if (onEvent) onEvent(event);
+  Q_EMIT eventOccurred(FailureEvent{message});
 }
 
 }  // namespace velun

@@ -9,7 +9,6 @@
 
 #include <memory>
 #include <optional>
-#include <QObject>
 #include <QPointer>
 #include <QStringList>
 #include <QUuid>
@@ -23,7 +22,7 @@ class AudioSource;
 
 /// Runs one recognition pass at a time: a source captures sound, the feeder converts it, the
 /// platform's analyzer recognizes it, and the results become events. Main thread.
-class SpeechRecognitionEngine final : public QObject, public SpeechRecognizing {
+class SpeechRecognitionEngine final : public SpeechRecognizing {
   Q_OBJECT
 
  public:
@@ -64,7 +63,6 @@ class SpeechRecognitionEngine final : public QObject, public SpeechRecognizing {
   void updateStatus();
   void fail(const QString& message);
   void forgetRun();
-  void send(const SpeechRecognitionEvent& event) const;
 
   SpeechPlatform& speech_;
   AudioPlatform& audioPlatform_;

@@ -3,8 +3,8 @@
 
 #include "audio/speech_recognition_event.h"
 
-#include <functional>
 #include <QCoroTask>
+#include <QObject>
 #include <QString>
 #include <stop_token>
 #include <vector>
@@ -12,15 +12,10 @@
 namespace velun {
 
 /// The speech engine as the caption model sees it. Main thread.
-class SpeechRecognizing {
+class SpeechRecognizing : public QObject {
+  Q_OBJECT
+
  public:
-  virtual ~SpeechRecognizing() = default;
-
-  /// Hears every event, one at a time, in order. Set once, before the first `start`; unset, events
-  /// are dropped. The events between a `start` and the end of its `stop` belong to that run; later
-  /// ones are dropped by the engine.
-  std::function<void(const SpeechRecognitionEvent&)> onEvent;
-
   /// Starts one run. Throws `Failure` (or `Cancelled` once `stop` was requested) after cleaning
   /// up.
   virtual QCoro::Task<> start(QString localeID, bool useMic, std::stop_token stop = {}) = 0;
@@ -30,6 +25,11 @@ class SpeechRecognizing {
 
   /// The level meter's band levels in dB, or empty while no audio arrives. At any time.
   virtual std::vector<float> meterBands() const = 0;
+
+ Q_SIGNALS:
+  /// Emitted once per event, in order. The events between a `start` and the end of its `stop`
+  /// belong to that run; the engine discards later ones.
+  void eventOccurred(const velun::SpeechRecognitionEvent& event);
 };
 
 }  // namespace velun

@@ -9,11 +9,10 @@
 namespace velun {
 
 void CaptionViewModel::observeEngine() {
-  recognition_->onEvent = [self = life_.weak()](const SpeechRecognitionEvent& event) {
-    CaptionViewModel* const model = self.lock().get();
-    if (!model) return;
-    std::visit([model](const auto& happened) { model->handle(happened); }, event);
-  };
+  connect(recognition_.get(), &SpeechRecognizing::eventOccurred, this,
+          [this](const SpeechRecognitionEvent& event) {
+            std::visit([this](const auto& happened) { handle(happened); }, event);
+          });
 }
 
 void CaptionViewModel::observeTranslator() {

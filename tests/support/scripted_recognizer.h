@@ -65,9 +65,9 @@ class ScriptedRecognizer final : public SpeechRecognizing {
   explicit ScriptedRecognizer(std::shared_ptr<Script> script) : script_(std::move(script)) {}
 
   /// Delivers an event as the engine would.
-  void emitEvent(const SpeechRecognitionEvent& event) const {
-    if (script_->onEmit) script_->onEmit(event);
-    if (onEvent) onEvent(event);
+  void emitEvent(const SpeechRecognitionEvent& happened) {
+    if (script_->onEmit) script_->onEmit(happened);
+    Q_EMIT eventOccurred(happened);
   }
 
   QCoro::Task<> start(QString localeID, bool useMic, std::stop_token stop) override {
