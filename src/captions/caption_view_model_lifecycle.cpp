@@ -101,9 +101,7 @@ void CaptionViewModel::setTimes(Instant startedAt, const std::optional<Instant>&
 }
 
 void CaptionViewModel::observeSettings() {
-  settings_.onChange = [self = life_.weak()](AppSettings::Change change) {
-    if (CaptionViewModel* const model = self.lock().get()) model->settingsChanged(change);
-  };
+  connect(&settings_, &AppSettings::changed, this, &CaptionViewModel::settingsChanged);
 }
 
 void CaptionViewModel::settingsChanged(AppSettings::Change change) {

@@ -6,20 +6,20 @@
 
 namespace velun {
 
-AppSettings::AppSettings(PreferenceStore* defaults, QObject* parent)
-    : QObject(parent), defaults_(defaults) {
-  if (defaults_) {
+AppSettings::AppSettings(PreferenceStore* preferences, QObject* parent)
+    : QObject(parent), preferences_(preferences) {
+  if (preferences_) {
     const auto boolean = [this](const char* key, bool missing) {
-      return defaults_->get<bool>(QString::fromLatin1(key)).value_or(missing);
+      return preferences_->get<bool>(QString::fromLatin1(key)).value_or(missing);
     };
     const auto text = [this](const char* key, const QString& missing) {
-      return defaults_->get<QString>(QString::fromLatin1(key)).value_or(missing);
+      return preferences_->get<QString>(QString::fromLatin1(key)).value_or(missing);
     };
     language_ = appLanguageFromRawValue(text("language", QString())).value_or(AppLanguage::english);
     useMic_ = boolean("useMic", useMic_);
     localeID_ = text("localeID", localeID_);
     targetID_ = text("targetID", targetID_);
-    fontSize_ = defaults_->get<double>(QStringLiteral("fontSize")).value_or(fontSize_);
+    fontSize_ = preferences_->get<double>(QStringLiteral("fontSize")).value_or(fontSize_);
     translate_ = boolean("translate", translate_);
     showTranslationOnly_ = boolean("showTranslationOnly", showTranslationOnly_);
     autoSaveSessions_ = boolean("autoSaveSessions", autoSaveSessions_);
@@ -30,95 +30,69 @@ AppSettings::AppSettings(PreferenceStore* defaults, QObject* parent)
   Localization::shared().setLanguage(language_);
 }
 
+template <class Value>
+bool AppSettings::set(Value& property, const Value& value, const char* key,
+                      void (AppSettings::*notify)()) {
+  const bool differs = property != value;
+  property = value;
+  if (preferences_) preferences_->set(QString::fromLatin1(key), value);
+  Q_EMIT(this->*notify)();
+  return differs;
+}
+
 void AppSettings::setLanguage(AppLanguage language) {
   language_ = language;
-  write("language", rawValue(language));
+  if (preferences_) preferences_->set(QStringLiteral("language"), rawValue(language));
   Localization::shared().setLanguage(language);
   Q_EMIT languageChanged();
 }
 
 void AppSettings::setUseMic(bool useMic) {
-  const bool differs = useMic != useMic_;
-  useMic_ = useMic;
-  write("useMic", useMic_);
-  Q_EMIT useMicChanged();
-  if (differs) report(Change::input);
+  const bool differs = set(useMic_, useMic, "useMic", &AppSettings::useMicChanged);
+  if (differs) Q_EMIT changed(Change::input);
 }
 
 void AppSettings::setLocaleID(const QString& localeID) {
-  const bool differs = localeID != localeID_;
-  localeID_ = localeID;
-  write("localeID", localeID_);
-  Q_EMIT localeIDChanged();
-  if (differs) report(Change::sourceLanguage);
+  const bool differs = set(localeID_, localeID, "localeID", &AppSettings::localeIDChanged);
+  if (differs) Q_EMIT changed(Change::sourceLanguage);
 }
 
 void AppSettings::setTargetID(const QString& targetID) {
-  const bool differs = targetID != targetID_;
-  targetID_ = targetID;
-  write("targetID", targetID_);
-  Q_EMIT targetIDChanged();
-  if (differs) report(Change::targetLanguage);
+  const bool differs = set(targetID_, targetID, "targetID", &AppSettings::targetIDChanged);
+  if (differs) Q_EMIT changed(Change::targetLanguage);
 }
 
 void AppSettings::setFontSize(double fontSize) {
-  fontSize_ = fontSize;
-  write("fontSize", fontSize_);
-  Q_EMIT fontSizeChanged();
+  set(fontSize_, fontSize, "fontSize", &AppSettings::fontSizeChanged);
 }
 
 void AppSettings::setTranslate(bool translate) {
-  const bool differs = translate != translate_;
-  translate_ = translate;
-  write("translate", translate_);
-  Q_EMIT translateChanged();
-  if (differs) report(Change::translation);
+  const bool differs = set(translate_, translate, "translate", &AppSettings::translateChanged);
+  if (differs) Q_EMIT changed(Change::translation);
 }
 
 void AppSettings::setShowTranslationOnly(bool showTranslationOnly) {
-  showTranslationOnly_ = showTranslationOnly;
-  write("showTranslationOnly", showTranslationOnly_);
-  Q_EMIT showTranslationOnlyChanged();
+  set(showTranslationOnly_, showTranslationOnly, "showTranslationOnly",
+      &AppSettings::showTranslationOnlyChanged);
 }
 
 void AppSettings::setAutoSaveSessions(bool autoSaveSessions) {
-  autoSaveSessions_ = autoSaveSessions;
-  write("autoSaveSessions", autoSaveSessions_);
-  Q_EMIT autoSaveSessionsChanged();
+  set(autoSaveSessions_, autoSaveSessions, "autoSaveSessions",
+      &AppSettings::autoSaveSessionsChanged);
 }
 
 void AppSettings::setAskBeforeDiscarding(bool askBeforeDiscarding) {
-  askBeforeDiscarding_ = askBeforeDiscarding;
-  write("askBeforeDiscarding", askBeforeDiscarding_);
-  Q_EMIT askBeforeDiscardingChanged();
+  set(askBeforeDiscarding_, askBeforeDiscarding, "askBeforeDiscarding",
+      &AppSettings::askBeforeDiscardingChanged);
 }
 
 void AppSettings::setKeepOnTop(bool keepOnTop) {
-  keepOnTop_ = keepOnTop;
-  write("keepOnTop", keepOnTop_);
-  Q_EMIT keepOnTopChanged();
+  set(keepOnTop_, keepOnTop, "keepOnTop", &AppSettings::keepOnTopChanged);
 }
 
 void AppSettings::setHideFromScreenSharing(bool hideFromScreenSharing) {
-  hideFromScreenSharing_ = hideFromScreenSharing;
-  write("hideFromScreenSharing", hideFromScreenSharing_);
-  Q_EMIT hideFromScreenSharingChanged();
-}
-
-void AppSettings::write(const char* key, bool value) {
-  if (defaults_) defaults_->set(QString::fromLatin1(key), value);
-}
-
-void AppSettings::write(const char* key, double value) {
-  if (defaults_) defaults_->set(QString::fromLatin1(key), value);
-}
-
-void AppSettings::write(const char* key, const QString& value) {
-  if (defaults_) defaults_->set(QString::fromLatin1(key), value);
-}
-
-void AppSettings::report(Change change) {
-  if (onChange) onChange(change);
+  set(hideFromScreenSharing_, hideFromScreenSharing, "hideFromScreenSharing",
+      &AppSettings::hideFromScreenSharingChanged);
 }
 
 }  // namespace velun

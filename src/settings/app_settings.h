@@ -3,7 +3,6 @@
 
 #include "language/app_language.h"
 
-#include <functional>
 #include <QObject>
 #include <QString>
 
@@ -11,8 +10,8 @@ namespace velun {
 
 class PreferenceStore;
 
-/// The user's choices. Every set writes the store and notifies, also when the value is unchanged;
-/// `onChange` is called only when it differs. Main thread.
+/// The user's choices. Every set writes the store and emits the property's signal, also when the
+/// value is unchanged; `changed` follows only when it differs. Main thread.
 class AppSettings final : public QObject {
   Q_OBJECT
 
@@ -21,11 +20,8 @@ class AppSettings final : public QObject {
   enum class Change { input, sourceLanguage, targetLanguage, translation };
 
   /// Reads every value once. Without a store (null) nothing is persisted. Sets the shared
-  /// interface language. `defaults` must outlive this object.
-  explicit AppSettings(PreferenceStore* defaults = nullptr, QObject* parent = nullptr);
-
-  /// Called synchronously from inside a setter; at most one.
-  std::function<void(Change)> onChange;
+  /// interface language. `preferences` must outlive this object.
+  explicit AppSettings(PreferenceStore* preferences = nullptr, QObject* parent = nullptr);
 
   AppLanguage language() const { return language_; }
   bool useMic() const { return useMic_; }
@@ -66,14 +62,15 @@ class AppSettings final : public QObject {
   void askBeforeDiscardingChanged();
   void keepOnTopChanged();
   void hideFromScreenSharingChanged();
+  /// Emitted from inside the setter, once the new value is in force and stored.
+  void changed(AppSettings::Change change);
 
  private:
-  void write(const char* key, bool value);
-  void write(const char* key, double value);
-  void write(const char* key, const QString& value);
-  void report(Change change);
+  /// Stores, writes and notifies. Returns whether the new value differs from the old one.
+  template <class Value>
+  bool set(Value& property, const Value& value, const char* key, void (AppSettings::*notify)());
 
-  PreferenceStore* defaults_;
+  PreferenceStore* preferences_;
   AppLanguage language_ = AppLanguage::english;
   bool useMic_ = false;
   QString localeID_ = QStringLiteral("en_US");

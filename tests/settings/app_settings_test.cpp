@@ -18,9 +18,8 @@ using Change = AppSettings::Change;
 /// Settings whose reported changes are noted.
 struct Noted {
   explicit Noted(PreferenceStore* store) : settings(store) {
-    settings.onChange = [this](Change change) {
-      changes.push_back(change);
-    };
+    QObject::connect(&settings, &AppSettings::changed,
+                     [this](Change change) { changes.push_back(change); });
   }
   AppSettings settings;
   std::vector<Change> changes;
@@ -178,29 +177,11 @@ class AppSettingsTest final : public test::Suite {
     test::MemoryPreferences store;
     AppSettings settings(&store);
     bool isThere = false;
-    settings.onChange = [&](Change) {
+    connect(&settings, &AppSettings::changed, this, [&] {
       isThere = settings.localeID() == "ko_KR" && store.get<QString>("localeID") == "ko_KR";
-    };
+    });
     settings.setLocaleID("ko_KR");
     QVERIFY(isThere);
-  }
-
-  void theCallbackCanBeReplacedAndTakenAway() {
-    AppSettings settings;
-    int first = 0;
-    int second = 0;
-    settings.onChange = [&first](Change) {
-      ++first;
-    };
-    settings.setUseMic(true);
-    settings.onChange = [&second](Change) {
-      ++second;
-    };
-    settings.setUseMic(false);
-    settings.onChange = nullptr;
-    settings.setUseMic(true);
-    QCOMPARE(first, 1);
-    QCOMPARE(second, 1);
   }
 
   void everySetNotifiesItsObserversOnce() {
