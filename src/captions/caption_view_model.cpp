@@ -1,36 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "captions/caption_view_model.h"
 
+#include "captions/update.h"
 #include "language/localization.h"
+#include "platform/foundation/sentences.h"
 
-#include <algorithm>
 #include <utility>
+#include <variant>
 
 namespace velun {
-
-namespace {
-
-/// By name in ascending order; equal names keep their order.
-QStringList sortedByName(const QStringList& identifiers) {
-  std::vector<std::pair<QString, QString>> named;
-  for (const QString& identifier : identifiers) {
-    named.emplace_back(languageName(identifier), identifier);
-  }
-  std::stable_sort(named.begin(), named.end(), [](const auto& left, const auto& right) {
-    return CodePointOrder()(left.first, right.first);
-  });
-  QStringList sorted;
-  for (const auto& [name, identifier] : named) sorted.append(identifier);
-  return sorted;
-}
-
-CaptionSession emptySession(Instant startedAt) {
-  CaptionSession session;
-  session.startedAt = startedAt;
-  return session;
-}
-
-}  // namespace
 
 CaptionViewModel::CaptionViewModel(AppSettings& settings, SessionStore store,
                                    std::unique_ptr<SpeechRecognizing> recognition,
@@ -38,62 +16,135 @@ CaptionViewModel::CaptionViewModel(AppSettings& settings, SessionStore store,
     : QObject(parent),
       settings_(settings),
       clock_(clock),
-      session_(emptySession(clock.now())),
-      isSavingSession_(settings.autoSaveSessions()),
-      store_(std::move(store)),
-      recognition_(std::move(recognition)),
-      lists_(std::move(lists)) {
-  engineChain_.onIdle = [this] {
-    assign(isTransitioning_, false, &CaptionViewModel::isTransitioningChanged);
-  };
-  observeEngine();
+      current_(clock.now()),
+      languages_(std::move(lists)),
+      saver_(current_.session(), std::move(store), settings.autoSaveSessions()),
+      engine_(settings, std::move(recognition)) {
+  connect(&languages_, &CaptionLanguages::localesChanged, this, &CaptionViewModel::localesChanged);
+  connect(&languages_, &CaptionLanguages::languagesChanged, this,
+          &CaptionViewModel::languagesChanged);
+  connect(&saver_, &SessionSaver::isSavingChanged, this, &CaptionViewModel::isSavingSessionChanged);
+  connect(&saver_, &SessionSaver::urlChanged, this, &CaptionViewModel::savedURLChanged);
+  connect(&saver_, &SessionSaver::errorChanged, this, &CaptionViewModel::saveErrorChanged);
+  connect(&settings_, &AppSettings::changed, this, &CaptionViewModel::settingsChanged);
   observeTranslator();
-  observeSettings();
+  observeEngine();
 }
 
 CaptionViewModel::~CaptionViewModel() = default;
 
+void CaptionViewModel::observeTranslator() {
+  translator_.lines = [this]() -> const std::vector<Line>& {
+    return lines();
+  };
+  translator_.lineWithID = [this](const QUuid& id) {
+    return current_.lineWithID(id);
+  };
+  translator_.onTranslation = [this](const QUuid& id, const QString& language,
+                                     const QString& text) {
+    translated(id, language, text);
+  };
+  translator_.onError = [this](const std::optional<QString>& message) {
+    setTranslationStatus(message);
+  };
+}
+
+void CaptionViewModel::observeEngine() {
+  connect(&engine_, &EngineController::isRunningChanged, this, [this] {
+    Q_EMIT isRunningChanged();
+    if (isRunning()) updateTranslation();
+  });
+  connect(&engine_, &EngineController::isTransitioningChanged, this,
+          &CaptionViewModel::isTransitioningChanged);
+  connect(&engine_, &EngineController::eventOccurred, this,
+          [this](const SpeechRecognitionEvent& event) {
+            std::visit([this](const auto& alternative) { handle(alternative); }, event);
+          });
+  connect(&engine_, &EngineController::startFailed, this, &CaptionViewModel::setStatus);
+  connect(&engine_, &EngineController::stopped, this, &CaptionViewModel::engineStopped);
+}
+
+void CaptionViewModel::start() {
+  if (!engine_.isStopped()) return;
+  setTimes(lines().empty() ? clock_.now() : session().startedAt, std::nullopt);
+  engine_.start();
+}
+
+void CaptionViewModel::engineStopped() {
+  setVolatileText(QString());
+  if (!lines().empty()) setTimes(session().startedAt, clock_.now());
+  saver_.saveIfNeeded(SessionStore::Flush::yes);
+}
+
 void CaptionViewModel::newSession() {
-  if (isRunning_ || isTransitioning_) return;
-  session_ = emptySession(clock_.now());
-  indexOfLine_.clear();
-  pending_.reset();
-  transcript_.reset();
-  encoder_.reset();
+  if (!engine_.isStopped()) return;
+  current_.reset(clock_.now());
   Q_EMIT sessionChanged();
-  assign(volatileText_, QString(), &CaptionViewModel::volatileTextChanged);
-  clear(status_, &CaptionViewModel::statusChanged);
-  clear(translationStatus_, &CaptionViewModel::translationStatusChanged);
-  clear(savedURL_, &CaptionViewModel::savedURLChanged);
-  clear(saveError_, &CaptionViewModel::saveErrorChanged);
-  assign(isSavingSession_, settings_.autoSaveSessions(), &CaptionViewModel::isSavingSessionChanged);
+  setVolatileText(QString());
+  setStatus(std::nullopt);
+  setTranslationStatus(std::nullopt);
+  saver_.reset(settings_.autoSaveSessions());
   updateTranslation();
 }
 
-QCoro::Task<> CaptionViewModel::loadLanguages() {
-  return load(life_.weak(), lists_);
+void CaptionViewModel::settingsChanged(AppSettings::Change change) {
+  using Change = AppSettings::Change;
+  if (change == Change::input || change == Change::sourceLanguage) restart();
+  if (change != Change::input) updateTranslation();
 }
 
-QCoro::Task<> CaptionViewModel::load(std::weak_ptr<CaptionViewModel> self, LanguageLists lists) {
-  QCoro::Task<QStringList> localesTask = lists.supportedLocales();
-  const QStringList locales = co_await localesTask;
-  CaptionViewModel* model = self.lock().get();
-  if (!model) co_return;
-  model->assign(model->locales_, sortedByName(locales), &CaptionViewModel::localesChanged);
-
-  QCoro::Task<QStringList> languagesTask = lists.supportedLanguages();
-  const QStringList languages = co_await languagesTask;
-  model = self.lock().get();
-  if (!model) co_return;
-  model->assign(model->languages_, sortedByName(languages), &CaptionViewModel::languagesChanged);
-}
-
-std::vector<float> CaptionViewModel::meterBands() const {
-  return isRunning_ ? recognition_->meterBands() : std::vector<float>();
+void CaptionViewModel::updateTranslation() {
+  setTranslationStatus(std::nullopt);
+  translator_.configure(settings_.translate(), isRunning() || !lines().empty(),
+                        settings_.localeID(), settings_.targetID());
 }
 
 QCoro::Task<> CaptionViewModel::runTranslations(std::shared_ptr<TranslationSession> session) {
   return translator_.run(std::move(session));
+}
+
+void CaptionViewModel::handle(const DraftEvent& event) {
+  setVolatileText(event.text);
+}
+
+void CaptionViewModel::handle(const FinalEvent& event) {
+  setVolatileText(QString());
+  const std::size_t first = lines().size();
+  for (const QString& sentence : sentences(event.text, event.sourceID)) {
+    const QString text = sentence.trimmed();
+    if (!text.isEmpty()) appendLine(text, event);
+  }
+  if (lines().size() > first) Q_EMIT sessionChanged();
+  saver_.saveIfNeeded();
+}
+
+void CaptionViewModel::handle(const StatusEvent& event) {
+  setStatus(event.text);
+}
+
+void CaptionViewModel::handle(const FailureEvent& event) {
+  setStatus(event.message);
+  stop();
+}
+
+void CaptionViewModel::appendLine(const QString& text, const FinalEvent& event) {
+  Line line;
+  line.time = clock_.now();
+  line.text = text;
+  line.sourceLanguage = event.sourceID;
+  line.input = event.input;
+  const QUuid id = line.id;
+  current_.append(std::move(line));
+  translator_.enqueue(id);
+}
+
+void CaptionViewModel::translated(const QUuid& id, const QString& language, const QString& text) {
+  const std::optional<std::size_t> index = current_.setTranslation(id, language, text);
+  if (!index) return;
+  saver_.lineChanged(*index);
+  Q_EMIT translationChanged(static_cast<int>(*index));
+  Q_EMIT sessionChanged();
+  saver_.saveIfNeeded();
 }
 
 TranscriptContent CaptionViewModel::captionContent() const {
@@ -112,7 +163,7 @@ std::optional<QString> CaptionViewModel::translationNotice() const {
 
 QString CaptionViewModel::captionText() const {
   const TranscriptContent content = captionContent();
-  const QString& transcript = transcript_.text(lines(), content, settings_.targetID());
+  const QString& transcript = current_.transcript(content, settings_.targetID());
   if (content == TranscriptContent::translation || volatileText_.isEmpty()) return transcript;
   return transcript.isEmpty() ? volatileText_ : transcript + QStringLiteral("\n\n") + volatileText_;
 }
@@ -120,7 +171,23 @@ QString CaptionViewModel::captionText() const {
 const QSet<QUuid>& CaptionViewModel::pendingTranslationIDs() const {
   static const QSet<QUuid> none;
   if (translationStatus_ || captionContent() != TranscriptContent::translation) return none;
-  return pending_.ids(lines(), settings_.localeID(), settings_.targetID());
+  return current_.pendingTranslationIDs(settings_.localeID(), settings_.targetID());
+}
+
+void CaptionViewModel::setTimes(Instant startedAt, const std::optional<Instant>& endedAt) {
+  if (current_.setTimes(startedAt, endedAt)) Q_EMIT sessionChanged();
+}
+
+void CaptionViewModel::setVolatileText(const QString& text) {
+  if (update(volatileText_, text)) Q_EMIT volatileTextChanged();
+}
+
+void CaptionViewModel::setStatus(const std::optional<QString>& status) {
+  if (update(status_, status)) Q_EMIT statusChanged();
+}
+
+void CaptionViewModel::setTranslationStatus(const std::optional<QString>& status) {
+  if (update(translationStatus_, status)) Q_EMIT translationStatusChanged();
 }
 
 }  // namespace velun

@@ -1,50 +1,61 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/foundation/one_shot.h"
+
+#include <deque>
 #include <functional>
 #include <memory>
 #include <QCoroTask>
 #include <QObject>
+#include <QPointer>
 #include <stop_token>
 
 namespace velun {
 
-template <class Answer>
-class OneShot;
+/// Runs engine operations one after another, never two at a time. The first one starts on the next
+/// turn of the event loop, because an operation that the engine itself requests would otherwise
+/// wait for its own caller. Main thread.
+class EngineChain final : public QObject {
+  Q_OBJECT
 
-/// Engine operations one behind the other: each begins when the one before it has ended, the first
-/// on the next turn of the event loop (an operation queued from inside the engine would otherwise
-/// wait for its own caller). Main thread.
-class EngineChain {
  public:
-  /// An ordinary function that calls a coroutine; the coroutine must not fail. Cancellation only
-  /// reaches the operation as its stop token: it is begun all the same.
+  /// An ordinary function that calls a coroutine; the coroutine must not throw. It starts also when
+  /// its stop token was already triggered.
   using Operation = std::function<QCoro::Task<>(std::stop_token)>;
 
-  EngineChain();
-  /// Closes it.
-  ~EngineChain();
+  explicit EngineChain(QObject* parent = nullptr);
+  /// Closes the chain.
+  ~EngineChain() override;
 
-  /// Called whenever the last operation has ended and none is left.
-  std::function<void()> onIdle;
-
-  /// Queues an operation. The result is answered when it has ended.
+  /// Queues an operation. The result completes when the operation has ended.
   OneShot<bool> enqueue(Operation operation);
 
-  /// Requests a stop of every operation queued or under way.
+  /// Requests a stop of every operation that is queued or running.
   void cancelAll();
 
-  /// Asks what is under way to stop, drops what is queued and answers everyone who waits. What is
-  /// queued afterwards is answered at once, and never begun.
+  /// Requests a stop of the running operation, drops the queued ones and completes the results of
+  /// all. Operations queued later complete at once and never start.
   void close();
 
+ Q_SIGNALS:
+  /// The last operation has ended and none is queued.
+  void becameIdle();
+
  private:
-  struct State;
+  struct Link {
+    explicit Link(Operation what) : operation(std::move(what)) {}
+    Operation operation;
+    std::stop_source stop;
+    OneShot<bool> ended;
+  };
 
-  static QCoro::Task<> drain(std::shared_ptr<State> state);
+  static QCoro::Task<> drain(QPointer<EngineChain> self);
 
-  std::shared_ptr<State> state_;
-  QObject context_;
+  /// While `isDraining_`, the first one is running.
+  std::deque<std::shared_ptr<Link>> links_;
+  bool isDraining_ = false;
+  bool isClosed_ = false;
 };
 
 }  // namespace velun

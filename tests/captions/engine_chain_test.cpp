@@ -25,9 +25,8 @@ struct Bench {
 
   Bench() {
     chain.emplace();
-    chain->onIdle = [held = held] {
-      held->log.append("idle");
-    };
+    QObject::connect(&*chain, &EngineChain::becameIdle,
+                     [held = held] { held->log.append("idle"); });
   }
 
   OneShot<bool> enqueue(const QString& name) {
@@ -94,9 +93,9 @@ class EngineChainTest final : public test::Suite {
 
   void whatIsQueuedAtTheEndOfTheLastGoesOn() {
     Bench bench;
-    bench.chain->onIdle = [&bench] {
+    connect(&*bench.chain, &EngineChain::becameIdle, this, [&bench] {
       if (bench.held->gates.size() == 1) bench.enqueue("second");
-    };
+    });
     bench.enqueue("first");
     settle();
     bench.release();

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "captions/caption_languages.h"
+
+#include "captions/update.h"
+#include "language/localization.h"
+#include "model/line.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+namespace velun {
+
+namespace {
+
+QStringList sortedByName(const QStringList& identifiers) {
+  std::vector<std::pair<QString, QString>> named;
+  for (const QString& identifier : identifiers) {
+    named.emplace_back(languageName(identifier), identifier);
+  }
+  std::stable_sort(named.begin(), named.end(), [](const auto& left, const auto& right) {
+    return CodePointOrder()(left.first, right.first);
+  });
+  QStringList sorted;
+  for (const auto& [name, identifier] : named) sorted.append(identifier);
+  return sorted;
+}
+
+}  // namespace
+
+CaptionLanguages::CaptionLanguages(LanguageLists sources, QObject* parent)
+    : QObject(parent), sources_(std::move(sources)) {}
+
+QCoro::Task<> CaptionLanguages::load(QPointer<CaptionLanguages> self, LanguageLists sources) {
+  QCoro::Task<QStringList> localesTask = sources.supportedLocales();
+  const QStringList locales = co_await localesTask;
+  if (!self) co_return;
+  if (update(self->locales_, sortedByName(locales))) Q_EMIT self->localesChanged();
+
+  QCoro::Task<QStringList> languagesTask = sources.supportedLanguages();
+  const QStringList languages = co_await languagesTask;
+  if (!self) co_return;
+  if (update(self->languages_, sortedByName(languages))) Q_EMIT self->languagesChanged();
+}
+
+}  // namespace velun

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "captions/pending_translations.h"
+#include "captions/transcript_cache.h"
+#include "model/caption_session.h"
+
+#include <cstddef>
+#include <optional>
+#include <QHash>
+#include <QSet>
+#include <QUuid>
+#include <vector>
+
+namespace velun {
+
+/// The session that captions are added to, and what is derived from its lines. Each change updates
+/// only what depends on the changed line. Main thread.
+class CurrentSession final {
+ public:
+  /// An empty session.
+  explicit CurrentSession(Instant startedAt);
+
+  const CaptionSession& session() const { return session_; }
+  const std::vector<Line>& lines() const { return session_.lines; }
+  /// Null when the session has no such line.
+  const Line* lineWithID(const QUuid& id) const;
+
+  /// Replaces the session by a new, empty one.
+  void reset(Instant startedAt);
+  /// Returns whether a time has changed.
+  bool setTimes(Instant startedAt, const std::optional<Instant>& endedAt);
+  /// Adds a line at the end.
+  void append(Line line);
+  /// Stores a translation, over an earlier one into the same language. Returns the index of the
+  /// line; none when the session has no such line.
+  std::optional<std::size_t> setTranslation(const QUuid& id, const QString& language,
+                                            const QString& text);
+
+  /// The ids of the lines spoken in the locale `sourceID` that have no text in `targetID`.
+  const QSet<QUuid>& pendingTranslationIDs(const QString& sourceID, const QString& targetID) const;
+  /// The same text as `CaptionSession::transcript`.
+  const QString& transcript(TranscriptContent content, const QString& language) const;
+
+ private:
+  CaptionSession session_;
+  QHash<QUuid, std::size_t> indexOfLine_;
+  mutable PendingTranslations pending_;
+  mutable TranscriptCache transcript_;
+};
+
+}  // namespace velun

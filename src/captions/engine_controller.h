@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "audio/speech_recognizing.h"
+#include "captions/engine_chain.h"
+
+#include <memory>
+#include <optional>
+#include <QCoroTask>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <stop_token>
+#include <vector>
+
+namespace velun {
+
+class AppSettings;
+
+/// Starts, stops and restarts the speech engine as the user wants captions on or off. Main thread.
+class EngineController final : public QObject {
+  Q_OBJECT
+
+ public:
+  /// `settings` must outlive the controller.
+  EngineController(const AppSettings& settings, std::unique_ptr<SpeechRecognizing> engine,
+                   QObject* parent = nullptr);
+  ~EngineController() override;
+
+  /// The user wants captions on; true from the command on, before the engine has started.
+  bool isRunning() const { return isRunning_; }
+  /// An engine operation is queued or running. `start` and `stop` do nothing meanwhile.
+  bool isTransitioning() const { return isTransitioning_; }
+  /// Captions are off and the engine has stopped.
+  bool isStopped() const { return !isRunning_ && !isTransitioning_; }
+
+  /// Turns captions on.
+  void start();
+  /// Restarts the engine, if captions are on, with the settings of the moment at which it starts.
+  void restart();
+  /// Turns captions off. The engine stops later; its last results still arrive.
+  void stop();
+  /// As `stop`, but also while transitioning; completes when the engine has stopped. Starts that
+  /// are queued are dropped, one that is running is cancelled.
+  QCoro::Task<> shutdown();
+  /// Completes every pending `shutdown` and starts nothing more. The program is about to end.
+  void abandon() { chain_.close(); }
+
+  /// Band levels in dB of the input, or empty while captions are off.
+  std::vector<float> meterBands() const;
+
+ Q_SIGNALS:
+  void isRunningChanged();
+  void isTransitioningChanged();
+  /// The engine reported an event.
+  void eventOccurred(const velun::SpeechRecognitionEvent& event);
+  /// A start failed and captions are off. Without a description it was cancelled.
+  void startFailed(const std::optional<QString>& description);
+  /// `stop` or `shutdown` has stopped the engine, and all its results have arrived. The transition
+  /// ends afterwards.
+  void stopped();
+
+ private:
+  static QCoro::Task<> runRestart(QPointer<EngineController> self,
+                                  std::shared_ptr<SpeechRecognizing> engine, std::stop_token stop);
+  static QCoro::Task<> runStop(QPointer<EngineController> self,
+                               std::shared_ptr<SpeechRecognizing> engine);
+  OneShot<bool> beginShutdown();
+  void setRunning(bool isRunning);
+  void setTransitioning(bool isTransitioning);
+
+  const AppSettings& settings_;
+  /// Shared with the running operation, which may outlive the controller.
+  std::shared_ptr<SpeechRecognizing> engine_;
+  bool isRunning_ = false;
+  bool isTransitioning_ = false;
+  EngineChain chain_;
+};
+
+}  // namespace velun

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "captions/session_saver.h"
+
+#include "captions/update.h"
+#include "language/localization.h"
+#include "platform/foundation/failure.h"
+
+#include <exception>
+#include <QFileInfo>
+#include <utility>
+
+namespace velun {
+
+namespace {
+
+/// The path of a file, which may no longer exist, with the links of its folder resolved.
+QString canonicalPath(const QUrl& url) {
+  const QFileInfo file(url.toLocalFile());
+  return QFileInfo(file.path()).canonicalFilePath() + QLatin1Char('/') + file.fileName();
+}
+
+}  // namespace
+
+SessionSaver::SessionSaver(const CaptionSession& session, SessionStore store, bool isSaving,
+                           QObject* parent)
+    : QObject(parent), session_(session), store_(std::move(store)), isSaving_(isSaving) {}
+
+bool SessionSaver::hasUnsavedLines() const {
+  return !session_.lines.empty() && (!url_ || error_);
+}
+
+void SessionSaver::reset(bool isSaving) {
+  encoder_.reset();
+  setUrl(std::nullopt);
+  setError(std::nullopt);
+  setSaving(isSaving);
+}
+
+bool SessionSaver::saveIfNeeded(SessionStore::Flush flush) {
+  if (!isSaving_ || session_.lines.empty()) return true;
+  try {
+    setUrl(store_.save(session_, flush, &encoder_));
+    setError(std::nullopt);
+    return true;
+  } catch (const std::exception& error) {
+    const QString description = descriptionOf(error);
+    setError(L("Couldn’t save the session: " + description, "기록 저장 실패: " + description));
+    return false;
+  }
+}
+
+bool SessionSaver::save() {
+  if (session_.lines.empty()) return false;
+  setSaving(true);
+  return saveIfNeeded(SessionStore::Flush::yes);
+}
+
+void SessionSaver::fileWasDeleted(const QUrl& url) {
+  if (!url_ || canonicalPath(*url_) != canonicalPath(url)) return;
+  setUrl(std::nullopt);
+  setSaving(false);
+}
+
+void SessionSaver::setSaving(bool isSaving) {
+  if (update(isSaving_, isSaving)) Q_EMIT isSavingChanged();
+}
+
+void SessionSaver::setUrl(const std::optional<QUrl>& url) {
+  if (update(url_, url)) Q_EMIT urlChanged();
+}
+
+void SessionSaver::setError(const std::optional<QString>& error) {
+  if (update(error_, error)) Q_EMIT errorChanged();
+}
+
+}  // namespace velun
