@@ -3,10 +3,18 @@
 
 #include "platform/foundation/failure.h"
 #include "platform/foundation/main_task.h"
+#include "platform/foundation/one_shot.h"
 
 #include <utility>
 
 namespace velun {
+
+struct EngineChain::Link {
+  explicit Link(Operation what) : operation(std::move(what)) {}
+  Operation operation;
+  std::stop_source stop;
+  OneShot<bool> ended;
+};
 
 EngineChain::EngineChain(QObject* parent) : QObject(parent) {}
 

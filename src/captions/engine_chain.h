@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/foundation/one_shot.h"
-
 #include <deque>
 #include <functional>
 #include <memory>
@@ -12,6 +10,9 @@
 #include <stop_token>
 
 namespace velun {
+
+template <class Answer>
+class OneShot;
 
 /// Runs engine operations one after another, never two at a time. The first one starts on the next
 /// turn of the event loop, because an operation that the engine itself requests would otherwise
@@ -43,12 +44,7 @@ class EngineChain final : public QObject {
   void becameIdle();
 
  private:
-  struct Link {
-    explicit Link(Operation what) : operation(std::move(what)) {}
-    Operation operation;
-    std::stop_source stop;
-    OneShot<bool> ended;
-  };
+  struct Link;
 
   static QCoro::Task<> drain(QPointer<EngineChain> self);
 

@@ -3,6 +3,7 @@
 
 #include "captions/update.h"
 #include "platform/foundation/failure.h"
+#include "platform/foundation/one_shot.h"
 #include "settings/app_settings.h"
 
 #include <exception>

@@ -70,7 +70,7 @@ class CaptionEventsTest final : public test::Suite {
     fixture.final("One.");
     fixture.breakStore();
     fixture.model->saveCurrentSession();
-    fixture.mendStore();
+    fixture.repairStore();
     fixture.draft("tw");
     fixture.takeSignals();
     fixture.final(" \n\t ");
@@ -228,23 +228,6 @@ class CaptionEventsTest final : public test::Suite {
     QCOMPARE(fixture.model->captionText(), QString("One.\n\nTwo."));
     fixture.model->newSession();
     QCOMPARE(fixture.model->captionText(), QString());
-  }
-
-  void theKeptTranscriptIsTheSessionsOwn() {
-    ModelFixture fixture(translating);
-    CaptionViewModel& model = *fixture.model;
-    const auto agrees = [&model] {
-      return model.captionText() ==
-             model.session().transcript(model.captionContent(), model.settings().targetID());
-    };
-    for (const int index : {0, 4, 2, 4, 1, 3, 0}) {
-      fixture.final("A line. Another one.");
-      model.translator().onTranslation(model.lines()[index % model.lines().size()].id, "ko", "줄");
-      for (const bool only : {true, false}) {
-        fixture.settings.setShowTranslationOnly(only);
-        QVERIFY(agrees());
-      }
-    }
   }
 
   void linesWaitForTheirTranslation() {

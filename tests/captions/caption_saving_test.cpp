@@ -15,14 +15,9 @@ void autoSaving(AppSettings& settings) {
   settings.setAutoSaveSessions(true);
 }
 
-QByteArray contentsOf(const QUrl& url) {
-  QFile file(url.toLocalFile());
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 bool isWritten(const ModelFixture& fixture) {
   return fixture.model->savedURL() &&
-         contentsOf(*fixture.model->savedURL()) == encodeSession(fixture.model->session());
+         test::contentsOf(*fixture.model->savedURL()) == encodeSession(fixture.model->session());
 }
 
 }  // namespace
@@ -128,25 +123,6 @@ class CaptionSavingTest final : public test::Suite {
     QVERIFY(isWritten(fixture));
   }
 
-  void anotherDeletedFileDoesNotMatter() {
-    ModelFixture fixture(autoSaving);
-    fixture.model->savedFileWasDeleted(QUrl::fromLocalFile("/elsewhere.json"));
-    QVERIFY(fixture.model->isSavingSession());
-    fixture.final("One.");
-    fixture.model->savedFileWasDeleted(QUrl::fromLocalFile("/elsewhere.json"));
-    QVERIFY(fixture.model->isSavingSession());
-    QVERIFY(isWritten(fixture));
-  }
-
-  void anEmptySessionCannotBeSaved() {
-    ModelFixture fixture;
-    QVERIFY(!fixture.model->saveCurrentSession());
-    QVERIFY(!fixture.model->saveError());
-    QVERIFY(!fixture.model->isSavingSession());
-    QVERIFY(!fixture.model->hasUnsavedSession());
-    QVERIFY(fixture.model->persistIfNeeded());
-  }
-
   void aFailedWriteIsToldAndTriedAgain() {
     ModelFixture fixture(autoSaving);
     fixture.start();
@@ -160,30 +136,11 @@ class CaptionSavingTest final : public test::Suite {
     QVERIFY(fixture.model->hasUnsavedSession());
     QVERIFY(fixture.model->isRunning());
     QVERIFY(!fixture.model->persistIfNeeded());
-    fixture.mendStore();
+    fixture.repairStore();
     fixture.final("Two.");
     QVERIFY(!fixture.model->saveError());
     QVERIFY(isWritten(fixture));
     QVERIFY(!fixture.model->hasUnsavedSession());
-  }
-
-  void aFailedWriteKeepsTheLastGoodFileAsItsPlace() {
-    ModelFixture fixture(autoSaving);
-    fixture.final("One.");
-    const QUrl url = *fixture.model->savedURL();
-    fixture.breakStore();
-    fixture.final("Two.");
-    QCOMPARE(fixture.model->savedURL(), std::optional(url));
-    QVERIFY(fixture.model->hasUnsavedSession());
-  }
-
-  void aFailedWriteIsToldInKorean() {
-    ModelFixture fixture;
-    Localization::shared().setLanguage(AppLanguage::korean);
-    fixture.final("하나.", "ko_KR");
-    fixture.breakStore();
-    QVERIFY(!fixture.model->saveCurrentSession());
-    QVERIFY(fixture.model->saveError()->startsWith("기록 저장 실패: "));
   }
 
   void startingAgainClearsTheEndInTheNextWrite() {

@@ -42,7 +42,7 @@ const std::array<ModelChecker::Step, 30> ModelChecker::kSteps = {{
     {"save", 4, &ModelChecker::save},
     {"delete file", 2, &ModelChecker::deleteFile},
     {"break store", 2, &ModelChecker::breakStore},
-    {"mend store", 3, &ModelChecker::mendStore},
+    {"repair store", 3, &ModelChecker::repairStore},
     {"hold operations", 3, &ModelChecker::holdOperations},
     {"let operations pass", 3, &ModelChecker::letOperationsPass},
     {"release operation", 6, &ModelChecker::releaseOperation},
@@ -242,9 +242,9 @@ void ModelChecker::breakStore() {
   isBroken_ = true;
 }
 
-void ModelChecker::mendStore() {
+void ModelChecker::repairStore() {
   if (!isBroken_) return;
-  fixture_.mendStore();
+  fixture_.repairStore();
   isBroken_ = false;
 }
 
@@ -393,7 +393,7 @@ void ModelChecker::checkSettled() {
 void ModelChecker::finish() {
   trail_.append("finish");
   letOperationsPass();
-  mendStore();
+  repairStore();
   for (int round = 0; round < 20; ++round) {
     answerTranslation();
     fixture_.engine->release();

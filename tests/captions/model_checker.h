@@ -70,7 +70,7 @@ class ModelChecker {
   void save();
   void deleteFile();
   void breakStore();
-  void mendStore();
+  void repairStore();
   void holdOperations();
   void letOperationsPass();
   void releaseOperation();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "captions/caption_view_model.h"
+#include "captions/sessions_folder.h"
 #include "settings/app_settings.h"
 #include "support/manual_clock.h"
 #include "support/scripted_recognizer.h"
@@ -9,14 +10,12 @@
 #include "support/settle.h"
 
 #include <memory>
-#include <QDir>
-#include <QTemporaryDir>
 
 namespace velun::test {
 
 /// A caption model over scripted collaborators, a folder of its own and a clock that stands still,
 /// with a list of the properties that it notified.
-struct ModelFixture {
+struct ModelFixture : SessionsFolder {
   using Engine = ScriptedRecognizer::Script;
   using Translation = ScriptedTranslationSession::Script;
 
@@ -85,21 +84,6 @@ struct ModelFixture {
     return found == translations.end() ? QString() : found->second;
   }
 
-  /// Puts the sessions folder aside and a file in its place, so that every write fails, and back.
-  void breakStore() {
-    QDir().rename(store.directory.toLocalFile(), folder.filePath("aside"));
-    QFile file(store.directory.toLocalFile());
-    if (!file.open(QIODevice::WriteOnly)) qFatal("The store could not be broken");
-  }
-  void mendStore() {
-    QFile::remove(store.directory.toLocalFile());
-    QDir().rename(folder.filePath("aside"), store.directory.toLocalFile());
-  }
-
-  QStringList files() const {
-    return QDir(store.directory.toLocalFile()).entryList(QDir::Files | QDir::Hidden, QDir::Name);
-  }
-
   /// The names of the properties notified since the last call, in order.
   QStringList takeSignals() { return std::exchange(signalled, {}); }
 
@@ -124,8 +108,6 @@ struct ModelFixture {
     });
   }
 
-  QTemporaryDir folder;
-  SessionStore store{QUrl::fromLocalFile(folder.filePath("Sessions"))};
   ManualClock clock;
   AppSettings settings;
   QStringList locales;

@@ -193,7 +193,7 @@ class CaptionViewTest final : public test::Suite {
     QCOMPARE(button.toolTip(), QString("저장 재시도"));
     QCOMPARE(button.accessibleName(), QString("현재 세션 저장"));
     Localization::shared().setLanguage(AppLanguage::english);
-    stage.mendStore();
+    stage.repairStore();
     button.click();
     QVERIFY(button.saved());
     QCOMPARE(button.symbol(), QString("checkmark.circle"));

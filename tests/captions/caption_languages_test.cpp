@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "captions/caption_languages.h"
+
+#include "language/localization.h"
+#include "platform/foundation/one_shot.h"
+#include "support/settle.h"
+#include "support/suite.h"
+
+#include <memory>
+#include <QSignalSpy>
+
+using namespace velun;
+using test::settle;
+
+namespace {
+
+QCoro::Task<QStringList> answer(QStringList list) {
+  co_return list;
+}
+
+QCoro::Task<QStringList> answerLater(OneShot<QStringList> list) {
+  const QStringList found = co_await list;
+  co_return found;
+}
+
+struct Fixture {
+  LanguageLists sources() {
+    LanguageLists sources;
+    sources.supportedLocales = [this] {
+      return answer(locales);
+    };
+    sources.supportedLanguages = [this] {
+      return answer(languages);
+    };
+    return sources;
+  }
+
+  void load() {
+    const QCoro::Task<> task = offered.load();
+    settle();
+    QVERIFY(task.isReady());
+  }
+
+  QStringList locales;
+  QStringList languages;
+  CaptionLanguages offered{sources()};
+};
+
+}  // namespace
+
+class CaptionLanguagesTest final : public test::Suite {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
+
+  void areSortedByTheirNames() {
+    Fixture fixture;
+    fixture.locales = {"ko_KR", "en_US", "de_DE"};
+    fixture.languages = {"ja", "ko", "en", "zz", "fr"};
+    QVERIFY(fixture.offered.locales().isEmpty() && fixture.offered.languages().isEmpty());
+    fixture.load();
+    QCOMPARE(fixture.offered.locales(), QStringList({"en_US", "de_DE", "ko_KR"}));
+    QCOMPARE(fixture.offered.languages(), QStringList({"en", "fr", "ja", "ko", "zz"}));
+
+    Localization::shared().setLanguage(AppLanguage::korean);
+    fixture.load();
+    // 독일어, 영어, 한국어; zz (Latin) before Hangul, then 영어, 일본어, 프랑스어, 한국어.
+    QCOMPARE(fixture.offered.locales(), QStringList({"de_DE", "en_US", "ko_KR"}));
+    QCOMPARE(fixture.offered.languages(), QStringList({"zz", "en", "ja", "fr", "ko"}));
+  }
+
+  void equalNamesKeepTheirOrder() {
+    Fixture fixture;
+    fixture.languages = {"en-US", "de", "en_US"};
+    fixture.load();
+    QCOMPARE(fixture.offered.languages(), QStringList({"en-US", "en_US", "de"}));
+  }
+
+  void onlyADifferentListIsAnnounced() {
+    Fixture fixture;
+    fixture.locales = {"ko_KR", "en_US"};
+    const QSignalSpy locales(&fixture.offered, &CaptionLanguages::localesChanged);
+    const QSignalSpy languages(&fixture.offered, &CaptionLanguages::languagesChanged);
+    fixture.load();
+    fixture.load();
+    QCOMPARE(locales.count(), 1);
+    QCOMPARE(languages.count(), 0);
+  }
+
+  void destructionWhileLoadingIsHarmless() {
+    const OneShot<QStringList> list;
+    LanguageLists sources;
+    sources.supportedLocales = [list] {
+      return answerLater(list);
+    };
+    auto languages = std::make_unique<CaptionLanguages>(sources);
+    const QCoro::Task<> task = languages->load();
+    languages.reset();
+    list.complete({"en_US"});
+    settle();
+    QVERIFY(task.isReady());
+  }
+};
+
+QTEST_GUILESS_MAIN(CaptionLanguagesTest)
+#include "caption_languages_test.moc"

@@ -1,0 +1,189 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "captions/session_saver.h"
+
+#include "captions/sessions_folder.h"
+#include "language/localization.h"
+#include "model/session_codec.h"
+#include "support/suite.h"
+
+#include <QSignalSpy>
+
+using namespace velun;
+
+namespace {
+
+struct Fixture : test::SessionsFolder {
+  explicit Fixture(bool isSaving = false) : saver(session, store, isSaving) {
+    const auto log = [this](void (SessionSaver::*signal)(), const char* name) {
+      QObject::connect(&saver, signal, [this, name] { signalled.append(name); });
+    };
+    log(&SessionSaver::isSavingChanged, "isSaving");
+    log(&SessionSaver::urlChanged, "url");
+    log(&SessionSaver::errorChanged, "error");
+  }
+
+  void addLine(const QString& text) {
+    Line line;
+    line.text = text;
+    session.lines.push_back(line);
+  }
+
+  bool isWritten() const {
+    return saver.url() && test::contentsOf(*saver.url()) == encodeSession(session);
+  }
+
+  QStringList takeSignals() { return std::exchange(signalled, {}); }
+
+  CaptionSession session;
+  SessionSaver saver;
+  QStringList signalled;
+};
+
+}  // namespace
+
+class SessionSaverTest final : public test::Suite {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
+
+  void writesNothingOutsideSavingMode() {
+    Fixture fixture;
+    fixture.addLine("One.");
+    QVERIFY(fixture.saver.saveIfNeeded());
+    QCOMPARE(fixture.files(), QStringList());
+    QVERIFY(fixture.saver.hasUnsavedLines());
+  }
+
+  void savingEntersSavingModeAndWritesTheFile() {
+    Fixture fixture;
+    fixture.addLine("One.");
+    QVERIFY(fixture.saver.save());
+    QVERIFY(fixture.isWritten());
+    QVERIFY(!fixture.saver.hasUnsavedLines());
+    QCOMPARE(fixture.takeSignals(), QStringList({"isSaving", "url"}));
+    fixture.addLine("Two.");
+    QVERIFY(fixture.saver.saveIfNeeded());
+    QVERIFY(fixture.isWritten());
+    QCOMPARE(fixture.files().size(), 1);
+    QCOMPARE(fixture.takeSignals(), QStringList());
+  }
+
+  void rewritesChangedLines() {
+    Fixture fixture(true);
+    fixture.addLine("One.");
+    fixture.addLine("Two.");
+    QVERIFY(fixture.saver.saveIfNeeded());
+    fixture.session.lines[0].translations["ko"] = "하나.";
+    fixture.saver.lineChanged(0);
+    QVERIFY(fixture.saver.saveIfNeeded());
+    QVERIFY(fixture.isWritten());
+  }
+
+  void anEmptySessionIsNeverWritten() {
+    Fixture fixture;
+    QVERIFY(!fixture.saver.save());
+    QVERIFY(fixture.saver.saveIfNeeded());
+    QVERIFY(!fixture.saver.isSaving());
+    QVERIFY(!fixture.saver.hasUnsavedLines());
+    QCOMPARE(fixture.takeSignals(), QStringList());
+    Fixture saving(true);
+    QVERIFY(saving.saver.saveIfNeeded());
+    QCOMPARE(saving.files(), QStringList());
+  }
+
+  void aDeletedFileIsNotWrittenAgain() {
+    Fixture fixture(true);
+    fixture.addLine("One.");
+    fixture.saver.saveIfNeeded();
+    const QUrl url = *fixture.saver.url();
+    QVERIFY(QFile::remove(url.toLocalFile()));
+    fixture.takeSignals();
+    fixture.saver.fileWasDeleted(url);
+    QCOMPARE(fixture.takeSignals(), QStringList({"url", "isSaving"}));
+    fixture.addLine("Two.");
+    QVERIFY(fixture.saver.saveIfNeeded());
+    QCOMPARE(fixture.files(), QStringList());
+    QVERIFY(fixture.saver.hasUnsavedLines());
+    QVERIFY(fixture.saver.save());
+    QVERIFY(fixture.isWritten());
+  }
+
+  void aFileDeletedThroughALinkIsRecognized() {
+    Fixture fixture(true);
+    fixture.addLine("One.");
+    fixture.saver.saveIfNeeded();
+    const QString link = fixture.folder.filePath("link");
+    QVERIFY(QFile::link(fixture.store.directory.toLocalFile(), link));
+    const QString name = fixture.saver.url()->fileName();
+    fixture.saver.fileWasDeleted(QUrl::fromLocalFile(link + '/' + name));
+    QVERIFY(!fixture.saver.url());
+  }
+
+  void otherDeletedFilesAreIgnored() {
+    const QUrl other = QUrl::fromLocalFile("/elsewhere.json");
+    Fixture fixture(true);
+    fixture.saver.fileWasDeleted(other);
+    QVERIFY(fixture.saver.isSaving());
+    fixture.addLine("One.");
+    fixture.saver.saveIfNeeded();
+    fixture.saver.fileWasDeleted(other);
+    QVERIFY(fixture.saver.isSaving());
+    QVERIFY(fixture.isWritten());
+  }
+
+  void aFailedWriteIsReportedAndRetried() {
+    Fixture fixture(true);
+    fixture.breakStore();
+    fixture.addLine("One.");
+    QVERIFY(!fixture.saver.saveIfNeeded());
+    QVERIFY(fixture.saver.error()->startsWith("Couldn’t save the session: "));
+    QVERIFY(fixture.saver.error()->size() > 30);
+    QVERIFY(!fixture.saver.url());
+    QVERIFY(fixture.saver.hasUnsavedLines());
+    QCOMPARE(fixture.takeSignals(), QStringList({"error"}));
+    fixture.repairStore();
+    QVERIFY(fixture.saver.saveIfNeeded());
+    QVERIFY(fixture.isWritten());
+    QVERIFY(!fixture.saver.hasUnsavedLines());
+    QCOMPARE(fixture.takeSignals(), QStringList({"url", "error"}));
+  }
+
+  void aFailedWriteKeepsTheUrlOfTheLastGoodFile() {
+    Fixture fixture(true);
+    fixture.addLine("One.");
+    fixture.saver.saveIfNeeded();
+    const std::optional<QUrl> url = fixture.saver.url();
+    fixture.breakStore();
+    fixture.addLine("Two.");
+    QVERIFY(!fixture.saver.saveIfNeeded());
+    QCOMPARE(fixture.saver.url(), url);
+    QVERIFY(fixture.saver.hasUnsavedLines());
+  }
+
+  void failuresAreReportedInKorean() {
+    Fixture fixture;
+    Localization::shared().setLanguage(AppLanguage::korean);
+    fixture.addLine("하나.");
+    fixture.breakStore();
+    QVERIFY(!fixture.saver.save());
+    QVERIFY(fixture.saver.error()->startsWith("기록 저장 실패: "));
+  }
+
+  void anotherSessionHasItsOwnFile() {
+    Fixture fixture(true);
+    fixture.addLine("One.");
+    fixture.saver.saveIfNeeded();
+    fixture.session = CaptionSession();
+    fixture.takeSignals();
+    fixture.saver.reset(false);
+    QCOMPARE(fixture.takeSignals(), QStringList({"url", "isSaving"}));
+    fixture.addLine("Two.");
+    QVERIFY(fixture.saver.save());
+    QVERIFY(fixture.isWritten());
+    QCOMPARE(fixture.files().size(), 2);
+  }
+};
+
+QTEST_GUILESS_MAIN(SessionSaverTest)
+#include "session_saver_test.moc"
