@@ -28,7 +28,7 @@ struct Fixture {
     log(&EngineController::isRunningChanged, "isRunning");
     log(&EngineController::isTransitioningChanged, "isTransitioning");
     log(&EngineController::stopped, "stopped");
-    QObject::connect(observed, &EngineController::eventReceived,
+    QObject::connect(observed, &EngineController::eventOccurred,
                      [this] { signalled.append("event"); });
     QObject::connect(observed, &EngineController::startFailed,
                      [this](const std::optional<QString>& description) {
