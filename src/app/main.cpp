@@ -6,7 +6,7 @@
 #include "platform/desktop/linux/dbus_application_service.h"
 #include "platform/desktop/linux/termination_signals.h"
 #include "platform/foundation/file_preferences.h"
-#include "ui/common/toolkit_texts.h"
+#include "ui/common/qt_translation.h"
 
 #include <cstdio>
 #include <malloc.h>
@@ -36,8 +36,7 @@ int main(int argc, char** argv) {
   // The theme has the icon once the program is installed.
   QGuiApplication::setWindowIcon(
       QIcon::fromTheme(kApplicationID, QIcon(":/icons/app.velun.Velun.svg")));
-  ToolkitTexts toolkitTexts;
-  QCoreApplication::installTranslator(&toolkitTexts);
+  QtTranslation qtTranslation;
 
   DBusApplicationService service(kApplicationID);
   switch (service.claim()) {

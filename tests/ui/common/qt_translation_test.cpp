@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/common/toolkit_texts.h"
+#include "ui/common/qt_translation.h"
 
 #include "language/localization.h"
 #include "support/suite.h"
@@ -15,23 +15,21 @@
 
 using namespace velun;
 
-class ToolkitTextsTest final : public test::Suite {
+class QtTranslationTest final : public test::Suite {
   Q_OBJECT
 
-  ToolkitTexts texts_;
-
-  /// What the panel for saving a file says.
-  static QStringList panelTexts() {
-    QFileDialog panel;
-    panel.setOption(QFileDialog::DontUseNativeDialog);
-    panel.setAcceptMode(QFileDialog::AcceptSave);
+  /// Every text that Qt's dialog for saving a file shows.
+  static QStringList fileDialogTexts() {
+    QFileDialog dialog;
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
     QStringList shown;
-    for (const auto* label : panel.findChildren<QLabel*>()) shown.append(label->text());
-    for (const auto* button : panel.findChildren<QAbstractButton*>()) {
+    for (const auto* label : dialog.findChildren<QLabel*>()) shown.append(label->text());
+    for (const auto* button : dialog.findChildren<QAbstractButton*>()) {
       shown.append(button->text());
       shown.append(button->toolTip());
     }
-    const auto* files = panel.findChild<QAbstractItemView*>("treeView")->model();
+    const auto* files = dialog.findChild<QAbstractItemView*>("treeView")->model();
     for (int column = 0; column < files->columnCount(); ++column) {
       shown.append(files->headerData(column, Qt::Horizontal).toString());
     }
@@ -55,13 +53,12 @@ class ToolkitTextsTest final : public test::Suite {
   }
 
  private Q_SLOTS:
-  void initTestCase() { QCoreApplication::installTranslator(&texts_); }
-  void cleanupTestCase() { QCoreApplication::removeTranslator(&texts_); }
-
-  void thePanelAndMenusFollowTheInterfaceLanguage() {
-    for (const AppLanguage language : {AppLanguage::english, AppLanguage::korean}) {
+  void qtTextsFollowTheInterfaceLanguage() {
+    const QtTranslation translation;
+    for (const AppLanguage language :
+         {AppLanguage::english, AppLanguage::korean, AppLanguage::english}) {
       Localization::shared().setLanguage(language);
-      const QStringList shown = panelTexts() + menuTexts();
+      const QStringList shown = fileDialogTexts() + menuTexts();
       QVERIFY(shown.size() > 15);
       for (const QString& text : shown) {
         QVERIFY2(isKorean(text) == (language == AppLanguage::korean), qUtf8Printable(text));
@@ -70,5 +67,5 @@ class ToolkitTextsTest final : public test::Suite {
   }
 };
 
-QTEST_MAIN(ToolkitTextsTest)
-#include "toolkit_texts_test.moc"
+QTEST_MAIN(QtTranslationTest)
+#include "qt_translation_test.moc"
