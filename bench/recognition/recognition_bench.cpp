@@ -4,7 +4,7 @@
 // files and a transcript: those clips, one line each; with a locale after them, by the neural
 // recognizer that is installed for it.
 #include "platform/foundation/system_clock.h"
-#include "platform/models/linux/download_store.h"
+#include "platform/models/store/download_store.h"
 #include "platform/speech/linux/built_in/built_in_recognizer_provider.h"
 #include "platform/speech/linux/neural/neural_recognizer_provider.h"
 #include "recognition/clips.h"

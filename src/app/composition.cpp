@@ -12,15 +12,14 @@
 #include "platform/desktop/linux/linux_tray_host.h"
 #include "platform/foundation/file_preferences.h"
 #include "platform/foundation/system_clock.h"
-#include "platform/models/linux/download_store.h"
-#include "platform/models/linux/metered_connection.h"
+#include "platform/models/store/download_store.h"
 #include "platform/speech/linux/built_in/built_in_recognizer_provider.h"
 #include "platform/speech/linux/neural/neural_recognizer_provider.h"
 #include "platform/speech/local_speech_platform.h"
 #include "platform/translation/linux/apertium/apertium_backend.h"
 #include "platform/translation/local_translation_platform.h"
 #include "platform/translation/student/student_backend.h"
-#include "platform/updates/linux/https_update_feed.h"
+#include "platform/updates/https_update_feed.h"
 #include "platform/updates/update_checker.h"
 #include "ui/library/session_trash.h"
 
@@ -80,7 +79,8 @@ struct Composition::Parts {
   FilePreferences preferences{FilePreferences::userPath()};
   AppSettings settings{&preferences};
   PipeWireAudioPlatform audio{clock};
-  DownloadStore models{ModelCatalogue::builtIn(), modelStoreOptions(), clock, isConnectionMetered};
+  DownloadStore models{ModelCatalogue::builtIn(), modelStoreOptions(), clock,
+                       DownloadStore::isConnectionMetered};
   LocalSpeechPlatform speech{recognizers(models), clock};
   LocalTranslationPlatform translation{translators(models),
                                        [this] { return speech.supportedLocales(); }, clock};

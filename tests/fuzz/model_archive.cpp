@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "memory_folder.h"
 #include "platform/foundation/failure.h"
-#include "platform/models/linux/unpack.h"
+#include "platform/models/store/unpack.h"
 #include "require.h"
 
 using namespace velun;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/models/linux/verified_record.h"
+#include "platform/models/store/verified_record.h"
 
 #include "memory_folder.h"
 #include "require.h"

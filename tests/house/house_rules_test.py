@@ -98,12 +98,12 @@ class TheRules(unittest.TestCase):
             ("velun_model", "model", [])] + list(hidden)))), 1)
 
     def test_the_inside_of_one_service_is_closed_to_the_others(self):
-        text = '#include "platform/models/linux/unpack.h"'
+        text = '#include "platform/models/store/unpack.h"'
         self.assertEqual(
             len(list(rules.include_complaints("platform/speech/linux/neural/a.cpp", text))), 1)
-        self.assertFalse(list(rules.include_complaints("platform/models/linux/a.cpp", text)))
-        declared = [("velun_a", "platform/speech/linux", ["velun_b"]),
-                    ("velun_b", "platform/models/linux", [])]
+        self.assertFalse(list(rules.include_complaints("platform/models/store/a.cpp", text)))
+        declared = [("velun_a", rules.layer_of("platform/speech/linux/a.cpp"), ["velun_b"]),
+                    ("velun_b", rules.layer_of("platform/models/store/b.cpp"), [])]
         self.assertEqual(len(list(rules.link_complaints(declared))), 1)
 
     def test_a_map_that_is_not_true_is_found(self):

@@ -2,12 +2,13 @@
 
 import re
 
-# Which layers a layer may include, besides itself. A layer is a folder under src/; a service's
-# linux/ folder is a layer of its own above the service's interface.
+# Which layers a layer may include, besides itself. A layer is a folder under src/. The folders of a
+# service (linux/, store/, …) together are a layer of their own above the service's interface.
 FOUNDATION = "platform/foundation"
 INTERFACES = {"platform/audio", "platform/speech", "platform/translation", "platform/desktop",
               "platform/updates", "platform/models", FOUNDATION}
-MEDIA_SERVER = "platform/pipewire/linux"  # no service: what several of them stand on
+MEDIA_SERVER = "platform/pipewire/linux"  # not a service: shared by the insides of several
+INSIDE = "/<part>"
 ALLOWED = {
     MEDIA_SERVER: set(),
     FOUNDATION: set(),
@@ -30,10 +31,10 @@ ALLOWED = {
 # Libraries of the system, by the start of an include, and who may include them.
 SYSTEM_LIBRARIES = {
     "pipewire/": set(), "spa/": set(), "xcb/": set(), "X11/": set(), "pocketsphinx": set(),
-    "sphinxbase/": set(), "archive": set(),
-    "sentencepiece": {"platform/translation"}, "dnnl": {"platform/translation"},
-    "QDBus": set(), "QtDBus": set(), "QNetwork": set(), "QtNetwork": set(), "QTcp": set(),
-    "QSsl": set(), "soxr": {"audio", "platform/audio"}, "fftw3": {"audio"},
+    "sphinxbase/": set(), "archive": set(), "sentencepiece": set(), "dnnl": set(),
+    "QDBus": set(), "QtDBus": set(), "QNetwork": {"platform/updates"}, "QtNetwork": set(),
+    "QTcp": set(), "QSsl": {"platform/updates"}, "soxr": {"audio", "platform/audio"},
+    "fftw3": {"audio"},
     "unicode/": {FOUNDATION, "settings", "language", "model", "captions", "translation",
                  "platform/speech", "platform/translation", "ui"},
     "simdjson": {"model", FOUNDATION},
@@ -45,14 +46,16 @@ def layer_of(path):
     parts = path.split("/")
     if parts[0] == "app":
         return "app"
+    if path.startswith(MEDIA_SERVER + "/"):
+        return MEDIA_SERVER
     if parts[0] == "platform":
-        return "/".join(parts[:3] if parts[2:-1] and parts[2] == "linux" else parts[:2])
+        return "/".join(parts[:2]) + (INSIDE if parts[2:-1] else "")
     return parts[0]
 
 
 def allowed_for(layer):
     """The layers that a layer may use, itself included."""
-    if layer.endswith("/linux") and layer not in ALLOWED:
+    if layer.endswith(INSIDE):
         return INTERFACES | {"language", MEDIA_SERVER, layer}
     return ALLOWED[layer] | {layer}
 
@@ -67,7 +70,7 @@ def include_complaints(path, text):
             other = layer_of(own)
             if other not in allowed_for(layer):
                 yield f"{path} ({layer}) may not include {own} ({other})"
-        elif not layer.endswith("/linux"):
+        elif not layer.endswith(INSIDE) and layer != MEDIA_SERVER:
             for start, who in SYSTEM_LIBRARIES.items():
                 if name.startswith(start) and layer not in who:
                     yield f"{path} ({layer}) may not include <{name}>"
@@ -111,8 +114,8 @@ def layers_of_row(folder):
     name = re.match(r"`src/([^`]+)`", folder)
     if name[1] == "platform/<service>":
         return INTERFACES - {FOUNDATION}
-    if name[1] == "platform/<service>/linux":
-        return {layer + "/linux" for layer in INTERFACES - {FOUNDATION}}
+    if name[1] == "platform/<service>/<part>":
+        return {layer + INSIDE for layer in INTERFACES - {FOUNDATION}}
     return {name[1]}
 
 

@@ -40,7 +40,7 @@ struct ModelDownload {
 
   /// The last part of the address: the name under which the download itself may be put into the
   /// model's folder by hand.
-  QString fileName() const;
+  QString fileName() const { return address.section(u'/', -1).section(u'?', 0, 0); }
 
   bool operator==(const ModelDownload&) const = default;
 };

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/models/linux/download_store.h"
 #include "platform/models/model_server.h"
 #include "platform/models/packed_bytes.h"
+#include "platform/models/store/download_store.h"
 #include "support/failure_of.h"
 #include "support/manual_clock.h"
 #include "support/suite.h"

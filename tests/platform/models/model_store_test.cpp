@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/localization.h"
-#include "platform/models/linux/download_store.h"
-#include "platform/models/linux/model_store_failures.h"
 #include "platform/models/model_server.h"
 #include "platform/models/packed_bytes.h"
+#include "platform/models/store/download_store.h"
+#include "platform/models/store/model_store_failures.h"
 #include "support/failure_of.h"
 #include "support/manual_clock.h"
 #include "support/no_more_threads.h"

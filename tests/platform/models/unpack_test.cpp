@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/models/linux/unpack.h"
+#include "platform/models/store/unpack.h"
 
 #include "platform/foundation/failure.h"
 #include "platform/models/packed_bytes.h"

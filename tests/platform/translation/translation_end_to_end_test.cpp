@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "captions/model_fixture.h"
-#include "platform/models/linux/download_store.h"
 #include "platform/models/model_server.h"
 #include "platform/models/packed_bytes.h"
+#include "platform/models/store/download_store.h"
 #include "platform/translation/linux/apertium/apertium_backend.h"
 #include "platform/translation/local_translation_platform.h"
 #include "platform/translation/student/student_backend.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/updates/update_checker.h"
 
-#include "platform/updates/linux/https_update_feed.h"
+#include "platform/updates/https_update_feed.h"
 #include "support/suite.h"
 
 #include <QProcess>

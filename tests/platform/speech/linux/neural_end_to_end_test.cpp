@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/models/linux/download_store.h"
 #include "platform/models/model_server.h"
 #include "platform/models/packed_bytes.h"
+#include "platform/models/store/download_store.h"
 #include "platform/speech/linux/neural/neural_recognizer_provider.h"
 #include "platform/speech/linux/neural_fixture.h"
 #include "platform/speech/local_speech_platform.h"

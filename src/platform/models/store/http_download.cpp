@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/models/linux/http_download.h"
+#include "platform/models/store/http_download.h"
 
 #include "language/localization.h"
-#include "platform/models/linux/model_store_failures.h"
 #include "platform/models/model_address.h"
+#include "platform/models/store/model_store_failures.h"
 
 #include <condition_variable>
 #include <mutex>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/models/linux/model_store_failures.h"
+#include "platform/models/store/model_store_failures.h"
 
 #include "language/localization.h"
 

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/models/linux/download_store.h"
+#include "platform/models/store/download_store.h"
 
 #include "platform/foundation/failure.h"
 #include "platform/foundation/one_shot.h"
-#include "platform/models/linux/model_store_failures.h"
+#include "platform/models/store/model_store_failures.h"
 
 #include <exception>
 #include <QDir>
 #include <QFile>
+#include <QNetworkInformation>
 #include <QPointer>
 #include <QStandardPaths>
 #include <system_error>
@@ -28,6 +29,13 @@ struct DownloadStore::Job {
 QString DownloadStore::standardRoot() {
   const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
   return QDir(data).filePath("app.velun.Velun/models");
+}
+
+bool DownloadStore::isConnectionMetered() {
+  if (!QNetworkInformation::loadBackendByFeatures(QNetworkInformation::Feature::Metered)) {
+    return false;
+  }
+  return QNetworkInformation::instance()->isMetered();
 }
 
 DownloadStore::DownloadStore(ModelCatalogue catalogue, ModelStoreOptions options,

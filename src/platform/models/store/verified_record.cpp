@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/models/linux/verified_record.h"
+#include "platform/models/store/verified_record.h"
 
-#include "platform/models/linux/model_store_failures.h"
+#include "platform/models/store/model_store_failures.h"
 
 #include <QDateTime>
 #include <QDir>

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/models/linux/model_installer.h"
+#include "platform/models/store/model_installer.h"
 
-#include "platform/models/linux/file_check.h"
-#include "platform/models/linux/model_lock.h"
-#include "platform/models/linux/model_store_failures.h"
-#include "platform/models/linux/unpack.h"
 #include "platform/models/model_address.h"
+#include "platform/models/store/file_check.h"
+#include "platform/models/store/model_lock.h"
+#include "platform/models/store/model_store_failures.h"
+#include "platform/models/store/unpack.h"
 
 #include <algorithm>
 #include <QDir>

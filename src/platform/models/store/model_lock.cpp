@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/models/linux/model_lock.h"
+#include "platform/models/store/model_lock.h"
 
-#include "platform/models/linux/model_store_failures.h"
+#include "platform/models/store/model_store_failures.h"
 
 #include <chrono>
 #include <condition_variable>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/models/linux/unpack.h"
+#include "platform/models/store/unpack.h"
 
-#include "platform/models/linux/model_store_failures.h"
+#include "platform/models/store/model_store_failures.h"
 
 #include <archive.h>
 #include <archive_entry.h>

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "platform/foundation/clock.h"
-#include "platform/models/linux/model_installer.h"
 #include "platform/models/model_catalogue.h"
 #include "platform/models/model_store.h"
+#include "platform/models/store/model_installer.h"
 
 #include <list>
 #include <memory>
@@ -20,6 +20,9 @@ class DownloadStore final : public ModelStore {
  public:
   /// Where models are kept: beside the folder of the sessions, which holds nothing else.
   static QString standardRoot();
+
+  /// Whether the desktop reports a metered connection; false when it does not know.
+  static bool isConnectionMetered();
 
   /// Looks at once, on a worker thread, for models of the catalogue that were put into their
   /// folders by hand. `isMetered` is asked before anything is fetched quietly.

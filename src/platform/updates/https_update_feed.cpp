@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/updates/linux/https_update_feed.h"
+#include "platform/updates/https_update_feed.h"
 
 #include "language/localization.h"
 #include "platform/foundation/failure.h"

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/models/linux/http_download.h"
-#include "platform/models/linux/verified_record.h"
 #include "platform/models/model.h"
+#include "platform/models/store/http_download.h"
+#include "platform/models/store/verified_record.h"
 
 #include <functional>
 

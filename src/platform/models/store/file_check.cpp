@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/models/linux/file_check.h"
+#include "platform/models/store/file_check.h"
 
-#include "platform/models/linux/model_store_failures.h"
+#include "platform/models/store/model_store_failures.h"
 
 #include <cerrno>
 #include <cstdio>
