@@ -2,7 +2,7 @@
 // Eight hours of captions in virtual time: 10,000 lines, each translated into two languages.
 #include "captions/live_session.h"
 #include "measure.h"
-#include "model/session_codec.h"
+#include "model/session_file/session_file.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // How long a keystroke in the library's search takes, and how long its window takes to open.
 #include "measure.h"
-#include "model/session_codec.h"
+#include "model/session_file/session_file.h"
 #include "platform/foundation/system_clock.h"
 #include "settings/app_settings.h"
 #include "ui/library/history_view_model.h"

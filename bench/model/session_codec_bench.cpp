@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "measure.h"
 #include "model/qt_session.h"
-#include "model/session_codec.h"
+#include "model/session_file/session_file.h"
 #include "support/session_samples.h"
 
 #include <cstdlib>

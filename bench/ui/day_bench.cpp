@@ -2,7 +2,7 @@
 // Eight hours of captions in virtual time, as a user has them: the panel in view, translation on,
 // every line saved. At the end the file and the panel hold what the model holds.
 #include "measure.h"
-#include "model/session_codec.h"
+#include "model/session_file/session_file.h"
 #include "ui/caption/panel_stage.h"
 #include "ui/caption/selectable_transcript_text_view.h"
 #include "ui/caption/transcript_view.h"

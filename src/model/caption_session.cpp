@@ -3,7 +3,7 @@
 
 #include "language/localization.h"
 #include "model/renderings.h"
-#include "model/session_codec.h"
+#include "model/session_file/session_file.h"
 
 #include <algorithm>
 #include <set>

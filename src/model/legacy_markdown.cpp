@@ -3,8 +3,8 @@
 
 #include "language/localization.h"
 #include "model/file_error_text.h"
-#include "model/session_error.h"
-#include "model/session_limits.h"
+#include "model/session_file/session_file.h"
+#include "model/session_file/session_limits.h"
 #include "platform/foundation/file_access.h"
 
 #include <QDateTime>

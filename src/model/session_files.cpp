@@ -2,9 +2,9 @@
 #include "model/session_files.h"
 
 #include "model/legacy_markdown.h"
-#include "model/session_codec.h"
-#include "model/session_fast_reader.h"
-#include "model/session_limits.h"
+#include "model/session_file/session_fast_reader.h"
+#include "model/session_file/session_file.h"
+#include "model/session_file/session_limits.h"
 #include "platform/foundation/file_access.h"
 #include "platform/foundation/file_error.h"
 

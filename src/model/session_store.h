@@ -1,13 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "model/saved_session.h"
-#include "model/session_encoder.h"
+#include "model/session_file/session_encoder.h"
 
 #include <QUrl>
 #include <vector>
 
 namespace velun {
+
+/// A session file that could be read. Identified by `url`.
+struct SavedSession {
+  QUrl url;
+  CaptionSession session;
+};
 
 /// The folder of saved session files. Holds nothing but the folder's location; every operation
 /// works on the file system in the caller's thread and throws `SessionError` on failure. Any

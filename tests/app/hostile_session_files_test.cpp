@@ -2,7 +2,7 @@
 #include "app/app_stage.h"
 #include "app/file_mutations.h"
 #include "app/session_library.h"
-#include "model/session_codec.h"
+#include "model/session_file/session_file.h"
 #include "support/session_samples.h"
 #include "support/suite.h"
 #include "support/test_folder.h"

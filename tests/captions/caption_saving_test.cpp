@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "captions/model_fixture.h"
 #include "language/localization.h"
-#include "model/session_codec.h"
+#include "model/session_file/session_file.h"
 #include "support/suite.h"
 
 using namespace velun;

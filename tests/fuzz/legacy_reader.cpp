@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/legacy_markdown.h"
-#include "model/session_codec.h"
+#include "model/session_file/session_file.h"
 #include "require.h"
 
 using namespace velun;

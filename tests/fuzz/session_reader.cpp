@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "model/session_careful_reader.h"
-#include "model/session_codec.h"
-#include "model/session_fast_reader.h"
-#include "model/session_problem.h"
+#include "model/session_file/session_reader.h"
+
+#include "model/session_file/session_fast_reader.h"
+#include "model/session_file/session_file.h"
+#include "model/session_file/session_problem.h"
 #include "require.h"
 
 using namespace velun;

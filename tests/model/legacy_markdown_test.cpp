@@ -2,7 +2,7 @@
 #include "model/legacy_markdown.h"
 
 #include "language/localization.h"
-#include "model/session_error.h"
+#include "model/session_file/session_file.h"
 #include "model/session_store.h"
 #include "support/session_samples.h"
 #include "support/suite.h"

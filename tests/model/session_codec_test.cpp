@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "model/session_codec.h"
-
 #include "language/localization.h"
-#include "model/json_appender.h"
-#include "model/session_careful_reader.h"
-#include "model/session_fast_reader.h"
+#include "model/session_file/json_writer.h"
+#include "model/session_file/session_fast_reader.h"
+#include "model/session_file/session_file.h"
+#include "model/session_file/session_reader.h"
 #include "support/session_samples.h"
 #include "support/suite.h"
 
@@ -27,7 +26,7 @@ CaptionSession withText(const QString& text) {
 
 QByteArray jsonString(const QString& text) {
   QByteArray bytes;
-  JsonAppender(bytes).string(text);
+  JsonWriter(bytes).string(text);
   return bytes;
 }
 

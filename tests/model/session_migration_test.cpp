@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "model/session_codec.h"
+#include "model/session_file/session_file.h"
 #include "model/session_store.h"
 #include "support/session_samples.h"
 #include "support/suite.h"

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/localization.h"
-#include "model/session_codec.h"
-#include "model/session_error.h"
-#include "model/session_fast_reader.h"
-#include "model/session_limits.h"
+#include "model/session_file/session_fast_reader.h"
+#include "model/session_file/session_file.h"
+#include "model/session_file/session_limits.h"
 #include "support/session_samples.h"
 #include "support/suite.h"
 

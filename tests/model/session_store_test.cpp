@@ -2,9 +2,8 @@
 #include "model/session_store.h"
 
 #include "language/localization.h"
-#include "model/session_codec.h"
-#include "model/session_error.h"
-#include "model/session_limits.h"
+#include "model/session_file/session_file.h"
+#include "model/session_file/session_limits.h"
 #include "support/no_more_threads.h"
 #include "support/session_samples.h"
 #include "support/suite.h"

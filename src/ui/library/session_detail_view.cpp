@@ -2,7 +2,7 @@
 #include "ui/library/session_detail_view.h"
 
 #include "language/localization.h"
-#include "model/saved_session.h"
+#include "model/session_store.h"
 #include "ui/caption/copy_transcript_button.h"
 #include "ui/caption/selectable_transcript_text_view.h"
 #include "ui/caption/transcript_view.h"

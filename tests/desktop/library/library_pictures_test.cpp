@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/localization.h"
-#include "model/session_codec.h"
+#include "model/session_file/session_file.h"
 #include "support/manual_clock.h"
 #include "support/memory_preferences.h"
 #include "support/scripted_recognizer.h"

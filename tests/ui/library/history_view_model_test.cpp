@@ -2,7 +2,7 @@
 #include "ui/library/history_view_model.h"
 
 #include "language/localization.h"
-#include "model/session_codec.h"
+#include "model/session_file/session_file.h"
 #include "platform/foundation/failure.h"
 #include "support/suite.h"
 

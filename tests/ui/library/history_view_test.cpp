@@ -2,7 +2,7 @@
 #include "ui/library/history_view.h"
 
 #include "language/localization.h"
-#include "model/session_codec.h"
+#include "model/session_file/session_file.h"
 #include "support/manual_clock.h"
 #include "support/suite.h"
 #include "ui/caption/selectable_transcript_text_view.h"

@@ -2,7 +2,7 @@
 #include "ui/library/save_session_file.h"
 
 #include "language/localization.h"
-#include "model/session_codec.h"
+#include "model/session_file/session_file.h"
 #include "platform/foundation/failure.h"
 #include "support/suite.h"
 

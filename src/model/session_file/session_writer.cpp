@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "model/session_json.h"
+#include "model/session_file/session_writer.h"
 
-#include "model/json_appender.h"
-#include "model/session_fields.h"
+#include "model/session_file/json_writer.h"
+#include "model/session_file/session_fields.h"
 
 #include <string>
 
@@ -10,7 +10,7 @@ namespace velun {
 
 namespace {
 
-void appendId(JsonAppender& json, const QUuid& id) {
+void appendId(JsonWriter& json, const QUuid& id) {
   char* out = json.room(kIdLength + 2);
   *out++ = '"';
   out = writeId(out, id);
@@ -18,7 +18,7 @@ void appendId(JsonAppender& json, const QUuid& id) {
   json.wrote(out);
 }
 
-void appendTime(JsonAppender& json, Instant time) {
+void appendTime(JsonWriter& json, Instant time) {
   char* out = json.room(kTimeLength + 2);
   *out++ = '"';
   out = writeTime(out, time);
@@ -26,14 +26,14 @@ void appendTime(JsonAppender& json, Instant time) {
   json.wrote(out);
 }
 
-void appendOptional(JsonAppender& json, std::string_view key, const std::optional<QString>& text) {
+void appendOptional(JsonWriter& json, std::string_view key, const std::optional<QString>& text) {
   if (!text) return;
   json.raw(key);
   json.string(*text);
   json.raw(",\n");
 }
 
-void appendTranslations(JsonAppender& json, const Translations& translations) {
+void appendTranslations(JsonWriter& json, const Translations& translations) {
   bool isFirst = true;
   for (const auto& [language, text] : translations) {
     json.raw(isFirst ? "        " : ",\n        ");
@@ -46,7 +46,7 @@ void appendTranslations(JsonAppender& json, const Translations& translations) {
 
 }  // namespace
 
-void appendSessionHead(JsonAppender& json, const CaptionSession& session) {
+void appendSessionHead(JsonWriter& json, const CaptionSession& session) {
   json.raw("{\n");
   if (session.endedAt) {
     json.raw("  \"endedAt\" : ");
@@ -58,7 +58,7 @@ void appendSessionHead(JsonAppender& json, const CaptionSession& session) {
   json.raw(",\n  \"lines\" : [\n");
 }
 
-void appendSessionLine(JsonAppender& json, const Line& line) {
+void appendSessionLine(JsonWriter& json, const Line& line) {
   json.raw("    {\n      \"id\" : ");
   appendId(json, line.id);
   if (line.input == AudioInput::computer) {
@@ -82,7 +82,7 @@ void appendSessionLine(JsonAppender& json, const Line& line) {
   json.raw("\n      }\n    }");
 }
 
-void appendSessionTail(JsonAppender& json, const CaptionSession& session) {
+void appendSessionTail(JsonWriter& json, const CaptionSession& session) {
   json.raw("\n  ],\n  \"schemaVersion\" : ");
   json.raw(std::to_string(session.schemaVersion));
   json.raw(",\n  \"startedAt\" : ");

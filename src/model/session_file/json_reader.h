@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "model/session_problem.h"
+#include "model/session_file/session_problem.h"
 
 #include <string>
 #include <string_view>
@@ -10,9 +10,9 @@ namespace velun {
 
 /// Walks through JSON from its beginning, keeping nothing but its place, and knows the line at
 /// which something is wrong. Throws `SessionProblem`. The text must be valid UTF-8.
-class JsonCursor {
+class JsonReader {
  public:
-  explicit JsonCursor(std::string_view text) : text_(text) {}
+  explicit JsonReader(std::string_view text) : text_(text) {}
 
   /// Where the cursor stands, for a later `fail`.
   std::size_t position() const { return position_; }

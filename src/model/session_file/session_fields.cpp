@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "model/session_fields.h"
+#include "model/session_file/session_fields.h"
 
 #include <algorithm>
 #include <array>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "model/session_careful_reader.h"
+#include "model/session_file/session_reader.h"
 
-#include "model/json_cursor.h"
-#include "model/session_fields.h"
-#include "model/session_limits.h"
+#include "model/session_file/json_reader.h"
+#include "model/session_file/session_fields.h"
+#include "model/session_file/session_limits.h"
 
 #include <algorithm>
 #include <charconv>
@@ -201,7 +201,7 @@ class CarefulReader {
     cursor_.fail(kind, start, key);
   }
 
-  JsonCursor cursor_;
+  JsonReader cursor_;
   std::size_t entries_ = 0;
 };
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "model/session_encoder.h"
+#include "model/session_file/session_encoder.h"
 
-#include "model/json_appender.h"
-#include "model/session_json.h"
+#include "model/session_file/json_writer.h"
+#include "model/session_file/session_writer.h"
 
 namespace velun {
 
@@ -32,7 +32,7 @@ const QByteArray& SessionEncoder::encode(const CaptionSession& session) {
 
 void SessionEncoder::appendFrom(const CaptionSession& session, std::size_t first,
                                 const QByteArray& old, const std::vector<qsizetype>& oldEnds) {
-  JsonAppender json(bytes_);
+  JsonWriter json(bytes_);
   qsizetype from = 0;
   for (std::size_t i = first; i < session.lines.size(); ++i) {
     if (i > 0) json.raw(kLineSeparator);
@@ -64,7 +64,7 @@ qsizetype SessionEncoder::startOf(std::size_t line) const {
 void SessionEncoder::encodeHead(const CaptionSession& session) {
   QByteArray head;
   {
-    JsonAppender json(head);
+    JsonWriter json(head);
     appendSessionHead(json, session);
   }
   if (bytes_.startsWith(head) && head.size() == headSize_) return;

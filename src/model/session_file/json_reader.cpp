@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "model/json_cursor.h"
+#include "model/session_file/json_reader.h"
 
-#include "model/session_limits.h"
+#include "model/session_file/session_limits.h"
 
 #include <algorithm>
 
@@ -32,13 +32,13 @@ void appendUtf8(std::string& text, char32_t c) {
 
 }  // namespace
 
-void JsonCursor::fail(Kind kind, std::size_t position, const std::string& key) const {
+void JsonReader::fail(Kind kind, std::size_t position, const std::string& key) const {
   const auto end = text_.begin() + static_cast<std::ptrdiff_t>(std::min(position, text_.size()));
   const auto newlines = std::count(text_.begin(), end, '\n');
   throw SessionProblem{kind, static_cast<std::size_t>(newlines) + 1, key};
 }
 
-void JsonCursor::skipSpaces() {
+void JsonReader::skipSpaces() {
   while (position_ < text_.size()) {
     const char c = text_[position_];
     if (c != ' ' && c != '\n' && c != '\r' && c != '\t') return;
@@ -46,44 +46,44 @@ void JsonCursor::skipSpaces() {
   }
 }
 
-char JsonCursor::peek() {
+char JsonReader::peek() {
   skipSpaces();
   return position_ < text_.size() ? text_[position_] : '\0';
 }
 
-bool JsonCursor::skip(char sign) {
+bool JsonReader::skip(char sign) {
   if (peek() != sign || position_ == text_.size()) return false;
   ++position_;
   return true;
 }
 
-void JsonCursor::expect(char sign) {
+void JsonReader::expect(char sign) {
   if (skip(sign)) return;
   fail(position_ == text_.size() ? Kind::endsEarly : Kind::notJson);
 }
 
-bool JsonCursor::skipNull() {
+bool JsonReader::skipNull() {
   if (peek() != 'n') return false;
   skipWord("null");
   return true;
 }
 
-void JsonCursor::expectEnd() {
+void JsonReader::expectEnd() {
   skipSpaces();
   if (position_ != text_.size()) fail(Kind::notJson);
 }
 
-void JsonCursor::skipWord(std::string_view word) {
+void JsonReader::skipWord(std::string_view word) {
   if (text_.substr(position_, word.size()) != word) fail(Kind::notJson);
   position_ += word.size();
 }
 
-void JsonCursor::skipDigits() {
+void JsonReader::skipDigits() {
   if (position_ == text_.size() || !isDigit(text_[position_])) fail(Kind::notJson);
   while (position_ < text_.size() && isDigit(text_[position_])) ++position_;
 }
 
-std::string_view JsonCursor::number() {
+std::string_view JsonReader::number() {
   skipSpaces();
   const std::size_t start = position_;
   const auto isHere = [this](char c) {
@@ -107,7 +107,7 @@ std::string_view JsonCursor::number() {
   return text_.substr(start, position_ - start);
 }
 
-std::string JsonCursor::string() {
+std::string JsonReader::string() {
   expect('"');
   std::string result;
   while (position_ < text_.size()) {
@@ -127,7 +127,7 @@ std::string JsonCursor::string() {
   fail(Kind::endsEarly);
 }
 
-void JsonCursor::appendEscape(std::string& result) {
+void JsonReader::appendEscape(std::string& result) {
   if (position_ == text_.size()) fail(Kind::endsEarly);
   static constexpr std::string_view kLetters = "\"\\/bfnrt";
   static constexpr std::string_view kMeanings = "\"\\/\b\f\n\r\t";
@@ -150,7 +150,7 @@ void JsonCursor::appendEscape(std::string& result) {
   appendUtf8(result, c);
 }
 
-char32_t JsonCursor::hexUnit() {
+char32_t JsonReader::hexUnit() {
   if (text_.size() - position_ < 4) fail(Kind::endsEarly);
   char32_t value = 0;
   for (int i = 0; i < 4; ++i) {
@@ -167,7 +167,7 @@ char32_t JsonCursor::hexUnit() {
   return value;
 }
 
-void JsonCursor::skipScalar() {
+void JsonReader::skipScalar() {
   switch (peek()) {
     case '"':
       string();
@@ -185,7 +185,7 @@ void JsonCursor::skipScalar() {
   }
 }
 
-void JsonCursor::skipValue() {
+void JsonReader::skipValue() {
   // What is open around the place, innermost last: '}' or ']'. No recursion, so that no file can
   // exhaust the stack.
   std::string open;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "model/session_problem.h"
+#include "model/session_file/session_problem.h"
 
 #include "language/localization.h"
 

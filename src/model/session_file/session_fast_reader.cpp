@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "model/session_fast_reader.h"
+#include "model/session_file/session_fast_reader.h"
 
-#include "model/session_fields.h"
-#include "model/session_limits.h"
+#include "model/session_file/session_fields.h"
+#include "model/session_file/session_limits.h"
 
 #include <algorithm>
 #include <limits>

@@ -5,7 +5,7 @@
 
 namespace velun {
 
-class JsonAppender;
+class JsonWriter;
 
 // The pieces of a session file, in their order: the head, the lines with `kLineSeparator` between
 // them, the tail. Put together they are the document, whatever the number of lines.
@@ -13,11 +13,11 @@ class JsonAppender;
 inline constexpr std::string_view kLineSeparator = ",\n";
 
 /// Up to the opening of the list of lines.
-void appendSessionHead(JsonAppender& json, const CaptionSession& session);
+void appendSessionHead(JsonWriter& json, const CaptionSession& session);
 
-void appendSessionLine(JsonAppender& json, const Line& line);
+void appendSessionLine(JsonWriter& json, const Line& line);
 
 /// From the closing of the list of lines; no newline at the end.
-void appendSessionTail(JsonAppender& json, const CaptionSession& session);
+void appendSessionTail(JsonWriter& json, const CaptionSession& session);
 
 }  // namespace velun

@@ -2,12 +2,19 @@
 #pragma once
 
 #include "model/caption_session.h"
+#include "platform/foundation/failure.h"
 
 #include <optional>
 #include <QByteArray>
 #include <QString>
 
 namespace velun {
+
+/// A refusal to read or write a session, with one finished text.
+class SessionError final : public Failure {
+ public:
+  using Failure::Failure;
+};
 
 /// The session file's bytes: UTF-8 JSON, pretty printed, keys sorted, times to the second.
 QByteArray encodeSession(const CaptionSession& session);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "model/json_appender.h"
+#include "model/session_file/json_writer.h"
 
 #include <algorithm>
 #include <array>
@@ -58,7 +58,7 @@ char* writeUtf8(char* out, char32_t c) {
 
 }  // namespace
 
-char* JsonAppender::room(qsizetype count) {
+char* JsonWriter::room(qsizetype count) {
   if (!start_ || size_ + count > bytes_.size()) {
     const qsizetype needed = size_ + count;
     const qsizetype held = bytes_.capacity();
@@ -68,13 +68,13 @@ char* JsonAppender::room(qsizetype count) {
   return start_ + size_;
 }
 
-void JsonAppender::raw(std::string_view characters) {
+void JsonWriter::raw(std::string_view characters) {
   char* out = room(static_cast<qsizetype>(characters.size()));
   std::memcpy(out, characters.data(), characters.size());
   wrote(out + characters.size());
 }
 
-void JsonAppender::string(QStringView text) {
+void JsonWriter::string(QStringView text) {
   char* out = room(6 * text.size() + 2);  // the longest form of one unit is \u001f
   *out++ = '"';
   const char16_t* unit = text.utf16();

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "model/session_codec.h"
+#include "model/session_file/session_file.h"
 
-#include "model/json_appender.h"
-#include "model/session_careful_reader.h"
-#include "model/session_error.h"
-#include "model/session_fast_reader.h"
-#include "model/session_json.h"
-#include "model/session_problem.h"
+#include "model/session_file/json_writer.h"
+#include "model/session_file/session_fast_reader.h"
+#include "model/session_file/session_problem.h"
+#include "model/session_file/session_reader.h"
+#include "model/session_file/session_writer.h"
 
 namespace velun {
 
@@ -26,7 +25,7 @@ QByteArray encodeSession(const CaptionSession& session) {
   QByteArray bytes;
   bytes.reserve(256 + static_cast<qsizetype>(session.lines.size()) * 384);
   {
-    JsonAppender json(bytes);
+    JsonWriter json(bytes);
     appendSessionHead(json, session);
     for (std::size_t i = 0; i < session.lines.size(); ++i) {
       if (i > 0) json.raw(kLineSeparator);

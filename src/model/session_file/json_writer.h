@@ -9,11 +9,11 @@ namespace velun {
 
 /// Appends pieces of JSON to bytes that belong to someone else, whose size is right again when the
 /// appender is gone.
-class JsonAppender {
+class JsonWriter {
  public:
-  explicit JsonAppender(QByteArray& bytes) : bytes_(bytes), size_(bytes.size()) {}
-  ~JsonAppender() { bytes_.resize(size_); }
-  Q_DISABLE_COPY_MOVE(JsonAppender)
+  explicit JsonWriter(QByteArray& bytes) : bytes_(bytes), size_(bytes.size()) {}
+  ~JsonWriter() { bytes_.resize(size_); }
+  Q_DISABLE_COPY_MOVE(JsonWriter)
 
   qsizetype size() const { return size_; }
 
