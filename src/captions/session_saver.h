@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "model/session_encoder.h"
+#include "model/session_file/session_encoder.h"
 #include "model/session_store.h"
 
 #include <cstddef>

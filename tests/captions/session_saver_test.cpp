@@ -3,7 +3,7 @@
 
 #include "captions/sessions_folder.h"
 #include "language/localization.h"
-#include "model/session_codec.h"
+#include "model/session_file/session_file.h"
 #include "support/suite.h"
 
 #include <QSignalSpy>
