@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What single events cost in a session of 10,000 lines, without a window.
+// The cost of single events in a session of 10,000 lines, without a window.
 #include "captions/live_session.h"
 
 #include <algorithm>
@@ -41,7 +41,7 @@ int main(int argc, char** argv) {
   });
   std::printf("draft_event_us %.3f us\n", drafts[kSamples / 2]);
 
-  // From the final result over the queue to the stored text; the session answers at once.
+  // From the final result through the queue to the stored translation, which completes at once.
   int translated = 0;
   CaptionViewModel* const model = session.model.get();
   QObject::connect(model, &CaptionViewModel::translationChanged, model,

@@ -15,19 +15,18 @@ using bench::processorSecondsOf;
 namespace {
 
 constexpr int kLines = 10'000;
-/// The target changes after each chunk, and what the new one lacks is translated then.
+/// The target language changes after each chunk; the lines before are then translated again.
 constexpr int kChunks = 20;
 constexpr int kLinesPerChunk = kLines / kChunks;
-/// The first chunk, in which everything happens for the first time, does not count.
+/// Chunks compared at each end. The first chunk is a warm-up and not among them.
 constexpr int kCompared = 5;
 
-/// The least disturbed of some measurements of the same work.
+/// The measurement that other processes disturbed least.
 double least(const std::vector<double>& values) {
   return *std::min_element(values.begin(), values.end());
 }
 
-/// What the lines themselves take: the heap that a second copy of them needs, with as much room
-/// for more.
+/// The heap size of a copy of the lines with the same capacity.
 double bytesOfLines(const CaptionSession& session) {
   const QByteArray bytes = encodeSession(session);
   const double before = heapBytes();
@@ -41,7 +40,7 @@ double bytesOfLines(const CaptionSession& session) {
 int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
   LiveSession session;
-  // Everything that is made once is made before.
+  // Warm-up: allocates what is allocated only once.
   session.speak(-1);
   session.settings.setTargetID("ja");
   test::settle();

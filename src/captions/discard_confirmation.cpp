@@ -15,12 +15,15 @@ Question discardQuestion(const QString& title, std::size_t lineCount) {
   const QString count = QString::number(lineCount);
   Question question;
   question.message = title;
-  question.informativeText = L("The " + count +
-                                   " sentences in this session haven’t been saved. If you don’t "
-                                   "save, they’ll be lost.",
-                               "현재 세션의 " + count +
-                                   "문장은 아직 저장되지 않았습니다. 저장하지 않으면 이 기록은 "
-                                   "사라집니다.");
+  question.informativeText =
+      lineCount == 1
+          ? L("The 1 sentence in this session hasn’t been saved. If you don’t save, it’ll be lost.",
+              "현재 세션의 1문장은 아직 저장되지 않았습니다. 저장하지 않으면 이 기록은 사라집니다.")
+          : L("The " + count +
+                  " sentences in this session haven’t been saved. If you don’t save, they’ll be "
+                  "lost.",
+              "현재 세션의 " + count +
+                  "문장은 아직 저장되지 않았습니다. 저장하지 않으면 이 기록은 사라집니다.");
   question.buttons = {L("Save Session", "세션 저장"), L("Don’t Save", "저장하지 않음"),
                       L("Cancel", "취소")};
   question.isWarning = true;

@@ -8,8 +8,9 @@ namespace velun {
 class CaptionViewModel;
 class ModalQuestion;
 
-/// Asks, under `title`, what is to become of unsaved lines, when there are any and the settings or
-/// a failed write say so. True: go on, the lines are saved or may be lost. False: stop the action.
+/// Asks whether to save the unsaved lines, with `title` as the message. It asks only if there are
+/// any and either the settings want the question or the last write failed. Returns true to go on
+/// (the lines are saved or may be discarded), false to cancel the action.
 bool confirmDiscarding(CaptionViewModel& model, const QString& title, ModalQuestion& question);
 
 }  // namespace velun

@@ -7,7 +7,7 @@
 
 namespace velun {
 
-/// What a modal alert says and offers, in the interface language.
+/// The texts of a modal alert, in the interface language.
 struct Question {
   QString message;
   QString informativeText;
@@ -18,16 +18,16 @@ struct Question {
   bool operator==(const Question&) const = default;
 };
 
-/// The one alert for everything that could not be done, with `message` as its informative text.
+/// The alert that reports a failed action, with `message` as its informative text.
 Question errorQuestion(const QString& message);
 
-/// Whoever can show a modal alert. Main thread.
+/// Shows modal alerts. Main thread.
 class ModalQuestion {
  public:
   virtual ~ModalQuestion() = default;
 
-  /// Brings the application to the front, shows the alert and waits. The index of the button that
-  /// closed it; none when it was closed in any other way.
+  /// Brings the application to the front, shows the alert and waits for the answer. Returns the
+  /// index of the clicked button; none when the alert was closed in another way.
   virtual std::optional<int> ask(const Question& question) = 0;
 };
 

@@ -24,11 +24,6 @@ void PendingTranslations::lineChanged(const Line& line) {
   }
 }
 
-void PendingTranslations::reset() {
-  isCollected_ = false;
-  ids_.clear();
-}
-
 bool PendingTranslations::isPending(const Line& line) const {
   return line.sourceLanguage == sourceID_ && !line.translations.contains(targetID_) &&
          !line.legacyTranslation;

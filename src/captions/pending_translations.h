@@ -9,18 +9,15 @@
 
 namespace velun {
 
-/// The ids of the lines in one spoken language that have no text in one target language, kept up
-/// to date line by line instead of being collected again for each reader.
+/// The ids of the lines spoken in one locale that have no text in one target language. Collected
+/// once and then updated line by line.
 class PendingTranslations {
  public:
   const QSet<QUuid>& ids(const std::vector<Line>& lines, const QString& sourceID,
                          const QString& targetID);
 
-  /// The line is new or has another translation than before.
+  /// The line is new, or its translations have changed.
   void lineChanged(const Line& line);
-
-  /// Other lines follow.
-  void reset();
 
  private:
   bool isPending(const Line& line) const;

@@ -9,24 +9,23 @@
 
 namespace velun {
 
-/// The bare transcript of a growing list of lines, the same text as `CaptionSession::transcript`,
-/// of which only what follows the first changed line is put together again.
+/// The transcript of a growing list of lines, the same text as `CaptionSession::transcript`. Only
+/// the part from the first changed line on is rendered again.
 class TranscriptCache {
  public:
   const QString& text(const std::vector<Line>& lines, TranscriptContent content,
                       const QString& language);
 
-  /// The line at that index has another translation than before.
+  /// The translations of the line at `index` have changed.
   void lineChanged(std::size_t index);
 
-  /// Other lines follow.
+ private:
   void reset();
 
- private:
   TranscriptContent content_ = TranscriptContent::both;
   QString language_;
   QString text_;
-  /// The length of the text up to and with each line.
+  /// For each line, the length of the text up to its end.
   std::vector<qsizetype> ends_;
 };
 

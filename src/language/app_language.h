@@ -15,7 +15,7 @@ inline constexpr std::array allAppLanguages = {AppLanguage::english, AppLanguage
 /// The persisted form: "en" or "ko".
 QString rawValue(AppLanguage language);
 
-/// The language of a persisted form, matched exactly; none for any other text.
+/// Parses the persisted form, which is case-sensitive; none for any other text.
 std::optional<AppLanguage> appLanguageFromRawValue(const QString& raw);
 
 /// The language's own name, the same in every interface language.

@@ -24,7 +24,7 @@ void Localization::setLanguage(AppLanguage language) {
 }
 
 QString Localization::locale() const {
-  return language() == AppLanguage::korean ? QStringLiteral("ko") : QStringLiteral("en");
+  return rawValue(language());
 }
 
 QString L(const char* english, const char* korean) {
@@ -38,8 +38,8 @@ QString L(const QString& english, const QString& korean) {
 
 namespace {
 
-/// ICU invents names ("zz (QQ)") for codes that it does not know, so the language itself, without
-/// script and region, is asked first: its name is its own code when ICU has none.
+/// ICU makes up names such as "zz (QQ)" for unknown codes. The language alone, without script and
+/// region, tells: ICU names an unknown one by its code.
 bool hasName(const icu::Locale& locale, const icu::Locale& display) {
   const QString code = QString::fromLatin1(locale.getLanguage());
   icu::UnicodeString name;

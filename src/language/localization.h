@@ -11,16 +11,16 @@ namespace velun {
 
 class PreferenceStore;
 
-/// The interface language in force, observed by everything that shows a text. Main thread, except
+/// The current interface language, observed by everything that shows a text. Main thread, except
 /// that `L` may be called from any thread.
 class Localization final : public QObject {
   Q_OBJECT
 
  public:
-  /// The one instance. English until `load` or the settings say otherwise.
+  /// The only instance. English until `load` or `setLanguage`.
   static Localization& shared();
 
-  /// Takes the language stored under "language"; missing or unknown gives English.
+  /// Reads the language stored under "language"; English when it is missing or unknown.
   void load(const PreferenceStore& preferences);
 
   AppLanguage language() const { return language_; }
@@ -36,7 +36,7 @@ class Localization final : public QObject {
   std::atomic<AppLanguage> language_ = AppLanguage::english;
 };
 
-/// The text of the pair that the interface language asks for, at the moment of the call.
+/// Returns the text in the current interface language. Any thread.
 QString L(const char* english, const char* korean);
 QString L(const QString& english, const QString& korean);
 

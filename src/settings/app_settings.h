@@ -16,11 +16,11 @@ class AppSettings final : public QObject {
   Q_OBJECT
 
  public:
-  /// The changes after which running recognition or translation has to be rebuilt.
+  /// The changes after which recognition or translation has to be set up again.
   enum class Change { input, sourceLanguage, targetLanguage, translation };
 
-  /// Reads every value once. Without a store (null) nothing is persisted. Sets the shared
-  /// interface language. `preferences` must outlive this object.
+  /// Reads every value once and sets the interface language. Null keeps nothing beyond the run.
+  /// `preferences` must outlive this object.
   explicit AppSettings(PreferenceStore* preferences = nullptr, QObject* parent = nullptr);
 
   AppLanguage language() const { return language_; }

@@ -27,7 +27,7 @@ class CaptionEventsTest final : public test::Suite {
  private Q_SLOTS:
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
-  void aDraftIsShownAndNotifiedOnce() {
+  void anUnchangedDraftIsNotAnnouncedAgain() {
     ModelFixture fixture;
     fixture.draft("he");
     fixture.draft("he");
@@ -65,7 +65,7 @@ class CaptionEventsTest final : public test::Suite {
     QCOMPARE(fixture.texts(), QStringList({"Yes.", "Yes."}));
   }
 
-  void blanksMakeNoLineButClearTheDraftAndTryToSave() {
+  void aBlankResultClearsTheDraftAndSavesAgain() {
     ModelFixture fixture;
     fixture.final("One.");
     fixture.breakStore();
@@ -78,7 +78,7 @@ class CaptionEventsTest final : public test::Suite {
     QCOMPARE(fixture.takeSignals(), QStringList({"volatileText", "savedURL", "saveError"}));
   }
 
-  void blanksInAnEmptySessionSaveNothing() {
+  void aBlankResultInAnEmptySessionWritesNoFile() {
     ModelFixture fixture([](AppSettings& settings) { settings.setAutoSaveSessions(true); });
     fixture.final("  ");
     QVERIFY(!fixture.model->savedURL() && !fixture.model->saveError());
@@ -116,7 +116,7 @@ class CaptionEventsTest final : public test::Suite {
              Translations({{"ja", "二。"}, {"ko", "두울."}}));
   }
 
-  void aTranslationOfAnUnknownLineIsDropped() {
+  void aTranslationOfAnUnknownLineIsIgnored() {
     ModelFixture fixture(translating);
     fixture.final("One.");
     const QUuid gone = fixture.model->lines()[0].id;
@@ -160,7 +160,7 @@ class CaptionEventsTest final : public test::Suite {
     QVERIFY(!fixture.model->translationStatus());
   }
 
-  void whichTextsAreShown_data() {
+  void settingsDecideWhichTextsAreShown_data() {
     QTest::addColumn<bool>("translate");
     QTest::addColumn<bool>("only");
     QTest::addColumn<QString>("target");
@@ -181,7 +181,7 @@ class CaptionEventsTest final : public test::Suite {
     QTest::newRow("on, only, same") << true << true << "en"
                                     << "original" << true;
   }
-  void whichTextsAreShown() {
+  void settingsDecideWhichTextsAreShown() {
     QFETCH(bool, translate);
     QFETCH(bool, only);
     QFETCH(QString, target);
@@ -197,7 +197,7 @@ class CaptionEventsTest final : public test::Suite {
              fixture.model->captionContent() != TranscriptContent::translation);
   }
 
-  void theNoticeSpeaksTheInterfaceLanguage() {
+  void theNoticeIsLocalized() {
     ModelFixture fixture(translating);
     fixture.settings.setTargetID("en");
     QCOMPARE(fixture.model->translationNotice(),
@@ -208,7 +208,7 @@ class CaptionEventsTest final : public test::Suite {
              std::optional<QString>("입력 언어와 번역 언어가 같아 원문을 표시합니다."));
   }
 
-  void theTextOfTheCaptions() {
+  void captionTextJoinsTranscriptAndDraft() {
     ModelFixture fixture(translating);
     QCOMPARE(fixture.model->captionText(), QString());
     fixture.draft("on");
@@ -230,7 +230,7 @@ class CaptionEventsTest final : public test::Suite {
     QCOMPARE(fixture.model->captionText(), QString());
   }
 
-  void linesWaitForTheirTranslation() {
+  void linesArePendingUntilTranslated() {
     ModelFixture fixture(translationOnly);
     fixture.start();
     fixture.final("One. Two.");
@@ -252,7 +252,7 @@ class CaptionEventsTest final : public test::Suite {
     settle();
   }
 
-  void noLineWaitsWhileTranslationFails() {
+  void noLineIsPendingWhileTranslationFails() {
     ModelFixture fixture(translationOnly);
     fixture.final("One.");
     QCOMPARE(fixture.model->pendingTranslationIDs().size(), 1);
@@ -275,11 +275,11 @@ class CaptionEventsTest final : public test::Suite {
     QCOMPARE(fixture.translation(1), QString("TWO."));
   }
 
-  void eventsAfterDestructionAreDropped() {
+  void eventsAfterDestructionAreIgnored() {
     ModelFixture fixture;
     fixture.engine->holdsStops = true;
     fixture.start();
-    // The operation under way keeps the recognizer alive beyond the model.
+    // The running operation keeps the recognizer alive.
     fixture.model.reset();
     fixture.final("Late.");
     fixture.failure("late");

@@ -27,7 +27,7 @@ class CaptionLifecycleTest final : public test::Suite {
     QCOMPARE(model.session().startedAt, fixture.clock.now());
   }
 
-  void startingIsRunningAtOnceAndEndsTheSwitchLater() {
+  void isRunningBeforeTheTransitionEnds() {
     ModelFixture fixture;
     fixture.model->start();
     QVERIFY(fixture.model->isRunning());
@@ -42,7 +42,7 @@ class CaptionLifecycleTest final : public test::Suite {
              QStringList({"isRunning", "isTransitioning", "isTransitioning"}));
   }
 
-  void shutdownEndsARunningDownload() {
+  void shutdownCancelsARunningDownload() {
     ModelFixture fixture;
     fixture.engine->holdsStarts = true;
     fixture.start();
@@ -54,7 +54,7 @@ class CaptionLifecycleTest final : public test::Suite {
     QVERIFY(!fixture.model->isRunning());
   }
 
-  void aFailedStartTellsWhy() {
+  void aFailedStartIsReportedAsStatus() {
     ModelFixture fixture;
     fixture.engine->startFailure = "Klingon isn’t a supported language";
     fixture.start();
@@ -93,7 +93,7 @@ class CaptionLifecycleTest final : public test::Suite {
     QCOMPARE(fixture.takeSignals(), QStringList({"isTransitioning", "isTransitioning"}));
   }
 
-  void whatAChangeOfSettingsDoes_data() {
+  void settingsRestartTheEngineOrReconfigureTranslation_data() {
     QTest::addColumn<QString>("setting");
     QTest::addColumn<bool>("restarts");
     QTest::addColumn<bool>("reconfigures");
@@ -102,7 +102,7 @@ class CaptionLifecycleTest final : public test::Suite {
     QTest::newRow("target language") << "target" << false << true;
     QTest::newRow("translation") << "translation" << false << true;
   }
-  void whatAChangeOfSettingsDoes() {
+  void settingsRestartTheEngineOrReconfigureTranslation() {
     QFETCH(QString, setting);
     ModelFixture fixture([](AppSettings& settings) { settings.setTranslate(true); });
     fixture.start();
@@ -118,7 +118,7 @@ class CaptionLifecycleTest final : public test::Suite {
     QTEST(fixture.model->translator().configuration() != before, "reconfigures");
   }
 
-  void settingsChangedWhileStoppedWaitForTheStart() {
+  void settingsChangedWhileStoppedApplyToTheNextStart() {
     ModelFixture fixture;
     fixture.settings.setUseMic(true);
     fixture.settings.setLocaleID("ko_KR");
@@ -129,7 +129,7 @@ class CaptionLifecycleTest final : public test::Suite {
     QCOMPARE(fixture.engine->calls[2], QString("start ko_KR microphone"));
   }
 
-  void stoppingGivesTheSessionItsEnd() {
+  void stoppingSetsTheEndOfTheSession() {
     ModelFixture fixture;
     fixture.start();
     fixture.final("One.");
@@ -140,14 +140,14 @@ class CaptionLifecycleTest final : public test::Suite {
     QCOMPARE(fixture.model->volatileText(), QString());
   }
 
-  void stoppingWithoutLinesLeavesNoEnd() {
+  void stoppingWithoutLinesSetsNoEnd() {
     ModelFixture fixture;
     fixture.start();
     fixture.stop();
     QVERIFY(!fixture.model->session().endedAt);
   }
 
-  void theLastWordsOfARunBelongToTheSession() {
+  void resultsThatArriveWhileStoppingAreKept() {
     ModelFixture fixture;
     fixture.start();
     fixture.engine->lastWords = {FinalEvent{"The end.", "en_US", AudioInput::computer}};
@@ -169,7 +169,7 @@ class CaptionLifecycleTest final : public test::Suite {
     QCOMPARE(fixture.texts(), QStringList({"One."}));
   }
 
-  void anEmptySessionBeginsWhenItIsStarted() {
+  void startingAnEmptySessionSetsItsStart() {
     ModelFixture fixture;
     fixture.clock.advance(1h);
     fixture.start();
@@ -213,7 +213,7 @@ class CaptionLifecycleTest final : public test::Suite {
     QCOMPARE(fixture.model->session().title, QString("자막 세션"));
   }
 
-  void aStoppedSessionCanBeTranslatedOnceItHasLines() {
+  void aStoppedSessionWithLinesCanBeTranslated() {
     ModelFixture fixture;
     fixture.settings.setTranslate(true);
     QVERIFY(!fixture.model->translationConfig());
@@ -236,7 +236,7 @@ class CaptionLifecycleTest final : public test::Suite {
     QVERIFY(!fixture.model->translator().configuration());
   }
 
-  void newSessionIsIgnoredWhileRunningOrSwitching() {
+  void newSessionIsIgnoredWhileRunningOrInTransition() {
     ModelFixture fixture;
     const QUuid id = fixture.model->session().id;
     fixture.model->start();
@@ -251,7 +251,7 @@ class CaptionLifecycleTest final : public test::Suite {
     QVERIFY(fixture.model->session().id != id);
   }
 
-  void aFailureStopsTheEngineFromInsideItself() {
+  void aFailureEventStopsTheEngine() {
     ModelFixture fixture;
     fixture.start();
     fixture.final("One.");
@@ -266,7 +266,7 @@ class CaptionLifecycleTest final : public test::Suite {
     QCOMPARE(fixture.texts(), QStringList({"One."}));
   }
 
-  void aFailureDuringASwitchLeavesTheFlagsToTheSwitch() {
+  void aFailureEventDuringATransitionIsOnlyShown() {
     ModelFixture fixture;
     fixture.engine->holdsStarts = true;
     fixture.start();
@@ -289,12 +289,12 @@ class CaptionLifecycleTest final : public test::Suite {
     QCOMPARE(fixture.takeSignals(), QStringList({"locales", "languages"}));
   }
 
-  void destructionDuringAnOperationIsQuiet_data() {
+  void destructionDuringAnOperationEmitsNothing_data() {
     QTest::addColumn<bool>("starting");
-    QTest::newRow("start under way") << true;
-    QTest::newRow("stop under way") << false;
+    QTest::newRow("during a start") << true;
+    QTest::newRow("during a stop") << false;
   }
-  void destructionDuringAnOperationIsQuiet() {
+  void destructionDuringAnOperationEmitsNothing() {
     QFETCH(bool, starting);
     ModelFixture fixture;
     fixture.engine->holdsStarts = starting;

@@ -35,7 +35,7 @@ class CaptionModelCheckerTest final : public test::Suite {
   Q_OBJECT
 
  private Q_SLOTS:
-  void randomSequencesKeepTheModelRight() {
+  void randomSequencesMatchTheReferenceModel() {
     constexpr int kSteps = 60;
     ModelChecker::Counts counts;
     for (int run = 0; run < runs; ++run) {

@@ -86,7 +86,7 @@ class CaptionSavingTest final : public test::Suite {
     QCOMPARE(fixture.takeSignals().count("saveError"), 1);
   }
 
-  void turningAutoSaveOnWaitsForTheNextSession() {
+  void turningAutoSaveOnAppliesToTheNextSession() {
     ModelFixture fixture;
     fixture.final("One.");
     fixture.settings.setAutoSaveSessions(true);
@@ -99,7 +99,7 @@ class CaptionSavingTest final : public test::Suite {
     QCOMPARE(fixture.files().size(), 1);
   }
 
-  void turningAutoSaveOffWaitsForTheNextSessionToo() {
+  void turningAutoSaveOffAppliesToTheNextSession() {
     ModelFixture fixture(autoSaving);
     fixture.settings.setAutoSaveSessions(false);
     fixture.final("One.");
@@ -123,7 +123,7 @@ class CaptionSavingTest final : public test::Suite {
     QVERIFY(isWritten(fixture));
   }
 
-  void aFailedWriteIsToldAndTriedAgain() {
+  void aFailedWriteDoesNotStopCaptions() {
     ModelFixture fixture(autoSaving);
     fixture.start();
     fixture.breakStore();
@@ -143,7 +143,7 @@ class CaptionSavingTest final : public test::Suite {
     QVERIFY(!fixture.model->hasUnsavedSession());
   }
 
-  void startingAgainClearsTheEndInTheNextWrite() {
+  void startingAgainRemovesTheEndFromTheFile() {
     ModelFixture fixture(autoSaving);
     fixture.start();
     fixture.final("One.");

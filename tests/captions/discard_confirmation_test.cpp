@@ -16,12 +16,12 @@ class DiscardConfirmationTest final : public test::Suite {
  private Q_SLOTS:
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
-  void nothingUnsavedAsksNothing_data() {
+  void asksOnlyAboutUnsavedLines_data() {
     QTest::addColumn<bool>("saved");
     QTest::newRow("empty") << false;
     QTest::newRow("saved") << true;
   }
-  void nothingUnsavedAsksNothing() {
+  void asksOnlyAboutUnsavedLines() {
     QFETCH(bool, saved);
     ModelFixture fixture;
     if (saved) {
@@ -41,7 +41,7 @@ class DiscardConfirmationTest final : public test::Suite {
     QVERIFY(question.asked.empty());
   }
 
-  void aFailedWriteIsAskedAboutAnyway() {
+  void asksAfterAFailedWriteEvenIfAskingIsOff() {
     ModelFixture fixture([](AppSettings& settings) {
       settings.setAskBeforeDiscarding(false);
       settings.setAutoSaveSessions(true);
@@ -55,7 +55,7 @@ class DiscardConfirmationTest final : public test::Suite {
     QVERIFY(question.asked[0].informativeText.startsWith("The 3 sentences"));
   }
 
-  void theQuestion() {
+  void asksWithTheNumberOfSentences() {
     ModelFixture fixture;
     fixture.final("One. Two.");
     ScriptedQuestion question;
@@ -69,7 +69,18 @@ class DiscardConfirmationTest final : public test::Suite {
     QCOMPARE(question.asked, std::vector<Question>({expected}));
   }
 
-  void theQuestionInKorean() {
+  void asksAboutOneSentenceInTheSingular() {
+    ModelFixture fixture;
+    fixture.final("One.");
+    ScriptedQuestion question;
+    confirmDiscarding(*fixture.model, "Save?", question);
+    QCOMPARE(
+        question.asked[0].informativeText,
+        QString("The 1 sentence in this session hasn’t been saved. If you don’t save, it’ll be "
+                "lost."));
+  }
+
+  void theQuestionIsLocalized() {
     ModelFixture fixture;
     Localization::shared().setLanguage(AppLanguage::korean);
     fixture.final("One. Two.");
@@ -84,7 +95,7 @@ class DiscardConfirmationTest final : public test::Suite {
     QCOMPARE(question.asked, std::vector<Question>({expected}));
   }
 
-  void savingGoesOn() {
+  void saveWritesTheFileAndGoesOn() {
     ModelFixture fixture;
     fixture.final("One.");
     ScriptedQuestion question;
@@ -94,7 +105,7 @@ class DiscardConfirmationTest final : public test::Suite {
     QCOMPARE(fixture.files().size(), 1);
   }
 
-  void savingThatFailsIsToldAndStops() {
+  void aFailedSaveIsReportedAndCancels() {
     ModelFixture fixture;
     fixture.final("One.");
     fixture.breakStore();
@@ -107,7 +118,7 @@ class DiscardConfirmationTest final : public test::Suite {
     QCOMPARE(question.asked[1].buttons.size(), 1);
   }
 
-  void savingASessionThatBecameEmptyIsToldToo() {
+  void savingASessionThatBecameEmptyIsReported() {
     ModelFixture fixture;
     fixture.final("One.");
     struct Emptying final : ModalQuestion {
@@ -126,7 +137,7 @@ class DiscardConfirmationTest final : public test::Suite {
     QCOMPARE(question.asked[1].informativeText, QString("세션을 저장하지 못했습니다."));
   }
 
-  void discardingGoesOnWithoutAFile() {
+  void dontSaveGoesOnWithoutAFile() {
     ModelFixture fixture;
     fixture.final("One.");
     ScriptedQuestion question;
@@ -136,12 +147,12 @@ class DiscardConfirmationTest final : public test::Suite {
     QVERIFY(!fixture.model->isSavingSession());
   }
 
-  void anythingElseStops_data() {
+  void otherAnswersCancel_data() {
     QTest::addColumn<std::optional<int>>("answer");
     QTest::newRow("cancelled") << std::optional(2);
     QTest::newRow("closed") << std::optional<int>();
   }
-  void anythingElseStops() {
+  void otherAnswersCancel() {
     QFETCH(std::optional<int>, answer);
     ModelFixture fixture;
     fixture.final("One.");

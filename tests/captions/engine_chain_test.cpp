@@ -15,7 +15,7 @@ using test::settle;
 
 namespace {
 
-/// A chain whose operations write down when they begin and end, and last until they are released.
+/// A chain whose operations log their start and end and run until they are released.
 struct Bench {
   struct Held {
     QStringList log;
@@ -63,7 +63,7 @@ class EngineChainTest final : public test::Suite {
   Q_OBJECT
 
  private Q_SLOTS:
-  void operationsBeginOnTheNextTurnOneAfterTheOther() {
+  void operationsStartOnTheNextTurnOneAfterAnother() {
     Bench bench;
     const OneShot<bool> first = bench.enqueue("first");
     const OneShot<bool> second = bench.enqueue("second");
@@ -79,7 +79,7 @@ class EngineChainTest final : public test::Suite {
     QVERIFY(second.isAnswered());
   }
 
-  void itCanBeUsedAgainAfterARest() {
+  void canBeUsedAgainWhenIdle() {
     Bench bench;
     bench.enqueue("first");
     settle();
@@ -91,7 +91,7 @@ class EngineChainTest final : public test::Suite {
              QStringList({"first", "first ended", "idle", "second", "second ended", "idle"}));
   }
 
-  void whatIsQueuedAtTheEndOfTheLastGoesOn() {
+  void operationsQueuedWhenBecomingIdleRun() {
     Bench bench;
     connect(&*bench.chain, &EngineChain::becameIdle, this, [&bench] {
       if (bench.held->gates.size() == 1) bench.enqueue("second");
@@ -103,7 +103,7 @@ class EngineChainTest final : public test::Suite {
     bench.release();
   }
 
-  void cancellingReachesWhatIsQueuedAndWhatIsUnderWay() {
+  void cancelAllReachesQueuedAndRunningOperations() {
     Bench bench;
     bench.enqueue("first");
     bench.enqueue("second");
@@ -119,7 +119,7 @@ class EngineChainTest final : public test::Suite {
     QCOMPARE(bench.held->log.last(), QString("idle"));
   }
 
-  void anUnexpectedFailureDoesNotWedgeIt() {
+  void anUnexpectedExceptionDoesNotBlockTheQueue() {
     Bench bench;
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression("unexpected.*this never happens"));
     const OneShot<bool> ended = bench.chain->enqueue([](std::stop_token) { return failing(); });
@@ -131,7 +131,7 @@ class EngineChainTest final : public test::Suite {
     QCOMPARE(bench.held->log.last(), QString("idle"));
   }
 
-  void itsEndAnswersEveryoneAndBeginsNothing() {
+  void destructionCompletesAllAndStartsNothing() {
     Bench bench;
     const OneShot<bool> first = bench.enqueue("first");
     const OneShot<bool> second = bench.enqueue("second");
@@ -143,7 +143,7 @@ class EngineChainTest final : public test::Suite {
     QCOMPARE(bench.held->log, QStringList({"first", "first ended"}));
   }
 
-  void closedItAnswersEveryoneAndBeginsNothing() {
+  void closeCompletesAllAndStartsNothing() {
     Bench bench;
     const OneShot<bool> first = bench.enqueue("first");
     const OneShot<bool> second = bench.enqueue("second");
@@ -154,7 +154,7 @@ class EngineChainTest final : public test::Suite {
     QCOMPARE(bench.held->log, QStringList({"first", "first ended"}));
   }
 
-  void whatIsQueuedOnceItIsClosedIsAnsweredAndNotBegun() {
+  void operationsQueuedAfterCloseCompleteWithoutStarting() {
     Bench bench;
     bench.chain->close();
     QVERIFY(bench.enqueue("late").isAnswered());
@@ -162,7 +162,7 @@ class EngineChainTest final : public test::Suite {
     QCOMPARE(bench.held->log, QStringList());
   }
 
-  void itsEndBeforeTheFirstTurnBeginsNothing() {
+  void destructionBeforeTheFirstTurnStartsNothing() {
     Bench bench;
     bench.enqueue("first");
     bench.chain.reset();

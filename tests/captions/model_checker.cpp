@@ -14,7 +14,7 @@ namespace {
 const QStringList kLocales = {"en_US", "en_GB", "ko_KR", "fr_FR"};
 const QStringList kTargets = {"ko", "en", "ja"};
 
-/// What every session of the checker answers: it tells which text, into which language.
+/// The scripted translation, which names its text and language.
 QString translationOf(const QString& text, const QString& target) {
   return target + ": " + text;
 }
@@ -60,7 +60,7 @@ ModelChecker::ModelChecker(std::uint64_t seed, Counts& counts) : random_(seed), 
   fixture_.settings.setTranslate(isLucky(50));
   sessionID_ = fixture_.model->session().id;
   fixture_.engine->onEmit = [this](const SpeechRecognitionEvent& event) {
-    heard(event);
+    expectLines(event);
   };
   CaptionViewModel* const model = fixture_.model.get();
   // The view's part: a session for each configuration.
@@ -208,7 +208,7 @@ void ModelChecker::failureEvent() {
   }
 }
 
-void ModelChecker::heard(const SpeechRecognitionEvent& event) {
+void ModelChecker::expectLines(const SpeechRecognitionEvent& event) {
   const auto* const final = std::get_if<FinalEvent>(&event);
   if (!final) return;
   for (const QString& sentence : final->text.split(QLatin1Char('.'), Qt::SkipEmptyParts)) {
@@ -221,7 +221,8 @@ void ModelChecker::heard(const SpeechRecognitionEvent& event) {
 
 void ModelChecker::save() {
   const bool isWritten = fixture_.model->saveCurrentSession();
-  if (isWritten != (!expectedTexts_.isEmpty() && !isBroken_)) fail("saving went another way");
+  if (isWritten != (!expectedTexts_.isEmpty() && !isBroken_))
+    fail("saving returned the wrong result");
   if (expectedTexts_.isEmpty()) return;
   expectsSaving_ = true;
   if (isWritten) writtenEnd_.reset();
@@ -326,7 +327,7 @@ void ModelChecker::check() {
 void ModelChecker::checkEngine() {
   if (fixture_.engine->overlaps > 0) fail("engine operations overlapped");
   if (fixture_.engine->isBusy() && !fixture_.model->isTransitioning()) {
-    fail("an operation is under way outside a switch");
+    fail("an operation is running outside a transition");
   }
 }
 
@@ -364,7 +365,7 @@ void ModelChecker::checkDerived() {
       }
     }
   }
-  if (model.pendingTranslationIDs() != pending) fail("other lines wait for a translation");
+  if (model.pendingTranslationIDs() != pending) fail("the wrong lines are pending");
 }
 
 void ModelChecker::checkSaving() {
@@ -380,16 +381,17 @@ void ModelChecker::checkSaving() {
   ++counts_.comparedFiles;
 }
 
-/// What holds once nothing is posted any more: no switch lasts without an operation under way.
+/// Once no events are pending, a transition lasts only while an operation is running.
 void ModelChecker::checkSettled() {
   if (fixture_.engine->isBusy()) return;
-  if (fixture_.model->isTransitioning()) return fail("a switch does not end");
+  if (fixture_.model->isTransitioning()) return fail("a transition does not end");
   if (fixture_.model->isRunning() != fixture_.engine->isStarted) {
     return fail("the engine and the model disagree");
   }
 }
 
-/// Everything is let go and answered: all must come to rest, saved and translated.
+/// Releases every held operation and completes every request: the model must settle, with its
+/// lines saved and translated.
 void ModelChecker::finish() {
   trail_.append("finish");
   letOperationsPass();
@@ -425,7 +427,7 @@ void ModelChecker::finish() {
   }
 }
 
-/// The model goes away in the middle of everything; nothing may be heard of it afterwards.
+/// Destroys the model in the middle of its work; it must not emit anything afterwards.
 void ModelChecker::destroy() {
   trail_.append("destroy");
   fixture_.model.reset();
@@ -446,10 +448,10 @@ void ModelChecker::destroy() {
     settle();
   }
   if (!fixture_.takeSignals().isEmpty() || counts_.translations != before.translations) {
-    fail("a dead model was heard of");
+    fail("a destroyed model emitted a signal");
   }
   if (fixture_.engine->isBusy() || fixture_.engine->overlaps > 0) {
-    fail("the engine was left in the middle of an operation");
+    fail("an engine operation never ended");
   }
   for (const QCoro::Task<>& task : fixture_.tasks) {
     if (!task.isReady()) fail("a task outlives its model");

@@ -10,8 +10,8 @@
 namespace velun::test {
 
 /// Drives a caption model through one random sequence of commands, settings changes, events,
-/// failures, translations and write failures, and compares it after every step with what it must
-/// be, kept here in the simplest way.
+/// failures, translations and write failures, and compares it after every step with a simple
+/// reference model.
 class ModelChecker {
  public:
   /// How often things happened, to show that a run reached them.
@@ -29,7 +29,7 @@ class ModelChecker {
 
   ModelChecker(std::uint64_t seed, Counts& counts);
 
-  /// Runs the sequence. What went wrong, with the steps that led there; none when all was well.
+  /// Runs the sequence. Returns the first problem with the steps that led to it; none on success.
   std::optional<QString> run(int steps);
 
  private:
@@ -82,7 +82,7 @@ class ModelChecker {
   void loadLanguages();
 
   FinalEvent makeFinal();
-  void heard(const SpeechRecognitionEvent& event);
+  void expectLines(const SpeechRecognitionEvent& event);
   void openTranslation();
   std::vector<ScriptedTranslationSession::Request> unanswered();
   void finish();

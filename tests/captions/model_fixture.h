@@ -13,8 +13,8 @@
 
 namespace velun::test {
 
-/// A caption model over scripted collaborators, a folder of its own and a clock that stands still,
-/// with a list of the properties that it notified.
+/// A caption model with scripted collaborators, a temporary folder, a manual clock and a list of
+/// the properties whose change it announced.
 struct ModelFixture : SessionsFolder {
   using Engine = ScriptedRecognizer::Script;
   using Translation = ScriptedTranslationSession::Script;
@@ -61,7 +61,7 @@ struct ModelFixture : SessionsFolder {
   void status(const std::optional<QString>& text) { recognizer->emitEvent(StatusEvent{text}); }
   void failure(const QString& message) { recognizer->emitEvent(FailureEvent{message}); }
 
-  /// Opens a session that answers every text in upper case, and translates with it.
+  /// Translates with a session that returns every text in upper case.
   std::shared_ptr<Translation> openTranslation() {
     auto script = std::make_shared<Translation>();
     script->translate = [](const QString& text) {
@@ -84,7 +84,7 @@ struct ModelFixture : SessionsFolder {
     return found == translations.end() ? QString() : found->second;
   }
 
-  /// The names of the properties notified since the last call, in order.
+  /// Returns the names of the properties announced since the last call, in order.
   QStringList takeSignals() { return std::exchange(signalled, {}); }
 
   void logSignals() {

@@ -14,7 +14,7 @@ class LocalizationTest final : public test::Suite {
  private Q_SLOTS:
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
-  void storedKoreanIsInForceFromTheFirstCall() {
+  void loadsStoredKorean() {
     test::MemoryPreferences preferences;
     preferences.set("language", QString("ko"));
     Localization::shared().load(preferences);
@@ -22,13 +22,13 @@ class LocalizationTest final : public test::Suite {
     QCOMPARE(Localization::shared().locale(), QString("ko"));
   }
 
-  void otherStoredTextsGiveEnglish_data() {
+  void unknownStoredLanguageGivesEnglish_data() {
     QTest::addColumn<QString>("stored");
     QTest::newRow("upper case") << "KO";
     QTest::newRow("unknown") << "fr";
     QTest::newRow("empty") << "";
   }
-  void otherStoredTextsGiveEnglish() {
+  void unknownStoredLanguageGivesEnglish() {
     QFETCH(QString, stored);
     Localization::shared().setLanguage(AppLanguage::korean);
     test::MemoryPreferences preferences;
@@ -44,7 +44,7 @@ class LocalizationTest final : public test::Suite {
     QCOMPARE(Localization::shared().language(), AppLanguage::english);
   }
 
-  void observersHearOnlyChanges() {
+  void onlyADifferentLanguageIsAnnounced() {
     const QSignalSpy spy(&Localization::shared(), &Localization::languageChanged);
     Localization::shared().setLanguage(AppLanguage::english);
     QCOMPARE(spy.count(), 0);
@@ -52,7 +52,7 @@ class LocalizationTest final : public test::Suite {
     QCOMPARE(spy.count(), 1);
   }
 
-  void textsAreChosenAtTheMomentOfTheCall() {
+  void storedTextsKeepTheirLanguage() {
     const QString stored = L("Caption Session", "자막 세션");
     Localization::shared().setLanguage(AppLanguage::korean);
     QCOMPARE(stored, QString("Caption Session"));
@@ -69,7 +69,7 @@ class LocalizationTest final : public test::Suite {
     QCOMPARE(languageName("ko"), QString("한국어"));
   }
 
-  void anIdentifierWithoutANameIsShownAsItIs() {
+  void unknownIdentifiersAreReturnedUnchanged() {
     QCOMPARE(languageName("zz_QQ"), QString("zz_QQ"));
     QCOMPARE(languageName("zz"), QString("zz"));
     QCOMPARE(languageName(""), QString());

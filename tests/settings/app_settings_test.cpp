@@ -91,7 +91,7 @@ class AppSettingsTest final : public test::Suite {
     QCOMPARE(store.writes, 0);
   }
 
-  void valuesOfAnotherKindGiveTheDefaults() {
+  void storedValuesOfAnotherTypeGiveTheDefaults() {
     test::MemoryPreferences store;
     const QString no("no");
     for (const char* key :
@@ -111,7 +111,7 @@ class AppSettingsTest final : public test::Suite {
     QCOMPARE(AppSettings(&store).language(), AppLanguage::english);
   }
 
-  void everySetWritesUnderItsKeyWithItsKindAlsoWhenUnchanged() {
+  void everySetWritesItsKeyAlsoWhenUnchanged() {
     test::MemoryPreferences store;
     AppSettings settings(&store);
     int writes = 0;
@@ -145,7 +145,7 @@ class AppSettingsTest final : public test::Suite {
     QCOMPARE(store.values.size(), 11);
   }
 
-  void theFourChangesAreReportedOnlyWhenTheyDiffer() {
+  void changedIsEmittedOnlyForADifferentValue() {
     test::MemoryPreferences store;
     Noted noted(&store);
     noted.settings.setUseMic(false);
@@ -161,7 +161,7 @@ class AppSettingsTest final : public test::Suite {
                                           Change::targetLanguage, Change::translation}));
   }
 
-  void otherChangesAreNotReported() {
+  void otherSettingsDoNotEmitChanged() {
     Noted noted(nullptr);
     noted.settings.setLanguage(AppLanguage::korean);
     noted.settings.setFontSize(24);
@@ -173,7 +173,7 @@ class AppSettingsTest final : public test::Suite {
     QVERIFY(noted.changes.empty());
   }
 
-  void theChangeIsInForceAndStoredWhenItIsReported() {
+  void theValueIsStoredBeforeChangedIsEmitted() {
     test::MemoryPreferences store;
     AppSettings settings(&store);
     bool isThere = false;
@@ -184,7 +184,7 @@ class AppSettingsTest final : public test::Suite {
     QVERIFY(isThere);
   }
 
-  void everySetNotifiesItsObserversOnce() {
+  void everySetEmitsTheSignalOfItsProperty() {
     AppSettings settings;
     const QSignalSpy sizes(&settings, &AppSettings::fontSizeChanged);
     const QSignalSpy languages(&settings, &AppSettings::languageChanged);
@@ -209,14 +209,14 @@ class AppSettingsTest final : public test::Suite {
     QCOMPARE(L("Stop", "중지"), QString("중지"));
   }
 
-  void changesFromOutsideAreNotSeen() {
+  void laterChangesOfTheStoreAreNotRead() {
     test::MemoryPreferences store;
     const AppSettings settings(&store);
     store.values["fontSize"] = 30.0;
     QCOMPARE(settings.fontSize(), 16.0);
   }
 
-  void aFileKeepsEverySettingForTheNextRun() {
+  void settingsSurviveARestart() {
     const QTemporaryDir folder;
     const QString path = folder.filePath("preferences.json");
     {

@@ -8,7 +8,7 @@
 
 namespace velun::test {
 
-/// Answers modal questions from a list, and as if the alert was closed once the list is used up.
+/// Answers modal questions from a list; after its end, as if the alert was closed.
 class ScriptedQuestion final : public ModalQuestion {
  public:
   std::optional<int> ask(const Question& question) override {

@@ -13,34 +13,34 @@
 
 namespace velun::test {
 
-/// A recognizer that does what the test says. The script is shared with the test, so that it can
-/// be looked at, and held operations released, after the recognizer's owner is gone.
+/// A recognizer that follows a script. The test shares the script, so that it can inspect it and
+/// release held operations after the recognizer's owner is gone.
 class ScriptedRecognizer final : public SpeechRecognizing {
  public:
   struct Script {
-    /// What was asked for and what ended, in order: "start en_US computer", "started",
+    /// The calls and their ends, in order: "start en_US computer", "started",
     /// "start failed", "stop", "stopped".
     QStringList calls;
-    /// Operations that began while another one was under way, and starts of a started engine:
-    /// never allowed.
+    /// Counts operations that began while another one was running, and starts of a started engine.
+    /// Neither is allowed.
     int overlaps = 0;
-    /// The next operations stay under way until they are released.
+    /// The next operations run until they are released.
     bool holdsStarts = false;
     bool holdsStops = false;
-    /// A start under way goes on although its stop was requested.
+    /// A running start ignores the request to stop.
     bool ignoresStopRequests = false;
     /// The next start fails with this text, once.
     std::optional<QString> startFailure;
     /// Results that arrive while the next stop is finishing, once.
     std::vector<SpeechRecognitionEvent> lastWords;
-    /// Hears of every event just before it is delivered.
+    /// Called with every event just before it is emitted.
     std::function<void(const SpeechRecognitionEvent&)> onEmit;
     std::vector<float> bands;
     /// Whether audio is being recognized.
     bool isStarted = false;
     bool isStopRequested = false;
 
-    /// Ends the held operation: well, or a start with a failure.
+    /// Ends the held operation; `fail` ends a start with a failure.
     void release() const { gate.complete(true); }
     void fail(const QString& description) const {
       gate.fail(std::make_exception_ptr(Failure(description)));

@@ -19,8 +19,8 @@ class Quit(SpokenCase):
         question = self.wait_for_question(QUESTION)
         self.assertEqual([button.name for button in question.find_all("push button")],
                          list(QUESTION_BUTTONS))
-        self.assertTrue(question.find("label", "The 1 sentences in this session haven’t been saved. "
-                                               "If you don’t save, they’ll be lost."))
+        self.assertTrue(question.find("label", "The 1 sentence in this session hasn’t been saved. "
+                                               "If you don’t save, it’ll be lost."))
         # Nothing else is done while it asks.
         self.program.action("show-settings")
         self.program.action("toggle-captions")
