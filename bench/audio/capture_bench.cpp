@@ -2,9 +2,9 @@
 // What capturing the computer's sound costs, how late it comes, and how often it wakes the
 // processor, against a private sound server.
 #include "audio/audio_feeder.h"
-#include "audio/system_audio.h"
 #include "platform/audio/linux/pipewire_audio_platform.h"
 #include "platform/foundation/system_clock.h"
+#include "support/await.h"
 #include "support/playback_stream.h"
 #include "support/private_pipewire.h"
 
@@ -71,8 +71,8 @@ int playUntilKilled() {
 void measureUse(PipeWireAudioPlatform& platform, const Clock& clock) {
   const auto stream = std::make_shared<AnalyzerInputStream>();
   AudioFeeder feeder(analyzed, stream, clock);
-  SystemAudio source(platform.makeHardware(nullptr));
-  source.start([&feeder](const PcmBuffer& buffer) { feeder.feed(buffer); });
+  const auto source = platform.makeSource({});
+  await(source->start([&feeder](const PcmBuffer& buffer) { feeder.feed(buffer); }));
   QProcess player;
   player.start(QCoreApplication::applicationFilePath(), {"play"});
   wait(2);
@@ -91,22 +91,22 @@ void measureUse(PipeWireAudioPlatform& platform, const Clock& clock) {
   wait(measuredSeconds);
   std::printf("capture_idle_wakeups_per_s %.1f /s\n",
               double(wakeups() - idleStart) / measuredSeconds);
-  source.stop();
+  source->stop();
 }
 
 void measureLatency(PipeWireAudioPlatform& platform) {
   std::atomic<double> played = 0;
   std::mutex mutex;
   std::vector<double> delays;
-  SystemAudio source(platform.makeHardware(nullptr));
-  source.start([&](const PcmBuffer& buffer) {
+  const auto source = platform.makeSource({});
+  await(source->start([&](const PcmBuffer& buffer) {
     const double start = played;
     const auto samples = buffer.floatSamples();
     if (start == 0 || std::ranges::none_of(samples, [](float s) { return s > 0.2F; })) return;
     played = 0;
     const std::lock_guard lock(mutex);
     delays.push_back(now() - start);
-  });
+  }));
   {
     const PlaybackStream player(stereo, {},
                                 [&, frames = std::size_t(0)](std::span<float> samples) mutable {
@@ -121,7 +121,7 @@ void measureLatency(PipeWireAudioPlatform& platform) {
                                 });
     wait(measuredSeconds);
   }
-  source.stop();
+  source->stop();
   if (delays.empty()) qFatal("No impulse arrived");
   std::ranges::sort(delays);
   std::printf("capture_latency_ms %.1f ms\n", delays[delays.size() / 2] * 1e3);

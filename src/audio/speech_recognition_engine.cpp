@@ -2,8 +2,6 @@
 #include "audio/speech_recognition_engine.h"
 
 #include "audio/audio_feeder.h"
-#include "audio/mic_audio.h"
-#include "audio/system_audio.h"
 #include "language/localization.h"
 #include "platform/foundation/failure.h"
 #include "platform/foundation/main_task.h"
@@ -36,6 +34,7 @@ SpeechRecognitionEngine::SpeechRecognitionEngine(SpeechPlatform& speech, AudioPl
     : speech_(speech), audioPlatform_(audio), clock_(clock) {}
 
 SpeechRecognitionEngine::~SpeechRecognitionEngine() {
+  cancelAudio_.reset();
   if (audio_) audio_->stop();
   // A stop that still waits for the last results is let go.
   resultsEnd_.complete({});
@@ -103,7 +102,9 @@ QCoro::Task<> SpeechRecognitionEngine::setUp(Run run, std::stop_token stop) {
   co_await starting;
   checkCancellation(self, run.token, stop);
 
-  startAudio(*format, run);
+  QCoro::Task<> startingAudio = startAudio(*format, run, stop);
+  co_await startingAudio;
+  checkCancellation(self, run.token, stop);
   checkSilenceLater(run.token);
 }
 
@@ -136,17 +137,32 @@ void SpeechRecognitionEngine::listenTo(SpeechTranscriber& transcriber, const Run
   };
 }
 
-void SpeechRecognitionEngine::startAudio(const AudioFormat& format, const Run& run) {
+QCoro::Task<> SpeechRecognitionEngine::startAudio(AudioFormat format, Run run,
+                                                  std::stop_token stop) {
   feeder_ = std::make_unique<AudioFeeder>(format, input_, clock_);
-  const auto onInterruption = [this, token = run.token](AudioInterruption interruption) {
-    handleInterruption(interruption, token);
+  AudioTarget target;
+  target.kind =
+      run.input == AudioInput::microphone ? AudioTarget::Kind::input : AudioTarget::Kind::output;
+  audio_ = audioPlatform_.makeSource(target);
+  followSource(*audio_, run.token);
+  cancelAudio_.emplace(std::move(stop), [source = audio_.get()] { source->stop(); });
+  AudioSource::Handler feed = [feeder = feeder_.get()](const PcmBuffer& buffer) {
+    feeder->feed(buffer);
   };
-  if (run.input == AudioInput::microphone) {
-    audio_ = std::make_unique<MicAudio>(audioPlatform_.makeInputNode(onInterruption));
-  } else {
-    audio_ = std::make_unique<SystemAudio>(audioPlatform_.makeHardware(onInterruption));
-  }
-  audio_->start([feeder = feeder_.get()](const PcmBuffer& buffer) { feeder->feed(buffer); });
+  return audio_->start(std::move(feed));
+}
+
+void SpeechRecognitionEngine::followSource(const AudioSource& source, QUuid token) {
+  const auto setInterrupted = [this, token](bool isInterrupted) {
+    if (engineToken_ != token) return;
+    isInterrupted_ = isInterrupted;
+    updateStatus();
+  };
+  connect(&source, &AudioSource::interrupted, this, [setInterrupted] { setInterrupted(true); });
+  connect(&source, &AudioSource::resumed, this, [setInterrupted] { setInterrupted(false); });
+  connect(&source, &AudioSource::failed, this, [this, token](const QString& message) {
+    if (engineToken_ == token) fail(message);
+  });
 }
 
 void SpeechRecognitionEngine::handle(const TranscriptionResult& result, const Run& run) {
@@ -169,17 +185,6 @@ void SpeechRecognitionEngine::resultsEnded(const std::optional<QString>& error, 
   resultsEnd_.complete({});
   if (!error) return;
   fail(L(QStringLiteral("Recognition error: ") + *error, QStringLiteral("인식 오류: ") + *error));
-}
-
-void SpeechRecognitionEngine::handleInterruption(AudioInterruption interruption, QUuid token) {
-  if (engineToken_ != token) return;
-  isInterrupted_ = interruption == AudioInterruption::began;
-  if (interruption == AudioInterruption::failed) {
-    fail(L("The sound system did not come back. Start captions again once it works.",
-           "사운드 시스템이 복구되지 않았습니다. 복구된 뒤 자막을 다시 시작하세요."));
-    return;
-  }
-  updateStatus();
 }
 
 void SpeechRecognitionEngine::checkSilenceLater(QUuid token) {
@@ -207,6 +212,7 @@ QCoro::Task<> SpeechRecognitionEngine::checkSilence(QUuid token) {
 QCoro::Task<> SpeechRecognitionEngine::stop() {
   const QPointer<SpeechRecognitionEngine> self(this);
   silenceCheck_.reset();
+  cancelAudio_.reset();
   if (audio_) audio_->stop();
   audio_.reset();
   // Nobody waits for the sound system any more.

@@ -7,18 +7,19 @@
 #include "platform/foundation/one_shot.h"
 #include "platform/speech/speech_platform.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <QPointer>
 #include <QStringList>
 #include <QUuid>
+#include <stop_token>
 #include <utility>
 #include <variant>
 
 namespace velun {
 
 class AudioFeeder;
-class AudioSource;
 
 /// Runs one recognition pass at a time: a source captures sound, the feeder converts it, the
 /// platform's analyzer recognizes it, and the results become events. Main thread.
@@ -54,10 +55,10 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   static void checkCancellation(const QPointer<SpeechRecognitionEngine>& engine, QUuid token,
                                 const std::stop_token& stop);
   void listenTo(SpeechTranscriber& transcriber, const Run& run);
-  void startAudio(const AudioFormat& format, const Run& run);
+  QCoro::Task<> startAudio(AudioFormat format, Run run, std::stop_token stop);
   void handle(const TranscriptionResult& result, const Run& run);
   void resultsEnded(const std::optional<QString>& error, QUuid token);
-  void handleInterruption(AudioInterruption interruption, QUuid token);
+  void followSource(const AudioSource& source, QUuid token);
   void checkSilenceLater(QUuid token);
   QCoro::Task<> checkSilence(QUuid token);
   void updateStatus();
@@ -73,6 +74,7 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   std::shared_ptr<AnalyzerInputStream> input_;
   std::unique_ptr<AudioFeeder> feeder_;
   std::unique_ptr<AudioSource> audio_;
+  std::optional<std::stop_callback<std::function<void()>>> cancelAudio_;
   /// Answered when the results have ended.
   OneShot<std::monostate> resultsEnd_;
   std::unique_ptr<ScheduledCall> silenceCheck_;

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "audio/audio_feeder.h"
-#include "audio/system_audio.h"
 #include "platform/foundation/system_clock.h"
+#include "support/signals.h"
 #include "support/suite.h"
-#include "support/threaded_audio_hardware.h"
 
+#include <atomic>
 #include <thread>
 
 using namespace velun;
@@ -17,6 +17,7 @@ class CaptureThreadsTest final : public Suite {
  private Q_SLOTS:
   void capturedAudioIsReadWhileItFlows() {
     const AudioFormat speech{AudioFormat::Sample::float32, 16'000, 1, true};
+    const AudioFormat captured{AudioFormat::Sample::float32, 48'000, 2, true};
     const SystemClock clock;
     for (int run = 0; run < 5; ++run) {
       const auto stream = std::make_shared<AnalyzerInputStream>();
@@ -25,15 +26,18 @@ class CaptureThreadsTest final : public Suite {
       std::thread decoder([&] {
         while (const auto input = stream->next()) decoded += input->buffer.frameLength();
       });
-      SystemAudio source(
-          std::make_unique<ThreadedAudioHardware>(std::make_shared<AudioHardwareScript>()));
       const double start = feeder.lastFeed();
-      source.start([&feeder](const PcmBuffer& buffer) { feeder.feed(buffer); });
+      std::atomic<bool> isCapturing = true;
+      std::thread capture([&] {
+        const PcmBuffer buffer = toneBuffer(captured, 1250, 0.5F, 1024);
+        while (isCapturing) feeder.feed(buffer);
+      });
       QTRY_COMPARE_WITH_TIMEOUT(feeder.bands().size(), std::size_t(11), 20'000);
       VERIFY_SOON(feeder.bands()[6] > 20);
       QVERIFY(feeder.hasFedAudio());
       QVERIFY(feeder.lastFeed() > start);
-      source.stop();
+      isCapturing = false;
+      capture.join();
       stream->finish();
       decoder.join();
       QVERIFY(decoded >= SpectrumBands::blockSize);

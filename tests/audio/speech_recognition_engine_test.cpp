@@ -58,7 +58,7 @@ struct Fixture {
     events.clear();
   }
   void playBuffer() {
-    audio.hardware->block(test::toneBuffer(audio.hardware->format, 440, 0.1F, 4800));
+    audio.script->handler(test::toneBuffer(audio.script->format, 440, 0.1F, 4800));
   }
 
   test::ManualClock clock;
@@ -84,16 +84,14 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     QCOMPARE(f.speech.script->calls, QStringList({"supportedLocale en_US", "transcriber en_US",
                                                   "request", "format", "analyzer", "start"}));
     QCOMPARE(f.events, QStringList{"status -"});
-    QVERIFY(f.audio.hardware->calls.last().startsWith("audioDeviceStart"));
-    QVERIFY(f.audio.inputNode->calls.isEmpty());
+    QCOMPARE(f.audio.script->calls, QStringList{"start output"});
     f.stop();
   }
 
   void useMicChoosesTheMicrophone() {
     Fixture f;
     QCOMPARE(f.start("en_US", true), QString());
-    QCOMPARE(f.audio.inputNode->calls.last(), QString("startEngine"));
-    QVERIFY(f.audio.hardware->calls.isEmpty());
+    QCOMPARE(f.audio.script->calls, QStringList{"start input"});
     f.events.clear();
     f.speech.script->result("hello", true);
     QCOMPARE(f.events, QStringList{"final hello (en_US, microphone)"});
@@ -103,7 +101,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
   void anUnsupportedLanguageFailsBeforeAnyAudio() {
     Fixture f;
     QCOMPARE(f.start("fr_FR"), QString("French (France) isn’t a supported language"));
-    QVERIFY(f.audio.hardware->calls.isEmpty());
+    QVERIFY(f.audio.script->calls.isEmpty());
     QCOMPARE(f.speech.script->calls, QStringList{"supportedLocale fr_FR"});
     f.stop();
     Localization::shared().setLanguage(AppLanguage::korean);
@@ -166,7 +164,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     f.stop();
     request->outcome.complete(true);
     QVERIFY_THROWS_EXCEPTION(Cancelled, test::await(std::move(starting)));
-    QVERIFY(f.audio.hardware->calls.isEmpty());
+    QVERIFY(f.audio.script->calls.isEmpty());
     QCOMPARE(f.events.last(), QString("status Downloading speech model…"));
   }
 
@@ -192,7 +190,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     };
     QCOMPARE(f.start(), QString("cancelled"));
     QCOMPARE(f.speech.script->calls.last(), QString("cancel"));
-    QVERIFY(f.audio.hardware->calls.isEmpty());
+    QVERIFY(f.audio.script->calls.isEmpty());
   }
 
   void anAnalyzerThatCannotStartIsCleanedUp() {
@@ -207,11 +205,33 @@ class SpeechRecognitionEngineTest final : public test::Suite {
 
   void aSourceThatCannotStartIsCleanedUp() {
     Fixture f;
-    f.audio.hardware->statuses["createAggregateDevice"] = -50;
-    QCOMPARE(f.start(), QString("Aggregate device creation failed (-50)"));
-    QCOMPARE(f.audio.hardware->calls.last(), QString("destroyProcessTap(71)"));
+    f.audio.script->startFailure = "No output device";
+    QCOMPARE(f.start(), QString("No output device"));
+    QCOMPARE(f.audio.script->calls, QStringList({"start output", "stop"}));
     QCOMPARE(f.speech.script->calls.last(), QString("cancel"));
     QVERIFY(f.engine->meterBands().empty());
+  }
+
+  void aStopEndsAStartThatWaitsForTheSoundServer() {
+    Fixture f;
+    f.audio.script->isSlow = true;
+    QCoro::Task<> starting = f.engine->start("en_US", false);
+    test::settle();
+    QCOMPARE(f.audio.script->calls, QStringList{"start output"});
+    f.stop();
+    QVERIFY_THROWS_EXCEPTION(Cancelled, test::await(std::move(starting)));
+    QCOMPARE(f.speech.script->calls.last(), QString("cancel"));
+  }
+
+  void aStopRequestEndsAStartThatWaitsForTheSoundServer() {
+    Fixture f;
+    f.audio.script->isSlow = true;
+    QCoro::Task<> starting = f.engine->start("en_US", false, f.stopSource.get_token());
+    test::settle();
+    f.stopSource.request_stop();
+    QVERIFY_THROWS_EXCEPTION(Cancelled, test::await(std::move(starting)));
+    QVERIFY(!f.audio.source);
+    QCOMPARE(f.clock.scheduledCount(), std::size_t(0));
   }
 
   void draftsAndFinalsAreTrimmed() {
@@ -285,7 +305,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     f.stop();
     QCOMPARE(f.events, QStringList{"final The end (en_US, computer)"});
     QCOMPARE(f.speech.script->calls.last(), QString("finish"));
-    QVERIFY(f.audio.hardware->calls.last().startsWith("destroyProcessTap"));
+    QCOMPARE(f.audio.script->calls.last(), QString("stop"));
     QVERIFY(f.speech.script->input->isDrained() || f.speech.script->input->tryNext());
   }
 
@@ -317,7 +337,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     onResult({"late", true});
     onEnd(QString("late"));
     onBehind(true);
-    f.audio.onInterruption(AudioInterruption::began);
+    QVERIFY(!f.audio.source);
     QVERIFY(f.events.isEmpty());
   }
 
@@ -398,8 +418,8 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     Fixture f;
     f.startWithAudio();
     f.speech.script->transcriber->onFallingBehind(true);
-    f.audio.onInterruption(AudioInterruption::began);
-    f.audio.onInterruption(AudioInterruption::ended);
+    Q_EMIT f.audio.source->interrupted();
+    Q_EMIT f.audio.source->resumed();
     f.speech.script->transcriber->onFallingBehind(false);
     QCOMPARE(f.events,
              QStringList({"status Recognition is falling behind",
@@ -412,9 +432,9 @@ class SpeechRecognitionEngineTest final : public test::Suite {
   void anInterruptionWithoutEndIsAFailure() {
     Fixture f;
     f.startWithAudio();
-    f.audio.onInterruption(AudioInterruption::began);
-    f.audio.onInterruption(AudioInterruption::failed);
-    QVERIFY(f.events.last().startsWith("failure The sound system did not come back."));
+    Q_EMIT f.audio.source->interrupted();
+    Q_EMIT f.audio.source->failed("PipeWire did not come back");
+    QCOMPARE(f.events.last(), QString("failure PipeWire did not come back"));
     const qsizetype count = f.events.size();
     f.stop();
     QCOMPARE(f.events.size(), count);
@@ -423,7 +443,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
   void aStopDuringAnInterruptionTakesItsStatusBack() {
     Fixture f;
     f.startWithAudio();
-    f.audio.onInterruption(AudioInterruption::began);
+    Q_EMIT f.audio.source->interrupted();
     f.stop();
     QCOMPARE(f.events.last(), QString("status -"));
   }
@@ -431,7 +451,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
   void anErrorDuringAnInterruptionStaysAfterTheStop() {
     Fixture f;
     f.startWithAudio();
-    f.audio.onInterruption(AudioInterruption::began);
+    Q_EMIT f.audio.source->interrupted();
     f.speech.script->end(QString("out of memory"));
     f.stop();
     QCOMPARE(f.events.last(), QString("failure Recognition error: out of memory"));
@@ -450,7 +470,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     Fixture g;
     g.startWithAudio();
     g.engine.reset();
-    QVERIFY(g.audio.hardware->calls.last().startsWith("destroyProcessTap"));
+    QCOMPARE(g.audio.script->calls.last(), QString("stop"));
     QCOMPARE(g.clock.scheduledCount(), std::size_t(0));
   }
 
@@ -463,7 +483,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     auto engine = std::make_unique<SpeechRecognitionEngine>(speech, audio, clock);
     test::await(engine->start("en_US", false));
     recognizer->script->isSlow = true;
-    audio.hardware->block(test::toneBuffer(audio.hardware->format, 440, 0.1F, 4800));
+    audio.script->handler(test::toneBuffer(audio.script->format, 440, 0.1F, 4800));
     VERIFY_SOON(recognizer->script->isWaiting);
     QCoro::Task<> stopping = engine->stop();
     QCOMPARE(recognizer->script->alive.load(), 1);

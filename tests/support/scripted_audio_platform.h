@@ -2,28 +2,74 @@
 #pragma once
 
 #include "platform/audio/audio_platform.h"
-#include "support/scripted_audio_hardware.h"
-#include "support/scripted_input_node.h"
+#include "platform/foundation/failure.h"
+#include "platform/foundation/one_shot.h"
 
 #include <memory>
+#include <optional>
+#include <QPointer>
+#include <QStringList>
+#include <variant>
 
 namespace velun::test {
 
-/// An audio platform whose hardware and input node follow scripts.
-class ScriptedAudioPlatform final : public AudioPlatform {
+/// How scripted sources behave, and what was done with them.
+struct AudioScript {
+  /// The text of the failure that a start ends with.
+  std::optional<QString> startFailure;
+  /// Whether a start waits for `started`, or for a stop.
+  bool isSlow = false;
+  OneShot<std::monostate> started;
+  AudioFormat format{AudioFormat::Sample::float32, 48'000, 2, true};
+
+  /// "start output", "start input" and "stop", in order.
+  QStringList calls;
+  AudioSource::Handler handler;
+};
+
+class ScriptedAudioSource final : public AudioSource {
  public:
-  std::unique_ptr<AudioHardware> makeHardware(AudioInterruptionHandler handler) override {
-    onInterruption = std::move(handler);
-    return std::make_unique<ScriptedAudioHardware>(hardware);
-  }
-  std::unique_ptr<AudioInputNode> makeInputNode(AudioInterruptionHandler handler) override {
-    onInterruption = std::move(handler);
-    return std::make_unique<ScriptedInputNode>(inputNode);
+  ScriptedAudioSource(const AudioTarget& target, std::shared_ptr<AudioScript> script)
+      : target_(target), script_(std::move(script)) {}
+  ~ScriptedAudioSource() override {
+    if (isStarted_) stop();
   }
 
-  std::shared_ptr<AudioHardwareScript> hardware = std::make_shared<AudioHardwareScript>();
-  std::shared_ptr<InputNodeScript> inputNode = std::make_shared<InputNodeScript>();
-  AudioInterruptionHandler onInterruption;
+  QCoro::Task<> start(Handler handler) override {
+    const bool isOutput = target_.kind == AudioTarget::Kind::output;
+    script_->calls << (isOutput ? "start output" : "start input");
+    isStarted_ = true;
+    if (script_->startFailure) throw Failure(*script_->startFailure);
+    script_->handler = std::move(handler);
+    const OneShot<std::monostate> started = script_->started;
+    if (script_->isSlow) co_await started;
+  }
+  void stop() override {
+    isStarted_ = false;
+    script_->calls << "stop";
+    script_->handler = nullptr;
+    if (script_->isSlow) script_->started.fail(std::make_exception_ptr(Cancelled()));
+  }
+
+ private:
+  AudioTarget target_;
+  std::shared_ptr<AudioScript> script_;
+  bool isStarted_ = false;
+};
+
+/// An audio platform whose sources follow a script.
+class ScriptedAudioPlatform final : public AudioPlatform {
+ public:
+  std::unique_ptr<AudioTargets> followTargets() override { return nullptr; }
+  std::unique_ptr<AudioSource> makeSource(const AudioTarget& target) override {
+    auto made = std::make_unique<ScriptedAudioSource>(target, script);
+    source = made.get();
+    return made;
+  }
+
+  std::shared_ptr<AudioScript> script = std::make_shared<AudioScript>();
+  /// The last source made, while it exists.
+  QPointer<AudioSource> source;
 };
 
 }  // namespace velun::test

@@ -1,23 +1,34 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/audio/audio_hardware.h"
-#include "platform/audio/audio_input_node.h"
-#include "platform/audio/audio_interruption.h"
+#include "platform/audio/audio_source.h"
+#include "platform/audio/audio_target.h"
 
 #include <memory>
+#include <vector>
 
 namespace velun {
 
-/// Makes what one recognition run captures with. `onInterruption` hears what becomes of the
-/// capture when the sound server goes away. Main thread.
+/// The devices that can be listened to, kept up to date as long as this exists. Main thread.
+class AudioTargets : public QObject {
+  Q_OBJECT
+
+ public:
+  /// Outputs first, then inputs, each sorted by name. Empty until the sound server has answered,
+  /// and while there is none.
+  virtual std::vector<AudioTarget> list() const = 0;
+
+ Q_SIGNALS:
+  void changed();
+};
+
+/// Outlives what it makes. Main thread.
 class AudioPlatform {
  public:
   virtual ~AudioPlatform() = default;
 
-  virtual std::unique_ptr<AudioHardware> makeHardware(AudioInterruptionHandler onInterruption) = 0;
-  virtual std::unique_ptr<AudioInputNode> makeInputNode(
-      AudioInterruptionHandler onInterruption) = 0;
+  virtual std::unique_ptr<AudioTargets> followTargets() = 0;
+  virtual std::unique_ptr<AudioSource> makeSource(const AudioTarget& target) = 0;
 };
 
 }  // namespace velun

@@ -10,7 +10,8 @@ from private_desktop import SINK, end
 from process_usage import family
 
 NOT_RESPONDING = "The sound system is not responding. Captions will go on when it is back."
-GIVEN_UP = "The sound system did not come back. Start captions again once it works."
+GIVEN_UP = ("Audio capture was interrupted. The sound server (PipeWire) did not come back. "
+            "Start captions again once it works.")
 
 
 class Sound(FaultCase):
@@ -51,7 +52,7 @@ class Sound(FaultCase):
     def test_without_a_server(self):
         self.launch()
         self.toggle_captions()
-        self.wait_for_status("Audio tap creation failed")
+        self.wait_for_status("Audio start failed.")
         self.program.wait_for_state("running", False)
         self.desktop.start_sound()
         self.toggle_captions()

@@ -116,12 +116,14 @@ class WithoutSound(SpokenCase):
 
     def test_captions_say_so_and_stop(self):
         self.launch()
-        self.expect_failure("Audio tap creation failed (-112)")
+        self.expect_failure("Audio start failed. The sound server (PipeWire) is not running. "
+                            "Start it, or log in again.")
 
     def test_without_the_settings_of_the_sound_library_too(self):
         self.desktop.environment["PIPEWIRE_CONFIG_DIR"] = str(self.desktop.root / "nothing")
         self.launch()
-        self.expect_failure("Audio tap creation failed (-2)")
+        self.expect_failure("Audio start failed. The configuration of the sound server "
+                            "(PipeWire) is missing. Reinstall PipeWire.")
 
     def expect_failure(self, text):
         self.program.action("toggle-captions")

@@ -36,7 +36,7 @@ class AudioGraphTest final : public test::Suite {
   }
   void kindsOfDevices() {
     QFETCH(QString, mediaClass);
-    const AudioDevice device{1, "name", mediaClass.toStdString()};
+    const AudioDevice device{1, "name", mediaClass.toStdString(), {}};
     QTEST(device.isSink(), "isSink");
     QTEST(device.isSource(), "isSource");
   }
@@ -75,7 +75,7 @@ class AudioGraphTest final : public test::Suite {
 
   void aNameMayHoldAnything() {
     AudioGraph graph;
-    graph.addDevice({5, "Lautsprecher \"ü\" \\ 1", "Audio/Sink"});
+    graph.addDevice({5, "Lautsprecher \"ü\" \\ 1", "Audio/Sink", {}});
     graph.setDefault("default.audio.sink", chosen("Lautsprecher \"ü\" \\ 1"));
     QCOMPARE(graph.defaultSink()->id, 5U);
   }
@@ -91,11 +91,11 @@ class AudioGraphTest final : public test::Suite {
     AudioGraph graph;
     graph.setDefault("default.audio.sink", chosen("late"));
     QVERIFY(!graph.defaultSink());
-    graph.addDevice({7, "late", "Audio/Sink"});
+    graph.addDevice({7, "late", "Audio/Sink", {}});
     QCOMPARE(graph.defaultSink()->id, 7U);
     graph.remove(7);
     QVERIFY(!graph.defaultSink());
-    QVERIFY(!graph.device(7));
+    QVERIFY(!graph.devices().contains(7));
   }
 
   void aNewSessionManagerStartsAfresh() {
@@ -129,9 +129,9 @@ class AudioGraphTest final : public test::Suite {
   static AudioGraph graphWithDevices() {
     AudioGraph graph;
     graph.beginSession();
-    graph.addDevice({10, "speakers", "Audio/Sink"});
-    graph.addDevice({11, "headphones", "Audio/Sink"});
-    graph.addDevice({20, "mic", "Audio/Source"});
+    graph.addDevice({10, "speakers", "Audio/Sink", {}});
+    graph.addDevice({11, "headphones", "Audio/Sink", {}});
+    graph.addDevice({20, "mic", "Audio/Source", {}});
     return graph;
   }
 };

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "audio/system_audio.h"
 #include "platform/audio/linux/pipewire_audio_platform.h"
 #include "platform/foundation/system_clock.h"
+#include "support/await.h"
 #include "support/playback_stream.h"
 #include "support/private_pipewire.h"
 #include "support/recorder.h"
@@ -22,7 +22,7 @@ constexpr double inBothEars = 1 / std::numbers::sqrt2;
 
 }  // namespace
 
-/// What reaches the program from outputs and players of all kinds.
+/// Captures outputs and players of all kinds.
 class PipeWireSoundTest final : public Suite {
   Q_OBJECT
 
@@ -59,8 +59,8 @@ class PipeWireSoundTest final : public Suite {
     QVERIFY(server_.setDefaultSink("output"));
 
     Recorder recorder;
-    SystemAudio source(platform_.makeHardware(nullptr));
-    source.start(recorder.handler());
+    const auto source = platform_.makeSource({});
+    await(source->start(recorder.handler()));
     const double expected = half * gain;
     {
       const PlaybackStream player(played, {}, PlaybackStream::tone(1000, played.sampleRate, half),
@@ -72,7 +72,7 @@ class PipeWireSoundTest final : public Suite {
     }
     QCOMPARE(recorder.format().channelCount, 2);
     QVERIFY(recorder.format().sample == float32);
-    source.stop();
+    source->stop();
     QVERIFY(server_.remove("output"));
   }
 
@@ -83,10 +83,10 @@ class PipeWireSoundTest final : public Suite {
     const PlaybackStream player(played, {}, PlaybackStream::tone(440, 48'000, half));
     VERIFY_SOON(PrivatePipeWire::stateOf("output") == "running");
     Recorder recorder;
-    SystemAudio source(platform_.makeHardware(nullptr));
-    source.start(recorder.handler());
+    const auto source = platform_.makeSource({});
+    await(source->start(recorder.handler()));
     VERIFY_SOON(std::abs(recorder.amplitudeAt(440, 9'600) - half) < 0.01);
-    source.stop();
+    source->stop();
     QVERIFY(server_.remove("output"));
   }
 

@@ -53,23 +53,25 @@ void AudioGraph::endSession() {
 }
 
 void AudioGraph::setDefault(const char* key, const char* value) {
-  // Without a key, all of them are taken back.
   const std::string_view name = key ? key : "";
   if (!key || name == "default.audio.sink") defaultSinkName_ = nameIn(value);
   if (!key || name == "default.audio.source") defaultSourceName_ = nameIn(value);
 }
 
-const AudioDevice* AudioGraph::device(std::uint32_t id) const {
-  const auto found = devices_.find(id);
-  return found == devices_.end() ? nullptr : &found->second;
-}
-
 const AudioDevice* AudioGraph::defaultSink() const {
-  return named(defaultSinkName_, &AudioDevice::isSink);
+  return sink(defaultSinkName_);
 }
 
 const AudioDevice* AudioGraph::defaultSource() const {
-  return named(defaultSourceName_, &AudioDevice::isSource);
+  return source(defaultSourceName_);
+}
+
+const AudioDevice* AudioGraph::sink(const std::string& name) const {
+  return named(name, &AudioDevice::isSink);
+}
+
+const AudioDevice* AudioGraph::source(const std::string& name) const {
+  return named(name, &AudioDevice::isSource);
 }
 
 bool AudioGraph::isLinked(std::uint32_t outputNode, std::uint32_t inputNode) const {

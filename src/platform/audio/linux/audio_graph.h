@@ -7,45 +7,51 @@
 
 namespace velun {
 
-/// A sink or source of the sound server.
+/// A sink or source of PipeWire.
 struct AudioDevice {
   std::uint32_t id = 0;
+  /// Stable across restarts.
   std::string name;
   /// Such as "Audio/Sink" or "Audio/Source/Virtual".
   std::string mediaClass;
+  /// The name for people.
+  std::string description;
 
   bool isSink() const;
-  /// A sink's monitor is no source.
+  /// False for the monitor of a sink.
   bool isSource() const;
   bool operator==(const AudioDevice&) const = default;
 };
 
-/// What is known of the sound server's devices, its links and the defaults that its session
-/// manager has chosen.
+/// PipeWire's devices and links, and the default devices that its session manager has chosen.
 class AudioGraph {
  public:
   void addDevice(const AudioDevice& device);
   void addLink(std::uint32_t link, std::uint32_t outputNode, std::uint32_t inputNode);
-  /// Forgets the device or link with this id.
+  /// Removes the device or link with this id.
   void remove(std::uint32_t id);
 
-  /// A session manager has come; what an earlier one chose no longer counts.
+  /// A session manager has started. Discards what an earlier one chose.
   void beginSession();
   void endSession();
-  /// Takes one of the session manager's choices: `value` is JSON such as {"name":"speakers"}, null
-  /// when there is none any more. Keys other than those of the default devices are ignored.
+  /// Stores one of the session manager's choices: `value` is JSON such as {"name":"speakers"}, or
+  /// null to remove the choice. A null key removes all. Ignores keys other than those of the
+  /// default devices.
   void setDefault(const char* key, const char* value);
 
   bool hasSession() const { return hasSession_; }
-  /// Counts the session managers seen.
+  /// The number of session managers seen so far.
   int sessionNumber() const { return sessionNumber_; }
 
-  const AudioDevice* device(std::uint32_t id) const;
-  /// None while there is no such device, whatever was chosen.
+  const std::map<std::uint32_t, AudioDevice>& devices() const { return devices_; }
+  /// Null while the device that was chosen does not exist.
   const AudioDevice* defaultSink() const;
-  /// The default microphone. None where the session manager offers a sink's monitor for want of a
-  /// microphone.
+  /// The default microphone. Null when the session manager has chosen the monitor of a sink because
+  /// there is no microphone.
   const AudioDevice* defaultSource() const;
+  /// Null when no sink or source has this name.
+  const AudioDevice* sink(const std::string& name) const;
+  const AudioDevice* source(const std::string& name) const;
   /// Whether the output of the first node is linked into the second.
   bool isLinked(std::uint32_t outputNode, std::uint32_t inputNode) const;
 

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/audio/linux/pipewire_audio_platform.h"
 
-#include "platform/audio/linux/pipewire_audio_hardware.h"
-#include "platform/audio/linux/pipewire_input_node.h"
+#include "platform/audio/linux/pipewire_source.h"
+#include "platform/audio/linux/pipewire_targets.h"
 
 #include <pipewire/pipewire.h>
-#include <utility>
 
 namespace velun {
 
@@ -13,26 +12,26 @@ PipeWireAudioPlatform::PipeWireAudioPlatform(Clock& clock, std::chrono::millisec
     : clock_(clock), wakefulness_(wakefulness) {}
 
 PipeWireAudioPlatform::~PipeWireAudioPlatform() {
+  teardown_.reset();
   if (isLibraryLoaded_) pw_deinit();
 }
 
-std::unique_ptr<AudioHardware> PipeWireAudioPlatform::makeHardware(
-    AudioInterruptionHandler onInterruption) {
+std::unique_ptr<AudioTargets> PipeWireAudioPlatform::followTargets() {
   loadLibrary();
-  return std::make_unique<PipeWireAudioHardware>(clock_, wakefulness_, std::move(onInterruption));
+  return std::make_unique<PipeWireTargets>(clock_);
 }
 
-std::unique_ptr<AudioInputNode> PipeWireAudioPlatform::makeInputNode(
-    AudioInterruptionHandler onInterruption) {
+std::unique_ptr<AudioSource> PipeWireAudioPlatform::makeSource(const AudioTarget& target) {
   loadLibrary();
-  return std::make_unique<PipeWireInputNode>(clock_, std::move(onInterruption));
+  return std::make_unique<PipeWireSource>(target, clock_, *teardown_, wakefulness_);
 }
 
-/// Not before captions start for the first time, so that the program itself starts quickly.
+/// Not before it is needed, so that the program itself starts quickly.
 void PipeWireAudioPlatform::loadLibrary() {
   if (isLibraryLoaded_) return;
   pw_init(nullptr, nullptr);
   isLibraryLoaded_ = true;
+  teardown_ = std::make_unique<PipeWireTeardown>(clock_);
 }
 
 }  // namespace velun

@@ -2,24 +2,25 @@
 #pragma once
 
 #include "platform/audio/audio_platform.h"
+#include "platform/audio/linux/pipewire_capture.h"
 #include "platform/foundation/clock.h"
 
 namespace velun {
 
-/// Capturing through PipeWire. Outlives what it makes. Main thread.
+/// Capturing through PipeWire. Main thread.
 class PipeWireAudioPlatform final : public AudioPlatform {
  public:
   /// `clock` outlives the platform. While captions run, the default output is kept awake for
-  /// `wakefulness` after the last sound, so that the first word after a pause is heard whole; then
-  /// it may sleep.
+  /// `wakefulness` after the last sound, so that the first word after a pause is captured whole;
+  /// then it may be suspended.
   explicit PipeWireAudioPlatform(Clock& clock,
                                  std::chrono::milliseconds wakefulness = std::chrono::seconds(30));
   ~PipeWireAudioPlatform() override;
   PipeWireAudioPlatform(const PipeWireAudioPlatform&) = delete;
   PipeWireAudioPlatform& operator=(const PipeWireAudioPlatform&) = delete;
 
-  std::unique_ptr<AudioHardware> makeHardware(AudioInterruptionHandler onInterruption) override;
-  std::unique_ptr<AudioInputNode> makeInputNode(AudioInterruptionHandler onInterruption) override;
+  std::unique_ptr<AudioTargets> followTargets() override;
+  std::unique_ptr<AudioSource> makeSource(const AudioTarget& target) override;
 
  private:
   void loadLibrary();
@@ -27,6 +28,7 @@ class PipeWireAudioPlatform final : public AudioPlatform {
   Clock& clock_;
   const std::chrono::milliseconds wakefulness_;
   bool isLibraryLoaded_ = false;
+  std::unique_ptr<PipeWireTeardown> teardown_;
 };
 
 }  // namespace velun

@@ -3,9 +3,17 @@
 
 #include <cerrno>
 #include <pipewire/pipewire.h>
-#include <utility>
+#include <QMetaObject>
 
 namespace velun {
+
+namespace {
+
+int lastError(int otherwise) {
+  return errno != 0 ? -errno : otherwise;
+}
+
+}  // namespace
 
 PipeWireLoop::Lock::Lock(PipeWireLoop& loop) : loop_(loop.loop_) {
   pw_thread_loop_lock(loop_);
@@ -19,16 +27,17 @@ std::unique_ptr<PipeWireLoop> PipeWireLoop::start(const char* threadName, int* e
   errno = 0;
   pw_thread_loop* loop = pw_thread_loop_new(threadName, nullptr);
   if (!loop) {
-    *error = errno != 0 ? -errno : -ENOMEM;
+    *error = lastError(-ENOMEM);
     return nullptr;
   }
   std::unique_ptr<PipeWireLoop> made(new PipeWireLoop(loop));
-  *error = pw_thread_loop_start(loop);
+  errno = 0;
+  made->context_ = pw_context_new(pw_thread_loop_get_loop(loop), nullptr, 0);
+  *error = made->context_ ? pw_thread_loop_start(loop) : lastError(-ENOENT);
   return *error < 0 ? nullptr : std::move(made);
 }
 
-PipeWireLoop::PipeWireLoop(pw_thread_loop* loop)
-    : loop_(loop), context_(pw_context_new(pw_thread_loop_get_loop(loop), nullptr, 0)) {}
+PipeWireLoop::PipeWireLoop(pw_thread_loop* loop) : loop_(loop) {}
 
 PipeWireLoop::~PipeWireLoop() {
   pw_thread_loop_stop(loop_);
@@ -36,18 +45,15 @@ PipeWireLoop::~PipeWireLoop() {
   pw_thread_loop_destroy(loop_);
 }
 
-bool PipeWireLoop::waitUntil(const std::function<bool()>& condition,
-                             std::chrono::milliseconds limit) {
-  timespec end{};
-  pw_thread_loop_get_time(loop_, &end, std::chrono::nanoseconds(limit).count());
-  while (!condition()) {
-    if (pw_thread_loop_timed_wait_full(loop_, &end) < 0) return condition();
-  }
-  return true;
-}
-
-void PipeWireLoop::wake() {
-  pw_thread_loop_signal(loop_, false);
+void PipeWireLoop::notify() {
+  if (isNotifying_.exchange(true)) return;
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        isNotifying_ = false;
+        Q_EMIT changed();
+      },
+      Qt::QueuedConnection);
 }
 
 }  // namespace velun

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <chrono>
-#include <functional>
+#include <atomic>
 #include <memory>
+#include <QObject>
 
 struct pw_context;
 struct pw_thread_loop;
@@ -12,9 +12,11 @@ namespace velun {
 
 /// A PipeWire event loop on a thread of its own, with the context that connections are made in.
 /// Every PipeWire object that belongs to it is touched only on that thread or under a `Lock`.
-class PipeWireLoop {
+class PipeWireLoop final : public QObject {
+  Q_OBJECT
+
  public:
-  /// Holds the loop's thread still. Not for use on the loop's thread.
+  /// Keeps the loop's thread out of callbacks. Not for use on the loop's thread.
   class Lock {
    public:
     explicit Lock(PipeWireLoop& loop);
@@ -26,29 +28,29 @@ class PipeWireLoop {
     pw_thread_loop* loop_;
   };
 
-  /// Starts the thread under the name `threadName` (up to 15 characters). None, with a negative
-  /// errno in `error`, when the system has no more threads or descriptors.
+  /// Starts the thread under the name `threadName` (up to 15 characters). Returns null and sets
+  /// `error` to a negative errno when the system is out of threads or descriptors, or -ENOENT when
+  /// PipeWire's configuration is missing.
   static std::unique_ptr<PipeWireLoop> start(const char* threadName, int* error);
   /// Ends the thread; the lock must not be held.
-  ~PipeWireLoop();
-  PipeWireLoop(const PipeWireLoop&) = delete;
-  PipeWireLoop& operator=(const PipeWireLoop&) = delete;
+  ~PipeWireLoop() override;
 
-  /// Null where the library's settings are missing.
   pw_context* context() const { return context_; }
 
-  /// Lets the loop run until `condition` holds, which is asked for now and after every `wake`.
-  /// Returns whether it came to hold in time. Under the lock.
-  bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit);
+  /// Causes one `changed` signal on the main thread, however often it is called until then. Any
+  /// thread.
+  void notify();
 
-  /// Makes `waitUntil` ask again. On the loop's thread.
-  void wake();
+ Q_SIGNALS:
+  /// The loop may be destroyed in response.
+  void changed();
 
  private:
   explicit PipeWireLoop(pw_thread_loop* loop);
 
   pw_thread_loop* loop_;
-  pw_context* context_;
+  pw_context* context_ = nullptr;
+  std::atomic<bool> isNotifying_ = false;
 };
 
 }  // namespace velun

@@ -11,17 +11,16 @@ namespace velun {
 
 namespace {
 
-// 21 ms: short enough not to be felt in captions, long enough for a laptop to sleep in between.
-// The server never takes longer pieces than its own largest (43 ms), and shorter ones only when
-// another program asks for them.
+// 21 ms: too short to be noticed in captions, long enough for the processor to sleep in between.
+// PipeWire limits buffers to 43 ms, and uses shorter ones than this when another program asks for
+// them.
 constexpr const char* kLatency = "1024/48000";
 
 void setProperties(pw_properties* properties, const PipeWireStreamOptions& options) {
   pw_properties_set(properties, PW_KEY_NODE_NAME, options.nodeName.c_str());
   if (options.capturesSink) {
     pw_properties_set(properties, PW_KEY_STREAM_CAPTURE_SINK, "true");
-    // Not offered by mixers among the programs that record, nor taken for one that uses a
-    // microphone.
+    // Keeps mixers from listing Velun as a program that records or that uses a microphone.
     pw_properties_set(properties, PW_KEY_MEDIA_CLASS, "Stream/Input/Audio/Internal");
     if (!options.keepsAwake) pw_properties_set(properties, PW_KEY_NODE_PASSIVE, "true");
     pw_properties_set(properties, "state.restore-props", "false");
@@ -46,8 +45,7 @@ const spa_pod* buildFormat(spa_pod_builder* builder, int channelCount) {
 }  // namespace
 
 struct PipeWireStream::Implementation {
-  Implementation(PipeWireStream& itsOwner, const BufferHandler& handler)
-      : owner(itsOwner), onBuffer(handler) {}
+  explicit Implementation(PipeWireStream& itsOwner) : owner(itsOwner) {}
   ~Implementation() {
     if (!stream) return;
     spa_hook_remove(&hook);
@@ -59,11 +57,11 @@ struct PipeWireStream::Implementation {
   static void stateChanged(void* data, pw_stream_state old, pw_stream_state state,
                            const char* /*error*/) {
     PipeWireStream& stream = self(data).owner;
-    // An error while there is no device is only a wait for one.
+    // While there is no device, the stream is in the error state and waits for one.
     stream.isReady_ = stream.isReady_ || state == PW_STREAM_STATE_PAUSED ||
                       state == PW_STREAM_STATE_STREAMING || state == PW_STREAM_STATE_ERROR;
     stream.isDead_ = old != PW_STREAM_STATE_UNCONNECTED && state == PW_STREAM_STATE_UNCONNECTED;
-    stream.onChange_();
+    stream.loop_.notify();
   }
 
   static void parameterChanged(void* data, std::uint32_t id, const spa_pod* parameter) {
@@ -83,12 +81,12 @@ struct PipeWireStream::Implementation {
 
   void deliver(const spa_data& samples) const {
     const bool isCorrupted = (samples.chunk->flags & SPA_CHUNK_FLAG_CORRUPTED) != 0;
-    if (!samples.data || isCorrupted || format.channelCount == 0) return;
+    if (!owner.onBuffer_ || !samples.data || isCorrupted || format.channelCount == 0) return;
     const std::uint32_t offset = std::min(samples.chunk->offset, samples.maxsize);
     const std::uint32_t size = std::min(samples.chunk->size, samples.maxsize - offset);
     const PcmBuffer buffer =
         PcmBuffer::view(format, {static_cast<const std::byte*>(samples.data) + offset, size});
-    if (buffer.frameLength() > 0) onBuffer(buffer);
+    if (buffer.frameLength() > 0) owner.onBuffer_(buffer);
   }
 
   static const pw_stream_events& events() {
@@ -104,16 +102,16 @@ struct PipeWireStream::Implementation {
   }
 
   PipeWireStream& owner;
-  const BufferHandler& onBuffer;
   pw_stream* stream = nullptr;
   spa_hook hook{};
   AudioFormat format;
 };
 
-PipeWireStream::PipeWireStream(PipeWireConnection& connection, const PipeWireStreamOptions& options,
-                               const BufferHandler& onBuffer, std::function<void()> onChange)
-    : implementation_(std::make_unique<Implementation>(*this, onBuffer)),
-      onChange_(std::move(onChange)) {
+PipeWireStream::PipeWireStream(PipeWireLoop& loop, PipeWireConnection& connection,
+                               const PipeWireStreamOptions& options, BufferHandler onBuffer)
+    : implementation_(std::make_unique<Implementation>(*this)),
+      loop_(loop),
+      onBuffer_(std::move(onBuffer)) {
   pw_properties* properties = pw_properties_new(
       PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Capture", PW_KEY_MEDIA_ROLE,
       "Accessibility", PW_KEY_MEDIA_NAME, "Live captions", PW_KEY_APP_NAME, "Velun", PW_KEY_APP_ID,

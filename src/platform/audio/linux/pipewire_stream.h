@@ -11,47 +11,51 @@
 
 namespace velun {
 
-/// What a stream captures, and how it shows among the nodes of the sound server.
+/// What a stream captures, and how it shows among the nodes of PipeWire.
 struct PipeWireStreamOptions {
   std::string nodeName;
-  /// Hears what a sink plays; else a source.
+  /// Captures what a sink plays; else a source.
   bool capturesSink = false;
-  /// Keeps the sink running although nothing plays; else it is heard only while something does.
+  /// Keeps the sink running although nothing plays; else the stream does not prevent the sink from
+  /// being suspended.
   bool keepsAwake = false;
-  /// The name of the one device to capture, which the stream does not outlive. Empty for the
-  /// default device, which it then follows.
+  /// The name of the only device to capture; the stream ends with it. Empty for the default device,
+  /// which the stream then follows.
   std::string target;
-  /// 0 for as many channels as the device has.
+  /// 0 for the number of channels that the device has.
   int channelCount = 0;
 };
 
-/// One capture stream, from its connection to its destruction. Everything is called under the
-/// loop's lock; the callbacks are called on the loop's thread.
+/// One capture stream. Notifies the loop when its state has changed. Everything is called under the
+/// loop's lock.
 class PipeWireStream {
  public:
+  /// Called on the loop's thread.
   using BufferHandler = std::function<void(const PcmBuffer&)>;
 
-  /// `onBuffer` outlives the stream. `onChange` says that the state has changed.
-  PipeWireStream(PipeWireConnection& connection, const PipeWireStreamOptions& options,
-                 const BufferHandler& onBuffer, std::function<void()> onChange);
+  PipeWireStream(PipeWireLoop& loop, PipeWireConnection& connection,
+                 const PipeWireStreamOptions& options, BufferHandler onBuffer);
   ~PipeWireStream();
   PipeWireStream(const PipeWireStream&) = delete;
   PipeWireStream& operator=(const PipeWireStream&) = delete;
 
-  /// 0, or the negative errno with which the stream could not be made.
+  /// 0, or the negative errno with which PipeWire refused the stream.
   int error() const { return error_; }
-  /// Whether the server has taken it in; it may still wait for a device.
+  /// Whether PipeWire has accepted the stream, which may still wait for a device.
   bool isReady() const { return isReady_; }
-  /// The server has given it up; it will not come back.
+  /// PipeWire has ended the stream for good.
   bool isDead() const { return isDead_; }
   /// The id of its node, once it is ready.
   std::uint32_t nodeID() const;
+  /// The buffer handler is not called any more.
+  void silence() { onBuffer_ = nullptr; }
 
  private:
   struct Implementation;
 
   std::unique_ptr<Implementation> implementation_;
-  std::function<void()> onChange_;
+  PipeWireLoop& loop_;
+  BufferHandler onBuffer_;
   int error_ = 0;
   bool isReady_ = false;
   bool isDead_ = false;

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/audio/pcm_buffer.h"
+
+#include <functional>
+#include <QCoroTask>
+#include <QObject>
+#include <QString>
+
+namespace velun {
+
+/// Captures one target. Made for one run: started once, stopped once. Main thread, except that the
+/// buffer handler is called on a capture thread, one call at a time.
+class AudioSource : public QObject {
+  Q_OBJECT
+
+ public:
+  /// Takes one buffer in the buffer's own format; the samples are valid only during the call.
+  using Handler = std::function<void(const PcmBuffer&)>;
+
+  /// Returns when the capture is set up; `handler` may be called before that. Throws `Failure` with
+  /// the stage, the reason and what to do, or `Cancelled` when `stop` is called before the end.
+  /// Never blocks.
+  virtual QCoro::Task<> start(Handler handler) = 0;
+
+  /// No handler call is running or follows once this returns, and no signal is emitted any more.
+  /// Harmless without a successful `start`. Never blocks.
+  virtual void stop() = 0;
+
+ Q_SIGNALS:
+  /// The sound server, or the session manager that connects programs with devices, is gone; the
+  /// source tries to reach it again. The last two signals may be emitted after it.
+  void interrupted();
+  /// Audio flows again.
+  void resumed();
+  /// The source has given up; `message` says why and what to do. It may be destroyed in response.
+  void failed(const QString& message);
+};
+
+}  // namespace velun

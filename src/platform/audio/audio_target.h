@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+namespace velun {
+
+/// Something that can be listened to.
+struct AudioTarget {
+  enum class Kind {
+    /// Everything that plays on an output device.
+    output,
+    /// A microphone or a line input.
+    input,
+  };
+
+  Kind kind = Kind::output;
+  /// Stays the same when the device is plugged in again. Empty for the user's default device of
+  /// this kind, which is followed when it changes.
+  QString id;
+  /// The name shown to people, in the language that the sound server uses.
+  QString name;
+
+  bool operator==(const AudioTarget&) const = default;
+};
+
+}  // namespace velun

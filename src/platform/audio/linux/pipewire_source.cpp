@@ -1,0 +1,302 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/audio/linux/pipewire_source.h"
+
+#include "platform/foundation/failure.h"
+
+#include <algorithm>
+#include <cmath>
+#include <QLoggingCategory>
+#include <utility>
+
+namespace velun {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+Q_LOGGING_CATEGORY(soundLog, "velun.sound", QtCriticalMsg)
+
+// PipeWire answers within milliseconds; on a busy machine it may take some seconds.
+constexpr auto kStartTimeout = 5000ms;
+// A session manager that is just starting chooses the default devices within this time.
+constexpr auto kSessionStartTimeout = 1000ms;
+constexpr auto kDefaultDeviceTimeout = 300ms;
+
+constexpr auto kReconnectInterval = 500ms;
+// A session manager that restarts is back within this time; only a longer absence is reported.
+constexpr auto kSessionRestartTimeout = 1500ms;
+// Linking takes milliseconds. A stream that is not linked to its device after this time is made
+// anew, less and less often: a session manager does not move one while its device is idle.
+constexpr auto kMinRelinkDelay = 1000ms;
+constexpr auto kMaxRelinkDelay = 30000ms;
+
+}  // namespace
+
+PipeWireSource::PipeWireSource(AudioTarget target, Clock& clock, PipeWireTeardown& teardown,
+                               std::chrono::milliseconds wakefulness)
+    : target_(std::move(target)), clock_(clock), teardown_(teardown), wakefulness_(wakefulness) {}
+
+PipeWireSource::~PipeWireSource() {
+  stop();
+}
+
+QCoro::Task<> PipeWireSource::start(Handler handler) {
+  begin(std::move(handler));
+  const OneShot<std::monostate> started = started_;
+  co_await started;
+}
+
+void PipeWireSource::begin(Handler handler) {
+  handler_ = std::move(handler);
+  phase_ = Phase::starting;
+  int status = 0;
+  auto loop = PipeWireLoop::start(isOutput() ? "SystemAudio" : "Microphone", &status);
+  if (!loop) return failStart(problemOf(status), status);
+  capture_ = std::make_unique<PipeWireCapture>(std::move(loop));
+  {
+    const PipeWireLoop::Lock lock(*capture_->loop);
+    capture_->connection = PipeWireConnection::open(*capture_->loop, &status);
+  }
+  if (!capture_->connection) return failStart(problemOf(status), status);
+  connect(capture_->loop.get(), &PipeWireLoop::changed, this,
+          [this] { review(&PipeWireSource::reviewPhase); });
+  scheduleReview(&startTimeout_, kStartTimeout, &PipeWireSource::failWithoutAnswer);
+}
+
+void PipeWireSource::failStart(CaptureProblem problem, int status) {
+  qCWarning(soundLog, "The capture cannot be started: problem %d, status %d", int(problem), status);
+  started_.fail(std::make_exception_ptr(Failure(describe(problem, target_.kind))));
+  stop();
+}
+
+void PipeWireSource::stop() {
+  if (phase_ == Phase::starting) started_.fail(std::make_exception_ptr(Cancelled()));
+  phase_ = Phase::stopped;
+  interruptedSince_.reset();
+  for (auto* call : {&startTimeout_, &deviceTimeout_, &reconnectCall_, &sessionTimeout_,
+                     &relinkCall_, &sleepCall_}) {
+    call->reset();
+  }
+  if (capture_) teardown_.end(std::move(capture_));
+}
+
+void PipeWireSource::review(Report (PipeWireSource::*action)()) {
+  Report report;
+  {
+    const PipeWireLoop::Lock lock(*capture_->loop);
+    report = (this->*action)();
+  }
+  // The last statement, because the report may destroy this object.
+  if (report) report();
+}
+
+void PipeWireSource::scheduleReview(std::unique_ptr<ScheduledCall>* call,
+                                    std::chrono::milliseconds delay,
+                                    Report (PipeWireSource::*action)()) {
+  *call = clock_.callAfter(delay, [this, call, action] {
+    call->reset();
+    review(action);
+  });
+}
+
+/// Compares the PipeWire objects with what they should be.
+PipeWireSource::Report PipeWireSource::reviewPhase() {
+  return phase_ == Phase::starting ? reviewStart() : reviewConnection();
+}
+
+PipeWireSource::Report PipeWireSource::reviewStart() {
+  const PipeWireConnection& connection = *capture_->connection;
+  if (connection.isLost()) return startFailure(CaptureProblem::notRunning);
+  if (!connection.isComplete()) return {};
+  if (!wantedDevice()) {
+    if (!deviceTimeout_) {
+      const bool hasSession = connection.graph().hasSession();
+      scheduleReview(&deviceTimeout_, hasSession ? kDefaultDeviceTimeout : kSessionStartTimeout,
+                     &PipeWireSource::failWithoutDevice);
+    }
+    return {};
+  }
+  deviceTimeout_.reset();
+  if (!capture_->stream) {
+    sounds_.begin(clock_.monotonicSeconds());
+    if (const int status = makeStream()) return startFailure(CaptureProblem::refused, status);
+  }
+  if (capture_->stream->isDead()) return startFailure(CaptureProblem::refused);
+  if (!capture_->stream->isReady()) return {};
+  startTimeout_.reset();
+  phase_ = Phase::running;
+  relinkDelay_ = kMinRelinkDelay;
+  started_.complete({});
+  return reviewConnection();
+}
+
+PipeWireSource::Report PipeWireSource::startFailure(CaptureProblem problem, int status) {
+  return [this, problem, status] {
+    failStart(problem, status);
+  };
+}
+
+PipeWireSource::Report PipeWireSource::failWithoutDevice() {
+  const bool hasSession = capture_->connection->graph().hasSession();
+  return startFailure(hasSession ? CaptureProblem::noDevice : CaptureProblem::noSessionManager);
+}
+
+PipeWireSource::Report PipeWireSource::failWithoutAnswer() {
+  return startFailure(CaptureProblem::notAnswering);
+}
+
+PipeWireSource::Report PipeWireSource::reviewConnection() {
+  if (capture_->connection && capture_->connection->isLost()) capture_->disconnect();
+  if (!capture_->connection) return beginInterruption();
+  if (!capture_->connection->graph().hasSession()) {
+    if (!interruptedSince_ && !sessionTimeout_) {
+      scheduleReview(&sessionTimeout_, kSessionRestartTimeout,
+                     &PipeWireSource::beginInterruptionWithoutSession);
+    }
+    return {};
+  }
+  sessionTimeout_.reset();
+  return reviewStream();
+}
+
+PipeWireSource::Report PipeWireSource::reviewStream() {
+  if (isStreamStale()) capture_->endStreams();
+  // A session manager that has not chosen a device yet is still starting, and does not link the
+  // streams that exist then.
+  if (!capture_->stream && wantedDevice()) makeStream();
+
+  if (isStreamFed() || !wantedDevice()) {
+    relinkCall_.reset();
+    relinkDelay_ = kMinRelinkDelay;
+  } else if (!relinkCall_) {
+    scheduleReview(&relinkCall_, relinkDelay_, &PipeWireSource::relink);
+  }
+  reviewWakefulness();
+  return isStreamFed() ? endInterruption() : Report();
+}
+
+void PipeWireSource::reviewWakefulness() {
+  const double quiet = clock_.monotonicSeconds() - sounds_.lastSound();
+  const auto left = wakefulness_ - std::chrono::milliseconds(std::lround(quiet * 1000));
+  if (!isOutput() || !capture_->stream || left <= 0ms) {
+    sleepCall_.reset();
+    capture_->awakeStream.reset();
+    return;
+  }
+  if (!capture_->awakeStream) {
+    PipeWireStreamOptions options;
+    options.nodeName = nodeName();
+    options.capturesSink = true;
+    options.keepsAwake = true;
+    options.channelCount = 1;
+    options.target = streamTarget_;
+    capture_->awakeStream =
+        std::make_unique<PipeWireStream>(*capture_->loop, *capture_->connection, options, nullptr);
+  }
+  if (!sleepCall_) scheduleReview(&sleepCall_, left, &PipeWireSource::letSleep);
+}
+
+PipeWireSource::Report PipeWireSource::letSleep() {
+  if (capture_->connection) reviewWakefulness();
+  return {};
+}
+
+PipeWireSource::Report PipeWireSource::beginInterruption() {
+  if (interruptedSince_) return {};
+  interruptedSince_ = clock_.monotonicSeconds();
+  scheduleReview(&reconnectCall_, kReconnectInterval, &PipeWireSource::reconnect);
+  return [this] {
+    Q_EMIT interrupted();
+  };
+}
+
+PipeWireSource::Report PipeWireSource::beginInterruptionWithoutSession() {
+  const bool isMissing = capture_->connection && !capture_->connection->graph().hasSession();
+  return isMissing ? beginInterruption() : Report();
+}
+
+PipeWireSource::Report PipeWireSource::endInterruption() {
+  if (!interruptedSince_) return {};
+  interruptedSince_.reset();
+  reconnectCall_.reset();
+  return [this] {
+    Q_EMIT resumed();
+  };
+}
+
+PipeWireSource::Report PipeWireSource::reconnect() {
+  const double waited = clock_.monotonicSeconds() - *interruptedSince_;
+  if (waited >= double(kReconnectTimeout.count())) {
+    return [this] {
+      stop();
+      Q_EMIT failed(describe(CaptureProblem::lost, target_.kind));
+    };
+  }
+  scheduleReview(&reconnectCall_, kReconnectInterval, &PipeWireSource::reconnect);
+  if (!capture_->connection) {
+    int status = 0;
+    capture_->connection = PipeWireConnection::open(*capture_->loop, &status);
+    if (!capture_->connection) return {};
+  }
+  if (Report report = reviewConnection()) return report;
+  // Only a device is missing, and a missing device is not an interruption.
+  const bool isComplete = capture_->connection && capture_->connection->isComplete() &&
+                          capture_->connection->graph().hasSession() && !wantedDevice();
+  return isComplete ? endInterruption() : Report();
+}
+
+PipeWireSource::Report PipeWireSource::relink() {
+  relinkDelay_ = std::min<std::chrono::milliseconds>(relinkDelay_ * 2, kMaxRelinkDelay);
+  if (capture_->connection && !isStreamFed()) capture_->endStreams();
+  return reviewConnection();
+}
+
+/// Returns 0 or a negative errno.
+int PipeWireSource::makeStream() {
+  const AudioDevice* device = wantedDevice();
+  PipeWireStreamOptions options;
+  options.nodeName = nodeName();
+  options.capturesSink = isOutput();
+  if (isBound() && device) options.target = device->name;
+  // PipeWire mixes the channels of an output down by their positions.
+  if (isOutput()) options.channelCount = 2;
+  streamTarget_ = options.target;
+  streamSession_ = capture_->connection->graph().sessionNumber();
+  const double quiet = std::chrono::duration<double>(wakefulness_).count();
+  const auto onBuffer = [this, quiet](const PcmBuffer& buffer) {
+    if (sounds_.note(buffer, clock_.monotonicSeconds(), quiet)) capture_->loop->notify();
+    handler_(buffer);
+  };
+  capture_->stream =
+      std::make_unique<PipeWireStream>(*capture_->loop, *capture_->connection, options, onBuffer);
+  return capture_->stream->error();
+}
+
+/// Whether the stream must be replaced.
+bool PipeWireSource::isStreamStale() const {
+  if (!capture_->stream) return false;
+  // A session manager does not link streams that are older than itself.
+  const int session = capture_->connection->graph().sessionNumber();
+  if (capture_->stream->isDead() || streamSession_ != session) return true;
+  const AudioDevice* device = wantedDevice();
+  return isBound() && (!device || device->name != streamTarget_);
+}
+
+bool PipeWireSource::isStreamFed() const {
+  const AudioDevice* device = wantedDevice();
+  return capture_->stream && device &&
+         capture_->connection->graph().isLinked(device->id, capture_->stream->nodeID());
+}
+
+const AudioDevice* PipeWireSource::wantedDevice() const {
+  const AudioGraph& graph = capture_->connection->graph();
+  if (target_.id.isEmpty()) return isOutput() ? graph.defaultSink() : graph.defaultSource();
+  const std::string name = target_.id.toStdString();
+  return isOutput() ? graph.sink(name) : graph.source(name);
+}
+
+const char* PipeWireSource::nodeName() const {
+  return isOutput() ? "Velun Tap" : "Velun Microphone";
+}
+
+}  // namespace velun

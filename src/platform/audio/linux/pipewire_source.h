@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/audio/audio_source.h"
+#include "platform/audio/audio_target.h"
+#include "platform/audio/linux/capture_failure.h"
+#include "platform/audio/linux/pipewire_capture.h"
+#include "platform/audio/linux/sound_watch.h"
+#include "platform/foundation/clock.h"
+#include "platform/foundation/one_shot.h"
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <string>
+#include <variant>
+
+namespace velun {
+
+/// Captures an output or an input of PipeWire. Follows the default device when asked to, and makes
+/// the stream and the connection anew when the device, the session manager or PipeWire itself was
+/// gone for a while.
+class PipeWireSource final : public AudioSource {
+  Q_OBJECT
+
+ public:
+  /// How long a lost PipeWire is waited for.
+  static constexpr std::chrono::seconds kReconnectTimeout{30};
+
+  /// `clock` and `teardown` outlive the source. An output is kept awake for `wakefulness` after the
+  /// last sound, because one that is suspended swallows the beginning of the next sound.
+  PipeWireSource(AudioTarget target, Clock& clock, PipeWireTeardown& teardown,
+                 std::chrono::milliseconds wakefulness);
+  ~PipeWireSource() override;
+
+  QCoro::Task<> start(Handler handler) override;
+  void stop() override;
+
+ private:
+  enum class Phase { stopped, starting, running };
+  /// A signal to emit, or a failed start, once the lock has been released.
+  using Report = std::function<void()>;
+
+  void begin(Handler handler);
+  void failStart(CaptureProblem problem, int status = 0);
+  /// Runs `action` under the loop's lock, then its report.
+  void review(Report (PipeWireSource::*action)());
+  /// Runs `action` under the loop's lock later, unless `*call` is reset before.
+  void scheduleReview(std::unique_ptr<ScheduledCall>* call, std::chrono::milliseconds delay,
+                      Report (PipeWireSource::*action)());
+
+  // Each of these is called under the loop's lock. A report destroys nothing before it is run.
+  Report reviewPhase();
+  Report reviewStart();
+  Report reviewConnection();
+  Report reviewStream();
+  Report failWithoutDevice();
+  Report failWithoutAnswer();
+  Report startFailure(CaptureProblem problem, int status = 0);
+  Report beginInterruption();
+  Report beginInterruptionWithoutSession();
+  Report endInterruption();
+  Report reconnect();
+  Report relink();
+  Report letSleep();
+  void reviewWakefulness();
+  int makeStream();
+  bool isStreamStale() const;
+  bool isStreamFed() const;
+  /// Null while the device does not exist.
+  const AudioDevice* wantedDevice() const;
+  bool isOutput() const { return target_.kind == AudioTarget::Kind::output; }
+  /// An input's stream is bound to its device, because the session manager would otherwise move it
+  /// to the monitor of a sink when the last microphone goes.
+  bool isBound() const { return !isOutput() || !target_.id.isEmpty(); }
+  const char* nodeName() const;
+
+  const AudioTarget target_;
+  Clock& clock_;
+  PipeWireTeardown& teardown_;
+  const std::chrono::milliseconds wakefulness_;
+
+  Phase phase_ = Phase::stopped;
+  Handler handler_;
+  OneShot<std::monostate> started_;
+  std::unique_ptr<PipeWireCapture> capture_;
+  std::string streamTarget_;
+  /// The session manager that links the stream.
+  int streamSession_ = 0;
+  SoundWatch sounds_;
+  std::optional<double> interruptedSince_;
+  std::chrono::milliseconds relinkDelay_{};
+
+  std::unique_ptr<ScheduledCall> startTimeout_;
+  std::unique_ptr<ScheduledCall> deviceTimeout_;
+  std::unique_ptr<ScheduledCall> reconnectCall_;
+  std::unique_ptr<ScheduledCall> sessionTimeout_;
+  std::unique_ptr<ScheduledCall> relinkCall_;
+  std::unique_ptr<ScheduledCall> sleepCall_;
+};
+
+}  // namespace velun
