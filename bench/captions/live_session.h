@@ -2,10 +2,9 @@
 #pragma once
 
 #include "captions/caption_view_model.h"
-#include "platform/foundation/main_task.h"
 #include "support/manual_clock.h"
 #include "support/scripted_recognizer.h"
-#include "support/scripted_translation_session.h"
+#include "support/scripted_translation_platform.h"
 #include "support/settle.h"
 
 #include <functional>
@@ -14,27 +13,16 @@
 
 namespace velun::bench {
 
-/// Opens a translation session, as a view does.
-using OpenTranslation =
-    std::function<std::shared_ptr<TranslationSession>(const TranslationConfiguration&)>;
-
-/// Answers at once.
-inline std::shared_ptr<TranslationSession> openScriptedTranslation(
-    const TranslationConfiguration& configuration) {
-  auto script = std::make_shared<test::ScriptedTranslationSession::Script>();
-  script->translate = [target = configuration.target()](const QString& text) {
-    return target + QStringLiteral(": ") + text;
-  };
-  return std::make_shared<test::ScriptedTranslationSession>(script);
-}
-
 /// A running caption model without a window: a scripted engine, English translated to Spanish,
 /// virtual time and one observer that reads what a view reads.
 class LiveSession {
  public:
+  /// Without `realTranslation` texts are translated at once.
   explicit LiveSession(bool isTranslationOnly = false,
-                       OpenTranslation open = openScriptedTranslation)
-      : open_(std::move(open)) {
+                       TranslationPlatform* realTranslation = nullptr) {
+    translation.translate = [](const QString& text) {
+      return QStringLiteral("es: ") + text;
+    };
     settings.setLocaleID(QStringLiteral("en_US"));
     settings.setTargetID(QStringLiteral("es"));
     settings.setTranslate(true);
@@ -45,14 +33,12 @@ class LiveSession {
     recognizer = owned.get();
     model = std::make_unique<CaptionViewModel>(
         settings, SessionStore{QUrl::fromLocalFile(folder.filePath("Sessions"))}, std::move(owned),
-        lists, clock);
+        realTranslation ? *realTranslation : translation, lists, clock);
     CaptionViewModel* const observed = model.get();
     for (const auto change :
          {&CaptionViewModel::sessionChanged, &CaptionViewModel::volatileTextChanged}) {
       QObject::connect(observed, change, observed, [this] { read(); });
     }
-    QObject::connect(&observed->translator(), &CaptionTranslator::configurationChanged, observed,
-                     [this] { openTranslation(); });
     model->start();
     test::settle();
   }
@@ -73,6 +59,7 @@ class LiveSession {
 
   test::ManualClock clock;
   AppSettings settings;
+  test::ScriptedTranslationPlatform translation;
   test::ScriptedRecognizer* recognizer = nullptr;
   std::unique_ptr<CaptionViewModel> model;
   /// Keeps the observer's work from being optimised away.
@@ -85,14 +72,6 @@ class LiveSession {
                 model->pendingTranslationIDs().size();
   }
 
-  void openTranslation() {
-    const auto& configuration = model->translator().configuration();
-    if (!configuration) return;
-    startTask(model.get(),
-              [this, session = open_(*configuration)] { return model->runTranslations(session); });
-  }
-
-  OpenTranslation open_;
   QTemporaryDir folder;
 };
 

@@ -49,9 +49,7 @@ int main(int argc, char** argv) {
   std::vector<std::unique_ptr<TranslatorBackend>> backends;
   backends.push_back(std::make_unique<ModelBackend>(test::MadeUpModel::files(folder.path())));
   LocalTranslationPlatform platform(std::move(backends), noLanguages, clock);
-  bench::LiveSession session(false, [&platform](const auto& configuration) {
-    return platform.openSession(configuration);
-  });
+  bench::LiveSession session(false, &platform);
 
   int translated = 0;
   CaptionViewModel* const captions = session.model.get();

@@ -90,7 +90,10 @@ struct Composition::Parts {
   UpdateChecker updater{VELUN_VERSION, VELUN_IS_PACKAGED, updateFeed()};
   AlertQuestion question;
   CaptionViewModel model{
-      settings, usersStore(), std::make_unique<SpeechRecognitionEngine>(speech, audio, clock),
+      settings,
+      usersStore(),
+      std::make_unique<SpeechRecognitionEngine>(speech, audio, clock),
+      translation,
       LanguageLists{
           .supportedLocales = [this] { return SpeechRecognitionEngine::supportedLocales(speech); },
           .supportedLanguages =

@@ -12,13 +12,15 @@ namespace velun {
 
 CaptionViewModel::CaptionViewModel(AppSettings& settings, SessionStore store,
                                    std::unique_ptr<SpeechRecognizing> recognition,
-                                   LanguageLists lists, Clock& clock, QObject* parent)
+                                   TranslationPlatform& translation, LanguageLists lists,
+                                   Clock& clock, QObject* parent)
     : QObject(parent),
       settings_(settings),
       clock_(clock),
       current_(clock.now()),
       languages_(std::move(lists)),
       saver_(current_.session(), std::move(store), settings.autoSaveSessions()),
+      translator_(translation, current_.lines()),
       engine_(settings, std::move(recognition)) {
   connect(&languages_, &CaptionLanguages::localesChanged, this, &CaptionViewModel::localesChanged);
   connect(&languages_, &CaptionLanguages::languagesChanged, this,
@@ -34,19 +36,12 @@ CaptionViewModel::CaptionViewModel(AppSettings& settings, SessionStore store,
 CaptionViewModel::~CaptionViewModel() = default;
 
 void CaptionViewModel::observeTranslator() {
-  translator_.lines = [this]() -> const std::vector<Line>& {
-    return lines();
-  };
-  translator_.lineWithID = [this](const QUuid& id) {
-    return current_.lineWithID(id);
-  };
-  translator_.onTranslation = [this](const QUuid& id, const QString& language,
-                                     const QString& text) {
-    translated(id, language, text);
-  };
-  translator_.onError = [this](const std::optional<QString>& message) {
-    setTranslationStatus(message);
-  };
+  connect(&translator_, &CaptionTranslator::translated, this,
+          [this](const QUuid& id, const QString& language, const QString& text) {
+            translated(id, language, text);
+            setTranslationStatus(std::nullopt);
+          });
+  connect(&translator_, &CaptionTranslator::failed, this, &CaptionViewModel::setTranslationStatus);
 }
 
 void CaptionViewModel::observeEngine() {
@@ -99,10 +94,6 @@ void CaptionViewModel::updateTranslation() {
                         settings_.localeID(), settings_.targetID());
 }
 
-QCoro::Task<> CaptionViewModel::runTranslations(std::shared_ptr<TranslationSession> session) {
-  return translator_.run(std::move(session));
-}
-
 void CaptionViewModel::handle(const DraftEvent& event) {
   setVolatileText(event.text);
 }
@@ -114,7 +105,10 @@ void CaptionViewModel::handle(const FinalEvent& event) {
     const QString text = sentence.trimmed();
     if (!text.isEmpty()) appendLine(text, event);
   }
-  if (lines().size() > first) Q_EMIT sessionChanged();
+  if (lines().size() > first) {
+    translator_.linesAppended();
+    Q_EMIT sessionChanged();
+  }
   saver_.saveIfNeeded();
 }
 
@@ -133,9 +127,7 @@ void CaptionViewModel::appendLine(const QString& text, const FinalEvent& event) 
   line.text = text;
   line.sourceLanguage = event.sourceID;
   line.input = event.input;
-  const QUuid id = line.id;
   current_.append(std::move(line));
-  translator_.enqueue(id);
 }
 
 void CaptionViewModel::translated(const QUuid& id, const QString& language, const QString& text) {

@@ -27,10 +27,10 @@ class CaptionViewModel final : public QObject {
   Q_OBJECT
 
  public:
-  /// `settings` and `clock` must outlive the model.
+  /// `settings`, `translation` and `clock` must outlive the model.
   CaptionViewModel(AppSettings& settings, SessionStore store,
-                   std::unique_ptr<SpeechRecognizing> recognition, LanguageLists lists,
-                   Clock& clock, QObject* parent = nullptr);
+                   std::unique_ptr<SpeechRecognizing> recognition, TranslationPlatform& translation,
+                   LanguageLists lists, Clock& clock, QObject* parent = nullptr);
   ~CaptionViewModel() override;
 
   AppSettings& settings() const { return settings_; }
@@ -49,9 +49,6 @@ class CaptionViewModel final : public QObject {
   const QStringList& locales() const { return languages_.locales(); }
   const QStringList& languages() const { return languages_.languages(); }
   CaptionTranslator& translator() { return translator_; }
-  const std::optional<TranslationConfiguration>& translationConfig() const {
-    return translator_.configuration();
-  }
 
   // Turning captions on and off: see `EngineController`.
 
@@ -79,8 +76,6 @@ class CaptionViewModel final : public QObject {
   /// Replaces the session by an empty one, if captions are off and the engine has stopped.
   void newSession();
   QCoro::Task<> loadLanguages() { return languages_.load(); }
-  /// Translates with a session that was opened for the translator's configuration.
-  QCoro::Task<> runTranslations(std::shared_ptr<TranslationSession> session);
 
   /// Which texts the caption window shows.
   TranscriptContent captionContent() const;

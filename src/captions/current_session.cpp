@@ -26,11 +26,6 @@ void CurrentSession::append(Line line) {
   pending_.lineChanged(lines().back());
 }
 
-const Line* CurrentSession::lineWithID(const QUuid& id) const {
-  const auto found = indexOfLine_.constFind(id);
-  return found == indexOfLine_.constEnd() ? nullptr : &lines()[*found];
-}
-
 std::optional<std::size_t> CurrentSession::setTranslation(const QUuid& id, const QString& language,
                                                           const QString& text) {
   const auto found = indexOfLine_.constFind(id);

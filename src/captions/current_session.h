@@ -23,8 +23,6 @@ class CurrentSession final {
 
   const CaptionSession& session() const { return session_; }
   const std::vector<Line>& lines() const { return session_.lines; }
-  /// Null when the session has no such line.
-  const Line* lineWithID(const QUuid& id) const;
 
   /// Replaces the session by a new, empty one.
   void reset(Instant startedAt);

@@ -4,18 +4,19 @@
 #include "language/localization.h"
 #include "platform/foundation/failure.h"
 #include "platform/foundation/language_identifier.h"
-#include "translation/line_queue.h"
+#include "platform/foundation/main_task.h"
 
 #include <exception>
-#include <QMetaObject>
 #include <utility>
 
 namespace velun {
 
-CaptionTranslator::CaptionTranslator(QObject* parent) : QObject(parent) {}
+CaptionTranslator::CaptionTranslator(TranslationPlatform& platform, const std::vector<Line>& lines,
+                                     QObject* parent)
+    : QObject(parent), platform_(platform), lines_(lines) {}
 
 CaptionTranslator::~CaptionTranslator() {
-  if (queue_) queue_->finish();
+  stop_.request_stop();
 }
 
 bool CaptionTranslator::hasSameLanguage(const QString& sourceID, const QString& targetID) {
@@ -25,107 +26,74 @@ bool CaptionTranslator::hasSameLanguage(const QString& sourceID, const QString& 
 
 void CaptionTranslator::configure(bool enabled, bool hasContent, const QString& sourceID,
                                   const QString& targetID) {
-  endRun();
+  stop_.request_stop();
+  stop_ = std::stop_source();
+  translator_.reset();
+  isTranslating_ = false;
+  next_ = 0;
   sourceID_ = sourceID;
   targetID_ = targetID;
-  if (!enabled || !hasContent || hasSameLanguage(sourceID, targetID)) {
-    publish(std::nullopt);
-    return;
-  }
-  TranslationConfiguration configuration(languageOfLocale(sourceID), targetID);
-  if (lastConfiguration_ && lastConfiguration_->source() == configuration.source() &&
-      lastConfiguration_->target() == configuration.target()) {
-    configuration.invalidate();
-  }
-  lastConfiguration_ = configuration;
-  publish(configuration);
+  if (!enabled || !hasContent || hasSameLanguage(sourceID, targetID)) return;
+  translator_ = platform_.makeTranslator(languageOfLocale(sourceID), targetID);
+  start(false);
 }
 
-void CaptionTranslator::publish(const std::optional<TranslationConfiguration>& configuration) {
-  if (configuration_ == configuration) return;
-  configuration_ = configuration;
-  Q_EMIT configurationChanged();
+void CaptionTranslator::linesAppended() {
+  if (translator_ && !isTranslating_) start(true);
 }
 
-void CaptionTranslator::endRun() {
-  if (queue_) queue_->finish();
-  queue_.reset();
-  if (!session_) return;
-  // Not destroyed here: this may be called, through an answer, from inside the session itself.
-  QMetaObject::invokeMethod(
-      this, [session = std::move(session_)] {}, Qt::QueuedConnection);
-  session_.reset();
+void CaptionTranslator::start(bool isPrepared) {
+  isTranslating_ = true;
+  startTask(this, [this, isPrepared, stop = stop_.get_token()] {
+    return translateLines(this, isPrepared, stop);
+  });
 }
 
-void CaptionTranslator::enqueue(const QUuid& id) {
-  if (queue_) queue_->push(id);
-}
-
-QCoro::Task<> CaptionTranslator::run(std::shared_ptr<TranslationSession> session) {
-  endRun();
-  queue_ = std::make_shared<LineQueue>();
-  session_ = std::move(session);
-  if (lines) {
-    for (const Line& line : lines()) {
-      if (needsTranslation(line)) queue_->push(line.id);
+// `self` is valid while no stop was requested: `configure` and the destructor request one.
+QCoro::Task<> CaptionTranslator::translateLines(CaptionTranslator* self, bool isPrepared,
+                                                std::stop_token stop) {
+  if (stop.stop_requested()) co_return;
+  const std::shared_ptr<Translator> translator = self->translator_;
+  if (!isPrepared) {
+    try {
+      QCoro::Task<> preparing = translator->prepare(stop);
+      co_await preparing;
+    } catch (const std::exception&) {
+      // The first line tries again and reports it.
     }
   }
-  return translateQueued(life_.weak(), queue_);
-}
-
-QCoro::Task<> CaptionTranslator::translateQueued(std::weak_ptr<CaptionTranslator> self,
-                                                 std::shared_ptr<LineQueue> queue) {
-  while (!queue->isFinished()) {
-    if (queue->isEmpty()) {
-      const OneShot<bool> arrival = queue->nextArrival();
-      co_await arrival;
-      continue;
+  while (!stop.stop_requested()) {
+    const Line* const line = self->takeNext();
+    if (!line) {
+      self->isTranslating_ = false;
+      break;
     }
-    const QUuid id = queue->take();
-    CaptionTranslator* translator = self.lock().get();
-    if (!translator || !translator->isCurrent(*queue)) break;
-    const std::optional<QString> text = translator->textToTranslate(id);
-    if (!text) continue;
-
-    const QString language = translator->targetID_;
+    const QUuid id = line->id;
+    const QString text = line->text;
+    const QString target = self->targetID_;
     QString translation;
     std::optional<QString> error;
-    bool isCancelled = false;
     try {
-      QCoro::Task<QString> task = translator->session_->translate(*text);
-      translation = co_await task;
-    } catch (const Cancelled&) {
-      isCancelled = true;
+      QCoro::Task<QString> translating = translator->translate(text, stop);
+      translation = co_await translating;
     } catch (const std::exception& exception) {
       error = descriptionOf(exception);
     }
-
-    translator = self.lock().get();
-    if (!translator || !translator->isCurrent(*queue)) break;
+    if (stop.stop_requested()) break;
     if (error) {
-      const QString message = L("Translation error: " + *error, "번역 오류: " + *error);
-      if (translator->onError) translator->onError(message);
-    } else if (!isCancelled) {
-      if (translator->onTranslation) translator->onTranslation(id, language, translation);
-      translator = self.lock().get();
-      if (translator && translator->onError) translator->onError(std::nullopt);
+      Q_EMIT self->failed(L("Translation error: " + *error, "번역 오류: " + *error));
+    } else {
+      Q_EMIT self->translated(id, target, translation);
     }
   }
-  CaptionTranslator* const translator = self.lock().get();
-  if (translator && translator->queue_ == queue) translator->endRun();
 }
 
-bool CaptionTranslator::isCurrent(const LineQueue& queue) const {
-  return &queue == queue_.get() && configuration_;
-}
-
-bool CaptionTranslator::needsTranslation(const Line& line) const {
-  return line.sourceLanguage == sourceID_ && !line.translations.contains(targetID_);
-}
-
-std::optional<QString> CaptionTranslator::textToTranslate(const QUuid& id) const {
-  const Line* const line = lineWithID ? lineWithID(id) : nullptr;
-  return line && needsTranslation(*line) ? std::optional(line->text) : std::nullopt;
+const Line* CaptionTranslator::takeNext() {
+  while (next_ < lines_.size()) {
+    const Line& line = lines_[next_++];
+    if (line.sourceLanguage == sourceID_ && !line.translations.contains(targetID_)) return &line;
+  }
+  return nullptr;
 }
 
 }  // namespace velun

@@ -2,79 +2,64 @@
 #pragma once
 
 #include "model/line.h"
-#include "platform/foundation/life.h"
-#include "platform/translation/translation_session.h"
+#include "platform/translation/translation_platform.h"
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <QCoroTask>
 #include <QObject>
 #include <QUuid>
+#include <stop_token>
 #include <vector>
 
 namespace velun {
 
-class LineQueue;
-
-/// Translates finished lines one at a time, in the order in which they were queued, while a
-/// translation session is open. Main thread.
+/// Translates finished lines one at a time, in order. The lines of the session are its queue: it
+/// remembers how far it has read them. Main thread.
 class CaptionTranslator final : public QObject {
   Q_OBJECT
 
  public:
-  explicit CaptionTranslator(QObject* parent = nullptr);
+  /// `platform` and `lines`, the lines of the running session, must outlive the translator. Lines
+  /// may be appended and changed at any time; call `configure` after they were replaced.
+  CaptionTranslator(TranslationPlatform& platform, const std::vector<Line>& lines,
+                    QObject* parent = nullptr);
   ~CaptionTranslator() override;
 
-  /// Finds a line of the running session by its id; null when it is gone.
-  std::function<const Line*(const QUuid& id)> lineWithID;
-
-  /// The lines of the running session, in order. Unset, there are none.
-  std::function<const std::vector<Line>&()> lines;
-
-  std::function<void(const QUuid& id, const QString& language, const QString& text)> onTranslation;
-
-  /// None clears the error.
-  std::function<void(const std::optional<QString>& message)> onError;
-
-  /// The languages for which a session is to be opened; none: no translation.
-  const std::optional<TranslationConfiguration>& configuration() const { return configuration_; }
-
-  /// Whether both identifiers name the same language; regions and scripts do not count.
+  /// Whether both identifiers name the same language. Regions and scripts do not count.
   static bool hasSameLanguage(const QString& sourceID, const QString& targetID);
 
-  /// Begins a new epoch: ends the run under way and publishes a configuration, or none. The source
-  /// is the language of the locale `sourceID` without its region, the target is `targetID`.
+  /// Discards the text in progress and starts again from the first line. Every line in the locale
+  /// `sourceID` without a text in the language `targetID` is translated, unless translation is not
+  /// `enabled`, there is no content, or both are the same language.
   void configure(bool enabled, bool hasContent, const QString& sourceID, const QString& targetID);
 
-  /// Queues a line in the run under way; without one it is found by the next run.
-  void enqueue(const QUuid& id);
+  /// Call after lines were appended.
+  void linesAppended();
 
-  /// Translates with `session` until the epoch ends or another run begins. The session is let go
-  /// at that moment, an unanswered request with it. Never fails.
-  QCoro::Task<> run(std::shared_ptr<TranslationSession> session);
+  /// Whether lines are translated, after `configure`.
+  bool isActive() const { return translator_ != nullptr; }
 
  Q_SIGNALS:
-  /// Emitted only when it is a different one.
-  void configurationChanged();
+  void translated(const QUuid& id, const QString& language, const QString& text);
+
+  /// A line could not be translated. It is not tried again before the next `configure`.
+  void failed(const QString& message);
 
  private:
-  static QCoro::Task<> translateQueued(std::weak_ptr<CaptionTranslator> self,
-                                       std::shared_ptr<LineQueue> queue);
-  void publish(const std::optional<TranslationConfiguration>& configuration);
-  void endRun();
-  bool isCurrent(const LineQueue& queue) const;
-  bool needsTranslation(const Line& line) const;
-  std::optional<QString> textToTranslate(const QUuid& id) const;
+  static QCoro::Task<> translateLines(CaptionTranslator* self, bool isPrepared,
+                                      std::stop_token stop);
+  void start(bool isPrepared);
+  const Line* takeNext();
 
-  std::optional<TranslationConfiguration> configuration_;
-  std::optional<TranslationConfiguration> lastConfiguration_;
+  TranslationPlatform& platform_;
+  const std::vector<Line>& lines_;
   QString sourceID_;
   QString targetID_;
-  /// The run under way: its queue, which also names the epoch, and its session. Null without one.
-  std::shared_ptr<LineQueue> queue_;
-  std::shared_ptr<TranslationSession> session_;
-  Life<CaptionTranslator> life_{this};
+  std::shared_ptr<Translator> translator_;  // null while nothing is to be translated
+  std::size_t next_ = 0;                    // index of the first line that was not looked at
+  bool isTranslating_ = false;              // `translateLines` runs or is about to
+  std::stop_source stop_;                   // of the configuration
 };
 
 }  // namespace velun

@@ -9,7 +9,6 @@
 #include "support/scripted_application_service.h"
 #include "support/scripted_file_manager.h"
 #include "support/scripted_question.h"
-#include "support/scripted_translation_platform.h"
 #include "support/scripted_tray_host.h"
 #include "ui/caption/caption_window_controller.h"
 
@@ -85,7 +84,6 @@ struct AppStage : ModelFixture {
 
   MemoryPreferences preferences;
   FakeDesktopPlatform desktop;
-  ScriptedTranslationPlatform translation;
   ScriptedTrayHost tray;
   ScriptedApplicationService application;
   ScriptedFileManager fileManager;

@@ -88,16 +88,14 @@ class CaptionEventsTest final : public test::Suite {
   void linesReachTheTranslatorInOrder() {
     ModelFixture fixture(translating);
     fixture.start();
-    auto script = std::make_shared<ModelFixture::Translation>();
-    fixture.tasks.push_back(
-        fixture.model->runTranslations(std::make_shared<test::ScriptedTranslationSession>(script)));
     fixture.final("One. Two.");
     settle();
-    QCOMPARE(script->requests[0].text, QString("One."));
-    script->requests[0].succeed("하나.");
+    const auto& requests = fixture.translationScript().requests;
+    QCOMPARE(requests[0].text, QString("One."));
+    requests[0].succeed("하나.");
     settle();
-    QCOMPARE(script->requests[1].text, QString("Two."));
-    QCOMPARE(fixture.translation(0), QString("하나."));
+    QCOMPARE(requests[1].text, QString("Two."));
+    QCOMPARE(fixture.translationOf(0), QString("하나."));
     QVERIFY(fixture.model->lines()[1].translations.empty());
   }
 
@@ -106,10 +104,10 @@ class CaptionEventsTest final : public test::Suite {
     fixture.final("One. Two. Three.");
     const QUuid second = fixture.model->lines()[1].id;
     fixture.takeSignals();
-    fixture.model->translator().onTranslation(second, "ko", "둘.");
+    Q_EMIT fixture.model->translator().translated(second, "ko", "둘.");
     QCOMPARE(fixture.takeSignals(), QStringList({"translation 1", "session"}));
-    fixture.model->translator().onTranslation(second, "ko", "두울.");
-    fixture.model->translator().onTranslation(second, "ja", "二。");
+    Q_EMIT fixture.model->translator().translated(second, "ko", "두울.");
+    Q_EMIT fixture.model->translator().translated(second, "ja", "二。");
     QVERIFY(fixture.model->lines()[0].translations.empty());
     QVERIFY(fixture.model->lines()[2].translations.empty());
     QCOMPARE(fixture.model->lines()[1].translations,
@@ -123,7 +121,7 @@ class CaptionEventsTest final : public test::Suite {
     fixture.model->newSession();
     fixture.final("Other.");
     fixture.takeSignals();
-    fixture.model->translator().onTranslation(gone, "ko", "하나.");
+    Q_EMIT fixture.model->translator().translated(gone, "ko", "하나.");
     QCOMPARE(fixture.takeSignals(), QStringList());
     QVERIFY(fixture.model->lines()[0].translations.empty());
   }
@@ -141,19 +139,17 @@ class CaptionEventsTest final : public test::Suite {
   void translationErrorsAreShownUntilTheNextSuccess() {
     ModelFixture fixture(translating);
     fixture.start();
-    auto script = std::make_shared<ModelFixture::Translation>();
-    fixture.tasks.push_back(
-        fixture.model->runTranslations(std::make_shared<test::ScriptedTranslationSession>(script)));
     fixture.final("One. Two. Three.");
     settle();
-    script->requests[0].fail("out of memory");
+    const auto& requests = fixture.translationScript().requests;
+    requests[0].fail("out of memory");
     settle();
     QCOMPARE(fixture.model->translationStatus(),
              std::optional<QString>("Translation error: out of memory"));
-    script->requests[1].succeed("둘.");
+    requests[1].succeed("둘.");
     settle();
     QVERIFY(!fixture.model->translationStatus());
-    script->requests[2].fail("again");
+    requests[2].fail("again");
     settle();
     QVERIFY(fixture.model->translationStatus());
     fixture.settings.setTargetID("ja");
@@ -216,7 +212,7 @@ class CaptionEventsTest final : public test::Suite {
     fixture.final("One. Two.");
     fixture.draft("thr");
     QCOMPARE(fixture.model->captionText(), QString("One.\n\nTwo.\n\nthr"));
-    fixture.model->translator().onTranslation(fixture.model->lines()[0].id, "ko", "하나.");
+    Q_EMIT fixture.model->translator().translated(fixture.model->lines()[0].id, "ko", "하나.");
     QCOMPARE(fixture.model->captionText(), QString("One.\n하나.\n\nTwo.\n\nthr"));
     fixture.settings.setShowTranslationOnly(true);
     QCOMPARE(fixture.model->captionText(), QString("하나."));
@@ -239,7 +235,7 @@ class CaptionEventsTest final : public test::Suite {
       return fixture.model->lines()[index].id;
     };
     QCOMPARE(fixture.model->pendingTranslationIDs(), QSet<QUuid>({idOf(0), idOf(1)}));
-    fixture.model->translator().onTranslation(idOf(0), "ko", "하나.");
+    Q_EMIT fixture.model->translator().translated(idOf(0), "ko", "하나.");
     QCOMPARE(fixture.model->pendingTranslationIDs(), QSet<QUuid>({idOf(1)}));
     fixture.final("Four.");
     QCOMPARE(fixture.model->pendingTranslationIDs(), QSet<QUuid>({idOf(1), idOf(3)}));
@@ -256,9 +252,10 @@ class CaptionEventsTest final : public test::Suite {
     ModelFixture fixture(translationOnly);
     fixture.final("One.");
     QCOMPARE(fixture.model->pendingTranslationIDs().size(), 1);
-    fixture.model->translator().onError(QString("Translation error: broken"));
+    Q_EMIT fixture.model->translator().failed("Translation error: broken");
     QVERIFY(fixture.model->pendingTranslationIDs().isEmpty());
-    fixture.model->translator().onError(std::nullopt);
+    fixture.final("Two.");
+    Q_EMIT fixture.model->translator().translated(fixture.model->lines()[1].id, "ko", "둘.");
     QCOMPARE(fixture.model->pendingTranslationIDs().size(), 1);
   }
 
@@ -266,13 +263,13 @@ class CaptionEventsTest final : public test::Suite {
     ModelFixture fixture;
     fixture.start();
     fixture.final("One. Two.");
-    QVERIFY(!fixture.model->translator().configuration());
+    QVERIFY(!fixture.model->translator().isActive());
+    fixture.translateToUpperCase();
     fixture.settings.setTranslate(true);
-    QVERIFY(fixture.model->translator().configuration());
-    const auto script = fixture.openTranslation();
+    QVERIFY(fixture.model->translator().isActive());
     settle();
-    QCOMPARE(fixture.translation(0), QString("ONE."));
-    QCOMPARE(fixture.translation(1), QString("TWO."));
+    QCOMPARE(fixture.translationOf(0), QString("ONE."));
+    QCOMPARE(fixture.translationOf(1), QString("TWO."));
   }
 
   void eventsAfterDestructionAreIgnored() {

@@ -57,11 +57,11 @@ class CaptionSavingTest final : public test::Suite {
       settings.setAutoSaveSessions(true);
       settings.setTranslate(true);
     });
+    fixture.translateToUpperCase();
     fixture.start();
     fixture.final("One. Two.");
-    const auto script = fixture.openTranslation();
     settle();
-    QCOMPARE(fixture.translation(1), QString("TWO."));
+    QCOMPARE(fixture.translationOf(1), QString("TWO."));
     QVERIFY(isWritten(fixture));
   }
 

@@ -28,10 +28,10 @@ class CurrentSessionTest final : public test::Suite {
     current.append(spoken("One."));
     current.append(spoken("Two."));
     const QUuid second = current.lines()[1].id;
-    QCOMPARE(current.lineWithID(second)->text, QString("Two."));
-    QVERIFY(!current.lineWithID(QUuid::createUuid()));
+    QCOMPARE(current.setTranslation(second, "ko", "둘."), std::optional<std::size_t>(1));
+    QVERIFY(!current.setTranslation(QUuid::createUuid(), "ko", "셋."));
     current.reset(kStart);
-    QVERIFY(!current.lineWithID(second));
+    QVERIFY(!current.setTranslation(second, "ko", "둘."));
   }
 
   void resetStartsAnEmptySession() {

@@ -62,10 +62,10 @@ ModelChecker::ModelChecker(std::uint64_t seed, Counts& counts) : random_(seed), 
   fixture_.engine->onEmit = [this](const SpeechRecognitionEvent& event) {
     expectLines(event);
   };
+  fixture_.translation.prepareScript = [this](TranslationScript& script) {
+    prepareTranslation(script);
+  };
   CaptionViewModel* const model = fixture_.model.get();
-  // The view's part: a session for each configuration.
-  QObject::connect(&model->translator(), &CaptionTranslator::configurationChanged, model,
-                   [this] { openTranslation(); });
   QObject::connect(model, &CaptionViewModel::translationChanged, model,
                    [this] { ++counts_.translations; });
   QObject::connect(model, &CaptionViewModel::saveErrorChanged, model, [this, model] {
@@ -274,38 +274,29 @@ void ModelChecker::failNextStart() {
   fixture_.engine->startFailure = "scripted failure";
 }
 
-void ModelChecker::openTranslation() {
-  const std::optional<TranslationConfiguration>& configuration =
-      fixture_.model->translator().configuration();
-  if (!configuration) return;
-  // Some sessions never open.
-  if (isLucky(10)) return;
-  auto script = std::make_shared<ModelFixture::Translation>();
-  const QString target = configuration->target();
-  if (isLucky(40)) {
-    script->translate = [target](const QString& text) {
-      return translationOf(text, target);
-    };
-  }
-  script->cancelsAtEnd = isLucky(50);
-  translations_.push_back({target, script});
-  fixture_.tasks.push_back(
-      fixture_.model->runTranslations(std::make_shared<ScriptedTranslationSession>(script)));
+void ModelChecker::prepareTranslation(TranslationScript& script) {
+  // Some translators never become ready.
+  script.waitsForPreparation = isLucky(10);
+  script.cancels = isLucky(50);
+  if (!isLucky(40)) return;
+  script.translate = [target = script.target](const QString& text) {
+    return translationOf(text, target);
+  };
 }
 
 void ModelChecker::answerTranslation() {
-  for (const OpenTranslation& open : translations_) {
-    for (const ScriptedTranslationSession::Request& request : open.script->requests) {
-      if (request.answer.isAnswered() || isLucky(40)) continue;
-      if (!open.script->isOpen) ++counts_.lateAnswers;
-      request.succeed(translationOf(request.text, open.target));
+  for (const auto& script : fixture_.translation.scripts) {
+    for (const TranslationScript::Request& request : script->requests) {
+      if (script->translate || request.answer.isAnswered() || isLucky(40)) continue;
+      if (request.stop.stop_requested()) ++counts_.lateAnswers;
+      request.succeed(translationOf(request.text, script->target));
     }
   }
 }
 
 void ModelChecker::failTranslation() {
-  for (const OpenTranslation& open : translations_) {
-    if (!open.script->requests.empty()) open.script->requests.back().fail("scripted failure");
+  for (const auto& script : fixture_.translation.scripts) {
+    if (!script->requests.empty()) script->requests.back().fail("scripted failure");
   }
 }
 
@@ -404,20 +395,20 @@ void ModelChecker::finish() {
   check();
   checkSettled();
   for (const QCoro::Task<>& task : fixture_.tasks) {
-    if (!task.isReady() && !fixture_.model->translator().configuration()) {
-      fail("a task never ends");
-    }
+    if (!task.isReady()) fail("a task never ends");
   }
+  if (!fixture_.model->translator().isActive()) checkTranslatorsClosed();
 
   fixture_.model->restart();
   settle();
   fixture_.settings.setLocaleID("fr_FR");
   fixture_.settings.setTranslate(false);
+  fixture_.translation.prepareScript = {};
+  fixture_.translateToUpperCase();
   fixture_.settings.setTranslate(true);
-  if (!expectedTexts_.isEmpty() && !fixture_.model->translator().configuration()) {
+  if (!expectedTexts_.isEmpty() && !fixture_.model->translator().isActive()) {
     return fail("translation cannot be turned on");
   }
-  fixture_.openTranslation();
   settle();
   for (const Line& line : fixture_.model->lines()) {
     if (line.sourceLanguage == "fr_FR" &&
@@ -437,8 +428,8 @@ void ModelChecker::destroy() {
     fixture_.recognizer->emitEvent(DraftEvent{"late"});
     fixture_.recognizer->emitEvent(FailureEvent{"late"});
   }
-  for (const OpenTranslation& open : translations_) {
-    for (const auto& request : open.script->requests) request.succeed("late");
+  for (const auto& script : fixture_.translation.scripts) {
+    for (const auto& request : script->requests) request.succeed("late");
   }
   fixture_.settings.setUseMic(!fixture_.settings.useMic());
   fixture_.settings.setTranslate(!fixture_.settings.translate());
@@ -455,6 +446,13 @@ void ModelChecker::destroy() {
   }
   for (const QCoro::Task<>& task : fixture_.tasks) {
     if (!task.isReady()) fail("a task outlives its model");
+  }
+  checkTranslatorsClosed();
+}
+
+void ModelChecker::checkTranslatorsClosed() {
+  for (const auto& script : fixture_.translation.scripts) {
+    if (script->isOpen) fail("a translator is kept that nobody uses");
   }
 }
 

@@ -40,11 +40,6 @@ class ModelChecker {
   };
   static const std::array<Step, 30> kSteps;
 
-  struct OpenTranslation {
-    QString target;
-    std::shared_ptr<ModelFixture::Translation> script;
-  };
-
   int below(int limit) { return static_cast<int>(random_() % static_cast<std::uint64_t>(limit)); }
   bool isLucky(int percent) { return below(100) < percent; }
   void performRandomStep();
@@ -83,8 +78,8 @@ class ModelChecker {
 
   FinalEvent makeFinal();
   void expectLines(const SpeechRecognitionEvent& event);
-  void openTranslation();
-  std::vector<ScriptedTranslationSession::Request> unanswered();
+  void prepareTranslation(TranslationScript& script);
+  void checkTranslatorsClosed();
   void finish();
   void destroy();
 
@@ -109,7 +104,6 @@ class ModelChecker {
   /// The end that the file still holds after captions were started again; until the next write.
   std::optional<Instant> writtenEnd_;
   std::optional<Instant> lastEnd_;
-  std::vector<OpenTranslation> translations_;
 };
 
 }  // namespace velun::test

@@ -6,7 +6,7 @@
 #include "settings/app_settings.h"
 #include "support/manual_clock.h"
 #include "support/scripted_recognizer.h"
-#include "support/scripted_translation_session.h"
+#include "support/scripted_translation_platform.h"
 #include "support/settle.h"
 
 #include <memory>
@@ -17,13 +17,15 @@ namespace velun::test {
 /// the properties whose change it announced.
 struct ModelFixture : SessionsFolder {
   using Engine = ScriptedRecognizer::Script;
-  using Translation = ScriptedTranslationSession::Script;
 
-  explicit ModelFixture(const std::function<void(AppSettings&)>& prepare = {}) {
+  explicit ModelFixture(const std::function<void(AppSettings&)>& prepare = {},
+                        TranslationPlatform* realTranslation = nullptr) {
     if (prepare) prepare(settings);
     auto owned = std::make_unique<ScriptedRecognizer>(engine);
     recognizer = owned.get();
-    model = std::make_unique<CaptionViewModel>(settings, store, std::move(owned), lists(), clock);
+    model = std::make_unique<CaptionViewModel>(settings, store, std::move(owned),
+                                               realTranslation ? *realTranslation : translation,
+                                               lists(), clock);
     logSignals();
   }
 
@@ -61,15 +63,15 @@ struct ModelFixture : SessionsFolder {
   void status(const std::optional<QString>& text) { recognizer->emitEvent(StatusEvent{text}); }
   void failure(const QString& message) { recognizer->emitEvent(FailureEvent{message}); }
 
-  /// Translates with a session that returns every text in upper case.
-  std::shared_ptr<Translation> openTranslation() {
-    auto script = std::make_shared<Translation>();
-    script->translate = [](const QString& text) {
+  /// From the next configuration on, translations are the texts in upper case.
+  void translateToUpperCase() {
+    translation.translate = [](const QString& text) {
       return text.toUpper();
     };
-    tasks.push_back(model->runTranslations(std::make_shared<ScriptedTranslationSession>(script)));
-    return script;
   }
+
+  /// What the translator in use does and has done.
+  TranslationScript& translationScript() { return *translation.scripts.back(); }
 
   QStringList texts() const {
     QStringList texts;
@@ -78,7 +80,7 @@ struct ModelFixture : SessionsFolder {
   }
 
   /// The line's Korean text; null when it has none.
-  QString translation(std::size_t index) const {
+  QString translationOf(std::size_t index) const {
     const Translations& translations = model->lines().at(index).translations;
     const auto found = translations.find("ko");
     return found == translations.end() ? QString() : found->second;
@@ -110,6 +112,7 @@ struct ModelFixture : SessionsFolder {
 
   ManualClock clock;
   AppSettings settings;
+  ScriptedTranslationPlatform translation;
   QStringList locales;
   QStringList languages;
   std::shared_ptr<Engine> engine = std::make_shared<Engine>();

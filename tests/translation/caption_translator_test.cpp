@@ -2,85 +2,58 @@
 #include "translation/caption_translator.h"
 
 #include "language/localization.h"
-#include "support/scripted_translation_session.h"
+#include "support/scripted_translation_platform.h"
 #include "support/settle.h"
 #include "support/suite.h"
 
 #include <algorithm>
-#include <QSignalSpy>
 
 using namespace velun;
-using test::ScriptedTranslationSession;
 using test::settle;
+using test::TranslationScript;
 
 namespace {
-
-using Script = ScriptedTranslationSession::Script;
 
 /// A translator over a list of lines, as the caption model has it, with all that it reports.
 struct Bench {
   explicit Bench(const QStringList& texts = {}) {
     for (const QString& text : texts) addLine(text);
-    translator->lines = [this]() -> const std::vector<Line>& {
-      return lines;
-    };
-    translator->lineWithID = [this](const QUuid& id) {
-      return find(id);
-    };
-    translator->onTranslation = [this](const QUuid& id, const QString& language,
-                                       const QString& text) {
-      reports.append(language + ": " + text);
-      if (Line* const line = find(id)) line->translations[language] = text;
-    };
-    translator->onError = [this](const std::optional<QString>& message) {
-      reports.append(message ? *message : "no error");
-    };
+    QObject::connect(translator.get(), &CaptionTranslator::translated,
+                     [this](const QUuid& id, const QString& language, const QString& text) {
+                       reports.append(language + ": " + text);
+                       std::ranges::find(lines, id, &Line::id)->translations[language] = text;
+                     });
+    QObject::connect(translator.get(), &CaptionTranslator::failed,
+                     [this](const QString& message) { reports.append(message); });
   }
 
-  Line* find(const QUuid& id) {
-    const auto found =
-        std::find_if(lines.begin(), lines.end(), [&id](const Line& line) { return line.id == id; });
-    return found == lines.end() ? nullptr : &*found;
-  }
-
-  QUuid addLine(const QString& text, const QString& language = "en_US") {
+  void addLine(const QString& text, const QString& language = "en_US") {
     Line line;
     line.text = text;
     line.sourceLanguage = language;
     lines.push_back(line);
-    return line.id;
+    translator->linesAppended();
   }
 
-  /// Opens a session that the test answers, and runs with it.
-  std::shared_ptr<Script> open() {
-    auto script = std::make_shared<Script>();
-    start(script);
-    return script;
-  }
-
-  /// Opens a session that answers every text in upper case, and runs with it.
-  std::shared_ptr<Script> openAnswering() {
-    auto script = std::make_shared<Script>();
-    script->translate = [script = script.get()](const QString& text) {
-      script->requests.push_back({text, {}});
+  /// Every translator from now on translates every text to upper case.
+  void translateToUpperCase() {
+    platform.translate = [](const QString& text) {
       return text.toUpper();
     };
-    start(script);
-    return script;
   }
 
-  void start(const std::shared_ptr<Script>& script) {
-    runs.push_back(translator->run(std::make_shared<ScriptedTranslationSession>(script)));
-  }
-
-  void configure(const QString& source = "en_US", const QString& target = "ko") {
+  std::shared_ptr<TranslationScript> configure(const QString& source = "en_US",
+                                               const QString& target = "ko") {
     translator->configure(true, true, source, target);
+    settle();
+    return platform.scripts.back();
   }
 
+  test::ScriptedTranslationPlatform platform;
   std::vector<Line> lines;
   QStringList reports;
-  std::unique_ptr<CaptionTranslator> translator = std::make_unique<CaptionTranslator>();
-  std::vector<QCoro::Task<>> runs;
+  std::unique_ptr<CaptionTranslator> translator =
+      std::make_unique<CaptionTranslator>(platform, lines);
 };
 
 }  // namespace
@@ -122,17 +95,17 @@ class CaptionTranslatorTest final : public test::Suite {
     QTEST(CaptionTranslator::hasSameLanguage(source, target), "same");
   }
 
-  void configurationNamesBothLanguages() {
+  void asksForBothLanguagesWithoutTheRegionOfTheSource() {
     Bench bench;
-    bench.configure("en_US", "ko");
-    QCOMPARE(bench.translator->configuration()->source(), QString("en"));
-    QCOMPARE(bench.translator->configuration()->target(), QString("ko"));
-    bench.configure("zh_Hant_TW", "pt-BR");
-    QCOMPARE(bench.translator->configuration()->source(), QString("zh-Hant"));
-    QCOMPARE(bench.translator->configuration()->target(), QString("pt-BR"));
+    auto script = bench.configure("en_US", "ko");
+    QCOMPARE(script->source, QString("en"));
+    QCOMPARE(script->target, QString("ko"));
+    script = bench.configure("zh_Hant_TW", "pt-BR");
+    QCOMPARE(script->source, QString("zh-Hant"));
+    QCOMPARE(script->target, QString("pt-BR"));
   }
 
-  void nothingToTranslateMeansNoConfiguration_data() {
+  void isInactiveWithNothingToTranslate_data() {
     QTest::addColumn<bool>("enabled");
     QTest::addColumn<bool>("hasContent");
     QTest::addColumn<QString>("target");
@@ -140,52 +113,63 @@ class CaptionTranslatorTest final : public test::Suite {
     QTest::newRow("no content") << true << false << "ko";
     QTest::newRow("same language") << true << true << "en";
   }
-  void nothingToTranslateMeansNoConfiguration() {
+  void isInactiveWithNothingToTranslate() {
     QFETCH(bool, enabled);
     QFETCH(bool, hasContent);
     QFETCH(QString, target);
-    Bench bench;
-    const QSignalSpy changes(bench.translator.get(), &CaptionTranslator::configurationChanged);
+    Bench bench({"one"});
     bench.translator->configure(enabled, hasContent, "en_US", target);
-    QVERIFY(!bench.translator->configuration());
-    QCOMPARE(changes.count(), 0);
-  }
-
-  void everyConfigurationOfTheSameLanguagesDiffers() {
-    Bench bench;
-    const QSignalSpy changes(bench.translator.get(), &CaptionTranslator::configurationChanged);
-    std::vector<TranslationConfiguration> configurations;
-    for (int i = 0; i < 4; ++i) {
-      bench.configure();
-      configurations.push_back(*bench.translator->configuration());
-      QCOMPARE(std::count(configurations.begin(), configurations.end(), configurations.back()), 1);
-    }
-    QCOMPARE(changes.count(), 4);
-  }
-
-  void theSameLanguagesAfterAPauseDifferFromBefore() {
-    Bench bench;
-    bench.configure();
-    const TranslationConfiguration before = *bench.translator->configuration();
-    bench.translator->configure(false, true, "en_US", "ko");
-    bench.configure();
-    QVERIFY(*bench.translator->configuration() != before);
-  }
-
-  void noneAfterNoneNotifiesNobody() {
-    Bench bench;
-    bench.configure();
-    const QSignalSpy changes(bench.translator.get(), &CaptionTranslator::configurationChanged);
-    bench.translator->configure(false, true, "en_US", "ko");
-    bench.translator->configure(false, true, "en_US", "ko");
-    QCOMPARE(changes.count(), 1);
-  }
-
-  void waitingLinesAreTranslatedInOrderOneAtATime() {
-    Bench bench({"one", "two"});
-    bench.configure();
-    const auto script = bench.open();
     settle();
+    QVERIFY(!bench.translator->isActive());
+    QVERIFY(bench.platform.scripts.empty());
+  }
+
+  void everyConfigurationStartsAfresh() {
+    Bench bench;
+    for (std::size_t count = 1; count <= 4; ++count) {
+      bench.configure();
+      QCOMPARE(bench.platform.scripts.size(), count);
+      QCOMPARE(std::ranges::count_if(bench.platform.scripts,
+                                     [](const auto& script) { return script->isOpen; }),
+               1);
+    }
+  }
+
+  void theSameLanguagesAfterAPauseStartAfresh() {
+    Bench bench;
+    const auto before = bench.configure();
+    bench.translator->configure(false, true, "en_US", "ko");
+    QVERIFY(!before->isOpen);
+    QVERIFY(bench.configure() != before);
+  }
+
+  void preparesBeforeTheFirstLine() {
+    Bench bench({"one"});
+    bench.platform.prepareScript = [](TranslationScript& script) {
+      script.waitsForPreparation = true;
+    };
+    const auto script = bench.configure();
+    QVERIFY(script->requests.empty());
+    script->prepared.complete(true);
+    settle();
+    QCOMPARE(script->requests.size(), std::size_t{1});
+  }
+
+  void aFailedPreparationIsLeftToTheFirstLine() {
+    Bench bench({"one"});
+    bench.platform.prepareScript = [](TranslationScript& script) {
+      script.waitsForPreparation = true;
+    };
+    const auto script = bench.configure();
+    script->prepared.fail(std::make_exception_ptr(Failure("no connection")));
+    settle();
+    QCOMPARE(bench.reports, QStringList());
+    QCOMPARE(script->requests.size(), std::size_t{1});
+  }
+
+  void linesAreTranslatedInOrderOneAtATime() {
+    Bench bench({"one", "two"});
+    const auto script = bench.configure();
     QCOMPARE(script->requests.size(), std::size_t{1});
     script->requests[0].succeed("하나");
     settle();
@@ -193,106 +177,107 @@ class CaptionTranslatorTest final : public test::Suite {
     QCOMPARE(script->requests[1].text, QString("two"));
     script->requests[1].succeed("둘");
     settle();
-    QCOMPARE(bench.reports, QStringList({"ko: 하나", "no error", "ko: 둘", "no error"}));
+    QCOMPARE(bench.reports, QStringList({"ko: 하나", "ko: 둘"}));
   }
 
-  void newLinesJoinTheRun() {
+  void appendedLinesAreTranslated() {
     Bench bench;
+    bench.translateToUpperCase();
     bench.configure();
-    const auto script = bench.openAnswering();
+    bench.addLine("one");
     settle();
-    bench.translator->enqueue(bench.addLine("one"));
+    bench.addLine("two");
+    bench.addLine("three");
     settle();
-    bench.translator->enqueue(bench.addLine("two"));
-    bench.translator->enqueue(bench.addLine("three"));
-    settle();
-    QCOMPARE(bench.reports,
-             QStringList({"ko: ONE", "no error", "ko: TWO", "no error", "ko: THREE", "no error"}));
+    QCOMPARE(bench.reports, QStringList({"ko: ONE", "ko: TWO", "ko: THREE"}));
   }
 
-  void aLineQueuedWithoutARunWaitsForTheNext() {
-    Bench bench;
-    bench.configure();
-    bench.translator->enqueue(bench.addLine("one"));
-    settle();
-    QCOMPARE(bench.reports, QStringList());
-    bench.openAnswering();
-    settle();
-    QCOMPARE(bench.reports, QStringList({"ko: ONE", "no error"}));
-  }
-
-  void aLineQueuedTwiceIsTranslatedOnce() {
+  void aLineAppendedDuringATranslationIsTranslatedNext() {
     Bench bench({"one"});
-    bench.configure();
-    const auto script = bench.openAnswering();
-    bench.translator->enqueue(bench.lines[0].id);
+    const auto script = bench.configure();
+    bench.addLine("two");
     settle();
     QCOMPARE(script->requests.size(), std::size_t{1});
+    script->requests[0].succeed("하나");
+    settle();
+    QCOMPARE(script->requests.size(), std::size_t{2});
   }
 
-  void linesOfAnotherLanguageAreLeftAlone() {
+  void aLineAppendedWhileInactiveIsTranslatedLater() {
     Bench bench;
+    bench.translateToUpperCase();
+    bench.translator->configure(false, true, "en_US", "ko");
+    bench.addLine("one");
+    settle();
+    QCOMPARE(bench.reports, QStringList());
+    bench.configure();
+    QCOMPARE(bench.reports, QStringList({"ko: ONE"}));
+  }
+
+  void linesOfAnotherLanguageAreSkipped() {
+    Bench bench;
+    bench.translateToUpperCase();
+    const auto script = bench.configure();
     bench.addLine("bonjour", "fr_FR");
     bench.addLine("hello", "en_GB");
     bench.lines.emplace_back().text = "imported";
     bench.addLine("one");
-    bench.configure();
-    const auto script = bench.openAnswering();
-    for (const Line& line : bench.lines) bench.translator->enqueue(line.id);
     settle();
     QCOMPARE(script->requests.size(), std::size_t{1});
     QCOMPARE(script->requests[0].text, QString("one"));
   }
 
-  void anotherTargetTranslatesAgainAndKeepsBoth() {
-    Bench bench({"one"});
-    bench.configure();
-    bench.openAnswering();
-    settle();
-    bench.configure("en_US", "fr");
-    bench.openAnswering();
-    settle();
-    QCOMPARE(bench.lines[0].translations.size(), std::size_t{2});
-    QCOMPARE(bench.reports, QStringList({"ko: ONE", "no error", "fr: ONE", "no error"}));
+  void translatedLinesAreSkipped() {
+    Bench bench({"one", "two"});
+    bench.lines[0].translations["ko"] = "하나";
+    const auto script = bench.configure();
+    QCOMPARE(script->requests[0].text, QString("two"));
   }
 
-  void aFailureIsReportedAndTheNextLineGoesOn() {
-    Bench bench({"one", "two"});
+  void anotherTargetTranslatesAgainAndKeepsBoth() {
+    Bench bench({"one"});
+    bench.translateToUpperCase();
     bench.configure();
-    const auto script = bench.open();
-    settle();
+    bench.configure("en_US", "fr");
+    QCOMPARE(bench.lines[0].translations.size(), std::size_t{2});
+    QCOMPARE(bench.reports, QStringList({"ko: ONE", "fr: ONE"}));
+  }
+
+  void aFailureIsReportedAndTheNextLineFollows() {
+    Bench bench({"one", "two"});
+    const auto script = bench.configure();
     script->requests[0].fail("the model is broken");
     settle();
     script->requests[1].succeed("둘");
     settle();
-    QCOMPARE(bench.reports,
-             QStringList({"Translation error: the model is broken", "ko: 둘", "no error"}));
-    QCOMPARE(script->requests.size(), std::size_t{2});
+    QCOMPARE(bench.reports, QStringList({"Translation error: the model is broken", "ko: 둘"}));
+    bench.addLine("three");
+    settle();
+    QCOMPARE(script->requests.size(), std::size_t{3});
+    QCOMPARE(script->requests[2].text, QString("three"));
   }
 
-  void errorsAreWordedInTheInterfaceLanguage() {
+  void errorsAreInTheInterfaceLanguage() {
     Bench bench({"one"});
-    bench.configure();
-    const auto script = bench.open();
-    settle();
+    const auto script = bench.configure();
     Localization::shared().setLanguage(AppLanguage::korean);
     script->requests[0].fail("모델이 없습니다");
     settle();
     QCOMPARE(bench.reports, QStringList({"번역 오류: 모델이 없습니다"}));
   }
 
-  void aLineThatWentAwayIsSkipped() {
-    Bench bench({"one", "two", "three"});
-    bench.configure();
-    const auto script = bench.open();
+  void replacedLinesAreForgotten() {
+    Bench bench({"one", "two"});
+    const auto before = bench.configure();
+    bench.lines.clear();
+    bench.translator->configure(true, true, "en_US", "ko");
+    bench.addLine("other");
     settle();
-    bench.lines.erase(bench.lines.begin() + 1);
-    script->requests[0].succeed("하나");
-    settle();
-    QCOMPARE(script->requests[1].text, QString("three"));
+    QCOMPARE(before->requests.size(), std::size_t{1});
+    QCOMPARE(bench.platform.scripts.back()->requests[0].text, QString("other"));
   }
 
-  void whatArrivesAfterConfigureIsDropped_data() {
+  void resultsAfterAReconfigurationAreDiscarded_data() {
     QTest::addColumn<bool>("fails");
     QTest::addColumn<bool>("stillEnabled");
     QTest::newRow("translation, reconfigured") << false << true;
@@ -300,15 +285,14 @@ class CaptionTranslatorTest final : public test::Suite {
     QTest::newRow("failure, reconfigured") << true << true;
     QTest::newRow("failure, switched off") << true << false;
   }
-  void whatArrivesAfterConfigureIsDropped() {
+  void resultsAfterAReconfigurationAreDiscarded() {
     QFETCH(bool, fails);
     QFETCH(bool, stillEnabled);
     Bench bench({"one", "two"});
-    bench.configure();
-    auto script = std::make_shared<Script>();
-    script->cancelsAtEnd = false;
-    bench.start(script);
-    settle();
+    bench.platform.prepareScript = [](TranslationScript& script) {
+      script.cancels = false;
+    };
+    const auto script = bench.configure();
     bench.translator->configure(stillEnabled, true, "en_US", "ko");
     settle();
     if (fails) {
@@ -319,82 +303,46 @@ class CaptionTranslatorTest final : public test::Suite {
     settle();
     QCOMPARE(bench.reports, QStringList());
     QCOMPARE(script->requests.size(), std::size_t{1});
-  }
-
-  void anEndedRunLetsItsSessionGo() {
-    Bench bench({"one"});
-    bench.configure();
-    const auto script = bench.open();
-    settle();
-    QVERIFY(script->isOpen);
-    bench.configure();
-    settle();
     QVERIFY(!script->isOpen);
-    QVERIFY(bench.runs[0].isReady());
-    QCOMPARE(bench.reports, QStringList());
   }
 
-  void aSecondRunTakesOverFromTheFirst() {
+  void aReconfigurationCancelsTheTextInProgress() {
     Bench bench({"one"});
-    bench.configure();
-    const auto first = bench.open();
-    settle();
-    const auto second = bench.open();
-    settle();
+    const auto first = bench.configure();
+    QVERIFY(first->isOpen);
+    const auto second = bench.configure();
     QVERIFY(!first->isOpen);
-    QVERIFY(bench.runs[0].isReady());
+    QVERIFY(first->requests[0].stop.stop_requested());
+    QCOMPARE(bench.reports, QStringList());
     second->requests[0].succeed("하나");
     settle();
-    QCOMPARE(bench.reports, QStringList({"ko: 하나", "no error"}));
+    QCOMPARE(bench.reports, QStringList({"ko: 하나"}));
   }
 
-  void aRunWithoutConfigurationEndsAtItsFirstLine() {
-    Bench bench({"one"});
-    bench.translator->configure(false, true, "en_US", "ko");
-    const auto script = bench.open();
-    settle();
-    QVERIFY(script->requests.empty());
-    QVERIFY(bench.runs[0].isReady());
-  }
-
-  void configureFromInsideAnAnswerIsSafe() {
+  void configureFromInsideAResultIsSafe() {
     Bench bench({"one", "two"});
-    bench.configure();
-    const auto record = bench.translator->onTranslation;
-    bench.translator->onTranslation = [&bench, record](const QUuid& id, const QString& language,
-                                                       const QString& text) {
-      record(id, language, text);
-      bench.configure();
-    };
-    const auto script = bench.openAnswering();
+    const auto first = bench.configure();
+    QObject::connect(bench.translator.get(), &CaptionTranslator::translated, [&bench] {
+      bench.translator->configure(bench.platform.scripts.size() < 2, true, "en_US", "ko");
+    });
+    first->requests[0].succeed("하나");
     settle();
-    QCOMPARE(script->requests.size(), std::size_t{1});
-    QVERIFY(bench.runs[0].isReady());
+    QCOMPARE(first->requests.size(), std::size_t{1});
+    QVERIFY(!first->isOpen);
+    QCOMPARE(bench.platform.scripts.back()->requests[0].text, QString("two"));
   }
 
   void nothingIsReportedAfterDestruction() {
     Bench bench({"one"});
-    bench.configure();
-    auto script = std::make_shared<Script>();
-    script->cancelsAtEnd = false;
-    bench.start(script);
-    settle();
+    bench.platform.prepareScript = [](TranslationScript& script) {
+      script.cancels = false;
+    };
+    const auto script = bench.configure();
     bench.translator.reset();
     script->requests[0].succeed("late");
     settle();
     QCOMPARE(bench.reports, QStringList());
-    QVERIFY(bench.runs[0].isReady());
-  }
-
-  void anIdleRunEndsWithItsTranslator() {
-    Bench bench;
-    bench.configure();
-    bench.open();
-    settle();
-    QVERIFY(!bench.runs[0].isReady());
-    bench.translator.reset();
-    settle();
-    QVERIFY(bench.runs[0].isReady());
+    QVERIFY(!script->isOpen);
   }
 };
 

@@ -6,22 +6,21 @@
 
 namespace velun {
 
-/// One direction of translation, in language identifiers as `translationLanguage` makes them.
+/// One direction of translation. The identifiers are those of `translationLanguage`.
 struct LanguagePair {
   QString source;
   QString target;
 
   bool operator==(const LanguagePair&) const = default;
 
-  /// An order for use as a key.
   bool operator<(const LanguagePair& other) const {
     return std::tie(source, target) < std::tie(other.source, other.target);
   }
 };
 
-/// What translators call the language of an identifier, its region left out: "en_US" and "eng"
-/// are "en". Traditional Chinese, which no translator writes, stays "zh-Hant" unless
-/// `anyScript`: whoever reads Chinese reads both.
+/// The language of an identifier as translators name it, without its region: "en_US" and "eng"
+/// become "en". Traditional Chinese stays "zh-Hant" because no translator writes it; with
+/// `anyScript`, for source languages, it becomes "zh".
 QString translationLanguage(const QString& identifier, bool anyScript);
 
 }  // namespace velun

@@ -2,35 +2,33 @@
 #include "platform/translation/local_translation_platform.h"
 
 #include "language/localization.h"
-#include "platform/translation/language_availability.h"
-#include "platform/translation/local_translation_session.h"
+#include "platform/translation/local_translator.h"
 
 namespace velun {
 
 LocalTranslationPlatform::LocalTranslationPlatform(
     std::vector<std::unique_ptr<TranslatorBackend>> backends, SpokenLanguages spokenLanguages,
     Clock& clock)
-    : services_(std::make_shared<TranslationServices>(std::move(backends), clock)),
+    : pool_(std::make_shared<TranslatorPool>(std::move(backends), clock)),
       spokenLanguages_(std::move(spokenLanguages)) {
-  connect(services_.get(), &TranslationServices::installingChanged, this,
+  connect(pool_.get(), &TranslatorPool::installingChanged, this,
           &TranslationPlatform::activityChanged);
 }
 
-std::unique_ptr<TranslationSession> LocalTranslationPlatform::openSession(
-    const TranslationConfiguration& configuration) {
-  return std::make_unique<LocalTranslationSession>(services_, configuration);
+std::unique_ptr<Translator> LocalTranslationPlatform::makeTranslator(const QString& source,
+                                                                     const QString& target) {
+  return std::make_unique<LocalTranslator>(pool_, source, target);
 }
 
 QCoro::Task<QStringList> LocalTranslationPlatform::supportedLanguages() {
-  const std::shared_ptr<TranslationServices> services = services_;
+  const std::shared_ptr<TranslatorPool> pool = pool_;
   QCoro::Task<QStringList> task = spokenLanguages_();
   const QStringList spoken = co_await task;
-  const LanguageAvailability availability(services->pool().offers());
-  co_return availability.supportedLanguages(spoken);
+  co_return reachableLanguages(pool->offers(), spoken);
 }
 
 std::optional<QString> LocalTranslationPlatform::activity() const {
-  if (!services_->isInstalling()) return std::nullopt;
+  if (!pool_->isInstalling()) return std::nullopt;
   return L("Downloading translation model…", "번역 모델 다운로드 중…");
 }
 

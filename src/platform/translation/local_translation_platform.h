@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/translation/translation_platform.h"
-#include "platform/translation/translation_services.h"
+#include "platform/translation/translator_pool.h"
 
 #include <functional>
 #include <memory>
@@ -10,7 +10,7 @@
 
 namespace velun {
 
-/// Translation on this computer, over the back ends that it is given.
+/// Translation on this computer with the given back ends.
 class LocalTranslationPlatform final : public TranslationPlatform {
   Q_OBJECT
 
@@ -18,17 +18,16 @@ class LocalTranslationPlatform final : public TranslationPlatform {
   /// The languages that can be recognized, as identifiers of any form.
   using SpokenLanguages = std::function<QCoro::Task<QStringList>()>;
 
-  /// `backends` are in order of preference. `clock` must outlive the platform and its sessions.
+  /// `backends` are in order of preference. `clock` must outlive the platform and its translators.
   LocalTranslationPlatform(std::vector<std::unique_ptr<TranslatorBackend>> backends,
                            SpokenLanguages spokenLanguages, Clock& clock);
 
-  std::unique_ptr<TranslationSession> openSession(
-      const TranslationConfiguration& configuration) override;
+  std::unique_ptr<Translator> makeTranslator(const QString& source, const QString& target) override;
   QCoro::Task<QStringList> supportedLanguages() override;
   std::optional<QString> activity() const override;
 
  private:
-  std::shared_ptr<TranslationServices> services_;
+  std::shared_ptr<TranslatorPool> pool_;
   SpokenLanguages spokenLanguages_;
 };
 

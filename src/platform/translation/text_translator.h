@@ -6,17 +6,17 @@
 
 namespace velun {
 
-/// Translates in one direction. Used by one thread at a time, the translation worker.
+/// Translates in one direction. Used by one thread at a time, the pool's.
 class TextTranslator {
  public:
   virtual ~TextTranslator() = default;
 
-  /// Makes it ready, so that the first text does not wait. Throws `Failure`.
+  /// Loads what `translate` needs, so that the first text does not wait. Throws `Failure`.
   virtual void load() = 0;
 
-  /// The translation of a text that has letters or numbers. Loads first when that was not done.
-  /// Throws `Failure` with a text to show, after which the next text may well succeed, or
-  /// `Cancelled` soon after a stop was requested.
+  /// The translation of a text with letters or numbers. Calls `load` first if that was not done.
+  /// Throws `Failure` with a text for the user, after which the next text may succeed, or
+  /// `Cancelled` soon after a stop request.
   virtual QString translate(const QString& text, std::stop_token stop) = 0;
 };
 

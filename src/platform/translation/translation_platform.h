@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/translation/translation_session.h"
+#include "platform/translation/translator.h"
 
 #include <memory>
 #include <optional>
@@ -11,20 +11,21 @@
 
 namespace velun {
 
-/// The platform's translation services. Main thread.
+/// The translation service. Main thread.
 class TranslationPlatform : public QObject {
   Q_OBJECT
 
  public:
-  /// Opens a session; never fails. What cannot be translated fails at each text.
-  virtual std::unique_ptr<TranslationSession> openSession(
-      const TranslationConfiguration& configuration) = 0;
+  /// A translator between two languages, given as identifiers such as "en" and "ko". Never fails:
+  /// a pair that is not available fails at each text.
+  virtual std::unique_ptr<Translator> makeTranslator(const QString& source,
+                                                     const QString& target) = 0;
 
   /// The identifiers of every language that can be translated into, such as "ko".
   virtual QCoro::Task<QStringList> supportedLanguages() = 0;
 
-  /// What a session is busy with before it can translate ("Downloading translation model…"), in
-  /// the interface language; none when nothing is under way.
+  /// What a translator waits for before it can translate ("Downloading translation model…"), in
+  /// the interface language; nothing when none waits.
   virtual std::optional<QString> activity() const = 0;
 
  Q_SIGNALS:

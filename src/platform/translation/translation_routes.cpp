@@ -2,6 +2,7 @@
 #include "platform/translation/translation_routes.h"
 
 #include <algorithm>
+#include <set>
 
 namespace velun {
 
@@ -45,6 +46,23 @@ std::vector<TranslationStep> findTranslationRoute(const std::vector<TranslationO
   std::vector<TranslationStep> pivoted{*toPivot, *fromPivot};
   if (direct.empty() || downloads(pivoted) < downloads(direct)) return pivoted;
   return direct;
+}
+
+QStringList reachableLanguages(const std::vector<TranslationOffer>& offers,
+                               const QStringList& sources) {
+  std::set<QString> languages;
+  for (const QString& identifier : sources) languages.insert(translationLanguage(identifier, true));
+  std::set<QString> targets;
+  for (const TranslationOffer& offer : offers) targets.insert(offer.pair.target);
+
+  QStringList reachable;
+  for (const QString& target : targets) {
+    const bool isReachable = std::ranges::any_of(languages, [&](const QString& source) {
+      return source != target && !findTranslationRoute(offers, {source, target}).empty();
+    });
+    if (isReachable) reachable += target;
+  }
+  return reachable;
 }
 
 }  // namespace velun

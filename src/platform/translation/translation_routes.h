@@ -4,27 +4,32 @@
 #include "platform/translation/language_pair.h"
 
 #include <optional>
+#include <QStringList>
 #include <vector>
 
 namespace velun {
 
-/// One direction that a back end offers. `rank` is the back end's place in the order of
-/// preference, the best being 0.
+/// One direction that a back end offers.
 struct TranslationOffer {
   LanguagePair pair;
-  int rank = 0;
+  int rank = 0;  ///< The back end's place in the order of preference; 0 is the best.
   bool isInstalled = false;
 };
 
-/// One step of a translation: who does it, and who would do it better after a download.
+/// One step of a route.
 struct TranslationStep {
   TranslationOffer offer;
-  std::optional<TranslationOffer> better;
+  std::optional<TranslationOffer> better;  ///< A preferred offer that is to be downloaded.
 };
 
-/// The steps from one language to another: one, or two through English; none when there is no
-/// way. A way that needs no download comes first, then the shorter one.
+/// The steps from one language to another: one, or two through English; empty when there is no
+/// route. Prefers the route with fewer downloads, then the shorter one.
 std::vector<TranslationStep> findTranslationRoute(const std::vector<TranslationOffer>& offers,
                                                   const LanguagePair& wanted);
+
+/// Every language that has a route from one of `sources` other than itself, in alphabetical order.
+/// Downloads count. `sources` are identifiers of any form.
+QStringList reachableLanguages(const std::vector<TranslationOffer>& offers,
+                               const QStringList& sources);
 
 }  // namespace velun

@@ -11,22 +11,22 @@
 
 namespace velun {
 
-/// One kind of translator with the directions that it has. Main thread.
+/// One kind of translator and its directions. Main thread.
 class TranslatorBackend {
  public:
   virtual ~TranslatorBackend() = default;
 
-  /// What can be translated now.
+  /// The pairs that can be translated now.
   virtual std::vector<LanguagePair> installedPairs() const = 0;
 
-  /// What can be translated, or be translated better than now, after a download.
+  /// The pairs that can be translated, or translated better than now, after a download.
   virtual std::vector<LanguagePair> downloadablePairs() const = 0;
 
-  /// Returns when `pair` can be translated; at once when it can be already. Throws `Failure` with
-  /// a text that says what to do, or `Cancelled` soon after a stop was requested.
+  /// Completes when `pair` can be translated. Throws `Failure` with a text that tells the user what
+  /// to do or, soon after a stop request, `Cancelled`.
   virtual QCoro::Task<> install(LanguagePair pair, std::stop_token stop) = 0;
 
-  /// Downloads in the background, some time, without reporting a failure.
+  /// Downloads in the background at some later time. Failures are not reported.
   virtual void installQuietly(const LanguagePair& pair) = 0;
 
   /// A translator of an installed pair, not loaded yet.

@@ -1,11 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/translation/translator_pool.h"
 
+#include <exception>
+
 namespace velun {
 
 TranslatorPool::TranslatorPool(std::vector<std::unique_ptr<TranslatorBackend>> backends,
                                Clock& clock)
-    : backends_(std::move(backends)), clock_(clock) {}
+    : backends_(std::move(backends)), clock_(clock) {
+  // A translator must not run on two threads at once. A text that was cancelled may still be
+  // running when the next one starts.
+  thread_.setMaxThreadCount(1);
+}
 
 std::vector<TranslationOffer> TranslatorPool::offers() const {
   std::vector<TranslationOffer> offers;
@@ -25,8 +31,28 @@ TranslatorBackend& TranslatorPool::backendOf(const TranslationOffer& offer) cons
   return *backends_[static_cast<std::size_t>(offer.rank)];
 }
 
+QCoro::Task<> TranslatorPool::install(std::shared_ptr<TranslatorPool> pool, TranslationOffer offer,
+                                      std::stop_token stop) {
+  pool->countInstalls(+1);
+  std::exception_ptr error;
+  try {
+    QCoro::Task<> task = pool->backendOf(offer).install(offer.pair, stop);
+    co_await task;
+  } catch (...) {
+    error = std::current_exception();
+  }
+  pool->countInstalls(-1);
+  if (error) std::rethrow_exception(error);
+}
+
+void TranslatorPool::countInstalls(int change) {
+  const bool wasInstalling = isInstalling();
+  installing_ += change;
+  if (isInstalling() != wasInstalling) Q_EMIT installingChanged();
+}
+
 std::shared_ptr<TextTranslator> TranslatorPool::translator(const TranslationOffer& offer) {
-  release_ = clock_.callAfter(kIdleTime, [this] { translators_.clear(); });
+  release_ = clock_.callAfter(kIdleTimeout, [this] { translators_.clear(); });
   std::shared_ptr<TextTranslator>& translator = translators_[{offer.rank, offer.pair}];
   if (!translator) translator = backendOf(offer).makeTranslator(offer.pair);
   return translator;

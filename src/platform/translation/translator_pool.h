@@ -7,16 +7,21 @@
 
 #include <map>
 #include <memory>
+#include <QObject>
+#include <QThreadPool>
 #include <vector>
 
 namespace velun {
 
-/// The translators in use, loaded once for all sessions and let go when nothing was translated for
-/// a while, because a loaded model or the programs of a pair take tens of megabytes. Main thread.
-class TranslatorPool {
+/// The loaded translators, the thread that they run on and the downloads in progress. Translators
+/// are loaded once and released when nothing was translated for a while, because a loaded model or
+/// the programs of a pair take tens of megabytes. Main thread.
+class TranslatorPool final : public QObject {
+  Q_OBJECT
+
  public:
   /// How long translators stay loaded without work.
-  static constexpr std::chrono::minutes kIdleTime{2};
+  static constexpr std::chrono::minutes kIdleTimeout{2};
 
   /// `backends` are in order of preference. `clock` must outlive the pool.
   TranslatorPool(std::vector<std::unique_ptr<TranslatorBackend>> backends, Clock& clock);
@@ -26,17 +31,35 @@ class TranslatorPool {
 
   TranslatorBackend& backendOf(const TranslationOffer& offer) const;
 
-  /// The translator of an installed offer.
+  /// Completes when `offer` can be used. Throws `Failure` or, soon after a stop request,
+  /// `Cancelled`.
+  static QCoro::Task<> install(std::shared_ptr<TranslatorPool> pool, TranslationOffer offer,
+                               std::stop_token stop);
+
+  /// Whether a translator waits for a download.
+  bool isInstalling() const { return installing_ > 0; }
+
+  /// The translator of an installed offer. Restarts the idle timeout.
   std::shared_ptr<TextTranslator> translator(const TranslationOffer& offer);
 
-  /// Lets a translator go: the next one is made anew, from a better model if there is one now.
+  /// Releases a translator. The next one is made anew, from a better model if there is one by now.
   void forget(const TranslationOffer& offer);
 
+  /// The one thread on which translators run. The destructor waits for what was started on it.
+  QThreadPool& thread() { return thread_; }
+
+ Q_SIGNALS:
+  void installingChanged();
+
  private:
+  void countInstalls(int change);
+
   std::vector<std::unique_ptr<TranslatorBackend>> backends_;
   Clock& clock_;
   std::map<std::pair<int, LanguagePair>, std::shared_ptr<TextTranslator>> translators_;
   std::unique_ptr<ScheduledCall> release_;
+  int installing_ = 0;
+  QThreadPool thread_;  // last: ends before the members that its work uses
 };
 
 }  // namespace velun

@@ -11,7 +11,6 @@
 #include "ui/caption/selectable_transcript_text_view.h"
 #include "ui/caption/transcript_formats.h"
 #include "ui/caption/transcript_view.h"
-#include "ui/caption/translation_task.h"
 
 #include <algorithm>
 #include <QAbstractButton>
@@ -48,8 +47,7 @@ CaptionView::CaptionView(CaptionViewModel& model, const CaptionActions& actions,
       transcript_(new TranscriptView(this)),
       statusLine_(new CaptionStatusLine(model, translation, this)),
       overlays_(new CaptionOverlays(model, clock, this)),
-      jumpButton_(new JumpButton(this)),
-      translation_(new TranslationTask(model, translation, this)) {
+      jumpButton_(new JumpButton(this)) {
   header_->hide();
   overlays_->hide();
   transcript_->installEventFilter(this);

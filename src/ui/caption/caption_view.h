@@ -21,7 +21,6 @@ class Clock;
 class JumpButton;
 class TranscriptView;
 class TranslationPlatform;
-class TranslationTask;
 
 /// The whole content of the caption panel: the header, the transcript and what stands over it.
 /// Main thread.
@@ -77,7 +76,6 @@ class CaptionView final : public QWidget {
   CaptionStatusLine* statusLine_;
   CaptionOverlays* overlays_;
   JumpButton* jumpButton_;
-  TranslationTask* translation_;
   // What the next update has to look at; none while no update is due.
   std::optional<TranscriptChange> due_;
   CaptionColors colors_;

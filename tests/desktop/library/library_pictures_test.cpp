@@ -4,6 +4,7 @@
 #include "support/manual_clock.h"
 #include "support/memory_preferences.h"
 #include "support/scripted_recognizer.h"
+#include "support/scripted_translation_platform.h"
 #include "support/suite.h"
 #include "support/virtual_display.h"
 #include "ui/common/window_look.h"
@@ -95,13 +96,14 @@ class LibraryPicturesTest final : public test::Suite {
     picture(history.window(), "library-search");
     history.window().hide();
 
+    test::ScriptedTranslationPlatform translation;
     LanguageLists lists;
     lists.supportedLocales = someLocales;
     lists.supportedLanguages = someLanguages;
     CaptionViewModel model(settings, store,
                            std::make_unique<test::ScriptedRecognizer>(
                                std::make_shared<test::ScriptedRecognizer::Script>()),
-                           lists, clock);
+                           translation, lists, clock);
     SettingsView form(model, {}, {});
     form.resize(460, 760);
     picture(form, "settings");

@@ -26,7 +26,7 @@ QCoro::Task<QStringList> englishAndSpanish() {
 
 }  // namespace
 
-/// Sessions over scripted back ends.
+/// Translators over scripted back ends.
 class LocalTranslationTest final : public Suite {
   Q_OBJECT
 
@@ -43,9 +43,9 @@ class LocalTranslationTest final : public Suite {
   }
 
   void cleanup() {
-    session_.reset();
+    results_.reset();
     platform_.reset();
-    // What was called off still reports back through the event loop.
+    // Cancelled work still reports back through the event loop.
     QCoreApplication::processEvents();
     Localization::shared().setLanguage(AppLanguage::english);
   }
@@ -53,9 +53,8 @@ class LocalTranslationTest final : public Suite {
   void translatesInOrder() {
     second_->installed = {kEnglishKorean};
     open("en", "ko");
-    CollectedTranslations results;
-    for (const char* text : {"one", "two", "three"}) results.start(*session_, text);
-    QTRY_COMPARE(results.texts(), QStringList({"one/en-ko", "two/en-ko", "three/en-ko"}));
+    results_->translate({"one", "two", "three"});
+    QTRY_COMPARE(results_->texts(), QStringList({"one/en-ko", "two/en-ko", "three/en-ko"}));
   }
 
   void loadsBeforeTheFirstText() {
@@ -67,48 +66,44 @@ class LocalTranslationTest final : public Suite {
   void ignoresRegionAndForm() {
     first_->installed = {kEnglishKorean};
     open("en_US", "ko-KR");
-    CollectedTranslations results;
-    results.start(*session_, "hi");
-    QTRY_COMPARE(results.texts(), QStringList({"hi/en-ko"}));
+    results_->translate({"hi"});
+    QTRY_COMPARE(results_->texts(), QStringList({"hi/en-ko"}));
   }
 
   void goesThroughEnglish() {
     first_->installed = {kEnglishKorean};
     second_->installed = {kSpanishEnglish};
     open("es", "ko");
-    CollectedTranslations results;
-    results.start(*session_, "hola");
-    QTRY_COMPARE(results.texts(), QStringList({"hola/es-en/en-ko"}));
+    results_->translate({"hola"});
+    QTRY_COMPARE(results_->texts(), QStringList({"hola/es-en/en-ko"}));
   }
 
-  void prefersTheDirectWay() {
+  void prefersTheDirectRoute() {
     first_->installed = {kSpanishEnglish, {QStringLiteral("en"), QStringLiteral("ca")}};
     second_->installed = {kSpanishCatalan};
     open("es", "ca");
-    CollectedTranslations results;
-    results.start(*session_, "hola");
-    QTRY_COMPARE(results.texts(), QStringList({"hola/es-ca"}));
+    results_->translate({"hola"});
+    QTRY_COMPARE(results_->texts(), QStringList({"hola/es-ca"}));
   }
 
-  void prefersWhatIsInstalledAndFetchesTheBetterQuietly() {
+  void usesTheInstalledModelAndFetchesTheBetterOneQuietly() {
     first_->downloadable = {kEnglishSpanish};
     second_->installed = {kEnglishSpanish};
     open("en", "es");
-    CollectedTranslations results;
-    results.start(*session_, "hi");
-    QTRY_COMPARE(results.texts(), QStringList({"hi/en-es"}));
+    results_->translate({"hi"});
+    QTRY_COMPARE(results_->texts(), QStringList({"hi/en-es"}));
     QCOMPARE(first_->quietInstalls, QStringList({"en-es"}));
     QVERIFY(first_->installs.isEmpty());
     QVERIFY(!platform_->activity());
 
-    // Once it is there, the next session uses it.
+    // The next translator uses it once it is there.
     first_->downloadable.clear();
     first_->installed = {kEnglishSpanish};
     open("en", "es");
     QTRY_COMPARE(first_->loads.load(), 1);
   }
 
-  void downloadsWhatIsMissingAndSaysSo() {
+  void downloadsTheMissingModelAndReportsIt() {
     first_->downloadable = {kEnglishKorean};
     QSignalSpy changes(platform_.get(), &TranslationPlatform::activityChanged);
     QVERIFY(!platform_->activity());
@@ -117,54 +112,50 @@ class LocalTranslationTest final : public Suite {
     QCOMPARE(platform_->activity(), QStringLiteral("Downloading translation model…"));
     Localization::shared().setLanguage(AppLanguage::korean);
     QCOMPARE(platform_->activity(), QStringLiteral("번역 모델 다운로드 중…"));
-    CollectedTranslations results;
-    results.start(*session_, "hi");
+    results_->translate({"hi"});
     first_->pendingInstalls[0].complete(true);
-    QTRY_COMPARE(results.texts(), QStringList({"hi/en-ko"}));
+    QTRY_COMPARE(results_->texts(), QStringList({"hi/en-ko"}));
     QVERIFY(!platform_->activity());
     QCOMPARE(changes.count(), 2);
     QCOMPARE(first_->installs, QStringList({"en-ko"}));
   }
 
-  void aFailedDownloadIsTriedAgainByTheNextText() {
+  void theNextTextRetriesAFailedDownload() {
     first_->downloadable = {kEnglishKorean};
     open("en", "ko");
     QTRY_COMPARE(first_->pendingInstalls.size(), std::size_t{1});
     first_->pendingInstalls[0].complete(false);
-    CollectedTranslations results;
-    results.start(*session_, "one");
+    results_->translate({"one"});
     QTRY_COMPARE(first_->pendingInstalls.size(), std::size_t{2});
     first_->pendingInstalls[1].complete(false);
-    QTRY_COMPARE(results.texts(), QStringList({"error: No connection."}));
+    QTRY_COMPARE(results_->texts(), QStringList({"error: No connection."}));
     QVERIFY(!platform_->activity());
-    results.start(*session_, "two");
+    results_->translate({"two"});
     QTRY_COMPARE(first_->pendingInstalls.size(), std::size_t{3});
     first_->pendingInstalls[2].complete(true);
-    QTRY_COMPARE(results.texts().last(), QStringLiteral("two/en-ko"));
+    QTRY_COMPARE(results_->texts().last(), QStringLiteral("two/en-ko"));
   }
 
   void anImpossiblePairNamesBothLanguages() {
     open("en", "ko");
-    CollectedTranslations results;
-    results.start(*session_, "hi");
-    QTRY_COMPARE(results.texts(),
+    results_->translate({"hi"});
+    QTRY_COMPARE(results_->texts(),
                  QStringList({QStringLiteral(
                      "error: Translation from English to Korean is not available.")}));
     Localization::shared().setLanguage(AppLanguage::korean);
-    results.start(*session_, "hi");
-    QTRY_COMPARE(results.texts().last(),
+    results_->translate({"hi"});
+    QTRY_COMPARE(results_->texts().last(),
                  QStringLiteral("error: 영어에서 한국어로 번역할 수 없습니다."));
   }
 
-  void oneFailureDoesNotEndTheSession() {
+  void oneFailureDoesNotAffectTheNextText() {
     first_->installed = {kEnglishKorean};
     open("en", "ko");
-    CollectedTranslations results;
-    for (const char* text : {"one", "fail", "two"}) results.start(*session_, text);
-    QTRY_COMPARE(results.texts(), QStringList({"one/en-ko", "error: It failed.", "two/en-ko"}));
+    results_->translate({"one", "fail", "two"});
+    QTRY_COMPARE(results_->texts(), QStringList({"one/en-ko", "error: It failed.", "two/en-ko"}));
   }
 
-  void textWithoutWordsStaysAsItIs_data() {
+  void textWithoutWordsIsUnchanged_data() {
     QTest::addColumn<QString>("text");
     QTest::newRow("empty") << QString();
     QTest::newRow("blank") << QStringLiteral("  ");
@@ -172,81 +163,97 @@ class LocalTranslationTest final : public Suite {
     QTest::newRow("emoji") << QStringLiteral("🎉👍");
   }
 
-  void textWithoutWordsStaysAsItIs() {
+  void textWithoutWordsIsUnchanged() {
     QFETCH(QString, text);
     first_->installed = {kEnglishKorean};
     open("en", "ko");
-    CollectedTranslations results;
-    results.start(*session_, text);
-    QTRY_COMPARE(results.texts(), QStringList({text}));
+    results_->translate({text});
+    QTRY_COMPARE(results_->texts(), QStringList({text}));
   }
 
-  void closingCallsOffWhatIsUnderWay() {
+  void aStopCancelsTheTextInProgress() {
     first_->installed = {kEnglishKorean};
     first_->waits = true;
     open("en", "ko");
-    CollectedTranslations results;
-    results.start(*session_, "one");
-    results.start(*session_, "two");
+    QTRY_COMPARE(first_->loads.load(), 1);
+    results_->translate({"one", "two"});
     QTRY_COMPARE(first_->waiting.load(), 1);
-    session_.reset();
-    QTRY_COMPARE(results.texts(), QStringList({"cancelled", "cancelled"}));
+    results_->stop();
+    QTRY_COMPARE(results_->texts(), QStringList({"cancelled", "cancelled"}));
     first_->waits = false;
     open("en", "ko");
-    results.start(*session_, "three");
-    QTRY_COMPARE(results.texts().last(), QStringLiteral("three/en-ko"));
+    results_->translate({"three"});
+    QTRY_COMPARE(results_->texts(), QStringList({"three/en-ko"}));
+    QCOMPARE(first_->living.load(), 1);
   }
 
-  void closingDuringADownloadEndsQuietly() {
+  void aStopDoesNotWaitForABusyTranslator() {
+    first_->installed = {kEnglishKorean};
+    first_->waits = true;
+    first_->ignoresStop = true;
+    open("en", "ko");
+    QTRY_COMPARE(first_->loads.load(), 1);
+    results_->translate({"one"});
+    QTRY_COMPARE(first_->waiting.load(), 1);
+    results_->stop();
+    QTRY_COMPARE(results_->texts(), QStringList({"cancelled"}));
+    // The next one waits for the thread all the same: a translator serves one text at a time.
+    open("en", "ko");
+    QCOMPARE(first_->loads.load(), 1);
+    first_->waits = false;
+    first_->go.release();
+    QTRY_COMPARE(first_->loads.load(), 2);
+  }
+
+  void aStopDuringADownloadEndsQuietly() {
     first_->downloadable = {kEnglishKorean};
     open("en", "ko");
     QTRY_COMPARE(first_->pendingInstalls.size(), std::size_t{1});
-    session_.reset();
+    results_.reset();
     first_->pendingInstalls[0].complete(true);
     QTRY_VERIFY(!platform_->activity());
   }
 
-  void theEventLoopRunsOnWhileItTranslates() {
+  void translatesOffTheMainThread() {
     first_->installed = {kEnglishKorean};
     first_->waits = true;
     open("en", "ko");
-    CollectedTranslations results;
-    results.start(*session_, "one");
+    QTRY_COMPARE(first_->loads.load(), 1);
+    results_->translate({"one"});
     QTRY_COMPARE(first_->waiting.load(), 1);
     bool ran = false;
     QMetaObject::invokeMethod(
         this, [&ran] { ran = true; }, Qt::QueuedConnection);
     QTRY_VERIFY(ran);
-    QVERIFY(results.texts().isEmpty());
+    QVERIFY(results_->texts().isEmpty());
     first_->go.release();
-    QTRY_COMPARE(results.texts().size(), 1);
+    QTRY_COMPARE(results_->texts().size(), 1);
   }
 
-  void letsGoOfWhatIsNotUsed() {
+  void releasesIdleModels() {
     first_->installed = {kEnglishKorean};
     open("en", "ko");
-    CollectedTranslations results;
-    results.start(*session_, "one");
-    QTRY_COMPARE(results.texts().size(), 1);
-    clock_.advance(TranslatorPool::kIdleTime - std::chrono::seconds(1));
+    results_->translate({"one"});
+    QTRY_COMPARE(results_->texts().size(), 1);
+    clock_.advance(TranslatorPool::kIdleTimeout - std::chrono::seconds(1));
     QCOMPARE(first_->living.load(), 1);
     clock_.advance(std::chrono::seconds(1));
     QTRY_COMPARE(first_->living.load(), 0);
-    results.start(*session_, "two");
-    QTRY_COMPARE(results.texts().last(), QStringLiteral("two/en-ko"));
+    results_->translate({"two"});
+    QTRY_COMPARE(results_->texts().last(), QStringLiteral("two/en-ko"));
   }
 
-  void keepsWhatIsLoadedFromSessionToSession() {
+  void keepsModelsLoadedForTheNextTranslator() {
     first_->installed = {kEnglishKorean};
     open("en", "ko");
     QTRY_COMPARE(first_->loads.load(), 1);
-    session_.reset();
+    results_.reset();
     open("en", "ko");
     QTRY_COMPARE(first_->loads.load(), 2);
     QCOMPARE(first_->living.load(), 1);
   }
 
-  void listsEveryLanguageWithinReach() {
+  void listsEveryReachableLanguage() {
     first_->downloadable = {kEnglishKorean, {QStringLiteral("ja"), QStringLiteral("en")}};
     second_->installed = {kEnglishSpanish,
                           kSpanishEnglish,
@@ -262,14 +269,14 @@ class LocalTranslationTest final : public Suite {
 
  private:
   void open(const char* source, const char* target) {
-    session_ = platform_->openSession(
-        TranslationConfiguration(QLatin1String(source), QLatin1String(target)));
+    results_ = std::make_unique<CollectedTranslations>(
+        platform_->makeTranslator(QLatin1String(source), QLatin1String(target)));
   }
 
   ManualClock clock_;
   std::shared_ptr<BackendScript> first_, second_;
   std::unique_ptr<LocalTranslationPlatform> platform_;
-  std::unique_ptr<TranslationSession> session_;
+  std::unique_ptr<CollectedTranslations> results_;
 };
 
 QTEST_GUILESS_MAIN(LocalTranslationTest)

@@ -2,8 +2,8 @@
 #include "platform/translation/student/student_backend.h"
 
 #include "platform/models/model_catalogue.h"
-#include "platform/translation/language_availability.h"
 #include "platform/translation/student/model_speeds.h"
+#include "platform/translation/translation_routes.h"
 #include "support/scripted_model_store.h"
 #include "support/suite.h"
 
@@ -153,9 +153,8 @@ class StudentBackendTest final : public Suite {
                                  kPlenty);
     std::vector<TranslationOffer> offers;
     for (const LanguagePair& pair : backend.downloadablePairs()) offers.push_back({pair, 0, false});
-    const LanguageAvailability availability(offers);
-    const QStringList fromKorean = availability.supportedLanguages({QStringLiteral("ko_KR")});
-    const QStringList fromEnglish = availability.supportedLanguages({QStringLiteral("en_US")});
+    const QStringList fromKorean = reachableLanguages(offers, {QStringLiteral("ko_KR")});
+    const QStringList fromEnglish = reachableLanguages(offers, {QStringLiteral("en_US")});
     QVERIFY(fromEnglish.size() > 30);
     for (const char* language : {"ko", "ja", "zh", "es", "de"}) {
       QVERIFY(fromEnglish.contains(QString::fromLatin1(language)));

@@ -42,22 +42,22 @@ class TranslationEndToEndTest final : public Suite {
     folder_ = std::make_unique<QTemporaryDir>();
     server_ = std::make_unique<ModelServer>();
     model_ = koreanModel();
-    fixture_ = std::make_unique<ModelFixture>([](AppSettings& settings) {
+    makePlatform();
+    const auto prepare = [](AppSettings& settings) {
       settings.setLocaleID(QStringLiteral("en_US"));
       settings.setTargetID(QStringLiteral("ko"));
       settings.setTranslate(true);
       settings.setShowTranslationOnly(true);
       settings.setAutoSaveSessions(true);
-    });
-    openPlatform();
+    };
+    fixture_ = std::make_unique<ModelFixture>(prepare, platform_.get());
   }
 
   void cleanup() {
-    platform_.reset();
-    store_.reset();
-    settle();
     fixture_.reset();
     settle();
+    platform_.reset();
+    store_.reset();
   }
 
   void downloadsTheModelAndTranslatesIntoTheSessionFile() {
@@ -83,13 +83,13 @@ class TranslationEndToEndTest final : public Suite {
   void usesTheModelThatIsThere() {
     fixture_->start();
     fixture_->final(QStringLiteral("Excuse me, Peter!"));
-    QTRY_COMPARE(fixture_->translation(0), QStringLiteral("실례합니다, Peter!"));
+    QTRY_COMPARE(fixture_->translationOf(0), QStringLiteral("실례합니다, Peter!"));
     const qsizetype requests = server_->requests.size();
     fixture_->stop();
     fixture_->model->newSession();
     fixture_->start();
     fixture_->final(QStringLiteral("Excuse me, Peter!"));
-    QTRY_COMPARE(fixture_->translation(0), QStringLiteral("실례합니다, Peter!"));
+    QTRY_COMPARE(fixture_->translationOf(0), QStringLiteral("실례합니다, Peter!"));
     QCOMPARE(server_->requests.size(), requests);
   }
 
@@ -103,7 +103,7 @@ class TranslationEndToEndTest final : public Suite {
     QVERIFY(!platform_->activity());
     server_->files = files;
     fixture_->final(QStringLiteral("Excuse me, Peter!"));
-    QTRY_COMPARE(fixture_->translation(1), QStringLiteral("실례합니다, Peter!"));
+    QTRY_COMPARE(fixture_->translationOf(1), QStringLiteral("실례합니다, Peter!"));
     QVERIFY(!fixture_->model->translationStatus());
   }
 
@@ -116,24 +116,16 @@ class TranslationEndToEndTest final : public Suite {
   }
 
  private:
-  // Plays the caption view: a session for each configuration.
-  void openPlatform() {
+  void makePlatform() {
     ModelStoreOptions options;
     options.root = folder_->path();
-    store_ = std::make_unique<DownloadStore>(ModelCatalogue({model_}), options, fixture_->clock,
+    store_ = std::make_unique<DownloadStore>(ModelCatalogue({model_}), options, clock_,
                                              [] { return false; });
     std::vector<std::unique_ptr<TranslatorBackend>> backends;
     backends.push_back(std::make_unique<StudentBackend>(std::vector<Model>{model_}, *store_,
                                                         std::numeric_limits<std::int64_t>::max()));
     backends.push_back(std::make_unique<ApertiumBackend>());
-    platform_ =
-        std::make_unique<LocalTranslationPlatform>(std::move(backends), english, fixture_->clock);
-    connect(&fixture_->model->translator(), &CaptionTranslator::configurationChanged, this, [this] {
-      const auto& configuration = fixture_->model->translator().configuration();
-      if (!configuration) return;
-      fixture_->tasks.push_back(
-          fixture_->model->runTranslations(platform_->openSession(*configuration)));
-    });
+    platform_ = std::make_unique<LocalTranslationPlatform>(std::move(backends), english, clock_);
   }
 
   Model koreanModel() {
@@ -165,6 +157,7 @@ class TranslationEndToEndTest final : public Suite {
   std::unique_ptr<QTemporaryDir> folder_;
   std::unique_ptr<ModelServer> server_;
   Model model_;
+  ManualClock clock_;
   std::unique_ptr<DownloadStore> store_;
   std::unique_ptr<LocalTranslationPlatform> platform_;
   std::unique_ptr<ModelFixture> fixture_;

@@ -291,17 +291,17 @@ class CaptionViewTest final : public test::Suite {
     stage.final("One.");
     stage.settings.setTranslate(true);
     settle();
-    QCOMPARE(stage.translation.opened.size(), 1U);
-    QCOMPARE(stage.translation.opened[0].target(), QString("ko"));
+    QCOMPARE(stage.translation.scripts.size(), 1U);
+    QCOMPARE(stage.translation.scripts[0]->target, QString("ko"));
     stage.final("Two.");
     QCOMPARE(shown(stage), QString("One.\nONE.\nTwo.\nTWO."));
     stage.settings.setTargetID("es");
     settle();
-    QCOMPARE(stage.translation.opened.size(), 2U);
-    QVERIFY(!stage.translation.sessions[0]->isOpen);
+    QCOMPARE(stage.translation.scripts.size(), 2U);
+    QVERIFY(!stage.translation.scripts[0]->isOpen);
     stage.settings.setTranslate(false);
     QCOMPARE(shown(stage), QString("One.\nTwo."));
-    QVERIFY(!stage.translation.sessions[1]->isOpen);
+    QVERIFY(!stage.translation.scripts[1]->isOpen);
   }
 
   void translationOnlyShowsWhatIsListenedTo() {

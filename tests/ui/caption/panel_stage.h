@@ -4,7 +4,6 @@
 #include "captions/model_fixture.h"
 #include "support/fake_desktop_platform.h"
 #include "support/memory_preferences.h"
-#include "support/scripted_translation_platform.h"
 #include "ui/caption/caption_panel.h"
 #include "ui/caption/caption_view.h"
 #include "ui/caption/caption_window_controller.h"
@@ -57,7 +56,6 @@ struct PanelStage : ModelFixture {
   CaptionPanel& panel() const { return controller->panel(); }
 
   FakeDesktopPlatform desktop;
-  ScriptedTranslationPlatform translation;
   MemoryPreferences frames;
   QStringList asked;
   bool animatesHeader = false;

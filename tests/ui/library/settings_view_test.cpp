@@ -5,6 +5,7 @@
 #include "support/manual_clock.h"
 #include "support/memory_preferences.h"
 #include "support/scripted_recognizer.h"
+#include "support/scripted_translation_platform.h"
 #include "support/suite.h"
 
 #include <QApplication>
@@ -37,6 +38,7 @@ class SettingsViewTest final : public test::Suite {
   test::ManualClock clock_;
   std::unique_ptr<test::MemoryPreferences> preferences_;
   std::unique_ptr<AppSettings> settings_;
+  test::ScriptedTranslationPlatform translation_;
   std::unique_ptr<CaptionViewModel> model_;
   std::unique_ptr<SettingsView> view_;
   int folderOpenings_ = 0;
@@ -52,8 +54,9 @@ class SettingsViewTest final : public test::Suite {
     lists.supportedLocales = recognized;
     lists.supportedLanguages = translated;
     auto script = std::make_shared<test::ScriptedRecognizer::Script>();
-    model_ = std::make_unique<CaptionViewModel>(
-        *settings_, store, std::make_unique<test::ScriptedRecognizer>(script), lists, clock_);
+    model_ = std::make_unique<CaptionViewModel>(*settings_, store,
+                                                std::make_unique<test::ScriptedRecognizer>(script),
+                                                translation_, lists, clock_);
     SettingsNotes notes;
     notes.captureHiding = [this] {
       return hidingNote_;

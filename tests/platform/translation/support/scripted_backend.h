@@ -22,7 +22,8 @@ struct BackendScript {
 
   std::atomic<int> loads = 0;
   std::atomic<int> living = 0;
-  std::atomic<bool> waits = false;  ///< Each text waits for `go`, or until it is called off.
+  std::atomic<bool> waits = false;  ///< Each text waits for `go` or a stop request.
+  std::atomic<bool> ignoresStop = false;
   QSemaphore go;
   std::atomic<int> waiting = 0;
 };
@@ -42,7 +43,7 @@ class ScriptedTranslator final : public TextTranslator {
     if (script_->waits) {
       ++script_->waiting;
       while (!script_->go.tryAcquire(1, 5)) {
-        if (stop.stop_requested()) throw Cancelled();
+        if (stop.stop_requested() && !script_->ignoresStop) throw Cancelled();
       }
     }
     if (text.contains(QStringLiteral("fail"))) throw Failure(QStringLiteral("It failed."));
