@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/models/store/verified_record.h"
 
+#include "platform/foundation/atomic_file.h"
+#include "platform/foundation/file_error.h"
 #include "platform/models/store/model_store_failures.h"
 
 #include <QDateTime>
@@ -8,7 +10,6 @@
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QSaveFile>
 
 namespace velun {
 
@@ -47,10 +48,11 @@ void VerifiedRecord::write(const QString& folder) const {
                              {"sha256", QString::fromLatin1(entry->sha256)},
                              {"download", QString::fromLatin1(entry->download)}});
   }
-  QSaveFile file(recordPath(folder));
   const QByteArray json = QJsonDocument(QJsonObject{{"files", files}}).toJson();
-  if (!file.open(QIODevice::WriteOnly) || file.write(json) != json.size() || !file.commit()) {
-    throw model_failures::notSaved(file.errorString());
+  try {
+    writeFileAtomically(recordPath(folder), json, true);
+  } catch (const FileError& error) {
+    throw model_failures::notSaved(qt_error_string(error.code().value()));
   }
 }
 

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/translation/student/model_speeds.h"
 
+#include "platform/foundation/atomic_file.h"
+#include "platform/foundation/file_error.h"
+
 #include <QFile>
-#include <QSaveFile>
 
 namespace velun {
 
@@ -21,11 +23,12 @@ void ModelSpeeds::add(const QString& folder, double millisecondsPerToken) {
   ++measured.texts;
   measured.sum += millisecondsPerToken;
   if (measured.texts < kTexts) return;
-  // Where it cannot be written, the model is measured again the next time.
-  QSaveFile file(recordIn(folder));
-  if (!file.open(QIODevice::WriteOnly)) return;
-  file.write(QByteArray::number(measured.sum / kTexts) + " ms per token\n");
-  file.commit();
+  const QByteArray record = QByteArray::number(measured.sum / kTexts) + " ms per token\n";
+  try {
+    writeFileAtomically(recordIn(folder), record, false);
+  } catch (const FileError&) {
+    // Measured again at the next start.
+  }
 }
 
 bool ModelSpeeds::isTooSlow(const QString& folder) {

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/translation/student/replacement_tables.h"
 
+#include "platform/foundation/protobuf_reader.h"
 #include "platform/translation/student/byte_reader.h"
 #include "platform/translation/student/model_format_error.h"
 
 #include <cstdint>
-#include <functional>
-#include <limits>
+#include <string>
 #include <vector>
 
 namespace velun {
@@ -16,50 +16,12 @@ namespace {
 using Bytes = std::span<const std::byte>;
 
 // Fields of the messages of a SentencePiece model (its sentencepiece_model.proto).
-constexpr std::uint64_t kReplacementsBefore = 3;  // normalizer_spec
-constexpr std::uint64_t kReplacementsAfter = 5;   // denormalizer_spec
-constexpr std::uint64_t kTable = 2;               // precompiled_charsmap
+constexpr std::uint32_t kReplacementsBefore = 3;  // normalizer_spec
+constexpr std::uint32_t kReplacementsAfter = 5;   // denormalizer_spec
+constexpr std::uint32_t kTable = 2;               // precompiled_charsmap
 
 ModelFormatError damaged() {
   return ModelFormatError::damaged("the vocabulary's replacements lead out of their table");
-}
-
-/// A number of seven bits a byte, the lowest first, as protocol buffers write it.
-std::uint64_t varint(ByteReader& reader) {
-  std::uint64_t result = 0;
-  for (int shift = 0; shift < 64; shift += 7) {
-    const auto byte = reader.value<std::uint8_t>();
-    result |= static_cast<std::uint64_t>(byte & 0x7F) << shift;
-    if (byte < 0x80) return result;
-  }
-  throw ModelFormatError::damaged("a number of the vocabulary has no end");
-}
-
-/// Calls `found` with the number and content of every field of a message that consists of bytes.
-void forEachBytesField(Bytes message, const std::function<void(std::uint64_t, Bytes)>& found) {
-  ByteReader reader(message);
-  while (reader.remaining() > 0) {
-    const std::uint64_t key = varint(reader);
-    // The library looks at the lowest 32 bits of a key only, and would find another field.
-    if (key > std::numeric_limits<std::uint32_t>::max())
-      throw ModelFormatError::damaged("a field of the vocabulary is unknown");
-    switch (key & 7) {
-      case 0:
-        varint(reader);
-        break;
-      case 1:
-        reader.take(8);
-        break;
-      case 2:
-        found(key >> 3, reader.take(varint(reader)));
-        break;
-      case 5:
-        reader.take(4);
-        break;
-      default:
-        throw ModelFormatError::damaged("a field of the vocabulary is of an unknown kind");
-    }
-  }
 }
 
 // A unit of a double-array trie, as Darts-clone packs it: the byte that leads to it, or a value,
@@ -102,12 +64,18 @@ void checkTable(Bytes table) {
 }  // namespace
 
 void checkReplacementTables(Bytes model) {
-  forEachBytesField(model, [](std::uint64_t part, Bytes content) {
-    if (part != kReplacementsBefore && part != kReplacementsAfter) return;
-    forEachBytesField(content, [](std::uint64_t field, Bytes table) {
-      if (field == kTable && !table.empty()) checkTable(table);
-    });
-  });
+  try {
+    for (ProtobufReader parts(model); !parts.atEnd();) {
+      const ProtobufReader::Field part = parts.next();
+      if (part.number != kReplacementsBefore && part.number != kReplacementsAfter) continue;
+      for (ProtobufReader fields(part.bytes); !fields.atEnd();) {
+        const ProtobufReader::Field field = fields.next();
+        if (field.number == kTable && !field.bytes.empty()) checkTable(field.bytes);
+      }
+    }
+  } catch (const ProtobufError& error) {
+    throw ModelFormatError::damaged(std::string("the vocabulary: ") + error.what());
+  }
 }
 
 }  // namespace velun

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/linux/helper/onnx_metadata.h"
 
-#include <cstdint>
+#include "platform/foundation/protobuf_reader.h"
+
 #include <QFile>
 #include <stdexcept>
 
@@ -9,59 +10,35 @@ namespace velun {
 
 namespace {
 
-// The fields of a ModelProto that matter, and the ways in which fields are written.
-constexpr std::uint64_t kGraph = 7;
-constexpr std::uint64_t kMetadata = 14;
-constexpr std::uint64_t kKey = 1;
-constexpr std::uint64_t kValue = 2;
-constexpr std::uint64_t kHighestField = 1000;
-constexpr qint64 kLargestNote = 1 << 20;
+// Fields of the messages ModelProto and StringStringEntryProto (onnx.proto).
+constexpr std::uint32_t kGraph = 7;
+constexpr std::uint32_t kMetadata = 14;
+constexpr std::uint32_t kKey = 1;
+constexpr std::uint32_t kValue = 2;
+
+/// Far above those of ModelProto, to refuse other files early.
+constexpr std::uint32_t kMaxField = 1000;
+constexpr std::size_t kMaxEntryBytes = 1 << 20;
 
 [[noreturn]] void refuse(const char* why) {
   throw std::runtime_error(why);
 }
 
-std::uint64_t readNumber(QIODevice& device) {
-  std::uint64_t value = 0;
-  for (int shift = 0; shift < 64; shift += 7) {
-    char byte = 0;
-    if (!device.getChar(&byte)) refuse("the file is cut off");
-    value |= static_cast<std::uint64_t>(byte & 0x7f) << shift;
-    if (!(byte & 0x80)) return value;
-  }
-  refuse("not an ONNX model");
+QString toText(ProtobufReader::Bytes bytes) {
+  return QString::fromUtf8(reinterpret_cast<const char*>(bytes.data()),
+                           static_cast<qsizetype>(bytes.size()));
 }
 
-/// The length of a field, which is checked to end by `limit`, where it begins.
-qint64 checkedLength(const QIODevice& device, std::uint64_t length, qint64 limit) {
-  const qint64 rest = limit - device.pos();
-  if (rest < 0 || length > static_cast<std::uint64_t>(rest)) refuse("the file is cut off");
-  return static_cast<qint64>(length);
-}
-
-/// Reads the length of a field and leaves the device where the field begins.
-qint64 readLength(QIODevice& device, qint64 limit) {
-  const std::uint64_t length = readNumber(device);
-  return checkedLength(device, length, limit);
-}
-
-void skip(QIODevice& device, std::uint64_t length, qint64 limit) {
-  device.seek(device.pos() + checkedLength(device, length, limit));
-}
-
-void readNote(QIODevice& device, qint64 end, QHash<QString, QString>& notes) {
-  if (end - device.pos() > kLargestNote) refuse("not an ONNX model");
+void readEntry(ProtobufReader::Bytes bytes, QHash<QString, QString>& metadata) {
+  if (bytes.size() > kMaxEntryBytes) refuse("not an ONNX model");
   QString key;
   QString value;
-  while (device.pos() < end) {
-    const std::uint64_t tag = readNumber(device);
-    if ((tag & 7) != 2) refuse("not an ONNX model");
-    const qint64 size = readLength(device, end);
-    const QString text = QString::fromUtf8(device.read(size));
-    if (tag >> 3 == kKey) key = text;
-    if (tag >> 3 == kValue) value = text;
+  for (ProtobufReader entry(bytes); !entry.atEnd();) {
+    const ProtobufReader::Field field = entry.next();
+    if (field.number == kKey) key = toText(field.bytes);
+    if (field.number == kValue) value = toText(field.bytes);
   }
-  notes.insert(key, value);
+  metadata.insert(key, value);
 }
 
 }  // namespace
@@ -69,36 +46,20 @@ void readNote(QIODevice& device, qint64 end, QHash<QString, QString>& notes) {
 QHash<QString, QString> readOnnxMetadata(const QString& path) {
   QFile file(path);
   if (!file.open(QIODevice::ReadOnly)) refuse("the file cannot be read");
-  QHash<QString, QString> notes;
+  // Mapped, because the graph, which is skipped, can have hundreds of megabytes.
+  const uchar* content = file.map(0, file.size());
+  if (!content) refuse(file.size() == 0 ? "not an ONNX model" : "the file cannot be read");
+  ProtobufReader model(std::as_bytes(std::span(content, static_cast<std::size_t>(file.size()))));
+  QHash<QString, QString> metadata;
   bool hasGraph = false;
-  while (file.pos() < file.size()) {
-    const std::uint64_t tag = readNumber(file);
-    const std::uint64_t field = tag >> 3;
-    if (field == 0 || field > kHighestField) refuse("not an ONNX model");
-    switch (tag & 7) {
-      case 0:
-        readNumber(file);
-        break;
-      case 1:
-        skip(file, 8, file.size());
-        break;
-      case 5:
-        skip(file, 4, file.size());
-        break;
-      case 2: {
-        const qint64 length = readLength(file, file.size());
-        const qint64 end = file.pos() + length;
-        if (field == kGraph) hasGraph = true;
-        if (field == kMetadata) readNote(file, end, notes);
-        file.seek(end);
-        break;
-      }
-      default:
-        refuse("not an ONNX model");
-    }
+  while (!model.atEnd()) {
+    const ProtobufReader::Field field = model.next();
+    if (field.number > kMaxField) refuse("not an ONNX model");
+    if (field.number == kGraph) hasGraph = true;
+    if (field.number == kMetadata) readEntry(field.bytes, metadata);
   }
   if (!hasGraph) refuse("not an ONNX model");
-  return notes;
+  return metadata;
 }
 
 }  // namespace velun

@@ -13,7 +13,7 @@ ConfiguredHelper::ConfiguredHelper(QString program, RecognizerSettings settings)
 void ConfiguredHelper::start() {
   replace(std::make_unique<HelperProcess>(program_));
   process_->send(Kind::configure, settings_.toJson());
-  while (process_->receive(HelperProcess::kLoadPatience).kind != Kind::ready) {
+  while (process_->receive(HelperProcess::kLoadTimeout).kind != Kind::ready) {
   }
 }
 

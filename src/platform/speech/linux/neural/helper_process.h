@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/foundation/file_descriptor.h"
+#include "platform/foundation/process_pipeline.h"
 #include "platform/speech/linux/helper/recognizer_message.h"
 
 #include <chrono>
@@ -9,62 +9,56 @@
 #include <QLoggingCategory>
 #include <QString>
 #include <stdexcept>
-#include <sys/types.h>
 
 namespace velun {
 
-/// "velun.recognizer": what becomes of helpers, for developers; silent by default.
+/// "velun.recognizer": starts and ends of helpers, for developers; silent by default.
 Q_DECLARE_LOGGING_CATEGORY(helperLog)
 
-/// The helper ended, or gives no answer. `what()` is its own last word, in English; may be empty.
+/// The helper has ended or does not answer. `what()` is its last failure message, in English; may
+/// be empty.
 class HelperEnded final : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-/// One running helper program and the connection to it. It ends with the object, and with the
-/// thread that made it, should the program crash. For one worker thread; operations block.
+/// One running helper program and the messages to and from it. The program ends with this object,
+/// and with the thread that created it if Velun crashes. Blocking, for one worker thread.
 class HelperProcess {
  public:
-  /// How long an answer may take.
-  static constexpr std::chrono::seconds kPatience{20};
-  /// How long loading may take: a large model from a slow disk.
-  static constexpr std::chrono::seconds kLoadPatience{60};
+  static constexpr std::chrono::seconds kDefaultTimeout{20};
+  /// Loading a large model from a slow disk takes longer.
+  static constexpr std::chrono::seconds kLoadTimeout{60};
 
   /// Starts `program`. Throws `HelperEnded`.
   explicit HelperProcess(const QString& program);
-  ~HelperProcess();
-  HelperProcess(const HelperProcess&) = delete;
-  HelperProcess& operator=(const HelperProcess&) = delete;
 
-  /// Sends a message, waiting while the helper is behind. Throws `HelperEnded`.
+  /// Sends a message, waiting while the helper is busy. Throws `HelperEnded`.
   void send(RecognizerMessage::Kind kind, const QByteArray& body = {});
 
-  /// The next message that has arrived, without waiting. Throws `HelperEnded` once everything it
-  /// sent was taken.
+  /// The next message that has arrived, without waiting. Throws `HelperEnded` when the helper has
+  /// ended and every message has been taken.
   std::optional<RecognizerMessage> tryReceive();
 
-  /// The next message, waiting for it. Throws `HelperEnded`, also when the helper takes too long.
-  RecognizerMessage receive(std::chrono::milliseconds patience = kPatience);
+  /// Waits for the next message. Throws `HelperEnded`, also after `timeout`.
+  RecognizerMessage receive(std::chrono::milliseconds timeout = kDefaultTimeout);
 
-  /// Breaks the connection: an operation that waits throws soon. Any thread.
-  void interrupt();
+  /// Makes a waiting operation throw soon, and every later one. Any thread.
+  void interrupt() { pipeline_->interrupt(); }
 
-  pid_t processId() const { return process_; }
+  pid_t processId() const { return pipeline_->processIds().front(); }
 
  private:
-  /// Waits for `events` and takes what has arrived. False when the time is up.
-  bool exchange(short events, std::chrono::milliseconds atMost, bool& canSend);
-  void readArrived();
-  void sortArrived();
-  [[noreturn]] void end() const;
+  /// Writes from `input` and queues the messages that have arrived. False after `timeout`.
+  bool exchange(std::span<const char>& input, std::chrono::milliseconds timeout);
+  void queueMessages(const QByteArray& bytes);
+  [[noreturn]] void throwEnded() const;
 
-  FileDescriptor socket_;
-  pid_t process_ = -1;
+  std::unique_ptr<ProcessPipeline> pipeline_;
   bool hasEnded_ = false;
   RecognizerMessageReader reader_;
-  std::deque<RecognizerMessage> arrived_;
-  QString lastWord_;
+  std::deque<RecognizerMessage> messages_;
+  QString lastFailure_;
 };
 
 }  // namespace velun

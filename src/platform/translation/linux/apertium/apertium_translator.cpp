@@ -46,7 +46,7 @@ std::optional<QString> ApertiumTranslator::attempt(const QString& text,
 }
 
 std::vector<pid_t> ApertiumTranslator::processes() const {
-  return pipeline_ ? pipeline_->processes() : std::vector<pid_t>();
+  return pipeline_ ? pipeline_->processIds() : std::vector<pid_t>();
 }
 
 }  // namespace velun

@@ -1,32 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/foundation/file_descriptor.h"
+#include "platform/foundation/process_pipeline.h"
 
-#include <chrono>
-#include <QByteArray>
-#include <QStringList>
+#include <memory>
 #include <stop_token>
-#include <sys/types.h>
-#include <vector>
 
 namespace velun {
 
-/// Programs that stay alive, the output of each being the input of the next, and answer requests
-/// one after the other. One thread.
+/// Apertium's programs, kept running, with requests and answers that end in NUL. One thread.
 class StagePipeline {
  public:
-  /// Starts the programs. One that cannot be started shows at the first request.
+  /// Starts the programs. If one cannot be started, every request is `broken`.
   explicit StagePipeline(const std::vector<QStringList>& stages);
 
-  /// Ends the programs at once.
-  ~StagePipeline();
-
-  StagePipeline(const StagePipeline&) = delete;
-  StagePipeline& operator=(const StagePipeline&) = delete;
-
-  /// Whether every program runs and nothing unexpected has come out of the last one.
-  bool isHealthy();
+  /// Whether every program runs and there is no output that nobody asked for.
+  bool isHealthy() const { return pipeline_ && pipeline_->isIdle(); }
 
   enum class Outcome { answered, broken, timedOut, stopped };
 
@@ -35,22 +24,16 @@ class StagePipeline {
     QByteArray text;  ///< without its NUL
   };
 
-  /// Writes a request, which ends in NUL, and reads up to the NUL of its answer. After any other
-  /// outcome than `answered` the pipeline cannot be used any more.
-  Answer ask(const QByteArray& request, std::chrono::milliseconds patience,
+  /// Writes a request, which must end in NUL, and reads its answer. After any outcome other than
+  /// `answered` this object cannot be used any more.
+  Answer ask(const QByteArray& request, std::chrono::milliseconds timeout,
              const std::stop_token& stop);
 
-  /// The process ids, in order.
-  const std::vector<pid_t>& processes() const { return processes_; }
+  /// In order; empty if a program could not be started.
+  std::vector<pid_t> processIds() const;
 
  private:
-  bool write(const QByteArray& request, qsizetype& written);
-  bool read(QByteArray& answer);
-
-  FileDescriptor input_;
-  FileDescriptor output_;
-  std::vector<pid_t> processes_;
-  bool runs_ = false;  // every program was started
+  std::unique_ptr<ProcessPipeline> pipeline_;
 };
 
 }  // namespace velun

@@ -1,0 +1,198 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/foundation/process_pipeline.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <poll.h>
+#include <QFile>
+#include <spawn.h>
+#include <string>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <system_error>
+
+namespace velun {
+
+namespace {
+
+/// Small, so that a slow process shows in the caller's queue instead of hiding data here.
+constexpr int kSendBufferBytes = 64 * 1024;
+
+/// Maximum read at once.
+constexpr std::size_t kMaxReadBytes = 64 * 1024;
+
+/// Maximum number of reads after the input was closed.
+constexpr int kMaxLastReads = 16;
+
+[[noreturn]] void fail(int error) {
+  throw std::system_error(error, std::generic_category());
+}
+
+struct Link {
+  FileDescriptor from;
+  FileDescriptor to;
+};
+
+/// A socket, because writing to a socket whose reader has ended can be told not to raise SIGPIPE,
+/// and because `shutdown` wakes a thread that polls it.
+Link makeLink() {
+  std::array<int, 2> ends{-1, -1};
+  if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) fail(errno);
+  return {FileDescriptor(ends[0]), FileDescriptor(ends[1])};
+}
+
+std::string nameOf(const std::string& variable) {
+  return variable.substr(0, variable.find('=') + 1);
+}
+
+std::vector<std::string> childEnvironment(std::vector<std::string> added) {
+  std::vector<std::string> variables = std::move(added);
+  const std::size_t count = variables.size();
+  for (char** inherited = environ; *inherited; ++inherited) {
+    const std::string variable = *inherited;
+    const auto end = variables.begin() + static_cast<std::ptrdiff_t>(count);
+    const bool isReplaced = std::any_of(variables.begin(), end, [&](const std::string& own) {
+      return nameOf(own) == nameOf(variable);
+    });
+    if (!isReplaced) variables.push_back(variable);
+  }
+  return variables;
+}
+
+std::vector<char*> pointersTo(std::vector<std::string>& texts) {
+  std::vector<char*> pointers;
+  pointers.reserve(texts.size() + 1);
+  for (std::string& text : texts) pointers.push_back(text.data());
+  pointers.push_back(nullptr);
+  return pointers;
+}
+
+/// Starts one process with default handling of SIGPIPE and no signal blocked.
+pid_t spawn(const QStringList& command, int input, int output, const ProcessOptions& options) {
+  std::vector<std::string> words;
+  for (const QString& word : command) words.push_back(QFile::encodeName(word).toStdString());
+  std::vector<std::string> variables = childEnvironment(options.environment);
+
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_adddup2(&actions, input, STDIN_FILENO);
+  posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
+  if (options.discardsErrors) {
+    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+  }
+  posix_spawnattr_t attributes;
+  posix_spawnattr_init(&attributes);
+  sigset_t none;
+  sigset_t pipe;
+  sigemptyset(&none);
+  sigemptyset(&pipe);
+  sigaddset(&pipe, SIGPIPE);
+  posix_spawnattr_setsigmask(&attributes, &none);
+  posix_spawnattr_setsigdefault(&attributes, &pipe);
+  posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+
+  pid_t process = -1;
+  const int error = ::posix_spawnp(&process, words.front().c_str(), &actions, &attributes,
+                                   pointersTo(words).data(), pointersTo(variables).data());
+  posix_spawn_file_actions_destroy(&actions);
+  posix_spawnattr_destroy(&attributes);
+  if (error != 0) fail(error);
+  return process;
+}
+
+}  // namespace
+
+ProcessPipeline::ProcessPipeline(const std::vector<QStringList>& commands,
+                                 const ProcessOptions& options) {
+  try {
+    start(commands, options);
+  } catch (const std::system_error&) {
+    killAll();
+    throw;
+  }
+}
+
+ProcessPipeline::~ProcessPipeline() {
+  killAll();
+}
+
+void ProcessPipeline::start(const std::vector<QStringList>& commands,
+                            const ProcessOptions& options) {
+  if (commands.empty()) fail(EINVAL);
+  Link first = makeLink();
+  input_ = std::move(first.to);
+  ::setsockopt(input_.number(), SOL_SOCKET, SO_SNDBUF, &kSendBufferBytes, sizeof kSendBufferBytes);
+  FileDescriptor next = std::move(first.from);
+  for (const QStringList& command : commands) {
+    Link link = makeLink();
+    processIds_.push_back(spawn(command, next.number(), link.to.number(), options));
+    next = std::move(link.from);
+  }
+  output_ = std::move(next);
+}
+
+void ProcessPipeline::killAll() {
+  for (const pid_t process : processIds_) {
+    ::kill(process, SIGKILL);
+    while (::waitpid(process, nullptr, 0) < 0 && errno == EINTR) {
+    }
+  }
+}
+
+ProcessPipeline::Event ProcessPipeline::exchange(std::span<const char>& input, QByteArray& output,
+                                                 std::chrono::milliseconds timeout) {
+  const auto inputEvents = static_cast<short>(input.empty() ? 0 : POLLOUT);
+  // Reads while writing: otherwise both sides could wait for each other. A negative descriptor is
+  // ignored, so that an ended reader of input that we do not have does not wake us again and again.
+  std::array<pollfd, 2> polled{
+      {{input.empty() ? -1 : input_.number(), inputEvents, 0}, {output_.number(), POLLIN, 0}}};
+  const int ready = ::poll(polled.data(), polled.size(), static_cast<int>(timeout.count()));
+  if (ready < 0) return errno == EINTR ? Event::transferred : Event::ended;
+  if (ready == 0) return Event::timedOut;
+  if (polled[1].revents != 0 && !read(output)) return Event::ended;
+  if (polled[0].revents != 0 && !write(input)) {
+    // The first process has ended. What the last one wrote before may still be there.
+    for (int i = 0; i < kMaxLastReads && read(output); ++i) {
+    }
+    return Event::ended;
+  }
+  return Event::transferred;
+}
+
+bool ProcessPipeline::isIdle() const {
+  for (const pid_t process : processIds_) {
+    // WNOWAIT leaves an ended process to the destructor, so that its id is not given to another.
+    siginfo_t info{};
+    if (::waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOHANG | WNOWAIT) != 0 ||
+        info.si_pid != 0) {
+      return false;
+    }
+  }
+  pollfd output{output_.number(), POLLIN, 0};
+  return ::poll(&output, 1, 0) == 0;
+}
+
+void ProcessPipeline::interrupt() {
+  ::shutdown(output_.number(), SHUT_RDWR);
+}
+
+bool ProcessPipeline::read(QByteArray& output) const {
+  std::array<char, kMaxReadBytes> block;
+  const ssize_t count = ::recv(output_.number(), block.data(), block.size(), MSG_DONTWAIT);
+  if (count < 0) return errno == EAGAIN || errno == EINTR;
+  output.append(block.data(), count);
+  return count > 0;
+}
+
+bool ProcessPipeline::write(std::span<const char>& input) const {
+  const ssize_t count =
+      ::send(input_.number(), input.data(), input.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+  if (count < 0) return errno == EAGAIN || errno == EINTR;
+  input = input.subspan(static_cast<std::size_t>(count));
+  return true;
+}
+
+}  // namespace velun
