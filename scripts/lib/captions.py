@@ -4,6 +4,8 @@ import json
 import time
 from dataclasses import dataclass
 
+from private_desktop import polling
+
 
 @dataclass
 class ShownLine:
@@ -49,7 +51,5 @@ class Captions:
         return True
 
     def print_until_quiet(self, seconds):
-        end = time.monotonic() + seconds
-        while time.monotonic() < end:
+        for _ in polling(seconds):
             self.print_new()
-            time.sleep(0.02)

@@ -1,5 +1,5 @@
-"""A desktop that nobody sees: its own folders, session bus, and virtual display with a window
-manager; a sound server, a compositor and a tray on request. Ends everything that it started.
+"""A private desktop for tests and demonstrations: folders, a session bus and a virtual display with a
+window manager; PipeWire, a compositor and a tray on request. It ends every process that it started.
 """
 
 import ctypes
@@ -11,13 +11,14 @@ import time
 from pathlib import Path
 
 SINK = "velun_private_output"
-# Where nobody listens: nothing is fetched from the network.
+# A port that nobody listens on, so that no model is fetched from the network.
 NOWHERE = "http://127.0.0.1:9"
+POLL_INTERVAL = 0.02  # seconds
 KEPT_VARIABLES = ("PATH", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS")
 
 
 class PrivateDesktop:
-    """A context manager. `environment` is that of everything started here, and may be changed."""
+    """A context manager. `environment` applies to processes started from then on."""
 
     def __init__(self, screen="1280x800"):
         self._screen = screen
@@ -52,7 +53,7 @@ class PrivateDesktop:
         self._folder.cleanup()
 
     def start(self, command, log=None, **options):
-        """Starts a process that ends with the desktop; its output goes into the log, if named."""
+        """Starts a process that ends with the desktop. `log` names the log file for its output."""
         output = open(self.log_path(log), "w", encoding="utf-8") if log else subprocess.DEVNULL
         options = {"stdout": output, "stderr": output} | options
         try:
@@ -68,24 +69,22 @@ class PrivateDesktop:
         return self.root / f"{name}.log"
 
     def run(self, *command):
-        """The output of a command; empty when it failed."""
+        """The output of a command; empty if it failed."""
         done = subprocess.run([str(part) for part in command], env=self.environment, check=False,
                               text=True, timeout=30, capture_output=True)
         return done.stdout if done.returncode == 0 else ""
 
     def wait(self, what, condition, seconds=30):
-        """Until the condition holds; returns its value."""
-        end_time = time.monotonic() + seconds
-        while not (result := condition()):
-            if time.monotonic() > end_time:
-                raise AssertionError(f"Waited {seconds} s in vain for {what}")
-            time.sleep(0.02)
-        return result
+        """Waits until `condition` returns a true value, and returns it. `what` names it in errors."""
+        for _ in polling(seconds):
+            if result := condition():
+                return result
+        raise AssertionError(f"Timed out after {seconds} s: {what}")
 
     def start_sound(self):
-        """A sound server and its session manager with one output, the default; returns both."""
+        """Starts PipeWire and WirePlumber with one output, the default. Returns both processes."""
         server = self.start(["pipewire"], log="pipewire")
-        self.wait("the sound server", lambda: self.run("pw-cli", "info", "0"))
+        self.wait("PipeWire", lambda: self.run("pw-cli", "info", "0"))
         manager = self.start_sound_manager()
         self.add_output(SINK)
         self.wait_for_default_output(SINK)
@@ -93,7 +92,7 @@ class PrivateDesktop:
 
     def start_sound_manager(self):
         manager = self.start(["wireplumber"], log="wireplumber")
-        self.wait("the sound session", lambda: re.search(r"Found .default. metadata",
+        self.wait("WirePlumber", lambda: re.search(r"Found .default. metadata",
                                                          self.run("pw-metadata")))
         return manager
 
@@ -111,25 +110,25 @@ class PrivateDesktop:
                  "media.class=Audio/Sink object.linger=true audio.position=[FL FR] }")
 
     def start_tray(self):
-        """A tray in which icons can be embedded; programs find it from then on."""
+        """Starts a tray that embeds icons (XEmbed), and waits until programs find it."""
         tray = self.start(["trayer", "--edge", "top", "--align", "right", "--width", "10"])
         self.wait("the tray", lambda: self._is_owned("_NET_SYSTEM_TRAY_S0"))
         return tray
 
     def start_compositor(self):
-        # Not black, so that pictures show translucency.
+        # A background that is not black shows translucency in pictures.
         self.run("xsetroot", "-solid", "#5d7389")
         return self.start(["picom", "--backend", "xrender", "--config", "/dev/null"], log="picom")
 
     def play(self, path):
-        """Starts playing a sound file on the default output."""
+        """Starts playing a sound file on the default output. Returns the process."""
         return self.start(["pw-play", path])
 
     def take_picture(self, path):
         self.run("import", "-window", "root", path)
 
     def windows(self):
-        """The titles of the windows in view."""
+        """The titles of the visible windows."""
         ids = self.run("xdotool", "search", "--onlyvisible", "--name", ".").split()
         return [self.run("xdotool", "getwindowname", i).strip() for i in ids]
 
@@ -140,7 +139,7 @@ class PrivateDesktop:
         self.run("xdotool", "key", key)
 
     def _is_owned(self, selection):
-        """Whether a program owns a selection of the display. No command tells."""
+        """Whether a program owns an X11 selection. No command line tool reports it."""
         x11 = ctypes.CDLL("libX11.so.6")
         x11.XOpenDisplay.restype = ctypes.c_void_p
         display = ctypes.c_void_p(x11.XOpenDisplay(self.environment["DISPLAY"].encode()))
@@ -170,8 +169,17 @@ class PrivateDesktop:
                   lambda: "window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"))
 
 
+def polling(seconds):
+    """Yields every 20 ms until the time has passed, at least once."""
+    end_time = time.monotonic() + seconds
+    yield
+    while time.monotonic() < end_time:
+        time.sleep(POLL_INTERVAL)
+        yield
+
+
 def end(process):
-    """Ends a process: asked first, then killed."""
+    """Terminates a process, and kills it if it does not end within 5 s."""
     if process.poll() is not None:
         return
     process.terminate()

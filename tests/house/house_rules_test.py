@@ -12,6 +12,19 @@ SOURCES = sorted(p for p in (ROOT / "src").rglob("*") if p.suffix in (".h", ".cp
 CODE = SOURCES + sorted(p for folder in ("tests", "bench") for p in (ROOT / folder).rglob("*")
                         if p.suffix in (".h", ".cpp"))
 
+SCRIPTS = sorted(p for folder in ("tests", "scripts") for p in (ROOT / folder).rglob("*.py")
+                 if not p.is_relative_to(ROOT / "tests" / "house"))
+
+# Files that do not keep to the newest rules yet.
+UNCONVERTED = {
+    "application_service.h", "decode_worker.h", "speech_platform.h", "caption_translator.h",
+    "history_view_model.cpp", "session_search.cpp", "session_accident_test.cpp",
+    "library_pictures_test.cpp", "panel_desktop_test.cpp", "panel_pictures_test.cpp",
+    "compositor_exclusion_test.cpp", "screen_cast_watch_test.cpp",
+    "local_speech_analyzer_test.cpp", "caption_window_controller_test.cpp",
+    "transcript_view_test.cpp",
+}
+
 
 def below_src(path):
     return str(path.relative_to(ROOT / "src"))
@@ -67,8 +80,49 @@ class TheTree(unittest.TestCase):
                    if p.is_file() and p.suffix != ".pyc"
                    for m in home.finditer(p.read_text(errors="replace")))
 
+    def test_notifications_are_signals(self):
+        self.check(c for p in SOURCES if p.suffix == ".h" and p.name not in UNCONVERTED
+                   for c in rules.callback_complaints(below_src(p), p.read_text()))
+
+    def test_each_asynchronous_need_has_one_way(self):
+        self.check(c for p in SOURCES if p.name not in UNCONVERTED
+                   for c in rules.restricted_complaints(below_src(p), p.read_text()))
+
+    def test_tests_wait_for_conditions(self):
+        paths = [p for p in CODE + SCRIPTS if p.name not in UNCONVERTED
+                 and not p.is_relative_to(ROOT / "src") and not p.is_relative_to(ROOT / "bench")]
+        self.check(c for p in paths
+                   for c in rules.fixed_wait_complaints(str(p.relative_to(ROOT)), p.read_text()))
+
 
 class TheRules(unittest.TestCase):
+    def test_a_callback_member_is_found(self):
+        for member in ("std::function<void()> onChange;",
+                       "std::function<void(int,\n                   bool)> onEnd = nullptr;"):
+            self.assertEqual(len(list(rules.callback_complaints("a.h", member))), 1, member)
+        for other in ("explicit Watch(std::function<void()> onChange);",
+                      "std::function<void()> onChange_;", "// std::function<void()> onChange;",
+                      "std::function<void()> stop;"):
+            self.assertFalse(list(rules.callback_complaints("a.h", other)), other)
+
+    def test_a_second_way_is_found(self):
+        for text in ("#include <QTimer>", "startTimer(20);", "std::jthread worker;",
+                     "QThreadPool::globalInstance()->start(work);", "QSaveFile file(path);",
+                     "QProcess helper;", "const auto task = std::async(work);"):
+            self.assertEqual(len(list(rules.restricted_complaints("ui/a.cpp", text))), 1, text)
+        for text in ("std::thread::hardware_concurrency()", "// no QTimer", "std::stop_token stop;"):
+            self.assertFalse(list(rules.restricted_complaints("ui/a.cpp", text)), text)
+        clock = "platform/foundation/system_clock.cpp"
+        self.assertFalse(list(rules.restricted_complaints(clock, "#include <QTimer>")))
+
+    def test_a_fixed_wait_is_found(self):
+        for path, text in (("tests/a.cpp", "QTest::qWait(50);"), ("tests/a.py", "time.sleep(1)"),
+                           ("tests/a.h", "std::this_thread::sleep_for(10ms);"),
+                           ("scripts/a.py", "time.sleep(PAUSE)")):
+            self.assertEqual(len(list(rules.fixed_wait_complaints(path, text))), 1, text)
+        for text in ("QTest::qWaitFor(isReady, 50);", '{"/usr/bin/sleep", "1000"}'):
+            self.assertFalse(list(rules.fixed_wait_complaints("tests/a.cpp", text)), text)
+
     def test_an_include_upwards_is_found(self):
         found = list(rules.include_complaints("model/line.h", '#include "ui/common/symbols.h"'))
         self.assertEqual(len(found), 1)

@@ -243,3 +243,56 @@ def option_complaints(models, description, code):
             yield f"The option {name} is not described"
         if f'"{name}"' not in code:
             yield f"The option {name} is read by nothing"
+
+
+def callback_complaints(path, text):
+    """Public notifications of a header that are std::function members instead of signals."""
+    for match in re.finditer(r"std::function<[^;]*>\s+(on[A-Z]\w*)\s*(?:=[^;]*|\{[^;]*)?;",
+                             without_comments(text)):
+        if not match[1].endswith("_"):
+            yield f"{path}: {match[1]} should be a signal or a constructor argument"
+
+
+# What only some files may use, and those files: (pattern, name, paths below src/ without extension).
+RESTRICTED = [
+    (r"\bQ(?:Basic)?Timer\b|\bstartTimer\(", "timers (use Clock)",
+     {"platform/foundation/system_clock",
+      # Frames of animations; layout while the event loop is idle
+      "ui/caption/level_meter", "ui/caption/pending_indicator",
+      "ui/caption/bottom_pinned_scroll_view"}),
+    (r"\bstd::j?thread\b(?!::hardware_concurrency)|\bQThread\b|\bstd::async\b",
+     "threads of their own (use LatestJob)",
+     {"platform/speech/decode_worker", "platform/speech/linux/built_in/final_pass",  # decoding
+      "platform/translation/translation_worker",
+      "platform/models/store/download_store",  # downloads last for minutes
+      "model/session_files"}),  # reads in parallel and returns when all is read
+    (r"\bQThreadPool\b|\bQtConcurrent\b|\bQRunnable\b", "Qt's thread pool (use LatestJob)",
+     {"platform/foundation/latest_job"}),
+    (r"\bQSaveFile\b", "QSaveFile (use writeFileAtomically)", set()),
+    (r"\bposix_spawnp?\b|\bQProcess\b|\bfork\(", "child processes (use ProcessPipeline)",
+     {"platform/foundation/process_pipeline"}),
+]
+
+
+def restricted_complaints(path, text):
+    """Uses of what CONTRIBUTING reserves to the one way for each need."""
+    code = without_comments(text)
+    for pattern, name, allowed in RESTRICTED:
+        if path.rsplit(".", 1)[0] not in allowed and re.search(pattern, code):
+            yield f"{path} may not use {name}"
+
+
+FIXED_WAITS = {
+    ".py": r"\btime\.sleep\(",
+    ".cpp": r"\bqWait\(\s*\d|\bqSleep\(|\b[mu]sleep\(|\bsleep_(?:for|until)\(|::sleep\(",
+}
+MAY_SLEEP = {"scripts/lib/private_desktop.py",  # between two looks at a condition
+             "tests/desktop/faults/sound_test.py"}  # a machine that sleeps is the fault
+
+
+def fixed_wait_complaints(path, text):
+    """Waits of tests for a time instead of a condition."""
+    pattern = FIXED_WAITS[".py" if path.endswith(".py") else ".cpp"]
+    if path not in MAY_SLEEP:
+        for match in re.finditer(pattern, text):
+            yield f"{path}: {match[0]} waits for a time instead of a condition"

@@ -3,7 +3,6 @@
 
 #include <QAccessibleWidget>
 #include <QMenu>
-#include <QTimer>
 #include <QToolButton>
 #include <QWidget>
 
@@ -55,8 +54,9 @@ class MenuButton final : public QAccessibleWidget {
 
   void doAction(const QString& action) override {
     if (action != showMenuAction()) return QAccessibleWidget::doAction(action);
-    // Returns when the menu is closed, so not before the one who asks has been answered.
-    if (button_->isEnabled()) QTimer::singleShot(0, button_, &QToolButton::showMenu);
+    // showMenu returns when the menu is closed. Queued, so that the caller gets its answer first.
+    if (!button_->isEnabled()) return;
+    QMetaObject::invokeMethod(button_, &QToolButton::showMenu, Qt::QueuedConnection);
   }
 
  private:

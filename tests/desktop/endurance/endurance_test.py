@@ -14,7 +14,7 @@ from dataclasses import asdict
 
 from accessibility import Accessibility
 from captions import Captions
-from private_desktop import PrivateDesktop
+from private_desktop import PrivateDesktop, polling
 from speech import clips
 from process_usage import usage_of
 from velun_program import APPLICATION, VelunProgram
@@ -80,8 +80,7 @@ class Endurance(unittest.TestCase):
                 return
 
     def follow(self, seconds):
-        end = time.monotonic() + seconds
-        while time.monotonic() < end:
+        for _ in polling(seconds):
             now = time.monotonic() - self.began
             if now >= len(self.samples) * SAMPLE_EVERY:
                 self.sample(now)
@@ -89,7 +88,6 @@ class Endurance(unittest.TestCase):
             self.captions.print_new()
             for line in self.captions.lines[before:]:
                 line.arrived = now
-            time.sleep(0.02)
 
     def sample(self, now):
         self.assertIsNone(self.program.process.poll(), self.program.log())
