@@ -263,11 +263,11 @@ RESTRICTED = [
     (r"\bstd::j?thread\b(?!::hardware_concurrency)|\bQThread\b|\bstd::async\b",
      "threads of their own (use LatestJob)",
      {"platform/speech/decode_worker", "platform/speech/linux/built_in/final_pass",  # decoding
-      "platform/translation/translation_worker",
       "platform/models/store/download_store",  # downloads last for minutes
       "model/session_files"}),  # reads in parallel and returns when all is read
     (r"\bQThreadPool\b|\bQtConcurrent\b|\bQRunnable\b", "Qt's thread pool (use LatestJob)",
-     {"platform/foundation/latest_job"}),
+     {"platform/foundation/latest_job",
+      "platform/translation/translator_pool"}),  # of one thread: translators are not thread-safe
     (r"\bQSaveFile\b", "QSaveFile (use writeFileAtomically)", set()),
     (r"\bposix_spawnp?\b|\bQProcess\b|\bfork\(", "child processes (use ProcessPipeline)",
      {"platform/foundation/process_pipeline"}),
