@@ -3,8 +3,7 @@
 
 #include "audio/audio_feeder.h"
 #include "platform/foundation/system_clock.h"
-#include "platform/speech/local_speech_analyzer.h"
-#include "platform/speech/local_transcriber.h"
+#include "platform/speech/local_speech_run.h"
 
 #include <algorithm>
 #include <cmath>
@@ -21,7 +20,6 @@ namespace {
 
 constexpr double kPauseAfterClip = 2.0;
 constexpr double kPiece = 0.02;
-constexpr AudioFormat kAnalyzerFormat = {AudioFormat::Sample::float32, 16000, 1, true};
 
 double cpuSeconds() {
   rusage usage{};
@@ -32,7 +30,7 @@ double cpuSeconds() {
   return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
-/// One run of the analyzer, its results with the time of their arrival.
+/// One speech run, its results with the time of their arrival.
 class Run {
  public:
   struct Arrival {
@@ -41,19 +39,17 @@ class Run {
   };
 
   Run(RecognizerProvider& provider, const QString& locale)
-      : transcriber_(std::make_shared<LocalTranscriber>(locale)),
-        input_(std::make_shared<AnalyzerInputStream>()),
-        feeder_(kAnalyzerFormat, input_, clock_),
-        analyzer_(transcriber_, provider.factory(locale), {}, clock_) {
-    transcriber_->onResult = [this](const TranscriptionResult& result) {
+      : input_(std::make_shared<AnalyzerInputStream>()),
+        feeder_(kSpeechFormat, input_, clock_),
+        run_(provider.factory(locale), input_) {
+    QObject::connect(&run_, &SpeechRun::resultReady, [this](const TranscriptionResult& result) {
       arrivals.push_back({result, clock_.monotonicSeconds()});
-    };
-    transcriber_->onEnd = [this](const std::optional<QString>& error) {
+    });
+    QObject::connect(&run_, &SpeechRun::ended, [this](const std::optional<QString>& error) {
       if (error) std::fprintf(stderr, "%s\n", qUtf8Printable(*error));
       ended_ = true;
       loop_.quit();
-    };
-    analyzer_.start(input_);
+    });
   }
 
   void feed(std::span<const float> samples, double rate) {
@@ -85,7 +81,7 @@ class Run {
   }
 
   void finish() {
-    analyzer_.finalizeAndFinishThroughEndOfInput();
+    run_.finish();
     if (!ended_) loop_.exec();
   }
 
@@ -95,18 +91,17 @@ class Run {
 
  private:
   QCoro::Task<> settleThen(QEventLoop* loop) {
-    QCoro::Task<> settling = analyzer_.finalizeThroughEndOfInputSoFar();
+    QCoro::Task<> settling = run_.settle();
     co_await settling;
     loop->quit();
   }
 
   SystemClock clock_;
-  std::shared_ptr<LocalTranscriber> transcriber_;
   std::shared_ptr<AnalyzerInputStream> input_;
   AudioFeeder feeder_;
   QEventLoop loop_;
   bool ended_ = false;
-  LocalSpeechAnalyzer analyzer_;
+  LocalSpeechRun run_;
 };
 
 /// Plays one sound; gives the time at which it began.

@@ -94,12 +94,11 @@ struct Composition::Parts {
       usersStore(),
       std::make_unique<SpeechRecognitionEngine>(speech, audio, clock),
       translation,
-      LanguageLists{
-          .supportedLocales = [this] { return SpeechRecognitionEngine::supportedLocales(speech); },
-          .supportedLanguages =
-              [this] {
-                return translation.supportedLanguages();
-              }},
+      LanguageLists{.supportedLocales = [this] { return speech.supportedLocales(); },
+                    .supportedLanguages =
+                        [this] {
+                          return translation.supportedLanguages();
+                        }},
       clock};
 };
 

@@ -16,10 +16,10 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kSilenceCheckInterval = 500ms;
-/// Without audio for longer than this an unfinished phrase is settled.
-constexpr double kLingeringSeconds = 1.0;
-/// Without audio for this long the meter falls flat.
-constexpr double kMeterSeconds = 0.25;
+/// An unfinished phrase is finalized after more seconds without audio than this.
+constexpr double kMaxSilenceInPhrase = 1.0;
+/// The meter shows nothing after this many seconds without audio.
+constexpr double kMeterTimeout = 0.25;
 
 Failure unsupportedLanguage(const QString& localeID) {
   const QString name = languageName(localeID);
@@ -36,13 +36,6 @@ SpeechRecognitionEngine::SpeechRecognitionEngine(SpeechPlatform& speech, AudioPl
 SpeechRecognitionEngine::~SpeechRecognitionEngine() {
   cancelAudio_.reset();
   if (audio_) audio_->stop();
-  // A stop that still waits for the last results is let go.
-  resultsEnd_.complete({});
-  forgetRun();
-}
-
-QCoro::Task<QStringList> SpeechRecognitionEngine::supportedLocales(SpeechPlatform& speech) {
-  return speech.supportedLocales();
 }
 
 QCoro::Task<> SpeechRecognitionEngine::start(QString localeID, bool useMic, std::stop_token stop) {
@@ -60,7 +53,7 @@ QCoro::Task<> SpeechRecognitionEngine::start(QString localeID, bool useMic, std:
     error = std::current_exception();
   }
   if (!error) co_return;
-  // A run that was replaced meanwhile has been cleaned up by whoever replaced it.
+  // A run that was replaced meanwhile was cleaned up by that stop.
   if (self && engineToken_ == run.token) {
     QCoro::Task<> cleaningUp = this->stop();
     co_await cleaningUp;
@@ -70,49 +63,26 @@ QCoro::Task<> SpeechRecognitionEngine::start(QString localeID, bool useMic, std:
 
 QCoro::Task<> SpeechRecognitionEngine::setUp(Run run, std::stop_token stop) {
   const QPointer<SpeechRecognitionEngine> self(this);
-  QCoro::Task<std::optional<QString>> matching = speech_.supportedLocale(run.sourceID);
-  const std::optional<QString> locale = co_await matching;
-  if (!locale) throw unsupportedLanguage(run.sourceID);
+  const std::optional<SpeechSupport> support = speech_.support(run.sourceID);
+  if (!support) throw unsupportedLanguage(run.sourceID);
   checkCancellation(self, run.token, stop);
-
-  const std::shared_ptr<SpeechTranscriber> transcriber = speech_.makeTranscriber(*locale);
-  QCoro::Task<std::shared_ptr<AssetInstallationRequest>> asking =
-      speech_.assetInstallationRequest(transcriber);
-  const std::shared_ptr<AssetInstallationRequest> request = co_await asking;
-  checkCancellation(self, run.token, stop);
-  if (request) {
-    QCoro::Task<> installing = installModel(request, run.token, stop);
+  if (support->offer) {
+    QCoro::Task<> installing = installModel(support->offer, run.token, stop);
     co_await installing;
     checkCancellation(self, run.token, stop);
   }
-
-  QCoro::Task<std::optional<AudioFormat>> choosing = speech_.bestAvailableAudioFormat(transcriber);
-  const std::optional<AudioFormat> format = co_await choosing;
-  if (!format) {
-    throw Failure(L("No audio format available", "사용 가능한 오디오 포맷이 없습니다"));
-  }
-  checkCancellation(self, run.token, stop);
-
-  const auto input = std::make_shared<AnalyzerInputStream>();
-  input_ = input;
-  analyzer_ = speech_.makeAnalyzer(transcriber);
-  transcriber_ = transcriber;
-  listenTo(*transcriber, run);
-  QCoro::Task<> starting = analyzer_->start(input);
-  co_await starting;
-  checkCancellation(self, run.token, stop);
-
-  QCoro::Task<> startingAudio = startAudio(*format, run, stop);
+  startRecognition(support->locale, run);
+  QCoro::Task<> startingAudio = startAudio(run, stop);
   co_await startingAudio;
   checkCancellation(self, run.token, stop);
   checkSilenceLater(run.token);
 }
 
-QCoro::Task<> SpeechRecognitionEngine::installModel(
-    std::shared_ptr<AssetInstallationRequest> request, QUuid token, std::stop_token stop) {
+QCoro::Task<> SpeechRecognitionEngine::installModel(std::shared_ptr<SpeechModelOffer> offer,
+                                                    QUuid token, std::stop_token stop) {
   const QPointer<SpeechRecognitionEngine> self(this);
   Q_EMIT eventOccurred(StatusEvent{L("Downloading speech model…", "음성 모델 다운로드 중…")});
-  QCoro::Task<> installing = request->downloadAndInstall(stop);
+  QCoro::Task<> installing = offer->install(stop);
   co_await installing;
   if (self && engineToken_ == token) Q_EMIT eventOccurred(StatusEvent{});
 }
@@ -122,24 +92,23 @@ void SpeechRecognitionEngine::checkCancellation(const QPointer<SpeechRecognition
   if (!engine || engine->engineToken_ != token || stop.stop_requested()) throw Cancelled();
 }
 
-void SpeechRecognitionEngine::listenTo(SpeechTranscriber& transcriber, const Run& run) {
-  resultsEnd_ = {};
-  transcriber.onResult = [this, run](const TranscriptionResult& result) {
-    if (engineToken_ == run.token) handle(result, run);
-  };
-  transcriber.onEnd = [this, token = run.token](const std::optional<QString>& error) {
-    resultsEnded(error, token);
-  };
-  transcriber.onFallingBehind = [this, token = run.token](bool isBehind) {
-    if (engineToken_ != token) return;
+void SpeechRecognitionEngine::startRecognition(const QString& locale, const Run& run) {
+  input_ = std::make_shared<AnalyzerInputStream>();
+  recognition_ = speech_.start(locale, input_);
+  connect(recognition_.get(), &SpeechRun::resultReady, this,
+          [this, run](const TranscriptionResult& result) { handle(result, run); });
+  connect(recognition_.get(), &SpeechRun::lagChanged, this, [this](bool isBehind) {
     isFallingBehind_ = isBehind;
     updateStatus();
-  };
+  });
+  connect(recognition_.get(), &SpeechRun::ended, this, [this](const std::optional<QString>& error) {
+    if (!error) return;
+    fail(L(QStringLiteral("Recognition error: ") + *error, QStringLiteral("인식 오류: ") + *error));
+  });
 }
 
-QCoro::Task<> SpeechRecognitionEngine::startAudio(AudioFormat format, Run run,
-                                                  std::stop_token stop) {
-  feeder_ = std::make_unique<AudioFeeder>(format, input_, clock_);
+QCoro::Task<> SpeechRecognitionEngine::startAudio(Run run, std::stop_token stop) {
+  feeder_ = std::make_unique<AudioFeeder>(kSpeechFormat, input_, clock_);
   AudioTarget target;
   target.kind =
       run.input == AudioInput::microphone ? AudioTarget::Kind::input : AudioTarget::Kind::output;
@@ -180,13 +149,6 @@ void SpeechRecognitionEngine::handle(const TranscriptionResult& result, const Ru
   }
 }
 
-void SpeechRecognitionEngine::resultsEnded(const std::optional<QString>& error, QUuid token) {
-  if (engineToken_ != token) return;
-  resultsEnd_.complete({});
-  if (!error) return;
-  fail(L(QStringLiteral("Recognition error: ") + *error, QStringLiteral("인식 오류: ") + *error));
-}
-
 void SpeechRecognitionEngine::checkSilenceLater(QUuid token) {
   silenceCheck_ = clock_.callAfter(kSilenceCheckInterval, [this, token] {
     startTask(this, [this, token] { return checkSilence(token); });
@@ -197,13 +159,9 @@ QCoro::Task<> SpeechRecognitionEngine::checkSilence(QUuid token) {
   const QPointer<SpeechRecognitionEngine> self(this);
   if (engineToken_ != token || !feeder_) co_return;
   const double silence = clock_.monotonicSeconds() - feeder_->lastFeed();
-  if (!volatileText_.isEmpty() && silence > kLingeringSeconds) {
-    try {
-      QCoro::Task<> settling = analyzer_->finalizeThroughEndOfInputSoFar();
-      co_await settling;
-    } catch (const std::exception&) {
-      // The results end with the same error, which is reported there.
-    }
+  if (!volatileText_.isEmpty() && silence > kMaxSilenceInPhrase) {
+    QCoro::Task<> settling = recognition_->settle();
+    co_await settling;
     if (!self || engineToken_ != token || !feeder_) co_return;
   }
   checkSilenceLater(token);
@@ -215,7 +173,6 @@ QCoro::Task<> SpeechRecognitionEngine::stop() {
   cancelAudio_.reset();
   if (audio_) audio_->stop();
   audio_.reset();
-  // Nobody waits for the sound system any more.
   isInterrupted_ = false;
   updateStatus();
   bool hasFedAudio = false;
@@ -223,35 +180,20 @@ QCoro::Task<> SpeechRecognitionEngine::stop() {
   if (feeder_) hasFedAudio = feeder_->hasFedAudio();
   feeder_.reset();
 
-  // The engine may be destroyed, or stopped a second time, while this waits; the analyzer ends with
-  // it then, so that no thread outlives the program's own end.
   const QUuid token = engineToken_;
-  if (analyzer_) {
-    const OneShot<std::monostate> resultsEnd = resultsEnd_;
-    try {
-      if (hasFedAudio) {
-        QCoro::Task<> finishing = analyzer_->finalizeAndFinishThroughEndOfInput();
-        co_await finishing;
-      } else {
-        QCoro::Task<> cancelling = analyzer_->cancelAndFinishNow();
-        co_await cancelling;
-      }
-    } catch (const std::exception&) {
-      // What could not be settled is lost; the run ends all the same.
-    }
-    if (hasFedAudio) co_await resultsEnd;
+  if (recognition_ && hasFedAudio) {
+    QCoro::Task<> finishing = recognition_->finish();
+    co_await finishing;
+  } else if (recognition_) {
+    QCoro::Task<> cancelling = recognition_->cancel();
+    co_await cancelling;
   }
+  // The engine may have been destroyed or stopped a second time meanwhile.
   if (self && engineToken_ == token) forgetRun();
 }
 
 void SpeechRecognitionEngine::forgetRun() {
-  if (transcriber_) {
-    transcriber_->onResult = nullptr;
-    transcriber_->onEnd = nullptr;
-    transcriber_->onFallingBehind = nullptr;
-  }
-  transcriber_.reset();
-  analyzer_.reset();
+  recognition_.reset();
   input_.reset();
   engineToken_ = QUuid::createUuid();
   volatileText_.clear();
@@ -261,7 +203,7 @@ void SpeechRecognitionEngine::forgetRun() {
 }
 
 std::vector<float> SpeechRecognitionEngine::meterBands() const {
-  if (!feeder_ || clock_.monotonicSeconds() - feeder_->lastFeed() >= kMeterSeconds) return {};
+  if (!feeder_ || clock_.monotonicSeconds() - feeder_->lastFeed() >= kMeterTimeout) return {};
   return feeder_->bands();
 }
 
@@ -278,7 +220,7 @@ void SpeechRecognitionEngine::updateStatus() {
   Q_EMIT eventOccurred(StatusEvent{status});
 }
 
-/// The message takes the place of any status.
+/// The message replaces any status.
 void SpeechRecognitionEngine::fail(const QString& message) {
   isInterrupted_ = false;
   isFallingBehind_ = false;

@@ -4,25 +4,22 @@
 #include "audio/speech_recognizing.h"
 #include "platform/audio/audio_platform.h"
 #include "platform/foundation/clock.h"
-#include "platform/foundation/one_shot.h"
 #include "platform/speech/speech_platform.h"
 
 #include <functional>
 #include <memory>
 #include <optional>
 #include <QPointer>
-#include <QStringList>
 #include <QUuid>
 #include <stop_token>
 #include <utility>
-#include <variant>
 
 namespace velun {
 
 class AudioFeeder;
 
-/// Runs one recognition pass at a time: a source captures sound, the feeder converts it, the
-/// platform's analyzer recognizes it, and the results become events. Main thread.
+/// Runs one recognition pass at a time: a source captures sound, the feeder converts it, a
+/// `SpeechRun` recognizes it, and the results become events. Main thread.
 class SpeechRecognitionEngine final : public SpeechRecognizing {
   Q_OBJECT
 
@@ -30,9 +27,6 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   /// All three must outlive the engine.
   SpeechRecognitionEngine(SpeechPlatform& speech, AudioPlatform& audio, Clock& clock);
   ~SpeechRecognitionEngine() override;
-
-  /// The locale identifiers that can be recognized.
-  static QCoro::Task<QStringList> supportedLocales(SpeechPlatform& speech);
 
   QCoro::Task<> start(QString localeID, bool useMic, std::stop_token stop = {}) override;
   QCoro::Task<> stop() override;
@@ -49,15 +43,14 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   };
 
   QCoro::Task<> setUp(Run run, std::stop_token stop);
-  QCoro::Task<> installModel(std::shared_ptr<AssetInstallationRequest> request, QUuid token,
+  QCoro::Task<> installModel(std::shared_ptr<SpeechModelOffer> offer, QUuid token,
                              std::stop_token stop);
   /// Throws `Cancelled` once a stop was requested, the run was replaced or the engine is gone.
   static void checkCancellation(const QPointer<SpeechRecognitionEngine>& engine, QUuid token,
                                 const std::stop_token& stop);
-  void listenTo(SpeechTranscriber& transcriber, const Run& run);
-  QCoro::Task<> startAudio(AudioFormat format, Run run, std::stop_token stop);
+  void startRecognition(const QString& locale, const Run& run);
+  QCoro::Task<> startAudio(Run run, std::stop_token stop);
   void handle(const TranscriptionResult& result, const Run& run);
-  void resultsEnded(const std::optional<QString>& error, QUuid token);
   void followSource(const AudioSource& source, QUuid token);
   void checkSilenceLater(QUuid token);
   QCoro::Task<> checkSilence(QUuid token);
@@ -69,16 +62,13 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   AudioPlatform& audioPlatform_;
   Clock& clock_;
 
-  std::shared_ptr<SpeechTranscriber> transcriber_;
-  std::unique_ptr<SpeechAnalyzer> analyzer_;
+  std::unique_ptr<SpeechRun> recognition_;
   std::shared_ptr<AnalyzerInputStream> input_;
   std::unique_ptr<AudioFeeder> feeder_;
   std::unique_ptr<AudioSource> audio_;
   std::optional<std::stop_callback<std::function<void()>>> cancelAudio_;
-  /// Answered when the results have ended.
-  OneShot<std::monostate> resultsEnd_;
   std::unique_ptr<ScheduledCall> silenceCheck_;
-  /// Names the current run; whatever belongs to another is stale.
+  /// Identifies the current run; work for another one is stale.
   QUuid engineToken_;
   /// The last draft.
   QString volatileText_;

@@ -81,8 +81,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
   void theStepsComeInOrder() {
     Fixture f;
     QCOMPARE(f.start(), QString());
-    QCOMPARE(f.speech.script->calls, QStringList({"supportedLocale en_US", "transcriber en_US",
-                                                  "request", "format", "analyzer", "start"}));
+    QCOMPARE(f.speech.script->calls, QStringList({"support en_US", "start en_US"}));
     QCOMPARE(f.events, QStringList{"status -"});
     QCOMPARE(f.audio.script->calls, QStringList{"start output"});
     f.stop();
@@ -102,7 +101,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     Fixture f;
     QCOMPARE(f.start("fr_FR"), QString("French (France) isn’t a supported language"));
     QVERIFY(f.audio.script->calls.isEmpty());
-    QCOMPARE(f.speech.script->calls, QStringList{"supportedLocale fr_FR"});
+    QCOMPARE(f.speech.script->calls, QStringList{"support fr_FR"});
     f.stop();
     Localization::shared().setLanguage(AppLanguage::korean);
     QCOMPARE(f.start("fr_FR"), QString("프랑스어(프랑스)는 지원하지 않는 언어입니다"));
@@ -111,7 +110,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
   void theEquivalentIsRecognizedButTheEventsKeepTheIdentifier() {
     Fixture f;
     QCOMPARE(f.start("en-GB"), QString());
-    QVERIFY(f.speech.script->calls.contains("transcriber en_US"));
+    QVERIFY(f.speech.script->calls.contains("start en_US"));
     f.events.clear();
     f.speech.script->result(" Good morning \n", true);
     QCOMPARE(f.events, QStringList{"final Good morning (en-GB, computer)"});
@@ -120,13 +119,13 @@ class SpeechRecognitionEngineTest final : public test::Suite {
 
   void aDownloadShowsOneStatusText() {
     Fixture f;
-    const auto request = std::make_shared<test::ScriptedInstallation>();
-    f.speech.script->request = request;
+    const auto offer = std::make_shared<test::ScriptedModelOffer>();
+    f.speech.script->offer = offer;
     QCoro::Task<> starting = f.engine->start("ko_KR", false, f.stopSource.get_token());
     test::settle();
     QCOMPARE(f.events, QStringList({"status -", "status Downloading speech model…"}));
-    QVERIFY(!f.speech.script->calls.contains("format"));
-    request->outcome.complete(true);
+    QCOMPARE(f.speech.script->calls.size(), 1);
+    offer->outcome.complete(true);
     test::await(std::move(starting));
     QCOMPARE(f.events.last(), QString("status -"));
     QCOMPARE(f.events.size(), 3);
@@ -135,69 +134,51 @@ class SpeechRecognitionEngineTest final : public test::Suite {
 
   void aFailedDownloadIsTheStartsError() {
     Fixture f;
-    const auto request = std::make_shared<test::ScriptedInstallation>();
-    request->outcome.fail(std::make_exception_ptr(Failure("No connection")));
-    f.speech.script->request = request;
+    const auto offer = std::make_shared<test::ScriptedModelOffer>();
+    offer->outcome.fail(std::make_exception_ptr(Failure("No connection")));
+    f.speech.script->offer = offer;
     QCOMPARE(f.start(), QString("No connection"));
-    QVERIFY(!f.speech.script->calls.contains("analyzer"));
+    QCOMPARE(f.speech.script->calls.size(), 1);
   }
 
   void aDownloadHearsThatItIsCancelled() {
     Fixture f;
-    const auto request = std::make_shared<test::ScriptedInstallation>();
-    f.speech.script->request = request;
+    const auto offer = std::make_shared<test::ScriptedModelOffer>();
+    f.speech.script->offer = offer;
     QCoro::Task<> starting = f.engine->start("en_US", false, f.stopSource.get_token());
     test::settle();
     f.stopSource.request_stop();
-    QVERIFY(request->stopToken.stop_requested());
-    request->outcome.complete(true);
+    QVERIFY(offer->stopToken.stop_requested());
+    offer->outcome.complete(true);
     QVERIFY_THROWS_EXCEPTION(Cancelled, test::await(std::move(starting)));
-    QVERIFY(!f.speech.script->calls.contains("format"));
+    QCOMPARE(f.speech.script->calls.size(), 1);
   }
 
   void aStopDuringTheDownloadEndsTheStart() {
     Fixture f;
-    const auto request = std::make_shared<test::ScriptedInstallation>();
-    f.speech.script->request = request;
+    const auto offer = std::make_shared<test::ScriptedModelOffer>();
+    f.speech.script->offer = offer;
     QCoro::Task<> starting = f.engine->start("en_US", false);
     test::settle();
     f.stop();
-    request->outcome.complete(true);
+    offer->outcome.complete(true);
     QVERIFY_THROWS_EXCEPTION(Cancelled, test::await(std::move(starting)));
     QVERIFY(f.audio.script->calls.isEmpty());
     QCOMPARE(f.events.last(), QString("status Downloading speech model…"));
-  }
-
-  void noFormatIsAFailure() {
-    Fixture f;
-    f.speech.script->format.reset();
-    QCOMPARE(f.start(), QString("No audio format available"));
-    Localization::shared().setLanguage(AppLanguage::korean);
-    QCOMPARE(f.start(), QString("사용 가능한 오디오 포맷이 없습니다"));
   }
 
   void aCancelledStartFailsWithTheCancellation() {
     Fixture f;
     f.stopSource.request_stop();
     QCOMPARE(f.start(), QString("cancelled"));
-    QCOMPARE(f.speech.script->calls, QStringList{"supportedLocale en_US"});
+    QCOMPARE(f.speech.script->calls, QStringList{"support en_US"});
   }
 
-  void aStopRequestedWhileTheAnalyzerStartsIsHeeded() {
-    Fixture f;
-    f.speech.script->onStart = [&f] {
-      f.stopSource.request_stop();
-    };
-    QCOMPARE(f.start(), QString("cancelled"));
-    QCOMPARE(f.speech.script->calls.last(), QString("cancel"));
-    QVERIFY(f.audio.script->calls.isEmpty());
-  }
-
-  void anAnalyzerThatCannotStartIsCleanedUp() {
+  void recognitionThatCannotStartIsCleanedUp() {
     Fixture f;
     f.speech.script->startFailure = "No model";
     QCOMPARE(f.start(), QString("No model"));
-    QCOMPARE(f.speech.script->calls.last(), QString("cancel"));
+    QVERIFY(f.audio.script->calls.isEmpty());
     f.speech.script->startFailure.reset();
     QCOMPARE(f.start(), QString());
     f.stop();
@@ -250,25 +231,25 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     f.speech.script->result(" \n ", true);
     QCOMPARE(f.events, QStringList({"draft hm", "draft "}));
     f.clock.advance(3s);
-    QVERIFY(!f.speech.script->calls.contains("finalize"));
+    QVERIFY(!f.speech.script->calls.contains("settle"));
     f.stop();
   }
 
   void aLingeringDraftIsSettledWithinOneAndAHalfSeconds() {
     Fixture f;
     f.startWithAudio();
-    f.speech.script->onFinalize = [&f] {
+    f.speech.script->onSettle = [&f] {
       f.speech.script->result("Left over", true);
     };
     f.speech.script->result("left over", false);
     f.clock.advance(1000ms);
-    QVERIFY(!f.speech.script->calls.contains("finalize"));
+    QVERIFY(!f.speech.script->calls.contains("settle"));
     f.clock.advance(500ms);
     test::settle();
-    QCOMPARE(f.speech.script->calls.count("finalize"), 1);
+    QCOMPARE(f.speech.script->calls.count("settle"), 1);
     QCOMPARE(f.events.last(), QString("final Left over (en_US, computer)"));
     f.clock.advance(5s);
-    QCOMPARE(f.speech.script->calls.count("finalize"), 1);
+    QCOMPARE(f.speech.script->calls.count("settle"), 1);
     f.stop();
   }
 
@@ -280,19 +261,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
       f.clock.advance(200ms);
       f.playBuffer();
     }
-    QVERIFY(!f.speech.script->calls.contains("finalize"));
-    f.stop();
-  }
-
-  void aSilenceCheckThatFailsIsRepeated() {
-    Fixture f;
-    f.startWithAudio();
-    f.speech.script->settleFailure = "Broken";
-    f.speech.script->result("left over", false);
-    f.clock.advance(2600ms);
-    test::settle();
-    QVERIFY(f.speech.script->calls.count("finalize") > 1);
-    QVERIFY(!f.events.join('|').contains("Broken"));
+    QVERIFY(!f.speech.script->calls.contains("settle"));
     f.stop();
   }
 
@@ -318,37 +287,23 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     QVERIFY(f.events.isEmpty());
   }
 
-  void anErrorWhileFinishingIsIgnored() {
+  void nothingIsReportedAfterTheStop() {
     Fixture f;
     f.startWithAudio();
-    f.speech.script->settleFailure = "Broken";
-    f.stop();
-    QVERIFY(f.events.isEmpty());
-  }
-
-  void resultsAndErrorsAfterTheStopAreDropped() {
-    Fixture f;
-    f.startWithAudio();
-    const auto onResult = f.speech.script->transcriber->onResult;
-    const auto onEnd = f.speech.script->transcriber->onEnd;
-    const auto onBehind = f.speech.script->transcriber->onFallingBehind;
     f.stop();
     f.events.clear();
-    onResult({"late", true});
-    onEnd(QString("late"));
-    onBehind(true);
+    QVERIFY(!f.speech.script->run);
     QVERIFY(!f.audio.source);
     QVERIFY(f.events.isEmpty());
   }
 
-  void resultsOfAnEarlierRunAreDroppedInTheNext() {
+  void anUnsettledDraftIsSettledAgain() {
     Fixture f;
     f.startWithAudio();
-    const auto onResult = f.speech.script->transcriber->onResult;
-    f.stop();
-    f.startWithAudio();
-    onResult({"late", true});
-    QVERIFY(f.events.isEmpty());
+    f.speech.script->result("left over", false);
+    f.clock.advance(2600ms);
+    test::settle();
+    QVERIFY(f.speech.script->calls.count("settle") > 1);
     f.stop();
   }
 
@@ -408,8 +363,8 @@ class SpeechRecognitionEngineTest final : public test::Suite {
   void fallingBehindIsShownUntilItIsOver() {
     Fixture f;
     f.startWithAudio();
-    f.speech.script->transcriber->onFallingBehind(true);
-    f.speech.script->transcriber->onFallingBehind(false);
+    Q_EMIT f.speech.script->run->lagChanged(true);
+    Q_EMIT f.speech.script->run->lagChanged(false);
     QCOMPARE(f.events, QStringList({"status Recognition is falling behind", "status -"}));
     f.stop();
   }
@@ -417,10 +372,10 @@ class SpeechRecognitionEngineTest final : public test::Suite {
   void anInterruptionIsShownUntilItIsOver() {
     Fixture f;
     f.startWithAudio();
-    f.speech.script->transcriber->onFallingBehind(true);
+    Q_EMIT f.speech.script->run->lagChanged(true);
     Q_EMIT f.audio.source->interrupted();
     Q_EMIT f.audio.source->resumed();
-    f.speech.script->transcriber->onFallingBehind(false);
+    Q_EMIT f.speech.script->run->lagChanged(false);
     QCOMPARE(f.events,
              QStringList({"status Recognition is falling behind",
                           "status The sound system is not responding. Captions will go on when it "
@@ -459,12 +414,12 @@ class SpeechRecognitionEngineTest final : public test::Suite {
 
   void anEngineDestroyedWhileItStartsOrRunsIsHarmless() {
     Fixture f;
-    const auto request = std::make_shared<test::ScriptedInstallation>();
-    f.speech.script->request = request;
+    const auto offer = std::make_shared<test::ScriptedModelOffer>();
+    f.speech.script->offer = offer;
     QCoro::Task<> starting = f.engine->start("en_US", false);
     test::settle();
     f.engine.reset();
-    request->outcome.complete(true);
+    offer->outcome.complete(true);
     QVERIFY_THROWS_EXCEPTION(Cancelled, test::await(std::move(starting)));
 
     Fixture g;
@@ -490,12 +445,6 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     engine.reset();
     QCOMPARE(recognizer->script->alive.load(), 0);
     test::await(std::move(stopping));
-  }
-
-  void theSupportedLocalesAreThePlatforms() {
-    test::ScriptedSpeechPlatform speech;
-    QCOMPARE(QCoro::waitFor(SpeechRecognitionEngine::supportedLocales(speech)),
-             QStringList({"en_US", "ko_KR"}));
   }
 };
 

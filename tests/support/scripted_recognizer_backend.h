@@ -98,16 +98,17 @@ class ScriptedRecognizerProvider final : public RecognizerProvider {
       return std::make_unique<ScriptedBackend>(backends, mainThread);
     };
   }
-  std::shared_ptr<AssetInstallationRequest> installationRequest(const QString& locale) override {
-    requested << locale;
-    return request;
+  std::shared_ptr<SpeechModelOffer> offer(const QString& locale) override {
+    asked << locale;
+    return model;
   }
   void fetchInBackground(const QString& locale) override { fetched << locale; }
 
   QStringList supportedList;
   QStringList installedList;
-  std::shared_ptr<AssetInstallationRequest> request;
-  QStringList requested;
+  std::shared_ptr<SpeechModelOffer> model;
+  /// The locales that offers were asked for.
+  QStringList asked;
   QStringList fetched;
   std::shared_ptr<BackendScript> script = std::make_shared<BackendScript>();
 };

@@ -3,68 +3,52 @@
 
 #include "platform/foundation/failure.h"
 #include "platform/foundation/one_shot.h"
-#include "platform/speech/local_transcriber.h"
 #include "platform/speech/locale_equivalence.h"
 #include "platform/speech/speech_platform.h"
 
 #include <functional>
 #include <memory>
+#include <QPointer>
 #include <QStringList>
+#include <utility>
 
 namespace velun::test {
 
-/// What a scripted speech platform answers, what it was asked, and the run under way.
+/// How a scripted speech platform behaves, the calls to it, and its run.
 struct SpeechScript {
   QStringList locales = {"en_US", "ko_KR"};
-  std::optional<AudioFormat> format = AudioFormat{AudioFormat::Sample::float32, 16000, 1, true};
-  std::shared_ptr<AssetInstallationRequest> request;
-  /// Thrown by the analyzer's start.
+  std::shared_ptr<SpeechModelOffer> offer;
+  /// The failure of the next starts.
   std::optional<QString> startFailure;
-  /// Thrown by both ways of settling.
-  std::optional<QString> settleFailure;
-  /// Called in the middle of the operation of that name.
-  std::function<void()> onStart;
-  std::function<void()> onFinalize;
+  /// Called during the operation of that name.
+  std::function<void()> onSettle;
   std::function<void()> onFinish;
 
   QStringList calls;
-  std::shared_ptr<SpeechTranscriber> transcriber;
+  /// The last run, while it exists.
+  QPointer<SpeechRun> run;
   std::shared_ptr<AnalyzerInputStream> input;
 
-  void result(const QString& text, bool isFinal) const {
-    if (transcriber->onResult) transcriber->onResult({text, isFinal});
-  }
-  void end(const std::optional<QString>& error = {}) const {
-    if (transcriber->onEnd) transcriber->onEnd(error);
-  }
+  void result(const QString& text, bool isFinal) const { Q_EMIT run->resultReady({text, isFinal}); }
+  void end(const std::optional<QString>& error = {}) const { Q_EMIT run->ended(error); }
 };
 
-class ScriptedSpeechAnalyzer final : public SpeechAnalyzer {
+class ScriptedSpeechRun final : public SpeechRun {
  public:
-  explicit ScriptedSpeechAnalyzer(std::shared_ptr<SpeechScript> script)
-      : script_(std::move(script)) {}
+  explicit ScriptedSpeechRun(std::shared_ptr<SpeechScript> script) : script_(std::move(script)) {}
 
-  QCoro::Task<> start(std::shared_ptr<AnalyzerInputStream> input) override {
-    script_->calls << "start";
-    script_->input = std::move(input);
-    if (script_->onStart) script_->onStart();
-    if (script_->startFailure) throw Failure(*script_->startFailure);
+  QCoro::Task<> settle() override {
+    script_->calls << "settle";
+    if (script_->onSettle) script_->onSettle();
     co_return;
   }
-  QCoro::Task<> finalizeThroughEndOfInputSoFar() override {
-    script_->calls << "finalize";
-    if (script_->onFinalize) script_->onFinalize();
-    if (script_->settleFailure) throw Failure(*script_->settleFailure);
-    co_return;
-  }
-  QCoro::Task<> finalizeAndFinishThroughEndOfInput() override {
+  QCoro::Task<> finish() override {
     script_->calls << "finish";
     if (script_->onFinish) script_->onFinish();
     script_->end();
-    if (script_->settleFailure) throw Failure(*script_->settleFailure);
     co_return;
   }
-  QCoro::Task<> cancelAndFinishNow() override {
+  QCoro::Task<> cancel() override {
     script_->calls << "cancel";
     script_->end();
     co_return;
@@ -77,37 +61,30 @@ class ScriptedSpeechAnalyzer final : public SpeechAnalyzer {
 class ScriptedSpeechPlatform final : public SpeechPlatform {
  public:
   QCoro::Task<QStringList> supportedLocales() override { co_return script->locales; }
-  QCoro::Task<std::optional<QString>> supportedLocale(QString equivalentTo) override {
-    script->calls << "supportedLocale " + equivalentTo;
-    co_return equivalentLocale(equivalentTo, script->locales);
+  std::optional<SpeechSupport> support(const QString& localeID) override {
+    script->calls << "support " + localeID;
+    const std::optional<QString> locale = equivalentLocale(localeID, script->locales);
+    if (!locale) return std::nullopt;
+    return SpeechSupport{*locale, script->offer};
   }
-  std::shared_ptr<SpeechTranscriber> makeTranscriber(const QString& locale) override {
-    script->calls << "transcriber " + locale;
-    script->transcriber = std::make_shared<LocalTranscriber>(locale);
-    return script->transcriber;
-  }
-  QCoro::Task<std::shared_ptr<AssetInstallationRequest>> assetInstallationRequest(
-      std::shared_ptr<SpeechTranscriber>) override {
-    script->calls << "request";
-    co_return script->request;
-  }
-  QCoro::Task<std::optional<AudioFormat>> bestAvailableAudioFormat(
-      std::shared_ptr<SpeechTranscriber>) override {
-    script->calls << "format";
-    co_return script->format;
-  }
-  std::unique_ptr<SpeechAnalyzer> makeAnalyzer(std::shared_ptr<SpeechTranscriber>) override {
-    script->calls << "analyzer";
-    return std::make_unique<ScriptedSpeechAnalyzer>(script);
+  std::unique_ptr<SpeechRun> start(const QString& locale,
+                                   std::shared_ptr<AnalyzerInputStream> input) override {
+    script->calls << "start " + locale;
+    if (script->startFailure) throw Failure(*script->startFailure);
+    script->input = std::move(input);
+    auto run = std::make_unique<ScriptedSpeechRun>(script);
+    script->run = run.get();
+    return run;
   }
 
   std::shared_ptr<SpeechScript> script = std::make_shared<SpeechScript>();
 };
 
-/// A download that waits until it is told how it ends.
-class ScriptedInstallation final : public AssetInstallationRequest {
+/// A download that ends when the test says so.
+class ScriptedModelOffer final : public SpeechModelOffer {
  public:
-  QCoro::Task<> downloadAndInstall(std::stop_token stop) override {
+  qint64 downloadBytes() const override { return 0; }
+  QCoro::Task<> install(std::stop_token stop) override {
     stopToken = stop;
     const OneShot<bool> waiting = outcome;
     co_await waiting;

@@ -2,10 +2,10 @@
 #pragma once
 
 #include <atomic>
-#include <coroutine>
 #include <exception>
 #include <memory>
 #include <QCoreApplication>
+#include <QCoroTask>  // for <coroutine>, which moc 6.4 cannot parse as one of the first includes
 #include <QMetaObject>
 #include <utility>
 #include <variant>

@@ -11,11 +11,13 @@
 
 namespace velun {
 
-/// One piece of audio for the analyzer, in the analyzer's format.
+/// The audio format of every recognizer: 16 kHz mono float samples in -1…1.
+inline constexpr AudioFormat kSpeechFormat = {AudioFormat::Sample::float32, 16000, 1, true};
+
+/// A buffer of audio in `kSpeechFormat`.
 struct AnalyzerInput {
   PcmBuffer buffer;
 
-  /// How long it lasts.
   double seconds() const {
     return static_cast<double>(buffer.frameLength()) / buffer.format().sampleRate;
   }

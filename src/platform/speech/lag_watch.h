@@ -5,19 +5,19 @@
 
 namespace velun {
 
-/// Tells when decoding falls behind the incoming audio and when it has caught up again, with
-/// enough room between the two that the answer does not flicker.
+/// Reports when decoding falls behind the incoming audio and when it has caught up, with hysteresis
+/// so that the state does not flicker.
 class LagWatch {
  public:
-  /// Audio waiting, in seconds, beyond which decoding is behind. Settling a long phrase makes less
-  /// wait than this.
-  static constexpr double kBehindSeconds = 4.0;
-  /// Below this it has caught up.
+  /// More seconds of waiting audio than this: decoding is behind. Finalizing a long phrase delays
+  /// decoding by less.
+  static constexpr double kMaxPendingSeconds = 4.0;
+  /// At or below this it has caught up.
   static constexpr double kCaughtUpSeconds = 0.5;
 
-  /// The new answer, when `pendingSeconds` of waiting audio change it.
+  /// The new state, if `pendingSeconds` of waiting audio change it.
   std::optional<bool> update(double pendingSeconds) {
-    const double limit = isBehind_ ? kCaughtUpSeconds : kBehindSeconds;
+    const double limit = isBehind_ ? kCaughtUpSeconds : kMaxPendingSeconds;
     const bool isBehind = pendingSeconds > limit;
     if (isBehind == isBehind_) return std::nullopt;
     isBehind_ = isBehind;

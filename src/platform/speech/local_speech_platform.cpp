@@ -1,20 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/local_speech_platform.h"
 
-#include "platform/speech/local_speech_analyzer.h"
-#include "platform/speech/local_transcriber.h"
+#include "language/localization.h"
+#include "platform/foundation/failure.h"
+#include "platform/speech/local_speech_run.h"
 #include "platform/speech/locale_equivalence.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace velun {
 
-namespace {
-
-/// What every recognizer takes.
-constexpr AudioFormat kRecognizerFormat = {AudioFormat::Sample::float32, 16000, 1, true};
-
-}  // namespace
+using namespace std::chrono_literals;
 
 LocalSpeechPlatform::LocalSpeechPlatform(Providers providers, Clock& clock)
     : providers_(std::move(providers)), clock_(clock) {}
@@ -23,7 +20,7 @@ QStringList LocalSpeechPlatform::locales() const {
   QStringList all;
   for (const auto& provider : providers_) all += provider->supportedLocales();
   all.removeDuplicates();
-  // What works at once is preferred among the locales of one language.
+  // Among the locales of one language, prefer one that needs no download.
   std::stable_partition(all.begin(), all.end(), [this](const QString& locale) {
     return installedProvider(locale) != nullptr;
   });
@@ -53,50 +50,38 @@ QCoro::Task<QStringList> LocalSpeechPlatform::supportedLocales() {
   co_return locales();
 }
 
-QCoro::Task<std::optional<QString>> LocalSpeechPlatform::supportedLocale(QString equivalentTo) {
-  co_return equivalentLocale(equivalentTo, locales());
-}
-
-std::shared_ptr<SpeechTranscriber> LocalSpeechPlatform::makeTranscriber(const QString& locale) {
-  return std::make_shared<LocalTranscriber>(locale);
-}
-
-QCoro::Task<std::shared_ptr<AssetInstallationRequest>>
-LocalSpeechPlatform::assetInstallationRequest(std::shared_ptr<SpeechTranscriber> transcriber) {
-  std::shared_ptr<AssetInstallationRequest> request;
-  const QString locale = transcriber->locale();
-  if (installedProvider(locale)) co_return request;
+std::optional<SpeechSupport> LocalSpeechPlatform::support(const QString& localeID) {
+  const std::optional<QString> locale = equivalentLocale(localeID, locales());
+  if (!locale) return std::nullopt;
+  SpeechSupport support{*locale, nullptr};
+  if (installedProvider(*locale)) return support;
   for (const auto& provider : providers_) {
-    if (provider->supportedLocales().contains(locale)) {
-      request = provider->installationRequest(locale);
-    }
-    if (request) break;
+    if (!provider->supportedLocales().contains(*locale)) continue;
+    support.offer = provider->offer(*locale);
+    if (support.offer) break;
   }
-  co_return request;
+  return support;
 }
 
-QCoro::Task<std::optional<AudioFormat>> LocalSpeechPlatform::bestAvailableAudioFormat(
-    std::shared_ptr<SpeechTranscriber> compatibleWith) {
-  const bool isKnown = locales().contains(compatibleWith->locale());
-  std::optional<AudioFormat> format;
-  if (isKnown) format = kRecognizerFormat;
-  co_return format;
-}
-
-std::unique_ptr<SpeechAnalyzer> LocalSpeechPlatform::makeAnalyzer(
-    std::shared_ptr<SpeechTranscriber> transcriber) {
-  const QString locale = transcriber->locale();
+std::unique_ptr<SpeechRun> LocalSpeechPlatform::start(const QString& locale,
+                                                      std::shared_ptr<AnalyzerInputStream> input) {
   const std::shared_ptr<RecognizerProvider> best = installedProvider(locale);
-  RecognizerProvider::Factory factory;
-  if (best) factory = best->factory(locale);
-  std::function<void()> fetchBetter;
-  if (const auto better = betterProvider(locale); best && better) {
-    fetchBetter = [better, locale] {
-      better->fetchInBackground(locale);
-    };
+  if (!best) {
+    throw Failure(L("No speech model is installed for this language",
+                    "이 언어의 음성 모델이 설치되어 있지 않습니다"));
   }
-  return std::make_unique<LocalSpeechAnalyzer>(std::move(transcriber), std::move(factory),
-                                               std::move(fetchBetter), clock_);
+  auto run = std::make_unique<LocalSpeechRun>(best->factory(locale), std::move(input));
+  if (auto better = betterProvider(locale)) fetchLater(*run, std::move(better), locale);
+  return run;
+}
+
+void LocalSpeechPlatform::fetchLater(SpeechRun& run, std::shared_ptr<RecognizerProvider> provider,
+                                     const QString& locale) {
+  std::shared_ptr<ScheduledCall> call = clock_.callAfter(
+      1min, [provider = std::move(provider), locale] { provider->fetchInBackground(locale); });
+  // The connection owns the call, which is cancelled when the run ends or is destroyed.
+  QObject::connect(&run, &SpeechRun::ended, &run,
+                   [call = std::move(call)]() mutable { call.reset(); });
 }
 
 }  // namespace velun

@@ -7,27 +7,27 @@
 
 namespace velun {
 
-/// Puts case and punctuation on the words of a recognizer that writes neither. Made, used and
-/// destroyed on one decode worker.
+/// Adds case and punctuation to the words of a recognizer that writes neither. Created, used and
+/// destroyed on one decode thread.
 class PunctuationRestorer {
  public:
-  /// Makes one; called on the decode worker that will use it. Throws `Failure`.
+  /// Creates one; called on the decode thread that will use it. Throws `Failure`.
   using Factory = std::function<std::unique_ptr<PunctuationRestorer>()>;
 
   virtual ~PunctuationRestorer() = default;
 
-  /// Makes it ready, which may take a second: the first text then does not wait. Never throws.
+  /// Loads the model ahead of the first text, which may take a second. Never throws.
   virtual void load() = 0;
 
-  /// The same words with case and punctuation. Takes a few milliseconds. When it cannot be done the
-  /// text comes back as it was; never throws.
+  /// The same words with case and punctuation, or the unchanged text on failure. Takes a few
+  /// milliseconds; never throws.
   virtual QString restored(const QString& text) = 0;
 
-  /// Nothing is wanted any more: an operation under way returns soon. Any thread.
+  /// Makes a running operation return soon. Only destruction follows. Any thread.
   virtual void cancel() = 0;
 };
 
-/// Says whether punctuation can be restored. Main thread.
+/// Creates punctuation restorers. Main thread.
 class PunctuationProvider {
  public:
   virtual ~PunctuationProvider() = default;

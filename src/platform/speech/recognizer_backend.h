@@ -8,32 +8,32 @@
 
 namespace velun {
 
-/// One recognizer at work. Made, used and destroyed on one decode worker; takes 16 kHz mono float
-/// samples in -1…1. Every operation but `cancel` may throw `Failure`, which ends the run; what was
-/// found before is still there for `poll`.
+/// One recognizer. Created, used and destroyed on one decode thread; takes 16 kHz mono float
+/// samples in -1…1. Every operation but `cancel` may throw `Failure`, which ends the run; earlier
+/// results can still be polled then.
 class RecognizerBackend {
  public:
   virtual ~RecognizerBackend() = default;
 
-  /// The first operation: makes ready what takes so long that `cancel` must be able to end it.
+  /// The first call: does the slow part of the initialization, which `cancel` must be able to end.
   virtual void load() {}
 
-  /// Takes audio and decodes it.
+  /// Decodes the samples.
   virtual void acceptAudio(std::span<const float> samples) = 0;
 
-  /// The results since the last call, in order. A draft that did not change is not repeated.
+  /// The results since the last call, in order. An unchanged draft is not repeated.
   virtual std::vector<TranscriptionResult> poll() = 0;
 
-  /// Whether results may still come without more audio: a phrase is under way or being settled.
-  /// `poll` is then called every now and then, and `finalize` when the audio has stopped.
+  /// Whether results may still come without more audio: a phrase is under way or being finalized.
+  /// While true, `poll` is called every few milliseconds, and silence is fed when audio stops
+  /// arriving.
   virtual bool expectsResults() const { return false; }
 
-  /// Settles the phrase under way, feeding the recognizer the silence it needs; `poll` then gives
-  /// its final result.
+  /// Finalizes the phrase under way, as if enough silence had followed; `poll` then returns its
+  /// final result.
   virtual void finalize() = 0;
 
-  /// Any thread: nothing is wanted any more, and an operation under way returns soon. Only
-  /// destruction follows.
+  /// Makes a running operation return soon. Only destruction follows. Any thread.
   virtual void cancel() = 0;
 };
 

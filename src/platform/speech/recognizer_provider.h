@@ -11,30 +11,30 @@
 
 namespace velun {
 
-/// One kind of recognizer: which locales it knows, what is installed of it, and how to make it.
-/// Main thread, except the factories that it gives out.
+/// One kind of recognizer: its locales, what of it is installed, and how to create it. Main thread,
+/// except the factories that it returns.
 class RecognizerProvider {
  public:
-  /// Makes a recognizer; called on the decode worker that will use it. Throws `Failure`.
+  /// Creates a recognizer; called on the decode thread that will use it. Throws `Failure`.
   using Factory = std::function<std::unique_ptr<RecognizerBackend>()>;
 
   virtual ~RecognizerProvider() = default;
 
-  /// Every locale that it can recognize, installed or to be downloaded, such as "en_US".
+  /// Every locale that it can recognize, installed or downloadable, such as "en_US".
   virtual QStringList supportedLocales() const = 0;
 
   /// Whether the locale can be recognized now, without a download.
   virtual bool isInstalled(const QString& locale) const = 0;
 
-  /// What makes the recognizer of a locale that is installed.
+  /// The factory of recognizers for an installed locale.
   virtual Factory factory(const QString& locale) const = 0;
 
-  /// What installs the locale; null when it cannot be downloaded.
-  virtual std::shared_ptr<AssetInstallationRequest> installationRequest(const QString& locale) = 0;
+  /// The model to download for the locale; null when there is none.
+  virtual std::shared_ptr<SpeechModelOffer> offer(const QString& /*locale*/) { return nullptr; }
 
-  /// Captions have been running for a minute with a lesser recognizer although this one knows
-  /// `locale`: it may fetch its model quietly for the next start.
-  virtual void fetchInBackground(const QString& locale) = 0;
+  /// Captions have run for a minute with a lesser recognizer although this one supports `locale`:
+  /// it may download its model quietly for the next start.
+  virtual void fetchInBackground(const QString& /*locale*/) {}
 };
 
 }  // namespace velun

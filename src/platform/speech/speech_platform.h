@@ -1,69 +1,66 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/audio/audio_format.h"
 #include "platform/speech/analyzer_input.h"
 #include "platform/speech/transcription_result.h"
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <QCoroTask>
+#include <QObject>
 #include <QString>
 #include <QStringList>
 #include <stop_token>
 
 namespace velun {
 
-/// Recognition of one language with progressive results: drafts while a phrase is unfinished, then
-/// the phrase as it stays. Main thread.
-class SpeechTranscriber {
+/// A speech model that can be downloaded. Main thread.
+class SpeechModelOffer {
  public:
-  virtual ~SpeechTranscriber() = default;
+  virtual ~SpeechModelOffer() = default;
 
-  /// The supported locale identifier that it was made for.
-  virtual QString locale() const = 0;
+  /// What has to be downloaded, in bytes.
+  virtual qint64 downloadBytes() const = 0;
 
-  /// Hears every result, in order, on the main thread. Set before the analyzer starts.
-  std::function<void(const TranscriptionResult&)> onResult;
-
-  /// Hears the end of the results, once: the error's text when they ended with one.
-  std::function<void(const std::optional<QString>& error)> onEnd;
-
-  /// Hears that recognition falls behind real time (true) or has caught up.
-  std::function<void(bool)> onFallingBehind;
-};
-
-/// Runs one transcriber over one stream of audio. Main thread. Destroying it ends the run at once:
-/// nothing of it runs afterwards, and an operation that waits returns.
-class SpeechAnalyzer {
- public:
-  virtual ~SpeechAnalyzer() = default;
-
-  /// Begins to take audio from `input`. Throws `Failure` when recognition cannot be set up.
-  virtual QCoro::Task<> start(std::shared_ptr<AnalyzerInputStream> input) = 0;
-
-  /// Settles everything received so far: the draft becomes a final result.
-  virtual QCoro::Task<> finalizeThroughEndOfInputSoFar() = 0;
-
-  /// Settles everything up to the end of the finished input stream, then ends the results.
-  virtual QCoro::Task<> finalizeAndFinishThroughEndOfInput() = 0;
-
-  /// Ends at once; what was not settled is lost.
-  virtual QCoro::Task<> cancelAndFinishNow() = 0;
-};
-
-/// A download that recognition of a language waits for. Main thread.
-class AssetInstallationRequest {
- public:
-  virtual ~AssetInstallationRequest() = default;
-
-  /// Returns when the model is ready to use. Throws `Failure` with a text that says what to do,
+  /// Completes when the model is ready to use. Throws `Failure` with a text that says what to do,
   /// or `Cancelled` soon after a stop was requested.
-  virtual QCoro::Task<> downloadAndInstall(std::stop_token stop) = 0;
+  virtual QCoro::Task<> install(std::stop_token stop) = 0;
 };
 
-/// The platform's speech services. Main thread.
+/// How a language can be recognized.
+struct SpeechSupport {
+  /// The supported locale that serves the requested one.
+  QString locale;
+  /// Null when a model is installed, or when none can be downloaded.
+  std::shared_ptr<SpeechModelOffer> offer;
+};
+
+/// One recognizer at work on one stream of audio. Destroying it ends the run at once: it emits
+/// nothing more, and pending operations complete. The operations never fail. Main thread.
+class SpeechRun : public QObject {
+  Q_OBJECT
+
+ public:
+  /// Finalizes the audio received so far: completes after its results were delivered, or when the
+  /// run ends.
+  virtual QCoro::Task<> settle() = 0;
+
+  /// Ends the input stream. Completes after the remaining results and `ended` were delivered.
+  virtual QCoro::Task<> finish() = 0;
+
+  /// Ends the run soon and discards undelivered results. Completes after `ended`.
+  virtual QCoro::Task<> cancel() = 0;
+
+ Q_SIGNALS:
+  /// A draft or a final result, in the order of the audio.
+  void resultReady(const velun::TranscriptionResult& result);
+  /// Decoding has fallen behind the audio, or has caught up.
+  void lagChanged(bool isBehind);
+  /// The last signal. `error` is the text of the failure that ended the run, if one did.
+  void ended(const std::optional<QString>& error);
+};
+
+/// The speech services of this system. Main thread.
 class SpeechPlatform {
  public:
   virtual ~SpeechPlatform() = default;
@@ -71,22 +68,14 @@ class SpeechPlatform {
   /// The identifiers of the locales that can be recognized, such as "en_US".
   virtual QCoro::Task<QStringList> supportedLocales() = 0;
 
-  /// The supported locale for `localeID`: the same, else one of the same language and script.
-  virtual QCoro::Task<std::optional<QString>> supportedLocale(QString equivalentTo) = 0;
+  /// How `localeID`, or another locale of the same language and script, can be recognized;
+  /// nullopt when it cannot.
+  virtual std::optional<SpeechSupport> support(const QString& localeID) = 0;
 
-  /// A transcriber with progressive results for a supported locale.
-  virtual std::shared_ptr<SpeechTranscriber> makeTranscriber(const QString& locale) = 0;
-
-  /// What has to be downloaded before `transcriber` can work; null when nothing has to be.
-  virtual QCoro::Task<std::shared_ptr<AssetInstallationRequest>> assetInstallationRequest(
-      std::shared_ptr<SpeechTranscriber> transcriber) = 0;
-
-  /// The audio format that the transcriber works best with; none when there is none.
-  virtual QCoro::Task<std::optional<AudioFormat>> bestAvailableAudioFormat(
-      std::shared_ptr<SpeechTranscriber> compatibleWith) = 0;
-
-  virtual std::unique_ptr<SpeechAnalyzer> makeAnalyzer(
-      std::shared_ptr<SpeechTranscriber> transcriber) = 0;
+  /// Starts recognizing `input` in a supported locale. Its signals are emitted from the event loop
+  /// only, so connect to them right after the call. Throws `Failure` when no model is installed.
+  virtual std::unique_ptr<SpeechRun> start(const QString& locale,
+                                           std::shared_ptr<AnalyzerInputStream> input) = 0;
 };
 
 }  // namespace velun

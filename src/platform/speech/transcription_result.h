@@ -5,7 +5,7 @@
 
 namespace velun {
 
-/// One answer of a transcriber: the phrase so far, or the phrase as it stays.
+/// The text of one phrase: a draft that may change, or final.
 struct TranscriptionResult {
   QString text;
   bool isFinal = false;

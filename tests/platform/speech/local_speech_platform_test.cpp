@@ -16,8 +16,8 @@ namespace {
 
 /// A better and a lesser provider behind one platform.
 struct Fixture {
-  std::shared_ptr<AssetInstallationRequest> request(const QString& locale) {
-    return QCoro::waitFor(platform.assetInstallationRequest(platform.makeTranscriber(locale)));
+  std::unique_ptr<SpeechRun> start() {
+    return platform.start("en_US", std::make_shared<AnalyzerInputStream>());
   }
 
   test::ManualClock clock;
@@ -34,14 +34,14 @@ class LocalSpeechPlatformTest final : public test::Suite {
   Q_OBJECT
 
  private Q_SLOTS:
-  void theLocalesOfAllProvidersAreListedOnce() {
+  void localesOfAllProvidersAreListedOnce() {
     Fixture f;
     QStringList locales = QCoro::waitFor(f.platform.supportedLocales());
     locales.sort();
     QCOMPARE(locales, QStringList({"en_US", "fr_FR", "ko_KR"}));
   }
 
-  void equivalentLocales_data() {
+  void findsEquivalentLocales_data() {
     QTest::addColumn<QString>("identifier");
     QTest::addColumn<QString>("equivalent");
     QTest::newRow("exact") << "fr_FR"
@@ -63,62 +63,53 @@ class LocalSpeechPlatformTest final : public test::Suite {
     QTest::newRow("empty") << ""
                            << "";
   }
-  void equivalentLocales() {
+  void findsEquivalentLocales() {
     QFETCH(QString, identifier);
     QFETCH(QString, equivalent);
     const QStringList supported = {"fr_CA", "en_US", "fr_FR", "zh_CN"};
     QCOMPARE(equivalentLocale(identifier, supported).value_or(QString()), equivalent);
   }
 
-  void anIdentifierOfAnyLengthIsTaken() {
+  void acceptsIdentifiersOfAnyLength() {
     for (int length = 1; length < 300; ++length) {
       const QString identifier = "en_US@calendar=" + QString(length, u'a');
       QCOMPARE(equivalentLocale(identifier, {"en_US"}), std::optional(QString("en_US")));
     }
   }
 
-  void nothingIsRequestedWhereSomethingIsInstalled() {
+  void downloadIsOfferedOnlyWhereNothingIsInstalled() {
     Fixture f;
-    f.better->request = std::make_shared<test::ScriptedInstallation>();
-    QVERIFY(!f.request("en_US"));
-    QVERIFY(f.better->requested.isEmpty());
-    QCOMPARE(f.request("fr_FR"), f.better->request);
-    QCOMPARE(f.better->requested, QStringList{"fr_FR"});
+    f.better->model = std::make_shared<test::ScriptedModelOffer>();
+    const std::optional<SpeechSupport> installed = f.platform.support("en-GB");
+    QVERIFY(installed);
+    QCOMPARE(installed->locale, QString("en_US"));
+    QVERIFY(!installed->offer);
+    QVERIFY(f.better->asked.isEmpty());
+    const std::optional<SpeechSupport> missing = f.platform.support("fr_FR");
+    QVERIFY(missing);
+    QCOMPARE(missing->offer, f.better->model);
+    QVERIFY(!f.platform.support("de_DE"));
   }
 
-  void theFormatIsSixteenKilohertzMono() {
-    Fixture f;
-    const auto format =
-        QCoro::waitFor(f.platform.bestAvailableAudioFormat(f.platform.makeTranscriber("en_US")));
-    QVERIFY(format.has_value());
-    QCOMPARE(*format, (AudioFormat{AudioFormat::Sample::float32, 16000, 1, true}));
-    QVERIFY(
-        !QCoro::waitFor(f.platform.bestAvailableAudioFormat(f.platform.makeTranscriber("de_DE"))));
-  }
-
-  void theBestInstalledRecognizerIsUsed() {
+  void bestInstalledRecognizerIsUsed() {
     Fixture f;
     f.better->installedList << "en_US";
-    const auto transcriber = f.platform.makeTranscriber("en_US");
-    const auto analyzer = f.platform.makeAnalyzer(transcriber);
-    test::await(analyzer->start(std::make_shared<AnalyzerInputStream>()));
+    const std::unique_ptr<SpeechRun> run = f.start();
     QTRY_COMPARE(f.better->script->alive.load(), 1);
     QCOMPARE(f.lesser->script->alive.load(), 0);
-    test::await(analyzer->cancelAndFinishNow());
+    test::await(run->cancel());
     QCOMPARE(f.better->script->alive.load(), 0);
   }
 
-  void aLanguageWithoutARecognizerCannotStart() {
+  void languageWithoutModelCannotStart() {
     Fixture f;
-    const auto analyzer = f.platform.makeAnalyzer(f.platform.makeTranscriber("fr_FR"));
     QVERIFY_THROWS_EXCEPTION(Failure,
-                             test::await(analyzer->start(std::make_shared<AnalyzerInputStream>())));
+                             f.platform.start("fr_FR", std::make_shared<AnalyzerInputStream>()));
   }
 
-  void aBetterModelIsFetchedAfterAMinuteOfCaptions() {
+  void betterModelIsFetchedAfterAMinuteOfCaptions() {
     Fixture f;
-    const auto analyzer = f.platform.makeAnalyzer(f.platform.makeTranscriber("en_US"));
-    test::await(analyzer->start(std::make_shared<AnalyzerInputStream>()));
+    const std::unique_ptr<SpeechRun> run = f.start();
     f.clock.advance(59s);
     QVERIFY(f.better->fetched.isEmpty());
     f.clock.advance(1s);
@@ -130,12 +121,13 @@ class LocalSpeechPlatformTest final : public test::Suite {
 
   void nothingIsFetchedForAShortRun() {
     Fixture f;
-    const auto analyzer = f.platform.makeAnalyzer(f.platform.makeTranscriber("en_US"));
-    test::await(analyzer->start(std::make_shared<AnalyzerInputStream>()));
+    const std::unique_ptr<SpeechRun> run = f.start();
     f.clock.advance(30s);
-    test::await(analyzer->cancelAndFinishNow());
+    test::await(run->cancel());
+    f.start().reset();
     f.clock.advance(60s);
     QVERIFY(f.better->fetched.isEmpty());
+    QCOMPARE(f.clock.scheduledCount(), std::size_t(0));
   }
 };
 

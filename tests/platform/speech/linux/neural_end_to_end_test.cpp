@@ -5,6 +5,7 @@
 #include "platform/speech/linux/neural/neural_recognizer_provider.h"
 #include "platform/speech/linux/neural_fixture.h"
 #include "platform/speech/local_speech_platform.h"
+#include "support/await.h"
 #include "support/failure_of.h"
 #include "support/manual_clock.h"
 #include "support/suite.h"
@@ -61,28 +62,23 @@ class NeuralEndToEndTest final : public test::Suite {
                                   {"punctuation.onnx", "punctuation.vocab"})});
   }
 
-  /// What captions of a sound would be.
+  /// The final results for a sound, or the failure.
   QStringList caption(const std::vector<float>& samples) {
-    const auto transcriber = platform_->makeTranscriber("en_US");
-    QStringList finals;
-    QString error;
-    transcriber->onResult = [&finals](const TranscriptionResult& result) {
-      if (result.isFinal) finals.append(result.text);
-    };
-    transcriber->onEnd = [&error](const std::optional<QString>& text) {
-      error = text.value_or(QString());
-    };
-    const auto analyzer = platform_->makeAnalyzer(transcriber);
     const auto input = std::make_shared<AnalyzerInputStream>();
-    if (failureOf(analyzer->start(input)) != QString()) return {"it does not start"};
-    const AudioFormat format = {AudioFormat::Sample::float32, 16000, 1, true};
-    PcmBuffer buffer(format, samples.size());
+    const std::unique_ptr<SpeechRun> run = platform_->start("en_US", input);
+    QStringList finals;
+    connect(run.get(), &SpeechRun::resultReady, this, [&finals](const TranscriptionResult& result) {
+      if (result.isFinal) finals.append(result.text);
+    });
+    connect(run.get(), &SpeechRun::ended, this, [&finals](const std::optional<QString>& error) {
+      if (error) finals.append(*error);
+    });
+    PcmBuffer buffer(kSpeechFormat, samples.size());
     buffer.setFrameLength(samples.size());
     std::memcpy(buffer.mutableBytes(), samples.data(), samples.size() * sizeof(float));
     input->yield({std::move(buffer)});
-    input->finish();
-    const QString failure = failureOf(analyzer->finalizeAndFinishThroughEndOfInput());
-    return failure.isEmpty() && error.isEmpty() ? finals : QStringList(failure + error);
+    await(run->finish());
+    return finals;
   }
 
  private Q_SLOTS:
@@ -99,13 +95,12 @@ class NeuralEndToEndTest final : public test::Suite {
         LocalSpeechPlatform::Providers{
             std::make_shared<NeuralRecognizerProvider>(models, *store_, helperProgram())},
         clock_);
-    const auto transcriber = platform_->makeTranscriber("en_US");
     server_.answers = {{.status = 404}};
-    auto request = QCoro::waitFor(platform_->assetInstallationRequest(transcriber));
-    QVERIFY(request);
-    QVERIFY(failureOf(request->downloadAndInstall(std::stop_token())).contains("error 404"));
-    QCOMPARE(failureOf(request->downloadAndInstall(std::stop_token())), QString());
-    QVERIFY(!QCoro::waitFor(platform_->assetInstallationRequest(transcriber)));
+    const std::shared_ptr<SpeechModelOffer> offer = platform_->support("en_US")->offer;
+    QVERIFY(offer);
+    QVERIFY(failureOf(offer->install(std::stop_token())).contains("error 404"));
+    QCOMPARE(failureOf(offer->install(std::stop_token())), QString());
+    QVERIFY(!platform_->support("en_US")->offer);
     QTRY_VERIFY(store_->busy().isEmpty());
     QCOMPARE(caption(sound("h01.wav")), QStringList("Turn. Off. The. Music. Now."));
   }

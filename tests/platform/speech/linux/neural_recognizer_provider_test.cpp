@@ -79,8 +79,9 @@ class NeuralRecognizerProviderTest final : public test::Suite {
   }
 
   void aDownloadBringsThePunctuationAfterwards() {
-    const auto request = provider_.installationRequest("en_US");
-    QCOMPARE(failureOf(request->downloadAndInstall(std::stop_token())), QString());
+    const auto offer = provider_.offer("en_US");
+    QVERIFY(offer->downloadBytes() > 1'000'000);
+    QCOMPARE(failureOf(offer->install(std::stop_token())), QString());
     QCOMPARE(store_.asked, QStringList(modelOf("en").id));
     QCOMPARE(store_.askedQuietly, QStringList(modelOf("en", ModelKind::punctuation).id));
     QVERIFY(provider_.isInstalled("en_US"));
@@ -97,10 +98,10 @@ class NeuralRecognizerProviderTest final : public test::Suite {
 
   void aFailedDownloadIsTheStoresFailure() {
     store_.failure = "no space";
-    const auto request = provider_.installationRequest("de_DE");
-    QCOMPARE(failureOf(request->downloadAndInstall(std::stop_token())), QString("no space"));
+    const auto offer = provider_.offer("de_DE");
+    QCOMPARE(failureOf(offer->install(std::stop_token())), QString("no space"));
     QVERIFY(!provider_.isInstalled("de_DE"));
-    QVERIFY(!provider_.installationRequest("xx_XX"));
+    QVERIFY(!provider_.offer("xx_XX"));
   }
 
   void theBackgroundIsQuiet() {

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <malloc.h>
 #include <utility>
 
 namespace velun {
@@ -75,6 +76,10 @@ BuiltInBackend::BuiltInBackend(std::unique_ptr<PunctuationRestorer> punctuation)
     : punctuation_(std::move(punctuation)), drafts_(kDraftOptions) {}
 
 BuiltInBackend::~BuiltInBackend() = default;
+
+BuiltInBackend::HeapTrimmer::~HeapTrimmer() {
+  malloc_trim(0);
+}
 
 void BuiltInBackend::load() {
   if (punctuation_) punctuation_->load();

@@ -40,6 +40,12 @@ class BuiltInBackend final : public RecognizerBackend {
   QString written(const QStringList& words) const;
   void takeFinal();
 
+  /// Returns the decoders' memory to the system, where the allocator would keep some of it.
+  struct HeapTrimmer {
+    ~HeapTrimmer();
+  };
+
+  HeapTrimmer trimmer_;  // destroyed after the decoders
   std::unique_ptr<PunctuationRestorer> punctuation_;
   SphinxDecoder drafts_;
   FinalPass finals_;

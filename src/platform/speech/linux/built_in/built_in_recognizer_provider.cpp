@@ -4,34 +4,11 @@
 #include "platform/speech/linux/built_in/built_in_backend.h"
 #include "platform/speech/linux/built_in/sphinx_decoder.h"
 
-#include <malloc.h>
-
 namespace velun {
 
 namespace {
 
 const auto kLocale = QStringLiteral("en_US");
-
-/// Gives the decoders' memory back to the system once they are freed; the allocator would keep
-/// some of it.
-class TrimmedBackend final : public RecognizerBackend {
- public:
-  explicit TrimmedBackend(std::unique_ptr<RecognizerBackend> backend)
-      : backend_(std::move(backend)) {}
-  ~TrimmedBackend() override {
-    backend_.reset();
-    malloc_trim(0);
-  }
-  void load() override { backend_->load(); }
-  void acceptAudio(std::span<const float> samples) override { backend_->acceptAudio(samples); }
-  std::vector<TranscriptionResult> poll() override { return backend_->poll(); }
-  bool expectsResults() const override { return backend_->expectsResults(); }
-  void finalize() override { backend_->finalize(); }
-  void cancel() override { backend_->cancel(); }
-
- private:
-  std::unique_ptr<RecognizerBackend> backend_;
-};
 
 }  // namespace
 
@@ -51,16 +28,8 @@ RecognizerProvider::Factory BuiltInRecognizerProvider::factory(const QString& lo
   PunctuationRestorer::Factory marks;
   if (punctuation_) marks = punctuation_->punctuationFactory(locale);
   return [marks]() -> std::unique_ptr<RecognizerBackend> {
-    auto backend = std::make_unique<BuiltInBackend>(marks ? marks() : nullptr);
-    return std::make_unique<TrimmedBackend>(std::move(backend));
+    return std::make_unique<BuiltInBackend>(marks ? marks() : nullptr);
   };
 }
-
-std::shared_ptr<AssetInstallationRequest> BuiltInRecognizerProvider::installationRequest(
-    const QString&) {
-  return nullptr;
-}
-
-void BuiltInRecognizerProvider::fetchInBackground(const QString&) {}
 
 }  // namespace velun

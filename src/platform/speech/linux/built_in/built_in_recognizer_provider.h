@@ -11,15 +11,13 @@ namespace velun {
 /// The recognizer that works the moment the program is installed: US English.
 class BuiltInRecognizerProvider final : public RecognizerProvider {
  public:
-  /// `punctuation` is asked at each start; null, or where it has nothing for the locale, results
-  /// have no punctuation.
+  /// Without `punctuation`, or where it has nothing installed for the locale, results have no
+  /// punctuation.
   explicit BuiltInRecognizerProvider(std::shared_ptr<PunctuationProvider> punctuation = nullptr);
 
   QStringList supportedLocales() const override;
   bool isInstalled(const QString& locale) const override;
   Factory factory(const QString& locale) const override;
-  std::shared_ptr<AssetInstallationRequest> installationRequest(const QString& locale) override;
-  void fetchInBackground(const QString& locale) override;
 
  private:
   std::shared_ptr<PunctuationProvider> punctuation_;

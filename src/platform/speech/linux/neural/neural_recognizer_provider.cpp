@@ -27,13 +27,18 @@ int decodeThreads() {
   return std::clamp(static_cast<int>(std::thread::hardware_concurrency()) / 2, 1, 4);
 }
 
-/// Fetches the models in turn; what serves the first only, such as punctuation, may be missing.
-class ModelInstallation final : public AssetInstallationRequest {
+/// Downloads a recognition model, then what improves it, such as punctuation, if that can be had.
+class ModelOffer final : public SpeechModelOffer {
  public:
-  ModelInstallation(ModelStore& store, Model model, std::optional<Model> extra)
+  ModelOffer(ModelStore& store, Model model, std::optional<Model> extra)
       : store_(&store), model_(std::move(model)), extra_(std::move(extra)) {}
 
-  QCoro::Task<> downloadAndInstall(std::stop_token stop) override {
+  qint64 downloadBytes() const override {
+    qint64 bytes = 0;
+    for (const ModelDownload& download : model_.downloads) bytes += download.bytes;
+    return bytes;
+  }
+  QCoro::Task<> install(std::stop_token stop) override {
     const QPointer<ModelStore> store = store_;
     const std::optional<Model> extra = extra_;
     const Model model = model_;
@@ -156,13 +161,12 @@ PunctuationRestorer::Factory NeuralRecognizerProvider::punctuationFactory(
   };
 }
 
-std::shared_ptr<AssetInstallationRequest> NeuralRecognizerProvider::installationRequest(
-    const QString& locale) {
+std::shared_ptr<SpeechModelOffer> NeuralRecognizerProvider::offer(const QString& locale) {
   const Model* model = modelFor(locale);
   if (!model || program_.isEmpty()) return nullptr;
   std::optional<Model> extra;
   if (const Model* marks = punctuationFor(locale)) extra = *marks;
-  return std::make_shared<ModelInstallation>(store_, *model, extra);
+  return std::make_shared<ModelOffer>(store_, *model, extra);
 }
 
 void NeuralRecognizerProvider::fetchInBackground(const QString& locale) {

@@ -28,7 +28,7 @@ class NeuralRecognizerProvider final : public RecognizerProvider, public Punctua
   QStringList supportedLocales() const override;
   bool isInstalled(const QString& locale) const override;
   Factory factory(const QString& locale) const override;
-  std::shared_ptr<AssetInstallationRequest> installationRequest(const QString& locale) override;
+  std::shared_ptr<SpeechModelOffer> offer(const QString& locale) override;
   void fetchInBackground(const QString& locale) override;
 
   /// What the helper is told for a locale that is installed.

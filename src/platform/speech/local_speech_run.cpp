@@ -1,0 +1,200 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/speech/local_speech_run.h"
+
+#include "platform/foundation/failure.h"
+
+#include <algorithm>
+#include <chrono>
+#include <QMetaObject>
+#include <QScopeGuard>
+#include <utility>
+
+namespace velun {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// How often a recognizer that expects results is polled while no audio arrives.
+constexpr auto kPollInterval = 20ms;
+/// A source with nothing to play may deliver no buffers at all. A gap longer than this, which even
+/// a busy machine does not need between two buffers, is decoded as silence, so that a phrase ends
+/// where it ended and is not joined to what follows.
+constexpr auto kMaxBufferInterval = 250ms;
+/// A process that was suspended for an hour has not recorded an hour of silence.
+constexpr std::chrono::nanoseconds kMaxSilence = 1s;
+constexpr double kSampleRate = 16000;
+
+using SteadyClock = std::chrono::steady_clock;
+
+}  // namespace
+
+LocalSpeechRun::LocalSpeechRun(RecognizerProvider::Factory factory,
+                               std::shared_ptr<AnalyzerInputStream> input)
+    : input_(std::move(input)) {
+  thread_ = std::thread([this, factory = std::move(factory)] { run(factory); });
+}
+
+LocalSpeechRun::~LocalSpeechRun() {
+  requestCancel();
+  thread_.join();
+  ended_.complete({});
+}
+
+QCoro::Task<> LocalSpeechRun::settle() {
+  const OneShot<std::monostate> settled;
+  {
+    const std::lock_guard lock(mutex_);
+    if (hasEnded_) {
+      settled.complete({});
+    } else {
+      settleRequests_.push_back(settled);
+    }
+  }
+  input_->interrupt();
+  co_await settled;
+}
+
+QCoro::Task<> LocalSpeechRun::finish() {
+  const OneShot<std::monostate> ended = ended_;
+  input_->finish();
+  co_await ended;
+}
+
+QCoro::Task<> LocalSpeechRun::cancel() {
+  const OneShot<std::monostate> ended = ended_;
+  requestCancel();
+  co_await ended;
+}
+
+void LocalSpeechRun::requestCancel() {
+  isCancelled_ = true;
+  {
+    const std::lock_guard lock(mutex_);
+    if (backend_) backend_->cancel();
+  }
+  input_->interrupt();
+}
+
+void LocalSpeechRun::deliverEnd(const std::optional<QString>& error) {
+  // Waiting coroutines continue from the event loop, after the slots of the signal.
+  ended_.complete({});
+  Q_EMIT ended(error);
+}
+
+void LocalSpeechRun::setBackend(RecognizerBackend* backend) {
+  const std::lock_guard lock(mutex_);
+  backend_ = backend;
+  if (backend_ && isCancelled_) backend_->cancel();
+}
+
+void LocalSpeechRun::run(const RecognizerProvider::Factory& factory) {
+  std::optional<QString> error;
+  try {
+    const std::unique_ptr<RecognizerBackend> backend = factory();
+    setBackend(backend.get());
+    const auto forget = qScopeGuard([this] { setBackend(nullptr); });
+    loadAndDecode(*backend);
+  } catch (const std::exception& failure) {
+    error = descriptionOf(failure);
+  }
+  if (isCancelled_) error.reset();
+  QMetaObject::invokeMethod(
+      this, [this, error] { deliverEnd(error); }, Qt::QueuedConnection);
+  const std::lock_guard lock(mutex_);
+  hasEnded_ = true;
+  for (const auto& request : std::exchange(settleRequests_, {})) request.complete({});
+}
+
+void LocalSpeechRun::loadAndDecode(RecognizerBackend& backend) {
+  backend.load();
+  try {
+    decode(backend);
+  } catch (const std::exception&) {
+    try {
+      postResults(backend);
+    } catch (const std::exception&) {
+      // It has no more results.
+    }
+    throw;
+  }
+}
+
+void LocalSpeechRun::decode(RecognizerBackend& backend) {
+  auto lastAudio = SteadyClock::now();
+  auto decodedUntil = lastAudio;
+  while (!isCancelled_) {
+    const bool isPolling = backend.expectsResults();
+    const std::optional<AnalyzerInput> input =
+        isPolling ? input_->next(kPollInterval) : input_->next();
+    if (isCancelled_) return;
+    if (input) {
+      lastAudio = SteadyClock::now();
+      accept(backend, *input);
+    } else if (input_->isDrained()) {
+      backend.finalize();
+      postResults(backend);
+      return;
+    } else if (isPolling && SteadyClock::now() - lastAudio > kMaxBufferInterval) {
+      decodedUntil = std::max(decodedUntil, lastAudio);
+      const auto now = SteadyClock::now();
+      acceptSilence(backend, std::min<std::chrono::nanoseconds>(now - decodedUntil, kMaxSilence));
+      decodedUntil = now;
+    }
+    postResults(backend);
+    completeSettleRequests(backend);
+  }
+}
+
+void LocalSpeechRun::accept(RecognizerBackend& backend, const AnalyzerInput& input) {
+  backend.acceptAudio(input.buffer.floatSamples());
+  if (const auto isBehind = lag_.update(input_->pendingSeconds())) {
+    post([this, behind = *isBehind] { Q_EMIT lagChanged(behind); });
+  }
+}
+
+void LocalSpeechRun::acceptSilence(RecognizerBackend& backend, std::chrono::nanoseconds duration) {
+  const double seconds = std::chrono::duration<double>(duration).count();
+  const std::vector<float> silence(static_cast<std::size_t>(seconds * kSampleRate), 0.0F);
+  backend.acceptAudio(silence);
+}
+
+void LocalSpeechRun::postResults(RecognizerBackend& backend) {
+  for (TranscriptionResult& result : backend.poll()) {
+    post([this, result = std::move(result)] { Q_EMIT resultReady(result); });
+  }
+}
+
+void LocalSpeechRun::completeSettleRequests(RecognizerBackend& backend) {
+  std::vector<OneShot<std::monostate>> requests;
+  {
+    const std::lock_guard lock(mutex_);
+    requests = std::exchange(settleRequests_, {});
+  }
+  if (requests.empty()) return;
+  // Only the audio that is pending now: on a slow machine with continuous audio, the stream might
+  // never become empty.
+  for (double waiting = input_->pendingSeconds(); waiting > 0 && !isCancelled_;) {
+    const std::optional<AnalyzerInput> input = input_->tryNext();
+    if (!input) break;
+    waiting -= input->seconds();
+    accept(backend, *input);
+    postResults(backend);
+  }
+  if (!isCancelled_) {
+    backend.finalize();
+    postResults(backend);
+  }
+  for (const auto& request : requests) request.complete({});
+}
+
+void LocalSpeechRun::post(std::function<void()> emission) {
+  QMetaObject::invokeMethod(
+      this,
+      [this, emission = std::move(emission)] {
+        if (!isCancelled_) emission();
+      },
+      Qt::QueuedConnection);
+}
+
+}  // namespace velun

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/foundation/one_shot.h"
+#include "platform/speech/lag_watch.h"
+#include "platform/speech/recognizer_provider.h"
+#include "platform/speech/speech_platform.h"
+
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <variant>
+#include <vector>
+
+namespace velun {
+
+/// Runs one recognizer on a decode thread of its own, where it is created, fed and destroyed, and
+/// posts its results to the main thread in order. Audio gathers in the stream while the recognizer
+/// loads, so that nothing said meanwhile is lost; a recognizer that cannot be loaded ends the run
+/// with its error.
+class LocalSpeechRun final : public SpeechRun {
+ public:
+  /// Starts the thread.
+  LocalSpeechRun(RecognizerProvider::Factory factory, std::shared_ptr<AnalyzerInputStream> input);
+  /// Cancels and joins the thread.
+  ~LocalSpeechRun() override;
+
+  QCoro::Task<> settle() override;
+  QCoro::Task<> finish() override;
+  QCoro::Task<> cancel() override;
+
+ private:
+  // Main thread.
+  void requestCancel();
+  void deliverEnd(const std::optional<QString>& error);
+
+  // Decode thread.
+  void run(const RecognizerProvider::Factory& factory);
+  void setBackend(RecognizerBackend* backend);
+  void loadAndDecode(RecognizerBackend& backend);
+  void decode(RecognizerBackend& backend);
+  void accept(RecognizerBackend& backend, const AnalyzerInput& input);
+  void acceptSilence(RecognizerBackend& backend, std::chrono::nanoseconds duration);
+  void postResults(RecognizerBackend& backend);
+  void completeSettleRequests(RecognizerBackend& backend);
+  /// Calls `emission` on the main thread, unless the run has been cancelled by that time.
+  void post(std::function<void()> emission);
+
+  std::shared_ptr<AnalyzerInputStream> input_;
+  std::atomic<bool> isCancelled_ = false;
+  /// Completed after `ended` was emitted.
+  OneShot<std::monostate> ended_;
+  std::mutex mutex_;
+  RecognizerBackend* backend_ = nullptr;                 // while it exists; guarded by mutex_
+  std::vector<OneShot<std::monostate>> settleRequests_;  // guarded by mutex_
+  bool hasEnded_ = false;                                // guarded by mutex_
+  LagWatch lag_;                                         // decode thread
+  std::thread thread_;
+};
+
+}  // namespace velun

@@ -1,0 +1,258 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/speech/local_speech_run.h"
+
+#include "platform/speech/lag_watch.h"
+#include "support/await.h"
+#include "support/scripted_recognizer_backend.h"
+#include "support/settle.h"
+#include "support/suite.h"
+
+using namespace velun;
+
+namespace {
+
+/// A run of a scripted recognizer, with a list of what it emitted.
+struct Fixture {
+  void start() {
+    run = std::make_unique<LocalSpeechRun>(provider.factory("en_US"), input);
+    QObject::connect(run.get(), &SpeechRun::resultReady,
+                     [this](const TranscriptionResult& result) { emitted << result.text; });
+    QObject::connect(run.get(), &SpeechRun::ended, [this](const std::optional<QString>& error) {
+      emitted << "end " + error.value_or("-");
+    });
+    QObject::connect(run.get(), &SpeechRun::lagChanged,
+                     [this](bool isBehind) { emitted << (isBehind ? "behind" : "caught up"); });
+  }
+  void yield(double seconds = 0.1) {
+    PcmBuffer buffer(kSpeechFormat, static_cast<std::size_t>(seconds * kSpeechFormat.sampleRate));
+    buffer.setFrameLength(buffer.frameCapacity());
+    input->yield({std::move(buffer)});
+  }
+
+  QStringList emitted;
+  test::ScriptedRecognizerProvider provider{{"en_US"}, {"en_US"}};
+  test::BackendScript& script = *provider.script;
+  std::shared_ptr<AnalyzerInputStream> input = std::make_shared<AnalyzerInputStream>();
+  std::unique_ptr<LocalSpeechRun> run;
+};
+
+}  // namespace
+
+class LocalSpeechRunTest final : public test::Suite {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void resultsArriveInOrder() {
+    Fixture f;
+    f.start();
+    for (int i = 0; i < 50; ++i) f.yield(0.01);
+    test::await(f.run->finish());
+    QStringList expected;
+    for (int i = 1; i <= 50; ++i) expected << QString("draft %1").arg(i);
+    expected << "final 50"
+             << "end -";
+    QCOMPARE(f.emitted, expected);
+    QVERIFY(!f.script.wasOnMainThread);
+    QCOMPARE(f.script.alive.load(), 0);
+  }
+
+  void audioFromBeforeTheStartIsDecoded() {
+    Fixture f;
+    f.yield();
+    f.start();
+    test::await(f.run->settle());
+    QCOMPARE(f.emitted, QStringList({"draft 1", "final 1"}));
+  }
+
+  void settleDeliversItsResultsAndTheRunGoesOn() {
+    Fixture f;
+    f.start();
+    f.yield();
+    f.yield();
+    test::await(f.run->settle());
+    QCOMPARE(f.emitted.last(), QString("final 2"));
+    f.yield();
+    test::await(f.run->finish());
+    QCOMPARE(f.emitted.mid(3), QStringList({"draft 1", "final 1", "end -"}));
+  }
+
+  void settleWithoutAudioCompletes() {
+    Fixture f;
+    f.start();
+    test::await(f.run->settle());
+    QVERIFY(f.emitted.isEmpty());
+  }
+
+  void operationsAfterTheEndComplete() {
+    Fixture f;
+    f.start();
+    test::await(f.run->finish());
+    test::await(f.run->settle());
+    test::await(f.run->finish());
+    test::await(f.run->cancel());
+    QCOMPARE(f.emitted, QStringList{"end -"});
+  }
+
+  void cancelDiscardsUndeliveredResults() {
+    Fixture f;
+    f.start();
+    f.yield();
+    QTRY_COMPARE(f.script.samplesTaken.load(), 1600);
+    f.emitted.clear();
+    f.yield();
+    test::await(f.run->cancel());
+    QVERIFY(!f.emitted.join('|').contains("final"));
+    QCOMPARE(f.emitted.last(), QString("end -"));
+    QCOMPARE(f.script.finalizeCount.load(), 0);
+  }
+
+  void failureToLoadEndsTheRun() {
+    Fixture f;
+    f.script.failsToLoad = true;
+    f.start();
+    QTRY_COMPARE(f.emitted, QStringList{"end Cannot load"});
+    test::await(f.run->settle());
+    test::await(f.run->finish());
+  }
+
+  void failureEndsTheRunAfterEarlierResults() {
+    Fixture f;
+    f.start();
+    f.yield();
+    test::await(f.run->settle());
+    f.script.failsToDecode = true;
+    f.yield();
+    QTRY_COMPARE(f.emitted, QStringList({"draft 1", "final 1", "end Cannot decode"}));
+    QCOMPARE(f.script.alive.load(), 0);
+  }
+
+  void gapInTheAudioIsDecodedAsSilence() {
+    Fixture f;
+    constexpr int kWord = 1600;
+    constexpr int kPause = 9600;
+    f.script.phraseLength = kWord + kPause;
+    f.start();
+    f.yield();
+    VERIFY_SOON(!f.emitted.isEmpty() && f.emitted.last().startsWith("final"));
+    QCOMPARE(f.script.finalizeCount.load(), 0);
+  }
+
+  void longGapIsDecodedAsOneSecond() {
+    Fixture f;
+    constexpr int kWord = 1600;
+    constexpr int kLongestGap = 16000;
+    f.script.phraseLength = kWord + kLongestGap;
+    f.script.isSlow = true;
+    f.start();
+    f.yield();
+    VERIFY_SOON(f.script.isWaiting);
+    f.script.isSlow = false;
+    QTest::qWait(1500);
+    f.script.mayTake.release();
+    VERIFY_SOON(!f.emitted.isEmpty() && f.emitted.last().startsWith("final"));
+    QCOMPARE(f.script.samplesTaken.load(), kWord + kLongestGap);
+  }
+
+  void lagIsReportedAndNothingIsDropped() {
+    Fixture f;
+    f.script.isSlow = true;
+    f.start();
+    for (int i = 0; i < 60; ++i) f.yield();
+    f.script.mayTake.release(2);
+    VERIFY_SOON(f.emitted.contains("behind"));
+    QVERIFY(!f.emitted.contains("caught up"));
+    f.script.isSlow = false;
+    f.script.mayTake.release(1);
+    VERIFY_SOON(f.emitted.contains("caught up"));
+    test::await(f.run->finish());
+    QVERIFY(f.emitted.contains("final 60"));
+    QCOMPARE(f.emitted.count("behind"), 1);
+  }
+
+  void lagHasHysteresis() {
+    LagWatch lag;
+    QVERIFY(!lag.update(LagWatch::kMaxPendingSeconds));
+    QCOMPARE(lag.update(LagWatch::kMaxPendingSeconds + 0.1), std::optional(true));
+    QVERIFY(!lag.update(LagWatch::kMaxPendingSeconds - 1));
+    QVERIFY(!lag.update(LagWatch::kMaxPendingSeconds + 1));
+    QCOMPARE(lag.update(LagWatch::kCaughtUpSeconds), std::optional(false));
+    QVERIFY(!lag.update(0));
+  }
+
+  void destroyingTheRunEndsItsThread() {
+    Fixture f;
+    f.start();
+    for (int i = 0; i < 10; ++i) f.yield();
+    VERIFY_SOON(f.script.samplesTaken > 0);
+    f.run.reset();
+    QCOMPARE(f.script.alive.load(), 0);
+    f.emitted.clear();
+    test::settle();
+    QVERIFY(f.emitted.isEmpty());
+  }
+
+  void cancelInterruptsDecoding() {
+    Fixture f;
+    f.script.isSlow = true;
+    f.start();
+    f.yield();
+    VERIFY_SOON(f.script.isWaiting);
+    test::await(f.run->cancel());
+    QCOMPARE(f.emitted, QStringList{"end -"});
+  }
+
+  void cancelInterruptsLoading() {
+    Fixture f;
+    f.script.isSlowToLoad = true;
+    f.start();
+    VERIFY_SOON(f.script.isWaiting);
+    test::await(f.run->cancel());
+    QCOMPARE(f.emitted, QStringList{"end -"});
+    QCOMPARE(f.script.alive.load(), 0);
+  }
+
+  void destroyingTheRunInterruptsLoading() {
+    Fixture f;
+    f.script.isSlowToLoad = true;
+    f.start();
+    VERIFY_SOON(f.script.isWaiting);
+    f.run.reset();
+    QCOMPARE(f.script.alive.load(), 0);
+  }
+
+  void resultsBeforeAFailureAreDelivered() {
+    Fixture f;
+    f.script.failsAfterDecoding = true;
+    f.yield();
+    f.start();
+    QTRY_COMPARE(f.emitted, QStringList({"draft 1", "end Cannot decode"}));
+  }
+
+  void destroyingTheRunCompletesPendingOperations() {
+    Fixture f;
+    f.script.isSlow = true;
+    f.start();
+    f.yield();
+    VERIFY_SOON(f.script.isWaiting);
+    QCoro::Task<> finishing = f.run->finish();
+    QCoro::Task<> settling = f.run->settle();
+    f.run.reset();
+    QCOMPARE(f.script.alive.load(), 0);
+    test::await(std::move(finishing));
+    test::await(std::move(settling));
+    QVERIFY(f.emitted.isEmpty());
+  }
+
+  void startsAndStopsRepeatedly() {
+    for (int i = 0; i < 50; ++i) {
+      Fixture f;
+      f.start();
+      f.yield();
+      if (i % 3 == 0) test::await(f.run->finish());
+      if (i % 3 == 1) test::await(f.run->cancel());
+    }
+  }
+};
+
+QTEST_GUILESS_MAIN(LocalSpeechRunTest)
+#include "local_speech_run_test.moc"
