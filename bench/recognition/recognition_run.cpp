@@ -41,7 +41,7 @@ class Run {
   Run(RecognizerProvider& provider, const QString& locale)
       : input_(std::make_shared<AnalyzerInputStream>()),
         feeder_(kSpeechFormat, input_, clock_),
-        run_(provider.factory(locale), input_) {
+        run_(provider.factory(locale), input_, clock_) {
     QObject::connect(&run_, &SpeechRun::resultReady, [this](const TranscriptionResult& result) {
       arrivals.push_back({result, clock_.monotonicSeconds()});
     });

@@ -4,6 +4,7 @@
 #include "platform/foundation/clock.h"
 
 #include <algorithm>
+#include <atomic>
 #include <QCoreApplication>
 #include <vector>
 
@@ -14,12 +15,12 @@ class ManualClock final : public Clock {
  public:
   Instant now() const override { return now_; }
   double monotonicSeconds() const override {
-    return std::chrono::duration<double>(now_ - start_).count();
+    return std::chrono::duration<double>(now() - start_).count();
   }
 
   std::unique_ptr<ScheduledCall> callAfter(std::chrono::milliseconds delay,
                                            std::function<void()> call) override {
-    auto scheduled = std::make_unique<Scheduled>(*this, now_ + delay, std::move(call));
+    auto scheduled = std::make_unique<Scheduled>(*this, now() + delay, std::move(call));
     scheduled_.push_back(scheduled.get());
     return scheduled;
   }
@@ -27,10 +28,10 @@ class ManualClock final : public Clock {
   /// Moves time on, making every call that falls due, in order, and letting the event loop run
   /// what they posted after each one and at the end.
   void advance(std::chrono::milliseconds by) {
-    const Instant end = now_ + by;
+    const Instant end = now() + by;
     QCoreApplication::processEvents();
     while (Scheduled* next = firstDue(end)) {
-      now_ = std::max(now_, next->due);
+      now_ = std::max(now(), next->due);
       std::erase(scheduled_, next);
       const std::function<void()> call = std::move(next->call);
       call();
@@ -60,7 +61,7 @@ class ManualClock final : public Clock {
   }
 
   Instant start_ = std::chrono::sys_days(std::chrono::year(2025) / 3 / 1);
-  Instant now_ = start_;
+  std::atomic<Instant> now_ = start_;
   std::vector<Scheduled*> scheduled_;
 };
 

@@ -70,7 +70,7 @@ std::unique_ptr<SpeechRun> LocalSpeechPlatform::start(const QString& locale,
     throw Failure(L("No speech model is installed for this language",
                     "이 언어의 음성 모델이 설치되어 있지 않습니다"));
   }
-  auto run = std::make_unique<LocalSpeechRun>(best->factory(locale), std::move(input));
+  auto run = std::make_unique<LocalSpeechRun>(best->factory(locale), std::move(input), clock_);
   if (auto better = betterProvider(locale)) fetchLater(*run, std::move(better), locale);
   return run;
 }

@@ -17,21 +17,18 @@ using namespace std::chrono_literals;
 
 /// How often a recognizer that expects results is polled while no audio arrives.
 constexpr auto kPollInterval = 20ms;
-/// A source with nothing to play may deliver no buffers at all. A gap longer than this, which even
-/// a busy machine does not need between two buffers, is decoded as silence, so that a phrase ends
-/// where it ended and is not joined to what follows.
-constexpr auto kMaxBufferInterval = 250ms;
-/// A process that was suspended for an hour has not recorded an hour of silence.
-constexpr std::chrono::nanoseconds kMaxSilence = 1s;
-constexpr double kSampleRate = 16000;
-
-using SteadyClock = std::chrono::steady_clock;
+/// Seconds. A source with nothing to play may deliver no buffers at all. A gap longer than this,
+/// which even a busy machine does not need between two buffers, is decoded as silence, so that a
+/// phrase ends where it ended and is not joined to what follows.
+constexpr double kMaxBufferInterval = 0.25;
+/// Seconds. A process that was suspended for an hour has not recorded an hour of silence.
+constexpr double kMaxSilence = 1;
 
 }  // namespace
 
 LocalSpeechRun::LocalSpeechRun(RecognizerProvider::Factory factory,
-                               std::shared_ptr<AnalyzerInputStream> input)
-    : input_(std::move(input)) {
+                               std::shared_ptr<AnalyzerInputStream> input, const Clock& clock)
+    : input_(std::move(input)), clock_(clock) {
   thread_ = std::thread([this, factory = std::move(factory)] { run(factory); });
 }
 
@@ -121,24 +118,24 @@ void LocalSpeechRun::loadAndDecode(RecognizerBackend& backend) {
 }
 
 void LocalSpeechRun::decode(RecognizerBackend& backend) {
-  auto lastAudio = SteadyClock::now();
-  auto decodedUntil = lastAudio;
+  double lastAudio = clock_.monotonicSeconds();
+  double decodedUntil = lastAudio;
   while (!isCancelled_) {
     const bool isPolling = backend.expectsResults();
     const std::optional<AnalyzerInput> input =
         isPolling ? input_->next(kPollInterval) : input_->next();
     if (isCancelled_) return;
+    const double now = clock_.monotonicSeconds();
     if (input) {
-      lastAudio = SteadyClock::now();
+      lastAudio = now;
       accept(backend, *input);
     } else if (input_->isDrained()) {
       backend.finalize();
       postResults(backend);
       return;
-    } else if (isPolling && SteadyClock::now() - lastAudio > kMaxBufferInterval) {
+    } else if (isPolling && now - lastAudio > kMaxBufferInterval) {
       decodedUntil = std::max(decodedUntil, lastAudio);
-      const auto now = SteadyClock::now();
-      acceptSilence(backend, std::min<std::chrono::nanoseconds>(now - decodedUntil, kMaxSilence));
+      acceptSilence(backend, std::min(now - decodedUntil, kMaxSilence));
       decodedUntil = now;
     }
     postResults(backend);
@@ -153,9 +150,9 @@ void LocalSpeechRun::accept(RecognizerBackend& backend, const AnalyzerInput& inp
   }
 }
 
-void LocalSpeechRun::acceptSilence(RecognizerBackend& backend, std::chrono::nanoseconds duration) {
-  const double seconds = std::chrono::duration<double>(duration).count();
-  const std::vector<float> silence(static_cast<std::size_t>(seconds * kSampleRate), 0.0F);
+void LocalSpeechRun::acceptSilence(RecognizerBackend& backend, double seconds) {
+  const std::vector<float> silence(static_cast<std::size_t>(seconds * kSpeechFormat.sampleRate),
+                                   0.0F);
   backend.acceptAudio(silence);
 }
 

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/foundation/clock.h"
 #include "platform/foundation/one_shot.h"
 #include "platform/speech/lag_watch.h"
 #include "platform/speech/recognizer_provider.h"
 #include "platform/speech/speech_platform.h"
 
 #include <atomic>
-#include <chrono>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -23,8 +23,9 @@ namespace velun {
 /// with its error.
 class LocalSpeechRun final : public SpeechRun {
  public:
-  /// Starts the thread.
-  LocalSpeechRun(RecognizerProvider::Factory factory, std::shared_ptr<AnalyzerInputStream> input);
+  /// Starts the thread. `clock` must outlive the run.
+  LocalSpeechRun(RecognizerProvider::Factory factory, std::shared_ptr<AnalyzerInputStream> input,
+                 const Clock& clock);
   /// Cancels and joins the thread.
   ~LocalSpeechRun() override;
 
@@ -43,13 +44,14 @@ class LocalSpeechRun final : public SpeechRun {
   void loadAndDecode(RecognizerBackend& backend);
   void decode(RecognizerBackend& backend);
   void accept(RecognizerBackend& backend, const AnalyzerInput& input);
-  void acceptSilence(RecognizerBackend& backend, std::chrono::nanoseconds duration);
+  void acceptSilence(RecognizerBackend& backend, double seconds);
   void postResults(RecognizerBackend& backend);
   void completeSettleRequests(RecognizerBackend& backend);
   /// Calls `emission` on the main thread, unless the run has been cancelled by that time.
   void post(std::function<void()> emission);
 
   std::shared_ptr<AnalyzerInputStream> input_;
+  const Clock& clock_;
   std::atomic<bool> isCancelled_ = false;
   /// Completed after `ended` was emitted.
   OneShot<std::monostate> ended_;
