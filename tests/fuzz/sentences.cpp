@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/foundation/sentences.h"
 
-#include "platform/translation/student/text_cutter.h"
+#include "platform/translation/student/text_splitter.h"
 #include "require.h"
 
 using namespace velun;
@@ -29,7 +29,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     return piece.size() <= kMostForModel;
   };
   for (const char* language : {"en", "ko"}) {
-    const QStringList pieces = cutForModel(text, language, fits);
+    const QStringList pieces = splitForModel(text, language, fits);
     require(withoutBlanks(pieces.join(QString())) == withoutBlanks(text),
             "pieces for a model lose nothing");
   }

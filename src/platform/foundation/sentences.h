@@ -8,7 +8,7 @@ namespace velun {
 
 /// The sentences of a text in `localeID` ("en_US"), in order, white space and all: joined they
 /// give the text again. Follows the language's own rules, with no break after common
-/// abbreviations. Main thread.
+/// abbreviations. Any thread.
 QStringList sentences(const QString& text, const QString& localeID);
 
 }  // namespace velun

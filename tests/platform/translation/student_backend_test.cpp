@@ -89,10 +89,10 @@ class StudentBackendTest final : public Suite {
     {
       ModelSpeeds speeds;
       for (int i = 1; i < ModelSpeeds::kTexts; ++i) {
-        speeds.add(folder, 2 * ModelSpeeds::kSlowMillisecondsPerToken);
+        speeds.add(folder, 2 * ModelSpeeds::kMaxMillisecondsPerToken);
       }
       QVERIFY(!speeds.isTooSlow(folder));
-      speeds.add(folder, 2 * ModelSpeeds::kSlowMillisecondsPerToken);
+      speeds.add(folder, 2 * ModelSpeeds::kMaxMillisecondsPerToken);
       QVERIFY(speeds.isTooSlow(folder));
     }
     // In the next run of the program the next best model is taken.

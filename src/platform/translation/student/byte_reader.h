@@ -13,7 +13,7 @@ namespace velun {
 
 static_assert(std::endian::native == std::endian::little, "Model files are little endian.");
 
-/// Reads little-endian values one after the other and refuses to run past the end.
+/// Reads little-endian values in sequence; throws instead of reading past the end.
 class ByteReader {
  public:
   explicit ByteReader(std::span<const std::byte> bytes) : rest_(bytes) {}
@@ -28,7 +28,7 @@ class ByteReader {
     return taken;
   }
 
-  /// The next value, which need not be aligned.
+  /// The next value, aligned or not. Throws `ModelFormatError` at the end.
   template <class T>
   T value() {
     T result;

@@ -7,23 +7,23 @@
 
 namespace velun {
 
-/// The numbers that stand for each token of a vocabulary, kept as they are in the file.
+/// The vector of each token of a vocabulary, stored as in the file.
 class EmbeddingTable {
  public:
-  /// A table of any token count and the given width. Keeps pointing into `item`'s file.
-  /// Throws `ModelFormatError` when the item is something else.
+  /// `item` must have `width` columns; its file must outlive the table. Throws `ModelFormatError`
+  /// when the item is not such a table.
   EmbeddingTable(const ModelItem& item, int width);
 
   int tokens() const { return tokens_; }
 
-  /// Writes factor × the token's numbers. `token` is in 0 … tokens() - 1.
+  /// Writes factor × the vector of `token`, which is in 0 … tokens() - 1.
   void read(int token, float factor, std::span<float> result) const;
 
  private:
   ModelItem::Type type_;
   std::span<const std::byte> data_;
   int tokens_;
-  float unit_ = 1;  // what one step of an 8-bit number is worth
+  float unit_ = 1;  // value of one step of an 8-bit number
 };
 
 }  // namespace velun

@@ -5,11 +5,11 @@
 
 namespace velun {
 
-/// A product in single precision. Models meant for use are 8-bit; this is what they are checked
-/// against.
+/// A product in single precision. Published models are 8-bit; tests compare them with this one.
 class FloatLinear final : public Linear {
  public:
-  /// `weights` has a row of `inputs` numbers for each output; `bias` is empty or one an output.
+  /// `weights` has a row of `inputs` numbers for each output; `bias` is empty or has one number
+  /// for each output.
   FloatLinear(int inputs, int outputs, std::vector<float> weights, std::vector<float> bias);
 
   void apply(std::span<const float> x, int rowCount, std::span<float> y,

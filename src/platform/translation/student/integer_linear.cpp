@@ -32,15 +32,15 @@ void IntegerLinear::apply(std::span<const float> x, int rowCount, std::span<floa
                           ProductScratch& scratch) const {
   float inputScale = quantization_.input.value_or(0.0F);
   if (!quantization_.input) {
-    const float largest = rows::largest(x);
-    inputScale = largest > 0 ? kRange / largest : 1.0F;
+    const float peak = rows::maxAbsolute(x);
+    inputScale = peak > 0 ? kRange / peak : 1.0F;
   }
   scratch.input.resize(x.size());
   scratch.sums.resize(y.size());
   rows::quantize(x, inputScale, scratch.input);
   matrix_.multiply(scratch.input, rowCount, scratch.sums);
 
-  // The order of these operations is the reference engine's, so that results round alike.
+  // The order of the operations is that of the reference engine, so that results round the same.
   const float unit = 1.0F / (inputScale * quantization_.weights);
   const float shift = -((kRange / inputScale) * (kRange / quantization_.weights)) / kRange;
   const auto width = static_cast<std::size_t>(outputs());

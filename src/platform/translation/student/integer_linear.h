@@ -8,18 +8,17 @@
 
 namespace velun {
 
-/// How 8-bit numbers stand for real ones.
+/// The scales between 8-bit and real numbers.
 struct Quantization {
   float weights = 1;           ///< stored weight = real weight × this
-  std::optional<float> input;  ///< multiplier of the input; none: from the input's largest value
+  std::optional<float> input;  ///< multiplier of the input; none: from its maximum at each call
 };
 
-/// A product in 8-bit integers. The input is shifted into 0 … 254, because products of unsigned
-/// with signed bytes are what processors are good at; what the shift adds is taken off with the
-/// bias.
+/// A product in 8-bit integers. The input is shifted into 0 … 254 because processors are fastest at
+/// products of unsigned with signed bytes. The bias compensates for the shift.
 class IntegerLinear final : public Linear {
  public:
-  /// `bias` is empty or one an output.
+  /// `bias` is empty or has one number for each output.
   IntegerLinear(IntegerMatrix matrix, const Quantization& quantization, std::vector<float> bias);
 
   void apply(std::span<const float> x, int rowCount, std::span<float> y,

@@ -7,14 +7,14 @@
 
 namespace velun {
 
-/// A matrix of signed bytes that rows of unsigned bytes are multiplied with, in exact integer
-/// arithmetic where the processor has instructions for it.
+/// A matrix of signed bytes, to be multiplied with rows of unsigned bytes. Exact on processors that
+/// have instructions for it.
 class IntegerMatrix {
  public:
-  /// `weights` has a row of `inputs` bytes for each output and must stay alive.
+  /// `weights` has a row of `inputs` bytes for each output and must outlive the matrix.
   IntegerMatrix(int inputs, int outputs, std::span<const std::int8_t> weights);
 
-  /// The same with memory of its own.
+  /// The same, but owns the weights.
   IntegerMatrix(int inputs, int outputs, std::vector<std::int8_t> weights);
 
   IntegerMatrix(IntegerMatrix&&) = default;

@@ -38,8 +38,8 @@ struct Rows {
 /// x W + b for every row.
 Rows product(const Linear& linear, const Rows& x, ProductScratch& scratch);
 
-/// Adds a part's result to what went into it and brings every row to a mean of 0 and a variance
-/// of 1, then to the learned scale and bias.
+/// Adds the result of a part to its input and normalizes every row to a mean of 0 and a variance of
+/// 1; then applies the learned scale and bias.
 class AddAndNormalize {
  public:
   AddAndNormalize(const WeightReader& weights, const std::string& prefix, int width);
@@ -50,20 +50,20 @@ class AddAndNormalize {
   std::vector<float> bias_;
 };
 
-/// What attention looks at: keys and values of every position of the source.
+/// The keys and values that attention reads, for every position of the source.
 struct AttentionMemory {
   Rows keys;
   Rows values;
 };
 
-/// Attention with several heads.
+/// Multi-head attention.
 class Attention {
  public:
   Attention(const WeightReader& weights, const std::string& prefix, int width, int heads);
 
   AttentionMemory memory(const Rows& source, ProductScratch& scratch) const;
 
-  /// Lets every row of `x` look at `memory` and take up what it finds.
+  /// Adds to every row of `x` the values of `memory`, weighted by attention, and normalizes it.
   void apply(Rows& x, const AttentionMemory& memory, ProductScratch& scratch) const;
 
  private:
@@ -72,7 +72,7 @@ class Attention {
   AddAndNormalize normalize_;
 };
 
-/// Two products with a relu between them.
+/// Two products with a ReLU between them.
 class FeedForward {
  public:
   FeedForward(const WeightReader& weights, const std::string& prefix, int width, int inner);
@@ -83,12 +83,12 @@ class FeedForward {
   AddAndNormalize normalize_;
 };
 
-/// The simple recurrent unit: a state that a gate mixes with each new input.
+/// The simpler simple recurrent unit (SSRU): a gate mixes its state with each new input.
 class RecurrentUnit {
  public:
   RecurrentUnit(const WeightReader& weights, const std::string& prefix, int width);
 
-  /// One step: `x` is one row; `state` has as many numbers and starts as zeros.
+  /// One step. `x` is one row; `state` has the same length and starts with zeros.
   void apply(Rows& x, std::span<float> state, ProductScratch& scratch) const;
 
  private:

@@ -8,14 +8,14 @@
 
 namespace velun {
 
-/// Memory that products use while they run and that the next one uses again. One a thread.
+/// Temporary memory of products, kept to be used again. One for each thread.
 struct ProductScratch {
   std::vector<std::uint8_t> input;
   std::vector<std::int32_t> sums;
 };
 
-/// A product with a weight matrix and the addition of a bias. Const operations may run on several
-/// threads, each with scratch memory of its own.
+/// A product with a weight matrix plus a bias. Const operations may run on several threads, each
+/// with its own scratch memory.
 class Linear {
  public:
   virtual ~Linear() = default;
@@ -23,11 +23,11 @@ class Linear {
   int inputs() const { return inputs_; }
   int outputs() const { return outputs_; }
 
-  /// y = x W + b for `rowCount` rows: x holds inputs, y outputs numbers a row.
+  /// y = x W + b for `rowCount` rows. A row of x has inputs() numbers, a row of y outputs().
   virtual void apply(std::span<const float> x, int rowCount, std::span<float> y,
                      ProductScratch& scratch) const = 0;
 
-  /// The same, computing only the given outputs.
+  /// A copy that computes only the given outputs.
   virtual std::unique_ptr<Linear> selecting(std::span<const int> outputs) const = 0;
 
  protected:

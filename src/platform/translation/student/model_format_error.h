@@ -6,13 +6,13 @@
 
 namespace velun {
 
-/// Why a model file cannot be used. The text is for developers; what the user reads is made where
-/// the languages of the model are known.
+/// Thrown when a model file cannot be used. The text is for developers; the message for users is
+/// made by the caller, which knows the languages of the model.
 class ModelFormatError final : public std::runtime_error {
  public:
   enum class Reason {
-    damaged,      ///< The bytes contradict themselves or end too early.
-    unsupported,  ///< A sound file of a kind that this engine does not compute.
+    damaged,      ///< The content is inconsistent or ends too early.
+    unsupported,  ///< A correct file of a kind that this engine does not support.
   };
 
   ModelFormatError(Reason reason, const std::string& detail)

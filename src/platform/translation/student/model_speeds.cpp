@@ -10,7 +10,7 @@ namespace velun {
 
 namespace {
 
-QString recordIn(const QString& folder) {
+QString recordPath(const QString& folder) {
   return folder + QStringLiteral("/measured-speed");
 }
 
@@ -25,7 +25,7 @@ void ModelSpeeds::add(const QString& folder, double millisecondsPerToken) {
   if (measured.texts < kTexts) return;
   const QByteArray record = QByteArray::number(measured.sum / kTexts) + " ms per token\n";
   try {
-    writeFileAtomically(recordIn(folder), record, false);
+    writeFileAtomically(recordPath(folder), record, false);
   } catch (const FileError&) {
     // Measured again at the next start.
   }
@@ -35,11 +35,11 @@ bool ModelSpeeds::isTooSlow(const QString& folder) {
   const std::lock_guard guard(lock_);
   const auto found = measured_.find(folder);
   if (found != measured_.end() && found->second.texts == kTexts) {
-    return found->second.sum / kTexts > kSlowMillisecondsPerToken;
+    return found->second.sum / kTexts > kMaxMillisecondsPerToken;
   }
-  QFile file(recordIn(folder));
+  QFile file(recordPath(folder));
   if (!file.open(QIODevice::ReadOnly)) return false;
-  return file.readLine().split(' ').front().toDouble() > kSlowMillisecondsPerToken;
+  return file.readLine().split(' ').front().toDouble() > kMaxMillisecondsPerToken;
 }
 
 }  // namespace velun

@@ -7,20 +7,20 @@
 
 namespace velun {
 
-/// How fast models run on this computer, measured when they are first used and remembered beside
+/// The speeds of models on this computer, measured at their first use and stored in the folder of
 /// each model. Any thread.
 class ModelSpeeds {
  public:
-  /// Slower than this a line of ordinary length is translated half a second after it was heard.
-  static constexpr double kSlowMillisecondsPerToken = 25;
+  /// A line of 20 tokens then takes half a second.
+  static constexpr double kMaxMillisecondsPerToken = 25;
 
-  /// How many texts are measured before a model is judged.
+  /// Number of texts to measure before a model can be too slow.
   static constexpr int kTexts = 5;
 
-  /// Counts one text that was translated with the model in `folder`.
+  /// Adds the measurement of one text that was translated with the model in `folder`.
   void add(const QString& folder, double millisecondsPerToken);
 
-  /// Whether the model in `folder` was found too slow, now or in an earlier run.
+  /// Whether the model in `folder` was measured as too slow, in this or an earlier process.
   bool isTooSlow(const QString& folder);
 
  private:

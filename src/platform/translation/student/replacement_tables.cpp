@@ -16,16 +16,16 @@ namespace {
 using Bytes = std::span<const std::byte>;
 
 // Fields of the messages of a SentencePiece model (its sentencepiece_model.proto).
-constexpr std::uint32_t kReplacementsBefore = 3;  // normalizer_spec
-constexpr std::uint32_t kReplacementsAfter = 5;   // denormalizer_spec
-constexpr std::uint32_t kTable = 2;               // precompiled_charsmap
+constexpr std::uint32_t kNormalizerField = 3;    // normalizer_spec
+constexpr std::uint32_t kDenormalizerField = 5;  // denormalizer_spec
+constexpr std::uint32_t kTableField = 2;         // precompiled_charsmap
 
 ModelFormatError damaged() {
-  return ModelFormatError::damaged("the vocabulary's replacements lead out of their table");
+  return ModelFormatError::damaged("a replacement of the vocabulary is outside of its table");
 }
 
-// A unit of a double-array trie, as Darts-clone packs it: the byte that leads to it, or a value,
-// and what to combine its index with for the units that follow.
+// A unit of a double-array trie as Darts-clone packs it: a label or a value, and the offset that is
+// combined with its index to find the units that follow.
 bool isValue(std::uint32_t unit) {
   return unit >> 31 != 0;
 }
@@ -39,8 +39,8 @@ std::uint32_t offset(std::uint32_t unit) {
   return unit >> 10 << ((unit & 1U << 9) >> 6);
 }
 
-/// A table is the size of its trie in bytes, the trie, and the texts put in place, each ended by
-/// NUL. What the trie finds is where a text begins.
+/// A table consists of the size of its trie in bytes, the trie, and the replacement texts, each
+/// ending in NUL. The values of the trie are offsets into the texts.
 void checkTable(Bytes table) {
   ByteReader reader(table);
   ByteReader trie(reader.take(reader.value<std::uint32_t>()));
@@ -53,7 +53,7 @@ void checkTable(Bytes table) {
   if (units.empty()) throw damaged();
   for (std::size_t index = 0; index < units.size(); ++index) {
     const std::uint32_t unit = units[index];
-    // A search starts at the first unit, whatever it is, and never goes on from a value.
+    // A search starts at the first unit, even if that is a value; it never continues from another.
     if (index > 0 && isValue(unit)) continue;
     const std::size_t next = index ^ offset(unit);
     if ((next | 0xFF) >= units.size()) throw damaged();
@@ -67,10 +67,10 @@ void checkReplacementTables(Bytes model) {
   try {
     for (ProtobufReader parts(model); !parts.atEnd();) {
       const ProtobufReader::Field part = parts.next();
-      if (part.number != kReplacementsBefore && part.number != kReplacementsAfter) continue;
+      if (part.number != kNormalizerField && part.number != kDenormalizerField) continue;
       for (ProtobufReader fields(part.bytes); !fields.atEnd();) {
         const ProtobufReader::Field field = fields.next();
-        if (field.number == kTable && !field.bytes.empty()) checkTable(field.bytes);
+        if (field.number == kTableField && !field.bytes.empty()) checkTable(field.bytes);
       }
     }
   } catch (const ProtobufError& error) {

@@ -6,9 +6,9 @@
 
 namespace velun {
 
-/// Checks that the tables of a SentencePiece model, which say what to replace in a text before it
-/// is cut and after it is put together, never lead out of themselves: the library follows them
-/// without looking. Throws `ModelFormatError`.
+/// Checks the tables with which a SentencePiece model normalizes text before encoding and after
+/// decoding. SentencePiece follows their offsets without bounds checks. Throws `ModelFormatError`
+/// for an offset outside of its table.
 void checkReplacementTables(std::span<const std::byte> model);
 
 }  // namespace velun

@@ -9,7 +9,7 @@ namespace velun::rows {
 
 namespace {
 
-// Sums are kept apart in this many lanes: without it the compiler must keep the order of the
+// Number of separate partial sums. With a single one the compiler must keep the order of the
 // additions and cannot use vector instructions.
 constexpr std::size_t kLanes = 16;
 
@@ -61,7 +61,7 @@ void softmax(std::span<float> x) {
   for (float& value : x) value /= sum;
 }
 
-float largest(std::span<const float> x) {
+float maxAbsolute(std::span<const float> x) {
   std::array<float, kLanes> lanes{};
   for (std::size_t i = 0; i < x.size(); ++i) {
     lanes[i % kLanes] = std::max(lanes[i % kLanes], std::fabs(x[i]));
@@ -70,8 +70,8 @@ float largest(std::span<const float> x) {
 }
 
 void quantize(std::span<const float> x, float factor, std::span<std::uint8_t> result) {
-  // Adding 1.5 · 2^23 leaves no bits for a fraction, so the processor rounds half to even; its own
-  // rounding instruction is missing from the oldest machines.
+  // Adding 1.5 · 2^23 leaves no bits for a fraction, so the processor rounds half to even. Older
+  // processors lack the rounding instruction.
   constexpr float kRounding = 12582912.0F;
   for (std::size_t i = 0; i < x.size(); ++i) {
     const float limited = std::min(127.0F, std::max(-127.0F, x[i] * factor));

@@ -21,9 +21,9 @@ Shortlist::Shortlist(std::span<const std::byte> bytes, int sourceVocabulary, int
   if (reader.value<std::uint64_t>() != kMagic) {
     throw ModelFormatError::unsupported("not a binary shortlist");
   }
-  reader.value<std::uint64_t>();  // a checksum whose computation differs between platforms
+  reader.value<std::uint64_t>();  // a checksum that is computed differently on each platform
   const auto first = reader.value<std::uint64_t>();
-  reader.value<std::uint64_t>();  // the longest list, for information
+  reader.value<std::uint64_t>();  // length of the longest list, not needed
   const auto offsetCount = reader.value<std::uint64_t>();
   const auto tokenCount = reader.value<std::uint64_t>();
   if (offsetCount != static_cast<std::uint64_t>(sourceVocabulary) + 1) {
@@ -35,7 +35,7 @@ Shortlist::Shortlist(std::span<const std::byte> bytes, int sourceVocabulary, int
   const auto offsetBytes = reader.take(offsetCount * sizeof(std::uint64_t));
   if (tokenCount != reader.remaining() / sizeof(std::uint32_t) ||
       reader.remaining() % sizeof(std::uint32_t) != 0) {
-    throw ModelFormatError::damaged("a shortlist of another length than it says");
+    throw ModelFormatError::damaged("a shortlist of another length than its header says");
   }
   const auto tokenBytes = reader.take(reader.remaining());
   offsets_.resize(static_cast<std::size_t>(offsetCount));
@@ -46,10 +46,10 @@ Shortlist::Shortlist(std::span<const std::byte> bytes, int sourceVocabulary, int
   if (!std::ranges::is_sorted(offsets_) || offsets_.back() > tokenCount) {
     throw ModelFormatError::damaged("a shortlist whose lists overlap");
   }
-  const auto isForeign = [this](std::uint32_t token) {
+  const auto isOutOfRange = [this](std::uint32_t token) {
     return token >= static_cast<std::uint32_t>(targetVocabulary_);
   };
-  if (std::ranges::any_of(tokens_, isForeign)) {
+  if (std::ranges::any_of(tokens_, isOutOfRange)) {
     throw ModelFormatError::damaged("a shortlist for another target vocabulary");
   }
 }

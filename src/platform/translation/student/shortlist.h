@@ -8,17 +8,17 @@
 
 namespace velun {
 
-/// Which output tokens a source token makes likely. Restricting the output to them makes decoding
-/// several times cheaper at hardly any loss.
+/// The output tokens that are likely for each source token. Restricting the output to them makes
+/// decoding several times faster with hardly any loss of quality.
 class Shortlist {
  public:
-  /// Reads a binary shortlist whole. Throws `ModelFormatError` when it is damaged or does not
-  /// fit vocabularies of these sizes.
+  /// Reads a binary shortlist. Throws `ModelFormatError` when it is damaged or does not match
+  /// vocabularies of these sizes.
   Shortlist(std::span<const std::byte> bytes, int sourceVocabulary, int targetVocabulary);
 
-  /// The output tokens to choose from, ascending, for one source sentence with its end token.
-  /// With one vocabulary for both sides the source's own tokens are among them. Their number is
-  /// a multiple of eight where the vocabulary allows.
+  /// The output tokens to choose from, ascending, for one source sentence with its end token. If
+  /// both sides share one vocabulary, the tokens of the source are included. The count is a
+  /// multiple of 8 unless the vocabulary is too small.
   std::vector<int> candidates(std::span<const int> source, bool oneVocabulary) const;
 
  private:

@@ -9,10 +9,11 @@ namespace velun {
 
 namespace {
 
-// A model takes about as much memory as disk; this leaves room for recognition and the desktop.
-constexpr std::int64_t kShareOfMemory = 10;
+// A model takes about as much memory as disk space. A tenth of the memory leaves enough for
+// recognition and the desktop.
+constexpr std::int64_t kMinMemoryPerModelSize = 10;
 
-// The score of automatic evaluation with which the model was published; 0 when there is none.
+// The published score of automatic evaluation; 0 when there is none.
 double qualityOf(const Model& model) {
   return model.options.value("comet").toDouble(0);
 }
@@ -43,11 +44,11 @@ StudentBackend::StudentBackend(const std::vector<Model>& models, ModelStore& sto
                                std::int64_t memoryBytes)
     : store_(store) {
   for (const Model& model : models) {
-    const bool fits = model.installedBytes * kShareOfMemory <= memoryBytes;
+    const bool fits = model.installedBytes * kMinMemoryPerModelSize <= memoryBytes;
     if (model.languages.size() == 2 && fits) models_[pairOf(model)].push_back(model);
   }
   for (auto& [pair, ofPair] : models_) {
-    // The catalogue's order stays where nothing was published.
+    // Without published scores the order of the catalogue is kept.
     const bool allMeasured =
         std::ranges::all_of(ofPair, [](const Model& model) { return qualityOf(model) > 0; });
     if (allMeasured) std::ranges::stable_sort(ofPair, std::ranges::greater(), qualityOf);
@@ -83,7 +84,7 @@ void StudentBackend::installQuietly(const LanguagePair& pair) {
 std::shared_ptr<TextTranslator> StudentBackend::makeTranslator(const LanguagePair& pair) {
   const std::vector<Model>& models = models_.at(pair);
   const Model* installed = bestInstalled(models);
-  // Deleted since it was listed: its files cannot be opened, which the first text reports.
+  // If it was deleted since it was listed, the first text reports that its files cannot be opened.
   const Model& model = installed ? *installed : *preferred(models);
   const QString folder = store_.folder(model);
   const auto report = [speeds = speeds_, folder](double millisecondsPerToken) {

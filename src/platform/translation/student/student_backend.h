@@ -12,21 +12,21 @@
 
 namespace velun {
 
-/// Where the files of a model lie, found by their published names.
+/// The paths of the files of a model, found by their published names.
 StudentFiles studentFilesOf(const Model& model, const QString& folder);
 
-/// The small translation models that are downloaded once and run on this computer. Of the models
-/// of one pair the best by published quality is taken that fits into memory and that was not found
-/// too slow here.
+/// The small translation models that are downloaded once and run on this computer. Uses the model
+/// of a pair with the best published quality that fits into memory and was not measured as too slow
+/// on this computer.
 class StudentBackend final : public TranslatorBackend {
  public:
-  /// `models`: the translation models of the catalogue. `store` must outlive it.
-  /// `memoryBytes` is how much memory the computer has.
+  /// `models` are the translation models of the catalogue. `store` must outlive the back end.
+  /// `memoryBytes` is the physical memory of the computer.
   StudentBackend(const std::vector<Model>& models, ModelStore& store, std::int64_t memoryBytes);
 
   std::vector<LanguagePair> installedPairs() const override;
 
-  /// Pairs of which the model to prefer is missing, another one being there or not.
+  /// Pairs whose preferred model is not installed, even if another one is.
   std::vector<LanguagePair> downloadablePairs() const override;
 
   QCoro::Task<> install(LanguagePair pair, std::stop_token stop) override;
@@ -37,7 +37,7 @@ class StudentBackend final : public TranslatorBackend {
   const Model* preferred(const std::vector<Model>& models) const;
   const Model* bestInstalled(const std::vector<Model>& models) const;
 
-  std::map<LanguagePair, std::vector<Model>> models_;  // of each pair the best one first
+  std::map<LanguagePair, std::vector<Model>> models_;  // the best one of each pair first
   ModelStore& store_;
   std::shared_ptr<ModelSpeeds> speeds_ = std::make_shared<ModelSpeeds>();
 };

@@ -24,7 +24,8 @@ std::string_view trimmed(std::string_view text) {
   return text;
 }
 
-// "key: value" lines; of a list, which stands on the lines below its key, the first element.
+// Parses "key: value" lines. Of a list, which follows its key on separate lines, only the first
+// element is kept.
 Keys readKeys(std::string_view text) {
   Keys keys;
   std::string_view listKey;
@@ -47,7 +48,8 @@ Keys readKeys(std::string_view text) {
   return keys;
 }
 
-// What the network must be. A key that older files lack has the value that it would have had.
+// A property that the network must have. Keys may be missing that older files do not have; their
+// default is the required value.
 struct Requirement {
   std::string_view key;
   std::string_view value;
@@ -81,12 +83,12 @@ constexpr Requirement kRequirements[] = {
     {"factors-dim-emb", "0"},
 };
 
-int sizeOf(const Keys& keys, std::string_view key, int most) {
+int parseSize(const Keys& keys, std::string_view key, int max) {
   const auto found = keys.find(key);
   const std::string_view text = found == keys.end() ? std::string_view() : found->second;
   int value = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc() || end != text.data() + text.size() || value < 1 || value > most) {
+  if (error != std::errc() || end != text.data() + text.size() || value < 1 || value > max) {
     throw ModelFormatError::unsupported(std::string(key) + ": " + std::string(text));
   }
   return value;
@@ -113,18 +115,19 @@ StudentConfig parseStudentConfig(std::string_view text) {
   }
 
   StudentConfig config;
-  config.width = sizeOf(keys, "dim-emb", 4096);
-  config.feedForward = sizeOf(keys, "transformer-dim-ffn", 1 << 16);
-  config.heads = sizeOf(keys, "transformer-heads", 64);
-  config.encoderLayers = sizeOf(keys, "enc-depth", 64);
-  config.decoderLayers = sizeOf(keys, "dec-depth", 64);
+  config.width = parseSize(keys, "dim-emb", 4096);
+  config.feedForward = parseSize(keys, "transformer-dim-ffn", 1 << 16);
+  config.heads = parseSize(keys, "transformer-heads", 64);
+  config.encoderLayers = parseSize(keys, "enc-depth", 64);
+  config.decoderLayers = parseSize(keys, "dec-depth", 64);
   config.oneVocabulary = isSet(keys, "tied-embeddings-all");
   if (!config.oneVocabulary && !isSet(keys, "tied-embeddings")) {
-    throw ModelFormatError::unsupported("an output layer of its own");
+    throw ModelFormatError::unsupported("a separate output layer");
   }
-  // The positions' frequencies divide by half the width less one.
+  // The position encoding divides by half the width minus 1.
   if (config.width % 2 != 0 || config.width < 4 || config.width % config.heads != 0) {
-    throw ModelFormatError::unsupported("a width that the heads do not divide");
+    throw ModelFormatError::unsupported(
+        "a width that is odd, below 4 or not a multiple of the heads");
   }
   return config;
 }

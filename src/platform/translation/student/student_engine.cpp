@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
-// oneDNN runs on GNU's OpenMP, whose header other compilers do not have.
+// oneDNN uses GNU OpenMP. Only GCC has its header.
 extern "C" void omp_set_num_threads(int count);
 
 namespace velun {
@@ -32,8 +32,8 @@ int StudentEngine::tokenCount(const QString& text) const {
 }
 
 QString StudentEngine::translateSentence(const QString& sentence, std::stop_token stop) const {
-  // A line has few tokens: more threads would wait for each other longer than they compute, on
-  // processors that recognition needs. The setting is the calling thread's own.
+  // A line has so few tokens that several threads would mostly wait for each other, on processors
+  // that recognition needs. The setting applies to the calling thread only.
   omp_set_num_threads(1);
   const std::vector<int> tokens = source_.encode(sentence.trimmed());
   const Vocabulary& target = target_ ? *target_ : source_;
@@ -41,13 +41,13 @@ QString StudentEngine::translateSentence(const QString& sentence, std::stop_toke
   decoding.endToken = target.endToken();
   decoding.unknownToken = target.unknownToken();
   QString result;
-  for (std::size_t from = 0; from < tokens.size(); from += kMostTokens) {
-    const std::size_t to = std::min(tokens.size(), from + kMostTokens);
+  for (std::size_t from = 0; from < tokens.size(); from += kMaxTokens) {
+    const std::size_t to = std::min(tokens.size(), from + kMaxTokens);
     std::vector<int> chunk(tokens.begin() + static_cast<std::ptrdiff_t>(from),
                            tokens.begin() + static_cast<std::ptrdiff_t>(to));
     chunk.push_back(source_.endToken());
-    const float longest = limits_.lengthFactor * static_cast<float>(chunk.size());
-    decoding.mostTokens = static_cast<int>(std::ceil(longest));
+    const float maxLength = limits_.lengthFactor * static_cast<float>(chunk.size());
+    decoding.maxTokens = static_cast<int>(std::ceil(maxLength));
     if (shortlist_) decoding.candidates = shortlist_->candidates(chunk, model_.hasOneVocabulary());
     result += target.decode(model_.translate(chunk, decoding, stop));
   }

@@ -12,8 +12,8 @@
 
 namespace velun {
 
-/// Where the files of one model lie. The target vocabulary and the shortlist may be empty: the
-/// source's vocabulary serves both sides, and every token may be put out.
+/// The paths of the files of one model. Without a target vocabulary the source's is used for both
+/// sides; without a shortlist the output can be any token.
 struct StudentFiles {
   QString model;
   QString sourceVocabulary;
@@ -24,24 +24,24 @@ struct StudentFiles {
 /// A loaded translation model: a sentence in, its translation out. One thread at a time.
 class StudentEngine {
  public:
-  /// The most tokens that the models were trained to take at once, without the end token.
-  static constexpr int kMostTokens = 127;
+  /// Maximum number of tokens that the models were trained on, without the end token.
+  static constexpr int kMaxTokens = 127;
 
   struct Limits {
-    /// How many tokens a translation may have for each of the source's.
+    /// Maximum number of target tokens for each source token.
     float lengthFactor = 2.0F;
   };
 
-  /// Throws `ModelFormatError` when a file is damaged, unsupported or does not fit the others.
+  /// Throws `ModelFormatError` when a file is damaged, unsupported or does not match the others.
   explicit StudentEngine(const StudentFiles& files) : StudentEngine(files, Limits()) {}
   StudentEngine(const StudentFiles& files, const Limits& limits);
 
-  /// How many tokens a text has.
+  /// The number of tokens of a text.
   int tokenCount(const QString& text) const;
 
-  /// The translation of one sentence, both without surrounding white space; blank text stays
-  /// empty. What is too long is cut between tokens: cut it at better places before. Throws
-  /// `Cancelled` soon after a stop was requested.
+  /// The translation of one sentence, trimmed; empty for blank text. Splits a sentence of more
+  /// than `kMaxTokens` between tokens, so callers should split it at better places first. Throws
+  /// `Cancelled` soon after a stop request.
   QString translateSentence(const QString& sentence, std::stop_token stop = {}) const;
 
  private:

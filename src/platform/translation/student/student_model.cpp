@@ -23,7 +23,7 @@ void throwIfStopped(const std::stop_token& stop) {
   if (stop.stop_requested()) throw Cancelled();
 }
 
-// The position in `scores` of the highest one that does not stand for the unknown token.
+// The index of the highest score that is not of the unknown token.
 std::size_t bestOf(std::span<const float> scores, const std::optional<std::vector<int>>& tokens,
                    int unknown) {
   std::optional<std::size_t> best;
@@ -36,10 +36,10 @@ std::size_t bestOf(std::span<const float> scores, const std::optional<std::vecto
 
 }  // namespace
 
-/// What decoding carries from one output token to the next.
+/// The state of decoding between two output tokens.
 struct StudentModel::DecoderState {
-  std::vector<AttentionMemory> memories;      // a layer
-  std::vector<std::vector<float>> recurrent;  // a layer
+  std::vector<AttentionMemory> memories;      // one for each layer
+  std::vector<std::vector<float>> recurrent;  // one for each layer
   int position = 0;
 };
 
@@ -81,7 +81,7 @@ Rows StudentModel::encode(std::span<const int> source, const std::stop_token& st
 
 Rows StudentModel::decodeStep(std::optional<int> previous, DecoderState& state) const {
   Rows y(1, config_.width);
-  // The first step has no token before it: all zeros, not the row of any token.
+  // The first step has no previous token; its input is zero, not the vector of any token.
   if (previous) {
     targetTable_.read(*previous, std::sqrt(static_cast<float>(config_.width)), y.row(0));
   }
@@ -108,7 +108,7 @@ std::vector<int> StudentModel::translate(std::span<const int> source, const Deco
 
   std::vector<int> result;
   std::optional<int> previous;
-  while (previous != decoding.endToken && std::ssize(result) < decoding.mostTokens) {
+  while (previous != decoding.endToken && std::ssize(result) < decoding.maxTokens) {
     throwIfStopped(stop);
     const Rows y = decodeStep(previous, state);
     const Rows scores = product(output, y, scratch_);

@@ -13,16 +13,15 @@
 
 namespace velun {
 
-/// The network of a small translation model: tokens of a source sentence in, tokens of its
-/// translation out. One thread at a time.
+/// The network of a small translation model. Translates the tokens of a sentence. One thread at a
+/// time.
 class StudentModel {
  public:
-  /// What one translation is chosen by.
   struct Decoding {
-    int endToken = 0;      ///< closes every sentence
-    int unknownToken = 1;  ///< never put out
-    int mostTokens = 0;    ///< where a translation is cut off, the end token counted
-    std::optional<std::vector<int>> candidates;  ///< to choose from, ascending; none: all tokens
+    int endToken = 0;      ///< ends every sentence
+    int unknownToken = 1;  ///< never part of a translation
+    int maxTokens = 0;     ///< maximum length of a translation, end token included
+    std::optional<std::vector<int>> candidates;  ///< allowed tokens, ascending; none: all tokens
   };
 
   /// Throws `ModelFormatError`.
@@ -32,8 +31,8 @@ class StudentModel {
   int targetVocabulary() const { return targetTable_.tokens(); }
   bool hasOneVocabulary() const { return config_.oneVocabulary; }
 
-  /// The likeliest translation, chosen greedily, and the end token unless it was cut off before.
-  /// `source` ends with the end token. Throws `Cancelled` soon after a stop was requested.
+  /// The translation found by greedy search, with the end token unless it reached the maximum
+  /// length. `source` ends with the end token. Throws `Cancelled` soon after a stop request.
   std::vector<int> translate(std::span<const int> source, const Decoding& decoding,
                              std::stop_token stop) const;
 

@@ -12,16 +12,16 @@ namespace {
 constexpr std::uint64_t kVersion = 1;
 constexpr std::string_view kConfigurationName = "special:model.yml";
 
-// Far above what any model has; they keep a hostile header from asking for memory.
-constexpr std::uint64_t kMostItems = 1 << 16;
-constexpr std::uint64_t kLongestName = 1 << 10;
-constexpr std::uint64_t kMostDimensions = 4;
+// Far above the values of any model. They prevent a hostile header from allocating much memory.
+constexpr std::uint64_t kMaxItems = 1 << 16;
+constexpr std::uint64_t kMaxNameLength = 1 << 10;
+constexpr std::uint64_t kMaxDimensions = 4;
 
 struct ItemHead {
-  std::uint64_t nameLength;  // with the closing NUL
+  std::uint64_t nameLength;  // with the final NUL
   std::uint64_t type;
   std::uint64_t dimensions;
-  std::uint64_t dataLength;  // as stored, with what fills it up to a multiple of 256
+  std::uint64_t dataLength;  // as stored, with padding to a multiple of 256
 };
 
 ModelItem::Type typeOf(std::uint64_t code) {
@@ -52,12 +52,12 @@ std::uint64_t bytesNeeded(const ModelItem& item) {
 
 std::vector<int> readShape(ByteReader& reader, std::uint64_t dimensions) {
   std::vector<int> shape;
-  constexpr std::uint64_t kMostElements = 1ULL << 40;
+  constexpr std::uint64_t kMaxElements = 1ULL << 40;
   std::uint64_t elements = 1;
   for (std::uint64_t i = 0; i < dimensions; ++i) {
     const auto size = reader.value<std::int32_t>();
     if (size < 1) throw ModelFormatError::damaged("an array without elements");
-    if (elements > kMostElements / static_cast<std::uint64_t>(size)) {
+    if (elements > kMaxElements / static_cast<std::uint64_t>(size)) {
       throw ModelFormatError::damaged("an impossibly large array");
     }
     elements *= static_cast<std::uint64_t>(size);
@@ -72,7 +72,7 @@ std::vector<ItemHead> readHeads(ByteReader& reader) {
     throw ModelFormatError::unsupported("not a model file of version 1");
   }
   const auto count = reader.value<std::uint64_t>();
-  if (count > kMostItems) throw ModelFormatError::damaged("too many arrays");
+  if (count > kMaxItems) throw ModelFormatError::damaged("too many arrays");
   std::vector<ItemHead> heads;
   for (std::uint64_t i = 0; i < count; ++i) {
     ItemHead head{};
@@ -80,10 +80,10 @@ std::vector<ItemHead> readHeads(ByteReader& reader) {
     head.type = reader.value<std::uint64_t>();
     head.dimensions = reader.value<std::uint64_t>();
     head.dataLength = reader.value<std::uint64_t>();
-    if (head.nameLength < 1 || head.nameLength > kLongestName) {
+    if (head.nameLength < 1 || head.nameLength > kMaxNameLength) {
       throw ModelFormatError::damaged("a name of impossible length");
     }
-    if (head.dimensions > kMostDimensions) {
+    if (head.dimensions > kMaxDimensions) {
       throw ModelFormatError::damaged("an array of too many dimensions");
     }
     heads.push_back(head);
@@ -95,7 +95,7 @@ std::string readName(ByteReader& reader, std::uint64_t length) {
   const auto bytes = reader.take(length);
   std::string name(reinterpret_cast<const char*>(bytes.data()), bytes.size() - 1);
   if (bytes.back() != std::byte{0} || name.find('\0') != std::string::npos) {
-    throw ModelFormatError::damaged("a name that does not end");
+    throw ModelFormatError::damaged("a name without an end");
   }
   return name;
 }
@@ -120,8 +120,8 @@ StudentModelFile::StudentModelFile(std::vector<std::byte> bytes) : bytes_(std::m
     item.type = typeOf(head.type);
     item.shape = readShape(reader, head.dimensions);
   }
-  // The writer stores how much it filled up; it must not be computed anew, because it fills a
-  // whole block when nothing was missing.
+  // The stored length of the padding must be used: the writer adds a whole block when no padding
+  // would be needed.
   reader.take(reader.value<std::uint64_t>());
   for (std::size_t i = 0; i < items.size(); ++i) {
     items[i].data = reader.take(heads[i].dataLength);

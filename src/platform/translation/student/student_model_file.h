@@ -29,9 +29,9 @@ struct ModelItem {
   int columns() const { return shape.back(); }
 };
 
-/// The container of a translation model's arrays, read whole into memory and checked: every item
-/// lies inside the file and is as long as its shape says. Immovable parts stay where they are, so
-/// items may be kept as long as the file.
+/// The arrays of a translation model. The file is read into memory and checked: every item is
+/// inside of it and has the length of its shape. Items stay valid while this object or the one it
+/// was moved to exists.
 class StudentModelFile {
  public:
   /// Throws `ModelFormatError`.
@@ -43,15 +43,15 @@ class StudentModelFile {
   /// Throws `ModelFormatError`, also when the file cannot be read.
   static StudentModelFile read(const QString& path);
 
-  /// Null when there is none.
+  /// Null when there is no such item.
   const ModelItem* find(std::string_view name) const;
 
-  /// Throws `ModelFormatError` when there is none.
+  /// Throws `ModelFormatError` when there is no such item.
   const ModelItem& at(std::string_view name) const;
 
   const std::map<std::string, ModelItem, std::less<>>& items() const { return items_; }
 
-  /// The description of the network that is stored with it, lines of "key: value".
+  /// The stored description of the network, in lines of "key: value".
   std::string_view configuration() const;
 
  private:
@@ -59,7 +59,7 @@ class StudentModelFile {
   std::map<std::string, ModelItem, std::less<>> items_;
 };
 
-/// A whole file. Throws `ModelFormatError` when it cannot be read.
+/// Reads a whole file. Throws `ModelFormatError` when it cannot be read.
 std::vector<std::byte> readModelBytes(const QString& path);
 
 }  // namespace velun

@@ -4,7 +4,7 @@
 #include "language/localization.h"
 #include "platform/foundation/failure.h"
 #include "platform/translation/student/model_format_error.h"
-#include "platform/translation/student/text_cutter.h"
+#include "platform/translation/student/text_splitter.h"
 
 #include <chrono>
 
@@ -50,10 +50,10 @@ QString StudentTranslator::translate(const QString& text, std::stop_token stop) 
   using Clock = std::chrono::steady_clock;
   const auto start = Clock::now();
   const FitsModel fits = [this](const QString& piece) {
-    return engine_->tokenCount(piece) <= StudentEngine::kMostTokens;
+    return engine_->tokenCount(piece) <= StudentEngine::kMaxTokens;
   };
   QStringList translations;
-  for (const QString& piece : cutForModel(text, pair_.source, fits)) {
+  for (const QString& piece : splitForModel(text, pair_.source, fits)) {
     const QString translation = engine_->translateSentence(piece, stop);
     if (!translation.isEmpty()) translations += translation;
   }

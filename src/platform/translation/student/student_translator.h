@@ -10,10 +10,10 @@
 
 namespace velun {
 
-/// Translates with one downloaded model, which is loaded when it is first needed.
+/// Translates with one downloaded model. Loads it at the first use.
 class StudentTranslator final : public TextTranslator {
  public:
-  /// Hears, on the worker's thread, how many milliseconds a text took for each of its tokens.
+  /// Called after every text, on the thread that translates.
   using SpeedReport = std::function<void(double millisecondsPerToken)>;
 
   StudentTranslator(StudentFiles files, LanguagePair pair, SpeedReport reportSpeed = {});

@@ -15,7 +15,7 @@ namespace velun {
 
 namespace {
 
-/// The library reports most damage as a status, and throws an exception of its own at some.
+/// SentencePiece reports most damage as a status but throws for some.
 bool isLoaded(sentencepiece::SentencePieceProcessor& processor, std::string_view bytes) {
   try {
     return processor.LoadFromSerializedProto(bytes).ok();

@@ -13,7 +13,7 @@ class SentencePieceProcessor;
 
 namespace velun {
 
-/// Turns text into the tokens of a model and back. Const operations may run on any thread.
+/// Encodes text as the tokens of a model and decodes them. Const operations may run on any thread.
 class Vocabulary {
  public:
   /// Throws `ModelFormatError`.
@@ -26,10 +26,10 @@ class Vocabulary {
   int endToken() const;
   int unknownToken() const;
 
-  /// The tokens of a text, without the end token; none for blank text.
+  /// The tokens of a text, without the end token; empty for blank text.
   std::vector<int> encode(const QString& text) const;
 
-  /// The text of tokens; those that it does not have are left out.
+  /// The text of tokens. Unknown ones are skipped.
   QString decode(std::span<const int> tokens) const;
 
  private:

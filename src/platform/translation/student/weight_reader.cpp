@@ -39,8 +39,8 @@ std::unique_ptr<Linear> WeightReader::linear(const std::string& name, const std:
               item.type != ModelItem::Type::characters,
           name);
   std::vector<float> biases = bias.empty() ? std::vector<float>() : row(bias, outputs);
-  // 8-bit matrices are stored with the weights of one output side by side, whatever the shape
-  // says; floats are stored as the shape says.
+  // 8-bit matrices are stored output by output, whatever their shape says; float matrices are
+  // stored as their shape says.
   if (item.type == ModelItem::Type::int8) {
     return integerLinear(name, item, inputs, outputs, std::move(biases));
   }

@@ -10,8 +10,8 @@
 
 namespace velun {
 
-/// Makes the parts of a network from the arrays of a model file, each checked for its size. 8-bit
-/// parts keep pointing into the file. Everything throws `ModelFormatError`.
+/// Makes the parts of a network from the arrays of a model file and checks their sizes. The file
+/// must outlive 8-bit parts. Every function throws `ModelFormatError`.
 class WeightReader {
  public:
   explicit WeightReader(const StudentModelFile& file) : file_(file) {}
@@ -23,7 +23,7 @@ class WeightReader {
   std::unique_ptr<Linear> linear(const std::string& name, const std::string& bias, int inputs,
                                  int outputs) const;
 
-  /// The product with an embedding table, one output a token.
+  /// The product with an embedding table, with one output for each token.
   std::unique_ptr<Linear> outputLayer(const std::string& table, const std::string& bias,
                                       int width) const;
 

@@ -27,7 +27,7 @@ QCoro::Task<> ApertiumBackend::install(LanguagePair, std::stop_token) {
 std::shared_ptr<TextTranslator> ApertiumBackend::makeTranslator(const LanguagePair& pair) {
   std::vector<ApertiumMode> modes = installedApertiumModes(modesFolder_);
   const auto found = std::ranges::find(modes, pair, &ApertiumMode::pair);
-  // Removed since it was listed: its programs cannot be started, which the first text reports.
+  // If it was removed since it was listed, the first text reports that it cannot be started.
   ApertiumMode mode = found != modes.end() ? std::move(*found) : ApertiumMode{pair, {}};
   return std::make_shared<ApertiumTranslator>(std::move(mode));
 }

@@ -5,11 +5,11 @@
 
 namespace velun {
 
-/// The Apertium pairs that are installed on this computer. Pairs that the user installs or removes
-/// while the program runs are noticed.
+/// The Apertium pairs that are installed on this computer. Notices pairs that are installed or
+/// removed while the program runs.
 class ApertiumBackend final : public TranslatorBackend {
  public:
-  /// Where the system keeps the mode files.
+  /// The folder of the system's mode files.
   static QString systemFolder();
 
   explicit ApertiumBackend(QString modesFolder = systemFolder());

@@ -10,24 +10,23 @@
 
 namespace velun {
 
-/// One installed direction of Apertium: the programs that a text passes through, each with its
-/// arguments, set up to serve one text after the other.
+/// One installed direction of Apertium: a pipeline of programs that answer text by text.
 struct ApertiumMode {
   LanguagePair pair;
-  std::vector<QStringList> stages;  ///< Of each the program first.
+  std::vector<QStringList> stages;  ///< Each the name of a program and its arguments.
 };
 
-/// Reads the pipeline of a mode file. None when it has anything that cannot be kept running: a
-/// program that is not known to answer text by text, or a construct of the shell.
+/// Parses the pipeline of a mode file. None when it cannot be kept running between texts because of
+/// an unknown program or a shell construct.
 std::optional<std::vector<QStringList>> parseApertiumPipeline(const QString& text);
 
-/// What a mode file's name stands for.
+/// The meaning of a mode file's name.
 struct ApertiumModeName {
   LanguagePair pair;
   bool isVariety = false;  ///< Into a variety of the target language.
 };
 
-/// Reads a mode file's name ("eng-spa", "cat-spa_valencia"); none when it is not a translation.
+/// Parses a mode file's name ("eng-spa", "cat-spa_valencia"); none when it is not a translation.
 std::optional<ApertiumModeName> parseApertiumModeName(const QString& name);
 
 /// The modes in a folder, one for each direction; the plain target language before its varieties.

@@ -7,8 +7,8 @@ namespace {
 
 constexpr QByteArrayView kSpecial = "\\^$@/[]{}<>";
 
-// Without it a text that does not end in a punctuation mark keeps its last words back until the
-// next text comes.
+// Without it Apertium holds back the last words of a text that does not end in a punctuation mark
+// until the next text.
 constexpr QByteArrayView kEnd = "[]";
 
 }  // namespace
@@ -18,7 +18,7 @@ QByteArray encode(const QString& text) {
   for (const char c : text.toUtf8()) {
     if (c == '\0') continue;
     if (c == '~') {
-      // The post-generator takes it for its own mark even when it is escaped.
+      // The post-generator treats it as its own mark even when it is escaped.
       request += "[~]";
       continue;
     }
@@ -39,7 +39,7 @@ std::optional<QString> decode(const QByteArray& answer) {
     if (c == '\\' && i + 1 < answer.size()) c = answer[++i];
     text += c;
   }
-  // Words that are left out leave their spaces.
+  // Removed words leave their spaces.
   QString plain = QString::fromUtf8(text).trimmed();
   while (plain.contains(u"  ")) plain.replace(QStringLiteral("  "), QStringLiteral(" "));
   return plain;

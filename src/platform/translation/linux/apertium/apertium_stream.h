@@ -7,15 +7,15 @@
 
 namespace velun {
 
-/// Apertium's stream format: plain text in which some characters have a meaning, and bracketed
-/// pieces that pass untouched.
+/// Apertium's stream format: plain text with escaped special characters, and bracketed parts that
+/// are passed on unchanged.
 namespace apertium_stream {
 
-/// A text as one request, its closing NUL included.
+/// A text as one request, with its final NUL.
 QByteArray encode(const QString& text);
 
-/// The text of one answer, given without its NUL; none when the answer is not whole, which
-/// happens only when a stage has died.
+/// The text of one response, given without its NUL. None when the response is incomplete, which
+/// happens only when a program of the pipeline has died.
 std::optional<QString> decode(const QByteArray& answer);
 
 }  // namespace apertium_stream

@@ -9,8 +9,8 @@ namespace velun {
 
 namespace {
 
-// A sentence takes milliseconds; this is for a machine that swaps.
-constexpr std::chrono::seconds kPatience{30};
+// A sentence takes milliseconds. The timeout allows for a machine that swaps.
+constexpr std::chrono::seconds kResponseTimeout{30};
 
 }  // namespace
 
@@ -22,8 +22,7 @@ void ApertiumTranslator::load() {
 
 QString ApertiumTranslator::translate(const QString& text, std::stop_token stop) {
   std::optional<QString> translation = attempt(text, stop);
-  // A program that was killed in the middle of a text is not the text's fault; one that the text
-  // kills must not get it for ever.
+  // Retry once: the program may have been killed from outside. A second time the text is the cause.
   if (!translation) translation = attempt(text, stop);
   if (translation) return *translation;
   throw Failure(L("The translator stopped unexpectedly.", "번역기가 갑자기 종료되었습니다."));
@@ -34,7 +33,7 @@ std::optional<QString> ApertiumTranslator::attempt(const QString& text,
   load();
   using Outcome = StagePipeline::Outcome;
   const StagePipeline::Answer answer =
-      pipeline_->ask(apertium_stream::encode(text), kPatience, stop);
+      pipeline_->ask(apertium_stream::encode(text), kResponseTimeout, stop);
   std::optional<QString> translation;
   if (answer.outcome == Outcome::answered) translation = apertium_stream::decode(answer.text);
   if (!translation) pipeline_.reset();

@@ -10,8 +10,8 @@
 
 namespace velun {
 
-/// Translates through Apertium's programs, which stay alive between texts. When one of them dies,
-/// all are started again and get the text under way once more; only if one dies again it fails.
+/// Translates with the programs of an Apertium mode, which keep running between texts. When one of
+/// them dies, all are restarted and the current text is retried once.
 class ApertiumTranslator final : public TextTranslator {
  public:
   explicit ApertiumTranslator(ApertiumMode mode) : mode_(std::move(mode)) {}
@@ -19,11 +19,11 @@ class ApertiumTranslator final : public TextTranslator {
   void load() override;
   QString translate(const QString& text, std::stop_token stop) override;
 
-  /// The process ids of the programs, in order; none before anything was loaded.
+  /// The process ids of the programs, in order; empty before `load`.
   std::vector<pid_t> processes() const;
 
  private:
-  /// Nothing when a program died. Throws what `translate` throws for everything else.
+  /// None when a program died. Throws like `translate` for everything else.
   std::optional<QString> attempt(const QString& text, const std::stop_token& stop);
 
   ApertiumMode mode_;

@@ -33,7 +33,7 @@ StagePipeline::Answer StagePipeline::ask(const QByteArray& request,
     if (stop.stop_requested()) return {Outcome::stopped, {}};
     const qsizetype end = answer.indexOf('\0');
     if (end >= 0) {
-      // Exactly one answer, and not before the whole request was taken.
+      // There must be exactly one response, after the whole request was written.
       if (end != answer.size() - 1 || !input.empty()) return {};
       answer.chop(1);
       return {Outcome::answered, answer};

@@ -14,7 +14,7 @@ class StagePipeline {
   /// Starts the programs. If one cannot be started, every request is `broken`.
   explicit StagePipeline(const std::vector<QStringList>& stages);
 
-  /// Whether every program runs and there is no output that nobody asked for.
+  /// Whether every program is running and there is no unexpected output.
   bool isHealthy() const { return pipeline_ && pipeline_->isIdle(); }
 
   enum class Outcome { answered, broken, timedOut, stopped };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/translation/student/text_cutter.h"
+#include "platform/translation/student/text_splitter.h"
 
 #include "platform/translation/student/student_translator.h"
 #include "platform/translation/support/toy_models.h"
@@ -21,12 +21,12 @@ FitsModel upTo(qsizetype characters) {
 
 }  // namespace
 
-/// How texts that are too long for a model are cut.
-class TextCutterTest final : public Suite {
+/// Texts that are too long for a model.
+class TextSplitterTest final : public Suite {
   Q_OBJECT
 
  private Q_SLOTS:
-  void cuts_data() {
+  void splits_data() {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("language");
     QTest::addColumn<int>("longest");
@@ -52,12 +52,12 @@ class TextCutterTest final : public Suite {
         {"ab,", "cd ef", "gh ij"});
   }
 
-  void cuts() {
+  void splits() {
     QFETCH(QString, text);
     QFETCH(QString, language);
     QFETCH(int, longest);
     QFETCH(QStringList, pieces);
-    QCOMPARE(cutForModel(text, language, upTo(longest)), pieces);
+    QCOMPARE(splitForModel(text, language, upTo(longest)), pieces);
   }
 
   void aTextOfSeveralSentencesIsTranslatedWhole() {
@@ -71,8 +71,8 @@ class TextCutterTest final : public Suite {
             translator.translate(QStringLiteral("The dog is here."), {}));
   }
 
-  // Ten times what the model takes at once; it makes one sentence of each piece.
-  void aVeryLongTextIsTranslatedPieceByPiece() {
+  // Ten times as many tokens as the model accepts at once; each piece becomes one sentence.
+  void aVeryLongTextIsTranslatedInPieces() {
     StudentTranslator translator(toyFiles(QStringLiteral("enko")),
                                  {QStringLiteral("en"), QStringLiteral("ko")});
     const QString translation = translator.translate(
@@ -80,7 +80,7 @@ class TextCutterTest final : public Suite {
     QVERIFY2(translation.count(QStringLiteral("마리아는")) >= 10, qUtf8Printable(translation));
   }
 
-  void anotherScriptDoesNoHarm() {
+  void textsInAnotherScriptAreHarmless() {
     StudentTranslator translator(toyFiles(QStringLiteral("enko")),
                                  {QStringLiteral("en"), QStringLiteral("ko")});
     for (const char* text :
@@ -101,5 +101,5 @@ class TextCutterTest final : public Suite {
   }
 };
 
-QTEST_GUILESS_MAIN(TextCutterTest)
-#include "text_cutter_test.moc"
+QTEST_GUILESS_MAIN(TextSplitterTest)
+#include "text_splitter_test.moc"
