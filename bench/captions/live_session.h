@@ -4,6 +4,7 @@
 #include "captions/caption_view_model.h"
 #include "support/manual_clock.h"
 #include "support/scripted_recognizer.h"
+#include "support/scripted_speech_platform.h"
 #include "support/scripted_translation_platform.h"
 #include "support/settle.h"
 
@@ -27,13 +28,12 @@ class LiveSession {
     settings.setTargetID(QStringLiteral("es"));
     settings.setTranslate(true);
     settings.setShowTranslationOnly(isTranslationOnly);
-    LanguageLists lists;
     auto owned = std::make_unique<test::ScriptedRecognizer>(
         std::make_shared<test::ScriptedRecognizer::Script>());
     recognizer = owned.get();
     model = std::make_unique<CaptionViewModel>(
         settings, SessionStore{QUrl::fromLocalFile(folder.filePath("Sessions"))}, std::move(owned),
-        realTranslation ? *realTranslation : translation, lists, clock);
+        speech, realTranslation ? *realTranslation : translation, clock);
     CaptionViewModel* const observed = model.get();
     for (const auto change :
          {&CaptionViewModel::sessionChanged, &CaptionViewModel::volatileTextChanged}) {
@@ -59,6 +59,7 @@ class LiveSession {
 
   test::ManualClock clock;
   AppSettings settings;
+  test::ScriptedSpeechPlatform speech;
   test::ScriptedTranslationPlatform translation;
   test::ScriptedRecognizer* recognizer = nullptr;
   std::unique_ptr<CaptionViewModel> model;

@@ -90,16 +90,8 @@ struct Composition::Parts {
   UpdateChecker updater{VELUN_VERSION, VELUN_IS_PACKAGED, updateFeed()};
   AlertQuestion question;
   CaptionViewModel model{
-      settings,
-      usersStore(),
-      std::make_unique<SpeechRecognitionEngine>(speech, audio, clock),
-      translation,
-      LanguageLists{.supportedLocales = [this] { return speech.supportedLocales(); },
-                    .supportedLanguages =
-                        [this] {
-                          return translation.supportedLanguages();
-                        }},
-      clock};
+      settings, usersStore(), std::make_unique<SpeechRecognitionEngine>(speech, audio, clock),
+      speech,   translation,  clock};
 };
 
 Composition::Composition(ApplicationService& application)

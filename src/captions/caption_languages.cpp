@@ -4,6 +4,8 @@
 #include "captions/update.h"
 #include "language/localization.h"
 #include "model/line.h"
+#include "platform/speech/speech_platform.h"
+#include "platform/translation/translation_platform.h"
 
 #include <algorithm>
 #include <utility>
@@ -28,16 +30,17 @@ QStringList sortedByName(const QStringList& identifiers) {
 
 }  // namespace
 
-CaptionLanguages::CaptionLanguages(LanguageLists sources, QObject* parent)
-    : QObject(parent), sources_(std::move(sources)) {}
+CaptionLanguages::CaptionLanguages(SpeechPlatform& speech, TranslationPlatform& translation,
+                                   QObject* parent)
+    : QObject(parent), speech_(speech), translation_(translation) {}
 
-QCoro::Task<> CaptionLanguages::load(QPointer<CaptionLanguages> self, LanguageLists sources) {
-  QCoro::Task<QStringList> localesTask = sources.supportedLocales();
+QCoro::Task<> CaptionLanguages::load(QPointer<CaptionLanguages> self) {
+  QCoro::Task<QStringList> localesTask = self->speech_.supportedLocales();
   const QStringList locales = co_await localesTask;
   if (!self) co_return;
   if (update(self->locales_, sortedByName(locales))) Q_EMIT self->localesChanged();
 
-  QCoro::Task<QStringList> languagesTask = sources.supportedLanguages();
+  QCoro::Task<QStringList> languagesTask = self->translation_.supportedLanguages();
   const QStringList languages = co_await languagesTask;
   if (!self) co_return;
   if (update(self->languages_, sortedByName(languages))) Q_EMIT self->languagesChanged();

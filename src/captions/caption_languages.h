@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <functional>
 #include <QCoroTask>
 #include <QObject>
 #include <QPointer>
@@ -9,21 +8,18 @@
 
 namespace velun {
 
-/// Where the lists of languages come from.
-struct LanguageLists {
-  /// Locale identifiers that can be recognized.
-  std::function<QCoro::Task<QStringList>()> supportedLocales;
-  /// Language identifiers that can be translated into.
-  std::function<QCoro::Task<QStringList>()> supportedLanguages;
-};
+class SpeechPlatform;
+class TranslationPlatform;
 
 /// The languages that the user can choose from, sorted by their names in the interface language.
-/// Identifiers with equal names keep the order of their source. Main thread.
+/// Identifiers with equal names keep the order of their platform. Main thread.
 class CaptionLanguages final : public QObject {
   Q_OBJECT
 
  public:
-  explicit CaptionLanguages(LanguageLists sources, QObject* parent = nullptr);
+  /// The platforms must outlive this object.
+  CaptionLanguages(SpeechPlatform& speech, TranslationPlatform& translation,
+                   QObject* parent = nullptr);
 
   /// Identifiers of the locales that can be recognized. Empty until `load` completes.
   const QStringList& locales() const { return locales_; }
@@ -31,16 +27,17 @@ class CaptionLanguages final : public QObject {
   const QStringList& languages() const { return languages_; }
 
   /// Fetches and sorts both lists; again after a change of the interface language.
-  QCoro::Task<> load() { return load(this, sources_); }
+  QCoro::Task<> load() { return load(this); }
 
  Q_SIGNALS:
   void localesChanged();
   void languagesChanged();
 
  private:
-  static QCoro::Task<> load(QPointer<CaptionLanguages> self, LanguageLists sources);
+  static QCoro::Task<> load(QPointer<CaptionLanguages> self);
 
-  LanguageLists sources_;
+  SpeechPlatform& speech_;
+  TranslationPlatform& translation_;
   QStringList locales_;
   QStringList languages_;
 };

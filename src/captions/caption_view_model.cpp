@@ -12,13 +12,13 @@ namespace velun {
 
 CaptionViewModel::CaptionViewModel(AppSettings& settings, SessionStore store,
                                    std::unique_ptr<SpeechRecognizing> recognition,
-                                   TranslationPlatform& translation, LanguageLists lists,
+                                   SpeechPlatform& speech, TranslationPlatform& translation,
                                    Clock& clock, QObject* parent)
     : QObject(parent),
       settings_(settings),
       clock_(clock),
       current_(clock.now()),
-      languages_(std::move(lists)),
+      languages_(speech, translation),
       saver_(current_.session(), std::move(store), settings.autoSaveSessions()),
       translator_(translation, current_.lines()),
       engine_(settings, std::move(recognition)) {

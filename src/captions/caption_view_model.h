@@ -27,10 +27,10 @@ class CaptionViewModel final : public QObject {
   Q_OBJECT
 
  public:
-  /// `settings`, `translation` and `clock` must outlive the model.
+  /// `settings`, `clock` and the platforms must outlive the model.
   CaptionViewModel(AppSettings& settings, SessionStore store,
-                   std::unique_ptr<SpeechRecognizing> recognition, TranslationPlatform& translation,
-                   LanguageLists lists, Clock& clock, QObject* parent = nullptr);
+                   std::unique_ptr<SpeechRecognizing> recognition, SpeechPlatform& speech,
+                   TranslationPlatform& translation, Clock& clock, QObject* parent = nullptr);
   ~CaptionViewModel() override;
 
   AppSettings& settings() const { return settings_; }

@@ -3,6 +3,8 @@
 
 #include "language/localization.h"
 #include "platform/foundation/one_shot.h"
+#include "support/scripted_speech_platform.h"
+#include "support/scripted_translation_platform.h"
 #include "support/settle.h"
 #include "support/suite.h"
 
@@ -14,26 +16,8 @@ using test::settle;
 
 namespace {
 
-QCoro::Task<QStringList> answer(QStringList list) {
-  co_return list;
-}
-
-QCoro::Task<QStringList> answerLater(OneShot<QStringList> list) {
-  const QStringList found = co_await list;
-  co_return found;
-}
-
 struct Fixture {
-  LanguageLists sources() {
-    LanguageLists sources;
-    sources.supportedLocales = [this] {
-      return answer(locales);
-    };
-    sources.supportedLanguages = [this] {
-      return answer(languages);
-    };
-    return sources;
-  }
+  Fixture() { locales.clear(); }
 
   void load() {
     const QCoro::Task<> task = offered.load();
@@ -41,9 +25,30 @@ struct Fixture {
     QVERIFY(task.isReady());
   }
 
-  QStringList locales;
-  QStringList languages;
-  CaptionLanguages offered{sources()};
+  test::ScriptedSpeechPlatform speech;
+  test::ScriptedTranslationPlatform translation;
+  QStringList& locales = speech.script->locales;
+  QStringList& languages = translation.languages;
+  CaptionLanguages offered{speech, translation};
+};
+
+/// Lists its languages when the test says so.
+class SlowTranslationPlatform final : public TranslationPlatform {
+ public:
+  explicit SlowTranslationPlatform(const OneShot<QStringList>& list) : list_(list) {}
+
+  std::unique_ptr<Translator> makeTranslator(const QString&, const QString&) override {
+    return nullptr;
+  }
+  QCoro::Task<QStringList> supportedLanguages() override {
+    const OneShot<QStringList> list = list_;
+    const QStringList languages = co_await list;
+    co_return languages;
+  }
+  std::optional<QString> activity() const override { return std::nullopt; }
+
+ private:
+  OneShot<QStringList> list_;
 };
 
 }  // namespace
@@ -90,14 +95,13 @@ class CaptionLanguagesTest final : public test::Suite {
 
   void destructionWhileLoadingIsHarmless() {
     const OneShot<QStringList> list;
-    LanguageLists sources;
-    sources.supportedLocales = [list] {
-      return answerLater(list);
-    };
-    auto languages = std::make_unique<CaptionLanguages>(sources);
+    test::ScriptedSpeechPlatform speech;
+    SlowTranslationPlatform translation(list);
+    auto languages = std::make_unique<CaptionLanguages>(speech, translation);
     const QCoro::Task<> task = languages->load();
+    QVERIFY(!task.isReady());
     languages.reset();
-    list.complete({"en_US"});
+    list.complete({"en"});
     settle();
     QVERIFY(task.isReady());
   }

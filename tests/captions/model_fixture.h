@@ -6,6 +6,7 @@
 #include "settings/app_settings.h"
 #include "support/manual_clock.h"
 #include "support/scripted_recognizer.h"
+#include "support/scripted_speech_platform.h"
 #include "support/scripted_translation_platform.h"
 #include "support/settle.h"
 
@@ -21,26 +22,14 @@ struct ModelFixture : SessionsFolder {
   explicit ModelFixture(const std::function<void(AppSettings&)>& prepare = {},
                         TranslationPlatform* realTranslation = nullptr) {
     if (prepare) prepare(settings);
+    locales.clear();
     auto owned = std::make_unique<ScriptedRecognizer>(engine);
     recognizer = owned.get();
-    model = std::make_unique<CaptionViewModel>(settings, store, std::move(owned),
-                                               realTranslation ? *realTranslation : translation,
-                                               lists(), clock);
+    model =
+        std::make_unique<CaptionViewModel>(settings, store, std::move(owned), speech,
+                                           realTranslation ? *realTranslation : translation, clock);
     logSignals();
   }
-
-  LanguageLists lists() {
-    LanguageLists lists;
-    lists.supportedLocales = [this] {
-      return answer(locales);
-    };
-    lists.supportedLanguages = [this] {
-      return answer(languages);
-    };
-    return lists;
-  }
-
-  static QCoro::Task<QStringList> answer(QStringList list) { co_return list; }
 
   void start() {
     model->start();
@@ -112,9 +101,10 @@ struct ModelFixture : SessionsFolder {
 
   ManualClock clock;
   AppSettings settings;
+  ScriptedSpeechPlatform speech;
   ScriptedTranslationPlatform translation;
-  QStringList locales;
-  QStringList languages;
+  QStringList& locales = speech.script->locales;
+  QStringList& languages = translation.languages;
   std::shared_ptr<Engine> engine = std::make_shared<Engine>();
   ScriptedRecognizer* recognizer = nullptr;
   QStringList signalled;

@@ -60,7 +60,10 @@ class ScriptedSpeechRun final : public SpeechRun {
 
 class ScriptedSpeechPlatform final : public SpeechPlatform {
  public:
-  QCoro::Task<QStringList> supportedLocales() override { co_return script->locales; }
+  QCoro::Task<QStringList> supportedLocales() override {
+    const QStringList locales = script->locales;
+    co_return locales;
+  }
   std::optional<SpeechSupport> support(const QString& localeID) override {
     script->calls << "support " + localeID;
     const std::optional<QString> locale = equivalentLocale(localeID, script->locales);

@@ -85,7 +85,10 @@ class ScriptedTranslationPlatform final : public TranslationPlatform {
     if (prepareScript) prepareScript(*script);
     return std::make_unique<ScriptedTranslator>(script);
   }
-  QCoro::Task<QStringList> supportedLanguages() override { co_return QStringList(); }
+  QCoro::Task<QStringList> supportedLanguages() override {
+    const QStringList list = languages;
+    co_return list;
+  }
   std::optional<QString> activity() const override { return busyWith; }
 
   void setActivity(const std::optional<QString>& text) {
@@ -100,6 +103,7 @@ class ScriptedTranslationPlatform final : public TranslationPlatform {
   /// Of every translator made so far, in order.
   std::vector<std::shared_ptr<TranslationScript>> scripts;
   std::optional<QString> busyWith;
+  QStringList languages;
 };
 
 }  // namespace velun::test

@@ -4,6 +4,7 @@
 #include "support/manual_clock.h"
 #include "support/memory_preferences.h"
 #include "support/scripted_recognizer.h"
+#include "support/scripted_speech_platform.h"
 #include "support/scripted_translation_platform.h"
 #include "support/suite.h"
 #include "support/virtual_display.h"
@@ -25,14 +26,6 @@ using namespace velun;
 using namespace std::chrono_literals;
 
 namespace {
-
-QCoro::Task<QStringList> someLocales() {
-  co_return QStringList({"en_US", "ko_KR", "de_DE"});
-}
-
-QCoro::Task<QStringList> someLanguages() {
-  co_return QStringList({"ko", "es", "de"});
-}
 
 QPalette darkPalette() {
   QPalette palette(QColor(45, 45, 48), QColor(37, 37, 40));
@@ -97,13 +90,13 @@ class LibraryPicturesTest final : public test::Suite {
     history.window().hide();
 
     test::ScriptedTranslationPlatform translation;
-    LanguageLists lists;
-    lists.supportedLocales = someLocales;
-    lists.supportedLanguages = someLanguages;
+    translation.languages = {"ko", "es", "de"};
+    test::ScriptedSpeechPlatform speech;
+    speech.script->locales = {"en_US", "ko_KR", "de_DE"};
     CaptionViewModel model(settings, store,
                            std::make_unique<test::ScriptedRecognizer>(
                                std::make_shared<test::ScriptedRecognizer::Script>()),
-                           translation, lists, clock);
+                           speech, translation, clock);
     SettingsView form(model, {}, {});
     form.resize(460, 760);
     picture(form, "settings");

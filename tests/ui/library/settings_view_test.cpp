@@ -5,6 +5,7 @@
 #include "support/manual_clock.h"
 #include "support/memory_preferences.h"
 #include "support/scripted_recognizer.h"
+#include "support/scripted_speech_platform.h"
 #include "support/scripted_translation_platform.h"
 #include "support/suite.h"
 
@@ -19,17 +20,7 @@
 
 using namespace velun;
 
-namespace {
-
-QCoro::Task<QStringList> recognized() {
-  co_return QStringList({"en_US", "ko_KR"});
-}
-
-QCoro::Task<QStringList> translated() {
-  co_return QStringList({"ko", "es", "de"});
-}
-
-}  // namespace
+namespace {}  // namespace
 
 class SettingsViewTest final : public test::Suite {
   Q_OBJECT
@@ -38,6 +29,7 @@ class SettingsViewTest final : public test::Suite {
   test::ManualClock clock_;
   std::unique_ptr<test::MemoryPreferences> preferences_;
   std::unique_ptr<AppSettings> settings_;
+  test::ScriptedSpeechPlatform speech_;
   test::ScriptedTranslationPlatform translation_;
   std::unique_ptr<CaptionViewModel> model_;
   std::unique_ptr<SettingsView> view_;
@@ -50,13 +42,11 @@ class SettingsViewTest final : public test::Suite {
     settings_ = std::make_unique<AppSettings>(preferences_.get());
     SessionStore store;
     store.directory = QUrl::fromLocalFile(folder_.path());
-    LanguageLists lists;
-    lists.supportedLocales = recognized;
-    lists.supportedLanguages = translated;
+    translation_.languages = {"ko", "es", "de"};
     auto script = std::make_shared<test::ScriptedRecognizer::Script>();
     model_ = std::make_unique<CaptionViewModel>(*settings_, store,
                                                 std::make_unique<test::ScriptedRecognizer>(script),
-                                                translation_, lists, clock_);
+                                                speech_, translation_, clock_);
     SettingsNotes notes;
     notes.captureHiding = [this] {
       return hidingNote_;
