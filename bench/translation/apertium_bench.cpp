@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How fast the built-in translator is, English to Spanish. With --translate it translates its
-// input line by line instead.
+// The speed of the built-in translator from English to Spanish. With --translate it translates its
+// standard input line by line instead.
 #include "measure.h"
 #include "platform/translation/linux/apertium/apertium_backend.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How fast and how large a translation model of the largest size is, its weights made up, against
+// Speed and memory of a translation model of the largest size, with random weights, compared with
 // the reference engine on the same files.
 #include "platform/translation/student/student_engine.h"
 #include "platform/translation/support/made_up_model.h"
@@ -26,7 +26,7 @@ double millisecondsSince(Clock::time_point start) {
   return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
 }
 
-// What the process holds in memory, in megabytes.
+// The resident memory of this process in MiB.
 double residentMegabytes() {
   QFile status(QStringLiteral("/proc/self/status"));
   if (!status.open(QIODevice::ReadOnly)) return 0;
@@ -38,7 +38,7 @@ double residentMegabytes() {
   return 0;
 }
 
-// The mean over the sentences of each one's best time.
+// The mean of the best time of each sentence, in ms.
 double measure(const StudentEngine& engine, const QStringList& sentences) {
   double sum = 0;
   for (const QString& sentence : sentences) {
@@ -65,14 +65,14 @@ double measureReference(const StudentFiles& files, const QStringList& sentences)
        files.shortlist, QStringLiteral("int8shiftAlphaAll"), files.sourceVocabulary});
   node.write((sentences.join(u'\n') + u'\n').toUtf8());
   node.closeWriteChannel();
-  constexpr int kLongest = 300'000;
-  if (!node.waitForFinished(kLongest)) return 0;
+  constexpr int kTimeoutMs = 300'000;
+  if (!node.waitForFinished(kTimeoutMs)) return 0;
   const QList<QByteArray> words = node.readAllStandardError().simplified().split(' ');
   const qsizetype at = words.indexOf("ms-per-sentence");
   return at < 0 || at + 1 >= words.size() ? 0 : words[at + 1].toDouble();
 }
 
-// Written by another process, so that this one's memory is what a user's would be.
+// Writes it in another process, which would otherwise add to the memory of this one.
 void writeModel(const QString& folder) {
   QProcess writer;
   writer.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--write"), folder});
@@ -92,7 +92,7 @@ int main(int argc, char** argv) {
   const QTemporaryDir folder;
   writeModel(folder.path());
   const StudentFiles files = test::MadeUpModel::files(folder.path());
-  // As many tokens out as in.
+  // Translations have as many tokens as their source.
   const StudentEngine::Limits limits{.lengthFactor = 1.0F};
   const auto start = Clock::now();
   const StudentEngine engine(files, limits);

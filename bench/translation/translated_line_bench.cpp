@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// From a finished line to its stored translation, over a model of the largest size. Its weights are
-// made up and it never ends a sentence by itself, so every translation is as long as one may be.
+// The time from a finished line to its stored translation with a model of the largest size. Its
+// random weights never emit the end token, so every translation has the maximum length.
 #include "captions/live_session.h"
 #include "measure.h"
 #include "platform/translation/local_translation_platform.h"
@@ -16,7 +16,7 @@ namespace {
 constexpr int kLines = 100;
 constexpr int kTokens = 20;
 
-/// Has one model.
+/// Offers one model.
 class ModelBackend final : public TranslatorBackend {
  public:
   explicit ModelBackend(StudentFiles files) : files_(std::move(files)) {}
@@ -63,7 +63,7 @@ int main(int argc, char** argv) {
       while (translated == before) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }));
   }
-  times.erase(times.begin());  // waits for the model to be loaded
+  times.erase(times.begin());  // includes loading the model
   std::ranges::sort(times);
   bench::report("translated_line_ms", times[kLines / 2], "ms");
   bench::report("translated_line_p95_ms", times[kLines * 95 / 100], "ms");

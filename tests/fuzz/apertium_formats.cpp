@@ -24,7 +24,7 @@ void checkName(const QString& text) {
   require(!name || !(name->pair.source == name->pair.target), "a mode translates");
 }
 
-/// What a pipeline that changes nothing would make of the text.
+/// The response of a pipeline that changes nothing.
 void checkWayAndBack(const QString& text) {
   const QByteArray request = apertium_stream::encode(text);
   require(request.endsWith('\0') && request.count('\0') == 1, "a request is one text");
@@ -37,7 +37,7 @@ void checkWayAndBack(const QString& text) {
 
 }  // namespace
 
-/// Mode files, their names and answers of any bytes are read or refused; every text gets through.
+/// Mode files, their names and responses of any bytes are parsed or rejected; every text is kept.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
   const QString text = QString::fromUtf8(bytes);

@@ -15,9 +15,9 @@ QString withoutBlanks(QString text) {
 
 }  // namespace
 
-/// Whatever a recognizer says is cut without losing or repeating anything.
+/// Any text is split without losing or repeating anything.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
-  constexpr qsizetype kMostForModel = 12;
+  constexpr qsizetype kMaxForModel = 12;
   const QString text =
       QString::fromUtf8(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
   for (const char* locale : {"en_US", "ko_KR", "ja_JP", "zz"}) {
@@ -26,7 +26,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     require(!cut.contains(QString()), "no sentence is empty");
   }
   const auto fits = [](const QString& piece) {
-    return piece.size() <= kMostForModel;
+    return piece.size() <= kMaxForModel;
   };
   for (const char* language : {"en", "ko"}) {
     const QStringList pieces = splitForModel(text, language, fits);

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <cstdlib>
 
-// A shortlist of any bytes is refused or gives candidates that the vocabulary has.
+// A shortlist of any bytes is rejected or gives only candidates of the vocabulary.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   constexpr int kSourceTokens = 6;
   constexpr int kTargetTokens = 20;

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-// A translation model of any bytes is loaded or refused.
+// A translation model of any bytes is loaded or rejected.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const auto* bytes = reinterpret_cast<const std::byte*>(data);
   try {

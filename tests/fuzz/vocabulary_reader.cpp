@@ -8,7 +8,7 @@
 using namespace velun;
 using fuzz::require;
 
-/// A vocabulary of any bytes is refused or makes tokens that it has.
+/// A vocabulary of any bytes is rejected or produces only its own tokens.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   try {
     const Vocabulary vocabulary(std::as_bytes(std::span(data, size)));

@@ -26,8 +26,8 @@ ApertiumMode englishSpanish() {
   return {};
 }
 
-// A stage that repeats its texts, except that one with "die" in it kills the stage and one with
-// "hang" is never answered.
+// A stage that echoes texts. A text with "die" in it ends the stage; one with "hang" gets no
+// response.
 QStringList echo() {
   return {QStringLiteral("bash"), QStringLiteral("-c"),
           QStringLiteral("while IFS= read -r -d '' text; do "
@@ -47,13 +47,13 @@ void writeFile(const QString& path, const QByteArray& content) {
 
 }  // namespace
 
-/// The built-in translator: how its modes are read, how texts get through its programs whole, and
-/// what happens when a program dies. English to Spanish must be installed.
+/// The built-in translator: its mode files, its stream format and what happens when a program dies.
+/// English to Spanish must be installed.
 class ApertiumTest final : public Suite {
   Q_OBJECT
 
  private Q_SLOTS:
-  void readsAPipeline() {
+  void parsesAPipeline() {
     const auto stages = parseApertiumPipeline(
         QStringLiteral("lt-proc '/a b/eng.bin' | apertium-tagger -g $2 '/t.prob' | lt-proc $1 x"));
     QVERIFY(stages);
@@ -63,7 +63,7 @@ class ApertiumTest final : public Suite {
     QCOMPARE((*stages)[2], QStringList({"lt-proc", "-z", "-n", "x"}));
   }
 
-  void refusesWhatCannotBeKeptRunning_data() {
+  void rejectsProgramsThatCannotBeKeptRunning_data() {
     QTest::addColumn<QString>("pipeline");
     QTest::newRow("unknown program") << QStringLiteral("lt-proc a | sed s/a/b/");
     QTest::newRow("shell") << QStringLiteral("lt-proc a; lt-proc b");
@@ -75,12 +75,12 @@ class ApertiumTest final : public Suite {
     QTest::newRow("empty") << QString();
   }
 
-  void refusesWhatCannotBeKeptRunning() {
+  void rejectsProgramsThatCannotBeKeptRunning() {
     QFETCH(QString, pipeline);
     QVERIFY(!parseApertiumPipeline(pipeline));
   }
 
-  void readsModeNames() {
+  void parsesModeNames() {
     const auto plain = parseApertiumModeName(QStringLiteral("eng-spa"));
     QVERIFY(plain && plain->pair == kEnglishSpanish && !plain->isVariety);
     const auto variety = parseApertiumModeName(QStringLiteral("spa-cat_valencia"));
@@ -104,20 +104,20 @@ class ApertiumTest final : public Suite {
     QVERIFY(backend.installedPairs() == expected);
     QCOMPARE(installedApertiumModes(folder.path())[0].stages[0].last(), QStringLiteral("plain"));
 
-    // Removed or added while the program runs.
+    // Pairs can be installed and removed while the program runs.
     QVERIFY(QFile::remove(folder.filePath(QStringLiteral("spa-por_BR.mode"))));
     QCOMPARE(backend.installedPairs().size(), std::size_t{1});
     QVERIFY(ApertiumBackend(folder.filePath(QStringLiteral("none"))).installedPairs().empty());
   }
 
-  void streamPassesEveryCharacter_data() {
+  void streamFormatKeepsEveryCharacter_data() {
     QTest::addColumn<QString>("text");
     QTest::newRow("marks") << QStringLiteral("[ ] \\ / @ ^ $ < > { } ~ # * % _ & | = + \" '");
     QTest::newRow("Hangul") << QStringLiteral("안녕하세요");
     QTest::newRow("emoji") << QStringLiteral("👩‍👩‍👧 🎉");
   }
 
-  void streamPassesEveryCharacter() {
+  void streamFormatKeepsEveryCharacter() {
     QFETCH(QString, text);
     QByteArray request = apertium_stream::encode(text);
     QVERIFY(request.endsWith('\0'));
@@ -126,7 +126,7 @@ class ApertiumTest final : public Suite {
     QCOMPARE(apertium_stream::decode(request), text);
   }
 
-  void anAnswerWithoutItsEndIsNone() {
+  void anIncompleteResponseIsRejected() {
     QVERIFY(!apertium_stream::decode(QByteArray()));
     QVERIFY(!apertium_stream::decode("El gato"));
   }
@@ -135,12 +135,12 @@ class ApertiumTest final : public Suite {
     ApertiumTranslator translator(englishSpanish());
     QCOMPARE(translator.translate(QStringLiteral("The cat sees the white house."), {}),
              QStringLiteral("El gato ve la casa blanca."));
-    // No mark at a word that it does not know, and no closing punctuation needed.
+    // Unknown words are not marked, and no final punctuation is needed.
     QCOMPARE(translator.translate(QStringLiteral("the cat Xyzzqu"), {}),
              QStringLiteral("El gato Xyzzqu"));
   }
 
-  void bringsEveryCharacterThrough_data() {
+  void keepsEveryCharacter_data() {
     QTest::addColumn<QString>("text");
     for (const char* mark :
          {"[", "]", "\\", "/", "@", "^", "$", "<",      ">",   "{",   "}",       "~",
@@ -149,32 +149,32 @@ class ApertiumTest final : public Suite {
     }
   }
 
-  void bringsEveryCharacterThrough() {
+  void keepsEveryCharacter() {
     QFETCH(QString, text);
     static ApertiumTranslator translator(englishSpanish());
     const QString translation =
         translator.translate(QStringLiteral("The house %1 is big").arg(text), {});
     QVERIFY2(translation.contains(text), qUtf8Printable(translation));
     QVERIFY2(translation.startsWith(QStringLiteral("La casa")), qPrintable(translation));
-    // The answer after it is its own.
+    // The next text gets its own response.
     QCOMPARE(translator.translate(QStringLiteral("the cat"), {}), QStringLiteral("El gato"));
   }
 
-  void answersLongTexts() {
+  void translatesLongTexts() {
     ApertiumTranslator translator(englishSpanish());
     const QString translation =
         translator.translate(QStringLiteral("The cat is here. ").repeated(5000), {});
     QCOMPARE(translation.count(QStringLiteral("El gato")), 5000);
   }
 
-  void aDeadProgramFailsItsLineOnly() {
+  void aCrashFailsOnlyItsLine() {
     ApertiumTranslator translator(echoMode());
     QCOMPARE(translator.translate(QStringLiteral("one"), {}), QStringLiteral("one"));
     QVERIFY_EXCEPTION_THROWN(translator.translate(QStringLiteral("die"), {}), Failure);
     QCOMPARE(translator.translate(QStringLiteral("two"), {}), QStringLiteral("two"));
   }
 
-  void aProgramKilledInTheMiddleOfALineGetsItOnceMore() {
+  void retriesALineWhoseProgramWasKilled() {
     const QTemporaryDir folder;
     const QString mark = folder.filePath("was-killed");
     const QString killedOnce = QStringLiteral(
@@ -186,7 +186,7 @@ class ApertiumTest final : public Suite {
     QVERIFY(QFile::exists(mark));
   }
 
-  void aProgramKilledBetweenLinesIsNotNoticed() {
+  void restartsAProgramThatWasKilledBetweenLines() {
     ApertiumTranslator translator(englishSpanish());
     QCOMPARE(translator.translate(QStringLiteral("the cat"), {}), QStringLiteral("El gato"));
     const std::vector<pid_t> processes = translator.processes();
@@ -194,7 +194,7 @@ class ApertiumTest final : public Suite {
     for (const std::size_t victim : {std::size_t{0}, processes.size() / 2, processes.size() - 1}) {
       const pid_t process = translator.processes()[victim];
       QCOMPARE(::kill(process, SIGKILL), 0);
-      // Ended, not yet collected.
+      // Ended but not reaped yet.
       siginfo_t info{};
       QCOMPARE(::waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOWAIT), 0);
       QCOMPARE(translator.translate(QStringLiteral("the cat"), {}), QStringLiteral("El gato"));

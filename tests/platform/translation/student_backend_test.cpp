@@ -38,7 +38,7 @@ bool contains(const std::vector<LanguagePair>& pairs, const LanguagePair& pair) 
 
 }  // namespace
 
-/// Which model of a pair is taken.
+/// The choice among the models of a pair.
 class StudentBackendTest final : public Suite {
   Q_OBJECT
 
@@ -49,7 +49,7 @@ class StudentBackendTest final : public Suite {
     store_ = std::make_unique<ScriptedModelStore>(folder_->path());
   }
 
-  void takesTheBestByQuality() {
+  void choosesTheBestPublishedQuality() {
     StudentBackend backend(koreanModels(), *store_, kPlenty);
     install(backend);
     QCOMPARE(store_->asked, QStringList({"memory"}));
@@ -57,7 +57,7 @@ class StudentBackendTest final : public Suite {
     QVERIFY(!contains(backend.downloadablePairs(), kEnglishKorean));
   }
 
-  void keepsTheCataloguesOrderWhereQualityIsNotKnown() {
+  void keepsTheCatalogueOrderWithoutPublishedQuality() {
     auto models = koreanModels();
     models[1].options = {};
     StudentBackend backend(models, *store_, kPlenty);
@@ -65,7 +65,7 @@ class StudentBackendTest final : public Suite {
     QCOMPARE(store_->asked, QStringList({"base"}));
   }
 
-  void leavesOutWhatDoesNotFitIntoMemory() {
+  void skipsModelsThatDoNotFitIntoMemory() {
     StudentBackend backend(koreanModels(), *store_, 300 * kMegabyte);
     install(backend);
     QCOMPARE(store_->asked, QStringList({"tiny"}));
@@ -74,7 +74,7 @@ class StudentBackendTest final : public Suite {
     QVERIFY(small.installedPairs().empty());
   }
 
-  void usesAnotherModelUntilTheBestIsThere() {
+  void usesAnInstalledModelUntilTheBestIsInstalled() {
     store_->present = {QStringLiteral("tiny")};
     StudentBackend backend(koreanModels(), *store_, kPlenty);
     QVERIFY(contains(backend.installedPairs(), kEnglishKorean));
@@ -83,7 +83,7 @@ class StudentBackendTest final : public Suite {
     QCOMPARE(store_->askedQuietly, QStringList({"memory"}));
   }
 
-  void remembersWhatWasTooSlow() {
+  void remembersModelsThatWereTooSlow() {
     const QString folder = folder_->filePath(QStringLiteral("memory"));
     QVERIFY(QDir().mkpath(folder));
     {
@@ -95,13 +95,13 @@ class StudentBackendTest final : public Suite {
       speeds.add(folder, 2 * ModelSpeeds::kMaxMillisecondsPerToken);
       QVERIFY(speeds.isTooSlow(folder));
     }
-    // In the next run of the program the next best model is taken.
+    // The next process chooses the next best model.
     StudentBackend backend(koreanModels(), *store_, kPlenty);
     install(backend);
     QCOMPARE(store_->asked, QStringList({"base"}));
   }
 
-  void takesTheSmallestWhereAllAreTooSlow() {
+  void choosesTheSmallestModelIfAllAreTooSlow() {
     for (const char* id : {"base", "memory", "tiny"}) {
       const QString folder = folder_->filePath(QString::fromLatin1(id));
       QVERIFY(QDir().mkpath(folder));
@@ -113,7 +113,7 @@ class StudentBackendTest final : public Suite {
     QCOMPARE(store_->asked, QStringList({"tiny"}));
   }
 
-  void aFastModelStays() {
+  void keepsAFastModel() {
     const QString folder = folder_->filePath(QStringLiteral("memory"));
     QVERIFY(QDir().mkpath(folder));
     ModelSpeeds speeds;
@@ -122,7 +122,7 @@ class StudentBackendTest final : public Suite {
     QVERIFY(!ModelSpeeds().isTooSlow(folder));
   }
 
-  void chineseIsOneLanguageToReadAndSimplifiedToWrite() {
+  void chineseIsOneSourceButTwoTargets() {
     StudentBackend backend(
         {model("enzh", "en", "zh-Hans", 1, 10), model("zhen", "zh-Hans", "en", 1, 10)}, *store_,
         kPlenty);
@@ -136,11 +136,11 @@ class StudentBackendTest final : public Suite {
     QCOMPARE(translationLanguage(QStringLiteral("iw"), false), QStringLiteral("he"));
   }
 
-  void theCataloguesModelsHaveEveryFile() {
+  void everyModelOfTheCatalogueHasAllFiles() {
     const std::vector<Model> models = ModelCatalogue::builtIn().ofKind(ModelKind::translation);
     QVERIFY(models.size() > 100);
     for (const Model& model : models) {
-      const StudentFiles files = studentFilesOf(model, QString());
+      const StudentFiles files = findStudentFiles(model, QString());
       QVERIFY2(
           !files.model.isEmpty() && !files.sourceVocabulary.isEmpty() && !files.shortlist.isEmpty(),
           qPrintable(model.id));
@@ -162,7 +162,7 @@ class StudentBackendTest final : public Suite {
     QVERIFY(fromKorean.contains(QStringLiteral("en")));
     QVERIFY(fromKorean.contains(QStringLiteral("ja")));
     QVERIFY(!fromKorean.contains(QStringLiteral("ko")));
-    // Through English every language but itself, and English.
+    // English, and through it every language but Korean.
     QCOMPARE(fromKorean.size(), fromEnglish.size());
   }
 

@@ -12,8 +12,8 @@ using namespace velun::test;
 
 Q_DECLARE_METATYPE(velun::test::ToyVariant)
 
-/// The engine against what the reference engine made of the same models and sentences; the slower
-/// test asks the reference engine itself.
+/// Compares the engine with stored translations of the reference engine. student_reference_test
+/// runs the reference engine itself.
 class StudentEngineTest final : public Suite {
   Q_OBJECT
 
@@ -53,19 +53,19 @@ class StudentEngineTest final : public Suite {
     QCOMPARE(engine.translateSentence(QStringLiteral(" \t\u00A0\n")), QString());
   }
 
-  void surroundingSpaceChangesNothing() {
+  void surroundingSpaceIsIgnored() {
     const StudentEngine engine(toyFiles(QStringLiteral("enes")));
     QCOMPARE(engine.translateSentence(QStringLiteral("  Maria sees the red house. \n")),
              engine.translateSentence(QStringLiteral("Maria sees the red house.")));
   }
 
-  void translatesIntoTheOtherScript() {
+  void translatesIntoAnotherScript() {
     const StudentEngine engine(toyFiles(QStringLiteral("enko")));
     QCOMPARE(engine.translateSentence(QStringLiteral("Maria sees the red house.")),
              QStringLiteral("마리아는 빨간 집 봅니다."));
   }
 
-  void stopsWhenAsked() {
+  void stopsOnRequest() {
     const StudentEngine engine(toyFiles(QStringLiteral("enes")));
     std::stop_source stop;
     stop.request_stop();

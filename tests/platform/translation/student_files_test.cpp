@@ -40,15 +40,15 @@ void put(Bytes& bytes, std::size_t at, T value) {
   std::memcpy(bytes.data() + at, &value, sizeof value);
 }
 
-// A tree of replacements is an array of units. A unit's offset, exclusive-ored with its index and a
-// byte, leads to the unit of that byte; without a byte, to the unit that holds the place of the
-// text, with the highest bit set.
+// A trie of replacements is an array of units. The XOR of a unit's index, its offset and a byte is
+// the index of the unit for that byte; without a byte, of the unit that holds the offset of the
+// text and has the highest bit set.
 constexpr std::uint32_t kBranchesPerUnit = 256;
 constexpr int kOffsetShift = 10;
 constexpr std::uint32_t kHasText = 1U << 8;
 constexpr std::uint32_t kIsText = 1U << 31;
 
-/// A tree that knows one character, and replaces it by the first text.
+/// A trie that replaces one character by the first text.
 std::vector<std::uint32_t> treeOf(char character) {
   std::vector<std::uint32_t> units(kBranchesPerUnit);
   const auto at = static_cast<std::uint32_t>(character);
@@ -95,12 +95,12 @@ std::string configText() {
 
 }  // namespace
 
-/// Model files that are cut short, contradict themselves or are of another kind.
+/// Model files that are truncated, inconsistent or of another kind.
 class StudentFilesTest final : public Suite {
   Q_OBJECT
 
  private Q_SLOTS:
-  void aSoundFileIsRead() {
+  void readsAValidFile() {
     const StudentModelFile file(modelBytes());
     QCOMPARE(file.at("encoder_Wemb").rows(), kSourceTokens);
     QCOMPARE(file.at("decoder_Wemb").rows(), kTargetTokens);
@@ -110,7 +110,7 @@ class StudentFilesTest final : public Suite {
     QVERIFY(!model.hasOneVocabulary());
   }
 
-  void writingAndReadingIsTheSame() {
+  void roundTripsAFile() {
     const StudentModelFile file(writeModel(items()));
     const StudentModelFile original(modelBytes());
     QCOMPARE(file.items().size(), original.items().size());
@@ -119,7 +119,7 @@ class StudentFilesTest final : public Suite {
     }
   }
 
-  void everyTruncationIsDamage() {
+  void rejectsEveryTruncation() {
     const Bytes whole = modelBytes();
     for (std::size_t size = 0; size < whole.size(); size += size < 8192 ? 13 : 9973) {
       const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
@@ -127,7 +127,7 @@ class StudentFilesTest final : public Suite {
     }
   }
 
-  void hostileHeadersAreRefused() {
+  void rejectsHostileHeaders() {
     constexpr std::size_t kCount = 8;
     constexpr std::size_t kFirstHead = 16;
     const auto huge = std::numeric_limits<std::uint64_t>::max();
@@ -146,17 +146,17 @@ class StudentFilesTest final : public Suite {
     QCOMPARE(reasonOfModel(bytes), kUnsupported);
   }
 
-  void aShapeMayNotOverflow() {
+  void rejectsShapesThatOverflow() {
     auto changed = items();
     named(changed, "encoder_Wemb").shape = {1 << 20, 1 << 20, 1 << 24};
     const Bytes bytes = writeModel(changed);
     QCOMPARE(reasonOf([&bytes] { const StudentModelFile file(bytes); }), kDamaged);
   }
 
-  void aVocabularyThatItsLibraryThrowsOutIsDamaged() {
+  void rejectsAVocabularyThatSentencePieceThrowsFor() {
     Bytes bytes = writeVocabulary({"one", "two"});
     QCOMPARE(reasonOf([&bytes] { const Vocabulary vocabulary(bytes); }), std::nullopt);
-    // A piece that begins with NUL.
+    // A piece that starts with NUL.
     const auto* const mark = reinterpret_cast<const std::byte*>("\u2581");
     const auto piece = std::search(bytes.begin(), bytes.end(), mark, mark + 3);
     QVERIFY(piece != bytes.end());
@@ -164,7 +164,7 @@ class StudentFilesTest final : public Suite {
     QCOMPARE(reasonOf([&bytes] { const Vocabulary vocabulary(bytes); }), kDamaged);
   }
 
-  void aVocabularyReplacesText() {
+  void aVocabularyNormalizesText() {
     const Vocabulary vocabulary(writeVocabulary(
         {"one", "two"}, {.before = replacing('x', "one"sv), .after = replacing('w', "v"sv)}));
     QCOMPARE(vocabulary.encode(QStringLiteral("x")), vocabulary.encode(QStringLiteral("one")));
@@ -172,7 +172,7 @@ class StudentFilesTest final : public Suite {
              QStringLiteral("one tvo"));
   }
 
-  void replacementsThatLeaveTheirTableAreDamaged_data() {
+  void rejectsReplacementsOutsideOfTheirTable_data() {
     QTest::addColumn<QByteArray>("table");
     const auto row = [](const char* name, const std::string& table) {
       QTest::newRow(name) << QByteArray::fromStdString(table);
@@ -199,7 +199,7 @@ class StudentFilesTest final : public Suite {
     row("text beyond the texts", writeReplacementTable(units, "one\0"sv));
   }
 
-  void replacementsThatLeaveTheirTableAreDamaged() {
+  void rejectsReplacementsOutsideOfTheirTable() {
     QFETCH(QByteArray, table);
     for (const auto& tables : {ReplacementTables{.before = table.toStdString(), .after = {}},
                                ReplacementTables{.before = {}, .after = table.toStdString()}}) {
@@ -212,14 +212,14 @@ class StudentFilesTest final : public Suite {
     }
   }
 
-  void aKeyThatTheLibraryCutsShortIsDamaged() {
+  void rejectsAKeyThatSentencePieceTruncates() {
     Bytes bytes = writeVocabulary({"one", "two"});
-    // Key 1 << 32 | 26, whose lowest half is that of the replacements before, and no content.
+    // Key 1 << 32 | 26, whose lower half is that of the normalizer, without content.
     for (const int byte : {0x9A, 0x80, 0x80, 0x80, 0x10, 0x00}) bytes.push_back(std::byte(byte));
     QCOMPARE(reasonOf([&bytes] { const Vocabulary vocabulary(bytes); }), kDamaged);
   }
 
-  void arraysMustFit_data() {
+  void rejectsArraysOfAnotherSize_data() {
     QTest::addColumn<QString>("array");
     for (const char* name :
          {"encoder_Wemb", "decoder_Wemb", "encoder_l1_self_Wq", "encoder_l2_ffn_b1",
@@ -228,7 +228,7 @@ class StudentFilesTest final : public Suite {
     }
   }
 
-  void arraysMustFit() {
+  void rejectsArraysOfAnotherSize() {
     QFETCH(QString, array);
     const std::string name = array.toStdString();
     auto changed = items();
@@ -252,7 +252,7 @@ class StudentFilesTest final : public Suite {
     QCOMPARE(reasonOfItems(changed), kDamaged);
   }
 
-  void scalesMustBeNumbers() {
+  void rejectsScalesThatAreNotPositiveNumbers() {
     for (const float scale : {0.0F, -1.0F, std::numeric_limits<float>::infinity(),
                               std::numeric_limits<float>::quiet_NaN()}) {
       auto changed = items();
@@ -262,7 +262,7 @@ class StudentFilesTest final : public Suite {
     }
   }
 
-  void otherNetworksAreNotSupported_data() {
+  void rejectsOtherNetworks_data() {
     QTest::addColumn<QByteArray>("from");
     QTest::addColumn<QByteArray>("to");
     const auto row = [](const char* from, const char* to) {
@@ -283,7 +283,7 @@ class StudentFilesTest final : public Suite {
     row("tied-embeddings: true", "tied-embeddings: false");
   }
 
-  void otherNetworksAreNotSupported() {
+  void rejectsOtherNetworks() {
     QFETCH(QByteArray, from);
     QFETCH(QByteArray, to);
     QByteArray text = QByteArray::fromStdString(configText());
@@ -292,7 +292,7 @@ class StudentFilesTest final : public Suite {
     QCOMPARE(reasonOf([&text] { parseStudentConfig(text.toStdString()); }), kUnsupported);
   }
 
-  void keysThatOlderFilesLackHaveTheirDefaults() {
+  void missingKeysOfOlderFilesHaveDefaults() {
     QByteArray text = QByteArray::fromStdString(configText());
     for (const char* line : {"transformer-rnn-projection: false\n",
                              "transformer-decoder-dim-ffn: 0\n", "right-left: false\n"}) {
@@ -312,14 +312,14 @@ class StudentFilesTest final : public Suite {
     QCOMPARE(tokens.size() % 8, std::size_t{0});
     QCOMPARE(tokens.front(), 0);
     QVERIFY(tokens.back() < kTargetTokens);
-    // With one vocabulary what stands in the source may be put out as it is.
+    // With one vocabulary the tokens of the source are always candidates.
     const int last = kSourceTokens - 1;
     QVERIFY(!std::ranges::binary_search(tokens, last));
     const std::vector<int> with = shortlist.candidates(std::vector<int>{0, 5, 9, last}, true);
     QVERIFY(std::ranges::binary_search(with, last));
   }
 
-  void damagedShortlistsAreRefused() {
+  void rejectsDamagedShortlists() {
     const auto reason = [](const Bytes& bytes) {
       return reasonOf([&bytes] { const Shortlist list(bytes, kSourceTokens, kTargetTokens); });
     };
@@ -346,7 +346,7 @@ class StudentFilesTest final : public Suite {
     QCOMPARE(reason(foreign), kDamaged);
   }
 
-  void filesOfDifferentModelsDoNotGoTogether() {
+  void rejectsFilesOfDifferentModels() {
     const StudentFiles spanish = toyFiles(QStringLiteral("enes"));
     StudentFiles mixed = toyFiles(QStringLiteral("enko"));
     mixed.sourceVocabulary = spanish.sourceVocabulary;
@@ -362,7 +362,7 @@ class StudentFilesTest final : public Suite {
     QCOMPARE(reasonOf([&] { const StudentEngine engine(mixed); }), kDamaged);
   }
 
-  void theUserIsToldWhichModelIsDamaged() {
+  void theErrorNamesTheDamagedModel() {
     StudentFiles files = toyFiles(QStringLiteral("enko"));
     files.model = QStringLiteral("/nowhere");
     StudentTranslator translator(files, {QStringLiteral("en"), QStringLiteral("ko")});

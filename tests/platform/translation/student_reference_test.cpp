@@ -11,9 +11,8 @@ using namespace velun::test;
 
 Q_DECLARE_METATYPE(velun::test::ToyVariant)
 
-/// The engine against the reference engine, which is run on the same files. Also checks that the
-/// translations kept for the quicker test are the reference's; with VELUN_UPDATE_GOLDEN set it
-/// writes them anew.
+/// Compares the engine with the reference engine on the same files. Also checks the translations
+/// stored for student_engine_test; with VELUN_UPDATE_GOLDEN set it rewrites them.
 class StudentReferenceTest final : public Suite {
   Q_OBJECT
 
@@ -80,8 +79,8 @@ class StudentReferenceTest final : public Suite {
     node.start(QStringLiteral("node"), arguments);
     node.write((sentences.join(u'\n') + u'\n').toUtf8());
     node.closeWriteChannel();
-    constexpr int kLongest = 300'000;
-    if (!node.waitForFinished(kLongest) || node.exitCode() != 0) {
+    constexpr int kTimeoutMs = 300'000;
+    if (!node.waitForFinished(kTimeoutMs) || node.exitCode() != 0) {
       qWarning("The reference engine failed: %s", node.readAllStandardError().constData());
       return {};
     }

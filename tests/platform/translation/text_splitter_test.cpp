@@ -60,7 +60,7 @@ class TextSplitterTest final : public Suite {
     QCOMPARE(splitForModel(text, language, upTo(longest)), pieces);
   }
 
-  void aTextOfSeveralSentencesIsTranslatedWhole() {
+  void translatesEverySentenceOfAText() {
     StudentTranslator translator(toyFiles(QStringLiteral("enes")),
                                  {QStringLiteral("en"), QStringLiteral("es")});
     QCOMPARE(

@@ -32,7 +32,7 @@ QCoro::Task<QStringList> english() {
 
 }  // namespace
 
-/// From a caption to its translation in the saved file, over a model that is downloaded first.
+/// From a caption to its translation in the saved file, with a model that is downloaded first.
 class TranslationEndToEndTest final : public Suite {
   Q_OBJECT
 
@@ -80,7 +80,7 @@ class TranslationEndToEndTest final : public Suite {
     QCOMPARE(saved.lines[2].translations.at("ko"), QStringLiteral("실례합니다, Peter!"));
   }
 
-  void usesTheModelThatIsThere() {
+  void usesAnInstalledModel() {
     fixture_->start();
     fixture_->final(QStringLiteral("Excuse me, Peter!"));
     QTRY_COMPARE(fixture_->translationOf(0), QStringLiteral("실례합니다, Peter!"));
@@ -93,7 +93,7 @@ class TranslationEndToEndTest final : public Suite {
     QCOMPARE(server_->requests.size(), requests);
   }
 
-  void aFailedDownloadIsReportedAtItsLineAndTriedAgain() {
+  void reportsAFailedDownloadAndRetriesIt() {
     const auto files = std::exchange(server_->files, {});
     fixture_->start();
     fixture_->final(QStringLiteral("Excuse me, Peter!"));
@@ -107,7 +107,7 @@ class TranslationEndToEndTest final : public Suite {
     QVERIFY(!fixture_->model->translationStatus());
   }
 
-  void listsWhatCanBeDownloadedAndWhatIsInstalled() {
+  void listsInstalledAndDownloadableLanguages() {
     QStringList languages;
     platform_->supportedLanguages().then(
         [&languages](const QStringList& list) { languages = list; });

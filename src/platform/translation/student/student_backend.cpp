@@ -14,18 +14,18 @@ namespace {
 constexpr std::int64_t kMinMemoryPerModelSize = 10;
 
 // The published score of automatic evaluation; 0 when there is none.
-double qualityOf(const Model& model) {
+double publishedQuality(const Model& model) {
   return model.options.value("comet").toDouble(0);
 }
 
-LanguagePair pairOf(const Model& model) {
+LanguagePair languagePair(const Model& model) {
   return {translationLanguage(model.languages.value(0), true),
           translationLanguage(model.languages.value(1), false)};
 }
 
 }  // namespace
 
-StudentFiles studentFilesOf(const Model& model, const QString& folder) {
+StudentFiles findStudentFiles(const Model& model, const QString& folder) {
   StudentFiles files;
   for (const ModelDownload& download : model.downloads) {
     for (const ModelFile& file : download.files) {
@@ -45,13 +45,13 @@ StudentBackend::StudentBackend(const std::vector<Model>& models, ModelStore& sto
     : store_(store) {
   for (const Model& model : models) {
     const bool fits = model.installedBytes * kMinMemoryPerModelSize <= memoryBytes;
-    if (model.languages.size() == 2 && fits) models_[pairOf(model)].push_back(model);
+    if (model.languages.size() == 2 && fits) models_[languagePair(model)].push_back(model);
   }
   for (auto& [pair, ofPair] : models_) {
     // Without published scores the order of the catalogue is kept.
     const bool allMeasured =
-        std::ranges::all_of(ofPair, [](const Model& model) { return qualityOf(model) > 0; });
-    if (allMeasured) std::ranges::stable_sort(ofPair, std::ranges::greater(), qualityOf);
+        std::ranges::all_of(ofPair, [](const Model& model) { return publishedQuality(model) > 0; });
+    if (allMeasured) std::ranges::stable_sort(ofPair, std::ranges::greater(), publishedQuality);
   }
 }
 
@@ -90,7 +90,7 @@ std::shared_ptr<TextTranslator> StudentBackend::makeTranslator(const LanguagePai
   const auto report = [speeds = speeds_, folder](double millisecondsPerToken) {
     speeds->add(folder, millisecondsPerToken);
   };
-  return std::make_shared<StudentTranslator>(studentFilesOf(model, folder), pair, report);
+  return std::make_shared<StudentTranslator>(findStudentFiles(model, folder), pair, report);
 }
 
 const Model* StudentBackend::preferred(const std::vector<Model>& models) const {

@@ -13,7 +13,7 @@
 namespace velun {
 
 /// The paths of the files of a model, found by their published names.
-StudentFiles studentFilesOf(const Model& model, const QString& folder);
+StudentFiles findStudentFiles(const Model& model, const QString& folder);
 
 /// The small translation models that are downloaded once and run on this computer. Uses the model
 /// of a pair with the best published quality that fits into memory and was not measured as too slow

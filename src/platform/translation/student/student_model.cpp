@@ -24,8 +24,8 @@ void throwIfStopped(const std::stop_token& stop) {
 }
 
 // The index of the highest score that is not of the unknown token.
-std::size_t bestOf(std::span<const float> scores, const std::optional<std::vector<int>>& tokens,
-                   int unknown) {
+std::size_t indexOfBest(std::span<const float> scores,
+                        const std::optional<std::vector<int>>& tokens, int unknown) {
   std::optional<std::size_t> best;
   for (std::size_t i = 0; i < scores.size(); ++i) {
     const int token = tokens ? (*tokens)[i] : static_cast<int>(i);
@@ -112,7 +112,7 @@ std::vector<int> StudentModel::translate(std::span<const int> source, const Deco
     throwIfStopped(stop);
     const Rows y = decodeStep(previous, state);
     const Rows scores = product(output, y, scratch_);
-    const std::size_t best = bestOf(scores.values, candidates, decoding.unknownToken);
+    const std::size_t best = indexOfBest(scores.values, candidates, decoding.unknownToken);
     previous = candidates ? (*candidates)[best] : static_cast<int>(best);
     result.push_back(*previous);
   }

@@ -24,7 +24,7 @@ struct ItemHead {
   std::uint64_t dataLength;  // as stored, with padding to a multiple of 256
 };
 
-ModelItem::Type typeOf(std::uint64_t code) {
+ModelItem::Type parseType(std::uint64_t code) {
   switch (code) {
     case 0x0404:
       return ModelItem::Type::float32;
@@ -117,7 +117,7 @@ StudentModelFile::StudentModelFile(std::vector<std::byte> bytes) : bytes_(std::m
   std::vector<ModelItem> items;
   for (const ItemHead& head : heads) {
     ModelItem& item = items.emplace_back();
-    item.type = typeOf(head.type);
+    item.type = parseType(head.type);
     item.shape = readShape(reader, head.dimensions);
   }
   // The stored length of the padding must be used: the writer adds a whole block when no padding

@@ -12,7 +12,7 @@ namespace velun {
 
 namespace {
 
-std::vector<float> floatsOf(const ModelItem& item) {
+std::vector<float> readFloats(const ModelItem& item) {
   std::vector<float> values(item.elements());
   std::memcpy(values.data(), item.data.data(), values.size() * sizeof(float));
   return values;
@@ -29,7 +29,7 @@ std::vector<float> WeightReader::row(const std::string& name, int size) const {
   require(
       item.type == ModelItem::Type::float32 && item.elements() == static_cast<std::size_t>(size),
       name);
-  return floatsOf(item);
+  return readFloats(item);
 }
 
 std::unique_ptr<Linear> WeightReader::linear(const std::string& name, const std::string& bias,
@@ -44,7 +44,7 @@ std::unique_ptr<Linear> WeightReader::linear(const std::string& name, const std:
   if (item.type == ModelItem::Type::int8) {
     return integerLinear(name, item, inputs, outputs, std::move(biases));
   }
-  const std::vector<float> stored = floatsOf(item);
+  const std::vector<float> stored = readFloats(item);
   std::vector<float> weights(stored.size());
   const auto rows = static_cast<std::size_t>(inputs);
   const auto columns = static_cast<std::size_t>(outputs);
@@ -64,7 +64,7 @@ std::unique_ptr<Linear> WeightReader::outputLayer(const std::string& table, cons
   if (item.type == ModelItem::Type::int8) {
     return integerLinear(table, item, width, item.rows(), std::move(biases));
   }
-  return std::make_unique<FloatLinear>(width, item.rows(), floatsOf(item), std::move(biases));
+  return std::make_unique<FloatLinear>(width, item.rows(), readFloats(item), std::move(biases));
 }
 
 std::unique_ptr<Linear> WeightReader::integerLinear(const std::string& name, const ModelItem& item,

@@ -22,10 +22,10 @@ void append(Bytes& bytes, T value) {
   bytes.insert(bytes.end(), raw, raw + sizeof value);
 }
 
-/// Collects arrays of random numbers under their names.
+/// Collects named arrays of random numbers.
 class RandomItems {
  public:
-  // Weights spread evenly, as wide as training starts with.
+  // Uniformly distributed weights, as at the start of training.
   void matrix(const std::string& name, int rows, int columns) {
     const float limit = std::sqrt(6.0F / static_cast<float>(rows + columns));
     integers(name, rows, columns, 127.0F / limit,
@@ -33,10 +33,10 @@ class RandomItems {
   }
 
   void table(const std::string& name, int rows, int columns) {
-    constexpr float kWidest = 4.0F;  // deviations
-    const float multiplier = 127.0F / kWidest * std::sqrt(static_cast<float>(columns));
+    constexpr float kMaxDeviations = 4.0F;
+    const float multiplier = 127.0F / kMaxDeviations * std::sqrt(static_cast<float>(columns));
     integers(name, rows, columns, multiplier, [this] {
-      const float value = normal_(random_) * 127.0F / kWidest;
+      const float value = normal_(random_) * 127.0F / kMaxDeviations;
       return static_cast<int>(std::clamp(value, -127.0F, 127.0F));
     });
   }
@@ -75,7 +75,7 @@ class RandomItems {
     item.data.reserve(count + sizeof multiplier);
     for (std::size_t i = 0; i < count; ++i) item.data.push_back(static_cast<std::byte>(draw()));
     append(item.data, multiplier);
-    // A typical largest activation.
+    // A typical maximum of the activations.
     constexpr float kInput = 127.0F / 5.0F;
     row(name + "_QuantMultA", 1, kInput, 0);
   }
@@ -101,8 +101,7 @@ void addFeedForward(RandomItems& items, const std::string& prefix, int width, in
   items.norm(prefix + "_ffn", width);
 }
 
-// Everything that the reference engine wants to be told, the parts that this kind does not use
-// included.
+// Every key that the reference engine requires, including those of unused parts.
 std::string configuration(const MadeUpModel& model) {
   const auto number = [](int value) {
     return std::to_string(value);

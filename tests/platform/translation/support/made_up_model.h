@@ -9,23 +9,23 @@
 
 namespace velun::test {
 
-/// A model of real size whose weights are random numbers: it says nothing, but takes as long as a
-/// trained one. It never ends a sentence by itself.
+/// A model of real size with random weights: its output has no meaning but takes as long as that of
+/// a trained model. It never emits the end token.
 struct MadeUpModel {
   StudentConfig sizes;
   int vocabulary = 0;
-  int shortlistLength = 50;  ///< for each source token, and as many that are always allowed
+  int shortlistLength = 50;  ///< for each source token; as many more tokens are always allowed
 
-  /// The largest of the sizes in use.
+  /// The largest published size.
   static MadeUpModel base();
 
-  /// Writes its files into a folder; the same numbers every time.
+  /// Writes its files into a folder, with the same numbers every time.
   void write(const QString& folder) const;
 
-  /// Where they are.
+  /// The paths of the files in the folder.
   static StudentFiles files(const QString& folder);
 
-  /// Sentences of `tokens` tokens, the end token included, each token a word of its own.
+  /// Sentences of `tokens` tokens, end token included. Every token is one word.
   QStringList sentences(int count, int tokens) const;
 };
 

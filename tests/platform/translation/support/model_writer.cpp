@@ -32,7 +32,7 @@ std::uint64_t codeOf(ModelItem::Type type) {
   return 0;
 }
 
-// Arrays fill whole blocks, the description does not.
+// Arrays are padded to whole blocks, the description is not.
 std::size_t storedSize(const WrittenItem& item) {
   if (item.type == ModelItem::Type::characters) return item.data.size();
   return (item.data.size() + kBlock - 1) / kBlock * kBlock;

@@ -9,7 +9,7 @@
 
 namespace velun::test {
 
-/// One array to be written, its data as it stands in the file.
+/// One array to be written, with its data as in the file.
 struct WrittenItem {
   std::string name;
   ModelItem::Type type = ModelItem::Type::float32;
@@ -23,13 +23,13 @@ std::vector<std::byte> writeModel(const std::vector<WrittenItem>& items);
 /// The arrays of a model file.
 std::vector<WrittenItem> itemsOf(const StudentModelFile& file);
 
-/// The same network with every 8-bit number turned into the float that it stands for.
+/// The same network with every 8-bit number replaced by its float value.
 std::vector<std::byte> writeAsFloats(const StudentModelFile& file);
 
 /// The same network without the precomputed scales of the inputs of its products.
 std::vector<std::byte> writeWithoutInputScales(const StudentModelFile& file);
 
-/// Writes a file for a test. Ends the test when it cannot be written.
+/// Writes a file for a test. Aborts when that fails.
 void writeBytes(const QString& path, const std::vector<std::byte>& bytes);
 
 }  // namespace velun::test

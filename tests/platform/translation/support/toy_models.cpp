@@ -80,8 +80,8 @@ QStringList toyLines(const QString& name) {
 QStringList toySentences(const ToyVariant& variant) {
   QStringList lines = toyLines(QStringLiteral("sentences.en"));
   lines += toyLines(QStringLiteral("long.en"));
-  // Senseless input drives activations to where exact sums and the reference's saturating ones
-  // part; only floats can be compared there.
+  // Random input produces activations for which exact sums differ from the reference engine's
+  // saturating ones. Only floats can be compared then.
   if (variant.numbers == ToyVariant::Numbers::floats) {
     lines += toyLines(QStringLiteral("scrambled.en"));
     lines += toyLines(QStringLiteral("unknown.txt"));

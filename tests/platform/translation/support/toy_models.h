@@ -9,7 +9,7 @@
 
 namespace velun::test {
 
-/// One way to run one of the small models that were trained for the tests.
+/// A variant of one of the small models that were trained for the tests.
 struct ToyVariant {
   enum class Numbers { floats, integers, integersWithoutInputScales };
 
@@ -20,28 +20,28 @@ struct ToyVariant {
   /// Such as "enko-integers-all".
   QString name() const;
 
-  /// What the reference engine calls these numbers.
+  /// The reference engine's name for this number format.
   QString precision() const;
 };
 
 /// Every combination.
 std::vector<ToyVariant> toyVariants();
 
-/// The files of a variant; those that are not in the tree are written into `folder`.
+/// The files of a variant. Files that are not in the source tree are written into `folder`.
 StudentFiles filesOf(const ToyVariant& variant, const QTemporaryDir& folder);
 
-/// The files of a pair as they are in the tree: 8-bit, with a shortlist.
+/// The files of a pair in the source tree: 8-bit, with a shortlist.
 StudentFiles toyFiles(const QString& pair);
 
-/// The lines of a file beside the models, such as "sentences.en" or a golden translation.
+/// The lines of a file in the folder of the models, such as "sentences.en" or a golden translation.
 QStringList toyLines(const QString& name);
 
-/// The sentences that every variant is tried with: the toy language's ("sentences.en"), lines of
-/// hundreds of tokens, words in an order without sense, and tokens that no vocabulary has.
+/// The sentences that every variant is tested with: the toy language's ("sentences.en"), lines of
+/// hundreds of tokens, words in random order, and unknown tokens.
 QStringList toySentences(const ToyVariant& variant);
 
-/// A golden translation without the white space that the reference engine puts back around it,
-/// the invisible kind included.
+/// A golden translation without the surrounding white space, invisible characters included, that
+/// the reference engine restores.
 QString withoutOuterSpace(const QString& translation);
 
 }  // namespace velun::test

@@ -8,7 +8,7 @@ namespace velun::test {
 
 namespace {
 
-// The few parts of the protocol-buffer encoding that a vocabulary needs.
+// The parts of the protocol-buffer encoding that a vocabulary needs.
 enum class Wire { number = 0, bytes = 2, fixed32 = 5 };
 
 void addNumber(std::string& message, std::uint64_t value) {
@@ -51,7 +51,7 @@ std::string replacements(const std::string& table) {
   return message;
 }
 
-/// Replacements that leave the spaces of a text alone.
+/// Normalization that does not change spaces.
 std::string replacementsAfter(const std::string& table) {
   std::string message = replacements(table);
   for (const int spaces : {3, 4, 5}) addNumberField(message, spaces, 0);

@@ -9,11 +9,11 @@
 
 namespace velun::test {
 
-/// Tokens that a written vocabulary has before its words: the end token and the unknown token.
+/// The tokens before the words of a written vocabulary: the end token and the unknown token.
 constexpr int kSpecialTokens = 2;
 
-/// What a vocabulary replaces in a text before it is cut and after it is put together; nothing
-/// where a table is empty.
+/// The tables with which a vocabulary normalizes text before encoding and after decoding. An empty
+/// table replaces nothing.
 struct ReplacementTables {
   std::string before;
   std::string after;
@@ -23,8 +23,8 @@ struct ReplacementTables {
 std::vector<std::byte> writeVocabulary(const std::vector<std::string>& words,
                                        const ReplacementTables& tables = {});
 
-/// A table of replacements in the format of SentencePiece: the size of the tree in bytes, its
-/// units, and the texts put in place, each ended by NUL.
+/// A table of replacements in the format of SentencePiece: the size of the trie in bytes, its
+/// units, and the replacement texts, each ending in NUL.
 std::string writeReplacementTable(const std::vector<std::uint32_t>& units, std::string_view texts);
 
 }  // namespace velun::test

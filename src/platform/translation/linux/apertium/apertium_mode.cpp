@@ -10,17 +10,17 @@ namespace velun {
 
 namespace {
 
-// Programs that end an answer with the NUL that ended the text when they are given "-z".
+// Programs that, with the option "-z", answer every text when they have read its final NUL.
 bool answersTextByText(const QString& program) {
-  static const QStringList kPrograms = {
+  static const QStringList kSupported = {
       QStringLiteral("lt-proc"),  QStringLiteral("hfst-proc"), QStringLiteral("cg-proc"),
       QStringLiteral("lrx-proc"), QStringLiteral("lsx-proc"),  QStringLiteral("rtx-proc"),
   };
-  return kPrograms.contains(program) || program.startsWith(QStringLiteral("apertium-"));
+  return kSupported.contains(program) || program.startsWith(QStringLiteral("apertium-"));
 }
 
-// Words of a command, as the shell takes them apart; none when it holds more than words.
-std::optional<QStringList> wordsOf(const QString& command) {
+// Splits a command into words like the shell. None when it has any other shell syntax.
+std::optional<QStringList> splitCommand(const QString& command) {
   QStringList words;
   QString word;
   bool inWord = false;
@@ -56,14 +56,14 @@ std::optional<QStringList> wordsOf(const QString& command) {
 std::optional<std::vector<QStringList>> parseApertiumPipeline(const QString& text) {
   std::vector<QStringList> stages;
   for (const QString& command : text.split(u'|')) {
-    std::optional<QStringList> words = wordsOf(command);
+    std::optional<QStringList> words = splitCommand(command);
     if (!words || words->isEmpty()) return std::nullopt;
     const QString program = QFileInfo(words->front()).fileName();
     if (!answersTextByText(program)) return std::nullopt;
     QStringList stage{words->front(), QStringLiteral("-z")};
     for (const QString& argument : words->mid(1)) {
-      // The caller's options: how unknown words are marked (not at all), and whether ambiguities
-      // are shown (no).
+      // The placeholders of the caller's options: $1 for the marking of unknown words (none), $2
+      // for showing ambiguities (no).
       if (argument == QStringLiteral("$1")) {
         stage += QStringLiteral("-n");
       } else if (argument.startsWith(u'$')) {
