@@ -15,7 +15,7 @@ inline constexpr std::array allAudioInputs = {AudioInput::computer, AudioInput::
 /// The persisted form: "computer" or "microphone".
 QString rawValue(AudioInput input);
 
-/// The input of a persisted form; none for any other text.
+/// The input with this persisted form; nothing for any other text.
 std::optional<AudioInput> audioInputFromRawValue(const QString& raw);
 
 /// The label in the interface language.

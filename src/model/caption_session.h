@@ -9,7 +9,7 @@
 
 namespace velun {
 
-/// The title of a session made now, in the interface language in force.
+/// The title of a new session in the current interface language.
 QString defaultSessionTitle();
 
 /// The wall clock, to the microsecond.
@@ -20,7 +20,7 @@ struct CaptionSession {
   int schemaVersion = 1;
   QUuid id = QUuid::createUuid();
   Instant startedAt = currentInstant();
-  /// Absent while the session runs.
+  /// Absent while the session is running.
   std::optional<Instant> endedAt;
   QString title = defaultSessionTitle();
   /// Oldest first; only ever appended to.
@@ -34,10 +34,10 @@ struct CaptionSession {
   /// Whether a line has a translation, a legacy one included.
   bool hasTranslations() const;
 
-  /// The bare texts, for the clipboard: no title, times or labels. An absent language is all.
+  /// The texts only, for the clipboard: no title, times or labels. All languages if absent.
   QString transcript(TranscriptContent content, const std::optional<QString>& language) const;
 
-  /// The whole document in UTF-8. `json` ignores content and language. An absent language is all.
+  /// The document in UTF-8. `json` ignores content and language. All languages if absent.
   QByteArray exportAs(SessionFormat format, TranscriptContent content,
                       const std::optional<QString>& language) const;
 };

@@ -26,8 +26,8 @@ QString writingText(int code, const QString& name) {
       return L("“%1” is on a read-only disk.", "“%1” 항목은 읽기 전용 디스크에 있습니다.")
           .arg(name);
     case EFBIG:
-      return L("“%1” would be larger than files may be here.",
-               "“%1” 항목이 이 위치에서 허용되는 크기보다 큽니다.")
+      return L("“%1” is too large for this file system.",
+               "“%1” 항목이 이 파일 시스템에 저장하기에는 너무 큽니다.")
           .arg(name);
     default:
       return L("“%1” couldn’t be written: %2.", "“%1” 항목을 쓸 수 없습니다: %2.")

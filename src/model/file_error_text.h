@@ -7,7 +7,8 @@
 
 namespace velun {
 
-/// What went wrong with the file, as a finished sentence in the interface language.
+/// The failure of a file operation as a finished sentence in the interface language. Main thread
+/// only.
 QString fileErrorText(const FileError& error);
 
 }  // namespace velun

@@ -4,7 +4,6 @@
 #include "language/localization.h"
 #include "model/file_error_text.h"
 #include "model/session_file/session_file.h"
-#include "model/session_file/session_limits.h"
 #include "platform/foundation/file_access.h"
 
 #include <QDateTime>
@@ -38,8 +37,8 @@ QStringView trimSpacesAndTabs(QStringView text) {
   return text;
 }
 
-/// A caption line: `time` text. None without the second backquote.
-std::optional<Line> captionLine(QStringView text) {
+/// Parses a caption line: `time` text. Nothing if the second backquote is missing.
+std::optional<Line> parseCaptionLine(QStringView text) {
   const qsizetype close = text.indexOf(QLatin1Char('`'), 1);
   if (close < 0) return std::nullopt;
   Line line;
@@ -58,7 +57,7 @@ void addTranslation(Line& line, QStringView text) {
 
 void readBodyLine(QStringView text, std::vector<Line>& lines) {
   if (text.startsWith(QLatin1Char('`'))) {
-    if (std::optional<Line> line = captionLine(text)) lines.push_back(std::move(*line));
+    if (std::optional<Line> line = parseCaptionLine(text)) lines.push_back(std::move(*line));
   } else if (text.startsWith(QLatin1String("> ")) && !lines.empty()) {
     addTranslation(lines.back(), text.mid(2));
   }
@@ -93,7 +92,7 @@ Instant legacyStart(const QString& path) {
 CaptionSession readLegacyMarkdown(const QUrl& url) {
   const QString path = url.toLocalFile();
   try {
-    const QByteArray bytes = readWholeFile(path, kLargestSessionFile);
+    const QByteArray bytes = readWholeFile(path, kMaxSessionFileSize);
     if (!isUtf8(bytes)) {
       throw SessionError(L("“%1” is not a UTF-8 text.", "“%1” 파일은 UTF-8 텍스트가 아닙니다.")
                              .arg(QFileInfo(path).fileName()));

@@ -14,13 +14,13 @@ namespace velun {
 /// cannot be read as UTF-8 or is not such a transcript.
 CaptionSession readLegacyMarkdown(const QUrl& url);
 
-/// What is read when the file's bytes are there already: a session called `title` that began at
-/// `startedAt`. None when it is not such a transcript. Any thread.
+/// Reads such a transcript from the bytes of a file, as a session with this start and title.
+/// Nothing if the bytes are not such a transcript. Any thread.
 std::optional<CaptionSession> parseLegacyMarkdown(const QByteArray& bytes, Instant startedAt,
                                                   const QString& title);
 
-/// When the session of such a file began: at the local time that is its name, else when the file
-/// was created, else now. Any thread.
+/// The start of the session in such a file: the local time in the file's name, else the file's
+/// creation time, else now. Any thread.
 Instant legacyStart(const QString& path);
 
 }  // namespace velun

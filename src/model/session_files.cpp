@@ -2,9 +2,7 @@
 #include "model/session_files.h"
 
 #include "model/legacy_markdown.h"
-#include "model/session_file/session_fast_reader.h"
 #include "model/session_file/session_file.h"
-#include "model/session_file/session_limits.h"
 #include "platform/foundation/file_access.h"
 #include "platform/foundation/file_error.h"
 
@@ -25,15 +23,15 @@ QString extensionOf(const QString& name) {
 }
 
 /// More threads than this read no faster from one disk.
-constexpr std::size_t kMostThreads = 4;
+constexpr std::size_t kMaxThreads = 4;
 
 std::optional<CaptionSession> readQuietly(const QString& path, const QString& legacyTitle) {
   try {
-    const QByteArray bytes = readWholeFile(path, kLargestSessionFile, kFastReaderPadding);
+    const QByteArray bytes = readWholeFile(path, kMaxSessionFileSize, kSessionFilePadding);
     if (!isLegacyFile(path)) return decodeReadableSession(bytes);
     return parseLegacyMarkdown(bytes, legacyStart(path), legacyTitle);
   } catch (const std::exception&) {
-    return std::nullopt;  // counted by the caller; not worded on a thread other than the main one
+    return std::nullopt;  // the caller counts it; the text could only be made on the main thread
   }
 }
 
@@ -73,12 +71,12 @@ std::vector<std::optional<CaptionSession>> readSessionFiles(const std::vector<QS
     }
   };
   const std::size_t threads = std::min<std::size_t>(
-      {kMostThreads, std::max(1u, std::thread::hardware_concurrency()), paths.size()});
+      {kMaxThreads, std::max(1u, std::thread::hardware_concurrency()), paths.size()});
   std::vector<std::jthread> helpers;
   try {
     for (std::size_t i = 1; i < threads; ++i) helpers.emplace_back(work);
   } catch (const std::system_error&) {
-    // The system has no more threads: those that there are read everything.
+    // The system is out of threads; the existing ones read all files.
   }
   work();
   helpers.clear();

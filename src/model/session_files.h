@@ -9,16 +9,17 @@
 
 namespace velun {
 
-/// Whether a file is read as the transcript of an earlier version: its name ends in ".md", in any
-/// case.
+/// Whether a file is read as a transcript of an earlier version: its extension is "md" in upper or
+/// lower case.
 bool isLegacyFile(const QString& path);
 
-/// The paths of a folder's session files and earlier transcripts, hidden ones left out, in the
-/// order of their names. Throws `FileError`.
+/// The paths of a folder's session files and transcripts of an earlier version, sorted by name,
+/// without hidden files. Throws `FileError`.
 std::vector<QString> sessionFiles(const QString& folder);
 
-/// The session of each file, none for one that cannot be read. Transcripts of an earlier version
-/// are called `legacyTitle`. Reads on several threads and returns when all is read. Any thread.
+/// The session of each file; nothing for a file that cannot be read. Transcripts of an earlier
+/// version get the title `legacyTitle`. Reads on several threads and returns when all are read.
+/// Any thread.
 std::vector<std::optional<CaptionSession>> readSessionFiles(const std::vector<QString>& paths,
                                                             const QString& legacyTitle);
 

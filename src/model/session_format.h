@@ -23,10 +23,10 @@ QString fileExtension(SessionFormat format);
 /// The label in the interface language.
 QString title(SessionFormat format);
 
-/// What the format keeps, in one sentence, in the interface language.
+/// One sentence about what the format keeps, in the interface language.
 QString explanation(SessionFormat format);
 
-/// The proposed file name for a session begun at `startedAt`: its date in UTC, such as
+/// The proposed file name for a session that started at `startedAt`, with its date in UTC:
 /// "Velun-2025-03-01.md".
 QString defaultFileName(SessionFormat format, Instant startedAt);
 

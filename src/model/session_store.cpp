@@ -4,10 +4,8 @@
 #include "language/localization.h"
 #include "model/file_error_text.h"
 #include "model/legacy_markdown.h"
-#include "model/session_file/session_fast_reader.h"
-#include "model/session_file/session_fields.h"
 #include "model/session_file/session_file.h"
-#include "model/session_file/session_limits.h"
+#include "model/session_file/text_forms.h"
 #include "model/session_files.h"
 #include "platform/foundation/atomic_file.h"
 #include "platform/foundation/file_access.h"
@@ -51,7 +49,7 @@ void SessionStore::migratePreviousFolder() const {
   for (const char* name : {"Parvelo", "OrlanceV2"}) {
     const QString source = QFileInfo(target).path() + QLatin1Char('/') + QLatin1String(name);
     if (!QFileInfo::exists(source) || QFileInfo::exists(target)) continue;
-    // One that fails is left alone: the store goes on with whatever folder there is.
+    // A failed move is ignored; the store works with the folder that is there.
     std::rename(QFile::encodeName(source).constData(), QFile::encodeName(target).constData());
   }
 }
@@ -62,7 +60,7 @@ QUrl SessionStore::save(const CaptionSession& session, Flush flush, SessionEncod
     const QString folder = directory.toLocalFile();
     makePrivateFolder(folder);
     const QString path = folder + QLatin1Char('/') + fileName(session);
-    // Once a session: what killed programs left would stay for ever.
+    // Only for a new session: removes unfinished files that killed programs left behind.
     if (!QFileInfo::exists(path)) removeAbandonedWrites(folder);
     writeFileAtomically(path, encoder ? encoder->encode(session) : encodeSession(session),
                         flush == Flush::yes);
@@ -81,7 +79,7 @@ CaptionSession SessionStore::read(const QUrl& url) const {
   const QString path = url.toLocalFile();
   if (isLegacyFile(path)) return readLegacyMarkdown(url);
   try {
-    return decodeSession(readWholeFile(path, kLargestSessionFile, kFastReaderPadding),
+    return decodeSession(readWholeFile(path, kMaxSessionFileSize, kSessionFilePadding),
                          QFileInfo(path).fileName());
   } catch (const FileError& error) {
     throw SessionError(fileErrorText(error));

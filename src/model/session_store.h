@@ -14,15 +14,15 @@ struct SavedSession {
   CaptionSession session;
 };
 
-/// The folder of saved session files. Holds nothing but the folder's location; every operation
-/// works on the file system in the caller's thread and throws `SessionError` on failure. Any
+/// The folder of saved session files. Its only state is the folder's location; every operation
+/// works on the file system in the calling thread and throws `SessionError` on failure. Any
 /// thread, as long as saves of one session do not overlap.
 struct SessionStore {
-  /// Whether a save waits until the bytes have reached the disk. The rewrites at every line do
-  /// not; an explicit save, a stop and a quit do.
+  /// Whether a save waits until the bytes are on the disk. Saves after a new line or translation
+  /// do not wait; saves on request, at stop and at quit do.
   enum class Flush { no, yes };
 
-  /// What a listing found.
+  /// The result of a listing.
   struct Listing {
     /// Newest first; equal start times keep the folder's order.
     std::vector<SavedSession> sessions;
@@ -38,8 +38,8 @@ struct SessionStore {
   /// Moves the data folder of an earlier version into place, once; only for the user's own store.
   void migratePreviousFolder() const;
 
-  /// Writes the session atomically and gives its file. `encoder` may hold the bytes of unchanged
-  /// lines; the file is the same without it.
+  /// Writes the session atomically and returns its file. With an `encoder` that has the bytes of
+  /// the unchanged lines it is faster; the file is the same.
   QUrl save(const CaptionSession& session, Flush flush = Flush::yes,
             SessionEncoder* encoder = nullptr) const;
 
@@ -49,12 +49,12 @@ struct SessionStore {
   /// Every readable session of the folder and how many could not be read.
   Listing savedSessions() const;
 
-  /// The same without a word in the interface language: transcripts of an earlier version are
-  /// called `legacyTitle`, and a folder that cannot be listed throws `FileError`.
+  /// The same without texts in the interface language, for any thread: transcripts of an earlier
+  /// version get the title `legacyTitle`, and a folder that cannot be listed throws `FileError`.
   Listing list(const QString& legacyTitle) const;
 };
 
-/// Whether `left` stands before `right` in a listing: newest first.
+/// Whether `left` comes before `right` in a listing: newest first.
 bool isListedBefore(const SavedSession& left, const SavedSession& right);
 
 }  // namespace velun

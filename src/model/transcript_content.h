@@ -16,7 +16,7 @@ inline constexpr std::array allTranscriptContents = {
 /// The identifier: "both", "original" or "translation".
 QString rawValue(TranscriptContent content);
 
-/// The content of an identifier; none for any other text.
+/// The content with this identifier; nothing for any other text.
 std::optional<TranscriptContent> transcriptContentFromRawValue(const QString& raw);
 
 /// The label in the interface language.

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/session_file/session_reader.h"
 
-#include "model/session_file/session_fast_reader.h"
 #include "model/session_file/session_file.h"
 #include "model/session_file/session_problem.h"
 #include "require.h"
@@ -13,7 +12,7 @@ namespace {
 
 std::optional<CaptionSession> readCarefully(const QByteArray& bytes) {
   try {
-    return readSessionCarefully(bytes);
+    return readSessionText(bytes);
   } catch (const SessionProblem& problem) {
     require(!describe(problem, QStringLiteral("a.json")).isEmpty(), "a refusal says why");
     return std::nullopt;
@@ -26,14 +25,14 @@ std::optional<CaptionSession> readCarefully(const QByteArray& bytes) {
 /// the same session.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
-  const std::optional<CaptionSession> fast = readSessionFast(bytes);
+  const std::optional<CaptionSession> fast = readSessionTree(bytes);
   const std::optional<CaptionSession> careful = readCarefully(bytes);
   require(!fast || careful, "what the fast reader takes, the careful one takes");
   require(!fast || *fast == *careful, "both readers read the same");
   if (!careful) return 0;
 
   const QByteArray written = encodeSession(*careful);
-  const std::optional<CaptionSession> again = readSessionFast(written);
+  const std::optional<CaptionSession> again = readSessionTree(written);
   require(again && *again == *careful, "a written session is read as the same");
   require(encodeSession(*again) == written, "and is written as the same bytes");
   return 0;

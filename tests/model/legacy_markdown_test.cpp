@@ -37,7 +37,7 @@ class LegacyMarkdownTest final : public test::Suite {
   }
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
-  void aTranscriptBecomesASession() {
+  void readsATranscriptAsASession() {
     const QUrl url = write("2024-11-02_20-15-00.md",
                            kHeading + "2024-11-02\n\n`20:15:03` Hello\n> 안녕\n> 반가워\n");
     const CaptionSession session = readLegacyMarkdown(url);
@@ -55,13 +55,13 @@ class LegacyMarkdownTest final : public test::Suite {
     QCOMPARE(line.legacyTranslation, std::optional<QString>("안녕\n반가워"));
   }
 
-  void theTitleIsInTheInterfaceLanguage() {
+  void titleIsInTheInterfaceLanguage() {
     const QUrl url = write("ko.md", kHeading + "\n");
     Localization::shared().setLanguage(AppLanguage::korean);
     QCOMPARE(readLegacyMarkdown(url).title, QString("자막 세션"));
   }
 
-  void anotherHeadingIsRefused_data() {
+  void rejectsAnotherHeading_data() {
     QTest::addColumn<QString>("text");
     QTest::newRow("English") << "# Caption Session — 2024-11-02\n`20:15:03` Hello\n";
     QTest::newRow("hyphen for the dash") << "# 자막 세션 - 2024-11-02\n";
@@ -69,7 +69,7 @@ class LegacyMarkdownTest final : public test::Suite {
     QTest::newRow("not in the first line") << "\n# 자막 세션 — 2024-11-02\n";
     QTest::newRow("empty") << "";
   }
-  void anotherHeadingIsRefused() {
+  void rejectsAnotherHeading() {
     QFETCH(QString, text);
     const QUrl url = write("other.md", text);
     QCOMPARE(refusal(url), QString("This isn’t a transcript from an earlier version of Velun."));
@@ -77,7 +77,7 @@ class LegacyMarkdownTest final : public test::Suite {
     QCOMPARE(refusal(url), QString("Velun의 이전 자막 기록 형식이 아닙니다."));
   }
 
-  void whatCannotBeReadIsRefused() {
+  void rejectsUnreadableFiles() {
     QCOMPARE(refusal(QUrl::fromLocalFile(folder_.filePath("none.md"))),
              QString("“none.md” doesn’t exist."));
     const QUrl broken = writeBytes("broken.md", kHeading.toUtf8() + "\n\xFF\n");
@@ -87,17 +87,17 @@ class LegacyMarkdownTest final : public test::Suite {
              QString("“folder.md” is not a file."));
   }
 
-  void theHeadingAloneIsASessionWithoutLines() {
+  void headingAloneIsASessionWithoutLines() {
     QVERIFY(parseLegacyMarkdown(kHeading.toUtf8(), Instant(), "t")->lines.empty());
     QVERIFY(linesOf("").empty());
   }
 
-  void theHeadingIsNeverACaption() {
+  void headingIsNeverACaption() {
     const QByteArray bytes = (kHeading + "`20:15:03` Hello").toUtf8();
     QVERIFY(parseLegacyMarkdown(bytes, Instant(), "t")->lines.empty());
   }
 
-  void aCaptionWithoutTextIsKept() {
+  void keepsACaptionWithoutText() {
     const std::vector<Line> lines = linesOf("`20:15:03`\n`20:15:04` \t \n");
     QCOMPARE(lines.size(), 2u);
     QCOMPARE(lines[0].text, QString());
@@ -105,36 +105,36 @@ class LegacyMarkdownTest final : public test::Suite {
     QCOMPARE(lines[1].legacyTimestamp, std::optional<QString>("20:15:04"));
   }
 
-  void captionsAreTrimmedOfSpacesAndTabsAlone() {
+  void trimsOnlySpacesAndTabsFromCaptions() {
     QCOMPARE(linesOf("`1` \t a b \u00A0\t ")[0].text, QString("a b \u00A0"));
     QCOMPARE(linesOf("`1`text right behind")[0].text, QString("text right behind"));
   }
 
-  void timesAreKeptAsTheyStand() {
+  void keepsTimeTextsUnchanged() {
     QCOMPARE(*linesOf("` 8 pm ` a")[0].legacyTimestamp, QString(" 8 pm "));
     QCOMPARE(*linesOf("`` a")[0].legacyTimestamp, QString());
     QCOMPARE(linesOf("`1` a `b`")[0].text, QString("a `b`"));
   }
 
-  void aCaptionWithOneBackquoteIsSkipped() {
+  void skipsACaptionWithOneBackquote() {
     const std::vector<Line> lines = linesOf("`1` a\n`20:15:03 Hello\n> to the first\n");
     QCOMPARE(lines.size(), 1u);
     QCOMPARE(*lines[0].legacyTranslation, QString("to the first"));
   }
 
-  void aTranslationBeforeAnyCaptionIsSkipped() {
+  void skipsATranslationBeforeTheFirstCaption() {
     const std::vector<Line> lines = linesOf("> early\n`1` a\n");
     QCOMPARE(lines.size(), 1u);
     QVERIFY(!lines[0].legacyTranslation);
   }
 
-  void translationsAreTakenUnchanged() {
+  void keepsTranslationsUnchanged() {
     QCOMPARE(*linesOf("`1` a\n>  b \t\n> \n")[0].legacyTranslation, QString(" b \t\n"));
     QCOMPARE(*linesOf("`1` a\n> \n")[0].legacyTranslation, QString(""));
     QVERIFY(!linesOf("`1` a\n>b\n")[0].legacyTranslation);
   }
 
-  void otherLinesAreIgnored() {
+  void ignoresOtherLines() {
     const std::vector<Line> lines =
         linesOf("## Notes\n\n `1` indented\ntext\n`1` a\n\nbetween\n> b\n`2` c\n> d");
     QCOMPARE(lines.size(), 2u);
@@ -142,7 +142,7 @@ class LegacyMarkdownTest final : public test::Suite {
     QCOMPARE(*lines[1].legacyTranslation, QString("d"));
   }
 
-  void everyNewlineSplitsLines_data() {
+  void splitsLinesAtEveryNewlineCharacter_data() {
     QTest::addColumn<QString>("newline");
     for (const char16_t c : u"\n\v\f\r\u0085\u2028\u2029") {
       if (c == 0) continue;
@@ -150,7 +150,7 @@ class LegacyMarkdownTest final : public test::Suite {
     }
     QTest::addRow("CR LF") << QString("\r\n");
   }
-  void everyNewlineSplitsLines() {
+  void splitsLinesAtEveryNewlineCharacter() {
     QFETCH(QString, newline);
     const QStringList text = {kHeading + "x", "`1` a", "> b", "`2` c"};
     const auto session = parseLegacyMarkdown(text.join(newline).toUtf8(), Instant(), "t");
@@ -161,11 +161,11 @@ class LegacyMarkdownTest final : public test::Suite {
     QCOMPARE(session->lines[1].text, QString("c"));
   }
 
-  void otherSpacesDoNotSplitLines() {
+  void doesNotSplitLinesAtOtherSpaces() {
     QCOMPARE(linesOf("`1` a\u001Cb\u2027c")[0].text, QString("a\u001Cb\u2027c"));
   }
 
-  void aNameThatIsNoTimeGivesTheTimeOfCreation_data() {
+  void startIsTheCreationTimeIfTheNameIsNotATime_data() {
     QTest::addColumn<QString>("name");
     QTest::newRow("words") << "Evening talk.md";
     QTest::newRow("no such day") << "2024-02-30_20-15-00.md";
@@ -173,7 +173,7 @@ class LegacyMarkdownTest final : public test::Suite {
     QTest::newRow("one digit") << "2024-11-2_20-15-00.md";
     QTest::newRow("more behind it") << "2024-11-02_20-15-00 copy.md";
   }
-  void aNameThatIsNoTimeGivesTheTimeOfCreation() {
+  void startIsTheCreationTimeIfTheNameIsNotATime() {
     QFETCH(QString, name);
     const Instant before = currentInstant() - std::chrono::seconds(1);
     const QUrl url = write(name, kHeading);
@@ -186,12 +186,12 @@ class LegacyMarkdownTest final : public test::Suite {
     QVERIFY(startedAt >= before && startedAt <= after);
   }
 
-  void aStartedTimeIsLocalInWinterAndSummer() {
+  void startIsLocalTimeInWinterAndSummer() {
     QVERIFY(legacyStart("/x/2024-07-01_00-00-00.md") == test::utc(2024, 6, 30, 15, 0, 0));
     QVERIFY(legacyStart("/x/2024-12-31_23-59-59.MD") == test::utc(2024, 12, 31, 14, 59, 59));
   }
 
-  void theFileStaysAsItWas() {
+  void doesNotChangeTheFile() {
     const QUrl url = write("kept.md", kHeading + "\n`1` a\n");
     QFile file(url.toLocalFile());
     QVERIFY(file.open(QIODevice::ReadOnly));

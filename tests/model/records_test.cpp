@@ -35,7 +35,7 @@ class RecordsTest final : public test::Suite {
   void initTestCase() { test::setTimeZone("Asia/Seoul"); }
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
-  void inputsHaveTheirFormsAndLabels() {
+  void inputsHaveRawValuesAndTitles() {
     QCOMPARE(allAudioInputs.size(), 2u);
     QCOMPARE(rawValue(allAudioInputs[0]), QString("computer"));
     QCOMPARE(rawValue(allAudioInputs[1]), QString("microphone"));
@@ -51,7 +51,7 @@ class RecordsTest final : public test::Suite {
     QVERIFY(!audioInputFromRawValue(""));
   }
 
-  void contentsHaveTheirFormsAndLabels() {
+  void contentsHaveRawValuesAndTitles() {
     const QStringList raws = {"both", "original", "translation"};
     const QStringList english = {"Original + Translation", "Original Only", "Translation Only"};
     const QStringList korean = {"원문 + 번역", "원문만", "번역만"};
@@ -69,7 +69,7 @@ class RecordsTest final : public test::Suite {
     QVERIFY(!transcriptContentFromRawValue("all"));
   }
 
-  void formatsHaveTheirFormsAndLabels() {
+  void formatsHaveRawValuesAndTitles() {
     const QStringList raws = {"markdown", "text", "json"};
     const QStringList extensions = {"md", "txt", "json"};
     const QStringList english = {"Markdown (.md)", "Text (.txt)", "Velun Session (.json)"};
@@ -87,7 +87,7 @@ class RecordsTest final : public test::Suite {
     }
   }
 
-  void formatsAreExplained() {
+  void formatsHaveExplanations() {
     const QString textual =
         "Shows times and languages, with the original and translations set apart.";
     QCOMPARE(explanation(SessionFormat::markdown), textual);
@@ -102,7 +102,7 @@ class RecordsTest final : public test::Suite {
              QString("원문·모든 번역·시간을 보존하며 Velun에서 다시 열 수 있습니다."));
   }
 
-  void exportsAreNamedAfterTheDateInUtc() {
+  void exportFileNameHasTheDateInUtc() {
     // Already 2 March in the local time zone.
     const Instant late = test::utc(2025, 3, 1, 23, 30, 0);
     QCOMPARE(defaultFileName(SessionFormat::markdown, late), QString("Velun-2025-03-01.md"));
@@ -110,7 +110,7 @@ class RecordsTest final : public test::Suite {
     QCOMPARE(defaultFileName(SessionFormat::json, late), QString("Velun-2025-03-01.json"));
   }
 
-  void aNewLineHasAnIdOfItsOwnAndNothingElse() {
+  void newLineHasOnlyAUniqueId() {
     const Line line;
     QVERIFY(!line.id.isNull());
     QVERIFY(line.id != Line().id);
@@ -128,7 +128,7 @@ class RecordsTest final : public test::Suite {
     QVERIFY(a == b);
   }
 
-  void everyFieldOfALineCountsInEquality() {
+  void lineEqualityComparesEveryField() {
     const Line line = test::sampleSession().lines.front();
     const auto differs = [&line](auto change) {
       Line other = line;
@@ -145,7 +145,7 @@ class RecordsTest final : public test::Suite {
     QVERIFY(differs([](Line& l) { l.legacyTranslation = ""; }));
   }
 
-  void aTimestampIsTheLegacyTextElseTheTimeOfDayElseEmpty() {
+  void timestampIsTheLegacyTextElseTheTimeOfDayElseEmpty() {
     Line line;
     QCOMPARE(line.timestamp(), QString());
     line.time = test::utc(2025, 3, 1, 9, 5, 7);
@@ -158,18 +158,18 @@ class RecordsTest final : public test::Suite {
     QCOMPARE(line.timestamp(), QString());
   }
 
-  void translationsOfOneLanguageAreThatOneOrNone() {
+  void oneLanguageGivesItsTranslationOrNothing() {
     const Line line = lineWith({{"ja", "..."}});
     QCOMPARE(line.translatedTexts(QString("ko")), Pairs());
     QCOMPARE(line.translatedTexts(QString("ja")), (Pairs{{"ja", "..."}}));
   }
 
-  void allTranslationsComeInAscendingOrder() {
+  void translationsAreInAscendingOrder() {
     const Line line = lineWith({{"ko", "b"}, {"en", "a"}});
     QCOMPARE(line.translatedTexts({}), (Pairs{{"en", "a"}, {"ko", "b"}}));
   }
 
-  void aLegacyTranslationComesLastUnderEveryLanguage() {
+  void legacyTranslationComesLastUnderEveryLanguage() {
     Line line = legacyLine();
     QCOMPARE(line.translatedTexts(QString("ko")), (Pairs{{"", "hello"}}));
     line.translations["ko"] = "안녕";
@@ -179,7 +179,7 @@ class RecordsTest final : public test::Suite {
     QCOMPARE(line.translatedTexts(QString("ja")), (Pairs{{"", ""}}));
   }
 
-  void languagesOfASessionAreSortedWithoutRepeats() {
+  void sessionLanguagesAreSortedAndUnique() {
     CaptionSession session;
     QVERIFY(session.translationLanguages().empty());
     session.lines = {lineWith({{"ko", "x"}}), lineWith({{"en", "x"}, {"ko", "x"}}), lineWith({})};
@@ -195,7 +195,7 @@ class RecordsTest final : public test::Suite {
     QCOMPARE(session.translationLanguages(), (std::vector<QString>{"ko", wide, astral}));
   }
 
-  void aLegacyTranslationIsATranslationWithoutALanguage() {
+  void legacyTranslationHasNoLanguage() {
     CaptionSession session;
     QVERIFY(!session.hasTranslations());
     session.lines = {lineWith({})};
@@ -207,7 +207,7 @@ class RecordsTest final : public test::Suite {
     QVERIFY(session.hasTranslations());
   }
 
-  void aNewSessionIsEmptyAndBeginsNow() {
+  void newSessionIsEmptyAndStartsNow() {
     const Instant before = currentInstant();
     const CaptionSession session;
     QCOMPARE(session.schemaVersion, 1);
@@ -218,14 +218,14 @@ class RecordsTest final : public test::Suite {
     QVERIFY(session.lines.empty());
   }
 
-  void aTitleKeepsTheLanguageItWasMadeIn() {
+  void titleKeepsTheLanguageInWhichItWasMade() {
     const CaptionSession english;
     Localization::shared().setLanguage(AppLanguage::korean);
     QCOMPARE(english.title, QString("Caption Session"));
     QCOMPARE(CaptionSession().title, QString("자막 세션"));
   }
 
-  void everyFieldOfASessionCountsInEquality() {
+  void sessionEqualityComparesEveryField() {
     const CaptionSession session = test::sampleSession();
     QVERIFY(session == test::sampleSession());
     const auto differs = [&session](auto change) {

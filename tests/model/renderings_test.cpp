@@ -62,7 +62,7 @@ class RenderingsTest final : public test::Suite {
   void initTestCase() { test::setTimeZone("Asia/Seoul"); }
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
-  void documentsAreExactToTheCharacter_data() {
+  void rendersExactDocuments_data() {
     QTest::addColumn<QString>("file");
     QTest::addColumn<AppLanguage>("language");
     QTest::addColumn<SessionFormat>("format");
@@ -73,7 +73,7 @@ class RenderingsTest final : public test::Suite {
     QTest::newRow("text, English") << "both_en.txt" << AppLanguage::english << SessionFormat::text;
     QTest::newRow("text, Korean") << "both_ko.txt" << AppLanguage::korean << SessionFormat::text;
   }
-  void documentsAreExactToTheCharacter() {
+  void rendersExactDocuments() {
     QFETCH(QString, file);
     QFETCH(AppLanguage, language);
     QFETCH(SessionFormat, format);
@@ -84,7 +84,7 @@ class RenderingsTest final : public test::Suite {
              QString::fromUtf8(expected.readAll()));
   }
 
-  void aRunningSessionHasNoStopLine() {
+  void runningSessionHasNoEndLine() {
     CaptionSession running = test::sampleSession();
     running.endedAt.reset();
     running.lines.clear();
@@ -94,7 +94,7 @@ class RenderingsTest final : public test::Suite {
              QString("# Caption Session\n\nStarted: March 1, 2025 at 6:04:58\u202FPM\n\n"));
   }
 
-  void theOriginalAloneLeavesTranslationsOut() {
+  void originalOnlyOmitsTranslations() {
     QCOMPARE(exported(test::sampleSession(), SessionFormat::text, TranscriptContent::original),
              kHeader +
                  "[6:05:07\u202FPM] Original · English (United States) · Computer Audio\n"
@@ -103,7 +103,7 @@ class RenderingsTest final : public test::Suite {
                  "Today we talk about rivers.\n\n");
   }
 
-  void theTranslationAloneLeavesUntranslatedLinesOut() {
+  void translationOnlyOmitsUntranslatedLines() {
     QCOMPARE(
         exported(test::sampleSession(), SessionFormat::text, TranscriptContent::translation,
                  QString("ko")),
@@ -113,13 +113,13 @@ class RenderingsTest final : public test::Suite {
              kHeader);
   }
 
-  void aSessionWithoutTranslationsIsItsHeaderAlone() {
+  void translationOnlyOfAnUntranslatedSessionIsTheHeader() {
     CaptionSession untranslated = test::sampleSession();
     untranslated.lines[0].translations.clear();
     QCOMPARE(exported(untranslated, SessionFormat::text, TranscriptContent::translation), kHeader);
   }
 
-  void oneLanguageIsThatOneAlone() {
+  void chosenLanguageOmitsOtherLanguages() {
     const QString document =
         exported(session(), SessionFormat::markdown, TranscriptContent::both, QString("ko"));
     QVERIFY(document.contains("**Translation · Korean**"));
@@ -127,7 +127,7 @@ class RenderingsTest final : public test::Suite {
     QVERIFY(!document.contains("**Translation · English**"));
   }
 
-  void aLegacyTranslationStandsUnderEveryLanguage() {
+  void legacyTranslationAppearsUnderEveryLanguage() {
     const CaptionSession legacy = sessionOf(session().lines[3]);
     const QString block = "[14:03:22] Translation · Unknown language\n안녕하세요\n여러분\n\n";
     QCOMPARE(exported(legacy, SessionFormat::text, TranscriptContent::translation, QString("ja")),
@@ -136,21 +136,21 @@ class RenderingsTest final : public test::Suite {
              kHeader + block);
   }
 
-  void anEmptyTranslationIsABlockOfItsOwn() {
+  void emptyTranslationIsItsOwnBlock() {
     Line line = session().lines[0];
     line.translations = {{"ko", ""}};
     QVERIFY(exported(sessionOf(line), SessionFormat::markdown, TranscriptContent::translation)
                 .endsWith("**Translation · Korean**\n\n> \n\n"));
   }
 
-  void newlinesAtTheEdgesOfATranslationAreQuotedToo() {
+  void quotesNewlinesAtTheEndsOfATranslation() {
     Line line = session().lines[0];
     line.translations = {{"ko", "\na\n"}};
     QVERIFY(exported(sessionOf(line), SessionFormat::markdown, TranscriptContent::translation)
                 .endsWith("\n\n> \n> a\n> \n\n"));
   }
 
-  void theBareTranscriptHasTextsOnly() {
+  void transcriptHasTextsOnly() {
     const CaptionSession all = session();
     QCOMPARE(all.transcript(TranscriptContent::original, {}),
              QString("Welcome back to the show.\n\n강 이야기입니다.\n\nNo time at all.\n\nGood "
@@ -162,7 +162,7 @@ class RenderingsTest final : public test::Suite {
                      "about rivers."));
   }
 
-  void theBareTranscriptDropsOnlyLinesThatAreEmptyAltogether() {
+  void transcriptOmitsOnlyCompletelyEmptyLines() {
     CaptionSession edge = test::sampleSession();
     edge.lines[0].text = "";
     edge.lines[1].text = "";

@@ -63,7 +63,7 @@ class SessionAccidentTest final : public test::Suite {
   Q_OBJECT
 
  private Q_SLOTS:
-  void aThousandKillsDuringSavesTearNoFile() {
+  void killsDuringSavesNeverLeaveAPartialFile() {
     const QTemporaryDir folder;
     const SessionStore store{QUrl::fromLocalFile(folder.path())};
     const CaptionSession session = test::longSession(300);
@@ -102,7 +102,7 @@ class SessionAccidentTest final : public test::Suite {
     QCOMPARE(hiddenFiles(folder.path()), QStringList());
   }
 
-  void whatAKilledProgramLeftGoesWithTheNextSession() {
+  void nextSessionRemovesUnfinishedFiles() {
     const QTemporaryDir folder;
     const SessionStore store{QUrl::fromLocalFile(folder.path())};
     const QUrl url = store.save(test::sampleSession());
@@ -115,7 +115,7 @@ class SessionAccidentTest final : public test::Suite {
     QCOMPARE(store.savedSessions().sessions.size(), 2u);
   }
 
-  void aFileThatMayNotGrowGivesTheErrorAndKeepsTheOldFile() {
+  void fileSizeLimitIsAnErrorAndKeepsTheOldFile() {
     const QTemporaryDir folder;
     const SessionStore store{QUrl::fromLocalFile(folder.path())};
     const CaptionSession small = test::sampleSession();
@@ -138,7 +138,7 @@ class SessionAccidentTest final : public test::Suite {
     setrlimit(RLIMIT_FSIZE, &before);
     std::signal(SIGXFSZ, ignored);
 
-    QCOMPARE(text, "“" + url.fileName() + "” would be larger than files may be here.");
+    QCOMPARE(text, "“" + url.fileName() + "” is too large for this file system.");
     QVERIFY(store.read(url) == small);
     QCOMPARE(hiddenFiles(folder.path()), QStringList());
     store.save(large);
@@ -146,7 +146,7 @@ class SessionAccidentTest final : public test::Suite {
   }
 
   // Runs this program again, with a small file system of its own mounted for it alone.
-  void aFullDiskGivesTheErrorAndKeepsTheOldFile() {
+  void fullDiskIsAnErrorAndKeepsTheOldFile() {
     const QTemporaryDir folder;
     QProcess inside;
     QStringList arguments = {"--mount", "--propagation", "private"};

@@ -13,7 +13,7 @@ class SessionEncoderTest final : public test::Suite {
   Q_OBJECT
 
  private Q_SLOTS:
-  void anEmptySessionIsEncodedLikeAnyOther() {
+  void encodesAnEmptySession() {
     CaptionSession session = test::longSession(0);
     SessionEncoder encoder;
     QCOMPARE(encoder.encode(session), encodeSession(session));
@@ -21,14 +21,14 @@ class SessionEncoderTest final : public test::Suite {
     QCOMPARE(encoder.encode(session), encodeSession(session));
   }
 
-  void anUnchangedSessionIsTheSameAgain() {
+  void encodesAnUnchangedSessionAgain() {
     const CaptionSession session = test::longSession(3);
     SessionEncoder encoder;
     encoder.encode(session);
     QCOMPARE(encoder.encode(session), encodeSession(session));
   }
 
-  void anotherSessionIsEncodedFromNothing() {
+  void encodesAnotherSessionCompletely() {
     SessionEncoder encoder;
     encoder.encode(test::longSession(5));
     CaptionSession other = test::longSession(8);
@@ -36,14 +36,14 @@ class SessionEncoderTest final : public test::Suite {
     QCOMPARE(encoder.encode(other), encodeSession(other));
   }
 
-  void fewerLinesAreEncodedFromNothing() {
+  void encodesASessionWithFewerLinesCompletely() {
     SessionEncoder encoder;
     encoder.encode(test::longSession(5));
     const CaptionSession shorter = test::longSession(4);
     QCOMPARE(encoder.encode(shorter), encodeSession(shorter));
   }
 
-  void aChangedLineThatIsNotNamedIsKept() {
+  void unreportedChangesAreNotEncoded() {
     CaptionSession session = test::longSession(3);
     SessionEncoder encoder;
     encoder.encode(session);
@@ -53,7 +53,7 @@ class SessionEncoderTest final : public test::Suite {
     QCOMPARE(encoder.encode(session), encodeSession(session));
   }
 
-  void namingALineThatIsNotThereIsHarmless() {
+  void ignoresChangesOfMissingLines() {
     SessionEncoder encoder;
     encoder.lineChanged(7);
     const CaptionSession session = test::longSession(3);
@@ -62,7 +62,7 @@ class SessionEncoderTest final : public test::Suite {
     QCOMPARE(encoder.encode(session), encodeSession(session));
   }
 
-  void bytesHandedOutBeforeStayAsTheyWere() {
+  void earlierResultsStayUnchanged() {
     CaptionSession session = test::longSession(3);
     SessionEncoder encoder;
     const QByteArray first = encoder.encode(session);
@@ -72,11 +72,11 @@ class SessionEncoderTest final : public test::Suite {
     QCOMPARE(first, expected);
   }
 
-  void anyRowOfEditsGivesTheBytesOfEncodingFromNothing_data() {
+  void randomEditsGiveTheBytesOfACompleteEncoding_data() {
     QTest::addColumn<unsigned>("seed");
     for (unsigned seed = 1; seed <= 20; ++seed) QTest::addRow("seed %u", seed) << seed;
   }
-  void anyRowOfEditsGivesTheBytesOfEncodingFromNothing() {
+  void randomEditsGiveTheBytesOfACompleteEncoding() {
     QFETCH(unsigned, seed);
     std::mt19937 random(seed);
     const auto below = [&random](std::size_t limit) {

@@ -27,12 +27,12 @@ class SessionMigrationTest final : public test::Suite {
     }
   }
 
-  void theUsersOwnStoreLiesInTheDataFolder() {
+  void localStoreIsInTheDataFolder() {
     QCOMPARE(SessionStore::local().directory, QUrl::fromLocalFile(path("Velun/Sessions")));
     QCOMPARE(&SessionStore::local(), &SessionStore::local());
   }
 
-  void theFirstListingMovesTheFirstEarlierFolder() {
+  void firstListingMovesTheFirstEarlierFolder() {
     putSession("Parvelo");
     putSession("OrlanceV2");
     QCOMPARE(SessionStore::local().savedSessions().sessions.size(), 1u);
@@ -43,14 +43,14 @@ class SessionMigrationTest final : public test::Suite {
     QVERIFY(QFileInfo::exists(path("OrlanceV2")));
   }
 
-  void theSecondEarlierFolderIsMovedWhenItIsTheOnlyOne() {
+  void movesTheSecondEarlierFolderIfItIsTheOnlyOne() {
     putSession("OrlanceV2");
     SessionStore::local().migratePreviousFolder();
     QVERIFY(QFileInfo::exists(path("Velun/Sessions/OrlanceV2.json")));
     QVERIFY(!QFileInfo::exists(path("OrlanceV2")));
   }
 
-  void theFirstSaveMovesTheEarlierFolderToo() {
+  void firstSaveMovesTheEarlierFolder() {
     putSession("Parvelo");
     CaptionSession session = test::sampleSession();
     session.id = QUuid::createUuid();
@@ -58,14 +58,14 @@ class SessionMigrationTest final : public test::Suite {
     QCOMPARE(SessionStore::local().savedSessions().sessions.size(), 2u);
   }
 
-  void readingMovesNothing() {
+  void readingDoesNotMoveFolders() {
     putSession("Parvelo");
     SessionStore::local().read(QUrl::fromLocalFile(path("Parvelo/Sessions/Parvelo.json")));
     QVERIFY(QFileInfo::exists(path("Parvelo")));
     QVERIFY(!QFileInfo::exists(path("Velun")));
   }
 
-  void nothingIsMovedOverAFolderThatIsThere() {
+  void doesNotMoveOverAnExistingFolder() {
     QVERIFY(QDir().mkpath(path("Velun")));
     putSession("Parvelo");
     QVERIFY(SessionStore::local().savedSessions().sessions.empty());
@@ -73,7 +73,7 @@ class SessionMigrationTest final : public test::Suite {
     QVERIFY(!QFileInfo::exists(path("Velun/Sessions")));
   }
 
-  void anotherStoreNeverTouchesTheDataFolder() {
+  void otherStoresDoNotMoveFolders() {
     putSession("Parvelo");
     const QTemporaryDir folder;
     const SessionStore store{QUrl::fromLocalFile(folder.path())};
@@ -84,7 +84,7 @@ class SessionMigrationTest final : public test::Suite {
     QVERIFY(!QFileInfo::exists(path("Velun")));
   }
 
-  void aMoveThatFailsIsPassedOver() {
+  void ignoresAFailedMove() {
     putSession("Parvelo");
     // Nothing exists behind the link, but no folder can take its place.
     QVERIFY(QFile::link(path("nowhere"), path("Velun")));
@@ -94,7 +94,7 @@ class SessionMigrationTest final : public test::Suite {
     QVERIFY(QFileInfo::exists(path("Parvelo/Sessions/Parvelo.json")));
   }
 
-  void aFileInPlaceOfAFolderIsMovedAsItIsAndSaidWhenSaving() {
+  void movesAFileInPlaceOfAFolderAndReportsItOnSave() {
     QFile file(path("Parvelo"));
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.close();

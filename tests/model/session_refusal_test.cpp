@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/localization.h"
-#include "model/session_file/session_fast_reader.h"
 #include "model/session_file/session_file.h"
-#include "model/session_file/session_limits.h"
+#include "model/session_file/session_reader.h"
 #include "support/session_samples.h"
 #include "support/suite.h"
 
@@ -40,7 +39,7 @@ class SessionRefusalTest final : public test::Suite {
  private Q_SLOTS:
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
-  void otherVersionsAreRefusedWithAMessageOfTheirOwn_data() {
+  void rejectsOtherVersions_data() {
     QTest::addColumn<QByteArray>("version");
     QTest::newRow("newer") << QByteArray("2");
     QTest::newRow("zero") << QByteArray("0");
@@ -48,7 +47,7 @@ class SessionRefusalTest final : public test::Suite {
     QTest::newRow("one in the low 32 bits") << QByteArray("4294967297");
     QTest::newRow("beyond 64 bits") << QByteArray("123456789012345678901234567890");
   }
-  void otherVersionsAreRefusedWithAMessageOfTheirOwn() {
+  void rejectsOtherVersions() {
     QFETCH(QByteArray, version);
     QByteArray bytes = example();
     bytes.replace("\"schemaVersion\" : 1", "\"schemaVersion\" : " + version);
@@ -58,14 +57,14 @@ class SessionRefusalTest final : public test::Suite {
     QVERIFY(!decodeReadableSession(bytes));
   }
 
-  void theVersionIsLookedAtOnlyInASoundFile() {
+  void checksTheVersionLast() {
     QByteArray bytes = example();
     bytes.replace("\"schemaVersion\" : 1", "\"schemaVersion\" : 2");
     bytes.replace("\"title\" : \"Caption Session\"", "\"title\" : 5");
     QCOMPARE(refusal(bytes), atLine(28, "“title” is not a text"));
   }
 
-  void whatIsWrongIsNamedWithItsLine_data() {
+  void namesTheProblemAndItsLine_data() {
     QTest::addColumn<QByteArray>("piece");
     QTest::addColumn<QByteArray>("instead");
     QTest::addColumn<QString>("text");
@@ -148,7 +147,7 @@ class SessionRefusalTest final : public test::Suite {
     row("a surrogate in UTF-8", "rivers", "\xED\xA0\xBD", 19, "the text is not valid UTF-8");
     row("an overlong slash", "rivers", "\xC0\xAF", 19, "the text is not valid UTF-8");
   }
-  void whatIsWrongIsNamedWithItsLine() {
+  void namesTheProblemAndItsLine() {
     QFETCH(QByteArray, piece);
     QFETCH(QByteArray, instead);
     QFETCH(QString, text);
@@ -156,28 +155,28 @@ class SessionRefusalTest final : public test::Suite {
     const qsizetype at = bytes.indexOf(piece);
     QVERIFY(at >= 0);
     bytes.replace(at, piece.size(), instead);
-    QVERIFY(!readSessionFast(bytes));
+    QVERIFY(!readSessionTree(bytes));
     QCOMPARE(refusal(bytes), text);
     QVERIFY(!decodeReadableSession(bytes));
   }
 
-  void aFileCutShortAnywhereIsRefused() {
+  void rejectsTruncatedFiles() {
     const QByteArray bytes = example();
     for (qsizetype size = 0; size < bytes.size(); ++size) {
       const QByteArray cut = bytes.left(size);
-      QVERIFY2(!readSessionFast(cut), QByteArray::number(size));
+      QVERIFY2(!readSessionTree(cut), QByteArray::number(size));
       QVERIFY2(!refusal(cut).isEmpty(), QByteArray::number(size));
     }
     QCOMPARE(refusal(bytes.chopped(1)), atLine(29, "the file ends too early"));
   }
 
-  void anythingBehindTheSessionIsRefused() {
+  void rejectsAnythingBehindTheSession() {
     QCOMPARE(refusal(example() + "\n{}"), atLine(30, "this is not a session file"));
     QCOMPARE(refusal(example() + QByteArray(1, '\0')), atLine(29, "this is not a session file"));
     QVERIFY(refusal(example() + " \r\n\t").isEmpty());
   }
 
-  void whatIsNoSessionAtAllIsRefused() {
+  void rejectsOtherDocuments() {
     QCOMPARE(refusal({}), QString("“talk.json” is empty."));
     QCOMPARE(refusal(" \n"), QString("“talk.json” is empty."));
     QCOMPARE(refusal("[]"), atLine(1, "the session is not an object"));
@@ -185,7 +184,7 @@ class SessionRefusalTest final : public test::Suite {
     QCOMPARE(refusal("{}"), atLine(1, "“schemaVersion” is missing"));
   }
 
-  void deepNestingExhaustsNothing() {
+  void rejectsDeepNesting() {
     const QByteArray deep(2'000'000, '[');
     QByteArray bytes = example();
     bytes.replace("\"title\"", "\"x\" : " + deep + ", \"title\"");
@@ -193,20 +192,20 @@ class SessionRefusalTest final : public test::Suite {
     QCOMPARE(refusal(deep), atLine(1, "values are nested too deeply"));
   }
 
-  void moreLinesThanASessionCanHoldAreRefused() {
+  void rejectsTooManyLinesAndTranslations() {
     QByteArray bytes = "{\"lines\":[";
     const QByteArray line =
         R"({"id":"0C1D2E3F-4A5B-4C6D-8E7F-90A1B2C3D4E5","text":"","translations":{)";
     bytes += line;
-    for (std::size_t i = 0; i <= kMostLinesAndTranslations; ++i) bytes += "\"\":\"\",";
+    for (std::size_t i = 0; i <= kMaxLinesAndTranslations; ++i) bytes += "\"\":\"\",";
     QCOMPARE(refusal(bytes), atLine(1,
                                     "there are more lines and translations than a session can "
                                     "hold"));
   }
 
-  void aFileOver256MegabytesIsRefused() {
+  void rejectsFilesOver256Megabytes() {
     // Never looked at, so no memory has to stand behind it.
-    const std::size_t size = kLargestSessionFile + 1;
+    const std::size_t size = kMaxSessionFileSize + 1;
     void* const memory = mmap(nullptr, size, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     QVERIFY(memory != MAP_FAILED);
     const auto unmap = qScopeGuard([memory, size] { munmap(memory, size); });
@@ -225,7 +224,7 @@ class SessionRefusalTest final : public test::Suite {
     QCOMPARE(refusal({}), QString("“talk.json” 파일이 비어 있습니다."));
   }
 
-  void placeholdersInNamesAreTextLikeAnyOther() {
+  void showsPlaceholdersInKeysUnchanged() {
     QByteArray bytes = example();
     bytes.replace("\"ko\" : \"쇼에 다시 오신 것을 환영합니다.\"", "\"%1%2\" : 1");
     QCOMPARE(refusal(bytes), atLine(12, "“%1%2” is not a text"));

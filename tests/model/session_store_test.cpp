@@ -3,7 +3,6 @@
 
 #include "language/localization.h"
 #include "model/session_file/session_file.h"
-#include "model/session_file/session_limits.h"
 #include "support/no_more_threads.h"
 #include "support/session_samples.h"
 #include "support/suite.h"
@@ -28,7 +27,7 @@ class SessionStoreTest final : public test::Suite {
   }
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
-  void aSavedSessionIsNamedAfterItsLocalTimeAndId() {
+  void fileNameIsTheLocalTimeAndTheId() {
     const QUrl url = store().save(test::sampleSession());
     QCOMPARE(url, QUrl::fromLocalFile(path("2025-03-01_18-04-58_9F2C4E1A-3B7D-4C8E-A1F0-"
                                            "5D6E7F809A1B.json")));
@@ -38,7 +37,7 @@ class SessionStoreTest final : public test::Suite {
     QVERIFY(store().read(url) == test::sampleSession());
   }
 
-  void fractionsOfTheStartDoNotMoveTheName() {
+  void fractionsOfASecondDoNotChangeTheFileName() {
     CaptionSession session = test::sampleSession();
     const QUrl url = store().save(session);
     session.startedAt += std::chrono::microseconds(999'999);
@@ -54,14 +53,14 @@ class SessionStoreTest final : public test::Suite {
     QCOMPARE(store().read(first).lines.size(), 3u);
   }
 
-  void sessionsOfTheSameSecondHaveFilesOfTheirOwn() {
+  void sessionsOfTheSameSecondHaveDifferentFiles() {
     CaptionSession other = test::sampleSession();
     other.id = QUuid::createUuid();
     QVERIFY(store().save(test::sampleSession()) != store().save(other));
     QCOMPARE(folder_->names().size(), 2);
   }
 
-  void anEncoderChangesNothingAboutTheFile() {
+  void savingWithAnEncoderWritesTheSameFile() {
     CaptionSession session = test::longSession(20);
     SessionEncoder encoder;
     for (int i = 0; i < 3; ++i) {
@@ -71,14 +70,14 @@ class SessionStoreTest final : public test::Suite {
     }
   }
 
-  void theFolderAndTheFileAreTheUsersAlone() {
+  void folderAndFileAreReadableByTheUserOnly() {
     const SessionStore deep{QUrl::fromLocalFile(path("a/b/Sessions"))};
     const QString file = deep.save(test::sampleSession()).toLocalFile();
     QCOMPARE(folder_->mode("a/b/Sessions/" + QFileInfo(file).fileName()), 0600u);
     for (const char* name : {"a", "a/b", "a/b/Sessions"}) QCOMPARE(folder_->mode(name), 0700u);
   }
 
-  void aFolderThatCannotBeMadeIsAnError() {
+  void reportsAFolderThatCannotBeCreated() {
     folder_->write("file", "x");
     const SessionStore inside{QUrl::fromLocalFile(path("file/Sessions"))};
     QCOMPARE(failure([&] { inside.save(test::sampleSession()); }),
@@ -86,7 +85,7 @@ class SessionStoreTest final : public test::Suite {
     QCOMPARE(folder_->contents("file"), QByteArray("x"));
   }
 
-  void aFileThatCannotBeReplacedIsAnErrorAndStays() {
+  void reportsAFileThatCannotBeReplaced() {
     const QUrl url = store().save(test::sampleSession());
     const QString file = url.toLocalFile();
     QVERIFY(QFile::remove(file));
@@ -95,20 +94,20 @@ class SessionStoreTest final : public test::Suite {
     QCOMPARE(folder_->names(), QStringList{url.fileName()});
   }
 
-  void aFileOfAnotherComputerIsAnErrorToRead() {
+  void reportsARemoteFile() {
     const QUrl elsewhere("sftp://example.org/talks/first.json");
     QCOMPARE(failure([&] { store().read(elsewhere); }),
              QString("“sftp://example.org/talks/first.json” is not a file on this computer."));
   }
 
-  void aMissingFileIsAnErrorToRead() {
+  void reportsAMissingFile() {
     const QUrl url = QUrl::fromLocalFile(path("none.json"));
     QCOMPARE(failure([&] { store().read(url); }), QString("“none.json” doesn’t exist."));
     Localization::shared().setLanguage(AppLanguage::korean);
     QCOMPARE(failure([&] { store().read(url); }), QString("“none.json” 항목이 없습니다."));
   }
 
-  void anExtensionOtherThanMdIsTriedAsJson() {
+  void readsOtherExtensionsAsJson() {
     folder_->write("talk.txt", encodeSession(test::sampleSession()));
     QVERIFY(store().read(QUrl::fromLocalFile(path("talk.txt"))) == test::sampleSession());
     folder_->write("talk", encodeSession(test::sampleSession()));
@@ -117,22 +116,22 @@ class SessionStoreTest final : public test::Suite {
     QCOMPARE(store().read(QUrl::fromLocalFile(path("old.MD"))).lines.size(), 1u);
   }
 
-  void aHugeFileIsRefusedWithoutBeingRead() {
+  void rejectsAHugeFileWithoutReadingIt() {
     folder_->write("huge.json", "");
-    QCOMPARE(::truncate(QFile::encodeName(path("huge.json")).constData(), kLargestSessionFile + 1),
+    QCOMPARE(::truncate(QFile::encodeName(path("huge.json")).constData(), kMaxSessionFileSize + 1),
              0);
     QCOMPARE(failure([&] { store().read(QUrl::fromLocalFile(path("huge.json"))); }),
              QString("“huge.json” is larger than 256 MB, more than a session can be."));
   }
 
-  void aFailedReadChangesNothing() {
+  void failedReadDoesNotChangeTheFile() {
     folder_->write("bad.json", "{");
     QVERIFY(!failure([&] { store().read(QUrl::fromLocalFile(path("bad.json"))); }).isEmpty());
     QCOMPARE(store().savedSessions().unreadableCount, 1);
     QCOMPARE(folder_->contents("bad.json"), QByteArray("{"));
   }
 
-  void aFolderThatIsNotThereHoldsNothing() {
+  void missingFolderIsAnEmptyListing() {
     const SessionStore none{QUrl::fromLocalFile(path("none"))};
     const SessionStore::Listing listing = none.savedSessions();
     QVERIFY(listing.sessions.empty());
@@ -140,13 +139,13 @@ class SessionStoreTest final : public test::Suite {
     QVERIFY(!QFileInfo::exists(path("none")));
   }
 
-  void aFolderThatCannotBeListedIsAnError() {
+  void reportsAFolderThatCannotBeListed() {
     folder_->write("file", "x");
     const SessionStore file{QUrl::fromLocalFile(path("file"))};
     QVERIFY(!failure([&] { file.savedSessions(); }).isEmpty());
   }
 
-  void onlyVisibleSessionFilesAreListed() {
+  void listsOnlyVisibleSessionFiles() {
     const QByteArray bytes = encodeSession(test::sampleSession());
     for (const char* name : {"a.json", "x.JSON", ".y.json", "notes.txt", "json", "z.json.bak"}) {
       folder_->write(QString::fromLatin1(name), bytes);
@@ -161,7 +160,7 @@ class SessionStoreTest final : public test::Suite {
     QCOMPARE(listed, (QStringList{"a.json", "m.Md", "x.JSON"}));
   }
 
-  void whatCannotBeReadIsCounted() {
+  void countsUnreadableFiles() {
     QByteArray newer = encodeSession(test::sampleSession());
     newer.replace("\"schemaVersion\" : 1", "\"schemaVersion\" : 2");
     folder_->write("newer.json", newer);
@@ -179,7 +178,7 @@ class SessionStoreTest final : public test::Suite {
     QCOMPARE(listing.unreadableCount, 9);
   }
 
-  void sessionsAreListedNewestFirst() {
+  void listsNewestFirst() {
     CaptionSession session = test::sampleSession();
     for (const int hour : {3, 9, 1, 7}) {
       session.id = QUuid::createUuid();
@@ -194,7 +193,7 @@ class SessionStoreTest final : public test::Suite {
     }
   }
 
-  void sessionsOfTheSameTimeKeepTheOrderOfTheFolder() {
+  void equalStartTimesKeepTheOrderOfTheFolder() {
     QStringList expected;
     for (int i = 0; i < 40; ++i) {
       CaptionSession session = test::sampleSession();
@@ -210,7 +209,7 @@ class SessionStoreTest final : public test::Suite {
     QCOMPARE(listed, expected);
   }
 
-  void whereThereAreNoMoreThreadsOneReadsAll() {
+  void oneThreadReadsAllIfThereAreNoMoreThreads() {
     for (int i = 0; i < 5; ++i) {
       CaptionSession session = test::sampleSession();
       session.id = QUuid::createUuid();
@@ -220,7 +219,7 @@ class SessionStoreTest final : public test::Suite {
     QCOMPARE(store().savedSessions().sessions.size(), 5u);
   }
 
-  void legacyTranscriptsAreListedWithTheTitleOfTheInterfaceLanguage() {
+  void listsLegacyTranscriptsWithALocalizedTitle() {
     folder_->write("2024-11-02_20-15-00.md", "# 자막 세션 — \n`1` a\n");
     Localization::shared().setLanguage(AppLanguage::korean);
     const SessionStore::Listing listing = store().savedSessions();
@@ -229,7 +228,7 @@ class SessionStoreTest final : public test::Suite {
     QVERIFY(listing.sessions[0].session.startedAt == test::utc(2024, 11, 2, 11, 15, 0));
   }
 
-  void namesInAnyScriptAreListed() {
+  void listsFileNamesInAnyScript() {
     folder_->write("회의 100%.json", encodeSession(test::sampleSession()));
     const SessionStore::Listing listing = store().savedSessions();
     QCOMPARE(listing.sessions.size(), 1u);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/session_file/json_reader.h"
 
-#include "model/session_file/session_limits.h"
+#include "model/session_file/session_file.h"
 
 #include <algorithm>
 
@@ -32,34 +32,13 @@ void appendUtf8(std::string& text, char32_t c) {
 
 }  // namespace
 
-void JsonReader::fail(Kind kind, std::size_t position, const std::string& key) const {
-  const auto end = text_.begin() + static_cast<std::ptrdiff_t>(std::min(position, text_.size()));
-  const auto newlines = std::count(text_.begin(), end, '\n');
-  throw SessionProblem{kind, static_cast<std::size_t>(newlines) + 1, key};
+void JsonReader::fail(Kind kind, const char* position, std::string_view key) const {
+  const auto newlines = std::count(start_, position, '\n');
+  throw SessionProblem{kind, static_cast<std::size_t>(newlines) + 1, std::string(key)};
 }
 
-void JsonReader::skipSpaces() {
-  while (position_ < text_.size()) {
-    const char c = text_[position_];
-    if (c != ' ' && c != '\n' && c != '\r' && c != '\t') return;
-    ++position_;
-  }
-}
-
-char JsonReader::peek() {
-  skipSpaces();
-  return position_ < text_.size() ? text_[position_] : '\0';
-}
-
-bool JsonReader::skip(char sign) {
-  if (peek() != sign || position_ == text_.size()) return false;
-  ++position_;
-  return true;
-}
-
-void JsonReader::expect(char sign) {
-  if (skip(sign)) return;
-  fail(position_ == text_.size() ? Kind::endsEarly : Kind::notJson);
+void JsonReader::failAtSign() const {
+  fail(at_ == end_ ? Kind::endsEarly : Kind::notJson);
 }
 
 bool JsonReader::skipNull() {
@@ -69,92 +48,83 @@ bool JsonReader::skipNull() {
 }
 
 void JsonReader::expectEnd() {
-  skipSpaces();
-  if (position_ != text_.size()) fail(Kind::notJson);
+  peek();
+  if (at_ != end_) fail(Kind::notJson);
 }
 
 void JsonReader::skipWord(std::string_view word) {
-  if (text_.substr(position_, word.size()) != word) fail(Kind::notJson);
-  position_ += word.size();
+  if (!std::string_view(at_, end_).starts_with(word)) fail(Kind::notJson);
+  at_ += word.size();
 }
 
 void JsonReader::skipDigits() {
-  if (position_ == text_.size() || !isDigit(text_[position_])) fail(Kind::notJson);
-  while (position_ < text_.size() && isDigit(text_[position_])) ++position_;
+  if (at_ == end_ || !isDigit(*at_)) fail(Kind::notJson);
+  while (at_ != end_ && isDigit(*at_)) ++at_;
 }
 
 std::string_view JsonReader::number() {
-  skipSpaces();
-  const std::size_t start = position_;
-  const auto isHere = [this](char c) {
-    return position_ < text_.size() && text_[position_] == c;
+  peek();
+  const char* const start = at_;
+  const auto skipOneOf = [this](std::string_view characters) {
+    if (at_ == end_ || characters.find(*at_) == std::string_view::npos) return false;
+    ++at_;
+    return true;
   };
-  if (isHere('-')) ++position_;
-  if (isHere('0')) {
-    ++position_;
-  } else {
+  skipOneOf("-");
+  if (!skipOneOf("0")) skipDigits();
+  if (skipOneOf(".")) skipDigits();
+  if (skipOneOf("eE")) {
+    skipOneOf("+-");
     skipDigits();
   }
-  if (isHere('.')) {
-    ++position_;
-    skipDigits();
-  }
-  if (isHere('e') || isHere('E')) {
-    ++position_;
-    if (isHere('+') || isHere('-')) ++position_;
-    skipDigits();
-  }
-  return text_.substr(start, position_ - start);
+  return {start, at_};
 }
 
-std::string JsonReader::string() {
+std::string_view JsonReader::string() {
   expect('"');
-  std::string result;
-  while (position_ < text_.size()) {
-    const char c = text_[position_];
-    if (c == '"') {
-      ++position_;
-      return result;
-    }
+  unescaped_.clear();
+  while (at_ != end_) {
+    const char c = *at_;
     if (static_cast<unsigned char>(c) < 0x20) fail(Kind::badCharacter);
-    ++position_;
+    ++at_;
+    if (c == '"') return unescaped_;
     if (c == '\\') {
-      appendEscape(result);
+      appendEscape();
     } else {
-      result += c;
+      unescaped_ += c;
     }
   }
   fail(Kind::endsEarly);
 }
 
-void JsonReader::appendEscape(std::string& result) {
-  if (position_ == text_.size()) fail(Kind::endsEarly);
+void JsonReader::appendEscape() {
+  if (at_ == end_) fail(Kind::endsEarly);
   static constexpr std::string_view kLetters = "\"\\/bfnrt";
   static constexpr std::string_view kMeanings = "\"\\/\b\f\n\r\t";
-  const char letter = text_[position_++];
+  const char letter = *at_++;
   if (letter != 'u') {
     const std::size_t which = kLetters.find(letter);
     if (which == std::string_view::npos) fail(Kind::notJson);
-    result += kMeanings[which];
+    unescaped_ += kMeanings[which];
     return;
   }
   char32_t c = hexUnit();
   if (c >= 0xDC00 && c <= 0xDFFF) fail(Kind::badCharacter);
   if (c >= 0xD800 && c <= 0xDBFF) {
-    if (text_.substr(position_, 2) != "\\u") fail(Kind::badCharacter);
-    position_ += 2;
+    if (!std::string_view(at_, end_).starts_with("\\u")) fail(Kind::badCharacter);
+    at_ += 2;
     const char32_t low = hexUnit();
     if (low < 0xDC00 || low > 0xDFFF) fail(Kind::badCharacter);
     c = 0x10000 + ((c - 0xD800) << 10) + (low - 0xDC00);
   }
-  appendUtf8(result, c);
+  appendUtf8(unescaped_, c);
 }
 
 char32_t JsonReader::hexUnit() {
-  if (text_.size() - position_ < 4) fail(Kind::endsEarly);
+  if (end_ - at_ < 4) fail(Kind::endsEarly);
   char32_t value = 0;
   for (int i = 0; i < 4; ++i) {
-    const char c = text_[position_++];
+    const char c = *at_++;
     value <<= 4;
     if (isDigit(c)) {
       value += static_cast<char32_t>(c - '0');
@@ -179,29 +149,29 @@ void JsonReader::skipScalar() {
     case 'n':
       return skipWord("null");
     case '\0':
-      fail(position_ == text_.size() ? Kind::endsEarly : Kind::notJson);
+      failAtSign();
     default:
       number();
   }
 }
 
 void JsonReader::skipValue() {
-  // What is open around the place, innermost last: '}' or ']'. No recursion, so that no file can
-  // exhaust the stack.
+  // The closing signs of the objects and lists around the position, innermost last. Without
+  // recursion, so that no file can exhaust the stack.
   std::string open;
-  const auto passKey = [this] {
+  const auto skipKey = [this] {
     string();
     expect(':');
   };
   while (true) {
     const char c = peek();
     if (c == '{' || c == '[') {
-      ++position_;
-      if (open.size() == kDeepestNesting) fail(Kind::tooDeep);
+      ++at_;
+      if (open.size() == kMaxNesting) fail(Kind::tooDeep);
       open += c == '{' ? '}' : ']';
       if (!skip(open.back())) {
-        if (open.back() == '}') passKey();
-        continue;  // to the first value inside
+        if (open.back() == '}') skipKey();
+        continue;  // with the first value inside
       }
       open.pop_back();
     } else {
@@ -212,7 +182,7 @@ void JsonReader::skipValue() {
       open.pop_back();
     }
     if (open.empty()) return;
-    if (open.back() == '}') passKey();
+    if (open.back() == '}') skipKey();
   }
 }
 

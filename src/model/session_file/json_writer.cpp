@@ -3,14 +3,13 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 
 namespace velun {
 
 namespace {
 
-/// For each ASCII character: 0 when it stands for itself, 'u' when it is written by its number,
-/// else the letter of its short escape.
+/// For each ASCII character: 0 if it needs no escape, 'u' if it is escaped as \u00XX, else the
+/// letter of its two-character escape.
 constexpr std::array<char, 128> makeEscapes() {
   std::array<char, 128> escapes{};
   for (std::size_t c = 0; c < 0x20; ++c) escapes[c] = 'u';
@@ -37,7 +36,7 @@ char* writeEscape(char* out, char16_t c) {
   return out;
 }
 
-/// The UTF-8 of a code point above U+007F.
+/// Writes a code point above U+007F as UTF-8.
 char* writeUtf8(char* out, char32_t c) {
   const auto tail = [c](int shift) {
     return static_cast<char>(0x80 | ((c >> shift) & 0x3F));
@@ -58,24 +57,14 @@ char* writeUtf8(char* out, char32_t c) {
 
 }  // namespace
 
-char* JsonWriter::room(qsizetype count) {
-  if (!start_ || size_ + count > bytes_.size()) {
-    const qsizetype needed = size_ + count;
-    const qsizetype held = bytes_.capacity();
-    bytes_.resize(needed <= held ? held : std::max(needed, size_ + size_ / 2 + 256));
-    start_ = bytes_.data();
-  }
-  return start_ + size_;
-}
-
-void JsonWriter::raw(std::string_view characters) {
-  char* out = room(static_cast<qsizetype>(characters.size()));
-  std::memcpy(out, characters.data(), characters.size());
-  wrote(out + characters.size());
+void JsonWriter::grow(qsizetype needed) {
+  const qsizetype capacity = bytes_.capacity();
+  bytes_.resize(needed <= capacity ? capacity : std::max(needed, size_ + size_ / 2 + 256));
+  start_ = bytes_.data();
 }
 
 void JsonWriter::string(QStringView text) {
-  char* out = room(6 * text.size() + 2);  // the longest form of one unit is \u001f
+  char* out = room(6 * text.size() + 2);  // the longest form of one UTF-16 unit is \u001f
   *out++ = '"';
   const char16_t* unit = text.utf16();
   const char16_t* const end = unit + text.size();

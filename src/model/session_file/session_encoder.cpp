@@ -10,8 +10,8 @@ const QByteArray& SessionEncoder::encode(const CaptionSession& session) {
   if (session.id != sessionId_ || session.lines.size() < ends_.size()) reset();
   sessionId_ = session.id;
 
-  // Everything before the first change stays where it is; what follows it is put together again
-  // from the old bytes and the new ones.
+  // The bytes before the first changed line stay in place. Those behind it are assembled again
+  // from old and new ones.
   const std::size_t held = ends_.size();
   const std::size_t kept = changed_.empty() ? held : *changed_.begin();
   const qsizetype keptEnd = kept == 0 ? 0 : ends_[kept - 1];

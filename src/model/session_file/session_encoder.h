@@ -10,35 +10,35 @@
 
 namespace velun {
 
-/// An encoder that keeps the bytes of lines that did not change, so that writing a long session
-/// again after one new line or translation costs little more than a copy. The result is always
-/// the same, byte for byte, as `encodeSession`.
+/// Encodes a growing session again and again. It keeps the bytes of unchanged lines, so encoding a
+/// long session after one new line or translation costs little more than a copy. The result equals
+/// that of `encodeSession`, byte for byte.
 ///
-/// It trusts its owner: lines are only appended, and a line that changed is named to `lineChanged`.
-/// A session with another id, or with fewer lines, is encoded from nothing.
+/// The owner must only append lines and must report each changed line to `lineChanged`. A session
+/// with another id or with fewer lines is encoded completely.
 class SessionEncoder {
  public:
   /// The session file's bytes.
   const QByteArray& encode(const CaptionSession& session);
 
-  /// The line at that index has other contents than at the last `encode`.
+  /// Call this when the line at `index` has changed since the last `encode`.
   void lineChanged(std::size_t index);
 
-  /// Forgets everything: another session follows.
+  /// Discards the kept bytes; another session follows.
   void reset();
 
  private:
   qsizetype startOf(std::size_t line) const;
   void encodeHead(const CaptionSession& session);
-  /// Appends the lines from `first` on and the tail; unchanged lines come from `old`, in which
-  /// they end at `oldEnds`.
+  /// Appends the lines from `first` on and the tail. Unchanged lines are copied from `old`, in
+  /// which line `first + i` ends at `oldEnds[i]`.
   void appendFrom(const CaptionSession& session, std::size_t first, const QByteArray& old,
                   const std::vector<qsizetype>& oldEnds);
 
   QUuid sessionId_;
   QByteArray bytes_;
   qsizetype headSize_ = 0;
-  /// Where each line ends in `bytes_`, counted from the end of the head.
+  /// The end of each line in `bytes_`, counted from the end of the head.
   std::vector<qsizetype> ends_;
   std::set<std::size_t> changed_;
 };

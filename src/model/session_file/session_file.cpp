@@ -2,7 +2,6 @@
 #include "model/session_file/session_file.h"
 
 #include "model/session_file/json_writer.h"
-#include "model/session_file/session_fast_reader.h"
 #include "model/session_file/session_problem.h"
 #include "model/session_file/session_reader.h"
 #include "model/session_file/session_writer.h"
@@ -13,8 +12,8 @@ namespace {
 
 /// Throws `SessionProblem`.
 CaptionSession decode(const QByteArray& bytes) {
-  std::optional<CaptionSession> session = readSessionFast(bytes);
-  if (!session) session = readSessionCarefully(bytes);
+  std::optional<CaptionSession> session = readSessionTree(bytes);
+  if (!session) session = readSessionText(bytes);
   if (session->schemaVersion != 1) throw SessionProblem{SessionProblem::Kind::newerVersion};
   return std::move(*session);
 }

@@ -10,21 +10,34 @@
 
 namespace velun {
 
-/// A refusal to read or write a session, with one finished text.
+/// A refusal to read or write a session, with a finished text in the interface language.
 class SessionError final : public Failure {
  public:
   using Failure::Failure;
 };
 
-/// The session file's bytes: UTF-8 JSON, pretty printed, keys sorted, times to the second.
+/// The largest session file that is read, in bytes: about 600,000 lines.
+inline constexpr qint64 kMaxSessionFileSize = qint64{256} << 20;
+
+/// How many bytes of capacity a session file's bytes should have behind them: simdjson may look at
+/// them. Bytes with less are copied first.
+inline constexpr qsizetype kSessionFilePadding = 64;
+
+/// The maximum number of lines and translations together. Only a file made to exhaust the memory
+/// has more: a file of the maximum size that was written here has fewer.
+inline constexpr std::size_t kMaxLinesAndTranslations = 2'000'000;
+
+/// The maximum depth of objects and lists under keys that are ignored.
+inline constexpr std::size_t kMaxNesting = 1024;
+
+/// The session file: UTF-8 JSON, pretty printed, keys sorted, times in whole seconds.
 QByteArray encodeSession(const CaptionSession& session);
 
-/// Reads a session file's bytes. Throws `SessionError` with a finished text that names
-/// `fileName` and what is wrong; never gives part of a session.
+/// Reads a session file. Throws `SessionError`, whose text names `fileName`, what is wrong and at
+/// which line; never returns a part of a session.
 CaptionSession decodeSession(const QByteArray& bytes, const QString& fileName);
 
-/// The same where nobody asks what is wrong: none for bytes that `decodeSession` refuses. Any
-/// thread.
+/// Reads a session file on any thread. Nothing for bytes that `decodeSession` refuses.
 std::optional<CaptionSession> decodeReadableSession(const QByteArray& bytes);
 
 }  // namespace velun

@@ -9,8 +9,8 @@ namespace {
 
 using Kind = SessionProblem::Kind;
 
-/// What is wrong at the place, with %1 for the quoted key.
-QString complaint(Kind kind) {
+/// What is wrong, with %1 for the quoted key.
+QString problemText(Kind kind) {
   switch (kind) {
     case Kind::notUtf8:
       return L("the text is not valid UTF-8", "올바른 UTF-8 텍스트가 아닙니다");
@@ -48,9 +48,9 @@ QString complaint(Kind kind) {
 
 QString quotedKey(const std::string& key) {
   if (key.empty()) return L("the session", "기록");
-  // A language in a damaged file can be any text.
-  constexpr qsizetype kMostShown = 40;
-  return QStringLiteral("“%1”").arg(QString::fromStdString(key).left(kMostShown));
+  // In a damaged file, the key of a translation can be any text.
+  constexpr qsizetype kMaxShown = 40;
+  return QStringLiteral("“%1”").arg(QString::fromStdString(key).left(kMaxShown));
 }
 
 }  // namespace
@@ -70,7 +70,7 @@ QString describe(const SessionProblem& problem, const QString& fileName) {
       break;
   }
   const QString what =
-      complaint(problem.kind).replace(QStringLiteral("%1"), quotedKey(problem.key));
+      problemText(problem.kind).replace(QStringLiteral("%1"), quotedKey(problem.key));
   return L("“%1” couldn’t be read. Line %2 of the file: %3.",
            "“%1” 파일을 읽을 수 없습니다. 파일의 %2번째 줄: %3.")
       .arg(fileName, QString::number(problem.line), what);

@@ -6,8 +6,8 @@
 
 namespace velun {
 
-/// What is wrong with a session file, found where; worded only when it is shown, so that files can
-/// be read on any thread.
+/// What is wrong with a session file and where. Thrown on any thread; only `describe` needs the
+/// main thread.
 struct SessionProblem {
   enum class Kind {
     tooLarge,
@@ -30,13 +30,13 @@ struct SessionProblem {
   };
 
   Kind kind;
-  /// The line of the file, counted from 1; 0 when the whole file is meant.
+  /// The line of the file, counted from 1; 0 if the problem is the file as a whole.
   std::size_t line = 0;
-  /// The key whose value is wrong or missing; empty for the session itself.
+  /// The key whose value is wrong or missing, in UTF-8; empty for the session itself.
   std::string key = {};
 };
 
-/// The problem as a finished text in the interface language.
+/// The problem as a finished text in the interface language. Main thread only.
 QString describe(const SessionProblem& problem, const QString& fileName);
 
 }  // namespace velun

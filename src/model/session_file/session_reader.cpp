@@ -1,14 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/session_file/session_reader.h"
 
-#include "model/session_file/json_reader.h"
 #include "model/session_file/session_fields.h"
-#include "model/session_file/session_limits.h"
-
-#include <algorithm>
-#include <charconv>
-#include <limits>
-#include <simdjson.h>
+#include "model/session_file/session_file.h"
+#include "model/session_file/session_values.h"
+#include "model/session_file/text_forms.h"
 
 namespace velun {
 
@@ -16,196 +12,155 @@ namespace {
 
 using Kind = SessionProblem::Kind;
 
-class CarefulReader {
- public:
-  explicit CarefulReader(std::string_view text) : cursor_(text) {}
+static_assert(kSessionFilePadding >= simdjson::SIMDJSON_PADDING);
 
-  CaptionSession document() {
-    CaptionSession session = readSession();
-    cursor_.expectEnd();
+/// Above this size simdjson's tables could take gigabytes for a file made for that purpose.
+constexpr qsizetype kMaxTreeFileSize = qsizetype{32} << 20;
+
+QString toText(std::string_view utf8) {
+  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
+
+/// Languages repeat from line to line: their text is shared instead of copied.
+class SharedText {
+ public:
+  const QString& of(std::string_view utf8) {
+    if (utf8 != utf8_) {
+      utf8_ = utf8;
+      text_ = toText(utf8);
+    }
+    return text_;
+  }
+
+  const std::string& utf8() const { return utf8_; }
+
+ private:
+  std::string utf8_;
+  QString text_ = QStringLiteral("");
+};
+
+template <class T>
+constexpr bool isOptional(const T&) {
+  return false;
+}
+template <class T>
+constexpr bool isOptional(const std::optional<T>&) {
+  return true;
+}
+
+/// Reads one document, given as a `TreeValue` or a `TextValue`.
+template <class Value>
+class SessionReader {
+ public:
+  CaptionSession read(Value document) {
+    // Without the defaults: a random identifier and the title in the interface language.
+    CaptionSession session{
+        .id = QUuid(), .startedAt = Instant(), .endedAt = {}, .title = {}, .lines = {}};
+    readObject<kSessionFields>(document, session);
     return session;
   }
 
  private:
-  /// Calls `member` with every key of the object that begins here, standing at its value.
-  template <class Member>
-  void object(const std::string& name, Member member) {
-    if (cursor_.peek() != '{') refuse(Kind::notAnObject, name);
-    cursor_.expect('{');
-    if (cursor_.skip('}')) return;
-    do {
-      const std::string key = cursor_.string();
-      cursor_.expect(':');
-      member(key);
-    } while (cursor_.skip(','));
-    cursor_.expect('}');
-  }
-
-  CaptionSession readSession() {
-    cursor_.peek();
-    const std::size_t start = cursor_.position();
-    std::optional<int> version;
-    std::optional<QUuid> id;
-    std::optional<Instant> startedAt;
-    std::optional<Instant> endedAt;
-    std::optional<QString> title;
-    std::optional<std::vector<Line>> lines;
-    object({}, [&](const std::string& key) {
-      if (key == "schemaVersion") {
-        version = readInteger(key);
-      } else if (key == "id") {
-        id = readId(key);
-      } else if (key == "startedAt") {
-        startedAt = readTime(key);
-      } else if (key == "endedAt") {
-        endedAt = cursor_.skipNull() ? std::nullopt : std::optional(readTime(key));
-      } else if (key == "title") {
-        title = readText(key);
-      } else if (key == "lines") {
-        lines = readLines(key);
-      } else {
-        cursor_.skipValue();
-      }
+  template <const auto& fields, class Object>
+  void readObject(Value value, Object& object) {
+    constexpr std::size_t count = std::tuple_size_v<std::remove_cvref_t<decltype(fields)>>;
+    std::array<bool, count> isPresent{};
+    const auto start = value.position();
+    value.forEachMember([&](std::string_view key, Value member) {
+      std::size_t index = 0;
+      const auto readIfNamed = [&](const auto& field) {
+        const std::size_t own = index++;
+        if (key != field.key) return false;
+        isPresent[own] = true;
+        read(member.named(field.key), object.*field.member);
+        return true;
+      };
+      const bool isKnown =
+          std::apply([&](const auto&... field) { return (readIfNamed(field) || ...); }, fields);
+      if (!isKnown) member.skip();
     });
-    return CaptionSession{
-        required(version, "schemaVersion", start), required(id, "id", start),
-        required(startedAt, "startedAt", start),   endedAt,
-        required(title, "title", start),           required(lines, "lines", start)};
-  }
-
-  std::vector<Line> readLines(const std::string& key) {
-    if (cursor_.peek() != '[') refuse(Kind::notAList, key);
-    cursor_.expect('[');
-    std::vector<Line> lines;
-    if (cursor_.skip(']')) return lines;
-    do {
-      countEntry();
-      lines.push_back(readLine());
-    } while (cursor_.skip(','));
-    cursor_.expect(']');
-    return lines;
-  }
-
-  Line readLine() {
-    cursor_.peek();
-    const std::size_t start = cursor_.position();
-    std::optional<QUuid> id;
-    std::optional<Instant> time;
-    std::optional<QString> text;
-    std::optional<QString> sourceLanguage;
-    std::optional<AudioInput> input;
-    std::optional<Translations> translations;
-    std::optional<QString> legacyTimestamp;
-    std::optional<QString> legacyTranslation;
-    object("lines", [&](const std::string& key) {
-      if (key == "id") {
-        id = readId(key);
-      } else if (key == "time") {
-        time = cursor_.skipNull() ? std::nullopt : std::optional(readTime(key));
-      } else if (key == "text") {
-        text = readText(key);
-      } else if (key == "sourceLanguage") {
-        sourceLanguage = readOptionalText(key);
-      } else if (key == "input") {
-        input = cursor_.skipNull() ? std::nullopt : std::optional(readInput(key));
-      } else if (key == "translations") {
-        translations = readTranslations(key);
-      } else if (key == "legacyTimestamp") {
-        legacyTimestamp = readOptionalText(key);
-      } else if (key == "legacyTranslation") {
-        legacyTranslation = readOptionalText(key);
-      } else {
-        cursor_.skipValue();
-      }
-    });
-    return Line{required(id, "id", start),
-                time,
-                required(text, "text", start),
-                std::move(sourceLanguage),
-                input,
-                required(translations, "translations", start),
-                std::move(legacyTimestamp),
-                std::move(legacyTranslation)};
-  }
-
-  Translations readTranslations(const std::string& key) {
-    Translations translations;
-    object(key, [&](const std::string& language) {
-      countEntry();
-      translations.insert_or_assign(QString::fromStdString(language), readText(language));
-    });
-    return translations;
-  }
-
-  std::string readString(const std::string& key) {
-    if (cursor_.peek() != '"') refuse(Kind::notAText, key);
-    return cursor_.string();
-  }
-
-  QString readText(const std::string& key) { return QString::fromStdString(readString(key)); }
-
-  std::optional<QString> readOptionalText(const std::string& key) {
-    if (cursor_.skipNull()) return std::nullopt;
-    return readText(key);
-  }
-
-  QUuid readId(const std::string& key) {
-    const std::string text = readString(key);
-    const std::optional<QUuid> id = idFromText(text);
-    if (!id) cursor_.fail(Kind::notAnId, cursor_.position(), key);
-    return *id;
-  }
-
-  Instant readTime(const std::string& key) {
-    const std::string text = readString(key);
-    const std::optional<Instant> time = timeFromText(text);
-    if (!time) cursor_.fail(Kind::notATime, cursor_.position(), key);
-    return *time;
-  }
-
-  AudioInput readInput(const std::string& key) {
-    const std::string text = readString(key);
-    const std::optional<AudioInput> input = audioInputFromRawValue(QString::fromStdString(text));
-    if (!input) cursor_.fail(Kind::notAnInput, cursor_.position(), key);
-    return *input;
-  }
-
-  int readInteger(const std::string& key) {
-    const char first = cursor_.peek();
-    if (first != '-' && (first < '0' || first > '9')) refuse(Kind::notAnInteger, key);
-    const std::string_view digits = cursor_.number();
-    if (digits.find_first_of(".eE") != std::string_view::npos) {
-      cursor_.fail(Kind::notAnInteger, cursor_.position(), key);
-    }
-    int number = 0;
-    const auto [end, error] = std::from_chars(digits.begin(), digits.end(), number);
-    if (error == std::errc()) return number;
-    return digits.front() == '-' ? std::numeric_limits<int>::min()
-                                 : std::numeric_limits<int>::max();
+    std::size_t index = 0;
+    const auto check = [&](const auto& field) {
+      if (isPresent[index++] || isOptional(object.*field.member)) return;
+      value.fail(Kind::missing, start, field.key);
+    };
+    std::apply([&](const auto&... field) { (check(field), ...); }, fields);
   }
 
   template <class T>
-  T required(std::optional<T>& value, const std::string& key, std::size_t owner) const {
-    if (!value) cursor_.fail(Kind::missing, owner, key);
-    return std::move(*value);
+  void read(Value value, std::optional<T>& result) {
+    if (value.skipNull()) {
+      result.reset();
+    } else {
+      read(value, result.emplace());
+    }
   }
 
-  void countEntry() {
-    if (++entries_ > kMostLinesAndTranslations) cursor_.fail(Kind::tooManyLines);
+  void read(Value value, int& number) { number = value.integer(); }
+
+  void read(Value value, QString& text) {
+    constexpr std::size_t kMaxSharedLength = 15;
+    const std::string_view utf8 = value.string();
+    if (utf8.size() <= kMaxSharedLength) {
+      text = shortText_.of(utf8);
+    } else {
+      text = toText(utf8);
+    }
   }
 
-  /// A value of another type stands here; or nothing that JSON knows, which is said by passing it.
-  [[noreturn]] void refuse(Kind kind, const std::string& key) {
-    const std::size_t start = cursor_.position();
-    cursor_.skipValue();
-    cursor_.fail(kind, start, key);
+  void read(Value value, QUuid& id) { parse(value, id, parseId, Kind::notAnId); }
+
+  void read(Value value, Instant& time) { parse(value, time, parseTime, Kind::notATime); }
+
+  void read(Value value, AudioInput& input) {
+    const auto parseInput = [](std::string_view text) -> std::optional<AudioInput> {
+      if (text == "computer") return AudioInput::computer;
+      if (text == "microphone") return AudioInput::microphone;
+      return std::nullopt;
+    };
+    parse(value, input, parseInput, Kind::notAnInput);
   }
 
-  JsonReader cursor_;
+  void read(Value value, Translations& translations) {
+    translations.clear();
+    value.forEachMember([&](std::string_view key, Value member) {
+      const QString& language = language_.of(key);
+      countEntry(member);
+      translations.insert_or_assign(language, toText(member.named(language_.utf8()).string()));
+    });
+  }
+
+  void read(Value value, std::vector<Line>& lines) {
+    lines.clear();
+    const auto reserve = [&](std::size_t count) {
+      lines.reserve(std::min(count, kMaxLinesAndTranslations));
+    };
+    value.forEachItem(reserve, [&](Value item) {
+      countEntry(item);
+      lines.push_back(blankLine_);
+      readObject<kLineFields>(item, lines.back());
+    });
+  }
+
+  template <class T, class Parse>
+  void parse(Value value, T& result, Parse parseText, Kind problem) {
+    const std::optional<T> parsed = parseText(value.string());
+    if (!parsed) value.fail(problem);
+    result = *parsed;
+  }
+
+  void countEntry(Value& value) {
+    if (++entries_ > kMaxLinesAndTranslations) value.fail(Kind::tooManyLines);
+  }
+
+  /// Copied for each line: a new `Line` would draw a random identifier only to lose it.
+  const Line blankLine_{};
   std::size_t entries_ = 0;
+  SharedText shortText_;
+  SharedText language_;
 };
 
-/// A newline is never part of another character, so the lines can be looked at one by one.
+/// A newline byte is never part of another character, so each line can be checked by itself.
 [[noreturn]] void failAtInvalidUtf8(std::string_view text) {
   std::size_t line = 1;
   while (true) {
@@ -220,16 +175,35 @@ class CarefulReader {
 
 }  // namespace
 
-CaptionSession readSessionCarefully(const QByteArray& bytes) {
+std::optional<CaptionSession> readSessionTree(const QByteArray& bytes) {
+  if (bytes.size() > kMaxTreeFileSize) return std::nullopt;
+  const bool isPadded = bytes.capacity() - bytes.size() >= kSessionFilePadding;
+  simdjson::dom::parser parser;
+  simdjson::dom::element document;
+  if (parser.parse(bytes.constData(), static_cast<std::size_t>(bytes.size()), !isPadded)
+          .get(document) != simdjson::SUCCESS) {
+    return std::nullopt;
+  }
+  try {
+    return SessionReader<TreeValue>().read(TreeValue(document));
+  } catch (const TreeValue::OutOfTheOrdinary&) {
+    return std::nullopt;
+  }
+}
+
+CaptionSession readSessionText(const QByteArray& bytes) {
   static constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   std::string_view text(bytes.constData(), static_cast<std::size_t>(bytes.size()));
-  if (bytes.size() > kLargestSessionFile) throw SessionProblem{Kind::tooLarge};
+  if (bytes.size() > kMaxSessionFileSize) throw SessionProblem{Kind::tooLarge};
   if (!simdjson::validate_utf8(text.data(), text.size())) failAtInvalidUtf8(text);
   if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
   if (text.find_first_not_of(" \n\r\t") == std::string_view::npos) {
     throw SessionProblem{Kind::empty};
   }
-  return CarefulReader(text).document();
+  JsonReader json(text);
+  CaptionSession session = SessionReader<TextValue>().read(TextValue(json));
+  json.expectEnd();
+  return session;
 }
 
 }  // namespace velun

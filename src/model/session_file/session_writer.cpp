@@ -3,6 +3,7 @@
 
 #include "model/session_file/json_writer.h"
 #include "model/session_file/session_fields.h"
+#include "model/session_file/text_forms.h"
 
 #include <string>
 
@@ -10,7 +11,15 @@ namespace velun {
 
 namespace {
 
-void appendId(JsonWriter& json, const QUuid& id) {
+void append(JsonWriter& json, int number) {
+  json.raw(std::to_string(number));
+}
+
+void append(JsonWriter& json, const QString& text) {
+  json.string(text);
+}
+
+void append(JsonWriter& json, const QUuid& id) {
   char* out = json.room(kIdLength + 2);
   *out++ = '"';
   out = writeId(out, id);
@@ -18,7 +27,7 @@ void appendId(JsonWriter& json, const QUuid& id) {
   json.wrote(out);
 }
 
-void appendTime(JsonWriter& json, Instant time) {
+void append(JsonWriter& json, Instant time) {
   char* out = json.room(kTimeLength + 2);
   *out++ = '"';
   out = writeTime(out, time);
@@ -26,14 +35,12 @@ void appendTime(JsonWriter& json, Instant time) {
   json.wrote(out);
 }
 
-void appendOptional(JsonWriter& json, std::string_view key, const std::optional<QString>& text) {
-  if (!text) return;
-  json.raw(key);
-  json.string(*text);
-  json.raw(",\n");
+void append(JsonWriter& json, AudioInput input) {
+  json.raw(input == AudioInput::microphone ? "\"microphone\"" : "\"computer\"");
 }
 
-void appendTranslations(JsonWriter& json, const Translations& translations) {
+void append(JsonWriter& json, const Translations& translations) {
+  json.raw("{\n");
   bool isFirst = true;
   for (const auto& [language, text] : translations) {
     json.raw(isFirst ? "        " : ",\n        ");
@@ -42,53 +49,60 @@ void appendTranslations(JsonWriter& json, const Translations& translations) {
     json.string(text);
     isFirst = false;
   }
+  json.raw("\n      }");
+}
+
+template <class T>
+bool isAbsent(const T&) {
+  return false;
+}
+template <class T>
+bool isAbsent(const std::optional<T>& value) {
+  return !value;
+}
+
+template <class T>
+void append(JsonWriter& json, const std::optional<T>& value) {
+  append(json, *value);
+}
+
+/// Writes the members of a table whose keys `isWanted` accepts, with `indentation` before each.
+template <const auto& fields, class Object, class IsWanted>
+void appendMembers(JsonWriter& json, const Object& object, std::string_view indentation,
+                   IsWanted isWanted) {
+  bool isFirst = true;
+  forEachInWritingOrder<fields>([&](const auto& field) {
+    const auto& value = object.*field.member;
+    // The list of lines is written line by line.
+    if constexpr (!std::is_same_v<decltype(value), const std::vector<Line>&>) {
+      if (!isWanted(field.key) || isAbsent(value)) return;
+      if (!isFirst) json.raw(",\n");
+      isFirst = false;
+      json.key(indentation, field.key);
+      append(json, value);
+    }
+  });
 }
 
 }  // namespace
 
 void appendSessionHead(JsonWriter& json, const CaptionSession& session) {
   json.raw("{\n");
-  if (session.endedAt) {
-    json.raw("  \"endedAt\" : ");
-    appendTime(json, *session.endedAt);
-    json.raw(",\n");
-  }
-  json.raw("  \"id\" : ");
-  appendId(json, session.id);
+  appendMembers<kSessionFields>(json, session, "  ",
+                                [](std::string_view key) { return key < "lines"; });
   json.raw(",\n  \"lines\" : [\n");
 }
 
 void appendSessionLine(JsonWriter& json, const Line& line) {
-  json.raw("    {\n      \"id\" : ");
-  appendId(json, line.id);
-  if (line.input == AudioInput::computer) {
-    json.raw(",\n      \"input\" : \"computer\",\n");
-  } else if (line.input == AudioInput::microphone) {
-    json.raw(",\n      \"input\" : \"microphone\",\n");
-  } else {
-    json.raw(",\n");
-  }
-  appendOptional(json, "      \"legacyTimestamp\" : ", line.legacyTimestamp);
-  appendOptional(json, "      \"legacyTranslation\" : ", line.legacyTranslation);
-  appendOptional(json, "      \"sourceLanguage\" : ", line.sourceLanguage);
-  json.raw("      \"text\" : ");
-  json.string(line.text);
-  if (line.time) {
-    json.raw(",\n      \"time\" : ");
-    appendTime(json, *line.time);
-  }
-  json.raw(",\n      \"translations\" : {\n");
-  appendTranslations(json, line.translations);
-  json.raw("\n      }\n    }");
+  json.raw("    {\n");
+  appendMembers<kLineFields>(json, line, "      ", [](std::string_view) { return true; });
+  json.raw("\n    }");
 }
 
 void appendSessionTail(JsonWriter& json, const CaptionSession& session) {
-  json.raw("\n  ],\n  \"schemaVersion\" : ");
-  json.raw(std::to_string(session.schemaVersion));
-  json.raw(",\n  \"startedAt\" : ");
-  appendTime(json, session.startedAt);
-  json.raw(",\n  \"title\" : ");
-  json.string(session.title);
+  json.raw("\n  ],\n");
+  appendMembers<kSessionFields>(json, session, "  ",
+                                [](std::string_view key) { return key > "lines"; });
   json.raw("\n}");
 }
 

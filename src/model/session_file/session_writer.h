@@ -7,7 +7,7 @@ namespace velun {
 
 class JsonWriter;
 
-// The pieces of a session file, in their order: the head, the lines with `kLineSeparator` between
+// The pieces of a session file in their order: the head, the lines with `kLineSeparator` between
 // them, the tail. Put together they are the document, whatever the number of lines.
 
 inline constexpr std::string_view kLineSeparator = ",\n";

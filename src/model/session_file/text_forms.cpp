@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "model/session_file/session_fields.h"
+#include "model/session_file/text_forms.h"
 
 #include <algorithm>
 #include <array>
@@ -10,8 +10,8 @@ namespace {
 
 using namespace std::chrono;
 
-constexpr auto kFirstTime = sys_seconds(sys_days(year(0) / 1 / 1));
-constexpr auto kLastTime = sys_seconds(sys_days(year(9999) / 12 / 31)) + hours(24) - seconds(1);
+constexpr auto kMinTime = sys_seconds(sys_days(year(0) / 1 / 1));
+constexpr auto kMaxTime = sys_seconds(sys_days(year(9999) / 12 / 31)) + hours(24) - seconds(1);
 
 char* writeHex(char* out, quint64 value, int digits) {
   for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4) {
@@ -43,7 +43,7 @@ constexpr std::array<quint8, 256> makeHexDigits() {
 
 constexpr std::array kHexDigits = makeHexDigits();
 
-/// The number in the decimal digits there, or -1.
+/// The value of `count` decimal digits, or -1 if there is any other character.
 int decimalAt(std::string_view text, std::size_t at, std::size_t count) {
   int value = 0;
   for (const char c : text.substr(at, count)) {
@@ -69,7 +69,7 @@ char* writeId(char* out, const QUuid& id) {
 }
 
 char* writeTime(char* out, Instant time) {
-  const sys_seconds second = std::clamp(floor<seconds>(time), kFirstTime, kLastTime);
+  const sys_seconds second = std::clamp(floor<seconds>(time), kMinTime, kMaxTime);
   const sys_days day = floor<days>(second);
   const year_month_day date(day);
   const auto ofDay = static_cast<unsigned>((second - day).count());
@@ -88,7 +88,7 @@ char* writeTime(char* out, Instant time) {
   return out;
 }
 
-std::optional<QUuid> idFromText(std::string_view text) {
+std::optional<QUuid> parseId(std::string_view text) {
   if (text.size() != kIdLength) return std::nullopt;
   std::array<quint8, 16> bytes{};
   std::size_t filled = 0;
@@ -110,7 +110,7 @@ std::optional<QUuid> idFromText(std::string_view text) {
                bytes[10], bytes[11], bytes[12], bytes[13], bytes[14], bytes[15]);
 }
 
-std::optional<Instant> timeFromText(std::string_view text) {
+std::optional<Instant> parseTime(std::string_view text) {
   if (text.size() != kTimeLength || text[4] != '-' || text[7] != '-' || text[10] != 'T' ||
       text[13] != ':' || text[16] != ':' || text[19] != 'Z') {
     return std::nullopt;

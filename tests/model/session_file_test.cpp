@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/localization.h"
 #include "model/session_file/json_writer.h"
-#include "model/session_file/session_fast_reader.h"
 #include "model/session_file/session_file.h"
 #include "model/session_file/session_reader.h"
 #include "support/session_samples.h"
@@ -32,11 +31,11 @@ QByteArray jsonString(const QString& text) {
 
 }  // namespace
 
-class SessionCodecTest final : public test::Suite {
+class SessionFileTest final : public test::Suite {
   Q_OBJECT
 
  private Q_SLOTS:
-  void theExampleIsWrittenToTheByteAndReadBack() {
+  void writesTheExampleByteForByteAndReadsItBack() {
     QFile file(QStringLiteral(VELUN_TEST_DATA "/example.json"));
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QByteArray example = file.readAll();
@@ -44,7 +43,7 @@ class SessionCodecTest final : public test::Suite {
     QVERIFY(decoded(example) == test::sampleSession());
   }
 
-  void aSessionWithoutLinesHasAnEmptyList() {
+  void sessionWithoutLinesHasAnEmptyList() {
     CaptionSession session = test::sampleSession();
     session.lines.clear();
     session.endedAt.reset();
@@ -61,7 +60,7 @@ class SessionCodecTest final : public test::Suite {
     QVERIFY(decoded(bytes) == session);
   }
 
-  void absentValuesAreLeftOut() {
+  void omitsAbsentValues() {
     CaptionSession session = test::sampleSession();
     Line bare;
     bare.text = "bare";
@@ -74,7 +73,7 @@ class SessionCodecTest final : public test::Suite {
     QVERIFY(decoded(bytes) == session);
   }
 
-  void everyFieldIsWrittenUnderSortedKeys() {
+  void writesEveryFieldUnderSortedKeys() {
     CaptionSession session = test::sampleSession();
     session.lines = {{QUuid("0c1d2e3f-4a5b-4c6d-8e7f-90a1b2c3d4e5"),
                       test::utc(2025, 3, 1, 9, 5, 7),
@@ -102,7 +101,7 @@ class SessionCodecTest final : public test::Suite {
     QVERIFY(decoded(bytes) == session);
   }
 
-  void translationKeysAreSortedByCodePoint() {
+  void sortsTranslationKeysByCodePoint() {
     const QString astral = QString::fromUcs4(U"\U0001F600", 1);
     const QString wide = QString(QChar(0xFF21));
     CaptionSession session = test::sampleSession();
@@ -112,7 +111,7 @@ class SessionCodecTest final : public test::Suite {
     QVERIFY(decoded(bytes) == session);
   }
 
-  void stringsAreEscapedOnlyWhereTheyMustBe_data() {
+  void escapesOnlyWhereRequired_data() {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QByteArray>("json");
     QTest::newRow("empty") << QString("") << QByteArray("\"\"");
@@ -130,13 +129,13 @@ class SessionCodecTest final : public test::Suite {
     QTest::newRow("high half at the end") << QString(QChar(0xD83D)) << QByteArray("\"\uFFFD\"");
     QTest::newRow("low half alone") << QString(QChar(0xDE00)) << QByteArray("\"\uFFFD\"");
   }
-  void stringsAreEscapedOnlyWhereTheyMustBe() {
+  void escapesOnlyWhereRequired() {
     QFETCH(QString, text);
     QFETCH(QByteArray, json);
     QCOMPARE(jsonString(text), json);
   }
 
-  void everyCharacterSurvives() {
+  void everyCharacterIsReadBack() {
     QString all;
     for (char32_t c = 0; c < 0x11000; ++c) {
       if (!QChar::isSurrogate(c)) all += QString::fromUcs4(&c, 1);
@@ -145,13 +144,13 @@ class SessionCodecTest final : public test::Suite {
     const CaptionSession session = withText(all);
     const QByteArray bytes = encodeSession(session);
     QVERIFY(decoded(bytes) == session);
-    QVERIFY(readSessionCarefully(bytes) == session);
+    QVERIFY(readSessionText(bytes) == session);
     // And another reader understands the same.
     const QJsonDocument document = QJsonDocument::fromJson(bytes);
     QCOMPARE(document["lines"][0]["text"].toString(), all);
   }
 
-  void fractionsOfSecondsAreDropped() {
+  void dropsFractionsOfSeconds() {
     CaptionSession session = test::sampleSession();
     session.startedAt += std::chrono::microseconds(999'999);
     const CaptionSession read = decoded(encodeSession(session));
@@ -159,13 +158,13 @@ class SessionCodecTest final : public test::Suite {
     QVERIFY(read == test::sampleSession());
   }
 
-  void timesBefore1970AreWholeSecondsToo() {
+  void roundsDownTimesBefore1970() {
     CaptionSession session = test::sampleSession();
     session.startedAt = test::utc(1969, 12, 31, 23, 59, 58) + std::chrono::microseconds(1);
     QVERIFY(encodeSession(session).contains("\"startedAt\" : \"1969-12-31T23:59:58Z\""));
   }
 
-  void timesThatTheFormLacksBecomeTheNearest() {
+  void clampsTimesToFourDigitYears() {
     CaptionSession session = test::sampleSession();
     session.startedAt = Instant(std::chrono::microseconds::max());
     session.endedAt = Instant(std::chrono::microseconds::min());
@@ -175,7 +174,7 @@ class SessionCodecTest final : public test::Suite {
     decoded(bytes);
   }
 
-  void lowerCaseIdsAreReadAndWrittenInUpperCase() {
+  void readsLowerCaseIdsAndWritesUpperCase() {
     const QByteArray bytes = encodeSession(test::sampleSession());
     QByteArray lower = bytes;
     lower.replace("9F2C4E1A-3B7D-4C8E-A1F0-5D6E7F809A1B", "9f2c4e1a-3b7d-4c8e-a1f0-5d6e7f809a1b");
@@ -183,28 +182,28 @@ class SessionCodecTest final : public test::Suite {
     QCOMPARE(encodeSession(decoded(lower)), bytes);
   }
 
-  void unknownKeysAreIgnoredWhateverTheyHold_data() {
+  void ignoresUnknownKeys_data() {
     QTest::addColumn<QByteArray>("value");
     QTest::newRow("nested") << QByteArray("[{\"a\":[null,true,false,{}],\"b\":-1.5e+3},[]]");
     QTest::newRow("a number beyond all types") << QByteArray("1e999");
     QTest::newRow("an integer beyond all types") << QByteArray("123456789012345678901234567890");
     QTest::newRow("text") << QByteArray("\"\\u00e9\\ud83d\\ude00\\\"}\"");
   }
-  void unknownKeysAreIgnoredWhateverTheyHold() {
+  void ignoresUnknownKeys() {
     QFETCH(QByteArray, value);
     QByteArray bytes = encodeSession(test::sampleSession());
     bytes.replace("\"schemaVersion\"", "\"extra\" : " + value + ",\n\"schemaVersion\"");
     bytes.replace("\"text\"", "\"extra\" : " + value + ",\n\"text\"");
     QVERIFY(decoded(bytes) == test::sampleSession());
-    QVERIFY(readSessionCarefully(bytes) == test::sampleSession());
+    QVERIFY(readSessionText(bytes) == test::sampleSession());
   }
 
-  void nullIsAbsentWhereAValueIsOptional() {
+  void nullIsAbsentIfOptional() {
     const QByteArray bytes = R"({"schemaVersion":1,"id":"9F2C4E1A-3B7D-4C8E-A1F0-5D6E7F809A1B",
         "startedAt":"2025-03-01T09:04:58Z","endedAt":null,"title":"","lines":[
         {"id":"0C1D2E3F-4A5B-4C6D-8E7F-90A1B2C3D4E5","text":"","translations":{},"time":null,
          "sourceLanguage":null,"input":null,"legacyTimestamp":null,"legacyTranslation":null}]})";
-    for (const CaptionSession& read : {decoded(bytes), readSessionCarefully(bytes)}) {
+    for (const CaptionSession& read : {decoded(bytes), readSessionText(bytes)}) {
       QVERIFY(!read.endedAt);
       const Line& line = read.lines.at(0);
       QVERIFY(!line.time && !line.sourceLanguage && !line.input);
@@ -212,46 +211,46 @@ class SessionCodecTest final : public test::Suite {
     }
   }
 
-  void emptyLegacyValuesStayPresent() {
+  void keepsEmptyLegacyValues() {
     CaptionSession session = test::sampleSession();
     session.lines.front().legacyTimestamp = "";
     session.lines.front().legacyTranslation = "";
     QVERIFY(decoded(encodeSession(session)) == session);
-    QVERIFY(readSessionCarefully(encodeSession(session)) == session);
+    QVERIFY(readSessionText(encodeSession(session)) == session);
   }
 
-  void ofRepeatedKeysTheLastCounts() {
+  void lastDuplicateKeyWins() {
     QByteArray bytes = encodeSession(test::sampleSession());
     bytes.replace("\"title\" : \"Caption Session\"", "\"title\" : \"a\", \"title\" : \"b\"");
     QCOMPARE(decoded(bytes).title, QString("b"));
-    QCOMPARE(readSessionCarefully(bytes).title, QString("b"));
+    QCOMPARE(readSessionText(bytes).title, QString("b"));
   }
 
-  void aByteOrderMarkIsPassedOver() {
+  void skipsAByteOrderMark() {
     QVERIFY(decoded("\xEF\xBB\xBF" + encodeSession(test::sampleSession())) ==
             test::sampleSession());
   }
 
-  void bothReadersAgreeOnALongSession() {
+  void treeAndTextAgreeOnALongSession() {
     CaptionSession session = test::longSession(500);
     session.lines[7].legacyTimestamp = "00:00:07";
     session.lines[8].time.reset();
     session.lines[9].translations["ja"] = "川";
     session.lines[10].sourceLanguage = "ko_KR";
     const QByteArray bytes = encodeSession(session);
-    const std::optional<CaptionSession> fast = readSessionFast(bytes);
+    const std::optional<CaptionSession> fast = readSessionTree(bytes);
     QVERIFY(fast);
     QVERIFY(*fast == session);
-    QVERIFY(readSessionCarefully(bytes) == session);
+    QVERIFY(readSessionText(bytes) == session);
   }
 
-  void tenThousandLinesWrittenAndReadAndWrittenAgainAreTheSameBytes() {
+  void tenThousandLinesAreReadAndWrittenUnchanged() {
     const QByteArray bytes = encodeSession(test::longSession(10'000));
     QVERIFY(bytes.size() > 4'000'000);
     QVERIFY(encodeSession(decoded(bytes)) == bytes);
   }
 
-  void theJsonExportIsTheSessionFileWhateverIsAskedFor() {
+  void jsonExportIsTheSessionFileForEveryChoice() {
     const CaptionSession session = test::sampleSession();
     const QByteArray bytes = encodeSession(session);
     for (const TranscriptContent content : allTranscriptContents) {
@@ -261,5 +260,5 @@ class SessionCodecTest final : public test::Suite {
   }
 };
 
-QTEST_GUILESS_MAIN(SessionCodecTest)
-#include "session_codec_test.moc"
+QTEST_GUILESS_MAIN(SessionFileTest)
+#include "session_file_test.moc"
