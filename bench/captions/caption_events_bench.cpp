@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The cost of single events in a session of 10,000 lines, without a window.
-#include "captions/live_session.h"
+#include "captions/running_captions.h"
 
 #include <algorithm>
 #include <chrono>
@@ -8,7 +8,7 @@
 #include <functional>
 
 using namespace velun;
-using bench::LiveSession;
+using bench::RunningCaptions;
 
 namespace {
 
@@ -32,23 +32,23 @@ std::vector<double> sortedMicroseconds(const std::function<void(int)>& call) {
 
 int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
-  LiveSession session(true);
-  for (int line = 0; line < kLines; ++line) session.speak(line);
+  RunningCaptions captions(true);
+  for (int line = 0; line < kLines; ++line) captions.speak(line);
 
-  const std::vector<double> drafts = sortedMicroseconds([&session](int sample) {
-    session.draft(sample % 2 == 0 ? QStringLiteral("an unfinished phrase")
-                                  : QStringLiteral("an unfinished phrase grows"));
+  const std::vector<double> drafts = sortedMicroseconds([&captions](int sample) {
+    captions.draft(sample % 2 == 0 ? QStringLiteral("an unfinished phrase")
+                                   : QStringLiteral("an unfinished phrase grows"));
   });
   std::printf("draft_event_us %.3f us\n", drafts[kSamples / 2]);
 
   // From the final result through the queue to the stored translation, which completes at once.
   int translated = 0;
-  CaptionViewModel* const model = session.model.get();
+  CaptionViewModel* const model = captions.model.get();
   QObject::connect(model, &CaptionViewModel::translationChanged, model,
                    [&translated] { ++translated; });
-  const std::vector<double> translations = sortedMicroseconds([&session, &translated](int) {
+  const std::vector<double> translations = sortedMicroseconds([&captions, &translated](int) {
     const int before = translated;
-    session.final(QStringLiteral("One more line."));
+    captions.final(QStringLiteral("One more line."));
     while (translated == before) QCoreApplication::processEvents();
   });
   std::printf("translator_overhead_ms %.4f ms\n", translations[kSamples / 2] / 1000);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Eight hours of captions in virtual time: 10,000 lines, each translated into two languages.
-#include "captions/live_session.h"
+#include "captions/running_captions.h"
 #include "measure.h"
 #include "model/session_file/session_file.h"
 
@@ -9,8 +9,8 @@
 
 using namespace velun;
 using bench::heapBytes;
-using bench::LiveSession;
 using bench::processorSecondsOf;
+using bench::RunningCaptions;
 
 namespace {
 
@@ -39,7 +39,7 @@ double bytesOfLines(const CaptionSession& session) {
 
 int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
-  LiveSession session;
+  RunningCaptions session;
   // Warm-up: allocates what is allocated only once.
   session.speak(-1);
   session.settings.setTargetID("ja");

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The time from a finished line to its stored translation with a model of the largest size. Its
 // random weights never emit the end token, so every translation has the maximum length.
-#include "captions/live_session.h"
+#include "captions/running_captions.h"
 #include "measure.h"
 #include "platform/translation/local_translation_platform.h"
 #include "platform/translation/student/student_translator.h"
@@ -49,7 +49,7 @@ int main(int argc, char** argv) {
   std::vector<std::unique_ptr<TranslatorBackend>> backends;
   backends.push_back(std::make_unique<ModelBackend>(test::MadeUpModel::files(folder.path())));
   LocalTranslationPlatform platform(std::move(backends), noLanguages, clock);
-  bench::LiveSession session(false, &platform);
+  bench::RunningCaptions session(false, &platform);
 
   int translated = 0;
   CaptionViewModel* const captions = session.model.get();

@@ -159,7 +159,7 @@ class CaptionViewTest final : public test::Suite {
     QCOMPARE(header.translation().accessibleName(), QString("번역 켜짐 · 스페인어"));
   }
 
-  void theSessionMenuActsOnTheLiveSession() {
+  void theSessionMenuActsOnTheCurrentSession() {
     PanelStage stage;
     CaptionHeaderView& header = stage.view->header();
     QCOMPARE(header.session().accessibleName(), QString("Session & Settings"));

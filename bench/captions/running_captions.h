@@ -16,11 +16,11 @@ namespace velun::bench {
 
 /// A running caption model without a window: a scripted engine, English translated to Spanish,
 /// virtual time and one observer that reads what a view reads.
-class LiveSession {
+class RunningCaptions {
  public:
   /// Without `realTranslation` texts are translated at once.
-  explicit LiveSession(bool isTranslationOnly = false,
-                       TranslationPlatform* realTranslation = nullptr) {
+  explicit RunningCaptions(bool isTranslationOnly = false,
+                           TranslationPlatform* realTranslation = nullptr) {
     translation.translate = [](const QString& text) {
       return QStringLiteral("es: ") + text;
     };
