@@ -5,8 +5,8 @@
 // recognizer that is installed for it.
 #include "platform/foundation/system_clock.h"
 #include "platform/models/store/download_store.h"
-#include "platform/speech/linux/built_in/built_in_recognizer_provider.h"
-#include "platform/speech/linux/neural/neural_recognizer_provider.h"
+#include "platform/speech/built_in/built_in_recognizer_provider.h"
+#include "platform/speech/neural/neural_recognizer_provider.h"
 #include "recognition/clips.h"
 #include "recognition/recognition_run.h"
 

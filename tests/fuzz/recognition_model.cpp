@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "memory_folder.h"
-#include "platform/speech/linux/helper/model_preflight.h"
+#include "platform/speech/helper/model_preflight.h"
 #include "require.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/speech/linux/helper/caption_text.h"
-#include "platform/speech/linux/helper/recognizer_message.h"
-#include "platform/speech/linux/helper/recognizer_settings.h"
+#include "platform/speech/helper/caption_text.h"
+#include "platform/speech/helper/recognizer_message.h"
+#include "platform/speech/helper/recognizer_settings.h"
 #include "require.h"
 
 #include <stdexcept>
@@ -65,7 +65,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     const RecognizerMessage& message = whole.messages[i];
     require(message.kind == pieces.messages[i].kind && message.body == pieces.messages[i].body,
             "pieces do not matter");
-    again += packed(message.kind, message.body);
+    again += encoded(message.kind, message.body);
     checkSettings(message.body);
     checkText(message.body);
   }

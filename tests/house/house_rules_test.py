@@ -154,9 +154,9 @@ class TheRules(unittest.TestCase):
     def test_the_inside_of_one_service_is_closed_to_the_others(self):
         text = '#include "platform/models/store/unpack.h"'
         self.assertEqual(
-            len(list(rules.include_complaints("platform/speech/linux/neural/a.cpp", text))), 1)
+            len(list(rules.include_complaints("platform/speech/neural/a.cpp", text))), 1)
         self.assertFalse(list(rules.include_complaints("platform/models/store/a.cpp", text)))
-        declared = [("velun_a", rules.layer_of("platform/speech/linux/a.cpp"), ["velun_b"]),
+        declared = [("velun_a", rules.layer_of("platform/speech/a.cpp"), ["velun_b"]),
                     ("velun_b", rules.layer_of("platform/models/store/b.cpp"), [])]
         self.assertEqual(len(list(rules.link_complaints(declared))), 1)
 

@@ -262,7 +262,7 @@ RESTRICTED = [
       "ui/caption/bottom_pinned_scroll_view"}),
     (r"\bstd::j?thread\b(?!::hardware_concurrency)|\bQThread\b|\bstd::async\b",
      "threads of their own (use LatestJob)",
-     {"platform/speech/local_speech_run", "platform/speech/linux/built_in/final_pass",  # decoding
+     {"platform/speech/local_speech_run", "platform/speech/built_in/final_pass",  # decoding
       "platform/models/store/download_store",  # downloads last for minutes
       "model/session_files"}),  # reads in parallel and returns when all is read
     (r"\bQThreadPool\b|\bQtConcurrent\b|\bQRunnable\b", "Qt's thread pool (use LatestJob)",

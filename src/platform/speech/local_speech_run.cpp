@@ -146,7 +146,12 @@ void LocalSpeechRun::decode(RecognizerBackend& backend) {
 void LocalSpeechRun::accept(RecognizerBackend& backend, const AnalyzerInput& input) {
   backend.acceptAudio(input.buffer.floatSamples());
   if (const auto isBehind = lag_.update(input_->pendingSeconds())) {
-    post([this, behind = *isBehind] { Q_EMIT lagChanged(behind); });
+    QMetaObject::invokeMethod(
+        this,
+        [this, behind = *isBehind] {
+          if (!isCancelled_) Q_EMIT lagChanged(behind);
+        },
+        Qt::QueuedConnection);
   }
 }
 
@@ -158,7 +163,12 @@ void LocalSpeechRun::acceptSilence(RecognizerBackend& backend, double seconds) {
 
 void LocalSpeechRun::postResults(RecognizerBackend& backend) {
   for (TranscriptionResult& result : backend.poll()) {
-    post([this, result = std::move(result)] { Q_EMIT resultReady(result); });
+    QMetaObject::invokeMethod(
+        this,
+        [this, result = std::move(result)] {
+          if (!isCancelled_) Q_EMIT resultReady(result);
+        },
+        Qt::QueuedConnection);
   }
 }
 
@@ -183,15 +193,6 @@ void LocalSpeechRun::completeSettleRequests(RecognizerBackend& backend) {
     postResults(backend);
   }
   for (const auto& request : requests) request.complete({});
-}
-
-void LocalSpeechRun::post(std::function<void()> emission) {
-  QMetaObject::invokeMethod(
-      this,
-      [this, emission = std::move(emission)] {
-        if (!isCancelled_) emission();
-      },
-      Qt::QueuedConnection);
 }
 
 }  // namespace velun

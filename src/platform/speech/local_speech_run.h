@@ -8,7 +8,6 @@
 #include "platform/speech/speech_platform.h"
 
 #include <atomic>
-#include <functional>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -47,8 +46,6 @@ class LocalSpeechRun final : public SpeechRun {
   void acceptSilence(RecognizerBackend& backend, double seconds);
   void postResults(RecognizerBackend& backend);
   void completeSettleRequests(RecognizerBackend& backend);
-  /// Calls `emission` on the main thread, unless the run has been cancelled by that time.
-  void post(std::function<void()> emission);
 
   std::shared_ptr<AnalyzerInputStream> input_;
   const Clock& clock_;

@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/speech/built_in/phrase_finder.h"
+
+#include <algorithm>
+#include <bit>
+#include <chrono>
+
+namespace velun {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::size_t kFrame = VoiceActivity::kFrameLength;
+constexpr std::chrono::milliseconds kFrameTime = 10ms;
+
+constexpr int frames(std::chrono::milliseconds time) {
+  return static_cast<int>(time / kFrameTime);
+}
+
+/// Heard before the first voice and kept, because words begin softly and because a recognizer
+/// wants to hear the background first.
+constexpr int kLeadFrames = frames(400ms);
+/// So much voice among the last 80 ms begins a phrase: clicks are shorter.
+constexpr int kVoiceToBegin = 5;
+constexpr unsigned kRecentMask = 0xFF;
+constexpr int kPauseToSettle = frames(300ms);
+constexpr int kPauseToEnd = frames(600ms);
+constexpr int kLongPhrase = frames(8s);
+constexpr int kPauseToEndLong = frames(200ms);
+constexpr int kLongestPhrase = frames(15s);
+/// Where a phrase without any pause may be cut, before its end.
+constexpr int kCutWindow = frames(3s);
+constexpr int kCutGap = frames(60ms);
+/// The least pitched sound in speech, and its least share.
+constexpr int kFewestPitched = frames(80ms);
+constexpr double kLeastPitched = 0.15;
+/// The least standard deviation of the level of speech, in dB.
+constexpr double kLeastMovement = 2.5;
+
+}  // namespace
+
+PhraseFinder::Event PhraseFinder::accept(std::span<const float> frame) {
+  const bool isVoice = activity_.isVoice(frame);
+  samples_.insert(samples_.end(), frame.begin(), frame.end());
+  levels_.push_back(activity_.level());
+  if (isInPhrase_) return continuePhrase(isVoice);
+  recentVoice_ = ((recentVoice_ << 1) | (isVoice ? 1U : 0U)) & kRecentMask;
+  if (std::popcount(recentVoice_) >= kVoiceToBegin) {
+    begin();
+    return Event::began;
+  }
+  if (levels_.size() > static_cast<std::size_t>(kLeadFrames)) {
+    levels_.erase(levels_.begin());
+    samples_.erase(samples_.begin(), samples_.begin() + kFrame);
+  }
+  return Event::none;
+}
+
+PhraseFinder::Event PhraseFinder::continuePhrase(bool isVoice) {
+  const int length = static_cast<int>(levels_.size());
+  if (isVoice) {
+    ++voicedFrames_;
+    if (activity_.isPitched()) ++pitchedFrames_;
+    levelSum_ += activity_.level();
+    levelSquares_ += static_cast<double>(activity_.level()) * activity_.level();
+    silentFrames_ = 0;
+    if (length >= kLongestPhrase) {
+      cut_ = quietestPlace() * kFrame;
+      isInPhrase_ = false;
+      return Event::ended;
+    }
+    if (isPausing_) {
+      isPausing_ = false;
+      return Event::resumed;
+    }
+    return Event::none;
+  }
+  ++silentFrames_;
+  const int pauseToEnd = length >= kLongPhrase ? kPauseToEndLong : kPauseToEnd;
+  if (silentFrames_ >= pauseToEnd) {
+    end();
+    return Event::ended;
+  }
+  if (silentFrames_ == kPauseToSettle) {
+    isPausing_ = true;
+    return Event::pausing;
+  }
+  return Event::none;
+}
+
+bool PhraseFinder::end() {
+  if (!isInPhrase_) return false;
+  isInPhrase_ = false;
+  cut_ = samples_.size();
+  return true;
+}
+
+std::vector<float> PhraseFinder::takePhrase() {
+  std::vector<float> phrase(samples_.begin(), samples_.begin() + static_cast<std::ptrdiff_t>(cut_));
+  const bool wasCut = cut_ < samples_.size();
+  samples_.erase(samples_.begin(), samples_.begin() + static_cast<std::ptrdiff_t>(cut_));
+  levels_.erase(levels_.begin(), levels_.begin() + static_cast<std::ptrdiff_t>(cut_ / kFrame));
+  recentVoice_ = 0;
+  if (wasCut) begin();
+  return phrase;
+}
+
+bool PhraseFinder::isLikelySpeech() const {
+  if (pitchedFrames_ < kFewestPitched || pitchedFrames_ < kLeastPitched * voicedFrames_) {
+    return false;
+  }
+  const double mean = levelSum_ / voicedFrames_;
+  return levelSquares_ / voicedFrames_ - mean * mean > kLeastMovement * kLeastMovement;
+}
+
+double PhraseFinder::voicedSeconds() const {
+  return std::chrono::duration<double>(voicedFrames_ * kFrameTime).count();
+}
+
+std::size_t PhraseFinder::quietestPlace() const {
+  const int length = static_cast<int>(levels_.size());
+  float quietest = 0;
+  int place = length;
+  for (int i = length - kCutWindow; i + kCutGap <= length; ++i) {
+    const auto first = levels_.begin() + i;
+    const float loudest = *std::max_element(first, first + kCutGap);
+    if (loudest < quietest) {
+      quietest = loudest;
+      place = i + kCutGap / 2;
+    }
+  }
+  return static_cast<std::size_t>(place);
+}
+
+void PhraseFinder::begin() {
+  isInPhrase_ = true;
+  isPausing_ = false;
+  silentFrames_ = 0;
+  voicedFrames_ = 0;
+  pitchedFrames_ = 0;
+  levelSum_ = 0;
+  levelSquares_ = 0;
+  recentVoice_ = 0;
+}
+
+}  // namespace velun

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/speech/built_in/voice_activity.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+namespace velun {
+
+namespace {
+
+/// Takes the hum out of the measured level.
+constexpr float kPreEmphasis = 0.95F;
+constexpr int kBlockFrames = 10;
+/// Gaps between words come more often than this.
+constexpr std::size_t kBlocksRemembered = 40;
+/// How far a voice stands above the background.
+constexpr float kVoiceMargin = 8.0F;
+/// Digital silence is no background: quieter sounds than this are never a voice.
+constexpr float kQuietestBackground = -76.0F;
+/// Until so many frames were heard, what is heard may be speech that began with the audio.
+constexpr int kFramesToTrust = 200;
+constexpr float kLoudestUntrusted = -45.0F;
+
+/// The audio for the pitch has a quarter of the rate; 400 Hz there.
+constexpr std::size_t kDecimation = 4;
+constexpr std::size_t kShortestPeriod = 10;
+/// How much a sound must resemble itself one period before (1 is exactly).
+constexpr float kPitched = 0.55F;
+
+float decibels(double power) {
+  return static_cast<float>(10.0 * std::log10(power + 1e-12));
+}
+
+}  // namespace
+
+bool VoiceActivity::isVoice(std::span<const float> frame) {
+  double power = 0;
+  for (const float sample : frame) {
+    const float emphasised = sample - kPreEmphasis * lastSample_;
+    lastSample_ = sample;
+    power += static_cast<double>(emphasised) * emphasised;
+  }
+  power /= static_cast<double>(frame.size());
+  level_ = decibels(power);
+  blockPower_ += power;
+  ++framesHeard_;
+  if (++blockFrames_ == kBlockFrames) updateBackground();
+  updatePitch(frame);
+  return level_ > background_ + kVoiceMargin;
+}
+
+void VoiceActivity::updateBackground() {
+  blocks_.push_back(decibels(blockPower_ / kBlockFrames));
+  if (blocks_.size() > kBlocksRemembered) blocks_.pop_front();
+  blockPower_ = 0;
+  blockFrames_ = 0;
+  const float quietest = *std::min_element(blocks_.begin(), blocks_.end());
+  const float loudest = framesHeard_ < kFramesToTrust ? kLoudestUntrusted : 0.0F;
+  background_ = std::clamp(quietest, kQuietestBackground, loudest);
+}
+
+void VoiceActivity::updatePitch(std::span<const float> frame) {
+  const std::size_t added = frame.size() / kDecimation;
+  std::copy(slow_.begin() + static_cast<std::ptrdiff_t>(added), slow_.end(), slow_.begin());
+  for (std::size_t i = 0; i < added; ++i) {
+    const float* four = frame.data() + i * kDecimation;
+    const float mean = (four[0] + four[1] + four[2] + four[3]) / kDecimation;
+    // A rumble resembles itself over any short time; its differences do not.
+    slow_[slow_.size() - added + i] = mean - kPreEmphasis * lastMean_;
+    lastMean_ = mean;
+  }
+  const std::span<const float> window = std::span(slow_).last(kPitchWindow);
+  const auto product = [](std::span<const float> a, std::span<const float> b) {
+    return std::inner_product(a.begin(), a.end(), b.begin(), 1e-9F);
+  };
+  const float energy = product(window, window);
+  float best = 0;
+  for (std::size_t period = kShortestPeriod; period <= kLongestPeriod; ++period) {
+    const auto earlier = std::span(slow_).subspan(kLongestPeriod - period, kPitchWindow);
+    const float likeness = product(window, earlier) / std::sqrt(energy * product(earlier, earlier));
+    best = std::max(best, likeness);
+  }
+  isPitched_ = best > kPitched;
+}
+
+}  // namespace velun

@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/speech/helper/recognizer_service.h"
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <stdexcept>
+#include <unistd.h>
+
+namespace velun {
+
+using Kind = RecognizerMessage::Kind;
+
+RecognizerService::RecognizerService(int input, int output, QString programFolder)
+    : input_(input), output_(output), programFolder_(std::move(programFolder)) {}
+
+RecognizerService::~RecognizerService() = default;
+
+int RecognizerService::run() {
+  try {
+    serve();
+    return 0;
+  } catch (const std::exception& error) {
+    try {
+      send(Kind::failure, error.what());
+    } catch (const std::exception&) {
+      // The program has closed the connection.
+    }
+    return 1;
+  }
+}
+
+void RecognizerService::serve() {
+  RecognizerMessageReader reader;
+  std::array<char, 65536> buffer;
+  while (true) {
+    const ssize_t count = ::read(input_, buffer.data(), buffer.size());
+    if (count == 0) return;
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) throw std::runtime_error(std::strerror(errno));
+    reader.append(std::span(buffer.data(), static_cast<std::size_t>(count)));
+    while (const std::optional<RecognizerMessage> message = reader.next()) answer(*message);
+  }
+}
+
+void RecognizerService::answer(const RecognizerMessage& message) {
+  switch (message.kind) {
+    case Kind::configure:
+      configure(RecognizerSettings::fromJson(message.body));
+      send(Kind::ready);
+      break;
+    case Kind::audio: {
+      std::vector<float> samples(static_cast<std::size_t>(message.body.size()) / sizeof(float));
+      std::memcpy(samples.data(), message.body.constData(), samples.size() * sizeof(float));
+      recognizer().accept(samples);
+      sendResults();
+      send(Kind::heard, QByteArray(1, recognizer().isInPhrase() ? 1 : 0));
+      break;
+    }
+    case Kind::finalize:
+      recognizer().finalize();
+      sendResults();
+      send(Kind::settled);
+      break;
+    case Kind::restore:
+      restore(QString::fromUtf8(message.body));
+      break;
+    default:
+      throw std::runtime_error("an unknown message came");
+  }
+}
+
+void RecognizerService::configure(const RecognizerSettings& settings) {
+  const QString path = sherpa::findLibrary(programFolder_);
+  if (path.isEmpty()) throw std::runtime_error("the recognition library is missing");
+  const sherpa::Library& library = sherpa::load(path);
+  recognizer_.reset();
+  punctuator_.reset();
+  if (settings.hasPunctuation()) {
+    try {
+      punctuator_ = std::make_unique<Punctuator>(library, settings);
+    } catch (const std::exception&) {
+      // Captions without punctuation are better than none.
+      if (!settings.hasRecognizer()) throw;
+    }
+  }
+  if (settings.hasRecognizer()) {
+    recognizer_ = std::make_unique<StreamingRecognizer>(library, settings, punctuator_.get());
+  }
+}
+
+void RecognizerService::restore(const QString& text) {
+  const QString restored = punctuator_ ? punctuator_->punctuated(text) : text;
+  send(Kind::restored, restored.toUtf8());
+}
+
+void RecognizerService::sendResults() {
+  for (const TranscriptionResult& result : recognizer().takeResults()) {
+    send(result.isFinal ? Kind::final : Kind::draft, result.text.toUtf8());
+  }
+}
+
+StreamingRecognizer& RecognizerService::recognizer() {
+  if (!recognizer_) throw std::runtime_error("no model was named");
+  return *recognizer_;
+}
+
+void RecognizerService::send(Kind kind, const QByteArray& body) {
+  const QByteArray bytes = encoded(kind, body);
+  for (qsizetype sent = 0; sent < bytes.size();) {
+    const ssize_t count =
+        ::write(output_, bytes.constData() + sent, static_cast<std::size_t>(bytes.size() - sent));
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) throw std::runtime_error(std::strerror(errno));
+    sent += count;
+  }
+}
+
+}  // namespace velun

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/speech/helper/recognizer_message.h"
+#include "platform/speech/helper/streaming_recognizer.h"
+
+#include <memory>
+
+namespace velun {
+
+/// Handles the messages of the program, one after the other, until the input ends.
+class RecognizerService {
+ public:
+  /// Reads from and writes to file descriptors that the caller owns. `programFolder` is where the
+  /// search for sherpa-onnx begins.
+  RecognizerService(int input, int output, QString programFolder);
+  ~RecognizerService();
+
+  /// Returns the exit code: 0 at the end of input, 1 after a failure, which was reported.
+  int run();
+
+ private:
+  void serve();
+  void answer(const RecognizerMessage& message);
+  void configure(const RecognizerSettings& settings);
+  void restore(const QString& text);
+  void sendResults();
+  void send(RecognizerMessage::Kind kind, const QByteArray& body = {});
+  StreamingRecognizer& recognizer();
+
+  int input_;
+  int output_;
+  QString programFolder_;
+  std::unique_ptr<Punctuator> punctuator_;
+  std::unique_ptr<StreamingRecognizer> recognizer_;
+};
+
+}  // namespace velun

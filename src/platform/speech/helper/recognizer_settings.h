@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace velun {
+
+/// The configuration of the helper program, sent as JSON in the first message.
+struct RecognizerSettings {
+  // Paths. A transducer has the first three, a CTC model one of the next two; none of them: only
+  // punctuation is restored.
+  QString encoder;
+  QString decoder;
+  QString joiner;
+  QString ctc;      ///< of the zipformer2 kind
+  QString nemoCtc;  ///< of the NeMo kind
+  QString tokens;
+
+  QString modelType;  ///< empty: detected by sherpa-onnx; must be empty for zipformer version 1
+  QString language;   ///< of the text, two letters
+  bool hearsLanguage = false;    ///< the model takes the language as an option
+  bool foldsLetters = false;     ///< the model writes one case only
+  bool textFromTokens = false;   ///< join the text from the model's tokens
+  int tailSilenceMs = 500;       ///< silence fed to get the last word out of the model
+  double endpointSilence = 0.6;  ///< seconds after the last word that end a phrase
+  int threads = 1;               ///< at most the number of cores
+
+  // Paths of the punctuation model; empty for none.
+  QString punctuationModel;
+  QString punctuationVocabulary;
+
+  bool hasRecognizer() const { return !tokens.isEmpty(); }
+  bool hasPunctuation() const { return !punctuationModel.isEmpty(); }
+
+  QByteArray toJson() const;
+  /// Missing and invalid members keep their defaults.
+  static RecognizerSettings fromJson(const QByteArray& json);
+
+  bool operator==(const RecognizerSettings&) const = default;
+};
+
+}  // namespace velun

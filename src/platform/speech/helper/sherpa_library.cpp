@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/speech/helper/sherpa_library.h"
+
+#include <dlfcn.h>
+#include <QDir>
+#include <QFileInfo>
+#include <stdexcept>
+#include <string>
+
+namespace velun::sherpa {
+
+namespace {
+
+constexpr auto kFileName = "libsherpa-onnx-c-api.so";
+
+#if defined(__aarch64__)
+constexpr auto kPackage = "sherpa-onnx-linux-arm64";
+#else
+constexpr auto kPackage = "sherpa-onnx-linux-x64";
+#endif
+
+template <class Function>
+void find(void* handle, Function& function, const char* name) {
+  function = reinterpret_cast<Function>(dlsym(handle, name));
+  if (!function) throw std::runtime_error(std::string("the library has no ") + name);
+}
+
+Library open(const QString& path) {
+  void* handle = dlopen(QFile::encodeName(path).constData(), RTLD_NOW | RTLD_LOCAL);
+  if (!handle) throw std::runtime_error(dlerror());
+  Library library = {};
+  find(handle, library.createRecognizer, "SherpaOnnxCreateOnlineRecognizer");
+  find(handle, library.destroyRecognizer, "SherpaOnnxDestroyOnlineRecognizer");
+  find(handle, library.createStream, "SherpaOnnxCreateOnlineStream");
+  find(handle, library.destroyStream, "SherpaOnnxDestroyOnlineStream");
+  find(handle, library.acceptWaveform, "SherpaOnnxOnlineStreamAcceptWaveform");
+  find(handle, library.isReady, "SherpaOnnxIsOnlineStreamReady");
+  find(handle, library.decode, "SherpaOnnxDecodeOnlineStream");
+  find(handle, library.result, "SherpaOnnxGetOnlineStreamResult");
+  find(handle, library.destroyResult, "SherpaOnnxDestroyOnlineRecognizerResult");
+  find(handle, library.reset, "SherpaOnnxOnlineStreamReset");
+  find(handle, library.isEndpoint, "SherpaOnnxOnlineStreamIsEndpoint");
+  find(handle, library.setOption, "SherpaOnnxOnlineStreamSetOption");
+  find(handle, library.createPunctuation, "SherpaOnnxCreateOnlinePunctuation");
+  find(handle, library.destroyPunctuation, "SherpaOnnxDestroyOnlinePunctuation");
+  find(handle, library.addPunctuation, "SherpaOnnxOnlinePunctuationAddPunct");
+  find(handle, library.freePunctuated, "SherpaOnnxOnlinePunctuationFreeText");
+  return library;
+}
+
+}  // namespace
+
+const Library& load(const QString& path) {
+  static const Library library = open(path);
+  return library;
+}
+
+QStringList candidatePaths(const QString& programFolder) {
+  QStringList paths;
+  const QString own = qEnvironmentVariable("VELUN_RECOGNIZER_LIBRARY");
+  if (!own.isEmpty()) paths.append(own);
+  paths.append(QDir::cleanPath(programFolder + "/../lib/velun/" + kFileName));
+#ifdef VELUN_NODE_MODULES
+  paths.append(QString(VELUN_NODE_MODULES "/%1/%2").arg(kPackage, kFileName));
+#endif
+  return paths;
+}
+
+QString findLibrary(const QString& programFolder) {
+  for (const QString& path : candidatePaths(programFolder)) {
+    if (QFileInfo(path).isFile()) return path;
+  }
+  return {};
+}
+
+}  // namespace velun::sherpa

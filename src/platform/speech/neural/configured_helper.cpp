@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/speech/neural/configured_helper.h"
+
+#include <utility>
+
+namespace velun {
+
+using Kind = RecognizerMessage::Kind;
+
+ConfiguredHelper::ConfiguredHelper(QString program, RecognizerSettings settings)
+    : program_(std::move(program)), settings_(std::move(settings)) {}
+
+void ConfiguredHelper::start() {
+  replace(std::make_unique<HelperProcess>(program_));
+  process_->send(Kind::configure, settings_.toJson());
+  while (process_->receive(HelperProcess::kLoadTimeout).kind != Kind::ready) {
+  }
+}
+
+void ConfiguredHelper::end() {
+  replace(nullptr);
+}
+
+void ConfiguredHelper::replace(std::unique_ptr<HelperProcess> process) {
+  const std::lock_guard lock(mutex_);
+  process_ = std::move(process);
+  if (process_ && isCancelled_) process_->interrupt();
+}
+
+void ConfiguredHelper::cancel() {
+  const std::lock_guard lock(mutex_);
+  isCancelled_ = true;
+  if (process_) process_->interrupt();
+}
+
+bool ConfiguredHelper::isCancelled() const {
+  const std::lock_guard lock(mutex_);
+  return isCancelled_;
+}
+
+}  // namespace velun

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/speech/helper/recognizer_settings.h"
+#include "platform/speech/neural/helper_process.h"
+
+#include <memory>
+#include <mutex>
+
+namespace velun {
+
+/// The helper program with its models loaded; can be restarted. For one worker thread.
+class ConfiguredHelper {
+ public:
+  ConfiguredHelper(QString program, RecognizerSettings settings);
+
+  /// Starts a helper, after ending the present one, and waits until its models are loaded. Throws
+  /// `HelperEnded`.
+  void start();
+
+  void end();
+
+  /// Whether a helper was started and not ended by `end`. It may have ended by itself.
+  bool isThere() const { return process_ != nullptr; }
+  /// Requires `isThere`.
+  HelperProcess& process() const { return *process_; }
+
+  /// Makes every running and later operation throw `HelperEnded` soon. Any thread.
+  void cancel();
+  /// Any thread.
+  bool isCancelled() const;
+
+ private:
+  void replace(std::unique_ptr<HelperProcess> process);
+
+  const QString program_;
+  const RecognizerSettings settings_;
+  /// Guards replacing the process against `cancel`.
+  mutable std::mutex mutex_;
+  bool isCancelled_ = false;  // guarded by mutex_
+  std::unique_ptr<HelperProcess> process_;
+};
+
+}  // namespace velun

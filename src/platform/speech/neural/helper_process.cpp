@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/speech/neural/helper_process.h"
+
+#include <system_error>
+#include <unistd.h>
+
+namespace velun {
+
+Q_LOGGING_CATEGORY(helperLog, "velun.recognizer", QtCriticalMsg)
+
+HelperProcess::HelperProcess(const QString& program) {
+  const QStringList command{program, QString::number(getpid())};
+  try {
+    pipeline_ = std::make_unique<ProcessPipeline>(std::vector<QStringList>{command});
+  } catch (const std::system_error& error) {
+    throw HelperEnded("it cannot be started: " + error.code().message());
+  }
+}
+
+void HelperProcess::send(RecognizerMessage::Kind kind, const QByteArray& body) {
+  const QByteArray bytes = encoded(kind, body);
+  std::span<const char> input(bytes);
+  while (!input.empty()) {
+    if (!exchange(input, kDefaultTimeout) || hasEnded_) throwEnded();
+  }
+}
+
+std::optional<RecognizerMessage> HelperProcess::tryReceive() {
+  std::span<const char> nothing;
+  if (messages_.empty()) exchange(nothing, std::chrono::milliseconds(0));
+  if (messages_.empty() && hasEnded_) throwEnded();
+  if (messages_.empty()) return std::nullopt;
+  RecognizerMessage message = std::move(messages_.front());
+  messages_.pop_front();
+  return message;
+}
+
+RecognizerMessage HelperProcess::receive(std::chrono::milliseconds timeout) {
+  std::span<const char> nothing;
+  while (true) {
+    if (std::optional<RecognizerMessage> message = tryReceive()) return *std::move(message);
+    if (!exchange(nothing, timeout)) throwEnded();
+  }
+}
+
+bool HelperProcess::exchange(std::span<const char>& input, std::chrono::milliseconds timeout) {
+  if (hasEnded_) return true;
+  QByteArray output;
+  const ProcessPipeline::Event event = pipeline_->exchange(input, output, timeout);
+  if (event == ProcessPipeline::Event::ended) hasEnded_ = true;
+  try {
+    queueMessages(output);
+  } catch (const std::runtime_error&) {
+    hasEnded_ = true;  // invalid data: nothing after it can be read
+  }
+  return event != ProcessPipeline::Event::timedOut;
+}
+
+void HelperProcess::queueMessages(const QByteArray& bytes) {
+  reader_.append(bytes);
+  while (std::optional<RecognizerMessage> message = reader_.next()) {
+    if (message->kind == RecognizerMessage::Kind::failure) {
+      lastFailure_ = QString::fromUtf8(message->body);
+    } else {
+      messages_.push_back(*std::move(message));
+    }
+  }
+}
+
+void HelperProcess::throwEnded() const {
+  throw HelperEnded(lastFailure_.toStdString());
+}
+
+}  // namespace velun

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/foundation/process_pipeline.h"
+#include "platform/speech/helper/recognizer_message.h"
+
+#include <chrono>
+#include <deque>
+#include <QLoggingCategory>
+#include <QString>
+#include <stdexcept>
+
+namespace velun {
+
+/// "velun.recognizer": starts and ends of helpers, for developers; silent by default.
+Q_DECLARE_LOGGING_CATEGORY(helperLog)
+
+/// The helper has ended or does not answer. `what()` is its last failure message, in English; may
+/// be empty.
+class HelperEnded final : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// One running helper program and the messages to and from it. The program ends with this object,
+/// and with the thread that created it if Velun crashes. Blocking, for one worker thread.
+class HelperProcess {
+ public:
+  static constexpr std::chrono::seconds kDefaultTimeout{20};
+  /// Loading a large model from a slow disk takes longer.
+  static constexpr std::chrono::seconds kLoadTimeout{60};
+
+  /// Starts `program`. Throws `HelperEnded`.
+  explicit HelperProcess(const QString& program);
+
+  /// Sends a message, waiting while the helper is busy. Throws `HelperEnded`.
+  void send(RecognizerMessage::Kind kind, const QByteArray& body = {});
+
+  /// The next message that has arrived, without waiting. Throws `HelperEnded` when the helper has
+  /// ended and every message has been taken.
+  std::optional<RecognizerMessage> tryReceive();
+
+  /// Waits for the next message. Throws `HelperEnded`, also after `timeout`.
+  RecognizerMessage receive(std::chrono::milliseconds timeout = kDefaultTimeout);
+
+  /// Makes a waiting operation throw soon, and every later one. Any thread.
+  void interrupt() { pipeline_->interrupt(); }
+
+  pid_t processId() const { return pipeline_->processIds().front(); }
+
+ private:
+  /// Writes from `input` and queues the messages that have arrived. False after `timeout`.
+  bool exchange(std::span<const char>& input, std::chrono::milliseconds timeout);
+  void queueMessages(const QByteArray& bytes);
+  [[noreturn]] void throwEnded() const;
+
+  std::unique_ptr<ProcessPipeline> pipeline_;
+  bool hasEnded_ = false;
+  RecognizerMessageReader reader_;
+  std::deque<RecognizerMessage> messages_;
+  QString lastFailure_;
+};
+
+}  // namespace velun

@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/speech/neural/neural_backend.h"
+
+#include "language/localization.h"
+#include "platform/foundation/failure.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace velun {
+
+using Kind = RecognizerMessage::Kind;
+
+namespace {
+
+/// Half a second. Long audio is sent in pieces, so that the helper replies in between.
+constexpr std::size_t kMaxPieceSamples = 8000;
+
+Failure notStarted(const HelperEnded& end) {
+  const QString reason = QString::fromUtf8(end.what());
+  if (reason.isEmpty()) {
+    return Failure(
+        L("The speech recognizer couldn’t be started. Try again, or choose another "
+          "language.",
+          "음성 인식기를 시작할 수 없습니다. 다시 시도하거나 다른 언어를 선택하십시오."));
+  }
+  return Failure(
+      L(QString("The speech recognizer couldn’t be started (%1). Try again, or choose another "
+                "language.")
+            .arg(reason),
+        QString("음성 인식기를 시작할 수 없습니다(%1). 다시 시도하거나 다른 언어를 선택하십시오.")
+            .arg(reason)));
+}
+
+Failure endedAgain() {
+  return Failure(L("The speech recognizer stopped unexpectedly. Start captions again.",
+                   "음성 인식기가 예기치 않게 중단되었습니다. 자막을 다시 시작하십시오."));
+}
+
+}  // namespace
+
+NeuralBackend::NeuralBackend(QString program, RecognizerSettings settings)
+    : helper_(std::move(program), std::move(settings)) {}
+
+NeuralBackend::~NeuralBackend() = default;
+
+void NeuralBackend::load() {
+  try {
+    helper_.start();
+  } catch (const HelperEnded& end) {
+    throw notStarted(end);
+  }
+}
+
+template <class Action>
+void NeuralBackend::attempt(const Action& action) {
+  try {
+    action();
+    return;
+  } catch (const HelperEnded& end) {
+    recover(end);
+  }
+  try {
+    action();
+  } catch (const HelperEnded&) {
+    takeLastResults();
+    throw endedAgain();
+  }
+}
+
+void NeuralBackend::recover(const HelperEnded& end) {
+  takeLastResults();
+  if (helper_.isCancelled() || std::exchange(hasRestarted_, true)) throw endedAgain();
+  qCWarning(helperLog, "The speech recognizer ended (%s); a new one goes on.", end.what());
+  load();
+}
+
+/// Takes the results from before the helper ended; its last draft becomes final.
+void NeuralBackend::takeLastResults() {
+  try {
+    takeArrived();
+  } catch (const HelperEnded&) {
+    // Every message has been taken.
+  }
+  if (!draft_.isEmpty()) results_.push_back({std::exchange(draft_, {}), true});
+  pendingPieces_ = 0;
+  isInPhrase_ = false;
+}
+
+void NeuralBackend::acceptAudio(std::span<const float> samples) {
+  for (std::size_t at = 0; at < samples.size(); at += kMaxPieceSamples) {
+    const auto piece = samples.subspan(at, std::min(kMaxPieceSamples, samples.size() - at));
+    const QByteArray body(reinterpret_cast<const char*>(piece.data()),
+                          static_cast<qsizetype>(piece.size_bytes()));
+    attempt([this, &body] { helper_.process().send(Kind::audio, body); });
+    ++pendingPieces_;
+  }
+}
+
+std::vector<TranscriptionResult> NeuralBackend::poll() {
+  try {
+    attempt([this] { takeArrived(); });
+  } catch (const Failure&) {
+    // Return the earlier results; the next call throws again.
+    if (results_.empty()) throw;
+  }
+  return std::exchange(results_, {});
+}
+
+void NeuralBackend::finalize() {
+  attempt([this] {
+    helper_.process().send(Kind::finalize);
+    while (true) {
+      const RecognizerMessage message = helper_.process().receive();
+      if (message.kind == Kind::settled) break;
+      take(message);
+    }
+  });
+  pendingPieces_ = 0;
+  isInPhrase_ = false;
+}
+
+void NeuralBackend::takeArrived() {
+  HelperProcess& helper = helper_.process();
+  while (const std::optional<RecognizerMessage> message = helper.tryReceive()) take(*message);
+}
+
+void NeuralBackend::take(const RecognizerMessage& message) {
+  switch (message.kind) {
+    case Kind::draft:
+      draft_ = QString::fromUtf8(message.body);
+      results_.push_back({draft_, false});
+      break;
+    case Kind::final:
+      draft_.clear();
+      results_.push_back({QString::fromUtf8(message.body), true});
+      break;
+    case Kind::heard:
+      if (pendingPieces_ > 0) --pendingPieces_;
+      isInPhrase_ = message.body == QByteArray(1, 1);
+      break;
+    default:
+      break;
+  }
+}
+
+}  // namespace velun

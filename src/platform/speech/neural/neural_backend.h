@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/speech/neural/configured_helper.h"
+#include "platform/speech/recognizer_backend.h"
+
+namespace velun {
+
+/// A neural recognizer in the helper program. When the helper crashes, it is restarted once: the
+/// draft becomes final, and recognition continues after it. The second crash ends the run.
+class NeuralBackend final : public RecognizerBackend {
+ public:
+  NeuralBackend(QString program, RecognizerSettings settings);
+  ~NeuralBackend() override;
+
+  /// Starts the helper and waits until its model is loaded.
+  void load() override;
+
+  void acceptAudio(std::span<const float> samples) override;
+  std::vector<TranscriptionResult> poll() override;
+  bool expectsResults() const override { return pendingPieces_ > 0 || isInPhrase_; }
+  void finalize() override;
+  void cancel() override { helper_.cancel(); }
+
+  /// For tests that kill it.
+  pid_t helperProcessId() const { return helper_.process().processId(); }
+
+ private:
+  /// Calls `action`, again after a restart if the helper ends meanwhile.
+  template <class Action>
+  void attempt(const Action& action);
+  void recover(const HelperEnded& end);
+  void takeLastResults();
+  void takeArrived();
+  void take(const RecognizerMessage& message);
+
+  ConfiguredHelper helper_;
+  std::vector<TranscriptionResult> results_;
+  QString draft_;
+  int pendingPieces_ = 0;  ///< audio messages without a reply
+  bool isInPhrase_ = false;
+  bool hasRestarted_ = false;
+};
+
+}  // namespace velun

@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/speech/neural/neural_recognizer_provider.h"
+
+#include "platform/speech/helper/recognizer_settings.h"
+#include "platform/speech/helper/sherpa_library.h"
+#include "platform/speech/neural/neural_backend.h"
+#include "platform/speech/neural/punctuation_helper.h"
+
+#include <algorithm>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QPointer>
+#include <thread>
+
+namespace velun {
+
+namespace {
+
+QString languageOf(const QString& locale) {
+  return locale.section('_', 0, 0);
+}
+
+/// Half of the cores, to leave the others to the rest of the system; more than four threads do not
+/// make decoding faster.
+int decodeThreads() {
+  return std::clamp(static_cast<int>(std::thread::hardware_concurrency()) / 2, 1, 4);
+}
+
+/// Downloads a recognition model, then the punctuation model, whose failure does not matter.
+class ModelOffer final : public SpeechModelOffer {
+ public:
+  ModelOffer(ModelStore& store, Model model, std::optional<Model> extra)
+      : store_(&store), model_(std::move(model)), extra_(std::move(extra)) {}
+
+  qint64 downloadBytes() const override {
+    qint64 bytes = 0;
+    for (const ModelDownload& download : model_.downloads) bytes += download.bytes;
+    return bytes;
+  }
+  QCoro::Task<> install(std::stop_token stop) override {
+    const QPointer<ModelStore> store = store_;
+    const std::optional<Model> extra = extra_;
+    const Model model = model_;
+    QCoro::Task<> installation = store->install(model, stop);
+    co_await installation;
+    if (extra && store) store->installQuietly(*extra);
+  }
+
+ private:
+  QPointer<ModelStore> store_;
+  Model model_;
+  std::optional<Model> extra_;
+};
+
+}  // namespace
+
+NeuralRecognizerProvider::NeuralRecognizerProvider(ModelCatalogue catalogue, ModelStore& store,
+                                                   QString program)
+    : catalogue_(std::move(catalogue)), store_(store), program_(std::move(program)) {}
+
+QString NeuralRecognizerProvider::installedProgram() {
+  const QString folder = QCoreApplication::applicationDirPath();
+  const QString program = folder + "/velun-recognizer";
+  const bool isThere = QFileInfo(program).isExecutable();
+  return isThere && !sherpa::findLibrary(folder).isEmpty() ? program : QString();
+}
+
+const Model* NeuralRecognizerProvider::modelFor(const QString& locale) const {
+  for (const Model& model : catalogue_.models()) {
+    if (model.kind == ModelKind::recognition &&
+        model.options["locales"].toVariant().toStringList().contains(locale)) {
+      return &model;
+    }
+  }
+  return nullptr;
+}
+
+const Model* NeuralRecognizerProvider::punctuationFor(const QString& locale) const {
+  for (const Model& model : catalogue_.models()) {
+    if (model.kind == ModelKind::punctuation && model.languages.contains(languageOf(locale))) {
+      return &model;
+    }
+  }
+  return nullptr;
+}
+
+QStringList NeuralRecognizerProvider::supportedLocales() const {
+  QStringList locales;
+  if (program_.isEmpty()) return locales;
+  for (const Model& model : catalogue_.models()) {
+    if (model.kind != ModelKind::recognition) continue;
+    locales += model.options["locales"].toVariant().toStringList();
+  }
+  locales.removeDuplicates();
+  return locales;
+}
+
+bool NeuralRecognizerProvider::isInstalled(const QString& locale) const {
+  const Model* model = modelFor(locale);
+  return model && !program_.isEmpty() && store_.isInstalled(*model);
+}
+
+RecognizerSettings NeuralRecognizerProvider::settings(const QString& locale) const {
+  RecognizerSettings settings;
+  const Model* model = modelFor(locale);
+  if (!model) return settings;
+  const QJsonObject& options = model->options;
+  const auto path = [&options, folder = QDir(store_.folder(*model))](const char* name) {
+    const QString file = options[name].toString();
+    return file.isEmpty() ? QString() : folder.filePath(file);
+  };
+  settings.encoder = path("encoder");
+  settings.decoder = path("decoder");
+  settings.joiner = path("joiner");
+  settings.ctc = path("ctc");
+  settings.nemoCtc = path("nemoCtc");
+  settings.tokens = path("tokens");
+  settings.modelType = options["modelType"].toString();
+  settings.language = languageOf(locale);
+  settings.hearsLanguage = options["languageOption"].toBool();
+  settings.foldsLetters = options["letters"] == "fold";
+  settings.textFromTokens = options["text"] == "tokens";
+  settings.tailSilenceMs = options["tailSilenceMs"].toInt(settings.tailSilenceMs);
+  settings.endpointSilence = options["endpointSilence"].toDouble(settings.endpointSilence);
+  settings.threads = decodeThreads();
+  if (options["punctuation"] != "none") return settings;
+  if (const std::optional<RecognizerSettings> marks = punctuation(locale)) {
+    settings.punctuationModel = marks->punctuationModel;
+    settings.punctuationVocabulary = marks->punctuationVocabulary;
+  }
+  return settings;
+}
+
+std::optional<RecognizerSettings> NeuralRecognizerProvider::punctuation(
+    const QString& locale) const {
+  const Model* model = punctuationFor(locale);
+  if (!model || program_.isEmpty() || !store_.isInstalled(*model)) return std::nullopt;
+  const QDir folder(store_.folder(*model));
+  RecognizerSettings settings;
+  settings.language = languageOf(locale);
+  settings.punctuationModel = folder.filePath(model->options["model"].toString());
+  settings.punctuationVocabulary = folder.filePath(model->options["vocabulary"].toString());
+  return settings;
+}
+
+RecognizerProvider::Factory NeuralRecognizerProvider::factory(const QString& locale) const {
+  // It is downloaded with the recognizer, but that may have failed.
+  if (const Model* marks = punctuationFor(locale)) store_.installQuietly(*marks);
+  return [program = program_, settings = settings(locale)]() -> std::unique_ptr<RecognizerBackend> {
+    return std::make_unique<NeuralBackend>(program, settings);
+  };
+}
+
+PunctuationRestorer::Factory NeuralRecognizerProvider::punctuationFactory(
+    const QString& locale) const {
+  const std::optional<RecognizerSettings> settings = punctuation(locale);
+  if (!settings) return {};
+  return [program = program_, settings = *settings]() -> std::unique_ptr<PunctuationRestorer> {
+    return std::make_unique<PunctuationHelper>(program, settings);
+  };
+}
+
+std::shared_ptr<SpeechModelOffer> NeuralRecognizerProvider::offer(const QString& locale) {
+  const Model* model = modelFor(locale);
+  if (!model || program_.isEmpty()) return nullptr;
+  std::optional<Model> extra;
+  if (const Model* marks = punctuationFor(locale)) extra = *marks;
+  return std::make_shared<ModelOffer>(store_, *model, extra);
+}
+
+void NeuralRecognizerProvider::fetchInBackground(const QString& locale) {
+  const Model* model = modelFor(locale);
+  if (!model || program_.isEmpty()) return;
+  if (const Model* marks = punctuationFor(locale)) store_.installQuietly(*marks);
+  store_.installQuietly(*model);
+}
+
+}  // namespace velun

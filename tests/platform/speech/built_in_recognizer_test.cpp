@@ -1,0 +1,239 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/speech/built_in/built_in_recognizer_provider.h"
+#include "platform/speech/sound_clip.h"
+#include "support/suite.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+#include <thread>
+
+using namespace velun;
+using test::silence;
+
+namespace {
+
+std::vector<float> clip(const QString& number) {
+  return test::clipSamples(test::readAloud(number));
+}
+
+/// Puts a mark behind every word; when it is slow, not before it is cancelled.
+class ScriptedPunctuation final : public PunctuationRestorer {
+ public:
+  struct Script {
+    bool isSlow = false;
+    bool isLoaded = false;
+    std::atomic<bool> isWaiting = false;
+  };
+
+  explicit ScriptedPunctuation(Script& script) : script_(script) {}
+  void load() override { script_.isLoaded = true; }
+  QString restored(const QString& text) override {
+    script_.isWaiting = true;
+    if (script_.isSlow) cancelled_.wait(false);
+    return QString(text).replace(" ", ", ") + "!";
+  }
+  void cancel() override {
+    cancelled_ = true;
+    cancelled_.notify_all();
+  }
+
+ private:
+  Script& script_;
+  std::atomic<bool> cancelled_ = false;
+};
+
+struct ScriptedPunctuationProvider final : PunctuationProvider {
+  PunctuationRestorer::Factory punctuationFactory(const QString& locale) const override {
+    if (locale != "en_US") return {};
+    return [this] {
+      return std::make_unique<ScriptedPunctuation>(script);
+    };
+  }
+  mutable ScriptedPunctuation::Script script;
+};
+
+}  // namespace
+
+class BuiltInRecognizerTest final : public test::Suite {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void initTestCase() {
+    const BuiltInRecognizerProvider provider;
+    QVERIFY(provider.isInstalled("en_US"));
+    recognizer_ = provider.factory("en_US")();
+  }
+  void cleanup() {
+    recognizer_->finalize();
+    collect();
+    finals_.clear();
+    drafts_.clear();
+  }
+  void cleanupTestCase() { recognizer_.reset(); }
+
+  void aPhraseIsDraftedAndSettledAfterItsPause() {
+    accept(clip("0880"));
+    accept(silence(1));
+    QVERIFY(waitForFinal());
+    QCOMPARE(finals_.size(), 1);
+    QVERIFY2(finals_[0].startsWith("He was not") && finals_[0].endsWith("young man"),
+             qPrintable(finals_[0]));
+    QVERIFY(!drafts_.isEmpty());
+  }
+
+  void finalizeSettlesWithoutAPause() {
+    std::vector<float> samples = clip("0880");
+    samples.resize(samples.size() - 4000);
+    accept(samples);
+    recognizer_->finalize();
+    collect();
+    QCOMPARE(finals_.size(), 1);
+    QVERIFY(!recognizer_->expectsResults());
+  }
+
+  void silenceGivesNothing() {
+    accept(silence(20));
+    recognizer_->finalize();
+    collect();
+    QVERIFY(finals_.isEmpty());
+    QVERIFY(drafts_.isEmpty());
+    QVERIFY(!recognizer_->expectsResults());
+  }
+
+  void quietSpeechIsRecognizedAlike() {
+    std::vector<float> samples = clip("0880");
+    for (float& sample : samples) sample *= 0.03F;
+    accept(samples);
+    recognizer_->finalize();
+    collect();
+    QCOMPARE(finals_.size(), 1);
+    QVERIFY2(finals_[0].endsWith("young man"), qPrintable(finals_[0]));
+  }
+
+  void steadySoundsAreNotWords_data() {
+    QTest::addColumn<bool>("isTone");
+    QTest::newRow("noise") << false;
+    QTest::newRow("tone") << true;
+  }
+  void steadySoundsAreNotWords() {
+    QFETCH(bool, isTone);
+    std::vector<float> samples = silence(8);
+    unsigned random = 1;
+    for (std::size_t i = 8000; i < samples.size(); ++i) {
+      random = random * 1664525U + 1013904223U;
+      samples[i] = isTone ? 0.2F * std::sin(static_cast<float>(i) * 0.0864F)
+                          : 0.1F * (static_cast<float>(random >> 8) / 8388608.0F - 1);
+    }
+    accept(samples);
+    recognizer_->finalize();
+    collect();
+    QVERIFY2(finals_.isEmpty(), qPrintable(finals_.join("|")));
+    QVERIFY(drafts_.isEmpty());
+  }
+
+  void speechThatNeverPausesIsCutAndKept() {
+    // Five clips on end, without the silence around them.
+    std::vector<float> samples;
+    for (const char* number : {"0920", "0930", "0890", "0880", "0870"}) {
+      std::vector<float> one = clip(number);
+      samples.insert(samples.end(), one.begin() + 3200, one.end() - 3200);
+    }
+    accept(samples);
+    recognizer_->finalize();
+    collect();
+    QVERIFY(finals_.size() >= 2);
+    QVERIFY2(finals_.join(" ").contains("man", Qt::CaseInsensitive), qPrintable(finals_.join("|")));
+  }
+
+  void cancellingGivesTheFinalPassUp() {
+    const auto recognizer = BuiltInRecognizerProvider().factory("en_US")();
+    // It ends in the middle of a word: the final pass begins with the settling.
+    std::vector<float> samples = clip("0870");
+    samples.resize(64000);
+    recognizer->acceptAudio(samples);
+    recognizer->poll();
+    recognizer->cancel();
+    recognizer->finalize();
+    for (const TranscriptionResult& result : recognizer->poll()) {
+      QVERIFY2(!result.isFinal, qPrintable(result.text));
+    }
+  }
+
+  void resultsArePunctuatedAndDraftsHaveNoEnd() {
+    const auto punctuation = std::make_shared<ScriptedPunctuationProvider>();
+    const auto recognizer = BuiltInRecognizerProvider(punctuation).factory("en_US")();
+    recognizer->load();
+    recognizer->acceptAudio(clip("0880"));
+    recognizer->finalize();
+    const std::vector<TranscriptionResult> results = recognizer->poll();
+    QVERIFY(results.size() > 1);
+    for (const TranscriptionResult& result : results) {
+      QVERIFY2(result.text.endsWith("!") == result.isFinal, qPrintable(result.text));
+      QCOMPARE(result.text.count(", "), result.text.count(" "));
+    }
+    QVERIFY(punctuation->script.isLoaded);
+  }
+
+  void cancellingReachesThePunctuation() {
+    const auto punctuation = std::make_shared<ScriptedPunctuationProvider>();
+    punctuation->script.isSlow = true;
+    const auto recognizer = BuiltInRecognizerProvider(punctuation).factory("en_US")();
+    std::thread settling([&] {
+      recognizer->acceptAudio(clip("0880"));
+      recognizer->finalize();
+    });
+    const bool isWaiting =
+        QTest::qWaitFor([&] { return punctuation->script.isWaiting.load(); }, 60000);
+    recognizer->cancel();
+    settling.join();
+    QVERIFY(isWaiting);
+  }
+
+  void aPhraseThatFollowsAtOnceIsDraftedBehindTheOneBefore() {
+    accept(clip("0880"));
+    accept(silence(0.7));
+    const QString before = drafts_.isEmpty() ? QString() : drafts_.last();
+    drafts_.clear();
+    QVERIFY(!before.isEmpty());
+    std::vector<float> next = clip("0930");
+    next.resize(32000);
+    accept(next);
+    // However far the final pass has come: the words shown last stand before or are final by now.
+    QVERIFY(!drafts_.isEmpty());
+    const QString& last = drafts_.last();
+    QVERIFY2(finals_.isEmpty() == last.startsWith(before), qPrintable(last));
+    recognizer_->finalize();
+    collect();
+    QCOMPARE(finals_.size(), 2);
+  }
+
+ private:
+  void accept(const std::vector<float>& samples) {
+    for (std::size_t start = 0; start < samples.size(); start += 1000) {
+      recognizer_->acceptAudio(std::span<const float>(samples).subspan(
+          start, std::min<std::size_t>(1000, samples.size() - start)));
+      collect();
+    }
+  }
+  void collect() {
+    for (const TranscriptionResult& result : recognizer_->poll()) {
+      (result.isFinal ? finals_ : drafts_).append(result.text);
+    }
+  }
+  bool waitForFinal() {
+    return QTest::qWaitFor(
+        [this] {
+          collect();
+          return !finals_.isEmpty();
+        },
+        20000);
+  }
+
+  std::unique_ptr<RecognizerBackend> recognizer_;
+  QStringList finals_;
+  QStringList drafts_;
+};
+
+QTEST_GUILESS_MAIN(BuiltInRecognizerTest)
+#include "built_in_recognizer_test.moc"

@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/speech/neural/neural_recognizer_provider.h"
+
+#include "platform/speech/helper/recognizer_settings.h"
+#include "support/failure_of.h"
+#include "support/scripted_model_store.h"
+#include "support/suite.h"
+
+#include <QTemporaryDir>
+
+using namespace velun;
+using namespace velun::test;
+
+class NeuralRecognizerProviderTest final : public test::Suite {
+  Q_OBJECT
+
+  const ModelCatalogue catalogue_ = ModelCatalogue::builtIn();
+  const QTemporaryDir folder_;
+  ScriptedModelStore store_{folder_.path()};
+  NeuralRecognizerProvider provider_{catalogue_, store_, "/programs/velun-recognizer"};
+
+  const Model& modelOf(const QString& language, ModelKind kind = ModelKind::recognition) const {
+    for (const Model& model : catalogue_.models()) {
+      if (model.kind == kind && model.languages.contains(language)) return model;
+    }
+    qFatal("no model for %s", qPrintable(language));
+  }
+
+ private Q_SLOTS:
+  void init() {
+    Suite::init();
+    store_.present.clear();
+    store_.asked.clear();
+    store_.askedQuietly.clear();
+    store_.failure.reset();
+  }
+
+  void theLanguagesOnOffer() {
+    const QStringList locales = provider_.supportedLocales();
+    for (const char* each : {"en_US", "fr_FR", "de_DE", "ru_RU", "id_ID", "ko_KR", "zh_CN", "es_ES",
+                             "it_IT", "ja_JP", "nl_NL", "cs_CZ", "sk_SK"}) {
+      QVERIFY2(locales.contains(each), each);
+    }
+    QVERIFY(NeuralRecognizerProvider(catalogue_, store_, {}).supportedLocales().isEmpty());
+  }
+
+  void onlyWhatTheStoreHasIsInstalled() {
+    QVERIFY(!provider_.isInstalled("de_DE"));
+    store_.present += modelOf("de").id;
+    QVERIFY(provider_.isInstalled("de_DE"));
+    QVERIFY(!provider_.isInstalled("fr_FR"));
+    QVERIFY(!provider_.isInstalled("xx_XX"));
+  }
+
+  void eachModelIsToldWhatItNeeds() {
+    const RecognizerSettings korean = provider_.settings("ko_KR");
+    QVERIFY(korean.textFromTokens);
+    QVERIFY(korean.encoder.startsWith(store_.folder(modelOf("ko")) + u'/'));
+    QVERIFY(provider_.settings("fr_FR").modelType.isEmpty());
+    QVERIFY(provider_.settings("zh_CN").modelType.isEmpty());
+    QVERIFY(provider_.settings("ru_RU").tailSilenceMs >= 770);
+    QVERIFY(provider_.settings("en_US").foldsLetters);
+    const RecognizerSettings spanish = provider_.settings("es_ES");
+    QVERIFY(spanish.hearsLanguage);
+    QCOMPARE(spanish.language, QString("es"));
+    QVERIFY(spanish.endpointSilence >= 0.6);
+    QVERIFY(!provider_.settings("xx_XX").hasRecognizer());
+  }
+
+  void punctuationIsUsedOnceItIsThere() {
+    QVERIFY(!provider_.settings("en_US").hasPunctuation());
+    QVERIFY(!provider_.punctuationFactory("en_US"));
+    const Model& marks = modelOf("en", ModelKind::punctuation);
+    store_.present += marks.id;
+    QVERIFY(provider_.settings("en_US").punctuationModel.startsWith(store_.folder(marks) + u'/'));
+    QVERIFY(!provider_.settings("de_DE").hasPunctuation());
+    QVERIFY(provider_.punctuationFactory("en_US"));
+    QVERIFY(!provider_.punctuationFactory("de_DE"));
+  }
+
+  void aDownloadBringsThePunctuationAfterwards() {
+    const auto offer = provider_.offer("en_US");
+    QVERIFY(offer->downloadBytes() > 1'000'000);
+    QCOMPARE(failureOf(offer->install(std::stop_token())), QString());
+    QCOMPARE(store_.asked, QStringList(modelOf("en").id));
+    QCOMPARE(store_.askedQuietly, QStringList(modelOf("en", ModelKind::punctuation).id));
+    QVERIFY(provider_.isInstalled("en_US"));
+  }
+
+  void missingPunctuationIsFetchedLater() {
+    store_.present += modelOf("en").id;
+    QVERIFY(provider_.factory("en_US"));
+    QCOMPARE(store_.askedQuietly, QStringList(modelOf("en", ModelKind::punctuation).id));
+    store_.askedQuietly.clear();
+    QVERIFY(provider_.factory("ko_KR"));
+    QVERIFY(store_.askedQuietly.isEmpty());
+  }
+
+  void aFailedDownloadIsTheStoresFailure() {
+    store_.failure = "no space";
+    const auto offer = provider_.offer("de_DE");
+    QCOMPARE(failureOf(offer->install(std::stop_token())), QString("no space"));
+    QVERIFY(!provider_.isInstalled("de_DE"));
+    QVERIFY(!provider_.offer("xx_XX"));
+  }
+
+  void theBackgroundIsQuiet() {
+    provider_.fetchInBackground("en_US");
+    QVERIFY(store_.asked.isEmpty());
+    QVERIFY(store_.askedQuietly.contains(modelOf("en").id));
+    QVERIFY(store_.askedQuietly.contains(modelOf("en", ModelKind::punctuation).id));
+    store_.askedQuietly.clear();
+    provider_.fetchInBackground("xx_XX");
+    QVERIFY(store_.askedQuietly.isEmpty());
+  }
+};
+
+QTEST_GUILESS_MAIN(NeuralRecognizerProviderTest)
+#include "neural_recognizer_provider_test.moc"
