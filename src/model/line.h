@@ -2,7 +2,7 @@
 #pragma once
 
 #include "model/audio_input.h"
-#include "platform/foundation/instant.h"
+#include "platform/foundation/clock.h"
 
 #include <map>
 #include <optional>

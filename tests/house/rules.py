@@ -286,8 +286,9 @@ FIXED_WAITS = {
     ".py": r"\btime\.sleep\(",
     ".cpp": r"\bqWait\(\s*\d|\bqSleep\(|\b[mu]sleep\(|\bsleep_(?:for|until)\(|::sleep\(",
 }
-MAY_SLEEP = {"scripts/lib/private_desktop.py",  # between two looks at a condition
-             "tests/desktop/faults/sound_test.py"}  # a machine that sleeps is the fault
+MAY_SLEEP = {"scripts/lib/private_desktop.py",  # polls conditions
+             "tests/desktop/faults/sound_test.py",  # the fault is a machine that sleeps
+             "tests/model/session_accident_test.cpp"}  # kills at random moments
 
 
 def fixed_wait_complaints(path, text):

@@ -19,8 +19,8 @@ namespace {
 
 constexpr auto kSuffix = ".velun-part";
 
-/// The hidden name under which a file is prepared: one per file, so that what a killed writer left
-/// is taken over by the next.
+/// The hidden name under which a file is prepared. There is one per file, so that the next writer
+/// reuses what a killed writer left.
 QString partName(const QString& path) {
   const QFileInfo info(path);
   return info.path() + QStringLiteral("/.") + info.fileName() + QLatin1String(kSuffix);
@@ -33,14 +33,14 @@ bool isStillNamed(const FileDescriptor& file, const QByteArray& name) {
          opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
 }
 
-/// Opens the part file and locks out other writers. The one who held the lock before may have
-/// renamed or removed the file meanwhile; then another one is opened.
+/// Opens and locks the part file. If the previous holder of the lock has renamed or removed the
+/// file meanwhile, opens another one.
 FileDescriptor openPart(const QByteArray& name) {
   while (true) {
     FileDescriptor part(
         ::open(name.constData(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR));
     if (!part.isOpen()) return part;
-    // File systems without locks have no second writer to fear either.
+    // Other errors are ignored: some file systems have no locks.
     while (::flock(part.number(), LOCK_EX) != 0 && errno == EINTR) {
     }
     if (isStillNamed(part, name)) return part;
@@ -72,7 +72,7 @@ bool replaceWhole(FileDescriptor& part, const QByteArray& partName, const QByteA
          std::rename(partName.constData(), target.constData()) == 0;
 }
 
-/// Makes the renaming itself last. The file is in place already, so a refusal is no failure.
+/// Makes the renaming durable. The file is in place already, so errors are ignored.
 void flushFolder(const QString& path) {
   const FileDescriptor folder(
       ::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));

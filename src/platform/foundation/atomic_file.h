@@ -6,15 +6,15 @@
 
 namespace velun {
 
-/// Replaces a file whole or not at all: the bytes are written beside it and renamed over it, so
-/// that neither a crash nor a full disk leaves a part of it. A new file is for the user alone
-/// (0600); an existing one keeps its mode, and a symbolic link stays one. With `flush` the bytes
-/// have reached the disk when it returns; without, only a loss of power can bring back the old
-/// contents. Throws `FileError`; the old file is whole then. Any thread.
+/// Replaces a file completely or not at all: writes a temporary file beside it and renames it, so
+/// that a crash or a full disk never leaves a partial file. A new file has mode 0600; an existing
+/// one keeps its mode, and a symbolic link is followed. With `flush` the bytes are on the disk when
+/// this returns; without, a power failure can restore the old contents. Throws `FileError`; the old
+/// file is unchanged then. Any thread.
 void writeFileAtomically(const QString& path, const QByteArray& bytes, bool flush);
 
-/// Removes what writers that were killed left beside files in `folder`; never the work of a
-/// writer that still runs. Any thread.
+/// Removes temporary files that killed writers have left in `folder`, but not those of running
+/// writers. Any thread.
 void removeAbandonedWrites(const QString& folder);
 
 }  // namespace velun

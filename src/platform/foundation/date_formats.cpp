@@ -33,8 +33,8 @@ std::unique_ptr<icu::DateFormat> makeFormat(Style style, const icu::Locale& loca
   return format;
 }
 
-/// How far the user's clocks are ahead of UTC at that time. Looked up anew for every text: the
-/// library keeps the zone that it found first, but the user travels while the program runs.
+/// The offset of local time from UTC at `instant`. Read again for every text, because ICU keeps the
+/// time zone that it found first, and the user may travel while the program runs.
 std::chrono::seconds offsetFromUtc(Instant instant) {
   const auto seconds = std::chrono::floor<std::chrono::seconds>(instant).time_since_epoch();
   const std::time_t time = seconds.count();
@@ -45,7 +45,7 @@ std::chrono::seconds offsetFromUtc(Instant instant) {
 }
 
 QString formatted(Style style, Instant instant, const QString& locale) {
-  // Making a format costs a hundred times more than using it.
+  // Creating a format takes a hundred times as long as using it.
   thread_local std::map<std::pair<Style, QString>, std::unique_ptr<icu::DateFormat>> formats;
   std::unique_ptr<icu::DateFormat>& format = formats[{style, locale}];
   if (!format) {

@@ -6,7 +6,7 @@
 
 namespace velun {
 
-/// An error that carries one finished text in the interface language, ready to be shown.
+/// An error with a text for the user, localized when it was created.
 class Failure : public std::runtime_error {
  public:
   explicit Failure(const QString& errorDescription)
@@ -18,13 +18,13 @@ class Failure : public std::runtime_error {
   QString errorDescription_;
 };
 
-/// A task ended because it was asked to, not because anything went wrong.
+/// A task ended because a stop was requested.
 class Cancelled final : public Failure {
  public:
   Cancelled() : Failure(QString()) {}
 };
 
-/// The text to show for any error: a `Failure`'s own, else the exception's.
+/// The text to show for any error: that of a `Failure`, otherwise `what()`.
 QString descriptionOf(const std::exception& error);
 
 }  // namespace velun

@@ -21,7 +21,7 @@ namespace {
 }  // namespace
 
 QByteArray readWholeFile(const QString& path, qint64 limit, qsizetype padding) {
-  // Without O_NONBLOCK, opening a pipe that nobody writes to would never return.
+  // Without O_NONBLOCK, opening a pipe without a writer would block.
   const FileDescriptor file(
       ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   if (!file.isOpen()) refuseReading(errno, path);
@@ -39,7 +39,7 @@ QByteArray readWholeFile(const QString& path, qint64 limit, qsizetype padding) {
                                  static_cast<std::size_t>(bytes.size() - filled));
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) refuseReading(errno, path);
-    if (count == 0) break;  // cut short since its size was asked
+    if (count == 0) break;  // truncated since fstat()
     filled += count;
   }
   bytes.resize(filled);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/foundation/instant.h"
+#include "platform/foundation/clock.h"
 
 #include <optional>
 #include <QByteArray>
@@ -9,15 +9,15 @@
 
 namespace velun {
 
-/// The bytes of a regular file, with `padding` bytes of capacity behind them. Throws `FileError`:
-/// what the system said, EFBIG for more than `limit` bytes, EINVAL for anything but a file (a pipe
+/// Reads a regular file, with `padding` bytes of extra capacity behind it. Throws `FileError`: the
+/// error of the system, EFBIG for more than `limit` bytes, EINVAL for other kinds of file (a pipe
 /// or a device would block or never end). Any thread.
 QByteArray readWholeFile(const QString& path, qint64 limit, qsizetype padding = 0);
 
-/// When the file was created; none where the file system does not record it. Any thread.
+/// The creation time of a file; none if the file system does not record it. Any thread.
 std::optional<Instant> creationTime(const QString& path);
 
-/// Creates the folder and its missing parents, each for the user alone (0700). Throws `FileError`.
+/// Creates a folder and its missing parents with mode 0700. Throws `FileError`.
 void makePrivateFolder(const QString& path);
 
 }  // namespace velun

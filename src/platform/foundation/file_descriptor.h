@@ -7,7 +7,7 @@
 
 namespace velun {
 
-/// An open file, closed with its owner. Below zero when opening failed.
+/// Owns an open file descriptor; closes it when destroyed. Negative if opening failed.
 class FileDescriptor {
  public:
   FileDescriptor() = default;
@@ -23,7 +23,7 @@ class FileDescriptor {
   int number() const { return number_; }
   bool isOpen() const { return number_ >= 0; }
 
-  /// False, with errno set, when the system reports a late write error.
+  /// False, with errno set, if the system reports a delayed write error.
   bool close() {
     const int number = std::exchange(number_, -1);
     return number < 0 || ::close(number) == 0;

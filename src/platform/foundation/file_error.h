@@ -6,8 +6,7 @@
 
 namespace velun {
 
-/// A file operation that the system refused. Carries no text for the user: the layers above word
-/// it in the interface language.
+/// A file operation that failed. It has no text for the user; the layers above make one.
 class FileError final : public std::system_error {
  public:
   enum class Operation { read, write, list };
@@ -19,7 +18,7 @@ class FileError final : public std::system_error {
         path_(path) {}
 
   Operation operation() const { return operation_; }
-  /// The file or folder that was asked for.
+  /// The file or folder of the operation.
   const QString& path() const { return path_; }
 
  private:

@@ -4,7 +4,6 @@
 #include "platform/foundation/atomic_file.h"
 #include "platform/foundation/file_access.h"
 #include "platform/foundation/file_error.h"
-#include "platform/foundation/preference_document.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -18,22 +17,23 @@ namespace velun {
 namespace {
 
 /// Far above what preferences can reach; a larger file is something else.
-constexpr qint64 kMostBytes = 1 << 20;
+constexpr qint64 kMaxFileBytes = 1 << 20;
 
-enum class Found { missing, unreadable, good };
+enum class ReadResult { missing, unreadable, valid };
 
-Found readFile(const QString& path, QJsonObject& values) {
+/// Reads an object with values of any kind: unknown ones are kept when another value is written.
+ReadResult readFile(const QString& path, QJsonObject& values) {
   try {
-    const std::optional<QJsonObject> read = readPreferenceDocument(readWholeFile(path, kMostBytes));
-    if (!read) return Found::unreadable;
-    values = *read;
-    return Found::good;
+    const QJsonDocument document = QJsonDocument::fromJson(readWholeFile(path, kMaxFileBytes));
+    if (!document.isObject()) return ReadResult::unreadable;
+    values = document.object();
+    return ReadResult::valid;
   } catch (const FileError& error) {
-    return error.code().value() == ENOENT ? Found::missing : Found::unreadable;
+    return error.code().value() == ENOENT ? ReadResult::missing : ReadResult::unreadable;
   }
 }
 
-/// Renamed rather than copied: it works on files that cannot be read.
+/// Renames instead of copying, which also works for files that cannot be read.
 void setAside(const QString& path) {
   std::rename(QFile::encodeName(path).constData(),
               QFile::encodeName(path + QStringLiteral(".damaged")).constData());
@@ -53,7 +53,7 @@ std::optional<PreferenceValue> fromJson(const QJsonValue& value) {
 }  // namespace
 
 FilePreferences::FilePreferences(const QString& path) : path_(path) {
-  if (readFile(path_, values_) == Found::unreadable) setAside(path_);
+  if (readFile(path_, values_) == ReadResult::unreadable) setAside(path_);
 }
 
 QString FilePreferences::userPath() {
@@ -72,19 +72,19 @@ void FilePreferences::set(const QString& key, PreferenceValue value) {
 }
 
 void FilePreferences::write() {
-  // Where there is no session bus, two programs can run at a time: what the other one stored
-  // since is kept, and only the values set here are put into it.
+  // Without a session bus two instances can run at the same time: the values that the other one
+  // has stored are kept, and only those set here are replaced.
   QJsonObject merged;
-  const Found found = readFile(path_, merged);
-  if (found == Found::unreadable) setAside(path_);
-  if (found != Found::good) merged = values_;
+  const ReadResult result = readFile(path_, merged);
+  if (result == ReadResult::unreadable) setAside(path_);
+  if (result != ReadResult::valid) merged = values_;
   for (const QString& key : std::as_const(unwritten_)) merged.insert(key, values_.value(key));
   try {
     makePrivateFolder(QFileInfo(path_).path());
     writeFileAtomically(path_, QJsonDocument(merged).toJson(), true);
     unwritten_.clear();
   } catch (const FileError&) {
-    // The value holds for this run; the next set tries again.
+    // The values are kept in memory; the next set() tries again.
   }
 }
 

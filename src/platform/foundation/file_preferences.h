@@ -8,15 +8,14 @@
 
 namespace velun {
 
-/// Preferences in one JSON file, written whole and atomically at every set. A file that cannot be
-/// understood is set aside (".damaged" behind its name) and the defaults are used. Main thread.
+/// Preferences in one JSON file, which is replaced atomically by every set(). A file that cannot be
+/// read is renamed (".damaged" is appended) and the defaults are used. Main thread.
 class FilePreferences final : public PreferenceStore {
  public:
-  /// Reads the file; one that is missing is an empty store.
+  /// Reads the file. A missing file is an empty store.
   explicit FilePreferences(const QString& path);
 
-  /// Where the user's own preferences lie: "app.velun.Velun/preferences.json" in the folder for
-  /// configuration.
+  /// The user's preference file: "app.velun.Velun/preferences.json" in the configuration folder.
   static QString userPath();
 
   std::optional<PreferenceValue> value(const QString& key) const override;
@@ -27,7 +26,7 @@ class FilePreferences final : public PreferenceStore {
 
   QString path_;
   QJsonObject values_;
-  /// Keys whose value has not reached the file yet.
+  /// Keys of values that could not be written yet.
   QSet<QString> unwritten_;
 };
 

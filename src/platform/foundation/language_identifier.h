@@ -5,11 +5,11 @@
 
 namespace velun {
 
-/// The language code of a language or locale identifier: "en" of "en_US"; empty when it has none.
+/// The language code of a language or locale identifier: "en" for "en_US"; empty if it has none.
 QString languageCode(const QString& identifier);
 
-/// The language of a locale, with the script when the identifier names one but never the region:
-/// "en" of "en_US", "zh-Hans" of "zh_Hans_CN".
+/// The language of a locale with its script, if the identifier has one, and without the region:
+/// "en" for "en_US", "zh-Hans" for "zh_Hans_CN".
 QString languageOfLocale(const QString& localeID);
 
 }  // namespace velun

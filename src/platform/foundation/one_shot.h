@@ -12,21 +12,21 @@
 
 namespace velun {
 
-/// One answer that a coroutine on the main thread waits for: a callback, a signal or a worker
-/// gives it. Copies share the same answer. Only the first answer counts, and the waiting coroutine
-/// goes on from the event loop, never inside `complete`.
+/// A result that one coroutine on the main thread awaits and that a callback, a slot or a worker
+/// thread provides. Copies share the result. Only the first call of `complete` or `fail` counts.
+/// The coroutine resumes from the event loop, not inside that call.
 ///
-/// Used in place of awaiting a signal, which must not be emitted twice while it is awaited.
+/// Replaces awaiting a signal, which may be emitted twice while it is awaited.
 template <class T>
 class OneShot {
  public:
-  /// Gives the answer. False when one was given before. Any thread.
+  /// Provides the result. False if there was one before. Any thread.
   bool complete(T value) const { return answer<State::kValue>(std::move(value)); }
 
-  /// Makes the waiting coroutine throw. False when an answer was given before. Any thread.
+  /// Makes the waiting coroutine throw. False if there was a result before. Any thread.
   bool fail(std::exception_ptr error) const { return answer<State::kError>(std::move(error)); }
 
-  /// Whether an answer was given. Any thread.
+  /// Whether there is a result or an error. Any thread.
   bool isAnswered() const { return state_->answered; }
 
   auto operator co_await() const { return Awaiter{state_}; }

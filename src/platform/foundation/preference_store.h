@@ -7,7 +7,7 @@
 
 namespace velun {
 
-/// The kinds of value that a preference can hold. Kept apart: a text "no" is not a boolean.
+/// The value of a preference. The types are distinct: the text "no" is not a boolean.
 using PreferenceValue = std::variant<bool, double, QString>;
 
 /// A per-user store of named preferences. Main thread.
@@ -15,13 +15,13 @@ class PreferenceStore {
  public:
   virtual ~PreferenceStore() = default;
 
-  /// The stored value, or none when the key is missing (which is not the same as false).
+  /// The stored value; none if there is no such key.
   virtual std::optional<PreferenceValue> value(const QString& key) const = 0;
 
-  /// Stores and writes through at once. A write that fails keeps the value in memory for this run.
+  /// Stores and writes at once. If writing fails, the value is kept in memory for this run.
   virtual void set(const QString& key, PreferenceValue value) = 0;
 
-  /// The value of that kind, or none when it is missing or of another kind.
+  /// The value of type `T`; none if it is missing or of another type.
   template <class T>
   std::optional<T> get(const QString& key) const {
     const std::optional<PreferenceValue> stored = value(key);

@@ -15,16 +15,17 @@ namespace velun {
 
 namespace {
 
-/// English abbreviations that the library's list of suppressions lacks and that hardly ever end a
-/// sentence: titles and ranks before a name, and "for example". Those that often do end one
-/// ("Inc.", "Jr.", "U.S.", "p.m.", "etc.") are left out on purpose: two sentences in one line read
-/// worse than a line that begins in the middle.
-constexpr std::array kNeverLast = {u"Dr.",  u"St.",  u"Lt.",  u"Gen.", u"Col.", u"Capt.",
-                                   u"Sgt.", u"Maj.", u"Rev.", u"Gov.", u"Sen.", u"Rep.",
-                                   u"Mt.",  u"e.g.", u"i.e.", u"E.g.", u"I.e."};
+/// English abbreviations that hardly ever end a sentence (titles and ranks before a name, and "for
+/// example") and that ICU's list of suppressions lacks. Those that often end one ("Inc.", "Jr.",
+/// "U.S.", "p.m.", "etc.") are left out on purpose: two sentences in one line are worse than a line
+/// that begins in the middle of a sentence.
+constexpr std::array kNeverFinal = {u"Dr.",  u"St.",  u"Lt.",  u"Gen.", u"Col.", u"Capt.",
+                                    u"Sgt.", u"Maj.", u"Rev.", u"Gov.", u"Sen.", u"Rep.",
+                                    u"Mt.",  u"e.g.", u"i.e.", u"E.g.", u"I.e."};
 
 icu::BreakIterator& iteratorFor(const QString& language) {
-  // Making an iterator with suppressions costs a third of a millisecond, setting its text nothing.
+  // Creating an iterator with suppressions takes a third of a millisecond; setting its text is
+  // free.
   thread_local std::map<QString, std::unique_ptr<icu::BreakIterator>> iterators;
   std::unique_ptr<icu::BreakIterator>& iterator = iterators[language];
   if (!iterator) {
@@ -51,9 +52,9 @@ bool endsWithInitial(QStringView trimmed) {
   return before.isEmpty() || before[0].isUpper();
 }
 
-/// Whether the sentence in English goes on although the rules see its end before `next`.
-bool goesOn(QStringView sentence, QStringView next) {
-  // A line break ends a sentence whatever stands before it.
+/// Whether an English sentence continues in `next` although ICU found its end before it.
+bool continues(QStringView sentence, QStringView next) {
+  // A line break always ends a sentence.
   const QStringView trimmed = sentence.trimmed();
   const QStringView gap = sentence.sliced(trimmed.end() - sentence.begin());
   if (gap.contains(u'\n') || gap.contains(u'\r')) return false;
@@ -61,12 +62,12 @@ bool goesOn(QStringView sentence, QStringView next) {
   // "No." is a sentence of its own, "No. 5" is not.
   if (word == u"No." && !next.isEmpty() && next.front().isDigit()) return true;
   return endsWithInitial(trimmed) ||
-         std::any_of(kNeverLast.begin(), kNeverLast.end(),
+         std::any_of(kNeverFinal.begin(), kNeverFinal.end(),
                      [word](const char16_t* abbreviation) { return word == abbreviation; });
 }
 
-/// The end of the sentence without opening quotes and brackets, which the rules leave with the
-/// sentence before them when no space stands between (「 after 。).
+/// The end of the sentence without trailing opening quotes and brackets: ICU leaves them with the
+/// sentence before when there is no space between (「 after 。).
 qsizetype withoutOpening(const QString& text, qsizetype start, qsizetype end) {
   qsizetype last = end;
   while (last > start && (text[last - 1].category() == QChar::Punctuation_Open ||
@@ -82,7 +83,7 @@ QStringList sentences(const QString& text, const QString& localeID) {
   const QString language = languageCode(localeID);
   const bool isEnglish = language == QLatin1String("en");
   icu::BreakIterator& iterator = iteratorFor(language);
-  // Refers to the characters of `text` without copying them.
+  // Does not copy the characters of `text`.
   const icu::UnicodeString characters(false, reinterpret_cast<const char16_t*>(text.utf16()),
                                       static_cast<int32_t>(text.size()));
   iterator.setText(characters);
@@ -93,7 +94,7 @@ QStringList sentences(const QString& text, const QString& localeID) {
   for (int32_t end = iterator.next(); end != icu::BreakIterator::DONE; end = iterator.next()) {
     const qsizetype last = end == text.size() ? end : withoutOpening(text, start, end);
     const QStringView sentence = QStringView(text).sliced(start, last - start);
-    if (isEnglish && last < text.size() && goesOn(sentence, QStringView(text).sliced(last))) {
+    if (isEnglish && last < text.size() && continues(sentence, QStringView(text).sliced(last))) {
       continue;
     }
     result.append(sentence.toString());

@@ -6,9 +6,8 @@
 
 namespace velun {
 
-/// The sentences of a text in `localeID` ("en_US"), in order, white space and all: joined they
-/// give the text again. Follows the language's own rules, with no break after common
-/// abbreviations. Any thread.
+/// Splits a text in the language of `localeID` ("en_US") into sentences. White space is kept:
+/// joined, they are the text. Does not split after common abbreviations. Any thread.
 QStringList sentences(const QString& text, const QString& localeID);
 
 }  // namespace velun

@@ -10,10 +10,10 @@ namespace {
 class TimerCall final : public ScheduledCall {
  public:
   TimerCall(std::chrono::milliseconds delay, std::function<void()> call) {
-    // Called by value: the call may destroy this object.
     QObject::connect(&timer_, &QTimer::timeout, &timer_, [call = std::move(call)] {
-      const std::function<void()> own = call;
-      own();
+      // A copy, because the call may destroy this object.
+      const std::function<void()> copy = call;
+      copy();
     });
     timer_.setSingleShot(true);
     timer_.setTimerType(Qt::PreciseTimer);

@@ -5,7 +5,7 @@
 
 namespace velun {
 
-/// The machine's clocks and the event loop's timers.
+/// The clocks of the system and the timers of Qt's event loop.
 class SystemClock final : public Clock {
  public:
   Instant now() const override;

@@ -11,8 +11,7 @@
 namespace velun {
 
 std::optional<QString> moveToTrash(const QString& path) {
-  // Without the data folder the toolkit would report success and move the file into the current
-  // directory instead.
+  // Without the data folder Qt would move the file into the current directory and report success.
   const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
   if (data.isEmpty() || !QDir().mkpath(data) || !QFileInfo(data).isWritable()) {
     return QString::fromLocal8Bit(std::strerror(EACCES));

@@ -6,8 +6,8 @@
 
 namespace velun {
 
-/// Moves a file to the user's trash. Gives the system's reason when it could not, with the file
-/// where it was; none when it was moved. Main thread.
+/// Moves a file to the user's trash. Returns the system's error text if that failed, and the file
+/// is unchanged; none on success. Main thread.
 std::optional<QString> moveToTrash(const QString& path);
 
 }  // namespace velun

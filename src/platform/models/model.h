@@ -10,27 +10,27 @@
 
 namespace velun {
 
-/// What a model is good for.
+/// What a model is used for.
 enum class ModelKind { recognition, punctuation, translation };
 
-/// How a download holds what is kept of it.
+/// How the files of a model are packed in a download.
 enum class ModelPacking {
-  none,     ///< as it is
+  none,     ///< not packed
   gzip,     ///< one compressed file
   zstd,     ///< one compressed file
-  archive,  ///< a tar archive, in gzip, bzip2, xz, zstd or plain; named entries are kept
+  archive,  ///< a tar archive, plain or compressed with gzip, bzip2, xz or zstd
 };
 
-/// One file that is kept on disk.
+/// One installed file.
 struct ModelFile {
-  QString name;            ///< in the model's folder, without any folder of its own
-  std::int64_t bytes = 0;  ///< 0 when only the download's size is published
-  QByteArray sha256;       ///< lower-case hexadecimal; empty when only the download's is published
+  QString name;            ///< in the model's folder; has no folder part
+  std::int64_t bytes = 0;  ///< 0 if only the size of the download is known
+  QByteArray sha256;       ///< lower-case hexadecimal; empty if only that of the download is known
 
   bool operator==(const ModelFile&) const = default;
 };
 
-/// One download, which gives one file, or several when it is an archive.
+/// One download: one file, or several in an archive.
 struct ModelDownload {
   QString address;  ///< https
   std::int64_t bytes = 0;
@@ -38,8 +38,8 @@ struct ModelDownload {
   ModelPacking packing = ModelPacking::none;
   std::vector<ModelFile> files;
 
-  /// The last part of the address: the name under which the download itself may be put into the
-  /// model's folder by hand.
+  /// The last part of the address. Users can put the download itself into the model's folder under
+  /// this name.
   QString fileName() const { return address.section(u'/', -1).section(u'?', 0, 0); }
 
   bool operator==(const ModelDownload&) const = default;
@@ -49,10 +49,10 @@ struct ModelDownload {
 struct Model {
   QString id;  ///< also the name of its folder
   ModelKind kind = ModelKind::recognition;
-  QStringList languages;  ///< what it recognizes; of a translation model: from, to
-  QString licence;        ///< as its makers state it
+  QStringList languages;  ///< what it recognizes; for translation: source, target
+  QString licence;        ///< as stated by the publisher
   std::int64_t installedBytes = 0;
-  QJsonObject options;  ///< what the one kind of engine that uses it wants to know
+  QJsonObject options;  ///< settings for the engine that uses it
   std::vector<ModelDownload> downloads;
 
   bool operator==(const Model&) const = default;

@@ -5,11 +5,11 @@
 
 namespace velun {
 
-/// Whether a model may be fetched from there: over HTTPS, or from this computer itself.
+/// Whether models may be downloaded from `address`: only over HTTPS, or from this computer.
 bool isSafeModelAddress(const QUrl& address);
 
-/// `address` with its host replaced by `mirror`, to which the path is appended; unchanged without a
-/// mirror.
+/// `address` with its scheme and host replaced by `mirror`, and with the path of `mirror` before
+/// its own; unchanged if `mirror` is empty.
 QUrl mirroredModelAddress(const QString& address, const QString& mirror);
 
 }  // namespace velun

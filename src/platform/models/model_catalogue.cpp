@@ -12,7 +12,7 @@
 #include <QRegularExpression>
 #include <QSet>
 
-// Resources of a static library are only linked in when they are asked for, outside any namespace.
+// Resources of a static library must be initialized, and outside any namespace.
 static void loadResources() {
   Q_INIT_RESOURCE(model_catalogue);
 }
@@ -21,7 +21,7 @@ namespace velun {
 
 namespace {
 
-/// Checks what it is told and names the model in which it found something wrong.
+/// Throws failures that name the model.
 class Checker {
  public:
   explicit Checker(QString where) : where_(std::move(where)) {}
@@ -49,8 +49,8 @@ std::optional<ModelPacking> packingNamed(const QString& name) {
   return std::nullopt;
 }
 
-/// Far above any model; sums of sizes stay within their type.
-constexpr std::int64_t kMostBytes = 1'000'000'000'000;
+/// Far above any model, and sums of sizes cannot overflow.
+constexpr std::int64_t kMaxBytes = 1'000'000'000'000;
 
 bool isPlainName(const QString& name) {
   static const QRegularExpression plain("\\A[A-Za-z0-9_][A-Za-z0-9_.,+-]*\\z");
@@ -73,7 +73,7 @@ QByteArray readHash(const QJsonObject& object) {
 ModelFile readFile(const QJsonObject& object, const Checker& checker) {
   ModelFile file{object["name"].toString(), readBytes(object, "bytes"), readHash(object)};
   checker.require(isPlainName(file.name), "a file's name is missing or not plain");
-  checker.require(file.bytes >= 0 && file.bytes <= kMostBytes, "a file's size is impossible");
+  checker.require(file.bytes >= 0 && file.bytes <= kMaxBytes, "a file's size is impossible");
   checker.require(file.sha256.isEmpty() || isSha256(file.sha256), "a file's hash is not SHA-256");
   return file;
 }
@@ -85,7 +85,7 @@ ModelDownload readDownload(const QJsonObject& object, const Checker& checker) {
   download.sha256 = readHash(object);
   checker.require(isSafeModelAddress(QUrl(download.address)), "an address is not HTTPS");
   checker.require(isPlainName(download.fileName()), "an address does not end in a plain name");
-  checker.require(download.bytes > 0 && download.bytes <= kMostBytes, "a download has no size");
+  checker.require(download.bytes > 0 && download.bytes <= kMaxBytes, "a download has no size");
   checker.require(isSha256(download.sha256), "a download has no SHA-256");
   const auto packing = packingNamed(object["packing"].toString("none"));
   checker.require(packing.has_value(), "unknown packing");
@@ -138,7 +138,7 @@ Model readModel(const QJsonObject& object) {
   }
   checker.require(!model.downloads.empty(), "no downloads");
   model.installedBytes = readBytes(object, "installedBytes");
-  checker.require(model.installedBytes <= kMostBytes, "the installed size is impossible");
+  checker.require(model.installedBytes <= kMaxBytes, "the installed size is impossible");
   if (model.installedBytes <= 0) model.installedBytes = sumOfFiles(model, checker);
   return model;
 }

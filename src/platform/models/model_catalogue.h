@@ -5,23 +5,23 @@
 
 namespace velun {
 
-/// The models on offer, in order of preference within a kind and language. A value; read once.
+/// The available models, in order of preference within a kind and language.
 class ModelCatalogue {
  public:
   ModelCatalogue() = default;
   explicit ModelCatalogue(std::vector<Model> models) : models_(std::move(models)) {}
 
-  /// The catalogue that the program comes with: every file of data/models.
+  /// The catalogue that is compiled in: every file of data/models.
   static ModelCatalogue builtIn();
 
-  /// Reads one catalogue file (the form is described in data/models/README.md). Throws `Failure`
-  /// naming the entry when it is damaged or breaks a rule: a name with a folder in it, an address
-  /// that is not HTTPS, a download without size or hash, an id that occurs twice.
+  /// Reads a catalogue file (format: data/models/README.md). Throws `Failure` that names the entry
+  /// if it is damaged or not allowed: a file name with a folder, an address that is not HTTPS, a
+  /// download without size or hash, a duplicate id.
   static ModelCatalogue read(const QByteArray& json);
 
   const std::vector<Model>& models() const { return models_; }
 
-  /// Null when there is none of that id.
+  /// Null if there is no model with this id.
   const Model* find(const QString& id) const;
 
   std::vector<Model> ofKind(ModelKind kind) const;

@@ -9,30 +9,29 @@
 
 namespace velun {
 
-/// The models on this computer: one folder each, of which nothing is used before every file in it
-/// was verified. Main thread.
+/// The models on this computer, one folder each. A model is used only after all of its files have
+/// been verified. Main thread.
 class ModelStore : public QObject {
   Q_OBJECT
 
  public:
-  /// Whether every file of the model is in place, verified, and unchanged since. Reads no more than
-  /// file dates: may be asked at any time.
+  /// Whether every file of the model is there, verified, and unchanged since. Cheap: compares sizes
+  /// and modification times only.
   virtual bool isInstalled(const Model& model) const = 0;
 
-  /// Where the model's files are, or would be.
+  /// The folder of the model, which may not exist.
   virtual QString folder(const Model& model) const = 0;
 
-  /// Returns when the model is ready to use; at once when it is. Takes what was put into its folder
-  /// by hand, goes on with a download that was broken off, and waits for another download of the
-  /// same model. Throws `Failure` with a text that says what to do, or `Cancelled` soon after a
-  /// stop was requested.
+  /// Completes when the model is installed; at once if it is already. Uses files that the user has
+  /// put into its folder, resumes an interrupted download, and waits for another download of the
+  /// same model. Throws `Failure`, or `Cancelled` soon after a stop request.
   virtual QCoro::Task<> install(Model model, std::stop_token stop) = 0;
 
-  /// Installs when there is time for it: not over a metered connection, and at most one try a day
-  /// when it fails. Failures are not reported. Ends with the store.
+  /// Installs in the background: not over a metered connection, and not within a day of a failed
+  /// attempt. Failures are not reported. Destroying the store stops it.
   virtual void installQuietly(const Model& model) = 0;
 
-  /// The ids of the models that `install` or `installQuietly` is busy with.
+  /// The ids of the models that are being installed.
   virtual QStringList busy() const = 0;
 
  Q_SIGNALS:

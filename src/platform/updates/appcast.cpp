@@ -13,10 +13,10 @@ namespace {
 
 constexpr auto kNamespace = "http://www.andymatuschak.org/xml-namespaces/sparkle";
 
-/// Far above what anybody calls a release.
-constexpr qsizetype kLongestVersion = 100;
+/// Far above real version numbers.
+constexpr qsizetype kMaxVersionLength = 100;
 
-/// An item as it stands in the feed.
+/// An item before it is checked.
 struct RawItem {
   AppcastItem item;
   QUrl link;
@@ -49,8 +49,8 @@ void readOwnElement(QXmlStreamReader& reader, RawItem& raw) {
   }
 }
 
-/// The text of an element with everything in it. The reader's own way calls itself for each element
-/// in another, and how deep they go is the feed's to say.
+/// The text of an element and its children. QXmlStreamReader::readElementText() is recursive, so a
+/// feed with deep nesting could overflow the stack.
 QString readWholeText(QXmlStreamReader& reader) {
   QString text;
   for (int depth = 1; depth > 0 && !reader.atEnd();) {
@@ -82,7 +82,7 @@ RawItem readItem(QXmlStreamReader& reader) {
 }
 
 bool isVersion(const QString& text) {
-  return !text.isEmpty() && text.size() <= kLongestVersion;
+  return !text.isEmpty() && text.size() <= kMaxVersionLength;
 }
 
 bool isWebPage(const QUrl& url) {

@@ -11,24 +11,24 @@ namespace velun {
 
 /// One release that a feed offers.
 struct AppcastItem {
-  /// What is compared.
+  /// Used for comparing.
   QString version;
-  /// What is shown; the same unless the feed says otherwise.
+  /// Shown to the user; the same as `version` unless the feed has one.
   QString shortVersion;
-  /// What is new, as HTML or plain text; may be empty.
+  /// Release notes as HTML or plain text; may be empty.
   QString notes;
-  /// The release's page.
+  /// The web page of the release.
   QUrl page;
 
   bool operator==(const AppcastItem&) const = default;
 };
 
-/// The releases of an appcast, an RSS feed with version numbers. Items for other systems, of a
-/// channel, without a version (of at most 100 characters) or without a web page are left out.
-/// Throws `Failure` for what is no such feed.
+/// Reads an appcast, an RSS feed with version numbers. Skips items for other systems, of a channel,
+/// without a version of at most 100 characters, or without a web page. Throws `Failure` if it is
+/// not an appcast.
 std::vector<AppcastItem> readAppcast(const QByteArray& xml);
 
-/// The newest release, if it is newer than `version`.
+/// The newest release that is newer than `version`; none if there is none.
 std::optional<AppcastItem> newestAfter(const QString& version,
                                        const std::vector<AppcastItem>& items);
 

@@ -12,7 +12,7 @@ namespace velun {
 namespace {
 
 constexpr int kTransferTimeout = 15'000;  // milliseconds
-constexpr qint64 kLargestFeed = 1 << 20;  // bytes
+constexpr qint64 kMaxFeedBytes = 1 << 20;
 
 QNetworkRequest requestFor(const QUrl& address, const QSslConfiguration& trust) {
   QNetworkRequest request(address);
@@ -22,7 +22,7 @@ QNetworkRequest requestFor(const QUrl& address, const QSslConfiguration& trust) 
   request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                        QNetworkRequest::NoLessSafeRedirectPolicy);
   request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
-  // The question tells nothing about who asks.
+  // The request must not identify the user.
   request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
   request.setHeader(QNetworkRequest::UserAgentHeader, QStringLiteral("Velun"));
   return request;
@@ -45,7 +45,7 @@ HttpsUpdateFeed::HttpsUpdateFeed(const QUrl& address, const QSslConfiguration& t
 
 QCoro::Task<QByteArray> HttpsUpdateFeed::fetch() {
   if (address_.scheme() != "https") {
-    throw Failure(L("The address of the list of releases is not a secure one.",
+    throw Failure(L("The address of the list of releases is not secure.",
                     "배포 목록의 주소가 안전한 주소가 아닙니다."));
   }
   if (!network_) network_ = std::make_unique<QNetworkAccessManager>();
@@ -54,10 +54,10 @@ QCoro::Task<QByteArray> HttpsUpdateFeed::fetch() {
   const auto body = std::make_shared<QByteArray>();
   QObject::connect(reply, &QIODevice::readyRead, reply, [reply, body] {
     body->append(reply->readAll());
-    if (body->size() > kLargestFeed) reply->abort();
+    if (body->size() > kMaxFeedBytes) reply->abort();
   });
   QObject::connect(reply, &QNetworkReply::finished, reply, [reply, body, done] {
-    // An aborted one is closed by now.
+    // An aborted reply is closed.
     if (reply->isOpen()) body->append(reply->readAll());
     complete(*reply, *body, done);
     reply->deleteLater();

@@ -10,11 +10,11 @@
 
 namespace velun {
 
-/// A feed behind an HTTPS address. Redirections stay on HTTPS; what is too large or too slow to be
-/// a feed is refused.
+/// A feed at an HTTPS address. Redirections must stay on HTTPS. Rejects a feed of more than 1 MiB
+/// or without data for 15 s.
 class HttpsUpdateFeed final : public UpdateFeed {
  public:
-  /// `trust` decides which servers are believed.
+  /// `trust` is the TLS configuration used to verify the server.
   explicit HttpsUpdateFeed(const QUrl& address, const QSslConfiguration& trust =
                                                     QSslConfiguration::defaultConfiguration());
 
@@ -23,7 +23,7 @@ class HttpsUpdateFeed final : public UpdateFeed {
  private:
   QUrl address_;
   QSslConfiguration trust_;
-  /// Made at the first fetch: it costs start-up time that most runs never need.
+  /// Created by the first fetch, because it takes start-up time.
   std::unique_ptr<QNetworkAccessManager> network_;
 };
 

@@ -9,9 +9,9 @@
 
 namespace velun {
 
-/// The system that installed the program updates it.
+/// The system's package manager updates the program.
 struct UpdatedBySystem {};
-/// The program was built without the address of a feed.
+/// The program was built without the address of an update feed.
 struct NoUpdateFeed {};
 struct UpToDate {
   QString version;
@@ -22,22 +22,22 @@ struct UpdateAvailable {
   QString version;
 };
 struct UpdateCheckFailed {
-  /// A text to show.
+  /// A text for the user.
   QString description;
 };
 using UpdateOutcome =
     std::variant<UpdatedBySystem, NoUpdateFeed, UpToDate, UpdateAvailable, UpdateCheckFailed>;
 
-/// Finds out, when the user asks and never by itself, whether there is a newer release. Installs
-/// nothing. Main thread.
+/// Checks, only on the user's request, whether there is a newer release. Installs nothing. Main
+/// thread.
 class UpdateChecker final {
  public:
-  /// `version` is the running one. `isPackaged`: the program came from the system's package
-  /// manager. A null feed: none was built in.
+  /// `version` is the running one. `isPackaged`: installed by the system's package manager. `feed`
+  /// is null if the program was built without one.
   UpdateChecker(QString version, bool isPackaged, std::unique_ptr<UpdateFeed> feed);
   ~UpdateChecker();
 
-  /// Never fails; a failure is an outcome. The checker must outlive the task.
+  /// Does not throw: an error is an outcome. The checker must outlive the task.
   QCoro::Task<UpdateOutcome> checkForUpdates();
 
  private:

@@ -6,12 +6,12 @@
 
 namespace velun {
 
-/// Where the list of releases comes from. Main thread.
+/// The source of the list of releases. Main thread.
 class UpdateFeed {
  public:
   virtual ~UpdateFeed() = default;
 
-  /// Fetches the feed. Throws `Failure` with a text to show.
+  /// Downloads the feed. Throws `Failure`.
   virtual QCoro::Task<QByteArray> fetch() = 0;
 };
 

@@ -8,8 +8,8 @@ namespace velun {
 
 namespace {
 
-/// A version cut into runs of digits and runs of letters; everything else only separates.
-QStringList partsOf(QString version) {
+/// Splits a version into numbers and words; other characters separate them.
+QStringList splitVersion(QString version) {
   version = version.section('+', 0, 0).trimmed().toLower();
   if (version.startsWith('v')) version.remove(0, 1);
   QStringList parts;
@@ -29,7 +29,7 @@ QStringList partsOf(QString version) {
   return parts;
 }
 
-/// Numbers of any length, without converting them.
+/// Compares decimal numbers of any length.
 int compareNumbers(QString left, QString right) {
   const auto trim = [](QString& digits) {
     while (digits.size() > 1 && digits.startsWith('0')) digits.remove(0, 1);
@@ -44,7 +44,7 @@ bool isNumber(const QString& part) {
   return part.front().isDigit();
 }
 
-/// A part against the other version's end.
+/// Compares a part with the end of the other version.
 int compareToEnd(const QString& part) {
   // "1.2.0" is "1.2", but "1.2b" comes before "1.2".
   return isNumber(part) ? compareNumbers(part, "0") : -1;
@@ -53,7 +53,7 @@ int compareToEnd(const QString& part) {
 int compareParts(const QString& left, const QString& right) {
   if (isNumber(left) && isNumber(right)) return compareNumbers(left, right);
   if (isNumber(left) != isNumber(right)) {
-    // "1.2.1" against "1.2b": the number goes on, the word holds back.
+    // "1.2b" is older than "1.2.1".
     return isNumber(left) ? 1 : -1;
   }
   return QString::compare(left, right);
@@ -62,8 +62,8 @@ int compareParts(const QString& left, const QString& right) {
 }  // namespace
 
 int compareVersions(const QString& left, const QString& right) {
-  const QStringList leftParts = partsOf(left);
-  const QStringList rightParts = partsOf(right);
+  const QStringList leftParts = splitVersion(left);
+  const QStringList rightParts = splitVersion(right);
   for (qsizetype i = 0; i < std::max(leftParts.size(), rightParts.size()); ++i) {
     int order = 0;
     if (i >= rightParts.size()) {

@@ -6,6 +6,7 @@
 #include "support/scripted_recognizer.h"
 #include "support/scripted_speech_platform.h"
 #include "support/scripted_translation_platform.h"
+#include "support/steady_picture.h"
 #include "support/suite.h"
 #include "support/virtual_display.h"
 #include "ui/common/window_look.h"
@@ -85,7 +86,6 @@ class LibraryPicturesTest final : public test::Suite {
     library.select(library.sessions().front()->url);
     picture(history.window(), "library");
     history.view().findChild<QLineEdit*>("search")->setText("river");
-    QTest::qWait(200);
     picture(history.window(), "library-search");
     history.window().hide();
 
@@ -132,10 +132,10 @@ class LibraryPicturesTest final : public test::Suite {
   static void picture(QWidget& window, const QString& name) {
     window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
-    QTest::qWait(200);
+    const QImage shot = test::steadyPicture([&window] { return window.grab().toImage(); });
     const QString path = QStringLiteral(VELUN_PICTURES "/%1-%2.png")
                              .arg(name, QString::fromUtf8(QTest::currentDataTag()));
-    QVERIFY(window.grab().save(path));
+    QVERIFY(shot.save(path));
   }
 
   QPalette light_;

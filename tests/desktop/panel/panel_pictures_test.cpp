@@ -2,6 +2,7 @@
 #include "language/localization.h"
 #include "platform/desktop/desktop_services.h"
 #include "platform/foundation/system_clock.h"
+#include "support/steady_picture.h"
 #include "support/suite.h"
 #include "support/virtual_display.h"
 #include "ui/caption/caption_header_view.h"
@@ -101,7 +102,7 @@ class PanelPicturesTest final : public test::Suite {
     for (int i = 0; i < 200; ++i) {
       stage.final(QStringLiteral("Sentence number %1 of a long afternoon.").arg(i));
     }
-    QTest::qWait(50);
+    test::settle();
     QTest::keyClick(stage.panel().focusWidget() ? stage.panel().focusWidget() : &stage.panel(),
                     Qt::Key_Tab);
     picture(stage, "long-keyboard");
@@ -183,15 +184,16 @@ class PanelPicturesTest final : public test::Suite {
       QTRY_VERIFY(!stage.view->chrome().hovering());
       stage.clock.advance(std::chrono::milliseconds(1600));
     }
-    QTest::qWait(400);
   }
 
   static void picture(const test::PanelStage& stage, const QString& name) {
     test::settle();
-    QTest::qWait(250);
-    const QRect frame = stage.panel().geometry().marginsAdded({30, 60, 30, 30});
-    const QPixmap shot = QGuiApplication::primaryScreen()->grabWindow(
-        0, frame.x(), frame.y(), frame.width(), frame.height());
+    const QImage shot = test::steadyPicture([&stage] {
+      const QRect frame = stage.panel().geometry().marginsAdded({30, 60, 30, 30});
+      return QGuiApplication::primaryScreen()
+          ->grabWindow(0, frame.x(), frame.y(), frame.width(), frame.height())
+          .toImage();
+    });
     QVERIFY(shot.save(QStringLiteral(VELUN_PICTURES "/%1-%2.png")
                           .arg(name, rawValue(Localization::shared().language()))));
   }

@@ -2,11 +2,13 @@
 #include "platform/desktop/linux/compositor_exclusion.h"
 
 #include "support/private_bus.h"
+#include "support/settle.h"
 #include "support/suite.h"
 
 #include <csignal>
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusPendingCall>
 #include <QFile>
 #include <QRegularExpression>
 #include <QScopeGuard>
@@ -68,13 +70,20 @@ class CompositorExclusionTest final : public test::Suite {
   QString name() const {
     return QStringLiteral("app.velun.Velun.%1").arg(QCoreApplication::applicationPid());
   }
+  /// Waits until everything that `from` has sent to `to` is delivered: the bus keeps the order.
+  static void waitForDelivery(const QDBusConnection& from, const QDBusConnection& to) {
+    const QDBusPendingCall ping = from.asyncCall(
+        QDBusMessage::createMethodCall(to.baseService(), "/", "org.freedesktop.DBus.Peer", "Ping"));
+    VERIFY_SOON(ping.isFinished());
+    test::settle();
+  }
 
  private Q_SLOTS:
   void initTestCase() { bus_ = std::make_unique<test::PrivateBus>(); }
 
   void withoutKWinItIsNotPossible() {
     const CompositorExclusion exclusion(bus_->connect());
-    QTest::qWait(50);
+    test::settle();
     QVERIFY(!exclusion.isPossible());
   }
 
@@ -84,7 +93,8 @@ class CompositorExclusionTest final : public test::Suite {
     QVERIFY(kwin.registerObject("/Scripting", &scripting, QDBusConnection::ExportAllSlots));
     QVERIFY(kwin.registerService("org.kde.KWin"));
     {
-      CompositorExclusion exclusion(bus_->connect());
+      const QDBusConnection own = bus_->connect();
+      CompositorExclusion exclusion(own);
       const QSignalSpy spy(&exclusion, &CompositorExclusion::isPossibleChanged);
       exclusion.setExcluded("Velun \"Captions\"", true);
       QTRY_VERIFY(exclusion.isPossible());
@@ -98,7 +108,7 @@ class CompositorExclusionTest final : public test::Suite {
                qPrintable(scripting.values()));
       QVERIFY(scripting.script.contains("excludeFromCapture"));
       exclusion.setExcluded("Velun \"Captions\"", true);
-      QTest::qWait(50);
+      waitForDelivery(own, kwin);
       QCOMPARE(scripting.log.size(), 5);
     }
     QTRY_COMPARE(scripting.log.back(), "unload " + name());
@@ -131,12 +141,13 @@ class CompositorExclusionTest final : public test::Suite {
     scripting.knowsTheProperty = false;
     QVERIFY(kwin.registerObject("/Scripting", &scripting, QDBusConnection::ExportAllSlots));
     QVERIFY(kwin.registerService("org.kde.KWin"));
-    CompositorExclusion exclusion(bus_->connect());
+    const QDBusConnection own = bus_->connect();
+    CompositorExclusion exclusion(own);
     QTRY_COMPARE(scripting.log.size(), 2);
-    QTest::qWait(50);
+    waitForDelivery(kwin, own);
     QVERIFY(!exclusion.isPossible());
     exclusion.setExcluded("Velun Captions", true);
-    QTest::qWait(50);
+    waitForDelivery(own, kwin);
     QCOMPARE(scripting.log.size(), 2);
   }
 

@@ -78,8 +78,10 @@ class ScreenCastWatchTest final : public test::Suite {
     QSignalSpy spy(&watch, &ScreenCastWatch::castRunningChanged);
     watch.setWatching(true);
     const auto screen = offer("Screen");
-    QTest::qWait(200);
-    QVERIFY2(!watch.isCastRunning(), "nobody looks yet");
+    // The server tells all of its clients of a new node at the same time.
+    QTRY_VERIFY(!test::PrivatePipeWire::node("portal").isEmpty());
+    test::settle();
+    QVERIFY2(!watch.isCastRunning(), "nobody consumes yet");
     auto recorder = consumer();
     QTRY_VERIFY(watch.isCastRunning());
     recorder.reset();

@@ -27,10 +27,10 @@ class ModelDownloadTest final : public test::Suite {
 
   QString partial() const { return dir_->filePath(".downloads/small/model.bin.part"); }
 
-  void open(HttpPatience patience = {300ms, 1ms, 3}, const QString& mirror = {}) {
+  void open(HttpRetryPolicy retries = {300ms, 1ms, 3}, const QString& mirror = {}) {
     ModelStoreOptions options;
     options.root = dir_->path();
-    options.patience = patience;
+    options.retries = retries;
     options.mirror = mirror;
     store_ = std::make_unique<DownloadStore>(ModelCatalogue({model_}), options, clock_,
                                              [] { return false; });
@@ -108,7 +108,7 @@ class ModelDownloadTest final : public test::Suite {
   void whatNeverComesIsGivenUpAndKept() {
     server_->answers = {{.cutAfter = 100'000}, {.cutAfter = 0}};
     const QString text = install();
-    QVERIFY2(text.startsWith("The model download broke off"), qPrintable(text));
+    QVERIFY2(text.startsWith("The model download was interrupted"), qPrintable(text));
     QVERIFY(!store_->isInstalled(model_));
     QCOMPARE(QFile(partial()).size(), 100'000);
     server_->recover();
@@ -158,7 +158,7 @@ class ModelDownloadTest final : public test::Suite {
     wrong[1000] = char(~wrong[1000]);
     server_->answers = {{.body = wrong}};
     const QString text = install();
-    QVERIFY2(text.contains("was damaged and has been thrown away"), qPrintable(text));
+    QVERIFY2(text.contains("was damaged and has been deleted"), qPrintable(text));
     QVERIFY(!QFile::exists(partial()));
     QVERIFY(!store_->isInstalled(model_));
     QCOMPARE(install(), QString());
@@ -167,7 +167,7 @@ class ModelDownloadTest final : public test::Suite {
 
   void aMissingFileIsReportedAtOnce() {
     server_->answers = {{.status = 404}};
-    QVERIFY(install().contains("answered with error 404"));
+    QVERIFY(install().contains("returned error 404"));
     QCOMPARE(server_->requests.size(), 1);
     QCOMPARE(install(), QString());
     QVERIFY(isRight());
@@ -181,7 +181,7 @@ class ModelDownloadTest final : public test::Suite {
 
   void aBrokenServerIsGivenUp() {
     server_->answers = {{.status = 500}, {.status = 500}, {.status = 500}};
-    QVERIFY(install().contains("answered with error 500"));
+    QVERIFY(install().contains("returned error 500"));
   }
 
   void aRedirectIsFollowedWithItsRange() {

@@ -36,7 +36,7 @@ class ModelStoreTest final : public test::Suite {
   std::unique_ptr<DownloadStore> open() {
     ModelStoreOptions options;
     options.root = dir_->path();
-    options.patience = {2000ms, 1ms, 2};
+    options.retries = {2000ms, 1ms, 2};
     if (freeBytes_)
       options.freeBytes = [free = *freeBytes_] {
         return free;
@@ -145,7 +145,7 @@ class ModelStoreTest final : public test::Suite {
 
   void whatWasFetchedBeforeAFailureIsNotFetchedAgain() {
     const QByteArray archive = server_->files.take("/m/speech.tar.bz2");
-    QVERIFY(install(*open()).contains("the server answered with error 404"));
+    QVERIFY(install(*open()).contains("the server returned error 404"));
     server_->files["/m/speech.tar.bz2"] = archive;
     server_->requests.clear();
     QCOMPARE(install(*open()), QString());

@@ -89,7 +89,7 @@ class CaptionWindowControllerTest final : public test::Suite {
     }
     QVERIFY(std::ranges::is_sorted(heights));
     stage.controller->setHeader(false, true);
-    QTest::qWait(60);
+    QTRY_VERIFY(stage.panel().height() < 294);
     stage.controller->setHeader(true, true);
     QTRY_COMPARE(stage.panel().height(), 294);
     QCOMPARE(bottomOf(stage), bottom);

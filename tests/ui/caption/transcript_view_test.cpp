@@ -6,6 +6,7 @@
 #include "support/suite.h"
 #include "ui/caption/pending_indicator.h"
 #include "ui/caption/selectable_transcript_text_view.h"
+#include "ui/caption/transcript_layout.h"
 #include "ui/caption/transcript_samples.h"
 #include "ui/common/find_bar.h"
 
@@ -17,6 +18,7 @@
 #include <qpa/qplatformintegration.h>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QTextBlock>
 
 using namespace velun;
 using test::lineOf;
@@ -315,7 +317,10 @@ class TranscriptViewTest final : public test::Suite {
     const int read = stage.view.textView().cursorForPosition(QPoint(30, 5)).blockNumber();
     stage.view.resize(250, 200);
     QCOMPARE(stage.view.textView().cursorForPosition(QPoint(30, 5)).blockNumber(), read);
-    QTest::qWait(100);  // what is out of view is laid out meanwhile
+    const QTextDocument* document = stage.view.textView().document();
+    const auto* layout = qobject_cast<TranscriptLayout*>(document->documentLayout());
+    QTRY_VERIFY(layout->isLaidOut(document->firstBlock()) &&
+                layout->isLaidOut(document->lastBlock()));
     QCOMPARE(stage.view.textView().cursorForPosition(QPoint(30, 5)).blockNumber(), read);
   }
 

@@ -15,7 +15,7 @@
 
 namespace velun {
 
-/// One installation under way.
+/// One running installation.
 struct DownloadStore::Job {
   explicit Job(QString modelId, const std::stop_token& callerStop)
       : id(std::move(modelId)), forwardStop(callerStop, [this] { stop.request_stop(); }) {}
@@ -41,7 +41,7 @@ bool DownloadStore::isConnectionMetered() {
 DownloadStore::DownloadStore(ModelCatalogue catalogue, ModelStoreOptions options,
                              const Clock& clock, std::function<bool()> isMetered)
     : installer_(options), root_(options.root), clock_(clock), isMetered_(std::move(isMetered)) {
-  findPlaced(std::move(catalogue));
+  verifyPlaced(std::move(catalogue));
 }
 
 DownloadStore::~DownloadStore() {
@@ -79,7 +79,7 @@ void DownloadStore::installQuietly(const Model& model) {
     try {
       std::rethrow_exception(error);
     } catch (const Cancelled&) {
-      // The program ends: nothing failed.
+      // The program ends.
     } catch (const std::exception&) {
       QMetaObject::invokeMethod(QCoreApplication::instance(), [self, id] {
         if (self) self->rememberFailure(id);
@@ -107,7 +107,7 @@ void DownloadStore::start(const Model& model, const std::stop_token& stop, const
           } catch (...) {
             error = std::current_exception();
           }
-          // The store joins its workers before it goes, so it is still there to be posted to.
+          // The destructor joins this thread, so the store still exists.
           QMetaObject::invokeMethod(
               this, [this, job] { finish(job); }, Qt::QueuedConnection);
           done(error);
@@ -125,12 +125,12 @@ void DownloadStore::finish(const Job* job) {
   Q_EMIT busyChanged();
 }
 
-void DownloadStore::findPlaced(ModelCatalogue catalogue) {
+void DownloadStore::verifyPlaced(ModelCatalogue catalogue) {
   const auto find = [installer = installer_](const Model& model, const std::stop_token& stop) {
     try {
       if (installer.isPlaced(model)) installer.installPlaced(model, stop);
     } catch (const std::exception&) {
-      // What cannot be taken now is looked at again at the next start.
+      // Tried again at the next start.
     }
   };
   try {
@@ -141,7 +141,7 @@ void DownloadStore::findPlaced(ModelCatalogue catalogue) {
       }
     });
   } catch (const std::system_error&) {
-    // The system has no more threads: the next start looks.
+    // No thread is available. Tried again at the next start.
   }
 }
 

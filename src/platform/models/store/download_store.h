@@ -12,20 +12,20 @@
 
 namespace velun {
 
-/// The model store on the disk: each installation has a worker thread of its own, which ends soon
-/// after the store.
+/// Keeps models on disk and downloads them. Each installation has a thread of its own; the
+/// destructor stops and joins them.
 class DownloadStore final : public ModelStore {
   Q_OBJECT
 
  public:
-  /// Where models are kept: beside the folder of the sessions, which holds nothing else.
+  /// The default folder, which is beside that of the sessions.
   static QString standardRoot();
 
   /// Whether the desktop reports a metered connection; false when it does not know.
   static bool isConnectionMetered();
 
-  /// Looks at once, on a worker thread, for models of the catalogue that were put into their
-  /// folders by hand. `isMetered` is asked before anything is fetched quietly.
+  /// Verifies, on a thread, models that the user has put into their folders. `isMetered` is asked
+  /// before each background download.
   DownloadStore(ModelCatalogue catalogue, ModelStoreOptions options, const Clock& clock,
                 std::function<bool()> isMetered);
   ~DownloadStore() override;
@@ -42,7 +42,7 @@ class DownloadStore final : public ModelStore {
 
   void start(const Model& model, const std::stop_token& stop, const Done& done);
   void finish(const Job* job);
-  void findPlaced(ModelCatalogue catalogue);
+  void verifyPlaced(ModelCatalogue catalogue);
   bool failedToday(const QString& id) const;
   void rememberFailure(const QString& id) const;
   QString failurePath(const QString& id) const;

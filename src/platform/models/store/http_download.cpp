@@ -18,39 +18,39 @@ namespace velun {
 
 namespace {
 
-/// Why a try ended although it may be worth another.
-struct Dropped {
+/// An error after which another attempt can succeed.
+struct RetryableFailure {
   Failure failure;
 };
 
 /// One request for the rest of the file.
-class Try {
+class Attempt {
  public:
-  Try(QNetworkAccessManager& network, std::int64_t bytes, const QString& partial,
-      const std::stop_token& stop)
+  Attempt(QNetworkAccessManager& network, std::int64_t bytes, const QString& partial,
+          const std::stop_token& stop)
       : network_(network), bytes_(bytes), file_(partial), stop_(stop) {}
 
-  /// Throws `Failure`, `Cancelled` or `Dropped`.
-  void run(const QUrl& address, std::chrono::milliseconds stall) {
+  /// Throws `Failure`, `Cancelled` or `RetryableFailure`.
+  void run(const QUrl& address, std::chrono::milliseconds stallTimeout) {
     if (!file_.open(QIODevice::ReadWrite)) throw model_failures::notSaved(file_.errorString());
     if (file_.size() > bytes_) file_.resize(0);
     offset_ = file_.size();
     if (offset_ == bytes_) return;
     if (!isSafeModelAddress(address)) throw model_failures::insecure();
-    QNetworkReply* reply = network_.get(request(address, stall));
+    QNetworkReply* reply = network_.get(request(address, stallTimeout));
     const std::unique_ptr<QNetworkReply> owned(reply);
     reply->setReadBufferSize(1 << 20);
     exchange(reply);
-    conclude(reply, address);
+    finish(reply, address);
   }
 
  private:
-  QNetworkRequest request(const QUrl& address, std::chrono::milliseconds stall) const {
+  QNetworkRequest request(const QUrl& address, std::chrono::milliseconds stallTimeout) const {
     QNetworkRequest request(address);
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::UserVerifiedRedirectPolicy);
-    request.setTransferTimeout(static_cast<int>(stall.count()));
-    // Sizes and hashes are those of the file itself, not of a form made up for the transfer.
+    request.setTransferTimeout(static_cast<int>(stallTimeout.count()));
+    // Sizes and hashes are those of the file, so the server must not compress it.
     request.setRawHeader("Accept-Encoding", "identity");
     request.setRawHeader("User-Agent", "Velun");
     if (offset_ > 0) request.setRawHeader("Range", "bytes=" + QByteArray::number(offset_) + "-");
@@ -58,15 +58,15 @@ class Try {
   }
 
   void exchange(QNetworkReply* reply) {
-    // Nothing is aborted: Qt complains when a connection fails by itself at that moment. Leaving
-    // the loop is enough, the reply takes its request back when it is destroyed.
+    // Leaves the loop instead of calling abort(): Qt logs a warning if the connection fails at the
+    // same moment. Destroying the reply cancels the request.
     QEventLoop loop;
     loop_ = &loop;
     QObject::connect(reply, &QNetworkReply::redirected, reply, [this, reply](const QUrl& target) {
       if (isSafeModelAddress(target)) {
         Q_EMIT reply->redirectAllowed();
       } else {
-        giveUp(model_failures::insecure());
+        fail(model_failures::insecure());
       }
     });
     QObject::connect(reply, &QNetworkReply::readyRead, reply, [this, reply] { receive(reply); });
@@ -78,7 +78,7 @@ class Try {
     receive(reply);
   }
 
-  void giveUp(const Failure& failure) {
+  void fail(const Failure& failure) {
     if (!failure_) failure_ = failure;
     loop_->quit();
   }
@@ -89,15 +89,15 @@ class Try {
     const QByteArray data = reply->readAll();
     if (offset_ + data.size() > bytes_) {
       file_.resize(0);
-      giveUp(model_failures::unexpectedFile());
+      fail(model_failures::unexpectedFile());
     } else if (file_.write(data) != data.size() || !file_.flush()) {
-      giveUp(model_failures::notSaved(file_.errorString()));
+      fail(model_failures::notSaved(file_.errorString()));
     } else {
       offset_ += data.size();
     }
   }
 
-  /// Looks at the answer's head before any of its body is kept.
+  /// Checks the response header before the body is written.
   bool accept(QNetworkReply* reply) {
     const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     if (status == 206) {
@@ -105,17 +105,17 @@ class Try {
     } else if (status == 200) {
       const QVariant length = reply->header(QNetworkRequest::ContentLengthHeader);
       if (length.isValid() && length.toLongLong() != bytes_) {
-        giveUp(model_failures::unexpectedFile());
+        fail(model_failures::unexpectedFile());
         return false;
       }
-      // A server that cannot go on from the middle sends everything again.
+      // The server does not support ranges and sends the whole file.
       file_.resize(0);
       offset_ = 0;
     } else {
       return false;
     }
     if (file_.pos() != offset_ && !file_.seek(offset_)) {
-      giveUp(model_failures::notSaved(file_.errorString()));
+      fail(model_failures::notSaved(file_.errorString()));
       return false;
     }
     isAccepted_ = true;
@@ -136,21 +136,21 @@ class Try {
     return false;
   }
 
-  void conclude(QNetworkReply* reply, const QUrl& address) {
+  void finish(QNetworkReply* reply, const QUrl& address) {
     if (stop_.stop_requested()) throw Cancelled();
     if (failure_) throw *failure_;
     if (offset_ == bytes_ && isAccepted_) return;
     const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     if (status == 416) file_.resize(0);
-    if (isStartingOver_ || status == 416) throw Dropped{model_failures::unexpectedFile()};
+    if (isStartingOver_ || status == 416) throw RetryableFailure{model_failures::unexpectedFile()};
     if (status >= 400 && status < 500 && status != 408 && status != 429) {
       throw model_failures::refused(status);
     }
-    if (status >= 400) throw Dropped{model_failures::refused(status)};
-    if (status == 0) throw Dropped{model_failures::unreachable(address.host())};
+    if (status >= 400) throw RetryableFailure{model_failures::refused(status)};
+    if (status == 0) throw RetryableFailure{model_failures::unreachable(address.host())};
     const bool hasReason = reply->error() != QNetworkReply::NoError;
-    throw Dropped{model_failures::brokeOff(hasReason ? reply->errorString()
-                                                     : L("connection closed", "연결이 끊어짐"))};
+    throw RetryableFailure{model_failures::interrupted(
+        hasReason ? reply->errorString() : L("connection closed", "연결이 끊어짐"))};
   }
 
   QNetworkAccessManager& network_;
@@ -158,37 +158,37 @@ class Try {
   QFile file_;
   std::stop_token stop_;
   std::int64_t offset_ = 0;
-  QEventLoop* loop_ = nullptr;  ///< while there is an exchange
+  QEventLoop* loop_ = nullptr;  ///< valid during exchange()
   bool isAccepted_ = false;
   bool isStartingOver_ = false;
   std::optional<Failure> failure_;
 };
 
-/// Waits, but not for a stop.
+/// Waits for `time` or a stop request.
 void pause(std::chrono::milliseconds time, const std::stop_token& stop) {
   std::mutex mutex;
-  std::condition_variable_any never;
+  std::condition_variable_any condition;
   std::unique_lock lock(mutex);
-  never.wait_for(lock, stop, time, [] { return false; });
+  condition.wait_for(lock, stop, time, [] { return false; });
 }
 
 }  // namespace
 
 void downloadFile(const QUrl& address, std::int64_t bytes, const QString& partial,
-                  const HttpPatience& patience, const std::stop_token& stop) {
+                  const HttpRetryPolicy& policy, const std::stop_token& stop) {
   QNetworkAccessManager network;
-  std::chrono::milliseconds delay = patience.retry;
-  int fruitless = 0;
+  std::chrono::milliseconds delay = policy.retryDelay;
+  int attemptsWithoutProgress = 0;
   while (true) {
     const std::int64_t before = QFile(partial).size();
     try {
-      Try(network, bytes, partial, stop).run(address, patience.stall);
+      Attempt(network, bytes, partial, stop).run(address, policy.stallTimeout);
       return;
-    } catch (const Dropped& dropped) {
+    } catch (const RetryableFailure& retryable) {
       const bool hasAdvanced = QFile(partial).size() > before;
-      if (hasAdvanced) delay = patience.retry;
-      fruitless = hasAdvanced ? 0 : fruitless + 1;
-      if (fruitless >= patience.fruitlessTries) throw dropped.failure;
+      if (hasAdvanced) delay = policy.retryDelay;
+      attemptsWithoutProgress = hasAdvanced ? 0 : attemptsWithoutProgress + 1;
+      if (attemptsWithoutProgress >= policy.maxAttemptsWithoutProgress) throw retryable.failure;
     }
     pause(delay, stop);
     if (stop.stop_requested()) throw Cancelled();

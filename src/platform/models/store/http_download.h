@@ -9,21 +9,20 @@
 
 namespace velun {
 
-/// How long a download is patient.
-struct HttpPatience {
-  /// No byte for so long counts as a dropped connection.
-  std::chrono::milliseconds stall{20'000};
-  /// Waited before a dropped connection is taken up again; doubled each time nothing arrived.
-  std::chrono::milliseconds retry{1'000};
-  /// Tries in a row in which nothing arrives before it is given up.
-  int fruitlessTries = 4;
+/// Timeouts and retries of a download.
+struct HttpRetryPolicy {
+  /// A connection without data for so long counts as lost.
+  std::chrono::milliseconds stallTimeout{20'000};
+  /// The delay before the next attempt; doubled after each attempt without progress.
+  std::chrono::milliseconds retryDelay{1'000};
+  /// Consecutive attempts without any data before the download fails.
+  int maxAttemptsWithoutProgress = 4;
 };
 
-/// Brings what is at `address` completely into the file `partial`, going on from what is in it
-/// already, over dropped connections. `bytes` is the size that it must have. Blocks: for a worker
-/// thread. Throws `Failure` (what was received is kept, unless the server's file has another size)
-/// or `Cancelled`.
+/// Downloads `address`, whose size must be `bytes`, into the file `partial`. Continues after what
+/// the file already contains, and after lost connections. Blocks; not on the main thread. Throws
+/// `Failure` or `Cancelled`; the received data is kept, unless the server's file has another size.
 void downloadFile(const QUrl& address, std::int64_t bytes, const QString& partial,
-                  const HttpPatience& patience, const std::stop_token& stop);
+                  const HttpRetryPolicy& policy, const std::stop_token& stop);
 
 }  // namespace velun

@@ -16,8 +16,8 @@ namespace velun {
 
 namespace {
 
-/// Left free for everything else on the disk.
-constexpr std::int64_t kReserveBytes = 50'000'000;
+/// Disk space that is left to other programs.
+constexpr std::int64_t kReservedBytes = 50'000'000;
 
 void makeFolder(const QString& path) {
   if (!QDir().mkpath(path)) throw model_failures::notSaved(path);
@@ -54,14 +54,14 @@ void ModelInstaller::install(const Model& model, const std::stop_token& stop) co
   VerifiedRecord record = VerifiedRecord::read(folder(model.id));
   std::vector<const ModelDownload*> missing;
   for (const ModelDownload& download : model.downloads) {
-    if (!takePlaced(model, download, record, stop)) missing.push_back(&download);
+    if (!usePlaced(model, download, record, stop)) missing.push_back(&download);
   }
   checkSpace(model, missing);
   record.write(folder(model.id));
   for (const ModelDownload* download : missing) {
     fetch(model, *download, record, stop);
-    // Should the next one fail: of what unpacks to files whose hashes nobody published, only the
-    // record knows that it is right.
+    // Written now, in case the next download fails: for unpacked files without a published hash the
+    // record is the only proof.
     record.write(folder(model.id));
   }
 }
@@ -86,18 +86,18 @@ bool ModelInstaller::installPlaced(const Model& model, const std::stop_token& st
   if (isInstalled(model)) return true;
   VerifiedRecord record = VerifiedRecord::read(folder(model.id));
   for (const ModelDownload& download : model.downloads) {
-    if (!takePlaced(model, download, record, stop)) return false;
+    if (!usePlaced(model, download, record, stop)) return false;
   }
   record.write(folder(model.id));
   return true;
 }
 
-bool ModelInstaller::takePlaced(const Model& model, const ModelDownload& download,
-                                VerifiedRecord& record, const std::stop_token& stop) const {
+bool ModelInstaller::usePlaced(const Model& model, const ModelDownload& download,
+                               VerifiedRecord& record, const std::stop_token& stop) const {
   const QDir dir(folder(model.id));
   bool areFilesRight = true;
   for (const ModelFile& file : download.files) {
-    // Where the catalogue does not know the unpacked file, an earlier look at it does.
+    // Without a published hash of the file, the record of an earlier check has one.
     const VerifiedRecord::Entry* known = record.find(file.name);
     if (known && known->download != download.sha256) known = nullptr;
     const QByteArray sha256 = !file.sha256.isEmpty() ? file.sha256
@@ -120,7 +120,7 @@ bool ModelInstaller::takePlaced(const Model& model, const ModelDownload& downloa
 void ModelInstaller::checkSpace(const Model& model,
                                 const std::vector<const ModelDownload*>& missing) const {
   if (missing.empty()) return;
-  std::int64_t needed = kReserveBytes;
+  std::int64_t needed = kReservedBytes;
   bool isPacked = false;
   for (const ModelDownload* download : missing) {
     needed += download->bytes - std::min(download->bytes, sizeOf(partialPath(model, *download)));
@@ -136,12 +136,12 @@ void ModelInstaller::checkSpace(const Model& model,
 void ModelInstaller::fetch(const Model& model, const ModelDownload& download,
                            VerifiedRecord& record, const std::stop_token& stop) const {
   const QString partial = partialPath(model, download);
-  const bool wasBegun = sizeOf(partial) > 0;
+  const bool wasPartial = sizeOf(partial) > 0;
   try {
     fetchVerified(download, partial, stop);
   } catch (const Failure&) {
-    // The beginning may have been of another file: one try with nothing left of it.
-    if (!wasBegun || QFileInfo::exists(partial)) throw;
+    // The existing part may belong to another file: try once more from the beginning.
+    if (!wasPartial || QFileInfo::exists(partial)) throw;
     fetchVerified(download, partial, stop);
   }
   if (download.packing == ModelPacking::none) {
@@ -162,7 +162,7 @@ void ModelInstaller::fetch(const Model& model, const ModelDownload& download,
 void ModelInstaller::fetchVerified(const ModelDownload& download, const QString& partial,
                                    const std::stop_token& stop) const {
   const QUrl address = mirroredModelAddress(download.address, options_.mirror);
-  downloadFile(address, download.bytes, partial, options_.patience, stop);
+  downloadFile(address, download.bytes, partial, options_.retries, stop);
   if (isFile(partial, download.bytes, download.sha256, stop)) return;
   QFile::remove(partial);
   throw model_failures::damaged();

@@ -9,18 +9,17 @@
 
 namespace velun {
 
-/// Where models are kept and how they are fetched.
+/// Where models are stored and how they are downloaded.
 struct ModelStoreOptions {
-  QString root;    ///< the folder that holds one folder a model
-  QString mirror;  ///< an address in place of every host; empty for none
-  HttpPatience patience;
-  /// The space left on the root's disk, in bytes, negative when it is not known; the file system is
-  /// asked when it is not set.
+  QString root;    ///< contains one folder for each model
+  QString mirror;  ///< replaces scheme and host of every address; empty for none
+  HttpRetryPolicy retries;
+  /// The free space of `root` in bytes, negative if unknown. By default the file system is asked.
   std::function<std::int64_t()> freeBytes;
 };
 
-/// Installs one model after another, step by step, blocking. Any thread; several may work at once,
-/// in this program or another: one model is installed by one of them while the others wait.
+/// Installs models, blocking. Any thread. Several installers can run at the same time, also in
+/// other processes: a model is installed by one of them while the others wait.
 class ModelInstaller {
  public:
   explicit ModelInstaller(ModelStoreOptions options) : options_(std::move(options)) {}
@@ -28,20 +27,20 @@ class ModelInstaller {
   QString folder(const QString& id) const;
   bool isInstalled(const Model& model) const;
 
-  /// Fetches what is missing. Throws `Failure` or `Cancelled`.
+  /// Downloads what is missing. Throws `Failure` or `Cancelled`.
   void install(const Model& model, const std::stop_token& stop) const;
 
-  /// Whether everything that the model needs lies in its folder with the right size, put there by
-  /// hand, but was not verified yet. Looks at sizes only.
+  /// Whether the user has put everything that the model needs into its folder, and it is not yet
+  /// verified. Compares sizes only.
   bool isPlaced(const Model& model) const;
 
-  /// Verifies what lies in the folder, without any network. False when it is not all there, or not
-  /// right; that is left as it is. Throws `Failure` or `Cancelled`.
+  /// Verifies the files in the folder without using the network. False if some are missing or
+  /// wrong; they are kept. Throws `Failure` or `Cancelled`.
   bool installPlaced(const Model& model, const std::stop_token& stop) const;
 
  private:
-  bool takePlaced(const Model& model, const ModelDownload& download, VerifiedRecord& record,
-                  const std::stop_token& stop) const;
+  bool usePlaced(const Model& model, const ModelDownload& download, VerifiedRecord& record,
+                 const std::stop_token& stop) const;
   void fetch(const Model& model, const ModelDownload& download, VerifiedRecord& record,
              const std::stop_token& stop) const;
   void fetchVerified(const ModelDownload& download, const QString& partial,

@@ -11,14 +11,14 @@ namespace velun {
 
 ModelLock::ModelLock(const QString& folder, const std::stop_token& stop) : file_(folder + "/lock") {
   using namespace std::chrono_literals;
-  // A download may take an hour; only the death of its holder makes a lock stale.
+  // A download may take an hour: a lock becomes stale only when its process dies.
   file_.setStaleLockTime(0);
   std::mutex mutex;
-  std::condition_variable_any never;
+  std::condition_variable_any condition;
   std::unique_lock waiting(mutex);
   while (!file_.tryLock(0)) {
     if (file_.error() != QLockFile::LockFailedError) throw model_failures::notSaved(folder);
-    never.wait_for(waiting, stop, 100ms, [] { return false; });
+    condition.wait_for(waiting, stop, 100ms, [] { return false; });
     if (stop.stop_requested()) throw Cancelled();
   }
 }

@@ -7,11 +7,11 @@
 
 namespace velun {
 
-/// Holds a model against every other installer, in this program and in others. A lock whose holder
-/// died is taken over.
+/// Locks a model against other installers, also of other processes. The lock of a process that has
+/// died is replaced.
 class ModelLock {
  public:
-  /// Waits for it. Throws `Cancelled`, or `Failure` when the folder cannot be written to.
+  /// Waits for the lock. Throws `Cancelled`, or `Failure` if the folder is not writable.
   ModelLock(const QString& folder, const std::stop_token& stop);
 
  private:

@@ -22,15 +22,15 @@ Failure unreachable(const QString& host) {
                        .arg(host)));
 }
 
-Failure brokeOff(const QString& reason) {
+Failure interrupted(const QString& reason) {
   return Failure(
-      L(QString("The model download broke off (%1). Try again to continue it.").arg(reason),
+      L(QString("The model download was interrupted (%1). Try again to continue it.").arg(reason),
         QString("모델 다운로드가 중단되었습니다(%1). 다시 시도하면 이어서 받습니다.").arg(reason)));
 }
 
 Failure refused(int httpStatus) {
   return Failure(
-      L(QString("The model couldn’t be downloaded: the server answered with error %1. "
+      L(QString("The model couldn’t be downloaded: the server returned error %1. "
                 "Try again later.")
             .arg(httpStatus),
         QString("모델을 다운로드할 수 없습니다. 서버가 오류 %1(으)로 응답했습니다. 나중에 "
@@ -54,7 +54,7 @@ Failure unexpectedFile() {
 }
 
 DamagedModel damaged() {
-  return DamagedModel(L("The downloaded model was damaged and has been thrown away. Try again.",
+  return DamagedModel(L("The downloaded model was damaged and has been deleted. Try again.",
                         "다운로드한 모델이 손상되어 삭제했습니다. 다시 시도하십시오."));
 }
 
@@ -76,10 +76,10 @@ Failure notSaved(const QString& reason) {
 
 Failure noThread() {
   return Failure(
-      L("The model couldn’t be downloaded: the system has no more resources for it. Close some "
-        "programs, then try again.",
-        "시스템 자원이 부족하여 모델을 다운로드할 수 없습니다. 다른 프로그램을 닫은 다음 다시 "
-        "시도하십시오."));
+      L("The model couldn’t be downloaded: the system is out of threads. Close some programs, then "
+        "try again.",
+        "시스템의 스레드가 부족하여 모델을 다운로드할 수 없습니다. 다른 프로그램을 닫은 다음 "
+        "다시 시도하십시오."));
 }
 
 }  // namespace velun::model_failures

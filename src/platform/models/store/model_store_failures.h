@@ -8,24 +8,24 @@
 
 namespace velun {
 
-/// What was fetched is not what it should be.
+/// The downloaded data is not what the catalogue says.
 class DamagedModel final : public Failure {
  public:
   using Failure::Failure;
 };
 
-/// What can go wrong while a model is installed, each with a text that says what to do. Any thread.
+/// Errors of installing a model, with texts that say what to do. Any thread.
 namespace model_failures {
 
 Failure unreachable(const QString& host);
-Failure brokeOff(const QString& reason);
+Failure interrupted(const QString& reason);
 Failure refused(int httpStatus);
 Failure insecure();
 Failure unexpectedFile();
 DamagedModel damaged();
 Failure noSpace(std::int64_t neededBytes, std::int64_t freeBytes);
 Failure notSaved(const QString& reason);
-/// The system has no more threads.
+/// The system cannot start another thread.
 Failure noThread();
 
 }  // namespace model_failures

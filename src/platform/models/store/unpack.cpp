@@ -24,7 +24,7 @@ Reader openPacked(ModelPacking packing, const QString& path) {
   Reader reader(archive_read_new());
   switch (packing) {
     case ModelPacking::archive:
-      // Not all that the library knows: for some it starts whatever program has the right name.
+      // Not every filter that libarchive knows: for some it starts an external program.
       archive_read_support_filter_gzip(reader.get());
       archive_read_support_filter_bzip2(reader.get());
       archive_read_support_filter_xz(reader.get());
@@ -66,13 +66,13 @@ void writeEntry(archive* reader, const QString& path, const std::stop_token& sto
   }
 }
 
-/// Whether the entry would stay inside the folder that the archive is unpacked in.
+/// Whether the path of an entry stays inside the folder.
 bool staysInside(const QString& entry) {
   const QString clean = QDir::cleanPath(entry);
   return !clean.startsWith(u'/') && clean != ".." && !clean.startsWith("../");
 }
 
-/// The wanted file that the entry holds; empty when it holds none.
+/// The name of the file of the download that the entry contains; empty if there is none.
 QString wantedName(archive_entry* entry, const ModelDownload& download) {
   const QString path = QString::fromUtf8(archive_entry_pathname_utf8(entry));
   if (!staysInside(path)) throw model_failures::damaged();
@@ -109,7 +109,7 @@ void unpackFile(const ModelDownload& download, const QString& packed, const QDir
   const Reader reader = openPacked(download.packing, packed);
   archive_entry* entry = nullptr;
   if (archive_read_next_header(reader.get(), &entry) != ARCHIVE_OK) throw model_failures::damaged();
-  // The raw format takes a file that is not compressed at all as it is.
+  // Without this, the raw format would accept a file that is not compressed.
   if (archive_filter_count(reader.get()) < 2) throw model_failures::damaged();
   writeEntry(reader.get(), folder.filePath(download.files.front().name), stop);
 }

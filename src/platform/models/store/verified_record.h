@@ -7,32 +7,31 @@
 
 namespace velun {
 
-/// What is remembered of the files that were verified, so that a model of half a gigabyte is not
-/// read again at every start. Kept in the model's folder as "verified.json".
+/// The record of verified files, so that a model of half a gigabyte is not hashed at every start.
+/// Stored in the model's folder as "verified.json".
 class VerifiedRecord {
  public:
   struct Entry {
     std::int64_t bytes = 0;
-    std::int64_t modified = 0;  ///< milliseconds since 1970, as the file system has it
+    std::int64_t modified = 0;  ///< modification time, milliseconds since 1970
     QByteArray sha256;
-    QByteArray download;  ///< the SHA-256 of the download that it came from
+    QByteArray download;  ///< the SHA-256 of the download that contained it
   };
 
-  /// Empty when there is none or it cannot be read.
+  /// Empty if there is none or it cannot be read.
   static VerifiedRecord read(const QString& folder);
 
   /// Throws `Failure`.
   void write(const QString& folder) const;
 
-  /// Notes a file that was verified just now.
+  /// Adds a file that has just been verified.
   void note(const QString& folder, const QString& name, const QByteArray& sha256,
             const QByteArray& download);
 
-  /// Null when the file is not noted.
+  /// Null if the file is not in the record.
   const Entry* find(const QString& name) const;
 
-  /// Whether every file of the model is noted as coming from the model's downloads, and is in the
-  /// folder as it was then.
+  /// Whether every file of the model was verified as part of its downloads and is unchanged since.
   bool covers(const Model& model, const QString& folder) const;
 
  private:
