@@ -84,7 +84,7 @@ class PanelPicturesTest final : public test::Suite {
     picture(stage, "translating");
     hover(stage, true);
     picture(stage, "translating-header");
-    stage.translation.sessions.back()->translate = nullptr;
+    stage.translation.scripts.back()->translate = nullptr;
     stage.settings.setShowTranslationOnly(true);
     stage.final("That is the part of the story that I like best.");
     picture(stage, "translation-only");
