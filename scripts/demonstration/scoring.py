@@ -1,4 +1,4 @@
-"""Word errors between what was said and what was captioned."""
+"""Word errors of captions."""
 
 import re
 

@@ -1,4 +1,4 @@
-"""Follows the session file that the program rewrites after every finished line."""
+"""Follows the session file, which Velun rewrites after every line."""
 
 import json
 import time
@@ -31,7 +31,7 @@ class Captions:
         return files[0] if files else None
 
     def print_new(self):
-        """Prints lines and translations that came since the last call; whether there were any."""
+        """Prints new lines and translations. Returns whether the file has changed."""
         file = self.session_file()
         if not file or file.stat().st_mtime_ns == self._read_at:
             return False
@@ -50,6 +50,6 @@ class Captions:
                     self._say(f"          → {text}", flush=True)
         return True
 
-    def print_until_quiet(self, seconds):
+    def print_for(self, seconds):
         for _ in polling(seconds):
             self.print_new()

@@ -1,11 +1,15 @@
 """A private desktop for tests and demonstrations: folders, a session bus and a virtual display with a
 window manager; PipeWire, a compositor and a tray on request. It ends every process that it started.
+
+As a program, it starts one with a compositor, prints the name of the display (":7"), and ends when
+its standard input is closed.
 """
 
 import ctypes
 import os
 import re
 import subprocess
+import sys
 import tempfile
 import time
 from pathlib import Path
@@ -118,7 +122,10 @@ class PrivateDesktop:
     def start_compositor(self):
         # A background that is not black shows translucency in pictures.
         self.run("xsetroot", "-solid", "#5d7389")
-        return self.start(["picom", "--backend", "xrender", "--config", "/dev/null"], log="picom")
+        compositor = self.start(["picom", "--backend", "xrender", "--config", "/dev/null"],
+                                log="picom")
+        self.wait("picom", lambda: self._is_owned("_NET_WM_CM_S0"))
+        return compositor
 
     def play(self, path):
         """Starts playing a sound file on the default output. Returns the process."""
@@ -188,3 +195,14 @@ def end(process):
     except subprocess.TimeoutExpired:
         process.kill()
         process.wait()
+
+
+def main():
+    with PrivateDesktop() as desktop:
+        desktop.start_compositor()
+        print(desktop.environment["DISPLAY"], flush=True)
+        sys.stdin.read()
+
+
+if __name__ == "__main__":
+    main()

@@ -1,4 +1,4 @@
-"""Speech to caption: text of our own in synthetic voices, and human readers' clips."""
+"""Speech for tests: our own text in synthetic voices, and clips of human readers."""
 
 import array
 import re

@@ -15,7 +15,7 @@ class VelunProgram:
     def __init__(self, desktop, executable):
         self._desktop = desktop
         self.executable = executable
-        # What it is started through, as a command with its arguments.
+        # A command that starts the program, with its arguments.
         self.prefix = []
         self.process = None
         self.preferences = desktop.home / "config" / APPLICATION / "preferences.json"
@@ -29,7 +29,7 @@ class VelunProgram:
         return json.loads(self.preferences.read_text())
 
     def launch(self):
-        """Starts the program and waits until it can be called."""
+        """Starts the program and waits until it answers on the bus."""
         self.start()
         self._desktop.wait("the program", lambda: self.process.poll() is not None
                            or self.owns_name())
@@ -56,7 +56,7 @@ class VelunProgram:
         self.call("org.freedesktop.Application.ActivateAction", name, parameters, "{}")
 
     def open(self, *paths):
-        """As a file manager opens session files with the program."""
+        """Opens session files as a file manager does."""
         uris = ", ".join(f"'{path.as_uri()}'" for path in paths)
         self.call("org.freedesktop.Application.Open", f"[{uris}]", "{}")
 
@@ -67,7 +67,7 @@ class VelunProgram:
                 for name, value in re.findall(r"'([\w-]+)': <([^>]*)>", text)}
 
     def can(self, action):
-        """Whether the action can be carried out now."""
+        """Whether the action is enabled."""
         actions = self.call("org.freedesktop.DBus.Properties.Get", APPLICATION, "Actions")
         return f"'{action}': <true>" in actions
 
@@ -75,7 +75,7 @@ class VelunProgram:
         self._desktop.wait(f"{name} to be {value}", lambda: self.state().get(name) == value)
 
     def wait_until_capturing(self):
-        """Until the program's capture is linked to the output."""
+        """Waits until PipeWire has linked the program's capture to the output."""
         self._desktop.wait("the capture",
                            lambda: f"{SINK}:monitor" in self._desktop.run("pw-link", "-o", "-l")
                            and "Velun" in self._desktop.run("pw-link", "-l"))
@@ -84,12 +84,12 @@ class VelunProgram:
         return sorted(self.sessions.glob("*.json"))
 
     def quit(self):
-        """Ends it by its command; returns the exit status."""
+        """Quits by the action; returns the exit status."""
         self.action("quit")
         return self.process.wait(30)
 
     def terminate(self, times=1):
-        """Ends it by signals; returns the exit status."""
+        """Sends SIGTERM; returns the exit status."""
         for _ in range(times):
             self.process.send_signal(signal.SIGTERM)
         return self.process.wait(30)

@@ -1,4 +1,4 @@
-"""Checks the tree against the rules of the house, and the rules against samples that break them."""
+"""Checks the source tree against the rules, and the rules against samples that break them."""
 
 import json
 import re
@@ -12,8 +12,15 @@ SOURCES = sorted(p for p in (ROOT / "src").rglob("*") if p.suffix in (".h", ".cp
 CODE = SOURCES + sorted(p for folder in ("tests", "bench") for p in (ROOT / folder).rglob("*")
                         if p.suffix in (".h", ".cpp"))
 
-SCRIPTS = sorted(p for folder in ("tests", "scripts") for p in (ROOT / folder).rglob("*.py")
-                 if not p.is_relative_to(ROOT / "tests" / "house"))
+
+
+def is_python(path):
+    return path.suffix == ".py" or (path.is_file() and not path.suffix
+                                    and path.read_bytes().startswith(b"#!/usr/bin/env python3"))
+
+
+SCRIPTS = sorted(p for folder in ("tests", "scripts") for p in (ROOT / folder).rglob("*")
+                 if is_python(p) and not p.is_relative_to(ROOT / "tests" / "house"))
 
 # Files that do not keep to the newest rules yet.
 UNCONVERTED = {

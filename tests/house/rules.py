@@ -1,4 +1,4 @@
-"""What the tree has to keep to, as functions from text to complaints."""
+"""The rules for the source tree, as functions that take text and return violations."""
 
 import re
 
@@ -42,7 +42,7 @@ SYSTEM_LIBRARIES = {
 
 
 def layer_of(path):
-    """The layer of a file, its path given below src/ ("ui/caption/caption_view.h")."""
+    """The layer of a file by its path below src/ ("ui/caption/caption_view.h")."""
     parts = path.split("/")
     if parts[0] == "app":
         return "app"
@@ -54,14 +54,14 @@ def layer_of(path):
 
 
 def allowed_for(layer):
-    """The layers that a layer may use, itself included."""
+    """The layers that a layer may use, including itself."""
     if layer.endswith(INSIDE):
         return INTERFACES | {"language", MEDIA_SERVER, layer}
     return ALLOWED[layer] | {layer}
 
 
 def include_complaints(path, text):
-    """Includes that point against the arrows of dependency."""
+    """Includes that the layers do not allow."""
     layer = layer_of(path)
     if layer == "app":
         return
@@ -77,21 +77,21 @@ def include_complaints(path, text):
 
 
 def declared_layers(folder, cmake_text):
-    """Of each library that a folder below src/ declares: its name, its layer, what it links."""
+    """Name, layer and links of each library that a folder below src/ declares."""
     for body in re.findall(r"velun_layer\(([^)]*)\)", cmake_text):
         words = body.split()
         links = words[words.index("LINKS") + 1:] if "LINKS" in words else []
         layers = {layer_of(f"{folder}/{word}") for word in words if re.search(r"\.(h|cpp)$", word)}
-        # The inside of a service may list the interface's headers for the toolkit's generator.
+        # The inside of a service may list headers of the interface for moc.
         yield words[0], max(layers, key=len), links
-    # What a library links without showing it to those above.
+    # Private links.
     for body in re.findall(r"target_link_libraries\(([^)]*)\)", cmake_text):
         words = body.split()
         yield words[0], None, words[2:]
 
 
 def link_complaints(declarations):
-    """Libraries that link what their folder may not include."""
+    """Links that the layers do not allow."""
     layers = {name: layer for name, layer, _ in declarations if layer}
     for name, _, links in declarations:
         layer = layers.get(name)
@@ -102,15 +102,15 @@ def link_complaints(declarations):
                 yield f"{name} ({layer}) may not link {link} ({layers[link]})"
 
 
-# The words of the map's table.
-SPOKEN = {"foundation": {FOUNDATION}, "language": {"language"}, "interfaces": INTERFACES,
+# The words of the table in ARCHITECTURE.md.
+WORDS = {"foundation": {FOUNDATION}, "language": {"language"}, "interfaces": INTERFACES,
           "other interfaces": INTERFACES, "its interface": set(), "model": {"model"},
           "settings": {"settings"}, "audio": {"audio"}, "translation": {"translation"},
           "captions": {"captions"}, "media server": {MEDIA_SERVER}, "nothing of ours": set()}
 
 
 def layers_of_row(folder):
-    """The layers that a row of the map's table speaks of."""
+    """The layers of a row of the table."""
     name = re.match(r"`src/([^`]+)`", folder)
     if name[1] == "platform/<service>":
         return INTERFACES - {FOUNDATION}
@@ -120,7 +120,7 @@ def layers_of_row(folder):
 
 
 def map_complaints(architecture):
-    """Rows of the table in ARCHITECTURE.md that say another thing than the rules here."""
+    """Rows of the table in ARCHITECTURE.md that contradict these rules."""
     rows = re.findall(r"^\| (`src/[^|]*) \| [^|]* \| ([^|]*) \|$", architecture, re.M)
     spoken_of = set().union(*(layers_of_row(folder) for folder, _ in rows))
     missing = set(ALLOWED) - spoken_of
@@ -131,7 +131,7 @@ def map_complaints(architecture):
             continue
         own, *exceptions = uses.split("; ")
         for layer in layers_of_row(folder):
-            said = set().union(*(SPOKEN[word] for word in own.split(", ")))
+            said = set().union(*(WORDS[word] for word in own.split(", ")))
             for exception in exceptions:
                 service, _, more = exception.partition(" also ")
                 if layer == "platform/" + service:
@@ -145,7 +145,7 @@ def without_comments(text):
 
 
 def call_arguments(text, start):
-    """The arguments of the call whose opening parenthesis is at `start`, split at top level."""
+    """The arguments of the call whose opening parenthesis is at `start`."""
     arguments, depth, current, quoted, i = [], 0, "", False, start
     while i < len(text):
         c = text[i]
@@ -181,12 +181,12 @@ def literals(expression):
     return "".join(re.findall(r'"((?:[^"\\]|\\.)*)"', expression))
 
 
-# The same in both languages by intent: names, formats.
+# Names and formats that are the same in both languages.
 SAME_IN_BOTH = {"Markdown (.md)", "Velun", " · ", "Velun — ", "OK"}
 
 
 def text_complaints(path, text):
-    """Texts that stand in one language only."""
+    """Texts that are in one language only."""
     code = without_comments(text)
     for match in re.finditer(r"(?<![\w:>.])L\(", code):
         arguments = call_arguments(code, match.end() - 1)
@@ -212,7 +212,7 @@ NO_LANGUAGE = {"", "Velun", "English", "한국어", "Language · 언어"}
 
 
 def untranslated_complaints(path, text):
-    """Literals that are shown without having passed through `L`."""
+    """Literals that are shown without `L`."""
     code = without_comments(text)
     for match in re.finditer(r"\b(" + "|".join(SHOWN_BY) + r")\(", code):
         arguments = call_arguments(code, match.end() - 1)
@@ -224,7 +224,7 @@ def untranslated_complaints(path, text):
 
 
 def size_complaints(line_counts):
-    """Whether too many files are long. `line_counts` maps paths to numbers of lines."""
+    """Checks that nine in ten files have fewer than 400 lines. `line_counts`: path → lines."""
     counts = sorted(line_counts.values())
     ninth = counts[int(len(counts) * 0.9)]
     if ninth >= 400:
@@ -237,7 +237,7 @@ def licence_complaints(path, text):
 
 
 def option_complaints(models, description, code):
-    """Options of the catalogue's models that nobody describes or nothing reads."""
+    """Options of models that are not described or not read."""
     for name in sorted({name for model in models for name in model.get("options", {})}):
         if f"`{name}`" not in description:
             yield f"The option {name} is not described"
@@ -283,8 +283,8 @@ def restricted_complaints(path, text):
 
 
 FIXED_WAITS = {
-    ".py": r"\btime\.sleep\(",
-    ".cpp": r"\bqWait\(\s*\d|\bqSleep\(|\b[mu]sleep\(|\bsleep_(?:for|until)\(|::sleep\(",
+    "python": r"\btime\.sleep\(",
+    "c++": r"\bqWait\(\s*\d|\bqSleep\(|\b[mu]sleep\(|\bsleep_(?:for|until)\(|::sleep\(",
 }
 MAY_SLEEP = {"scripts/lib/private_desktop.py",  # polls conditions
              "tests/desktop/faults/sound_test.py",  # the fault is a machine that sleeps
@@ -293,7 +293,7 @@ MAY_SLEEP = {"scripts/lib/private_desktop.py",  # polls conditions
 
 def fixed_wait_complaints(path, text):
     """Waits of tests for a time instead of a condition."""
-    pattern = FIXED_WAITS[".py" if path.endswith(".py") else ".cpp"]
+    pattern = FIXED_WAITS["c++" if path.endswith((".cpp", ".h")) else "python"]
     if path not in MAY_SLEEP:
         for match in re.finditer(pattern, text):
             yield f"{path}: {match[0]} waits for a time instead of a condition"

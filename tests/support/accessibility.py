@@ -1,8 +1,8 @@
-"""Drives programs on a private desktop as assistive technology does: through the accessibility
-bus. It speaks to that bus itself, because the usual client library keeps to one bus a process.
+"""Controls programs on a private desktop through the accessibility bus, as assistive technology does.
+It uses D-Bus directly, because libatspi supports only one accessibility bus per process.
 
-Needs the system's Python (its bindings of D-Bus). Everything is read anew at each access, and an
-action does not wait for its effect, which may be a dialog that stays open: wait for what it shows.
+Needs the system's Python with python3-dbus. Properties are read again at each access. An action does
+not wait for its effect, which may be a dialog that stays open: wait for what it shows.
 """
 
 import dbus
@@ -32,13 +32,13 @@ STATES = ("invalid active armed busy checked collapsed defunct editable enabled 
 
 
 class Accessibility:
-    """The accessibility bus of a desktop, on which programs that are started later appear."""
+    """The accessibility bus of a desktop. Programs that are started later appear on it."""
 
     def __init__(self, desktop):
         self.desktop = desktop
         desktop.start([LAUNCHER, "--launch-immediately", "--a11y=1"], log="accessibility")
         self._session = dbus.bus.BusConnection(desktop.environment["DBUS_SESSION_BUS_ADDRESS"])
-        # A call before that would start a second launcher that leaves accessibility off.
+        # A call before that would start a second launcher, which leaves accessibility off.
         desktop.wait("the accessibility bus", lambda: self._session.name_has_owner(LAUNCHER_NAME))
         self._address = str(self._session.call_blocking(
             LAUNCHER_NAME, "/org/a11y/bus", LAUNCHER_NAME, "GetAddress", "", []))
@@ -74,7 +74,7 @@ class Accessibility:
 
 
 class Node:
-    """One accessible object. One that is gone has no name, no children and no states."""
+    """An accessible object. One that was destroyed has no name, children or states."""
 
     def __init__(self, accessibility, program, path):
         self._accessibility = accessibility
@@ -101,7 +101,7 @@ class Node:
 
     @property
     def role(self):
-        """As in the list of roles of the standard, for example "push button"."""
+        """The name of its AT-SPI role, for example "push button"."""
         return str(self._call(ACCESSIBLE, "GetRoleName", default=""))
 
     @property
@@ -127,7 +127,7 @@ class Node:
 
     @property
     def label(self):
-        """The name of the label that belongs to it; empty without one."""
+        """The name of its label; empty if it has none."""
         for kind, targets in self._call(ACCESSIBLE, "GetRelationSet", default=()):
             if kind == LABELLED_BY:
                 return " ".join(Node(self._accessibility, str(program), str(path)).name
@@ -146,7 +146,7 @@ class Node:
                      self._call(COMPONENT, "GetExtents", "u", SCREEN, default=(0, 0, 0, 0)))
 
     def character_extents(self, offset):
-        """As `extents`, of one character of its text."""
+        """Like `extents`, for one character of its text."""
         return tuple(int(number) for number in self._call(
             TEXT, "GetCharacterExtents", "iu", offset, SCREEN, default=(0, 0, 0, 0)))
 
@@ -182,17 +182,17 @@ class Node:
             yield from child.walk()
 
     def find_all(self, role=None, name=None, label=None):
-        """Everything below it of this role, name and label, in the order of the tree."""
+        """All descendants with this role, name and label, in tree order."""
         return [node for node in self.walk()
                 if (role is None or node.role == role) and (name is None or node.name == name)
                 and (label is None or node.label == label)]
 
     def find(self, role=None, name=None, label=None):
-        """The first of them; none when there is none."""
+        """The first matching descendant; none if there is none."""
         return next(iter(self.find_all(role, name, label)), None)
 
     def wait_for(self, role=None, name=None, label=None):
-        """The first of them that shows, once there is one."""
+        """Waits for a visible matching descendant, and returns the first."""
         what = " ".join(f"{key} “{value}”" for key, value in
                         (("role", role), ("name", name), ("label", label)) if value is not None)
         try:
@@ -202,7 +202,7 @@ class Node:
             raise AssertionError(f"{error} in\n{self.tree()}") from None
 
     def do(self, action):
-        """Asks for an action by its name."""
+        """Performs an action by its name."""
         assert action in self.actions, f"{self} has only {self.actions}"
         self._send(ACTION, "DoAction", "i", self.actions.index(action))
 
@@ -218,7 +218,7 @@ class Node:
             self.do("Toggle")
 
     def choose(self, title):
-        """Opens a chooser (combo box) and picks an entry with the keyboard, as its users do."""
+        """Opens a combo box and selects an entry with the keyboard."""
         self.do("ShowMenu")
         desktop = self._accessibility.desktop
         # Its rows are there even while it is closed, so its state tells.
@@ -229,20 +229,20 @@ class Node:
                      lambda: self.name == title and "expanded" not in self.states)
 
     def entries(self):
-        """The titles that a chooser offers."""
+        """The entries of a combo box."""
         return [item.name for item in self.find_all("list item")]
 
     def set_text(self, text):
         self._send(EDITABLE_TEXT, "SetTextContents", "s", text)
 
     def click(self, button=1):
-        """Clicks into its middle with the pointer."""
+        """Clicks its center with the pointer."""
         left, top, width, height = self.extents
         self._accessibility.desktop.run("xdotool", "mousemove", left + width // 2,
                                         top + height // 2, "click", button)
 
     def tree(self, depth=0):
-        """It and everything below it as text, for messages and for writing tests."""
+        """The object and its descendants as text, for messages and for writing tests."""
         text = f" = {self.text!r}" if TEXT in self.interfaces else ""
         label = f" ({self.label})" if self.label else ""
         line = "  " * depth + f"{self.role} “{self.name}”{label}{text}: {' '.join(sorted(self.states))}"

@@ -1,4 +1,4 @@
-"""What a program and its helpers take of the machine at a moment."""
+"""Memory, CPU time and handles of a program and its child processes."""
 
 import os
 import re
@@ -47,7 +47,7 @@ def add_process(usage, process):
 
 
 def usage_of(process):
-    """Of the process and all that descend from it."""
+    """The usage of a process and all of its descendants."""
     usage = Usage(resident=kib("VmRSS", Path(f"/proc/{process}/status").read_text()))
     for member in family(process):
         add_process(usage, member)

@@ -1,4 +1,4 @@
-"""Tests of the real program on a desktop of its own, driven through the accessibility bus."""
+"""Base class of tests that control the real program through the accessibility bus."""
 
 import os
 import unittest
@@ -9,7 +9,7 @@ from velun_program import APPLICATION, VelunProgram
 
 
 class ProgramCase(unittest.TestCase):
-    """Each test gets a desktop with a tray, so that no window shows before one is asked for."""
+    """Each test has a desktop with a tray; without a tray a window would open at the start."""
 
     screen = "1280x800"
 
@@ -28,12 +28,12 @@ class ProgramCase(unittest.TestCase):
         self.assertEqual(self.program.quit(), 0, self.program.log())
 
     def open_window(self, action, title):
-        """Opens a window by an action of the program; returns its accessible object."""
+        """Opens a window by an action; returns its accessible object."""
         self.program.action(action)
         return self.window(title)
 
     def window(self, title):
-        """Waits for a window of the program and for the keyboard to be with it."""
+        """Waits until a window of the program is active, and returns it."""
         window = self.application.wait_for(name=title)
         try:
             self.wait(f"“{title}” to be active", lambda: "active" in window.states)
@@ -42,8 +42,8 @@ class ProgramCase(unittest.TestCase):
         return window
 
     def note_what_is_opened(self):
-        """Puts a command in the place of the desktop's opener that only notes what it is to open;
-        the file that it notes it in. Before the launch.
+        """Replaces xdg-open by a command that writes its argument to a file; returns the file. Call it
+        before launch().
         """
         opened = self.desktop.root / "opened"
         tools = self.desktop.root / "bin"
@@ -58,7 +58,7 @@ class ProgramCase(unittest.TestCase):
         return self.desktop.wait(what, condition)
 
     def preference(self, key):
-        """As stored; none before it was ever written."""
+        """The stored value; none if it was never written."""
         if not self.program.preferences.exists():
             return None
         return self.program.read_preferences().get(key)

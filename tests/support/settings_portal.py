@@ -1,5 +1,5 @@
-"""The settings portal of a desktop, told on the standard input what users ask for: lines of the form
-"GROUP KEY NUMBER". Each is answered with "told", the start with "ready".
+"""The settings portal of a desktop. Prints "ready", then sets a value for each line "GROUP KEY NUMBER"
+of its standard input and prints "told".
 """
 
 import sys
@@ -29,7 +29,7 @@ class Portal(dbus.service.Object):
         self.settings.setdefault(group, {})[key] = value
 
 
-def obey(channel, _):
+def set_value(channel, _):
     line = channel.readline()
     if not line:
         loop.quit()
@@ -43,6 +43,6 @@ def obey(channel, _):
 dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)
 portal = Portal(dbus.SessionBus())
 loop = GLib.MainLoop()
-GLib.io_add_watch(sys.stdin, GLib.IO_IN | GLib.IO_HUP, obey)
+GLib.io_add_watch(sys.stdin, GLib.IO_IN | GLib.IO_HUP, set_value)
 print("ready", flush=True)
 loop.run()

@@ -1,4 +1,4 @@
-"""Tests of the real program that let it caption speech and answer its questions."""
+"""Base classes of tests in which the real program captions speech."""
 
 import json
 import os
@@ -17,7 +17,7 @@ QUESTION_BUTTONS = ("Save Session", "Don’t Save", "Cancel")
 
 
 class PlainCase(unittest.TestCase):
-    """Each test has a desktop of its own."""
+    """Each test has its own desktop."""
 
     def setUp(self):
         self.desktop = self.enterContext(PrivateDesktop())
@@ -56,7 +56,7 @@ class SpokenCase(unittest.TestCase):
 
     @property
     def data(self):
-        """The folder of everything that the program saves."""
+        """The folder of the session files."""
         return self.program.sessions.parent
 
     def launch(self, **preferences):
@@ -70,7 +70,7 @@ class SpokenCase(unittest.TestCase):
         self.program.wait_until_capturing()
 
     def speak(self):
-        """Says something and waits for its line."""
+        """Plays a phrase and waits for its line."""
         before = self.transcript()
         self.desktop.play(self.clip)
         self.desktop.wait("a line", lambda: self.program.can("save-session")
@@ -90,14 +90,14 @@ class SpokenCase(unittest.TestCase):
         return self.application.find("notification", "Status").description
 
     def questions(self):
-        """The alerts in view."""
+        """The visible alerts."""
         return [dialog for dialog in self.application.find_all("dialog") if dialog.is_showing]
 
     def wait_for_question(self, title):
         return self.application.wait_for("dialog", title)
 
     def answer(self, title, button):
-        """Answers an alert once it is there."""
+        """Waits for an alert and presses a button of it."""
         self.wait_for_question(title).wait_for("push button", button).press()
         self.desktop.wait("the answer to be taken",
                           lambda: title not in [dialog.name for dialog in self.questions()])
@@ -106,7 +106,7 @@ class SpokenCase(unittest.TestCase):
         return [json.loads(path.read_text()) for path in self.program.session_files()]
 
     def make_saving_fail(self):
-        """Also the superuser cannot write below a file."""
+        """Replaces the folder by a file: not even root can write below a file."""
         shutil.rmtree(self.data, ignore_errors=True)
         self.data.write_text("")
 
@@ -114,7 +114,7 @@ class SpokenCase(unittest.TestCase):
         self.assertEqual(self.program.process.wait(30), 0, self.program.log())
 
     def assert_handles_events(self):
-        """Whatever it was asked before has been dealt with once this returns."""
+        """Returns when the program has handled all earlier requests."""
         before = self.program.state()["toggle-keep-on-top"]
         self.program.action("toggle-keep-on-top")
         self.program.wait_for_state("toggle-keep-on-top", not before)

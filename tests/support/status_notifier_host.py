@@ -1,5 +1,5 @@
-"""A StatusNotifier watcher and host in one, with a client for the item's menu, driven by lines on
-the standard input: item, tip, menu, click TITLE, activate, context. Each is answered with one line.
+"""A StatusNotifier watcher and host with a client for the item's menu. Executes the commands on its
+standard input (item, tip, menu, click TITLE, activate, context) and prints one line for each.
 """
 
 import sys
@@ -14,7 +14,7 @@ ITEM = "org.kde.StatusNotifierItem"
 MENU = "com.canonical.dbusmenu"
 PROPERTIES = {"IsStatusNotifierHostRegistered": dbus.Boolean(True), "ProtocolVersion": dbus.Int32(0),
               "RegisteredStatusNotifierItems": dbus.Array([], signature="s")}
-# The toolkit reads the properties only where the introspection declares them.
+# Qt reads only properties that the introspection declares.
 DECLARED = "".join(f'<property name="{name}" type="{kind}" access="read"/>' for name, kind in
                    (("IsStatusNotifierHostRegistered", "b"), ("ProtocolVersion", "i"),
                     ("RegisteredStatusNotifierItems", "as")))
@@ -103,7 +103,7 @@ class Host:
             return False
         return True
 
-    def hear(self, *_):
+    def read_command(self, *_):
         command = sys.stdin.readline().strip()
         if not command:
             self.loop.quit()
@@ -119,7 +119,7 @@ class Host:
 
     def run(self):
         self.loop = GLib.MainLoop()
-        GLib.io_add_watch(sys.stdin, GLib.IO_IN | GLib.IO_HUP, self.hear)
+        GLib.io_add_watch(sys.stdin, GLib.IO_IN | GLib.IO_HUP, self.read_command)
         print("ready", flush=True)
         self.loop.run()
 

@@ -1,4 +1,4 @@
-"""Two kinds of tray, with the program's icon in them, and the menu that it opens."""
+"""The two kinds of tray, the program's icon in them, and its menu."""
 
 import re
 from pathlib import Path
@@ -10,7 +10,7 @@ LARGEST_ICON = 32  # pixels
 
 
 class EmbeddedTray:
-    """A tray that takes windows into its own."""
+    """An XEmbed tray: it embeds the windows of icons."""
 
     def __init__(self, desktop):
         self._desktop = desktop
@@ -26,7 +26,7 @@ class EmbeddedTray:
         pass
 
     def icon(self):
-        """The program's window inside that of the tray; none when there is none."""
+        """The program's window inside the tray's; none if there is none."""
         tree = self._desktop.run("xwininfo", "-root", "-tree")
         own = re.search(r'0x([0-9a-f]+) "Qt Selection Owner for app\.velun', tree)
         if not own:
@@ -38,7 +38,7 @@ class EmbeddedTray:
         return None
 
     def wait_for_icon(self):
-        """Until it is in its place; the tray moves what it holds while it makes room."""
+        """Waits until the icon stands still: the tray moves icons when it makes room."""
         places = []
 
         def has_settled():
@@ -79,18 +79,18 @@ class BusTray:
         self._ask("item", "there")
 
     def activate(self):
-        """As most hosts do for a plain click."""
+        """What most hosts do for a click."""
         self._ask("activate", "activated")
 
     def context(self):
-        """As hosts do for the right button that leave the menu to the program."""
+        """What hosts without a menu of their own do for a right click."""
         self._ask("context", "opened")
 
     def tip(self):
         return self._ask("tip")
 
     def menu(self):
-        """What the host would show: title → (enabled, checked)."""
+        """The menu as the host shows it: title → (enabled, checked)."""
         items = {}
         for entry in self._ask("menu").split("\t"):
             title, enabled, checked = entry.split("|")
@@ -111,10 +111,10 @@ class BusTray:
 
 
 def open_menu(desktop):
-    """The menu that the program itself has opened; none when there is none."""
+    """The window of the menu that the program has opened; none if there is none."""
     for window in desktop.run("xdotool", "search", "--onlyvisible", "--class", "velun").split():
         about = desktop.run("xwininfo", "-id", window)
-        # Window managers have nothing to do with menus; the icon is no wider than it is tall.
+        # Menus bypass the window manager, and so does the icon, which is small.
         width = re.search(r"Width: (\d+)", about)
         if "Override Redirect State: yes" in about and int(width[1]) > LARGEST_ICON:
             return window

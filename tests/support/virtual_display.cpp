@@ -7,15 +7,15 @@ namespace velun::test {
 
 namespace {
 
-constexpr int kStartTime = 30000;
+constexpr int kTimeout = 30'000;
 
 }  // namespace
 
 VirtualDisplay::VirtualDisplay() {
   process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-  process_.start(QStringLiteral(VELUN_TEST_SUPPORT "/virtual_display"), QStringList());
+  process_.start(QStringLiteral("python3"), {"-B", VELUN_PRIVATE_DESKTOP});
   while (!process_.canReadLine()) {
-    if (!process_.waitForReadyRead(kStartTime)) qFatal("The virtual display did not start");
+    if (!process_.waitForReadyRead(kTimeout)) qFatal("The virtual display did not start");
   }
   qputenv("DISPLAY", process_.readLine().trimmed());
   qputenv("QT_QPA_PLATFORM", "xcb");
@@ -23,7 +23,7 @@ VirtualDisplay::VirtualDisplay() {
 
 VirtualDisplay::~VirtualDisplay() {
   process_.closeWriteChannel();
-  process_.waitForFinished(kStartTime);
+  process_.waitForFinished(kTimeout);
 }
 
 QString VirtualDisplay::run(const QString& program, const QStringList& arguments) {

@@ -7,18 +7,17 @@
 
 namespace velun::test {
 
-/// A display with a window manager and a compositor, for as long as this lives. Made before the
-/// application object, which then runs on it.
+/// A display with a window manager and a compositor that ends with this object. Create it before the
+/// application object, which then uses it.
 class VirtualDisplay final {
  public:
   VirtualDisplay();
   ~VirtualDisplay();
 
-  /// Runs a program on the display, such as xdotool, and gives what it wrote. The event loop goes
-  /// on meanwhile.
+  /// Runs a program on the display, such as xdotool, and returns its output. The event loop keeps
+  /// running.
   static QString run(const QString& program, const QStringList& arguments);
 
-  /// Moves the pointer there, as a user would.
   static void movePointer(int x, int y);
   static void pressButton();
   static void releaseButton();

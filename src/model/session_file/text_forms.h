@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/foundation/instant.h"
+#include "platform/foundation/clock.h"
 
 #include <optional>
 #include <QUuid>

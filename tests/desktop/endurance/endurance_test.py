@@ -1,6 +1,6 @@
-"""The real program captions speech for a long time, with translation, saving every line.
+"""The real program captions and translates speech for a long time and saves every line.
 
-VELUN_ENDURANCE_MINUTES says how long (10, at least 3). VELUN_ENDURANCE_RESULTS names a file for the samples.
+VELUN_ENDURANCE_MINUTES: duration (default 10, minimum 3). VELUN_ENDURANCE_RESULTS: file for samples.
 """
 
 import csv
@@ -24,10 +24,10 @@ MINUTES = float(os.environ.get("VELUN_ENDURANCE_MINUTES", "10"))
 RESULTS = os.environ.get("VELUN_ENDURANCE_RESULTS")
 
 SAMPLE_EVERY = 10.0  # seconds
-# Until then everything happens for the first time, and nothing is compared.
-WARM_UP = 0.2  # of the time
-# The start and the end that are compared.
-COMPARED = 0.25  # of the time after the warm-up
+# Not compared, because caches are being filled.
+WARM_UP = 0.2  # of the duration
+# The first and the last part are compared.
+COMPARED = 0.25  # of the duration after the warm-up
 PAUSE_BETWEEN_CLIPS = 0.6  # seconds
 PAUSE_BETWEEN_ROUNDS = 8.0  # seconds
 LANGUAGE = "es"

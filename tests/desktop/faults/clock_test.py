@@ -23,7 +23,7 @@ class Clock(FaultCase):
         self.program.prefix = ["env", *(f"{name}={value}" for name, value in preset.items())]
 
     def move_clock(self, seconds):
-        """As others see it, the new time is there at once."""
+        """Sets the clock; it applies at once."""
         whole = self.offset.with_suffix(".new")
         whole.write_text(f"{seconds:+d}")
         whole.rename(self.offset)
@@ -56,7 +56,7 @@ class Clock(FaultCase):
         self.quit()
 
     def check_the_library_reads_it(self):
-        """Although it ends before it began."""
+        """The session ends before its start."""
         session = self.session()
         self.assertLess(session["endedAt"], session["startedAt"])
         self.program.action("show-history")

@@ -1,4 +1,4 @@
-"""The tray and the display server."""
+"""Faults of the tray and the display server."""
 
 import unittest
 from pathlib import Path

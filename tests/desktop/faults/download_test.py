@@ -1,4 +1,4 @@
-"""A model download whose connection goes away."""
+"""A model download whose connection is lost."""
 
 import http.server
 import threading
@@ -12,8 +12,8 @@ PIECE = 300_000  # bytes
 
 
 class Server(http.server.ThreadingHTTPServer):
-    """A mirror on the loopback that breaks off every answer after a piece, and remembers from where
-    files were asked for."""
+    """A mirror on the loopback interface that interrupts every response after a part, and records the
+    requested ranges."""
 
     def __init__(self, port=0):
         super().__init__(("127.0.0.1", port), Handler)

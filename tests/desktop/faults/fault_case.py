@@ -1,4 +1,4 @@
-"""What the tests of faults share: the real program that captions, translates and saves."""
+"""Base class of tests of faults: the real program captions, translates and saves."""
 
 import json
 import os
@@ -34,7 +34,7 @@ class FaultCase(unittest.TestCase):
         self.program.wait_until_capturing()
 
     def toggle_captions(self):
-        """Once it can be done: not while they are still being switched."""
+        """Waits until the action is enabled: it is not while captions start or stop."""
         self.desktop.wait("captions to be switched", lambda: self.program.can("toggle-captions"),
                           PATIENCE)
         self.program.action("toggle-captions")
@@ -44,17 +44,17 @@ class FaultCase(unittest.TestCase):
         self.application = self.accessibility.application(APPLICATION)
 
     def shown_paragraphs(self):
-        """What the panel shows: originals, translations and the draft."""
+        """The paragraphs of the panel: originals, translations and the draft."""
         shown = self.application.find("text", "Caption Text")
         return shown.text.splitlines() if shown else []
 
     def shown_status(self):
-        """The panel's status line; empty when it says nothing."""
+        """The panel's status line; may be empty."""
         label = self.application.find("notification", "Status")
         return label.description if label else ""
 
     def saved_lines(self):
-        """Original and translation of each line in the one session file."""
+        """Original and translation of each line of the only session file."""
         files = self.program.session_files()
         self.assertLessEqual(len(files), 1)
         if not files:
@@ -66,7 +66,7 @@ class FaultCase(unittest.TestCase):
         return [tuple(pair) for pair in zip(*[iter(self.shown_paragraphs())] * 2)]
 
     def speak(self):
-        """Plays a phrase until it is shown, translated and saved; returns what is saved then."""
+        """Plays a phrase, waits until it is shown, translated and saved, and returns the saved lines."""
         before = len(self.saved_lines())
         self.say()
         return self.wait_for_lines(before + 1)
@@ -83,7 +83,7 @@ class FaultCase(unittest.TestCase):
         return lines
 
     def wait_for_status(self, *parts):
-        """Until the panel's status line says all the parts; without parts, until it is empty."""
+        """Waits until the status line contains all parts; without parts, until it is empty."""
         said = []
 
         def is_said():
@@ -95,7 +95,7 @@ class FaultCase(unittest.TestCase):
             raise AssertionError(f"{error}; it says {said}; {self.program.log()}") from None
 
     def assert_kept(self, lines):
-        """Lines that were finished are still in the file, in order."""
+        """Checks that the file still begins with these lines."""
         self.assertEqual(self.saved_lines()[:len(lines)], lines)
 
     def quit(self):

@@ -1,4 +1,4 @@
-"""The helper programs and the files that they work with."""
+"""Faults of helper programs and model files."""
 
 import os
 import signal
@@ -67,7 +67,7 @@ class Recognizer(FaultCase):
         self.quit()
 
     def test_a_helper_that_is_killed_in_the_middle_of_a_phrase(self):
-        """What was shown of the phrase becomes a line."""
+        """The draft of the phrase becomes a line."""
         self.start_captions()
         lines = self.speak()
         self.desktop.play(self.phrase)
@@ -99,7 +99,7 @@ class Recognizer(FaultCase):
         self.quit()
 
     def test_a_model_that_is_damaged_on_the_disk(self):
-        """After it was verified, and without a trace in its size and time."""
+        """Damages a model after its verification, without changing its size and time."""
         self.start_captions()
         lines = self.speak()
         self.toggle_captions()
@@ -114,7 +114,7 @@ class Recognizer(FaultCase):
         self.quit()
 
     def test_a_model_that_is_cut_off_on_the_disk(self):
-        """It is not taken any more; the built-in recognizer goes on."""
+        """The damaged model is no longer used; the built-in recognizer takes over."""
         self.start_captions()
         lines = self.speak()
         self.toggle_captions()
@@ -129,7 +129,7 @@ class Recognizer(FaultCase):
 
 
 def damage(path):
-    """Other bytes in the middle, as of a failing disk."""
+    """Overwrites bytes in the middle of a file, as a failing disk would."""
     status = path.stat()
     with path.open("r+b") as file:
         for at in range(0, status.st_size - 64, 4096):

@@ -1,4 +1,4 @@
-"""Ends of the program in the middle of a save."""
+"""The program is killed while it saves."""
 
 import json
 import os
@@ -47,8 +47,8 @@ class Kill(FaultCase):
             self.program.action("save-session")
 
     def signal_in_a_save(self, file, number):
-        """Every save writes beside the file; the program is held as soon as that is seen. Where it
-        had written everything by then, the next save is met."""
+        """Every save writes a temporary file; the program is stopped as soon as it appears. If the save
+        is already complete by then, the next one is tried."""
         process = self.program.process
         part = file.with_name(f".{file.name}.velun-part")
         end = time.monotonic() + PATIENCE
@@ -67,7 +67,7 @@ class Kill(FaultCase):
 
 
 def state_of(process):
-    """A letter, as in proc(5)."""
+    """The state of a process, a letter as in proc(5)."""
     return Path(f"/proc/{process.pid}/stat").read_text().rpartition(")")[2].split()[0]
 
 

@@ -1,4 +1,4 @@
-"""The sound server, its devices and the machine's sleep."""
+"""Faults of PipeWire and its devices, and a machine that sleeps."""
 
 import os
 import signal
@@ -92,7 +92,7 @@ class Sound(FaultCase):
         self.quit()
 
     def test_a_machine_that_sleeps(self):
-        """Everything stands still for a while, also in the middle of a phrase."""
+        """All processes stop for a while, in the middle of a phrase."""
         self.start_captions()
         lines = self.speak()
         player = self.desktop.play(self.phrase)
@@ -100,7 +100,7 @@ class Sound(FaultCase):
         asleep = [player.pid, self.sound_manager.pid, self.sound_server.pid,
                   *family(self.program.process.pid)]
         self.send_all(signal.SIGSTOP, asleep)
-        time.sleep(5)  # the fault itself; nothing runs that could be waited for
+        time.sleep(5)  # the fault itself: nothing runs meanwhile
         self.send_all(signal.SIGCONT, asleep)
         self.wait_for_lines(len(lines) + 1)
         self.speak()

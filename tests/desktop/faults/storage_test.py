@@ -1,4 +1,4 @@
-"""The disk that sessions are saved on."""
+"""Faults of the disk on which sessions are saved."""
 
 import os
 import unittest
@@ -14,7 +14,7 @@ AS_USER = f'exec unshare --user --map-user={os.getuid()} --map-group={os.getgid(
 
 class Storage(FaultCase):
     def run_with(self, mounting, path):
-        """The program will see `path` as the mount command leaves it."""
+        """Runs a mount command in the program's own view of `path`."""
         # $1 is the executable, which comes last.
         self.program.prefix = [*IN_NAMESPACE, f'{mounting.format("$0")} && {AS_USER}', path]
 
@@ -46,7 +46,7 @@ class Storage(FaultCase):
         self.quit()
 
     def test_a_disk_that_stays_full(self):
-        """The end of the program is not the end of what could not be saved: it asks."""
+        """The program asks before it quits with an unsaved session."""
         data = self.desktop.home / "data"
         self.run_with('mount -t tmpfs -o size=1m,mode=0700 tmpfs "{}"', data)
         self.start_captions()
@@ -85,7 +85,7 @@ class Storage(FaultCase):
 
 
 def fill(path):
-    """Takes all the space that is left."""
+    """Fills the disk."""
     with open(path, "wb", buffering=0) as file:
         try:
             while file.write(bytes(4096)):

@@ -1,4 +1,4 @@
-"""Puts the tests' own tiny recognition model where a downloaded model of English would be."""
+"""Installs the tiny recognition model of the tests in place of a downloaded English model."""
 
 import json
 from pathlib import Path
@@ -18,7 +18,7 @@ def model_of(locale):
 
 
 def install(data_home):
-    """As after a download and its verification; returns the model's files by their part."""
+    """Installs the model as if downloaded and verified; returns its files by part."""
     model = model_of(LOCALE)
     folder = data_home / "app.velun.Velun" / "models" / model["id"]
     folder.mkdir(parents=True)

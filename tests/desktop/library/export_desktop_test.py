@@ -10,7 +10,7 @@ FORMATS = ["Markdown (.md)", "Text (.txt)", "Velun Session (.json)"]
 
 
 def time(instant):
-    """As in the texts, which part the time from AM or PM by a narrow no-break space."""
+    """The time as in the exports, with a narrow no-break space before AM and PM."""
     return f"{instant:%I:%M:%S\u202f%p}".lstrip("0")
 
 
@@ -47,7 +47,7 @@ class Exporting(LibraryCase):
         dialog.wait_for("push button", "Save").press()
 
     def exported(self, name):
-        """What an export with the present choices writes."""
+        """The bytes that an export with the current choices writes."""
         path = self.desktop.home / "out" / name
         self.save_as(self.press_export(), path)
         self.wait("the window to go", lambda: not self.export.is_showing)

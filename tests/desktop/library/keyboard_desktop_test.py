@@ -1,4 +1,4 @@
-"""The library's windows by keyboard alone, and what assistive technology is told of each control."""
+"""The library's windows with the keyboard only, and the accessible names of all controls."""
 
 import unittest
 
@@ -18,7 +18,7 @@ class KeyboardCase(LibraryCase):
 
     @staticmethod
     def title_of(node):
-        """What a control is called: by its label, or by itself."""
+        """The name of a control or of its label."""
         return node.label or node.name
 
     def focused(self, window):
@@ -245,7 +245,7 @@ class Settings(KeyboardCase):
 
 
 class Names(KeyboardCase):
-    """Everything that takes the keyboard has a name and a fitting role, in both languages."""
+    """Every focusable control has a name and a suitable role, in both languages."""
 
     TITLES = {"en": ("Velun — Saved Sessions", "Export Session", "Velun Settings"),
               "ko": ("Velun — 저장 기록", "세션 내보내기", "Velun 설정")}
@@ -286,7 +286,7 @@ class Names(KeyboardCase):
 
 
 class Korean(KeyboardCase):
-    """The whole way in Korean: search, read, export, delete."""
+    """Search, read, export and delete in Korean."""
 
     list_name = "저장 기록"
 

@@ -19,7 +19,7 @@ class LargeText(LibraryCase):
         self.settings = self.open_window("show-settings", "Velun Settings")
 
     def check_inside(self, window, line=10):
-        """Every control lies in its window, and is at least as high as a line of its text."""
+        """Every control is inside its window and at least as high as a line of its text."""
         left, top, width, height = window.extents
         shown = [node for node in window.walk() if node.is_showing and node.role in
                  ("label", "combo box", "check box", "push button")]

@@ -1,4 +1,4 @@
-"""What the tests of the saved-sessions window share."""
+"""Base class of tests of the saved-sessions window."""
 
 from datetime import datetime
 
@@ -78,7 +78,7 @@ class LibraryCase(ProgramCase):
         self.wait("the menu", lambda: len(windows()) > before)
 
     def transcript(self):
-        """The text of the detail pane; empty while no session is shown."""
+        """The text of the detail pane; empty if no session is shown."""
         view = self.library.find("text", "Caption Text") or self.library.find("text", "자막 본문")
         return view.text if view and view.is_showing else ""
 

@@ -123,7 +123,7 @@ class Searching(LibraryCase):
         self.quit()
 
     def marked_points(self, view):
-        """How many points of the view have the colour of a mark."""
+        """The number of pixels of the view in the colour of search marks."""
         left, top, width, height = view.extents
         picture = self.desktop.root / "screen.png"
         self.desktop.take_picture(picture)
@@ -140,7 +140,7 @@ class Reading(LibraryCase):
         return self.desktop.run("xclip", "-selection", "clipboard", "-o")
 
     def copy(self):
-        """What the copy button gives."""
+        """The text that the copy button puts on the clipboard."""
         before = self.clipboard()
         self.library.wait_for("push button", "Copy All").press()
         self.library.wait_for("push button", "Copied")
@@ -260,7 +260,7 @@ class Deleting(LibraryCase):
 
 
 class WithoutTrash(LibraryCase):
-    """A session opened from a disk that can only be read, which has no trash either."""
+    """A session on a read-only disk, which has no trash."""
 
     def setUp(self):
         super().setUp()
@@ -272,7 +272,7 @@ class WithoutTrash(LibraryCase):
             self.skipTest("no mount namespaces here")
 
     def in_namespace(self, *command):
-        """The command that runs another one where the disk can only be read."""
+        """A command that runs another one with a read-only disk."""
         mount = 'mount --bind "$0" "$0" && mount -o remount,bind,ro "$0" && exec "$@"'
         return ["unshare", "--map-root-user", "--mount", "sh", "-c", mount, self.disk, *command]
 

@@ -1,4 +1,4 @@
-"""Session files for the tests of the library, written as the program writes them."""
+"""Session files for tests of the library, in the program's format."""
 
 import json
 import uuid
@@ -26,7 +26,7 @@ def session(title, started, lines, minutes=8):
 
 
 def encoded(content):
-    """The bytes that the program writes for a session."""
+    """The session as the program writes it."""
     text = json.dumps(content, indent=2, sort_keys=True, ensure_ascii=False,
                       separators=(",", " : "))
     return text.replace('"translations" : {}', '"translations" : {\n\n      }').encode()

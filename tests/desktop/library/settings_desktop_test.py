@@ -1,4 +1,4 @@
-"""The settings window of the real program: every control, its effect, and what is kept."""
+"""The settings window of the real program: every control, its effect and its stored value."""
 
 import re
 import unittest
@@ -26,7 +26,7 @@ class SettingsCase(ProgramCase):
         return self.settings.wait_for("combo box", label=label)
 
     def languages(self, label, known):
-        """The languages to translate into, once all are there in the order of their names."""
+        """Waits for the list of target languages, sorted by name, and returns it."""
         entries = []
 
         def are_in_order():
@@ -233,7 +233,7 @@ class Languages(SettingsCase):
         self.open_settings()
 
     def shown_names(self):
-        """Every name and description that shows, by window."""
+        """All visible names and descriptions, by window."""
         names = {}
         for window in self.application.children:
             if window.is_showing:

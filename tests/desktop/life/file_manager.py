@@ -1,4 +1,4 @@
-"""A file manager on the session bus that prints what it is asked to show."""
+"""A file manager on the session bus that prints the addresses that it is asked to show."""
 
 import dbus
 import dbus.mainloop.glib

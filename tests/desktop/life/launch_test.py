@@ -1,4 +1,4 @@
-"""Launching the real program: once and again, by other programs, and where something is missing."""
+"""Starting the real program: twice, by other programs, and without a tray, bus or sound server."""
 
 import os
 import re

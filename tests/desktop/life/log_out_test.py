@@ -1,4 +1,4 @@
-"""The end of the user's session, as a session manager asks the real program for it."""
+"""Logging out, with a session manager that asks the real program to end."""
 
 import unittest
 from pathlib import Path

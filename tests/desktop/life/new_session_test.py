@@ -1,4 +1,4 @@
-"""A new session in the real program, with every answer to its question."""
+"""New sessions in the real program, with every answer to its alert."""
 
 import unittest
 
@@ -36,7 +36,7 @@ class NewSession(SpokenCase):
             self.assertIn("endedAt", session)
             # The open list has it.
             self.desktop.wait("the list", lambda: self.application.find("list item", SAVED))
-        with self.subTest("thrown away"):
+        with self.subTest("discarded"):
             self.speak()
             self.program.action("new-session")
             self.answer(QUESTION, "Don’t Save")

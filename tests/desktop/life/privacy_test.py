@@ -1,4 +1,4 @@
-"""What the real program leaves for others: on the disk and on the bus."""
+"""Traces of the real program on the disk and on the bus."""
 
 import os
 import unittest

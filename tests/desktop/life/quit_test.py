@@ -1,4 +1,4 @@
-"""Quitting the real program, with lines in every state and every answer to its question."""
+"""Quitting the real program with lines in every state, and every answer to its alert."""
 
 import signal
 import stat

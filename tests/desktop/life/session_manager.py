@@ -1,6 +1,6 @@
-"""A manager of a user's session for one client, over the X session management protocol. Prints its
-address, then follows lines on the standard input: "log out", which lets the client ask the user, and
-"log out now", which does not. What the client does is printed as it happens, a line each.
+"""A session manager for one client, with the X session management protocol. Prints its address, then
+reads commands from its standard input: "log out", which lets the client ask the user, and "log out
+now", which does not. Prints a line for each event of the client.
 """
 
 import ctypes
@@ -30,7 +30,7 @@ SaveRequest = ctypes.CFUNCTYPE(None, c_void_p, c_void_p, c_int, c_int, c_int, c_
 
 
 class Callbacks(ctypes.Structure):
-    """SmsCallbacks: each function with the pointer that it is given."""
+    """The struct SmsCallbacks: functions with their client data."""
 
     _fields_ = [field for name, kind in (
         ("register", Registration), ("interact_request", NumberEvent),
@@ -40,7 +40,7 @@ class Callbacks(ctypes.Structure):
         for field in ((name, kind), (name + "_data", c_void_p))]
 
 
-def tell(event):
+def report(event):
     print(event, flush=True)
 
 
@@ -49,7 +49,7 @@ class Manager:
         self.client = None
         self.connections = []
         self.is_logging_out = False
-        # The library keeps pointers to them.
+        # libSM keeps pointers to them.
         self.callbacks = Callbacks(
             register=Registration(self.register), interact_request=NumberEvent(self.ask),
             interact_done=NumberEvent(self.asked),
@@ -57,7 +57,7 @@ class Manager:
             save_done=NumberEvent(self.saved), close=ListEvent(self.closed),
             set_properties=ListEvent(lambda *_: None),
             delete_properties=ListEvent(lambda *_: None), get_properties=Event(lambda *_: None))
-        self.new_client = NewClient(self.greet)
+        self.new_client = NewClient(self.accept_client)
         self.admission = Admission(lambda host: 1)
         error = ctypes.create_string_buffer(256)
         assert SM.SmsInitialize(b"velun tests", b"1", self.new_client, None, self.admission,
@@ -70,9 +70,9 @@ class Manager:
         for listener in self.listeners:
             ICE.IceSetHostBasedAuthProc(listener, self.admission)
         addresses = (c_void_p * len(self.listeners))(*(l.value for l in self.listeners))
-        tell(ctypes.string_at(ICE.IceComposeNetworkIdList(len(self.listeners), addresses)).decode())
+        report(ctypes.string_at(ICE.IceComposeNetworkIdList(len(self.listeners), addresses)).decode())
 
-    def greet(self, _, __, mask, callbacks, ___):
+    def accept_client(self, _, __, mask, callbacks, ___):
         mask[0] = EVERY_CALLBACK
         ctypes.memmove(callbacks, byref(self.callbacks), ctypes.sizeof(self.callbacks))
         return 1
@@ -82,33 +82,33 @@ class Manager:
         if previous:
             LIBC.free(c_void_p(previous))
         SM.SmsRegisterClientReply(self.client, c_void_p(SM.SmsGenerateClientID(self.client)))
-        # As the protocol asks for with every new client.
+        # The protocol requires this for every new client.
         SM.SmsSaveYourself(self.client, SAVE_LOCAL, 0, ASK_NOTHING, 0)
         return 1
 
     def ask(self, *_):
-        tell("asks")
+        report("asks")
         SM.SmsInteract(self.client)
 
     def asked(self, _, __, is_cancelled):
         if is_cancelled:
-            tell("cancelled")
+            report("cancelled")
             self.is_logging_out = False
             SM.SmsShutdownCancelled(self.client)
 
     def saved(self, _, __, is_saved):
         if self.is_logging_out:
-            tell("saved")
+            report("saved")
             SM.SmsDie(self.client)
         elif is_saved:
             SM.SmsSaveComplete(self.client)
-            tell("ready")
+            report("ready")
 
     def closed(self, client, _, count, reasons):
         SM.SmFreeReasons(count, c_void_p(reasons))
         SM.SmsCleanUp(c_void_p(client))
         self.client = None
-        tell("gone")
+        report("gone")
 
     def log_out(self, style):
         self.is_logging_out = True
@@ -133,10 +133,10 @@ class Manager:
                 elif number in talking:
                     if ICE.IceProcessMessages(talking[number], None, None) != 0:
                         self.connections.remove(talking[number])
-                elif not self.follow(os.read(0, 100).decode().strip()):
+                elif not self.execute(os.read(0, 100).decode().strip()):
                     return
 
-    def follow(self, command):
+    def execute(self, command):
         if command == "log out":
             self.log_out(ASK_ANYTHING)
         elif command == "log out now":

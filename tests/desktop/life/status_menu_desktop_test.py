@@ -1,4 +1,4 @@
-"""Every item of the status menu in every state, as a host on the session bus shows it."""
+"""Every item of the status menu in every state, as a StatusNotifier host shows it."""
 
 import signal
 import unittest

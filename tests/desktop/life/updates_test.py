@@ -1,4 +1,4 @@
-"""The search for a newer release, in the real program built with the address of a list of them. It
+"""Checking for updates in the real program, built with the address of an update feed. It
 runs in a network of its own, where that address is a server of ours and the only one believed.
 """
 

@@ -1,4 +1,4 @@
-"""A desktop of a Wayland session: a compositor that shows nothing anywhere, with XWayland."""
+"""A private Wayland desktop: a headless compositor with XWayland."""
 
 import re
 

@@ -1,4 +1,4 @@
-"""A pointer and a keyboard for a compositor that has none, through its interface for remote control."""
+"""A pointer and a keyboard for a headless compositor, through its remote control interface."""
 
 import dbus
 

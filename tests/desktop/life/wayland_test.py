@@ -96,7 +96,7 @@ class OnXWayland(WaylandTest):
         self.desktop.wait("the whole header", lambda: self.place()[1] == top - HEADER_HEIGHT)
 
     def drag_header(self):
-        """Leftwards and upwards, until the panel has come far enough."""
+        """Drags left and up until the panel has moved far enough."""
         left, top, width, height = self.start_button().extents
         # Beside the button, where the header is empty.
         self.input.move_to(left - 2 * width, top + height // 2)

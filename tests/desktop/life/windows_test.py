@@ -1,4 +1,4 @@
-"""What the windows of the real program tell and ask other programs for, and their keys."""
+"""Titles, positions, links and keys of the real program's windows."""
 
 import json
 import os
@@ -213,7 +213,7 @@ class Windows(ProgramCase):
         return file
 
     def take_note_of_opening(self):
-        """What the desktop is asked to open is written down; returns where."""
+        """Records what the desktop is asked to open; returns the file."""
         folder, note = self.desktop.root / "programs", self.desktop.root / "opened"
         folder.mkdir()
         (folder / "xdg-open").write_text(f'#!/bin/sh\nprintf "%s\\n" "$1" >>"{note}"\n')
@@ -240,14 +240,14 @@ class SmallScreen(ProgramCase):
         self.quit()
 
     def frame(self, title):
-        """What the window manager puts left, right, above and below of a window, in pixels."""
+        """The frame of a window: left, right, top and bottom, in pixels."""
         extents = self.desktop.run("xprop", "-id", number_of_window(self.desktop, title), "-notype",
                                    "_NET_FRAME_EXTENTS")
         return [int(number) for number in re.findall(r"\d+", extents)]
 
 
 def number_of_window(desktop, title):
-    """The display's number of the window in view with this title."""
+    """The X11 id of the visible window with this title."""
     return int(desktop.run("xdotool", "search", "--onlyvisible", "--name", f"^{title}$"))
 
 

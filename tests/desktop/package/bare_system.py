@@ -1,4 +1,4 @@
-"""A Debian system with nothing in it but what every system has, in a folder of its own."""
+"""A minimal Debian system in its own folder."""
 
 import ctypes
 import os
@@ -11,7 +11,7 @@ NEW_MOUNTS = 0x00020000  # CLONE_NEWNS
 
 
 def missing():
-    """Why there can be no such system here; none when there can."""
+    """Why such a system cannot be created here; none if it can."""
     if os.geteuid() != 0:
         return "only the superuser can set up a system"
     if "VERSION_ID=\"12\"" not in Path("/etc/os-release").read_text():
@@ -22,7 +22,7 @@ def missing():
 
 
 class BareSystem:
-    """A context manager. It shares /tmp with this system, and with it displays, buses and sound."""
+    """A context manager. It shares /tmp with this system, and so displays, buses and PipeWire."""
 
     def __init__(self):
         self._folder = tempfile.TemporaryDirectory(prefix="velun-system.", dir="/var/tmp")
@@ -51,7 +51,7 @@ class BareSystem:
         self._folder.cleanup()
 
     def inside(self, *command):
-        """A command as it is run in that system."""
+        """The command that runs `command` in that system."""
         return ["chroot", str(self.root), *command]
 
     def run(self, *command):
@@ -62,7 +62,7 @@ class BareSystem:
 
 
 def archive():
-    """Where this system gets its packages from."""
+    """The package sources of this system."""
     for line in run("apt-get", "indextargets", "--format", "$(REPO_URI) $(RELEASE)").splitlines():
         address, release = line.split()
         if release == "bookworm":

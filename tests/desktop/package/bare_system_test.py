@@ -1,4 +1,4 @@
-"""The package on a bare system: it installs, runs, hears, and goes without a trace of its own."""
+"""The package on a minimal system: it installs, runs, captions, and is removed completely."""
 
 import array
 import json

@@ -1,4 +1,4 @@
-"""What the real program looks like for users who ask their desktop for higher contrast."""
+"""The real program with the desktop's setting for higher contrast."""
 
 import re
 import unittest
@@ -26,7 +26,7 @@ class Contrast(ProgramCase):
         self.assertEqual(self.portal.stdout.readline().strip(), "told")
 
     def open_windows(self, language):
-        """Points of the screen in the panel, on its edge, and beside a control of the settings."""
+        """Screen points in the panel, on its edge, and beside a control of the settings."""
         self.program.write_preferences(language=language)
         self.launch()
         panel, settings = TITLES[language]
@@ -37,7 +37,7 @@ class Contrast(ProgramCase):
                 (x - 6, y + control // 2))
 
     def pixel(self, point):
-        """Its red, green and blue."""
+        """Red, green and blue of a screen point."""
         text = self.desktop.run("import", "-window", "root", "-crop", "1x1+%d+%d" % point,
                                 "-depth", "8", "txt:-")
         found = re.search(r"^0,0: \((\d+),(\d+),(\d+)", text, re.M)

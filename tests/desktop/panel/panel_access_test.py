@@ -1,4 +1,4 @@
-"""The caption panel of the real program as assistive technology and the keyboard find it."""
+"""The caption panel of the real program with the keyboard and assistive technology."""
 
 import unittest
 
@@ -19,7 +19,7 @@ class PanelAccess(SpokenCase):
         self.panel = self.application.wait_for("frame")
 
     def activate_panel(self):
-        """Gives it the keyboard, as a click or a switch of windows does."""
+        """Gives the panel the keyboard focus, as a click does."""
         number = self.desktop.run("xdotool", "search", "--onlyvisible", "--name", PANEL).split()[0]
         self.desktop.run("xdotool", "windowactivate", "--sync", number)
         self.desktop.wait("the keyboard in the panel", lambda: self.focused() is not None)

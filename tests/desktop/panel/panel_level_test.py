@@ -1,4 +1,4 @@
-"""The panel's level and place among the desktops, where the window manager is slow to act."""
+"""The panel's level and desktops with a slow window manager."""
 
 import signal
 import unittest
@@ -21,7 +21,7 @@ class PanelLevel(PlainCase):
         self.desktop.wait("the panel’s states", has_it)
 
     def show_anew(self):
-        """Hides the panel and shows it again before the window manager has done anything."""
+        """Hides and shows the panel before the window manager reacts."""
         self.desktop.window_manager.send_signal(signal.SIGSTOP)
         for shown in (False, True):
             self.program.action("toggle-panel")

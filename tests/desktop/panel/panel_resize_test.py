@@ -1,4 +1,4 @@
-"""What the panel looks like after it has grown, on the screen and not only in its own memory."""
+"""The pixels of the panel on the screen after a resize."""
 
 import re
 import signal
@@ -19,13 +19,13 @@ class PanelResize(PlainCase):
         self.desktop.run("xdotool", "mousemove", x, y)
 
     def picture(self):
-        """A digest of the panel's pixels as they are on the screen."""
+        """A digest of the panel's pixels on the screen."""
         left, top, width, height = self.frame()
         return self.desktop.run("import", "-window", "root", "-crop",
                                 f"{width}x{height}+{left}+{top}", "-format", "%#", "info:-")
 
     def still_picture(self):
-        """Once several in a row are the same: buttons may fade in."""
+        """Waits until several digests in a row are the same, because buttons fade in."""
         pictures = []
 
         def still():

@@ -1,4 +1,4 @@
-"""The panel on a desktop of two screens, and where one of them has gone."""
+"""The panel on two screens, and after one of them was removed."""
 
 import re
 import unittest
