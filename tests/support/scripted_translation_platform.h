@@ -28,7 +28,7 @@ struct TranslationScript {
 
   QString source;
   QString target;
-  /// Every request so far, in order.
+  /// Every request so far that `translate` did not complete, in order.
   std::vector<Request> requests;
   /// Translates every text at once. Unset, the test completes the requests.
   std::function<QString(const QString&)> translate;
@@ -54,8 +54,8 @@ class ScriptedTranslator final : public Translator {
   }
 
   QCoro::Task<QString> translate(QString text, std::stop_token stop) override {
-    script_->requests.push_back({text, stop, {}});
     if (script_->translate) co_return script_->translate(text);
+    script_->requests.push_back({text, stop, {}});
     const OneShot<QString> answer = script_->requests.back().answer;
     if (script_->cancels) cancelOnStop(answer, stop);
     const QString translation = co_await answer;
