@@ -2,7 +2,7 @@
 #include "app/app_coordinator.h"
 
 #include "app/information_windows.h"
-#include "app/named_actions.h"
+#include "app/remote_commands.h"
 #include "app/session_library.h"
 #include "captions/discard_confirmation.h"
 #include "language/localization.h"
@@ -21,13 +21,13 @@
 #include "ui/menubar/status_item_notice.h"
 
 #include <QApplication>
-#include <QWindow>
 #include <utility>
 
 namespace velun {
 
 AppCoordinator::AppCoordinator(CaptionViewModel& model, const AppServices& services)
-    : model_(model), services_(services) {
+    : model_(model), services_(services), commands_(model, [this] { return windowState(); }) {
+  connect(&commands_, &AppCommands::triggered, this, &AppCoordinator::perform);
   const auto windowMade = [this](QWidget* window) {
     installMainMenu(window);
   };
@@ -38,8 +38,13 @@ AppCoordinator::AppCoordinator(CaptionViewModel& model, const AppServices& servi
 AppCoordinator::~AppCoordinator() = default;
 
 void AppCoordinator::launch() {
-  captionWindow();
-  menuBar();
+  const CaptionWindowServices services{.desktop = services_.desktop,
+                                       .translation = services_.translation,
+                                       .frames = services_.preferences,
+                                       .clock = services_.clock};
+  captionWindow_ = std::make_unique<CaptionWindowController>(model_, commands_, services);
+  menuBar_ = std::make_unique<MenuBarController>(model_, services_.trayHost, commands_);
+  menuBar_->mainMenu().install(&captionWindow_->panel(), MainMenu::Place::globalOnly);
   observe();
   startTask(this, [this] { return model_.loadLanguages(); });
   services_.trayHost.search();
@@ -48,172 +53,88 @@ void AppCoordinator::launch() {
 void AppCoordinator::reopen() {
   if (QWidget* question = QApplication::activeModalWidget()) {
     WindowPresentation::present(*question);
-    return;
+  } else {
+    captionWindow_->show();
   }
-  showPanel();
 }
 
-CaptionWindowController& AppCoordinator::captionWindow() {
-  if (!captionWindow_) {
-    const CaptionWindowServices services{.desktop = services_.desktop,
-                                         .translation = services_.translation,
-                                         .frames = services_.preferences,
-                                         .clock = services_.clock};
-    captionWindow_ = std::make_unique<CaptionWindowController>(model_, captionActions(), services);
-  }
-  return *captionWindow_;
-}
-
-MenuBarController& AppCoordinator::menuBar() {
-  if (!menuBar_) {
-    MenuBarActions actions;
-    actions.perform = [this](AppCommand command) {
-      perform(command);
-    };
-    actions.validate = [this](AppCommand command) {
-      return validate(command);
-    };
-    actions.isPanelVisible = [this] {
-      return captionWindow().isShown();
-    };
-    menuBar_ = std::make_unique<MenuBarController>(model_, services_.trayHost, actions);
-    menuBar_->mainMenu().install(&captionWindow().panel(), MainMenu::Place::globalOnly);
-  }
-  return *menuBar_;
+void AppCoordinator::open(const QList<QUrl>& files) {
+  // An open question has to be answered first.
+  if (WindowPresentation::isModalOpen()) return reopen();
+  sessions_->open(files);
 }
 
 void AppCoordinator::installMainMenu(QWidget* window) {
-  // What a window of a fixed size shows leaves no room for a bar.
+  // The content of a window of fixed size leaves no room for a menu bar.
   const bool isFixed = window->minimumSize() == window->maximumSize();
-  menuBar().mainMenu().install(window,
+  menuBar_->mainMenu().install(window,
                                isFixed ? MainMenu::Place::globalOnly : MainMenu::Place::insideToo);
 }
 
-CaptionActions AppCoordinator::captionActions() {
-  const auto command = [this](AppCommand which) {
-    return [this, which] {
-      perform(which);
-    };
-  };
-  CaptionActions actions;
-  actions.toggleCaptions = command(AppCommand::toggleCaptions);
-  actions.hide = command(AppCommand::togglePanel);
-  actions.saveSession = command(AppCommand::saveSession);
-  actions.showHistory = command(AppCommand::showHistory);
-  actions.exportSession = command(AppCommand::exportCurrentSession);
-  actions.newSession = command(AppCommand::newSession);
-  actions.showSettings = command(AppCommand::showSettings);
-  actions.setHeaderVisible = [this](bool visible) {
-    captionWindow().setHeader(visible, true);
-  };
-  return actions;
+WindowState AppCoordinator::windowState() const {
+  return {.isPanelVisible = captionWindow_ && captionWindow_->isShown(),
+          .isHistoryActive = sessions_ && sessions_->isKeyWindow(),
+          .hasSelection = sessions_ && sessions_->hasSelection()};
 }
 
 void AppCoordinator::perform(AppCommand command) {
-  if (WindowPresentation::isModalOpen() || !validate(command).isEnabled) return;
+  commands_.refresh();
+  if (WindowPresentation::isModalOpen() || !commands_.action(command).isEnabled()) return;
+  AppSettings& settings = model_.settings();
   switch (command) {
     case AppCommand::toggleCaptions:
       return toggleCaptions();
+    case AppCommand::selectComputer:
+      return settings.setUseMic(false);
+    case AppCommand::selectMicrophone:
+      return settings.setUseMic(true);
+    case AppCommand::toggleKeepOnTop:
+      return settings.setKeepOnTop(!settings.keepOnTop());
     case AppCommand::togglePanel:
-      return togglePanel();
+      return captionWindow_->toggle();
     case AppCommand::showPanel:
-      return showPanel();
+      return captionWindow_->show();
     case AppCommand::restorePosition:
-      return restorePosition();
+      return captionWindow_->restorePosition();
+    case AppCommand::newSession:
+      return newSession();
     case AppCommand::saveSession:
       return saveSession();
     case AppCommand::saveDocument:
-      return saveDocument();
-    case AppCommand::newSession:
-      return newSession();
-    case AppCommand::openSessionsFolder:
-      return openSessionsFolder();
-    case AppCommand::selectComputer:
-      return selectComputer();
-    case AppCommand::selectMicrophone:
-      return selectMicrophone();
-    case AppCommand::toggleKeepOnTop:
-      return toggleKeepOnTop();
-    case AppCommand::terminate:
-      Q_EMIT terminationRequested();
-      return;
-    case AppCommand::showHistory:
-      return sessions_->showHistory();
+      return sessions_->isKeyWindow() ? sessions_->saveHistoryFile() : saveSession();
     case AppCommand::exportCurrentSession:
       return sessions_->exportCurrentSession();
     case AppCommand::openSessionFile:
       return sessions_->openSessionFile();
+    case AppCommand::openSessionsFolder:
+      return openSessionsFolder();
+    case AppCommand::showHistory:
+      return sessions_->showHistory();
     case AppCommand::showSettings:
       return showSettings();
     case AppCommand::checkForUpdates:
       return information_->checkForUpdates();
     case AppCommand::showAbout:
       return information_->showAbout();
+    case AppCommand::terminate:
+      Q_EMIT terminationRequested();
   }
-}
-
-CommandValidation AppCoordinator::validate(AppCommand command) const {
-  const bool isHistoryKey = sessions_->isKeyWindow();
-  const bool hasSubject = isHistoryKey ? sessions_->hasSelection() : !model_.lines().empty();
-  CommandValidation validation;
-  switch (command) {
-    case AppCommand::saveSession:
-      validation.isEnabled = !model_.lines().empty();
-      break;
-    case AppCommand::saveDocument:
-      validation.title = isHistoryKey ? L("Save Session File…", "기록 파일 저장…")
-                                      : L("Save Current Session", "현재 세션 저장");
-      validation.isEnabled = hasSubject;
-      break;
-    case AppCommand::exportCurrentSession:
-      validation.isEnabled = hasSubject;
-      break;
-    case AppCommand::newSession:
-    case AppCommand::toggleCaptions:
-    case AppCommand::selectComputer:
-    case AppCommand::selectMicrophone:
-      validation.isEnabled = !model_.isTransitioning();
-      break;
-    default:
-      break;
-  }
-  return validation;
 }
 
 void AppCoordinator::toggleCaptions() {
-  // What is being decided counts on captions that stay off until then.
-  if (model_.isTransitioning() || isDeciding()) return;
+  // The pending question about this session assumes that captions stay off.
+  if (isDeciding()) return;
   if (model_.isRunning()) {
     model_.stop();
   } else {
-    showPanel();
+    captionWindow_->show();
     model_.start();
   }
-}
-
-void AppCoordinator::togglePanel() {
-  captionWindow().toggle();
-}
-
-void AppCoordinator::showPanel() {
-  captionWindow().show();
-}
-
-void AppCoordinator::restorePosition() {
-  captionWindow().restorePosition();
 }
 
 void AppCoordinator::saveSession() {
   if (!model_.saveCurrentSession() && model_.saveError()) {
     services_.question.ask(errorQuestion(*model_.saveError()));
-  }
-}
-
-void AppCoordinator::saveDocument() {
-  if (sessions_->isKeyWindow()) {
-    sessions_->saveHistoryFile();
-  } else {
-    saveSession();
   }
 }
 
@@ -234,18 +155,6 @@ void AppCoordinator::openSessionsFolder() {
   }
 }
 
-void AppCoordinator::selectComputer() {
-  model_.settings().setUseMic(false);
-}
-
-void AppCoordinator::selectMicrophone() {
-  model_.settings().setUseMic(true);
-}
-
-void AppCoordinator::toggleKeepOnTop() {
-  model_.settings().setKeepOnTop(!model_.settings().keepOnTop());
-}
-
 void AppCoordinator::newSession() {
   if (replacing_ || terminating_) return;
   replacing_ = true;
@@ -258,7 +167,7 @@ QCoro::Task<> AppCoordinator::decideNewSession(QPointer<AppCoordinator> self, bo
   co_await shutdown;
   if (!self || self->ended_) co_return;
   if (self->terminating_) {
-    // Asked for meanwhile: one question is enough, and quitting's is the one that counts.
+    // Quitting was requested meanwhile: ask only its question.
     self->replacing_ = false;
     self->beginTermination(wasRunning);
     co_return;
@@ -271,10 +180,10 @@ QCoro::Task<> AppCoordinator::decideNewSession(QPointer<AppCoordinator> self, bo
   if (goesOn) {
     self->model_.newSession();
     self->sessions_->library().reload();
-    self->showPanel();
+    self->captionWindow_->show();
   }
   if (self->terminating_) {
-    // Asked for meanwhile; it waited for this decision.
+    // Quitting was requested meanwhile and waited for this decision.
     self->beginTermination(wasRunning);
   } else if (wasRunning) {
     self->model_.start();
@@ -313,72 +222,31 @@ void AppCoordinator::endNow() {
 }
 
 void AppCoordinator::observe() {
-  observeLanguage();
-  observeLook();
-  observeApplication();
-  connect(&services_.trayHost, &TrayHost::missing, this, &AppCoordinator::explainMissingStatusItem);
-  connect(captionWindow_.get(), &CaptionWindowController::visibilityChanged, menuBar_.get(),
-          &MenuBarController::updateMenus);
-  connect(sessions_.get(), &SessionLibrary::selectionChanged, menuBar_.get(),
-          &MenuBarController::updateMenus);
-}
+  const auto applyLook = [this] {
+    look_.set(services_.desktop.prefersHighContrast(), services_.desktop.prefersReducedMotion());
+  };
+  connect(&services_.desktop, &DesktopPlatform::contrastChanged, this, applyLook);
+  connect(&services_.desktop, &DesktopPlatform::motionChanged, this, applyLook);
+  applyLook();
 
-void AppCoordinator::observeLanguage() {
   connect(&Localization::shared(), &Localization::languageChanged, this, [this] {
-    menuBar_->mainMenu().rebuild();
     if (settingsWindow_) settingsWindow_->updateTitle();
     sessions_->updateTitles();
     // The lists are sorted by names in the interface language.
     startTask(this, [this] { return model_.loadLanguages(); });
   });
+
+  connect(captionWindow_.get(), &CaptionWindowController::visibilityChanged, &commands_,
+          &AppCommands::refresh);
+  connect(sessions_.get(), &SessionLibrary::selectionChanged, &commands_, &AppCommands::refresh);
+  remote_ = std::make_unique<RemoteCommands>(commands_, model_, services_.application);
+  connect(&services_.application, &ApplicationService::activated, this, &AppCoordinator::reopen);
+  connect(&services_.application, &ApplicationService::openRequested, this, &AppCoordinator::open);
+  connect(&services_.trayHost, &TrayHost::missing, this, &AppCoordinator::explainMissingTray);
 }
 
-void AppCoordinator::observeLook() {
-  const auto apply = [this] {
-    look_.set(services_.desktop.prefersHighContrast(), services_.desktop.prefersReducedMotion());
-  };
-  connect(&services_.desktop, &DesktopPlatform::contrastChanged, this, apply);
-  connect(&services_.desktop, &DesktopPlatform::motionChanged, this, apply);
-  apply();
-}
-
-void AppCoordinator::observeApplication() {
-  ApplicationService& application = services_.application;
-  application.onActivate = [this] {
-    reopen();
-  };
-  application.onAction = [this](const QString& name, const QVariant& parameter) {
-    if (const auto command = commandForAction(name, parameter)) perform(*command);
-  };
-  application.onOpen = [this](const QList<QUrl>& files) {
-    // Brings an open question to the front, which has to be answered first.
-    if (WindowPresentation::isModalOpen()) return reopen();
-    sessions_->open(files);
-  };
-  using Model = CaptionViewModel;
-  for (const auto signal : {&Model::isRunningChanged, &Model::isTransitioningChanged,
-                            &Model::sessionChanged, &Model::saveErrorChanged}) {
-    connect(&model_, signal, this, &AppCoordinator::publishActions);
-  }
-  for (const auto signal : {&AppSettings::useMicChanged, &AppSettings::keepOnTopChanged}) {
-    connect(&model_.settings(), signal, this, &AppCoordinator::publishActions);
-  }
-  connect(captionWindow_.get(), &CaptionWindowController::visibilityChanged, this,
-          &AppCoordinator::publishActions);
-  // What can be exported depends on the window that has the keyboard.
-  connect(qApp, &QGuiApplication::focusWindowChanged, this, &AppCoordinator::publishActions);
-  connect(sessions_.get(), &SessionLibrary::selectionChanged, this,
-          &AppCoordinator::publishActions);
-  publishActions();
-}
-
-void AppCoordinator::publishActions() {
-  services_.application.setActions(namedActions(
-      model_, captionWindow_->isShown(), [this](AppCommand command) { return validate(command); }));
-}
-
-void AppCoordinator::explainMissingStatusItem() {
-  showPanel();
+void AppCoordinator::explainMissingTray() {
+  captionWindow_->show();
   static constexpr auto kExplained = "statusItemExplained";
   if (services_.preferences.get<bool>(kExplained).value_or(false)) return;
   services_.preferences.set(kExplained, true);

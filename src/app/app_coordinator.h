@@ -3,9 +3,8 @@
 
 #include "app/app_services.h"
 #include "captions/caption_view_model.h"
-#include "ui/caption/caption_actions.h"
+#include "ui/common/app_commands.h"
 #include "ui/common/window_look.h"
-#include "ui/menubar/app_command.h"
 
 #include <functional>
 #include <memory>
@@ -20,49 +19,39 @@ namespace velun {
 class CaptionWindowController;
 class InformationWindows;
 class MenuBarController;
+class RemoteCommands;
 class SessionLibrary;
 class SettingsWindowController;
 
-/// The one controller of the application: owns the windows and the menu bar, and carries out every
-/// command. Main thread.
+/// Owns the windows, the status icon and the commands, and carries out every command. Main thread.
 class AppCoordinator final : public QObject {
   Q_OBJECT
 
  public:
-  /// Hears whether the program is to end.
+  /// Called with the decision whether the program ends.
   using TerminationReply = std::function<void(bool shouldTerminate)>;
 
   /// `model` and everything in `services` must outlive the coordinator.
   AppCoordinator(CaptionViewModel& model, const AppServices& services);
   ~AppCoordinator() override;
 
-  /// Makes the caption panel (not shown), the status item and the main menu.
+  /// Creates the caption panel (not shown), the status icon and the main menu. Call it once, before
+  /// everything else.
   void launch();
 
-  /// The program was launched again or called to the front.
+  /// Shows the panel; brings an open question to the front instead.
   void reopen();
+  /// Shows session files and earlier transcripts among the saved sessions.
+  void open(const QList<QUrl>& files);
 
-  /// Carries out a command, unless it does not apply now or a question is open.
+  /// Carries out a command, unless it is disabled or a question is open.
   void perform(AppCommand command);
 
-  /// How a command stands at the moment, for the main menu and for other programs.
-  CommandValidation validate(AppCommand command) const;
-
-  void toggleCaptions();
-  void togglePanel();
-  void showPanel();
-  void restorePosition();
-  void saveSession();
-  void saveDocument();
+  /// Stops captions, asks about unsaved lines and starts a new session.
   void newSession();
-  void showSettings();
-  void openSessionsFolder();
-  void selectComputer();
-  void selectMicrophone();
-  void toggleKeepOnTop();
 
-  /// Ends captions, asks what becomes of unsaved lines, and replies from the event loop. A request
-  /// while one is being decided shares its reply.
+  /// Stops captions, asks about unsaved lines and replies from the event loop. Requests made during
+  /// a decision share its reply.
   void prepareToTerminate(TerminationReply reply);
 
   /// A quit is being decided.
@@ -70,32 +59,35 @@ class AppCoordinator final : public QObject {
   /// A quit or a new session is being decided.
   bool isDeciding() const { return terminating_ || replacing_; }
 
-  /// The last write before an end that cannot wait; nothing is asked or started any more.
+  /// Writes the session for the last time, for an end that cannot wait. Nothing is asked or started
+  /// afterwards.
   void endNow();
 
-  CaptionWindowController& captionWindow();
-  MenuBarController& menuBar();
+  const AppCommands& commands() const { return commands_; }
+  CaptionWindowController& captionWindow() { return *captionWindow_; }
+  MenuBarController& menuBar() { return *menuBar_; }
   SessionLibrary& sessions() { return *sessions_; }
+  /// Null until it is first shown.
   SettingsWindowController* settingsWindow() { return settingsWindow_.get(); }
 
  Q_SIGNALS:
   /// The user asked to quit.
   void terminationRequested();
-  /// Captions have ended, and what becomes of unsaved lines is being asked next.
+  /// Captions have ended; the question about unsaved lines comes next.
   void terminationQuestionReached();
 
  private:
   static QCoro::Task<> decideNewSession(QPointer<AppCoordinator> self, bool wasRunning);
   static QCoro::Task<> decideTermination(QPointer<AppCoordinator> self, bool wasRunning);
   void beginTermination(bool wasRunning);
+  void toggleCaptions();
+  void saveSession();
+  void openSessionsFolder();
+  void showSettings();
   void observe();
-  void observeLanguage();
-  void observeLook();
-  void observeApplication();
-  void publishActions();
-  void explainMissingStatusItem();
+  void explainMissingTray();
   void installMainMenu(QWidget* window);
-  CaptionActions captionActions();
+  WindowState windowState() const;
 
   CaptionViewModel& model_;
   AppServices services_;
@@ -104,8 +96,10 @@ class AppCoordinator final : public QObject {
   std::unique_ptr<MenuBarController> menuBar_;
   std::unique_ptr<SessionLibrary> sessions_;
   std::unique_ptr<InformationWindows> information_;
-  /// Null until it was first shown.
   std::unique_ptr<SettingsWindowController> settingsWindow_;
+  /// After the windows, whose state they depend on.
+  AppCommands commands_;
+  std::unique_ptr<RemoteCommands> remote_;
   /// A new session is being decided.
   bool replacing_ = false;
   bool terminating_ = false;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/composition.h"
 
-#include "app/alert_question.h"
 #include "app/credits.h"
 #include "app/settings_notes_text.h"
 #include "audio/speech_recognition_engine.h"
@@ -21,6 +20,7 @@
 #include "platform/translation/student/student_backend.h"
 #include "platform/updates/https_update_feed.h"
 #include "platform/updates/update_checker.h"
+#include "ui/common/window_presentation.h"
 #include "ui/library/session_trash.h"
 
 #include <unistd.h>
@@ -28,6 +28,13 @@
 namespace velun {
 
 namespace {
+
+class AlertQuestion final : public ModalQuestion {
+ public:
+  std::optional<int> ask(const Question& question) override {
+    return WindowPresentation::ask(question);
+  }
+};
 
 ModelStoreOptions modelStoreOptions() {
   ModelStoreOptions options;
@@ -39,7 +46,7 @@ ModelStoreOptions modelStoreOptions() {
 LocalSpeechPlatform::Providers recognizers(ModelStore& models) {
   const auto neural = std::make_shared<NeuralRecognizerProvider>(
       ModelCatalogue::builtIn(), models, NeuralRecognizerProvider::installedProgram());
-  // The built-in recognizer writes its words with the punctuation model of the neural ones.
+  // The built-in recognizer uses the punctuation model of the neural ones.
   return {neural, std::make_shared<BuiltInRecognizerProvider>(neural)};
 }
 
@@ -61,16 +68,16 @@ std::unique_ptr<UpdateFeed> updateFeed() {
   return address.isEmpty() ? nullptr : std::make_unique<HttpsUpdateFeed>(address);
 }
 
-SessionStore usersStore() {
+SessionStore userStore() {
   const SessionStore& store = SessionStore::local();
-  // Before the folder can be opened, which makes it: nothing is moved over one that is there.
+  // Before anything opens the folder, which creates it: an existing folder is never replaced.
   store.migratePreviousFolder();
   return store;
 }
 
 }  // namespace
 
-/// In the order in which each stands on the ones before it.
+/// Each member depends on those above it.
 struct Composition::Parts {
   explicit Parts(ApplicationService& applicationService) : application(applicationService) {}
 
@@ -90,7 +97,7 @@ struct Composition::Parts {
   UpdateChecker updater{VELUN_VERSION, VELUN_IS_PACKAGED, updateFeed()};
   AlertQuestion question;
   CaptionViewModel model{
-      settings, usersStore(), std::make_unique<SpeechRecognitionEngine>(speech, audio, clock),
+      settings, userStore(), std::make_unique<SpeechRecognitionEngine>(speech, audio, clock),
       speech,   translation,  clock};
 };
 

@@ -10,8 +10,8 @@ namespace velun {
 class ApplicationService;
 class CaptionViewModel;
 
-/// Everything real that the program runs on, made once and put together: preferences, sound,
-/// recognition, translation, the desktop. Main thread.
+/// Creates and connects the real services of the program: preferences, sound, recognition,
+/// translation, the desktop. Main thread.
 class Composition final {
  public:
   /// `application` must outlive the composition.

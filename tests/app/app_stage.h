@@ -63,9 +63,11 @@ struct AppStage : ModelFixture {
   AppCoordinator& coordinator() { return delegate->coordinator(); }
   bool isPanelShown() { return coordinator().captionWindow().isShown(); }
 
+  QAction& action(AppCommand command) { return coordinator().commands().action(command); }
+
   /// As a menu or another program would.
   void perform(AppCommand command) {
-    coordinator().perform(command);
+    action(command).trigger();
     settle();
   }
 

@@ -5,7 +5,7 @@
 
 namespace velun::test {
 
-/// An application service without a bus: the test is whoever calls.
+/// An application service without a bus; tests emit its signals.
 class ScriptedApplicationService final : public ApplicationService {
  public:
   Claim claim() override { return Claim::granted; }

@@ -1,43 +1,55 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/desktop/application_action.h"
-
-#include <functional>
 #include <QList>
+#include <QObject>
 #include <QUrl>
+#include <QVariant>
 #include <vector>
 
 namespace velun {
 
-/// The program as the rest of the session sees it: there is one of it, it can be called to the
-/// front, and its commands can be carried out by name. Main thread.
-class ApplicationService {
+/// A command that other programs can carry out by its name.
+struct ApplicationAction {
+  QString name;
+  /// The D-Bus type of its parameter, such as "s"; empty if it takes none.
+  QString parameterType = {};
+  bool isEnabled = true;
+  /// The current state; invalid if it has none.
+  QVariant state = {};
+
+  bool operator==(const ApplicationAction&) const = default;
+};
+
+/// The program as the rest of the user's session sees it: there is one instance, other programs can
+/// call it to the front and carry out its commands by name. Main thread.
+class ApplicationService : public QObject {
+  Q_OBJECT
+
  public:
-  /// What became of the wish to be the one instance.
+  /// The result of trying to become the one instance.
   enum class Claim {
-    /// This process is it, or there is no session bus to ask.
+    /// This process is the one instance, or there is no session bus.
     granted,
-    /// Another process is it and was called to the front.
+    /// Another process is, and was called to the front.
     forwarded,
-    /// Another process is it and did not answer.
+    /// Another process is, and did not answer.
     unanswered,
   };
 
-  virtual ~ApplicationService() = default;
-
-  /// The program was launched again, or called to the front.
-  std::function<void()> onActivate;
-  std::function<void(const QList<QUrl>& files)> onOpen;
-  /// Only for actions that exist, are enabled and got the parameter that they take.
-  std::function<void(const QString& name, const QVariant& parameter)> onAction;
-
-  /// Becomes the one instance, or hands the launch on. Calls from outside arrive from the event
-  /// loop, never inside this.
+  /// Becomes the one instance or forwards the launch to it. Emits no signal before the event loop
+  /// runs.
   virtual Claim claim() = 0;
 
-  /// Replaces the actions and tells whoever listens what is different.
+  /// Replaces the published actions and announces what changed.
   virtual void setActions(const std::vector<ApplicationAction>& actions) = 0;
+
+ Q_SIGNALS:
+  /// The program was launched again or called to the front.
+  void activated();
+  void openRequested(const QList<QUrl>& files);
+  /// Only for a published, enabled action with a parameter of its type.
+  void actionRequested(const QString& name, const QVariant& parameter);
 };
 
 }  // namespace velun

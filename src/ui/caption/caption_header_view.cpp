@@ -6,11 +6,12 @@
 #include "ui/caption/caption_appearance.h"
 #include "ui/caption/caption_menu.h"
 #include "ui/caption/header_button.h"
-#include "ui/caption/input_source_menu.h"
 #include "ui/caption/level_meter.h"
 #include "ui/caption/session_save_button.h"
 #include "ui/caption/translation_menu.h"
 #include "ui/common/accessible_role.h"
+#include "ui/common/app_commands.h"
+#include "ui/common/symbol.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -19,14 +20,23 @@
 
 namespace velun {
 
-CaptionHeaderView::CaptionHeaderView(CaptionViewModel& model, CaptionActions actions,
+namespace {
+
+QString symbolName(AudioInput input) {
+  return input == AudioInput::microphone ? QStringLiteral("mic.fill")
+                                         : QStringLiteral("speaker.wave.2.fill");
+}
+
+}  // namespace
+
+CaptionHeaderView::CaptionHeaderView(CaptionViewModel& model, AppCommands& commands,
                                      QWidget* parent)
     : QWidget(parent),
       model_(model),
-      actions_(std::move(actions)),
+      commands_(commands),
       inputSource_(new HeaderButton(this)),
       levelMeter_(new LevelMeter([&model] { return model.meterBands(); }, this)),
-      saveButton_(new SessionSaveButton(model, actions_, this)),
+      saveButton_(new SessionSaveButton(model, commands, this)),
       translation_(new HeaderButton(this)),
       startStop_(new HeaderButton(this, HeaderButton::Shape::filled)),
       session_(new HeaderButton(this)),
@@ -39,13 +49,14 @@ CaptionHeaderView::CaptionHeaderView(CaptionViewModel& model, CaptionActions act
   sessionMenu_ = makeMenu(*session_);
   inputSourceMenu_->setMargin(CaptionMenu::Margin::symbols);
   sessionMenu_->setMargin(CaptionMenu::Margin::none);
-  connect(inputSourceMenu_, &QMenu::aboutToShow, this,
-          [this] { fillInputSourceMenu(*inputSourceMenu_, model_.settings()); });
+  connect(inputSourceMenu_, &QMenu::aboutToShow, this, &CaptionHeaderView::fillInputSourceMenu);
   connect(translationMenu_, &QMenu::aboutToShow, this,
           [this] { fillTranslationMenu(*translationMenu_, model_); });
   connect(sessionMenu_, &QMenu::aboutToShow, this, &CaptionHeaderView::fillSessionMenu);
-  connect(startStop_, &QToolButton::clicked, this, [this] { actions_.toggleCaptions(); });
-  connect(hideButton_, &QToolButton::clicked, this, [this] { actions_.hide(); });
+  connect(startStop_, &QToolButton::clicked, &commands.action(AppCommand::toggleCaptions),
+          &QAction::trigger);
+  connect(hideButton_, &QToolButton::clicked, &commands.action(AppCommand::togglePanel),
+          &QAction::trigger);
   arrange();
   connectToModel();
   present();
@@ -86,7 +97,7 @@ CaptionMenu* CaptionHeaderView::makeMenu(HeaderButton& button) {
   auto* menu = new CaptionMenu(&button);
   setOpensMenu(button);
   button.setMenu(menu);
-  // A button without a menu that had this mode could not be pressed by assistive technology.
+  // Only for buttons with a menu: assistive technology cannot press others in this mode.
   button.setPopupMode(QToolButton::InstantPopup);
   connect(menu, &QMenu::aboutToShow, this, [this] { Q_EMIT menuTrackingChanged(true); });
   connect(menu, &QMenu::aboutToHide, this, [this] { Q_EMIT menuTrackingChanged(false); });
@@ -108,23 +119,29 @@ void CaptionHeaderView::setColors(const CaptionColors& colors) {
   update();
 }
 
+void CaptionHeaderView::fillInputSourceMenu() {
+  inputSourceMenu_->clear();
+  for (const AudioInput input : allAudioInputs) {
+    const AppCommand command =
+        input == AudioInput::microphone ? AppCommand::selectMicrophone : AppCommand::selectComputer;
+    addItem(*inputSourceMenu_, commands_.action(command))
+        ->setIcon(symbolIcon(symbolName(input), CaptionAppearance::symbol));
+  }
+}
+
 void CaptionHeaderView::fillSessionMenu() {
+  using enum AppCommand;
   sessionMenu_->clear();
-  const bool hasLines = !model_.lines().empty();
-  sessionMenu_->addAction(L("Save Current Session", "현재 세션 저장"), this, actions_.saveSession)
-      ->setEnabled(hasLines);
-  sessionMenu_->addAction(L("Saved Sessions…", "저장 기록…"), this, actions_.showHistory);
-  sessionMenu_->addAction(L("Export…", "내보내기…"), this, actions_.exportSession)
-      ->setEnabled(hasLines);
-  sessionMenu_->addAction(L("New Session", "새 세션"), this, actions_.newSession)
-      ->setEnabled(!model_.isTransitioning());
-  sessionMenu_->addAction(L("Settings…", "설정…"), this, actions_.showSettings);
+  for (const AppCommand command :
+       {saveSession, showHistory, exportCurrentSession, newSession, showSettings}) {
+    addItem(*sessionMenu_, commands_.action(command));
+  }
 }
 
 void CaptionHeaderView::present() {
   const AppSettings& settings = model_.settings();
   const AudioInput input = settings.useMic() ? AudioInput::microphone : AudioInput::computer;
-  inputSource_->setSymbol(symbolOf(input));
+  inputSource_->setSymbol(symbolName(input));
   inputSource_->setLabel(L("Input Source", "입력 소스"));
   inputSource_->setAccessibleDescription(title(input));
 
@@ -140,8 +157,8 @@ void CaptionHeaderView::present() {
                                           : L("Start Captions", "자막 시작"));
   session_->setLabel(L("Session & Settings", "세션 및 설정"));
   hideButton_->setLabel(L("Hide", "숨기기"),
-                        L("You can reopen the caption window from the menu bar",
-                          "메뉴 막대에서 자막 창을 다시 열 수 있습니다"));
+                        L("You can reopen the caption window from the status icon",
+                          "상태 아이콘에서 자막 창을 다시 열 수 있습니다"));
   levelMeter_->setRunning(model_.isRunning());
 }
 

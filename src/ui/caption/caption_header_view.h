@@ -1,26 +1,26 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "ui/caption/caption_actions.h"
 #include "ui/caption/caption_colors.h"
 
 #include <QWidget>
 
 namespace velun {
 
+class AppCommands;
 class CaptionMenu;
 class CaptionViewModel;
 class HeaderButton;
 class LevelMeter;
 class SessionSaveButton;
 
-/// The controls of the live session. Its empty space is where the panel is taken to be moved.
+/// The controls of the live session. Dragging its empty space moves the panel.
 class CaptionHeaderView final : public QWidget {
   Q_OBJECT
 
  public:
-  /// `model` must outlive the view.
-  CaptionHeaderView(CaptionViewModel& model, CaptionActions actions, QWidget* parent = nullptr);
+  /// `model` and `commands` must outlive the view.
+  CaptionHeaderView(CaptionViewModel& model, AppCommands& commands, QWidget* parent = nullptr);
 
   /// Whether menus can have rounded corners.
   void setRoundedMenus(bool rounded);
@@ -52,11 +52,12 @@ class CaptionHeaderView final : public QWidget {
   void arrange();
   void connectToModel();
   CaptionMenu* makeMenu(HeaderButton& button);
+  void fillInputSourceMenu();
   void fillSessionMenu();
   void present();
 
   CaptionViewModel& model_;
-  CaptionActions actions_;
+  AppCommands& commands_;
   CaptionColors colors_;
   HeaderButton* inputSource_;
   LevelMeter* levelMeter_;

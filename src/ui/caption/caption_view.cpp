@@ -37,13 +37,13 @@ TranscriptChange merged(const TranscriptChange& a, const TranscriptChange& b) {
 
 }  // namespace
 
-CaptionView::CaptionView(CaptionViewModel& model, const CaptionActions& actions,
+CaptionView::CaptionView(CaptionViewModel& model, AppCommands& commands,
                          TranslationPlatform& translation, Clock& clock,
-                         std::function<bool()> isPointerInside, QWidget* parent)
-    : QWidget(parent),
-      model_(model),
-      chrome_(clock, actions.setHeaderVisible, std::move(isPointerInside)),
-      header_(new CaptionHeaderView(model, actions, this)),
+                         std::function<void(bool)> setHeaderVisible,
+                         std::function<bool()> isPointerInside)
+    : model_(model),
+      chrome_(clock, std::move(setHeaderVisible), std::move(isPointerInside)),
+      header_(new CaptionHeaderView(model, commands, this)),
       transcript_(new TranscriptView(this)),
       statusLine_(new CaptionStatusLine(model, translation, this)),
       overlays_(new CaptionOverlays(model, clock, this)),

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "ui/caption/caption_actions.h"
 #include "ui/caption/caption_chrome.h"
 #include "ui/caption/caption_colors.h"
 #include "ui/caption/transcript_inputs.h"
@@ -13,6 +12,7 @@ class QMenu;
 
 namespace velun {
 
+class AppCommands;
 class CaptionHeaderView;
 class CaptionOverlays;
 class CaptionStatusLine;
@@ -28,11 +28,11 @@ class CaptionView final : public QWidget {
   Q_OBJECT
 
  public:
-  /// `isPointerInside` tells whether the pointer is over the panel at the moment. The references
-  /// must outlive the view.
-  CaptionView(CaptionViewModel& model, const CaptionActions& actions,
-              TranslationPlatform& translation, Clock& clock,
-              std::function<bool()> isPointerInside = {}, QWidget* parent = nullptr);
+  /// `setHeaderVisible` shows or hides the header; `isPointerInside` returns whether the pointer is
+  /// over the panel now. The references must outlive the view.
+  CaptionView(CaptionViewModel& model, AppCommands& commands, TranslationPlatform& translation,
+              Clock& clock, std::function<void(bool)> setHeaderVisible,
+              std::function<bool()> isPointerInside);
   ~CaptionView() override;
 
   /// The pointer entered or left the panel.

@@ -36,13 +36,16 @@ bool canBeReached(const QRect& frame, const QList<QRect>& areas) {
 
 }  // namespace
 
-CaptionWindowController::CaptionWindowController(CaptionViewModel& model, CaptionActions actions,
+CaptionWindowController::CaptionWindowController(CaptionViewModel& model, AppCommands& commands,
                                                  const CaptionWindowServices& services)
     : model_(model), services_(services) {
   panel_ = std::make_unique<CaptionPanel>(services.desktop);
-  view_ = new CaptionView(model, actions, services.translation, services.clock, [this] {
-    return panel_->isVisible() && services_.desktop.isPointerOver(*panel_->windowHandle());
-  });
+  view_ = new CaptionView(
+      model, commands, services.translation, services.clock,
+      [this](bool visible) { setHeader(visible, true); },
+      [this] {
+        return panel_->isVisible() && services_.desktop.isPointerOver(*panel_->windowHandle());
+      });
   panel_->setContent(view_);
   const QRect usual = defaultPanelFrame(freeAreaOf(QApplication::primaryScreen()));
   const std::optional<QRect> kept = readFrame(services.frames, kFrameName);

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "platform/foundation/clock.h"
-#include "ui/caption/caption_actions.h"
 
 #include <memory>
 #include <QObject>
@@ -10,6 +9,7 @@
 
 namespace velun {
 
+class AppCommands;
 class CaptionPanel;
 class CaptionView;
 class CaptionViewModel;
@@ -32,9 +32,9 @@ class CaptionWindowController final : public QObject {
   Q_OBJECT
 
  public:
-  /// Makes the panel, at its kept frame or the default place, and does not show it. `model` must
-  /// outlive the controller.
-  CaptionWindowController(CaptionViewModel& model, CaptionActions actions,
+  /// Makes the panel, at its kept frame or the default place, and does not show it. `model` and
+  /// `commands` must outlive the controller.
+  CaptionWindowController(CaptionViewModel& model, AppCommands& commands,
                           const CaptionWindowServices& services);
   ~CaptionWindowController() override;
 

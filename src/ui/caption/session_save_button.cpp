@@ -3,14 +3,15 @@
 
 #include "captions/caption_view_model.h"
 #include "language/localization.h"
+#include "ui/common/app_commands.h"
 
 namespace velun {
 
-SessionSaveButton::SessionSaveButton(CaptionViewModel& model, CaptionActions actions,
+SessionSaveButton::SessionSaveButton(CaptionViewModel& model, AppCommands& commands,
                                      QWidget* parent)
     : HeaderButton(parent), model_(model) {
-  connect(this, &QToolButton::clicked, this, [this, actions = std::move(actions)] {
-    saved() ? actions.showHistory() : actions.saveSession();
+  connect(this, &QToolButton::clicked, this, [this, &commands] {
+    commands.action(saved() ? AppCommand::showHistory : AppCommand::saveSession).trigger();
   });
   connect(&model, &CaptionViewModel::savedURLChanged, this, &SessionSaveButton::present);
   connect(&model, &CaptionViewModel::saveErrorChanged, this, &SessionSaveButton::present);

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "ui/caption/caption_actions.h"
 #include "ui/caption/header_button.h"
 
 namespace velun {
 
+class AppCommands;
 class CaptionViewModel;
 
 /// Saves the running session; once it is saved, opens the saved sessions.
@@ -13,10 +13,10 @@ class SessionSaveButton final : public HeaderButton {
   Q_OBJECT
 
  public:
-  /// `model` must outlive the button.
-  SessionSaveButton(CaptionViewModel& model, CaptionActions actions, QWidget* parent = nullptr);
+  /// `model` and `commands` must outlive the button.
+  SessionSaveButton(CaptionViewModel& model, AppCommands& commands, QWidget* parent = nullptr);
 
-  /// Whether the session is in a file and the last write went well.
+  /// Whether the session is in a file and the last write succeeded.
   bool saved() const;
 
  private:

@@ -1,19 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "ui/menubar/menu_bar_actions.h"
+#include "ui/common/app_commands.h"
 
 #include <array>
 #include <QMenu>
 #include <QObject>
-#include <QPointer>
-#include <vector>
 
 namespace velun {
 
-/// The application's main menu. Its keys work in every window that it was installed in; a window
-/// with room for a menu bar shows it there, a desktop with a global menu on top of the screen, and
-/// F10 opens it in the windows that have neither. Main thread.
+/// The application's main menu. Its shortcuts work in every window that it was installed in. A
+/// window with room for a menu bar shows it there, a desktop with a global menu at the top of the
+/// screen, and F10 opens it in windows that have neither. Main thread.
 class MainMenu final : public QObject {
   Q_OBJECT
 
@@ -22,38 +20,31 @@ class MainMenu final : public QObject {
   enum class Place {
     /// Only in a global menu.
     globalOnly,
-    /// In a bar of its own where there is no global menu.
+    /// In a menu bar of its own where there is no global menu.
     insideToo,
   };
 
-  explicit MainMenu(const MenuBarActions& actions, QObject* parent = nullptr);
-  ~MainMenu() override;
+  /// `commands` must outlive the menu.
+  explicit MainMenu(AppCommands& commands);
 
-  /// Makes every item anew, in the interface language in force, for all windows.
-  void rebuild();
-
-  /// Once for each window, before it is first shown.
+  /// Call it once for each window, before it is first shown.
   void install(QWidget* window, Place place);
-
-  /// Enables and titles every item as its command stands now.
-  void validate();
 
   /// The menus in order: the application's, File, Edit.
   std::array<QMenu*, 3> menus();
 
  private:
-  void addCommand(QMenu& menu, const QString& title, AppCommand command, const QKeySequence& key);
-  void addEditing(const QString& title, const char* slot, const QKeySequence& key);
-  void addKeysTo(QWidget* window);
+  void fill(AppCommands& commands);
+  void showTitles();
   void popUp(QWidget* window);
 
-  MenuBarActions actions_;
   QMenu applicationMenu_;
   QMenu fileMenu_;
   QMenu editMenu_;
-  /// Holds the three where there is no bar.
+  /// Holds the three where there is no menu bar.
   QMenu popUp_;
-  std::vector<QPointer<QWidget>> windows_;
+  QAction* copy_ = nullptr;
+  QAction* selectAll_ = nullptr;
 };
 
 }  // namespace velun

@@ -146,12 +146,12 @@ class PanelDesktopTest final : public test::Suite {
     // Once the window has grown on the screen too.
     QTRY_VERIFY(isPanelAt(button - QPoint(0, 19)));
     VirtualDisplay::click(button.x(), button.y());
-    QTRY_VERIFY(stage.asked.contains("toggleCaptions"));
+    QTRY_VERIFY(stage.asked.contains("toggle-captions"));
   }
 
   void theBottomEdgeStandsStillWhileTheHeaderComesAndGoes() {
     test::PanelStage stage({}, desktop_.get());
-    stage.animatesHeader = true;
+    stage.animateHeader();
     showAndPark(stage);
     const QRect frame = stage.panel().geometry();
     const int x = frame.center().x();
@@ -283,7 +283,7 @@ class PanelDesktopTest final : public test::Suite {
       QTRY_VERIFY(QApplication::focusWidget() != before);
     }
     VirtualDisplay::run("xdotool", {"key", "space"});
-    QTRY_VERIFY(stage.asked.contains("toggleCaptions"));
+    QTRY_VERIFY(stage.asked.contains("toggle-captions"));
   }
 
   void alertsStandInFrontOfThePanel() {

@@ -50,7 +50,7 @@ class PanelPicturesTest final : public test::Suite {
     QFETCH(AppLanguage, language);
     Localization::shared().setLanguage(language);
     test::PanelStage stage({}, desktop_.get());
-    stage.animatesHeader = true;
+    stage.animateHeader();
     stage.settings.setLanguage(language);
     stage.locales = {"en_US", "ko_KR", "ja_JP"};
     stage.languages = {"en", "es", "ko"};

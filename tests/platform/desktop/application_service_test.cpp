@@ -74,16 +74,16 @@ class ApplicationServiceTest final : public test::Suite {
     Suite::init();
     bus = std::make_unique<test::PrivateBus>();
     service = std::make_unique<DBusApplicationService>(kName, bus->connect());
-    service->onActivate = [this] {
-      heard.append("activate");
-    };
-    service->onOpen = [this](const QList<QUrl>& files) {
-      for (const QUrl& file : files) heard.append("open " + file.toString());
-    };
-    service->onAction = [this](const QString& name, const QVariant& parameter) {
-      heard.append((name + " " + parameter.toString()).trimmed());
-    };
-    heard.clear();
+    using Service = ApplicationService;
+    connect(service.get(), &Service::activated, this, [this] { received.append("activate"); });
+    connect(service.get(), &Service::openRequested, this, [this](const QList<QUrl>& files) {
+      for (const QUrl& file : files) received.append("open " + file.toString());
+    });
+    connect(service.get(), &Service::actionRequested, this,
+            [this](const QString& name, const QVariant& parameter) {
+              received.append((name + " " + parameter.toString()).trimmed());
+            });
+    received.clear();
   }
   void cleanup() {
     service.reset();
@@ -103,7 +103,7 @@ class ApplicationServiceTest final : public test::Suite {
       DBusApplicationService again(kName, other);
       claim = again.claim();
     });
-    QTRY_COMPARE(heard, QStringList("activate"));
+    QTRY_COMPARE(received, QStringList("activate"));
     second.join();
     QCOMPARE(claim, ApplicationService::Claim::forwarded);
   }
@@ -125,7 +125,7 @@ class ApplicationServiceTest final : public test::Suite {
     service->claim();
     call(bus->connect(), kApplication, "Open",
          {QStringList{"file:///a%20b.json", "file:///c.md"}, QVariantMap()});
-    QCOMPARE(heard, QStringList({"open file:///a b.json", "open file:///c.md"}));
+    QCOMPARE(received, QStringList({"open file:///a b.json", "open file:///c.md"}));
   }
 
   void actionsAreCarriedOutAfterTheAnswer() {
@@ -135,7 +135,7 @@ class ApplicationServiceTest final : public test::Suite {
     call(caller, kApplication, "ActivateAction", {"toggle", QVariantList(), QVariantMap()});
     call(caller, kApplication, "ActivateAction",
          {"input", QVariantList{"microphone"}, QVariantMap()});
-    QTRY_COMPARE(heard, QStringList({"toggle", "input microphone"}));
+    QTRY_COMPARE(received, QStringList({"toggle", "input microphone"}));
   }
 
   void requestsThatMakeNoSenseAreRefused_data() {
@@ -155,7 +155,7 @@ class ApplicationServiceTest final : public test::Suite {
         call(bus->connect(), kApplication, "ActivateAction", {name, parameters, QVariantMap()});
     QCOMPARE(reply.errorName(), QString("org.freedesktop.DBus.Error.InvalidArgs"));
     test::settle();
-    QVERIFY(heard.isEmpty());
+    QVERIFY(received.isEmpty());
   }
 
   void aDisabledActionIsNotCarriedOut() {
@@ -165,7 +165,7 @@ class ApplicationServiceTest final : public test::Suite {
                                     {"asleep", QVariantList(), QVariantMap()});
     QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
     test::settle();
-    QVERIFY(heard.isEmpty());
+    QVERIFY(received.isEmpty());
   }
 
   void actionsAndTheirStateCanBeRead() {
@@ -204,7 +204,7 @@ class ApplicationServiceTest final : public test::Suite {
  private:
   std::unique_ptr<test::PrivateBus> bus;
   std::unique_ptr<DBusApplicationService> service;
-  QStringList heard;
+  QStringList received;
 };
 
 QTEST_GUILESS_MAIN(ApplicationServiceTest)

@@ -89,7 +89,7 @@ class CaptionViewTest final : public test::Suite {
     QCOMPARE(button.accessibleName(), QString("Start Captions"));
     button.click();
     settle();
-    QCOMPARE(stage.asked, QStringList{"toggleCaptions"});
+    QCOMPARE(stage.asked, QStringList{"toggle-captions"});
     QCOMPARE(button.symbol(), QString("pause.fill"));
     QCOMPARE(button.accessibleName(), QString("Stop Captions"));
     Localization::shared().setLanguage(AppLanguage::korean);
@@ -104,10 +104,10 @@ class CaptionViewTest final : public test::Suite {
     stage.controller->show();
     HeaderButton& button = stage.view->header().hideButton();
     QCOMPARE(button.accessibleName(), QString("Hide"));
-    QCOMPARE(button.toolTip(), QString("You can reopen the caption window from the menu bar"));
+    QCOMPARE(button.toolTip(), QString("You can reopen the caption window from the status icon"));
     Localization::shared().setLanguage(AppLanguage::korean);
     QCOMPARE(button.accessibleName(), QString("숨기기"));
-    QCOMPARE(button.toolTip(), QString("메뉴 막대에서 자막 창을 다시 열 수 있습니다"));
+    QCOMPARE(button.toolTip(), QString("상태 아이콘에서 자막 창을 다시 열 수 있습니다"));
     button.click();
     QVERIFY(!stage.controller->isShown());
   }
@@ -169,8 +169,8 @@ class CaptionViewTest final : public test::Suite {
     QCOMPARE(textsOf(menu), (QStringList{"Save Current Session", "Saved Sessions…", "Export…",
                                          "New Session", "Settings…"}));
     for (QAction* action : menu.actions()) action->trigger();
-    QCOMPARE(stage.asked.join(u' '),
-             QString("header on showHistory exportSession newSession showSettings"));
+    QCOMPARE(stage.asked,
+             (QStringList{"show-history", "export-session", "new-session", "show-settings"}));
     QCOMPARE(stage.files().size(), 1);
     Localization::shared().setLanguage(AppLanguage::korean);
     QCOMPARE(textsOf(opened(header.sessionMenu())),
@@ -200,7 +200,7 @@ class CaptionViewTest final : public test::Suite {
     QCOMPARE(button.accessibleName(), QString("View Saved Sessions"));
     QCOMPARE(button.toolTip(), QString("Session saved · View saved sessions"));
     button.click();
-    QCOMPARE(stage.asked, QStringList{"showHistory"});
+    QCOMPARE(stage.asked, QStringList{"show-history"});
     Localization::shared().setLanguage(AppLanguage::korean);
     QCOMPARE(button.accessibleName(), QString("저장 기록 보기"));
     QCOMPARE(button.toolTip(), QString("세션 저장됨 · 기록 보기"));

@@ -7,50 +7,49 @@
 #include "ui/caption/caption_panel.h"
 #include "ui/caption/caption_view.h"
 #include "ui/caption/caption_window_controller.h"
+#include "ui/common/access_style.h"
+#include "ui/common/app_commands.h"
 
 namespace velun::test {
 
-/// A caption panel over a scripted model, on a desktop that is faked unless one is given, with a
-/// log of the actions it asked for.
+/// A caption panel over a scripted model, on a desktop that is faked unless one is given. Commands
+/// on the engine, the panel and the file are carried out, and the names of all others are logged.
 struct PanelStage : ModelFixture {
   explicit PanelStage(const std::function<void(AppSettings&)>& prepare = {},
                       DesktopPlatform* realDesktop = nullptr, PreferenceStore* keptFrames = nullptr)
       : ModelFixture(prepare) {
+    QObject::connect(&commands, &AppCommands::triggered, &commands,
+                     [this](AppCommand command) { perform(command); });
     controller = std::make_unique<CaptionWindowController>(
-        *model, actions(),
+        *model, commands,
         CaptionWindowServices{.desktop = realDesktop ? *realDesktop : desktop,
                               .translation = translation,
                               .frames = keptFrames ? *keptFrames : frames,
                               .clock = clock});
     view = controller->panel().findChild<CaptionView*>();
+    panel().setStyle(&still);
   }
 
-  CaptionActions actions() {
-    const auto log = [this](const char* name) {
-      return [this, name] {
-        asked << name;
-      };
-    };
-    CaptionActions actions;
-    actions.toggleCaptions = [this] {
-      asked << "toggleCaptions";
-      model->isRunning() ? model->stop() : model->start();
-    };
-    actions.hide = [this] {
-      controller->toggle();
-    };
-    actions.saveSession = [this] {
-      model->saveCurrentSession();
-    };
-    actions.showHistory = log("showHistory");
-    actions.exportSession = log("exportSession");
-    actions.newSession = log("newSession");
-    actions.showSettings = log("showSettings");
-    actions.setHeaderVisible = [this](bool visible) {
-      asked << (visible ? "header on" : "header off");
-      controller->setHeader(visible, animatesHeader);
-    };
-    return actions;
+  /// Lets the header appear and disappear in a movement; without it, that takes no time.
+  void animateHeader() { panel().setStyle(nullptr); }
+
+  void perform(AppCommand command) {
+    switch (command) {
+      case AppCommand::toggleCaptions:
+        model->isRunning() ? model->stop() : model->start();
+        break;
+      case AppCommand::togglePanel:
+        return controller->toggle();
+      case AppCommand::saveSession:
+        model->saveCurrentSession();
+        return;
+      case AppCommand::selectComputer:
+      case AppCommand::selectMicrophone:
+        return settings.setUseMic(command == AppCommand::selectMicrophone);
+      default:
+        break;
+    }
+    asked << commands.action(command).objectName();
   }
 
   CaptionPanel& panel() const { return controller->panel(); }
@@ -58,8 +57,11 @@ struct PanelStage : ModelFixture {
   FakeDesktopPlatform desktop;
   MemoryPreferences frames;
   QStringList asked;
-  bool animatesHeader = false;
+  AccessStyle still{"fusion", false, true};
   std::unique_ptr<CaptionWindowController> controller;
+  AppCommands commands{*model, [this] {
+                         return WindowState{.isPanelVisible = controller && controller->isShown()};
+                       }};
   CaptionView* view = nullptr;
 };
 

@@ -14,18 +14,9 @@ using test::ModelFixture;
 namespace {
 
 struct Fixture : ModelFixture {
-  explicit Fixture() {
-    MenuBarActions actions;
-    actions.perform = [this](AppCommand command) {
-      performed.push_back(command);
-    };
-    actions.validate = [](AppCommand) {
-      return CommandValidation();
-    };
-    actions.isPanelVisible = [this] {
-      return isPanelVisible;
-    };
-    menuBar = std::make_unique<MenuBarController>(*model, host, actions);
+  Fixture() {
+    QObject::connect(&commands, &AppCommands::triggered, &commands,
+                     [this](AppCommand command) { performed.push_back(command); });
   }
 
   QAction* action(const QString& title) const {
@@ -36,9 +27,13 @@ struct Fixture : ModelFixture {
   }
 
   test::ScriptedTrayHost host;
-  bool isPanelVisible = false;
+  WindowState windows;
+  AppCommands commands{*model, [this] {
+                         return windows;
+                       }};
+  std::unique_ptr<MenuBarController> menuBar =
+      std::make_unique<MenuBarController>(*model, host, commands);
   std::vector<AppCommand> performed;
-  std::unique_ptr<MenuBarController> menuBar;
 };
 
 /// The offscreen platform says that it cannot do what a pop-up asks for.
@@ -74,7 +69,7 @@ class MenuBarControllerTest final : public test::Suite {
     QFETCH(bool, isRunning);
     Fixture fixture;
     if (isRunning) fixture.start();
-    fixture.isPanelVisible = QTest::currentDataTag() == QByteArray("panel in view");
+    fixture.windows.isPanelVisible = QTest::currentDataTag() == QByteArray("panel in view");
     expectPopUp();
     fixture.menuBar->statusItemClicked(isPlain);
     QVERIFY(fixture.menuBar->menu().isVisible());
@@ -82,10 +77,10 @@ class MenuBarControllerTest final : public test::Suite {
     fixture.menuBar->menu().close();
   }
 
-  void theMenuIsBuiltAnewAtEachOpening() {
+  void theMenuIsBroughtUpToDateWhenItOpens() {
     Fixture fixture;
     QVERIFY(fixture.action("Show Caption Window"));
-    fixture.isPanelVisible = true;
+    fixture.windows.isPanelVisible = true;
     expectPopUp();
     fixture.menuBar->statusItemClicked(false);
     QVERIFY(fixture.action("Hide Caption Window"));
@@ -129,7 +124,7 @@ class MenuBarControllerTest final : public test::Suite {
     const QSignalSpy shown(fixture.menuBar.get(), &MenuBarController::statusItemShown);
     fixture.host.stayAway();
     QCOMPARE(shown.count(), 0);
-    // The toolkit looks for a tray window, which the offscreen platform has none of.
+    // Qt looks for a tray window, which the offscreen platform does not have.
     QTest::ignoreMessage(QtWarningMsg,
                          "QObject::connect: No such signal "
                          "QPlatformNativeInterface::systemTrayWindowChanged(QScreen*)");

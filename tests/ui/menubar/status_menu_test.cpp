@@ -10,24 +10,28 @@ using test::ModelFixture;
 
 namespace {
 
-MenuItem item(const ModelFixture& fixture, AppCommand command, bool isPanelVisible = false) {
-  for (const MenuItem& candidate : statusMenuItems(*fixture.model, isPanelVisible)) {
-    if (candidate.command == command) return candidate;
-  }
-  qFatal("The status menu has no such item");
-}
+struct Fixture : ModelFixture {
+  using ModelFixture::ModelFixture;
 
-QStringList titles(const ModelFixture& fixture, bool isPanelVisible = false) {
-  QStringList titles;
-  for (const MenuItem& one : statusMenuItems(*fixture.model, isPanelVisible)) {
-    titles.append(one.command ? one.title : QString("-"));
+  QStringList titles() const {
+    QStringList titles;
+    for (const QAction* item : menu.actions()) titles << (item->isSeparator() ? "-" : item->text());
+    return titles;
   }
-  return titles;
-}
 
-const std::vector<AppCommand> kDisabledInASwitch = {
-    AppCommand::toggleCaptions, AppCommand::selectComputer, AppCommand::selectMicrophone,
-    AppCommand::newSession};
+  WindowState windows;
+  AppCommands commands{*model, [this] {
+                         return windows;
+                       }};
+  StatusMenu menu{*model, commands};
+  // Places of the items.
+  const QAction& captions = *menu.actions()[0];
+  const QAction& computer = *menu.actions()[2];
+  const QAction& microphone = *menu.actions()[3];
+  const QAction& keepOnTop = *menu.actions()[5];
+  const QAction& save = *menu.actions()[9];
+  const QAction& newSession = *menu.actions()[11];
+};
 
 }  // namespace
 
@@ -38,8 +42,8 @@ class StatusMenuTest final : public test::Suite {
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
   void itemsStandInOrder() {
-    ModelFixture fixture;
-    QCOMPARE(titles(fixture),
+    Fixture fixture;
+    QCOMPARE(fixture.titles(),
              QStringList({"Start Captions", "-", "Computer Audio", "Microphone", "-", "Keep on Top",
                           "Show Caption Window", "Restore Default Position", "-",
                           "Save Current Session", "Saved Sessions…", "New Session", "-",
@@ -47,97 +51,95 @@ class StatusMenuTest final : public test::Suite {
   }
 
   void itemsAreInKoreanToo() {
-    ModelFixture fixture([](AppSettings& settings) { settings.setLanguage(AppLanguage::korean); });
-    QCOMPARE(titles(fixture, true),
+    Fixture fixture([](AppSettings& settings) { settings.setLanguage(AppLanguage::korean); });
+    fixture.windows.isPanelVisible = true;
+    fixture.commands.refresh();
+    QCOMPARE(fixture.titles(),
              QStringList({"자막 시작", "-", "컴퓨터 오디오", "마이크", "-", "항상 위에 표시",
                           "자막 창 숨기기", "기본 위치로 복원", "-", "현재 세션 저장", "저장 기록…",
                           "새 세션", "-", "설정…", "업데이트 확인…", "Velun 종료"}));
   }
 
   void onlyQuitHasAKey() {
-    ModelFixture fixture;
-    for (const MenuItem& one : statusMenuItems(*fixture.model, false)) {
-      QCOMPARE(!one.key.isEmpty(), one.command == AppCommand::terminate);
+    Fixture fixture;
+    for (const QAction* item : fixture.menu.actions()) {
+      QCOMPARE(item->shortcut(), QKeySequence(item->text() == "Quit Velun" ? "Ctrl+Q" : ""));
     }
-    QCOMPARE(item(fixture, AppCommand::terminate).key, QKeySequence("Ctrl+Q"));
   }
 
   void captionsItemFollowsTheEngine() {
-    ModelFixture fixture;
+    Fixture fixture;
     fixture.engine->holdsStarts = true;
     fixture.start();
-    QCOMPARE(item(fixture, AppCommand::toggleCaptions).title, QString("Switching Captions…"));
+    QCOMPARE(fixture.captions.text(), QString("Switching Captions…"));
     Localization::shared().setLanguage(AppLanguage::korean);
-    QCOMPARE(item(fixture, AppCommand::toggleCaptions).title, QString("자막 전환 중…"));
+    QCOMPARE(fixture.captions.text(), QString("자막 전환 중…"));
     fixture.engine->release();
     test::settle();
-    QCOMPARE(item(fixture, AppCommand::toggleCaptions).title, QString("자막 중지"));
+    QCOMPARE(fixture.captions.text(), QString("자막 중지"));
     Localization::shared().setLanguage(AppLanguage::english);
-    QCOMPARE(item(fixture, AppCommand::toggleCaptions).title, QString("Stop Captions"));
+    QCOMPARE(fixture.captions.text(), QString("Stop Captions"));
     fixture.stop();
-    QCOMPARE(item(fixture, AppCommand::toggleCaptions).title, QString("Start Captions"));
+    QCOMPARE(fixture.captions.text(), QString("Start Captions"));
   }
 
   void aSwitchDisablesWhatDependsOnTheEngine() {
-    ModelFixture fixture;
+    Fixture fixture;
     fixture.engine->holdsStarts = true;
     fixture.start();
-    for (const MenuItem& one : statusMenuItems(*fixture.model, true)) {
-      if (!one.command) continue;
-      const bool isHeld = std::ranges::count(kDisabledInASwitch, *one.command) > 0 ||
-                          *one.command == AppCommand::saveSession;
-      QCOMPARE(one.isEnabled, !isHeld);
+    const std::vector<const QAction*> disabled = {&fixture.captions, &fixture.computer,
+                                                  &fixture.microphone, &fixture.newSession,
+                                                  &fixture.save};
+    for (const QAction* item : fixture.menu.actions()) {
+      QCOMPARE(item->isEnabled(), std::ranges::count(disabled, item) == 0);
     }
     fixture.engine->release();
     test::settle();
   }
 
   void theChosenInputIsChecked() {
-    ModelFixture fixture;
-    QVERIFY(item(fixture, AppCommand::selectComputer).isChecked);
-    QVERIFY(!item(fixture, AppCommand::selectMicrophone).isChecked);
+    Fixture fixture;
+    QVERIFY(fixture.computer.isChecked());
+    QVERIFY(!fixture.microphone.isChecked());
     fixture.settings.setUseMic(true);
-    QVERIFY(!item(fixture, AppCommand::selectComputer).isChecked);
-    QVERIFY(item(fixture, AppCommand::selectMicrophone).isChecked);
+    QVERIFY(!fixture.computer.isChecked());
+    QVERIFY(fixture.microphone.isChecked());
   }
 
   void keepOnTopIsCheckedWhileOn() {
-    ModelFixture fixture;
-    QVERIFY(item(fixture, AppCommand::toggleKeepOnTop).isChecked);
+    Fixture fixture;
+    QVERIFY(fixture.keepOnTop.isChecked());
     fixture.settings.setKeepOnTop(false);
-    QVERIFY(!item(fixture, AppCommand::toggleKeepOnTop).isChecked);
+    QVERIFY(!fixture.keepOnTop.isChecked());
   }
 
   void nothingToSaveDisablesSaving() {
-    ModelFixture fixture;
-    const MenuItem save = item(fixture, AppCommand::saveSession);
-    QVERIFY(!save.isEnabled);
-    QVERIFY(!save.isChecked);
+    Fixture fixture;
+    QVERIFY(!fixture.save.isEnabled());
+    QVERIFY(!fixture.save.isChecked());
   }
 
   void aWrittenSessionIsCheckedAndDone() {
-    ModelFixture fixture;
+    Fixture fixture;
     fixture.final("One line.");
-    QVERIFY(item(fixture, AppCommand::saveSession).isEnabled);
+    QVERIFY(fixture.save.isEnabled());
     fixture.model->saveCurrentSession();
-    const MenuItem save = item(fixture, AppCommand::saveSession);
-    QCOMPARE(save.title, QString("Saving Current Session"));
-    QVERIFY(save.isChecked);
-    QVERIFY(!save.isEnabled);
+    QCOMPARE(fixture.save.text(), QString("Saving Current Session"));
+    QVERIFY(fixture.save.isChecked());
+    QVERIFY(!fixture.save.isEnabled());
     Localization::shared().setLanguage(AppLanguage::korean);
-    QCOMPARE(item(fixture, AppCommand::saveSession).title, QString("현재 세션 저장 중"));
+    QCOMPARE(fixture.save.text(), QString("현재 세션 저장 중"));
   }
 
   void aFailedWriteCanBeRepeated() {
-    ModelFixture fixture;
+    Fixture fixture;
     fixture.final("One line.");
     fixture.model->saveCurrentSession();
     fixture.breakStore();
     fixture.final("Another.");
-    const MenuItem save = item(fixture, AppCommand::saveSession);
-    QCOMPARE(save.title, QString("Saving Current Session"));
-    QVERIFY(save.isEnabled);
-    QVERIFY(!save.isChecked);
+    QCOMPARE(fixture.save.text(), QString("Saving Current Session"));
+    QVERIFY(fixture.save.isEnabled());
+    QVERIFY(!fixture.save.isChecked());
   }
 };
 

@@ -9,19 +9,15 @@ ApplicationAdaptor::ApplicationAdaptor(QObject* parent, DBusApplicationService& 
     : QDBusAbstractAdaptor(parent), service_(service) {}
 
 void ApplicationAdaptor::Activate(const QVariantMap&) {
-  if (service_.onActivate) service_.onActivate();
+  Q_EMIT service_.activated();
 }
 
 void ApplicationAdaptor::Open(const QStringList& uris, const QVariantMap&) {
   QList<QUrl> files;
   for (const QString& uri : uris) files.append(QUrl(uri));
-  // Opening may show an alert; the caller is not to wait for its answer.
+  // Queued, so that the caller gets its reply first: opening may show an alert.
   QMetaObject::invokeMethod(
-      &service_,
-      [this, files] {
-        if (service_.onOpen) service_.onOpen(files);
-      },
-      Qt::QueuedConnection);
+      &service_, [this, files] { Q_EMIT service_.openRequested(files); }, Qt::QueuedConnection);
 }
 
 void ApplicationAdaptor::ActivateAction(const QString& name, const QVariantList& parameters,

@@ -12,12 +12,12 @@ namespace velun {
 
 namespace {
 
-/// How long a launch waits for the running instance to answer, in milliseconds.
+/// How long a second launch waits for the reply of the running instance, in milliseconds.
 constexpr int kForwardTimeout = 3000;
 
 constexpr auto kStateInterface = "app.velun.Velun";
 
-/// What the launcher gave this process so that a window of the other one may come to the front.
+/// The launcher's tokens, which allow the running instance to bring a window to the front.
 QVariantMap platformData() {
   QVariantMap data;
   if (const QString id = qEnvironmentVariable("DESKTOP_STARTUP_ID"); !id.isEmpty()) {
@@ -41,7 +41,7 @@ DBusApplicationService::DBusApplicationService(const QString& name, const QDBusC
 
 ApplicationService::Claim DBusApplicationService::claim() {
   if (!bus_.isConnected()) return Claim::granted;
-  // The object first: a launcher calls it as soon as the name is there.
+  // The object first: a launcher calls it as soon as the name exists.
   bus_.registerObject(path_, this, QDBusConnection::ExportAdaptors);
   const auto reply =
       bus_.interface()->registerService(name_, QDBusConnectionInterface::DontQueueService,
@@ -91,15 +91,11 @@ std::optional<QString> DBusApplicationService::carryOut(const QString& name,
       parameters.first().metaType() != QMetaType::fromType<QString>()) {
     return QStringLiteral("Wrong type of parameter for ") + name;
   }
-  // Carried out after the answer: a command may ask the user a question, and the caller need not
-  // wait for that.
+  // Queued, so that the caller gets its reply first: a command may ask the user a question.
   if (known->isEnabled) {
     const QVariant parameter = parameters.isEmpty() ? QVariant() : parameters.first();
     QMetaObject::invokeMethod(
-        this,
-        [this, name, parameter] {
-          if (onAction) onAction(name, parameter);
-        },
+        this, [this, name, parameter] { Q_EMIT actionRequested(name, parameter); },
         Qt::QueuedConnection);
   }
   return std::nullopt;

@@ -5,18 +5,17 @@
 
 #include <optional>
 #include <QDBusConnection>
-#include <QObject>
 
 namespace velun {
 
 class StateAdaptor;
 
 /// The application service on the session bus, under a name that only one process can own.
-class DBusApplicationService final : public QObject, public ApplicationService {
+class DBusApplicationService final : public ApplicationService {
   Q_OBJECT
 
  public:
-  /// `name` is the bus name, such as "app.velun.Velun"; the object's path follows from it.
+  /// `name` is the bus name, such as "app.velun.Velun"; the object path is derived from it.
   explicit DBusApplicationService(const QString& name,
                                   const QDBusConnection& bus = QDBusConnection::sessionBus());
 
@@ -25,10 +24,10 @@ class DBusApplicationService final : public QObject, public ApplicationService {
 
   const QDBusConnection& bus() const { return bus_; }
   const std::vector<ApplicationAction>& actions() const { return actions_; }
-  /// Null when there is none of that name.
+  /// Null if there is no action of that name.
   const ApplicationAction* action(const QString& name) const;
 
-  /// Carries out an action for a caller; gives what is wrong with the request, for developers.
+  /// Carries out an action for a caller. Returns what is wrong with the request, for developers.
   std::optional<QString> carryOut(const QString& name, const QVariantList& parameters);
 
  private:

@@ -8,15 +8,15 @@ namespace velun {
 
 class DBusApplicationService;
 
-/// The interface `app.velun.Velun`: how the actions stand, for programs that show it. The usual
-/// `PropertiesChanged` follows every change. (`org.gtk.Actions` has the same in another form, but
-/// the toolkit cannot send the empty signature that it uses for actions without a parameter.)
+/// The interface `app.velun.Velun`: the state of the actions, for programs that show it. Every
+/// change emits `PropertiesChanged`. (`org.gtk.Actions` offers the same in another form, but QtDBus
+/// cannot send the empty signature that it uses for actions without a parameter.)
 class StateAdaptor final : public QDBusAbstractAdaptor {
   Q_OBJECT
   Q_CLASSINFO("D-Bus Interface", "app.velun.Velun")
-  /// Action names, and whether each can be carried out now.
+  /// Action names, and whether each is enabled.
   Q_PROPERTY(QVariantMap Actions READ actions)
-  /// What the actions that have a state stand at, by their names: "running", "input" and others.
+  /// The states of the actions that have one, by name: "running", "input" and others.
   Q_PROPERTY(QVariantMap State READ state)
 
  public:

@@ -12,7 +12,7 @@ namespace velun {
 
 namespace {
 
-// A signal handler can reach nothing but a global.
+// A signal handler can only use globals.
 std::atomic<int> signalDescriptor = -1;
 
 extern "C" void noteSignal(int) {

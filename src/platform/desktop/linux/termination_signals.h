@@ -6,7 +6,7 @@
 
 namespace velun {
 
-/// SIGTERM and SIGINT, told on the main thread. At most one object of it exists.
+/// Reports SIGTERM and SIGINT on the main thread. At most one instance may exist.
 class TerminationSignals final : public QObject {
   Q_OBJECT
 
@@ -15,7 +15,7 @@ class TerminationSignals final : public QObject {
   ~TerminationSignals() override;
 
  Q_SIGNALS:
-  /// Once for each signal.
+  /// Emitted once for each signal.
   void received();
 
  private:

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+#include <QAction>
+#include <vector>
+
+class QMenu;
+
+namespace velun {
+
+class CaptionViewModel;
+
+/// Everything that a user can ask the program as a whole to do.
+enum class AppCommand {
+  toggleCaptions,
+  selectComputer,
+  selectMicrophone,
+  toggleKeepOnTop,
+  togglePanel,
+  showPanel,
+  restorePosition,
+  newSession,
+  saveSession,
+  /// Saves what the active window shows: the selected saved session or the live one.
+  saveDocument,
+  exportCurrentSession,
+  openSessionFile,
+  openSessionsFolder,
+  showHistory,
+  showSettings,
+  checkForUpdates,
+  showAbout,
+  terminate,
+};
+
+/// What the commands depend on besides the model.
+struct WindowState {
+  bool isPanelVisible = false;
+  /// The saved-sessions window has the keyboard.
+  bool isHistoryActive = false;
+  /// A saved session is selected.
+  bool hasSelection = false;
+};
+
+/// Every command, stated once, as an action: text, shortcut, whether it is enabled and checked. The
+/// object name is the name for other programs, empty if they cannot use it; the data is the state
+/// that they see, invalid if it has none. The main menu shows these actions; `addItem` shows them
+/// elsewhere. Main thread.
+class AppCommands final : public QObject {
+  Q_OBJECT
+
+ public:
+  /// `model` must outlive the commands. `windows` is called whenever the actions are refreshed.
+  AppCommands(const CaptionViewModel& model, std::function<WindowState()> windows);
+
+  QAction& action(AppCommand command) const;
+  const std::vector<QAction*>& actions() const { return actions_; }
+  /// Null if there is no command with that name for other programs.
+  QAction* find(const QString& name) const;
+
+  WindowState windows() const { return windows_(); }
+
+  /// Updates every action. Follows the model, its settings, the interface language and the active
+  /// window by itself; other changes of the windows have to be reported by calling it.
+  void refresh();
+
+ Q_SIGNALS:
+  /// An enabled action was triggered.
+  void triggered(AppCommand command);
+  /// The actions are up to date; emitted by every `refresh`.
+  void refreshed();
+
+ private:
+  struct Row;
+  std::vector<Row> rows() const;
+
+  const CaptionViewModel& model_;
+  std::function<WindowState()> windows_;
+  /// Indexed by `AppCommand`; owned as children.
+  std::vector<QAction*> actions_;
+};
+
+/// Appends an item to `menu` that triggers `command`. It has no shortcut and shows the command as
+/// it is now; `showCommand` brings it up to date.
+QAction* addItem(QMenu& menu, QAction& command);
+
+/// Copies the text, whether it is enabled and the check mark.
+void showCommand(QAction& item, const QAction& command);
+
+}  // namespace velun
