@@ -15,10 +15,10 @@ namespace velun {
 
 namespace {
 
-/// How long a question may stay unanswered once the program was signalled to end.
-constexpr std::chrono::seconds kAnswerTime(10);
+/// How long a question may stay unanswered after a signal.
+constexpr std::chrono::seconds kAnswerTimeout(10);
 
-/// Which lines a session holds.
+/// Identifies the lines of a session.
 std::pair<QUuid, std::size_t> contentOf(const CaptionSession& session) {
   return {session.id, session.lines.size()};
 }
@@ -37,18 +37,18 @@ AppDelegate::AppDelegate(CaptionViewModel& model, const AppServices& services)
 AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching() {
-  // An accessory: it lives in the status item, whatever windows are open.
+  // The status icon keeps the program alive without windows.
   QApplication::setQuitOnLastWindowClosed(false);
   qApp->installEventFilter(this);
-  // Directly: the session manager waits inside the signal.
+  // Direct: the session manager waits inside the signal.
   connect(qApp, &QGuiApplication::commitDataRequest, this, &AppDelegate::commitData,
           Qt::DirectConnection);
   coordinator_.launch();
 }
 
 void AppDelegate::applicationWillTerminate() {
-  // Nobody else hands on any more what is posted: tasks that have not begun yet, and what tells
-  // the waiting ones that there is nothing left.
+  // The event loop has ended; deliver posted events ourselves: they start tasks and resume waiting
+  // ones.
   QCoreApplication::sendPostedEvents();
   model_.abandonEngine();
   model_.translator().configure(false, false, {}, {});
@@ -57,8 +57,8 @@ void AppDelegate::applicationWillTerminate() {
 
 bool AppDelegate::eventFilter(QObject* watched, QEvent* event) {
   if (watched != qApp || event->type() != QEvent::Quit) return false;
-  // From the session manager or the toolkit; the program itself never sends it.
-  // Good for one end: another program may have cancelled the one that it was given for.
+  // From the session manager or Qt; the program itself never sends it. The agreement is valid for
+  // one end: another program may have cancelled the end that it was given for.
   const auto agreed = std::exchange(agreedEnd_, std::nullopt);
   if (std::exchange(isEndImposed_, false)) {
     startDeadline();
@@ -90,14 +90,14 @@ void AppDelegate::terminationSignalled() {
   isSignalled_ = true;
   startDeadline();
   if (!coordinator_.isTerminating()) {
-    // Whatever else is being asked is answered with "cancel", to make place for the one question.
+    // Cancel any other open question to make room for the one about quitting.
     if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget())) dialog->reject();
   }
   requestTermination();
 }
 
 void AppDelegate::startDeadline() {
-  deadline_ = clock_.callAfter(kAnswerTime, [this] { endNow(); });
+  deadline_ = clock_.callAfter(kAnswerTimeout, [this] { endNow(); });
 }
 
 void AppDelegate::endNow() {
@@ -106,23 +106,23 @@ void AppDelegate::endNow() {
 }
 
 void AppDelegate::finish() {
-  // Leaves every event loop, that of an open question too.
+  // Leaves all event loops, including the one of an open question.
   QCoreApplication::exit(0);
 }
 
 void AppDelegate::commitData(QSessionManager& manager) {
   isEndImposed_ = !manager.allowsInteraction();
   if (isEndImposed_) {
-    // The file is good already, should the end come before the captions have been stopped for it.
+    // The file is complete even if the process ends before captions have stopped.
     model_.persistIfNeeded();
     return;
   }
-  // A question that is up already would, waited for from within it, never be answered.
+  // Waiting inside the loop of an open question would deadlock.
   const bool isAsking = coordinator_.isDeciding() && QApplication::activeModalWidget();
   if (!isAsking && decideTerminationWaiting()) {
     manager.release();
   } else {
-    // Not released, which would first tell the manager that all is well.
+    // Without release(), which would first report success.
     manager.cancel();
   }
 }

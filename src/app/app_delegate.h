@@ -12,7 +12,7 @@ namespace velun {
 
 class ScheduledCall;
 
-/// Holds the coordinator for the whole run and hands it the events of the program's life: launch,
+/// Owns the coordinator for the whole run and forwards the program's life events to it: launch,
 /// signals, the end of the user's session. Main thread.
 class AppDelegate final : public QObject {
   Q_OBJECT
@@ -25,11 +25,11 @@ class AppDelegate final : public QObject {
   AppCoordinator& coordinator() { return coordinator_; }
 
   void applicationDidFinishLaunching();
-  /// After the event loop: ends what still waits for something to do.
+  /// Call it after the event loop: completes pending operations.
   void applicationWillTerminate();
 
-  /// SIGTERM or SIGINT: quits as the user would; a second one, or ten seconds in which the question
-  /// stays unanswered, ends the program.
+  /// Handles SIGTERM and SIGINT: quits as the user would. A second signal, or a question that stays
+  /// unanswered for ten seconds, ends the program.
   void terminationSignalled();
 
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -48,9 +48,10 @@ class AppDelegate final : public QObject {
   Clock& clock_;
   bool isSignalled_ = false;
   std::unique_ptr<ScheduledCall> deadline_;
-  /// The end that the session manager announced last allowed no question.
+  /// The session manager allowed no question for the end that it announced last.
   bool isEndImposed_ = false;
-  /// The lines that the user has agreed to leave behind, at the end of a session.
+  /// The unsaved lines (session and count) that the user agreed to lose at the end of the user's
+  /// session.
   std::optional<std::pair<QUuid, std::size_t>> agreedEnd_;
 };
 

@@ -20,7 +20,7 @@ class TranslationPlatform;
 class TrayHost;
 class UpdateChecker;
 
-/// What the coordinator stands on; all of it outlives the coordinator.
+/// The services that the coordinator uses; all of them outlive it.
 struct AppServices {
   PreferenceStore& preferences;
   DesktopPlatform& desktop;
@@ -34,7 +34,7 @@ struct AppServices {
   FilePanels panels;
   HistoryViewModel::Trash trash;
   SettingsNotes notes;
-  /// What the program is made of, for "About Velun".
+  /// Listed in "About Velun".
   std::vector<Credit> credits;
 };
 

@@ -9,8 +9,8 @@ namespace velun {
 
 class ModelCatalogue;
 
-/// The software that the program is made with, and the models that it offers, with the licences
-/// that their makers state.
+/// The third-party software in the program and the models that it can download, with their
+/// licences.
 std::vector<Credit> credits(const ModelCatalogue& models);
 
 }  // namespace velun

@@ -14,20 +14,20 @@ namespace velun {
 
 class UpdateView;
 
-/// The windows that only tell something: "About Velun" and the search for updates. Main thread.
+/// The windows "About Velun" and "Updates". Main thread.
 class InformationWindows final : public QObject {
   Q_OBJECT
 
  public:
-  /// Everything in `services` must outlive it. `windowMade` hears of every window before it is
-  /// first shown.
+  /// Everything in `services` must outlive it. `windowMade` is called with every window before it
+  /// is first shown.
   InformationWindows(const AppServices& services, std::function<void(QWidget*)> windowMade);
   ~InformationWindows() override;
 
   void showAbout();
 
-  /// Shows that it looks for a newer release, and what it found. Asked again meanwhile, it only
-  /// comes to the front.
+  /// Shows the window, checks for a newer release and shows the outcome. During a check it only
+  /// brings the window to the front.
   void checkForUpdates();
 
  private:
@@ -37,10 +37,10 @@ class InformationWindows final : public QObject {
 
   AppServices services_;
   std::function<void(QWidget*)> windowMade_;
-  /// Null until they were first shown; kept, because they may ask for themselves.
+  /// Null until first shown; then kept, because their own menus may request them again.
   std::unique_ptr<QWidget> about_;
   std::unique_ptr<QWidget> updates_;
-  /// In `updates_`.
+  /// Owned by `updates_`.
   UpdateView* updateView_ = nullptr;
   bool isChecking_ = false;
 };

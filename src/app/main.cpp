@@ -18,22 +18,22 @@ namespace {
 /// The desktop file, the bus name, the icon and the window class: one id everywhere.
 constexpr auto kApplicationID = "app.velun.Velun";
 
-/// Bytes. What is larger goes back to the system when it is freed. The allocator would raise this
-/// limit by itself with the first large thing that is freed, and from then on keep the place of a
+/// Allocations of at least this many bytes are returned to the system when freed. Without a fixed
+/// value glibc raises the threshold at the first large free and then keeps the memory of a
 /// recognizer's tables.
-constexpr int kLargeAllocation = 1 << 20;
+constexpr int kMmapThreshold = 1 << 20;
 
 }  // namespace
 
 int main(int argc, char** argv) {
   using namespace velun;
-  mallopt(M_MMAP_THRESHOLD, kLargeAllocation);
+  mallopt(M_MMAP_THRESHOLD, kMmapThreshold);
   preferWindowSystem();
   QCoreApplication::setApplicationName(kApplicationID);
   QCoreApplication::setApplicationVersion(VELUN_VERSION);
   QApplication application(argc, argv);
   QGuiApplication::setDesktopFileName(kApplicationID);
-  // The theme has the icon once the program is installed.
+  // The icon theme has the icon once the program is installed.
   QGuiApplication::setWindowIcon(
       QIcon::fromTheme(kApplicationID, QIcon(":/icons/app.velun.Velun.svg")));
   QtTranslation qtTranslation;
@@ -47,7 +47,7 @@ int main(int argc, char** argv) {
     case ApplicationService::Claim::unanswered:
       Localization::shared().load(FilePreferences(FilePreferences::userPath()));
       std::fprintf(stderr, "%s\n",
-                   qUtf8Printable(L("Velun is running but does not answer.",
+                   qUtf8Printable(L("Velun is running but does not respond.",
                                     "Velun이 실행 중이지만 응답하지 않습니다.")));
       return 1;
   }

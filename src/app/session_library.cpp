@@ -125,7 +125,7 @@ void SessionLibrary::deleteHistorySelection(const QList<QUrl>& visible) {
     model_.savedFileWasDeleted(*deleted);
     library_.reload();
   } catch (const std::exception& error) {
-    // The file may have gone without us.
+    // Something else may have removed the file.
     library_.reload();
     const QString description = descriptionOf(error);
     showError(L("Couldn’t delete the session: " + description,

@@ -17,13 +17,13 @@ class CaptionViewModel;
 class ExportWindowController;
 class HistoryWindowController;
 
-/// The saved sessions with their windows, and the commands that work on them. Main thread.
+/// The saved sessions, their windows, and the commands that work on them. Main thread.
 class SessionLibrary final : public QObject {
   Q_OBJECT
 
  public:
-  /// `model` and everything in `services` must outlive the library. `windowMade` hears of every
-  /// window before it is first shown.
+  /// `model` and everything in `services` must outlive the library. `windowMade` is called with
+  /// every window before it is first shown.
   SessionLibrary(CaptionViewModel& model, const AppServices& services,
                  std::function<void(QWidget*)> windowMade);
   ~SessionLibrary() override;
@@ -32,24 +32,25 @@ class SessionLibrary final : public QObject {
 
   void showHistory();
 
-  /// Exports the selected session while the saved-sessions window is key, else the live one.
+  /// Exports the selected session if the saved-sessions window is active, else the live one.
   void exportCurrentSession();
 
-  /// Asks for a session file or an earlier transcript and shows it among the saved sessions.
+  /// Lets the user choose a session file or an earlier transcript and opens it.
   void openSessionFile();
+  /// Shows the files among the saved sessions, and an alert for those that cannot be read.
   void open(const QList<QUrl>& files);
 
-  /// Asks where to and writes the selected session, if there is one.
+  /// Lets the user choose a file and writes the selected session to it, if there is one.
   void saveHistoryFile();
   void revealHistoryFile();
-  /// Deletes the selected one of the visible sessions, which are in display order.
+  /// Deletes the selected session. `visible` are the listed files in display order.
   void deleteHistorySelection(const QList<QUrl>& visible);
 
-  /// Whether the saved-sessions window is there and has the keyboard.
+  /// Whether the saved-sessions window has the keyboard.
   bool isKeyWindow() const;
   bool hasSelection() const { return library_.selectedSession() != nullptr; }
 
-  /// Titles the windows anew, in the interface language.
+  /// Sets the window titles in the interface language.
   void updateTitles();
 
  Q_SIGNALS:

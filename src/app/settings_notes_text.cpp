@@ -16,12 +16,12 @@ namespace {
 QString captureHidingText(CaptureHiding hiding) {
   switch (hiding) {
     case CaptureHiding::compositor:
-      return L("This desktop leaves the caption window out of what is shared or recorded.",
+      return L("This desktop excludes the caption window from screen sharing and recording.",
                "이 데스크톱은 공유·녹화되는 화면에서 자막 창을 제외합니다.");
     case CaptureHiding::whileCasting:
       return L(
-          "This desktop cannot leave one window out, so the caption window also leaves your "
-          "own screen while the screen is shared or recorded.",
+          "This desktop cannot exclude a single window, so the caption window also disappears from "
+          "your own screen while the screen is shared or recorded.",
           "이 데스크톱은 창 하나만 뺄 수 없으므로, 화면을 공유하거나 녹화하는 동안에는 내 "
           "화면에서도 자막 창이 사라집니다.");
     case CaptureHiding::none:

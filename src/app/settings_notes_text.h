@@ -9,7 +9,8 @@ class DesktopPlatform;
 class ModelStore;
 class TranslationPlatform;
 
-/// What the settings window says about this machine. All three must outlive the notes.
+/// The settings window's notes about this desktop and its downloads. All arguments must outlive
+/// them.
 SettingsNotes settingsNotes(const DesktopPlatform& desktop, const TranslationPlatform& translation,
                             const ModelStore& models);
 

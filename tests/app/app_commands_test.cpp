@@ -91,7 +91,7 @@ class AppCommandsTest final : public Suite {
     QVERIFY(!notice->isModal());
     // Otherwise the panel covers it.
     QVERIFY(notice->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
-    QCOMPARE(notice->accessibleName(), QString("No Place for the Status Icon"));
+    QCOMPARE(notice->accessibleName(), QString("No System Tray Found"));
     notice->findChild<QPushButton*>()->click();
     QTRY_VERIFY(!visibleWindow("Velun"));
   }

@@ -35,12 +35,13 @@ class SettingsNotesTest final : public Suite {
     QTest::addColumn<QString>("korean");
     QTest::newRow("by the compositor")
         << CaptureHiding::compositor
-        << "This desktop leaves the caption window out of what is shared or recorded."
+        << "This desktop excludes the caption window from screen sharing and recording."
         << "이 데스크톱은 공유·녹화되는 화면에서 자막 창을 제외합니다.";
     QTest::newRow("by going away")
         << CaptureHiding::whileCasting
-        << "This desktop cannot leave one window out, so the caption window also leaves your own "
-           "screen while the screen is shared or recorded."
+        << "This desktop cannot exclude a single window, so the caption window also disappears "
+           "from "
+           "your own screen while the screen is shared or recorded."
         << "이 데스크톱은 창 하나만 뺄 수 없으므로, 화면을 공유하거나 녹화하는 동안에는 내 "
            "화면에서도 자막 창이 사라집니다.";
     QTest::newRow("not at all")

@@ -7,12 +7,12 @@
 
 namespace velun {
 
-/// A menu of the caption panel, dark like it.
+/// A menu in the dark look of the caption panel.
 class CaptionMenu final : public QMenu {
   Q_OBJECT
 
  public:
-  /// What stands before the texts: nothing, check marks, or check marks and symbols. In points.
+  /// The room before the texts for nothing, check marks, or check marks and symbols; in points.
   enum class Margin { none = 14, checks = 28, symbols = 46 };
 
   explicit CaptionMenu(QWidget* parent);

@@ -6,7 +6,7 @@ namespace velun {
 class CaptionMenu;
 class CaptionViewModel;
 
-/// Fills the menu with everything that concerns translation.
+/// Fills the menu with the translation settings: on or off, languages, content.
 void fillTranslationMenu(CaptionMenu& menu, const CaptionViewModel& model);
 
 }  // namespace velun

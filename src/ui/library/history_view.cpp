@@ -248,12 +248,14 @@ void HistoryView::hideEvent(QHideEvent* event) {
 }
 
 void HistoryView::translate() {
-  label(delete_, L("Delete", "삭제"),
-        L("Delete (⌘⌫) · Moves to Trash", "삭제 (⌘⌫) · 휴지통으로 이동"));
+  const QString shortcut = delete_->shortcut().toString(QKeySequence::NativeText);
+  label(
+      delete_, L("Delete", "삭제"),
+      L("Delete (" + shortcut + ") · Moves to Trash", "삭제 (" + shortcut + ") · 휴지통으로 이동"));
   label(export_, L("Export", "내보내기"));
   label(openFile_, L("Open File…", "파일 열기…"));
   label(saveFile_, L("Save as File…", "파일로 저장…"));
-  label(reveal_, L("Show in Finder", "Finder에서 보기"));
+  label(reveal_, L("Show in File Manager", "파일 관리자에서 보기"));
   label(refresh_, L("Refresh", "새로고침"));
   label(sidebar_, L("Show/Hide Sidebar", "사이드바 보기/숨기기"));
   label(find_, L("Find in Transcript", "자막에서 찾기"));
@@ -329,7 +331,8 @@ void HistoryView::showContextMenu(const QPoint& position) {
   if (!session) return;
   library_.select(session->url);
   QMenu menu(this);
-  menu.addAction(L("Show in Finder", "Finder에서 보기"), this, &HistoryView::revealSelected);
+  menu.addAction(L("Show in File Manager", "파일 관리자에서 보기"), this,
+                 &HistoryView::revealSelected);
   menu.addAction(L("Export…", "내보내기…"), this, &HistoryView::exportSelected);
   menu.addAction(L("Delete", "삭제"), this, &HistoryView::deleteSelected);
   menu.exec(list_->viewport()->mapToGlobal(position));

@@ -183,10 +183,11 @@ void HistoryViewModel::presentError() {
     error = fileErrorText(*failure_);
   } else if (unreadableCount_ > 0) {
     const QString count = QString::number(unreadableCount_);
-    error =
-        L(QStringLiteral("Couldn’t read ") + count +
-              QStringLiteral(" session(s). The original files are still in the sessions folder."),
-          count + QStringLiteral("개 기록을 읽지 못했습니다. 원본 파일은 기록 폴더에 있습니다."));
+    error = L("Couldn’t read " + count +
+                  (unreadableCount_ == 1
+                       ? " session. The original file is still in the sessions folder."
+                       : " sessions. The original files are still in the sessions folder."),
+              count + "개 기록을 읽지 못했습니다. 원본 파일은 기록 폴더에 있습니다.");
   }
   if (error_ == error) return;
   error_ = error;

@@ -8,7 +8,8 @@ namespace velun {
 
 QString sessionSummary(const CaptionSession& session) {
   const QString count = QString::number(session.lines.size());
-  QString summary = L(count + QStringLiteral(" sentences"), count + QStringLiteral("문장"));
+  QString summary =
+      L(count + (session.lines.size() == 1 ? " sentence" : " sentences"), count + "문장");
   if (session.hasTranslations()) summary += L(" · with translation", " · 번역 포함");
   return summary;
 }

@@ -11,7 +11,7 @@ class QTextBrowser;
 
 namespace velun {
 
-/// What the program is, its version and licence, and what it is made of.
+/// The content of "About Velun": name, version, licence, and the software and models in use.
 class AboutView final : public QWidget {
   Q_OBJECT
 

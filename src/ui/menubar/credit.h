@@ -5,10 +5,10 @@
 
 namespace velun {
 
-/// A part of the program that others made, or a model that the user may have downloaded.
+/// Third-party software in the program, or a model that it can download.
 struct Credit {
   QString name;
-  /// As its makers state it.
+  /// As stated by its authors.
   QString licence;
 
   bool operator==(const Credit&) const = default;

@@ -8,9 +8,9 @@ namespace velun {
 
 namespace {
 
-constexpr int kDeepest = 20;
+constexpr int kMaxDepth = 20;
 
-/// Elements that end where the next of their kind begins, or at once.
+/// Elements that need no end tag.
 const QSet<QString>& flatElements() {
   static const QSet<QString> names{"p", "li", "br", "hr"};
   return names;
@@ -22,11 +22,11 @@ const QSet<QString>& nestingElements() {
   return names;
 }
 
-/// Keeps elements within the depth; what begins deeper loses its tags.
+/// Counts nested elements; elements beyond kMaxDepth lose their tags.
 class Depth {
  public:
   bool enters() {
-    if (depth_ == kDeepest) {
+    if (depth_ == kMaxDepth) {
       ++ignored_;
       return false;
     }
@@ -51,13 +51,13 @@ class Depth {
 
 }  // namespace
 
-QString modestHtml(const QString& html) {
-  // Comments; elements whose contents are no text; tags.
+QString sanitizedHtml(const QString& html) {
+  // Comments; elements whose content is not text; tags.
   static const QRegularExpression markup(
       "<!--.*?(?:-->|$)|<(style|script|title)\\b.*?(?:</\\1\\s*>|$)|<(/"
       "?)([A-Za-z][A-Za-z0-9]*)[^<>]*>|<",
       QRegularExpression::CaseInsensitiveOption | QRegularExpression::DotMatchesEverythingOption);
-  const QString text = html.left(kLongestNotes);
+  const QString text = html.left(kMaxNotesLength);
   QString kept;
   qsizetype end = 0;
   Depth depth;

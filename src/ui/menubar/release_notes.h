@@ -5,13 +5,12 @@
 
 namespace velun {
 
-/// The longest release notes that are shown, in characters.
-inline constexpr qsizetype kLongestNotes = 1 << 14;
+/// Maximum length of release notes that are shown, in characters.
+inline constexpr qsizetype kMaxNotesLength = 1 << 14;
 
-/// Release notes from the network with nothing left in them but text, paragraphs, headings, lists
-/// and emphasis, in elements without attributes and not deep in each other. The toolkit needs
-/// minutes for a few hundred tables in each other, and memory for whatever number of columns a
-/// table claims to have.
-QString modestHtml(const QString& html);
+/// Release notes from the network, reduced to text, paragraphs, headings, lists and emphasis,
+/// without attributes and with limited nesting. Qt needs minutes to lay out a few hundred nested
+/// tables, and memory for as many columns as a table claims to have.
+QString sanitizedHtml(const QString& html);
 
 }  // namespace velun

@@ -13,12 +13,12 @@ namespace velun {
 
 namespace {
 
-/// The middle of the face; it moves to the middle of the image when nothing stands beside it.
+/// The center of the face. Without waves the face moves to the center of the image.
 constexpr QPointF kFaceCenter(6.9, 12.1);
 constexpr double kPausedShift = 2.6;
 constexpr QSizeF kFaceRadii(5.6, 4.9);
 constexpr double kEarTilt = 12;
-/// The waves spread from the face's right side.
+/// The common center of both waves, at the right side of the face.
 constexpr QPointF kWaveCenter(10.6, 11.4);
 
 QPainterPath ear(double side) {
@@ -30,9 +30,8 @@ QPainterPath ear(double side) {
       .map(path);
 }
 
-/// The outlines all run the same way round and the eyes the other, so that filling by winding
-/// number joins the former and leaves the latter open. (Uniting paths of this size would turn their
-/// curves into a few straight pieces.)
+/// The outlines run in one direction and the eyes in the other, so that winding fill joins the
+/// former and leaves the latter open. (QPainterPath::united would flatten curves of this size.)
 QPainterPath face(bool paused) {
   QPainterPath head;
   head.setFillRule(Qt::WindingFill);
@@ -43,7 +42,7 @@ QPainterPath face(bool paused) {
     const QPointF center = kFaceCenter + QPointF(side * 2.1, -0.3);
     QPainterPath eye;
     if (paused) {
-      // Closed: nobody listens.
+      // Closed eyes.
       eye.addRoundedRect(QRectF(center.x() - 1.1, center.y() - 0.4, 2.2, 0.9), 0.45, 0.45);
     } else {
       eye.addEllipse(center, 0.85, 0.95);
@@ -53,8 +52,8 @@ QPainterPath face(bool paused) {
   return head;
 }
 
-/// A band of a ring, symmetric about the horizontal, with a dot at each end. Radii in points, the
-/// half angle in degrees.
+/// An arc with round ends, symmetric about the horizontal axis. Radii in points, the half angle in
+/// degrees.
 QPainterPath wave(double inner, double outer, double halfAngle) {
   const auto square = [](double radius) {
     return QRectF(kWaveCenter.x() - radius, kWaveCenter.y() - radius, 2 * radius, 2 * radius);
@@ -75,7 +74,7 @@ QPainterPath wave(double inner, double outer, double halfAngle) {
   return band;
 }
 
-/// Draws the figure at whatever size is asked for.
+/// Draws the figure at the requested size.
 class FigureEngine final : public QIconEngine {
  public:
   FigureEngine(bool paused, const QColor& colour) : paused_(paused), colour_(colour) {}

@@ -9,21 +9,21 @@
 
 namespace velun {
 
-/// The status item's image: a face with upright ears, with sound waves beside it while captions
-/// are on.
+/// The image of the status icon: a face with upright ears, with sound waves beside it while
+/// captions are on.
 struct StatusIcon {
   /// In points.
   static constexpr QSizeF kSize{19, 18};
 
-  /// The figure inside `kSize`, y downwards, to be filled in one colour.
+  /// The outline of the figure inside `kSize`, y downwards, to be filled with one colour.
   static QPainterPath make(bool paused);
 
-  /// The image. A host that colours symbolic icons itself gets the installed one by its name;
-  /// every other gets the figure drawn in `colour` at the size it asks for.
+  /// The icon. A host that colours symbolic icons itself gets the installed icon by its name;
+  /// others get the figure drawn in `colour` at the requested size.
   static QIcon active(const QColor& colour);
   static QIcon paused(const QColor& colour);
 
-  /// What the image says, in the interface language.
+  /// The tool tip and accessible name, in the interface language.
   static QString description(bool paused);
 };
 

@@ -7,18 +7,20 @@
 namespace velun {
 
 void showStatusItemNotice() {
-  Question told;
-  told.message = L("No Place for the Status Icon", "상태 아이콘을 표시할 곳이 없습니다");
-  told.informativeText =
-      L("This desktop has no tray, so Velun shows its caption window instead. To bring the window "
+  Question notice;
+  notice.message = L("No System Tray Found", "시스템 트레이를 찾을 수 없습니다");
+  notice.informativeText =
+      L("This desktop has no system tray, so Velun shows its caption window instead. To bring the "
+        "window "
         "back later, start Velun again.",
-        "이 데스크톱에는 트레이가 없어 Velun이 자막 창을 대신 표시합니다. 나중에 창을 다시 보려면 "
+        "이 데스크톱에는 시스템 트레이가 없어 Velun이 자막 창을 대신 표시합니다. 나중에 창을 다시 "
+        "보려면 "
         "Velun을 다시 실행하세요.");
-  told.buttons = {L("OK", "확인")};
-  auto* notice = new AlertDialog(told);
-  notice->setAttribute(Qt::WA_DeleteOnClose);
-  notice->setWindowModality(Qt::NonModal);
-  notice->show();
+  notice.buttons = {L("OK", "확인")};
+  auto* dialog = new AlertDialog(notice);
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  dialog->setWindowModality(Qt::NonModal);
+  dialog->show();
 }
 
 }  // namespace velun

@@ -3,8 +3,8 @@
 
 namespace velun {
 
-/// Tells, without waiting for an answer, that the desktop has no place for the status item and how
-/// the program is reached instead.
+/// Shows a non-modal notice that the desktop has no system tray and how to reach the program
+/// instead.
 void showStatusItemNotice();
 
 }  // namespace velun

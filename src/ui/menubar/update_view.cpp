@@ -14,7 +14,7 @@ namespace velun {
 
 namespace {
 
-/// Picks the function for each kind of outcome.
+/// Calls the function for the kind of outcome.
 template <class... Ts>
 struct Overloaded : Ts... {
   using Ts::operator()...;
@@ -30,7 +30,7 @@ NoticeLabel* textLabel() {
   return label;
 }
 
-/// A viewer of release notes that fetches nothing: they come from the network.
+/// Loads no resources: release notes come from the network.
 class NotesBrowser final : public QTextBrowser {
  public:
   NotesBrowser() { setOpenLinks(false); }
@@ -111,16 +111,17 @@ void UpdateView::presentOutcome() {
                       "설치합니다."));
           },
           [this](const NoUpdateFeed&) {
-            present(L("This copy of Velun cannot look for updates",
-                      "이 Velun은 업데이트를 확인할 수 없습니다"),
-                    L("It was built without the address of a list of releases. Look where you got "
-                      "it from.",
-                      "배포 목록의 주소 없이 빌드되었습니다. Velun을 받은 곳에서 확인하세요."));
+            present(
+                L("This copy of Velun cannot check for updates",
+                  "이 Velun은 업데이트를 확인할 수 없습니다"),
+                L("It was built without the address of a list of releases. Check where you "
+                  "downloaded it.",
+                  "배포 목록의 주소 없이 빌드되었습니다. Velun을 다운로드한 곳에서 확인하세요."));
           },
           [this](const UpToDate& current) {
             present(L("Velun is up to date", "Velun이 최신 버전입니다"),
-                    L("Version " + current.version + " is the newest one.",
-                      "버전 " + current.version + "이(가) 가장 새 버전입니다."));
+                    L("You have the latest version, " + current.version + ".",
+                      "최신 버전(" + current.version + ")을 사용하고 있습니다."));
           },
           [this](const UpdateAvailable& update) { presentUpdate(update); },
           [this](const UpdateCheckFailed& failure) {
@@ -139,9 +140,9 @@ void UpdateView::presentUpdate(const UpdateAvailable& update) {
                 "입니다."));
   page_ = update.item.page;
   if (Qt::mightBeRichText(update.item.notes)) {
-    notes_->setHtml(modestHtml(update.item.notes));
+    notes_->setHtml(sanitizedHtml(update.item.notes));
   } else {
-    notes_->setPlainText(update.item.notes.left(kLongestNotes));
+    notes_->setPlainText(update.item.notes.left(kMaxNotesLength));
   }
   notes_->setVisible(!update.item.notes.isEmpty());
   open_->show();

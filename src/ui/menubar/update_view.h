@@ -14,7 +14,7 @@ namespace velun {
 
 class NoticeLabel;
 
-/// What became of a search for a newer release: first that it is under way, then its outcome.
+/// Shows that a check for a newer release is in progress, then its outcome.
 class UpdateView final : public QWidget {
   Q_OBJECT
 
@@ -25,7 +25,7 @@ class UpdateView final : public QWidget {
   UpdateView(std::function<void(const QUrl&)> openPage, std::function<void()> close,
              QWidget* parent = nullptr);
 
-  /// None while the search is under way.
+  /// No outcome means that the check is in progress.
   void show(const std::optional<UpdateOutcome>& outcome);
 
  private:

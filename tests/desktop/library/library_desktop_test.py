@@ -23,11 +23,11 @@ class Listing(LibraryCase):
         self.wait_for_titles(*ALL)
         self.assertEqual(self.rows(), [
             "Today", "Evening talk, 2 sentences · with translation",
-            "Yesterday", "Biology lecture, 1 sentences · with translation",
+            "Yesterday", "Biology lecture, 1 sentence · with translation",
             "Previous 7 Days", "Team call, 3 sentences",
-            "Previous 30 Days", "Budget 2025/26, 1 sentences",
-            "March 2024", "Old lecture, 1 sentences · with translation",
-            "January 2024", "Caption Session, 1 sentences · with translation"])
+            "Previous 30 Days", "Budget 2025/26, 1 sentence",
+            "March 2024", "Old lecture, 1 sentence · with translation",
+            "January 2024", "Caption Session, 1 sentence · with translation"])
         self.quit()
 
     def test_an_empty_library_says_so(self):
@@ -53,7 +53,7 @@ class Listing(LibraryCase):
         newer.write_bytes(self.files[0].read_bytes().replace(b'"schemaVersion" : 1',
                                                              b'"schemaVersion" : 2'))
         self.open_library()
-        banner = self.library.wait_for("notification", "Couldn’t read 2 session(s). The original files "
+        banner = self.library.wait_for("notification", "Couldn’t read 2 sessions. The original files "
                                        "are still in the sessions folder.")
         self.wait_for_titles(*ALL)
         broken.unlink()
@@ -347,7 +347,7 @@ class OpeningFromElsewhere(LibraryCase):
         self.wait_for_transcript(lambda text: "Good evening" in text)
         self.assertEqual(self.titles().count("Guest lecture"), 1)
         self.assertEqual(self.rows()[-2:],
-                         ["July 2022", "Caption Session, 1 sentences · with translation"])
+                         ["July 2022", "Caption Session, 1 sentence · with translation"])
         self.quit()
 
     def test_the_open_panel_opens_it(self):

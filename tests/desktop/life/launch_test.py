@@ -26,7 +26,7 @@ class Launch(PlainCase):
         self.quit()
 
     def test_a_second_launch_says_in_the_users_language_that_the_first_does_not_answer(self):
-        for language, text in (("en", "Velun is running but does not answer."),
+        for language, text in (("en", "Velun is running but does not respond."),
                                ("ko", "Velun이 실행 중이지만 응답하지 않습니다.")):
             with self.subTest(language=language):
                 self.program.write_preferences(language=language)

@@ -6,7 +6,7 @@ from spoken_case import SpokenCase
 
 QUESTION = "Save this session before starting a new one?"
 ERROR = "Couldn’t Complete the Action"
-SAVED = "Caption Session, 1 sentences"
+SAVED = "Caption Session, 1 sentence"
 
 
 class NewSession(SpokenCase):

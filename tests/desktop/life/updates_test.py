@@ -44,7 +44,7 @@ class Updates(ProgramCase):
     def test_every_outcome(self):
         self.launch()
         self.offer("0.1.0")
-        self.check("Velun is up to date", "Version 0.1.0 is the newest one.")
+        self.check("Velun is up to date", "You have the latest version, 0.1.0.")
 
         self.offer("0.2.0", "A quieter panel.")
         self.check("A new version of Velun is available",

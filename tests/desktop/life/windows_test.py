@@ -50,15 +50,15 @@ class Windows(ProgramCase):
         self.desktop.start_sound()
         self.launch()
         settings = self.open_window("show-settings", SETTINGS)
-        settings.wait_for("label", "This desktop cannot leave one window out, so the caption window "
-                                   "also leaves your own screen while the screen is shared or "
-                                   "recorded.")
+        settings.wait_for("label", "This desktop cannot exclude a single window, so the caption window "
+                                   "also disappears from your own screen while the screen is "
+                                   "shared or recorded.")
         self.quit()
 
     def test_updates_without_a_list_of_releases(self):
         self.launch()
         updates = self.open_window("check-for-updates", UPDATES)
-        updates.wait_for("notification", "This copy of Velun cannot look for updates")
+        updates.wait_for("notification", "This copy of Velun cannot check for updates")
         updates.find("push button", "Close").press()
         self.wait("the window to close", lambda: UPDATES not in self.desktop.windows())
         self.quit()
@@ -199,7 +199,7 @@ class Windows(ProgramCase):
 
     def select_saved_session(self):
         history = self.open_window("show-history", HISTORY)
-        history.wait_for("list item", "Caption Session, 1 sentences").click()
+        history.wait_for("list item", "Caption Session, 1 sentence").click()
         self.wait("its text", lambda: "One line." in history.find("text", "Caption Text").text)
         return history
 
@@ -207,7 +207,7 @@ class Windows(ProgramCase):
         file = self.write_session()
         self.launch()
         history = self.select_saved_session()
-        item = history.find("list item", "Caption Session, 1 sentences")
+        item = history.find("list item", "Caption Session, 1 sentence")
         item.click(button=3)
         self.desktop.run("xdotool", "key", "Down", "Return")
         return file

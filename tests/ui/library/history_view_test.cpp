@@ -149,9 +149,9 @@ class HistoryViewTest final : public test::Suite {
                                   "Previous 30 Days", "Month", "January 2025", "Winter"}));
     const QModelIndex now = list()->model()->index(1, 0);
     QCOMPARE(now.data(SessionListModel::summaryRole).toString(),
-             QString("1 sentences · with translation"));
+             QString("1 sentence · with translation"));
     QCOMPARE(list()->model()->index(3, 0).data(SessionListModel::summaryRole).toString(),
-             QString("1 sentences"));
+             QString("1 sentence"));
     Localization::shared().setLanguage(AppLanguage::korean);
     QCOMPARE(rows().first(), QString("오늘"));
     QCOMPARE(list()->model()->index(1, 0).data(SessionListModel::summaryRole).toString(),
@@ -269,11 +269,11 @@ class HistoryViewTest final : public test::Suite {
     QVERIFY(action("Delete")->isEnabled());
     action("Export")->trigger();
     action("Save as File…")->trigger();
-    action("Show in Finder")->trigger();
+    action("Show in File Manager")->trigger();
     action("Open File…")->trigger();
     QCOMPARE(calls_,
              QStringList({"export Lecture", "save Lecture", "reveal Lecture.json", "open"}));
-    QCOMPARE(action("Delete")->toolTip(), QString("Delete (⌘⌫) · Moves to Trash"));
+    QCOMPARE(action("Delete")->toolTip(), QString("Delete (Ctrl+Backspace) · Moves to Trash"));
     action("Delete")->trigger();
     QVERIFY(library_->sessions().empty());
     QVERIFY(!detail()->isVisible());
@@ -285,12 +285,12 @@ class HistoryViewTest final : public test::Suite {
     reload();
     list()->setCurrentIndex(list()->model()->index(1, 0));
     const QModelIndex row = list()->model()->index(3, 0);
-    QCOMPARE(choose(row, 0), QStringList({"Show in Finder", "Export…", "Delete"}));
+    QCOMPARE(choose(row, 0), QStringList({"Show in File Manager", "Export…", "Delete"}));
     QCOMPARE(library_->selection().value_or(QUrl()), call);
     choose(row, 1);
     QCOMPARE(calls_, QStringList({"reveal Call.json", "export Call"}));
     Localization::shared().setLanguage(AppLanguage::korean);
-    QCOMPARE(choose(row, 2), QStringList({"Finder에서 보기", "내보내기…", "삭제"}));
+    QCOMPARE(choose(row, 2), QStringList({"파일 관리자에서 보기", "내보내기…", "삭제"}));
     QCOMPARE(library_->sessions().size(), std::size_t{1});
     QVERIFY(!QFile::exists(call.toLocalFile()));
   }
@@ -332,8 +332,8 @@ class HistoryViewTest final : public test::Suite {
 
   void everyCommandStandsInKorean() {
     Localization::shared().setLanguage(AppLanguage::korean);
-    for (const char* text : {"삭제", "내보내기", "파일 열기…", "파일로 저장…", "Finder에서 보기",
-                             "새로고침", "사이드바 보기/숨기기"}) {
+    for (const char* text : {"삭제", "내보내기", "파일 열기…", "파일로 저장…",
+                             "파일 관리자에서 보기", "새로고침", "사이드바 보기/숨기기"}) {
       QVERIFY2(action(QString::fromUtf8(text)), text);
     }
     const auto buttons = view_->findChildren<QToolButton*>();
@@ -345,7 +345,8 @@ class HistoryViewTest final : public test::Suite {
     QCOMPARE(choosers[1]->accessibleName(), QString("번역 언어"));
     QCOMPARE(choosers[1]->itemText(0), QString("모든 번역 언어"));
     QCOMPARE(search()->placeholderText(), QString("기록 검색"));
-    QCOMPARE(action(QString::fromUtf8("삭제"))->toolTip(), QString("삭제 (⌘⌫) · 휴지통으로 이동"));
+    QCOMPARE(action(QString::fromUtf8("삭제"))->toolTip(),
+             QString("삭제 (Ctrl+Backspace) · 휴지통으로 이동"));
   }
 
   void theBannerCountsWhatCouldNotBeRead() {
@@ -355,7 +356,7 @@ class HistoryViewTest final : public test::Suite {
     reload();
     const auto labels = view_->findChildren<QLabel*>();
     QVERIFY(std::any_of(labels.begin(), labels.end(), [](const QLabel* label) {
-      return label->isVisible() && label->text().startsWith("Couldn’t read 1 session(s).");
+      return label->isVisible() && label->text().startsWith("Couldn’t read 1 session.");
     }));
   }
 };
