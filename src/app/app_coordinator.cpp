@@ -4,7 +4,6 @@
 #include "app/information_windows.h"
 #include "app/remote_commands.h"
 #include "app/session_library.h"
-#include "captions/discard_confirmation.h"
 #include "language/localization.h"
 #include "platform/desktop/application_service.h"
 #include "platform/desktop/desktop_platform.h"
@@ -21,12 +20,14 @@
 #include "ui/menubar/status_item_notice.h"
 
 #include <QApplication>
-#include <utility>
 
 namespace velun {
 
 AppCoordinator::AppCoordinator(CaptionViewModel& model, const AppServices& services)
-    : model_(model), services_(services), commands_(model, [this] { return windowState(); }) {
+    : model_(model),
+      services_(services),
+      ending_(model, services.question),
+      commands_(model, [this] { return windowState(); }) {
   connect(&commands_, &AppCommands::triggered, this, &AppCoordinator::perform);
   const auto windowMade = [this](QWidget* window) {
     installMainMenu(window);
@@ -97,7 +98,7 @@ void AppCoordinator::perform(AppCommand command) {
     case AppCommand::restorePosition:
       return captionWindow_->restorePosition();
     case AppCommand::newSession:
-      return newSession();
+      return ending_.newSession();
     case AppCommand::saveSession:
       return saveSession();
     case AppCommand::saveDocument:
@@ -123,7 +124,7 @@ void AppCoordinator::perform(AppCommand command) {
 
 void AppCoordinator::toggleCaptions() {
   // The pending question about this session assumes that captions stay off.
-  if (isDeciding()) return;
+  if (ending_.isDeciding()) return;
   if (model_.isRunning()) {
     model_.stop();
   } else {
@@ -155,72 +156,6 @@ void AppCoordinator::openSessionsFolder() {
   }
 }
 
-void AppCoordinator::newSession() {
-  if (replacing_ || terminating_) return;
-  replacing_ = true;
-  startTask(this,
-            [this, wasRunning = model_.isRunning()] { return decideNewSession(this, wasRunning); });
-}
-
-QCoro::Task<> AppCoordinator::decideNewSession(QPointer<AppCoordinator> self, bool wasRunning) {
-  QCoro::Task<> shutdown = self->model_.shutdown();
-  co_await shutdown;
-  if (!self || self->ended_) co_return;
-  if (self->terminating_) {
-    // Quitting was requested meanwhile: ask only its question.
-    self->replacing_ = false;
-    self->beginTermination(wasRunning);
-    co_return;
-  }
-  const QString title =
-      L("Save this session before starting a new one?", "새 세션을 시작하기 전에 저장할까요?");
-  const bool goesOn = confirmDiscarding(self->model_, title, self->services_.question);
-  if (!self || self->ended_) co_return;
-  self->replacing_ = false;
-  if (goesOn) {
-    self->model_.newSession();
-    self->sessions_->library().reload();
-    self->captionWindow_->show();
-  }
-  if (self->terminating_) {
-    // Quitting was requested meanwhile and waited for this decision.
-    self->beginTermination(wasRunning);
-  } else if (wasRunning) {
-    self->model_.start();
-  }
-}
-
-void AppCoordinator::prepareToTerminate(TerminationReply reply) {
-  replies_.push_back(std::move(reply));
-  if (terminating_) return;
-  terminating_ = true;
-  if (!replacing_) beginTermination(model_.isRunning());
-}
-
-void AppCoordinator::beginTermination(bool wasRunning) {
-  startTask(this, [this, wasRunning] { return decideTermination(this, wasRunning); });
-}
-
-QCoro::Task<> AppCoordinator::decideTermination(QPointer<AppCoordinator> self, bool wasRunning) {
-  QCoro::Task<> shutdown = self->model_.shutdown();
-  co_await shutdown;
-  if (!self || self->ended_) co_return;
-  Q_EMIT self->terminationQuestionReached();
-  const QString title =
-      L("Save this session before quitting?", "종료하기 전에 이 세션을 저장할까요?");
-  const bool goesOn = confirmDiscarding(self->model_, title, self->services_.question);
-  if (!self || self->ended_) co_return;
-  self->terminating_ = false;
-  if (!goesOn && wasRunning) self->model_.start();
-  const std::vector<TerminationReply> replies = std::exchange(self->replies_, {});
-  for (const TerminationReply& reply : replies) reply(goesOn);
-}
-
-void AppCoordinator::endNow() {
-  ended_ = true;
-  model_.persistIfNeeded();
-}
-
 void AppCoordinator::observe() {
   const auto applyLook = [this] {
     look_.set(services_.desktop.prefersHighContrast(), services_.desktop.prefersReducedMotion());
@@ -239,6 +174,10 @@ void AppCoordinator::observe() {
   connect(captionWindow_.get(), &CaptionWindowController::visibilityChanged, &commands_,
           &AppCommands::refresh);
   connect(sessions_.get(), &SessionLibrary::selectionChanged, &commands_, &AppCommands::refresh);
+  connect(&ending_, &SessionEnding::sessionReplaced, this, [this] {
+    sessions_->library().reload();
+    captionWindow_->show();
+  });
   remote_ = std::make_unique<RemoteCommands>(commands_, model_, services_.application);
   connect(&services_.application, &ApplicationService::activated, this, &AppCoordinator::reopen);
   connect(&services_.application, &ApplicationService::openRequested, this, &AppCoordinator::open);

@@ -2,15 +2,13 @@
 #pragma once
 
 #include "app/app_services.h"
+#include "app/session_ending.h"
 #include "captions/caption_view_model.h"
 #include "ui/common/app_commands.h"
 #include "ui/common/window_look.h"
 
-#include <functional>
 #include <memory>
 #include <QObject>
-#include <QPointer>
-#include <vector>
 
 class QWidget;
 
@@ -23,14 +21,11 @@ class RemoteCommands;
 class SessionLibrary;
 class SettingsWindowController;
 
-/// Owns the windows, the status icon and the commands, and carries out every command. Main thread.
+/// Owns the windows, the status icon and the commands, and carries out the commands. Main thread.
 class AppCoordinator final : public QObject {
   Q_OBJECT
 
  public:
-  /// Called with the decision whether the program ends.
-  using TerminationReply = std::function<void(bool shouldTerminate)>;
-
   /// `model` and everything in `services` must outlive the coordinator.
   AppCoordinator(CaptionViewModel& model, const AppServices& services);
   ~AppCoordinator() override;
@@ -47,22 +42,7 @@ class AppCoordinator final : public QObject {
   /// Carries out a command, unless it is disabled or a question is open.
   void perform(AppCommand command);
 
-  /// Stops captions, asks about unsaved lines and starts a new session.
-  void newSession();
-
-  /// Stops captions, asks about unsaved lines and replies from the event loop. Requests made during
-  /// a decision share its reply.
-  void prepareToTerminate(TerminationReply reply);
-
-  /// A quit is being decided.
-  bool isTerminating() const { return terminating_; }
-  /// A quit or a new session is being decided.
-  bool isDeciding() const { return terminating_ || replacing_; }
-
-  /// Writes the session for the last time, for an end that cannot wait. Nothing is asked or started
-  /// afterwards.
-  void endNow();
-
+  SessionEnding& ending() { return ending_; }
   const AppCommands& commands() const { return commands_; }
   CaptionWindowController& captionWindow() { return *captionWindow_; }
   MenuBarController& menuBar() { return *menuBar_; }
@@ -73,13 +53,8 @@ class AppCoordinator final : public QObject {
  Q_SIGNALS:
   /// The user asked to quit.
   void terminationRequested();
-  /// Captions have ended; the question about unsaved lines comes next.
-  void terminationQuestionReached();
 
  private:
-  static QCoro::Task<> decideNewSession(QPointer<AppCoordinator> self, bool wasRunning);
-  static QCoro::Task<> decideTermination(QPointer<AppCoordinator> self, bool wasRunning);
-  void beginTermination(bool wasRunning);
   void toggleCaptions();
   void saveSession();
   void openSessionsFolder();
@@ -92,6 +67,7 @@ class AppCoordinator final : public QObject {
   CaptionViewModel& model_;
   AppServices services_;
   WindowLook look_;
+  SessionEnding ending_;
   std::unique_ptr<CaptionWindowController> captionWindow_;
   std::unique_ptr<MenuBarController> menuBar_;
   std::unique_ptr<SessionLibrary> sessions_;
@@ -100,11 +76,6 @@ class AppCoordinator final : public QObject {
   /// After the windows, whose state they depend on.
   AppCommands commands_;
   std::unique_ptr<RemoteCommands> remote_;
-  /// A new session is being decided.
-  bool replacing_ = false;
-  bool terminating_ = false;
-  bool ended_ = false;
-  std::vector<TerminationReply> replies_;
 };
 
 }  // namespace velun

@@ -29,7 +29,7 @@ AppDelegate::AppDelegate(CaptionViewModel& model, const AppServices& services)
     : coordinator_(model, services), model_(model), clock_(services.clock) {
   connect(&coordinator_, &AppCoordinator::terminationRequested, this,
           &AppDelegate::requestTermination);
-  connect(&coordinator_, &AppCoordinator::terminationQuestionReached, this, [this] {
+  connect(&coordinator_.ending(), &SessionEnding::terminationQuestionReached, this, [this] {
     if (isSignalled_) startDeadline();
   });
 }
@@ -78,7 +78,7 @@ QCoro::Task<> AppDelegate::endUnasked(QPointer<AppDelegate> self) {
 }
 
 void AppDelegate::requestTermination() {
-  coordinator_.prepareToTerminate([this](bool shouldTerminate) {
+  coordinator_.ending().prepareToTerminate([this](bool shouldTerminate) {
     deadline_.reset();
     isSignalled_ = false;
     if (shouldTerminate) finish();
@@ -89,7 +89,7 @@ void AppDelegate::terminationSignalled() {
   if (isSignalled_) return endNow();
   isSignalled_ = true;
   startDeadline();
-  if (!coordinator_.isTerminating()) {
+  if (!coordinator_.ending().isTerminating()) {
     // Cancel any other open question to make room for the one about quitting.
     if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget())) dialog->reject();
   }
@@ -101,7 +101,7 @@ void AppDelegate::startDeadline() {
 }
 
 void AppDelegate::endNow() {
-  coordinator_.endNow();
+  coordinator_.ending().endNow();
   finish();
 }
 
@@ -118,7 +118,7 @@ void AppDelegate::commitData(QSessionManager& manager) {
     return;
   }
   // Waiting inside the loop of an open question would deadlock.
-  const bool isAsking = coordinator_.isDeciding() && QApplication::activeModalWidget();
+  const bool isAsking = coordinator_.ending().isDeciding() && QApplication::activeModalWidget();
   if (!isAsking && decideTerminationWaiting()) {
     manager.release();
   } else {
@@ -130,7 +130,7 @@ void AppDelegate::commitData(QSessionManager& manager) {
 bool AppDelegate::decideTerminationWaiting() {
   QEventLoop waiting;
   bool answer = false;
-  coordinator_.prepareToTerminate([&](bool shouldTerminate) {
+  coordinator_.ending().prepareToTerminate([&](bool shouldTerminate) {
     answer = shouldTerminate;
     waiting.quit();
   });

@@ -73,7 +73,7 @@ struct AppStage : ModelFixture {
 
   /// Asks to quit; the answer is in `replies` once there is one.
   void requestQuit() {
-    coordinator().prepareToTerminate(
+    coordinator().ending().prepareToTerminate(
         [this](bool shouldTerminate) { replies.push_back(shouldTerminate); });
     settle();
   }

@@ -96,8 +96,8 @@ class NewSessionAndQuitTest final : public Suite {
     AppStage stage;
     stage.startWithLine();
     stage.question.answers = {cancelDiscarding, discardSession};
-    stage.coordinator().newSession();
-    stage.coordinator().newSession();
+    stage.coordinator().ending().newSession();
+    stage.coordinator().ending().newSession();
     settle();
     QCOMPARE(stage.question.asked.size(), std::size_t(1));
     QCOMPARE(stage.model->lines().size(), std::size_t(1));
@@ -107,8 +107,8 @@ class NewSessionAndQuitTest final : public Suite {
     AppStage stage;
     stage.startWithLine();
     stage.question.answers = {cancelDiscarding, discardSession};
-    stage.coordinator().prepareToTerminate([](bool) {});
-    stage.coordinator().newSession();
+    stage.coordinator().ending().prepareToTerminate([](bool) {});
+    stage.coordinator().ending().newSession();
     settle();
     QCOMPARE(stage.question.asked.size(), std::size_t(1));
     QCOMPARE(stage.question.asked[0].message, QString("Save this session before quitting?"));
@@ -145,7 +145,7 @@ class NewSessionAndQuitTest final : public Suite {
     QCOMPARE(stage.files().size(), files);
     QCOMPARE(stage.model->session().id, session);
     QCOMPARE(stage.model->isRunning(), !quits);
-    QVERIFY(!stage.coordinator().isTerminating());
+    QVERIFY(!stage.coordinator().ending().isTerminating());
   }
 
   void aCancelledQuitLeavesCaptionsOff() {
@@ -185,7 +185,7 @@ class NewSessionAndQuitTest final : public Suite {
     stage.engine->holdsStops = true;
     stage.question.answers = {cancelDiscarding, discardSession};
     stage.requestQuit();
-    QVERIFY(stage.coordinator().isTerminating());
+    QVERIFY(stage.coordinator().ending().isTerminating());
     stage.requestQuit();
     stage.engine->holdsStops = false;
     stage.engine->release();

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/session_ending.h"
+
+#include "captions/caption_view_model.h"
+#include "captions/discard_confirmation.h"
+#include "language/localization.h"
+#include "platform/foundation/main_task.h"
+
+#include <utility>
+
+namespace velun {
+
+SessionEnding::SessionEnding(CaptionViewModel& model, ModalQuestion& question)
+    : model_(model), question_(question) {}
+
+void SessionEnding::newSession() {
+  if (isDeciding()) return;
+  replacing_ = true;
+  startTask(this,
+            [this, wasRunning = model_.isRunning()] { return decideNewSession(this, wasRunning); });
+}
+
+QCoro::Task<> SessionEnding::decideNewSession(QPointer<SessionEnding> self, bool wasRunning) {
+  QCoro::Task<> shutdown = self->model_.shutdown();
+  co_await shutdown;
+  if (!self || self->ended_) co_return;
+  if (self->terminating_) {
+    // Quitting was requested meanwhile: ask only its question.
+    self->replacing_ = false;
+    self->beginTermination(wasRunning);
+    co_return;
+  }
+  const QString title =
+      L("Save this session before starting a new one?", "새 세션을 시작하기 전에 저장할까요?");
+  const bool goesOn = confirmDiscarding(self->model_, title, self->question_);
+  if (!self || self->ended_) co_return;
+  self->replacing_ = false;
+  if (goesOn) {
+    self->model_.newSession();
+    Q_EMIT self->sessionReplaced();
+  }
+  if (self->terminating_) {
+    // Quitting was requested meanwhile and waited for this decision.
+    self->beginTermination(wasRunning);
+  } else if (wasRunning) {
+    self->model_.start();
+  }
+}
+
+void SessionEnding::prepareToTerminate(TerminationReply reply) {
+  replies_.push_back(std::move(reply));
+  if (terminating_) return;
+  terminating_ = true;
+  if (!replacing_) beginTermination(model_.isRunning());
+}
+
+void SessionEnding::beginTermination(bool wasRunning) {
+  startTask(this, [this, wasRunning] { return decideTermination(this, wasRunning); });
+}
+
+QCoro::Task<> SessionEnding::decideTermination(QPointer<SessionEnding> self, bool wasRunning) {
+  QCoro::Task<> shutdown = self->model_.shutdown();
+  co_await shutdown;
+  if (!self || self->ended_) co_return;
+  Q_EMIT self->terminationQuestionReached();
+  const QString title =
+      L("Save this session before quitting?", "종료하기 전에 이 세션을 저장할까요?");
+  const bool goesOn = confirmDiscarding(self->model_, title, self->question_);
+  if (!self || self->ended_) co_return;
+  self->terminating_ = false;
+  if (!goesOn && wasRunning) self->model_.start();
+  const std::vector<TerminationReply> replies = std::exchange(self->replies_, {});
+  for (const TerminationReply& reply : replies) reply(goesOn);
+}
+
+void SessionEnding::endNow() {
+  ended_ = true;
+  model_.persistIfNeeded();
+}
+
+}  // namespace velun

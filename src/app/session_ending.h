@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+#include <QCoroTask>
+#include <QObject>
+#include <QPointer>
+#include <vector>
+
+namespace velun {
+
+class CaptionViewModel;
+class ModalQuestion;
+
+/// Ends the live session: stops captions, asks about unsaved lines, and lets a new session or the
+/// end of the program follow. If the user cancels, captions go on as before. Main thread.
+class SessionEnding final : public QObject {
+  Q_OBJECT
+
+ public:
+  /// Called with the decision whether the program ends.
+  using TerminationReply = std::function<void(bool shouldTerminate)>;
+
+  /// Both references must outlive it.
+  SessionEnding(CaptionViewModel& model, ModalQuestion& question);
+
+  /// Replaces the session by a new one. Ignored during a decision.
+  void newSession();
+
+  /// Replies from the event loop. Requests made during a decision share its reply.
+  void prepareToTerminate(TerminationReply reply);
+
+  /// A quit is being decided.
+  bool isTerminating() const { return terminating_; }
+  /// A quit or a new session is being decided.
+  bool isDeciding() const { return terminating_ || replacing_; }
+
+  /// Writes the session for the last time, for an end that cannot wait. Nothing is asked or started
+  /// afterwards.
+  void endNow();
+
+ Q_SIGNALS:
+  /// The model has a new session.
+  void sessionReplaced();
+  /// Captions have ended; the question about unsaved lines before quitting comes next.
+  void terminationQuestionReached();
+
+ private:
+  static QCoro::Task<> decideNewSession(QPointer<SessionEnding> self, bool wasRunning);
+  static QCoro::Task<> decideTermination(QPointer<SessionEnding> self, bool wasRunning);
+  void beginTermination(bool wasRunning);
+
+  CaptionViewModel& model_;
+  ModalQuestion& question_;
+  /// A new session is being decided.
+  bool replacing_ = false;
+  bool terminating_ = false;
+  bool ended_ = false;
+  std::vector<TerminationReply> replies_;
+};
+
+}  // namespace velun
