@@ -71,6 +71,7 @@ class CaptionWindowControllerTest final : public test::Suite {
 
   void theBottomStaysWhileTheHeaderMoves() {
     PanelStage stage;
+    stage.animateHeader();
     stage.controller->show();
     const int bottom = bottomOf(stage);
     QList<int> heights;
@@ -97,6 +98,7 @@ class CaptionWindowControllerTest final : public test::Suite {
 
   void aResizeWhileTheHeaderGoesWaitsForItsEnd() {
     const PanelStage stage;
+    stage.animateHeader();
     stage.controller->show();
     stage.panel().resize(560, 300);
     stage.controller->setHeader(true, false);

@@ -31,7 +31,7 @@ struct PanelStage : ModelFixture {
   }
 
   /// Lets the header appear and disappear in a movement; without it, that takes no time.
-  void animateHeader() { panel().setStyle(nullptr); }
+  void animateHeader() const { panel().setStyle(nullptr); }
 
   void perform(AppCommand command) {
     switch (command) {
