@@ -13,7 +13,6 @@ pkg_check_modules(Xcb REQUIRED IMPORTED_TARGET xcb xcb-xfixes)
 pkg_check_modules(Archive REQUIRED IMPORTED_TARGET libarchive)
 if(VELUN_DEVELOPER)
   find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
-  find_package(benchmark REQUIRED)
 endif()
 
 # The pkg-config file of PocketSphinx names an include folder that Debian does not ship, so the

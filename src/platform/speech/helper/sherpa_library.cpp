@@ -59,7 +59,7 @@ QStringList candidatePaths(const QString& programFolder) {
   QStringList paths;
   const QString own = qEnvironmentVariable("VELUN_RECOGNIZER_LIBRARY");
   if (!own.isEmpty()) paths.append(own);
-  paths.append(QDir::cleanPath(programFolder + "/../lib/velun/" + kFileName));
+  paths.append(QDir::cleanPath(programFolder + "/../lib/velun/recognizers/" + kFileName));
 #ifdef VELUN_NODE_MODULES
   paths.append(QString(VELUN_NODE_MODULES "/%1/%2").arg(kPackage, kFileName));
 #endif
