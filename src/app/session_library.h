@@ -32,7 +32,7 @@ class SessionLibrary final : public QObject {
 
   void showHistory();
 
-  /// Exports the selected session if the saved-sessions window is active, else the live one.
+  /// Exports the selected session if the saved-sessions window is active, else the current one.
   void exportCurrentSession();
 
   /// Lets the user choose a session file or an earlier transcript and opens it.

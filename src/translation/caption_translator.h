@@ -20,7 +20,7 @@ class CaptionTranslator final : public QObject {
   Q_OBJECT
 
  public:
-  /// `platform` and `lines`, the lines of the running session, must outlive the translator. Lines
+  /// `platform` and `lines`, the lines of the current session, must outlive the translator. Lines
   /// may be appended and changed at any time; call `configure` after they were replaced.
   CaptionTranslator(TranslationPlatform& platform, const std::vector<Line>& lines,
                     QObject* parent = nullptr);

@@ -14,7 +14,7 @@ class HeaderButton;
 class LevelMeter;
 class SessionSaveButton;
 
-/// The controls of the live session. Dragging its empty space moves the panel.
+/// The controls of the current session. Dragging its empty space moves the panel.
 class CaptionHeaderView final : public QWidget {
   Q_OBJECT
 

@@ -8,7 +8,7 @@ namespace velun {
 class AppCommands;
 class CaptionViewModel;
 
-/// Saves the running session; once it is saved, opens the saved sessions.
+/// Saves the current session; once it is saved, opens the saved sessions.
 class SessionSaveButton final : public HeaderButton {
   Q_OBJECT
 

@@ -22,7 +22,7 @@ enum class AppCommand {
   restorePosition,
   newSession,
   saveSession,
-  /// Saves what the active window shows: the selected saved session or the live one.
+  /// Saves what the active window shows: the selected saved session or the current one.
   saveDocument,
   exportCurrentSession,
   openSessionFile,
