@@ -7,7 +7,7 @@
 
 namespace velun::bench {
 
-// The plain way with the toolkit's JSON classes: what the session codec is measured against.
+// The session file with Qt's JSON classes, as the reference for the measurements.
 
 /// Builds the document and indents it.
 QByteArray encodeWithQt(const CaptionSession& session);

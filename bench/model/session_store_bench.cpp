@@ -11,13 +11,13 @@ using namespace velun::bench;
 
 namespace {
 
-/// A folder in memory where the system has one.
+/// A folder in memory if the system has one.
 QString folderTemplate() {
   const QString memory = QStringLiteral("/dev/shm");
   return (QFileInfo(memory).isWritable() ? memory : QDir::tempPath()) + "/velun-bench-XXXXXX";
 }
 
-/// One new line at a time, as in live captions: the whole file is written again after each.
+/// Saves the session after each of 100 new lines, as live captions do.
 double rewriteMilliseconds(const SessionStore& store) {
   CaptionSession session = test::longSession(10'000);
   const std::vector<Line> more = test::longSession(100).lines;
@@ -32,7 +32,7 @@ double rewriteMilliseconds(const SessionStore& store) {
   return median(values);
 }
 
-/// A translation into a line somewhere in the session.
+/// Saves the session after each of 100 translations of lines throughout the session.
 double translatedMilliseconds(const SessionStore& store) {
   CaptionSession session = test::longSession(10'000);
   SessionEncoder encoder;

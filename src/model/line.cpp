@@ -9,8 +9,8 @@
 namespace velun {
 
 bool CodePointOrder::operator()(const QString& left, const QString& right) const {
-  // Surrogates (D800…DFFF) stand below the last units of the basic plane (E000…FFFF), although
-  // the code points that they make up stand above them.
+  // Surrogates (D800…DFFF) are less than the units E000…FFFF, although the code points that they
+  // encode are greater.
   const auto rank = [](QChar c) {
     const char16_t unit = c.unicode();
     return unit >= 0xD800 ? (unit >= 0xE000 ? unit - 0x800 : unit + 0x2000) : int{unit};

@@ -13,7 +13,7 @@
 
 namespace velun {
 
-/// Orders texts by code point, which UTF-16 units do not above U+FFFF.
+/// Orders texts by code point; `QString` compares UTF-16 units, which differs above U+FFFF.
 struct CodePointOrder {
   bool operator()(const QString& left, const QString& right) const;
 };
@@ -40,7 +40,7 @@ struct Line {
   bool operator==(const Line&) const = default;
 
   /// The time shown beside the line: hours, minutes and seconds in the interface language, in the
-  /// user's time zone; empty when there is none.
+  /// user's time zone; empty if there is no time.
   QString timestamp() const;
 
   /// (language identifier, text) pairs: the one in `language`, or all in ascending order when it

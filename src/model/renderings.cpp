@@ -11,7 +11,7 @@ namespace velun {
 
 namespace {
 
-/// The two documents differ only in how these pieces are set.
+/// The pieces in which the Markdown and the plain-text document differ.
 enum class Form { markdown, text };
 
 class Rendering {
@@ -93,7 +93,7 @@ class Rendering {
   Form form_;
   TranscriptContent content_;
   std::optional<QString> language_;
-  /// Asking for a name costs more than rendering a line.
+  /// Names already looked up: looking one up takes longer than rendering a line.
   QHash<QString, QString> names_;
 };
 

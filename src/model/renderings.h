@@ -5,16 +5,16 @@
 
 namespace velun {
 
-/// The bare texts of a session: see `CaptionSession::transcript`.
+/// The texts of a session without title, times or labels; see `CaptionSession::transcript`.
 QString renderTranscript(const CaptionSession& session, TranscriptContent content,
                          const std::optional<QString>& language);
 
-/// What one line adds to it; empty when it adds nothing.
+/// The part of one line in it; may be empty.
 QString renderTranscript(const Line& line, TranscriptContent content,
                          const std::optional<QString>& language);
 
 /// A Markdown transcript with title, times, languages and quoted translations, in the interface
-/// language. An absent language is all translations.
+/// language. All translations if `language` is absent.
 QString renderMarkdown(const CaptionSession& session, TranscriptContent content,
                        const std::optional<QString>& language);
 

@@ -6,7 +6,7 @@
 using namespace velun;
 using fuzz::require;
 
-/// Any bytes are read or refused; what was read can be saved as a session.
+/// Any bytes are read or refused; what was read can be saved as a session file.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
   const std::optional<CaptionSession> session =

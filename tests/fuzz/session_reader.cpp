@@ -10,7 +10,7 @@ using fuzz::require;
 
 namespace {
 
-std::optional<CaptionSession> readCarefully(const QByteArray& bytes) {
+std::optional<CaptionSession> readText(const QByteArray& bytes) {
   try {
     return readSessionText(bytes);
   } catch (const SessionProblem& problem) {
@@ -21,19 +21,19 @@ std::optional<CaptionSession> readCarefully(const QByteArray& bytes) {
 
 }  // namespace
 
-/// Any bytes are read or refused; both readers agree; what was read is written and read again as
-/// the same session.
+/// Any bytes are read or refused, tree and text give the same session, and a session that was
+/// written is read back unchanged.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
-  const std::optional<CaptionSession> fast = readSessionTree(bytes);
-  const std::optional<CaptionSession> careful = readCarefully(bytes);
-  require(!fast || careful, "what the fast reader takes, the careful one takes");
-  require(!fast || *fast == *careful, "both readers read the same");
-  if (!careful) return 0;
+  const std::optional<CaptionSession> tree = readSessionTree(bytes);
+  const std::optional<CaptionSession> text = readText(bytes);
+  require(!tree || text, "what is read from the tree is read from the text");
+  require(!tree || *tree == *text, "tree and text give the same session");
+  if (!text) return 0;
 
-  const QByteArray written = encodeSession(*careful);
+  const QByteArray written = encodeSession(*text);
   const std::optional<CaptionSession> again = readSessionTree(written);
-  require(again && *again == *careful, "a written session is read as the same");
+  require(again && *again == *text, "a written session is read back unchanged");
   require(encodeSession(*again) == written, "and is written as the same bytes");
   return 0;
 }

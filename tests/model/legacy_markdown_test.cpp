@@ -178,7 +178,7 @@ class LegacyMarkdownTest final : public test::Suite {
     const Instant before = currentInstant() - std::chrono::seconds(1);
     const QUrl url = write(name, kHeading);
     const Instant after = currentInstant() + std::chrono::seconds(1);
-    // Files that are changed later keep the time of their creation.
+    // The creation time does not change when the file is modified later.
     QFile file(url.toLocalFile());
     QVERIFY(file.open(QIODevice::ReadWrite));
     QVERIFY(file.setFileTime(QDateTime::fromSecsSinceEpoch(0), QFileDevice::FileModificationTime));

@@ -11,7 +11,7 @@ using namespace velun;
 
 namespace {
 
-/// A line of every kind.
+/// One line of each kind.
 CaptionSession session() {
   CaptionSession session = test::sampleSession();
   session.title = "Rivers / 강";

@@ -20,7 +20,7 @@ using namespace velun;
 
 namespace {
 
-/// A number that a child process shares with its parent.
+/// A number in memory shared with a child process.
 class SharedCount {
  public:
   SharedCount()
@@ -36,9 +36,9 @@ class SharedCount {
   std::atomic<int>* count_;
 };
 
-/// Saves the session over and over, the number of the save as its title, until it is killed.
-[[noreturn]] void saveForEver(const SessionStore& store, CaptionSession session,
-                              std::atomic<int>& saved) {
+/// Saves the session with the number of the save as its title, until the process is killed.
+[[noreturn]] void saveUntilKilled(const SessionStore& store, CaptionSession session,
+                                  std::atomic<int>& saved) {
   SessionEncoder encoder;
   while (true) {
     const int next = saved + 1;
@@ -76,8 +76,8 @@ class SessionAccidentTest final : public test::Suite {
       const int before = *saved;
       const pid_t child = fork();
       QVERIFY(child >= 0);
-      if (child == 0) saveForEver(store, session, *saved);
-      // Killed at any moment from its first save on.
+      if (child == 0) saveUntilKilled(store, session, *saved);
+      // Killed at a random moment after its first save.
       while (*saved == before && waitpid(child, nullptr, WNOHANG) == 0) usleep(50);
       usleep(static_cast<useconds_t>(microseconds(random)));
       ::kill(child, SIGKILL);
@@ -86,7 +86,7 @@ class SessionAccidentTest final : public test::Suite {
       QVERIFY(WIFSIGNALED(status));
 
       const int confirmed = *saved;
-      const CaptionSession read = store.read(url);  // throws when it is torn
+      const CaptionSession read = store.read(url);  // throws if it is incomplete
       const int found = read.title.toInt();
       QVERIFY2(found == confirmed || found == confirmed + 1, qPrintable(read.title));
       QVERIFY(read.lines.size() == session.lines.size());
@@ -95,7 +95,7 @@ class SessionAccidentTest final : public test::Suite {
       QVERIFY(left <= 1);
       interrupted += left > 0 ? 1 : 0;
     }
-    // Otherwise the kills came between the saves and nothing was tried.
+    // Otherwise the kills came between the saves and tested nothing.
     QVERIFY2(interrupted > 100, QByteArray::number(interrupted));
     QCOMPARE(store.savedSessions().unreadableCount, 0);
     store.save(session);
@@ -145,7 +145,7 @@ class SessionAccidentTest final : public test::Suite {
     QVERIFY(store.read(url) == large);
   }
 
-  // Runs this program again, with a small file system of its own mounted for it alone.
+  // Runs this program again, with a small private file system.
   void fullDiskIsAnErrorAndKeepsTheOldFile() {
     const QTemporaryDir folder;
     QProcess inside;
@@ -160,7 +160,7 @@ class SessionAccidentTest final : public test::Suite {
   }
 
  public:
-  /// What runs inside: fills the disk, saves, looks. The exit code of the program.
+  /// Runs in the second process: fills the disk, saves and checks. Returns the exit code.
   static int onAFullDisk(const QString& folder) {
     const SessionStore store{QUrl::fromLocalFile(folder)};
     CaptionSession session = test::longSession(500);

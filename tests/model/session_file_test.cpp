@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "model/session_file/session_file.h"
+
 #include "language/localization.h"
 #include "model/session_file/json_writer.h"
-#include "model/session_file/session_file.h"
 #include "model/session_file/session_reader.h"
 #include "support/session_samples.h"
 #include "support/suite.h"
@@ -145,7 +146,7 @@ class SessionFileTest final : public test::Suite {
     const QByteArray bytes = encodeSession(session);
     QVERIFY(decoded(bytes) == session);
     QVERIFY(readSessionText(bytes) == session);
-    // And another reader understands the same.
+    // Qt reads the same.
     const QJsonDocument document = QJsonDocument::fromJson(bytes);
     QCOMPARE(document["lines"][0]["text"].toString(), all);
   }

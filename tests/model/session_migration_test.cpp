@@ -17,7 +17,7 @@ class SessionMigrationTest final : public test::Suite {
  private Q_SLOTS:
   void init() {
     Suite::init();
-    // The tests run with a home of their own.
+    // The tests have a private home folder.
     for (const char* name : {"Velun", "Parvelo", "OrlanceV2"}) {
       if (QFileInfo(path(name)).isDir()) {
         QVERIFY(QDir(path(name)).removeRecursively());
@@ -86,7 +86,7 @@ class SessionMigrationTest final : public test::Suite {
 
   void ignoresAFailedMove() {
     putSession("Parvelo");
-    // Nothing exists behind the link, but no folder can take its place.
+    // The link's target does not exist, but no folder can replace the link.
     QVERIFY(QFile::link(path("nowhere"), path("Velun")));
     const SessionStore::Listing listing = SessionStore::local().savedSessions();
     QVERIFY(listing.sessions.empty());
@@ -109,7 +109,7 @@ class SessionMigrationTest final : public test::Suite {
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + '/' + name;
   }
 
-  /// A data folder of that name with one session called after it.
+  /// Creates a data folder of that name with one session of the same title.
   static void putSession(const QString& name) {
     const QString folder = path(name + "/Sessions");
     if (!QDir().mkpath(folder)) qFatal("cannot make the folder");

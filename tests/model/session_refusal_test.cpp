@@ -16,7 +16,7 @@ QByteArray example() {
   return encodeSession(test::sampleSession());
 }
 
-/// The text with which the bytes are refused, or nothing when they are read.
+/// The text of the refusal; empty if the bytes are read.
 QString refusal(const QByteArray& bytes) {
   try {
     decodeSession(bytes, QStringLiteral("talk.json"));
@@ -204,7 +204,7 @@ class SessionRefusalTest final : public test::Suite {
   }
 
   void rejectsFilesOver256Megabytes() {
-    // Never looked at, so no memory has to stand behind it.
+    // Never read, so it needs no physical memory.
     const std::size_t size = kMaxSessionFileSize + 1;
     void* const memory = mmap(nullptr, size, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     QVERIFY(memory != MAP_FAILED);

@@ -12,7 +12,7 @@ inline Instant utc(int year, unsigned month, unsigned day, int hour, int minute,
          seconds(second);
 }
 
-/// Two lines in English, the first one translated.
+/// A session with two English lines, the first one translated.
 inline CaptionSession sampleSession() {
   Line welcome{QUuid("0C1D2E3F-4A5B-4C6D-8E7F-90A1B2C3D4E5"),
                utc(2025, 3, 1, 9, 5, 7),
