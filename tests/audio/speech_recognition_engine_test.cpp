@@ -78,7 +78,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
  private Q_SLOTS:
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
-  void theStepsComeInOrder() {
+  void startsRecognitionThenAudio() {
     Fixture f;
     QCOMPARE(f.start(), QString());
     QCOMPARE(f.speech.script->calls, QStringList({"support en_US", "start en_US"}));
@@ -97,7 +97,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     f.stop();
   }
 
-  void anUnsupportedLanguageFailsBeforeAnyAudio() {
+  void unsupportedLanguageFailsBeforeAnyAudio() {
     Fixture f;
     QCOMPARE(f.start("fr_FR"), QString("French (France) isn’t a supported language"));
     QVERIFY(f.audio.script->calls.isEmpty());
@@ -107,7 +107,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     QCOMPARE(f.start("fr_FR"), QString("프랑스어(프랑스)는 지원하지 않는 언어입니다"));
   }
 
-  void theEquivalentIsRecognizedButTheEventsKeepTheIdentifier() {
+  void eventsKeepTheRequestedIdentifier() {
     Fixture f;
     QCOMPARE(f.start("en-GB"), QString());
     QVERIFY(f.speech.script->calls.contains("start en_US"));
@@ -117,7 +117,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     f.stop();
   }
 
-  void aDownloadShowsOneStatusText() {
+  void downloadShowsOneStatusText() {
     Fixture f;
     const auto offer = std::make_shared<test::ScriptedModelOffer>();
     f.speech.script->offer = offer;
@@ -132,7 +132,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     f.stop();
   }
 
-  void aFailedDownloadIsTheStartsError() {
+  void failedDownloadFailsTheStart() {
     Fixture f;
     const auto offer = std::make_shared<test::ScriptedModelOffer>();
     offer->outcome.fail(std::make_exception_ptr(Failure("No connection")));
@@ -141,7 +141,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     QCOMPARE(f.speech.script->calls.size(), 1);
   }
 
-  void aDownloadHearsThatItIsCancelled() {
+  void stopRequestReachesTheDownload() {
     Fixture f;
     const auto offer = std::make_shared<test::ScriptedModelOffer>();
     f.speech.script->offer = offer;
@@ -154,7 +154,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     QCOMPARE(f.speech.script->calls.size(), 1);
   }
 
-  void aStopDuringTheDownloadEndsTheStart() {
+  void stopDuringTheDownloadEndsTheStart() {
     Fixture f;
     const auto offer = std::make_shared<test::ScriptedModelOffer>();
     f.speech.script->offer = offer;
@@ -167,14 +167,14 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     QCOMPARE(f.events.last(), QString("status Downloading speech model…"));
   }
 
-  void aCancelledStartFailsWithTheCancellation() {
+  void cancelledStartThrowsCancelled() {
     Fixture f;
     f.stopSource.request_stop();
     QCOMPARE(f.start(), QString("cancelled"));
     QCOMPARE(f.speech.script->calls, QStringList{"support en_US"});
   }
 
-  void recognitionThatCannotStartIsCleanedUp() {
+  void failureToStartRecognitionIsCleanedUp() {
     Fixture f;
     f.speech.script->startFailure = "No model";
     QCOMPARE(f.start(), QString("No model"));
@@ -184,7 +184,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     f.stop();
   }
 
-  void aSourceThatCannotStartIsCleanedUp() {
+  void failureToStartAudioIsCleanedUp() {
     Fixture f;
     f.audio.script->startFailure = "No output device";
     QCOMPARE(f.start(), QString("No output device"));
@@ -193,7 +193,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     QVERIFY(f.engine->meterBands().empty());
   }
 
-  void aStopEndsAStartThatWaitsForTheSoundServer() {
+  void stopEndsAStartThatWaitsForTheSoundServer() {
     Fixture f;
     f.audio.script->isSlow = true;
     QCoro::Task<> starting = f.engine->start("en_US", false);
@@ -204,7 +204,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     QCOMPARE(f.speech.script->calls.last(), QString("cancel"));
   }
 
-  void aStopRequestEndsAStartThatWaitsForTheSoundServer() {
+  void stopRequestEndsAStartThatWaitsForTheSoundServer() {
     Fixture f;
     f.audio.script->isSlow = true;
     QCoro::Task<> starting = f.engine->start("en_US", false, f.stopSource.get_token());
@@ -224,7 +224,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     f.stop();
   }
 
-  void anEmptyFinalOnlyClearsTheDraft() {
+  void emptyFinalOnlyClearsTheDraft() {
     Fixture f;
     f.startWithAudio();
     f.speech.script->result("hm", false);
@@ -235,7 +235,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     f.stop();
   }
 
-  void aLingeringDraftIsSettledWithinOneAndAHalfSeconds() {
+  void draftIsSettledAfterOneSecondWithoutAudio() {
     Fixture f;
     f.startWithAudio();
     f.speech.script->onSettle = [&f] {
@@ -297,7 +297,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     QVERIFY(f.events.isEmpty());
   }
 
-  void anUnsettledDraftIsSettledAgain() {
+  void settlingIsRepeatedWhileTheDraftRemains() {
     Fixture f;
     f.startWithAudio();
     f.speech.script->result("left over", false);
@@ -320,7 +320,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     QCOMPARE(f.clock.scheduledCount(), std::size_t(0));
   }
 
-  void anErrorOfTheResultsIsAFailureEvent() {
+  void recognitionErrorIsAFailureEvent() {
     Fixture f;
     f.startWithAudio();
     f.speech.script->end(QString("out of memory"));
@@ -333,7 +333,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     f.stop();
   }
 
-  void aStopFromInsideTheFailureEventCompletes() {
+  void stopInsideTheFailureEventCompletes() {
     Fixture f;
     f.startWithAudio();
     std::optional<QCoro::Task<>> stopping;
@@ -346,7 +346,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     QVERIFY(f.engine->meterBands().empty());
   }
 
-  void theMeterFallsFlatAQuarterSecondAfterTheAudio() {
+  void meterIsEmptyAQuarterSecondAfterTheAudio() {
     Fixture f;
     QVERIFY(f.engine->meterBands().empty());
     f.start();
@@ -360,7 +360,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     QVERIFY(f.engine->meterBands().empty());
   }
 
-  void fallingBehindIsShownUntilItIsOver() {
+  void lagIsShownUntilItIsOver() {
     Fixture f;
     f.startWithAudio();
     Q_EMIT f.speech.script->run->lagChanged(true);
@@ -369,7 +369,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     f.stop();
   }
 
-  void anInterruptionIsShownUntilItIsOver() {
+  void interruptionIsShownUntilItIsOver() {
     Fixture f;
     f.startWithAudio();
     Q_EMIT f.speech.script->run->lagChanged(true);
@@ -384,7 +384,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     f.stop();
   }
 
-  void anInterruptionWithoutEndIsAFailure() {
+  void lostSoundServerIsAFailure() {
     Fixture f;
     f.startWithAudio();
     Q_EMIT f.audio.source->interrupted();
@@ -395,7 +395,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     QCOMPARE(f.events.size(), count);
   }
 
-  void aStopDuringAnInterruptionTakesItsStatusBack() {
+  void stopDuringAnInterruptionClearsItsStatus() {
     Fixture f;
     f.startWithAudio();
     Q_EMIT f.audio.source->interrupted();
@@ -403,7 +403,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     QCOMPARE(f.events.last(), QString("status -"));
   }
 
-  void anErrorDuringAnInterruptionStaysAfterTheStop() {
+  void errorDuringAnInterruptionStaysAfterTheStop() {
     Fixture f;
     f.startWithAudio();
     Q_EMIT f.audio.source->interrupted();
@@ -412,7 +412,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     QCOMPARE(f.events.last(), QString("failure Recognition error: out of memory"));
   }
 
-  void anEngineDestroyedWhileItStartsOrRunsIsHarmless() {
+  void engineCanBeDestroyedWhileItStartsOrRuns() {
     Fixture f;
     const auto offer = std::make_shared<test::ScriptedModelOffer>();
     f.speech.script->offer = offer;
@@ -429,7 +429,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     QCOMPARE(g.clock.scheduledCount(), std::size_t(0));
   }
 
-  void anEngineDestroyedWhileItStopsLeavesNoThread() {
+  void engineDestroyedWhileItStopsLeavesNoThread() {
     test::ManualClock clock;
     test::ScriptedAudioPlatform audio;
     const auto recognizer = std::make_shared<test::ScriptedRecognizerProvider>(

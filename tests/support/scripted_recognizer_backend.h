@@ -12,15 +12,15 @@
 
 namespace velun::test {
 
-/// What scripted backends are told to do and what became of them. Shared with the decode worker.
+/// How scripted back ends behave, and what they did. Shared with the decode thread.
 struct BackendScript {
   std::atomic<bool> failsToLoad = false;
   std::atomic<bool> failsToDecode = false;
-  /// Fails only after its result was found.
+  /// Fails after adding a result.
   std::atomic<bool> failsAfterDecoding = false;
-  /// Loading lasts until it is cancelled.
+  /// Loading waits for `mayTake` or `cancel`.
   std::atomic<bool> isSlowToLoad = false;
-  /// While set, taking audio waits for `mayTake`; cancelling ends that.
+  /// Accepting audio waits for `mayTake` or `cancel`.
   std::atomic<bool> isSlow = false;
   std::atomic<bool> isWaiting = false;
   std::counting_semaphore<> mayTake{0};
@@ -28,13 +28,12 @@ struct BackendScript {
   std::atomic<int> alive = 0;
   std::atomic<int> finalizeCount = 0;
   std::atomic<int> samplesTaken = 0;
-  /// Finds the end of the phrase itself once it has taken so many samples; 0 is never.
+  /// The number of samples after which a phrase ends by itself; 0: never.
   std::atomic<int> phraseLength = 0;
   std::atomic<bool> wasOnMainThread = false;
 };
 
-/// A backend that counts: a draft with the number of pieces taken after each, a final when it is
-/// finalized.
+/// A back end whose drafts and finals contain the number of buffers in the phrase.
 class ScriptedBackend final : public RecognizerBackend {
  public:
   ScriptedBackend(std::shared_ptr<BackendScript> script, std::thread::id mainThread)

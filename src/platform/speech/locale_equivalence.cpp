@@ -10,7 +10,7 @@ namespace {
 struct LocaleParts {
   QByteArray canonical;
   QByteArray language;
-  /// The script written, when it is not named the one that is usual there; empty when unknown.
+  /// The script, by default the usual one of the locale; empty when unknown.
   QByteArray script;
 };
 
@@ -26,7 +26,7 @@ LocaleParts partsOf(const QString& identifier) {
 }  // namespace
 
 std::optional<QString> equivalentLocale(const QString& identifier, const QStringList& supported) {
-  // The library takes an empty identifier for its own idea of a default.
+  // ICU would use its default locale.
   if (identifier.isEmpty()) return std::nullopt;
   const LocaleParts wanted = partsOf(identifier);
   if (wanted.language.isEmpty()) return std::nullopt;

@@ -7,8 +7,8 @@
 
 namespace velun {
 
-/// The one of `supported` that serves `identifier`: the same locale ("en-US" is "en_US"), else the
-/// first of the same language written in the same script. "zh_TW" is not served by "zh_CN".
+/// The supported locale for `identifier`: the same locale ("en-US" is "en_US"), else the first one
+/// of the same language and script. "zh_CN" is not one for "zh_TW".
 std::optional<QString> equivalentLocale(const QString& identifier, const QStringList& supported);
 
 }  // namespace velun

@@ -72,7 +72,7 @@ class BuiltInRecognizerTest final : public test::Suite {
   }
   void cleanupTestCase() { recognizer_.reset(); }
 
-  void aPhraseIsDraftedAndSettledAfterItsPause() {
+  void phraseIsDraftedThenFinal() {
     accept(clip("0880"));
     accept(silence(1));
     QVERIFY(waitForFinal());
@@ -92,7 +92,7 @@ class BuiltInRecognizerTest final : public test::Suite {
     QVERIFY(!recognizer_->expectsResults());
   }
 
-  void silenceGivesNothing() {
+  void silenceHasNoResults() {
     accept(silence(20));
     recognizer_->finalize();
     collect();
@@ -101,7 +101,7 @@ class BuiltInRecognizerTest final : public test::Suite {
     QVERIFY(!recognizer_->expectsResults());
   }
 
-  void quietSpeechIsRecognizedAlike() {
+  void quietSpeechIsRecognizedEquallyWell() {
     std::vector<float> samples = clip("0880");
     for (float& sample : samples) sample *= 0.03F;
     accept(samples);
@@ -132,7 +132,7 @@ class BuiltInRecognizerTest final : public test::Suite {
     QVERIFY(drafts_.isEmpty());
   }
 
-  void speechThatNeverPausesIsCutAndKept() {
+  void speechWithoutPausesIsCutAndKept() {
     // Five clips on end, without the silence around them.
     std::vector<float> samples;
     for (const char* number : {"0920", "0930", "0890", "0880", "0870"}) {
@@ -146,7 +146,7 @@ class BuiltInRecognizerTest final : public test::Suite {
     QVERIFY2(finals_.join(" ").contains("man", Qt::CaseInsensitive), qPrintable(finals_.join("|")));
   }
 
-  void cancellingGivesTheFinalPassUp() {
+  void cancelInterruptsTheFinalPass() {
     const auto recognizer = BuiltInRecognizerProvider().factory("en_US")();
     // It ends in the middle of a word: the final pass begins with the settling.
     std::vector<float> samples = clip("0870");
@@ -160,7 +160,7 @@ class BuiltInRecognizerTest final : public test::Suite {
     }
   }
 
-  void resultsArePunctuatedAndDraftsHaveNoEnd() {
+  void draftsHaveNoFinalPunctuation() {
     const auto punctuation = std::make_shared<ScriptedPunctuationProvider>();
     const auto recognizer = BuiltInRecognizerProvider(punctuation).factory("en_US")();
     recognizer->load();
@@ -175,7 +175,7 @@ class BuiltInRecognizerTest final : public test::Suite {
     QVERIFY(punctuation->script.isLoaded);
   }
 
-  void cancellingReachesThePunctuation() {
+  void cancelInterruptsPunctuation() {
     const auto punctuation = std::make_shared<ScriptedPunctuationProvider>();
     punctuation->script.isSlow = true;
     const auto recognizer = BuiltInRecognizerProvider(punctuation).factory("en_US")();
@@ -190,7 +190,7 @@ class BuiltInRecognizerTest final : public test::Suite {
     QVERIFY(isWaiting);
   }
 
-  void aPhraseThatFollowsAtOnceIsDraftedBehindTheOneBefore() {
+  void nextPhraseIsDraftedBehindThePendingOne() {
     accept(clip("0880"));
     accept(silence(0.7));
     const QString before = drafts_.isEmpty() ? QString() : drafts_.last();

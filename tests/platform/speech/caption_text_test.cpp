@@ -16,7 +16,7 @@ class CaptionTextTest final : public test::Suite {
     QCOMPARE(textOfTokens({}), QString());
   }
 
-  void whatCannotBePrintedIsDropped() {
+  void unprintableCharactersAreRemoved() {
     QCOMPARE(textOfTokens({"▁네", QString(QChar(0xFFFD)), QString(QChar(0x7F)),
                            QString(QChar(0xE000)), "▁그래요", "."}),
              QString("네 그래요."));
@@ -36,14 +36,14 @@ class CaptionTextTest final : public test::Suite {
     QCOMPARE(cased("", "en", true), QString());
   }
 
-  void aTextMayLoseItsEnd() {
+  void finalPunctuationCanBeRemoved() {
     QCOMPARE(withoutEnd("Hello. How are you?"), QString("Hello. How are you"));
     QCOMPARE(withoutEnd("Well..."), QString("Well"));
     QCOMPARE(withoutEnd("Well"), QString("Well"));
     QCOMPARE(withoutEnd(""), QString());
   }
 
-  void messagesComeOutAsTheyWentIn() {
+  void messagesRoundTrip() {
     const QByteArray bytes = encoded(RecognizerMessage::Kind::audio, QByteArray(1000, 'x')) +
                              encoded(RecognizerMessage::Kind::finalize);
     RecognizerMessageReader reader;

@@ -9,7 +9,7 @@ class DraftTextTest final : public test::Suite {
   Q_OBJECT
 
  private Q_SLOTS:
-  void bareWordsBecomeASentence_data() {
+  void wordsBecomeASentence_data() {
     QTest::addColumn<QString>("words");
     QTest::addColumn<QString>("sentence");
     QTest::newRow("empty") << ""
@@ -25,13 +25,13 @@ class DraftTextTest final : public test::Suite {
     QTest::newRow("first is I") << "i"
                                 << "I";
   }
-  void bareWordsBecomeASentence() {
+  void wordsBecomeASentence() {
     QFETCH(QString, words);
     QFETCH(QString, sentence);
     QCOMPARE(sentenceCase(words.split(u' ', Qt::SkipEmptyParts)), sentence);
   }
 
-  void aWordIsShownOnceThreeGuessesAgree() {
+  void wordIsShownOnceThreeGuessesAgree() {
     StableDraft draft;
     QVERIFY(draft.update({"the"}).isEmpty());
     QVERIFY(draft.update({"the", "can"}).isEmpty());
@@ -40,14 +40,14 @@ class DraftTextTest final : public test::Suite {
     QCOMPARE(draft.update({"the", "cat", "sat"}), QStringList({"the", "cat"}));
   }
 
-  void aWordThatWaversStaysAsItWasShown() {
+  void unstableWordStaysAsShown() {
     StableDraft draft;
     for (int i = 0; i < 3; ++i) draft.update({"good", "morning"});
     QCOMPARE(draft.update({"good", "mourning"}), QStringList({"good", "morning"}));
     QCOMPARE(draft.update({"good", "morning", "all"}), QStringList({"good", "morning"}));
   }
 
-  void aWordThatStaysChangedIsReplaced() {
+  void changedWordIsReplaced() {
     StableDraft draft;
     for (int i = 0; i < 3; ++i) draft.update({"good", "mourning"});
     draft.update({"good", "morning"});
@@ -55,7 +55,7 @@ class DraftTextTest final : public test::Suite {
     QCOMPARE(draft.update({"good", "morning"}), QStringList({"good", "morning"}));
   }
 
-  void aNewPhraseBeginsEmpty() {
+  void newPhraseBeginsEmpty() {
     StableDraft draft;
     for (int i = 0; i < 3; ++i) draft.update({"one"});
     draft.reset();

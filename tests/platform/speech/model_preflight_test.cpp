@@ -75,7 +75,7 @@ class ModelPreflightTest final : public test::Suite {
     QVERIFY2(why.startsWith("model.onnx: "), qPrintable(why));
   }
 
-  void aNoteThatLeavesItsFieldIsRefused() {
+  void metadataBeyondItsFieldIsRefused() {
     const QByteArray graph = "\x3a\x01g";
     // A field of two bytes, in which a text begins whose length ends behind it.
     const QByteArray note = "\x72\x02\x0a\xff\xc8\x8d\xe5\x0a";
@@ -84,7 +84,7 @@ class ModelPreflightTest final : public test::Suite {
     QCOMPARE(refusal(settings), QString("model.onnx: the file is cut off"));
   }
 
-  void aMissingFileIsRefused() {
+  void missingFileIsRefused() {
     RecognizerSettings settings = nemoCtc();
     settings.nemoCtc = dir_.filePath("nothing.onnx");
     QCOMPARE(refusal(settings), QString("nothing.onnx: the file cannot be read"));
@@ -93,7 +93,7 @@ class ModelPreflightTest final : public test::Suite {
     QVERIFY(!refusal(settings).isEmpty());
   }
 
-  void theKindOfATransducerIsChecked() {
+  void kindOfTransducerIsChecked() {
     RecognizerSettings settings = transducer();
     settings.modelType = "zipformer2";
     QCOMPARE(refusal(settings), QString());
@@ -126,7 +126,7 @@ class ModelPreflightTest final : public test::Suite {
     QVERIFY2(why.startsWith("tokens.txt: "), qPrintable(why));
   }
 
-  void aTokenMayBeABlankCharacter() {
+  void tokenCanBeASpace() {
     QByteArray tokens = read("tokens.txt");
     tokens.replace("all 0\n", "0\n");
     RecognizerSettings settings = nemoCtc();
@@ -146,7 +146,7 @@ class ModelPreflightTest final : public test::Suite {
     QVERIFY_EXCEPTION_THROWN(checkPunctuationModel(settings), std::runtime_error);
   }
 
-  void settingsKeepEverything() {
+  void settingsRoundTrip() {
     RecognizerSettings settings = transducer();
     settings.modelType = "zipformer2";
     settings.hearsLanguage = settings.foldsLetters = settings.textFromTokens = true;

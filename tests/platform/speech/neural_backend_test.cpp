@@ -39,19 +39,19 @@ class NeuralBackendTest final : public test::Suite {
     QVERIFY2(hasRecognitionLibrary(), "The recognition library is missing: run scripts/setup.");
   }
 
-  void wordsOutOfSound_data() {
+  void recognizesWords_data() {
     QTest::addColumn<RecognizerSettings>("settings");
     QTest::newRow("transducer") << transducer();
     QTest::newRow("CTC") << zipformerCtc();
     QTest::newRow("NeMo CTC") << nemoCtc();
   }
-  void wordsOutOfSound() {
+  void recognizesWords() {
     QFETCH(RecognizerSettings, settings);
     QCOMPARE(finalsOf(settings, music_), QStringList("Turn off the music now"));
     QCOMPARE(finalsOf(settings, numbers_), QStringList("Five six nine ten eight"));
   }
 
-  void phrasesEndByThemselves_data() { wordsOutOfSound_data(); }
+  void phrasesEndByThemselves_data() { recognizesWords_data(); }
   void phrasesEndByThemselves() {
     QFETCH(RecognizerSettings, settings);
     NeuralBackend backend(helperProgram(), settings);
@@ -63,12 +63,12 @@ class NeuralBackendTest final : public test::Suite {
     VERIFY_SOON((backend.poll(), !backend.expectsResults()));
   }
 
-  void aShortPauseEndsNoPhrase() {
+  void shortPauseDoesNotEndAPhrase() {
     const std::vector<float> samples = spoken(music_) + silence(0.2) + spoken(numbers_);
     QCOMPARE(finalsOf(nemoCtc(), samples).size(), 1);
   }
 
-  void aPhraseEndsSoonAfterItsLastWord() {
+  void phraseEndsSoonAfterItsLastWord() {
     NeuralBackend backend(helperProgram(), transducer());
     backend.load();
     feed(backend, music_);
@@ -79,8 +79,8 @@ class NeuralBackendTest final : public test::Suite {
     QCOMPARE(finals, QStringList("Turn off the music now"));
   }
 
-  void speechWithoutAPauseIsCutAndKept_data() { wordsOutOfSound_data(); }
-  void speechWithoutAPauseIsCutAndKept() {
+  void speechWithoutPausesIsCutAndKept_data() { recognizesWords_data(); }
+  void speechWithoutPausesIsCutAndKept() {
     QFETCH(RecognizerSettings, settings);
     std::vector<float> samples;
     constexpr int kTimes = 20;
@@ -93,7 +93,7 @@ class NeuralBackendTest final : public test::Suite {
     QVERIFY2(words.size() <= 110, qPrintable(finals.join(" | ")));
   }
 
-  void aLongPhraseEndsInAShorterPause() {
+  void longPhraseEndsInAShorterPause() {
     const std::vector<float> pause = silence(0.4);
     const std::vector<float> rest = pause + spoken(music_);
     QCOMPARE(finalsOf(nemoCtc(), spoken(numbers_) + rest).size(), 1);
@@ -120,7 +120,7 @@ class NeuralBackendTest final : public test::Suite {
     }
   }
 
-  void aPhraseMayBeginWithTheLastToken() {
+  void phraseCanBeginWithTheLastToken() {
     const QStringList finals =
         finalsOf(transducer(), sound("six.wav") + silence(1.0) + sound("sixseven.wav"));
     QCOMPARE(finals.size(), 2);
@@ -128,7 +128,7 @@ class NeuralBackendTest final : public test::Suite {
     QCOMPARE(finals[1], QString("Six seven"));
   }
 
-  void theCutsOfTheSoundDoNotMatter() {
+  void sizeOfTheBuffersDoesNotMatter() {
     const std::vector<float> samples = music_ + silence(1.0) + numbers_;
     const QStringList whole = finalsOf(transducer(), samples, samples.size());
     QCOMPARE(whole.size(), 2);
@@ -137,7 +137,7 @@ class NeuralBackendTest final : public test::Suite {
     }
   }
 
-  void finalizingKeepsTheLastWord() {
+  void finalizeKeepsTheLastWord() {
     NeuralBackend backend(helperProgram(), transducer());
     backend.load();
     QStringList finals;
@@ -153,7 +153,7 @@ class NeuralBackendTest final : public test::Suite {
     QVERIFY(backend.poll().empty());
   }
 
-  void severalAtOnceDoNotDisturbEachOther() {
+  void concurrentRecognizersAreIndependent() {
     NeuralBackend first(helperProgram(), transducer());
     first.load();
     NeuralBackend second(helperProgram(), nemoCtc());
@@ -182,7 +182,7 @@ class NeuralBackendTest final : public test::Suite {
 
   void silenceIsNoPhrase() { QCOMPARE(finalsOf(transducer(), silence(20)), QStringList()); }
 
-  void samplesThatAreNoNumbersAreSilence() {
+  void nonFiniteSamplesAreSilence() {
     std::vector<float> broken(3200, std::numeric_limits<float>::quiet_NaN());
     broken.resize(6400, std::numeric_limits<float>::infinity());
     broken[100] = 1e30F;
@@ -197,7 +197,7 @@ class NeuralBackendTest final : public test::Suite {
     QCOMPARE(finalsOf(settings, music_), QStringList("Turn off the music now"));
   }
 
-  void anyNumberOfThreadsIsTaken() {
+  void acceptsAnyNumberOfThreads() {
     RecognizerSettings settings = transducer();
     for (const int threads : {-3, 0, 10000}) {
       settings.threads = threads;
@@ -212,7 +212,7 @@ class NeuralBackendTest final : public test::Suite {
     QCOMPARE(finalsOf(settings, music_), QStringList("Turn. Off. The. Music. Now."));
   }
 
-  void nothingButItsEndIsAddedToADraft() {
+  void finalAddsOnlyTheEndOfTheSentence() {
     RecognizerSettings settings = transducer();
     settings.punctuationModel = neuralData("punctuation.onnx");
     settings.punctuationVocabulary = neuralData("punctuation.vocab");
@@ -226,7 +226,7 @@ class NeuralBackendTest final : public test::Suite {
     QCOMPARE(results[results.size() - 2].text, QString("Turn. Off. The. Music. Now"));
   }
 
-  void punctuationIsRestoredForOthers() {
+  void restoresPunctuationForOtherRecognizers() {
     RecognizerSettings settings;
     settings.punctuationModel = neuralData("punctuation.onnx");
     settings.punctuationVocabulary = neuralData("punctuation.vocab");
@@ -236,7 +236,7 @@ class NeuralBackendTest final : public test::Suite {
     QCOMPARE(helper.restored("six"), QString("Six."));
   }
 
-  void failingPunctuationLeavesTheWords() {
+  void failedPunctuationKeepsTheWords() {
     RecognizerSettings settings;
     settings.punctuationModel = neuralData("joiner.int8.onnx");
     settings.punctuationVocabulary = neuralData("punctuation.vocab");
@@ -245,7 +245,7 @@ class NeuralBackendTest final : public test::Suite {
     QCOMPARE(helper.restored("the music"), QString("the music"));
   }
 
-  void cancellingEndsTheWaitForPunctuation() {
+  void cancelInterruptsPunctuation() {
     // It takes its only argument, a number, for seconds, and says nothing.
     PunctuationHelper helper("/usr/bin/sleep", transducer());
     QString text;
@@ -255,7 +255,7 @@ class NeuralBackendTest final : public test::Suite {
     QCOMPARE(text, QString("as it was"));
   }
 
-  void aDamagedPunctuationModelCostsNothingElse() {
+  void recognizesWithDamagedPunctuationModel() {
     RecognizerSettings settings = transducer();
     settings.punctuationModel = neuralData("joiner.int8.onnx");
     settings.punctuationVocabulary = neuralData("punctuation.vocab");

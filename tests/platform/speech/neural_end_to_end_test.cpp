@@ -86,7 +86,7 @@ class NeuralEndToEndTest final : public test::Suite {
     QVERIFY2(hasRecognitionLibrary(), "The recognition library is missing: run scripts/setup.");
   }
 
-  void fromNothingToWords() {
+  void downloadsAndRecognizes() {
     const ModelCatalogue models = catalogue();
     ModelStoreOptions options;
     options.root = dir_.path();

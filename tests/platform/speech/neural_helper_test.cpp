@@ -59,7 +59,7 @@ class NeuralHelperTest final : public test::Suite {
     QVERIFY2(hasRecognitionLibrary(), "The recognition library is missing: run scripts/setup.");
   }
 
-  void aHelperThatEndsCostsThePhraseAtMost() {
+  void crashLosesOnePhraseAtMost() {
     NeuralBackend backend(helperProgram(), transducer());
     backend.load();
     QStringList finals;
@@ -94,7 +94,7 @@ class NeuralHelperTest final : public test::Suite {
     }
   }
 
-  void cancellingEndsTheWaitForAHelperThatHangs() {
+  void cancelInterruptsAHangingHelper() {
     NeuralBackend backend(helperProgram(), transducer());
     backend.load();
     const pid_t helper = backend.helperProcessId();
@@ -104,13 +104,13 @@ class NeuralHelperTest final : public test::Suite {
     QCOMPARE(backend.helperProcessId(), helper);
   }
 
-  void cancellingEndsTheLoading() {
+  void cancelInterruptsLoading() {
     // It takes its only argument, a number, for seconds, and says nothing.
     NeuralBackend backend("/usr/bin/sleep", transducer());
     QVERIFY(failsWhenCancelled(backend, &NeuralBackend::load));
   }
 
-  void whatAHelperSaidLastIsKept() {
+  void lastResultsOfTheHelperAreKept() {
     const QTemporaryDir dir;
     const QString program = dir.filePath("helper");
     QFile script(program);
@@ -130,14 +130,14 @@ class NeuralHelperTest final : public test::Suite {
     QVERIFY_EXCEPTION_THROWN(backend.poll(), Failure);
   }
 
-  void aHelperThatDoesNotAnswerCountsAsEnded() {
+  void unresponsiveHelperCountsAsEnded() {
     // It takes its only argument, a number, for seconds, and says nothing.
     HelperProcess helper("/usr/bin/sleep");
     QVERIFY(!helper.tryReceive());
     QVERIFY_EXCEPTION_THROWN(helper.receive(std::chrono::milliseconds(50)), HelperEnded);
   }
 
-  void aHelperThatEndsAtOnceIsReported() {
+  void helperThatEndsAtOnceIsReported() {
     try {
       NeuralBackend backend("/usr/bin/false", transducer());
       backend.load();
@@ -148,7 +148,7 @@ class NeuralHelperTest final : public test::Suite {
     }
   }
 
-  void aMissingProgramIsReported() {
+  void missingProgramIsReported() {
     try {
       NeuralBackend backend("/nonexistent/velun-recognizer", transducer());
       backend.load();
@@ -159,7 +159,7 @@ class NeuralHelperTest final : public test::Suite {
     }
   }
 
-  void aDamagedModelIsReported() {
+  void damagedModelIsReported() {
     RecognizerSettings settings = transducer();
     settings.encoder = neuralData("joiner.int8.onnx");
     const QString text = failureOf(settings);
@@ -169,7 +169,7 @@ class NeuralHelperTest final : public test::Suite {
     QVERIFY2(failureOf(settings).contains("h01.wav"), qPrintable(failureOf(settings)));
   }
 
-  void whatTheLibraryItselfRefusesIsReported() {
+  void failureInsideSherpaIsReported() {
     const QTemporaryDir dir;
     QFile source(neuralData("nemo-ctc.int8.onnx"));
     QVERIFY(source.open(QIODevice::ReadOnly));
@@ -183,7 +183,7 @@ class NeuralHelperTest final : public test::Suite {
     QVERIFY2(text.startsWith("The speech recognizer couldn’t be started ("), qPrintable(text));
   }
 
-  void tooFewTokensEndTheRunOnly() {
+  void tooFewTokensEndOnlyTheRun() {
     const QTemporaryDir dir;
     QFile tokens(dir.filePath("tokens.txt"));
     QVERIFY(tokens.open(QIODevice::WriteOnly));
@@ -199,7 +199,7 @@ class NeuralHelperTest final : public test::Suite {
     }
   }
 
-  void theHelperEndsWithItsThread() {
+  void helperEndsWithItsThread() {
     pid_t process = 0;
     std::thread([&process] {
       // Never destroyed, as when the program crashes.

@@ -35,7 +35,7 @@ class NeuralRecognizerProviderTest final : public test::Suite {
     store_.failure.reset();
   }
 
-  void theLanguagesOnOffer() {
+  void listsSupportedLocales() {
     const QStringList locales = provider_.supportedLocales();
     for (const char* each : {"en_US", "fr_FR", "de_DE", "ru_RU", "id_ID", "ko_KR", "zh_CN", "es_ES",
                              "it_IT", "ja_JP", "nl_NL", "cs_CZ", "sk_SK"}) {
@@ -44,7 +44,7 @@ class NeuralRecognizerProviderTest final : public test::Suite {
     QVERIFY(NeuralRecognizerProvider(catalogue_, store_, {}).supportedLocales().isEmpty());
   }
 
-  void onlyWhatTheStoreHasIsInstalled() {
+  void installedLocalesComeFromTheStore() {
     QVERIFY(!provider_.isInstalled("de_DE"));
     store_.present += modelOf("de").id;
     QVERIFY(provider_.isInstalled("de_DE"));
@@ -52,7 +52,7 @@ class NeuralRecognizerProviderTest final : public test::Suite {
     QVERIFY(!provider_.isInstalled("xx_XX"));
   }
 
-  void eachModelIsToldWhatItNeeds() {
+  void settingsComeFromTheCatalogue() {
     const RecognizerSettings korean = provider_.settings("ko_KR");
     QVERIFY(korean.textFromTokens);
     QVERIFY(korean.encoder.startsWith(store_.folder(modelOf("ko")) + u'/'));
@@ -67,7 +67,7 @@ class NeuralRecognizerProviderTest final : public test::Suite {
     QVERIFY(!provider_.settings("xx_XX").hasRecognizer());
   }
 
-  void punctuationIsUsedOnceItIsThere() {
+  void punctuationIsUsedOnceInstalled() {
     QVERIFY(!provider_.settings("en_US").hasPunctuation());
     QVERIFY(!provider_.punctuationFactory("en_US"));
     const Model& marks = modelOf("en", ModelKind::punctuation);
@@ -78,7 +78,7 @@ class NeuralRecognizerProviderTest final : public test::Suite {
     QVERIFY(!provider_.punctuationFactory("de_DE"));
   }
 
-  void aDownloadBringsThePunctuationAfterwards() {
+  void downloadIsFollowedByPunctuation() {
     const auto offer = provider_.offer("en_US");
     QVERIFY(offer->downloadBytes() > 1'000'000);
     QCOMPARE(failureOf(offer->install(std::stop_token())), QString());
@@ -87,7 +87,7 @@ class NeuralRecognizerProviderTest final : public test::Suite {
     QVERIFY(provider_.isInstalled("en_US"));
   }
 
-  void missingPunctuationIsFetchedLater() {
+  void missingPunctuationIsDownloadedAtTheNextStart() {
     store_.present += modelOf("en").id;
     QVERIFY(provider_.factory("en_US"));
     QCOMPARE(store_.askedQuietly, QStringList(modelOf("en", ModelKind::punctuation).id));
@@ -96,7 +96,7 @@ class NeuralRecognizerProviderTest final : public test::Suite {
     QVERIFY(store_.askedQuietly.isEmpty());
   }
 
-  void aFailedDownloadIsTheStoresFailure() {
+  void failureOfTheStoreIsPassedOn() {
     store_.failure = "no space";
     const auto offer = provider_.offer("de_DE");
     QCOMPARE(failureOf(offer->install(std::stop_token())), QString("no space"));
@@ -104,7 +104,7 @@ class NeuralRecognizerProviderTest final : public test::Suite {
     QVERIFY(!provider_.offer("xx_XX"));
   }
 
-  void theBackgroundIsQuiet() {
+  void backgroundDownloadIsQuiet() {
     provider_.fetchInBackground("en_US");
     QVERIFY(store_.asked.isEmpty());
     QVERIFY(store_.askedQuietly.contains(modelOf("en").id));

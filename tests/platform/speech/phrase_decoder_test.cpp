@@ -22,12 +22,12 @@ class PhraseDecoderTest final : public test::Suite {
   Q_OBJECT
 
  private Q_SLOTS:
-  void aPhraseIsHeardAsAWhole() {
+  void decodesAWholePhrase() {
     const QString words = decoder_.decode(youngMan(), always).value().join(u' ');
     QVERIFY2(words.startsWith("he was not") && words.endsWith("young man"), qPrintable(words));
   }
 
-  void aPhraseThatIsNotWantedAnyMoreIsGivenUp() {
+  void stopsDecodingACancelledPhrase() {
     const std::vector<std::int16_t> phrase = youngMan();
     int asked = 0;
     const auto twice = [&asked] {
@@ -38,7 +38,7 @@ class PhraseDecoderTest final : public test::Suite {
     QVERIFY(decoder_.decode(phrase, always)->endsWith("man"));
   }
 
-  void theSameAgainGivesTheSame() {
+  void decodingIsRepeatable() {
     const std::vector<std::int16_t> phrase = youngMan();
     const std::optional<QStringList> words = decoder_.decode(phrase, always);
     const std::vector<std::int16_t> half(
@@ -47,7 +47,7 @@ class PhraseDecoderTest final : public test::Suite {
     QCOMPARE(decoder_.decode(phrase, always), words);
   }
 
-  void nothingIsNothing() {
+  void emptyPhraseHasNoWords() {
     QCOMPARE(decoder_.decode({}, always), QStringList());
     QCOMPARE(decoder_.decode(std::vector<std::int16_t>(100), always), QStringList());
   }

@@ -74,7 +74,7 @@ class PhraseFinderTest final : public test::Suite {
   Q_OBJECT
 
  private Q_SLOTS:
-  void aPhraseEndsAfterItsPause() {
+  void phraseEndsAfterItsPause() {
     Listener l;
     l.silence(2);
     l.hum(2);
@@ -87,7 +87,7 @@ class PhraseFinderTest final : public test::Suite {
     QVERIFY(l.lengths[0] > 2.8 && l.lengths[0] < 3.2);
   }
 
-  void aShortPauseIsPartOfThePhrase() {
+  void shortPauseIsPartOfThePhrase() {
     Listener l;
     l.silence(2);
     l.hum(1);
@@ -98,7 +98,7 @@ class PhraseFinderTest final : public test::Suite {
                                            Event::pausing, Event::ended}));
   }
 
-  void aClickIsNoPhrase() {
+  void clickIsNoPhrase() {
     Listener l;
     l.silence(2);
     l.hum(0.03);
@@ -106,7 +106,7 @@ class PhraseFinderTest final : public test::Suite {
     QVERIFY(l.events.empty());
   }
 
-  void aLongPhraseEndsAtAShorterPause() {
+  void longPhraseEndsAtAShorterPause() {
     Listener l;
     l.silence(2);
     l.hum(9);
@@ -138,7 +138,7 @@ class PhraseFinderTest final : public test::Suite {
     QCOMPARE(hisses.wasSpeech, std::vector<bool>{false});
   }
 
-  void aNoiseThatStaysBecomesBackground() {
+  void continuousNoiseBecomesBackground() {
     Listener l;
     l.silence(2);
     l.hiss(30);
@@ -147,7 +147,7 @@ class PhraseFinderTest final : public test::Suite {
     QVERIFY(!l.finder.isInPhrase());
   }
 
-  void aPhraseCanBeEndedByHand() {
+  void phraseCanBeEndedExplicitly() {
     Listener l;
     QVERIFY(!l.finder.end());
     l.silence(2);

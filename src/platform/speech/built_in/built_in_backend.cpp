@@ -24,12 +24,12 @@ constexpr int kFramesPerGuess = 10;
 
 /// Quiet speech is raised to this level; louder speech stays as it is.
 constexpr float kTargetLevel = 0.08F;
-constexpr float kLargestGain = 30.0F;
+constexpr float kMaxGain = 30.0F;
 
 /// A word takes less than two seconds: from longer sounds with fewer words, noise or music made
 /// them.
 constexpr double kLongSound = 3.0;
-constexpr double kFewestWordsPerSecond = 0.6;
+constexpr double kMinWordsPerSecond = 0.6;
 
 /// The root mean square of the louder half of the 10 ms frames.
 float speechLevel(std::span<const float> samples) {
@@ -49,7 +49,7 @@ float speechLevel(std::span<const float> samples) {
 
 float gainFor(std::span<const float> phrase) {
   const float level = speechLevel(phrase);
-  return level > 0 ? std::clamp(kTargetLevel / level, 1.0F, kLargestGain) : 1.0F;
+  return level > 0 ? std::clamp(kTargetLevel / level, 1.0F, kMaxGain) : 1.0F;
 }
 
 std::vector<std::int16_t> amplified(std::span<const float> samples, float gain) {
@@ -67,7 +67,7 @@ std::vector<std::int16_t> prepared(std::span<const float> phrase) {
 
 bool isNoise(const QStringList& words, double voicedSeconds) {
   return voicedSeconds > kLongSound &&
-         static_cast<double>(words.size()) < kFewestWordsPerSecond * voicedSeconds;
+         static_cast<double>(words.size()) < kMinWordsPerSecond * voicedSeconds;
 }
 
 }  // namespace

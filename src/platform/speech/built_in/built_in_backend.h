@@ -14,12 +14,11 @@
 
 namespace velun {
 
-/// US English without any download: a quick decoder gives drafts while a phrase is spoken, and a
-/// second one hears the whole phrase again for its final words.
+/// US English without any download: a fast decoder produces drafts while a phrase is spoken, and a
+/// second one decodes the whole phrase again for its final words.
 class BuiltInBackend final : public RecognizerBackend {
  public:
-  /// Loads both decoders. `punctuation` writes the results; null leaves them bare. Throws
-  /// `Failure`.
+  /// Loads both decoders. Without `punctuation` results have none. Throws `Failure`.
   explicit BuiltInBackend(std::unique_ptr<PunctuationRestorer> punctuation);
   ~BuiltInBackend() override;
 
@@ -53,8 +52,8 @@ class BuiltInBackend final : public RecognizerBackend {
   StableDraft stable_;
   std::vector<float> partialFrame_;
   std::vector<TranscriptionResult> results_;
-  /// The last draft of the phrase whose final words are awaited, and the draft of the phrase under
-  /// way: one after the other they are what is shown.
+  /// The last draft of the phrase whose final words are pending, and the draft of the current
+  /// phrase. Both are shown, one after the other.
   QString awaitedDraft_;
   QString draft_;
   QString shownDraft_;
@@ -62,13 +61,13 @@ class BuiltInBackend final : public RecognizerBackend {
   QStringList draftWords_;
   bool isDrafting_ = false;
   int framesSinceGuess_ = 0;
-  /// The gain of the phrase under way, from the level of those before it.
+  /// The gain for the current phrase, from the level of earlier ones.
   float draftGain_ = 1;
-  /// A phrase has ended and its final words are awaited.
+  /// A phrase has ended and its final words are pending.
   bool awaitsFinal_ = false;
-  /// The final pass was begun in a pause of the phrase under way.
+  /// The final pass was started in a pause of the current phrase.
   bool isSettling_ = false;
-  /// How much of the awaited phrase was voice, in seconds.
+  /// Seconds of voice in the pending phrase.
   double awaitedVoice_ = 0;
 };
 

@@ -8,7 +8,7 @@
 
 namespace velun {
 
-/// The recognizer that works the moment the program is installed: US English.
+/// US English, which needs no download.
 class BuiltInRecognizerProvider final : public RecognizerProvider {
  public:
   /// Without `punctuation`, or where it has nothing installed for the locale, results have no

@@ -12,29 +12,29 @@
 
 namespace velun {
 
-/// Hears whole phrases once more, with a decoder and a thread of its own, so that drafts go on
-/// meanwhile. One phrase at a time; a new one takes the place of one that was not answered, and
-/// work on that one ends soon. Used on the decode worker.
+/// Decodes whole phrases a second time, with a decoder and a thread of its own, so that drafts
+/// continue meanwhile. One phrase at a time: a new one cancels the one before. Used on the decode
+/// thread.
 class FinalPass {
  public:
   FinalPass();
-  /// Gives up the phrase at work.
+  /// Cancels the phrase and joins the thread.
   ~FinalPass();
 
-  /// Begins with a phrase of 16-bit samples at 16 kHz; an earlier one is thrown away.
+  /// Starts decoding a phrase of 16-bit samples at 16 kHz; an earlier one is cancelled.
   void start(std::vector<std::int16_t> phrase);
 
-  /// Throws the phrase away.
+  /// Cancels the phrase.
   void abandon();
 
-  /// The words of the phrase, once; none while it is at work. Throws `Failure` when the decoder
-  /// could not be loaded.
+  /// The words of the phrase, once; nullopt until they are complete. Throws `Failure` when the
+  /// decoder could not be loaded.
   std::optional<QStringList> take();
 
-  /// The same, waiting for them; none when no phrase was started, and after `cancel`.
+  /// Waits for the words; nullopt when no phrase was started, and after `cancel`.
   std::optional<QStringList> wait();
 
-  /// Gives up for good. Any thread.
+  /// Cancels the phrase and all later ones. Any thread.
   void cancel();
 
  private:
@@ -49,7 +49,7 @@ class FinalPass {
   std::exception_ptr error_;
   bool isBusy_ = false;  ///< a phrase was started whose words were not taken
   bool isEnding_ = false;
-  /// Names the phrase at work; an answer for another one is thrown away.
+  /// Identifies the current phrase; results of another one are discarded.
   std::uint64_t phrase_ = 0;
   std::thread thread_;
 };

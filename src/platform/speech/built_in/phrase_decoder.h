@@ -9,17 +9,16 @@
 
 namespace velun {
 
-/// Finds the words of whole phrases, with more care than can be taken while they are spoken. Takes
-/// about 0.14 of the phrase's length. Belongs to one thread.
+/// Decodes whole phrases, more accurately than is possible while they are spoken. Takes about 0.14
+/// of the duration of the phrase. For one thread.
 class PhraseDecoder {
  public:
   /// Loads the model. Throws `Failure`.
   PhraseDecoder();
 
-  /// Takes 16-bit samples at 16 kHz. None when `isWanted`, asked every now and then, said no. A
-  /// second of audio is the most that is decoded after that, and then what was decoded so far is
-  /// heard once more: that is the library's one way to end a phrase, and takes up to 0.05 of its
-  /// length.
+  /// Takes 16-bit samples at 16 kHz. Calls `isWanted` for each second of audio and returns nullopt
+  /// when it is false. PocketSphinx can end a phrase only with another pass over the audio decoded
+  /// so far, which takes up to 0.05 of its duration.
   std::optional<QStringList> decode(std::span<const std::int16_t> phrase,
                                     const std::function<bool()>& isWanted);
 

@@ -9,17 +9,16 @@ struct cmd_ln_s;
 
 namespace velun {
 
-/// Turns a whole phrase into the features that the English recognizer decodes, with a part of the
-/// noise taken out of them: they lie between the features without and with the library's noise
-/// removal. For one thread.
+/// Computes the features of a whole phrase for PocketSphinx, with part of the noise removed: they
+/// are between its features with and without noise removal. For one thread.
 class PhraseFeatures {
  public:
-  /// `configuration` is that of the decoder they are for.
+  /// `configuration` is the decoder's.
   explicit PhraseFeatures(cmd_ln_s* configuration);
   ~PhraseFeatures();
 
-  /// Takes 16-bit samples at 16 kHz. The features of the phrase, one row each 10 ms, less their
-  /// mean over the phrase; valid until the next call.
+  /// Takes 16-bit samples at 16 kHz. Returns one row of features per 10 ms, with their mean over
+  /// the phrase subtracted; valid until the next call.
   std::span<float*> extract(std::span<const std::int16_t> phrase);
 
  private:

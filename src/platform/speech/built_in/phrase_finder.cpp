@@ -28,15 +28,15 @@ constexpr int kPauseToSettle = frames(300ms);
 constexpr int kPauseToEnd = frames(600ms);
 constexpr int kLongPhrase = frames(8s);
 constexpr int kPauseToEndLong = frames(200ms);
-constexpr int kLongestPhrase = frames(15s);
+constexpr int kMaxPhraseFrames = frames(15s);
 /// Where a phrase without any pause may be cut, before its end.
 constexpr int kCutWindow = frames(3s);
 constexpr int kCutGap = frames(60ms);
 /// The least pitched sound in speech, and its least share.
-constexpr int kFewestPitched = frames(80ms);
-constexpr double kLeastPitched = 0.15;
+constexpr int kMinPitchedFrames = frames(80ms);
+constexpr double kMinPitchedShare = 0.15;
 /// The least standard deviation of the level of speech, in dB.
-constexpr double kLeastMovement = 2.5;
+constexpr double kMinLevelDeviation = 2.5;
 
 }  // namespace
 
@@ -65,7 +65,7 @@ PhraseFinder::Event PhraseFinder::continuePhrase(bool isVoice) {
     levelSum_ += activity_.level();
     levelSquares_ += static_cast<double>(activity_.level()) * activity_.level();
     silentFrames_ = 0;
-    if (length >= kLongestPhrase) {
+    if (length >= kMaxPhraseFrames) {
       cut_ = quietestPlace() * kFrame;
       isInPhrase_ = false;
       return Event::ended;
@@ -107,11 +107,11 @@ std::vector<float> PhraseFinder::takePhrase() {
 }
 
 bool PhraseFinder::isLikelySpeech() const {
-  if (pitchedFrames_ < kFewestPitched || pitchedFrames_ < kLeastPitched * voicedFrames_) {
+  if (pitchedFrames_ < kMinPitchedFrames || pitchedFrames_ < kMinPitchedShare * voicedFrames_) {
     return false;
   }
   const double mean = levelSum_ / voicedFrames_;
-  return levelSquares_ / voicedFrames_ - mean * mean > kLeastMovement * kLeastMovement;
+  return levelSquares_ / voicedFrames_ - mean * mean > kMinLevelDeviation * kMinLevelDeviation;
 }
 
 double PhraseFinder::voicedSeconds() const {

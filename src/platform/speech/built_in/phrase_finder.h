@@ -9,39 +9,40 @@
 
 namespace velun {
 
-/// Finds where phrases begin and end in a stream of audio, 16 kHz mono in -1…1. A phrase ends after
-/// a pause; a long one at a shorter pause, at the latest at its quietest place of the last seconds,
-/// so that no word is cut.
+/// Finds the beginnings and ends of phrases in 16 kHz mono audio in -1…1. A phrase ends after a
+/// pause; a long one after a shorter pause, or without any at the quietest place of its last
+/// seconds, so that no word is cut.
 class PhraseFinder {
  public:
   enum class Event {
     none,
-    /// A phrase has begun; `samples` holds a little of what came before it too.
+    /// A phrase has begun; `samples` includes a little audio from before it.
     began,
-    /// The phrase may have ended: a good time to begin settling it.
+    /// The phrase may have ended: a good time to start its final pass.
     pausing,
-    /// It goes on after all.
+    /// The phrase continues.
     resumed,
-    /// It has ended; `takePhrase` gives it.
+    /// The phrase has ended; call `takePhrase`.
     ended,
   };
 
   /// Takes one frame of `VoiceActivity::kFrameLength` samples.
   Event accept(std::span<const float> frame);
 
-  /// Ends the phrase under way at once; false when there is none.
+  /// Ends the current phrase at once; returns false when there is none.
   bool end();
 
-  /// The phrase that has ended. What of the audio belongs to the next phrase already (after a cut)
-  /// stays, and the next phrase is under way then.
+  /// The phrase that has ended. After a cut, the rest of the audio becomes the beginning of the
+  /// next phrase.
   std::vector<float> takePhrase();
 
   bool isInPhrase() const { return isInPhrase_; }
-  /// The phrase under way so far.
+  /// The audio of the current phrase so far.
   const std::vector<float>& samples() const { return samples_; }
-  /// Whether it moves and has a pitch as speech does; noise has no pitch and tones do not move.
+  /// Whether the level varies and there is a pitch, as in speech; noise has no pitch, and the level
+  /// of tones is constant.
   bool isLikelySpeech() const;
-  /// How much of it was voice, in seconds.
+  /// Seconds of voice in the current phrase.
   double voicedSeconds() const;
 
  private:
@@ -55,15 +56,15 @@ class PhraseFinder {
   int voicedFrames_ = 0;
   int silentFrames_ = 0;
   int pitchedFrames_ = 0;
-  /// Sums over the voiced frames, for how much the level moves.
+  /// Sums over the voiced frames, for the variance of the level.
   double levelSum_ = 0;
   double levelSquares_ = 0;
-  /// Voice among the last frames while no phrase is under way, newest in the lowest bit.
+  /// Between phrases: which of the last frames had voice, the newest in the lowest bit.
   unsigned recentVoice_ = 0;
   std::vector<float> samples_;
   /// The level of each frame of the phrase, in dB.
   std::vector<float> levels_;
-  /// Where the ended phrase was cut, in samples; its whole length otherwise.
+  /// Where the ended phrase was cut, in samples; its length if it was not cut.
   std::size_t cut_ = 0;
 };
 

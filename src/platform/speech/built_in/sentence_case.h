@@ -6,10 +6,9 @@
 
 namespace velun {
 
-/// A sentence of a recognizer's bare English words: its first letter, "I" and common names of days,
-/// months, titles, countries and languages upper case, as they are in a sentence whose punctuation
-/// was restored, so that little changes when that takes a draft's place. Adds no punctuation,
-/// because none was heard.
+/// A sentence of lower-case English words, with upper case for its first letter, "I" and common
+/// names of days, months, titles, countries and languages, as restored punctuation writes them, so
+/// that little changes when the final result replaces a draft. Adds no punctuation.
 QString sentenceCase(const QStringList& words);
 
 }  // namespace velun

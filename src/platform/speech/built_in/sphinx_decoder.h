@@ -12,10 +12,10 @@ struct ps_decoder_s;
 
 namespace velun {
 
-/// One decoder of the English recognizer. Belongs to one thread. Takes 16-bit samples at 16 kHz.
+/// A PocketSphinx decoder for 16-bit samples at 16 kHz. For one thread.
 class SphinxDecoder {
  public:
-  /// Names and values of the recognizer's settings.
+  /// Names and values of PocketSphinx settings.
   using Options = std::vector<std::pair<const char*, const char*>>;
 
   /// Loads the model, which takes a quarter of a second and 90 MB. Throws `Failure`.
@@ -28,10 +28,9 @@ class SphinxDecoder {
   QStringList words() const;
   void end();
 
-  /// The library's own object, for what is not offered here. Same thread.
+  /// The PocketSphinx object.
   ps_decoder_s* handle() const { return decoder_.get(); }
 
-  /// Whether the model is there.
   static bool isInstalled();
 
  private:

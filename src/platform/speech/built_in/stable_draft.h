@@ -6,15 +6,15 @@
 
 namespace velun {
 
-/// Turns guesses that keep changing into a draft that holds still: it shows the words that were the
-/// same in the last three guesses, 100 ms apart, and takes none back but for another that was. Of
-/// all words shown, 6 % change later; of those of the raw guesses, 68 % do.
+/// Turns unstable guesses into a stable draft: shows the words that were equal in the last three
+/// guesses, 100 ms apart, and replaces a word only by another such word. 6 % of the words shown
+/// change later; of the words in the raw guesses, 68 % do.
 class StableDraft {
  public:
   /// The words to show after one more guess.
   QStringList update(const QStringList& guess);
 
-  /// A new phrase begins.
+  /// Starts a new phrase.
   void reset();
 
  private:

@@ -76,8 +76,8 @@ void VoiceActivity::updatePitch(std::span<const float> frame) {
   };
   const float energy = product(window, window);
   float best = 0;
-  for (std::size_t period = kShortestPeriod; period <= kLongestPeriod; ++period) {
-    const auto earlier = std::span(slow_).subspan(kLongestPeriod - period, kPitchWindow);
+  for (std::size_t period = kShortestPeriod; period <= kMaxPeriod; ++period) {
+    const auto earlier = std::span(slow_).subspan(kMaxPeriod - period, kPitchWindow);
     const float likeness = product(window, earlier) / std::sqrt(energy * product(earlier, earlier));
     best = std::max(best, likeness);
   }

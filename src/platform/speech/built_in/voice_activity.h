@@ -8,9 +8,8 @@
 
 namespace velun {
 
-/// Tells frames with a voice from frames without, by their level above the background. The
-/// background is the quietest tenth of a second of the last seconds: speech has gaps, noise has
-/// none, so a noise that stays is taken for background soon.
+/// Detects voice by the level of a frame above the background: the level of the quietest tenth of a
+/// second in the last seconds. Speech has gaps, so only continuous noise raises the background.
 class VoiceActivity {
  public:
   /// 10 ms at 16 kHz.
@@ -19,16 +18,16 @@ class VoiceActivity {
   /// Whether one frame of 160 samples in -1…1 is loud enough to be a voice.
   bool isVoice(std::span<const float> frame);
 
-  /// Whether the last frame repeated itself at the pitch of a voice, 70 to 400 Hz.
+  /// Whether the last frame had a pitch of 70 to 400 Hz.
   bool isPitched() const { return isPitched_; }
   /// The level of the last frame in dB below full scale.
   float level() const { return level_; }
 
  private:
-  /// The pitch is looked for at a quarter of the rate: 40 ms compared with what came up to one
-  /// period of 70 Hz before.
+  /// The pitch is computed at a quarter of the sample rate: 40 ms are compared with the audio up to
+  /// one period of 70 Hz earlier.
   static constexpr std::size_t kPitchWindow = 160;
-  static constexpr std::size_t kLongestPeriod = 57;
+  static constexpr std::size_t kMaxPeriod = 57;
 
   void updateBackground();
   void updatePitch(std::span<const float> frame);
@@ -42,7 +41,7 @@ class VoiceActivity {
   std::deque<float> blocks_;
   bool isPitched_ = false;
   float lastMean_ = 0;
-  std::array<float, kLongestPeriod + kPitchWindow> slow_{};
+  std::array<float, kMaxPeriod + kPitchWindow> slow_{};
 };
 
 }  // namespace velun
