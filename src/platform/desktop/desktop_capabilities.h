@@ -3,29 +3,29 @@
 
 namespace velun {
 
-/// How a window is kept out of what is captured from the screen.
+/// How a window is hidden from screen capture.
 enum class CaptureHiding {
-  /// Nothing can be done here.
+  /// Not possible on this desktop.
   none,
-  /// The compositor leaves the window out of what it hands to a screen cast.
+  /// The compositor leaves the window out of screen casts.
   compositor,
-  /// The window is taken off the screen while a screen cast runs.
+  /// The window is hidden while a screen cast runs.
   whileCasting,
 };
 
-/// What the desktop lets a window do, as found so far.
+/// What the desktop supports, as far as known.
 struct DesktopCapabilities {
   /// Windows can be kept above ordinary ones.
   bool keepsOnTop = false;
-  /// Windows can be shown on every desktop space.
+  /// Windows can be shown on every virtual desktop.
   bool allSpaces = false;
-  /// Windows can be put at a place of the program's choice.
+  /// The program can choose the position of a window.
   bool placesWindows = false;
-  /// Translucent windows show what is behind them; otherwise they are drawn on black.
+  /// Translucent windows show the windows behind them; otherwise they are drawn on black.
   bool compositing = false;
-  /// What shows through can be blurred.
+  /// The background of translucent windows can be blurred.
   bool blursBehind = false;
-  /// Windows of the panel's kind can be moved and resized by the window manager.
+  /// The window manager can move and resize windows of the panel's type.
   bool movesByItself = false;
   CaptureHiding captureHiding = CaptureHiding::none;
 

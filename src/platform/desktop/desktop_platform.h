@@ -10,50 +10,50 @@ class QWindow;
 
 namespace velun {
 
-/// What the program's windows, the caption panel above all, ask of the desktop beyond what every
-/// window does. Nothing here fails: what the desktop cannot do is left out, and `capabilities` says
-/// so. Main thread.
+/// Desktop services for the caption panel and the other windows beyond those of QWindow. Nothing
+/// here fails: calls that the desktop does not support have no effect; see capabilities(). Main
+/// thread.
 class DesktopPlatform : public QObject {
   Q_OBJECT
 
  public:
   virtual const DesktopCapabilities& capabilities() const = 0;
 
-  /// Gives a window its level, every desktop space, and no entry in task lists. To be called
-  /// before each showing, while the native window exists.
+  /// Sets a window's level, puts it on every virtual desktop and keeps it out of task lists. Call
+  /// it before each show, once the native window exists.
   virtual void prepareToShow(QWindow& window, bool keepOnTop) = 0;
 
-  /// Asks for the same again, right after the showing: a desktop that was still busy with hiding
-  /// the window has by then forgotten what it was told before.
+  /// Requests the same again, right after the show: a window manager that was still hiding the
+  /// window may have dropped the earlier request.
   virtual void confirmShown(QWindow& window, bool keepOnTop) = 0;
 
-  /// Changes the level of a shown window, without hiding it. False when that is not enough here:
-  /// the window has to be prepared and shown anew.
+  /// Changes the level of a shown window without hiding it. Returns false when this desktop also
+  /// requires that the window is hidden, prepared and shown again.
   virtual bool setKeepOnTop(QWindow& window, bool keepOnTop) = 0;
 
-  /// Blurs what shows through the window in `region`, in points; an empty region ends it.
+  /// Blurs the window's background in `region`, in points; an empty region ends it.
   virtual void setBlurBehind(QWindow& window, const QRegion& region) = 0;
 
-  /// Cuts the window to `region`, in points, where no compositor draws translucent corners; an
+  /// Clips the window to `region`, in points, for desktops whose windows cannot be translucent; an
   /// empty region ends it.
   virtual void setShape(QWindow& window, const QRegion& region) = 0;
 
-  /// Whether the pointer is over the window, in so far as it can be told.
+  /// Whether the pointer is over the window, as far as the display server reveals it.
   virtual bool isPointerOver(const QWindow& window) const = 0;
 
-  /// Asks the compositor to leave the program's window out of screen casts; does something only
-  /// where `captureHiding` is `compositor`.
+  /// Requests that the compositor leaves the window out of screen casts. Has an effect only where
+  /// `captureHiding` is `compositor`.
   virtual void setExcludedFromCapture(QWindow& window, bool excluded) = 0;
 
-  /// Whether to watch for screen casts; off at first.
+  /// Enables watching for screen casts; off by default.
   virtual void watchScreenCasts(bool watch) = 0;
 
-  /// Whether a screen cast runs, as far as it is watched for.
+  /// Whether a screen cast is running; false while they are not watched.
   virtual bool isScreenCastRunning() const = 0;
 
-  /// Whether the user asks the desktop for higher contrast.
+  /// Whether the user has chosen higher contrast in the desktop's settings.
   virtual bool prefersHighContrast() const = 0;
-  /// Whether the user asks it for less motion.
+  /// Whether the user has chosen reduced motion there.
   virtual bool prefersReducedMotion() const = 0;
 
  Q_SIGNALS:

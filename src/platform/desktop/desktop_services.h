@@ -9,11 +9,11 @@ namespace velun {
 
 class Clock;
 
-/// Chooses the window system on which the panel can stand above other windows, where there is a
-/// choice and the user has not made it. To be called before the application object is made.
+/// Selects the window system that can keep the panel above other windows, unless the user has
+/// selected one. Call it before the application object is created.
 void preferWindowSystem();
 
-/// What the desktop that the program runs on can do. `clock` must outlive it.
+/// Creates the services of the current desktop. `clock` must outlive the result.
 std::unique_ptr<DesktopPlatform> makeDesktopPlatform(Clock& clock);
 
 }  // namespace velun

@@ -10,10 +10,11 @@ class FileManager {
  public:
   virtual ~FileManager() = default;
 
-  /// Opens the file's folder with the file selected, or just the folder where it cannot select.
+  /// Opens the file's folder with the file selected, or only the folder where that is not
+  /// supported.
   virtual void reveal(const QUrl& file) = 0;
 
-  /// Opens a folder, which is created with its missing parents. Throws `Failure`.
+  /// Opens a folder, creating it and its parents when missing. Throws `Failure`.
   virtual void openFolder(const QUrl& folder) = 0;
 };
 

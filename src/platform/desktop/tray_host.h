@@ -7,33 +7,34 @@
 
 namespace velun {
 
-/// The part of the desktop that shows status items. The toolkit settles on a protocol once, when
-/// its tray is first touched; so nothing touches it before a host is known. Main thread.
+/// Finds the part of the desktop that shows status icons. Qt chooses the protocol once, when its
+/// system tray is first used, so nothing may use it before a host is found. Main thread.
 class TrayHost : public QObject {
   Q_OBJECT
 
  public:
   enum class Protocol {
-    /// The host fetches the item and its menu over D-Bus.
+    /// The host reads the icon and its menu over D-Bus.
     statusNotifier,
-    /// The item is a small window inside the host's.
+    /// The icon is a small window embedded in the host's window.
     embedded,
   };
 
-  /// Begins to look; returns at once.
+  /// Starts the search; returns at once.
   virtual void search() = 0;
 
-  /// None until a host was found; stays what it was when the host leaves.
+  /// Empty until a host is found; keeps its value when the host goes away.
   virtual std::optional<Protocol> protocol() const = 0;
 
-  /// The colour (0xRRGGBB) that the host asks symbolic icons to have; none when it does not say.
+  /// The colour (0xRRGGBB) that the host requests for symbolic icons; empty when it requests none.
   virtual std::optional<std::uint32_t> foreground() const = 0;
 
  Q_SIGNALS:
-  /// A host is there. Once.
+  /// A host was found. Emitted once.
   void found();
 
-  /// None is there after a short wait; one that comes later is still found. At most once.
+  /// No host appeared within a short time. One that appears later is still found. Emitted at most
+  /// once.
   void missing();
 };
 

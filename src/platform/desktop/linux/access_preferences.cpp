@@ -24,11 +24,10 @@ const auto kGnomeAccess = QStringLiteral("org.gnome.desktop.a11y.interface");
 
 AccessPreferences::AccessPreferences(const QDBusConnection& bus) : bus_(bus) {
   if (!bus_.isConnected()) return;
-  // The whole message: so early in the program the toolkit does not know yet of slots with
-  // variants.
+  // The slot takes the whole message: QtDBus has not registered QDBusVariant this early.
   bus_.connect(kService, kPath, kInterface, "SettingChanged", this,
                SLOT(settingChanged(QDBusMessage)));
-  // One that comes back may have been restarted because what it would say has changed.
+  // A portal that restarts may have other values.
   watcher_ = std::make_unique<QDBusServiceWatcher>(kService, bus_,
                                                    QDBusServiceWatcher::WatchForRegistration);
   connect(watcher_.get(), &QDBusServiceWatcher::serviceRegistered, this,
@@ -41,10 +40,10 @@ AccessPreferences::~AccessPreferences() = default;
 void AccessPreferences::readAll() {
   QDBusMessage call = QDBusMessage::createMethodCall(kService, kPath, kInterface, "ReadAll");
   call << QStringList{kShared, kGnome, kGnomeAccess};
-  auto* answer = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
-  connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
-    answer->deleteLater();
-    const QDBusMessage reply = answer->reply();
+  auto* watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
+  connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+    watcher->deleteLater();
+    const QDBusMessage reply = watcher->reply();
     if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != "a{sa{sv}}") return;
     settings_ = qdbus_cast<QMap<QString, QVariantMap>>(reply.arguments().constFirst());
     update();
@@ -63,15 +62,15 @@ void AccessPreferences::settingChanged(const QDBusMessage& signal) {
 void AccessPreferences::update() {
   const QVariantMap shared = settings_.value(kShared);
   const QVariantMap gnome = settings_.value(kGnome);
-  // Of the shared ones 0 is no preference, and so is what is not known.
+  // In the shared settings 1 means the preference; 0 and unknown values mean none.
   const bool contrast = shared.value("contrast").toUInt() == 1 ||
                         settings_.value(kGnomeAccess).value("high-contrast").toBool() ||
                         // "HighContrast" and "HighContrastInverse".
                         gnome.value("gtk-theme").toString().startsWith(u"HighContrast");
-  const bool stillness = shared.value("reduced-motion").toUInt() == 1 ||
-                         !gnome.value("enable-animations", true).toBool();
+  const bool lessMotion = shared.value("reduced-motion").toUInt() == 1 ||
+                          !gnome.value("enable-animations", true).toBool();
   if (std::exchange(isContrastHigh_, contrast) != contrast) Q_EMIT isContrastHighChanged();
-  if (std::exchange(isMotionReduced_, stillness) != stillness) Q_EMIT isMotionReducedChanged();
+  if (std::exchange(isMotionReduced_, lessMotion) != lessMotion) Q_EMIT isMotionReducedChanged();
 }
 
 }  // namespace velun

@@ -12,18 +12,18 @@ class QDBusServiceWatcher;
 
 namespace velun {
 
-/// What the user asks of all programs to be able to use them: in the settings that desktops share,
-/// in GNOME's own, or by the name of the theme. All of them are read from the settings portal;
-/// where there is none the answers are no. Main thread.
+/// The user's accessibility preferences, read from the settings portal: the settings that all
+/// desktops share, GNOME's own, and the name of the GTK theme. Everything is false where there is
+/// no portal. Main thread.
 class AccessPreferences final : public QObject {
   Q_OBJECT
 
  public:
-  /// `bus` is the session's. Asks at once, without waiting.
+  /// Starts reading at once, without blocking. `bus` is the session bus.
   explicit AccessPreferences(const QDBusConnection& bus);
   ~AccessPreferences() override;
 
-  /// False until the portal answers, like the next.
+  /// Both are false until the portal replies.
   bool isContrastHigh() const { return isContrastHigh_; }
   bool isMotionReduced() const { return isMotionReduced_; }
 
@@ -40,7 +40,7 @@ class AccessPreferences final : public QObject {
 
   QDBusConnection bus_;
   std::unique_ptr<QDBusServiceWatcher> watcher_;
-  // Group → key → value, as far as they are known here.
+  // Group → key → value.
   QMap<QString, QVariantMap> settings_;
   bool isContrastHigh_ = false;
   bool isMotionReduced_ = false;

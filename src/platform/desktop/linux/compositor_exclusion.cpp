@@ -18,7 +18,7 @@ const QString kPath = QStringLiteral("/Scripting");
 const QString kInterface = QStringLiteral("org.kde.kwin.Scripting");
 const QString kObject = QStringLiteral("/app/velun/Velun/CaptureExclusion");
 
-// Two generations of the interface: windowList and clientList are the same thing.
+// KWin 5 calls clientList what KWin 6 calls windowList.
 constexpr char kScript[] = R"(
 const [pid, title, excluded, service, path] = %1;
 function apply(window) {
@@ -45,7 +45,7 @@ QDBusMessage call(const QString& method, const QVariantList& arguments) {
   return message;
 }
 
-/// The values as literals of the script's language.
+/// The values as JavaScript literals.
 QString literals(const QString& windowTitle, bool excluded, const QDBusConnection& bus) {
   const QJsonArray values = {QCoreApplication::applicationPid(), windowTitle, excluded,
                              bus.baseService(), kObject};
@@ -79,13 +79,13 @@ void CompositorExclusion::run(const QString& windowTitle, bool excluded) {
   const QByteArray text =
       QString::fromLatin1(kScript).arg(literals(windowTitle, excluded, bus_)).toUtf8();
   if (!script_->open() || script_->write(text) != text.size() || !script_->flush()) {
-    // As on a full disk. Whoever asks is to find another way.
+    // For example on a full disk. The caller falls back to another way.
     script_.reset();
     answer(false);
     return;
   }
   script_->close();
-  // Both reach the compositor in this order; it reads the file before it answers the first.
+  // KWin handles both calls in this order and reads the file during the first.
   bus_.asyncCall(call(QStringLiteral("loadScript"), {script_->fileName(), scriptName()}));
   bus_.asyncCall(call(QStringLiteral("start"), {}));
 }

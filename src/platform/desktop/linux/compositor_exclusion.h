@@ -8,26 +8,25 @@
 
 namespace velun {
 
-/// Asks KWin to leave windows of this program out of screen casts. Its windows have a property for
-/// that since 6.6, which a script that runs inside KWin can set. Main thread.
+/// Makes KWin leave windows of this program out of screen casts. Since KWin 6.6 its windows have a
+/// property for that, which a script running inside KWin can set. Main thread.
 class CompositorExclusion final : public QObject {
   Q_OBJECT
   Q_CLASSINFO("D-Bus Interface", "app.velun.Velun.CaptureExclusion")
 
  public:
-  /// `bus` is the session's.
+  /// `bus` is the session bus.
   explicit CompositorExclusion(const QDBusConnection& bus);
   ~CompositorExclusion() override;
 
-  /// Whether the compositor has said that it can; false until it answers, and once it could not be
-  /// asked for something.
+  /// Whether KWin supports it. False until KWin replies, and after a request could not be sent.
   bool isPossible() const { return isPossible_; }
 
-  /// For the windows of this program with that title, shown now or later.
+  /// Applies to all windows of this program with that title, shown now or later.
   void setExcluded(const QString& windowTitle, bool excluded);
 
  public Q_SLOTS:
-  /// The script's answer, over D-Bus.
+  /// Called by the script over D-Bus.
   void answer(bool possible);
 
  Q_SIGNALS:

@@ -24,10 +24,10 @@ void DBusFileManager::reveal(const QUrl& file) {
                                              "/org/freedesktop/FileManager1",
                                              "org.freedesktop.FileManager1", "ShowItems");
   call << QStringList{file.toString(QUrl::FullyEncoded)} << QString();
-  auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
-  connect(answer, &QDBusPendingCallWatcher::finished, this, [answer, folder] {
-    answer->deleteLater();
-    if (answer->isError()) QDesktopServices::openUrl(folder);
+  auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
+  connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, folder] {
+    watcher->deleteLater();
+    if (watcher->isError()) QDesktopServices::openUrl(folder);
   });
 }
 

@@ -7,7 +7,8 @@
 
 namespace velun {
 
-/// Asks the file manager on the session bus; without one, whatever opens folders.
+/// Calls the file manager on the session bus; without one, opens the folder with its default
+/// program.
 class DBusFileManager final : public QObject, public FileManager {
   Q_OBJECT
 

@@ -9,19 +9,24 @@
 
 namespace velun {
 
-/// Watches the X selection that an XEmbed tray owns. On a display that is not X there is none.
-/// Main thread.
-class EmbeddedTrayWatch final {
- public:
-  /// `onChange` is called from the event loop when a tray comes or goes.
-  explicit EmbeddedTrayWatch(std::function<void()> onChange);
+/// Watches the X selection that an XEmbed tray owns. There is never a tray on a display that is
+/// not X. Main thread.
+class EmbeddedTrayWatch final : public QObject {
+  Q_OBJECT
 
-  bool isThere() const { return owner() != XCB_WINDOW_NONE; }
+ public:
+  EmbeddedTrayWatch();
+
+  bool hasTray() const { return owner() != XCB_WINDOW_NONE; }
 
   void stopWatching() { watch_.reset(); }
 
-  /// The colour (0xRRGGBB) that the tray says its icons should have.
+  /// The colour (0xRRGGBB) that the tray requests for its icons; empty when it requests none.
   std::optional<std::uint32_t> foreground() const;
+
+ Q_SIGNALS:
+  /// A tray came or went. Emitted from the event loop, until stopWatching().
+  void changed();
 
  private:
   xcb_window_t owner() const;

@@ -15,7 +15,7 @@
 namespace velun {
 
 void preferWindowSystem() {
-  // No Wayland protocol keeps an ordinary window above others; XWayland does.
+  // No Wayland protocol keeps an ordinary window above others; XWayland can.
   if (qEnvironmentVariableIsSet("DISPLAY") && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
     qputenv("QT_QPA_PLATFORM", "xcb;wayland");
   }
@@ -31,39 +31,39 @@ LinuxDesktopPlatform::LinuxDesktopPlatform(Clock& clock)
       access_(QDBusConnection::sessionBus()),
       canWatchCasts_(ScreenCastWatch::isPossible()) {
   if (xcb_connection_t* connection = x11Connection()) {
-    manager_ = std::make_unique<X11WindowManager>(connection);
+    manager_ = X11WindowManager::open(connection);
     bottomAnchor_ = std::make_unique<X11BottomAnchor>(connection);
-    compositorWatch_ =
-        std::make_unique<X11SelectionWatch>(connection, "_NET_WM_CM_S0", [this] { look(); });
+    compositorWatch_ = std::make_unique<X11SelectionWatch>(connection, "_NET_WM_CM_S0");
+    connect(compositorWatch_.get(), &X11SelectionWatch::changed, this,
+            &LinuxDesktopPlatform::updateCapabilities);
   }
   connect(exclusion_.get(), &CompositorExclusion::isPossibleChanged, this,
-          &LinuxDesktopPlatform::look);
+          &LinuxDesktopPlatform::updateCapabilities);
   connect(&casts_, &ScreenCastWatch::castRunningChanged, this,
           &LinuxDesktopPlatform::screenCastChanged);
   connect(&casts_, &ScreenCastWatch::connectedChanged, this, [this] {
     canWatchCasts_ = canWatchCasts_ || casts_.isConnected();
-    look();
+    updateCapabilities();
   });
   connect(&access_, &AccessPreferences::isContrastHighChanged, this,
           &LinuxDesktopPlatform::contrastChanged);
   connect(&access_, &AccessPreferences::isMotionReducedChanged, this,
           &LinuxDesktopPlatform::motionChanged);
-  look();
+  updateCapabilities();
 }
 
 LinuxDesktopPlatform::~LinuxDesktopPlatform() = default;
 
-void LinuxDesktopPlatform::look() {
+void LinuxDesktopPlatform::updateCapabilities() {
   DesktopCapabilities now;
   if (manager_) {
-    now.keepsOnTop = manager_->supports("_NET_WM_STATE_ABOVE");
-    now.allSpaces =
-        manager_->supports("_NET_WM_STATE_STICKY") || manager_->supports("_NET_WM_DESKTOP");
+    now.keepsOnTop = manager_->keepsAbove();
+    now.allSpaces = manager_->showsOnAllDesktops();
     now.placesWindows = now.keepsOnTop;
     now.compositing = manager_->isCompositing();
     now.blursBehind = now.compositing && manager_->blursBehind();
-    // KWin does not move windows of the kind that it keeps above full-screen ones.
-    now.movesByItself = !manager_->isKWin() && manager_->supports("_NET_WM_MOVERESIZE");
+    // KWin does not move windows of the type that it keeps above full-screen ones.
+    now.movesByItself = !manager_->isKWin() && manager_->movesWindows();
   }
   now.captureHiding = exclusion_->isPossible() ? CaptureHiding::compositor
                       : canWatchCasts_         ? CaptureHiding::whileCasting
@@ -73,7 +73,7 @@ void LinuxDesktopPlatform::look() {
 
 void LinuxDesktopPlatform::prepareToShow(QWindow& window, bool keepOnTop) {
   if (!manager_) return;
-  look();
+  updateCapabilities();
   manager_->writeStates(window, keepOnTop);
   if (manager_->isKWin()) manager_->writeType(window, keepOnTop);
   bottomAnchor_->keep(window);
@@ -94,7 +94,10 @@ void LinuxDesktopPlatform::setBlurBehind(QWindow& window, const QRegion& region)
 }
 
 void LinuxDesktopPlatform::setShape(QWindow& window, const QRegion& region) {
-  if (manager_) manager_->writeShape(window, region);
+  if (!manager_) return;
+  window.setMask(region);
+  // Qt leaves the request in its buffer until the next one.
+  xcb_flush(x11Connection());
 }
 
 bool LinuxDesktopPlatform::isPointerOver(const QWindow& window) const {

@@ -14,8 +14,8 @@ class X11BottomAnchor;
 class X11SelectionWatch;
 class X11WindowManager;
 
-/// The desktop as X11 or XWayland shows it; on any other display only what it tells elsewhere: of
-/// screen casts and of what users ask of all programs.
+/// The desktop on X11 or XWayland. On any other display only screen casts and accessibility
+/// preferences are known.
 class LinuxDesktopPlatform final : public DesktopPlatform {
   Q_OBJECT
 
@@ -37,7 +37,7 @@ class LinuxDesktopPlatform final : public DesktopPlatform {
   bool prefersReducedMotion() const override { return access_.isMotionReduced(); }
 
  private:
-  void look();
+  void updateCapabilities();
 
   DesktopCapabilities capabilities_;
   std::unique_ptr<X11WindowManager> manager_;

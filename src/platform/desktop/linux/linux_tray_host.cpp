@@ -17,8 +17,8 @@ namespace {
 constexpr auto kWatcher = "org.kde.StatusNotifierWatcher";
 constexpr auto kWatcherPath = "/StatusNotifierWatcher";
 
-/// How long the desktop is given at login before the user is told that there is no host.
-constexpr std::chrono::milliseconds kPatience(2000);
+/// At login the desktop needs some time to start its host.
+constexpr std::chrono::milliseconds kSearchTimeout(2000);
 
 }  // namespace
 
@@ -27,10 +27,11 @@ LinuxTrayHost::LinuxTrayHost(Clock& clock, const QDBusConnection& bus) : clock_(
 LinuxTrayHost::~LinuxTrayHost() = default;
 
 void LinuxTrayHost::search() {
-  embedded_ = std::make_unique<EmbeddedTrayWatch>([this] { considerEmbedded(); });
-  patience_ = clock_.callAfter(kPatience, [this] {
-    // A watcher that does not answer must not keep the other protocol waiting for ever.
-    busAnswered_ = true;
+  embedded_ = std::make_unique<EmbeddedTrayWatch>();
+  connect(embedded_.get(), &EmbeddedTrayWatch::changed, this, &LinuxTrayHost::considerEmbedded);
+  timeout_ = clock_.callAfter(kSearchTimeout, [this] {
+    // A StatusNotifier watcher that does not answer must not delay the other protocol any longer.
+    busReplied_ = true;
     considerEmbedded();
     if (!protocol_) Q_EMIT missing();
   });
@@ -38,7 +39,7 @@ void LinuxTrayHost::search() {
     watchBus();
     askWatcher();
   } else {
-    busAnswered_ = true;
+    busReplied_ = true;
     considerEmbedded();
   }
 }
@@ -58,13 +59,13 @@ void LinuxTrayHost::askWatcher() {
                                              "org.freedesktop.DBus.Properties", "Get");
   call << kWatcher << "IsStatusNotifierHostRegistered";
   call.setAutoStartService(false);
-  auto* answer = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
-  connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
-    answer->deleteLater();
-    const QDBusPendingReply<QDBusVariant> reply = *answer;
-    busAnswered_ = true;
+  auto* watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
+  connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+    watcher->deleteLater();
+    const QDBusPendingReply<QDBusVariant> reply = *watcher;
+    busReplied_ = true;
     if (reply.isValid() && reply.value().variant().toBool()) {
-      settle(Protocol::statusNotifier);
+      finish(Protocol::statusNotifier);
     } else {
       considerEmbedded();
     }
@@ -72,15 +73,15 @@ void LinuxTrayHost::askWatcher() {
 }
 
 void LinuxTrayHost::considerEmbedded() {
-  // An embedding tray that is there while the bus has no host belongs to a desktop that has no
-  // other; waiting longer would only keep the icon away.
-  if (busAnswered_ && embedded_->isThere()) settle(Protocol::embedded);
+  // An XEmbed tray while the bus has no host means that this desktop has no other kind: waiting
+  // longer would only delay the icon.
+  if (busReplied_ && embedded_->hasTray()) finish(Protocol::embedded);
 }
 
-void LinuxTrayHost::settle(Protocol protocol) {
+void LinuxTrayHost::finish(Protocol protocol) {
   if (protocol_) return;
   protocol_ = protocol;
-  patience_.reset();
+  timeout_.reset();
   watcher_.reset();
   bus_.disconnect(kWatcher, kWatcherPath, kWatcher, "StatusNotifierHostRegistered", this,
                   SLOT(askWatcher()));

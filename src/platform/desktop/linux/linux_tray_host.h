@@ -15,12 +15,12 @@ class EmbeddedTrayWatch;
 class ScheduledCall;
 
 /// Looks for a StatusNotifier host on the session bus and for an XEmbed tray on the X display.
-/// Where both are there, the former is taken.
+/// Prefers the former where both exist.
 class LinuxTrayHost final : public TrayHost {
   Q_OBJECT
 
  public:
-  /// `clock` must outlive the host.
+  /// `clock` must outlive this object.
   explicit LinuxTrayHost(Clock& clock, const QDBusConnection& bus = QDBusConnection::sessionBus());
   ~LinuxTrayHost() override;
 
@@ -33,15 +33,15 @@ class LinuxTrayHost final : public TrayHost {
 
  private:
   void watchBus();
-  void settle(Protocol protocol);
+  void finish(Protocol protocol);
   void considerEmbedded();
 
   Clock& clock_;
   QDBusConnection bus_;
   std::unique_ptr<QDBusServiceWatcher> watcher_;
   std::unique_ptr<EmbeddedTrayWatch> embedded_;
-  std::unique_ptr<ScheduledCall> patience_;
-  bool busAnswered_ = false;
+  std::unique_ptr<ScheduledCall> timeout_;
+  bool busReplied_ = false;
   std::optional<Protocol> protocol_;
 };
 

@@ -7,11 +7,11 @@
 
 namespace velun {
 
-/// The media server's objects, as far as they tell whether the screen is being cast.
+/// The PipeWire objects that show whether the screen is being cast.
 ///
-/// Compositors and portals offer a cast as an output of video: `Stream/Output/Video`, or
-/// `Video/Source` like a camera, but without a device behind it. It is looked at once it is linked
-/// to a consumer. Desktop shells consume casts of their own for window previews.
+/// Compositors and portals offer a cast as a video output: `Stream/Output/Video`, or `Video/Source`
+/// like a camera, but without a device. The cast is running once the output is linked to a consumer
+/// other than the desktop shell, which consumes casts of its own for window previews.
 class ScreenCastGraph final {
  public:
   struct Node {

@@ -3,7 +3,6 @@
 
 #include "platform/pipewire/linux/pipewire_registry.h"
 
-#include <functional>
 #include <QSocketNotifier>
 #include <string_view>
 #include <utility>
@@ -17,14 +16,14 @@ constexpr std::chrono::seconds kRetryDelay{2};
 
 }  // namespace
 
-/// A connection whose events arrive on the main thread: there are few of them.
+/// A connection to PipeWire whose few events arrive on the main thread.
 class ScreenCastWatch::Connection final : private PipeWireRegistry::Listener {
  public:
-  /// `graph` is kept as the server's objects are, once they are followed.
+  /// `graph` follows PipeWire's objects after follow().
   explicit Connection(ScreenCastGraph& graph) : graph_(graph) {
     pw_init(nullptr, nullptr);
     loop_ = pw_loop_new(nullptr);
-    // The system has no more descriptors.
+    // Out of file descriptors.
     if (!loop_) return;
     pw_loop_enter(loop_);
     context_ = pw_context_new(loop_, nullptr, 0);
@@ -48,10 +47,9 @@ class ScreenCastWatch::Connection final : private PipeWireRegistry::Listener {
 
   bool isOpen() const { return registry_ != nullptr; }
 
-  /// `onChange` and `onLost` are called from the event loop.
-  void follow(std::function<void()> onChange, std::function<void()> onLost) {
-    onChange_ = std::move(onChange);
-    onLost_ = std::move(onLost);
+  /// Updates `watch` with every change from now on, from the event loop.
+  void follow(ScreenCastWatch& watch) {
+    watch_ = &watch;
     notifier_ = std::make_unique<QSocketNotifier>(pw_loop_get_fd(loop_), QSocketNotifier::Read);
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
                      [this] { iterate(); });
@@ -61,9 +59,12 @@ class ScreenCastWatch::Connection final : private PipeWireRegistry::Listener {
  private:
   void iterate() {
     pw_loop_iterate(loop_, 0);
-    const std::function<void()> tell = isLost_ ? onLost_ : onChange_;
-    // The last thing: whoever hears it may end this connection.
-    tell();
+    if (isLost_) {
+      // Queued, because lost() destroys this connection.
+      QMetaObject::invokeMethod(watch_, &ScreenCastWatch::lost, Qt::QueuedConnection);
+    } else {
+      watch_->update();
+    }
   }
 
   void added(std::uint32_t id, std::string_view kind, const spa_dict* properties) override {
@@ -89,8 +90,7 @@ class ScreenCastWatch::Connection final : private PipeWireRegistry::Listener {
   pw_loop* loop_ = nullptr;
   pw_context* context_ = nullptr;
   std::unique_ptr<PipeWireRegistry> registry_;
-  std::function<void()> onChange_;
-  std::function<void()> onLost_;
+  ScreenCastWatch* watch_ = nullptr;
   bool isLost_ = false;
   std::unique_ptr<QSocketNotifier> notifier_;
 };
@@ -125,21 +125,19 @@ void ScreenCastWatch::connectToServer() {
   retry_.reset();
   connection_ = std::move(connection);
   Q_EMIT connectedChanged();
-  connection_->follow(
-      [this] { look(); },
-      [this] { QMetaObject::invokeMethod(this, &ScreenCastWatch::lost, Qt::QueuedConnection); });
+  connection_->follow(*this);
 }
 
 void ScreenCastWatch::lost() {
   if (!connection_) return;
   connection_.reset();
   graph_ = {};
-  look();
+  update();
   Q_EMIT connectedChanged();
   connectToServer();
 }
 
-void ScreenCastWatch::look() {
+void ScreenCastWatch::update() {
   if (graph_.isCastRunning()) {
     setCastRunning(true);
   } else if (isCastRunning_ && !ending_) {

@@ -9,8 +9,8 @@
 
 namespace velun {
 
-/// Watches the media server for screen casts, while it is asked to. A server that is away is tried
-/// again. Main thread.
+/// Watches PipeWire for screen casts while this is enabled. Reconnects when PipeWire is not running
+/// or restarts. Main thread.
 class ScreenCastWatch final : public QObject {
   Q_OBJECT
 
@@ -19,13 +19,13 @@ class ScreenCastWatch final : public QObject {
   explicit ScreenCastWatch(Clock& clock);
   ~ScreenCastWatch() override;
 
-  /// Whether a media server can be reached now.
+  /// Whether PipeWire can be reached now.
   static bool isPossible();
 
   void setWatching(bool watching);
   bool isConnected() const { return connection_ != nullptr; }
 
-  /// Stays true for a second after the end: a cast that is negotiated anew comes back.
+  /// Stays true for a second after the end: a cast that renegotiates ends and starts again.
   bool isCastRunning() const { return isCastRunning_; }
 
  Q_SIGNALS:
@@ -37,7 +37,7 @@ class ScreenCastWatch final : public QObject {
 
   void connectToServer();
   void lost();
-  void look();
+  void update();
   void setCastRunning(bool running);
 
   Clock& clock_;

@@ -34,8 +34,9 @@ bool X11BottomAnchor::nativeEventFilter(const QByteArray& type, void* message, q
     const auto known = sizes_.find(change->window);
     if (known == sizes_.end()) return false;
     const QSize size(change->width, change->height);
-    // The toolkit draws a new size as soon as it has asked for it. What it drew before the window
-    // had that size was moved with the old picture, so the server is told to ask for all of it.
+    // Qt paints a new size as soon as it has requested it. Anything painted before the server
+    // applied that size was moved along with the old picture, so have the server expose the whole
+    // window.
     if (std::exchange(*known, size) != size) {
       xcb_clear_area(connection_, true, change->window, 0, 0, 0, 0);
       xcb_flush(connection_);

@@ -10,21 +10,21 @@ class QWindow;
 
 namespace velun {
 
-/// Keeps what is drawn at the bottom of a window in place while it grows or shrinks at its top.
-/// Main thread.
+/// Keeps the picture of a window fixed to its bottom edge while the window grows or shrinks at its
+/// top. Main thread.
 class X11BottomAnchor final : public QAbstractNativeEventFilter {
  public:
   explicit X11BottomAnchor(xcb_connection_t* connection);
   ~X11BottomAnchor() override;
 
-  /// From now on. A native window that is made anew needs it again.
+  /// Applies until the native window is destroyed; call it again for a recreated one.
   void keep(const QWindow& window);
 
  private:
   bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
 
   xcb_connection_t* connection_;
-  /// Native windows → their size, in pixels, as the server last told.
+  /// Native windows → their last size reported by the server, in pixels.
   QHash<xcb_window_t, QSize> sizes_;
 };
 

@@ -8,9 +8,8 @@
 
 namespace velun {
 
-X11SelectionWatch::X11SelectionWatch(xcb_connection_t* connection, const char* selection,
-                                     std::function<void()> onChange)
-    : onChange_(std::move(onChange)), selection_(atomNamed(connection, selection)) {
+X11SelectionWatch::X11SelectionWatch(xcb_connection_t* connection, std::string_view selection)
+    : selection_(atomNamed(connection, selection)) {
   const auto* fixes = xcb_get_extension_data(connection, &xcb_xfixes_id);
   if (!fixes || !fixes->present) return;
   owned(xcb_xfixes_query_version_reply(connection, xcb_xfixes_query_version(connection, 5, 0),
@@ -34,9 +33,7 @@ bool X11SelectionWatch::nativeEventFilter(const QByteArray& type, void* message,
   if ((event->response_type & 0x7f) != selectionEvent_) return false;
   const auto* change = reinterpret_cast<const xcb_xfixes_selection_notify_event_t*>(event);
   if (change->selection != selection_) return false;
-  // Not from inside the filter: whoever hears it may create windows.
-  QMetaObject::invokeMethod(
-      this, [this] { onChange_(); }, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(this, &X11SelectionWatch::changed, Qt::QueuedConnection);
   return false;
 }
 

@@ -1,57 +1,70 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QByteArray>
-#include <xcb/xcb.h>
+#include <memory>
+#include <xcb/xcb_ewmh.h>
 
 class QRegion;
 class QWindow;
 
 namespace velun {
 
-/// Speaks to the window manager of an X display, native or XWayland, about single windows. Main
-/// thread.
+/// Sends requests about single windows to the window manager of an X display, native or XWayland.
+/// Main thread.
 ///
-/// The toolkit's own flags for these states would make the window anew, and lose what was set.
+/// Qt's own flags for these states would recreate the native window and lose its properties.
 class X11WindowManager final {
  public:
-  explicit X11WindowManager(xcb_connection_t* connection);
+  /// Null when the X server does not answer. `connection` must outlive the result.
+  static std::unique_ptr<X11WindowManager> open(xcb_connection_t* connection);
+  ~X11WindowManager();
 
-  /// What it is called, such as "KWin"; empty without one.
-  QByteArray name() const;
-  bool isKWin() const { return name() == "KWin"; }
-  /// Whether it announces support for a property such as "_NET_WM_STATE_ABOVE".
-  bool supports(const char* hint) const;
+  X11WindowManager(const X11WindowManager&) = delete;
+  X11WindowManager& operator=(const X11WindowManager&) = delete;
+
+  bool isKWin() const;
+  /// Whether the manager keeps windows above ordinary ones.
+  bool keepsAbove() const { return supports(ewmh_._NET_WM_STATE_ABOVE); }
+  /// Whether it shows windows on every virtual desktop.
+  bool showsOnAllDesktops() const;
+  /// Whether it moves and resizes windows on request.
+  bool movesWindows() const { return supports(ewmh_._NET_WM_MOVERESIZE); }
   /// Whether a compositor runs.
   bool isCompositing() const;
-  /// Whether the compositor blurs behind windows that ask for it.
+  /// Whether the compositor blurs the background of windows that ask for it.
   bool blursBehind() const;
 
-  /// Writes the states of a window that is not shown: the manager deletes them when it is hidden.
+  /// Writes the states of a hidden window. The manager deletes them when it hides the window.
   void writeStates(QWindow& window, bool above) const;
-  /// Asks for the same states, of a window that is shown.
+  /// Requests the same states for a shown window.
   void requestStates(QWindow& window, bool above) const;
-  /// Asks for a change of a shown window's level.
+  /// Requests a change of a shown window's level.
   void requestAbove(QWindow& window, bool above) const;
-  /// A kind of window that KWin keeps above full-screen ones, or the ordinary kind. Taken notice
-  /// of when the window is shown.
+  /// Sets the window type that KWin keeps above full-screen windows, or the normal type. Takes
+  /// effect when the window is next shown.
   void writeType(QWindow& window, bool overFullScreen) const;
-  /// Whether the window is of the kind that KWin keeps above full-screen ones.
+  /// Whether the window has the type that KWin keeps above full-screen windows.
   bool isOverFullScreen(const QWindow& window) const;
-  /// Whether the pointer is over the window and not over another one that covers it. On XWayland
-  /// its position alone says nothing: it stays what it was once the pointer is over something that
-  /// the X server does not know.
+  /// Whether the pointer is over the window and no other window covers it there. The pointer's
+  /// position alone is not enough on XWayland: it no longer changes once the pointer is over a
+  /// Wayland window.
   bool isPointerOver(const QWindow& window) const;
-  /// In points; an empty region ends it.
+  /// `region` is in points; an empty region ends the blur.
   void writeBlur(QWindow& window, const QRegion& region) const;
-  void writeShape(QWindow& window, const QRegion& region) const;
 
  private:
-  xcb_atom_t atom(const char* name) const;
-  void send(QWindow& window, const char* message, const std::uint32_t (&data)[5]) const;
+  X11WindowManager() = default;
 
-  xcb_connection_t* connection_;
-  xcb_window_t root_;
+  bool supports(xcb_atom_t hint) const;
+  void request(QWindow& window, xcb_ewmh_wm_state_action_t action, xcb_atom_t first,
+               xcb_atom_t second) const;
+
+  // Its functions take it as mutable.
+  mutable xcb_ewmh_connection_t ewmh_{};
+  xcb_connection_t* connection_ = nullptr;
+  xcb_window_t root_ = XCB_WINDOW_NONE;
+  xcb_atom_t criticalType_ = XCB_ATOM_NONE;
+  xcb_atom_t blur_ = XCB_ATOM_NONE;
 };
 
 }  // namespace velun
