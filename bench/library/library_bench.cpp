@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How long a keystroke in the library's search takes, and how long its window takes to open.
+// Measures a keystroke in the search of saved sessions, and opening their window.
 #include "measure.h"
 #include "model/session_file/session_file.h"
 #include "platform/foundation/system_clock.h"

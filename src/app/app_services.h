@@ -33,7 +33,7 @@ struct AppServices {
   Clock& clock;
   FilePanels panels;
   HistoryViewModel::Trash trash;
-  SettingsNotes notes;
+  const SettingsNotes* notes = nullptr;
   /// Listed in "About Velun".
   std::vector<Credit> credits;
 };

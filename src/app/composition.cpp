@@ -96,6 +96,7 @@ struct Composition::Parts {
   DBusFileManager files;
   UpdateChecker updater{VELUN_VERSION, VELUN_IS_PACKAGED, updateFeed()};
   AlertQuestion question;
+  SettingsNotesText notes{*desktop, translation, models};
   CaptionViewModel model{
       settings, userStore(), std::make_unique<SpeechRecognitionEngine>(speech, audio, clock),
       speech,   translation,  clock};
@@ -122,7 +123,7 @@ AppServices Composition::services() {
           .clock = parts_->clock,
           .panels = systemFilePanels(),
           .trash = moveSessionToTrash,
-          .notes = settingsNotes(*parts_->desktop, parts_->translation, parts_->models),
+          .notes = &parts_->notes,
           .credits = credits(ModelCatalogue::builtIn())};
 }
 

@@ -13,8 +13,29 @@ namespace velun {
 
 namespace {
 
-QString captureHidingText(CaptureHiding hiding) {
-  switch (hiding) {
+QString speechDownloadText(const ModelStore& models) {
+  static const ModelCatalogue catalogue = ModelCatalogue::builtIn();
+  const QStringList busy = models.busy();
+  const bool isFetching = std::any_of(busy.begin(), busy.end(), [](const QString& id) {
+    const Model* model = catalogue.find(id);
+    return model && model->kind != ModelKind::translation;
+  });
+  return isFetching ? L("Downloading speech model…", "음성 모델 다운로드 중…") : QString();
+}
+
+}  // namespace
+
+SettingsNotesText::SettingsNotesText(const DesktopPlatform& desktop,
+                                     const TranslationPlatform& translation,
+                                     const ModelStore& models)
+    : desktop_(desktop), translation_(translation), models_(models) {
+  connect(&desktop, &DesktopPlatform::capabilitiesChanged, this, &SettingsNotes::changed);
+  connect(&translation, &TranslationPlatform::activityChanged, this, &SettingsNotes::changed);
+  connect(&models, &ModelStore::busyChanged, this, &SettingsNotes::changed);
+}
+
+QString SettingsNotesText::captureHiding() const {
+  switch (desktop_.capabilities().captureHiding) {
     case CaptureHiding::compositor:
       return L("This desktop excludes the caption window from screen sharing and recording.",
                "이 데스크톱은 공유·녹화되는 화면에서 자막 창을 제외합니다.");
@@ -31,33 +52,8 @@ QString captureHidingText(CaptureHiding hiding) {
            "이 데스크톱에서는 화면 공유·녹화에서 창을 숨길 수 없습니다.");
 }
 
-QString speechDownloadText(const ModelStore& models) {
-  static const ModelCatalogue catalogue = ModelCatalogue::builtIn();
-  const QStringList busy = models.busy();
-  const bool isFetching = std::any_of(busy.begin(), busy.end(), [](const QString& id) {
-    const Model* model = catalogue.find(id);
-    return model && model->kind != ModelKind::translation;
-  });
-  return isFetching ? L("Downloading speech model…", "음성 모델 다운로드 중…") : QString();
-}
-
-}  // namespace
-
-SettingsNotes settingsNotes(const DesktopPlatform& desktop, const TranslationPlatform& translation,
-                            const ModelStore& models) {
-  SettingsNotes notes;
-  notes.captureHiding = [&desktop] {
-    return captureHidingText(desktop.capabilities().captureHiding);
-  };
-  notes.download = [&translation, &models] {
-    return translation.activity().value_or(speechDownloadText(models));
-  };
-  notes.listen = [&](const QObject* listener, const std::function<void()>& changed) {
-    QObject::connect(&desktop, &DesktopPlatform::capabilitiesChanged, listener, changed);
-    QObject::connect(&translation, &TranslationPlatform::activityChanged, listener, changed);
-    QObject::connect(&models, &ModelStore::busyChanged, listener, changed);
-  };
-  return notes;
+QString SettingsNotesText::download() const {
+  return translation_.activity().value_or(speechDownloadText(models_));
 }
 
 }  // namespace velun

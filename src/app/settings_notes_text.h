@@ -9,9 +9,22 @@ class DesktopPlatform;
 class ModelStore;
 class TranslationPlatform;
 
-/// The settings window's notes about this desktop and its downloads. All arguments must outlive
-/// them.
-SettingsNotes settingsNotes(const DesktopPlatform& desktop, const TranslationPlatform& translation,
-                            const ModelStore& models);
+/// The notes of the settings window, from the services that know this machine.
+class SettingsNotesText final : public SettingsNotes {
+  Q_OBJECT
+
+ public:
+  /// All three must outlive the notes.
+  SettingsNotesText(const DesktopPlatform& desktop, const TranslationPlatform& translation,
+                    const ModelStore& models);
+
+  QString captureHiding() const override;
+  QString download() const override;
+
+ private:
+  const DesktopPlatform& desktop_;
+  const TranslationPlatform& translation_;
+  const ModelStore& models_;
+};
 
 }  // namespace velun

@@ -7,6 +7,8 @@
 #include "support/scripted_translation_platform.h"
 #include "support/suite.h"
 
+#include <QSignalSpy>
+
 using namespace velun;
 using namespace velun::test;
 
@@ -16,7 +18,7 @@ class SettingsNotesTest final : public Suite {
   FakeDesktopPlatform desktop_;
   ScriptedTranslationPlatform translation_;
   ScriptedModelStore models_{QString()};
-  const SettingsNotes notes_ = settingsNotes(desktop_, translation_, models_);
+  const SettingsNotesText notes_{desktop_, translation_, models_};
 
   static QString modelOf(ModelKind kind) {
     return ModelCatalogue::builtIn().ofKind(kind).front().id;
@@ -29,7 +31,7 @@ class SettingsNotesTest final : public Suite {
     translation_.setActivity({});
   }
 
-  void whatHidingAmountsToFollowsTheDesktop_data() {
+  void captureHidingFollowsTheDesktop_data() {
     QTest::addColumn<CaptureHiding>("hiding");
     QTest::addColumn<QString>("english");
     QTest::addColumn<QString>("korean");
@@ -37,19 +39,19 @@ class SettingsNotesTest final : public Suite {
         << CaptureHiding::compositor
         << "This desktop excludes the caption window from screen sharing and recording."
         << "이 데스크톱은 공유·녹화되는 화면에서 자막 창을 제외합니다.";
-    QTest::newRow("by going away")
+    QTest::newRow("hidden while casting")
         << CaptureHiding::whileCasting
         << "This desktop cannot exclude a single window, so the caption window also disappears "
            "from "
            "your own screen while the screen is shared or recorded."
         << "이 데스크톱은 창 하나만 뺄 수 없으므로, 화면을 공유하거나 녹화하는 동안에는 내 "
            "화면에서도 자막 창이 사라집니다.";
-    QTest::newRow("not at all")
+    QTest::newRow("not possible")
         << CaptureHiding::none
         << "This desktop offers no way to hide a window from screen sharing and recording."
         << "이 데스크톱에서는 화면 공유·녹화에서 창을 숨길 수 없습니다.";
   }
-  void whatHidingAmountsToFollowsTheDesktop() {
+  void captureHidingFollowsTheDesktop() {
     QFETCH(CaptureHiding, hiding);
     QFETCH(QString, english);
     QFETCH(QString, korean);
@@ -59,30 +61,25 @@ class SettingsNotesTest final : public Suite {
     QCOMPARE(notes_.captureHiding(), korean);
   }
 
-  void downloadsAreTold() {
+  void showsRunningDownloads() {
     QCOMPARE(notes_.download(), QString());
     models_.setBusy({modelOf(ModelKind::recognition)});
     QCOMPARE(notes_.download(), QString("Downloading speech model…"));
-    // The translator tells of its own.
+    // The translator reports its own downloads.
     models_.setBusy({modelOf(ModelKind::translation)});
     QCOMPARE(notes_.download(), QString());
     translation_.setActivity("Downloading translation model…");
     QCOMPARE(notes_.download(), QString("Downloading translation model…"));
   }
 
-  void everyChangeIsHeardAsLongAsSomebodyListens() {
-    int changes = 0;
-    auto listener = std::make_unique<QObject>();
-    notes_.listen(listener.get(), [&changes] { ++changes; });
+  void changesAreAnnounced() {
+    const QSignalSpy changes(&notes_, &SettingsNotes::changed);
     desktop_.setCapabilities({});
-    QCOMPARE(changes, 1);
+    QCOMPARE(changes.count(), 1);
     translation_.setActivity("Downloading translation model…");
-    QCOMPARE(changes, 2);
+    QCOMPARE(changes.count(), 2);
     models_.setBusy({modelOf(ModelKind::recognition)});
-    QCOMPARE(changes, 3);
-    listener.reset();
-    models_.setBusy({});
-    QCOMPARE(changes, 3);
+    QCOMPARE(changes.count(), 3);
   }
 };
 

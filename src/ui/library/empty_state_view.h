@@ -9,14 +9,14 @@ namespace velun {
 
 class NoticeLabel;
 
-/// Says in the middle of an empty list why it is empty, under a symbol.
+/// Tells in the middle of an empty list why it is empty, below a symbol.
 class EmptyStateView final : public QWidget {
   Q_OBJECT
 
  public:
   explicit EmptyStateView(QWidget* parent = nullptr);
 
-  /// `symbol` names a symbol of the program; an empty name shows none.
+  /// `symbol` is a name for symbolIcon(); an empty name shows none.
   void show(const QString& symbol, const QString& text);
   QString text() const;
 

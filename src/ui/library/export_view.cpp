@@ -79,7 +79,7 @@ QLabel* ExportView::addRow(QComboBox* chooser) {
 }
 
 void ExportView::keyPressEvent(QKeyEvent* event) {
-  // As in the toolkit's dialogs, which this is not. Shortcuts would answer for open choosers too.
+  // Return and Escape as in a QDialog. Shortcuts would also take them from open combo boxes.
   switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:

@@ -17,7 +17,7 @@ class ExportView final : public QWidget {
   Q_OBJECT
 
  public:
-  /// Takes the choice; an absent language is all translations.
+  /// Called with the chosen options; an absent language means all translations.
   using Export = std::function<void(SessionFormat format, TranscriptContent content,
                                     const std::optional<QString>& language)>;
 

@@ -54,7 +54,7 @@ void ExportWindowController::updateTitle() {
 
 void ExportWindowController::close() {
   if (!window_) return;
-  // A button of the window may have asked for this, so it goes once that has returned.
+  // Deleted later: this may be a slot of one of the window's buttons.
   window_->hide();
   window_.release()->deleteLater();
 }

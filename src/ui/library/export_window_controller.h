@@ -16,19 +16,19 @@ class ExportWindowController final : public QObject {
   Q_OBJECT
 
  public:
-  /// `windowMade` hears of every window before it is first shown.
+  /// `windowMade` is called with every window before it is first shown.
   ExportWindowController(FilePanels panels, std::function<void(QWidget*)> windowMade,
                          QObject* parent = nullptr);
   ~ExportWindowController() override;
 
-  /// Opens the window for a session; one that is open is closed first.
+  /// Opens the window for a session; an open window is closed first.
   void show(const CaptionSession& session);
 
-  /// Asks where, renders and writes. A failure is shown to the user.
+  /// Asks for a file, renders the session and writes it. Shows a failure to the user.
   void exportSession(const CaptionSession& session, SessionFormat format, TranscriptContent content,
                      const std::optional<QString>& language);
 
-  /// Sets the title of an open window anew, in the interface language.
+  /// Updates the title of an open window to the interface language.
   void updateTitle();
 
  private:

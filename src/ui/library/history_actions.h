@@ -9,13 +9,13 @@
 
 namespace velun {
 
-/// What the saved-sessions window asks of the application. Main thread.
+/// The commands of the window of saved sessions. Main thread.
 struct HistoryActions {
   std::function<void()> openFile;
   std::function<void(const CaptionSession&)> saveFile;
   std::function<void(const QUrl&)> revealFile;
   std::function<void(const CaptionSession&)> exportSession;
-  /// Deletes the selected session if it is among the visible ones, which are in display order.
+  /// Deletes the selected session if it is among the visible ones, given in display order.
   std::function<void(const QList<QUrl>&)> deleteSelection;
 };
 

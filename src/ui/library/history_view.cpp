@@ -30,14 +30,14 @@ namespace velun {
 namespace {
 
 constexpr int kSidebarWidth = 290;
-/// With a large font.
+/// The width in average letters, which counts with a large font.
 constexpr int kSidebarLetters = 26;
-constexpr int kSmallestSidebarWidth = 200;
+constexpr int kMinSidebarWidth = 200;
 constexpr auto kDayCheckInterval = std::chrono::minutes(1);
-/// How the toolkit calls the action behind a field's clear button.
+/// Qt's object name for the action of a field's clear button.
 const auto kClearAction = QStringLiteral("_q_qlineeditclearaction");
 
-/// A text and what explains it, on an action.
+/// Sets an action's text and tool tip; the tool tip is the text without `help`.
 void label(QAction* action, const QString& text, const QString& help = QString()) {
   action->setText(text);
   action->setToolTip(help.isEmpty() ? text : help);
@@ -46,13 +46,12 @@ void label(QAction* action, const QString& text, const QString& help = QString()
 }  // namespace
 
 HistoryView::HistoryView(HistoryViewModel& library, AppSettings& settings, HistoryActions actions,
-                         Clock& clock, std::function<void()> selectionChanged, QWidget* parent)
+                         Clock& clock, QWidget* parent)
     : QWidget(parent),
       library_(library),
       settings_(settings),
       actions_(std::move(actions)),
-      clock_(clock),
-      selectionChanged_(std::move(selectionChanged)) {
+      clock_(clock) {
   makeActions();
   makeToolBar();
   makeBanner();
@@ -132,7 +131,7 @@ void HistoryView::makeBanner() {
 void HistoryView::makePanes() {
   splitter_ = new QSplitter(this);
   splitter_->addWidget(makeSidebar());
-  // Made after the sidebar: the tab key goes through widgets in the order in which they were made.
+  // Created after the sidebar: the Tab key follows the order of creation.
   detail_ = new SessionDetailView(settings_, clock_, splitter_);
   auto* detailPane = new QWidget(splitter_);
   auto* detailColumn = new QVBoxLayout(detailPane);
@@ -148,7 +147,7 @@ void HistoryView::makePanes() {
 
 QWidget* HistoryView::makeSidebar() {
   auto* sidebar = new QWidget(splitter_);
-  sidebar->setMinimumWidth(kSmallestSidebarWidth);
+  sidebar->setMinimumWidth(kMinSidebarWidth);
   makeSearchField(sidebar);
   makeList(sidebar);
   empty_ = new EmptyStateView(sidebar);
@@ -174,7 +173,7 @@ void HistoryView::makeSearchField(QWidget* sidebar) {
   searchSymbol_ = searchField_->addAction(symbolIcon(QStringLiteral("magnifyingglass")),
                                           QLineEdit::LeadingPosition);
   for (auto* button : searchField_->findChildren<QToolButton*>()) {
-    // A picture; the toolkit would let assistive technology press it.
+    // Decorative, but Qt exposes it to screen readers as a button.
     if (button->defaultAction() == searchSymbol_) hideFromAccessibility(*button);
   }
   auto* toList = new QAction(searchField_);
@@ -199,7 +198,7 @@ void HistoryView::makeList(QWidget* sidebar) {
   deleteKey->setShortcutContext(Qt::WidgetShortcut);
   connect(deleteKey, &QAction::triggered, this, &HistoryView::deleteSelected);
   list_->addAction(deleteKey);
-  // Not the current row: assistive technology selects without making a row the current one.
+  // Not currentChanged: screen readers select a row without making it the current one.
   connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
     if (isPresenting_) return;
     const QModelIndexList rows = list_->selectionModel()->selectedIndexes();
@@ -214,10 +213,7 @@ void HistoryView::followLibrary() {
     search_.setSessions(library_.sessions());
     presentSessions();
   });
-  connect(&library_, &HistoryViewModel::selectionChanged, this, [this] {
-    presentSelection();
-    if (selectionChanged_) selectionChanged_();
-  });
+  connect(&library_, &HistoryViewModel::selectionChanged, this, &HistoryView::presentSelection);
   connect(&library_, &HistoryViewModel::errorChanged, this, &HistoryView::presentError);
   connect(&library_, &HistoryViewModel::reloaded, this, &HistoryView::presentSessions);
   connect(&search_, &SessionSearch::ready, this, &HistoryView::presentSessions);
@@ -238,7 +234,7 @@ void HistoryView::showEvent(QShowEvent* event) {
   QWidget::showEvent(event);
   if (!window()->focusWidget()) searchField_->setFocus();
   presentSessions();
-  watchTheDay();
+  checkDayEveryMinute();
 }
 
 void HistoryView::hideEvent(QHideEvent* event) {
@@ -248,10 +244,9 @@ void HistoryView::hideEvent(QHideEvent* event) {
 }
 
 void HistoryView::translate() {
-  const QString shortcut = delete_->shortcut().toString(QKeySequence::NativeText);
-  label(
-      delete_, L("Delete", "삭제"),
-      L("Delete (" + shortcut + ") · Moves to Trash", "삭제 (" + shortcut + ") · 휴지통으로 이동"));
+  label(delete_, L("Delete", "삭제"),
+        L("Delete (%1) · Moves to Trash", "삭제 (%1) · 휴지통으로 이동")
+            .arg(delete_->shortcut().toString(QKeySequence::NativeText)));
   label(export_, L("Export", "내보내기"));
   label(openFile_, L("Open File…", "파일 열기…"));
   label(saveFile_, L("Save as File…", "파일로 저장…"));
@@ -278,16 +273,17 @@ void HistoryView::translate() {
 void HistoryView::presentSessions() {
   const QString text = searchField_->text();
   const std::optional<SavedSessions> shown = search_.matches(text);
-  if (!shown) return;  // the list stays as it is until the search can answer
+  if (!shown) return;  // The search is not ready; keep the list as it is.
   {
     const QScopedValueRollback presenting(isPresenting_, true);
     shownDay_ = localDay(clock_.now());
     rows_.show(*shown, shownDay_);
   }
-  const bool nothingYet = library_.sessions().empty();
-  // Screen readers speak of it as soon as it shows, so not before it is known that there are none.
-  const bool isEmpty = shown->empty() && !(nothingYet && (library_.isReloading() || !isVisible()));
-  if (isEmpty && nothingYet) {
+  const bool hasNoSessions = library_.sessions().empty();
+  // Screen readers announce the empty state when it appears, so show it only after the listing.
+  const bool isEmpty =
+      shown->empty() && !(hasNoSessions && (library_.isReloading() || !isVisible()));
+  if (isEmpty && hasNoSessions) {
     empty_->show(QStringLiteral("text.bubble"), L("No Saved Sessions", "저장된 세션이 없습니다"));
   } else if (isEmpty) {
     empty_->show(QStringLiteral("magnifyingglass"), L("No Results", "검색 결과가 없습니다"));
@@ -317,12 +313,11 @@ void HistoryView::presentError() {
   banner_->setNotice(library_.error().value_or(QString()));
 }
 
-void HistoryView::watchTheDay() {
-  // A timer until midnight would stand still while the computer sleeps, and know of no changed
-  // clock.
+void HistoryView::checkDayEveryMinute() {
+  // A single timer until midnight would stop during suspend and miss changes of the system clock.
   dayCheck_ = clock_.callAfter(kDayCheckInterval, [this] {
     if (localDay(clock_.now()) != shownDay_) presentSessions();
-    watchTheDay();
+    checkDayEveryMinute();
   });
 }
 

@@ -8,7 +8,6 @@
 #include "ui/library/session_list_model.h"
 #include "ui/library/session_search.h"
 
-#include <functional>
 #include <memory>
 #include <QWidget>
 
@@ -27,16 +26,15 @@ class EmptyStateView;
 class NoticeLabel;
 class SessionDetailView;
 
-/// The saved-sessions window's content: a searchable sidebar of sessions by date and the selected
-/// session's transcript. Main thread.
+/// The content of the window of saved sessions: a searchable sidebar of sessions by date, and the
+/// selected session's transcript. Main thread.
 class HistoryView final : public QWidget {
   Q_OBJECT
 
  public:
-  /// The library, the settings and the clock must outlive the view. `selectionChanged` is called
-  /// after another session was selected.
+  /// `library`, `settings` and `clock` must outlive the view.
   HistoryView(HistoryViewModel& library, AppSettings& settings, HistoryActions actions,
-              Clock& clock, std::function<void()> selectionChanged, QWidget* parent = nullptr);
+              Clock& clock, QWidget* parent = nullptr);
   ~HistoryView() override;
 
   /// The shown sessions in display order.
@@ -62,7 +60,7 @@ class HistoryView final : public QWidget {
   void presentSessions();
   void presentSelection();
   void presentError();
-  void watchTheDay();
+  void checkDayEveryMinute();
   void showContextMenu(const QPoint& position);
   void deleteSelected();
   void exportSelected();
@@ -72,13 +70,12 @@ class HistoryView final : public QWidget {
   AppSettings& settings_;
   HistoryActions actions_;
   Clock& clock_;
-  std::function<void()> selectionChanged_;
   SessionSearch search_;
   SessionListModel rows_;
   std::unique_ptr<ScheduledCall> dayCheck_;
-  /// The day that the sections are seen from.
+  /// The day from which the sections count back.
   QDate shownDay_;
-  /// Set while the list follows the library, so that it does not answer with a selection.
+  /// Set while the list is updated from the library, whose changes of the selection are no user's.
   bool isPresenting_ = false;
 
   QAction* delete_;

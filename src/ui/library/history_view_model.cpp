@@ -7,18 +7,15 @@
 #include "platform/foundation/failure.h"
 
 #include <algorithm>
-#include <QCoreApplication>
 #include <QFileInfo>
-#include <QPointer>
 #include <QSet>
-#include <QThreadPool>
 
 namespace velun {
 
 struct HistoryViewModel::Listing {
   SavedSessions sessions;
   int unreadableCount = 0;
-  /// Why the folder could not be listed.
+  /// Set when the folder could not be listed.
   std::optional<FileError> failure;
 
   void add(SavedSession session) {
@@ -36,7 +33,7 @@ namespace {
 
 using Entry = std::shared_ptr<const SavedSession>;
 
-/// What is selected once the entry at `index` is gone: the next one, else the one before it.
+/// The selection after the entry at `index` was removed: the next one, else the one before it.
 std::optional<QUrl> neighbourOf(qsizetype index, const QList<QUrl>& visible) {
   if (index + 1 < visible.size()) return visible[index + 1];
   if (index > 0) return visible[index - 1];
@@ -55,8 +52,6 @@ HistoryViewModel::HistoryViewModel(SessionStore store, Trash trash, QObject* par
           &HistoryViewModel::presentError);
 }
 
-HistoryViewModel::~HistoryViewModel() = default;
-
 std::shared_ptr<const SavedSession> HistoryViewModel::selectedSession() const {
   const auto found = std::find_if(sessions_.begin(), sessions_.end(), [this](const Entry& entry) {
     return selection_ && entry->url == *selection_;
@@ -69,25 +64,15 @@ void HistoryViewModel::select(const std::optional<QUrl>& url) {
 }
 
 void HistoryViewModel::reload() {
-  isReloading_ = true;
-  const quint64 token = ++reloadToken_;
-  const QPointer<HistoryViewModel> self(this);
-  // Reading thousands of files takes longer than a frame, so a worker does it. It words nothing:
-  // the language belongs to the main thread.
-  QThreadPool::globalInstance()->start(
-      [self, token, store = store_, opened = openedFiles_, title = defaultSessionTitle()] {
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(),
-            [self, token, listing = listed(store, opened, title)]() mutable {
-              if (self && self->reloadToken_ == token) self->takeListing(std::move(listing));
-            },
-            Qt::QueuedConnection);
-      });
+  // The default title is localized here: the interface language may change during the job.
+  listing_.start([store = store_, opened = openedFiles_, title = defaultSessionTitle()](
+                     const std::stop_token&) { return list(store, opened, title); },
+                 [this](Listing listing) { applyListing(std::move(listing)); });
 }
 
-HistoryViewModel::Listing HistoryViewModel::listed(const SessionStore& store,
-                                                   const QList<QUrl>& opened,
-                                                   const QString& legacyTitle) {
+HistoryViewModel::Listing HistoryViewModel::list(const SessionStore& store,
+                                                 const QList<QUrl>& opened,
+                                                 const QString& legacyTitle) {
   Listing listing;
   try {
     SessionStore::Listing found = store.list(legacyTitle);
@@ -114,22 +99,21 @@ HistoryViewModel::Listing HistoryViewModel::listed(const SessionStore& store,
   return listing;
 }
 
-void HistoryViewModel::takeListing(Listing listing) {
-  isReloading_ = false;
+void HistoryViewModel::applyListing(Listing listing) {
   failure_ = listing.failure;
   unreadableCount_ = listing.unreadableCount;
   if (!failure_) {
     sessions_ = std::move(listing.sessions);
     Q_EMIT sessionsChanged();
-    if (selection_ && !isListed(*selection_)) setSelection(listedUnderAnotherName(*selection_));
+    if (selection_ && !isListed(*selection_)) setSelection(listedLocation(*selection_));
   }
   presentError();
   Q_EMIT reloaded();
 }
 
 void HistoryViewModel::restartReload() {
-  // What a listing under way has read is out of date now.
-  if (isReloading_) reload();
+  // A running listing has read outdated files.
+  if (isReloading()) reload();
 }
 
 void HistoryViewModel::open(const QUrl& url) {
@@ -181,20 +165,20 @@ void HistoryViewModel::presentError() {
   std::optional<QString> error;
   if (failure_) {
     error = fileErrorText(*failure_);
-  } else if (unreadableCount_ > 0) {
-    const QString count = QString::number(unreadableCount_);
-    error = L("Couldn’t read " + count +
-                  (unreadableCount_ == 1
-                       ? " session. The original file is still in the sessions folder."
-                       : " sessions. The original files are still in the sessions folder."),
-              count + "개 기록을 읽지 못했습니다. 원본 파일은 기록 폴더에 있습니다.");
+  } else if (unreadableCount_ == 1) {
+    error = L("Couldn’t read 1 session. The original file is still in the sessions folder.",
+              "1개 기록을 읽지 못했습니다. 원본 파일은 기록 폴더에 있습니다.");
+  } else if (unreadableCount_ > 1) {
+    error = L("Couldn’t read %1 sessions. The original files are still in the sessions folder.",
+              "%1개 기록을 읽지 못했습니다. 원본 파일은 기록 폴더에 있습니다.")
+                .arg(unreadableCount_);
   }
   if (error_ == error) return;
   error_ = error;
   Q_EMIT errorChanged();
 }
 
-std::optional<QUrl> HistoryViewModel::listedUnderAnotherName(const QUrl& url) const {
+std::optional<QUrl> HistoryViewModel::listedLocation(const QUrl& url) const {
   const QString path = canonicalPath(url);
   const auto found = std::find_if(sessions_.begin(), sessions_.end(), [&path](const Entry& entry) {
     return canonicalPath(entry->url) == path;

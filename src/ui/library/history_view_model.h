@@ -3,6 +3,7 @@
 
 #include "model/session_store.h"
 #include "platform/foundation/file_error.h"
+#include "platform/foundation/latest_job.h"
 
 #include <functional>
 #include <memory>
@@ -14,44 +15,44 @@
 
 namespace velun {
 
-/// The sessions of the library in display order. Entries are shared, never changed, so that a
-/// worker can read them too.
+/// Saved sessions in display order. Entries are shared and immutable, so that pool threads can read
+/// them too.
 using SavedSessions = std::vector<std::shared_ptr<const SavedSession>>;
 
-/// The library: every session file of the sessions folder and those opened from elsewhere during
-/// this run, newest first, and which one is selected. Main thread; files are listed by a worker.
+/// The saved sessions: every session file in the sessions folder and every file opened from
+/// elsewhere during this run, newest first, and the selection. Main thread; the files are read on
+/// the thread pool.
 class HistoryViewModel final : public QObject {
   Q_OBJECT
 
  public:
-  /// Moves a file to the trash; throws `Failure` and leaves the file where it is when it cannot.
+  /// Moves a file to the trash. Throws `Failure` and leaves the file in place when that fails.
   using Trash = std::function<void(const QUrl&)>;
 
   HistoryViewModel(SessionStore store, Trash trash, QObject* parent = nullptr);
-  ~HistoryViewModel() override;
 
   const SavedSessions& sessions() const { return sessions_; }
   const std::optional<QUrl>& selection() const { return selection_; }
   /// Null when nothing is selected.
   std::shared_ptr<const SavedSession> selectedSession() const;
-  /// What the error banner shows, in the interface language.
+  /// The text of the error banner, in the interface language; empty without an error.
   const std::optional<QString>& error() const { return error_; }
   const SessionStore& store() const { return store_; }
   const QList<QUrl>& openedFiles() const { return openedFiles_; }
-  bool isReloading() const { return isReloading_; }
+  bool isReloading() const { return listing_.isRunning(); }
 
-  /// Selects a listed session; none, or one that is not listed, selects nothing.
+  /// Selects a listed session. Nullopt or an unlisted file clears the selection.
   void select(const std::optional<QUrl>& url);
 
-  /// Lists everything again. Returns at once; `sessionsChanged` follows.
+  /// Lists everything again. Returns at once; `sessionsChanged` and `reloaded` follow.
   void reload();
 
-  /// Adds a session file from anywhere and selects it. Throws the store's error.
+  /// Adds a session file from any folder and selects it. Throws the store's error.
   void open(const QUrl& url);
 
   /// Moves the selected session's file to the trash and selects its neighbour in `visible`, the
-  /// shown sessions in display order. Gives the deleted file; none when the selection is not among
-  /// the visible. Throws `Failure`, with nothing changed.
+  /// shown sessions in display order. Returns the deleted file, or nullopt when the selection is
+  /// not in `visible`. Throws `Failure` and changes nothing when the file cannot be moved.
   std::optional<QUrl> deleteSelection(const QList<QUrl>& visible);
 
  Q_SIGNALS:
@@ -63,16 +64,17 @@ class HistoryViewModel final : public QObject {
  private:
   struct Listing;
 
-  static Listing listed(const SessionStore& store, const QList<QUrl>& opened,
-                        const QString& legacyTitle);
-  void takeListing(Listing listing);
+  static Listing list(const SessionStore& store, const QList<QUrl>& opened,
+                      const QString& legacyTitle);
+  void applyListing(Listing listing);
   void restartReload();
   void setSelection(const std::optional<QUrl>& url);
-  /// Words the problems of the last listing.
+  /// Updates the error text from the last listing.
   void presentError();
   bool isListed(const QUrl& url) const;
-  /// Where the same file is listed; none when it is not.
-  std::optional<QUrl> listedUnderAnotherName(const QUrl& url) const;
+  /// The listed location of the same file, which may differ (symbolic links); nullopt when the file
+  /// is not listed.
+  std::optional<QUrl> listedLocation(const QUrl& url) const;
 
   SessionStore store_;
   Trash trash_;
@@ -82,12 +84,10 @@ class HistoryViewModel final : public QObject {
   int unreadableCount_ = 0;
   std::optional<QString> error_;
   QList<QUrl> openedFiles_;
-  bool isReloading_ = false;
-  /// Names the latest listing; an earlier one that still arrives is dropped.
-  quint64 reloadToken_ = 0;
+  LatestJob listing_;
 };
 
-/// The same file gives the same text, whichever way its location is written.
+/// The file's path with symbolic links resolved, so that equal files have equal paths.
 QString canonicalPath(const QUrl& url);
 
 }  // namespace velun

@@ -14,7 +14,7 @@ namespace velun {
 namespace {
 
 constexpr QSize kContentSize(960, 620);
-constexpr QSize kMinimumSize(760, 430);
+constexpr QSize kMinSize(760, 430);
 const auto kFrameName = QStringLiteral("SessionHistory");
 
 }  // namespace
@@ -23,13 +23,11 @@ HistoryWindowController::HistoryWindowController(HistoryViewModel& model, AppSet
                                                  HistoryActions actions, Clock& clock,
                                                  PreferenceStore* frames, QObject* parent)
     : QObject(parent), model_(model), frames_(frames) {
-  auto view = std::make_unique<HistoryView>(model, settings, std::move(actions), clock, [this] {
-    if (selectionChanged) selectionChanged();
-  });
+  auto view = std::make_unique<HistoryView>(model, settings, std::move(actions), clock);
   view_ = view.get();
   window_ = WindowPresentation::makeWindow(title(), kContentSize, std::move(view), true);
-  // Large fonts need more.
-  window_->setMinimumSize(kMinimumSize.expandedTo(window_->minimumSizeHint())
+  // Large fonts need more room.
+  window_->setMinimumSize(kMinSize.expandedTo(window_->minimumSizeHint())
                               .boundedTo(window_->screen()->availableSize()));
   restoreFrame(*window_, frames_, kFrameName);
   window_->installEventFilter(this);

@@ -7,7 +7,6 @@
 #include "ui/library/history_actions.h"
 #include "ui/library/history_view_model.h"
 
-#include <functional>
 #include <memory>
 #include <QObject>
 
@@ -15,28 +14,25 @@ namespace velun {
 
 class HistoryView;
 
-/// Owns the saved-sessions window, which is made once and reused. Main thread.
+/// Owns the window of saved sessions, which is created once and reused. Main thread.
 class HistoryWindowController final : public QObject {
   Q_OBJECT
 
  public:
-  /// What it is given must outlive it. `frames` keeps the window's frame; may be null.
+  /// All references must outlive this object. `frames` stores the window's frame and may be null.
   HistoryWindowController(HistoryViewModel& model, AppSettings& settings, HistoryActions actions,
                           Clock& clock, PreferenceStore* frames, QObject* parent = nullptr);
   ~HistoryWindowController() override;
 
   /// Brings the window to the front and lists the sessions again.
   void show();
-  /// Sets the window's title anew, in the interface language.
+  /// Updates the window's title to the interface language.
   void updateTitle();
   static QString title();
-  /// Whether the window has the keyboard.
+  /// Whether the window has the keyboard focus.
   bool isKeyWindow() const;
   QWidget& window() const { return *window_; }
   HistoryView& view() const { return *view_; }
-
-  /// Called after another session was selected.
-  std::function<void()> selectionChanged;
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;

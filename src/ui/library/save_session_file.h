@@ -6,8 +6,8 @@
 
 namespace velun {
 
-/// Asks where to write a session in one format, renders it and writes it, all or nothing. False
-/// when the user cancelled. Throws `Failure`. Main thread.
+/// Asks the user for a file, renders the session in `format` and writes it atomically. Returns
+/// false when the user cancelled. Throws `Failure` when writing fails. Main thread.
 bool saveSessionFile(const CaptionSession& session, const QString& panelTitle, SessionFormat format,
                      TranscriptContent content, const std::optional<QString>& language,
                      const FilePanels& panels);

@@ -20,8 +20,8 @@ namespace velun {
 
 namespace {
 
-/// More marks than anybody looks at would only slow the view down.
-constexpr std::size_t kMostMarks = 500;
+/// Limits the cost of painting; nobody looks at more matches.
+constexpr std::size_t kMaxHighlights = 500;
 
 constexpr QMargins kBarMargins(18, 8, 10, 8);
 constexpr int kBarSpacing = 12;
@@ -123,7 +123,7 @@ void SessionDetailView::show(std::shared_ptr<const SavedSession> session) {
 void SessionDetailView::highlight(const QString& text) {
   QTextEdit& view = transcript_->textView();
   QList<QTextEdit::ExtraSelection> marks;
-  for (const TextRange& range : matchesIn(view.toPlainText(), text, kMostMarks)) {
+  for (const TextRange& range : matchesIn(view.toPlainText(), text, kMaxHighlights)) {
     QTextEdit::ExtraSelection mark;
     mark.cursor = QTextCursor(view.document());
     mark.cursor.setPosition(static_cast<int>(range.position));
@@ -139,7 +139,7 @@ void SessionDetailView::highlight(const QString& text) {
     first.clearSelection();
     view.setTextCursor(first);
     view.ensureCursorVisible();
-    // With what stands around it, not at the very edge.
+    // Keep some context visible around the match.
     QScrollBar& bar = *view.verticalScrollBar();
     bar.setValue(bar.value() + view.cursorRect().center().y() - view.viewport()->height() / 2);
   }

@@ -18,24 +18,24 @@ class CopyTranscriptButton;
 class TranscriptView;
 struct SavedSession;
 
-/// One saved session's transcript, with the choice of what of it is shown. Main thread.
+/// A saved session's transcript, with choosers for content and language. Main thread.
 class SessionDetailView final : public QWidget {
   Q_OBJECT
 
  public:
-  /// The settings and the clock must outlive the view.
+  /// `settings` and `clock` must outlive the view.
   SessionDetailView(AppSettings& settings, Clock& clock, QWidget* parent = nullptr);
   ~SessionDetailView() override;
 
-  /// Shows a session; null shows none. The chosen content stays, the language returns to all.
+  /// Shows a session; null shows none. Keeps the chosen content and resets the language to all.
   void show(std::shared_ptr<const SavedSession> session);
 
-  /// Marks every place where `text` stands and, when it is a new text or session, brings the first
-  /// one into view. An empty text marks nothing.
+  /// Highlights every match of `text` and, for a new text or session, scrolls to the first one. An
+  /// empty text removes the highlights.
   void highlight(const QString& text);
 
   TranscriptContent content() const { return content_; }
-  /// The chosen translation language; none is all.
+  /// The chosen translation language; nullopt means all.
   const std::optional<QString>& language() const { return language_; }
   TranscriptView& transcript() const { return *transcript_; }
 
@@ -45,7 +45,7 @@ class SessionDetailView final : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
-  /// The pickers stand beside each other where there is room for both.
+  /// Puts both choosers into one row where there is room.
   void arrangeBar();
   void translate();
   void fillContents();

@@ -7,9 +7,8 @@
 namespace velun {
 
 QString sessionSummary(const CaptionSession& session) {
-  const QString count = QString::number(session.lines.size());
-  QString summary =
-      L(count + (session.lines.size() == 1 ? " sentence" : " sentences"), count + "문장");
+  const auto count = session.lines.size();
+  QString summary = count == 1 ? L("1 sentence", "1문장") : L("%1 sentences", "%1문장").arg(count);
   if (session.hasTranslations()) summary += L(" · with translation", " · 번역 포함");
   return summary;
 }
@@ -50,6 +49,7 @@ int SessionListModel::rowCount(const QModelIndex& parent) const {
 }
 
 QVariant SessionListModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) return {};
   const Row& row = rows_[static_cast<std::size_t>(index.row())];
   if (role == isHeaderRole) return row.session == nullptr;
   if (!row.session) {

@@ -10,7 +10,7 @@
 
 namespace velun {
 
-/// The rows of the sidebar: the shown sessions in order, each section begun by a header row.
+/// The rows of the sidebar: the shown sessions in order, with a header row before each section.
 class SessionListModel final : public QAbstractListModel {
   Q_OBJECT
 
@@ -18,13 +18,13 @@ class SessionListModel final : public QAbstractListModel {
   enum Role {
     /// True for the header of a section.
     isHeaderRole = Qt::UserRole,
-    /// How many sentences a session has and whether it is translated.
+    /// The text of sessionSummary().
     summaryRole,
   };
 
   using QAbstractListModel::QAbstractListModel;
 
-  /// Shows these sessions in sections seen from `today`.
+  /// Shows these sessions; their sections depend on `today`.
   void show(const SavedSessions& sessions, const QDate& today);
 
   /// The shown sessions in display order.
@@ -49,7 +49,7 @@ class SessionListModel final : public QAbstractListModel {
   std::vector<Row> rows_;
 };
 
-/// "12 sentences · with translation".
+/// For example "12 sentences · with translation", in the interface language.
 QString sessionSummary(const CaptionSession& session);
 
 }  // namespace velun

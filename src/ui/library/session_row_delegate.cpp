@@ -67,7 +67,7 @@ void SessionRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
   drawElided(painter, line, option.font, color, title);
   line.translate(0, titleHeight + 2);
   line.setHeight(QFontMetrics(small).height());
-  // The desktop's own colours of what is selected have little contrast to spare.
+  // Dimmed text would lack contrast on the desktop's selection colour.
   drawElided(painter, line, small, isSelected ? color : dimmed(color),
              index.data(SessionListModel::summaryRole).toString());
   painter->restore();

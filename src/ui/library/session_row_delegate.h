@@ -5,7 +5,7 @@
 
 namespace velun {
 
-/// Draws the sidebar's rows: a session as its title over its summary, a section as a small header.
+/// Draws the sidebar's rows: a session as its title above its summary, a section as a small header.
 class SessionRowDelegate final : public QStyledItemDelegate {
   Q_OBJECT
 

@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/library/session_search.h"
 
-#include <QCoreApplication>
 #include <QHash>
-#include <QPointer>
 #include <QStringMatcher>
-#include <QThreadPool>
 #include <unicode/casemap.h>
 #include <unicode/edits.h>
 #include <unicode/uchar.h>
@@ -14,10 +11,10 @@ namespace velun {
 
 namespace {
 
-/// Full folding: the toolkit's own goes letter by letter, to which "ß" and "SS" are not the same.
-/// `edits` (may be null) takes which part of the result came from which part of the text.
+/// Full case folding with ICU: Qt folds single letters, so "ß" would not match "SS". `edits` (may
+/// be null) receives the mapping from the text to the result.
 QString folded(const QString& text, icu::Edits* edits) {
-  // Few letters become longer.
+  // Folding lengthens only a few letters.
   qsizetype room = text.size() + text.size() / 8 + 8;
   for (;;) {
     QString result(room, Qt::Uninitialized);
@@ -41,21 +38,21 @@ QString foldedForSearch(const QString& text) {
 std::vector<TextRange> matchesIn(const QString& text, const QString& search, std::size_t limit) {
   const QString needle = foldedForSearch(search);
   if (needle.isEmpty()) return {};
-  // Folding can lengthen a text ("ß" to "ss"), so the places in it are others.
+  // Folding can lengthen a text ("ß" to "ss"), which shifts positions.
   icu::Edits edits;
   const QString searched = folded(text, &edits);
-  icu::Edits::Iterator places = edits.getFineIterator();
+  icu::Edits::Iterator edit = edits.getFineIterator();
   UErrorCode status = U_ZERO_ERROR;
-  const auto placeOf = [&places, &status](qsizetype at) {
-    return places.sourceIndexFromDestinationIndex(static_cast<std::int32_t>(at), status);
+  const auto sourceIndex = [&edit, &status](qsizetype at) {
+    return edit.sourceIndexFromDestinationIndex(static_cast<std::int32_t>(at), status);
   };
   std::vector<TextRange> found;
   const QStringMatcher matcher(needle);
   for (qsizetype at = matcher.indexIn(searched); at >= 0 && found.size() < limit;
        at = matcher.indexIn(searched, at + needle.size())) {
-    const qsizetype first = placeOf(at);
-    const qsizetype last = placeOf(at + needle.size());
-    // Nothing of the text begins within a letter that became several.
+    const qsizetype first = sourceIndex(at);
+    const qsizetype last = sourceIndex(at + needle.size());
+    // A match inside one letter that became several has no range in the text.
     if (last > first) found.push_back({first, last - first});
   }
   return found;
@@ -63,8 +60,8 @@ std::vector<TextRange> matchesIn(const QString& text, const QString& search, std
 
 namespace {
 
-/// So few texts are folded at once without being noticed.
-constexpr std::size_t kFewSessions = 4;
+/// Up to this many texts are folded on the main thread without a noticeable delay.
+constexpr std::size_t kMaxFoldedAtOnce = 4;
 
 QString searchableText(const SavedSession& saved) {
   const CaptionSession& session = saved.session;
@@ -73,10 +70,6 @@ QString searchableText(const SavedSession& saved) {
 }
 
 }  // namespace
-
-SessionSearch::SessionSearch(QObject* parent) : QObject(parent) {}
-
-SessionSearch::~SessionSearch() = default;
 
 void SessionSearch::setSessions(const SavedSessions& sessions) {
   QHash<const SavedSession*, Folded> known;
@@ -87,7 +80,7 @@ void SessionSearch::setSessions(const SavedSessions& sessions) {
   std::size_t added = 0;
   for (const auto& session : sessions_) {
     Folded text = known.value(session.get());
-    if (!text && ++added > kFewSessions) {
+    if (!text && ++added > kMaxFoldedAtOnce) {
       forget();
       return;
     }
@@ -99,7 +92,7 @@ void SessionSearch::setSessions(const SavedSessions& sessions) {
 std::optional<SavedSessions> SessionSearch::matches(const QString& text) {
   if (text.isEmpty()) return sessions_;
   if (folded_.size() != sessions_.size()) {
-    foldInBackground();
+    startFolding();
     return std::nullopt;
   }
   SavedSessions found;
@@ -111,32 +104,26 @@ std::optional<SavedSessions> SessionSearch::matches(const QString& text) {
 }
 
 void SessionSearch::forget() {
+  folding_.cancel();
   folded_.clear();
-  ++token_;
-  isFolding_ = false;
 }
 
-void SessionSearch::foldInBackground() {
-  if (isFolding_) return;
-  isFolding_ = true;
-  const quint64 token = ++token_;
-  const QPointer<SessionSearch> self(this);
-  QThreadPool::globalInstance()->start([self, token, sessions = sessions_] {
-    std::vector<Folded> folded;
-    folded.reserve(sessions.size());
-    for (const auto& session : sessions) {
-      folded.push_back(std::make_shared<const QString>(searchableText(*session)));
-    }
-    QMetaObject::invokeMethod(
-        QCoreApplication::instance(),
-        [self, token, folded = std::move(folded)]() mutable {
-          if (!self || self->token_ != token) return;
-          self->isFolding_ = false;
-          self->folded_ = std::move(folded);
-          Q_EMIT self->ready();
-        },
-        Qt::QueuedConnection);
-  });
+void SessionSearch::startFolding() {
+  if (folding_.isRunning()) return;
+  folding_.start(
+      [sessions = sessions_](const std::stop_token& stop) {
+        std::vector<Folded> folded;
+        folded.reserve(sessions.size());
+        for (const auto& session : sessions) {
+          if (stop.stop_requested()) break;
+          folded.push_back(std::make_shared<const QString>(searchableText(*session)));
+        }
+        return folded;
+      },
+      [this](std::vector<Folded> folded) {
+        folded_ = std::move(folded);
+        Q_EMIT ready();
+      });
 }
 
 }  // namespace velun

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/foundation/latest_job.h"
 #include "ui/library/history_view_model.h"
 
 #include <memory>
@@ -11,33 +12,32 @@
 
 namespace velun {
 
-/// A text as it is compared when searching: without case, accents kept.
+/// The form of a text that is compared in a search: case is folded, accents are kept.
 QString foldedForSearch(const QString& text);
 
-/// A stretch of a text, in UTF-16 units.
+/// A range of a text, in UTF-16 units.
 struct TextRange {
   qsizetype position = 0;
   qsizetype length = 0;
   bool operator==(const TextRange&) const = default;
 };
 
-/// Where `search` stands in `text`, compared as when searching; at most `limit` places.
+/// The ranges of `text` that match `search`, at most `limit`.
 std::vector<TextRange> matchesIn(const QString& text, const QString& search, std::size_t limit);
 
-/// Finds sessions by their title and whole transcript, all translations included. The folded texts
-/// are made once by a worker, so that a keystroke costs one pass over them. Main thread.
+/// Searches sessions by their title and whole transcript with all translations. The folded texts
+/// are built once on the thread pool, so a keystroke costs one pass over them. Main thread.
 class SessionSearch final : public QObject {
   Q_OBJECT
 
  public:
-  explicit SessionSearch(QObject* parent = nullptr);
-  ~SessionSearch() override;
+  using QObject::QObject;
 
-  /// Searches these sessions from now on; when few are new, what was folded before is kept.
+  /// Sets the sessions to search. When few of them are new, existing folded texts are reused.
   void setSessions(const SavedSessions& sessions);
 
-  /// Which sessions hold `text`, in their order; all of them for an empty text. None while the
-  /// folded texts are being made: `ready` follows, and asking again answers.
+  /// The sessions that contain `text`, in their order; all of them for an empty text. Returns
+  /// nullopt while the folded texts are being built: call it again after `ready`.
   std::optional<SavedSessions> matches(const QString& text);
 
   /// Frees the folded texts until the next search.
@@ -49,13 +49,12 @@ class SessionSearch final : public QObject {
  private:
   using Folded = std::shared_ptr<const QString>;
 
-  void foldInBackground();
+  void startFolding();
 
   SavedSessions sessions_;
-  /// One text a session; empty while they are not made.
+  /// One text per session; empty until they are built.
   std::vector<Folded> folded_;
-  bool isFolding_ = false;
-  quint64 token_ = 0;
+  LatestJob folding_;
 };
 
 }  // namespace velun

@@ -11,9 +11,9 @@ namespace velun {
 /// The calendar day of an instant in the user's time zone.
 QDate localDay(Instant instant);
 
-/// The section of the library that a session begun at `startedAt` belongs to, by calendar days
-/// before `today`: "Today", "Yesterday", "Previous 7 Days", "Previous 30 Days", or its month and
-/// year. A start in the future belongs to today.
+/// The section for a session that started at `startedAt`, by calendar days before `today`: "Today",
+/// "Yesterday", "Previous 7 Days", "Previous 30 Days", or its month and year. A start in the future
+/// belongs to today.
 QString sectionTitle(Instant startedAt, const QDate& today);
 
 }  // namespace velun

@@ -5,8 +5,8 @@
 
 namespace velun {
 
-/// Moves a session file to the user's trash. Throws `Failure` when that cannot be done: the
-/// file is where it was, or there is none. Main thread.
+/// Moves a session file to the user's trash. Throws `Failure` when the file is missing or cannot be
+/// moved; it then stays in place. Main thread.
 void moveSessionToTrash(const QUrl& url);
 
 }  // namespace velun

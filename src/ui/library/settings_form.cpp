@@ -18,10 +18,10 @@ constexpr qreal kSmallText = 0.86;
 constexpr float kSecondaryOpacity = 0.72F;
 constexpr int kIndent = 24;
 constexpr int kChooserWidth = 210;
-/// With a large font.
+/// The width in average letters, which counts with a large font.
 constexpr int kChooserLetters = 25;
 
-/// A chooser that leaves the wheel to the form around it: scrolling must not change a setting.
+/// Ignores the mouse wheel, so that scrolling the form changes no setting.
 class FormChooser final : public QComboBox {
  public:
   using QComboBox::QComboBox;
@@ -30,7 +30,7 @@ class FormChooser final : public QComboBox {
   void wheelEvent(QWheelEvent* event) override { event->ignore(); }
 };
 
-/// Small text, fainter than what stands around it.
+/// Small, dimmed text.
 class Note final : public QLabel {
  public:
   Note() {

@@ -13,24 +13,24 @@ class QWidget;
 
 namespace velun {
 
-/// One entry of a chooser.
+/// One entry of a combo box.
 struct Choice {
   QString label;
   QVariant value;
   bool operator==(const Choice&) const = default;
 };
 
-/// The pieces that the settings form is made of; each is appended to the form.
+/// Each function appends one control to the form.
 QLabel* addHeading(QVBoxLayout* form);
 QCheckBox* addToggle(QVBoxLayout* form);
 /// Small, secondary text under a control.
 QLabel* addNote(QVBoxLayout* form);
-/// A chooser in a row behind its label, which `label` is set to; without one (null) it fills the
-/// row.
+/// A combo box after its label, which is returned in `label`. When `label` is null it has no label
+/// and fills the row.
 QComboBox* addChooser(QVBoxLayout* form, QLabel** label);
 
-/// Gives a chooser its entries and shows `current`, which is added as it is when it is not one of
-/// them. Writes no setting.
+/// Sets the entries and selects `current`, which is appended when it is not among them. Writes no
+/// setting.
 void fillChooser(QComboBox* chooser, std::vector<Choice> choices, const Choice& current);
 
 /// Sets the accessible name and the tool tip.

@@ -1,21 +1,25 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <functional>
 #include <QObject>
 #include <QString>
 
 namespace velun {
 
-/// What the settings window says about this machine, in the interface language; an empty text says
-/// nothing.
-struct SettingsNotes {
-  /// What hiding from screen sharing amounts to on this desktop.
-  std::function<QString()> captureHiding;
-  /// What is being downloaded in the background.
-  std::function<QString()> download;
-  /// Has `changed` called whenever one of them may say something else, as long as `listener` lives.
-  std::function<void(const QObject* listener, const std::function<void()>& changed)> listen;
+/// Notes about this machine for the settings window, in the interface language; empty without
+/// anything to tell. Main thread.
+class SettingsNotes : public QObject {
+  Q_OBJECT
+
+ public:
+  /// How this desktop hides the caption window from screen sharing.
+  virtual QString captureHiding() const = 0;
+  /// The download that is running in the background.
+  virtual QString download() const = 0;
+
+ Q_SIGNALS:
+  /// A note may have changed.
+  void changed();
 };
 
 }  // namespace velun

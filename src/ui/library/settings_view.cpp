@@ -29,7 +29,7 @@ void setChecked(QCheckBox* box, bool checked) {
   box->setChecked(checked);
 }
 
-/// What stands under a check box is also told where the keyboard is at it.
+/// Makes the note below a check box its accessible description.
 void explain(QCheckBox* box, QLabel* note, const QString& text) {
   note->setText(text);
   box->setAccessibleDescription(text);
@@ -43,8 +43,8 @@ void setNote(QLabel* label, const QString& text) {
 }  // namespace
 
 SettingsView::SettingsView(CaptionViewModel& model, std::function<void()> openRecordsFolder,
-                           SettingsNotes notes, QWidget* parent)
-    : QScrollArea(parent), model_(model), settings_(model.settings()), notes_(std::move(notes)) {
+                           const SettingsNotes* notes, QWidget* parent)
+    : QScrollArea(parent), model_(model), settings_(model.settings()), notes_(notes) {
   auto* content = new QWidget(this);
   auto* form = new QVBoxLayout(content);
   form->setContentsMargins(22, 16, 22, 18);
@@ -56,7 +56,7 @@ SettingsView::SettingsView(CaptionViewModel& model, std::function<void()> openRe
   form->addStretch();
   setFrameShape(QFrame::NoFrame);
   setWidgetResizable(true);
-  // It follows the control that has the keyboard.
+  // Scrolls to the focused control.
   setFocusPolicy(Qt::NoFocus);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setWidget(content);
@@ -139,7 +139,7 @@ void SettingsView::followSettings() {
   connect(&model_, &CaptionViewModel::localesChanged, this, &SettingsView::presentChoices);
   connect(&model_, &CaptionViewModel::languagesChanged, this, &SettingsView::presentChoices);
   connect(&Localization::shared(), &Localization::languageChanged, this, &SettingsView::present);
-  if (notes_.listen) notes_.listen(this, [this] { presentNotes(); });
+  if (notes_) connect(notes_, &SettingsNotes::changed, this, &SettingsView::presentNotes);
 }
 
 QSize SettingsView::minimumSizeHint() const {
@@ -229,8 +229,8 @@ void SettingsView::presentChoices() {
 }
 
 void SettingsView::presentNotes() {
-  setNote(hideFromSharingHere_, notes_.captureHiding ? notes_.captureHiding() : QString());
-  setNote(downloadNote_, notes_.download ? notes_.download() : QString());
+  setNote(hideFromSharingHere_, notes_ ? notes_->captureHiding() : QString());
+  setNote(downloadNote_, notes_ ? notes_->download() : QString());
 }
 
 }  // namespace velun

@@ -15,17 +15,17 @@ class QVBoxLayout;
 
 namespace velun {
 
-/// The form of all settings. Every control writes its setting at once; a chooser writes only when
-/// the user picks, and shows a stored value that is not on its list as it is. Main thread.
+/// The form of all settings. Every control writes its setting at once. A combo box writes only when
+/// the user chooses, and also shows a stored value that is not in its list. Main thread.
 class SettingsView final : public QScrollArea {
   Q_OBJECT
 
  public:
-  /// The model must outlive the view.
+  /// `model` and `notes` must outlive the view; `notes` may be null.
   SettingsView(CaptionViewModel& model, std::function<void()> openRecordsFolder,
-               SettingsNotes notes, QWidget* parent = nullptr);
+               const SettingsNotes* notes, QWidget* parent = nullptr);
 
-  /// As wide as its controls; what is higher scrolls.
+  /// The width of the controls; the form scrolls vertically.
   QSize minimumSizeHint() const override;
 
  private:
@@ -42,7 +42,7 @@ class SettingsView final : public QScrollArea {
 
   CaptionViewModel& model_;
   AppSettings& settings_;
-  SettingsNotes notes_;
+  const SettingsNotes* notes_;
 
   QLabel* languageHeading_;
   QComboBox* language_;

@@ -15,9 +15,9 @@ constexpr QSize kContentSize(460, 760);
 
 SettingsWindowController::SettingsWindowController(CaptionViewModel& model,
                                                    std::function<void()> openRecordsFolder,
-                                                   SettingsNotes notes, QObject* parent)
+                                                   const SettingsNotes* notes, QObject* parent)
     : QObject(parent) {
-  auto view = std::make_unique<SettingsView>(model, std::move(openRecordsFolder), std::move(notes));
+  auto view = std::make_unique<SettingsView>(model, std::move(openRecordsFolder), notes);
   window_ = WindowPresentation::makeWindow(title(), kContentSize, std::move(view), false);
 }
 

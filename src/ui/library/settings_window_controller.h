@@ -11,18 +11,18 @@
 
 namespace velun {
 
-/// Owns the settings window, which is made once and reused. Main thread.
+/// Owns the settings window, which is created once and reused. Main thread.
 class SettingsWindowController final : public QObject {
   Q_OBJECT
 
  public:
-  /// The model must outlive it.
+  /// `model` and `notes` must outlive this object; `notes` may be null.
   SettingsWindowController(CaptionViewModel& model, std::function<void()> openRecordsFolder,
-                           SettingsNotes notes, QObject* parent = nullptr);
+                           const SettingsNotes* notes, QObject* parent = nullptr);
   ~SettingsWindowController() override;
 
   void show();
-  /// Sets the window's title anew, in the interface language.
+  /// Updates the window's title to the interface language.
   void updateTitle();
   static QString title();
   QWidget& window() const { return *window_; }

@@ -80,7 +80,7 @@ class ExportViewTest final : public test::Suite {
     cancels_ = 0;
   }
 
-  void itOpensWithEverythingAsMarkdown() {
+  void opensWithBothTextsAsMarkdown() {
     open(sessionIn({"ko", "en"}));
     QCOMPARE(items(chooser("File Format")),
              QStringList({"Markdown (.md)", "Text (.txt)", "Velun Session (.json)"}));
@@ -96,7 +96,7 @@ class ExportViewTest final : public test::Suite {
     QVERIFY(!exports_[0].language);
   }
 
-  void theReturnKeyExportsUnlessTheKeyboardIsAtCancel() {
+  void returnKeyExportsUnlessCancelHasFocus() {
     open(sessionIn({"ko"}));
     QVERIFY(QTest::qWaitForWindowActive(view_.get()));
     chooser("File Format")->setFocus();
@@ -110,7 +110,7 @@ class ExportViewTest final : public test::Suite {
     QCOMPARE(cancels_, 2);
   }
 
-  void theChoiceIsHandedOver() {
+  void exportsTheChosenOptions() {
     open(sessionIn({"ko", "en"}));
     chooser("File Format")->setCurrentIndex(1);
     chooser("Content")->setCurrentIndex(2);
@@ -121,14 +121,14 @@ class ExportViewTest final : public test::Suite {
     QCOMPARE(exports_[0].language.value_or(QString()), QString("ko"));
   }
 
-  void aSessionWithoutTranslationsOffersNone() {
+  void offersNoTranslationsWithoutThem() {
     open(sessionIn({}));
     QVERIFY(!chooser("Content")->isEnabled());
     QVERIFY(!chooser("Translation Language"));
     QVERIFY(!shows("Translation Language"));
   }
 
-  void aLegacyTranslationHasContentButNoLanguage() {
+  void legacyTranslationHasContentButNoLanguage() {
     CaptionSession session = sessionIn({});
     session.lines[0].legacyTranslation = "x";
     open(session);
@@ -136,7 +136,7 @@ class ExportViewTest final : public test::Suite {
     QVERIFY(!chooser("Translation Language"));
   }
 
-  void jsonKeepsEverything() {
+  void jsonHasNoContentOptions() {
     open(sessionIn({"ko"}));
     QVERIFY(chooser("Content")->isEnabled());
     chooser("File Format")->setCurrentIndex(2);
@@ -154,7 +154,7 @@ class ExportViewTest final : public test::Suite {
     QVERIFY(exports_.empty());
   }
 
-  void everythingStandsInKoreanToo() {
+  void everyTextIsAlsoKorean() {
     Localization::shared().setLanguage(AppLanguage::korean);
     open(sessionIn({"ko"}));
     QVERIFY(chooser("파일 형식"));
@@ -167,7 +167,7 @@ class ExportViewTest final : public test::Suite {
     QVERIFY(shows("원문·모든 번역·시간을 보존하며 Velun에서 다시 열 수 있습니다."));
   }
 
-  void switchingTheLanguageKeepsTheChoice() {
+  void switchingTheLanguageKeepsTheChosenOptions() {
     open(sessionIn({"ko"}));
     chooser("File Format")->setCurrentIndex(1);
     chooser("Translation Language")->setCurrentIndex(1);

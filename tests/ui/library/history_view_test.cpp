@@ -10,6 +10,7 @@
 #include "ui/library/empty_state_view.h"
 #include "ui/library/session_detail_view.h"
 
+#include <QAbstractItemModelTester>
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
@@ -36,7 +37,7 @@ class HistoryViewTest final : public test::Suite {
   std::unique_ptr<HistoryView> view_;
   QStringList calls_;
 
-  /// Writes a session that began so many days before now.
+  /// Writes a session that started `daysAgo` days ago.
   QUrl write(const QString& title, int daysAgo, const QString& text,
              const QString& translation = {}) {
     CaptionSession session;
@@ -71,7 +72,7 @@ class HistoryViewTest final : public test::Suite {
     return texts;
   }
 
-  /// Chooses an entry of a row's context menu; gives what the menu offers.
+  /// Chooses an entry of a row's context menu; returns the texts of the menu.
   QStringList choose(const QModelIndex& row, int entry) const {
     QStringList offered;
     QTimer::singleShot(0, qApp, [&offered, entry] {
@@ -120,16 +121,20 @@ class HistoryViewTest final : public test::Suite {
     actions.deleteSelection = [this](const QList<QUrl>& visible) {
       library_->deleteSelection(visible);
     };
-    view_ = std::make_unique<HistoryView>(*library_, *settings_, actions, clock_, nullptr);
+    view_ = std::make_unique<HistoryView>(*library_, *settings_, actions, clock_);
     view_->resize(960, 620);
     view_->show();
+    // Checks the model on every change.
+    auto* list = view_->findChild<QListView*>("sessions");
+    new QAbstractItemModelTester(list->model(),
+                                 QAbstractItemModelTester::FailureReportingMode::QtTest, list);
   }
   void cleanup() {
     view_.reset();
     library_.reset();
   }
 
-  void anEmptyLibrarySaysSo() {
+  void showsAnEmptyState() {
     reload();
     EmptyStateView* empty = view_->findChild<EmptyStateView*>();
     QVERIFY(empty->isVisible());
@@ -138,7 +143,7 @@ class HistoryViewTest final : public test::Suite {
     QCOMPARE(empty->text(), QString("저장된 세션이 없습니다"));
   }
 
-  void sessionsStandUnderTheirDays() {
+  void groupsSessionsByDay() {
     write("Now", 0, "a", "b");
     write("Before", 1, "a");
     write("Week", 6, "a");
@@ -158,7 +163,7 @@ class HistoryViewTest final : public test::Suite {
              QString("1문장 · 번역 포함"));
   }
 
-  void aNewDayMovesTheSections() {
+  void sectionsChangeOnANewDay() {
     write("Now", 0, "a");
     reload();
     QCOMPARE(rows().first(), QString("Today"));
@@ -166,7 +171,7 @@ class HistoryViewTest final : public test::Suite {
     QCOMPARE(rows().first(), QString("Yesterday"));
   }
 
-  void searchingShowsOnlyMatches() {
+  void searchShowsOnlyMatches() {
     write("Lecture", 0, "The river", "강");
     write("Call", 1, "The sea");
     reload();
@@ -184,7 +189,7 @@ class HistoryViewTest final : public test::Suite {
     QTRY_COMPARE(rows().size(), 4);
   }
 
-  void theSelectedSessionIsShownWithItsMatches() {
+  void selectedSessionHighlightsMatches() {
     const QUrl lecture = write("Lecture", 0, "The river and the River", "강");
     reload();
     list()->setCurrentIndex(list()->model()->index(1, 0));
@@ -197,7 +202,7 @@ class HistoryViewTest final : public test::Suite {
     QTRY_COMPARE(detail()->transcript().textView().extraSelections().size(), 0);
   }
 
-  void assistiveTechnologySelectsWithoutTheCurrentRow() {
+  void screenReadersCanSelectARow() {
     write("Lecture", 0, "river");
     write("Call", 1, "sea");
     reload();
@@ -212,14 +217,14 @@ class HistoryViewTest final : public test::Suite {
     QVERIFY(!action("Delete")->isEnabled());
   }
 
-  void theSearchFieldHasTheKeyboardFirst() {
+  void searchFieldHasTheInitialFocus() {
     QCOMPARE(view_->focusWidget(), search());
     QWidget* next = search()->nextInFocusChain();
     while (next->focusPolicy() == Qt::NoFocus) next = next->nextInFocusChain();
     QCOMPARE(next, list());
   }
 
-  void contentAndLanguageAreChosen() {
+  void contentAndLanguageCanBeChosen() {
     write("Lecture", 0, "The river", "강");
     reload();
     list()->setCurrentIndex(list()->model()->index(1, 0));
@@ -236,7 +241,7 @@ class HistoryViewTest final : public test::Suite {
     QCOMPARE(detail()->language().value_or(QString()), QString("ko"));
   }
 
-  void theTranscriptFollowsTheColoursOfTheDesktop() {
+  void transcriptFollowsTheDesktopColours() {
     write("Lecture", 0, "The river");
     reload();
     list()->setCurrentIndex(list()->model()->index(1, 0));
@@ -250,7 +255,7 @@ class HistoryViewTest final : public test::Suite {
     QTRY_VERIFY(lightness() > 200);
   }
 
-  void theTranscriptIsCopied() {
+  void transcriptCanBeCopied() {
     write("Lecture", 0, "The river", "강");
     reload();
     list()->setCurrentIndex(list()->model()->index(1, 0));
@@ -279,7 +284,7 @@ class HistoryViewTest final : public test::Suite {
     QVERIFY(!detail()->isVisible());
   }
 
-  void theContextMenuActsOnTheSessionUnderThePointer() {
+  void contextMenuActsOnTheSessionUnderThePointer() {
     write("Lecture", 0, "a");
     const QUrl call = write("Call", 1, "b");
     reload();
@@ -295,7 +300,7 @@ class HistoryViewTest final : public test::Suite {
     QVERIFY(!QFile::exists(call.toLocalFile()));
   }
 
-  void aSelectionThatTheSearchHidesIsNotDeleted() {
+  void selectionHiddenByTheSearchIsNotDeleted() {
     write("Lecture", 0, "river");
     write("Call", 1, "sea");
     reload();
@@ -306,7 +311,7 @@ class HistoryViewTest final : public test::Suite {
     QCOMPARE(library_->sessions().size(), std::size_t{2});
   }
 
-  void deletingAWordOfTheSearchDeletesNoSession() {
+  void deletingASearchWordDeletesNoSession() {
     write("Lecture", 0, "river bank");
     reload();
     list()->setCurrentIndex(list()->model()->index(1, 0));
@@ -322,7 +327,7 @@ class HistoryViewTest final : public test::Suite {
     QVERIFY(library_->sessions().empty());
   }
 
-  void theSidebarIsHiddenAndShown() {
+  void sidebarCanBeHiddenAndShown() {
     QVERIFY(view_->isSidebarVisible());
     action("Show/Hide Sidebar")->trigger();
     QVERIFY(!view_->isSidebarVisible());
@@ -330,7 +335,7 @@ class HistoryViewTest final : public test::Suite {
     QVERIFY(view_->isSidebarVisible());
   }
 
-  void everyCommandStandsInKorean() {
+  void everyCommandIsAlsoKorean() {
     Localization::shared().setLanguage(AppLanguage::korean);
     for (const char* text : {"삭제", "내보내기", "파일 열기…", "파일로 저장…",
                              "파일 관리자에서 보기", "새로고침", "사이드바 보기/숨기기"}) {
@@ -349,7 +354,7 @@ class HistoryViewTest final : public test::Suite {
              QString("삭제 (Ctrl+Backspace) · 휴지통으로 이동"));
   }
 
-  void theBannerCountsWhatCouldNotBeRead() {
+  void bannerCountsUnreadableFiles() {
     QFile bad(folder_->filePath("bad.json"));
     QVERIFY(bad.open(QFile::WriteOnly));
     bad.close();

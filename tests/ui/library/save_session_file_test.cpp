@@ -38,7 +38,7 @@ class SaveSessionFileTest final : public test::Suite {
     session_.lines[0].text = "Hello";
   }
 
-  void theSessionIsRenderedIntoTheChosenFile() {
+  void writesTheSessionToTheChosenFile() {
     answer_ = QUrl::fromLocalFile(folder_.filePath("out.json"));
     QVERIFY(save(SessionFormat::json));
     QFile file(answer_->toLocalFile());
@@ -46,7 +46,7 @@ class SaveSessionFileTest final : public test::Suite {
     QCOMPARE(file.readAll(), encodeSession(session_));
   }
 
-  void everyFormatProposesItsNameAndType() {
+  void proposesNameAndTypeOfEachFormat() {
     answer_.reset();
     for (const SessionFormat format : allSessionFormats) save(format);
     QCOMPARE(asked_[0].proposedName, QString("Velun-2025-03-01.md"));
@@ -65,7 +65,7 @@ class SaveSessionFileTest final : public test::Suite {
     QCOMPARE(asked_.size(), std::size_t{1});
   }
 
-  void aFileThatCannotBeWrittenIsAFailureWithItsName() {
+  void writeFailureNamesTheFile() {
     answer_ = QUrl::fromLocalFile(folder_.filePath("missing/out.md"));
     try {
       save(SessionFormat::markdown);

@@ -27,7 +27,7 @@ class SessionRowDelegateTest final : public test::Suite {
   }
 
  private Q_SLOTS:
-  void aTitleOfSeveralLinesStandsInOne() {
+  void drawsAMultilineTitleOnOneLine() {
     QVERIFY(pictureOf("One Two") != pictureOf(""));
     QCOMPARE(pictureOf("One\nTwo"), pictureOf("One Two"));
   }

@@ -43,7 +43,7 @@ class SessionSearchTest final : public test::Suite {
   }
 
  private Q_SLOTS:
-  void anEmptyTextFindsEverythingAtOnce() {
+  void emptyTextFindsEverything() {
     SessionSearch search;
     search.setSessions({session("One", "river"), session("Two", "sea")});
     const auto all = search.matches(QString());
@@ -51,7 +51,7 @@ class SessionSearchTest final : public test::Suite {
     QCOMPARE(titles(*all), QStringList({"One", "Two"}));
   }
 
-  void titlesTextsAndTranslationsAreSearchedWithoutCase() {
+  void searchesTitlesTextsAndTranslationsIgnoringCase() {
     SessionSearch search;
     search.setSessions({session("Lecture", "The river"), session("Call", "The sea", "das Meer"),
                         session("Talk", "Nothing")});
@@ -62,7 +62,7 @@ class SessionSearchTest final : public test::Suite {
     QCOMPARE(found(search, "mountain"), QStringList());
   }
 
-  void accentsCount() {
+  void accentsAreSignificant() {
     SessionSearch search;
     search.setSessions({session("A", "café"), session("B", "cafe"), session("C", "STRASSE")});
     QCOMPARE(found(search, "CAFÉ"), QStringList({"A"}));
@@ -71,7 +71,7 @@ class SessionSearchTest final : public test::Suite {
     QCOMPARE(found(search, "하"), QStringList());
   }
 
-  void aNewSessionIsFoundWithoutSearchingAnew() {
+  void newSessionIsFoundAtOnce() {
     SessionSearch search;
     SavedSessions sessions = {session("One", "river")};
     search.setSessions(sessions);
@@ -82,7 +82,7 @@ class SessionSearchTest final : public test::Suite {
     QCOMPARE(found(search, "river"), QStringList({"One", "Two"}));
   }
 
-  void anOvertakenSearchAnswersWithTheNewSessions() {
+  void outdatedFoldingIsDiscarded() {
     SessionSearch search;
     search.setSessions({session("Old", "river")});
     QVERIFY(!search.matches("river"));
@@ -90,7 +90,7 @@ class SessionSearchTest final : public test::Suite {
     QCOMPARE(found(search, "river"), QStringList({"New"}));
   }
 
-  void matchesAreFoundInPlace() {
+  void matchesHaveRangesInTheText() {
     using Ranges = std::vector<TextRange>;
     QCOMPARE(matchesIn("River, river", "RIVER", 10), Ranges({{0, 5}, {7, 5}}));
     QCOMPARE(matchesIn("die Straße dort", "STRASSE", 10), Ranges({{4, 6}}));

@@ -23,7 +23,7 @@ class SessionSectionsTest final : public test::Suite {
     test::setTimeZone("UTC");
   }
 
-  void sectionsGoByCalendarDays_data() {
+  void sectionsFollowCalendarDays_data() {
     QTest::addColumn<QString>("startedAt");
     QTest::addColumn<QString>("section");
     QTest::newRow("this minute") << "2025-03-20T12:00:00"
@@ -51,7 +51,7 @@ class SessionSectionsTest final : public test::Suite {
     QTest::newRow("last year") << "2024-11-02T12:00:00"
                                << "November 2024";
   }
-  void sectionsGoByCalendarDays() {
+  void sectionsFollowCalendarDays() {
     QFETCH(QString, startedAt);
     QFETCH(QString, section);
     QCOMPARE(sectionTitle(at(startedAt), QDate(2025, 3, 20)), section);
@@ -67,8 +67,8 @@ class SessionSectionsTest final : public test::Suite {
     QCOMPARE(sectionTitle(at("2024-11-02T01:00:00"), today), QString("2024년 11월"));
   }
 
-  void aDayThatLostAnHourIsStillADay() {
-    // New York moved its clocks on at 2 o'clock on 9 March 2025, so that day had 23 hours.
+  void shortDayCountsAsADay() {
+    // Daylight saving time began in New York on 9 March 2025, so that day had 23 hours.
     test::setTimeZone("America/New_York");
     QCOMPARE(sectionTitle(at("2025-03-09T04:30:00Z"), QDate(2025, 3, 9)), QString("Yesterday"));
     QCOMPARE(sectionTitle(at("2025-03-09T05:30:00Z"), QDate(2025, 3, 9)), QString("Today"));

@@ -25,7 +25,7 @@ class SessionTrashTest final : public test::Suite {
  private Q_SLOTS:
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
-  void aFileThatIsGoneIsNotSaidToBeStillThere() {
+  void missingFileIsReportedAsMissing() {
     const QTemporaryDir folder;
     const QUrl gone = QUrl::fromLocalFile(folder.filePath("gone.json"));
     QCOMPARE(failureOf(gone), QString("“gone.json” doesn’t exist."));

@@ -20,7 +20,17 @@
 
 using namespace velun;
 
-namespace {}  // namespace
+namespace {
+
+struct ScriptedNotes final : SettingsNotes {
+  QString captureHiding() const override { return hiding; }
+  QString download() const override { return downloading; }
+
+  QString hiding;
+  QString downloading;
+};
+
+}  // namespace
 
 class SettingsViewTest final : public test::Suite {
   Q_OBJECT
@@ -34,9 +44,7 @@ class SettingsViewTest final : public test::Suite {
   std::unique_ptr<CaptionViewModel> model_;
   std::unique_ptr<SettingsView> view_;
   int folderOpenings_ = 0;
-  QString hidingNote_;
-  QString downloadNote_;
-  std::function<void()> notesChanged_;
+  ScriptedNotes notes_;
 
   void open() {
     settings_ = std::make_unique<AppSettings>(preferences_.get());
@@ -47,18 +55,8 @@ class SettingsViewTest final : public test::Suite {
     model_ = std::make_unique<CaptionViewModel>(*settings_, store,
                                                 std::make_unique<test::ScriptedRecognizer>(script),
                                                 speech_, translation_, clock_);
-    SettingsNotes notes;
-    notes.captureHiding = [this] {
-      return hidingNote_;
-    };
-    notes.download = [this] {
-      return downloadNote_;
-    };
-    notes.listen = [this](const QObject*, const std::function<void()>& changed) {
-      notesChanged_ = changed;
-    };
     view_ = std::make_unique<SettingsView>(
-        *model_, [this] { ++folderOpenings_; }, notes);
+        *model_, [this] { ++folderOpenings_; }, &notes_);
     view_->resize(460, 760);
     view_->show();
   }
@@ -100,8 +98,8 @@ class SettingsViewTest final : public test::Suite {
     Suite::init();
     preferences_ = std::make_unique<test::MemoryPreferences>();
     folderOpenings_ = 0;
-    hidingNote_.clear();
-    downloadNote_.clear();
+    notes_.hiding.clear();
+    notes_.downloading.clear();
     open();
   }
   void cleanup() {
@@ -110,7 +108,7 @@ class SettingsViewTest final : public test::Suite {
     Localization::shared().setLanguage(AppLanguage::english);
   }
 
-  void everySectionAndControlIsThere() {
+  void hasEverySectionAndControl() {
     for (const char* heading : {"Language · 언어", "Captions", "Translation", "Saving Sessions"}) {
       QVERIFY2(shows(QString::fromUtf8(heading)), heading);
     }
@@ -135,7 +133,7 @@ class SettingsViewTest final : public test::Suite {
               "is never saved."));
   }
 
-  void switchingTheLanguageLabelsEverythingAtOnce() {
+  void switchingTheLanguageUpdatesEveryLabel() {
     pick(named<QComboBox>("Language · 언어"), 1);
     QCOMPARE(Localization::shared().language(), AppLanguage::korean);
     constexpr auto kSaving =
@@ -181,7 +179,7 @@ class SettingsViewTest final : public test::Suite {
     QCOMPARE(preferences_->get<bool>("keepOnTop"), std::optional(false));
   }
 
-  void theFontSizesAreTheSevenInTheirOrder() {
+  void offersSevenFontSizesInOrder() {
     QComboBox* sizes = named<QComboBox>("Font Size");
     QCOMPARE(items(sizes), QStringList({"9pt", "11pt", "13pt", "16pt", "20pt", "24pt", "30pt"}));
     QCOMPARE(sizes->currentText(), QString("16pt"));
@@ -189,7 +187,7 @@ class SettingsViewTest final : public test::Suite {
     QCOMPARE(settings_->fontSize(), 30.0);
   }
 
-  void aStoredValueThatIsNotOnTheListIsShownAsItIs() {
+  void storedValueOutsideTheListIsShown() {
     preferences_->set("fontSize", 14.0);
     preferences_->set("localeID", QString("fr_CA"));
     const int writes = preferences_->writes;
@@ -201,7 +199,7 @@ class SettingsViewTest final : public test::Suite {
     QCOMPARE(preferences_->writes, writes);
   }
 
-  void listsThatComeLateWriteNothing() {
+  void listsThatLoadLateWriteNoSetting() {
     const int writes = preferences_->writes;
     loadLists();
     QCOMPARE(items(named<QComboBox>("Translation Language")),
@@ -216,41 +214,41 @@ class SettingsViewTest final : public test::Suite {
     QCOMPARE(settings_->targetID(), QString("es"));
   }
 
-  void aChangeMadeElsewhereIsShown() {
+  void changesMadeElsewhereAreShown() {
     settings_->setUseMic(true);
     QCOMPARE(named<QComboBox>("Input Source")->currentText(), QString("Microphone"));
     settings_->setKeepOnTop(false);
     QVERIFY(!named<QCheckBox>("Keep caption window on top")->isChecked());
   }
 
-  void theInputIsPicked() {
+  void inputCanBeChosen() {
     pick(named<QComboBox>("Input Source"), 1);
     QVERIFY(settings_->useMic());
     pick(named<QComboBox>("Input Source"), 0);
     QVERIFY(!settings_->useMic());
   }
 
-  void notesAboutThisMachineAreShownWhenThereAreAny() {
-    hidingNote_ = "Here the panel goes away while the screen is shared.";
-    QVERIFY(!shows(hidingNote_));
-    notesChanged_();
-    QVERIFY(shows(hidingNote_));
-    downloadNote_ = "Downloading…";
-    notesChanged_();
+  void nonEmptyNotesAreShown() {
+    notes_.hiding = "Here the panel goes away while the screen is shared.";
+    QVERIFY(!shows(notes_.hiding));
+    Q_EMIT notes_.changed();
+    QVERIFY(shows(notes_.hiding));
+    notes_.downloading = "Downloading…";
+    Q_EMIT notes_.changed();
     QVERIFY(shows("Downloading…"));
-    downloadNote_.clear();
-    notesChanged_();
+    notes_.downloading.clear();
+    Q_EMIT notes_.changed();
     QVERIFY(!shows("Downloading…"));
   }
 
-  void theFolderIsOpened() {
+  void folderButtonOpensTheFolder() {
     for (QPushButton* each : view_->findChildren<QPushButton*>()) {
       if (each->text() == "Open Sessions Folder") each->click();
     }
     QCOMPARE(folderOpenings_, 1);
   }
 
-  void everyControlHasAToolTipAndTakesTheKeyboard() {
+  void everyControlHasAToolTipAndTakesFocus() {
     for (QWidget* each : view_->findChildren<QWidget*>()) {
       const bool isControl = qobject_cast<QComboBox*>(each) || qobject_cast<QAbstractButton*>(each);
       if (!isControl || !each->isVisible()) continue;
@@ -259,7 +257,7 @@ class SettingsViewTest final : public test::Suite {
     }
   }
 
-  void everyTextFollowsTheColoursOfTheDesktop() {
+  void everyTextFollowsTheDesktopColours() {
     const auto restore = qScopeGuard([] { QApplication::setPalette(QPalette()); });
     QApplication::setPalette(QPalette(QColor(45, 45, 48), QColor(37, 37, 40)));
     for (const QLabel* each : view_->findChildren<QLabel*>()) {
