@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Eight hours of captions in virtual time, as a user has them: the panel in view, translation on,
-// every line saved. At the end the file and the panel hold what the model holds.
+// Eight hours of captions in simulated time, with a visible panel, translation and automatic saving.
+// At the end the file and the panel must contain all lines of the model.
 #include "measure.h"
 #include "model/session_file/session_file.h"
 #include "ui/caption/panel_stage.h"
@@ -24,7 +24,7 @@ namespace {
 constexpr int kChunks = 20;
 constexpr int kLinesPerChunk = 500;
 constexpr std::chrono::milliseconds kLineTime(2880);
-/// The first chunk, in which everything happens for the first time, does not count.
+/// The first chunk, which includes one-time initialization, does not count.
 constexpr int kCompared = 5;
 
 void speak(PanelStage& stage, int number) {
@@ -41,7 +41,7 @@ void speak(PanelStage& stage, int number) {
 }
 
 struct Day {
-  /// Processor seconds of each chunk of lines.
+  /// CPU seconds of each chunk of lines.
   std::vector<double> seconds;
   /// Bytes on the heap after each chunk.
   std::vector<double> heap;
@@ -60,7 +60,7 @@ Day captionForADay(PanelStage& stage) {
   return day;
 }
 
-/// The least disturbed of a day's first chunks, in microseconds a line.
+/// The fastest of a day's first chunks, in microseconds per line.
 double atStart(const Day& day) {
   const auto begin = day.seconds.begin() + 1;
   return *std::min_element(begin, begin + kCompared) / kLinesPerChunk * 1e6;

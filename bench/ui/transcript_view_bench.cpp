@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A transcript of ten thousand lines, as in the caption panel: what one change costs until it is
-// painted.
+// Measures the time from a change of a transcript of ten thousand lines in the caption panel until
+// it is painted.
 #include "measure.h"
 #include "model/caption_session.h"
 #include "ui/caption/selectable_transcript_text_view.h"
@@ -58,13 +58,13 @@ class Stage {
     session.lines.push_back(std::move(line));
   }
 
-  /// Everything that is due, and the picture.
+  /// Processes all pending events and paints the view.
   void finish() {
     QCoreApplication::processEvents();
     view.textView().viewport()->repaint();
   }
 
-  /// Until nothing is laid out in the background any more.
+  /// Waits until the background layout is complete.
   void rest() {
     for (int same = 0, height = 0; same < 20; ++same) {
       QThread::msleep(10);
@@ -89,8 +89,8 @@ class Stage {
     return times;
   }
 
-  /// Milliseconds of each of `count` changes until the event loop has painted it by itself, in
-  /// ascending order.
+  /// Milliseconds of each of `count` changes until the event loop has painted it, in ascending
+  /// order.
   template <class Change>
   std::vector<double> measureShown(int count, Change change) {
     PaintCount paints(view.textView().viewport());

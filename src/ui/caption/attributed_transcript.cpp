@@ -10,8 +10,8 @@ namespace velun {
 
 namespace {
 
-/// Appends a text as the paragraphs that its own line breaks make of it. Two code points that no
-/// text may hold mark frames in a text document and are shown as unknown characters.
+/// Appends a text, split into paragraphs at its line breaks. Two noncharacters that QTextDocument
+/// uses to mark frames are replaced by the replacement character.
 void appendText(QString text, TranscriptStyle style, TranscriptParagraphs& to) {
   for (const char16_t frameMark : {u'\uFDD0', u'\uFDD1'}) {
     if (text.contains(frameMark)) text.replace(frameMark, QChar::ReplacementCharacter);

@@ -10,7 +10,7 @@ namespace velun {
 
 struct Line;
 
-/// How a paragraph of a transcript is set; its font and colour follow from the inputs.
+/// The style of a paragraph; its font and colour follow from the inputs.
 enum class TranscriptStyle : std::uint8_t { body, meta, translation, placeholder };
 
 /// One paragraph of a transcript. A text has a line break between its paragraphs and none after
@@ -18,7 +18,7 @@ enum class TranscriptStyle : std::uint8_t { body, meta, translation, placeholder
 struct TranscriptParagraph {
   QString text;
   TranscriptStyle style = TranscriptStyle::body;
-  /// What a placeholder's spinner is labelled with; empty on ordinary text.
+  /// The label of a placeholder's spinner; empty for ordinary text.
   QString pendingLabel;
 
   bool operator==(const TranscriptParagraph&) const = default;
@@ -26,13 +26,13 @@ struct TranscriptParagraph {
 
 using TranscriptParagraphs = std::vector<TranscriptParagraph>;
 
-/// The whole transcript, in the interface language of the moment.
+/// The whole transcript, in the current interface language.
 TranscriptParagraphs attributedTranscript(const TranscriptInputs& inputs);
 
-/// Appends what one line is shown as.
+/// Appends the paragraphs of one line.
 void appendLine(const TranscriptInputs& inputs, const Line& line, TranscriptParagraphs& to);
 
-/// Appends what follows the last line: the draft, or the placeholder that stands for it.
+/// Appends the paragraphs after the last line: the draft, or its placeholder.
 void appendDraft(const TranscriptInputs& inputs, TranscriptParagraphs& to);
 
 }  // namespace velun

@@ -10,7 +10,7 @@ namespace velun {
 
 namespace {
 
-// The bottom as a resize sees it.
+// Tolerance for being at the end when the view is resized.
 constexpr int kResizeSlack = 2;
 constexpr std::chrono::milliseconds kIdlePause{4};
 constexpr std::chrono::microseconds kIdleSlice{3000};
@@ -89,12 +89,12 @@ void BottomPinnedScrollView::settleAt(const QTextCursor& text, int above) {
   } while (layOutInView());
 }
 
-/// Tells whether that moved anything.
+/// Returns whether any block height changed.
 bool BottomPinnedScrollView::layOutInView() {
   const int top = verticalScrollBar()->value();
   const int bottom = top + viewport()->height();
   bool moved = false;
-  for (QTextBlock block = layout_.blockAt(top); block.isValid() && layout_.topOf(block) < bottom;
+  for (QTextBlock block = layout_.blockAt(top); block.isValid() && layout_.blockTop(block) < bottom;
        block = block.next()) {
     moved |= layout_.layOut(block);
   }
@@ -122,7 +122,7 @@ void BottomPinnedScrollView::hideEvent(QHideEvent* event) {
 }
 
 void BottomPinnedScrollView::showEvent(QShowEvent* event) {
-  // The toolkit scrolls to the caret when a text is first shown.
+  // QTextEdit scrolls to the cursor when it is first shown.
   keepPlace(isAtBottom(kResizeSlack), [this, event] { QTextEdit::showEvent(event); });
   if (isBehind_) rest_.start();
 }

@@ -10,23 +10,23 @@ namespace velun {
 
 class TranscriptLayout;
 
-/// A scrolling text that keeps its bottom in view when it is resized, and otherwise the text that
-/// is being read. It has what is in view laid out, and the rest done bit by bit when idle.
+/// A scrolling text that, when resized, keeps its end in view if it was there, and otherwise the
+/// text at the top of the view. Lays out the visible part at once and the rest when idle.
 class BottomPinnedScrollView : public QTextEdit {
   Q_OBJECT
 
  public:
-  /// `document` is laid out by `layout`; both outlive the view's use of them.
+  /// `layout` is the layout of `document`; both must outlive the view.
   BottomPinnedScrollView(QTextDocument& document, TranscriptLayout& layout, QWidget* parent);
 
   /// Whether the end of the document is no more than `slack` points below the view.
   bool isAtBottom(int slack) const;
   void scrollToEnd();
 
-  /// Changes the document or the view's size, then scrolls to the end (`pinned`) or back to where
-  /// the same text stands at the same height.
+  /// Calls `change`, then scrolls to the end (`pinned`) or so that the text that was at the top of
+  /// the view is there again.
   void keepPlace(bool pinned, const std::function<void()>& change);
-  /// The same for a document that becomes another one: scrolls back to the same height.
+  /// The same for a change to a different text: restores the scroll position instead.
   void keepOrigin(bool pinned, const std::function<void()>& change);
 
  protected:

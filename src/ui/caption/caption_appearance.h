@@ -7,7 +7,7 @@
 
 namespace velun {
 
-/// The constants that the caption window's parts share. Lengths in points.
+/// Constants shared by the parts of the caption window. Lengths are in points.
 struct CaptionAppearance {
   static constexpr int cornerRadius = 16;
   static constexpr int headerHeight = 44;
@@ -17,7 +17,7 @@ struct CaptionAppearance {
   static constexpr QSize defaultSize{560, 250};
   /// Without the header.
   static constexpr QSize minimumSize{480, 190};
-  /// From the bottom of the screen's free area to the panel at its default place.
+  /// The distance between the bottom of the screen's available area and the panel.
   static constexpr int defaultBottomGap = 60;
 
   static constexpr QColor text{255, 255, 255};

@@ -8,13 +8,14 @@
 
 namespace velun {
 
-/// Decides when the caption panel shows its header: at once while the pointer is over the panel,
-/// a menu of the header is open or the keyboard is in the header, and for 1.5 seconds after all of
-/// that has ended. Main thread.
+/// Decides when the caption panel shows its header: while the pointer is over the panel, a menu of
+/// the header is open or the header has the keyboard focus, and for 1.5 seconds afterwards. Main
+/// thread.
 class CaptionChrome final {
  public:
-  /// `setHeaderVisible` is called only with changes. `isPointerInside`, when set, is asked before
-  /// the header goes: a window manager that moves the panel takes the pointer away meanwhile.
+  /// `setHeaderVisible` is called only with changes. `isPointerInside`, when set, is checked before
+  /// the header is hidden: a window manager that moves the panel grabs the pointer, which looks
+  /// like leaving the panel.
   CaptionChrome(Clock& clock, std::function<void(bool)> setHeaderVisible,
                 std::function<bool()> isPointerInside = {});
 
@@ -24,7 +25,7 @@ class CaptionChrome final {
 
   bool hovering() const { return hovering_; }
   bool menuTracking() const { return menuTracking_; }
-  /// What the panel was last asked for.
+  /// The last value passed to `setHeaderVisible`.
   bool showsChrome() const { return showsChrome_; }
 
  private:

@@ -11,7 +11,7 @@ namespace velun {
 
 namespace {
 
-// A symbol fills its grid, a letter of size 12 does not: 14 looks the same.
+// A symbol fills its grid and a letter does not: 14 looks as large as text of size 12.
 constexpr int kSymbolSize = 14;
 
 }  // namespace

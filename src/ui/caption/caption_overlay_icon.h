@@ -5,7 +5,7 @@
 
 namespace velun {
 
-/// A small symbol that tells of a state of the caption window.
+/// A small symbol that shows a state of the caption window.
 class CaptionOverlayIcon final : public QWidget {
   Q_OBJECT
 
@@ -14,7 +14,7 @@ class CaptionOverlayIcon final : public QWidget {
 
   explicit CaptionOverlayIcon(const QString& systemName, QWidget* parent = nullptr);
 
-  /// The tool tip and the name for screen readers.
+  /// Sets the tool tip and the accessible name.
   void setLabel(const QString& label);
 
  protected:

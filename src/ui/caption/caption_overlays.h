@@ -12,8 +12,8 @@ class CaptionViewModel;
 class Clock;
 class CopyTranscriptButton;
 
-/// What stands over a corner of the transcript while the pointer is there: the states of the
-/// window, and the copy button.
+/// The controls over a corner of the transcript while the pointer is over the panel: icons for the
+/// window's state, and the copy button.
 class CaptionOverlays final : public QWidget {
   Q_OBJECT
 

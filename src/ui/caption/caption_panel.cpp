@@ -15,9 +15,8 @@ namespace velun {
 
 namespace {
 
-// How much of the panel hides what is behind it.
-constexpr float kOverBlur = 0.78F;
-constexpr float kOverSharp = 0.90F;
+constexpr float kOpacityOverBlur = 0.78F;
+constexpr float kOpacityWithoutBlur = 0.90F;
 
 QRegion roundedRegion(const QRect& rect) {
   QPainterPath path;
@@ -33,7 +32,7 @@ CaptionPanel::CaptionPanel(DesktopPlatform& desktop)
   setAttribute(Qt::WA_TranslucentBackground);
   setAttribute(Qt::WA_ShowWithoutActivating);
   setAttribute(Qt::WA_QuitOnClose, false);
-  // It seldom is the active window.
+  // Tool tips must also work in this window, which is rarely active.
   setAttribute(Qt::WA_AlwaysShowToolTips);
   setMinimumSize(CaptionAppearance::minimumSize);
   addEdges();
@@ -68,7 +67,7 @@ void CaptionPanel::addEdges() {
 void CaptionPanel::setContent(QWidget* content) {
   content_ = content;
   content_->setParent(this);
-  // Otherwise its first control gets the keyboard with the window.
+  // Otherwise the first control gets the focus with the window.
   content_->setFocus();
   arrange();
   content_->show();
@@ -121,7 +120,9 @@ void CaptionPanel::updateRegions() {
 QColor CaptionPanel::fill() const {
   const DesktopCapabilities& can = desktop_.capabilities();
   QColor fill = colors_.panel;
-  if (can.compositing && !opaque_) fill.setAlphaF(can.blursBehind ? kOverBlur : kOverSharp);
+  if (can.compositing && !opaque_) {
+    fill.setAlphaF(can.blursBehind ? kOpacityOverBlur : kOpacityWithoutBlur);
+  }
   return fill;
 }
 
@@ -131,7 +132,7 @@ void CaptionPanel::beginMove(const QPoint& globalPosition) {
 
 bool CaptionPanel::event(QEvent* event) {
   if (event->type() == QEvent::Enter) Q_EMIT hoveringChanged(true);
-  // A window that goes away under the pointer is not told that the pointer left.
+  // A window that is hidden under the pointer gets no leave event.
   if (event->type() == QEvent::Leave || event->type() == QEvent::Hide) {
     Q_EMIT hoveringChanged(false);
   }

@@ -12,8 +12,8 @@ namespace velun {
 class DesktopPlatform;
 class PanelEdge;
 
-/// The caption window: frameless, translucent and rounded, above other windows when asked. Does not
-/// take the keyboard when it is shown but can be given it by a click. Resized at its edges.
+/// The caption window: frameless, translucent and rounded, optionally above other windows. Does not
+/// take the focus when it is shown, only when it is clicked. Can be resized at its edges.
 class CaptionPanel final : public QWidget {
   Q_OBJECT
 
@@ -21,29 +21,29 @@ class CaptionPanel final : public QWidget {
   /// `desktop` must outlive the panel.
   explicit CaptionPanel(DesktopPlatform& desktop);
 
-  /// Takes over the content. It keeps its own height at the panel's bottom, so that a lower panel
-  /// cuts it off at the top.
+  /// Takes ownership of the content, which is aligned to the panel's bottom and keeps its own
+  /// height, so that a lower panel clips it at the top.
   void setContent(QWidget* content);
   /// The content's height in points.
   void setContentHeight(int height);
   int contentHeight() const { return contentHeight_; }
 
-  /// `opaque`: nothing behind the panel shows through, whatever the desktop could do.
+  /// `opaque` disables translucency.
   void setColors(const CaptionColors& colors, bool opaque);
 
-  /// Shows the panel in front of the other windows, without taking the keyboard.
+  /// Shows the panel in front of the other windows, without activating it.
   void orderFront(bool keepOnTop);
-  /// Changes the level, at once when it is shown.
+  /// Changes the level; immediately when the panel is shown.
   void setKeepOnTop(bool keepOnTop);
 
-  /// Begins to move the panel with the mouse.
+  /// Starts moving the panel with the mouse.
   void beginMove(const QPoint& globalPosition);
 
  Q_SIGNALS:
   void hoveringChanged(bool hovering);
-  /// It was moved or resized.
+  /// The panel was moved or resized.
   void frameChanged();
-  /// The window manager closed it.
+  /// The window manager closed the panel.
   void closed();
 
  protected:
@@ -58,7 +58,7 @@ class CaptionPanel final : public QWidget {
  private:
   void addEdges();
   void arrange();
-  /// The region that is blurred, or that the window is cut to.
+  /// Updates the blurred region, or the shape of the window.
   void updateRegions();
   QColor fill() const;
 

@@ -8,8 +8,8 @@ namespace velun {
 class CaptionViewModel;
 class TranslationPlatform;
 
-/// What the engine, the translator and the saving have to say, quietly, under the transcript.
-/// Takes no room while there is nothing to say; a text stays until another one replaces it.
+/// The status of the engine, the translator and the recorder, in small text under the transcript.
+/// Takes no room while it is empty; a text stays until another one replaces it.
 class CaptionStatusLine final : public QLabel {
   Q_OBJECT
 
@@ -17,7 +17,7 @@ class CaptionStatusLine final : public QLabel {
   /// Both must outlive the view.
   CaptionStatusLine(CaptionViewModel& model, TranslationPlatform& translation, QWidget* parent);
 
-  /// The room it needs at a width, in points; 0 without a text.
+  /// The height needed at a width, in points; 0 without a text.
   int neededHeight(int width) const;
 
  Q_SIGNALS:

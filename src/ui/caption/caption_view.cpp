@@ -26,7 +26,7 @@ constexpr int kOverlayGap = 10;
 constexpr int kJumpGap = 12;
 constexpr double kHintSize = 13;
 
-/// What covers both.
+/// A change that includes both.
 TranscriptChange merged(const TranscriptChange& a, const TranscriptChange& b) {
   using Lines = TranscriptChange::Lines;
   if (a.lines == Lines::added) return b;
@@ -59,9 +59,9 @@ CaptionView::CaptionView(CaptionViewModel& model, AppCommands& commands,
   connect(transcript_, &TranscriptView::isHeldChanged, this, &CaptionView::updateOverlays);
   connect(jumpButton_, &QAbstractButton::clicked, this, &CaptionView::jump);
   connect(statusLine_, &CaptionStatusLine::textChanged, this, &CaptionView::arrange);
-  // The keyboard comes to the header by `focusNextPrevChild`, back from one of its menus or another
-  // window, and by assistive technology, which gives it to buttons that are out of sight too. A
-  // window that is being hidden passes it around.
+  // The header gets the focus by focusNextPrevChild(), on return from one of its menus or another
+  // window, and from screen readers, which also focus invisible buttons. A window that is being
+  // hidden moves the focus around.
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
     chrome_.setKeyboardInHeader(isVisible() && header_->isAncestorOf(now));
   });
@@ -72,7 +72,7 @@ CaptionView::CaptionView(CaptionViewModel& model, AppCommands& commands,
 }
 
 CaptionView::~CaptionView() {
-  // Its children outlive this part of it; what they report then finds nobody.
+  // The children are destroyed after this object's members; ignore their signals.
   disconnect(qApp, nullptr, this, nullptr);
 }
 
@@ -202,7 +202,7 @@ bool CaptionView::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool CaptionView::focusNextPrevChild(bool next) {
-  // Before the keyboard can go to the header, the header has to be there.
+  // The header must be visible before it can take the focus.
   if (!header_->isVisible()) chrome_.setKeyboardInHeader(true);
   const bool moved = QWidget::focusNextPrevChild(next);
   chrome_.setKeyboardInHeader(header_->isAncestorOf(QApplication::focusWidget()));
@@ -210,7 +210,7 @@ bool CaptionView::focusNextPrevChild(bool next) {
 }
 
 void CaptionView::keyPressEvent(QKeyEvent* event) {
-  // The toolkit's buttons outside of dialogs take the space bar alone.
+  // Outside of dialogs Qt's buttons react only to the space bar.
   auto* button = qobject_cast<QAbstractButton*>(QApplication::focusWidget());
   const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   if (button && isReturn && !event->isAutoRepeat()) {

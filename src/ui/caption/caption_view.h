@@ -22,8 +22,8 @@ class JumpButton;
 class TranscriptView;
 class TranslationPlatform;
 
-/// The whole content of the caption panel: the header, the transcript and what stands over it.
-/// Main thread.
+/// The content of the caption panel: the header, the transcript and the controls over it. Main
+/// thread.
 class CaptionView final : public QWidget {
   Q_OBJECT
 
@@ -38,12 +38,11 @@ class CaptionView final : public QWidget {
   /// The pointer entered or left the panel.
   void setHovering(bool hovering);
 
-  /// Whether the header can be seen at the moment; out of sight it does nothing and cannot be
-  /// reached by keyboard.
+  /// Whether the header is visible. While it is not, it ignores input and cannot be focused.
   void setHeaderInSight(bool inSight);
 
   void setColors(const CaptionColors& colors);
-  /// Rounded menus need a compositor.
+  /// Rounded menus require a compositor.
   void setRoundedMenus(bool rounded);
 
   CaptionHeaderView& header() const { return *header_; }
@@ -76,7 +75,7 @@ class CaptionView final : public QWidget {
   CaptionStatusLine* statusLine_;
   CaptionOverlays* overlays_;
   JumpButton* jumpButton_;
-  // What the next update has to look at; none while no update is due.
+  // The change to show in the next update; nullopt while none is due.
   std::optional<TranscriptChange> due_;
   CaptionColors colors_;
   bool roundedMenus_ = true;

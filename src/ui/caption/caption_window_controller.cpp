@@ -22,15 +22,15 @@ namespace velun {
 
 namespace {
 
-constexpr std::chrono::milliseconds kKeepDelay{500};
+constexpr std::chrono::milliseconds kStoreDelay{500};
 const auto kFrameName = QStringLiteral("CaptionPanel");
-// How much of the panel the pointer needs, in points.
-constexpr int kLeastInView = 16;
+// The part of the panel that must stay on the screen, in points.
+constexpr int kMinInView = 16;
 
 bool canBeReached(const QRect& frame, const QList<QRect>& areas) {
   return std::ranges::any_of(areas, [&frame](const QRect& area) {
     const QRect inView = area & frame;
-    return inView.width() >= kLeastInView && inView.height() >= kLeastInView;
+    return inView.width() >= kMinInView && inView.height() >= kMinInView;
   });
 }
 
@@ -47,7 +47,7 @@ CaptionWindowController::CaptionWindowController(CaptionViewModel& model, AppCom
         return panel_->isVisible() && services_.desktop.isPointerOver(*panel_->windowHandle());
       });
   panel_->setContent(view_);
-  const QRect usual = defaultPanelFrame(freeAreaOf(QApplication::primaryScreen()));
+  const QRect usual = defaultPanelFrame(availableArea(QApplication::primaryScreen()));
   const std::optional<QRect> kept = readFrame(services.frames, kFrameName);
   panel_->setGeometry(kept ? movedIntoView(*kept, freeAreas()) : usual);
   updateContentHeight();
@@ -69,14 +69,14 @@ void CaptionWindowController::connectToPanel() {
           &CaptionPanel::beginMove);
   connect(panel_.get(), &CaptionPanel::frameChanged, this, [this] {
     updateContentHeight();
-    keepFrameLater();
+    storeFrameLater();
   });
   connect(&motion_, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
     if (animatingFrame_) panel_->setGeometry(value.toRect());
   });
   connect(&motion_, &QVariantAnimation::finished, this, &CaptionWindowController::finishMotion);
-  // A window manager may leave but a corner of it on another screen. Queued, because the screen is
-  // among the free areas until then.
+  // The window manager may leave only a corner of the panel visible. Queued, because Qt still lists
+  // the removed screen during the signal.
   connect(
       qApp, &QGuiApplication::screenRemoved, this,
       [this] {
@@ -85,7 +85,7 @@ void CaptionWindowController::connectToPanel() {
       Qt::QueuedConnection);
   connect(qApp, &QCoreApplication::aboutToQuit, this, [this] {
     setHeader(false, false);
-    keepFrame();
+    storeFrame();
   });
 }
 
@@ -144,7 +144,7 @@ void CaptionWindowController::applyVisibility() {
   const bool visible = isShown_ && !suppressed;
   if (visible != panel_->isVisible()) {
     if (visible) {
-      // The screen that it stood on may have gone meanwhile.
+      // Its screen may have been removed while it was hidden.
       const QList<QRect> areas = freeAreas();
       const QRect frame = panel_->geometry();
       const auto holds = [&frame](const QRect& area) {
@@ -153,7 +153,7 @@ void CaptionWindowController::applyVisibility() {
       if (std::ranges::none_of(areas, holds)) panel_->setGeometry(movedIntoView(frame, areas));
       orderFront();
     } else {
-      keepFrame();
+      storeFrame();
       panel_->hide();
     }
   }
@@ -200,15 +200,15 @@ void CaptionWindowController::setHeader(bool visible, bool animated) {
   headerShown_ = visible;
   QRect frame = settledFrame();
   if (visible) {
-    // As far as there is room above: a window manager would otherwise push the whole panel down.
-    const int room = frame.top() - freeAreaOf(panel_->screen()).top();
+    // Limited to the room above: a window manager would otherwise push the whole panel down.
+    const int room = frame.top() - availableArea(panel_->screen()).top();
     headerGrowth_ = std::clamp(room, 0, CaptionAppearance::headerHeight);
     frame.setTop(frame.top() - headerGrowth_);
     view_->setHeaderInSight(true);
   } else {
     panel_->setMinimumHeight(CaptionAppearance::minimumSize.height());
     frame.setTop(frame.top() + std::exchange(headerGrowth_, 0));
-    // It may have been dragged to where only the header was left of it.
+    // It may have been dragged to where only the header was visible.
     const QList<QRect> areas = freeAreas();
     if (!canBeReached(frame, areas)) frame = movedIntoView(frame, areas);
   }
@@ -242,17 +242,17 @@ void CaptionWindowController::finishMotion() {
 void CaptionWindowController::restorePosition() {
   const QScreen* screen = panel_->screen() ? panel_->screen() : QApplication::primaryScreen();
   headerGrowth_ = headerShown_ ? CaptionAppearance::headerHeight : 0;
-  moveTo(defaultPanelFrame(freeAreaOf(screen), headerGrowth_),
+  moveTo(defaultPanelFrame(availableArea(screen), headerGrowth_),
          motionTime(*panel_, CaptionAppearance::headerDuration));
   show();
 }
 
-void CaptionWindowController::keepFrameLater() {
-  keep_ = services_.clock.callAfter(kKeepDelay, [this] { keepFrame(); });
+void CaptionWindowController::storeFrameLater() {
+  storing_ = services_.clock.callAfter(kStoreDelay, [this] { storeFrame(); });
 }
 
-void CaptionWindowController::keepFrame() {
-  keep_.reset();
+void CaptionWindowController::storeFrame() {
+  storing_.reset();
   QRect frame = settledFrame();
   frame.setTop(frame.top() + headerGrowth_);
   writeFrame(services_.frames, kFrameName, frame);

@@ -17,22 +17,22 @@ class DesktopPlatform;
 class PreferenceStore;
 class TranslationPlatform;
 
-/// What the caption window stands on; all of it outlives the controller.
+/// The services that the caption window uses. All must outlive the controller.
 struct CaptionWindowServices {
   DesktopPlatform& desktop;
   TranslationPlatform& translation;
-  /// Where the panel's frame is kept, under "CaptionPanel".
+  /// Stores the panel's frame, under "CaptionPanel".
   PreferenceStore& frames;
   Clock& clock;
 };
 
-/// Owns the caption panel: where it stands, how large it is with and without its header, whether it
-/// is to be seen. One for the run of the program. Main thread.
+/// Owns the caption panel and controls its position, its size with and without the header, and its
+/// visibility. One per run of the program. Main thread.
 class CaptionWindowController final : public QObject {
   Q_OBJECT
 
  public:
-  /// Makes the panel, at its kept frame or the default place, and does not show it. `model` and
+  /// Creates the panel, hidden, at its stored frame or the default position. `model` and
   /// `commands` must outlive the controller.
   CaptionWindowController(CaptionViewModel& model, AppCommands& commands,
                           const CaptionWindowServices& services);
@@ -40,23 +40,23 @@ class CaptionWindowController final : public QObject {
 
   CaptionPanel& panel() const;
 
-  /// Whether the user wants the panel shown. It may still be off the screen: see `isSuppressed`.
+  /// Whether the user has shown the panel. It may still be hidden: see isSuppressed().
   bool isShown() const { return isShown_; }
-  /// Whether a panel that is wanted is kept off the screen because a screen cast runs.
+  /// Whether the shown panel is hidden because a screen cast is running.
   bool isSuppressed() const;
 
-  /// Shows the panel in front of the other windows, without taking the keyboard.
+  /// Shows the panel in front of the other windows, without activating it.
   void show();
   void hide();
   /// Shows a hidden panel and hides a shown one.
   void toggle();
 
-  /// Shows or hides the header: the panel's bottom edge stays where it is.
+  /// Shows or hides the header. The panel's bottom edge stays in place.
   void setHeader(bool visible, bool animated);
   bool headerShown() const { return headerShown_; }
-  /// Fits the height of the panel's content to the panel, unless the header is being animated.
+  /// Adjusts the height of the panel's content to the panel, unless the header is being animated.
   void updateContentHeight();
-  /// Puts the panel back at its default place and size and brings it to the front.
+  /// Moves the panel to its default frame and brings it to the front.
   void restorePosition();
 
  Q_SIGNALS:
@@ -71,12 +71,12 @@ class CaptionWindowController final : public QObject {
   void applyContrast();
   void applyVisibility();
   void orderFront();
-  /// Where the panel stands, or will stand after its movement.
+  /// The panel's frame, or its target frame while it is being animated.
   QRect settledFrame() const;
   void moveTo(const QRect& frame, int milliseconds);
   void finishMotion();
-  void keepFrameLater();
-  void keepFrame();
+  void storeFrameLater();
+  void storeFrame();
 
   CaptionViewModel& model_;
   CaptionWindowServices services_;
@@ -84,13 +84,13 @@ class CaptionWindowController final : public QObject {
   CaptionView* view_ = nullptr;
   bool headerShown_ = false;
   bool animatingHeader_ = false;
-  // How much the panel has grown for its header.
+  // The height added to the panel for its header, in points.
   int headerGrowth_ = 0;
   QVariantAnimation motion_;
   bool animatingFrame_ = false;
   bool isShown_ = false;
   bool wasSuppressed_ = false;
-  std::unique_ptr<ScheduledCall> keep_;
+  std::unique_ptr<ScheduledCall> storing_;
 };
 
 }  // namespace velun

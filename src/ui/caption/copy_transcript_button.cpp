@@ -33,7 +33,7 @@ CopyTranscriptButton::CopyTranscriptButton(std::function<QString()> text, bool c
 void CopyTranscriptButton::paintEvent(QPaintEvent* event) {
   QToolButton::paintEvent(event);
   if (!captionStyle_ || !hasFocus()) return;
-  // The desktop's own is made for its own windows, and hardly seen on the dark panel.
+  // The style's focus ring is hardly visible on the dark panel.
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(QPen(CaptionAppearance::accent, kRing));

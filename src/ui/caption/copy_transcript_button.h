@@ -9,17 +9,17 @@
 
 namespace velun {
 
-/// Copies a whole transcript as plain text and says for two seconds that it did.
+/// Copies a whole transcript as plain text and shows "Copied" for two seconds.
 class CopyTranscriptButton final : public QToolButton {
   Q_OBJECT
 
  public:
-  /// `text` gives the transcript at the moment of the click. `captionStyle`: white on the dark
-  /// panel, symbol only. `clock` must outlive the button.
+  /// `text` is called at each click. `captionStyle` means a white symbol without text, for the dark
+  /// panel. `clock` must outlive the button.
   CopyTranscriptButton(std::function<QString()> text, bool captionStyle, Clock& clock,
                        QWidget* parent = nullptr);
 
-  /// Whether it says "Copied" now.
+  /// Whether it currently shows "Copied".
   bool copied() const { return copied_; }
 
  protected:

@@ -8,7 +8,7 @@
 
 namespace velun {
 
-/// The round button over the transcript that goes to the latest caption. Comes and goes softly.
+/// The round button over the transcript that scrolls to the latest caption. Fades in and out.
 class JumpButton final : public QAbstractButton {
   Q_OBJECT
 
@@ -17,7 +17,7 @@ class JumpButton final : public QAbstractButton {
 
   explicit JumpButton(QWidget* parent);
 
-  /// Whether it is to be seen, now or once it has come.
+  /// Whether the button is shown, or is fading in.
   void setWanted(bool wanted);
   bool isWanted() const { return wanted_; }
 

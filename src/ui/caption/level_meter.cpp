@@ -12,9 +12,9 @@ namespace velun {
 
 namespace {
 
-constexpr int kFrameMilliseconds = 34;  // no more than 30 a second
+constexpr int kFrameMilliseconds = 34;  // at most 30 per second
 constexpr double kBarWidth = 2;
-constexpr double kShortest = 2;
+constexpr double kMinBarHeight = 2;
 constexpr double kCorner = 1;
 
 }  // namespace
@@ -47,7 +47,7 @@ std::vector<QRectF> LevelMeter::bars(const LevelMeterLevels::Heights& heights, Q
   std::vector<QRectF> bars;
   for (int j = 0; j < count; ++j) {
     const auto band = static_cast<std::size_t>(std::abs(j - n));
-    const double height = std::max(size.height() * heights[band], kShortest);
+    const double height = std::max(size.height() * heights[band], kMinBarHeight);
     bars.emplace_back((gap + kBarWidth) * j, (size.height() - height) / 2, kBarWidth, height);
   }
   return bars;

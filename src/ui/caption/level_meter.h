@@ -10,27 +10,27 @@
 
 namespace velun {
 
-/// The bars that move with the captured sound. Moves only while it is visible and there is
-/// something to show. Not for screen readers.
+/// Bars that move with the captured sound. Animates only while it is visible and has something to
+/// show. Hidden from screen readers.
 class LevelMeter final : public QWidget {
   Q_OBJECT
 
  public:
   static constexpr QSize frame{72, 16};
 
-  /// `bands` gives the band levels of the moment in dB, or nothing while captions are off.
+  /// `bands` returns the current band levels in dB, or nothing while captions are off.
   explicit LevelMeter(std::function<std::vector<float>()> bands, QWidget* parent = nullptr);
 
-  /// Whether captions are on: then it keeps looking for levels, else it comes to rest.
+  /// Set whether captions are on: the meter then polls the levels, and otherwise comes to rest.
   void setRunning(bool running);
 
   const LevelMeterLevels& levels() const { return levels_; }
   bool isMoving() const { return timer_.isActive(); }
 
-  /// One frame.
+  /// Advances by one frame.
   void tick();
 
-  /// The bars within a meter of that size, from the leading to the trailing edge.
+  /// The bars of a meter of that size, from the leading to the trailing edge.
   static std::vector<QRectF> bars(const LevelMeterLevels::Heights& heights, QSizeF size);
 
  protected:

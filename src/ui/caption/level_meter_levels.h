@@ -9,20 +9,20 @@
 
 namespace velun {
 
-/// What the level meter shows: the smoothed height of each band's bar, on a scale that follows the
+/// The smoothed heights of the level meter's bars, one per band, on a scale that follows the
 /// loudest band.
 class LevelMeterLevels final {
  public:
   /// Fractions of the meter's height, one per band.
   using Heights = std::array<double, SpectrumBands::bandCount>;
 
-  /// Moves on by one frame with the band levels of the moment, in dB; none while nothing is heard.
+  /// Advances by one frame with the current band levels in dB; empty while there is no sound.
   void advance(std::span<const float> bands);
 
   const Heights& heights() const { return heights_; }
-  /// The running peak in dB; none before the first frame.
+  /// The running peak in dB; nullopt before the first frame.
   std::optional<float> peakDb() const { return peakDb_; }
-  /// Whether further frames without levels would change nothing that can be seen.
+  /// Whether further frames without levels would change nothing visible.
   bool isSettled() const;
 
  private:

@@ -7,7 +7,7 @@ class QWidget;
 
 namespace velun {
 
-/// How long a movement takes, in milliseconds: none where the desktop asks for less motion.
+/// The duration of an animation in milliseconds: `usual`, or 0 with reduced motion.
 int motionTime(const QWidget& widget, std::chrono::milliseconds usual);
 
 }  // namespace velun

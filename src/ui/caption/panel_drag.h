@@ -9,12 +9,12 @@ class QWidget;
 namespace velun {
 
 /// Moves a window, or resizes it at some of its edges, with the mouse: through the window manager
-/// where it does that, else by following the pointer.
+/// where that is supported, otherwise by following the pointer.
 class PanelDrag final {
  public:
-  /// Begins at a press of the left button. No edges: the window is moved.
+  /// Starts at a press of the left button. Without edges the window is moved.
   void begin(QWidget& window, Qt::Edges edges, const QPoint& globalPosition, bool byManager);
-  /// Follows the pointer, unless the window manager does.
+  /// Follows the pointer, unless the window manager moves the window.
   void follow(QWidget& window, const QPoint& globalPosition) const;
   void end() { following_ = false; }
 

@@ -42,7 +42,7 @@ void PanelEdge::place() {
   if (edges_ & Qt::BottomEdge) strip.moveBottom(panel.bottom());
   setGeometry(strip);
   if (corner) {
-    // An angle along the two sides, so that what lies inside the corner can be clicked.
+    // An L shape along both sides, so that controls inside the corner can be clicked.
     QRegion angle(rect());
     const QPoint inward(edges_ & Qt::LeftEdge ? kThickness : -kThickness,
                         edges_ & Qt::TopEdge ? kThickness : -kThickness);

@@ -13,7 +13,7 @@ class PanelEdge final : public QWidget {
   PanelEdge(Qt::Edges edges, QWidget* panel);
 
   Qt::Edges edges() const { return edges_; }
-  /// Takes its place along the panel's present frame.
+  /// Positions the strip along the panel's current frame.
   void place();
 
  Q_SIGNALS:

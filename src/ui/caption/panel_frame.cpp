@@ -13,14 +13,14 @@ constexpr QRect kFallbackArea(0, 0, 1440, 900);
 
 }  // namespace
 
-QRect freeAreaOf(const QScreen* screen) {
+QRect availableArea(const QScreen* screen) {
   return screen ? screen->availableGeometry() : kFallbackArea;
 }
 
-QRect defaultPanelFrame(const QRect& freeArea, int extraHeight) {
+QRect defaultPanelFrame(const QRect& area, int extraHeight) {
   const QSize size = CaptionAppearance::defaultSize + QSize(0, extraHeight);
-  const int left = freeArea.x() + freeArea.width() / 2 - size.width() / 2;
-  const int bottom = freeArea.y() + freeArea.height() - CaptionAppearance::defaultBottomGap;
+  const int left = area.x() + area.width() / 2 - size.width() / 2;
+  const int bottom = area.y() + area.height() - CaptionAppearance::defaultBottomGap;
   return QRect(QPoint(left, bottom - size.height()), size);
 }
 

@@ -7,11 +7,11 @@ class QScreen;
 
 namespace velun {
 
-/// Where the caption panel stands when nothing else is known: in the middle of the free area of a
-/// screen, 60 points above its bottom, with `extraHeight` added to its height at the top.
-QRect defaultPanelFrame(const QRect& freeArea, int extraHeight = 0);
+/// The caption panel's default frame: centred in a screen's available area, 60 points above its
+/// bottom, with `extraHeight` added at the top.
+QRect defaultPanelFrame(const QRect& area, int extraHeight = 0);
 
-/// The free area of the screen, or a rectangle of 1440 × 900 at the origin without a screen.
-QRect freeAreaOf(const QScreen* screen);
+/// The available area of the screen; 1440 × 900 at the origin when `screen` is null.
+QRect availableArea(const QScreen* screen);
 
 }  // namespace velun

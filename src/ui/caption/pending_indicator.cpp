@@ -16,7 +16,7 @@ constexpr int kFrameMilliseconds = 33;
 constexpr double kThickness = 1.5;
 constexpr int kArcDegrees = 260;
 
-/// How far the turn of the moment is, the same for all, from 0 to 1.
+/// Current rotation phase, the same for all spinners, from 0 to 1.
 double phase() {
   const auto now = std::chrono::steady_clock::now().time_since_epoch();
   const auto within = std::chrono::duration_cast<std::chrono::milliseconds>(now) % kTurn;
@@ -46,7 +46,7 @@ void PendingIndicator::paintEvent(QPaintEvent*) {
 }
 
 void PendingIndicator::showEvent(QShowEvent*) {
-  // A desktop that asks for less motion gets a still picture.
+  // With reduced motion the spinner stays still.
   if (motionTime(*this, kTurn) > 0) timer_.start(kFrameMilliseconds, this);
 }
 

@@ -6,8 +6,8 @@
 
 namespace velun {
 
-/// A thin spinner at a text that is still awaited. Lets the mouse through to the text under it. All
-/// spinners turn in phase; it moves only while it is visible.
+/// A thin spinner in place of a pending text. Transparent to the mouse. All spinners rotate in
+/// phase, and only while they are visible.
 class PendingIndicator final : public QWidget {
   Q_OBJECT
 

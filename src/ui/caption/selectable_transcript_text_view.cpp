@@ -19,7 +19,7 @@ namespace velun {
 
 namespace {
 
-constexpr int kLargestSpinner = 16;
+constexpr int kMaxSpinnerSize = 16;
 
 /// The label of a paragraph's placeholder; empty when it has none.
 QString pendingLabel(const QTextBlock& block) {
@@ -71,7 +71,7 @@ void SelectableTranscriptTextView::positionPendingIndicators() {
   const int top = verticalScrollBar()->value();
   const int bottom = top + viewport()->height();
   std::size_t used = 0;
-  for (QTextBlock block = layout_.blockAt(top); block.isValid() && layout_.topOf(block) < bottom;
+  for (QTextBlock block = layout_.blockAt(top); block.isValid() && layout_.blockTop(block) < bottom;
        block = block.next()) {
     const QString label = pendingLabel(block);
     if (label.isEmpty()) continue;
@@ -80,7 +80,7 @@ void SelectableTranscriptTextView::positionPendingIndicators() {
     }
     PendingIndicator* indicator = pendingIndicators_[used++];
     const QRectF line = layout_.lineRect(block.position()).translated(0, -top);
-    const int side = std::min(static_cast<int>(line.height()), kLargestSpinner);
+    const int side = std::min(static_cast<int>(line.height()), kMaxSpinnerSize);
     indicator->setLabel(label);
     indicator->setGeometry(static_cast<int>(line.left()),
                            static_cast<int>(line.center().y()) - side / 2, side, side);
@@ -98,7 +98,7 @@ void SelectableTranscriptTextView::mousePressEvent(QMouseEvent* event) {
 }
 
 void SelectableTranscriptTextView::mouseMoveEvent(QMouseEvent* event) {
-  // After dragging selected text elsewhere the release never arrives.
+  // No release event arrives after dragging selected text to another window.
   if (isSelectingText_ && !event->buttons().testFlag(Qt::LeftButton)) endSelecting();
   BottomPinnedScrollView::mouseMoveEvent(event);
 }

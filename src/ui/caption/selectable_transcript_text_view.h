@@ -13,8 +13,8 @@ namespace velun {
 
 class PendingIndicator;
 
-/// The text of a transcript: can be selected, copied and searched, not edited. Shows a spinner at
-/// each placeholder in view.
+/// The text of a transcript, which can be selected, copied and searched but not edited. Shows a
+/// spinner at each visible placeholder.
 class SelectableTranscriptTextView final : public BottomPinnedScrollView {
   Q_OBJECT
 
@@ -22,22 +22,22 @@ class SelectableTranscriptTextView final : public BottomPinnedScrollView {
   SelectableTranscriptTextView(QTextDocument& document, TranscriptLayout& layout,
                                QWidget* parent = nullptr);
 
-  /// From the press of a mouse button until its release.
+  /// True from the press of the left mouse button until its release.
   bool isSelectingText() const { return isSelectingText_; }
   bool hasSelection() const { return textCursor().hasSelection(); }
   void clearSelection();
 
-  /// White text on the dark panel, without a scroll bar; otherwise the desktop's own look.
+  /// Switches between white text without a scroll bar on the dark panel and the desktop's look.
   void setCaptionStyle(bool captionStyle);
 
-  /// Makes the empty menus for `contextMenu`; without it they look as the desktop's.
+  /// Sets the factory of empty menus for contextMenu(); by default they have the desktop's look.
   void setMenuMaker(std::function<std::unique_ptr<QMenu>()> makeMenu);
-  /// What a click with the other button opens.
+  /// Creates the menu that a right click opens.
   std::unique_ptr<QMenu> contextMenu();
 
-  /// Makes a spinner for each placeholder in view and puts it in its place.
+  /// Recreates the spinners of the visible placeholders.
   void updatePendingIndicators();
-  /// The spinners in view, from the top down.
+  /// The visible spinners, from the top down.
   const std::vector<PendingIndicator*>& pendingIndicators() const { return pendingIndicators_; }
 
  Q_SIGNALS:

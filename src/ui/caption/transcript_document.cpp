@@ -96,12 +96,12 @@ void TranscriptDocument::rewrite(std::size_t first, std::size_t count,
 
 void TranscriptDocument::rewriteAfter(QTextCursor& cursor, std::size_t first, std::size_t count,
                                       std::span<const TranscriptParagraph> paragraphs) const {
-  const auto endOf = [this](std::size_t paragraph) {
+  const auto paragraphEnd = [this](std::size_t paragraph) {
     const QTextBlock block = text_->findBlockByNumber(static_cast<int>(paragraph));
     return block.position() + block.length() - 1;
   };
-  cursor.setPosition(endOf(first - 1));
-  cursor.setPosition(endOf(first + count - 1), QTextCursor::KeepAnchor);
+  cursor.setPosition(paragraphEnd(first - 1));
+  cursor.setPosition(paragraphEnd(first + count - 1), QTextCursor::KeepAnchor);
   cursor.removeSelectedText();
   for (const TranscriptParagraph& paragraph : paragraphs) {
     cursor.insertBlock(formats_.blockFormat(), formats_.charFormat(paragraph.style));

@@ -13,8 +13,8 @@ namespace velun {
 
 class TranscriptLayout;
 
-/// The text document of a transcript view. What it holds always equals a whole replacement by the
-/// paragraphs it was given last, attributes included, though only what differs is changed.
+/// The text document of a transcript view. Changes are incremental, but the result, formats
+/// included, always equals a full replacement of the text by the current paragraphs.
 class TranscriptDocument final {
  public:
   TranscriptDocument();
@@ -25,16 +25,16 @@ class TranscriptDocument final {
   const TranscriptParagraphs& shown() const { return shown_; }
   const TranscriptFormats& formats() const { return formats_; }
 
-  /// Shows `paragraphs` in place of those from `first` on, `count` of them. Gives false, and
-  /// touches nothing, when they are the same. With `test` it only tells.
+  /// Replaces `count` paragraphs starting at `first` by `paragraphs`. Returns false and changes
+  /// nothing when they are equal. With `test` it only compares.
   bool replace(std::size_t first, std::size_t count,
                std::span<const TranscriptParagraph> paragraphs, bool test = false);
 
-  /// Sets everything in other formats, and anew whatever somebody else made of it.
+  /// Rebuilds the text with these formats, which also reverts foreign changes.
   void setFormats(const TranscriptFormats& formats);
 
-  /// False once somebody else wrote into the text, as assistive technology can even where it is
-  /// only to be read; true again after `setFormats`.
+  /// False after the text was changed by other code: screen readers can write even into read-only
+  /// text. True again after setFormats().
   bool isIntact() const { return isIntact_; }
 
  private:

@@ -11,7 +11,7 @@ namespace {
 constexpr double kSmallSystemFontSize = 11.0;
 constexpr double kLineSpacing = 0.15;
 constexpr double kParagraphSpacing = 0.35;
-// On the panel, and on the lighter surfaces of other windows.
+// Opacities on the panel and on the lighter surfaces of other windows.
 constexpr float kCaptionSecondary = 0.65F;
 constexpr float kLabelSecondary = 0.72F;
 // A typographic point is 1/72 inch; a point of the interface is 1/96.

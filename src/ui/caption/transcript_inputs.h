@@ -15,38 +15,38 @@ struct CaptionSession;
 
 /// Everything that decides what a transcript view shows.
 struct TranscriptInputs {
-  /// Only its id and lines are read. Stays where it is until other inputs are given or the view is
-  /// gone; null is an empty session.
+  /// Only its id and lines are read. Must stay valid until other inputs are set or the view is
+  /// destroyed; null means an empty session.
   const CaptionSession* session = nullptr;
-  /// The unfinished caption; empty when there is none.
+  /// The draft; empty without one.
   QString volatileText;
-  /// Of the body text, in points.
+  /// The size of the body text, in points.
   double fontSize = CaptionAppearance::defaultFontSize;
   TranscriptContent content = TranscriptContent::both;
-  /// The translations to show; an absent language is all of them.
+  /// The language of the translations to show; nullopt shows all.
   std::optional<QString> language;
-  /// Each line gets its time, input and language, and an empty line after it.
+  /// Shows each line's time, input and language above it, and an empty line after it.
   bool showsMetadata = false;
-  /// The view stays at the newest text.
+  /// Keeps the newest text in view.
   bool followsLatest = false;
-  /// White on the dark panel; otherwise the desktop's own colours.
+  /// White text on the dark panel instead of the desktop's colours.
   bool captionStyle = false;
-  /// Lines whose translation is still awaited.
+  /// The lines whose translation is pending.
   QSet<QUuid> pendingTranslationIDs;
-  /// A draft is under way that the content leaves out.
+  /// Shows the placeholder of a draft that `content` hides.
   bool showsPendingInput = false;
   /// Each new value scrolls to the end.
   int jumpToLatest = 0;
 };
 
-/// What of a session may differ from what a view was given before.
+/// The lines of a session that may have changed since the view's last update.
 struct TranscriptChange {
   enum class Lines {
-    /// None but lines added at the end.
+    /// Only lines appended at the end.
     added,
-    /// The one at `index`, and lines added at the end.
+    /// The line at `index`, and lines appended at the end.
     one,
-    /// Any.
+    /// Any line.
     all,
   };
   Lines lines = Lines::all;

@@ -14,8 +14,8 @@ namespace velun {
 namespace {
 
 constexpr int kNotLaidOut = -1;
-// A change of more blocks than this is left to be laid out where it comes into view.
-constexpr int kAtOnce = 64;
+// A change of more blocks than this is laid out lazily.
+constexpr int kMaxEagerBlocks = 64;
 
 QList<QTextLayout::FormatRange> selectionsIn(
     const QTextBlock& block, const QList<QAbstractTextDocumentLayout::Selection>& selections) {
@@ -43,7 +43,7 @@ QTextBlock TranscriptLayout::blockAt(int y) const {
   return document()->findBlockByLineNumber(std::clamp(y - verticalInset, 0, std::max(last, 0)));
 }
 
-int TranscriptLayout::topOf(const QTextBlock& block) const {
+int TranscriptLayout::blockTop(const QTextBlock& block) const {
   return verticalInset + block.firstLineNumber();
 }
 
@@ -116,7 +116,7 @@ void TranscriptLayout::documentChanged(int from, int, int charsAdded) {
   const QTextBlock first = document()->findBlock(from);
   const QTextBlock last = document()->findBlock(from + std::max(charsAdded - 1, 0));
   const int lastNumber = last.isValid() ? last.blockNumber() : document()->blockCount() - 1;
-  const bool atOnce = lastNumber - first.blockNumber() < kAtOnce;
+  const bool atOnce = lastNumber - first.blockNumber() < kMaxEagerBlocks;
   QTextBlock block = first;
   for (int number = first.blockNumber(); block.isValid() && number <= lastNumber; ++number) {
     block.setUserState(kNotLaidOut);
@@ -128,7 +128,7 @@ void TranscriptLayout::documentChanged(int from, int, int charsAdded) {
     block = block.next();
   }
   publishSize();
-  Q_EMIT update(QRectF(0, topOf(first), width_, documentSize().height()));
+  Q_EMIT update(QRectF(0, blockTop(first), width_, documentSize().height()));
   if (!atOnce) {
     nextBlock_ = std::min(nextBlock_, first.blockNumber());
     Q_EMIT fellBehind();
@@ -146,7 +146,7 @@ QRectF TranscriptLayout::frameBoundingRect(QTextFrame*) const {
 QRectF TranscriptLayout::blockBoundingRect(const QTextBlock& block) const {
   if (!block.isValid()) return {};
   layOut(block);
-  return QRectF(0, topOf(block), width_, heightOf(block));
+  return QRectF(0, blockTop(block), width_, blockHeight(block));
 }
 
 QRectF TranscriptLayout::lineRect(int position) const {
@@ -161,9 +161,9 @@ int TranscriptLayout::hitTest(const QPointF& point, Qt::HitTestAccuracy accuracy
   const QTextBlock block = blockAt(static_cast<int>(std::floor(point.y())));
   if (!block.isValid()) return accuracy == Qt::ExactHit ? -1 : 0;
   layOut(block);
-  const QPointF inside = point - QPointF(0, topOf(block));
+  const QPointF inside = point - QPointF(0, blockTop(block));
   if (accuracy == Qt::FuzzyHit && point.y() < verticalInset) return block.position();
-  if (accuracy == Qt::FuzzyHit && inside.y() > heightOf(block)) {
+  if (accuracy == Qt::FuzzyHit && inside.y() > blockHeight(block)) {
     return block.position() + block.length() - 1;
   }
   const QTextLayout* layout = block.layout();
@@ -183,17 +183,17 @@ void TranscriptLayout::draw(QPainter* painter, const PaintContext& context) {
   const QRectF clip = context.clip.isValid() ? context.clip : QRectF(QPointF(), documentSize());
   painter->setPen(context.palette.color(QPalette::Text));
   QTextBlock block = blockAt(static_cast<int>(std::floor(clip.top())));
-  int top = topOf(block);
+  int top = blockTop(block);
   while (block.isValid() && top <= clip.bottom()) {
     layOut(block);
-    // Where assistive technology looks for what is in view; drawing counts from there.
+    // Screen readers read the layout's position to find the visible text.
     block.layout()->setPosition(QPointF(0, top));
     block.layout()->draw(painter, QPointF(), selectionsIn(block, context.selections), clip);
     const int cursor = context.cursorPosition - block.position();
     if (cursor >= 0 && cursor < block.length()) {
       block.layout()->drawCursor(painter, QPointF(), cursor);
     }
-    top += heightOf(block);
+    top += blockHeight(block);
     block = block.next();
   }
 }

@@ -7,12 +7,12 @@
 
 namespace velun {
 
-/// Lays out a transcript's paragraphs only when they are needed, so that a change of width or text
-/// costs what is in view and not the length of the transcript. Paragraphs that were not laid out
-/// for the present width keep the height they had, or an estimate; the rest is done in slices.
+/// Lays out a transcript's paragraphs lazily, so that the cost of a change of width or text depends
+/// on the visible part and not on the length of the transcript. Paragraphs that are not laid out
+/// for the current width keep their old height, or an estimate; they are laid out later in slices.
 ///
-/// The document keeps running sums of its blocks' line counts. A block's height in points is kept
-/// there in place of the count, so that places are found in logarithmic time.
+/// QTextDocument keeps running sums of its blocks' line counts. We store a block's height in points
+/// instead of its line count, so that positions are found in logarithmic time.
 class TranscriptLayout final : public QAbstractTextDocumentLayout {
   Q_OBJECT
 
@@ -31,24 +31,24 @@ class TranscriptLayout final : public QAbstractTextDocumentLayout {
   /// Lays the block out if needed.
   QRectF blockBoundingRect(const QTextBlock& block) const override;
 
-  /// The block at a height in the document; the first or last one beyond its ends.
+  /// The block at `y`; the first or last block when `y` is outside the document.
   QTextBlock blockAt(int y) const;
-  /// Where a block begins, from what is known so far.
-  int topOf(const QTextBlock& block) const;
-  int heightOf(const QTextBlock& block) const { return block.lineCount(); }
-  /// Where the line of a position in the text stands; lays its block out.
+  /// The top of a block, from the heights known so far.
+  int blockTop(const QTextBlock& block) const;
+  int blockHeight(const QTextBlock& block) const { return block.lineCount(); }
+  /// The rectangle of the line at a text position; lays out its block.
   QRectF lineRect(int position) const;
 
   bool isLaidOut(const QTextBlock& block) const { return block.userState() == generation_; }
-  /// Lays the block out for the present width, unless it is; tells whether its height changed.
+  /// Lays out the block for the current width if needed. Returns whether its height changed.
   bool layOut(QTextBlock block) const;
-  /// Goes on with what is not laid out yet, for about as long as that; false when all is done.
+  /// Lays out more blocks for about `time`. Returns false when all blocks are laid out.
   bool layOutMore(std::chrono::microseconds time);
-  /// Tells the view the size of the document, if it changed since the last time.
+  /// Emits documentSizeChanged if the size changed since the last call.
   void publishSize();
 
  Q_SIGNALS:
-  /// Blocks were left out of a layout; `layOutMore` gets them done.
+  /// Some blocks are not laid out; call layOutMore().
   void fellBehind();
 
  protected:
@@ -57,7 +57,7 @@ class TranscriptLayout final : public QAbstractTextDocumentLayout {
  private:
   int estimatedHeight(const QTextBlock& block) const;
 
-  // Blocks carry the generation they were laid out in; a new width begins another one.
+  // Stored in each block that is laid out; a new width increments it.
   int generation_ = 1;
   int width_ = 0;
   int publishedHeight_ = -1;

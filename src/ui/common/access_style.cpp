@@ -33,7 +33,7 @@ void drawOutline(QPainter& painter, const QStyleOption& option) {
 
 int AccessStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                            QStyleHintReturn* returned) const {
-  if (still_ && hint == SH_Widget_Animation_Duration) return 0;
+  if (reducedMotion_ && hint == SH_Widget_Animation_Duration) return 0;
   return QProxyStyle::styleHint(hint, option, widget, returned);
 }
 

@@ -5,16 +5,15 @@
 
 namespace velun {
 
-/// Another style as users need it: with lines in the colour of the text around its controls, and
-/// thicker ones in the colour of what is selected around the one that has the keyboard; without
-/// movements.
+/// Adapts a style to accessibility preferences: draws outlines in the text colour around controls
+/// and a thicker one in the highlight colour around the focused control, and stops animations.
 class AccessStyle final : public QProxyStyle {
   Q_OBJECT
 
  public:
-  /// `styleName` is that of a style that the toolkit can make.
-  AccessStyle(const QString& styleName, bool outlines, bool still)
-      : QProxyStyle(styleName), outlines_(outlines), still_(still) {}
+  /// `styleName` is a key of QStyleFactory.
+  AccessStyle(const QString& styleName, bool outlines, bool reducedMotion)
+      : QProxyStyle(styleName), outlines_(outlines), reducedMotion_(reducedMotion) {}
 
   int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                 QStyleHintReturn* returned) const override;
@@ -25,7 +24,7 @@ class AccessStyle final : public QProxyStyle {
 
  private:
   bool outlines_;
-  bool still_;
+  bool reducedMotion_;
 };
 
 }  // namespace velun

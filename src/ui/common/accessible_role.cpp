@@ -12,7 +12,7 @@ namespace {
 
 constexpr auto kRole = "velunAccessibleRole";
 
-/// Whatever is on the screen, there is nothing here for assistive technology.
+/// The interface of a widget that is hidden from screen readers.
 class HiddenWidget final : public QAccessibleWidget {
  public:
   explicit HiddenWidget(QWidget* widget) : QAccessibleWidget(widget, QAccessible::NoRole) {}
@@ -24,8 +24,8 @@ class HiddenWidget final : public QAccessibleWidget {
   }
 };
 
-/// The toolkit's own has no action that opens the menu, and does not have the menu below it, where
-/// assistive technology finds what can be chosen.
+/// Qt's interface has no action that opens the menu, and the menu is not its child, so screen
+/// readers cannot find its items.
 class MenuButton final : public QAccessibleWidget {
  public:
   explicit MenuButton(QToolButton* button)
@@ -54,7 +54,8 @@ class MenuButton final : public QAccessibleWidget {
 
   void doAction(const QString& action) override {
     if (action != showMenuAction()) return QAccessibleWidget::doAction(action);
-    // showMenu returns when the menu is closed. Queued, so that the caller gets its answer first.
+    // Queued: showMenu() returns only when the menu closes, and the screen reader waits for a
+    // reply.
     if (!button_->isEnabled()) return;
     QMetaObject::invokeMethod(button_, &QToolButton::showMenu, Qt::QueuedConnection);
   }
@@ -76,7 +77,7 @@ QAccessibleInterface* makeInterface(const QString&, QObject* object) {
 }  // namespace
 
 void setAccessibleRole(QWidget& widget, QAccessible::Role role) {
-  // The toolkit asks the factories by class name; ours looks at the widget itself.
+  // Qt calls factories with a class name; this one checks the widget's properties instead.
   static const bool isInstalled = (QAccessible::installFactory(makeInterface), true);
   Q_UNUSED(isInstalled)
   widget.setProperty(kRole, int(role));

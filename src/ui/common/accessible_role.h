@@ -8,20 +8,19 @@ class QWidget;
 
 namespace velun {
 
-/// Tells assistive technology what a widget is, where the toolkit takes it for a mere container.
-/// For the widget's constructor: assistive technology asks once. Main thread.
+/// Sets the role that screen readers see, for widgets that Qt reports as plain containers. Call it
+/// in the widget's constructor: screen readers read the role once. Main thread.
 void setAccessibleRole(QWidget& widget, QAccessible::Role role);
 
-/// Lets assistive technology open the menu of a button that opens it as soon as it is pressed: the
-/// toolkit offers that and then does nothing. For when the button is made. Main thread.
+/// Lets screen readers open the menu of a button with InstantPopup; Qt offers that action but does
+/// nothing. Call it when the button is created. Main thread.
 void setOpensMenu(QToolButton& button);
 
-/// Lets a screen reader speak of a notification that is in view and says something else now: it
-/// speaks of one that appears by itself. Main thread.
+/// Makes screen readers announce a visible notification whose text has changed. They announce one
+/// that appears without this. Main thread.
 void announce(QWidget& notification);
 
-/// Keeps a widget that tells nothing in words out of assistive technology's sight. For the widget's
-/// constructor. Main thread.
+/// Hides a decorative widget from screen readers. Call it in the widget's constructor. Main thread.
 void hideFromAccessibility(QWidget& widget);
 
 }  // namespace velun

@@ -37,7 +37,7 @@ QLabel* textLabel(const QString& text, QWidget* parent) {
 
 AlertDialog::AlertDialog(const Question& question) {
   setWindowModality(Qt::ApplicationModal);
-  // The caption panel is above ordinary windows and would cover it.
+  // Otherwise the caption panel, which is above ordinary windows, would cover it.
   setWindowFlag(Qt::WindowStaysOnTopHint);
   setWindowTitle(QStringLiteral("Velun"));
   setAccessibleName(question.message);

@@ -7,15 +7,15 @@
 
 namespace velun {
 
-/// An alert: a message in bold, an explanation under it, and buttons that keep their order. Modal
-/// unless said otherwise; beside the texts a warning sign, or the program's icon.
+/// An alert: a message in bold, an explanation under it, and buttons in a fixed order, beside a
+/// warning sign or the program's icon. Modal by default.
 class AlertDialog final : public QDialog {
   Q_OBJECT
 
  public:
   explicit AlertDialog(const Question& question);
 
-  /// The index of the button that was pressed, or none.
+  /// The index of the pressed button; nullopt when the alert was closed in another way.
   std::optional<int> answer() const { return answer_; }
 
  private:

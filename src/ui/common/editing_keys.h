@@ -5,8 +5,7 @@ class QLineEdit;
 
 namespace velun {
 
-/// Keeps the keys that edit words in a text field for it, although a command of the window has the
-/// same: the toolkit would run the command instead.
+/// Gives a text field's word-editing keys precedence over the same shortcuts of the window.
 void keepEditingKeys(QLineEdit& field);
 
 }  // namespace velun

@@ -14,12 +14,12 @@ namespace {
 
 QString startingFolder() {
   const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-  // The panel would take one that is missing for the name of a file.
+  // The dialog would take a folder that does not exist for a file name.
   return QFileInfo(documents).isDir() ? documents : QDir::homePath();
 }
 
-/// Shows a message under the toolkit's own panel, which has no place for one. The desktop's panel,
-/// which has no layout here, may show it as the label of the name.
+/// Shows a message below Qt's own dialog, which has no place for one. A native dialog has no layout
+/// here; it may show the message as the label of the name.
 void showMessage(QFileDialog& dialog, const QString& message) {
   dialog.setAccessibleDescription(message);
   auto* grid = qobject_cast<QGridLayout*>(dialog.layout());
@@ -34,7 +34,7 @@ QString nameFilter(const QString& name, const QStringList& patterns) {
 }
 
 std::optional<QUrl> chosenFile(QFileDialog& dialog) {
-  // The caption panel is above ordinary windows and would cover it.
+  // Otherwise the caption panel, which is above ordinary windows, would cover it.
   dialog.setWindowFlag(Qt::WindowStaysOnTopHint);
   if (dialog.exec() != QDialog::Accepted || dialog.selectedUrls().isEmpty()) return std::nullopt;
   return dialog.selectedUrls().constFirst();

@@ -53,7 +53,7 @@ FindBar::FindBar(QTextEdit& text, bool captionStyle, QWidget* parent)
   done_ = makeButton(QStringLiteral("xmark"));
   if (captionStyle) {
     setStyleSheet(QString::fromLatin1(kCaptionStyle));
-    // Not in the style sheet, which would halve the colour for the hint.
+    // Not in the style sheet, which would halve the opacity of the placeholder text.
     QPalette colors = field_->palette();
     colors.setColor(QPalette::Text, Qt::white);
     colors.setColor(QPalette::PlaceholderText, kCaptionHint);

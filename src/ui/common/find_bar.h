@@ -11,18 +11,18 @@ namespace velun {
 
 class NoticeLabel;
 
-/// A small bar that finds text in a text view: ignores case, goes round at the ends, closes with
-/// Escape. Hidden at first.
+/// A small bar that searches a text view: ignores case, wraps around, closes with Escape. Initially
+/// hidden.
 class FindBar final : public QWidget {
   Q_OBJECT
 
  public:
-  /// `text` must outlive the bar. `captionStyle`: white on the dark panel.
+  /// `text` must outlive the bar. `captionStyle` means white on the dark panel.
   FindBar(QTextEdit& text, bool captionStyle, QWidget* parent = nullptr);
 
-  /// Shows the bar, with the selected text as what to find, and gives it the keyboard.
+  /// Shows the bar with the selected text as the search text, and focuses it.
   void open();
-  /// Hides the bar and gives the keyboard back to the text.
+  /// Hides the bar and returns the focus to the text.
   void close();
 
   void findNext();

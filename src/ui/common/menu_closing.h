@@ -5,8 +5,8 @@ class QMenu;
 
 namespace velun {
 
-/// Closes the menus that are open when an item of this one is chosen: where assistive technology
-/// chooses it, the toolkit leaves them open, and nothing else can be used. Main thread.
+/// Closes all open menus when an item of this one is triggered. Qt leaves them open when a screen
+/// reader triggers it, which blocks the rest of the interface. Main thread.
 void closeWhenChosen(const QMenu& menu);
 
 }  // namespace velun

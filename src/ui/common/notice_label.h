@@ -5,8 +5,7 @@
 
 namespace velun {
 
-/// A text that screen readers speak of by themselves when it comes or changes. Hidden while it is
-/// empty.
+/// A text that screen readers announce when it appears or changes. Hidden while it is empty.
 class NoticeLabel final : public QLabel {
   Q_OBJECT
 

@@ -17,7 +17,7 @@ QtTranslation::QtTranslation() {
 void QtTranslation::followLanguage() {
   const QString locale = Localization::shared().locale();
   QCoreApplication::removeTranslator(this);
-  // Qt's texts are English in its source: there is nothing to load for that language.
+  // English needs no translation: qtbase_en only adds plural forms.
   if (load("qtbase_" + locale, QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
     QCoreApplication::installTranslator(this);
   }

@@ -8,7 +8,7 @@
 #include <QPalette>
 #include <QSvgRenderer>
 
-// A static library's resources are dropped unless something asks for them, outside any namespace.
+// The linker drops a static library's resources without this, which must be outside any namespace.
 static void loadSymbols() {
   Q_INIT_RESOURCE(symbols);
 }
@@ -19,13 +19,13 @@ namespace {
 
 constexpr double kDisabledOpacity = 0.35;
 
-QString fileOf(const QString& name) {
+QString filePath(const QString& name) {
   static const bool loaded = (loadSymbols(), true);
   Q_UNUSED(loaded);
   return QStringLiteral(":/symbols/") + name;
 }
 
-/// Draws at the size and ratio that are asked for, in the colour of the moment.
+/// Draws at the requested size and ratio, in the current colour.
 class SymbolIconEngine final : public QIconEngine {
  public:
   SymbolIconEngine(QString name, const QColor& color) : name_(std::move(name)), color_(color) {}
@@ -76,7 +76,7 @@ QPixmap symbolPixmap(const QString& name, int points, const QColor& color, qreal
   QPixmap pixmap(QSize(points, points) * ratio);
   pixmap.setDevicePixelRatio(ratio);
   pixmap.fill(Qt::transparent);
-  QSvgRenderer renderer(fileOf(name));
+  QSvgRenderer renderer(filePath(name));
   QPainter painter(&pixmap);
   renderer.render(&painter, QRectF(0, 0, points, points));
   painter.setCompositionMode(QPainter::CompositionMode_SourceIn);

@@ -8,11 +8,11 @@
 
 namespace velun {
 
-/// A line icon of the program's own, by its symbol name ("play.fill"). Follows the text colour of
-/// the interface, light or dark, unless a colour is given; sharp at every scale. Main thread.
+/// One of the program's own line icons, by its symbol name ("play.fill"). Follows the text colour
+/// of the palette unless a colour is given; sharp at every scale. Main thread.
 QIcon symbolIcon(const QString& name, const QColor& color = QColor());
 
-/// The same as a picture of `points` by `points` at a device pixel ratio.
+/// The same icon as a pixmap of `points` by `points` at a device pixel ratio.
 QPixmap symbolPixmap(const QString& name, int points, const QColor& color, qreal ratio);
 
 }  // namespace velun

@@ -12,8 +12,8 @@ namespace velun {
 
 namespace {
 
-/// What a window's title bar and border leave of a screen. The window manager tells how high it
-/// makes them only when the window has its place, so this is what the usual ones take.
+/// The screen's size without a title bar and borders. Their real size is known only after the
+/// window manager has placed the window, so typical values are used.
 QRect contentArea(const QScreen& screen) {
   constexpr int titleBar = 34;
   constexpr int border = 6;

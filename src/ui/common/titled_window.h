@@ -6,15 +6,14 @@
 
 namespace velun {
 
-/// An ordinary window of a given content size around one view; Escape does nothing, closing hides
-/// it. Stands in the middle of the screen when it is first shown, unless it was placed before.
+/// An ordinary window with a given content size around one view. Escape does nothing, closing hides
+/// it. Centred on the screen when first shown, unless it was positioned before.
 class TitledWindow final : public QWidget {
   Q_OBJECT
 
  public:
-  /// A window that is not resizable keeps `size`; it is larger only where the view's texts need
-  /// more, as with large fonts. Both kinds are clamped to what a title bar leaves of the
-  /// screen.
+  /// A window that is not resizable keeps `size`, or grows to fit the view's texts, for example
+  /// with large fonts. Every window is limited to the screen's size without a title bar.
   TitledWindow(std::unique_ptr<QWidget> view, QSize size, bool resizable);
 
  protected:

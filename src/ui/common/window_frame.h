@@ -12,22 +12,22 @@ namespace velun {
 
 class PreferenceStore;
 
-/// A window's frame as it is kept under a name, as "x y width height"; none when there is none or
-/// it is damaged. Main thread.
+/// Reads a window's frame stored under `name` as "x y width height"; nullopt when it is missing or
+/// malformed. Main thread.
 std::optional<QRect> readFrame(const PreferenceStore& frames, const QString& name);
 void writeFrame(PreferenceStore& frames, const QString& name, const QRect& frame);
 
-/// What every screen leaves free for windows.
+/// The available geometry of every screen.
 QList<QRect> freeAreas();
 
-/// A frame that lies within the nearest of the free areas and keeps as much of its place and size
-/// as it can.
+/// Moves a frame into the nearest of the areas, keeping as much of its position and size as
+/// possible.
 QRect movedIntoView(const QRect& frame, const QList<QRect>& areas);
 
-/// Keeps a window's frame, unless it fills the screen. Without a store (null) nothing is kept.
+/// Stores a window's frame, unless it fills the screen. Does nothing when `frames` is null.
 void storeFrame(const QWidget& window, PreferenceStore* frames, const QString& name);
 
-/// Gives a window its kept frame, if there is one, moved so that it can be seen.
+/// Restores a window's stored frame, if there is one, moved onto a screen.
 void restoreFrame(QWidget& window, const PreferenceStore* frames, const QString& name);
 
 }  // namespace velun

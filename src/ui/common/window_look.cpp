@@ -33,17 +33,17 @@ QPalette highContrastPalette(const QPalette& desktops) {
   return palette;
 }
 
-void WindowLook::set(bool highContrast, bool still) {
-  if (highContrast == highContrast_ && still == still_) return;
+void WindowLook::set(bool highContrast, bool reducedMotion) {
+  if (highContrast == highContrast_ && reducedMotion == reducedMotion_) return;
   if (styleName_.isEmpty()) styleName_ = QApplication::style()->name();
-  if (highContrast || still) {
-    QApplication::setStyle(new AccessStyle(styleName_, highContrast, still));
+  if (highContrast || reducedMotion) {
+    QApplication::setStyle(new AccessStyle(styleName_, highContrast, reducedMotion));
   } else {
     QApplication::setStyle(std::exchange(styleName_, QString()));
   }
-  still_ = still;
+  reducedMotion_ = reducedMotion;
   if (std::exchange(highContrast_, highContrast) == highContrast) return;
-  // No palette: the desktop's.
+  // An empty palette restores the desktop's.
   QApplication::setPalette(highContrast ? highContrastPalette(QApplication::palette())
                                         : QPalette());
 }

@@ -6,22 +6,22 @@
 
 namespace velun {
 
-/// Black on white, or white on black where `desktops` is dark; what is selected in a strong colour.
-/// Text that is dimmed to 0.7 of its colour still has a contrast of 7:1.
+/// Black on white, or white on black where the desktop's palette is dark, with a strong colour for
+/// selections. Text at 0.7 opacity still has a contrast of 7:1.
 QPalette highContrastPalette(const QPalette& desktops);
 
-/// The look of all windows: the desktop's own, or the same as users ask for it who cannot use that.
-/// The caption panel has colours of its own. Main thread.
+/// The look of all windows: the desktop's own style, adapted to accessibility preferences. The
+/// caption panel has its own colours. Main thread.
 class WindowLook final {
  public:
-  /// Changes all windows at once. `highContrast`: strong colours and outlines; `still`: no
-  /// movements.
-  void set(bool highContrast, bool still);
+  /// Applies to all windows at once. `highContrast` means strong colours and outlines,
+  /// `reducedMotion` means no animations.
+  void set(bool highContrast, bool reducedMotion);
 
  private:
   bool highContrast_ = false;
-  bool still_ = false;
-  // The desktop's, while another one is in its place.
+  bool reducedMotion_ = false;
+  // The desktop's style while it is replaced; otherwise empty.
   QString styleName_;
 };
 

@@ -13,27 +13,27 @@ class QWidget;
 
 namespace velun {
 
-/// The small window operations that all windows of the program share. Main thread.
+/// Window operations that all windows of the program share. Main thread.
 class WindowPresentation final {
  public:
-  /// Shows the window, brings it to the front and gives it the keyboard.
+  /// Shows the window, brings it to the front and focuses it.
   static void present(QWidget& window);
 
-  /// The one error alert: modal, with `message` as its informative text.
+  /// Shows the error alert: modal, with `message` as its informative text.
   static void showError(const QString& message);
-  /// The same with the error's finished description.
+  /// Shows the error alert with the error's localized description.
   static void showError(const std::exception& error);
 
-  /// Brings the program to the front and asks; returns when it is answered. Gives the index of the
-  /// button, or none when it was closed in another way.
+  /// Brings the program to the front, shows the question and blocks until it is closed. Returns the
+  /// index of the pressed button, or nullopt when it was closed in another way.
   static std::optional<int> ask(const Question& question);
 
-  /// Whether a question or an alert is open: commands from outside are ignored meanwhile.
+  /// Whether a question or an alert is open. External commands are ignored meanwhile.
   static bool isModalOpen();
 
-  /// An ordinary titled window around `view`, which it takes over. `size` is the content's; a
-  /// window that is not resizable keeps it. Stands in the middle of the screen when first shown;
-  /// closing hides it.
+  /// Creates an ordinary titled window that owns `view`. `size` is the size of the content; a
+  /// window that is not resizable keeps it. Centred on the screen when first shown; closing hides
+  /// it.
   static std::unique_ptr<QWidget> makeWindow(const QString& title, QSize size,
                                              std::unique_ptr<QWidget> view, bool resizable);
 };

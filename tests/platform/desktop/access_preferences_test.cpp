@@ -16,7 +16,7 @@ namespace {
 
 constexpr auto kPath = "/org/freedesktop/portal/desktop";
 
-/// The part of the desktop that tells programs of its settings.
+/// A double of the settings portal.
 class FakePortal final : public QObject {
   Q_OBJECT
   Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
@@ -72,7 +72,7 @@ class AccessPreferencesTest final : public test::Suite {
     bus_ = std::make_unique<test::PrivateBus>();
   }
 
-  void whatIsAskedForWhenTheProgramStarts_data() {
+  void readsPreferencesAtStart_data() {
     QTest::addColumn<QString>("group");
     QTest::addColumn<QString>("key");
     QTest::addColumn<QVariant>("value");
@@ -88,7 +88,7 @@ class AccessPreferencesTest final : public test::Suite {
     QTest::newRow("dark theme") << gnome << "gtk-theme" << QVariant("HighContrastInverse") << true;
     QTest::newRow("other theme") << gnome << "gtk-theme" << QVariant("Adwaita") << false;
   }
-  void whatIsAskedForWhenTheProgramStarts() {
+  void readsPreferencesAtStart() {
     QFETCH(QString, group);
     QFETCH(QString, key);
     QFETCH(QVariant, value);
@@ -102,7 +102,7 @@ class AccessPreferencesTest final : public test::Suite {
       QTRY_VERIFY(preference.isContrastHigh());
       return;
     }
-    // What is changed after the answer is heard of after it.
+    // A change that follows the reply takes effect after it.
     QTRY_COMPARE(portal.reads, 1);
     portal.change("org.gnome.desktop.a11y.interface", "high-contrast", true);
     QTRY_VERIFY(preference.isContrastHigh());
@@ -111,7 +111,7 @@ class AccessPreferencesTest final : public test::Suite {
     QTRY_VERIFY(!preference.isContrastHigh());
   }
 
-  void changesAreHeardOfAtOnce() {
+  void changesAreAppliedAtOnce() {
     FakePortal portal(bus_->connect());
     AccessPreferences preference(bus_->connect());
     const QSignalSpy changes(&preference, &AccessPreferences::isContrastHighChanged);
@@ -126,7 +126,7 @@ class AccessPreferencesTest final : public test::Suite {
     QCOMPARE(changes.count(), 2);
   }
 
-  void lessMotionIsAskedForInTwoWays() {
+  void reducedMotionHasTwoSources() {
     FakePortal portal(bus_->connect());
     portal.settings["org.gnome.desktop.interface"]["enable-animations"] = false;
     AccessPreferences preferences(bus_->connect());
@@ -142,7 +142,7 @@ class AccessPreferencesTest final : public test::Suite {
     QCOMPARE(changes.count(), 2);
   }
 
-  void aPortalThatComesLaterIsAsked() {
+  void laterPortalIsRead() {
     AccessPreferences preference(bus_->connect());
     FakePortal portal(bus_->connect());
     portal.settings[kAppearance]["contrast"] = 1U;

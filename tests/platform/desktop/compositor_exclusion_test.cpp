@@ -2,13 +2,12 @@
 #include "platform/desktop/linux/compositor_exclusion.h"
 
 #include "support/private_bus.h"
-#include "support/settle.h"
 #include "support/suite.h"
 
 #include <csignal>
 #include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
-#include <QDBusPendingCall>
 #include <QFile>
 #include <QRegularExpression>
 #include <QScopeGuard>
@@ -19,7 +18,7 @@ using namespace velun;
 
 namespace {
 
-/// KWin's scripting interface, without KWin: it keeps the scripts and answers for them.
+/// A double of KWin's scripting interface that records the scripts and replies for them.
 class FakeScripting final : public QObject {
   Q_OBJECT
   Q_CLASSINFO("D-Bus Interface", "org.kde.kwin.Scripting")
@@ -27,11 +26,11 @@ class FakeScripting final : public QObject {
  public:
   explicit FakeScripting(const QDBusConnection& bus) : bus_(bus) {}
 
-  bool knowsTheProperty = true;
+  bool hasProperty = true;
   QStringList log;
   QString script;
 
-  /// What the script would be run with: pid, title, excluded, service and path.
+  /// The arguments of the script: pid, title, excluded, service and path.
   QString values() const { return QRegularExpression("= \\[(.*)\\];").match(script).captured(1); }
 
  public Q_SLOTS:
@@ -49,7 +48,7 @@ class FakeScripting final : public QObject {
     const QString path = QString(parts.value(4)).remove(u'"');
     QDBusMessage answer =
         QDBusMessage::createMethodCall(service, path, "app.velun.Velun.CaptureExclusion", "answer");
-    answer.setArguments({knowsTheProperty});
+    answer.setArguments({hasProperty});
     bus_.send(answer);
   }
   bool unloadScript(const QString& name) {
@@ -70,30 +69,33 @@ class CompositorExclusionTest final : public test::Suite {
   QString name() const {
     return QStringLiteral("app.velun.Velun.%1").arg(QCoreApplication::applicationPid());
   }
-  /// Waits until everything that `from` has sent to `to` is delivered: the bus keeps the order.
-  static void waitForDelivery(const QDBusConnection& from, const QDBusConnection& to) {
-    const QDBusPendingCall ping = from.asyncCall(
-        QDBusMessage::createMethodCall(to.baseService(), "/", "org.freedesktop.DBus.Peer", "Ping"));
-    VERIFY_SOON(ping.isFinished());
-    test::settle();
+
+  /// Delivers everything that was sent from `sender` to the objects of `receiver`: the bus keeps
+  /// the order, so a reply from it comes after all earlier messages.
+  static void deliver(const QDBusConnection& sender, const QDBusConnection& receiver) {
+    for (const QDBusConnection& bus : {sender, receiver}) {
+      QVERIFY(bus.interface()->isServiceRegistered("org.freedesktop.DBus"));
+    }
+    QCoreApplication::processEvents();
   }
 
  private Q_SLOTS:
   void initTestCase() { bus_ = std::make_unique<test::PrivateBus>(); }
 
-  void withoutKWinItIsNotPossible() {
-    const CompositorExclusion exclusion(bus_->connect());
-    test::settle();
+  void isNotPossibleWithoutKWin() {
+    QDBusConnection own = bus_->connect();
+    const CompositorExclusion exclusion(own);
+    deliver(own, own);
     QVERIFY(!exclusion.isPossible());
   }
 
-  void itAsksForThePanelOnceKWinSaysThatItCan() {
+  void excludesThePanelOnceKWinReportsSupport() {
+    QDBusConnection own = bus_->connect();
     QDBusConnection kwin = bus_->connect();
     FakeScripting scripting(kwin);
     QVERIFY(kwin.registerObject("/Scripting", &scripting, QDBusConnection::ExportAllSlots));
     QVERIFY(kwin.registerService("org.kde.KWin"));
     {
-      const QDBusConnection own = bus_->connect();
       CompositorExclusion exclusion(own);
       const QSignalSpy spy(&exclusion, &CompositorExclusion::isPossibleChanged);
       exclusion.setExcluded("Velun \"Captions\"", true);
@@ -108,14 +110,14 @@ class CompositorExclusionTest final : public test::Suite {
                qPrintable(scripting.values()));
       QVERIFY(scripting.script.contains("excludeFromCapture"));
       exclusion.setExcluded("Velun \"Captions\"", true);
-      waitForDelivery(own, kwin);
+      deliver(own, kwin);
       QCOMPARE(scripting.log.size(), 5);
     }
     QTRY_COMPARE(scripting.log.back(), "unload " + name());
     kwin.unregisterService("org.kde.KWin");
   }
 
-  void aScriptThatCannotBeWrittenMakesItImpossible() {
+  void isNotPossibleWhenTheScriptCannotBeWritten() {
     QDBusConnection kwin = bus_->connect();
     FakeScripting scripting(kwin);
     QVERIFY(kwin.registerObject("/Scripting", &scripting, QDBusConnection::ExportAllSlots));
@@ -135,19 +137,19 @@ class CompositorExclusionTest final : public test::Suite {
     QTRY_COMPARE(scripting.log, (QStringList{"load " + name(), "start", "unload " + name()}));
   }
 
-  void anOlderKWinSaysNo() {
+  void isNotPossibleWithAnOlderKWin() {
+    QDBusConnection own = bus_->connect();
     QDBusConnection kwin = bus_->connect();
     FakeScripting scripting(kwin);
-    scripting.knowsTheProperty = false;
+    scripting.hasProperty = false;
     QVERIFY(kwin.registerObject("/Scripting", &scripting, QDBusConnection::ExportAllSlots));
     QVERIFY(kwin.registerService("org.kde.KWin"));
-    const QDBusConnection own = bus_->connect();
     CompositorExclusion exclusion(own);
     QTRY_COMPARE(scripting.log.size(), 2);
-    waitForDelivery(kwin, own);
+    deliver(kwin, own);
     QVERIFY(!exclusion.isPossible());
     exclusion.setExcluded("Velun Captions", true);
-    waitForDelivery(own, kwin);
+    deliver(own, kwin);
     QCOMPARE(scripting.log.size(), 2);
   }
 

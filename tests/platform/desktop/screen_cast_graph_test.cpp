@@ -28,12 +28,12 @@ class ScreenCastGraphTest final : public test::Suite {
   }
 
  private Q_SLOTS:
-  void whatCompositorsAndPortalsOffer() {
+  void recognizesOffersOfCompositorsAndPortals() {
     QVERIFY(linked(node("Stream/Output/Video", "", "mutter")).isCastRunning());
     QVERIFY(linked(node("Video/Source", "", "xdg-desktop-portal-wlr")).isCastRunning());
   }
 
-  void anOfferThatNobodyLooksAtIsNoCast() {
+  void offerWithoutConsumerIsNotACast() {
     ScreenCastGraph graph;
     graph.addNode(kOffer, node("Stream/Output/Video"));
     QVERIFY(!graph.isCastRunning());
@@ -43,7 +43,7 @@ class ScreenCastGraphTest final : public test::Suite {
     QVERIFY(!graph.isCastRunning());
   }
 
-  void camerasAndSoundAreNoCasts() {
+  void camerasAndSoundAreNotCasts() {
     QVERIFY(!linked(node("Video/Source", "Camera")).isCastRunning());
     QVERIFY(!linked(node("Video/Source", "", "v4l2_input.pci-0000")).isCastRunning());
     QVERIFY(!linked(node("Video/Source", "", "cam", true)).isCastRunning());
@@ -51,7 +51,7 @@ class ScreenCastGraphTest final : public test::Suite {
     QVERIFY(!linked(node("Audio/Source")).isCastRunning());
   }
 
-  void theShellsOwnPreviewsAreNoCasts() {
+  void shellPreviewsAreNotCasts() {
     QVERIFY(!linked(node("Stream/Output/Video"), "plasmashell").isCastRunning());
     ScreenCastGraph graph = linked(node("Stream/Output/Video"), "plasmashell");
     graph.addNode(21,
@@ -60,7 +60,7 @@ class ScreenCastGraphTest final : public test::Suite {
     QVERIFY(graph.isCastRunning());
   }
 
-  void theEndOfTheOfferEndsTheCast() {
+  void castEndsWithItsOffer() {
     ScreenCastGraph graph = linked(node("Stream/Output/Video"));
     graph.remove(kOffer);
     QVERIFY(!graph.isCastRunning());

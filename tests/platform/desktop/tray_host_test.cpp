@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// A StatusNotifier watcher as far as a search sees it. Declares its property, as real ones do.
+/// A double of the StatusNotifier watcher with the property that the search reads.
 class Watcher final : public QObject {
   Q_OBJECT
   Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
@@ -53,7 +53,7 @@ class TrayHostTest final : public test::Suite {
   Q_OBJECT
 
  private Q_SLOTS:
-  void aHostThatIsThereIsFoundAtOnce() {
+  void existingHostIsFoundAtOnce() {
     Fixture fixture;
     fixture.watcher.getHost();
     fixture.watcher.appear();
@@ -65,7 +65,7 @@ class TrayHostTest final : public test::Suite {
     QCOMPARE(fixture.clock.scheduledCount(), std::size_t(0));
   }
 
-  void missingIsToldOnceAfterTwoSeconds() {
+  void missingIsEmittedOnceAfterTwoSeconds() {
     Fixture fixture;
     fixture.host.search();
     fixture.clock.advance(1999ms);
@@ -77,7 +77,7 @@ class TrayHostTest final : public test::Suite {
     QVERIFY(!fixture.host.protocol());
   }
 
-  void aWatcherWithoutAHostIsNotEnough() {
+  void watcherWithoutAHostIsNotEnough() {
     Fixture fixture;
     fixture.watcher.appear();
     fixture.host.search();
@@ -87,7 +87,7 @@ class TrayHostTest final : public test::Suite {
     QTRY_COMPARE(fixture.found.count(), 1);
   }
 
-  void aHostThatComesLaterIsFound() {
+  void laterHostIsFound() {
     Fixture fixture;
     fixture.host.search();
     fixture.clock.advance(5s);
@@ -97,7 +97,7 @@ class TrayHostTest final : public test::Suite {
     QVERIFY(fixture.host.protocol() == TrayHost::Protocol::statusNotifier);
   }
 
-  void withoutABusItIsMissing() {
+  void hostIsMissingWithoutABus() {
     test::ManualClock clock;
     LinuxTrayHost host(clock, QDBusConnection("no such connection"));
     const QSignalSpy missing(&host, &TrayHost::missing);

@@ -40,13 +40,13 @@ class AttributedTranscriptTest final : public test::Suite {
  private Q_SLOTS:
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
-  void nothingYieldsAnEmptyText() {
+  void emptyInputsYieldNoText() {
     const CaptionSession session;
     QVERIFY(attributedTranscript(inputsOf(session)).empty());
     QVERIFY(attributedTranscript({}).empty());
   }
 
-  void listeningStandsAlone() {
+  void listeningPlaceholderIsTheOnlyText() {
     const CaptionSession session;
     TranscriptInputs inputs;
     inputs.session = &session;
@@ -79,7 +79,7 @@ class AttributedTranscriptTest final : public test::Suite {
     QCOMPARE(textOf(inputs), QString("One.\nTwo."));
   }
 
-  void theDraftStandsAfterTheLinesButNotInTranslationMode() {
+  void draftFollowsTheLinesExceptInTranslationMode() {
     CaptionSession session;
     session.lines = {lineOf("One.")};
     TranscriptInputs inputs;
@@ -125,7 +125,7 @@ class AttributedTranscriptTest final : public test::Suite {
     QCOMPARE(textOf(inputs), QString("Computer\nHello.\n").replace("Computer", title(*line.input)));
   }
 
-  void aTextsOwnLineBreaksMakeParagraphs() {
+  void lineBreaksInATextMakeParagraphs() {
     CaptionSession session;
     session.lines = {lineOf("a\nb\r\nc\rd\u2029e")};
     const TranscriptParagraphs paragraphs = attributedTranscript(inputsOf(session));
@@ -153,7 +153,7 @@ class AttributedTranscriptTest final : public test::Suite {
              QColor(Qt::white));
   }
 
-  void anOrdinaryWindowHasTheDesktopsColours() {
+  void ordinaryWindowUsesTheDesktopColours() {
     QPalette palette;
     palette.setColor(QPalette::Text, Qt::darkBlue);
     const TranscriptFormats formats({}, palette);

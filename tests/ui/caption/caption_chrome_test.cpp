@@ -22,7 +22,7 @@ class CaptionChromeTest final : public test::Suite {
   };
 
  private Q_SLOTS:
-  void itShowsAtOnceAndHidesAfterASecondAndAHalf() {
+  void showsAtOnceAndHidesAfterOneAndAHalfSeconds() {
     Stage stage;
     stage.chrome.setHovering(true);
     QCOMPARE(stage.asked, QStringList{"show"});
@@ -34,7 +34,7 @@ class CaptionChromeTest final : public test::Suite {
     QVERIFY(!stage.chrome.showsChrome());
   }
 
-  void comingBackInTimeChangesNothing() {
+  void returningInTimeKeepsTheHeader() {
     Stage stage;
     stage.chrome.setHovering(true);
     stage.chrome.setHovering(false);
@@ -44,7 +44,7 @@ class CaptionChromeTest final : public test::Suite {
     QCOMPARE(stage.asked, QStringList{"show"});
   }
 
-  void anOpenMenuKeepsIt() {
+  void openMenuKeepsTheHeader() {
     Stage stage;
     stage.chrome.setHovering(true);
     stage.chrome.setMenuTracking(true);
@@ -58,7 +58,7 @@ class CaptionChromeTest final : public test::Suite {
     QCOMPARE(stage.asked, (QStringList{"show", "hide"}));
   }
 
-  void theKeyboardInTheHeaderKeepsIt() {
+  void focusInTheHeaderKeepsIt() {
     Stage stage;
     stage.chrome.setKeyboardInHeader(true);
     stage.clock.advance(10s);
@@ -68,7 +68,7 @@ class CaptionChromeTest final : public test::Suite {
     QCOMPARE(stage.asked, (QStringList{"show", "hide"}));
   }
 
-  void aPointerThatWasOnlyGrabbedKeepsIt() {
+  void grabbedPointerKeepsTheHeader() {
     Stage stage;
     stage.pointerInside = true;
     stage.chrome.setHovering(true);

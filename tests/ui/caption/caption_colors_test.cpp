@@ -18,7 +18,7 @@ class CaptionColorsTest final : public test::Suite {
   Q_OBJECT
 
  private:
-  /// A panel over a desktop that shows through.
+  /// A translucent panel.
   struct Stage : PanelStage {
     Stage() {
       DesktopCapabilities can;
@@ -26,7 +26,7 @@ class CaptionColorsTest final : public test::Suite {
       desktop.setCapabilities(can);
       controller->setHeader(true, false);
     }
-    /// Without children.
+    /// Draws the panel without its children.
     QImage painted() const {
       QImage image(panel().size(), QImage::Format_ARGB32);
       image.fill(Qt::transparent);
@@ -36,8 +36,8 @@ class CaptionColorsTest final : public test::Suite {
   };
 
  private Q_SLOTS:
-  void ordinaryColoursReachWhatIsWantedOfText() {
-    // The least favourable desktop behind the panel: white, blurred.
+  void ordinaryColoursReachTheContrastForText() {
+    // The worst background for the panel: white, blurred.
     const CaptionColors colors;
     const int mixed = qRound(colors.panel.red() * 0.78 + 255 * 0.22);
     const QColor behind(mixed, mixed, mixed);
@@ -63,7 +63,7 @@ class CaptionColorsTest final : public test::Suite {
     }
   }
 
-  void thePanelIsOpaqueWhileItIsAskedFor() {
+  void higherContrastMakesThePanelOpaque() {
     Stage stage;
     const QPoint inside(stage.panel().width() / 2, 150);
     QCOMPARE(stage.painted().pixelColor(inside).alpha(), 230);
@@ -75,7 +75,7 @@ class CaptionColorsTest final : public test::Suite {
     QCOMPARE(stage.painted().pixelColor(inside).alpha(), 230);
   }
 
-  void buttonsHaveOutlinesWhileItIsAskedFor() {
+  void higherContrastOutlinesButtons() {
     Stage stage;
     HeaderButton& button = stage.view->header().hideButton();
     const auto side = [&button] {
@@ -91,7 +91,7 @@ class CaptionColorsTest final : public test::Suite {
     QCOMPARE(side(), 0);
   }
 
-  void theRingAroundTheCopyButtonIsSeenOnTheDarkPanel() {
+  void copyButtonFocusRingIsVisible() {
     Stage stage;
     stage.final("One.");
     stage.controller->show();
@@ -113,7 +113,7 @@ class CaptionColorsTest final : public test::Suite {
     }
   }
 
-  void menusOfAPanelThatIsMadeLaterFollow() {
+  void menusOfALaterPanelFollowTheContrast() {
     test::FakeDesktopPlatform desktop;
     desktop.isHighContrast = true;
     PanelStage stage({}, &desktop);
@@ -132,7 +132,7 @@ class CaptionColorsTest final : public test::Suite {
     }
   }
 
-  void submenusAreCutLikeTheirMenus() {
+  void submenusHaveTheShapeOfTheirMenus() {
     PanelStage stage;
     stage.view->setRoundedMenus(false);
     CaptionMenu& menu = stage.view->header().translationMenu();

@@ -40,7 +40,7 @@ class CaptionViewTest final : public test::Suite {
     }
     return texts;
   }
-  /// The menu as it is when it opens.
+  /// The menu after its aboutToShow signal.
   static CaptionMenu& opened(CaptionMenu& menu) {
     Q_EMIT menu.aboutToShow();
     return menu;
@@ -99,7 +99,7 @@ class CaptionViewTest final : public test::Suite {
     QCOMPARE(button.accessibleName(), QString("자막 시작"));
   }
 
-  void hidingTellsTheWayBack() {
+  void hideButtonTellsHowToReopen() {
     PanelStage stage;
     stage.controller->show();
     HeaderButton& button = stage.view->header().hideButton();
@@ -112,7 +112,7 @@ class CaptionViewTest final : public test::Suite {
     QVERIFY(!stage.controller->isShown());
   }
 
-  void theInputIsChosen() {
+  void inputCanBeChosen() {
     PanelStage stage;
     CaptionHeaderView& header = stage.view->header();
     QCOMPARE(header.inputSource().accessibleName(), QString("Input Source"));
@@ -128,7 +128,7 @@ class CaptionViewTest final : public test::Suite {
     QCOMPARE(header.inputSource().toolTip(), QString("입력 소스"));
   }
 
-  void translationIsSetUp() {
+  void translationCanBeSetUp() {
     PanelStage stage;
     stage.locales = {"en_US", "ko_KR"};
     stage.languages = {"es", "ko"};
@@ -159,7 +159,7 @@ class CaptionViewTest final : public test::Suite {
     QCOMPARE(header.translation().accessibleName(), QString("번역 켜짐 · 스페인어"));
   }
 
-  void theSessionMenuActsOnTheCurrentSession() {
+  void sessionMenuActsOnTheCurrentSession() {
     PanelStage stage;
     CaptionHeaderView& header = stage.view->header();
     QCOMPARE(header.session().accessibleName(), QString("Session & Settings"));
@@ -177,7 +177,7 @@ class CaptionViewTest final : public test::Suite {
              (QStringList{"현재 세션 저장", "저장 기록…", "내보내기…", "새 세션", "설정…"}));
   }
 
-  void theSaveButtonFollowsTheFile() {
+  void saveButtonFollowsTheFile() {
     PanelStage stage;
     SessionSaveButton& button = stage.view->header().saveButton();
     QVERIFY(!button.saved());
@@ -206,7 +206,7 @@ class CaptionViewTest final : public test::Suite {
     QCOMPARE(button.toolTip(), QString("세션 저장됨 · 기록 보기"));
   }
 
-  void theTextsMenuLooksAsTheHeaders() {
+  void textMenuLooksLikeTheHeaderMenus() {
     PanelStage stage;
     const std::unique_ptr<QMenu> menu = stage.view->transcript().textView().contextMenu();
     QVERIFY(qobject_cast<CaptionMenu*>(menu.get()));
@@ -215,7 +215,7 @@ class CaptionViewTest final : public test::Suite {
     QVERIFY(!qobject_cast<CaptionMenu*>(elsewhere.textView().contextMenu().get()));
   }
 
-  void aMenuKeepsTheHeader() {
+  void openMenuKeepsTheHeader() {
     PanelStage stage;
     stage.view->setHovering(true);
     Q_EMIT stage.view->header().sessionMenu().aboutToShow();
@@ -229,7 +229,7 @@ class CaptionViewTest final : public test::Suite {
     QVERIFY(!stage.controller->headerShown());
   }
 
-  void theKeyboardComesBackToTheHeaderFromItsMenus() {
+  void focusReturnsToTheHeaderFromItsMenus() {
     PanelStage stage;
     stage.controller->show();
     stage.panel().activateWindow();
@@ -244,7 +244,7 @@ class CaptionViewTest final : public test::Suite {
     QVERIFY(menu.hasFocus());
     QTest::keyClick(&menu, Qt::Key_Escape);
     QVERIFY(!menu.isVisible());
-    // A window manager would not have taken it from the panel.
+    // A window manager would have left the focus in the panel.
     stage.panel().activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&stage.panel()));
     QVERIFY(header.inputSource().hasFocus());
@@ -253,7 +253,7 @@ class CaptionViewTest final : public test::Suite {
     QVERIFY(header.inputSource().hasFocus());
   }
 
-  void theHeaderComesWhenAssistiveTechnologyGoesToItsButtons() {
+  void screenReaderFocusShowsTheHeader() {
     PanelStage stage;
     stage.controller->show();
     stage.panel().activateWindow();
@@ -271,7 +271,7 @@ class CaptionViewTest final : public test::Suite {
     QVERIFY(!button.isVisible());
   }
 
-  void theTranscriptFollowsTheModel() {
+  void transcriptFollowsTheModel() {
     PanelStage stage;
     stage.start();
     stage.final("One. Two.");
@@ -304,7 +304,7 @@ class CaptionViewTest final : public test::Suite {
     QVERIFY(!stage.translation.scripts[1]->isOpen);
   }
 
-  void translationOnlyShowsWhatIsListenedTo() {
+  void translationModeShowsTheListeningPlaceholder() {
     PanelStage stage;
     stage.start();
     stage.settings.setTranslate(true);
@@ -316,7 +316,7 @@ class CaptionViewTest final : public test::Suite {
     QCOMPARE(shown(stage), QString(" \n "));
   }
 
-  void theFontSizeIsFollowed() {
+  void fontSizeFollowsTheSetting() {
     PanelStage stage;
     stage.final("One.");
     stage.settings.setFontSize(24);
@@ -326,7 +326,7 @@ class CaptionViewTest final : public test::Suite {
     QCOMPARE(cursor.charFormat().fontPointSize(), 18.0);
   }
 
-  void theJumpButtonGoesToTheEnd() {
+  void jumpButtonScrollsToTheEnd() {
     PanelStage stage;
     for (int i = 0; i < 60; ++i) stage.final(QStringLiteral("Line %1.").arg(i));
     stage.panel().setAttribute(Qt::WA_DontShowOnScreen);
@@ -350,7 +350,7 @@ class CaptionViewTest final : public test::Suite {
     QTRY_VERIFY(!button.isVisible());
   }
 
-  void heldTextCanBeJumpedTo() {
+  void jumpButtonShowsHeldText() {
     PanelStage stage;
     stage.final("One.");
     settle();
@@ -363,7 +363,7 @@ class CaptionViewTest final : public test::Suite {
     QVERIFY(!stage.view->jumpButton().isWanted());
   }
 
-  void everythingThatIsSaidIsShown() {
+  void everyAnnouncedTextIsShown() {
     PanelStage stage;
     const CaptionStatusLine& line = stage.view->statusLine();
     QCOMPARE(line.neededHeight(500), 0);
@@ -384,7 +384,7 @@ class CaptionViewTest final : public test::Suite {
     QVERIFY(line.text().isEmpty());
   }
 
-  void aScreenReaderHearsOnceOfWhatIsSaid() {
+  void screenReadersAnnounceEachTextOnce() {
     static QStringList heard;
     heard.clear();
     PanelStage stage;
@@ -408,7 +408,7 @@ class CaptionViewTest final : public test::Suite {
     QCOMPARE(heard, (QStringList{"Downloading speech model…", "Recognition is falling behind"}));
   }
 
-  void theCopyButtonCopiesTheTranscript() {
+  void copyButtonCopiesTheTranscript() {
     PanelStage stage;
     stage.start();
     stage.final("One.");
@@ -428,7 +428,7 @@ class CaptionViewTest final : public test::Suite {
     QCOMPARE(button.accessibleName(), QString("전체 복사"));
   }
 
-  void overlaysTellTheWindowsState() {
+  void overlaysShowTheWindowState() {
     PanelStage stage;
     const CaptionOverlays& overlays = stage.view->overlays();
     QVERIFY(!overlays.isVisibleTo(stage.view));

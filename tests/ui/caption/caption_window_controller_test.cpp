@@ -27,12 +27,12 @@ class CaptionWindowControllerTest final : public test::Suite {
  private Q_SLOTS:
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
-  void theDefaultPlaceWithoutAScreen() {
-    // 60 points above the bottom of 900, from the top.
-    QCOMPARE(defaultPanelFrame(freeAreaOf(nullptr)), QRect(440, 590, 560, 250));
+  void defaultPositionWithoutAScreen() {
+    // 60 points above the bottom of a screen of 900; y counts from the top.
+    QCOMPARE(defaultPanelFrame(availableArea(nullptr)), QRect(440, 590, 560, 250));
   }
 
-  void itStandsAtTheDefaultPlaceAndIsNotShown() {
+  void startsHiddenAtTheDefaultPosition() {
     PanelStage stage;
     QCOMPARE(stage.panel().geometry(), defaultPanelFrame(area()));
     QVERIFY(!stage.panel().isVisible());
@@ -43,7 +43,7 @@ class CaptionWindowControllerTest final : public test::Suite {
     QCOMPARE(stage.panel().windowTitle(), QString("Velun 자막"));
   }
 
-  void theContentIsTallerThanThePanelByTheHeader() {
+  void contentIsTallerThanThePanelByTheHeader() {
     PanelStage stage;
     QCOMPARE(stage.panel().contentHeight(), 294);
     QCOMPARE(stage.view->geometry(), QRect(0, -44, 560, 294));
@@ -55,7 +55,7 @@ class CaptionWindowControllerTest final : public test::Suite {
     QCOMPARE(stage.panel().contentHeight(), 400);
   }
 
-  void theHeaderGrowsThePanelOnceAndUpwards() {
+  void headerGrowsThePanelUpwardsOnce() {
     PanelStage stage;
     const int bottom = bottomOf(stage);
     stage.controller->setHeader(true, false);
@@ -69,7 +69,7 @@ class CaptionWindowControllerTest final : public test::Suite {
     QCOMPARE(stage.panel().minimumHeight(), 190);
   }
 
-  void theBottomStaysWhileTheHeaderMoves() {
+  void bottomStaysWhileTheHeaderMoves() {
     PanelStage stage;
     stage.animateHeader();
     stage.controller->show();
@@ -80,7 +80,7 @@ class CaptionWindowControllerTest final : public test::Suite {
       QCOMPARE(stage.panel().contentHeight(), 294);
       heights << stage.panel().height();
     });
-    // A busy machine shows few steps of a movement.
+    // A busy machine may skip steps of the animation.
     while (heights.size() < 3) {
       stage.controller->setHeader(false, false);
       heights.clear();
@@ -96,7 +96,7 @@ class CaptionWindowControllerTest final : public test::Suite {
     QCOMPARE(bottomOf(stage), bottom);
   }
 
-  void aResizeWhileTheHeaderGoesWaitsForItsEnd() {
+  void resizeWaitsForTheHeaderToHide() {
     const PanelStage stage;
     stage.animateHeader();
     stage.controller->show();
@@ -106,7 +106,7 @@ class CaptionWindowControllerTest final : public test::Suite {
     stage.controller->setHeader(false, true);
     stage.panel().resize(600, 320);
     QCOMPARE(stage.panel().contentHeight(), 344);
-    // It goes out of sight at the end of the movement.
+    // It is hidden at the end of the animation.
     QTRY_VERIFY(!stage.view->header().isVisible());
     QCOMPARE(stage.panel().height(), 300);
     QCOMPARE(stage.panel().contentHeight(), 344);
@@ -114,7 +114,7 @@ class CaptionWindowControllerTest final : public test::Suite {
     QCOMPARE(stage.panel().contentHeight(), 364);
   }
 
-  void withoutRoomAboveThePanelKeepsItsBottom() {
+  void panelWithoutRoomAboveKeepsItsBottom() {
     PanelStage stage;
     stage.panel().setGeometry(area().x() + 10, area().y() + 20, 560, 250);
     const int bottom = bottomOf(stage);
@@ -125,7 +125,7 @@ class CaptionWindowControllerTest final : public test::Suite {
     QCOMPARE(stage.panel().geometry(), QRect(area().x() + 10, area().y() + 20, 560, 250));
   }
 
-  void aPanelOfWhichOnlyTheHeaderWasInViewComesBackWithoutIt() {
+  void panelWithOnlyItsHeaderInViewReturnsWithoutIt() {
     PanelStage stage;
     stage.controller->show();
     stage.controller->setHeader(true, false);
@@ -133,7 +133,7 @@ class CaptionWindowControllerTest final : public test::Suite {
     stage.panel().setGeometry(area().x() + 10, low, 560, 294);
     stage.controller->setHeader(false, false);
     QCOMPARE(stage.panel().geometry(), QRect(area().x() + 10, area().bottom() + 1 - 250, 560, 250));
-    // What is left in view may stay.
+    // A panel that is partly visible stays in place.
     const QRect half(area().x() + 10, area().bottom() + 1 - 100, 560, 250);
     stage.panel().setGeometry(half);
     stage.controller->setHeader(true, false);
@@ -141,7 +141,7 @@ class CaptionWindowControllerTest final : public test::Suite {
     QCOMPARE(stage.panel().geometry(), half);
   }
 
-  void restoringThePlaceCountsTheHeader() {
+  void restoringThePositionAccountsForTheHeader() {
     PanelStage stage;
     stage.controller->show();
     stage.panel().setGeometry(20, 20, 700, 300);
@@ -154,14 +154,14 @@ class CaptionWindowControllerTest final : public test::Suite {
     QCOMPARE(stage.panel().height(), 294);
   }
 
-  void restoringThePlaceShowsAHiddenPanel() {
+  void restoringThePositionShowsAHiddenPanel() {
     PanelStage stage;
     stage.controller->restorePosition();
     QVERIFY(stage.panel().isVisible());
     QVERIFY(stage.controller->isShown());
   }
 
-  void theFrameIsKeptWithoutTheHeader() {
+  void frameIsStoredWithoutTheHeader() {
     test::MemoryPreferences frames;
     QRect frame;
     {
@@ -178,7 +178,7 @@ class CaptionWindowControllerTest final : public test::Suite {
     QVERIFY(!again.controller->headerShown());
   }
 
-  void quittingUnderThePointerKeepsThePanelWithoutItsHeader() {
+  void quittingUnderThePointerStoresTheFrameWithoutTheHeader() {
     test::MemoryPreferences frames;
     QRect frame;
     {
@@ -195,7 +195,7 @@ class CaptionWindowControllerTest final : public test::Suite {
     QVERIFY(!again.controller->headerShown());
   }
 
-  void aFrameThatIsOnNoScreenComesBack() {
+  void frameOnNoScreenIsMovedOntoOne() {
     test::MemoryPreferences frames;
     writeFrame(frames, "CaptionPanel", QRect(9000, 9000, 560, 250));
     const PanelStage stage({}, nullptr, &frames);
@@ -203,14 +203,14 @@ class CaptionWindowControllerTest final : public test::Suite {
     QCOMPARE(stage.panel().size(), QSize(560, 250));
   }
 
-  void aPanelWhoseScreenHasGoneComesBackWhenItIsShown() {
+  void panelOfARemovedScreenReturnsWhenShown() {
     PanelStage stage;
     stage.panel().setGeometry(-4000, 100, 560, 250);
     stage.controller->show();
     QVERIFY(area().contains(stage.panel().geometry()));
   }
 
-  void hidingUnderThePointerTakesTheHeaderAway() {
+  void hidingUnderThePointerHidesTheHeader() {
     PanelStage stage;
     stage.controller->show();
     stage.view->setHovering(true);
@@ -221,7 +221,7 @@ class CaptionWindowControllerTest final : public test::Suite {
     QCOMPARE(stage.panel().height(), 250);
   }
 
-  void preferencesActOnTheOpenPanelAtOnce() {
+  void preferencesApplyToTheOpenPanelAtOnce() {
     PanelStage stage;
     stage.controller->show();
     QCOMPARE(stage.desktop.calls.first(), QString("prepare floating"));
@@ -240,7 +240,7 @@ class CaptionWindowControllerTest final : public test::Suite {
     QVERIFY(stage.panel().isVisible());
   }
 
-  void aRunningCastKeepsAWantedPanelOffTheScreen() {
+  void screenCastHidesThePanel() {
     PanelStage stage([](AppSettings& settings) { settings.setHideFromScreenSharing(true); });
     DesktopCapabilities can;
     can.captureHiding = CaptureHiding::whileCasting;
@@ -253,7 +253,7 @@ class CaptionWindowControllerTest final : public test::Suite {
     QVERIFY(stage.controller->isShown());
     QVERIFY(stage.controller->isSuppressed());
     QCOMPARE(spy.count(), 1);
-    // The wish can change, but puts nothing into the cast.
+    // The panel can be shown and hidden, but stays off the screen during the cast.
     stage.controller->toggle();
     QVERIFY(!stage.controller->isShown());
     stage.controller->toggle();
@@ -268,7 +268,7 @@ class CaptionWindowControllerTest final : public test::Suite {
     QVERIFY(!stage.desktop.isWatching);
   }
 
-  void whereTheCompositorHidesItTheCastDoesNotMatter() {
+  void screenCastIsIgnoredWhereTheCompositorHidesThePanel() {
     PanelStage stage([](AppSettings& settings) { settings.setHideFromScreenSharing(true); });
     DesktopCapabilities can;
     can.captureHiding = CaptureHiding::compositor;
@@ -279,7 +279,7 @@ class CaptionWindowControllerTest final : public test::Suite {
     QVERIFY(!stage.desktop.isWatching);
   }
 
-  void withoutACompositorThePanelIsCutToItsShape() {
+  void panelIsClippedWithoutACompositor() {
     PanelStage stage;
     stage.controller->show();
     QVERIFY(!stage.desktop.shape.isEmpty());
@@ -294,7 +294,7 @@ class CaptionWindowControllerTest final : public test::Suite {
     QVERIFY(stage.desktop.blur.contains(QPoint(280, 125)));
   }
 
-  void closingThePanelDoesNotEndTheProgram() {
+  void closingThePanelDoesNotQuit() {
     const PanelStage stage;
     QVERIFY(!stage.panel().testAttribute(Qt::WA_QuitOnClose));
     QVERIFY(stage.panel().testAttribute(Qt::WA_ShowWithoutActivating));

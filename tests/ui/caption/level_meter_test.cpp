@@ -25,7 +25,7 @@ class LevelMeterTest final : public test::Suite {
     }
   }
 
-  void aBandAtThePeakReachesItsShareOfTheHeight() {
+  void bandAtThePeakReachesItsShareOfTheHeight() {
     LevelMeterLevels levels;
     for (int i = 0; i < 500; ++i) levels.advance(all(-20));
     QCOMPARE(levels.peakDb().value(), -20.0F);
@@ -33,7 +33,7 @@ class LevelMeterTest final : public test::Suite {
     QVERIFY(std::abs(LevelMeter::bars(levels.heights(), QSizeF(72, 16))[10].height() - 7.2) < 1e-4);
   }
 
-  void thePeakDecaysSlowly() {
+  void peakDecaysSlowly() {
     LevelMeterLevels levels;
     levels.advance(all(-20));
     levels.advance(all(-60));
@@ -54,7 +54,7 @@ class LevelMeterTest final : public test::Suite {
     QVERIFY(std::abs(levels.heights()[0] - risen * 0.88) < 1e-9);
   }
 
-  void theScaleSpansFortyFiveDecibels() {
+  void scaleSpansFortyFiveDecibels() {
     LevelMeterLevels levels;
     std::vector<float> bands = all(-20);
     bands[1] = -42.5F;
@@ -84,7 +84,7 @@ class LevelMeterTest final : public test::Suite {
     QCOMPARE(bars.back().right(), 72.0);
   }
 
-  void itMovesOnlyWhileThereIsSomethingToShow() {
+  void animatesOnlyWithSomethingToShow() {
     std::vector<float> bands;
     LevelMeter meter([&bands] { return bands; });
     QVERIFY(!meter.isMoving());

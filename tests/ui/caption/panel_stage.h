@@ -12,7 +12,7 @@
 
 namespace velun::test {
 
-/// A caption panel over a scripted model, on a desktop that is faked unless one is given. Commands
+/// A caption panel over a scripted model, on a fake desktop by default. Commands
 /// on the engine, the panel and the file are carried out, and the names of all others are logged.
 struct PanelStage : ModelFixture {
   explicit PanelStage(const std::function<void(AppSettings&)>& prepare = {},

@@ -10,7 +10,7 @@
 using namespace velun;
 using test::SeenDocument;
 
-/// Whatever happens to a transcript bit by bit, it shows the same as one that is made at once.
+/// Incremental changes of a transcript give the same result as building it at once.
 class TranscriptReplacementTest final : public test::Suite {
   Q_OBJECT
 
@@ -32,7 +32,7 @@ class TranscriptReplacementTest final : public test::Suite {
       return text.trimmed();
     }
 
-    /// Changes something, as a session does, and gives what a view is told about it.
+    /// Makes a random change of the session; returns the change to report to the view.
     TranscriptChange step() {
       const int lineCount = static_cast<int>(session.lines.size());
       switch (below(12)) {
@@ -85,11 +85,11 @@ class TranscriptReplacementTest final : public test::Suite {
   };
 
  private Q_SLOTS:
-  void shownTextEqualsAWholeReplacement_data() {
+  void shownTextEqualsAFullReplacement_data() {
     QTest::addColumn<quint32>("seed");
     for (quint32 seed = 1; seed <= 12; ++seed) QTest::addRow("%u", seed) << seed;
   }
-  void shownTextEqualsAWholeReplacement() {
+  void shownTextEqualsAFullReplacement() {
     QFETCH(quint32, seed);
     Story story(seed);
     TranscriptView view;
@@ -110,7 +110,7 @@ class TranscriptReplacementTest final : public test::Suite {
     }
   }
 
-  void everythingIsLaidOutInTheEnd() {
+  void everythingIsEventuallyLaidOut() {
     Story story(99);
     for (int i = 0; i < 3000; ++i) story.session.lines.push_back(test::lineOf(story.words()));
     TranscriptView view;

@@ -17,8 +17,7 @@ inline Line lineOf(const QString& text, const std::map<QString, QString>& transl
   return line;
 }
 
-/// A document with everything that a reader of its text or attributes can see: each character with
-/// its format, each paragraph with its own.
+/// The comparable contents of a document: each character and each paragraph with its format.
 struct SeenDocument {
   QString text;
   QList<QPair<QString, QTextCharFormat>> runs;

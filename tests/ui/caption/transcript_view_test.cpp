@@ -50,7 +50,7 @@ class TranscriptViewTest final : public test::Suite {
     QString text() const { return view.textView().document()->toPlainText(); }
     QScrollBar* bar() const { return view.textView().verticalScrollBar(); }
     int toEnd() const { return bar()->maximum() - bar()->value(); }
-    /// A line near the top of the view, and where it stands there.
+    /// The block of a line near the top of the view, and its y position.
     std::pair<int, int> reading() const {
       const QTextCursor cursor = view.textView().cursorForPosition(QPoint(30, 60));
       return {cursor.blockNumber(), view.textView().cursorRect(cursor).top()};
@@ -72,7 +72,7 @@ class TranscriptViewTest final : public test::Suite {
  private Q_SLOTS:
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
-  void itNeverEndsInALineBreak() {
+  void textNeverEndsInALineBreak() {
     Stage stage;
     stage.addLines(2);
     stage.inputs.volatileText = "draft";
@@ -80,7 +80,7 @@ class TranscriptViewTest final : public test::Suite {
     QCOMPARE(stage.text(), QString("Line 0 of many.\nLine 1 of many.\ndraft"));
   }
 
-  void theTextPropertiesAreThoseOfATranscript() {
+  void textIsSelectableButReadOnly() {
     Stage stage;
     stage.update();
     const SelectableTranscriptTextView& text = stage.view.textView();
@@ -91,7 +91,7 @@ class TranscriptViewTest final : public test::Suite {
     QCOMPARE(text.accessibleName(), QString("자막 본문"));
   }
 
-  void whatSomebodyElseWritesIntoItIsPutRight() {
+  void foreignChangesAreReverted() {
     Stage stage;
     stage.addLines(3);
     stage.update();
@@ -101,7 +101,7 @@ class TranscriptViewTest final : public test::Suite {
     text->editableTextInterface()->replaceText(3, text->textInterface()->characterCount(), "x");
     QVERIFY(stage.text() != shown);
     QTRY_COMPARE(stage.text(), shown);
-    // Before there was time for that.
+    // Before the queued repair has run.
     text->editableTextInterface()->deleteText(0, text->textInterface()->characterCount());
     stage.addLines(1);
     stage.update(kAdded);
@@ -110,7 +110,7 @@ class TranscriptViewTest final : public test::Suite {
     QCOMPARE(stage.text(), shown + "\nLine 0 of many.");
   }
 
-  void itFollowsTheLatestWhileAtTheBottom() {
+  void followsTheLatestWhileAtTheBottom() {
     Stage stage;
     stage.addLines(50);
     stage.update();
@@ -122,7 +122,7 @@ class TranscriptViewTest final : public test::Suite {
     QVERIFY(stage.view.atBottom());
   }
 
-  void anotherContentKeepsFollowing() {
+  void changingTheContentKeepsFollowing() {
     Stage stage;
     stage.addLines(60);
     stage.update();
@@ -134,7 +134,7 @@ class TranscriptViewTest final : public test::Suite {
     QVERIFY(stage.view.atBottom());
   }
 
-  void withoutFollowingItStaysWhereItIs() {
+  void staysInPlaceWithoutFollowing() {
     Stage stage;
     stage.inputs.followsLatest = false;
     stage.addLines(50);
@@ -142,7 +142,7 @@ class TranscriptViewTest final : public test::Suite {
     QCOMPARE(stage.bar()->value(), 0);
   }
 
-  void atBottomHasASlackOfTwentyFourPoints() {
+  void atBottomHasAToleranceOfTwentyFourPoints() {
     Stage stage;
     stage.addLines(50);
     stage.update();
@@ -157,7 +157,7 @@ class TranscriptViewTest final : public test::Suite {
     QCOMPARE(spy.count(), 1);
   }
 
-  void aReaderAboveIsNotMoved() {
+  void scrolledUpViewStaysInPlace() {
     Stage stage;
     stage.addLines(200);
     stage.update();
@@ -176,7 +176,7 @@ class TranscriptViewTest final : public test::Suite {
     QCOMPARE(stage.reading().second, before.second);
   }
 
-  void aJumpScrollsToTheEndWhateverThePinning() {
+  void jumpAlwaysScrollsToTheEnd() {
     Stage stage;
     stage.addLines(100);
     stage.update();
@@ -190,7 +190,7 @@ class TranscriptViewTest final : public test::Suite {
     QCOMPARE(stage.bar()->value(), 0);
   }
 
-  void aSelectionHoldsNewTextBackUntilItEnds() {
+  void selectionHoldsBackNewTextUntilItEnds() {
     Stage stage;
     stage.addLines(3);
     stage.update();
@@ -225,7 +225,7 @@ class TranscriptViewTest final : public test::Suite {
     QVERIFY(stage.text().endsWith("new"));
   }
 
-  void dragSelectingAcrossNewTextKeepsWhatIsSelected() {
+  void dragSelectionSurvivesNewText() {
     Stage stage;
     stage.addLines(3);
     stage.update();
@@ -244,7 +244,7 @@ class TranscriptViewTest final : public test::Suite {
     QVERIFY(stage.text().endsWith("new"));
   }
 
-  void aDifferentSessionReplacesTheTextUnderASelection() {
+  void differentSessionReplacesTheTextUnderASelection() {
     Stage stage;
     stage.addLines(3);
     stage.update();
@@ -258,7 +258,7 @@ class TranscriptViewTest final : public test::Suite {
     QCOMPARE(stage.view.textView().textCursor().position(), 0);
   }
 
-  void theCaretIsClampedToAShorterText() {
+  void cursorIsClampedToAShorterText() {
     Stage stage;
     stage.addLines(1);
     stage.inputs.volatileText = "a long draft";
@@ -269,7 +269,7 @@ class TranscriptViewTest final : public test::Suite {
     QCOMPARE(stage.view.textView().textCursor().position(), 15);
   }
 
-  void equalTextIsNotTouched() {
+  void equalTextIsNotChanged() {
     Stage stage;
     stage.addLines(3);
     stage.update();
@@ -279,7 +279,7 @@ class TranscriptViewTest final : public test::Suite {
     QCOMPARE(spy.count(), 0);
   }
 
-  void aDraftChangeTouchesOnlyWhatDiffers() {
+  void draftChangeEditsOnlyTheDifference() {
     Stage stage;
     stage.addLines(3);
     stage.inputs.volatileText = "one two";
@@ -292,7 +292,7 @@ class TranscriptViewTest final : public test::Suite {
     QCOMPARE(spy[0][2].toInt(), 6);
   }
 
-  void theBottomStaysInViewWhenResized() {
+  void bottomStaysInViewWhenResized() {
     Stage stage;
     stage.addLines(300);
     stage.update();
@@ -305,7 +305,7 @@ class TranscriptViewTest final : public test::Suite {
     QTRY_COMPARE(stage.toEnd(), 0);
   }
 
-  void whatIsReadStaysInViewWhenTheWidthChanges() {
+  void visibleTextStaysInViewWhenTheWidthChanges() {
     Stage stage;
     for (int i = 0; i < 200; ++i) {
       stage.session.lines.push_back(lineOf(
@@ -324,7 +324,7 @@ class TranscriptViewTest final : public test::Suite {
     QCOMPARE(stage.view.textView().cursorForPosition(QPoint(30, 5)).blockNumber(), read);
   }
 
-  void spinnersStandAtPlaceholdersInView() {
+  void spinnersMarkPlaceholdersInView() {
     Stage stage;
     stage.inputs.content = TranscriptContent::translation;
     stage.addLines(2);
@@ -349,7 +349,7 @@ class TranscriptViewTest final : public test::Suite {
     QCOMPARE(stage.text(), QString("하나."));
   }
 
-  void aClickOnASpinnerReachesTheText() {
+  void clickOnASpinnerReachesTheText() {
     Stage stage;
     stage.inputs.content = TranscriptContent::translation;
     stage.inputs.showsPendingInput = true;
@@ -359,7 +359,7 @@ class TranscriptViewTest final : public test::Suite {
     QCOMPARE(stage.view.childAt(centre), stage.view.textView().viewport());
   }
 
-  void manyPendingLinesMakeNoMoreSpinnersThanAreInView() {
+  void onlyPlaceholdersInViewHaveSpinners() {
     Stage stage;
     stage.inputs.content = TranscriptContent::translation;
     stage.addLines(5000);
@@ -369,7 +369,7 @@ class TranscriptViewTest final : public test::Suite {
     QVERIFY(stage.view.textView().pendingIndicators().size() < 20);
   }
 
-  void rightToLeftTextStandsAtTheRight() {
+  void rightToLeftTextIsRightAligned() {
     Stage stage;
     stage.session.lines = {lineOf(QStringLiteral("שלום לכולם")), lineOf("Hello.")};
     stage.update();
@@ -379,7 +379,7 @@ class TranscriptViewTest final : public test::Suite {
     QCOMPARE(stage.view.textView().cursorRect(start).x(), 18);
   }
 
-  void screenReadersHearOnlyOfWhatIsNew() {
+  void screenReadersAnnounceOnlyNewText() {
     Stage stage;
     stage.addLines(2);
     stage.update();
@@ -402,7 +402,7 @@ class TranscriptViewTest final : public test::Suite {
     QCOMPARE(heard.join(u'|').trimmed(), QString("A new one."));
   }
 
-  void findGoesRound() {
+  void findWrapsAround() {
     Stage stage;
     stage.addLines(3);
     stage.update();
@@ -421,7 +421,7 @@ class TranscriptViewTest final : public test::Suite {
     QVERIFY(!bar->isVisible());
   }
 
-  void whatWasNotFoundIsSaidInTheLanguageUntilTheTextChanges() {
+  void notFoundNoticeIsLocalizedAndClearedByTyping() {
     Stage stage;
     stage.addLines(3);
     stage.update();

@@ -16,7 +16,7 @@ class AccessibleRoleTest final : public Suite {
   Q_OBJECT
 
  private Q_SLOTS:
-  void aWidgetIsWhatItWasSaidToBe() {
+  void widgetHasTheAssignedRole() {
     QWidget window;
     setAccessibleRole(window, QAccessible::Window);
     window.setAccessibleName("Captions");
@@ -31,7 +31,7 @@ class AccessibleRoleTest final : public Suite {
     QCOMPARE(QAccessible::queryAccessibleInterface(&plain)->role(), QAccessible::Client);
   }
 
-  void aMenuButtonOpensItsMenu() {
+  void menuButtonOpensItsMenu() {
     QToolButton button;
     setOpensMenu(button);
     QMenu menu;
@@ -60,7 +60,7 @@ class AccessibleRoleTest final : public Suite {
     QVERIFY(!wasOpened);
   }
 
-  void aMenuButtonHasItsMenuBelowIt() {
+  void menuIsAChildOfItsButton() {
     QToolButton button;
     setOpensMenu(button);
     QAccessibleInterface* found = QAccessible::queryAccessibleInterface(&button);
@@ -77,7 +77,7 @@ class AccessibleRoleTest final : public Suite {
     QVERIFY(!found->child(1));
   }
 
-  void whatTellsNothingIsOutOfSight() {
+  void decorativeWidgetsAreHidden() {
     QWidget meter;
     hideFromAccessibility(meter);
     QVERIFY(QAccessible::queryAccessibleInterface(&meter)->state().invisible);

@@ -8,7 +8,7 @@ namespace velun::test {
 
 namespace {
 
-/// Of an sRGB channel from 0 to 1.
+/// The linear value of an sRGB channel, both from 0 to 1.
 double linear(double channel) {
   return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
 }

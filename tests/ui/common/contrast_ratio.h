@@ -5,8 +5,8 @@
 
 namespace velun::test {
 
-/// How well a colour, which may be translucent, stands out on an opaque background: from 1 to 21,
-/// after the contrast ratio of the Web Content Accessibility Guidelines 2.
+/// The contrast ratio (1 to 21) of a colour, which may be translucent, on an opaque background, as
+/// defined by the Web Content Accessibility Guidelines 2.
 double contrastRatio(const QColor& color, const QColor& background);
 
 }  // namespace velun::test

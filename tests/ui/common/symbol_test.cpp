@@ -12,7 +12,7 @@ class SymbolTest final : public test::Suite {
   Q_OBJECT
 
  private:
-  /// The most opaque pixel.
+  /// The colour of the most opaque pixel.
   static QColor inkOf(const QPixmap& pixmap) {
     const QImage image = pixmap.toImage();
     QColor ink(Qt::transparent);
@@ -26,7 +26,7 @@ class SymbolTest final : public test::Suite {
   }
 
  private Q_SLOTS:
-  void everySymbolInUseIsThere_data() {
+  void everyUsedSymbolExists_data() {
     QTest::addColumn<QString>("name");
     for (const char* name : {"arrow.down",
                              "checkmark",
@@ -54,7 +54,7 @@ class SymbolTest final : public test::Suite {
       QTest::newRow(name) << name;
     }
   }
-  void everySymbolInUseIsThere() {
+  void everyUsedSymbolExists() {
     QFETCH(QString, name);
     const QPixmap pixmap = symbolPixmap(name, 18, Qt::white, 2);
     QCOMPARE(pixmap.size(), QSize(36, 36));

@@ -16,14 +16,14 @@ class WindowFrameTest final : public test::Suite {
   test::MemoryPreferences frames_;
 
  private Q_SLOTS:
-  void aFrameIsKeptUnderItsName() {
+  void frameIsStoredUnderItsName() {
     writeFrame(frames_, "A", QRect(-30, 40, 500, 300));
     QCOMPARE(frames_.get<QString>("A"), std::optional(QString("-30 40 500 300")));
     QCOMPARE(readFrame(frames_, "A"), std::optional(QRect(-30, 40, 500, 300)));
     QVERIFY(!readFrame(frames_, "B"));
   }
 
-  void aDamagedFrameIsIgnored() {
+  void damagedFrameIsIgnored() {
     for (const char* damaged : {"", "1 2 3", "a b c d", "0 0 0 0", "1 2 -5 4"}) {
       frames_.set("A", QString(damaged));
       QVERIFY2(!readFrame(frames_, "A"), damaged);
@@ -38,7 +38,7 @@ class WindowFrameTest final : public test::Suite {
     QCOMPARE(movedIntoView(QRect(0, 0, 5000, 5000), screens).size(), QSize(1000, 800));
   }
 
-  void aWindowGetsItsFrameBackWhereItCanBeSeen() {
+  void restoredFrameIsOnAScreen() {
     QWidget window;
     window.setGeometry(20, 30, 300, 200);
     storeFrame(window, &frames_, "W");

@@ -23,7 +23,7 @@ class WindowLookTest final : public test::Suite {
                 : QPalette(QColor(239, 239, 239));
   }
 
-  /// The strongest contrast that the outermost points of a side's middle have to the window.
+  /// The strongest contrast to the window among the outermost pixels at the middle of a side.
   static double outlineOf(QWidget& control) {
     const QImage image = control.grab().toImage();
     const QColor window = control.palette().color(QPalette::Window);
@@ -39,19 +39,19 @@ class WindowLookTest final : public test::Suite {
   void initTestCase() { QApplication::setStyle(QStyleFactory::create("Fusion")); }
   void cleanup() { QApplication::setPalette(QPalette()); }
 
-  void ratiosAreThoseOfTheGuidelines() {
+  void contrastRatiosMatchTheGuidelines() {
     QCOMPARE(contrastRatio(Qt::black, Qt::white), 21.0);
     QCOMPARE(contrastRatio(Qt::white, Qt::white), 1.0);
     QVERIFY(std::abs(contrastRatio(QColor("#767676"), Qt::white) - 4.54) < 0.01);
     QVERIFY(std::abs(contrastRatio(QColor(0, 0, 0, 128), Qt::white) - 3.98) < 0.05);
   }
 
-  void everyTextHasSevenToOne_data() {
+  void everyTextHasSevenToOneContrast_data() {
     QTest::addColumn<bool>("dark");
     QTest::newRow("light") << false;
     QTest::newRow("dark") << true;
   }
-  void everyTextHasSevenToOne() {
+  void everyTextHasSevenToOneContrast() {
     QFETCH(bool, dark);
     const QPalette palette = highContrastPalette(desktops(dark));
     QCOMPARE(palette.color(QPalette::Window).lightness() < 128, dark);
@@ -76,8 +76,8 @@ class WindowLookTest final : public test::Suite {
     QVERIFY(contrastRatio(palette.color(QPalette::Highlight), palette.color(QPalette::Base)) >= 3);
   }
 
-  void controlsGetOutlinesAndTheirOldLookBack_data() { everyTextHasSevenToOne_data(); }
-  void controlsGetOutlinesAndTheirOldLookBack() {
+  void controlsGainAndLoseOutlines_data() { everyTextHasSevenToOneContrast_data(); }
+  void controlsGainAndLoseOutlines() {
     QFETCH(bool, dark);
     if (dark) QApplication::setPalette(desktops(true));
     QPushButton button("Export");
@@ -104,7 +104,7 @@ class WindowLookTest final : public test::Suite {
     }
   }
 
-  void movementsStopWhileThatIsAskedFor() {
+  void reducedMotionStopsAnimations() {
     const auto duration = [] {
       return QApplication::style()->styleHint(QStyle::SH_Widget_Animation_Duration);
     };

@@ -26,7 +26,7 @@ class WindowPresentationTest final : public test::Suite {
     return texts;
   }
 
-  /// Does that with the next alert once it is open.
+  /// Calls `act` with the next alert once it is open.
   static void withAlert(const std::function<void(QDialog&)>& act) {
     QTimer::singleShot(0, qApp, [act] {
       auto* alert = qobject_cast<QDialog*>(QApplication::activeModalWidget());
@@ -39,13 +39,13 @@ class WindowPresentationTest final : public test::Suite {
  private Q_SLOTS:
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
-  void theErrorAlertSaysWhatWentWrong_data() {
+  void errorAlertShowsTheFailure_data() {
     QTest::addColumn<AppLanguage>("language");
     QTest::addColumn<QString>("message");
     QTest::newRow("en") << AppLanguage::english << "Couldn’t Complete the Action";
     QTest::newRow("ko") << AppLanguage::korean << "작업을 완료하지 못했습니다";
   }
-  void theErrorAlertSaysWhatWentWrong() {
+  void errorAlertShowsTheFailure() {
     QFETCH(AppLanguage, language);
     QFETCH(QString, message);
     Localization::shared().setLanguage(language);
@@ -71,9 +71,9 @@ class WindowPresentationTest final : public test::Suite {
         QCOMPARE(buttons.size(), 3);
         QCOMPARE(buttons[1]->text(), QString("Don’t Save"));
         QVERIFY(buttons[0]->isDefault());
-        // Screen readers read the texts of an alert, and would read a description too.
+        // Screen readers read the texts of an alert; a description would be read twice.
         QVERIFY(alert.accessibleDescription().isEmpty());
-        // Assistive technology reads in this order.
+        // Screen readers read in this order.
         QVERIFY(alert.children().indexOf(alert.findChildren<QLabel*>().constLast()) <
                 alert.children().indexOf(buttons[0]));
         QVERIFY(buttons[0]->x() < buttons[1]->x() && buttons[1]->x() < buttons[2]->x());
@@ -83,7 +83,7 @@ class WindowPresentationTest final : public test::Suite {
     }
   }
 
-  void closingAnAlertIsNoAnswer() {
+  void closingAnAlertChoosesNoButton() {
     withAlert([](QDialog& alert) { alert.close(); });
     QCOMPARE(
         WindowPresentation::ask({.message = "Save?", .informativeText = "", .buttons = {"OK"}}),
@@ -94,7 +94,7 @@ class WindowPresentationTest final : public test::Suite {
         std::nullopt);
   }
 
-  void aFixedWindowKeepsItsSizeAndStandsInTheMiddle() {
+  void fixedWindowKeepsItsSizeAndIsCentred() {
     const auto window = WindowPresentation::makeWindow("Export Session", QSize(420, 305),
                                                        std::make_unique<QLabel>("view"), false);
     QCOMPARE(window->windowTitle(), QString("Export Session"));
@@ -106,7 +106,7 @@ class WindowPresentationTest final : public test::Suite {
     QVERIFY((window->geometry().center() - middle).manhattanLength() <= 8);
   }
 
-  void aFixedWindowGrowsWithTextsThatNeedMore() {
+  void fixedWindowGrowsWithLongerTexts() {
     auto view = std::make_unique<QLabel>("view");
     QLabel& label = *view;
     const auto window =
@@ -121,7 +121,7 @@ class WindowPresentationTest final : public test::Suite {
     QTRY_COMPARE(window->size(), QSize(200, 50));
   }
 
-  void aResizableWindowCanBeResized() {
+  void resizableWindowCanBeResized() {
     const auto window = WindowPresentation::makeWindow("Sessions", QSize(700, 500),
                                                        std::make_unique<QLabel>("view"), true);
     QCOMPARE(window->size(), QSize(700, 500));
