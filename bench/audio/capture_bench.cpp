@@ -28,8 +28,7 @@ using namespace velun::test;
 
 namespace {
 
-const AudioFormat stereo{AudioFormat::Sample::float32, 48'000, 2, true};
-const AudioFormat analyzed{AudioFormat::Sample::float32, 16'000, 1, true};
+const PlaybackFormat stereo;
 constexpr int measuredSeconds = 5;
 
 void wait(int seconds) {
@@ -70,9 +69,9 @@ int playUntilKilled() {
 
 void measureUse(PipeWireAudioPlatform& platform, const Clock& clock) {
   const auto stream = std::make_shared<AnalyzerInputStream>();
-  AudioFeeder feeder(analyzed, stream, clock);
+  AudioFeeder feeder(stream, clock);
   const auto source = platform.makeSource({});
-  await(source->start([&feeder](const PcmBuffer& buffer) { feeder.feed(buffer); }));
+  await(source->start([&feeder](std::span<const float> samples) { feeder.feed(samples); }));
   QProcess player;
   player.start(QCoreApplication::applicationFilePath(), {"play"});
   wait(2);
@@ -99,9 +98,8 @@ void measureLatency(PipeWireAudioPlatform& platform) {
   std::mutex mutex;
   std::vector<double> delays;
   const auto source = platform.makeSource({});
-  await(source->start([&](const PcmBuffer& buffer) {
+  await(source->start([&](std::span<const float> samples) {
     const double start = played;
-    const auto samples = buffer.floatSamples();
     if (start == 0 || std::ranges::none_of(samples, [](float s) { return s > 0.2F; })) return;
     played = 0;
     const std::lock_guard lock(mutex);
@@ -116,7 +114,7 @@ void measureLatency(PipeWireAudioPlatform& platform) {
                                   // phases.
                                   if (frames < 12'345) return;
                                   frames = 0;
-                                  samples.front() = 0.9F;
+                                  std::ranges::fill(samples.first(6), 0.9F);
                                   played = now();
                                 });
     wait(measuredSeconds);

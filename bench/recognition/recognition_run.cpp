@@ -40,7 +40,7 @@ class Run {
 
   Run(RecognizerProvider& provider, const QString& locale)
       : input_(std::make_shared<AnalyzerInputStream>()),
-        feeder_(kSpeechFormat, input_, clock_),
+        feeder_(input_, clock_),
         run_(provider.factory(locale), input_, clock_) {
     QObject::connect(&run_, &SpeechRun::resultReady, [this](const TranscriptionResult& result) {
       arrivals.push_back({result, clock_.monotonicSeconds()});
@@ -52,9 +52,8 @@ class Run {
     });
   }
 
-  void feed(std::span<const float> samples, double rate) {
-    const AudioFormat format = {AudioFormat::Sample::float32, rate, 1, true};
-    feeder_.feed(PcmBuffer::view(format, std::as_bytes(samples)));
+  void feed(std::span<const float> samples) {
+    feeder_.feed(samples);
     QCoreApplication::processEvents();
   }
 
@@ -117,7 +116,7 @@ double play(Run& run, const Sound& sound, Pace pace) {
     } else {
       run.catchUp();
     }
-    run.feed(std::span<const float>(samples).subspan(i, length), sound.sampleRate);
+    run.feed(std::span<const float>(samples).subspan(i, length));
   }
   return begin;
 }

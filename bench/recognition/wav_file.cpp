@@ -10,7 +10,8 @@ namespace velun::bench {
 namespace {
 
 [[noreturn]] void refuse(const QString& path) {
-  throw std::runtime_error(qPrintable(path + QStringLiteral(" is not a 16-bit WAV file")));
+  throw std::runtime_error(
+      qPrintable(path + QStringLiteral(" is not a WAV file with 16-bit samples at 16 kHz")));
 }
 
 }  // namespace
@@ -28,8 +29,9 @@ Sound readWav(const QString& path) {
     const char* body = bytes.constData() + at + 8;
     if (name == "fmt " && at + 24 <= bytes.size()) {
       channels = qFromLittleEndian<quint16>(body + 2);
-      sound.sampleRate = qFromLittleEndian<quint32>(body + 4);
-      if (qFromLittleEndian<quint16>(body + 14) != 16 || channels < 1) refuse(path);
+      const auto rate = qFromLittleEndian<quint32>(body + 4);
+      const auto bits = qFromLittleEndian<quint16>(body + 14);
+      if (rate != Sound::sampleRate || bits != 16 || channels < 1) refuse(path);
     } else if (name == "data" && channels > 0) {
       const qsizetype length = std::min(size, bytes.size() - at - 8);
       for (qsizetype i = 0; i + 2 * channels <= length; i += 2 * channels) {

@@ -6,15 +6,17 @@
 
 namespace velun::bench {
 
-/// A mono sound, its samples in -1…1.
+/// A mono sound at 16 kHz, its samples in -1…1.
 struct Sound {
+  static constexpr double sampleRate = 16'000;
+
   std::vector<float> samples;
-  double sampleRate = 16000;
 
   double seconds() const { return static_cast<double>(samples.size()) / sampleRate; }
 };
 
-/// Reads 16-bit PCM from a WAV file; of several channels the first. Throws std::runtime_error.
+/// Reads the first channel of a WAV file with 16-bit samples at 16 kHz. Throws std::runtime_error
+/// for other formats.
 Sound readWav(const QString& path);
 
 }  // namespace velun::bench

@@ -13,7 +13,6 @@ namespace {
 constexpr std::size_t kBinCount = SpectrumBands::blockSize / 2;
 constexpr double kLowestFrequency = 120;
 constexpr double kFrequencyRatio = 50;
-constexpr float kInt16Scale = 3.0517578e-5F;
 constexpr float kFloorPower = 1e-12F;
 
 // The levels are those of a transform that yields twice the mathematical DFT.
@@ -29,7 +28,7 @@ std::size_t binAt(double frequency) {
 
 }  // namespace
 
-/// The transform with its work areas, aligned as FFTW's vector code wants them.
+/// The transform with its work areas, aligned for FFTW's vector code.
 struct SpectrumBands::Transform {
   Transform()
       : input(fftwf_alloc_real(blockSize)),
@@ -68,24 +67,11 @@ std::span<const float> SpectrumBands::bands() const {
   return hasBands_ ? std::span<const float>(bands_) : std::span<const float>();
 }
 
-void SpectrumBands::append(const PcmBuffer& buffer) {
-  if (const std::int16_t* samples = buffer.int16Channel(0)) {
-    appendSamples(samples, buffer.stride(), buffer.frameLength(), kInt16Scale);
-  } else if (const float* floats = buffer.floatChannel(0)) {
-    appendSamples(floats, buffer.stride(), buffer.frameLength(), 1.0F);
-  }
-}
-
-template <typename Sample>
-void SpectrumBands::appendSamples(const Sample* samples, std::size_t stride, std::size_t count,
-                                  float scale) {
-  while (count > 0) {
-    const std::size_t taken = std::min(count, blockSize - sampleCount_);
-    for (std::size_t i = 0; i < taken; ++i) {
-      samples_[sampleCount_ + i] = float(samples[i * stride]) * scale;
-    }
-    samples += taken * stride;
-    count -= taken;
+void SpectrumBands::append(std::span<const float> samples) {
+  while (!samples.empty()) {
+    const std::size_t taken = std::min(samples.size(), blockSize - sampleCount_);
+    std::ranges::copy(samples.first(taken), samples_.begin() + std::ptrdiff_t(sampleCount_));
+    samples = samples.subspan(taken);
     sampleCount_ += taken;
     if (sampleCount_ == blockSize) {
       analyseBlock();

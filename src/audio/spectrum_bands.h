@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/audio/pcm_buffer.h"
-
 #include <array>
 #include <cstddef>
 #include <memory>
@@ -10,13 +8,13 @@
 
 namespace velun {
 
-/// Measures sound in 11 bands that divide 120 Hz … 6000 Hz evenly on a logarithmic scale. Works on
-/// blocks of 512 samples that do not overlap. One thread at a time.
+/// Measures sound in 11 bands that divide 120 Hz … 6000 Hz evenly on a logarithmic scale, in blocks
+/// of 512 samples that do not overlap. One thread at a time.
 class SpectrumBands {
  public:
   static constexpr int bandCount = 11;
   static constexpr std::size_t blockSize = 512;
-  /// The width of a bin in Hz: 512 points at 16,000 samples per second. It stays so at any rate.
+  /// The width of a bin in Hz: 512 points at 16,000 samples per second.
   static constexpr double binWidth = 31.25;
 
   using Levels = std::array<float, bandCount>;
@@ -30,28 +28,26 @@ class SpectrumBands {
   /// Band 0 … 10.
   static BinRange binsOf(int band);
 
-  /// Plans the transform; FFTW's planner wants this on one thread at a time.
+  /// Plans the transform. FFTW's planner is not thread-safe: construct on the main thread only.
   SpectrumBands();
   ~SpectrumBands();
   SpectrumBands(const SpectrumBands&) = delete;
   SpectrumBands& operator=(const SpectrumBands&) = delete;
 
-  /// Adds the samples of channel 0 (16-bit ones scaled by 1/32768) and analyses every complete
-  /// block; each replaces the levels of the one before. Allocates nothing.
-  void append(const PcmBuffer& buffer);
+  /// Adds mono samples and analyses every complete block; each replaces the levels of the block
+  /// before. Allocates nothing.
+  void append(std::span<const float> samples);
 
   /// The levels of the last block in dB, from −120 for silence upward, neither smoothed nor
   /// clamped. Empty before the first block.
   std::span<const float> bands() const;
 
-  /// Samples that wait for their block to be complete.
+  /// The number of samples of the block that is not complete yet.
   std::size_t pendingSampleCount() const { return sampleCount_; }
 
  private:
   struct Transform;
 
-  template <typename Sample>
-  void appendSamples(const Sample* samples, std::size_t stride, std::size_t count, float scale);
   void analyseBlock();
 
   std::unique_ptr<Transform> fft_;

@@ -108,15 +108,15 @@ void SpeechRecognitionEngine::startRecognition(const QString& locale, const Run&
 }
 
 QCoro::Task<> SpeechRecognitionEngine::startAudio(Run run, std::stop_token stop) {
-  feeder_ = std::make_unique<AudioFeeder>(kSpeechFormat, input_, clock_);
+  feeder_ = std::make_unique<AudioFeeder>(input_, clock_);
   AudioTarget target;
   target.kind =
       run.input == AudioInput::microphone ? AudioTarget::Kind::input : AudioTarget::Kind::output;
   audio_ = audioPlatform_.makeSource(target);
   followSource(*audio_, run.token);
   cancelAudio_.emplace(std::move(stop), [source = audio_.get()] { source->stop(); });
-  AudioSource::Handler feed = [feeder = feeder_.get()](const PcmBuffer& buffer) {
-    feeder->feed(buffer);
+  AudioSource::Handler feed = [feeder = feeder_.get()](std::span<const float> samples) {
+    feeder->feed(samples);
   };
   return audio_->start(std::move(feed));
 }

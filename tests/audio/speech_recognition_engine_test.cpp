@@ -57,9 +57,7 @@ struct Fixture {
     playBuffer();
     events.clear();
   }
-  void playBuffer() {
-    audio.script->handler(test::toneBuffer(audio.script->format, 440, 0.1F, 4800));
-  }
+  void playBuffer() { audio.script->handler(test::tone(440, 0.1F, 1600)); }
 
   test::ManualClock clock;
   test::ScriptedSpeechPlatform speech;
@@ -438,7 +436,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     auto engine = std::make_unique<SpeechRecognitionEngine>(speech, audio, clock);
     test::await(engine->start("en_US", false));
     recognizer->script->isSlow = true;
-    audio.script->handler(test::toneBuffer(audio.script->format, 440, 0.1F, 4800));
+    audio.script->handler(test::tone(440, 0.1F, 1600));
     VERIFY_SOON(recognizer->script->isWaiting);
     QCoro::Task<> stopping = engine->stop();
     QCOMPARE(recognizer->script->alive.load(), 1);

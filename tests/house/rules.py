@@ -33,7 +33,7 @@ SYSTEM_LIBRARIES = {
     "pipewire/": set(), "spa/": set(), "xcb/": set(), "X11/": set(), "pocketsphinx": set(),
     "sphinxbase/": set(), "archive": set(), "sentencepiece": set(), "dnnl": set(),
     "QDBus": set(), "QtDBus": set(), "QNetwork": {"platform/updates"}, "QtNetwork": set(),
-    "QTcp": set(), "QSsl": {"platform/updates"}, "soxr": {"audio", "platform/audio"},
+    "QTcp": set(), "QSsl": {"platform/updates"},
     "fftw3": {"audio"},
     "unicode/": {FOUNDATION, "settings", "language", "model", "captions", "translation",
                  "platform/speech", "platform/translation", "ui"},

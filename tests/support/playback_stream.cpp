@@ -16,10 +16,6 @@ constexpr std::uint32_t positions[] = {SPA_AUDIO_CHANNEL_FL, SPA_AUDIO_CHANNEL_F
                                        SPA_AUDIO_CHANNEL_FC, SPA_AUDIO_CHANNEL_LFE,
                                        SPA_AUDIO_CHANNEL_RL, SPA_AUDIO_CHANNEL_RR};
 
-bool isFloat(const AudioFormat& format) {
-  return format.sample == AudioFormat::Sample::float32;
-}
-
 }  // namespace
 
 struct PlaybackStream::Implementation {
@@ -29,7 +25,7 @@ struct PlaybackStream::Implementation {
     if (!buffer) return;
     spa_data& samples = buffer->buffer->datas[0];
     const auto channels = std::size_t(self.format.channelCount);
-    const std::size_t frameSize = channels * (isFloat(self.format) ? 4 : 2);
+    const std::size_t frameSize = channels * (self.format.isFloat ? 4 : 2);
     std::size_t frames = samples.maxsize / frameSize;
     if (buffer->requested > 0) frames = std::min<std::size_t>(frames, buffer->requested);
     self.mono.resize(frames);
@@ -38,7 +34,7 @@ struct PlaybackStream::Implementation {
       const bool isHeard =
           self.channel == everyChannel || i % channels == std::size_t(self.channel);
       const float value = isHeard ? self.mono[i / channels] : 0.0F;
-      if (isFloat(self.format)) {
+      if (self.format.isFloat) {
         static_cast<float*>(samples.data)[i] = value;
       } else {
         static_cast<std::int16_t*>(samples.data)[i] = std::int16_t(std::lround(value * 32767));
@@ -50,7 +46,7 @@ struct PlaybackStream::Implementation {
     pw_stream_queue_buffer(self.stream, buffer);
   }
 
-  AudioFormat format;
+  PlaybackFormat format;
   Fill fill;
   int channel = everyChannel;
   std::vector<float> mono;
@@ -59,7 +55,7 @@ struct PlaybackStream::Implementation {
   pw_stream_events events{};
 };
 
-PlaybackStream::PlaybackStream(const AudioFormat& format, const std::string& target, Fill fill,
+PlaybackStream::PlaybackStream(const PlaybackFormat& format, const std::string& target, Fill fill,
                                int channel)
     : implementation_(std::make_unique<Implementation>()) {
   Implementation& self = *implementation_;
@@ -79,10 +75,13 @@ PlaybackStream::PlaybackStream(const AudioFormat& format, const std::string& tar
   self.stream = pw_stream_new_simple(pw_thread_loop_get_loop(self.loop), "player", properties,
                                      &self.events, &self);
   spa_audio_info_raw info{};
-  info.format = isFloat(format) ? SPA_AUDIO_FORMAT_F32 : SPA_AUDIO_FORMAT_S16;
+  info.format = format.isFloat ? SPA_AUDIO_FORMAT_F32 : SPA_AUDIO_FORMAT_S16;
   info.rate = std::uint32_t(format.sampleRate);
   info.channels = std::uint32_t(format.channelCount);
-  std::copy_n(positions, std::min<std::size_t>(std::size(positions), info.channels), info.position);
+  for (std::uint32_t i = 0; i < info.channels; ++i) {
+    const bool hasPosition = info.channels <= std::size(positions);
+    info.position[i] = hasPosition ? positions[i] : SPA_AUDIO_CHANNEL_AUX0 + i;
+  }
   if (info.channels == 1) info.position[0] = SPA_AUDIO_CHANNEL_MONO;
   std::uint8_t room[1024];
   spa_pod_builder builder{};
@@ -115,7 +114,7 @@ PlaybackStream::Fill PlaybackStream::tone(double frequency, double sampleRate, f
 }
 
 std::unique_ptr<PlaybackStream> PlaybackStream::play(const std::string& target, double frequency) {
-  const AudioFormat stereo{AudioFormat::Sample::float32, 48'000, 2, true};
+  const PlaybackFormat stereo;
   return std::make_unique<PlaybackStream>(stereo, target, tone(frequency, stereo.sampleRate, 0.5F));
 }
 

@@ -1,14 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/audio/audio_format.h"
-
 #include <functional>
 #include <memory>
 #include <span>
 #include <string>
 
 namespace velun::test {
+
+struct PlaybackFormat {
+  /// Otherwise 16-bit.
+  bool isFloat = true;
+  int sampleRate = 48'000;
+  int channelCount = 2;
+};
 
 /// A program that plays sound through PipeWire, as any other on the desktop does.
 class PlaybackStream {
@@ -19,8 +24,9 @@ class PlaybackStream {
   static constexpr int everyChannel = -1;
 
   /// Plays to `target`, a device name, and nowhere else, or to the default output when empty; the
-  /// same in every channel or in one only. Six channels are FL FR FC LFE RL RR.
-  PlaybackStream(const AudioFormat& format, const std::string& target, Fill fill,
+  /// same in every channel or in one only. Six channels are FL FR FC LFE RL RR, more are AUX0, AUX1
+  /// and so on.
+  PlaybackStream(const PlaybackFormat& format, const std::string& target, Fill fill,
                  int channel = everyChannel);
   ~PlaybackStream();
 

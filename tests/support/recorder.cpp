@@ -5,57 +5,37 @@
 
 namespace velun::test {
 
-std::function<void(const PcmBuffer&)> Recorder::handler() {
-  return [this](const PcmBuffer& buffer) {
-    take(buffer);
+AudioSource::Handler Recorder::handler() {
+  return [this](std::span<const float> samples) {
+    const std::lock_guard lock(mutex_);
+    samples_.insert(samples_.end(), samples.begin(), samples.end());
+    ++bufferCount_;
   };
 }
 
 void Recorder::clear() {
   const std::lock_guard lock(mutex_);
   samples_.clear();
-  format_ = {};
   bufferCount_ = 0;
 }
 
-AudioFormat Recorder::format() const {
-  const std::lock_guard lock(mutex_);
-  return format_;
-}
-
-std::vector<float> Recorder::samples() const {
-  const std::lock_guard lock(mutex_);
-  return samples_;
-}
-
-double Recorder::amplitudeAt(double frequency, std::size_t frameCount) const {
-  return test::amplitudeAt(last(frameCount), frequency, format().sampleRate);
+double Recorder::amplitudeAt(double frequency, std::size_t count) const {
+  return test::amplitudeAt(last(count), frequency);
 }
 
 bool Recorder::hearsOnly(double frequency, double other) const {
-  const std::vector<float> frames = last(4'800);
-  const double rate = format().sampleRate;
-  return test::amplitudeAt(frames, frequency, rate) > 0.45 &&
-         test::amplitudeAt(frames, other, rate) < 0.01;
+  const std::vector<float> samples = last(AudioSource::kSampleRate / 10);
+  return test::amplitudeAt(samples, frequency) > 0.45 && test::amplitudeAt(samples, other) < 0.01;
 }
 
-double Recorder::level(std::size_t frameCount) const {
-  return rmsOf(last(frameCount));
+double Recorder::level(std::size_t count) const {
+  return rmsOf(last(count));
 }
 
-void Recorder::take(const PcmBuffer& buffer) {
-  const std::vector<float> samples = channelOf(buffer, 0);
+std::vector<float> Recorder::last(std::size_t count) const {
   const std::lock_guard lock(mutex_);
-  if (buffer.format() != format_) samples_.clear();
-  format_ = buffer.format();
-  samples_.insert(samples_.end(), samples.begin(), samples.end());
-  ++bufferCount_;
-}
-
-std::vector<float> Recorder::last(std::size_t frameCount) const {
-  const std::lock_guard lock(mutex_);
-  if (samples_.size() < frameCount) return {};
-  return {samples_.end() - std::ptrdiff_t(frameCount), samples_.end()};
+  if (samples_.size() < count) return {};
+  return {samples_.end() - std::ptrdiff_t(count), samples_.end()};
 }
 
 }  // namespace velun::test

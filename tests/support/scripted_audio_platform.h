@@ -20,7 +20,6 @@ struct AudioScript {
   /// Whether a start waits for `started`, or for a stop.
   bool isSlow = false;
   OneShot<std::monostate> started;
-  AudioFormat format{AudioFormat::Sample::float32, 48'000, 2, true};
 
   /// "start output", "start input" and "stop", in order.
   QStringList calls;

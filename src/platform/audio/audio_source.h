@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/audio/pcm_buffer.h"
-
 #include <functional>
 #include <QCoroTask>
 #include <QObject>
 #include <QString>
+#include <span>
 
 namespace velun {
 
@@ -16,8 +15,12 @@ class AudioSource : public QObject {
   Q_OBJECT
 
  public:
-  /// Takes one buffer in the buffer's own format; the samples are valid only during the call.
-  using Handler = std::function<void(const PcmBuffer&)>;
+  /// Samples per second.
+  static constexpr int kSampleRate = 16'000;
+
+  /// Takes the next mono samples, finite and at full scale between −1 and 1. They are valid only
+  /// during the call.
+  using Handler = std::function<void(std::span<const float>)>;
 
   /// Returns when the capture is set up; `handler` may be called before that. Throws `Failure` with
   /// the stage, the reason and what to do, or `Cancelled` when `stop` is called before the end.

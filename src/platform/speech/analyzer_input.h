@@ -1,26 +1,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/audio/pcm_buffer.h"
-
 #include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
 #include <optional>
+#include <vector>
 
 namespace velun {
 
-/// The audio format of every recognizer: 16 kHz mono float samples in -1…1.
-inline constexpr AudioFormat kSpeechFormat = {AudioFormat::Sample::float32, 16000, 1, true};
+/// Samples per second of the audio of every recognizer.
+inline constexpr int kSpeechSampleRate = 16'000;
 
-/// A buffer of audio in `kSpeechFormat`.
+/// Mono samples at `kSpeechSampleRate`, between −1 and 1.
 struct AnalyzerInput {
-  PcmBuffer buffer;
+  std::vector<float> samples;
 
-  double seconds() const {
-    return static_cast<double>(buffer.frameLength()) / buffer.format().sampleRate;
-  }
+  double seconds() const { return static_cast<double>(samples.size()) / kSpeechSampleRate; }
 };
 
 /// The unbounded stream from the feeder (capture thread) to the analyzer (decode worker).

@@ -144,7 +144,7 @@ void LocalSpeechRun::decode(RecognizerBackend& backend) {
 }
 
 void LocalSpeechRun::accept(RecognizerBackend& backend, const AnalyzerInput& input) {
-  backend.acceptAudio(input.buffer.floatSamples());
+  backend.acceptAudio(input.samples);
   if (const auto isBehind = lag_.update(input_->pendingSeconds())) {
     QMetaObject::invokeMethod(
         this,
@@ -156,8 +156,7 @@ void LocalSpeechRun::accept(RecognizerBackend& backend, const AnalyzerInput& inp
 }
 
 void LocalSpeechRun::acceptSilence(RecognizerBackend& backend, double seconds) {
-  const std::vector<float> silence(static_cast<std::size_t>(seconds * kSpeechFormat.sampleRate),
-                                   0.0F);
+  const std::vector<float> silence(static_cast<std::size_t>(seconds * kSpeechSampleRate), 0.0F);
   backend.acceptAudio(silence);
 }
 

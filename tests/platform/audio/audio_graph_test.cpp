@@ -41,6 +41,18 @@ class AudioGraphTest final : public test::Suite {
     QTEST(device.isSource(), "isSource");
   }
 
+  void channelsWithoutPositionsAreCounted() {
+    AudioGraph graph = graphWithDevices();
+    graph.addPort(31, 20, "AUX0");
+    graph.addPort(32, 20, "AUX1");
+    graph.addPort(33, 20, "FL");
+    graph.addPort(34, 10, "AUX0");
+    QCOMPARE(graph.auxChannelCount(20), 2U);
+    QCOMPARE(graph.auxChannelCount(11), 0U);
+    graph.remove(32);
+    QCOMPARE(graph.auxChannelCount(20), 1U);
+  }
+
   void theDefaultsAreWhatTheSessionManagerChose() {
     AudioGraph graph = graphWithDevices();
     graph.setDefault("default.audio.sink", chosen("speakers"));

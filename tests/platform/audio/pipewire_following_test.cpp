@@ -109,12 +109,19 @@ class PipeWireFollowingTest final : public Suite {
   }
 
   void aSessionManagerThatStaysAwayIsAnInterruption() {
+    auto player = PlaybackStream::play("speakers", 1000);
+    VERIFY_SOON(hearsInTime(1000, 3000));
+    player.reset();
     server_->killManager();
     VERIFY_SOON(isReportedInTime({"interrupted"}));
     QVERIFY(server_->startManager());
+    // Outputs that belong to sound cards are made anew by the session manager. WirePlumber 0.4.13
+    // links no program to others that its predecessor has configured.
+    QVERIFY(server_->remove("speakers"));
+    QVERIFY(server_->addSink("speakers"));
     QVERIFY(server_->setDefaultSink("speakers"));
-    const auto player = PlaybackStream::play("speakers", 1000);
-    VERIFY_SOON(hearsInTime(1000, 3000));
+    player = PlaybackStream::play("speakers", 3000);
+    VERIFY_SOON(hearsInTime(3000, 1000));
     QCOMPARE(reports_, QStringList({"interrupted", "resumed"}));
   }
 

@@ -28,7 +28,7 @@ class SilentServerTest final : public Suite {
   void eventLoopGoesOnUntilTheStartTimesOut() {
     const auto source = platform_.makeSource({});
     const auto end = std::make_shared<TaskEnd>();
-    const QCoro::Task<> following = followTask(source->start([](const PcmBuffer&) {}), end);
+    const QCoro::Task<> following = followTask(source->start([](std::span<const float>) {}), end);
     int turns = 0;
     double longest = turnUntil([&] { return connections_ > 0 && ++turns > 50; });
     QVERIFY(!end->hasEnded);
@@ -44,7 +44,7 @@ class SilentServerTest final : public Suite {
 
   void stopDoesNotWait() {
     const auto source = platform_.makeSource({AudioTarget::Kind::input, {}, {}});
-    QCoro::Task<> starting = source->start([](const PcmBuffer&) {});
+    QCoro::Task<> starting = source->start([](std::span<const float>) {});
     QElapsedTimer timer;
     timer.start();
     source->stop();

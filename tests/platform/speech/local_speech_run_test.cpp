@@ -26,9 +26,7 @@ struct Fixture {
                      [this](bool isBehind) { emitted << (isBehind ? "behind" : "caught up"); });
   }
   void yield(double seconds = 0.1) {
-    PcmBuffer buffer(kSpeechFormat, static_cast<std::size_t>(seconds * kSpeechFormat.sampleRate));
-    buffer.setFrameLength(buffer.frameCapacity());
-    input->yield({std::move(buffer)});
+    input->yield({std::vector<float>(static_cast<std::size_t>(seconds * kSpeechSampleRate))});
   }
 
   test::ManualClock clock;

@@ -10,7 +10,6 @@
 #include "support/manual_clock.h"
 #include "support/suite.h"
 
-#include <cstring>
 #include <QJsonArray>
 #include <QTemporaryDir>
 
@@ -73,10 +72,7 @@ class NeuralEndToEndTest final : public test::Suite {
     connect(run.get(), &SpeechRun::ended, this, [&finals](const std::optional<QString>& error) {
       if (error) finals.append(*error);
     });
-    PcmBuffer buffer(kSpeechFormat, samples.size());
-    buffer.setFrameLength(samples.size());
-    std::memcpy(buffer.mutableBytes(), samples.data(), samples.size() * sizeof(float));
-    input->yield({std::move(buffer)});
+    input->yield({samples});
     await(run->finish());
     return finals;
   }

@@ -35,8 +35,13 @@ void AudioGraph::addLink(std::uint32_t link, std::uint32_t outputNode, std::uint
   links_[link] = {outputNode, inputNode};
 }
 
+void AudioGraph::addPort(std::uint32_t port, std::uint32_t device, const std::string& channel) {
+  if (channel.starts_with("AUX")) auxPorts_[port] = device;
+}
+
 void AudioGraph::remove(std::uint32_t id) {
   devices_.erase(id);
+  auxPorts_.erase(id);
   links_.erase(id);
 }
 
@@ -72,6 +77,13 @@ const AudioDevice* AudioGraph::sink(const std::string& name) const {
 
 const AudioDevice* AudioGraph::source(const std::string& name) const {
   return named(name, &AudioDevice::isSource);
+}
+
+std::uint32_t AudioGraph::auxChannelCount(std::uint32_t device) const {
+  const auto isOfDevice = [device](const auto& port) {
+    return port.second == device;
+  };
+  return std::uint32_t(std::ranges::count_if(auxPorts_, isOfDevice));
 }
 
 bool AudioGraph::isLinked(std::uint32_t outputNode, std::uint32_t inputNode) const {

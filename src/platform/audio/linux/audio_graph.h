@@ -28,7 +28,9 @@ class AudioGraph {
  public:
   void addDevice(const AudioDevice& device);
   void addLink(std::uint32_t link, std::uint32_t outputNode, std::uint32_t inputNode);
-  /// Removes the device or link with this id.
+  /// Adds an output port of a device, for the channel with this name such as "FL" or "AUX3".
+  void addPort(std::uint32_t port, std::uint32_t device, const std::string& channel);
+  /// Removes the device, link or port with this id.
   void remove(std::uint32_t id);
 
   /// A session manager has started. Discards what an earlier one chose.
@@ -52,6 +54,8 @@ class AudioGraph {
   /// Null when no sink or source has this name.
   const AudioDevice* sink(const std::string& name) const;
   const AudioDevice* source(const std::string& name) const;
+  /// The number of channels of a source whose channels have no positions; 0 for other devices.
+  std::uint32_t auxChannelCount(std::uint32_t device) const;
   /// Whether the output of the first node is linked into the second.
   bool isLinked(std::uint32_t outputNode, std::uint32_t inputNode) const;
 
@@ -66,6 +70,8 @@ class AudioGraph {
 
   std::map<std::uint32_t, AudioDevice> devices_;
   std::map<std::uint32_t, Link> links_;
+  /// The device of each port without a position.
+  std::map<std::uint32_t, std::uint32_t> auxPorts_;
   std::string defaultSinkName_;
   std::string defaultSourceName_;
   bool hasSession_ = false;

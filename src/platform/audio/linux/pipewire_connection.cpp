@@ -24,6 +24,11 @@ class PipeWireConnection::Listener final : public PipeWireRegistry::Listener {
     } else if (kind == PW_TYPE_INTERFACE_Link) {
       connection_.graph_.addLink(id, propertyNumber(properties, PW_KEY_LINK_OUTPUT_NODE),
                                  propertyNumber(properties, PW_KEY_LINK_INPUT_NODE));
+    } else if (kind == PW_TYPE_INTERFACE_Port) {
+      if (propertyText(properties, PW_KEY_PORT_DIRECTION) != "out") return;
+      connection_.graph_.addPort(id, propertyNumber(properties, PW_KEY_NODE_ID),
+                                 propertyText(properties, PW_KEY_AUDIO_CHANNEL));
+      return;
     } else if (kind == PW_TYPE_INTERFACE_Metadata &&
                propertyText(properties, PW_KEY_METADATA_NAME) == "default") {
       dropDefaults();

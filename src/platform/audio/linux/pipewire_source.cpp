@@ -188,7 +188,6 @@ void PipeWireSource::reviewWakefulness() {
     options.nodeName = nodeName();
     options.capturesSink = true;
     options.keepsAwake = true;
-    options.channelCount = 1;
     options.target = streamTarget_;
     capture_->awakeStream =
         std::make_unique<PipeWireStream>(*capture_->loop, *capture_->connection, options, nullptr);
@@ -253,22 +252,20 @@ PipeWireSource::Report PipeWireSource::relink() {
 
 /// Returns 0 or a negative errno.
 int PipeWireSource::makeStream() {
-  const AudioDevice* device = wantedDevice();
   PipeWireStreamOptions options;
   options.nodeName = nodeName();
   options.capturesSink = isOutput();
-  if (isBound() && device) options.target = device->name;
-  // PipeWire mixes the channels of an output down by their positions.
-  if (isOutput()) options.channelCount = 2;
+  if (isBound()) options.target = wantedDevice()->name;
+  options.auxChannelCount = capture_->connection->graph().auxChannelCount(wantedDevice()->id);
   streamTarget_ = options.target;
   streamSession_ = capture_->connection->graph().sessionNumber();
   const double quiet = std::chrono::duration<double>(wakefulness_).count();
-  const auto onBuffer = [this, quiet](const PcmBuffer& buffer) {
-    if (sounds_.note(buffer, clock_.monotonicSeconds(), quiet)) capture_->loop->notify();
-    handler_(buffer);
+  const auto handler = [this, quiet](std::span<const float> samples) {
+    if (sounds_.note(samples, clock_.monotonicSeconds(), quiet)) capture_->loop->notify();
+    handler_(samples);
   };
   capture_->stream =
-      std::make_unique<PipeWireStream>(*capture_->loop, *capture_->connection, options, onBuffer);
+      std::make_unique<PipeWireStream>(*capture_->loop, *capture_->connection, options, handler);
   return capture_->stream->error();
 }
 

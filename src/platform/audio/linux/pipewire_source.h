@@ -70,8 +70,8 @@ class PipeWireSource final : public AudioSource {
   /// Null while the device does not exist.
   const AudioDevice* wantedDevice() const;
   bool isOutput() const { return target_.kind == AudioTarget::Kind::output; }
-  /// An input's stream is bound to its device, because the session manager would otherwise move it
-  /// to the monitor of a sink when the last microphone goes.
+  /// The stream of an input is bound to its device, because the session manager would otherwise
+  /// move it to the monitor of a sink when the last microphone goes.
   bool isBound() const { return !isOutput() || !target_.id.isEmpty(); }
   const char* nodeName() const;
 

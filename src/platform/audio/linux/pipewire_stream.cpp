@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/audio/linux/pipewire_stream.h"
 
+#include "platform/audio/mono_mixer.h"
+
 #include <algorithm>
 #include <cerrno>
+#include <cstddef>
+#include <optional>
 #include <pipewire/pipewire.h>
 #include <spa/param/audio/format-utils.h>
 #include <utility>
@@ -31,13 +35,19 @@ void setProperties(pw_properties* properties, const PipeWireStreamOptions& optio
   }
 }
 
-const spa_pod* buildFormat(spa_pod_builder* builder, int channelCount) {
+const spa_pod* buildFormat(spa_pod_builder* builder, const PipeWireStreamOptions& options) {
   spa_audio_info_raw info{};
   info.format = SPA_AUDIO_FORMAT_F32;
-  info.channels = std::uint32_t(channelCount);
-  if (channelCount == 2) {
+  info.rate = AudioSource::kSampleRate;
+  if (options.capturesSink) {
+    // PipeWire mixes the channels of an output down by their positions.
+    info.channels = 2;
     info.position[0] = SPA_AUDIO_CHANNEL_FL;
     info.position[1] = SPA_AUDIO_CHANNEL_FR;
+  } else if (options.auxChannelCount > 0) {
+    // Left alone, PipeWire would take the first two and drop the others.
+    info.channels = std::min<std::uint32_t>(options.auxChannelCount, SPA_AUDIO_MAX_CHANNELS);
+    for (std::uint32_t i = 0; i < info.channels; ++i) info.position[i] = SPA_AUDIO_CHANNEL_AUX0 + i;
   }
   return spa_format_audio_raw_build(builder, SPA_PARAM_EnumFormat, &info);
 }
@@ -68,7 +78,7 @@ struct PipeWireStream::Implementation {
     if (id != SPA_PARAM_Format || !parameter) return;
     spa_audio_info_raw info{};
     if (spa_format_audio_raw_parse(parameter, &info) < 0) return;
-    self(data).format = {AudioFormat::Sample::float32, double(info.rate), int(info.channels), true};
+    self(data).mixer.emplace(info.channels);
   }
 
   static void process(void* data) {
@@ -79,14 +89,15 @@ struct PipeWireStream::Implementation {
     }
   }
 
-  void deliver(const spa_data& samples) const {
-    const bool isCorrupted = (samples.chunk->flags & SPA_CHUNK_FLAG_CORRUPTED) != 0;
-    if (!owner.onBuffer_ || !samples.data || isCorrupted || format.channelCount == 0) return;
-    const std::uint32_t offset = std::min(samples.chunk->offset, samples.maxsize);
-    const std::uint32_t size = std::min(samples.chunk->size, samples.maxsize - offset);
-    const PcmBuffer buffer =
-        PcmBuffer::view(format, {static_cast<const std::byte*>(samples.data) + offset, size});
-    if (buffer.frameLength() > 0) owner.onBuffer_(buffer);
+  void deliver(const spa_data& data) {
+    const bool isCorrupted = (data.chunk->flags & SPA_CHUNK_FLAG_CORRUPTED) != 0;
+    if (!owner.handler_ || !data.data || isCorrupted || !mixer) return;
+    const std::uint32_t offset = std::min(data.chunk->offset, data.maxsize);
+    const std::uint32_t size = std::min(data.chunk->size, data.maxsize - offset);
+    const auto* first =
+        reinterpret_cast<const float*>(static_cast<const std::byte*>(data.data) + offset);
+    const std::span<const float> samples = mixer->mix({first, size / sizeof(float)});
+    if (!samples.empty()) owner.handler_(samples);
   }
 
   static const pw_stream_events& events() {
@@ -104,14 +115,15 @@ struct PipeWireStream::Implementation {
   PipeWireStream& owner;
   pw_stream* stream = nullptr;
   spa_hook hook{};
-  AudioFormat format;
+  /// Empty until the number of channels has been negotiated.
+  std::optional<MonoMixer> mixer;
 };
 
 PipeWireStream::PipeWireStream(PipeWireLoop& loop, PipeWireConnection& connection,
-                               const PipeWireStreamOptions& options, BufferHandler onBuffer)
+                               const PipeWireStreamOptions& options, AudioSource::Handler handler)
     : implementation_(std::make_unique<Implementation>(*this)),
       loop_(loop),
-      onBuffer_(std::move(onBuffer)) {
+      handler_(std::move(handler)) {
   pw_properties* properties = pw_properties_new(
       PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Capture", PW_KEY_MEDIA_ROLE,
       "Accessibility", PW_KEY_MEDIA_NAME, "Live captions", PW_KEY_APP_NAME, "Velun", PW_KEY_APP_ID,
@@ -128,7 +140,7 @@ PipeWireStream::PipeWireStream(PipeWireLoop& loop, PipeWireConnection& connectio
   std::uint8_t room[1024];
   spa_pod_builder builder{};
   spa_pod_builder_init(&builder, room, sizeof room);
-  const spa_pod* format = buildFormat(&builder, options.channelCount);
+  const spa_pod* format = buildFormat(&builder, options);
   auto flags = PW_STREAM_FLAG_AUTOCONNECT | PW_STREAM_FLAG_MAP_BUFFERS;
   if (!options.target.empty()) flags |= PW_STREAM_FLAG_DONT_RECONNECT;
   error_ = std::min(0, pw_stream_connect(implementation_->stream, PW_DIRECTION_INPUT, PW_ID_ANY,

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/audio/audio_source.h"
 #include "platform/audio/linux/pipewire_connection.h"
-#include "platform/audio/pcm_buffer.h"
 
 #include <cstdint>
 #include <functional>
@@ -22,19 +22,17 @@ struct PipeWireStreamOptions {
   /// The name of the only device to capture; the stream ends with it. Empty for the default device,
   /// which the stream then follows.
   std::string target;
-  /// 0 for the number of channels that the device has.
-  int channelCount = 0;
+  /// The number of channels of a source whose channels have no positions, else 0.
+  std::uint32_t auxChannelCount = 0;
 };
 
-/// One capture stream. Notifies the loop when its state has changed. Everything is called under the
-/// loop's lock.
+/// One capture stream, which PipeWire resamples to 16 kHz. Notifies the loop when its state has
+/// changed. Everything is called under the loop's lock.
 class PipeWireStream {
  public:
-  /// Called on the loop's thread.
-  using BufferHandler = std::function<void(const PcmBuffer&)>;
-
+  /// Calls `handler`, unless it is null, on the loop's thread.
   PipeWireStream(PipeWireLoop& loop, PipeWireConnection& connection,
-                 const PipeWireStreamOptions& options, BufferHandler onBuffer);
+                 const PipeWireStreamOptions& options, AudioSource::Handler handler);
   ~PipeWireStream();
   PipeWireStream(const PipeWireStream&) = delete;
   PipeWireStream& operator=(const PipeWireStream&) = delete;
@@ -47,15 +45,15 @@ class PipeWireStream {
   bool isDead() const { return isDead_; }
   /// The id of its node, once it is ready.
   std::uint32_t nodeID() const;
-  /// The buffer handler is not called any more.
-  void silence() { onBuffer_ = nullptr; }
+  /// The handler is not called any more.
+  void silence() { handler_ = nullptr; }
 
  private:
   struct Implementation;
 
   std::unique_ptr<Implementation> implementation_;
   PipeWireLoop& loop_;
-  BufferHandler onBuffer_;
+  AudioSource::Handler handler_;
   int error_ = 0;
   bool isReady_ = false;
   bool isDead_ = false;

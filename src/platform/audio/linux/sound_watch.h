@@ -1,21 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/audio/pcm_buffer.h"
-
 #include <algorithm>
 #include <atomic>
+#include <span>
 
 namespace velun {
 
-/// Remembers when anything but digital silence was last heard. Written on the capture thread, read
-/// on the main one.
+/// Remembers when a sample other than 0 was last captured. Written on the capture thread, read on
+/// the main one.
 class SoundWatch {
  public:
-  /// Notes a buffer that came at `now`, in monotonic seconds; true when it is the first sound
-  /// after `quiet` seconds or more without. Capture thread.
-  bool note(const PcmBuffer& buffer, double now, double quiet) {
-    const auto samples = buffer.floatSamples();
+  /// Notes samples that arrived at `now`, in monotonic seconds. Returns whether they are the first
+  /// sound after at least `quiet` seconds of silence. Capture thread.
+  bool note(std::span<const float> samples, double now, double quiet) {
     const auto isSound = [](float sample) {
       return sample != 0.0F;
     };
@@ -23,7 +21,7 @@ class SoundWatch {
     return now - lastSound_.exchange(now) >= quiet;
   }
 
-  /// Takes `now` for the time of the last sound. Main thread, before buffers arrive.
+  /// Counts `now` as the time of the last sound. Main thread, before samples arrive.
   void begin(double now) { lastSound_ = now; }
 
   /// In monotonic seconds. Any thread.
