@@ -24,7 +24,7 @@ int signOf(int order) {
   return (order > 0) - (order < 0);
 }
 
-/// Every version of a feed can be compared with every other, without contradictions.
+/// Versions are ordered consistently.
 void checkOrder(const QStringList& versions) {
   for (const QString& a : versions) {
     require(compareVersions(a, a) == 0, "a version is the same as itself");
@@ -41,8 +41,8 @@ void checkOrder(const QStringList& versions) {
 
 }  // namespace
 
-/// Any bytes are a feed or are refused; what is offered has a version and a page on the web, and
-/// the one picked is newer than every other.
+/// Any bytes are read or rejected. Every item has a version and a web page, and the offered release
+/// is the newest.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   constexpr qsizetype kMostCompared = 6;
   const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));

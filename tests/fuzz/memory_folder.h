@@ -9,7 +9,7 @@
 
 namespace velun::fuzz {
 
-/// A folder of this run, in memory where the system has such a place: every input writes files.
+/// A temporary folder, in memory if the system has a memory file system.
 inline QString memoryFolder() {
   static const QTemporaryDir folder((QFileInfo(QStringLiteral("/dev/shm")).isWritable()
                                          ? QStringLiteral("/dev/shm")
@@ -19,7 +19,7 @@ inline QString memoryFolder() {
   return folder.path();
 }
 
-/// Puts bytes into a file, in place of what it held.
+/// Replaces the contents of a file.
 inline void put(const QString& path, const char* bytes, std::size_t size) {
   QFile file(path);
   require(file.open(QIODevice::WriteOnly), "the file can be written");

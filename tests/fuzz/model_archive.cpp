@@ -17,8 +17,8 @@ QStringList contents(const QString& folder) {
 
 }  // namespace
 
-/// A download of any bytes is unpacked or refused; nothing but the files of the catalogue comes out
-/// of it, and nothing outside of the folder. The first byte chooses the packing.
+/// Any bytes are unpacked or rejected. Only files of the catalogue are written, and only inside the
+/// folder. The first byte selects the packing.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   if (size == 0) return 0;
   constexpr ModelPacking kPackings[] = {ModelPacking::archive, ModelPacking::gzip,

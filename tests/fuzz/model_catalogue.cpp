@@ -13,7 +13,7 @@ using fuzz::require;
 
 namespace {
 
-/// A name that stays in its folder.
+/// Whether a name has no folder part.
 void checkName(const QString& name) {
   require(!name.isEmpty() && !name.startsWith(u'.'), "a name is not hidden");
   require(QDir::cleanPath("/models/" + name) == "/models/" + name && !name.contains(u'/'),
@@ -35,7 +35,7 @@ void check(const Model& model) {
 
 }  // namespace
 
-/// Any bytes are a catalogue or are refused, and a catalogue keeps all its rules.
+/// Any bytes are read or rejected; a catalogue keeps all rules.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
   try {

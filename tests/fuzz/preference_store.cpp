@@ -6,8 +6,8 @@
 using namespace velun;
 using fuzz::require;
 
-/// Whatever the file holds, the store opens and keeps what is set from then on; a file that was
-/// not understood is still there, under its other name.
+/// With any file contents, the store opens and keeps new values. A file that cannot be read still
+/// exists under its other name.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   const QString path = fuzz::memoryFolder() + "/preferences.json";
   const QString damaged = path + ".damaged";

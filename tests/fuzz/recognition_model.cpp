@@ -28,8 +28,8 @@ void checkSteps(const RecognizerSettings& settings) {
 
 }  // namespace
 
-/// A recognition model and a list of tokens of any bytes are taken or refused. The first two bytes
-/// say how many of the rest are the model's.
+/// A recognition model and a token list of any bytes are accepted or rejected. The first two bytes
+/// are the size of the model.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   if (size < 2) return 0;
   const char* bytes = reinterpret_cast<const char*>(data) + 2;

@@ -51,8 +51,7 @@ void checkText(const QByteArray& utf8) {
 
 }  // namespace
 
-/// What the helper and the program say to each other is read the same however it arrives; no body
-/// upsets what it is meant for.
+/// Messages are read the same however they are split, and any body is handled.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   if (size == 0) return 0;
   const std::span bytes(reinterpret_cast<const char*>(data) + 1, size - 1);

@@ -6,7 +6,7 @@
 
 namespace velun::fuzz {
 
-/// Ends the run as a crash when something that has to hold does not.
+/// Aborts, which libFuzzer reports, if the condition is false.
 inline void require(bool holds, const char* what) {
   if (holds) return;
   std::fprintf(stderr, "Violated: %s\n", what);

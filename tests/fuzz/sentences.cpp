@@ -15,7 +15,7 @@ QString withoutBlanks(QString text) {
 
 }  // namespace
 
-/// Any text is split without losing or repeating anything.
+/// The sentences of any text join to the text.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   constexpr qsizetype kMaxForModel = 12;
   const QString text =

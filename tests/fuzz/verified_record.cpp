@@ -6,7 +6,7 @@
 
 using namespace velun;
 
-/// A record of any bytes is read as some record, which never vouches for a file that is not there.
+/// Any bytes are read as a record, which never covers a missing file.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   const QString folder = fuzz::memoryFolder();
   fuzz::put(folder + "/verified.json", reinterpret_cast<const char*>(data), size);

@@ -40,12 +40,12 @@ class AtomicFileTest final : public test::Suite {
     folder_ = std::make_unique<test::TestFolder>();
   }
 
-  void aFileIsWrittenAndReplaced_data() {
+  void writesAndReplacesFiles_data() {
     QTest::addColumn<bool>("flush");
     QTest::newRow("flushed") << true;
     QTest::newRow("not flushed") << false;
   }
-  void aFileIsWrittenAndReplaced() {
+  void writesAndReplacesFiles() {
     QFETCH(bool, flush);
     const QByteArray large(3'000'000, 'x');
     for (const QByteArray& bytes : {QByteArray("first"), large, QByteArray(), QByteArray("a")}) {
@@ -55,14 +55,14 @@ class AtomicFileTest final : public test::Suite {
     }
   }
 
-  void whatAKilledWriterLeftIsTakenOver() {
+  void leftoverOfAKilledWriterIsReused() {
     folder_->write(".file.velun-part", QByteArray(100, 'x'));
     writeFileAtomically(path("file"), "short", false);
     QCOMPARE(readWholeFile(path("file"), 100), QByteArray("short"));
     QCOMPARE(folder_->names(), QStringList{"file"});
   }
 
-  void aNewFileIsTheUsersAloneAndAnOldOneKeepsItsMode() {
+  void newFileIsPrivateAndExistingOneKeepsItsMode() {
     writeFileAtomically(path("file"), "a", false);
     QCOMPARE(folder_->mode("file"), 0600u);
     QCOMPARE(::chmod(name("file").constData(), 0644), 0);
@@ -70,25 +70,25 @@ class AtomicFileTest final : public test::Suite {
     QCOMPARE(folder_->mode("file"), 0644u);
   }
 
-  void aMissingFolderIsAnError() {
+  void missingFolderThrows() {
     QCOMPARE(refusalOf([this] { writeFileAtomically(path("no/file"), "a", true); }), ENOENT);
   }
 
-  void aTargetThatCannotBeReplacedLeavesNoPart() {
+  void failedReplacementLeavesNoTemporaryFile() {
     QVERIFY(QDir().mkdir(path("file")));
     QCOMPARE(refusalOf([this] { writeFileAtomically(path("file"), "a", true); }), EISDIR);
     QCOMPARE(folder_->names(), QStringList{"file"});
   }
 
-  void aPartThatIsALinkIsNotFollowed() {
+  void temporaryFileThatIsALinkIsNotFollowed() {
     folder_->write("victim", "kept");
     QVERIFY(QFile::link(path("victim"), path(".file.velun-part")));
     QCOMPARE(refusalOf([this] { writeFileAtomically(path("file"), "a", true); }), ELOOP);
     QCOMPARE(readWholeFile(path("victim"), 100), QByteArray("kept"));
   }
 
-  void writersOfOneFileTakeTurns() {
-    // Each writes its own letter; a file of two letters would be a torn one.
+  void concurrentWritersTakeTurns() {
+    // Each writes its own letter; a file with both letters would be damaged.
     const auto write = [this](char letter) {
       for (int i = 0; i < 100; ++i)
         writeFileAtomically(path("file"), QByteArray(50'000, letter), false);
@@ -107,7 +107,7 @@ class AtomicFileTest final : public test::Suite {
     QCOMPARE(folder_->names(), QStringList{"file"});
   }
 
-  void onlyAbandonedPartsAreRemoved() {
+  void removesOnlyAbandonedTemporaryFiles() {
     folder_->write(".old.velun-part", "left");
     folder_->write(".busy.velun-part", "being written");
     folder_->write(".other.part", "someone else's");
@@ -123,7 +123,7 @@ class AtomicFileTest final : public test::Suite {
     QCOMPARE(folder_->names(), (QStringList{".other.part", "plain.velun-part"}));
   }
 
-  void onlyRegularFilesWithinTheLimitAreRead() {
+  void readsOnlyRegularFilesWithinTheLimit() {
     folder_->write("file", "12345");
     QCOMPARE(readWholeFile(path("file"), 5), QByteArray("12345"));
     QCOMPARE(refusalOf([this] { readWholeFile(path("file"), 4); }), EFBIG);
@@ -134,13 +134,13 @@ class AtomicFileTest final : public test::Suite {
     QCOMPARE(refusalOf([this] { readWholeFile(path("pipe"), 1 << 20); }), EINVAL);
   }
 
-  void thePaddingIsThere() {
+  void reservesThePadding() {
     folder_->write("file", "12345");
     const QByteArray bytes = readWholeFile(path("file"), 5, 64);
     QVERIFY(bytes.capacity() >= 5 + 64);
   }
 
-  void foldersAreMadeForTheUserAlone() {
+  void createsPrivateFolders() {
     QVERIFY(QDir().mkdir(path("open")));
     QCOMPARE(::chmod(name("open").constData(), 0755), 0);
     makePrivateFolder(path("open/a/b"));
@@ -153,11 +153,11 @@ class AtomicFileTest final : public test::Suite {
     QCOMPARE(refusalOf([this] { makePrivateFolder(path("file/below")); }), ENOTDIR);
   }
 
-  void filesKnowWhenTheyWereCreated() {
+  void readsTheCreationTime() {
     folder_->write("file", "x");
     QVERIFY(!creationTime(path("none")));
     const std::optional<Instant> created = creationTime(path("file"));
-    // Every file system that this is developed on records it.
+    // All common Linux file systems record it.
     QVERIFY(created);
     const auto age = std::chrono::system_clock::now() - *created;
     QVERIFY(age > std::chrono::seconds(-2) && age < std::chrono::seconds(60));

@@ -35,7 +35,7 @@ class DateFormatsTest final : public test::Suite {
     QCOMPARE(timeOfDay(midnight + hours(12), "ko"), QString("오후 12:00:00"));
   }
 
-  void aZoneThatChangesWhileTheProgramRunsIsFollowed() {
+  void changedTimeZoneIsUsed() {
     using namespace std::chrono;
     const Instant instant = Instant(sys_days(year(2025) / 7 / 31)) + hours(21);
     QCOMPARE(longDateAndTime(instant, "en"), QString("August 1, 2025 at 6:00:00\u202FAM"));
@@ -43,7 +43,7 @@ class DateFormatsTest final : public test::Suite {
     QCOMPARE(longDateAndTime(instant, "en"), QString("July 31, 2025 at 5:00:00\u202FPM"));
     QCOMPARE(timeOfDay(instant, "ko"), QString("오후 5:00:00"));
     QCOMPARE(monthAndYear(instant, "en"), QString("July 2025"));
-    // The offset is that of the day, not of today.
+    // The offset is that of the date, not the current one.
     QCOMPARE(timeOfDay(Instant(sys_days(year(2025) / 1 / 1)) + hours(21), "en"),
              QString("4:00:00\u202FPM"));
   }

@@ -19,21 +19,21 @@ class FilePreferencesTest final : public test::Suite {
     folder_ = std::make_unique<test::TestFolder>();
   }
 
-  void theUsersFileLiesInTheFolderForConfiguration() {
+  void userFileIsInTheConfigurationFolder() {
     QCOMPARE(FilePreferences::userPath(),
              QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
                  "/app.velun.Velun/preferences.json");
   }
 
-  void missingIsNotFalse() {
+  void missingValueIsNone() {
     FilePreferences preferences(path());
     QVERIFY(!preferences.value("keepOnTop"));
-    QVERIFY(!QFileInfo::exists(path()));  // reading makes nothing
+    QVERIFY(!QFileInfo::exists(path()));  // reading creates nothing
     preferences.set("keepOnTop", false);
     QCOMPARE(preferences.get<bool>("keepOnTop"), std::optional(false));
   }
 
-  void valuesComeBackInAnotherRunWithTheirKinds() {
+  void valuesKeepTheirTypes() {
     {
       FilePreferences preferences(path());
       preferences.set("yes", true);
@@ -54,7 +54,7 @@ class FilePreferencesTest final : public test::Suite {
     QCOMPARE(preferences.get<QString>("empty"), std::optional<QString>(""));
   }
 
-  void aValueOfAnotherKindIsNone() {
+  void valueOfAnotherTypeIsNone() {
     writeFile(
         "{\"keepOnTop\": \"no\", \"fontSize\": true, \"translate\": 1, \"list\": [], \"none\": "
         "null}");
@@ -66,24 +66,24 @@ class FilePreferencesTest final : public test::Suite {
     QVERIFY(!preferences.value("none"));
   }
 
-  void aWholeNumberIsANumber() {
+  void readsIntegers() {
     writeFile("{\"fontSize\": 20}");
     QCOMPARE(FilePreferences(path()).get<double>("fontSize"), std::optional(20.0));
   }
 
-  void everySetReachesTheFileAtOnce() {
+  void setWritesAtOnce() {
     FilePreferences preferences(path());
     preferences.set("a", 1.0);
     QCOMPARE(FilePreferences(path()).get<double>("a"), std::optional(1.0));
     preferences.set("a", 2.0);
     QCOMPARE(FilePreferences(path()).get<double>("a"), std::optional(2.0));
-    // Also when the value is the same.
+    // Even if the value does not change.
     QVERIFY(QFile::remove(path()));
     preferences.set("a", 2.0);
     QCOMPARE(FilePreferences(path()).get<double>("a"), std::optional(2.0));
   }
 
-  void theFolderAndTheFileAreTheUsersAlone() {
+  void folderAndFileArePrivate() {
     const QString deep = folder_->path("config/app.velun.Velun/preferences.json");
     FilePreferences preferences(deep);
     preferences.set("a", true);
@@ -92,7 +92,7 @@ class FilePreferencesTest final : public test::Suite {
     QCOMPARE(folder_->mode("config/app.velun.Velun"), 0700u);
   }
 
-  void aDamagedFileIsSetAsideAndTheDefaultsAreUsed_data() {
+  void damagedFileIsRenamed_data() {
     QTest::addColumn<QByteArray>("bytes");
     QTest::newRow("cut short") << QByteArray("{\"fontSize\": 20, \"keepOnTop");
     QTest::newRow("empty") << QByteArray();
@@ -102,7 +102,7 @@ class FilePreferencesTest final : public test::Suite {
     QTest::newRow("deep") << QByteArray(100'000, '[');
     QTest::newRow("far too large") << "{\"a\": \"" + QByteArray(2 << 20, 'x') + "\"}";
   }
-  void aDamagedFileIsSetAsideAndTheDefaultsAreUsed() {
+  void damagedFileIsRenamed() {
     QFETCH(QByteArray, bytes);
     writeFile(bytes);
     FilePreferences preferences(path());
@@ -114,7 +114,7 @@ class FilePreferencesTest final : public test::Suite {
     QCOMPARE(folder_->contents("preferences.json.damaged"), bytes);
   }
 
-  void aFileDamagedWhileRunningLosesNoValue() {
+  void fileDamagedWhileRunningLosesNoValue() {
     FilePreferences preferences(path());
     preferences.set("a", 1.0);
     writeFile("{");
@@ -124,7 +124,7 @@ class FilePreferencesTest final : public test::Suite {
     QCOMPARE(again.get<double>("b"), std::optional(2.0));
   }
 
-  void aFolderInPlaceOfTheFileIsSetAsideToo() {
+  void folderInPlaceOfTheFileIsRenamed() {
     QVERIFY(QDir().mkpath(path()));
     FilePreferences preferences(path());
     preferences.set("a", true);
@@ -132,7 +132,7 @@ class FilePreferencesTest final : public test::Suite {
     QVERIFY(QFileInfo(path() + ".damaged").isDir());
   }
 
-  void twoProgramsLoseNothingOfEachOther() {
+  void twoProgramsKeepEachOthersValues() {
     FilePreferences one(path());
     FilePreferences other(path());
     one.set("a", 1.0);
@@ -142,11 +142,11 @@ class FilePreferencesTest final : public test::Suite {
     QCOMPARE(again.get<double>("a"), std::optional(1.0));
     QCOMPARE(again.get<double>("b"), std::optional(2.0));
     QCOMPARE(again.get<double>("c"), std::optional(3.0));
-    // What the other one set is not seen before the next start.
+    // Values of the other program are read at the next start.
     QVERIFY(!one.value("b"));
   }
 
-  void valuesOfKindsThatAreNotKnownAreKept() {
+  void unknownTypesAreKept() {
     writeFile("{\"list\": [1, 2], \"object\": {\"a\": null}}");
     FilePreferences preferences(path());
     preferences.set("a", true);
@@ -155,8 +155,8 @@ class FilePreferencesTest final : public test::Suite {
     QVERIFY(bytes.contains("\"object\": { \"a\": null }"));
   }
 
-  void aWriteThatFailsKeepsTheValueForThisRunAndTriesAgain() {
-    // A file stands where the folder would have to be.
+  void failedWriteIsRetriedByTheNextSet() {
+    // There is a file in place of the folder.
     const QString blocked = folder_->path("blocked");
     QFile file(blocked);
     QVERIFY(file.open(QIODevice::WriteOnly));
@@ -171,7 +171,7 @@ class FilePreferencesTest final : public test::Suite {
     QCOMPARE(again.get<double>("b"), std::optional(2.0));
   }
 
-  void aLinkToTheFileStaysALink() {
+  void linkToTheFileStaysALink() {
     const QString target = folder_->path("dotfiles.json");
     QFile file(target);
     QVERIFY(file.open(QIODevice::WriteOnly));
@@ -186,7 +186,7 @@ class FilePreferencesTest final : public test::Suite {
     QCOMPARE(folder_->mode("dotfiles.json"), 0640u);
   }
 
-  void noPartOfAFileStaysBehind() {
+  void temporaryFilesAreRemoved() {
     FilePreferences preferences(path());
     for (int i = 0; i < 10; ++i) preferences.set("a", double(i));
     QCOMPARE(folder_->names(), QStringList{"preferences.json"});

@@ -52,7 +52,7 @@ class LatestJobTest final : public test::Suite {
     QCOMPARE(receiver, QThread::currentThread());
   }
 
-  void theEventLoopKeepsRunning() {
+  void eventLoopKeepsRunning() {
     LatestJob job;
     const BlockedWork work{.result = 7};
     int result = 0;
@@ -81,7 +81,7 @@ class LatestJobTest final : public test::Suite {
     QTRY_COMPARE(results, QList<int>{2});
   }
 
-  void aResultThatWaitsInTheEventLoopIsDiscardedToo() {
+  void cancelDiscardsAPostedResult() {
     LatestJob job;
     int calls = 0;
     job.start([](const std::stop_token&) { return 1; }, [&calls](int) { ++calls; });
@@ -92,7 +92,7 @@ class LatestJobTest final : public test::Suite {
     QCOMPARE(calls, 0);
   }
 
-  void destroyingTheJobStopsTheWork() {
+  void destructionStopsTheWork() {
     int calls = 0;
     const BlockedWork work;
     {
@@ -104,13 +104,13 @@ class LatestJobTest final : public test::Suite {
     QCOMPARE(calls, 0);
   }
 
-  void theReceiverMayDestroyTheJob() {
+  void receiverMayDestroyTheJob() {
     auto job = std::make_unique<LatestJob>();
     job->start([](const std::stop_token&) { return 1; }, [&job](int) { job.reset(); });
     VERIFY_SOON(!job);
   }
 
-  void theReceiverMayStartTheNextJob() {
+  void receiverMayStartTheNextJob() {
     LatestJob job;
     int result = 0;
     const auto one = [](const std::stop_token&) {

@@ -41,7 +41,7 @@ class MainTaskTest final : public test::Suite {
   Q_OBJECT
 
  private Q_SLOTS:
-  void aTaskStartsOnTheNextTurn() {
+  void taskStartsFromTheEventLoop() {
     int calls = 0;
     QObject context;
     startTask(&context, [&calls] { return note(&calls); });
@@ -49,7 +49,7 @@ class MainTaskTest final : public test::Suite {
     QTRY_COMPARE(calls, 1);
   }
 
-  void aTaskWhoseContextIsGoneNeverStarts() {
+  void taskWithoutContextDoesNotStart() {
     int calls = 0;
     {
       QObject context;
@@ -59,14 +59,14 @@ class MainTaskTest final : public test::Suite {
     QCOMPARE(calls, 0);
   }
 
-  void anErrorThatLeavesATaskIsReported() {
+  void unhandledExceptionIsLogged() {
     QTest::ignoreMessage(QtWarningMsg, "A task ended with an unexpected error: it went wrong");
     QObject context;
     startTask(&context, [] { return failing(); });
     QCoreApplication::processEvents();
   }
 
-  void onlyTheFirstAnswerCounts() {
+  void onlyTheFirstResultCounts() {
     const OneShot<int> question;
     int result = 0;
     QCoro::Task<> task = keepAnswer(question, &result);
@@ -75,12 +75,12 @@ class MainTaskTest final : public test::Suite {
     QVERIFY(!question.complete(2));
     QVERIFY(!question.fail(std::make_exception_ptr(Failure("late"))));
     QVERIFY(question.isAnswered());
-    // The one who waits goes on from the event loop, not inside `complete`.
+    // The coroutine resumes from the event loop, not inside `complete`.
     QCOMPARE(result, 0);
     QTRY_COMPARE(result, 1);
   }
 
-  void anAnswerGivenBeforeIsFound() {
+  void earlierResultIsReturnedAtOnce() {
     const OneShot<int> question;
     question.complete(7);
     QCoreApplication::processEvents();
@@ -89,7 +89,7 @@ class MainTaskTest final : public test::Suite {
     QCOMPARE(result, 7);
   }
 
-  void aFailureIsThrownWhereItIsAwaited() {
+  void failureIsThrownToTheCoroutine() {
     const OneShot<int> question;
     QString result;
     QCoro::Task<> task = keepFailure(question, &result);
@@ -97,7 +97,7 @@ class MainTaskTest final : public test::Suite {
     QTRY_COMPARE(result, QString("no answer"));
   }
 
-  void anAnswerFromAnotherThreadArrivesOnTheMainThread() {
+  void resultFromAnotherThreadResumesOnTheMainThread() {
     const OneShot<int> question;
     int result = 0;
     QCoro::Task<> task = keepAnswer(question, &result);
@@ -105,7 +105,7 @@ class MainTaskTest final : public test::Suite {
     QTRY_COMPARE(result, 3);
   }
 
-  void aScheduledCallIsMadeOnceUnlessItIsTakenBack() {
+  void scheduledCallRunsOnceUnlessDestroyed() {
     SystemClock clock;
     int made = 0;
     int takenBack = 0;
@@ -118,7 +118,7 @@ class MainTaskTest final : public test::Suite {
     QCOMPARE(takenBack, 0);
   }
 
-  void aScheduledCallMayDestroyItself() {
+  void scheduledCallMayDestroyItself() {
     SystemClock clock;
     int made = 0;
     std::unique_ptr<ScheduledCall> call;
@@ -129,7 +129,7 @@ class MainTaskTest final : public test::Suite {
     QTRY_COMPARE(made, 1);
   }
 
-  void theMonotonicClockNeverGoesBack() {
+  void monotonicClockNeverGoesBack() {
     const SystemClock clock;
     const double before = clock.monotonicSeconds();
     QVERIFY(clock.monotonicSeconds() >= before);

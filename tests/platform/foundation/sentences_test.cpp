@@ -47,7 +47,7 @@ class SentencesTest final : public test::Suite {
     QCOMPARE(sentences(expected.join(QString()), locale), expected);
   }
 
-  void nothingHasNoSentences() { QCOMPARE(sentences(QString(), "en_US"), QStringList()); }
+  void emptyTextHasNoSentences() { QCOMPARE(sentences(QString(), "en_US"), QStringList()); }
 };
 
 QTEST_GUILESS_MAIN(SentencesTest)

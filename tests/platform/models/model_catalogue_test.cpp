@@ -38,7 +38,7 @@ QByteArray catalogueOf(const QJsonArray& models) {
   return QJsonDocument(QJsonObject{{"models", models}}).toJson();
 }
 
-/// Puts `value` at a dotted path such as "downloads.0.bytes".
+/// Sets the value at a dotted path such as "downloads.0.bytes".
 QJsonValue replaced(const QJsonValue& root, QStringList path, const QJsonValue& value) {
   if (path.isEmpty()) return value;
   const QString key = path.takeFirst();
@@ -59,7 +59,7 @@ class ModelCatalogueTest final : public test::Suite {
   Q_OBJECT
 
  private Q_SLOTS:
-  void everyFieldIsRead() {
+  void readsEveryField() {
     const ModelCatalogue catalogue = ModelCatalogue::read(catalogueOf({goodModel()}));
     const Model* model = catalogue.find("good-1.0");
     QVERIFY(model);
@@ -78,7 +78,7 @@ class ModelCatalogueTest final : public test::Suite {
     QCOMPARE(packed.files.front(), (ModelFile{"two.bin", 20, kHash.toLatin1()}));
   }
 
-  void whatBreaksARuleIsRefused_data() {
+  void rejectsInvalidEntries_data() {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QJsonValue>("value");
     const auto row = [](const char* name, const char* path, const QJsonValue& value) {
@@ -112,24 +112,24 @@ class ModelCatalogueTest final : public test::Suite {
     row("bad hash of a file", "downloads.1.files.0.sha256", "xyz");
     row("unknown installed size", "downloads.1.files.0.bytes", 0);
   }
-  void whatBreaksARuleIsRefused() {
+  void rejectsInvalidEntries() {
     QFETCH(QString, path);
     QFETCH(QJsonValue, value);
     const QJsonValue model = replaced(goodModel(), path.split('.'), value);
     QVERIFY_EXCEPTION_THROWN(ModelCatalogue::read(catalogueOf({model})), Failure);
   }
 
-  void anIdMayOccurOnce() {
+  void rejectsDuplicateIds() {
     QVERIFY_EXCEPTION_THROWN(ModelCatalogue::read(catalogueOf({goodModel(), goodModel()})),
                              Failure);
   }
 
-  void damagedFilesAreRefused() {
+  void rejectsDamagedFiles() {
     QVERIFY_EXCEPTION_THROWN(ModelCatalogue::read("{\"models\": ["), Failure);
     QVERIFY_EXCEPTION_THROWN(ModelCatalogue::read("[]"), Failure);
   }
 
-  void theBuiltInCatalogueOffersTheLanguages() {
+  void builtInCatalogueOffersTheLanguages() {
     const ModelCatalogue catalogue = ModelCatalogue::builtIn();
     QSet<QString> recognized;
     for (const Model& model : catalogue.ofKind(ModelKind::recognition)) {
@@ -147,7 +147,7 @@ class ModelCatalogueTest final : public test::Suite {
     QVERIFY(catalogue.ofKind(ModelKind::translation).size() > 100);
   }
 
-  void everyOptionThatNamesAFileNamesOneThatIsDownloaded() {
+  void optionsNameDownloadedFiles() {
     const ModelCatalogue catalogue = ModelCatalogue::builtIn();
     for (const Model& model : catalogue.models()) {
       QStringList files;
@@ -161,7 +161,7 @@ class ModelCatalogueTest final : public test::Suite {
     }
   }
 
-  void aMirrorReplacesTheHost() {
+  void mirrorReplacesTheHost() {
     const QString address = "https://example.org/a/b.bin";
     QCOMPARE(mirroredModelAddress(address, ""), QUrl(address));
     QCOMPARE(mirroredModelAddress(address, "http://127.0.0.1:8080"),
@@ -170,7 +170,7 @@ class ModelCatalogueTest final : public test::Suite {
              QUrl("https://mirror.example/velun/a/b.bin"));
   }
 
-  void onlyThisComputerMayDoWithoutHttps() {
+  void onlyLoopbackMayUseHttp() {
     QVERIFY(isSafeModelAddress(QUrl("https://example.org/a")));
     QVERIFY(isSafeModelAddress(QUrl("http://127.0.0.1:1/a")));
     QVERIFY(isSafeModelAddress(QUrl("http://localhost/a")));

@@ -14,7 +14,7 @@ using namespace velun;
 using namespace velun::test;
 using namespace std::chrono_literals;
 
-/// One model of one file, fetched from a server that does not do what it should.
+/// Downloads a model of one file from a server that misbehaves.
 class ModelDownloadTest final : public test::Suite {
   Q_OBJECT
 
@@ -69,7 +69,7 @@ class ModelDownloadTest final : public test::Suite {
   }
   void cleanup() { store_.reset(); }
 
-  void aGoodServerIsAskedOnce() {
+  void oneRequestIsEnough() {
     QVERIFY(!store_->isInstalled(model_));
     QCOMPARE(install(), QString());
     QVERIFY(isRight());
@@ -77,7 +77,7 @@ class ModelDownloadTest final : public test::Suite {
     QCOMPARE(server_->requests, QStringList("/x/model.bin"));
   }
 
-  void aDroppedConnectionIsTakenUpAgain() {
+  void lostConnectionIsResumed() {
     server_->answers = {{.cutAfter = 100'000}, {.cutAfter = 50'000}};
     QCOMPARE(install(), QString());
     QVERIFY(isRight());
@@ -85,27 +85,27 @@ class ModelDownloadTest final : public test::Suite {
              QStringList({"/x/model.bin", "/x/model.bin from 100000", "/x/model.bin from 150000"}));
   }
 
-  void aServerWithoutRangesBeginsAnew() {
+  void serverWithoutRangesRestarts() {
     server_->answers = {{.cutAfter = 100'000}, {.knowsRanges = false}};
     QCOMPARE(install(), QString());
     QVERIFY(isRight());
   }
 
-  void aServerThatAnswersWithAnotherPartBeginsAnew() {
+  void wrongRangeRestarts() {
     server_->answers = {{.cutAfter = 100'000}, {.shiftsRange = true}};
     QCOMPARE(install(), QString());
     QVERIFY(isRight());
     QCOMPARE(server_->requests.last(), QString("/x/model.bin"));
   }
 
-  void aSilentConnectionCountsAsDropped() {
+  void stalledConnectionTimesOut() {
     server_->answers = {{.hangAfter = 120'000}};
     QCOMPARE(install(), QString());
     QVERIFY(isRight());
     QCOMPARE(server_->requests.last(), QString("/x/model.bin from 120000"));
   }
 
-  void whatNeverComesIsGivenUpAndKept() {
+  void partialFileIsKeptAfterTheLastAttempt() {
     server_->answers = {{.cutAfter = 100'000}, {.cutAfter = 0}};
     const QString text = install();
     QVERIFY2(text.startsWith("The model download was interrupted"), qPrintable(text));
@@ -117,27 +117,27 @@ class ModelDownloadTest final : public test::Suite {
     QCOMPARE(server_->requests.last(), QString("/x/model.bin from 100000"));
   }
 
-  void aLaterProgramGoesOn() {
+  void nextProgramResumes() {
     putPartial(file_.left(200'000));
     QCOMPARE(install(), QString());
     QVERIFY(isRight());
     QCOMPARE(server_->sentBytes, qint64(100'000));
   }
 
-  void theBeginningOfAnotherFileIsThrownAway() {
+  void partOfAnotherFileIsDiscarded() {
     putPartial(QByteArray(200'000, 'z'));
     QCOMPARE(install(), QString());
     QVERIFY(isRight());
     QCOMPARE(server_->requests.last(), QString("/x/model.bin"));
   }
 
-  void tooMuchIsThrownAway() {
+  void tooLongFileIsDiscarded() {
     putPartial(QByteArray(file_.size() + 5, 'z'));
     QCOMPARE(install(), QString());
     QVERIFY(isRight());
   }
 
-  void anotherLengthIsRefusedBeforeItIsFetched() {
+  void wrongContentLengthIsRejected() {
     server_->answers = {{.claimedLength = 1'000'000}};
     const QString text = install();
     QVERIFY2(text.contains("different file than expected"), qPrintable(text));
@@ -146,14 +146,14 @@ class ModelDownloadTest final : public test::Suite {
     QVERIFY(isRight());
   }
 
-  void aLongerFileWithoutALengthIsRefused() {
+  void tooLongFileWithoutContentLengthIsRejected() {
     server_->answers = {{.sendsLength = false, .body = file_ + "more"}};
     QVERIFY(install().contains("different file than expected"));
     QCOMPARE(install(), QString());
     QVERIFY(isRight());
   }
 
-  void aWrongHashIsThrownAwayAndReported() {
+  void wrongHashIsDiscardedAndReported() {
     QByteArray wrong = file_;
     wrong[1000] = char(~wrong[1000]);
     server_->answers = {{.body = wrong}};
@@ -165,7 +165,7 @@ class ModelDownloadTest final : public test::Suite {
     QVERIFY(isRight());
   }
 
-  void aMissingFileIsReportedAtOnce() {
+  void missingFileIsNotRetried() {
     server_->answers = {{.status = 404}};
     QVERIFY(install().contains("returned error 404"));
     QCOMPARE(server_->requests.size(), 1);
@@ -173,18 +173,18 @@ class ModelDownloadTest final : public test::Suite {
     QVERIFY(isRight());
   }
 
-  void aBusyServerIsAskedAgain() {
+  void busyServerIsRetried() {
     server_->answers = {{.status = 503}, {.status = 429}};
     QCOMPARE(install(), QString());
     QVERIFY(isRight());
   }
 
-  void aBrokenServerIsGivenUp() {
+  void serverErrorsEndTheDownload() {
     server_->answers = {{.status = 500}, {.status = 500}, {.status = 500}};
     QVERIFY(install().contains("returned error 500"));
   }
 
-  void aRedirectIsFollowedWithItsRange() {
+  void redirectKeepsTheRange() {
     server_->files["/moved.bin"] = file_;
     putPartial(file_.left(1000));
     server_->answers = {{.redirect = server_->address("/moved.bin")}};
@@ -193,21 +193,21 @@ class ModelDownloadTest final : public test::Suite {
     QCOMPARE(server_->requests.last(), QString("/moved.bin from 1000"));
   }
 
-  void aRedirectAwayFromHttpsIsRefused() {
+  void redirectToHttpIsRejected() {
     server_->answers = {{.redirect = "http://models.example.org/model.bin"}};
     const QString text = install();
     QVERIFY2(text.contains("isn’t secure"), qPrintable(text));
     QCOMPARE(server_->requests.size(), 1);
   }
 
-  void aMirrorWithoutHttpsIsRefused() {
+  void mirrorWithoutHttpsIsRejected() {
     open({300ms, 1ms, 3}, "http://models.example.org");
     const QString text = install();
     QVERIFY2(text.contains("isn’t secure"), qPrintable(text));
     QVERIFY(!store_->isInstalled(model_));
   }
 
-  void redirectsInACircleEnd() {
+  void redirectLoopEnds() {
     for (int i = 0; i < 200; ++i) {
       server_->answers.push_back({.redirect = server_->address("/x/model.bin")});
     }
@@ -215,13 +215,13 @@ class ModelDownloadTest final : public test::Suite {
     QVERIFY(!store_->isInstalled(model_));
   }
 
-  void nobodyListening() {
+  void refusedConnectionIsReported() {
     server_->close();
     const QString text = install();
     QVERIFY2(text.contains("no connection to 127.0.0.1"), qPrintable(text));
   }
 
-  void aFullDiskIsReportedWhileWriting() {
+  void fullDiskIsReported() {
     QDir().mkpath(dir_->filePath(".downloads/small"));
     QVERIFY(QFile::link("/dev/full", partial()));
     const QString text = install();
@@ -231,7 +231,7 @@ class ModelDownloadTest final : public test::Suite {
     QVERIFY(isRight());
   }
 
-  void aStopEndsItSoonAndKeepsWhatCame() {
+  void stopKeepsThePartialFile() {
     open({60s, 1ms, 3});
     server_->answers = {{.hangAfter = 150'000}};
     std::stop_source stop;
@@ -247,7 +247,7 @@ class ModelDownloadTest final : public test::Suite {
     QCOMPARE(server_->requests.last(), QString("/x/model.bin from 150000"));
   }
 
-  void aStopEndsTheWaitForTheNextTry() {
+  void stopEndsTheRetryDelay() {
     open({300ms, 60s, 3});
     server_->answers = {{.cutAfter = 10}};
     std::stop_source stop;
@@ -257,7 +257,7 @@ class ModelDownloadTest final : public test::Suite {
     QCOMPARE(failureOf(std::move(task)), QString("cancelled"));
   }
 
-  void quittingDoesNotWaitForIt() {
+  void quittingStopsTheDownload() {
     open({60s, 1ms, 3});
     server_->answers = {{.hangAfter = 150'000}};
     QCoro::Task<> task = store_->install(model_, std::stop_token());

@@ -76,7 +76,7 @@ void ModelServer::answer(QTcpSocket* socket, const QString& path, qint64 from) {
   socket->write(body);
   if (how.hangAfter >= 0) return;
   if (how.cutAfter >= 0) {
-    // A connection breaks off while its answer is being read.
+    // Closes the connection while the client reads the response.
     QTimer::singleShot(std::chrono::milliseconds(50), socket, &QTcpSocket::disconnectFromHost);
   } else {
     socket->disconnectFromHost();

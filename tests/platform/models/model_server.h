@@ -11,20 +11,20 @@ class QTcpSocket;
 
 namespace velun::test {
 
-/// How one request is answered; by default as it should be.
+/// The response to one request; by default correct.
 struct Answer {
-  int status = 200;          ///< anything else is sent without the file
+  int status = 200;          ///< others are sent without a body
   int cutAfter = -1;         ///< closes the connection after so many bytes of the body
-  int hangAfter = -1;        ///< sends no more after so many bytes of the body
-  bool knowsRanges = true;   ///< answers a range with a part
-  bool shiftsRange = false;  ///< answers a range with another part than the one asked for
-  int claimedLength = -1;    ///< sends this as the length
+  int hangAfter = -1;        ///< stalls after so many bytes of the body
+  bool knowsRanges = true;   ///< supports range requests
+  bool shiftsRange = false;  ///< sends another range than requested
+  int claimedLength = -1;    ///< sent as Content-Length
   bool sendsLength = true;
-  QByteArray body = {};   ///< in place of the file
-  QString redirect = {};  ///< sends there
+  QByteArray body = {};   ///< replaces the file
+  QString redirect = {};  ///< the target of a redirect
 };
 
-/// A web server on this computer that hands out files and misbehaves as it is told.
+/// A web server on the loopback interface that serves files and misbehaves on request.
 class ModelServer final : public QTcpServer {
   Q_OBJECT
 
@@ -32,23 +32,23 @@ class ModelServer final : public QTcpServer {
   ModelServer();
 
   QHash<QString, QByteArray> files;  ///< by path, such as "/a/model.bin"
-  std::deque<Answer> answers;        ///< for the next requests, in order; then as it should be
+  std::deque<Answer> answers;        ///< for the next requests, in order; later ones are correct
 
-  /// One line a request: the path, and the range when one was asked for.
+  /// The path and the range, if any, of each request.
   QStringList requests;
 
-  /// The number of body bytes handed out.
+  /// The number of body bytes sent.
   qint64 sentBytes = 0;
 
-  /// Ends an answer that was cut off, for those who ask for the same once more.
+  /// Stops repeating the interrupted response.
   void recover() { cut_.reset(); }
 
-  /// The address of a path.
+  /// The URL of a path.
   QString address(const QString& path) const;
 
  private:
-  /// The answer to the last request, when it was cut off. Qt's client now and then repeats such a
-  /// request by itself, which must make no difference: it is answered the same, and not listed.
+  /// The last response, if it was interrupted. Qt sometimes repeats such a request by itself; it
+  /// gets the same response, and is not listed.
   std::optional<Answer> cut_;
 
   void serve(QTcpSocket* socket);

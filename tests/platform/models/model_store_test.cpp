@@ -18,7 +18,7 @@ using namespace velun;
 using namespace velun::test;
 using namespace std::chrono_literals;
 
-/// A model of every kind of packing.
+/// A model with a download of each packing.
 class ModelStoreTest final : public test::Suite {
   Q_OBJECT
 
@@ -95,7 +95,7 @@ class ModelStoreTest final : public test::Suite {
   }
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
-  void everyPackingIsInstalledAndRemembered() {
+  void installsEveryPacking() {
     auto store = open();
     const QSignalSpy busy(store.get(), &ModelStore::busyChanged);
     QCOMPARE(install(*store), QString());
@@ -108,7 +108,7 @@ class ModelStoreTest final : public test::Suite {
     QCOMPARE(left, QStringList());
   }
 
-  void whereThereAreNoMoreThreadsNothingIsLeftUnderWay() {
+  void missingThreadFailsTheInstallation() {
     std::unique_ptr<DownloadStore> store;
     {
       const NoMoreThreads few;
@@ -121,7 +121,7 @@ class ModelStoreTest final : public test::Suite {
     QVERIFY(isComplete());
   }
 
-  void aFileThatChangedIsFetchedAnew() {
+  void changedFileIsDownloadedAgain() {
     auto store = open();
     QCOMPARE(install(*store), QString());
     put("plain.bin", noise(20'000, 99));
@@ -132,7 +132,7 @@ class ModelStoreTest final : public test::Suite {
     QVERIFY(isComplete());
   }
 
-  void aFileThatIsGoneIsFetchedAnew() {
+  void deletedFileIsDownloadedAgain() {
     auto store = open();
     QCOMPARE(install(*store), QString());
     QVERIFY(QFile::remove(folder() + "/tokens.txt"));
@@ -143,7 +143,7 @@ class ModelStoreTest final : public test::Suite {
     QVERIFY(isComplete());
   }
 
-  void whatWasFetchedBeforeAFailureIsNotFetchedAgain() {
+  void completeDownloadsSurviveAFailure() {
     const QByteArray archive = server_->files.take("/m/speech.tar.bz2");
     QVERIFY(install(*open()).contains("the server returned error 404"));
     server_->files["/m/speech.tar.bz2"] = archive;
@@ -153,14 +153,14 @@ class ModelStoreTest final : public test::Suite {
     QVERIFY(isComplete());
   }
 
-  void aNewerModelOfTheSameNameIsNotTakenForInstalled() {
+  void newerModelOfTheSameNameIsNotInstalled() {
     auto store = open();
     QCOMPARE(install(*store), QString());
     model_.downloads[2].sha256 = QByteArray(64, 'b');
     QVERIFY(!store->isInstalled(model_));
   }
 
-  void aDamagedRecordMeansVerifyingAgain() {
+  void damagedRecordIsVerifiedAgain() {
     QCOMPARE(install(*open()), QString());
     put("verified.json", "{\"files\": [{\"name\": 3");
     auto store = open();
@@ -171,7 +171,7 @@ class ModelStoreTest final : public test::Suite {
     QVERIFY(store->isInstalled(model_));
   }
 
-  void whatUnpacksToSomethingElseIsThrownAway() {
+  void wrongUnpackedFilesAreDiscarded() {
     model_.downloads[1].files[0].sha256 = QByteArray(64, 'c');
     auto store = open();
     const QString text = install(*store);
@@ -181,7 +181,7 @@ class ModelStoreTest final : public test::Suite {
     QVERIFY(!QFile::exists(dir_->filePath(".downloads/mixed/weights.bin.gz.part")));
   }
 
-  void spaceIsAskedForBeforeAnythingIsFetched() {
+  void freeSpaceIsCheckedFirst() {
     freeBytes_ = 50'100'000;
     auto store = open();
     const QString text = install(*store);
@@ -191,19 +191,19 @@ class ModelStoreTest final : public test::Suite {
     QCOMPARE(install(*open()), QString());
   }
 
-  void aDiskThatDoesNotTellItsSpaceIsTried() {
+  void unknownFreeSpaceIsAccepted() {
     freeBytes_ = -1;
     QCOMPARE(install(*open()), QString());
     QVERIFY(isComplete());
   }
 
-  void failuresAreWordedInTheInterfaceLanguage() {
+  void failuresAreLocalized() {
     freeBytes_ = 1'000'000;
     Localization::shared().setLanguage(AppLanguage::korean);
     QVERIFY(install(*open()).startsWith("모델을 저장할 디스크 공간이 부족합니다."));
   }
 
-  void aModelPutThereByHandIsTakenWithoutNetwork() {
+  void placedModelIsInstalledOffline() {
     put("plain.bin", plain_);
     put("weights.bin", weights_);
     put("words.txt.zst", zstdCompressed(words_));
@@ -214,7 +214,7 @@ class ModelStoreTest final : public test::Suite {
     QCOMPARE(server_->requests, QStringList());
   }
 
-  void aDamagedModelPutThereByHandIsNotTaken() {
+  void damagedPlacedModelIsRejected() {
     put("plain.bin", noise(20'000, 55));
     put("weights.bin", weights_);
     put("words.txt.zst", zstdCompressed(words_));
@@ -226,7 +226,7 @@ class ModelStoreTest final : public test::Suite {
     QCOMPARE(server_->requests, QStringList("/m/plain.bin"));
   }
 
-  void twoInstancesFetchItOnce() {
+  void twoInstancesDownloadOnce() {
     auto first = open();
     auto second = open();
     QCoro::Task<> one = first->install(model_, std::stop_token());
@@ -240,7 +240,7 @@ class ModelStoreTest final : public test::Suite {
     QVERIFY(isComplete());
   }
 
-  void theLockOfADeadProgramIsTakenOver() {
+  void lockOfADeadProcessIsReplaced() {
     QDir().mkpath(dir_->filePath(".downloads/mixed"));
     QFile lock(dir_->filePath(".downloads/mixed/lock"));
     QVERIFY(lock.open(QIODevice::WriteOnly));
@@ -249,7 +249,7 @@ class ModelStoreTest final : public test::Suite {
     QCOMPARE(install(*open()), QString());
   }
 
-  void waitingForAnotherInstanceCanBeStopped() {
+  void waitForAnotherInstanceCanBeStopped() {
     server_->answers = {{.hangAfter = 100}};
     auto first = open();
     QCoro::Task<> one = first->install(model_, std::stop_token());
@@ -262,7 +262,7 @@ class ModelStoreTest final : public test::Suite {
     QCOMPARE(failureOf(std::move(one)), QString());
   }
 
-  void aStopBeforeTheStartFetchesNothing() {
+  void stopBeforeTheStartDownloadsNothing() {
     std::stop_source stop;
     stop.request_stop();
     auto store = open();
@@ -270,7 +270,7 @@ class ModelStoreTest final : public test::Suite {
     QCOMPARE(store->busy(), QStringList());
   }
 
-  void quietlyItIsFetchedWhenThereIsTime() {
+  void backgroundInstallationDownloads() {
     auto store = open();
     store->installQuietly(model_);
     store->installQuietly(model_);
@@ -282,14 +282,14 @@ class ModelStoreTest final : public test::Suite {
     QCOMPARE(store->busy(), QStringList());
   }
 
-  void nothingIsFetchedQuietlyOverAMeteredConnection() {
+  void meteredConnectionPreventsBackgroundInstallation() {
     isMetered_ = true;
     auto store = open();
     store->installQuietly(model_);
     QCOMPARE(store->busy(), QStringList());
   }
 
-  void aQuietFailureIsTriedAgainTheNextDay() {
+  void failedBackgroundInstallationIsRetriedNextDay() {
     server_->files.remove("/m/plain.bin");
     auto store = open();
     store->installQuietly(model_);
@@ -305,7 +305,7 @@ class ModelStoreTest final : public test::Suite {
     QTRY_COMPARE(server_->requests.size(), 2);
   }
 
-  void quittingIsNoFailure() {
+  void quittingIsNotRecordedAsFailure() {
     server_->answers = {{.hangAfter = 100}};
     auto store = open();
     store->installQuietly(model_);
@@ -315,14 +315,14 @@ class ModelStoreTest final : public test::Suite {
     QVERIFY(!QFile::exists(dir_->filePath(".downloads/mixed/failed")));
   }
 
-  void aFolderThatCannotBeWrittenIsReported() {
+  void readOnlyFolderIsReported() {
     QFile blocked(dir_->filePath("mixed"));
     QVERIFY(blocked.open(QIODevice::WriteOnly));
     auto store = open();
     QVERIFY(install(*store).startsWith("The model couldn’t be saved"));
   }
 
-  void modelsLieBesideTheSessions() {
+  void defaultFolderIsBesideTheSessions() {
     QVERIFY(DownloadStore::standardRoot().endsWith("/app.velun.Velun/models"));
   }
 };

@@ -12,7 +12,7 @@ namespace {
 
 constexpr int kRoom = 1 << 16;
 
-/// Writes through `configure` into memory.
+/// Writes an archive configured by `configure` to memory.
 template <class Configure>
 QByteArray written(const std::vector<ArchiveEntry>& entries, Configure configure) {
   qsizetype room = kRoom;

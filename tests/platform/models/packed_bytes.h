@@ -7,11 +7,11 @@
 
 namespace velun::test {
 
-/// One entry of an archive that a test makes.
+/// One entry of an archive.
 struct ArchiveEntry {
   QString path;
   QByteArray contents;
-  QString linkTarget;  ///< makes it a symbolic link when it is not empty
+  QString linkTarget;  ///< if not empty, the entry is a symbolic link
 };
 
 QByteArray gzipped(const QByteArray& contents);
@@ -20,7 +20,7 @@ QByteArray tarBzip2(const std::vector<ArchiveEntry>& entries);
 
 QByteArray sha256(const QByteArray& contents);
 
-/// Bytes that do not compress, the same for the same seed.
+/// Bytes that cannot be compressed, always the same for a seed.
 QByteArray noise(int count, unsigned seed);
 
 }  // namespace velun::test

@@ -46,19 +46,19 @@ class UnpackTest final : public test::Suite {
     QVERIFY(QDir().mkpath(folder_));
   }
 
-  void gzipGivesOneFile() {
+  void unpacksGzip() {
     put(gzipped(text_));
     run(ModelPacking::gzip, {"model.bin"});
     QCOMPARE(read("model.bin"), text_);
   }
 
-  void zstdGivesOneFile() {
+  void unpacksZstd() {
     put(zstdCompressed(text_));
     run(ModelPacking::zstd, {"model.bin"});
     QCOMPARE(read("model.bin"), text_);
   }
 
-  void onlyTheNamedEntriesOfAnArchiveAreKept() {
+  void unpacksOnlyNamedEntries() {
     put(tarBzip2({{"m/README.md", "hello", {}},
                   {"m/encoder.onnx", text_, {}},
                   {"m/test_wavs/0.wav", "sound", {}},
@@ -69,7 +69,7 @@ class UnpackTest final : public test::Suite {
     QCOMPARE(QDir(folder_).entryList(QDir::Files).size(), 2);
   }
 
-  void badDownloadsLeaveNothing_data() {
+  void badDownloadsLeaveNoFiles_data() {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<ModelPacking>("packing");
     const QByteArray gz = gzipped(text_);
@@ -93,7 +93,7 @@ class UnpackTest final : public test::Suite {
     QTest::newRow("an absolute entry")
         << tarBzip2({{"/tmp/model.bin", text_, {}}}) << ModelPacking::archive;
   }
-  void badDownloadsLeaveNothing() {
+  void badDownloadsLeaveNoFiles() {
     QFETCH(QByteArray, bytes);
     QFETCH(ModelPacking, packing);
     put(bytes);
@@ -102,8 +102,8 @@ class UnpackTest final : public test::Suite {
     QCOMPARE(QDir(folder_ + "/..").entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(), 1);
   }
 
-  void noOtherProgramIsStarted() {
-    // The library knows this compression only by the program for it.
+  void startsNoExternalProgram() {
+    // libarchive unpacks this compression only with an external program.
     const QByteArray grzip("GRZipII\0\2\4:)", 12);
     const QString started = dir_.filePath("started");
     QFile program(dir_.filePath("grzip"));
@@ -119,7 +119,7 @@ class UnpackTest final : public test::Suite {
     QVERIFY(!QFile::exists(started));
   }
 
-  void aStopEndsIt() {
+  void stopEndsTheUnpacking() {
     put(gzipped(text_));
     std::stop_source stop;
     stop.request_stop();

@@ -25,7 +25,7 @@ class AppcastTest final : public test::Suite {
   Q_OBJECT
 
  private Q_SLOTS:
-  void anItemIsReadWhole() {
+  void readsEveryFieldOfAnItem() {
     const auto items = readAppcast(
         feed("<item><title>1.2</title><link>https://example.org/1.2</link>"
              "<sparkle:version>120</sparkle:version>"
@@ -38,7 +38,7 @@ class AppcastTest final : public test::Suite {
     QCOMPARE(items[0].page, QUrl("https://example.org/1.2"));
   }
 
-  void theVersionMayStandAtTheEnclosure() {
+  void readsTheVersionOfTheEnclosure() {
     const auto items =
         readAppcast(feed(item("<enclosure url=\"https://example.org/v.deb\" sparkle:version=\"7\" "
                               "sparkle:shortVersionString=\"0.7\"/>")));
@@ -46,7 +46,7 @@ class AppcastTest final : public test::Suite {
     QCOMPARE(items.at(0).shortVersion, QString("0.7"));
   }
 
-  void theNotesPageStandsInForAMissingPage() {
+  void notesPageReplacesAMissingPage() {
     const auto items = readAppcast(
         feed("<item><sparkle:version>2</sparkle:version>"
              "<sparkle:releaseNotesLink>https://example.org/n</sparkle:releaseNotesLink></item>"));
@@ -54,7 +54,7 @@ class AppcastTest final : public test::Suite {
     QCOMPARE(items.at(0).shortVersion, QString("2"));
   }
 
-  void itemsThatAreNotForUsAreLeftOut_data() {
+  void skipsUnsuitableItems_data() {
     QTest::addColumn<QByteArray>("item");
     QTest::newRow("no version") << item("<title>x</title>");
     QTest::newRow("another system")
@@ -66,12 +66,12 @@ class AppcastTest final : public test::Suite {
         "<item><link>file:///etc/passwd</link>"
         "<sparkle:version>2</sparkle:version></item>");
   }
-  void itemsThatAreNotForUsAreLeftOut() {
+  void skipsUnsuitableItems() {
     QFETCH(QByteArray, item);
     QVERIFY(readAppcast(feed(item)).empty());
   }
 
-  void notesMayGoAsDeepAsAFeedIsLong() {
+  void readsDeeplyNestedNotes() {
     constexpr int kDepth = 100'000;
     const QByteArray notes =
         QByteArray("<b>").repeated(kDepth) + "deep" + QByteArray("</b>").repeated(kDepth);
@@ -80,7 +80,7 @@ class AppcastTest final : public test::Suite {
     QCOMPARE(items.at(0).notes, QString("deep"));
   }
 
-  void aVersionThatIsLongerThanAnyIsLeftOut() {
+  void skipsTooLongVersions() {
     const QByteArray longest(100, '1');
     const auto items =
         readAppcast(feed(item("<sparkle:version>" + longest + "</sparkle:version>") +
@@ -89,7 +89,7 @@ class AppcastTest final : public test::Suite {
     QCOMPARE(items[0].version, QString(longest));
   }
 
-  void whatIsNoFeedIsRefused_data() {
+  void rejectsOtherFiles_data() {
     QTest::addColumn<QByteArray>("xml");
     QTest::newRow("empty") << QByteArray();
     QTest::newRow("a web page") << QByteArray("<html><body>Not found</body></html>");
@@ -102,12 +102,12 @@ class AppcastTest final : public test::Suite {
         "<rss><channel><item><link>&e;</link></item></channel>"
         "</rss>");
   }
-  void whatIsNoFeedIsRefused() {
+  void rejectsOtherFiles() {
     QFETCH(QByteArray, xml);
     QVERIFY_EXCEPTION_THROWN(readAppcast(xml), Failure);
   }
 
-  void theNewestOfTheNewerOnesIsOffered() {
+  void offersTheNewestRelease() {
     const auto items = readAppcast(feed(item("<sparkle:version>1.9</sparkle:version>") +
                                         item("<sparkle:version>1.10</sparkle:version>") +
                                         item("<sparkle:version>1.2</sparkle:version>")));

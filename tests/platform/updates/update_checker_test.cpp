@@ -14,7 +14,7 @@ using namespace velun;
 
 namespace {
 
-/// A web server on this machine with a certificate of its own, that answers every request alike.
+/// A web server on the loopback interface with its own certificate and one response.
 class Server final : public QObject {
  public:
   Server() {
@@ -41,7 +41,7 @@ class Server final : public QObject {
   QUrl address() const {
     return QUrl(QStringLiteral("https://localhost:%1/feed.xml").arg(server_.serverPort()));
   }
-  /// Believes this server only.
+  /// Trusts only this server.
   QSslConfiguration trust() const {
     QSslConfiguration trust = QSslConfiguration::defaultConfiguration();
     trust.setCaCertificates({certificate_});
@@ -78,7 +78,7 @@ QByteArray feedWith(const QByteArray& version) {
          version + "</sparkle:version></item></channel></rss>";
 }
 
-/// Runs a check to its end.
+/// Runs a check and returns its outcome.
 UpdateOutcome outcomeOf(UpdateChecker& checker) {
   std::optional<UpdateOutcome> outcome;
   QCoro::Task<UpdateOutcome> task = checker.checkForUpdates();
@@ -105,7 +105,7 @@ class UpdateCheckerTest final : public test::Suite {
     server_->requests = 0;
   }
 
-  void aNewerVersionIsOffered() {
+  void offersANewerVersion() {
     server_->body = feedWith("1.10");
     const UpdateOutcome outcome = check("1.9");
     const auto* update = std::get_if<UpdateAvailable>(&outcome);
@@ -116,13 +116,13 @@ class UpdateCheckerTest final : public test::Suite {
     QCOMPARE(server_->requests, 1);
   }
 
-  void theNewestVersionIsUpToDate() {
+  void newestVersionIsUpToDate() {
     server_->body = feedWith("1.10");
     const UpdateOutcome outcome = check("1.10.0");
     QVERIFY(std::holds_alternative<UpToDate>(outcome));
   }
 
-  void failuresAreTold_data() {
+  void failuresAreReported_data() {
     QTest::addColumn<QByteArray>("status");
     QTest::addColumn<QByteArray>("headers");
     QTest::addColumn<QByteArray>("body");
@@ -133,7 +133,7 @@ class UpdateCheckerTest final : public test::Suite {
         << QByteArray("302 Found") << QByteArray("Location: http://localhost:1/\r\n")
         << QByteArray();
   }
-  void failuresAreTold() {
+  void failuresAreReported() {
     QFETCH(QByteArray, status);
     QFETCH(QByteArray, headers);
     QFETCH(QByteArray, body);
@@ -146,20 +146,20 @@ class UpdateCheckerTest final : public test::Suite {
     QVERIFY(!failure->description.isEmpty());
   }
 
-  void aServerThatIsNotTrustedIsNotBelieved() {
+  void untrustedServerIsRejected() {
     server_->body = feedWith("9");
     UpdateChecker checker("1", false, std::make_unique<HttpsUpdateFeed>(server_->address()));
     QVERIFY(std::holds_alternative<UpdateCheckFailed>(outcomeOf(checker)));
     QCOMPARE(server_->requests, 0);
   }
 
-  void noServerIsAFailure() {
+  void missingServerIsReported() {
     UpdateChecker checker("1", false,
                           std::make_unique<HttpsUpdateFeed>(QUrl("https://localhost:1/feed.xml")));
     QVERIFY(std::holds_alternative<UpdateCheckFailed>(outcomeOf(checker)));
   }
 
-  void plainHttpIsRefused() {
+  void httpIsRejected() {
     QUrl address = server_->address();
     address.setScheme("http");
     UpdateChecker checker("1", false, std::make_unique<HttpsUpdateFeed>(address));
@@ -167,13 +167,13 @@ class UpdateCheckerTest final : public test::Suite {
     QCOMPARE(server_->requests, 0);
   }
 
-  void aPackagedProgramAsksNobody() {
+  void packagedProgramSendsNoRequest() {
     UpdateChecker checker("1", true, std::make_unique<HttpsUpdateFeed>(server_->address()));
     QVERIFY(std::holds_alternative<UpdatedBySystem>(outcomeOf(checker)));
     QCOMPARE(server_->requests, 0);
   }
 
-  void withoutAFeedItSaysSo() {
+  void missingFeedIsReported() {
     UpdateChecker checker("1", false, nullptr);
     QVERIFY(std::holds_alternative<NoUpdateFeed>(outcomeOf(checker)));
   }

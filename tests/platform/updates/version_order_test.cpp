@@ -9,7 +9,7 @@ class VersionOrderTest final : public test::Suite {
   Q_OBJECT
 
  private Q_SLOTS:
-  void laterVersionsAreGreater_data() {
+  void newerVersionsAreGreater_data() {
     QTest::addColumn<QString>("earlier");
     QTest::addColumn<QString>("later");
     QTest::newRow("numbers, not texts") << "1.9"
@@ -37,14 +37,14 @@ class VersionOrderTest final : public test::Suite {
     QTest::newRow("nothing") << ""
                              << "0.1";
   }
-  void laterVersionsAreGreater() {
+  void newerVersionsAreGreater() {
     QFETCH(QString, earlier);
     QFETCH(QString, later);
     QVERIFY(compareVersions(earlier, later) < 0);
     QVERIFY(compareVersions(later, earlier) > 0);
   }
 
-  void spellingsOfOneVersionAreEqual_data() {
+  void equivalentVersionsAreEqual_data() {
     QTest::addColumn<QString>("left");
     QTest::addColumn<QString>("right");
     QTest::newRow("same") << "1.2.3"
@@ -62,7 +62,7 @@ class VersionOrderTest final : public test::Suite {
     QTest::newRow("letters' case") << "1.2B3"
                                    << "1.2b3";
   }
-  void spellingsOfOneVersionAreEqual() {
+  void equivalentVersionsAreEqual() {
     QFETCH(QString, left);
     QFETCH(QString, right);
     QVERIFY(compareVersions(left, right) == 0);
