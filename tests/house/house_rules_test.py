@@ -22,11 +22,6 @@ def is_python(path):
 SCRIPTS = sorted(p for folder in ("tests", "scripts") for p in (ROOT / folder).rglob("*")
                  if is_python(p) and not p.is_relative_to(ROOT / "tests" / "house"))
 
-# Files that do not keep to the newest rules yet.
-UNCONVERTED = {
-    "application_service.h", "history_view_model.cpp", "session_search.cpp",
-}
-
 
 def below_src(path):
     return str(path.relative_to(ROOT / "src"))
@@ -83,16 +78,16 @@ class TheTree(unittest.TestCase):
                    for m in home.finditer(p.read_text(errors="replace")))
 
     def test_notifications_are_signals(self):
-        self.check(c for p in SOURCES if p.suffix == ".h" and p.name not in UNCONVERTED
+        self.check(c for p in SOURCES if p.suffix == ".h"
                    for c in rules.callback_complaints(below_src(p), p.read_text()))
 
     def test_each_asynchronous_need_has_one_way(self):
-        self.check(c for p in SOURCES if p.name not in UNCONVERTED
+        self.check(c for p in SOURCES
                    for c in rules.restricted_complaints(below_src(p), p.read_text()))
 
     def test_tests_wait_for_conditions(self):
-        paths = [p for p in CODE + SCRIPTS if p.name not in UNCONVERTED
-                 and not p.is_relative_to(ROOT / "src") and not p.is_relative_to(ROOT / "bench")]
+        paths = [p for p in CODE + SCRIPTS
+                 if not p.is_relative_to(ROOT / "src") and not p.is_relative_to(ROOT / "bench")]
         self.check(c for p in paths
                    for c in rules.fixed_wait_complaints(str(p.relative_to(ROOT)), p.read_text()))
 
