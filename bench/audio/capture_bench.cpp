@@ -68,7 +68,7 @@ int playUntilKilled() {
 }
 
 void measureUse(PipeWireAudioPlatform& platform, const Clock& clock) {
-  const auto stream = std::make_shared<AnalyzerInputStream>();
+  const auto stream = std::make_shared<SpeechInput>();
   AudioFeeder feeder(stream, clock);
   const auto source = platform.makeSource({});
   await(source->start([&feeder](std::span<const float> samples) { feeder.feed(samples); }));

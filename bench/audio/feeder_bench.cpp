@@ -36,7 +36,7 @@ std::vector<float> makeNoise() {
 
 double feedSeconds(const std::vector<float>& noise) {
   const SystemClock clock;
-  const auto stream = std::make_shared<AnalyzerInputStream>();
+  const auto stream = std::make_shared<SpeechInput>();
   AudioFeeder feeder(stream, clock);
   MonoMixer mixer(2);
   const double start = threadSeconds();

@@ -39,7 +39,7 @@ class Run {
   };
 
   Run(RecognizerProvider& provider, const QString& locale)
-      : input_(std::make_shared<AnalyzerInputStream>()),
+      : input_(std::make_shared<SpeechInput>()),
         feeder_(input_, clock_),
         run_(provider.factory(locale), input_, clock_) {
     QObject::connect(&run_, &SpeechRun::resultReady, [this](const TranscriptionResult& result) {
@@ -96,7 +96,7 @@ class Run {
   }
 
   SystemClock clock_;
-  std::shared_ptr<AnalyzerInputStream> input_;
+  std::shared_ptr<SpeechInput> input_;
   AudioFeeder feeder_;
   QEventLoop loop_;
   bool ended_ = false;

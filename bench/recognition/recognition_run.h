@@ -34,7 +34,7 @@ double residentMegabytes();
 
 enum class Pace { asFastAsPossible, realTime };
 
-/// Sends the clips, with a pause after each, through the feeder and an analyzer on the provider's
+/// Sends the clips, with a pause after each, through the feeder and a run on the provider's
 /// recognizer, and prints a line for each when `isVerbose`. Needs a running application object.
 Outcome recognise(RecognizerProvider& provider, const QString& locale,
                   const std::vector<Clip>& clips, Pace pace, bool isVerbose);

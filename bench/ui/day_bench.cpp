@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Eight hours of captions in simulated time, with a visible panel, translation and automatic saving.
-// At the end the file and the panel must contain all lines of the model.
+// Eight hours of captions in simulated time, with a visible panel, translation and automatic
+// saving. At the end the file and the panel must contain all lines of the model.
 #include "measure.h"
 #include "model/session_file/session_file.h"
 #include "ui/caption/panel_stage.h"

@@ -99,7 +99,7 @@ struct Composition::Parts {
   SettingsNotesText notes{*desktop, translation, models};
   CaptionViewModel model{
       settings, userStore(), std::make_unique<SpeechRecognitionEngine>(speech, audio, clock),
-      speech,   translation,  clock};
+      speech,   translation, clock};
 };
 
 Composition::Composition(ApplicationService& application)

@@ -7,7 +7,7 @@
 
 namespace velun {
 
-AudioFeeder::AudioFeeder(std::shared_ptr<AnalyzerInputStream> input, const Clock& clock)
+AudioFeeder::AudioFeeder(std::shared_ptr<SpeechInput> input, const Clock& clock)
     : input_(std::move(input)), clock_(clock), lastFeed_(clock.monotonicSeconds()) {}
 
 void AudioFeeder::feed(std::span<const float> samples) noexcept {

@@ -3,7 +3,7 @@
 
 #include "audio/spectrum_bands.h"
 #include "platform/foundation/clock.h"
-#include "platform/speech/analyzer_input.h"
+#include "platform/speech/speech_input.h"
 
 #include <atomic>
 #include <memory>
@@ -18,7 +18,7 @@ namespace velun {
 class AudioFeeder {
  public:
   /// `clock` outlives the feeder.
-  AudioFeeder(std::shared_ptr<AnalyzerInputStream> input, const Clock& clock);
+  AudioFeeder(std::shared_ptr<SpeechInput> input, const Clock& clock);
 
   /// Takes mono samples at 16 kHz. Allocates only the copy that it passes on, and waits only for
   /// `bandsLock_`, which is held to copy 11 numbers. Capture thread, one call at a time.
@@ -37,7 +37,7 @@ class AudioFeeder {
  private:
   void measure(std::span<const float> samples);
 
-  std::shared_ptr<AnalyzerInputStream> input_;
+  std::shared_ptr<SpeechInput> input_;
   const Clock& clock_;
   std::atomic<double> lastFeed_;
   std::atomic<bool> hasFedAudio_ = false;

@@ -93,7 +93,7 @@ void SpeechRecognitionEngine::checkCancellation(const QPointer<SpeechRecognition
 }
 
 void SpeechRecognitionEngine::startRecognition(const QString& locale, const Run& run) {
-  input_ = std::make_shared<AnalyzerInputStream>();
+  input_ = std::make_shared<SpeechInput>();
   recognition_ = speech_.start(locale, input_);
   connect(recognition_.get(), &SpeechRun::resultReady, this,
           [this, run](const TranscriptionResult& result) { handle(result, run); });

@@ -63,7 +63,7 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   Clock& clock_;
 
   std::unique_ptr<SpeechRun> recognition_;
-  std::shared_ptr<AnalyzerInputStream> input_;
+  std::shared_ptr<SpeechInput> input_;
   std::unique_ptr<AudioFeeder> feeder_;
   std::unique_ptr<AudioSource> audio_;
   std::optional<std::stop_callback<std::function<void()>>> cancelAudio_;

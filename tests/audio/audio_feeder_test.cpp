@@ -32,7 +32,7 @@ struct Feed {
   }
 
   test::ManualClock clock;
-  std::shared_ptr<AnalyzerInputStream> stream = std::make_shared<AnalyzerInputStream>();
+  std::shared_ptr<SpeechInput> stream = std::make_shared<SpeechInput>();
   AudioFeeder feeder{stream, clock};
 };
 
@@ -45,7 +45,7 @@ class AudioFeederTest final : public test::Suite {
   void newFeederHasFedNothing() {
     test::ManualClock clock;
     clock.advance(5s);
-    const AudioFeeder feeder(std::make_shared<AnalyzerInputStream>(), clock);
+    const AudioFeeder feeder(std::make_shared<SpeechInput>(), clock);
     QCOMPARE(feeder.lastFeed(), 5.0);
     QVERIFY(!feeder.hasFedAudio());
     QVERIFY(feeder.bands().empty());

@@ -18,7 +18,7 @@ class CaptureThreadsTest final : public Suite {
   void capturedAudioIsReadWhileItFlows() {
     const SystemClock clock;
     for (int run = 0; run < 5; ++run) {
-      const auto stream = std::make_shared<AnalyzerInputStream>();
+      const auto stream = std::make_shared<SpeechInput>();
       AudioFeeder feeder(stream, clock);
       std::size_t decoded = 0;
       std::thread decoder([&] {

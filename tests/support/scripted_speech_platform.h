@@ -27,7 +27,7 @@ struct SpeechScript {
   QStringList calls;
   /// The last run, while it exists.
   QPointer<SpeechRun> run;
-  std::shared_ptr<AnalyzerInputStream> input;
+  std::shared_ptr<SpeechInput> input;
 
   void result(const QString& text, bool isFinal) const { Q_EMIT run->resultReady({text, isFinal}); }
   void end(const std::optional<QString>& error = {}) const { Q_EMIT run->ended(error); }
@@ -71,7 +71,7 @@ class ScriptedSpeechPlatform final : public SpeechPlatform {
     return SpeechSupport{*locale, script->offer};
   }
   std::unique_ptr<SpeechRun> start(const QString& locale,
-                                   std::shared_ptr<AnalyzerInputStream> input) override {
+                                   std::shared_ptr<SpeechInput> input) override {
     script->calls << "start " + locale;
     if (script->startFailure) throw Failure(*script->startFailure);
     script->input = std::move(input);

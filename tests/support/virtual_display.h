@@ -7,8 +7,8 @@
 
 namespace velun::test {
 
-/// A display with a window manager and a compositor that ends with this object. Create it before the
-/// application object, which then uses it.
+/// A display with a window manager and a compositor that ends with this object. Create it before
+/// the application object, which then uses it.
 class VirtualDisplay final {
  public:
   VirtualDisplay();

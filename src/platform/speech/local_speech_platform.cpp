@@ -64,7 +64,7 @@ std::optional<SpeechSupport> LocalSpeechPlatform::support(const QString& localeI
 }
 
 std::unique_ptr<SpeechRun> LocalSpeechPlatform::start(const QString& locale,
-                                                      std::shared_ptr<AnalyzerInputStream> input) {
+                                                      std::shared_ptr<SpeechInput> input) {
   const std::shared_ptr<RecognizerProvider> best = installedProvider(locale);
   if (!best) {
     throw Failure(L("No speech model is installed for this language",

@@ -23,7 +23,7 @@ class LocalSpeechPlatform final : public SpeechPlatform {
   QCoro::Task<QStringList> supportedLocales() override;
   std::optional<SpeechSupport> support(const QString& localeID) override;
   std::unique_ptr<SpeechRun> start(const QString& locale,
-                                   std::shared_ptr<AnalyzerInputStream> input) override;
+                                   std::shared_ptr<SpeechInput> input) override;
 
  private:
   QStringList locales() const;

@@ -27,7 +27,7 @@ constexpr double kMaxSilence = 1;
 }  // namespace
 
 LocalSpeechRun::LocalSpeechRun(RecognizerProvider::Factory factory,
-                               std::shared_ptr<AnalyzerInputStream> input, const Clock& clock)
+                               std::shared_ptr<SpeechInput> input, const Clock& clock)
     : input_(std::move(input)), clock_(clock) {
   thread_ = std::thread([this, factory = std::move(factory)] { run(factory); });
 }
@@ -122,7 +122,7 @@ void LocalSpeechRun::decode(RecognizerBackend& backend) {
   double decodedUntil = lastAudio;
   while (!isCancelled_) {
     const bool isPolling = backend.expectsResults();
-    const std::optional<AnalyzerInput> input =
+    const std::optional<SpeechSamples> input =
         isPolling ? input_->next(kPollInterval) : input_->next();
     if (isCancelled_) return;
     const double now = clock_.monotonicSeconds();
@@ -143,7 +143,7 @@ void LocalSpeechRun::decode(RecognizerBackend& backend) {
   }
 }
 
-void LocalSpeechRun::accept(RecognizerBackend& backend, const AnalyzerInput& input) {
+void LocalSpeechRun::accept(RecognizerBackend& backend, const SpeechSamples& input) {
   backend.acceptAudio(input.samples);
   if (const auto isBehind = lag_.update(input_->pendingSeconds())) {
     QMetaObject::invokeMethod(
@@ -181,7 +181,7 @@ void LocalSpeechRun::completeSettleRequests(RecognizerBackend& backend) {
   // Only the audio that is pending now: on a slow machine with continuous audio, the stream might
   // never become empty.
   for (double waiting = input_->pendingSeconds(); waiting > 0 && !isCancelled_;) {
-    const std::optional<AnalyzerInput> input = input_->tryNext();
+    const std::optional<SpeechSamples> input = input_->tryNext();
     if (!input) break;
     waiting -= input->seconds();
     accept(backend, *input);

@@ -23,7 +23,7 @@ namespace velun {
 class LocalSpeechRun final : public SpeechRun {
  public:
   /// Starts the thread. `clock` must outlive the run.
-  LocalSpeechRun(RecognizerProvider::Factory factory, std::shared_ptr<AnalyzerInputStream> input,
+  LocalSpeechRun(RecognizerProvider::Factory factory, std::shared_ptr<SpeechInput> input,
                  const Clock& clock);
   /// Cancels and joins the thread.
   ~LocalSpeechRun() override;
@@ -42,12 +42,12 @@ class LocalSpeechRun final : public SpeechRun {
   void setBackend(RecognizerBackend* backend);
   void loadAndDecode(RecognizerBackend& backend);
   void decode(RecognizerBackend& backend);
-  void accept(RecognizerBackend& backend, const AnalyzerInput& input);
+  void accept(RecognizerBackend& backend, const SpeechSamples& input);
   void acceptSilence(RecognizerBackend& backend, double seconds);
   void postResults(RecognizerBackend& backend);
   void completeSettleRequests(RecognizerBackend& backend);
 
-  std::shared_ptr<AnalyzerInputStream> input_;
+  std::shared_ptr<SpeechInput> input_;
   const Clock& clock_;
   std::atomic<bool> isCancelled_ = false;
   /// Completed after `ended` was emitted.

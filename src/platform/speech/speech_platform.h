@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/speech/analyzer_input.h"
+#include "platform/speech/speech_input.h"
 #include "platform/speech/transcription_result.h"
 
 #include <memory>
@@ -75,7 +75,7 @@ class SpeechPlatform {
   /// Starts recognizing `input` in a supported locale. Its signals are emitted from the event loop
   /// only, so connect to them right after the call. Throws `Failure` when no model is installed.
   virtual std::unique_ptr<SpeechRun> start(const QString& locale,
-                                           std::shared_ptr<AnalyzerInputStream> input) = 0;
+                                           std::shared_ptr<SpeechInput> input) = 0;
 };
 
 }  // namespace velun

@@ -17,7 +17,7 @@ namespace {
 /// A better and a lesser provider behind one platform.
 struct Fixture {
   std::unique_ptr<SpeechRun> start() {
-    return platform.start("en_US", std::make_shared<AnalyzerInputStream>());
+    return platform.start("en_US", std::make_shared<SpeechInput>());
   }
 
   test::ManualClock clock;
@@ -103,8 +103,7 @@ class LocalSpeechPlatformTest final : public test::Suite {
 
   void languageWithoutModelCannotStart() {
     Fixture f;
-    QVERIFY_THROWS_EXCEPTION(Failure,
-                             f.platform.start("fr_FR", std::make_shared<AnalyzerInputStream>()));
+    QVERIFY_THROWS_EXCEPTION(Failure, f.platform.start("fr_FR", std::make_shared<SpeechInput>()));
   }
 
   void betterModelIsFetchedAfterAMinuteOfCaptions() {

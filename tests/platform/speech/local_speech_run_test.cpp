@@ -33,7 +33,7 @@ struct Fixture {
   QStringList emitted;
   test::ScriptedRecognizerProvider provider{{"en_US"}, {"en_US"}};
   test::BackendScript& script = *provider.script;
-  std::shared_ptr<AnalyzerInputStream> input = std::make_shared<AnalyzerInputStream>();
+  std::shared_ptr<SpeechInput> input = std::make_shared<SpeechInput>();
   std::unique_ptr<LocalSpeechRun> run;
 };
 

@@ -63,7 +63,7 @@ class NeuralEndToEndTest final : public test::Suite {
 
   /// The final results for a sound, or the failure.
   QStringList caption(const std::vector<float>& samples) {
-    const auto input = std::make_shared<AnalyzerInputStream>();
+    const auto input = std::make_shared<SpeechInput>();
     const std::unique_ptr<SpeechRun> run = platform_->start("en_US", input);
     QStringList finals;
     connect(run.get(), &SpeechRun::resultReady, this, [&finals](const TranscriptionResult& result) {

@@ -14,30 +14,30 @@ namespace velun {
 inline constexpr int kSpeechSampleRate = 16'000;
 
 /// Mono samples at `kSpeechSampleRate`, between −1 and 1.
-struct AnalyzerInput {
+struct SpeechSamples {
   std::vector<float> samples;
 
   double seconds() const { return static_cast<double>(samples.size()) / kSpeechSampleRate; }
 };
 
-/// The unbounded stream from the feeder (capture thread) to the analyzer (decode worker).
-class AnalyzerInputStream {
+/// The unbounded queue of audio from the feeder (capture thread) to the recognizer (decode thread).
+class SpeechInput {
  public:
   /// Appends; dropped after `finish`. Capture thread.
-  void yield(AnalyzerInput input);
+  void yield(SpeechSamples input);
 
   /// Ends the stream: what was yielded before is still delivered. Any thread.
   void finish();
 
   /// The next input, waiting for it; none once the stream has ended and is empty, or at once when
-  /// woken by `interrupt`. Decode worker.
-  std::optional<AnalyzerInput> next();
+  /// woken by `interrupt`. Decode thread.
+  std::optional<SpeechSamples> next();
 
-  /// The same, waiting no longer than `atMost`. Decode worker.
-  std::optional<AnalyzerInput> next(std::chrono::milliseconds atMost);
+  /// The same, waiting no longer than `atMost`. Decode thread.
+  std::optional<SpeechSamples> next(std::chrono::milliseconds atMost);
 
-  /// The next input if there is one now. Decode worker.
-  std::optional<AnalyzerInput> tryNext();
+  /// The next input if there is one now. Decode thread.
+  std::optional<SpeechSamples> tryNext();
 
   /// Makes a waiting `next` return none once, so that the worker can look at a command. Any thread.
   void interrupt();
@@ -50,11 +50,11 @@ class AnalyzerInputStream {
 
  private:
   bool isWorthWaking() const { return !inputs_.empty() || isFinished_ || isInterrupted_; }
-  std::optional<AnalyzerInput> takeFirst();
+  std::optional<SpeechSamples> takeFirst();
 
   mutable std::mutex mutex_;
   std::condition_variable changed_;
-  std::deque<AnalyzerInput> inputs_;
+  std::deque<SpeechSamples> inputs_;
   double pendingSeconds_ = 0;
   bool isFinished_ = false;
   bool isInterrupted_ = false;

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/speech/analyzer_input.h"
+#include "platform/speech/speech_input.h"
 
 #include <utility>
 
 namespace velun {
 
-void AnalyzerInputStream::yield(AnalyzerInput input) {
+void SpeechInput::yield(SpeechSamples input) {
   {
     const std::lock_guard lock(mutex_);
     if (isFinished_) return;
@@ -15,7 +15,7 @@ void AnalyzerInputStream::yield(AnalyzerInput input) {
   changed_.notify_one();
 }
 
-void AnalyzerInputStream::finish() {
+void SpeechInput::finish() {
   {
     const std::lock_guard lock(mutex_);
     isFinished_ = true;
@@ -23,26 +23,26 @@ void AnalyzerInputStream::finish() {
   changed_.notify_all();
 }
 
-std::optional<AnalyzerInput> AnalyzerInputStream::next() {
+std::optional<SpeechSamples> SpeechInput::next() {
   std::unique_lock lock(mutex_);
   changed_.wait(lock, [this] { return isWorthWaking(); });
   isInterrupted_ = false;
   return takeFirst();
 }
 
-std::optional<AnalyzerInput> AnalyzerInputStream::next(std::chrono::milliseconds atMost) {
+std::optional<SpeechSamples> SpeechInput::next(std::chrono::milliseconds atMost) {
   std::unique_lock lock(mutex_);
   changed_.wait_for(lock, atMost, [this] { return isWorthWaking(); });
   isInterrupted_ = false;
   return takeFirst();
 }
 
-std::optional<AnalyzerInput> AnalyzerInputStream::tryNext() {
+std::optional<SpeechSamples> SpeechInput::tryNext() {
   const std::lock_guard lock(mutex_);
   return takeFirst();
 }
 
-void AnalyzerInputStream::interrupt() {
+void SpeechInput::interrupt() {
   {
     const std::lock_guard lock(mutex_);
     isInterrupted_ = true;
@@ -50,19 +50,19 @@ void AnalyzerInputStream::interrupt() {
   changed_.notify_all();
 }
 
-bool AnalyzerInputStream::isDrained() const {
+bool SpeechInput::isDrained() const {
   const std::lock_guard lock(mutex_);
   return isFinished_ && inputs_.empty();
 }
 
-double AnalyzerInputStream::pendingSeconds() const {
+double SpeechInput::pendingSeconds() const {
   const std::lock_guard lock(mutex_);
   return pendingSeconds_;
 }
 
-std::optional<AnalyzerInput> AnalyzerInputStream::takeFirst() {
+std::optional<SpeechSamples> SpeechInput::takeFirst() {
   if (inputs_.empty()) return std::nullopt;
-  AnalyzerInput input = std::move(inputs_.front());
+  SpeechSamples input = std::move(inputs_.front());
   inputs_.pop_front();
   pendingSeconds_ = inputs_.empty() ? 0 : pendingSeconds_ - input.seconds();
   return input;
