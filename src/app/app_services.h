@@ -33,6 +33,7 @@ struct AppServices {
   Clock& clock;
   FilePanels panels;
   HistoryViewModel::Trash trash;
+  /// May be null.
   const SettingsNotes* notes = nullptr;
   /// Listed in "About Velun".
   std::vector<Credit> credits;

@@ -54,9 +54,6 @@ struct AppStage : ModelFixture {
                   QFile::remove(url.toLocalFile());
                   trashed.append(url);
                 },
-            .notes = {.captureHiding = [] { return QString(); },
-                      .download = [] { return QString(); },
-                      .listen = {}},
             .credits = {}};
   }
 
