@@ -57,7 +57,7 @@ class AppCommandsTest final : public Suite {
  private Q_SLOTS:
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
-  void launchShowsNothingAndLooksForATray() {
+  void launchShowsNoWindowAndSearchesForATray() {
     AppStage stage;
     QVERIFY(!stage.isPanelShown());
     QVERIFY(!stage.model->isRunning());
@@ -65,7 +65,7 @@ class AppCommandsTest final : public Suite {
     QVERIFY(!QApplication::quitOnLastWindowClosed());
   }
 
-  void launchLoadsTheLanguagesAndAnotherLanguageSortsThemAnew() {
+  void languagesAreSortedInTheInterfaceLanguage() {
     AppStage stage;
     stage.locales = {"ko_KR", "de_DE", "en_US"};
     stage.launch();
@@ -81,7 +81,7 @@ class AppCommandsTest final : public Suite {
     QVERIFY(stage.isPanelShown());
   }
 
-  void withoutATrayThePanelIsShownAndTheReasonToldOnce() {
+  void missingTrayShowsThePanelAndExplainsOnce() {
     AppStage stage;
     stage.tray.stayAway();
     QVERIFY(stage.isPanelShown());
@@ -105,7 +105,7 @@ class AppCommandsTest final : public Suite {
     QVERIFY(!stage.model->isRunning());
   }
 
-  void commandsOfTheEngineWaitForASwitch() {
+  void engineCommandsAreDisabledDuringATransition() {
     AppStage stage;
     stage.engine->holdsStarts = true;
     stage.perform(AppCommand::toggleCaptions);
@@ -122,7 +122,7 @@ class AppCommandsTest final : public Suite {
     QVERIFY(stage.action(AppCommand::toggleCaptions).isEnabled());
   }
 
-  void windowsLookAsTheUserAsksTheDesktopFor() {
+  void appliesContrastAndMotionPreferences() {
     AppStage stage;
     CaptionWindowController& window = stage.coordinator().captionWindow();
     window.show();
@@ -140,7 +140,7 @@ class AppCommandsTest final : public Suite {
     QVERIFY(window.panel().height() > height);
   }
 
-  void thePanelIsToggled() {
+  void togglesThePanel() {
     AppStage stage;
     stage.perform(AppCommand::togglePanel);
     QVERIFY(stage.isPanelShown());
@@ -150,7 +150,7 @@ class AppCommandsTest final : public Suite {
     QVERIFY(stage.isPanelShown());
   }
 
-  void settingsAreToggledAndChosen() {
+  void commandsChangeTheSettings() {
     AppStage stage;
     stage.perform(AppCommand::selectMicrophone);
     QVERIFY(stage.settings.useMic());
@@ -174,7 +174,7 @@ class AppCommandsTest final : public Suite {
     QCOMPARE(stage.files().size(), 1);
   }
 
-  void savingAgainStaysPossibleInTheMainMenu() {
+  void savedSessionCanBeSavedAgain() {
     AppStage stage;
     stage.startWithLine();
     stage.perform(AppCommand::saveSession);
@@ -182,7 +182,7 @@ class AppCommandsTest final : public Suite {
     QVERIFY(stage.action(AppCommand::saveSession).isEnabled());
   }
 
-  void aFailedSaveIsShown() {
+  void showsAFailedSave() {
     AppStage stage;
     stage.startWithLine();
     stage.breakStore();
@@ -193,7 +193,7 @@ class AppCommandsTest final : public Suite {
     QVERIFY(stage.model->isRunning());
   }
 
-  void theSessionsFolderIsOpened() {
+  void opensTheSessionsFolder() {
     AppStage stage;
     stage.perform(AppCommand::openSessionsFolder);
     QCOMPARE(stage.fileManager.opened, QList<QUrl>{stage.store.directory});
@@ -202,7 +202,7 @@ class AppCommandsTest final : public Suite {
     QCOMPARE(stage.question.asked.at(0).informativeText, QString("No room."));
   }
 
-  void theKeyWindowDecidesWhatIsSaved() {
+  void savesWhatTheActiveWindowShows() {
     AppStage stage;
     const QUrl saved = writeSession(stage, "Saved earlier.");
     HistoryViewModel& library = openHistory(stage);
@@ -226,7 +226,7 @@ class AppCommandsTest final : public Suite {
     QVERIFY(!save.isEnabled());
   }
 
-  void aChosenFileIsOpenedInTheLibrary() {
+  void opensTheChosenFile() {
     AppStage stage;
     stage.chosenFile = writeSession(stage, "From elsewhere.");
     stage.perform(AppCommand::openSessionFile);
@@ -238,7 +238,7 @@ class AppCommandsTest final : public Suite {
     QVERIFY(visibleWindow("Velun — Saved Sessions"));
   }
 
-  void aFileThatCannotBeReadIsShown() {
+  void showsWhyAFileCannotBeRead() {
     AppStage stage;
     stage.chosenFile = QUrl::fromLocalFile(stage.folder.filePath("missing.json"));
     stage.perform(AppCommand::openSessionFile);
@@ -247,14 +247,14 @@ class AppCommandsTest final : public Suite {
     QVERIFY(!visibleWindow("Velun — Saved Sessions"));
   }
 
-  void aCancelledPanelOpensNothing() {
+  void cancelledFilePanelOpensNothing() {
     AppStage stage;
     stage.perform(AppCommand::openSessionFile);
     QVERIFY(stage.question.asked.empty());
     QVERIFY(!stage.coordinator().sessions().isKeyWindow());
   }
 
-  void deletingTheRunningSessionsFileEndsItsSaving() {
+  void deletingTheLiveSessionsFileEndsItsSaving() {
     AppStage stage;
     stage.startWithLine();
     stage.perform(AppCommand::saveSession);
@@ -272,7 +272,7 @@ class AppCommandsTest final : public Suite {
     QCOMPARE(library.sessions()[0]->session.lines[0].text, QString("Came meanwhile."));
   }
 
-  void aFailedDeletionIsShown() {
+  void showsAFailedDeletion() {
     AppStage stage;
     const QUrl file = writeSession(stage, "Stays.");
     openHistory(stage);
@@ -283,7 +283,7 @@ class AppCommandsTest final : public Suite {
     QCOMPARE(stage.files().size(), 1);
   }
 
-  void aSessionWhoseFileIsGoneLeavesTheListWhenItCannotBeDeleted() {
+  void missingFileLeavesTheListWhenDeletionFails() {
     AppStage stage;
     const QUrl file = writeSession(stage, "Gone.");
     const HistoryViewModel& library = openHistory(stage);
@@ -318,7 +318,7 @@ class AppCommandsTest final : public Suite {
     QVERIFY(visibleWindow("Velun — 저장 기록"));
   }
 
-  void panelsAndAlertsSpeakKorean() {
+  void dialogsAreLocalized() {
     AppStage stage;
     stage.settings.setLanguage(AppLanguage::korean);
     const QUrl file = writeSession(stage, "하나.");
@@ -338,7 +338,7 @@ class AppCommandsTest final : public Suite {
              QString("기록을 삭제하지 못했습니다: 휴지통이 가득 찼습니다."));
   }
 
-  void aWindowThatAsksForItselfIsNotReplaced_data() {
+  void requestingAnOpenWindowKeepsIt_data() {
     QTest::addColumn<AppCommand>("command");
     QTest::addColumn<QString>("title");
     QTest::newRow("about") << AppCommand::showAbout << "About Velun";
@@ -346,7 +346,7 @@ class AppCommandsTest final : public Suite {
     QTest::newRow("settings") << AppCommand::showSettings << "Velun Settings";
     QTest::newRow("saved sessions") << AppCommand::showHistory << "Velun — Saved Sessions";
   }
-  void aWindowThatAsksForItselfIsNotReplaced() {
+  void requestingAnOpenWindowKeepsIt() {
     QFETCH(AppCommand, command);
     QFETCH(QString, title);
     AppStage stage;
@@ -376,7 +376,7 @@ class AppCommandsTest final : public Suite {
     QVERIFY(stage.model->isRunning());
   }
 
-  void otherProgramsSeeTheState() {
+  void publishesStateToOtherPrograms() {
     AppStage stage;
     const auto state = [&](const char* name) {
       return stage.application.action(name).state;

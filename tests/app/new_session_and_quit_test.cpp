@@ -103,7 +103,7 @@ class NewSessionAndQuitTest final : public Suite {
     QCOMPARE(stage.model->lines().size(), std::size_t(1));
   }
 
-  void aNewSessionIsIgnoredOnceTheProgramIsToEnd() {
+  void newSessionIsIgnoredWhileQuitting() {
     AppStage stage;
     stage.startWithLine();
     stage.question.answers = {cancelDiscarding, discardSession};
@@ -158,7 +158,7 @@ class NewSessionAndQuitTest final : public Suite {
     QVERIFY(!stage.model->isRunning());
   }
 
-  void theQuestionsInKorean() {
+  void questionsAreLocalized() {
     AppStage stage;
     stage.settings.setLanguage(AppLanguage::korean);
     stage.startWithLine();
@@ -195,7 +195,7 @@ class NewSessionAndQuitTest final : public Suite {
     QVERIFY(stage.model->isRunning());
   }
 
-  void aQuitWaitsForTheNewSessionThatIsBeingDecided() {
+  void quitWaitsForAPendingNewSession() {
     AppStage stage;
     stage.startWithLine();
     stage.engine->holdsStops = true;
@@ -269,7 +269,7 @@ class NewSessionAndQuitTest final : public Suite {
     QVERIFY(listing.sessions[0].session.endedAt);
   }
 
-  void unsavedLinesGoWithoutAQuestionWhenTheSettingsSaySo() {
+  void settingsCanDiscardUnsavedLinesWithoutAQuestion() {
     AppStage stage([](AppSettings& settings) { settings.setAskBeforeDiscarding(false); });
     stage.startWithLine();
     stage.requestQuit();
@@ -321,7 +321,7 @@ class NewSessionAndQuitTest final : public Suite {
     QVERIFY(!stage.model->isRunning());
   }
 
-  void theEndAnswersWhoWaitsForAnEngineThatDoesNotStop() {
+  void terminationCompletesPendingShutdowns() {
     AppStage stage;
     stage.startWithLine();
     stage.engine->holdsStops = true;
@@ -338,7 +338,7 @@ class NewSessionAndQuitTest final : public Suite {
     settle();
   }
 
-  void theEndAnswersWhoBeginsToWaitOnlyThen() {
+  void terminationCompletesShutdownsStartedDuringIt() {
     AppStage stage;
     stage.startWithLine();
     stage.engine->holdsStops = true;

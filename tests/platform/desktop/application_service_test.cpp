@@ -47,7 +47,7 @@ class Listener final : public QObject {
   void changed(const QDBusMessage& change) { changes.push_back(change); }
 };
 
-/// What a program of its own asks, while this thread answers.
+/// Calls from another program's side while this thread replies.
 QDBusMessage call(const QDBusConnection& bus, const char* interface, const char* method,
                   const QVariantList& arguments) {
   auto message = QDBusMessage::createMethodCall(kName, kPath, interface, method);
@@ -90,12 +90,12 @@ class ApplicationServiceTest final : public test::Suite {
     bus.reset();
   }
 
-  void theFirstInstanceIsTheOne() {
+  void firstInstanceIsGranted() {
     QCOMPARE(service->claim(), ApplicationService::Claim::granted);
     QVERIFY(bus->connect().interface()->isServiceRegistered(kName));
   }
 
-  void aSecondLaunchCallsTheFirstToTheFront() {
+  void secondLaunchActivatesTheFirst() {
     QCOMPARE(service->claim(), ApplicationService::Claim::granted);
     auto claim = ApplicationService::Claim::granted;
     const QDBusConnection other = bus->connect();
@@ -108,27 +108,27 @@ class ApplicationServiceTest final : public test::Suite {
     QCOMPARE(claim, ApplicationService::Claim::forwarded);
   }
 
-  void aFirstInstanceThatDoesNotAnswerIsNotDoubled() {
+  void unresponsiveInstanceIsReported() {
     QCOMPARE(service->claim(), ApplicationService::Claim::granted);
     // Asked from the thread that would have to answer.
     DBusApplicationService again(kName, bus->connect());
     QCOMPARE(again.claim(), ApplicationService::Claim::unanswered);
   }
 
-  void withoutABusEveryProcessRuns() {
+  void grantedWithoutABus() {
     DBusApplicationService alone(kName, QDBusConnection("no such connection"));
     QCOMPARE(alone.claim(), ApplicationService::Claim::granted);
     alone.setActions(someActions(false));
   }
 
-  void filesAreOpened() {
+  void requestsToOpenFiles() {
     service->claim();
     call(bus->connect(), kApplication, "Open",
          {QStringList{"file:///a%20b.json", "file:///c.md"}, QVariantMap()});
     QCOMPARE(received, QStringList({"open file:///a b.json", "open file:///c.md"}));
   }
 
-  void actionsAreCarriedOutAfterTheAnswer() {
+  void actionsAreRequestedAfterTheReply() {
     service->claim();
     service->setActions(someActions(false));
     const QDBusConnection caller = bus->connect();
@@ -138,7 +138,7 @@ class ApplicationServiceTest final : public test::Suite {
     QTRY_COMPARE(received, QStringList({"toggle", "input microphone"}));
   }
 
-  void requestsThatMakeNoSenseAreRefused_data() {
+  void rejectsInvalidRequests_data() {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QVariantList>("parameters");
     QTest::newRow("unknown") << "nothing" << QVariantList();
@@ -146,7 +146,7 @@ class ApplicationServiceTest final : public test::Suite {
     QTest::newRow("parameter missing") << "input" << QVariantList();
     QTest::newRow("parameter of another type") << "input" << QVariantList{7};
   }
-  void requestsThatMakeNoSenseAreRefused() {
+  void rejectsInvalidRequests() {
     QFETCH(QString, name);
     QFETCH(QVariantList, parameters);
     service->claim();
@@ -158,7 +158,7 @@ class ApplicationServiceTest final : public test::Suite {
     QVERIFY(received.isEmpty());
   }
 
-  void aDisabledActionIsNotCarriedOut() {
+  void ignoresDisabledActions() {
     service->claim();
     service->setActions(someActions(false));
     const QDBusMessage reply = call(bus->connect(), kApplication, "ActivateAction",
@@ -177,7 +177,7 @@ class ApplicationServiceTest final : public test::Suite {
     QCOMPARE(dbusProperty(caller, "State"), QVariantMap({{"toggle", true}, {"input", "computer"}}));
   }
 
-  void onlyChangesAreTold() {
+  void announcesOnlyChanges() {
     service->claim();
     service->setActions(someActions(false));
     QDBusConnection listening = bus->connect();

@@ -56,7 +56,7 @@ class MainMenuTest final : public test::Suite {
  private Q_SLOTS:
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
-  void menusHoldTheirItemsAndKeys() {
+  void menusHaveTheirItemsAndShortcuts() {
     Fixture fixture;
     QCOMPARE(fixture.menu.menus()[0]->title(), QString("Velun"));
     QCOMPARE(fixture.items(0),
@@ -130,7 +130,7 @@ class MainMenuTest final : public test::Suite {
     QVERIFY(fixture.action("Export…")->isEnabled());
   }
 
-  void aWindowWithRoomShowsTheBar() {
+  void windowWithALayoutShowsAMenuBar() {
     Fixture fixture;
     QWidget window;
     auto* layout = new QVBoxLayout(&window);
@@ -140,7 +140,7 @@ class MainMenuTest final : public test::Suite {
     QCOMPARE(bar->actions().size(), 3);
   }
 
-  void f10OpensTheMenuWhereThereIsNoBar() {
+  void f10OpensTheMenuWithoutAMenuBar() {
     Fixture fixture;
     QWidget window;
     fixture.menu.install(&window, MainMenu::Place::globalOnly);
@@ -154,7 +154,7 @@ class MainMenuTest final : public test::Suite {
     QApplication::activePopupWidget()->close();
   }
 
-  void editingReachesWhatHasTheKeyboard() {
+  void editingCommandsReachTheFocusedWidget() {
     Fixture fixture;
     QWidget window;
     QLineEdit field("some text", &window);

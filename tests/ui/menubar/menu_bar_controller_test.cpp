@@ -48,7 +48,7 @@ class MenuBarControllerTest final : public test::Suite {
   Q_OBJECT
 
  private Q_SLOTS:
-  void aPlainClickBringsBackAHiddenPanelWhileCaptionsRun() {
+  void plainClickShowsAHiddenPanelWhileCaptionsRun() {
     Fixture fixture;
     fixture.start();
     fixture.menuBar->statusItemClicked(true);
@@ -77,7 +77,7 @@ class MenuBarControllerTest final : public test::Suite {
     fixture.menuBar->menu().close();
   }
 
-  void theMenuIsBroughtUpToDateWhenItOpens() {
+  void menuIsUpdatedWhenItOpens() {
     Fixture fixture;
     QVERIFY(fixture.action("Show Caption Window"));
     fixture.windows.isPanelVisible = true;
@@ -87,7 +87,7 @@ class MenuBarControllerTest final : public test::Suite {
     fixture.menuBar->menu().close();
   }
 
-  void hostsThatDoNotAskSeeTheNewMenuToo() {
+  void closedMenuFollowsTheModel() {
     Fixture fixture;
     fixture.start();
     QVERIFY(fixture.action("Stop Captions"));
@@ -101,7 +101,7 @@ class MenuBarControllerTest final : public test::Suite {
     test::settle();
   }
 
-  void anOpenMenuStaysAsItIs() {
+  void openMenuDoesNotChange() {
     Fixture fixture;
     expectPopUp();
     fixture.menuBar->statusItemClicked(false);
@@ -111,7 +111,7 @@ class MenuBarControllerTest final : public test::Suite {
     fixture.menuBar->menu().close();
   }
 
-  void aChosenItemIsPerformed() {
+  void chosenItemTriggersItsCommand() {
     Fixture fixture;
     fixture.action("New Session")->trigger();
     fixture.action("Microphone")->trigger();
@@ -119,7 +119,7 @@ class MenuBarControllerTest final : public test::Suite {
              std::vector({AppCommand::newSession, AppCommand::selectMicrophone}));
   }
 
-  void theItemAppearsWithItsHost() {
+  void iconAppearsWhenAHostIsFound() {
     Fixture fixture;
     const QSignalSpy shown(fixture.menuBar.get(), &MenuBarController::statusItemShown);
     fixture.host.stayAway();

@@ -41,7 +41,7 @@ class StatusMenuTest final : public test::Suite {
  private Q_SLOTS:
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
-  void itemsStandInOrder() {
+  void itemsAreInOrder() {
     Fixture fixture;
     QCOMPARE(fixture.titles(),
              QStringList({"Start Captions", "-", "Computer Audio", "Microphone", "-", "Keep on Top",
@@ -50,7 +50,7 @@ class StatusMenuTest final : public test::Suite {
                           "Settings…", "Check for Updates…", "Quit Velun"}));
   }
 
-  void itemsAreInKoreanToo() {
+  void itemsAreLocalized() {
     Fixture fixture([](AppSettings& settings) { settings.setLanguage(AppLanguage::korean); });
     fixture.windows.isPanelVisible = true;
     fixture.commands.refresh();
@@ -60,7 +60,7 @@ class StatusMenuTest final : public test::Suite {
                           "새 세션", "-", "설정…", "업데이트 확인…", "Velun 종료"}));
   }
 
-  void onlyQuitHasAKey() {
+  void onlyQuitHasAShortcut() {
     Fixture fixture;
     for (const QAction* item : fixture.menu.actions()) {
       QCOMPARE(item->shortcut(), QKeySequence(item->text() == "Quit Velun" ? "Ctrl+Q" : ""));
@@ -83,7 +83,7 @@ class StatusMenuTest final : public test::Suite {
     QCOMPARE(fixture.captions.text(), QString("Start Captions"));
   }
 
-  void aSwitchDisablesWhatDependsOnTheEngine() {
+  void transitionDisablesEngineCommands() {
     Fixture fixture;
     fixture.engine->holdsStarts = true;
     fixture.start();
@@ -119,7 +119,7 @@ class StatusMenuTest final : public test::Suite {
     QVERIFY(!fixture.save.isChecked());
   }
 
-  void aWrittenSessionIsCheckedAndDone() {
+  void savedSessionIsCheckedAndDisabled() {
     Fixture fixture;
     fixture.final("One line.");
     QVERIFY(fixture.save.isEnabled());
@@ -131,7 +131,7 @@ class StatusMenuTest final : public test::Suite {
     QCOMPARE(fixture.save.text(), QString("현재 세션 저장 중"));
   }
 
-  void aFailedWriteCanBeRepeated() {
+  void failedSaveCanBeRetried() {
     Fixture fixture;
     fixture.final("One line.");
     fixture.model->saveCurrentSession();
