@@ -5,8 +5,8 @@
 
 namespace velun::test {
 
-/// How often the calling thread has asked for memory since it started, through whatever library.
-/// Always 0 where a sanitizer manages the memory; ask `canCountAllocations` first.
+/// The number of memory allocations of the calling thread since it started, in all libraries.
+/// Always 0 under a sanitizer; check `canCountAllocations` first.
 std::size_t allocationCount();
 bool canCountAllocations();
 

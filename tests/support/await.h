@@ -9,7 +9,7 @@
 
 namespace velun::test {
 
-/// How a task ended, once it has.
+/// The outcome of a task; empty while it runs.
 struct TaskEnd {
   bool hasEnded = false;
   std::exception_ptr error;
@@ -24,8 +24,8 @@ inline QCoro::Task<> followTask(QCoro::Task<> task, std::shared_ptr<TaskEnd> end
   end->hasEnded = true;
 }
 
-/// Runs the event loop until `task` has ended, and throws what it threw. Unlike the library's own
-/// waiting it also ends when the task fails.
+/// Runs the event loop until `task` has ended, and rethrows its exception. Unlike QCoro::waitFor it
+/// also returns when the task fails.
 inline void await(QCoro::Task<> task) {
   const auto end = std::make_shared<TaskEnd>();
   const QCoro::Task<> following = followTask(std::move(task), end);

@@ -19,7 +19,7 @@ inline QCoro::Task<QString> failureTextOf(QCoro::Task<> task) {
   co_return QString();
 }
 
-/// Runs the task to its end. The text of the failure it ends with, "cancelled", or nothing.
+/// Runs the task to its end. Returns the text of its failure, "cancelled", or nothing.
 inline QString failureOf(QCoro::Task<> task) {
   return QCoro::waitFor(failureTextOf(std::move(task)));
 }

@@ -7,7 +7,7 @@
 
 namespace velun::test {
 
-/// A desktop that does what the test says and notes what it is asked for.
+/// A desktop platform that follows the test's script and records the calls to it.
 class FakeDesktopPlatform final : public DesktopPlatform {
  public:
   const DesktopCapabilities& capabilities() const override { return can; }

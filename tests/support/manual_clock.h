@@ -10,7 +10,7 @@
 
 namespace velun::test {
 
-/// A clock that stands still until it is advanced by hand.
+/// A clock that only moves when the test advances it.
 class ManualClock final : public Clock {
  public:
   Instant now() const override { return now_; }
@@ -25,8 +25,8 @@ class ManualClock final : public Clock {
     return scheduled;
   }
 
-  /// Moves time on, making every call that falls due, in order, and letting the event loop run
-  /// what they posted after each one and at the end.
+  /// Advances time and makes every call that becomes due, in order. Runs posted events after each
+  /// call and at the end.
   void advance(std::chrono::milliseconds by) {
     const Instant end = now() + by;
     QCoreApplication::processEvents();
@@ -40,7 +40,7 @@ class ManualClock final : public Clock {
     now_ = end;
   }
 
-  /// How many calls wait.
+  /// The number of scheduled calls.
   std::size_t scheduledCount() const { return scheduled_.size(); }
 
  private:

@@ -7,7 +7,7 @@
 
 namespace velun::test {
 
-/// As long as it lives no thread can be started: none finds room for its stack.
+/// While it exists no thread can be started: there is no memory for a stack.
 class NoMoreThreads {
  public:
   NoMoreThreads() {

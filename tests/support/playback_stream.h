@@ -30,7 +30,7 @@ class PlaybackStream {
                  int channel = everyChannel);
   ~PlaybackStream();
 
-  /// A sine that goes on until the stream is destroyed.
+  /// A sine that plays until the stream is destroyed.
   static Fill tone(double frequency, double sampleRate, float amplitude);
 
   /// A sine of amplitude 0.5 in stereo at 48 kHz.

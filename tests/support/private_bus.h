@@ -7,7 +7,7 @@
 
 namespace velun::test {
 
-/// A session bus of the test's own, ended with it. Needs an application object.
+/// A private session bus that ends with this object. Needs an application object.
 class PrivateBus {
  public:
   PrivateBus() {

@@ -8,28 +8,28 @@
 
 namespace velun::test {
 
-/// A sound server with its session manager for one test program, in the private folders that
-/// `run_isolated` has made. Its parts can be ended and started again; they die with the program.
+/// PipeWire with its session manager for one test program, in the private folders that
+/// `run_isolated` has made. Both can be killed and started again; they end with the program.
 class PrivatePipeWire {
  public:
   ~PrivatePipeWire();
 
-  /// Each waits until the part answers; false when it does not within 20 s.
+  /// Each waits until the process responds; false when it does not within 20 s.
   bool start() { return startDaemon() && startManager(); }
   bool startDaemon();
   bool startManager();
 
-  /// At once, as in a crash. The session manager ends with the server.
+  /// Kills at once, as in a crash. The session manager ends with PipeWire.
   void killDaemon();
   void killManager();
 
   /// Adds an output without a sound card, with channels such as "FL FR FC LFE RL RR".
   bool addSink(const QString& name, int rate = 48'000, const QString& channels = "FL FR");
-  /// Adds a microphone, which hears what plays on the output NAME-voice.
+  /// Adds a microphone that captures what plays on the output NAME-voice.
   bool addMicrophone(const QString& name, int rate = 48'000, const QString& channels = "FL FR");
   bool remove(const QString& name);
 
-  /// What `pw-dump` tells of the node with this name: its "state" and "props"; empty without one.
+  /// The node with this name from `pw-dump`: its "state" and "props"; empty without such a node.
   static QJsonObject node(const QString& name);
   static QString stateOf(const QString& name) { return node(name).value("state").toString(); }
 

@@ -9,7 +9,7 @@
 
 namespace velun::test {
 
-/// Notes what it is asked to show.
+/// Records the files it is asked to show.
 class ScriptedFileManager final : public FileManager {
  public:
   void reveal(const QUrl& file) override { revealed.append(file); }

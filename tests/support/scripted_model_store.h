@@ -10,7 +10,7 @@
 
 namespace velun::test {
 
-/// A store in which models are installed by saying so.
+/// A model store whose installed models the test sets.
 class ScriptedModelStore final : public ModelStore {
  public:
   /// An installed model gets its folder below `root`.
@@ -36,7 +36,7 @@ class ScriptedModelStore final : public ModelStore {
   QStringList present;
   QStringList asked;
   QStringList askedQuietly;
-  /// What installing fails with, if it is to.
+  /// The failure of every installation, if set.
   std::optional<QString> failure;
 
  private:

@@ -8,7 +8,7 @@
 
 namespace velun::test {
 
-/// Answers modal questions from a list; after its end, as if the alert was closed.
+/// Answers modal questions from a list; after the end of the list as if the alert was closed.
 class ScriptedQuestion final : public ModalQuestion {
  public:
   std::optional<int> ask(const Question& question) override {

@@ -83,7 +83,7 @@ class ScriptedSpeechPlatform final : public SpeechPlatform {
   std::shared_ptr<SpeechScript> script = std::make_shared<SpeechScript>();
 };
 
-/// A download that ends when the test says so.
+/// A download that the test completes.
 class ScriptedModelOffer final : public SpeechModelOffer {
  public:
   qint64 downloadBytes() const override { return 0; }

@@ -72,7 +72,7 @@ class ScriptedTranslator final : public Translator {
   std::optional<std::stop_callback<std::function<void()>>> cancel_;
 };
 
-/// Makes translators that do what the test says.
+/// Makes translators that follow a script.
 class ScriptedTranslationPlatform final : public TranslationPlatform {
  public:
   std::unique_ptr<Translator> makeTranslator(const QString& source,
@@ -96,11 +96,11 @@ class ScriptedTranslationPlatform final : public TranslationPlatform {
     Q_EMIT activityChanged();
   }
 
-  /// Given to every script from now on.
+  /// Applies to every translator made from now on.
   std::function<QString(const QString&)> translate;
   /// Called for every script before its translator is used.
   std::function<void(TranslationScript&)> prepareScript;
-  /// Of every translator made so far, in order.
+  /// The scripts of every translator made so far, in order.
   std::vector<std::shared_ptr<TranslationScript>> scripts;
   std::optional<QString> busyWith;
   QStringList languages;

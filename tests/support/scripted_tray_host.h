@@ -5,7 +5,7 @@
 
 namespace velun::test {
 
-/// A tray host that comes when the test says so.
+/// A tray host whose presence the test sets.
 class ScriptedTrayHost final : public TrayHost {
  public:
   void search() override { ++searches; }

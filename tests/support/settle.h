@@ -5,7 +5,7 @@
 
 namespace velun::test {
 
-/// Lets everything that was posted, and what that posts in turn, happen. No time passes.
+/// Delivers all posted events, and those that they post in turn. No time passes.
 inline void settle() {
   constexpr int kLongestChain = 20;
   for (int turn = 0; turn < kLongestChain; ++turn) QCoreApplication::processEvents();

@@ -6,8 +6,8 @@
 
 namespace velun::test {
 
-/// What `grab` returns once ten pictures in a row are the same, so that layouts and animations have
-/// ended; the last picture after a second of movement, because a spinner never ends.
+/// Returns `grab`'s picture once ten in a row are equal, that is, once layouts and animations have
+/// ended; after one second the last picture, because a spinner never ends.
 template <class Grab>
 QImage steadyPicture(Grab grab) {
   QImage picture;

@@ -5,15 +5,15 @@
 #include <QRegularExpression>
 #include <QTest>
 
-/// Waits until a condition holds, for up to a minute: machines can be slow. Once it has held it is
-/// not asked again, as `QTRY_VERIFY` would, so it may be one that does not last.
+/// Waits up to a minute until a condition holds. Unlike `QTRY_VERIFY` it does not evaluate the
+/// condition again afterwards, so the condition may be a passing one.
 #define VERIFY_SOON(condition) \
   QVERIFY(QTest::qWaitFor([&] { return static_cast<bool>(condition); }, 60'000))
 
 namespace velun::test {
 
-/// The base of every test class: a warning that a test did not announce with
-/// `QTest::ignoreMessage` fails it. A class with an `init` of its own calls this one first.
+/// The base of every test class: a warning that was not announced with `QTest::ignoreMessage`
+/// fails the test. A class with its own `init` calls this one first.
 class Suite : public QObject {
   Q_OBJECT
 

@@ -8,7 +8,7 @@
 
 namespace velun::test {
 
-/// A folder that is gone with its owner. Names are relative to it.
+/// A temporary folder, removed with this object. Names are relative to it.
 class TestFolder {
  public:
   TestFolder() {
@@ -25,7 +25,7 @@ class TestFolder {
     }
   }
 
-  /// The bytes of the file; "unreadable" when there are none to read.
+  /// The bytes of the file; "unreadable" if it cannot be read.
   QByteArray contents(const QString& name) const {
     QFile file(path(name));
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
@@ -37,7 +37,7 @@ class TestFolder {
                                   QDir::NoDotAndDotDot);
   }
 
-  /// The permission bits, 0 for what is not there.
+  /// The permission bits; 0 if the file does not exist.
   unsigned mode(const QString& name) const {
     struct stat status {};
     const QByteArray encoded = QFile::encodeName(path(name));

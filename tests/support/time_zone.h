@@ -6,7 +6,7 @@
 
 namespace velun::test {
 
-/// Moves this process to a zone of the tz database, as "Asia/Seoul".
+/// Sets the time zone of this process, such as "Asia/Seoul".
 inline void setTimeZone(const char* name) {
   qputenv("TZ", name);
   tzset();
