@@ -22,7 +22,7 @@ struct PipeWireRegistry::Events {
     if (id == PW_ID_CORE) listener(data).answered(sequence);
   }
 
-  // Others come from single objects that went away or cannot do what was asked.
+  // Other errors concern single objects, which were removed or refused a request.
   static void error(void* data, std::uint32_t id, int, int result, const char*) {
     if (id == PW_ID_CORE && result == -EPIPE) listener(data).lost();
   }
@@ -34,7 +34,7 @@ struct PipeWireRegistry::Events {
 
   static void globalRemove(void* data, std::uint32_t id) { listener(data).removed(id); }
 
-  static const pw_core_events& ofCore() {
+  static const pw_core_events& coreEvents() {
     static const pw_core_events events = [] {
       pw_core_events made{};
       made.version = PW_VERSION_CORE_EVENTS;
@@ -45,7 +45,7 @@ struct PipeWireRegistry::Events {
     return events;
   }
 
-  static const pw_registry_events& ofRegistry() {
+  static const pw_registry_events& registryEvents() {
     static const pw_registry_events events = [] {
       pw_registry_events made{};
       made.version = PW_VERSION_REGISTRY_EVENTS;
@@ -77,8 +77,8 @@ PipeWireRegistry::PipeWireRegistry(pw_core* core, Listener& listener)
     : listener_(listener),
       core_(core),
       registry_(pw_core_get_registry(core, PW_VERSION_REGISTRY, 0)) {
-  pw_core_add_listener(core_, &coreHook_, &Events::ofCore(), &listener_);
-  pw_registry_add_listener(registry_, &registryHook_, &Events::ofRegistry(), &listener_);
+  pw_core_add_listener(core_, &coreHook_, &Events::coreEvents(), &listener_);
+  pw_registry_add_listener(registry_, &registryHook_, &Events::registryEvents(), &listener_);
 }
 
 PipeWireRegistry::~PipeWireRegistry() {

@@ -9,30 +9,29 @@
 
 namespace velun {
 
-/// The value of a property of a server's object; empty, or 0, when it has none.
+/// The value of a property of a PipeWire object; empty, or 0, when the object does not have it.
 std::string propertyText(const spa_dict* properties, const char* key);
 std::uint32_t propertyNumber(const spa_dict* properties, const char* key);
 
-/// A connection to the media server that tells which objects the server has. Belongs to the loop of
-/// its context, as all of PipeWire: used on that loop's thread or while that loop is locked.
+/// A connection to PipeWire that reports PipeWire's objects. Used only on the thread of its
+/// context's loop, or while that loop is locked.
 class PipeWireRegistry {
  public:
-  /// What the server says, on the loop's thread.
+  /// Receives PipeWire's events, on the loop's thread.
   class Listener {
    public:
     virtual ~Listener() = default;
-    /// An object is there; `kind` is its interface, as in `PW_TYPE_INTERFACE_Node`.
+    /// An object exists; `kind` is its interface, such as `PW_TYPE_INTERFACE_Node`.
     virtual void added(std::uint32_t id, std::string_view kind, const spa_dict* properties) = 0;
     virtual void removed(std::uint32_t id) = 0;
-    /// The server has answered everything up to the `pw_core_sync` with this number.
+    /// PipeWire has processed everything up to the `pw_core_sync` that returned this number.
     virtual void answered(int /*sequence*/) {}
-    /// The server is gone; only destroying the connection is left to do, and not from here.
+    /// PipeWire has ended. The connection can only be destroyed, and not from this call.
     virtual void lost() = 0;
   };
 
-  /// None, with a negative errno in `error`, when there is no server or no context, which is not
-  /// made where the library's settings are missing. The listener must outlive the connection; it
-  /// hears of the objects when the loop runs.
+  /// Returns null and sets `error` to a negative errno when PipeWire is not running, or -ENOENT
+  /// when `context` is null. `listener` must outlive the connection.
   static std::unique_ptr<PipeWireRegistry> open(pw_context* context, Listener& listener,
                                                 int* error);
   ~PipeWireRegistry();
@@ -40,7 +39,7 @@ class PipeWireRegistry {
   PipeWireRegistry& operator=(const PipeWireRegistry&) = delete;
 
   pw_core* core() const { return core_; }
-  /// A proxy of an object, for the caller to destroy; none when the object is gone.
+  /// Returns a proxy of an object, owned by the caller; null when the object no longer exists.
   pw_proxy* bind(std::uint32_t id, const char* kind, std::uint32_t version);
 
  private:
