@@ -95,19 +95,19 @@ void BuiltInBackend::acceptAudio(std::span<const float> samples) {
 }
 
 void BuiltInBackend::acceptFrame(std::span<const float> frame) {
-  const PhraseFinder::Event event = phrases_.accept(frame);
-  if (event == PhraseFinder::Event::began) {
+  const PhraseDetector::Event event = phrases_.accept(frame);
+  if (event == PhraseDetector::Event::began) {
     beginDraft();
   } else if (isDrafting_) {
     feedDraft(frame);
   }
-  if (event == PhraseFinder::Event::pausing && !awaitsFinal_) {
+  if (event == PhraseDetector::Event::pausing && !awaitsFinal_) {
     finals_.start(prepared(phrases_.samples()));
     isSettling_ = true;
-  } else if (event == PhraseFinder::Event::resumed && isSettling_) {
+  } else if (event == PhraseDetector::Event::resumed && isSettling_) {
     finals_.abandon();
     isSettling_ = false;
-  } else if (event == PhraseFinder::Event::ended) {
+  } else if (event == PhraseDetector::Event::ended) {
     endPhrase();
   }
 }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/speech/built_in/final_pass.h"
-#include "platform/speech/built_in/phrase_finder.h"
+#include "platform/speech/built_in/phrase_detector.h"
 #include "platform/speech/built_in/sphinx_decoder.h"
 #include "platform/speech/built_in/stable_draft.h"
 #include "platform/speech/punctuation_restorer.h"
@@ -48,7 +48,7 @@ class BuiltInBackend final : public RecognizerBackend {
   std::unique_ptr<PunctuationRestorer> punctuation_;
   SphinxDecoder drafts_;
   FinalPass finals_;
-  PhraseFinder phrases_;
+  PhraseDetector phrases_;
   StableDraft stable_;
   std::vector<float> partialFrame_;
   std::vector<TranscriptionResult> results_;

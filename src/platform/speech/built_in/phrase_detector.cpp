@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/speech/built_in/phrase_finder.h"
+#include "platform/speech/built_in/phrase_detector.h"
 
 #include <algorithm>
 #include <bit>
@@ -40,7 +40,7 @@ constexpr double kMinLevelDeviation = 2.5;
 
 }  // namespace
 
-PhraseFinder::Event PhraseFinder::accept(std::span<const float> frame) {
+PhraseDetector::Event PhraseDetector::accept(std::span<const float> frame) {
   const bool isVoice = activity_.isVoice(frame);
   samples_.insert(samples_.end(), frame.begin(), frame.end());
   levels_.push_back(activity_.level());
@@ -57,7 +57,7 @@ PhraseFinder::Event PhraseFinder::accept(std::span<const float> frame) {
   return Event::none;
 }
 
-PhraseFinder::Event PhraseFinder::continuePhrase(bool isVoice) {
+PhraseDetector::Event PhraseDetector::continuePhrase(bool isVoice) {
   const int length = static_cast<int>(levels_.size());
   if (isVoice) {
     ++voicedFrames_;
@@ -89,14 +89,14 @@ PhraseFinder::Event PhraseFinder::continuePhrase(bool isVoice) {
   return Event::none;
 }
 
-bool PhraseFinder::end() {
+bool PhraseDetector::end() {
   if (!isInPhrase_) return false;
   isInPhrase_ = false;
   cut_ = samples_.size();
   return true;
 }
 
-std::vector<float> PhraseFinder::takePhrase() {
+std::vector<float> PhraseDetector::takePhrase() {
   std::vector<float> phrase(samples_.begin(), samples_.begin() + static_cast<std::ptrdiff_t>(cut_));
   const bool wasCut = cut_ < samples_.size();
   samples_.erase(samples_.begin(), samples_.begin() + static_cast<std::ptrdiff_t>(cut_));
@@ -106,7 +106,7 @@ std::vector<float> PhraseFinder::takePhrase() {
   return phrase;
 }
 
-bool PhraseFinder::isLikelySpeech() const {
+bool PhraseDetector::isLikelySpeech() const {
   if (pitchedFrames_ < kMinPitchedFrames || pitchedFrames_ < kMinPitchedShare * voicedFrames_) {
     return false;
   }
@@ -114,11 +114,11 @@ bool PhraseFinder::isLikelySpeech() const {
   return levelSquares_ / voicedFrames_ - mean * mean > kMinLevelDeviation * kMinLevelDeviation;
 }
 
-double PhraseFinder::voicedSeconds() const {
+double PhraseDetector::voicedSeconds() const {
   return std::chrono::duration<double>(voicedFrames_ * kFrameTime).count();
 }
 
-std::size_t PhraseFinder::quietestPlace() const {
+std::size_t PhraseDetector::quietestPlace() const {
   const int length = static_cast<int>(levels_.size());
   float quietest = 0;
   int place = length;
@@ -133,7 +133,7 @@ std::size_t PhraseFinder::quietestPlace() const {
   return static_cast<std::size_t>(place);
 }
 
-void PhraseFinder::begin() {
+void PhraseDetector::begin() {
   isInPhrase_ = true;
   isPausing_ = false;
   silentFrames_ = 0;

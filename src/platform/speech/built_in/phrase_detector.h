@@ -12,7 +12,7 @@ namespace velun {
 /// Finds the beginnings and ends of phrases in 16 kHz mono audio in -1…1. A phrase ends after a
 /// pause; a long one after a shorter pause, or without any at the quietest place of its last
 /// seconds, so that no word is cut.
-class PhraseFinder {
+class PhraseDetector {
  public:
   enum class Event {
     none,

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/speech/built_in/phrase_finder.h"
+#include "platform/speech/built_in/phrase_detector.h"
 
 #include "support/suite.h"
 
@@ -7,7 +7,7 @@
 #include <numbers>
 
 using namespace velun;
-using Event = PhraseFinder::Event;
+using Event = PhraseDetector::Event;
 
 namespace {
 
@@ -59,7 +59,7 @@ struct Listener {
     return static_cast<float>(random >> 8) / 8388608.0F - 1;
   }
 
-  PhraseFinder finder;
+  PhraseDetector finder;
   std::vector<Event> events;
   std::vector<double> times;
   std::vector<double> lengths;
@@ -70,7 +70,7 @@ struct Listener {
 
 }  // namespace
 
-class PhraseFinderTest final : public test::Suite {
+class PhraseDetectorTest final : public test::Suite {
   Q_OBJECT
 
  private Q_SLOTS:
@@ -158,5 +158,5 @@ class PhraseFinderTest final : public test::Suite {
   }
 };
 
-QTEST_GUILESS_MAIN(PhraseFinderTest)
-#include "phrase_finder_test.moc"
+QTEST_GUILESS_MAIN(PhraseDetectorTest)
+#include "phrase_detector_test.moc"
