@@ -1,4 +1,4 @@
-# Every library that the program stands on, found once.
+# Finds every library that the program uses.
 
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets DBus Network Svg)
 find_package(QCoro6 REQUIRED COMPONENTS Core)

@@ -48,7 +48,7 @@ class RunningCaptions {
     recognizer->emitEvent(FinalEvent{text, settings.localeID(), AudioInput::computer});
   }
 
-  /// One line of speech as it comes in: drafts that grow, the final text, its translation.
+  /// Delivers one line of speech: growing drafts, the final text, its translation.
   void speak(int number) {
     const QString text =
         QStringLiteral("This is what was said in line number %1 of the long talk.").arg(number);

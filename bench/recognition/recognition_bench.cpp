@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the recognizer makes of speech and of noise. Without arguments: the built-in recognizer on
-// read books, synthetic voices, the same in noise, and sounds without speech. With a folder of WAV
-// files and a transcript: those clips, one line each; with a locale after them, by the neural
-// recognizer that is installed for it.
+// Measures recognition of speech and of noise. Without arguments: the built-in recognizer on read
+// books, synthetic voices, the same with noise, and sounds without speech. With a folder of WAV
+// files and a transcript: the built-in recognizer on these clips, one row each. With a locale as
+// the third argument: the neural recognizer that is installed for it.
 #include "platform/foundation/system_clock.h"
 #include "platform/models/store/download_store.h"
 #include "platform/speech/built_in/built_in_recognizer_provider.h"
@@ -50,7 +50,7 @@ void measureNeural(const QString& locale, const std::vector<Clip>& clips) {
   SystemClock clock;
   ModelStoreOptions options;
   options.root = DownloadStore::standardRoot();
-  // It never fetches anything by itself.
+  // Reports a metered connection, so that nothing is downloaded in the background.
   DownloadStore models(ModelCatalogue::builtIn(), options, clock, [] { return true; });
   NeuralRecognizerProvider provider(
       ModelCatalogue::builtIn(), models,
@@ -72,7 +72,7 @@ void measureAll(RecognizerProvider& provider, bool isVerbose) {
   row("recognizer_rss_kept_mb", residentMegabytes() - residentBefore, "MB");
   const std::vector<Clip> noisyVoices = synthesise(folder.path(), true);
   row("recognizer_wer_flite_noise_percent", percent(noisyVoices), "%");
-  // In real time, because passes that are begun and thrown away cost more there.
+  // In real time, where final passes that are started and cancelled cost more.
   const std::vector<Clip> noises = soundsWithoutSpeech(folder.path());
   const Outcome noise = recognise(provider, kLocale, noises, Pace::realTime, isVerbose);
   row("recognizer_false_words_per_min", 60.0 * noise.recognizedWords / noise.audioSeconds,

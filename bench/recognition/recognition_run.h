@@ -10,10 +10,10 @@
 
 namespace velun::bench {
 
-/// What one pass over some clips showed.
+/// The results of one pass over some clips.
 struct Outcome {
   WordErrors words;
-  /// Words recognized in all.
+  /// The number of all recognized words.
   int recognizedWords = 0;
   double audioSeconds = 0;
   double wallSeconds = 0;
@@ -29,7 +29,7 @@ struct Outcome {
   double mostCores = 0;
 };
 
-/// What this process holds in memory now.
+/// The resident memory of this process.
 double residentMegabytes();
 
 enum class Pace { asFastAsPossible, realTime };

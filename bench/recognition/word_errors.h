@@ -6,7 +6,7 @@
 
 namespace velun::bench {
 
-/// Errors of the best alignment of what was recognized with what was said.
+/// The errors of the best alignment of the recognized words with the spoken ones.
 struct WordErrors {
   int errors = 0;
   int words = 0;
@@ -15,13 +15,13 @@ struct WordErrors {
   WordErrors& operator+=(const WordErrors& other);
 };
 
-/// The words of a text as they are compared: no case, no punctuation, "mr" is "mister", numbers
-/// left as they are.
+/// The words of a text for the comparison: without case and punctuation, "mr" as "mister", numbers
+/// unchanged.
 QStringList comparedWords(const QString& text);
 
 WordErrors countWordErrors(const QString& said, const QString& recognized);
 
-/// Draft words that were shown and are not, at the same place, in what follows.
+/// The number of shown draft words that the next text does not have at the same position.
 int changedWords(const QStringList& shown, const QStringList& next);
 
 }  // namespace velun::bench

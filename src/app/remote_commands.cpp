@@ -9,7 +9,8 @@ namespace velun {
 
 namespace {
 
-/// Two commands in one, with the input's raw value as parameter and as state.
+/// An additional action for both inputs. Its parameter and its state are the raw value of the
+/// input.
 const auto kInput = QStringLiteral("input");
 
 }  // namespace

@@ -11,8 +11,8 @@ class AppCommands;
 class ApplicationService;
 class CaptionViewModel;
 
-/// Publishes the commands to other programs, with their state, and carries out the ones that these
-/// ask for. Main thread.
+/// Publishes the commands as D-Bus actions with their state, and carries out the actions that other
+/// programs request. The names are those in `AppCommands::rows`. Main thread.
 class RemoteCommands final : public QObject {
   Q_OBJECT
 

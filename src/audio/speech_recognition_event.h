@@ -24,19 +24,19 @@ struct FinalEvent {
   bool operator==(const FinalEvent&) const = default;
 };
 
-/// A message about what the engine is doing; none clears it.
+/// The engine's status, localized; nullopt clears it.
 struct StatusEvent {
   std::optional<QString> text;
   bool operator==(const StatusEvent&) const = default;
 };
 
-/// A finished error text, after which the consumer stops the engine.
+/// A localized error. The consumer must then stop the engine.
 struct FailureEvent {
   QString message;
   bool operator==(const FailureEvent&) const = default;
 };
 
-/// What the recognition engine reports, on the main thread, in order.
+/// The events of the recognition engine, delivered on the main thread in order.
 using SpeechRecognitionEvent = std::variant<DraftEvent, FinalEvent, StatusEvent, FailureEvent>;
 
 }  // namespace velun

@@ -11,7 +11,7 @@
 
 namespace velun {
 
-/// The speech engine as the caption model sees it. Main thread.
+/// The interface of the speech engine, for the caption model. Main thread.
 class SpeechRecognizing : public QObject {
   Q_OBJECT
 

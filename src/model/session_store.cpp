@@ -26,6 +26,8 @@ QString dataHome() {
   return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
 }
 
+/// The file of a session in the folder: its start in local time and its id, such as
+/// "2025-03-01_09-05-07_<id>.json".
 QString fileName(const CaptionSession& session) {
   const auto started = std::chrono::floor<std::chrono::seconds>(session.startedAt);
   const QDateTime local = QDateTime::fromSecsSinceEpoch(started.time_since_epoch().count());

@@ -79,6 +79,7 @@ QCoro::Task<> CaptionTranslator::translateLines(CaptionTranslator* self, bool is
     } catch (const std::exception& exception) {
       error = descriptionOf(exception);
     }
+    // The language or the session has changed meanwhile: the result is discarded.
     if (stop.stop_requested()) break;
     if (error) {
       Q_EMIT self->failed(L("Translation error: " + *error, "번역 오류: " + *error));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Random sequences through the caption model. `--runs N` sets how many (500), `--seed N` where
-// they begin (1): run number i has the seed N + i, so that one failing run can be repeated alone.
+// they start (1): run i has the seed N + i, so that a failing run can be repeated alone.
 #include "captions/model_checker.h"
 #include "support/suite.h"
 
@@ -12,7 +12,7 @@ namespace {
 int runs = 500;
 std::uint64_t firstSeed = 1;
 
-/// Takes `--runs` and `--seed` away from the arguments; the rest is the test library's.
+/// Removes `--runs` and `--seed` from the arguments; the rest is for Qt Test.
 std::vector<char*> withoutOwnOptions(int argc, char** argv) {
   std::vector<char*> rest;
   for (int i = 0; i < argc; ++i) {
@@ -65,7 +65,7 @@ int main(int argc, char** argv) {
   std::vector<char*> arguments = withoutOwnOptions(argc, argv);
   int count = static_cast<int>(arguments.size());
   const QCoreApplication application(count, arguments.data());
-  // The test library's watchdog allows five minutes, which a long check needs more than once.
+  // Qt Test's watchdog ends a test after five minutes; a long check takes a multiple of that.
   qputenv("QTEST_FUNCTION_TIMEOUT", QByteArray::number(5 * 60 * 1000 + runs * 200));
   CaptionModelCheckerTest test;
   return QTest::qExec(&test, count, arguments.data());

@@ -15,7 +15,7 @@ namespace {
 
 using Change = AppSettings::Change;
 
-/// Settings whose reported changes are noted.
+/// Settings whose signals are recorded.
 struct Noted {
   explicit Noted(PreferenceStore* store) : settings(store) {
     QObject::connect(&settings, &AppSettings::changed,

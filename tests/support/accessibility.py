@@ -151,7 +151,7 @@ class Node:
             TEXT, "GetCharacterExtents", "iu", offset, SCREEN, default=(0, 0, 0, 0)))
 
     def told(self, events, kind):
-        """How often a watch heard of a kind of event of it."""
+        """The number of recorded events of a kind for this object."""
         return sum(f" path={self._path};" in event and f'string "{kind}"' in event
                    for event in events.read_text().split("signal ")[1:])
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Two threads write one number. The thread sanitizer must say so, or its silence about the rest
-// means nothing.
+// Two threads write one number. The thread sanitizer must report this; otherwise it does not work
+// and passing tests mean nothing.
 #include <thread>
 
 namespace {

@@ -7,8 +7,8 @@
 
 namespace velun::test {
 
-/// A video stream on the media server, without pictures: an offer of a screen as compositors and
-/// portals make it, or a program that looks at one. There until it is destroyed.
+/// A video stream of PipeWire without pictures: a screen cast as compositors and portals offer it,
+/// or a program that consumes one. Exists until it is destroyed.
 class VideoStream final {
  public:
   enum class Direction { offer, consume };

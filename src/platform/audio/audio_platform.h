@@ -9,20 +9,21 @@
 
 namespace velun {
 
-/// The devices that can be listened to, kept up to date as long as this exists. Main thread.
+/// The devices whose sound can be captured. The list is updated while this object exists. Main
+/// thread.
 class AudioTargets : public QObject {
   Q_OBJECT
 
  public:
-  /// Outputs first, then inputs, each sorted by name. Empty until the sound server has answered,
-  /// and while there is none.
+  /// Outputs first, then inputs, each sorted by name. Empty while there is no connection to the
+  /// sound server.
   virtual std::vector<AudioTarget> list() const = 0;
 
  Q_SIGNALS:
   void changed();
 };
 
-/// Outlives what it makes. Main thread.
+/// Creates sources. Must outlive the objects that it creates. Main thread.
 class AudioPlatform {
  public:
   virtual ~AudioPlatform() = default;

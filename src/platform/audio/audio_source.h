@@ -32,12 +32,13 @@ class AudioSource : public QObject {
   virtual void stop() = 0;
 
  Q_SIGNALS:
-  /// The sound server, or the session manager that connects programs with devices, is gone; the
-  /// source tries to reach it again. The last two signals may be emitted after it.
+  /// The sound server or its session manager has ended. The source tries to reconnect; `resumed`
+  /// or `failed` follows unless `stop` is called first.
   void interrupted();
-  /// Audio flows again.
+  /// The source has reconnected.
   void resumed();
-  /// The source has given up; `message` says why and what to do. It may be destroyed in response.
+  /// Reconnecting has failed for too long, and the source has stopped. `message` says why and what
+  /// to do. The source may be destroyed in a slot.
   void failed(const QString& message);
 };
 

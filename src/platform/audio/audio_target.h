@@ -5,7 +5,7 @@
 
 namespace velun {
 
-/// Something that can be listened to.
+/// A device whose sound can be captured.
 struct AudioTarget {
   enum class Kind {
     /// Everything that plays on an output device.
@@ -18,7 +18,7 @@ struct AudioTarget {
   /// Stays the same when the device is plugged in again. Empty for the user's default device of
   /// this kind, which is followed when it changes.
   QString id;
-  /// The name shown to people, in the language that the sound server uses.
+  /// The name to show, in the language of the sound server.
   QString name;
 
   bool operator==(const AudioTarget&) const = default;

@@ -18,7 +18,7 @@ class Clock(FaultCase):
         self.move_clock(0)
         preset = {"LD_PRELOAD": library, "FAKETIME_TIMESTAMP_FILE": self.offset,
                   "FAKETIME_NO_CACHE": "1", "FAKETIME_DONT_FAKE_MONOTONIC": "1",
-                  # The library comes before that of the sanitizer, if there is one.
+                  # The library is loaded before the sanitizer's, if there is one.
                   "ASAN_OPTIONS": "verify_asan_link_order=0"}
         self.program.prefix = ["env", *(f"{name}={value}" for name, value in preset.items())]
 

@@ -7,7 +7,7 @@ import unittest
 import tiny_model
 from fault_case import PATIENCE, FaultCase
 
-LOCALE = "ru_RU"  # of what nothing is installed
+LOCALE = "ru_RU"  # without an installed model
 PIECE = 300_000  # bytes
 
 
@@ -65,16 +65,17 @@ class Download(FaultCase):
         self.launch()
         self.toggle_captions()
         self.wait_for_status("Downloading speech model…")
-        # An answer that breaks off is not the end of it.
-        self.desktop.wait("it to go on", lambda: max(server.asked_from, default=0) > 0, PATIENCE)
+        # The download continues after an interrupted response.
+        self.desktop.wait("the download to continue",
+                          lambda: max(server.asked_from, default=0) > 0, PATIENCE)
         server.end()
         self.wait_for_status("no connection to 127.0.0.1", "try again")
         self.program.wait_for_state("running", False)
-        # What came is kept for the next time.
+        # The next attempt resumes the download.
         asked_before = max(server.asked_from)
         server = self.serve(server.server_port)
         self.toggle_captions()
-        self.desktop.wait("it to go on from there", lambda: server.asked_from, PATIENCE)
+        self.desktop.wait("the download to resume", lambda: server.asked_from, PATIENCE)
         self.assertGreaterEqual(server.asked_from[0], asked_before)
         self.quit()
 

@@ -25,7 +25,7 @@ class Translator(FaultCase):
         self.start_captions()
         lines = self.speak()
         stages = self.stages()
-        # It takes the line and does not answer any more.
+        # The stopped process accepts the line and never replies.
         os.kill(stages[-1], signal.SIGSTOP)
         self.say()
         self.desktop.wait("the line", lambda: len(self.saved_lines()) > len(lines), PATIENCE)

@@ -32,7 +32,7 @@ class Kill(FaultCase):
             self.signal_in_a_save(file, number)
             self.assertEqual(self.program.process.wait(PATIENCE), status, self.program.log())
             saving.join()
-            # Whole, and with everything that was finished; a clean end adds its time.
+            # The file is complete and has every finished line; a clean exit adds the end time.
             self.assertEqual(without_end(file.read_text()), without_end(whole))
             self.assert_kept(lines)
             file.unlink()

@@ -81,7 +81,7 @@ class Sound(FaultCase):
         self.sound_manager.wait()
         self.wait_for_status(NOT_RESPONDING)
         self.desktop.start_sound_manager()
-        # Outputs that belong to sound cards are made anew by the session manager.
+        # The session manager recreates the outputs of sound cards; this one has none.
         self.desktop.remove_output(SINK)
         self.desktop.add_output(SINK)
         self.desktop.wait_for_default_output(SINK)

@@ -66,7 +66,7 @@ class Launch(PlainCase):
             re.sub("^Exec=.*", f"Exec={self.program.executable}", service, flags=re.M))
         self.desktop.run("gdbus", "call", "--session", "--dest", "org.freedesktop.DBus",
                          "--object-path", "/", "--method", "org.freedesktop.DBus.ReloadConfig")
-        # As a session does at its start.
+        # Desktops do this when a session starts.
         self.desktop.run("dbus-update-activation-environment", "DISPLAY")
         self.desktop.start_tray()
 
@@ -90,7 +90,7 @@ class Launch(PlainCase):
 
     def test_an_unwritable_home_does_not_keep_it_from_running(self):
         for name in ("DATA", "CONFIG", "CACHE", "STATE"):
-            # A file in place of the folder: also the superuser cannot write below it.
+            # A file in place of the folder: not even root can write below it.
             path = self.desktop.root / f"no-{name}"
             path.write_text("")
             self.desktop.environment[f"XDG_{name}_HOME"] = str(path)
@@ -144,7 +144,7 @@ class WithoutNetwork(SpokenCase):
         self.start_captions()
         self.speak()
         self.program.action("save-session")
-        # Whatever was heard: a busy machine swallows some of it.
+        # Any translation will do: a busy machine loses some of the speech.
         self.desktop.wait("the translation", self.translations, seconds=60)
         self.program.action("quit")
         self.assert_ends()

@@ -34,7 +34,7 @@ class NewSession(SpokenCase):
             self.wait_for_fresh_session()
             session, = self.saved_sessions()
             self.assertIn("endedAt", session)
-            # The open list has it.
+            # The open window of saved sessions lists it.
             self.desktop.wait("the list", lambda: self.application.find("list item", SAVED))
         with self.subTest("discarded"):
             self.speak()
@@ -60,7 +60,7 @@ class NewSession(SpokenCase):
             self.answer(ERROR, "OK")
             self.program.wait_for_state("running", True)
             self.assertEqual(self.transcript(), said)
-            # It was told to save, so it does once it can.
+            # Still in saving mode, so it saves once it can.
             self.data.unlink()
             self.program.action("new-session")
             self.wait_for_fresh_session()

@@ -27,7 +27,7 @@ class Privacy(PlainCase):
                        self.program.sessions.parent):
             self.assertEqual(mode(folder), oct(0o700), folder)
         self.assertEqual(mode(self.program.preferences), oct(0o600))
-        # Here is no program that could show the folder, and the error that says so is still open.
+        # No program here can show the folder, and the alert about that is still open.
         self.assertEqual(self.program.terminate(), 0, self.program.log())
 
     def test_other_programs_can_carry_out_its_commands_and_nothing_else(self):

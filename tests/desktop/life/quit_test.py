@@ -21,7 +21,7 @@ class Quit(SpokenCase):
                          list(QUESTION_BUTTONS))
         self.assertTrue(question.find("label", "The 1 sentence in this session hasn’t been saved. "
                                                "If you don’t save, it’ll be lost."))
-        # Nothing else is done while it asks.
+        # Other commands are ignored while the question is open.
         self.program.action("show-settings")
         self.program.action("toggle-captions")
         self.answer(QUESTION, "Cancel")
@@ -85,7 +85,7 @@ class Quit(SpokenCase):
         self.answer(ERROR, "OK")
         self.program.wait_for_state("running", True)
         self.assertIn("Couldn’t save the session: ", self.status())
-        # Asked again although the program was told not to ask: the write has failed.
+        # The question comes although the settings turn it off, because the write has failed.
         self.program.action("quit")
         self.answer(QUESTION, "Don’t Save")
         self.assert_ends()
@@ -99,7 +99,7 @@ class Quit(SpokenCase):
         self.answer(QUESTION, "Cancel")
         self.assert_goes_on(said)
 
-        # Alone it asks like any quit.
+        # A single signal asks like the menu item.
         self.program.process.send_signal(signal.SIGINT)
         self.wait_for_question(QUESTION)
         self.program.process.send_signal(signal.SIGTERM)

@@ -38,7 +38,7 @@ class StatusMenu(SpokenCase):
         self.change("Show Caption Window", "Hide Caption Window", (True, False))
         self.set({"Computer Audio": (False, True), "Microphone": (False, False),
                   "New Session": (False, False)})
-        # A sound server that does not answer makes switching last for some seconds.
+        # While PipeWire does not reply, switching takes some seconds.
         self.server.send_signal(signal.SIGSTOP)
         try:
             self.tray.click("Start Captions")
@@ -48,7 +48,7 @@ class StatusMenu(SpokenCase):
         self.desktop.wait("the end of the switch",
                           lambda: "Switching Captions…" not in self.tray.menu())
         if "Start Captions" in self.tray.menu():
-            # It did not wait long enough.
+            # PipeWire was stopped for longer than the timeout, so the start failed.
             self.tray.click("Start Captions")
         self.change("Switching Captions…", "Stop Captions", (True, False))
         self.set({"Computer Audio": (True, True), "Microphone": (True, False),

@@ -1,5 +1,6 @@
 """Checking for updates in the real program, built with the address of an update feed. It
-runs in a network of its own, where that address is a server of ours and the only one believed.
+runs in a network namespace of its own, in which that address is our server and only our server's
+certificate is trusted.
 """
 
 import os
@@ -20,7 +21,7 @@ FEED = """<rss version="2.0" xmlns:sparkle="http://www.andymatuschak.org/xml-nam
 OWN_NETWORK = 'ip link set lo up && mount --bind "$1" /etc/ssl/certs && shift && exec "$@"'
 
 
-@unittest.skipUnless(os.geteuid() == 0, "only the superuser can replace the believed certificates")
+@unittest.skipUnless(os.geteuid() == 0, "only the superuser can replace the trusted certificates")
 class Updates(ProgramCase):
     def setUp(self):
         super().setUp()

@@ -60,7 +60,7 @@ class OnXWayland(WaylandTest):
         self.desktop.key("Escape")
         self.desktop.wait("the end of the menu", lambda: not open_menu(self.desktop))
 
-        # Onto what the X server does not know.
+        # To a place outside of all X11 windows, where the X server gets no pointer events.
         self.input.move_to(EDGE, EDGE)
         self.desktop.wait("the header to go", lambda: not self.start_button().is_showing)
         self.program.action("restore-position")
@@ -92,7 +92,7 @@ class OnXWayland(WaylandTest):
         left, top = self.place()
         self.input.move_to(left + 200, top + 150)
         self.desktop.wait("the header", lambda: self.start_button().is_showing)
-        # It grows until then, and a press would miss it.
+        # The header is still being animated, and a press would miss it.
         self.desktop.wait("the whole header", lambda: self.place()[1] == top - HEADER_HEIGHT)
 
     def drag_header(self):

@@ -150,7 +150,7 @@ class Windows(ProgramCase):
         self.window(HISTORY)
         self.desktop.key("ctrl+shift+s")
         self.window("Export Session")
-        # Its window has the keys too.
+        # The shortcuts also work in this window.
         self.desktop.key("ctrl+comma")
         self.window(SETTINGS)
         self.quit()
@@ -187,7 +187,7 @@ class Windows(ProgramCase):
         if title != PANEL:
             self.wait(f"“{title}” to be active", is_active)
             return
-        # It takes the keyboard only when it is clicked.
+        # The panel takes the keyboard focus only when it is clicked.
         self.application.wait_for("text", "Caption Text").click()
         self.wait("the keyboard in the panel", is_active)
 

@@ -17,7 +17,7 @@ class PanelScreens(PlainCase):
         # The display has one output, of which two monitors are made.
         for name, left, output in (("left", 0, "screen"), ("right", 1280, "none")):
             self.desktop.run("xrandr", "--setmonitor", name, f"1280/340x800/210+{left}+0", output)
-        # Over the panel it would open the header.
+        # Over the panel, the pointer would open the header.
         self.desktop.run("xdotool", "mousemove", 5, 5)
         self.assertIn("Monitors: 2", self.desktop.run("xrandr", "--listmonitors"))
 
@@ -58,7 +58,7 @@ class PanelScreens(PlainCase):
         for name in ("right", "left"):
             self.desktop.run("xrandr", "--delmonitor", name)
         self.desktop.run("xrandr", "--setmonitor", "left", "1280/340x800/210+0+0", "screen")
-        # The display tells of the key after it told of the monitors.
+        # The display reports the key after the change of the monitors.
         self.desktop.key("ctrl+l")
         self.program.wait_for_state("toggle-panel", True)
         self.wait_for_panel_at(1280 - SIZE[0], 300)

@@ -14,7 +14,7 @@
 using namespace velun;
 using namespace velun::test;
 
-/// What becomes of a run whose helper program dies, hangs or cannot start.
+/// Runs whose helper program crashes, hangs or cannot start.
 class NeuralHelperTest final : public test::Suite {
   Q_OBJECT
 
@@ -100,7 +100,7 @@ class NeuralHelperTest final : public test::Suite {
     const pid_t helper = backend.helperProcessId();
     kill(helper, SIGSTOP);
     QVERIFY(failsWhenCancelled(backend, &NeuralBackend::finalize));
-    // No other helper took its place.
+    // No other helper was started.
     QCOMPARE(backend.helperProcessId(), helper);
   }
 

@@ -83,7 +83,7 @@ class PhraseDetectorTest final : public test::Suite {
     QVERIFY(std::abs(l.times[1] - 4.3) < 0.15);
     QVERIFY(std::abs(l.times[2] - 4.6) < 0.15);
     QVERIFY(l.wasSpeech[0]);
-    // A little of what came before belongs to it.
+    // The phrase includes a little audio from before it.
     QVERIFY(l.lengths[0] > 2.8 && l.lengths[0] < 3.2);
   }
 
@@ -142,7 +142,7 @@ class PhraseDetectorTest final : public test::Suite {
     Listener l;
     l.silence(2);
     l.hiss(30);
-    // It may begin one phrase, but does not go on being one.
+    // It may start a phrase, but the phrase soon ends.
     QVERIFY(l.times.empty() || l.times.back() < 12);
     QVERIFY(!l.finder.isInPhrase());
   }

@@ -14,7 +14,7 @@ struct AudioDevice {
   std::string name;
   /// Such as "Audio/Sink" or "Audio/Source/Virtual".
   std::string mediaClass;
-  /// The name for people.
+  /// The name to show.
   std::string description;
 
   bool isSink() const;

@@ -10,9 +10,9 @@ namespace velun {
 /// Capturing through PipeWire. Main thread.
 class PipeWireAudioPlatform final : public AudioPlatform {
  public:
-  /// `clock` outlives the platform. While captions run, the default output is kept awake for
-  /// `wakefulness` after the last sound, so that the first word after a pause is captured whole;
-  /// then it may be suspended.
+  /// `clock` must outlive the platform. While captions run, the default output is kept from being
+  /// suspended for `wakefulness` after the last sound, so that the first word after a pause is
+  /// captured completely.
   explicit PipeWireAudioPlatform(Clock& clock,
                                  std::chrono::milliseconds wakefulness = std::chrono::seconds(30));
   ~PipeWireAudioPlatform() override;

@@ -30,8 +30,8 @@ struct PipeWireCapture {
   std::unique_ptr<PipeWireStream> awakeStream;
 };
 
-/// Destroys captures, each as soon as PipeWire has answered for its streams: the PipeWire library
-/// leaks descriptors of a stream that is destroyed before. Main thread.
+/// Destroys captures, each once PipeWire has replied to the requests of its streams: libpipewire
+/// leaks the descriptors of a stream that is destroyed earlier. Main thread.
 class PipeWireTeardown {
  public:
   explicit PipeWireTeardown(Clock& clock) : clock_(clock) {}

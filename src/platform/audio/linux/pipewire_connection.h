@@ -36,7 +36,7 @@ class PipeWireConnection {
   std::unique_ptr<PipeWireRegistry> registry_;
   AudioGraph graph_;
   bool isLost_ = false;
-  /// The first answer brings the objects, the second their properties.
+  /// PipeWire's first reply contains the objects, the second one their properties.
   int answersLeft_ = 2;
 };
 

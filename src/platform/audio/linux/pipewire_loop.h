@@ -10,8 +10,8 @@ struct pw_thread_loop;
 
 namespace velun {
 
-/// A PipeWire event loop on a thread of its own, with the context that connections are made in.
-/// Every PipeWire object that belongs to it is touched only on that thread or under a `Lock`.
+/// A PipeWire event loop on its own thread, with the context for connections. Its PipeWire objects
+/// may be used only on that thread or under a `Lock`.
 class PipeWireLoop final : public QObject {
   Q_OBJECT
 
@@ -37,7 +37,7 @@ class PipeWireLoop final : public QObject {
 
   pw_context* context() const { return context_; }
 
-  /// Causes one `changed` signal on the main thread, however often it is called until then. Any
+  /// Posts a `changed` signal to the main thread; calls before its delivery are combined. Any
   /// thread.
   void notify();
 

@@ -17,18 +17,18 @@
 
 namespace velun {
 
-/// Captures an output or an input of PipeWire. Follows the default device when asked to, and makes
-/// the stream and the connection anew when the device, the session manager or PipeWire itself was
-/// gone for a while.
+/// Captures an output or an input of PipeWire. A target without an id follows the default device.
+/// Recreates the stream when the device or the session manager returns. Reconnects when PipeWire
+/// ends (`reconnect`), and gives up after `kReconnectTimeout`.
 class PipeWireSource final : public AudioSource {
   Q_OBJECT
 
  public:
-  /// How long a lost PipeWire is waited for.
+  /// The time without PipeWire after which the source stops and emits `failed`.
   static constexpr std::chrono::seconds kReconnectTimeout{30};
 
-  /// `clock` and `teardown` outlive the source. An output is kept awake for `wakefulness` after the
-  /// last sound, because one that is suspended swallows the beginning of the next sound.
+  /// `clock` and `teardown` must outlive the source. An output is kept from being suspended for
+  /// `wakefulness` after the last sound, because a suspended one loses the start of the next sound.
   PipeWireSource(AudioTarget target, Clock& clock, PipeWireTeardown& teardown,
                  std::chrono::milliseconds wakefulness);
   ~PipeWireSource() override;
@@ -38,7 +38,7 @@ class PipeWireSource final : public AudioSource {
 
  private:
   enum class Phase { stopped, starting, running };
-  /// A signal to emit, or a failed start, once the lock has been released.
+  /// Emits a signal or reports a failed start. Called after the lock was released.
   using Report = std::function<void()>;
 
   void begin(Handler handler);
@@ -49,7 +49,7 @@ class PipeWireSource final : public AudioSource {
   void scheduleReview(std::unique_ptr<ScheduledCall>* call, std::chrono::milliseconds delay,
                       Report (PipeWireSource::*action)());
 
-  // Each of these is called under the loop's lock. A report destroys nothing before it is run.
+  // Called under the loop's lock; the returned report runs after its release.
   Report reviewPhase();
   Report reviewStart();
   Report reviewConnection();

@@ -15,19 +15,18 @@ namespace {
 
 constexpr std::size_t kFrame = VoiceActivity::kFrameLength;
 
-/// 0.08 of real time; word errors of 18 to 25 %, which the final pass brings down.
+/// Takes 0.08 of real time with word errors of 18 to 25 %; the final pass has fewer.
 const SphinxDecoder::Options kDraftOptions = {
     {"-maxhmmpf", "3000"}, {"-maxwpf", "10"}, {"-fwdflat", "no"}, {"-bestpath", "no"}};
 
-/// A guess every 100 ms.
+/// One guess per 100 ms.
 constexpr int kFramesPerGuess = 10;
 
 /// Quiet speech is raised to this level; louder speech stays as it is.
 constexpr float kTargetLevel = 0.08F;
 constexpr float kMaxGain = 30.0F;
 
-/// A word takes less than two seconds: from longer sounds with fewer words, noise or music made
-/// them.
+/// Speech has at least one word in two seconds. A longer sound with fewer words is noise or music.
 constexpr double kLongSound = 3.0;
 constexpr double kMinWordsPerSecond = 0.6;
 
@@ -60,7 +59,7 @@ std::vector<std::int16_t> amplified(std::span<const float> samples, float gain) 
   return integers;
 }
 
-/// The phrase as the final pass takes it.
+/// The phrase in the format of the final pass.
 std::vector<std::int16_t> prepared(std::span<const float> phrase) {
   return amplified(phrase, gainFor(phrase));
 }
@@ -129,8 +128,8 @@ void BuiltInBackend::feedDraft(std::span<const float> samples) {
   const QStringList words = stable_.update(drafts_.words());
   if (!phrases_.isLikelySpeech() || words == draftWords_) return;
   draftWords_ = words;
-  // Written like the final result, so that little changes when that takes its place; but the phrase
-  // may go on.
+  // Written like the final result, so that little changes when the draft is replaced, but without
+  // the punctuation at the end, because the phrase may continue.
   draft_ = withoutEnd(written(words));
   showDraft();
 }
@@ -151,7 +150,7 @@ void BuiltInBackend::endPhrase() {
   const bool isLikelySpeech = phrases_.isLikelySpeech();
   const std::vector<float> phrase = phrases_.takePhrase();
   draftGain_ = gainFor(phrase);
-  // Two phrases can end close to each other; the earlier one is settled first.
+  // Two phrases can end close to each other; the earlier one is delivered first.
   if (awaitsFinal_) {
     if (const auto words = finals_.wait()) deliver(*words);
   }

@@ -9,21 +9,21 @@ namespace velun {
 
 namespace {
 
-// Word errors of 17 % on read books, at 0.14 of real time; wider beams than these take longer than
-// the phrase when there is noise.
+// 17 % word errors on read books, at 0.14 of real time. With wider beams, decoding a noisy phrase
+// takes longer than the phrase itself.
 const SphinxDecoder::Options kOptions = {
     {"-maxhmmpf", "3000"},      {"-maxwpf", "10"}, {"-fwdflatbeam", "1e-72"},
     {"-fwdflatwbeam", "1e-36"}, {"-topn", "8"},    {"-bestpath", "no"},
 };
 
-/// A second.
+/// One second.
 constexpr std::size_t kBlockRows = 100;
 
 }  // namespace
 
 PhraseDecoder::PhraseDecoder() : decoder_(kOptions), features_(ps_get_config(decoder_.handle())) {
-  // The mean was taken off already. The option of that name is of no use: the model's own
-  // parameters override it.
+  // The features already have their mean subtracted. The option "-cmn" does not help: the model's
+  // own parameters override it.
   ps_get_feat(decoder_.handle())->cmn = CMN_NONE;
 }
 

@@ -18,10 +18,10 @@ constexpr int frames(std::chrono::milliseconds time) {
   return static_cast<int>(time / kFrameTime);
 }
 
-/// Heard before the first voice and kept, because words begin softly and because a recognizer
-/// wants to hear the background first.
+/// Audio before the first voice that belongs to the phrase, because words begin softly and because
+/// a recognizer needs some background noise first.
 constexpr int kLeadFrames = frames(400ms);
-/// So much voice among the last 80 ms begins a phrase: clicks are shorter.
+/// The number of frames with voice in the last 80 ms that begin a phrase; clicks are shorter.
 constexpr int kVoiceToBegin = 5;
 constexpr unsigned kRecentMask = 0xFF;
 constexpr int kPauseToSettle = frames(300ms);
@@ -29,13 +29,13 @@ constexpr int kPauseToEnd = frames(600ms);
 constexpr int kLongPhrase = frames(8s);
 constexpr int kPauseToEndLong = frames(200ms);
 constexpr int kMaxPhraseFrames = frames(15s);
-/// Where a phrase without any pause may be cut, before its end.
+/// The part at the end of a phrase without a pause in which it may be cut.
 constexpr int kCutWindow = frames(3s);
 constexpr int kCutGap = frames(60ms);
-/// The least pitched sound in speech, and its least share.
+/// The minimum of pitched sound in speech, as a duration and as a share of the voiced frames.
 constexpr int kMinPitchedFrames = frames(80ms);
 constexpr double kMinPitchedShare = 0.15;
-/// The least standard deviation of the level of speech, in dB.
+/// The minimum standard deviation of the level of speech, in dB.
 constexpr double kMinLevelDeviation = 2.5;
 
 }  // namespace

@@ -16,7 +16,7 @@ class PhraseDetector {
  public:
   enum class Event {
     none,
-    /// A phrase has begun; `samples` includes a little audio from before it.
+    /// A phrase has started; `samples` includes a little audio from before it.
     began,
     /// The phrase may have ended: a good time to start its final pass.
     pausing,

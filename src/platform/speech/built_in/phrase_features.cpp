@@ -12,22 +12,24 @@ namespace velun {
 
 namespace {
 
-/// The library's noise removal helps some voices and hurts others whatever the level of the noise,
-/// so that no level can choose; a part of it helps or does no harm everywhere. Words wrong without
-/// it, with this part, with half of it, with all of it, the noise going on between the phrases:
-///   of 71 read aloud, in quiet 13, 13, 13, 16;
-///   with pink noise 23 dB below 18, 18, 18, 25, and 15 dB below 36, 33, 33, 44;
-///   of 425 in synthetic voices, in quiet 29, 25, 27, 28;
-///   of 413 with pink noise 23 dB below 106, 91, 89, 81.
+/// PocketSphinx's noise removal improves some voices and harms others at every level of noise, so
+/// the level cannot decide whether to use it. Removing a part of the noise never does harm. Wrong
+/// words without noise removal, with this part, with one half and with all of it, when the noise
+/// continues between the phrases:
+///   of 71 words read aloud, without noise: 13, 13, 13, 16;
+///   with pink noise 23 dB below the voice: 18, 18, 18, 25; 15 dB below: 36, 33, 33, 44;
+///   of 425 words in synthetic voices, without noise: 29, 25, 27, 28;
+///   of 413 words with pink noise 23 dB below the voice: 106, 91, 89, 81.
 constexpr float kNoiseRemoved = 0.3F;
 
 constexpr std::size_t kSamplesPerRow = 160;
-/// What the library keeps back while it tells voice from silence comes at the end, on top.
+/// Additional rows that PocketSphinx returns at the end: it holds them back while it tells voice
+/// from silence.
 constexpr std::size_t kRowsKeptBack = 64;
 
 }  // namespace
 
-/// The library's front end, and what it made of the last phrase.
+/// PocketSphinx's front end, and the features of the last phrase.
 struct PhraseFeatures::FrontEnd {
   FrontEnd(cmd_ln_s* configuration, bool removesNoise) {
     const long before = cmd_ln_int_r(configuration, "-remove_noise");
@@ -41,13 +43,13 @@ struct PhraseFeatures::FrontEnd {
 
   std::size_t width() const { return static_cast<std::size_t>(fe_get_output_size(library)); }
 
-  /// Gives the number of rows.
+  /// Returns the number of rows.
   std::size_t extract(std::span<const std::int16_t> phrase) {
     const std::size_t capacity = phrase.size() / kSamplesPerRow + kRowsKeptBack;
     values.assign(capacity * width(), 0.0F);
     rows.resize(capacity);
     for (std::size_t i = 0; i < capacity; ++i) rows[i] = values.data() + i * width();
-    // What was learned about the noise of another phrase is forgotten.
+    // Resets the estimate of the noise, which belongs to another phrase.
     fe_start_stream(library);
     fe_start_utt(library);
     const std::int16_t* samples = phrase.data();

@@ -7,8 +7,8 @@ namespace velun {
 
 namespace {
 
-/// Words of the recognizer's dictionary that have a capital whatever they mean; "may", "march",
-/// "august" and "turkey" are not among them.
+/// Whether a word of the recognizer's dictionary is always capitalized. "may", "march", "august"
+/// and "turkey" are not, because they have other meanings.
 bool hasCapital(const QString& word) {
   static const QSet<QString> words = {
       "i",        "mr",        "mrs",       "ms",       "dr",       "monday",    "tuesday",

@@ -22,7 +22,7 @@ QStringList StableDraft::update(const QStringList& guess) {
     same = std::min(same, static_cast<qsizetype>(difference.first - guess.begin()));
   }
   const QStringList stable = guess.mid(0, same);
-  // Words that waver stay as they were shown: only others that hold still replace them.
+  // Shown words stay while the guesses differ; only other stable words replace them.
   const bool isShown =
       stable.size() <= shown_.size() && std::equal(stable.begin(), stable.end(), shown_.begin());
   if (!isShown) shown_ = stable;

@@ -9,23 +9,24 @@ namespace velun {
 
 namespace {
 
-/// Takes the hum out of the measured level.
+/// Reduces low-frequency hum in the measured level.
 constexpr float kPreEmphasis = 0.95F;
 constexpr int kBlockFrames = 10;
-/// Gaps between words come more often than this.
+/// 4 s. There are gaps between words in any such time.
 constexpr std::size_t kBlocksRemembered = 40;
-/// How far a voice stands above the background.
+/// How much louder than the background a voice is, in dB.
 constexpr float kVoiceMargin = 8.0F;
-/// Digital silence is no background: quieter sounds than this are never a voice.
+/// In dB. A lower limit, so that quiet noise after digital silence is not taken for a voice.
 constexpr float kQuietestBackground = -76.0F;
-/// Until so many frames were heard, what is heard may be speech that began with the audio.
+/// The first frames may all be speech; until this many have arrived, the background is assumed to
+/// be no louder than `kLoudestUntrusted` (dB).
 constexpr int kFramesToTrust = 200;
 constexpr float kLoudestUntrusted = -45.0F;
 
-/// The audio for the pitch has a quarter of the rate; 400 Hz there.
+/// The pitch is measured at a quarter of the rate, where a period of 400 Hz has 10 samples.
 constexpr std::size_t kDecimation = 4;
 constexpr std::size_t kShortestPeriod = 10;
-/// How much a sound must resemble itself one period before (1 is exactly).
+/// The minimum correlation with the sound one period earlier; 1 means equal.
 constexpr float kPitched = 0.55F;
 
 float decibels(double power) {
@@ -66,7 +67,7 @@ void VoiceActivity::updatePitch(std::span<const float> frame) {
   for (std::size_t i = 0; i < added; ++i) {
     const float* four = frame.data() + i * kDecimation;
     const float mean = (four[0] + four[1] + four[2] + four[3]) / kDecimation;
-    // A rumble resembles itself over any short time; its differences do not.
+    // A rumble correlates with itself at any short distance; its differences do not.
     slow_[slow_.size() - added + i] = mean - kPreEmphasis * lastMean_;
     lastMean_ = mean;
   }
