@@ -106,7 +106,7 @@ def link_complaints(declarations):
 WORDS = {"foundation": {FOUNDATION}, "language": {"language"}, "interfaces": INTERFACES,
           "other interfaces": INTERFACES, "its interface": set(), "model": {"model"},
           "settings": {"settings"}, "audio": {"audio"}, "translation": {"translation"},
-          "captions": {"captions"}, "media server": {MEDIA_SERVER}, "nothing of ours": set()}
+          "captions": {"captions"}, "pipewire": {MEDIA_SERVER}, "nothing of ours": set()}
 
 
 def layers_of_row(folder):
