@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What capturing the computer's sound costs, how late it comes, and how often it wakes the
-// processor, against a private sound server.
+// Measures capturing the computer's sound from a private PipeWire: processor use, delay and
+// wake-ups.
 #include "audio/audio_feeder.h"
 #include "platform/audio/linux/pipewire_audio_platform.h"
 #include "platform/foundation/system_clock.h"
@@ -47,7 +47,7 @@ double processSeconds() {
   return double(time.tv_sec) + double(time.tv_nsec) * 1e-9;
 }
 
-/// How often the threads of this process have slept and been woken.
+/// The number of times that the threads of this process were woken.
 long wakeups() {
   long sum = 0;
   const QDir tasks("/proc/self/task");
@@ -61,7 +61,7 @@ long wakeups() {
   return sum;
 }
 
-/// The player is a process of its own, as on a desktop.
+/// The player is a separate process, as on a desktop.
 int playUntilKilled() {
   const PlaybackStream player(stereo, {}, PlaybackStream::tone(440, 48'000, 0.25F));
   return QCoreApplication::exec();

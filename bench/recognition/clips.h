@@ -8,14 +8,14 @@
 
 namespace velun::bench {
 
-/// A sound and what is said in it.
+/// A sound and the words spoken in it.
 struct Clip {
   QString name;
   QString text;
   Sound sound;
 };
 
-/// The clips of a folder by its transcript file: one "words (clip-name)" a line.
+/// The clips of a folder that are listed in a transcript file, one "words (clip-name)" per line.
 std::vector<Clip> readClips(const QString& folder, const QString& transcript);
 
 /// Sentences of our own in synthetic voices, made in `folder`; with `noise`, pink noise 23 dB below

@@ -67,7 +67,8 @@ class Run {
     }
   }
 
-  /// Keeps the queue short, so that memory tells of the recognizer and not of waiting audio.
+  /// Keeps the queue short, so that the measured memory is the recognizer's and not that of queued
+  /// audio.
   void catchUp() {
     while (input_->pendingSeconds() > 1) waitUntil(now() + 0.002);
   }
@@ -103,7 +104,7 @@ class Run {
   LocalSpeechRun run_;
 };
 
-/// Plays one sound; gives the time at which it began.
+/// Plays one sound. Returns the time of its start.
 double play(Run& run, const Sound& sound, Pace pace) {
   const double begin = run.now();
   const auto piece = static_cast<std::size_t>(sound.sampleRate * kPiece);
@@ -133,7 +134,7 @@ void countDrafts(const std::vector<Run::Arrival>& arrivals, Outcome& outcome) {
   }
 }
 
-/// The delays of the clip that was counted last.
+/// The delays of the last counted clip.
 void printDelays(const QString& name, const Outcome& outcome) {
   if (outcome.firstDraftDelays.empty() || outcome.finalDelays.empty()) return;
   std::printf("# %s: first draft after %.2f s, final after %.2f s\n", qUtf8Printable(name),

@@ -16,9 +16,9 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kSilenceCheckInterval = 500ms;
-/// An unfinished phrase is finalized after more seconds without audio than this.
+/// Seconds without audio after which an unfinished phrase is finalized.
 constexpr double kMaxSilenceInPhrase = 1.0;
-/// The meter shows nothing after this many seconds without audio.
+/// Seconds without audio after which the level meter is empty.
 constexpr double kMeterTimeout = 0.25;
 
 Failure unsupportedLanguage(const QString& localeID) {
@@ -53,7 +53,7 @@ QCoro::Task<> SpeechRecognitionEngine::start(QString localeID, bool useMic, std:
     error = std::current_exception();
   }
   if (!error) co_return;
-  // A run that was replaced meanwhile was cleaned up by that stop.
+  // If the run was replaced meanwhile, `stop` has already cleaned it up.
   if (self && engineToken_ == run.token) {
     QCoro::Task<> cleaningUp = this->stop();
     co_await cleaningUp;

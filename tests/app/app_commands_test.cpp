@@ -27,7 +27,7 @@ QUrl writeSession(AppStage& stage, const QString& text) {
   return stage.store.save(session);
 }
 
-/// The saved-sessions window, listed, with its first session selected.
+/// The window of saved sessions after the listing, with its first session selected.
 HistoryViewModel& openHistory(AppStage& stage) {
   HistoryViewModel& library = stage.coordinator().sessions().library();
   stage.perform(AppCommand::showHistory);
@@ -41,7 +41,7 @@ HistoryViewModel& openHistory(AppStage& stage) {
   return library;
 }
 
-/// The window in view with that title; null when there is none.
+/// The visible window with this title; null if there is none.
 QWidget* visibleWindow(const QString& title) {
   for (QWidget* window : QApplication::topLevelWidgets()) {
     if (window->isVisible() && window->windowTitle() == title) return window;
@@ -89,7 +89,7 @@ class AppCommandsTest final : public Suite {
     QWidget* const notice = visibleWindow("Velun");
     QVERIFY(notice);
     QVERIFY(!notice->isModal());
-    // Otherwise the panel covers it.
+    // Otherwise the panel would cover the alert.
     QVERIFY(notice->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
     QCOMPARE(notice->accessibleName(), QString("No System Tray Found"));
     notice->findChild<QPushButton*>()->click();

@@ -14,13 +14,13 @@
 
 namespace velun::test {
 
-/// The whole program over scripted collaborators, launched, with real windows.
+/// The launched program with scripted services and real windows.
 struct AppStage : ModelFixture {
   explicit AppStage(const std::function<void(AppSettings&)>& prepare = {}) : ModelFixture(prepare) {
     launch();
   }
 
-  /// Launches it, again if it was launched before.
+  /// Launches the program, after ending it if it was launched before.
   void launch() {
     delegate.reset();
     delegate = std::make_unique<AppDelegate>(*model, services());
@@ -62,20 +62,20 @@ struct AppStage : ModelFixture {
 
   QAction& action(AppCommand command) { return coordinator().commands().action(command); }
 
-  /// As a menu or another program would.
+  /// Triggers the command as a menu or another program does.
   void perform(AppCommand command) {
     action(command).trigger();
     settle();
   }
 
-  /// Asks to quit; the answer is in `replies` once there is one.
+  /// Requests to quit; the decision is appended to `replies`.
   void requestQuit() {
     coordinator().ending().prepareToTerminate(
         [this](bool shouldTerminate) { replies.push_back(shouldTerminate); });
     settle();
   }
 
-  /// Captions on, with one line.
+  /// Turns captions on and delivers one line.
   void startWithLine() {
     perform(AppCommand::toggleCaptions);
     final("One line.");

@@ -61,7 +61,7 @@ QByteArray FileMutations::next() {
   return bytes;
 }
 
-// The library's distributions give different numbers in different libraries.
+// Not std::uniform_int_distribution, whose numbers differ between standard libraries.
 std::size_t FileMutations::below(std::size_t limit) {
   return random_() % limit;
 }
@@ -94,7 +94,7 @@ void FileMutations::change(QByteArray& bytes) {
       bytes.insert(at, pieceOf(originals_[below(originals_.size())]));
       break;
     default:
-      // Rarely, or hardly a file would stay whole.
+      // Rarely, because otherwise nearly all files would be truncated.
       if (below(4) == 0) bytes.truncate(at);
       break;
   }

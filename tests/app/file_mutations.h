@@ -7,14 +7,14 @@
 
 namespace velun::test {
 
-/// Makes damaged and hostile variants of files: the same ones for the same seed.
+/// Creates damaged and hostile variants of files, reproducible by the seed.
 class FileMutations {
  public:
-  /// `originals` are what is varied; there is at least one.
+  /// Requires at least one original.
   FileMutations(std::vector<QByteArray> originals, unsigned seed);
 
-  /// One to eight changes of one of the originals: bytes turned, put in, taken out or moved, pieces
-  /// of another original, numbers and words that readers trip over.
+  /// A copy of a random original with one to eight changes: bytes changed, inserted, removed or
+  /// copied, pieces of another original, and numbers and words that often break readers.
   QByteArray next();
 
  private:

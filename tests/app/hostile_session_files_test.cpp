@@ -16,7 +16,7 @@ using namespace velun::test;
 
 namespace {
 
-/// What a folder holds: bytes, and when they were written.
+/// The files of a folder with their bytes and modification times.
 QMap<QString, std::pair<QByteArray, QDateTime>> snapshot(const QString& folder) {
   QMap<QString, std::pair<QByteArray, QDateTime>> files;
   const auto kinds = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
@@ -28,7 +28,7 @@ QMap<QString, std::pair<QByteArray, QDateTime>> snapshot(const QString& folder) 
   return files;
 }
 
-/// The open list and what is shown of it.
+/// The sessions in the open window and the shown ones.
 struct OpenList {
   explicit OpenList(const HistoryViewModel& library)
       : files(library.openedFiles()),
@@ -98,7 +98,7 @@ class Scene {
     QCOMPARE(library().sessions().size(), before.sessions + 1);
     QCOMPARE(library().selection(), std::optional(url));
     QVERIFY(!library().error());
-    // What was opened can be saved and read again.
+    // An opened session can be saved and read again.
     const QByteArray saved = encodeSession(library().selectedSession()->session);
     QCOMPARE(encodeSession(decodeSession(saved, "again.json")), saved);
   }
@@ -120,8 +120,8 @@ class Scene {
 
 }  // namespace
 
-/// Files that somebody was sent: whatever is in them, they are opened or refused in words, and
-/// nothing else happens. VELUN_MUTATIONS and VELUN_MUTATION_SEED say how many and which.
+/// Damaged and hostile files are opened, or refused with a text that gives the reason, and nothing
+/// else changes. VELUN_MUTATIONS and VELUN_MUTATION_SEED set their number and the seed.
 class HostileSessionFilesTest final : public Suite {
   Q_OBJECT
 
@@ -168,7 +168,7 @@ class HostileSessionFilesTest final : public Suite {
       opened += scene.opened();
     }
     qInfo("%d files of seed %u: %d opened, %d refused", count, seed, opened, count - opened);
-    // Both ends are reached, else the mutations would be worth nothing.
+    // Some files are opened and some refused; otherwise the mutations would test nothing.
     QVERIFY(opened > count / 50 && opened < count * 9 / 10);
   }
 };

@@ -238,7 +238,7 @@ class NewSessionAndQuitTest final : public Suite {
     AppStage stage;
     stage.startWithLine();
     const QUuid before = stage.model->session().id;
-    // As early as can be: the engine has just come to rest, and the question is asked next.
+    // At the earliest moment: the engine has just stopped, and the question comes next.
     connect(stage.model.get(), &CaptionViewModel::isTransitioningChanged, stage.model.get(), [&] {
       const bool isAtRest = !stage.model->isRunning() && !stage.model->isTransitioning();
       if (isAtRest) stage.coordinator().perform(AppCommand::toggleCaptions);
@@ -285,7 +285,7 @@ class NewSessionAndQuitTest final : public Suite {
     settle();
     QCOMPARE(stage.question.asked.size(), std::size_t(1));
     QVERIFY(stage.model->isRunning());
-    // The user said no: nothing is left that would end the program later.
+    // The user cancelled: no call is scheduled that would end the program later.
     QCOMPARE(stage.clock.scheduledCount(), scheduledWithoutSignal());
   }
 
@@ -300,7 +300,7 @@ class NewSessionAndQuitTest final : public Suite {
     stage.clock.advance(9999ms);
     QVERIFY(stage.files().isEmpty());
     stage.clock.advance(1ms);
-    // The last write, then the end.
+    // The file was written once more before the program ended.
     QCOMPARE(stage.store.savedSessions().sessions.at(0).session.lines.size(), std::size_t(2));
     stage.engine->release();
     settle();

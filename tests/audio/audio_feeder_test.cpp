@@ -14,7 +14,7 @@ using test::tone;
 
 namespace {
 
-/// A feeder and the far end of its stream.
+/// A feeder and the stream that it writes to.
 struct Feed {
   void feedSecond(double frequency, float amplitude) {
     for (std::size_t start = 0; start < 16'000; start += 400) {
@@ -22,7 +22,7 @@ struct Feed {
     }
   }
 
-  /// Takes everything that was passed on, joined.
+  /// Takes all samples from the stream, joined.
   std::vector<float> take() {
     std::vector<float> all;
     while (auto input = stream->tryNext()) {
@@ -110,7 +110,7 @@ class AudioFeederTest final : public test::Suite {
       feed.stream->tryNext();
     }
     const std::size_t made = test::allocationCount() - before;
-    // A copy each, and now and then a block of the stream's queue.
+    // One allocation for each copy, and occasionally one for the queue.
     QVERIFY2(made >= feeds && made <= feeds + feeds / 4, qPrintable(QString::number(made)));
   }
 };

@@ -10,7 +10,8 @@
 using namespace velun;
 using namespace velun::test;
 
-/// The capture thread, the decoder's and the main one at once; run under the thread sanitizer.
+/// The capture thread, the decode thread and the main thread at the same time. Meant for the thread
+/// sanitizer.
 class CaptureThreadsTest final : public Suite {
   Q_OBJECT
 

@@ -20,7 +20,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// A short text for each event, so that a list of them reads well.
+/// A short text for each event, for readable lists.
 QString described(const SpeechRecognitionEvent& event) {
   if (const auto* draft = std::get_if<DraftEvent>(&event)) return "draft " + draft->text;
   if (const auto* status = std::get_if<StatusEvent>(&event)) {
@@ -40,7 +40,7 @@ struct Fixture {
                      [this](const SpeechRecognitionEvent& event) { events << described(event); });
   }
 
-  /// What the start threw: the description, "cancelled", or nothing.
+  /// The description of the exception of the start, "cancelled", or nothing.
   QString start(const QString& localeID = "en_US", bool useMic = false) {
     try {
       test::await(engine->start(localeID, useMic, stopSource.get_token()));

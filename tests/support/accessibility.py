@@ -221,7 +221,7 @@ class Node:
         """Opens a combo box and selects an entry with the keyboard."""
         self.do("ShowMenu")
         desktop = self._accessibility.desktop
-        # Its rows are there even while it is closed, so its state tells.
+        # The rows exist even while it is closed, so check its state.
         desktop.wait("the open chooser", lambda: "expanded" in self.states)
         titles = [item.name for item in self.find_all("list item")]
         desktop.run("xdotool", "key", "Home", *["Down"] * titles.index(title), "Return")

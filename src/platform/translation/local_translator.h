@@ -28,7 +28,7 @@ class LocalTranslator final : public Translator {
   QCoro::Task<QString> work(std::optional<QString> text, std::stop_token stop);
   OneShot<QString> startWork(const std::optional<QString>& text, const std::stop_token& stop);
 
-  /// Makes the next text look for a route again and load its models anew.
+  /// Makes the next text find a route and load its models again.
   void dropRoute();
 
   std::shared_ptr<TranslatorPool> pool_;

@@ -42,7 +42,8 @@ class TranslatorPool final : public QObject {
   /// The translator of an installed offer. Restarts the idle timeout.
   std::shared_ptr<TextTranslator> translator(const TranslationOffer& offer);
 
-  /// Releases a translator. The next one is made anew, from a better model if there is one by now.
+  /// Releases a translator. The next call of `translator` creates a new one, from a better model if
+  /// one was installed meanwhile.
   void forget(const TranslationOffer& offer);
 
   /// The one thread on which translators run. The destructor waits for what was started on it.

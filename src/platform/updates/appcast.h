@@ -28,7 +28,7 @@ struct AppcastItem {
 /// not an appcast.
 std::vector<AppcastItem> readAppcast(const QByteArray& xml);
 
-/// The newest release that is newer than `version`; none if there is none.
+/// The newest release that is newer than `version`; nullopt if there is none.
 std::optional<AppcastItem> newestAfter(const QString& version,
                                        const std::vector<AppcastItem>& items);
 

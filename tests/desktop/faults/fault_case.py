@@ -11,7 +11,7 @@ from velun_program import APPLICATION, VelunProgram
 
 EXECUTABLE = os.environ["VELUN_PROGRAM"]
 LANGUAGE = "es"
-# Recognition in time is not what is tested here, and the machine may be busy.
+# Seconds. These tests do not measure the delay of recognition, and the machine may be busy.
 PATIENCE = 60
 
 

@@ -195,7 +195,7 @@ class Announcements(KeyboardCase):
         self.row("Evening talk")
         self.type("zzz")
         notice = self.library.wait_for("notification", "No Results")
-        # Also not when the window opened, before its list was there.
+        # Not even when the window opened, before the listing.
         self.wait("its announcement", lambda: notice.told(events, "showing"))
         self.assertEqual(notice.told(events, "showing"), 1, events.read_text())
         self.key("ctrl+a", "BackSpace")

@@ -11,7 +11,7 @@ using namespace velun;
 
 namespace {
 
-/// Two frames of `channelCount` channels; all silent but those named.
+/// Two frames of `channelCount` channels; only the given channels carry sound.
 std::vector<float> frames(std::size_t channelCount, const std::vector<std::size_t>& live,
                           float value = 0.5F) {
   std::vector<float> samples(2 * channelCount);

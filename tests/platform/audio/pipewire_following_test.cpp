@@ -99,7 +99,7 @@ class PipeWireFollowingTest final : public Suite {
     player.reset();
     server_->killManager();
     QVERIFY(server_->startManager());
-    // Outputs that belong to sound cards are made anew by the session manager.
+    // The session manager recreates the outputs of sound cards; this one has none.
     QVERIFY(server_->remove("speakers"));
     QVERIFY(server_->addSink("speakers"));
     QVERIFY(server_->setDefaultSink("speakers"));
@@ -115,8 +115,8 @@ class PipeWireFollowingTest final : public Suite {
     server_->killManager();
     VERIFY_SOON(isReportedInTime({"interrupted"}));
     QVERIFY(server_->startManager());
-    // Outputs that belong to sound cards are made anew by the session manager. WirePlumber 0.4.13
-    // links no program to others that its predecessor has configured.
+    // The session manager recreates the outputs of sound cards; this one has none. WirePlumber
+    // 0.4.13 links no program to others that its predecessor has configured.
     QVERIFY(server_->remove("speakers"));
     QVERIFY(server_->addSink("speakers"));
     QVERIFY(server_->setDefaultSink("speakers"));

@@ -22,7 +22,7 @@ const PlaybackFormat stereo;
 
 }  // namespace
 
-/// A source's life with a PipeWire that has nothing, then more and more.
+/// A source with a PipeWire that lacks everything at first; each test adds a part.
 class PipeWireSourceTest final : public Suite {
   Q_OBJECT
 

@@ -15,7 +15,7 @@ using namespace velun;
 using namespace velun::test;
 using namespace std::chrono_literals;
 
-/// A sound server that accepts connections and never answers.
+/// A socket in place of PipeWire that accepts connections and never replies.
 class SilentServerTest final : public Suite {
   Q_OBJECT
 
@@ -54,7 +54,8 @@ class SilentServerTest final : public Suite {
   }
 
  private:
-  /// Runs the event loop until `condition` holds; the longest turn in seconds.
+  /// Runs the event loop until `condition` is true. Returns the duration of its longest turn in
+  /// seconds.
   double turnUntil(const std::function<bool()>& condition) {
     double longest = 0;
     QElapsedTimer timer;

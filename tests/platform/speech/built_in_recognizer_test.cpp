@@ -17,7 +17,7 @@ std::vector<float> clip(const QString& number) {
   return test::clipSamples(test::readAloud(number));
 }
 
-/// Puts a mark behind every word; when it is slow, not before it is cancelled.
+/// Appends a mark to every word. A slow one returns only once it is cancelled.
 class ScriptedPunctuation final : public PunctuationRestorer {
  public:
   struct Script {
@@ -133,7 +133,7 @@ class BuiltInRecognizerTest final : public test::Suite {
   }
 
   void speechWithoutPausesIsCutAndKept() {
-    // Five clips on end, without the silence around them.
+    // Five clips one after another, without the silence around them.
     std::vector<float> samples;
     for (const char* number : {"0920", "0930", "0890", "0880", "0870"}) {
       std::vector<float> one = clip(number);
@@ -148,7 +148,7 @@ class BuiltInRecognizerTest final : public test::Suite {
 
   void cancelInterruptsTheFinalPass() {
     const auto recognizer = BuiltInRecognizerProvider().factory("en_US")();
-    // It ends in the middle of a word: the final pass begins with the settling.
+    // The audio ends in the middle of a word; finalizing starts the final pass.
     std::vector<float> samples = clip("0870");
     samples.resize(64000);
     recognizer->acceptAudio(samples);
@@ -199,7 +199,8 @@ class BuiltInRecognizerTest final : public test::Suite {
     std::vector<float> next = clip("0930");
     next.resize(32000);
     accept(next);
-    // However far the final pass has come: the words shown last stand before or are final by now.
+    // Independent of the progress of the final pass, the words shown last are in the draft or
+    // final.
     QVERIFY(!drafts_.isEmpty());
     const QString& last = drafts_.last();
     QVERIFY2(finals_.isEmpty() == last.startsWith(before), qPrintable(last));

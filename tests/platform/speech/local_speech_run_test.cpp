@@ -13,7 +13,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// A run of a scripted recognizer, with a list of what it emitted.
+/// A run of a scripted recognizer, with a list of its signals.
 struct Fixture {
   void start() {
     run = std::make_unique<LocalSpeechRun>(provider.factory("en_US"), input, clock);

@@ -9,7 +9,7 @@
 using namespace velun;
 using namespace velun::test;
 
-/// What is refused here would end the helper without a word.
+/// sherpa-onnx would end the helper on each of these files without an error message.
 class ModelPreflightTest final : public test::Suite {
   Q_OBJECT
 

@@ -16,7 +16,7 @@ using namespace velun::test;
 
 Q_DECLARE_METATYPE(velun::RecognizerSettings)
 
-/// The helper program with the real library and tiny models.
+/// The helper program with the real sherpa-onnx and tiny models.
 class NeuralBackendTest final : public test::Suite {
   Q_OBJECT
 
@@ -24,7 +24,7 @@ class NeuralBackendTest final : public test::Suite {
   const std::vector<float> water_ = sound("h08.wav");
   const std::vector<float> numbers_ = sound("h11.wav");
 
-  /// The sound without the silence around it.
+  /// The clip without the silence around it.
   static std::vector<float> spoken(const std::vector<float>& samples) {
     const auto isLoud = [](float sample) {
       return std::abs(sample) > 0.02F;
@@ -87,7 +87,7 @@ class NeuralBackendTest final : public test::Suite {
     for (int i = 0; i < kTimes; ++i) samples = samples + spoken(i % 2 ? music_ : numbers_);
     const QStringList finals = finalsOf(settings, samples);
     QVERIFY(finals.size() >= 2);
-    // A hundred words were said.
+    // The samples contain a hundred words.
     const QStringList words = finals.join(' ').split(' ');
     QVERIFY2(words.size() >= 85, qPrintable(finals.join(" | ")));
     QVERIFY2(words.size() <= 110, qPrintable(finals.join(" | ")));

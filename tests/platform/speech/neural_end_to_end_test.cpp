@@ -16,7 +16,8 @@
 using namespace velun;
 using namespace velun::test;
 
-/// From the catalogue over a download to words: everything real but the server and the model.
+/// From the catalogue through a download to recognized words. Only the server and the model are not
+/// the real ones.
 class NeuralEndToEndTest final : public test::Suite {
   Q_OBJECT
 

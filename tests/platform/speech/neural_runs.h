@@ -11,7 +11,7 @@
 
 namespace velun::test {
 
-/// Gives a recognizer a sound in pieces.
+/// Feeds a sound to a recognizer in pieces.
 inline void feed(RecognizerBackend& backend, const std::vector<float>& samples,
                  std::size_t piece = 1600) {
   const std::span<const float> all(samples);
@@ -20,7 +20,7 @@ inline void feed(RecognizerBackend& backend, const std::vector<float>& samples,
   }
 }
 
-/// Takes the results, of which the final ones are kept.
+/// Polls the results and returns the final ones.
 inline void keepFinals(RecognizerBackend& backend, QStringList& finals) {
   for (const TranscriptionResult& result : backend.poll()) {
     if (result.isFinal) finals.append(result.text);

@@ -29,8 +29,8 @@ inline std::vector<float> clipSamples(const QString& path) {
   return samples;
 }
 
-/// Where a clip of someone reading aloud is, of those that the recognizer's package comes with;
-/// 0880 is "He was not an ill disposed young man", 3 s.
+/// The path of a clip of read speech from PocketSphinx's Debian package; 0880 is "He was not an ill
+/// disposed young man", 3 s.
 inline QString readAloud(const QString& number) {
   return QStringLiteral(
              "/usr/share/pocketsphinx/test/data/librivox/"

@@ -26,7 +26,7 @@ std::unique_ptr<AudioSource> PipeWireAudioPlatform::makeSource(const AudioTarget
   return std::make_unique<PipeWireSource>(target, clock_, *teardown_, wakefulness_);
 }
 
-/// Not before it is needed, so that the program itself starts quickly.
+/// Called when it is first needed, so that the program starts quickly.
 void PipeWireAudioPlatform::loadLibrary() {
   if (isLibraryLoaded_) return;
   pw_init(nullptr, nullptr);

@@ -63,7 +63,7 @@ class PipeWireConnection::Listener final : public PipeWireRegistry::Listener {
     connection_.loop_.notify();
   }
 
-  /// Asks PipeWire for an answer to everything that was asked before.
+  /// Requests PipeWire's reply to all earlier requests.
   void synchronize() { awaitedSequence_ = pw_core_sync(connection_.core(), PW_ID_CORE, 0); }
 
   /// Destroys the proxies, which must not outlive the connection.

@@ -18,15 +18,16 @@ Q_LOGGING_CATEGORY(soundLog, "velun.sound", QtCriticalMsg)
 
 // PipeWire answers within milliseconds; on a busy machine it may take some seconds.
 constexpr auto kStartTimeout = 5000ms;
-// A session manager that is just starting chooses the default devices within this time.
+// A starting session manager chooses the default devices within this time.
 constexpr auto kSessionStartTimeout = 1000ms;
 constexpr auto kDefaultDeviceTimeout = 300ms;
 
 constexpr auto kReconnectInterval = 500ms;
-// A session manager that restarts is back within this time; only a longer absence is reported.
+// A restart of the session manager takes less than this; only a longer absence is reported.
 constexpr auto kSessionRestartTimeout = 1500ms;
-// Linking takes milliseconds. A stream that is not linked to its device after this time is made
-// anew, less and less often: a session manager does not move one while its device is idle.
+// Linking takes milliseconds. A stream that is not linked to its device after this time is
+// recreated, with growing delays: a session manager does not move a stream while its device is
+// idle.
 constexpr auto kMinRelinkDelay = 1000ms;
 constexpr auto kMaxRelinkDelay = 30000ms;
 
@@ -161,8 +162,8 @@ PipeWireSource::Report PipeWireSource::reviewConnection() {
 
 PipeWireSource::Report PipeWireSource::reviewStream() {
   if (isStreamStale()) capture_->endStreams();
-  // A session manager that has not chosen a device yet is still starting, and does not link the
-  // streams that exist then.
+  // Without a chosen device the session manager is still starting, and it does not link streams
+  // that were created before it is ready.
   if (!capture_->stream && wantedDevice()) makeStream();
 
   if (isStreamFed() || !wantedDevice()) {
