@@ -32,18 +32,18 @@ class TheTree(unittest.TestCase):
         found = list(complaints)
         self.assertFalse(found, "\n" + "\n".join(found))
 
-    def test_includes_follow_the_arrows(self):
+    def test_includes_follow_the_layers(self):
         self.check(c for p in SOURCES for c in rules.include_complaints(below_src(p), p.read_text()))
 
-    def test_links_follow_the_arrows(self):
+    def test_links_follow_the_layers(self):
         self.check(rules.link_complaints(
             [d for p in (ROOT / "src").rglob("CMakeLists.txt")
              for d in rules.declared_layers(below_src(p.parent), p.read_text())]))
 
-    def test_the_map_shows_the_arrows(self):
+    def test_the_table_in_architecture_matches_the_rules(self):
         self.check(rules.map_complaints((ROOT / "ARCHITECTURE.md").read_text()))
 
-    def test_texts_stand_in_both_languages(self):
+    def test_texts_are_in_both_languages(self):
         self.check(c for p in SOURCES for c in rules.text_complaints(below_src(p), p.read_text()))
 
     def test_shown_literals_pass_through_the_language(self):
@@ -124,7 +124,7 @@ class TheRules(unittest.TestCase):
         found = list(rules.include_complaints("model/line.h", '#include "ui/common/symbols.h"'))
         self.assertEqual(len(found), 1)
 
-    def test_an_include_of_another_services_inside_is_found(self):
+    def test_an_include_of_another_services_implementation_is_found(self):
         text = '#include "platform/audio/linux/pipewire_stream.h"'
         self.assertEqual(len(list(rules.include_complaints("captions/a.cpp", text))), 1)
 
@@ -148,7 +148,7 @@ class TheRules(unittest.TestCase):
         self.assertEqual(len(list(rules.link_complaints(declared[1:] + [
             ("velun_model", "model", [])] + list(hidden)))), 1)
 
-    def test_the_inside_of_one_service_is_closed_to_the_others(self):
+    def test_a_service_cannot_use_the_implementation_of_another(self):
         text = '#include "platform/models/store/unpack.h"'
         self.assertEqual(
             len(list(rules.include_complaints("platform/speech/neural/a.cpp", text))), 1)
@@ -157,7 +157,7 @@ class TheRules(unittest.TestCase):
                     ("velun_b", rules.layer_of("platform/models/store/b.cpp"), [])]
         self.assertEqual(len(list(rules.link_complaints(declared))), 1)
 
-    def test_a_map_that_is_not_true_is_found(self):
+    def test_a_wrong_table_in_architecture_is_found(self):
         text = (ROOT / "ARCHITECTURE.md").read_text()
         for wrong in (text.replace("nothing of ours", "language"),
                       text.replace("; speech also audio", ""),

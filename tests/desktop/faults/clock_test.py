@@ -32,7 +32,7 @@ class Clock(FaultCase):
         (file,) = self.program.session_files()
         return json.loads(file.read_text())
 
-    def test_a_clock_that_is_set_back_an_hour_and_forth_two(self):
+    def test_clock_changes_lose_no_lines(self):
         self.start_captions()
         first = self.speak()
         self.move_clock(-HOUR)

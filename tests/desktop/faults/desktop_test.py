@@ -9,10 +9,10 @@ from trays import BusTray, EmbeddedTray
 
 
 class Desktop(FaultCase):
-    def test_an_embedding_tray_that_goes_and_comes_back(self):
+    def test_the_icon_returns_with_an_embedding_tray(self):
         self.check_captions_without(EmbeddedTray(self.desktop))
 
-    def test_a_tray_on_the_bus_that_goes_and_comes_back(self):
+    def test_the_icon_returns_with_a_tray_on_the_bus(self):
         self.check_captions_without(BusTray(self.desktop))
 
     def check_captions_without(self, tray):
@@ -33,7 +33,7 @@ class Desktop(FaultCase):
         self.assert_kept(lines)
         self.quit()
 
-    def test_a_display_server_that_is_killed(self):
+    def test_a_killed_display_server_ends_the_program(self):
         self.start_captions()
         lines = self.speak()
         helpers = family(self.program.process.pid)

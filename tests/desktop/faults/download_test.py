@@ -57,7 +57,7 @@ class Download(FaultCase):
         self.addCleanup(server.end)
         return server
 
-    def test_a_network_that_is_cut_in_the_middle(self):
+    def test_an_interrupted_download_is_resumed(self):
         server = self.serve()
         self.desktop.environment["VELUN_MODEL_MIRROR"] = server.address()
         self.program.write_preferences(localeID=LOCALE, statusItemExplained=True)
@@ -79,7 +79,7 @@ class Download(FaultCase):
         self.assertGreaterEqual(server.asked_from[0], asked_before)
         self.quit()
 
-    def test_a_quit_during_a_download(self):
+    def test_a_quit_ends_a_download(self):
         server = self.serve()
         self.desktop.environment["VELUN_MODEL_MIRROR"] = server.address()
         self.program.write_preferences(localeID=LOCALE, statusItemExplained=True)

@@ -11,7 +11,7 @@ from process_usage import children
 
 
 class Translator(FaultCase):
-    def test_a_translator_that_is_killed_between_lines(self):
+    def test_a_translator_killed_between_lines_is_restarted(self):
         self.start_captions()
         lines = self.speak()
         for stage in self.stages():
@@ -21,7 +21,7 @@ class Translator(FaultCase):
         self.wait_for_status()
         self.quit()
 
-    def test_a_translator_that_is_killed_in_the_middle_of_a_line(self):
+    def test_a_translator_killed_during_a_line_is_restarted(self):
         self.start_captions()
         lines = self.speak()
         stages = self.stages()
@@ -55,7 +55,7 @@ class Recognizer(FaultCase):
                     if Path(f"/proc/{child}/comm").read_text().startswith("velun-recognize")]
         return self.desktop.wait("the helper", find)[0]
 
-    def test_a_helper_that_is_killed(self):
+    def test_a_helper_killed_between_phrases_is_restarted(self):
         self.start_captions()
         lines = self.speak()
         first = self.helper()
@@ -66,7 +66,7 @@ class Recognizer(FaultCase):
         self.wait_for_status()
         self.quit()
 
-    def test_a_helper_that_is_killed_in_the_middle_of_a_phrase(self):
+    def test_a_helper_killed_during_a_phrase_leaves_its_draft(self):
         """The draft of the phrase becomes a line."""
         self.start_captions()
         lines = self.speak()
@@ -82,7 +82,7 @@ class Recognizer(FaultCase):
         self.assertEqual(self.program.state()["running"], True)
         self.quit()
 
-    def test_a_helper_that_is_killed_twice(self):
+    def test_a_helper_killed_twice_stops_captions(self):
         self.start_captions()
         self.speak()
         os.kill(self.helper(), signal.SIGKILL)
@@ -98,7 +98,7 @@ class Recognizer(FaultCase):
         self.assert_kept(lines)
         self.quit()
 
-    def test_a_model_that_is_damaged_on_the_disk(self):
+    def test_a_damaged_model_stops_captions(self):
         """Damages a model after its verification, without changing its size and time."""
         self.start_captions()
         lines = self.speak()
@@ -113,7 +113,7 @@ class Recognizer(FaultCase):
         self.assert_kept(lines)
         self.quit()
 
-    def test_a_model_that_is_cut_off_on_the_disk(self):
+    def test_a_truncated_model_is_ignored(self):
         """The damaged model is no longer used; the built-in recognizer takes over."""
         self.start_captions()
         lines = self.speak()

@@ -14,10 +14,10 @@ ENDS = int(os.environ.get("VELUN_KILLS", "2"))
 
 
 class Kill(FaultCase):
-    def test_killed_in_the_middle_of_a_save(self):
+    def test_a_kill_during_a_save_loses_no_lines(self):
         self.end_during_saves(signal.SIGKILL, -signal.SIGKILL)
 
-    def test_terminated_in_the_middle_of_a_save(self):
+    def test_a_termination_during_a_save_loses_no_lines(self):
         self.end_during_saves(signal.SIGTERM, 0)
 
     def end_during_saves(self, number, status):

@@ -20,7 +20,7 @@ class Sound(FaultCase):
         self.sound_server.wait()
         end(self.sound_manager)
 
-    def test_a_server_that_is_killed_and_comes_back(self):
+    def test_captions_continue_when_pipewire_returns(self):
         self.start_captions()
         lines = self.speak()
         self.end_sound()
@@ -34,7 +34,7 @@ class Sound(FaultCase):
         self.assert_kept(lines)
         self.quit()
 
-    def test_a_server_that_does_not_come_back(self):
+    def test_captions_stop_when_pipewire_does_not_return(self):
         self.start_captions()
         lines = self.speak()
         self.end_sound()
@@ -49,7 +49,7 @@ class Sound(FaultCase):
         self.assert_kept(lines)
         self.quit()
 
-    def test_without_a_server(self):
+    def test_captions_do_not_start_without_pipewire(self):
         self.launch()
         self.toggle_captions()
         self.wait_for_status("Audio start failed.")
@@ -61,7 +61,7 @@ class Sound(FaultCase):
         self.speak()
         self.quit()
 
-    def test_a_default_output_that_is_unplugged(self):
+    def test_captions_follow_the_default_output(self):
         self.start_captions()
         lines = self.speak()
         self.desktop.remove_output(SINK)
@@ -74,7 +74,7 @@ class Sound(FaultCase):
         self.wait_for_status()
         self.quit()
 
-    def test_a_session_manager_that_is_killed(self):
+    def test_captions_continue_when_the_session_manager_returns(self):
         self.start_captions()
         lines = self.speak()
         self.sound_manager.kill()
@@ -91,7 +91,7 @@ class Sound(FaultCase):
         self.assert_kept(lines)
         self.quit()
 
-    def test_a_machine_that_sleeps(self):
+    def test_captions_continue_after_a_sleep(self):
         """All processes stop for a while, in the middle of a phrase."""
         self.start_captions()
         lines = self.speak()

@@ -22,7 +22,7 @@ class Storage(FaultCase):
         """The path as the program sees it."""
         return Path(f"/proc/{self.program.process.pid}/root{path}")
 
-    def test_a_disk_that_is_full_for_a_while(self):
+    def test_lines_are_saved_when_a_full_disk_has_room_again(self):
         data = self.desktop.home / "data"
         self.run_with('mount -t tmpfs -o size=1m,mode=0700 tmpfs "{}"', data)
         self.start_captions()
@@ -45,7 +45,7 @@ class Storage(FaultCase):
         self.wait_for_status()
         self.quit()
 
-    def test_a_disk_that_stays_full(self):
+    def test_a_quit_with_a_full_disk_asks(self):
         """The program asks before it quits with an unsaved session."""
         data = self.desktop.home / "data"
         self.run_with('mount -t tmpfs -o size=1m,mode=0700 tmpfs "{}"', data)
@@ -59,7 +59,7 @@ class Storage(FaultCase):
         question = self.application.wait_for("dialog")
         self.assertEqual(self.saved_lines(), lines)
         (self.inside(data) / "ballast").unlink()
-        # The disk lives as long as something uses it.
+        # The tmpfs exists only while something uses it.
         disk = os.open(self.program.sessions, os.O_RDONLY | os.O_DIRECTORY)
         self.addCleanup(os.close, disk)
         self.program.sessions = Path(f"/proc/self/fd/{disk}")
@@ -68,7 +68,7 @@ class Storage(FaultCase):
         self.assertEqual(len(self.saved_lines()), len(lines) + 1)
         self.assert_kept(lines)
 
-    def test_a_home_that_cannot_be_written(self):
+    def test_an_unwritable_home_is_reported(self):
         home = self.desktop.home
         self.run_with('mount --bind "{0}" "{0}" && mount -o remount,bind,ro "{0}"', home)
         self.start_captions()

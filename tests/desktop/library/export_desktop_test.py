@@ -106,7 +106,7 @@ Los ríos hallan el mar.
         self.assertEqual(self.exported("a.json"), session_files.encoded(self.sessions[0]))
         self.quit()
 
-    def test_the_dialog_proposes_a_name_and_adds_the_ending(self):
+    def test_the_dialog_proposes_a_name_and_adds_the_extension(self):
         self.export = self.open_export("Team call")
         day = f"{self.now - session_files.timedelta(days=6):%Y-%m-%d}"
         for title, ending in zip(FORMATS, ("md", "txt", "json")):
@@ -122,7 +122,7 @@ Los ríos hallan el mar.
         self.assertEqual([each.name for each in path.parent.iterdir()], ["named.json"])
         self.quit()
 
-    def test_without_translations_only_the_format_is_to_be_chosen(self):
+    def test_without_translations_only_the_format_can_be_chosen(self):
         self.export = self.open_export("Team call")
         self.assertFalse(self.chooser("Content").is_enabled)
         self.assertFalse(any(node.is_showing for node in
@@ -151,7 +151,7 @@ Los ríos hallan el mar.
             (node for node in self.application.children
              if node.role == "alert message" and "active" in node.states), None))
 
-    def test_a_failure_is_told_and_the_window_stays(self):
+    def test_a_failure_is_reported_and_the_window_stays_open(self):
         self.export = self.open_export()
         path = "/proc/velun.md"  # where nobody can make a file
         self.save_as(self.press_export(), path)

@@ -135,7 +135,7 @@ class Library(KeyboardCase):
         self.wait("the panel to go", lambda: not panel.is_showing)
         self.quit()
 
-    def test_assistive_technology_works_the_more_menu_and_the_menu_bar(self):
+    def test_screen_readers_can_use_the_more_menu_and_the_menu_bar(self):
         for node, item in ((self.library.find("button menu", "More"), "Refresh"),
                            (self.library.find("menu item", "Velun"), "Settings…")):
             node.do("ShowMenu")
@@ -188,7 +188,7 @@ class Library(KeyboardCase):
 
 
 class Announcements(KeyboardCase):
-    def test_what_is_not_found_is_told_to_screen_readers(self):
+    def test_a_search_without_results_is_announced(self):
         self.launch()
         events = self.accessibility.watch("object:state-changed", "StateChanged")
         self.library = self.open_window("show-history", TITLE)

@@ -18,7 +18,7 @@ ALL = ["Evening talk", "Biology lecture", "Team call", "Budget 2025/26", "Old le
 
 
 class Listing(LibraryCase):
-    def test_rows_stand_under_their_days_newest_first(self):
+    def test_sessions_are_listed_by_day_newest_first(self):
         self.open_library()
         self.wait_for_titles(*ALL)
         self.assertEqual(self.rows(), [
@@ -30,14 +30,14 @@ class Listing(LibraryCase):
             "January 2024", "Caption Session, 1 sentence · with translation"])
         self.quit()
 
-    def test_an_empty_library_says_so(self):
+    def test_an_empty_list_says_so(self):
         for path in self.files:
             path.unlink()
         self.open_library()
         self.library.wait_for("notification", "No Saved Sessions")
         self.quit()
 
-    def test_new_files_come_with_a_refresh(self):
+    def test_a_refresh_lists_new_files(self):
         self.open_library()
         self.wait_for_titles(*ALL)
         session_files.write(self.program.sessions, session_files.session(
@@ -94,7 +94,7 @@ class Searching(LibraryCase):
     def search(self, text):
         self.library.wait_for("text", "Search Sessions").set_text(text)
 
-    def test_the_list_shrinks_to_what_holds_the_text_in_any_case(self):
+    def test_a_search_ignores_case_and_filters_the_list(self):
         self.open_library()
         self.wait_for_titles(*ALL, "Long lecture")
         self.search("LECTURE")  # in titles and in texts
@@ -173,7 +173,7 @@ class Reading(LibraryCase):
         self.assertEqual(self.copy(), "Rivers find the sea.\n\nThis takes a while.")
         self.quit()
 
-    def test_what_is_in_view_is_told_where_it_stands(self):
+    def test_screen_readers_get_the_positions_of_visible_text(self):
         self.open_library()
         self.select("Team call")
         view = self.library.wait_for("text", "Caption Text")
@@ -223,7 +223,7 @@ class Deleting(LibraryCase):
         self.assertEqual(trashed.read_bytes(), session_files.encoded(self.sessions[1]))
         self.quit()
 
-    def test_the_neighbour_comes_from_what_the_search_shows(self):
+    def test_the_neighbour_is_chosen_among_the_search_results(self):
         self.open_library()
         self.library.wait_for("text", "Search Sessions").set_text("lecture")
         self.wait_for_titles("Biology lecture", "Old lecture")
@@ -246,7 +246,7 @@ class Deleting(LibraryCase):
         self.assertEqual(self.transcript(), "")
         self.quit()
 
-    def test_a_file_that_is_gone_already_is_told(self):
+    def test_deleting_a_missing_file_is_reported(self):
         self.open_library()
         self.select("Team call")
         self.files[2].unlink()
@@ -276,7 +276,7 @@ class WithoutTrash(LibraryCase):
         mount = 'mount --bind "$0" "$0" && mount -o remount,bind,ro "$0" && exec "$@"'
         return ["unshare", "--map-root-user", "--mount", "sh", "-c", mount, self.disk, *command]
 
-    def test_the_file_stays_and_the_reason_is_told(self):
+    def test_the_file_stays_and_the_reason_is_shown(self):
         launcher = self.desktop.root / "velun-on-disk"
         command = " ".join(f"'{part}'" for part in self.in_namespace(os.environ["VELUN_PROGRAM"]))
         launcher.write_text(f"#!/bin/sh\nexec {command}\n")
@@ -363,7 +363,7 @@ class OpeningFromElsewhere(LibraryCase):
         self.wait_for_selection("Guest lecture")
         self.quit()
 
-    def test_a_broken_file_is_told_and_changes_nothing(self):
+    def test_a_broken_file_is_reported_and_changes_nothing(self):
         broken = self.elsewhere / "broken.json"
         content = json.loads(self.guest.read_text())
         del content["title"]

@@ -46,7 +46,7 @@ class Controls(SettingsCase):
         self.launch()
         self.open_settings()
 
-    def test_controls_and_notes_stand_in_their_order(self):
+    def test_controls_and_notes_have_their_order(self):
         shown = [(node.role, node.name) for node in self.settings.walk() if node.is_showing
                  and node.role in ("label", "check box", "push button")]
         here = shown.pop(8)  # what this desktop cannot do
@@ -111,7 +111,7 @@ class Controls(SettingsCase):
         self.wait_for_preference("targetID", "es")
         self.quit()
 
-    def test_what_is_changed_elsewhere_shows(self):
+    def test_changes_made_elsewhere_are_shown(self):
         self.program.action("input", "microphone")
         self.wait("the input", lambda: self.chooser("Input Source").name == "Microphone")
         self.program.action("toggle-keep-on-top")
@@ -176,7 +176,7 @@ class Controls(SettingsCase):
 
 
 class SessionsFolder(SettingsCase):
-    def test_the_folder_is_made_and_opened(self):
+    def test_the_folder_is_created_and_opened(self):
         opened = self.note_what_is_opened()
         self.launch()
         self.open_settings()

@@ -25,7 +25,7 @@ class Launch(PlainCase):
         self.assertIsNone(self.program.process.poll())
         self.quit()
 
-    def test_a_second_launch_says_in_the_users_language_that_the_first_does_not_answer(self):
+    def test_a_second_launch_reports_a_first_one_that_does_not_reply(self):
         for language, text in (("en", "Velun is running but does not respond."),
                                ("ko", "Velun이 실행 중이지만 응답하지 않습니다.")):
             with self.subTest(language=language):
@@ -88,7 +88,7 @@ class Launch(PlainCase):
         self.assertTrue((self.program.preferences.parent / "preferences.json.damaged").exists())
         self.quit()
 
-    def test_an_unwritable_home_does_not_keep_it_from_running(self):
+    def test_it_runs_with_an_unwritable_home(self):
         for name in ("DATA", "CONFIG", "CACHE", "STATE"):
             # A file in place of the folder: not even root can write below it.
             path = self.desktop.root / f"no-{name}"

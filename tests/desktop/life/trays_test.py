@@ -114,7 +114,7 @@ class OnTheBus(ClickRules, SpokenCase):
 
 
 class Without(PlainCase):
-    def test_the_panel_is_shown_and_the_reason_told_once(self):
+    def test_the_panel_is_shown_and_explains_why_once(self):
         self.program.launch()
         self.desktop.wait_for_window(PANEL)
         self.desktop.wait_for_window("Velun")
@@ -124,13 +124,13 @@ class Without(PlainCase):
         self.assertNotIn("Velun", self.desktop.windows())
         self.quit()
 
-    def test_one_that_comes_later_gets_the_icon(self):
+    def test_a_later_tray_gets_the_icon(self):
         self.program.launch()
         self.desktop.wait_for_window(PANEL)
         EmbeddedTray(self.desktop).wait_for_icon()
         self.quit()
 
-    def test_one_on_the_bus_that_comes_later_gets_the_icon(self):
+    def test_a_later_tray_on_the_bus_gets_the_icon(self):
         self.program.launch()
         self.desktop.wait_for_window(PANEL)
         tray = BusTray(self.desktop)

@@ -9,7 +9,7 @@ FAR = 10000.0  # pixels, more than any screen has
 
 class WaylandInput:
     def __init__(self, desktop):
-        # The session lasts as long as the connection that it was made on.
+        # The session ends with the connection on which it was created.
         self._bus = dbus.bus.BusConnection(desktop.environment["DBUS_SESSION_BUS_ADDRESS"])
         desktop.wait("remote control", lambda: self._bus.name_has_owner(SERVICE))
         path = self._bus.call_blocking(SERVICE, "/org/gnome/Mutter/RemoteDesktop", SERVICE,

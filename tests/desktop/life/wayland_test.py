@@ -118,7 +118,7 @@ class OnXWayland(WaylandTest):
 
 
 class WithoutAnXServer(WaylandTest):
-    def test_it_runs_all_the_same(self):
+    def test_it_runs_as_a_wayland_client(self):
         del self.desktop.environment["DISPLAY"]
         self.show_panel()
         self.program.action("show-settings")

@@ -23,7 +23,7 @@ SESSION = {
 
 
 class Windows(ProgramCase):
-    def test_about_tells_the_version_and_what_it_is_made_of(self):
+    def test_about_shows_the_version_and_the_credits(self):
         self.launch()
         about = self.open_window("show-about", ABOUT)
         self.assertIn("Version 0.1.0", [label.name for label in about.find_all("label")])
@@ -78,7 +78,7 @@ class Windows(ProgramCase):
         self.wait("the folder", lambda: opened.exists() and str(file.parent) in opened.read_text())
         self.quit()
 
-    def test_the_sessions_folder_is_made_and_opened(self):
+    def test_the_sessions_folder_is_created_and_opened(self):
         opened = self.take_note_of_opening()
         self.launch()
         self.program.action("open-sessions-folder")
@@ -87,7 +87,7 @@ class Windows(ProgramCase):
         self.assertTrue(self.program.sessions.is_dir())
         self.quit()
 
-    def test_a_folder_that_nothing_opens_is_an_error(self):
+    def test_a_folder_that_no_program_opens_is_an_error(self):
         self.desktop.environment["PATH"] = str(self.desktop.root)
         self.program.process = self.desktop.start([self.program.executable], log="velun")
         self.desktop.environment["PATH"] = os.environ["PATH"]

@@ -30,7 +30,7 @@ def package():
 
 @unittest.skipIf(missing(), missing())
 class OnABareSystem(unittest.TestCase):
-    def test_its_life(self):
+    def test_it_installs_runs_and_is_removed(self):
         system = self.enterContext(BareSystem())
         desktop = self.enterContext(PrivateDesktop())
         copy = shutil.copy(package(), desktop.root)

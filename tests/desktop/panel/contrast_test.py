@@ -53,7 +53,7 @@ class Contrast(ProgramCase):
         self.wait("its faint edge", lambda: self.pixel(edge) not in (None, WHITE))
         self.wait("a window in its own colour", lambda: self.pixel(window) not in (None, WHITE))
 
-    def test_windows_that_are_open_change_at_once(self):
+    def test_open_windows_change_at_once(self):
         points = self.open_windows("en")
         self.wait_for_the_usual(*points)
         self.ask_for_contrast(1)
@@ -62,7 +62,7 @@ class Contrast(ProgramCase):
         self.wait_for_the_usual(*points)
         self.quit()
 
-    def test_it_is_asked_for_before_the_program_starts(self):
+    def test_contrast_requested_before_the_start_applies(self):
         self.ask_for_contrast(1)
         for language in TITLES:
             with self.subTest(language):

@@ -28,7 +28,7 @@ class PanelLevel(PlainCase):
             self.program.wait_for_state("toggle-panel", shown)
         self.desktop.window_manager.send_signal(signal.SIGCONT)
 
-    def test_a_panel_that_is_shown_anew_at_once_keeps_its_states(self):
+    def test_a_panel_hidden_and_shown_at_once_keeps_its_states(self):
         self.program.write_preferences(statusItemExplained=True)
         self.program.launch()
         self.wait_for_level(above=True)

@@ -39,7 +39,7 @@ class PanelResize(PlainCase):
         left, top, width, height = frame
         self.move_pointer(left + width // 2, top + height // 2)
 
-    def test_a_window_manager_that_is_late_leaves_no_old_picture(self):
+    def test_a_slow_window_manager_leaves_no_old_picture(self):
         self.move_pointer(5, 5)
         self.program.write_preferences(statusItemExplained=True)
         self.program.launch()

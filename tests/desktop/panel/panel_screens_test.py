@@ -43,12 +43,12 @@ class PanelScreens(PlainCase):
         self.wait_for_panel_at(1280 + (1280 - SIZE[0]) // 2, 800 - 60 - SIZE[1])
         self.quit()
 
-    def test_it_comes_to_the_nearest_screen_that_is_there(self):
+    def test_it_moves_to_the_nearest_existing_screen(self):
         self.launch_with_panel_at(3000, 900)
         self.wait_for_panel_at(2560 - SIZE[0], 800 - SIZE[1])
         self.quit()
 
-    def test_it_is_shown_again_where_there_is_a_screen(self):
+    def test_it_is_shown_on_the_remaining_screen(self):
         self.launch_with_panel_at(1900, 300)
         self.program.action("show-settings")
         self.desktop.wait("the keyboard in the settings", lambda: "Velun Settings"
@@ -64,7 +64,7 @@ class PanelScreens(PlainCase):
         self.wait_for_panel_at(1280 - SIZE[0], 300)
         self.quit()
 
-    def test_it_leaves_a_screen_that_goes(self):
+    def test_it_leaves_a_removed_screen(self):
         self.launch_with_panel_at(1900, 300)
         self.wait_for_panel_at(1900, 300)
         self.desktop.run("xrandr", "--delmonitor", "right")
