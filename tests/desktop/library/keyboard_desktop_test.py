@@ -317,7 +317,7 @@ class Korean(KeyboardCase):
         question = self.wait("the question", lambda: next(
             (node for node in self.application.children
              if node.role == "alert message" and "active" in node.states), None))
-        question.wait_for("label", "한국어.txt 파일이 이미 있습니다.\n바꾸시겠습니까?")
+        question.wait_for("label", "한국어.txt이(가) 이미 존재합니다.\n바꾸시겠습니까?")
         question.wait_for("push button", "예(Y)").press()
         self.wait("the text", lambda: path.read_text().startswith("Evening talk\n시작: "))
         self.assertIn("번역 · 한국어\n강은 바다를 찾아간다.", path.read_text())
