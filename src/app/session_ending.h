@@ -12,8 +12,8 @@ namespace velun {
 class CaptionViewModel;
 class ModalQuestion;
 
-/// Ends the current session: stops captions, asks about unsaved lines, and lets a new session or
-/// the end of the program follow. If the user cancels, captions go on as before. Main thread.
+/// Ends the current session: stops captions, asks about unsaved lines, and then starts a new
+/// session or lets the program end. If the user cancels, captions continue. Main thread.
 class SessionEnding final : public QObject {
   Q_OBJECT
 

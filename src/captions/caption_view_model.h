@@ -40,7 +40,7 @@ class CaptionViewModel final : public QObject {
   const QString& volatileText() const { return volatileText_; }
   /// The engine's last message, localized when it was set.
   const std::optional<QString>& status() const { return status_; }
-  /// Why the last line was not translated; none once one was.
+  /// Why the last translation failed; nullopt after one that succeeded.
   const std::optional<QString>& translationStatus() const { return translationStatus_; }
   /// Whether translation is on but only the original is shown, and why.
   std::optional<QString> translationNotice() const;
@@ -54,7 +54,7 @@ class CaptionViewModel final : public QObject {
 
   bool isRunning() const { return engine_.isRunning(); }
   bool isTransitioning() const { return engine_.isTransitioning(); }
-  /// A session with lines goes on; one without lines starts now.
+  /// Turns captions on. A session with lines continues; one without lines gets a new start time.
   void start();
   void stop() { engine_.stop(); }
   QCoro::Task<> shutdown() { return engine_.shutdown(); }

@@ -31,7 +31,7 @@ class CurrentSession final {
   /// Adds a line at the end.
   void append(Line line);
   /// Stores a translation, over an earlier one into the same language. Returns the index of the
-  /// line; none when the session has no such line.
+  /// line; nullopt if there is no such line.
   std::optional<std::size_t> setTranslation(const QUuid& id, const QString& language,
                                             const QString& text);
 

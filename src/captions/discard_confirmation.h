@@ -8,9 +8,9 @@ namespace velun {
 class CaptionViewModel;
 class ModalQuestion;
 
-/// Asks whether to save the unsaved lines, with `title` as the message. It asks only if there are
-/// any and either the settings want the question or the last write failed. Returns true to go on
-/// (the lines are saved or may be discarded), false to cancel the action.
+/// Asks whether to save the unsaved lines, with `title` as the message. Asks only if there are any
+/// and either the setting "ask before discarding" is on or the last write failed. Returns true if
+/// the lines are saved or may be discarded, false if the action must be cancelled.
 bool confirmDiscarding(CaptionViewModel& model, const QString& title, ModalQuestion& question);
 
 }  // namespace velun

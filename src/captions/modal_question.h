@@ -27,7 +27,7 @@ class ModalQuestion {
   virtual ~ModalQuestion() = default;
 
   /// Brings the application to the front, shows the alert and waits for the answer. Returns the
-  /// index of the clicked button; none when the alert was closed in another way.
+  /// index of the clicked button; nullopt if the alert was closed in another way.
   virtual std::optional<int> ask(const Question& question) = 0;
 };
 

@@ -25,9 +25,9 @@ class SessionSaver final : public QObject {
   const SessionStore& store() const { return store_; }
   /// The session is in saving mode.
   bool isSaving() const { return isSaving_; }
-  /// The session's file; none before the first write and after the file was deleted.
+  /// The session's file; nullopt before the first write and after the file was deleted.
   const std::optional<QUrl>& url() const { return url_; }
-  /// Why the last write failed; none when it succeeded.
+  /// Why the last write failed; nullopt if it succeeded.
   const std::optional<QString>& error() const { return error_; }
   /// Whether there are lines that are in no file.
   bool hasUnsavedLines() const;

@@ -31,7 +31,7 @@ class LocalSpeechPlatform final : public SpeechPlatform {
   std::shared_ptr<RecognizerProvider> installedProvider(const QString& locale) const;
   /// The best provider of `locale`, if it is not installed.
   std::shared_ptr<RecognizerProvider> betterProvider(const QString& locale) const;
-  /// Downloads `provider`'s model if `run` still goes on after a minute.
+  /// Downloads `provider`'s model if `run` has not ended after a minute.
   void fetchLater(SpeechRun& run, std::shared_ptr<RecognizerProvider> provider,
                   const QString& locale);
 

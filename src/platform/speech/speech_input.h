@@ -29,7 +29,7 @@ class SpeechInput {
   /// Ends the stream: what was yielded before is still delivered. Any thread.
   void finish();
 
-  /// The next input, waiting for it; none once the stream has ended and is empty, or at once when
+  /// Waits for the next input. Returns nullopt once the stream has ended and is empty, or when
   /// woken by `interrupt`. Decode thread.
   std::optional<SpeechSamples> next();
 
@@ -39,7 +39,8 @@ class SpeechInput {
   /// The next input if there is one now. Decode thread.
   std::optional<SpeechSamples> tryNext();
 
-  /// Makes a waiting `next` return none once, so that the worker can look at a command. Any thread.
+  /// Makes a waiting `next` return nullopt once, so that the worker can check for a command. Any
+  /// thread.
   void interrupt();
 
   /// Whether the stream has ended and everything was taken. Any thread.

@@ -30,7 +30,7 @@ struct PanelStage : ModelFixture {
     panel().setStyle(&still);
   }
 
-  /// Lets the header appear and disappear in a movement; without it, that takes no time.
+  /// Enables the animation of the header; it is off by default.
   void animateHeader() const { panel().setStyle(nullptr); }
 
   void perform(AppCommand command) {
