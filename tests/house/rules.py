@@ -288,9 +288,7 @@ FIXED_WAITS = {
 }
 MAY_SLEEP = {"scripts/lib/private_desktop.py",  # polls conditions
              "tests/desktop/faults/sound_test.py",  # the fault is a machine that sleeps
-             "tests/model/session_accident_test.cpp",  # kills at random moments
-             # Drags at the speed of a hand: the window manager takes the pointer without notice.
-             "tests/desktop/panel/panel_desktop_test.cpp"}
+             "tests/model/session_accident_test.cpp"}  # kills at random moments
 
 
 def fixed_wait_complaints(path, text):

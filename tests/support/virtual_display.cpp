@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/virtual_display.h"
 
+#include <cstdlib>
+#include <memory>
 #include <QEventLoop>
+#include <xcb/xcb.h>
 
 namespace velun::test {
 
@@ -51,6 +54,18 @@ void VirtualDisplay::releaseButton() {
 void VirtualDisplay::click(int x, int y) {
   movePointer(x, y);
   run(QStringLiteral("xdotool"), {"click", "1"});
+}
+
+bool VirtualDisplay::isPointerFree() {
+  const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
+      xcb_connect(nullptr, nullptr), &xcb_disconnect);
+  const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection.get())).data->root;
+  const auto cookie = xcb_grab_pointer(connection.get(), 0, root, 0, XCB_GRAB_MODE_ASYNC,
+                                       XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE, XCB_CURRENT_TIME);
+  // Disconnecting releases the grab.
+  const std::unique_ptr<xcb_grab_pointer_reply_t, decltype(&std::free)> reply(
+      xcb_grab_pointer_reply(connection.get(), cookie, nullptr), &std::free);
+  return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
 }
 
 }  // namespace velun::test

@@ -23,6 +23,9 @@ class VirtualDisplay final {
   static void releaseButton();
   static void click(int x, int y);
 
+  /// Whether no program, such as the window manager during a move, holds the pointer.
+  static bool isPointerFree();
+
  private:
   QProcess process_;
 };

@@ -26,6 +26,8 @@ class PanelDesktopTest final : public test::Suite {
   Q_OBJECT
 
  private:
+  static constexpr int kMaxDragSteps = 500;
+
   static QString property(const QWidget& window, const char* name) {
     return VirtualDisplay::run("xprop", {"-id", QString::number(window.windowHandle()->winId()),
                                          QString::fromLatin1(name)});
@@ -36,17 +38,36 @@ class PanelDesktopTest final : public test::Suite {
     return shot.toImage().pixelColor(0, 0);
   }
   static bool isPanelAt(const QPoint& point) { return pixelAt(point).lightness() < 60; }
-  static void drag(const QPoint& from, const QPoint& by) {
+  /// Where the X server shows the window. A window manager that moves it tells the program at the
+  /// end.
+  static QRect frameOnScreen(const QWidget& window) {
+    const QString shown = VirtualDisplay::run(
+        "xdotool", {"getwindowgeometry", "--shell", QString::number(window.winId())});
+    const auto value = [&shown](const char* name) {
+      return shown.section(QString::fromLatin1(name) + '=', 1).section('\n', 0, 0).toInt();
+    };
+    return {value("\nX"), value("\nY"), value("WIDTH"), value("HEIGHT")};
+  }
+  /// Drags with the button down until the panel is shown at `to`. The pointer goes back and forth
+  /// at first, because the window manager takes it some time after the press.
+  static void drag(const test::PanelStage& stage, const QPoint& from, const QPoint& by,
+                   const QRect& to) {
+    const QRect frame = frameOnScreen(stage.panel());
     VirtualDisplay::movePointer(from.x(), from.y());
     VirtualDisplay::pressButton();
-    for (int step = 1; step <= 5; ++step) {
-      const QPoint to = from + by * step / 5;
-      QTest::qWait(40);
-      VirtualDisplay::movePointer(to.x(), to.y());
+    for (int step = 1; frameOnScreen(stage.panel()) == frame && step < kMaxDragSteps; ++step) {
+      const QPoint here = from + by * (1 + step % 3) / 5;
+      VirtualDisplay::movePointer(here.x(), here.y());
     }
-    QTest::qWait(60);
+    VirtualDisplay::movePointer(from.x() + by.x(), from.y() + by.y());
+    QTRY_COMPARE(frameOnScreen(stage.panel()), to);
     VirtualDisplay::releaseButton();
-    QTest::qWait(60);
+    QTRY_VERIFY(VirtualDisplay::isPointerFree());
+    QTRY_COMPARE(stage.panel().geometry(), to);
+  }
+  /// The window that the window manager gives the keyboard to.
+  static WId activeWindow() {
+    return VirtualDisplay::run("xdotool", {"getactivewindow"}).trimmed().toULongLong();
   }
   static void showAndPark(const test::PanelStage& stage) {
     VirtualDisplay::movePointer(3, 3);
@@ -97,7 +118,12 @@ class PanelDesktopTest final : public test::Suite {
     Other other;
     const QPoint inside = stage.panel().geometry().center() + QPoint(0, 60);
     other.window.raise();
-    QTest::qWait(200);
+    // The window manager handles requests in order: once the marker is shown, the window is raised.
+    QWidget marker;
+    marker.setStyleSheet("background: #ff0000");
+    marker.setGeometry(10, 10, 60, 60);
+    marker.show();
+    QTRY_COMPARE(pixelAt(marker.geometry().center()), QColor(255, 0, 0));
     QVERIFY(isPanelAt(inside));
     stage.settings.setKeepOnTop(false);
     other.window.raise();
@@ -111,7 +137,9 @@ class PanelDesktopTest final : public test::Suite {
     Other other;
     const test::PanelStage stage({}, desktop_.get());
     showAndPark(stage);
-    QTest::qWait(200);
+    QTRY_VERIFY(property(stage.panel(), "_NET_WM_STATE").contains("_NET_WM_STATE_ABOVE"));
+    QCOMPARE(activeWindow(), other.window.winId());
+    settle();
     QVERIFY(other.window.isActiveWindow());
     QVERIFY(!stage.panel().isActiveWindow());
     const QPoint inside = stage.panel().geometry().center();
@@ -152,18 +180,18 @@ class PanelDesktopTest final : public test::Suite {
     // A busy machine shows few pictures of each movement.
     while (samples <= 10 && !QTest::currentTestFailed()) {
       VirtualDisplay::movePointer(x, frame.center().y());
-      while (stage.panel().height() < frame.height() + 44) {
-        QTest::qWait(1);
+      QVERIFY(QTest::qWaitFor([&] {
         watch();
-      }
+        return stage.panel().height() == frame.height() + 44;
+      }));
       QCOMPARE(stage.panel().geometry().bottom(), frame.bottom());
       VirtualDisplay::movePointer(3, 3);
       QTRY_VERIFY(!stage.view->chrome().hovering());
       stage.clock.advance(1500ms);
-      while (stage.panel().height() > frame.height()) {
-        QTest::qWait(1);
+      QVERIFY(QTest::qWaitFor([&] {
         watch();
-      }
+        return stage.panel().height() == frame.height();
+      }));
       QCOMPARE(stage.panel().geometry(), frame);
     }
   }
@@ -175,11 +203,17 @@ class PanelDesktopTest final : public test::Suite {
     const QRect frame = stage.panel().geometry();
     const QPoint handle(frame.center().x() - 20, frame.top() + 22);
     QTRY_VERIFY(isPanelAt(handle));
-    drag(handle, QPoint(-80, -60));
-    QTRY_COMPARE(stage.panel().geometry(), frame.translated(-80, -60));
-    const QRect moved = stage.panel().geometry();
-    drag(moved.center() + QPoint(0, 40), QPoint(50, 30));
-    QTest::qWait(100);
+    const QRect moved = frame.translated(-80, -60);
+    drag(stage, handle, QPoint(-80, -60), moved);
+    const QPoint inText = moved.center() + QPoint(0, 40);
+    const SelectableTranscriptTextView& text = stage.view->transcript().textView();
+    VirtualDisplay::movePointer(inText.x(), inText.y());
+    VirtualDisplay::pressButton();
+    QTRY_VERIFY(text.isSelectingText());
+    VirtualDisplay::movePointer(inText.x() + 50, inText.y() + 30);
+    VirtualDisplay::releaseButton();
+    QTRY_VERIFY(!text.isSelectingText());
+    QTRY_VERIFY(VirtualDisplay::isPointerFree());
     QCOMPARE(stage.panel().geometry(), moved);
   }
 
@@ -189,14 +223,15 @@ class PanelDesktopTest final : public test::Suite {
     showAndPark(stage);
     const QRect frame = stage.panel().geometry();
     const QScrollBar* bar = stage.view->transcript().textView().verticalScrollBar();
-    drag(frame.bottomRight() - QPoint(2, 2), QPoint(60, 20));
-    QTRY_COMPARE(stage.panel().width(), frame.width() + 60);
+    // The pointer shows the header, so the top edge moves first.
+    VirtualDisplay::movePointer(frame.center().x(), frame.center().y());
+    QTRY_COMPARE(stage.panel().height(), frame.height() + 44);
+    const QRect shown = stage.panel().geometry();
+    drag(stage, shown.bottomRight() - QPoint(2, 2), QPoint(60, 20), shown.adjusted(0, 0, 60, 20));
     QCOMPARE(bar->value(), bar->maximum());
-    // The pointer has brought the header, so the top is elsewhere.
     const QRect now = stage.panel().geometry();
-    drag(QPoint(now.center().x(), now.top() + 2), QPoint(0, -50));
-    QTRY_COMPARE(stage.panel().height(), now.height() + 50);
-    QCOMPARE(stage.panel().geometry().bottom(), now.bottom());
+    drag(stage, QPoint(now.center().x(), now.top() + 2), QPoint(0, -50),
+         now.adjusted(0, -50, 0, 0));
     QCOMPARE(bar->value(), bar->maximum());
   }
 
@@ -212,8 +247,10 @@ class PanelDesktopTest final : public test::Suite {
     QTRY_VERIFY(text.isSelectingText());
     for (int i = 0; i < 5; ++i) {
       stage.final(QStringLiteral("Another sentence, number %1.").arg(i));
-      VirtualDisplay::movePointer(start.x() + 20 * (i + 1), start.y());
-      QTest::qWait(30);
+      const QPoint here = start + QPoint(20 * (i + 1), 0);
+      VirtualDisplay::movePointer(here.x(), here.y());
+      QTRY_COMPARE(text.cursorForPosition(text.viewport()->mapFromGlobal(here)).position(),
+                   text.textCursor().position());
     }
     QTRY_VERIFY(text.hasSelection());
     QVERIFY(QString("The first sentence").startsWith(text.textCursor().selectedText()));
@@ -233,7 +270,8 @@ class PanelDesktopTest final : public test::Suite {
       stage.panel().setGeometry(200, 300, 600, 260);
       QTRY_COMPARE(stage.panel().geometry(), QRect(200, 300, 600, 260));
       stage.controller->setHeader(true, false);
-      QTest::qWait(100);
+      QTRY_COMPARE(stage.panel().height(), 304);
+      QTRY_COMPARE(frameOnScreen(stage.panel()).height(), 304);
       stage.clock.advance(1s);
       QCOMPARE(stage.panel().height(), 304);
       frame = QRect(200, 300, 600, 260);
