@@ -5,7 +5,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[3]
 CATALOGUE = ROOT / "data" / "models" / "recognition.json"
-FILES = ROOT / "tests" / "platform" / "speech" / "linux" / "data"
+FILES = ROOT / "tests" / "platform" / "speech" / "data"
 LOCALE = "en_US"
 TINY = {"encoder": "zipformer2-encoder.int8.onnx", "decoder": "decoder.int8.onnx",
         "joiner": "joiner.int8.onnx", "tokens": "tokens-blank0.txt"}

@@ -44,8 +44,9 @@ TerminationSignals::TerminationSignals() : notifier_(openDescriptor(), QSocketNo
 }
 
 TerminationSignals::~TerminationSignals() {
-  handle(SIGTERM, SIG_DFL);
-  handle(SIGINT, SIG_DFL);
+  // The program is ending already; another signal must not interrupt its cleanup.
+  handle(SIGTERM, SIG_IGN);
+  handle(SIGINT, SIG_IGN);
   ::close(signalDescriptor.exchange(-1));
 }
 

@@ -12,6 +12,7 @@ class TerminationSignals final : public QObject {
 
  public:
   TerminationSignals();
+  /// From then on both signals are ignored.
   ~TerminationSignals() override;
 
  Q_SIGNALS:
