@@ -45,6 +45,8 @@ QCoro::Task<> SpeechRecognitionEngine::start(QString localeID, bool useMic, std:
   const Run run(QUuid::createUuid(), localeID,
                 useMic ? AudioInput::microphone : AudioInput::computer);
   engineToken_ = run.token;
+  isStarting_ = true;
+  startFailure_.reset();
   std::exception_ptr error;
   try {
     QCoro::Task<> settingUp = setUp(run, stop);
@@ -52,9 +54,14 @@ QCoro::Task<> SpeechRecognitionEngine::start(QString localeID, bool useMic, std:
   } catch (...) {
     error = std::current_exception();
   }
+  const bool isCurrent = self && engineToken_ == run.token;
+  if (isCurrent) {
+    isStarting_ = false;
+    if (startFailure_) error = std::make_exception_ptr(Failure(*startFailure_));
+  }
   if (!error) co_return;
   // If the run was replaced meanwhile, `stop` has already cleaned it up.
-  if (self && engineToken_ == run.token) {
+  if (isCurrent) {
     QCoro::Task<> cleaningUp = this->stop();
     co_await cleaningUp;
   }
@@ -196,6 +203,7 @@ void SpeechRecognitionEngine::forgetRun() {
   recognition_.reset();
   input_.reset();
   engineToken_ = QUuid::createUuid();
+  isStarting_ = false;
   volatileText_.clear();
   isInterrupted_ = false;
   isFallingBehind_ = false;
@@ -220,8 +228,13 @@ void SpeechRecognitionEngine::updateStatus() {
   Q_EMIT eventOccurred(StatusEvent{status});
 }
 
-/// The message replaces any status.
+/// The message replaces any status. During a start, it becomes the failure of the start.
 void SpeechRecognitionEngine::fail(const QString& message) {
+  if (isStarting_) {
+    startFailure_ = message;
+    if (audio_) audio_->stop();
+    return;
+  }
   isInterrupted_ = false;
   isFallingBehind_ = false;
   shownStatus_.reset();

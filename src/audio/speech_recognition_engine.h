@@ -70,6 +70,9 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   std::unique_ptr<ScheduledCall> silenceCheck_;
   /// Identifies the current run; work for another one is stale.
   QUuid engineToken_;
+  bool isStarting_ = false;
+  /// Why recognition or the audio source failed during the start.
+  std::optional<QString> startFailure_;
   /// The last draft.
   QString volatileText_;
   bool isInterrupted_ = false;

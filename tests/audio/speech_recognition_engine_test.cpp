@@ -5,6 +5,7 @@
 #include "platform/foundation/failure.h"
 #include "platform/speech/local_speech_platform.h"
 #include "support/await.h"
+#include "support/failure_of.h"
 #include "support/manual_clock.h"
 #include "support/scripted_audio_platform.h"
 #include "support/scripted_recognizer_backend.h"
@@ -328,6 +329,21 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     f.startWithAudio();
     f.speech.script->end(QString("out of memory"));
     QCOMPARE(f.events, QStringList{"failure 인식 오류: out of memory"});
+    f.stop();
+  }
+
+  /// While captions are being switched, a failure event would not stop them.
+  void recognitionErrorDuringTheStartFailsTheStart() {
+    Fixture f;
+    f.audio.script->isSlow = true;
+    QCoro::Task<> starting = f.engine->start("en_US", false);
+    test::settle();
+    f.speech.script->end(QString("out of memory"));
+    QCOMPARE(test::failureOf(std::move(starting)), QString("Recognition error: out of memory"));
+    QVERIFY(f.events.filter("failure").isEmpty());
+    QVERIFY(!f.audio.source);
+    f.audio.script->isSlow = false;
+    QCOMPARE(f.start(), QString());
     f.stop();
   }
 
