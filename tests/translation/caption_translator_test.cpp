@@ -288,8 +288,8 @@ class CaptionTranslatorTest final : public test::Suite {
     QFETCH(bool, fails);
     QFETCH(bool, stillEnabled);
     Bench bench({"one", "two"});
-    bench.platform.prepareScript = [](TranslationScript& script) {
-      script.cancels = false;
+    bench.platform.prepareScript = [&bench](TranslationScript& script) {
+      script.cancels = bench.platform.scripts.size() > 1;
     };
     const auto script = bench.configure();
     bench.translator->configure(stillEnabled, true, "en_US", "ko");
