@@ -36,8 +36,8 @@ struct Link {
   FileDescriptor to;
 };
 
-/// A socket, because writing to a socket whose reader has ended can be told not to raise SIGPIPE,
-/// and because `shutdown` wakes a thread that polls it.
+/// A socket pair and no pipe: MSG_NOSIGNAL avoids SIGPIPE when the reader has ended, and `shutdown`
+/// wakes a thread that polls it.
 Link makeLink() {
   std::array<int, 2> ends{-1, -1};
   if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) fail(errno);

@@ -47,8 +47,8 @@ class Kill(FaultCase):
             self.program.action("save-session")
 
     def signal_in_a_save(self, file, number):
-        """Every save writes a temporary file; the program is stopped as soon as it appears. If the save
-        is already complete by then, the next one is tried."""
+        """Every save writes a temporary file; the program is stopped as soon as it appears. If
+        the save has completed before the program stops, waits for the next save."""
         process = self.program.process
         part = file.with_name(f".{file.name}.velun-part")
         end = time.monotonic() + PATIENCE
