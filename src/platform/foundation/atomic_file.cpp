@@ -7,9 +7,10 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <filesystem>
+#include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <sys/file.h>
 #include <sys/stat.h>
 
@@ -19,11 +20,35 @@ namespace {
 
 constexpr auto kSuffix = ".velun-part";
 
+/// Longer names of temporary files are shortened. The shortest limit of a file system in common use
+/// is the one of encrypted home folders, 143 bytes.
+constexpr std::size_t kMaxPartNameBytes = 100;
+
+/// Follows symbolic links, also those to files that do not exist yet.
+std::filesystem::path followLinks(const QString& path) {
+  constexpr int kMaxLinks = 40;  // that of Linux
+  std::filesystem::path target(QFile::encodeName(path).toStdString());
+  for (int i = 0; i < kMaxLinks; ++i) {
+    std::error_code error;
+    const std::filesystem::path next = std::filesystem::read_symlink(target, error);
+    if (error) return target;
+    target = target.parent_path() / next;
+  }
+  throw FileError(FileError::Operation::write, ELOOP, path);
+}
+
 /// The hidden name under which a file is prepared. There is one per file, so that the next writer
-/// reuses what a killed writer left.
-QString partName(const QString& path) {
-  const QFileInfo info(path);
-  return info.path() + QStringLiteral("/.") + info.fileName() + QLatin1String(kSuffix);
+/// reuses what a killed writer left. A long name is replaced by its hash, so that the file system
+/// accepts the temporary name whenever it accepts the name.
+std::filesystem::path partPath(const std::filesystem::path& target) {
+  const std::string name = target.filename().string();
+  std::string part = "." + name + kSuffix;
+  if (part.size() > kMaxPartNameBytes) {
+    const QByteArray hash =
+        QCryptographicHash::hash(QByteArray::fromStdString(name), QCryptographicHash::Sha1);
+    part = "." + hash.toHex().toStdString() + kSuffix;
+  }
+  return target.parent_path() / part;
 }
 
 bool isStillNamed(const FileDescriptor& file, const QByteArray& name) {
@@ -73,20 +98,18 @@ bool replaceWhole(FileDescriptor& part, const QByteArray& partName, const QByteA
 }
 
 /// Makes the renaming durable. The file is in place already, so errors are ignored.
-void flushFolder(const QString& path) {
+void flushFolder(const std::filesystem::path& path) {
   const FileDescriptor folder(
-      ::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+      ::open(path.empty() ? "." : path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (folder.isOpen()) ::fsync(folder.number());
 }
 
 }  // namespace
 
 void writeFileAtomically(const QString& path, const QByteArray& bytes, bool flush) {
-  const QFileInfo info(path);
-  const QString followed = info.isSymLink() ? info.canonicalFilePath() : QString();
-  const QString target = followed.isEmpty() ? path : followed;
-  const QByteArray targetName = QFile::encodeName(target);
-  const QByteArray part = QFile::encodeName(partName(target));
+  const std::filesystem::path target = followLinks(path);
+  const QByteArray targetName = QByteArray::fromStdString(target.string());
+  const QByteArray part = QByteArray::fromStdString(partPath(target).string());
 
   FileDescriptor file = openPart(part);
   if (!file.isOpen()) throw FileError(FileError::Operation::write, errno, path);
@@ -95,7 +118,7 @@ void writeFileAtomically(const QString& path, const QByteArray& bytes, bool flus
     ::unlink(part.constData());
     throw FileError(FileError::Operation::write, code, path);
   }
-  if (flush) flushFolder(QFileInfo(target).path());
+  if (flush) flushFolder(target.parent_path());
 }
 
 void removeAbandonedWrites(const QString& folder) {

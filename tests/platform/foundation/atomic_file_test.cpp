@@ -11,7 +11,9 @@
 #include <QDir>
 #include <QFile>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
 
@@ -80,11 +82,104 @@ class AtomicFileTest final : public test::Suite {
     QCOMPARE(folder_->names(), QStringList{"file"});
   }
 
+  void linkToAFileThatDoesNotExistYetStaysALink() {
+    QVERIFY(QDir().mkdir(path("dotfiles")));
+    QVERIFY(QFile::link("dotfiles/target", path("link")));
+    QVERIFY(QFile::link("link", path("link to the link")));
+    writeFileAtomically(path("link to the link"), "a", true);
+    QCOMPARE(folder_->contents("dotfiles/target"), QByteArray("a"));
+    QVERIFY(QFileInfo(path("link")).isSymLink());
+    QVERIFY(QFileInfo(path("link to the link")).isSymLink());
+  }
+
+  void linkIntoAMissingFolderThrows() {
+    // The folder may be on a disk that is not mounted now.
+    QVERIFY(QFile::link("missing/target", path("link")));
+    QCOMPARE(refusalOf([this] { writeFileAtomically(path("link"), "a", true); }), ENOENT);
+    QVERIFY(QFileInfo(path("link")).isSymLink());
+  }
+
+  void linksInACircleThrow() {
+    QVERIFY(QFile::link("one", path("other")));
+    QVERIFY(QFile::link("other", path("one")));
+    QCOMPARE(refusalOf([this] { writeFileAtomically(path("one"), "a", true); }), ELOOP);
+    QVERIFY(QFileInfo(path("one")).isSymLink());
+  }
+
   void temporaryFileThatIsALinkIsNotFollowed() {
     folder_->write("victim", "kept");
     QVERIFY(QFile::link(path("victim"), path(".file.velun-part")));
     QCOMPARE(refusalOf([this] { writeFileAtomically(path("file"), "a", true); }), ELOOP);
     QCOMPARE(readWholeFile(path("victim"), 100), QByteArray("kept"));
+  }
+
+  void namesOfEveryLengthCanBeWritten_data() {
+    QTest::addColumn<QString>("name");
+    // 255 bytes is the longest name of common file systems; 143 that of encrypted home folders.
+    for (const int bytes : {1, 80, 90, 143, 240, 241, 242, 243, 254, 255}) {
+      QTest::addRow("%d Latin letters", bytes) << QString(bytes, u'a');
+    }
+    QTest::newRow("80 Korean syllables") << QString(80, u'한');
+    QTest::newRow("85 Korean syllables") << QString(85, u'한');
+    QTest::newRow("63 emoji") << QStringLiteral("😀").repeated(63) + "abc";
+    QTest::newRow("with an ending") << QString(83, u'한') + ".json";
+  }
+  void namesOfEveryLengthCanBeWritten() {
+    QFETCH(QString, name);
+    // The first write creates the file, the second one replaces it.
+    for (const bool flush : {true, false}) {
+      const QByteArray bytes = flush ? "first" : "second";
+      QCOMPARE(refusalOf([&] { writeFileAtomically(path(name), bytes, flush); }), 0);
+      QCOMPARE(folder_->contents(name), bytes);
+      QCOMPARE(folder_->names(), QStringList{name});
+    }
+  }
+
+  void nameThatIsTooLongThrows() {
+    QCOMPARE(refusalOf([this] { writeFileAtomically(path(QString(256, u'a')), "a", true); }),
+             ENAMETOOLONG);
+    QCOMPARE(folder_->names(), QStringList{});
+  }
+
+  void longNamesWithTheSameBeginningHaveTheirOwnTemporaryFiles() {
+    const QString one = QString(254, u'a') + "1";
+    const QString other = QString(254, u'a') + "2";
+    const auto write = [this](const QString& name, char letter) {
+      for (int i = 0; i < 100; ++i) writeFileAtomically(path(name), QByteArray(9, letter), false);
+    };
+    std::jthread a(write, one, 'a');
+    std::jthread b(write, other, 'b');
+    a.join();
+    b.join();
+    QCOMPARE(folder_->contents(one), QByteArray(9, 'a'));
+    QCOMPARE(folder_->contents(other), QByteArray(9, 'b'));
+  }
+
+  void whatAKilledWriterLeavesIsRemoved_data() {
+    QTest::addColumn<QString>("name");
+    QTest::newRow("short name") << QString("file");
+    QTest::newRow("longest name") << QString(85, u'한');
+  }
+  void whatAKilledWriterLeavesIsRemoved() {
+    QFETCH(QString, name);
+    folder_->write(name, "whole");
+    const pid_t writer = ::fork();
+    if (writer == 0) {
+      // The system kills the writer in the middle of the file.
+      const rlimit none{0, 0};
+      const rlimit small{1000, 1000};
+      ::setrlimit(RLIMIT_CORE, &none);
+      ::setrlimit(RLIMIT_FSIZE, &small);
+      refusalOf([&] { writeFileAtomically(path(name), QByteArray(10'000, 'x'), false); });
+      ::_exit(0);
+    }
+    int status = 0;
+    QCOMPARE(::waitpid(writer, &status, 0), writer);
+    QVERIFY(WIFSIGNALED(status));
+    QCOMPARE(folder_->names().size(), 2);
+    QCOMPARE(folder_->contents(name), QByteArray("whole"));
+    removeAbandonedWrites(folder_->path());
+    QCOMPARE(folder_->names(), QStringList{name});
   }
 
   void concurrentWritersTakeTurns() {
