@@ -2,6 +2,7 @@
 #include "platform/speech/helper/caption_text.h"
 #include "platform/speech/helper/recognizer_message.h"
 #include "platform/speech/helper/recognizer_settings.h"
+#include "platform/speech/helper/result_codec.h"
 #include "require.h"
 
 #include <stdexcept>
@@ -38,6 +39,11 @@ void checkSettings(const QByteArray& json) {
           "settings are sent as they are");
 }
 
+void checkResult(const QByteArray& json) {
+  const TranscriptionResult result = decodedResult(json, true, 0);
+  require(decodedResult(encodedResult(result), true, 0) == result, "results are sent as they are");
+}
+
 void checkText(const QByteArray& utf8) {
   const QString text = QString::fromUtf8(utf8);
   const QString shown = printable(text);
@@ -66,6 +72,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
             "pieces do not matter");
     again += encoded(message.kind, message.body);
     checkSettings(message.body);
+    checkResult(message.body);
     checkText(message.body);
   }
   require(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())).startsWith(again),

@@ -2,13 +2,29 @@
 #pragma once
 
 #include <QString>
+#include <vector>
 
 namespace velun {
+
+/// One word as a recognizer heard it.
+struct RecognizedWord {
+  QString text;
+  /// Seconds of audio since the beginning of the run.
+  double start = 0;
+  double end = 0;
+  /// How sure the recognizer is, 0…1.
+  double confidence = 1;
+
+  bool operator==(const RecognizedWord&) const = default;
+};
 
 /// The text of one phrase: a draft that may change, or final.
 struct TranscriptionResult {
   QString text;
   bool isFinal = false;
+  /// The words as they were heard, before case, punctuation and numbers were written; empty when
+  /// the recognizer does not tell them.
+  std::vector<RecognizedWord> words = {};
 
   bool operator==(const TranscriptionResult&) const = default;
 };

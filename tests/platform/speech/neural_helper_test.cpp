@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/foundation/failure.h"
+#include "platform/speech/helper/result_codec.h"
 #include "platform/speech/neural/neural_backend.h"
 #include "platform/speech/neural_fixture.h"
 #include "platform/speech/neural_runs.h"
@@ -117,8 +118,8 @@ class NeuralHelperTest final : public test::Suite {
     QVERIFY(script.open(QIODevice::WriteOnly));
     using Kind = RecognizerMessage::Kind;
     script.write("#!/bin/sh\nhead -c 5 > /dev/null; printf '" + escaped(encoded(Kind::ready)) +
-                 escaped(encoded(Kind::final, "one")) + escaped(encoded(Kind::draft, "two")) +
-                 "'\n");
+                 escaped(encoded(Kind::final, encodedResult({"one", true}))) +
+                 escaped(encoded(Kind::draft, encodedResult({"two"}))) + "'\n");
     script.close();
     QVERIFY(script.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
     NeuralBackend backend(program, transducer());

@@ -19,8 +19,8 @@ struct RecognizerMessage {
     restore,        ///< words without punctuation, UTF-8; the reply is `restored`
     // From the helper:
     ready = 65,
-    draft,     ///< the phrase so far, UTF-8
-    final,     ///< the finished phrase; empty to discard its draft
+    draft,     ///< the phrase so far (result_codec.h)
+    final,     ///< the finished phrase; without text to discard its draft
     heard,     ///< after the results of one `audio`; one byte, 1 while a phrase is under way
     settled,   ///< after the results of one `finalize`
     restored,  ///< the same words with case and punctuation

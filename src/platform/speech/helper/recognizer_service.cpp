@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/helper/recognizer_service.h"
 
+#include "platform/speech/helper/result_codec.h"
+
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -96,7 +98,7 @@ void RecognizerService::restore(const QString& text) {
 
 void RecognizerService::sendResults() {
   for (const TranscriptionResult& result : recognizer().takeResults()) {
-    send(result.isFinal ? Kind::final : Kind::draft, result.text.toUtf8());
+    send(result.isFinal ? Kind::final : Kind::draft, encodedResult(result));
   }
 }
 

@@ -3,6 +3,7 @@
 
 #include "language/localization.h"
 #include "platform/foundation/failure.h"
+#include "platform/speech/helper/result_codec.h"
 
 #include <algorithm>
 #include <utility>
@@ -15,6 +16,7 @@ namespace {
 
 /// Half a second. Long audio is sent in pieces, so that the helper replies in between.
 constexpr std::size_t kMaxPieceSamples = 8000;
+constexpr double kSampleRate = 16000;
 
 Failure notStarted(const HelperEnded& end) {
   const QString reason = QString::fromUtf8(end.what());
@@ -72,6 +74,7 @@ void NeuralBackend::recover(const HelperEnded& end) {
   takeLastResults();
   if (helper_.isCancelled() || std::exchange(hasRestarted_, true)) throw endedAgain();
   qCWarning(helperLog, "The speech recognizer ended (%s); a new one goes on.", end.what());
+  helperBegin_ = static_cast<double>(sentSamples_) / kSampleRate;
   load();
 }
 
@@ -82,7 +85,10 @@ void NeuralBackend::takeLastResults() {
   } catch (const HelperEnded&) {
     // Every message has been taken.
   }
-  if (!draft_.isEmpty()) results_.push_back({std::exchange(draft_, {}), true});
+  if (!draft_.text.isEmpty()) {
+    draft_.isFinal = true;
+    results_.push_back(std::exchange(draft_, {}));
+  }
   pendingPieces_ = 0;
   isInPhrase_ = false;
 }
@@ -93,6 +99,7 @@ void NeuralBackend::acceptAudio(std::span<const float> samples) {
     const QByteArray body(reinterpret_cast<const char*>(piece.data()),
                           static_cast<qsizetype>(piece.size_bytes()));
     attempt([this, &body] { helper_.process().send(Kind::audio, body); });
+    sentSamples_ += piece.size();
     ++pendingPieces_;
   }
 }
@@ -128,12 +135,12 @@ void NeuralBackend::takeArrived() {
 void NeuralBackend::take(const RecognizerMessage& message) {
   switch (message.kind) {
     case Kind::draft:
-      draft_ = QString::fromUtf8(message.body);
-      results_.push_back({draft_, false});
+      draft_ = decodedResult(message.body, false, helperBegin_);
+      results_.push_back(draft_);
       break;
     case Kind::final:
-      draft_.clear();
-      results_.push_back({QString::fromUtf8(message.body), true});
+      draft_ = {};
+      results_.push_back(decodedResult(message.body, true, helperBegin_));
       break;
     case Kind::heard:
       if (pendingPieces_ > 0) --pendingPieces_;

@@ -36,8 +36,10 @@ class NeuralBackend final : public RecognizerBackend {
 
   ConfiguredHelper helper_;
   std::vector<TranscriptionResult> results_;
-  QString draft_;
-  int pendingPieces_ = 0;  ///< audio messages without a reply
+  TranscriptionResult draft_;  ///< the last one; its text is empty between phrases
+  std::size_t sentSamples_ = 0;
+  double helperBegin_ = 0;  ///< where the present helper’s audio begins, in seconds
+  int pendingPieces_ = 0;   ///< audio messages without a reply
   bool isInPhrase_ = false;
   bool hasRestarted_ = false;
 };
