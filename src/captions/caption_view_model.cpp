@@ -55,19 +55,37 @@ void CaptionViewModel::observeEngine() {
           [this](const SpeechRecognitionEvent& event) {
             std::visit([this](const auto& alternative) { handle(alternative); }, event);
           });
-  connect(&engine_, &EngineController::startFailed, this, &CaptionViewModel::setStatus);
+  connect(&engine_, &EngineController::startFailed, this, &CaptionViewModel::engineFailed);
   connect(&engine_, &EngineController::stopped, this, &CaptionViewModel::engineStopped);
 }
 
 void CaptionViewModel::start() {
   if (!engine_.isStopped()) return;
+  endBeforeStart_ = session().endedAt;
+  lineCountAtStart_ = lines().size();
   setTimes(lines().empty() ? clock_.now() : session().startedAt, std::nullopt);
   engine_.start();
 }
 
+void CaptionViewModel::engineFailed(const std::optional<QString>& description) {
+  if (lines().size() == lineCountAtStart_ && endBeforeStart_) {
+    setTimes(session().startedAt, endBeforeStart_);
+  } else {
+    setEnd();
+  }
+  saver_.saveIfNeeded(SessionStore::Flush::yes);
+  setStatus(description);
+}
+
+void CaptionViewModel::setEnd() {
+  // Quitting long after captions have ended does not move the end.
+  if (lines().empty() || session().endedAt) return;
+  setTimes(session().startedAt, clock_.now());
+}
+
 void CaptionViewModel::engineStopped() {
   setVolatileText(QString());
-  if (!lines().empty()) setTimes(session().startedAt, clock_.now());
+  setEnd();
   saver_.saveIfNeeded(SessionStore::Flush::yes);
 }
 

@@ -113,6 +113,10 @@ class CaptionViewModel final : public QObject {
   void appendLine(const QString& text, const FinalEvent& event);
   void translated(const QUuid& id, const QString& language, const QString& text);
   void engineStopped();
+  /// The engine could not start: captions have ended, or have not begun again.
+  void engineFailed(const std::optional<QString>& description);
+  /// Sets the end of a session that has lines and no end.
+  void setEnd();
 
   void setTimes(Instant startedAt, const std::optional<Instant>& endedAt);
   void setVolatileText(const QString& text);
@@ -122,6 +126,9 @@ class CaptionViewModel final : public QObject {
   AppSettings& settings_;
   Clock& clock_;
   CurrentSession current_;
+  /// The session's end and number of lines when captions were last turned on.
+  std::optional<Instant> endBeforeStart_;
+  std::size_t lineCountAtStart_ = 0;
   QString volatileText_;
   std::optional<QString> status_;
   std::optional<QString> translationStatus_;

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <QDateTime>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
@@ -26,15 +27,39 @@ QString dataHome() {
   return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
 }
 
-/// The file of a session in the folder: its start in local time and its id, such as
+/// The end of the name of a session's file, such as "_<id>.json".
+QString nameEnd(const CaptionSession& session) {
+  char id[kIdLength];
+  writeId(id, session.id);
+  return QLatin1Char('_') + QLatin1String(id, kIdLength) + QStringLiteral(".json");
+}
+
+/// The name of a new session's file: its start in local time and its id, such as
 /// "2025-03-01_09-05-07_<id>.json".
 QString fileName(const CaptionSession& session) {
   const auto started = std::chrono::floor<std::chrono::seconds>(session.startedAt);
   const QDateTime local = QDateTime::fromSecsSinceEpoch(started.time_since_epoch().count());
-  char id[kIdLength];
-  writeId(id, session.id);
-  return local.toString(QStringLiteral("yyyy-MM-dd_HH-mm-ss")) + QLatin1Char('_') +
-         QLatin1String(id, kIdLength) + QStringLiteral(".json");
+  return local.toString(QStringLiteral("yyyy-MM-dd_HH-mm-ss")) + nameEnd(session);
+}
+
+/// The name under which the session was saved when the time zone was another one; empty if there
+/// is no such file.
+QString nameInAnotherTimeZone(const QString& folder, const CaptionSession& session) {
+  const qsizetype length = fileName(session).size();
+  const QStringList newestFirst = QDir(folder).entryList(
+      {QLatin1Char('*') + nameEnd(session)}, QDir::Files | QDir::CaseSensitive, QDir::Time);
+  for (const QString& name : newestFirst) {
+    if (name.size() == length) return name;  // a longer one was named by the user
+  }
+  return {};
+}
+
+/// The session's file. A session keeps the file it has when the time zone changes.
+QString pathOf(const QString& folder, const CaptionSession& session) {
+  const QString path = folder + QLatin1Char('/') + fileName(session);
+  if (QFileInfo::exists(path)) return path;
+  const QString earlier = nameInAnotherTimeZone(folder, session);
+  return earlier.isEmpty() ? path : folder + QLatin1Char('/') + earlier;
 }
 
 }  // namespace
@@ -61,7 +86,7 @@ QUrl SessionStore::save(const CaptionSession& session, Flush flush, SessionEncod
   try {
     const QString folder = directory.toLocalFile();
     makePrivateFolder(folder);
-    const QString path = folder + QLatin1Char('/') + fileName(session);
+    const QString path = pathOf(folder, session);
     // Only for a new session: removes unfinished files that killed programs left behind.
     if (!QFileInfo::exists(path)) removeAbandonedWrites(folder);
     writeFileAtomically(path, encoder ? encoder->encode(session) : encodeSession(session),
@@ -115,7 +140,13 @@ SessionStore::Listing SessionStore::list(const QString& legacyTitle) const {
 }
 
 bool isListedBefore(const SavedSession& left, const SavedSession& right) {
-  return left.session.startedAt > right.session.startedAt;
+  if (left.session.startedAt != right.session.startedAt) {
+    return left.session.startedAt > right.session.startedAt;
+  }
+  const QString leftName = left.url.fileName();
+  const QString rightName = right.url.fileName();
+  if (leftName != rightName) return leftName < rightName;
+  return left.url.path() < right.url.path();
 }
 
 }  // namespace velun

@@ -24,7 +24,7 @@ struct SessionStore {
 
   /// The result of a listing.
   struct Listing {
-    /// Newest first; equal start times keep the folder's order.
+    /// In the order of `isListedBefore`.
     std::vector<SavedSession> sessions;
     int unreadableCount = 0;
   };
@@ -38,8 +38,9 @@ struct SessionStore {
   /// Moves the data folder of an earlier version into place, once; only for the user's own store.
   void migratePreviousFolder() const;
 
-  /// Writes the session atomically and returns its file. With an `encoder` that has the bytes of
-  /// the unchanged lines it is faster; the file is the same.
+  /// Writes the session atomically and returns its file. The file is named after the start in local
+  /// time and the id; a session that has a file keeps it when the time zone changes. With an
+  /// `encoder` that has the bytes of the unchanged lines it is faster; the file is the same.
   QUrl save(const CaptionSession& session, Flush flush = Flush::yes,
             SessionEncoder* encoder = nullptr) const;
 
@@ -54,7 +55,8 @@ struct SessionStore {
   Listing list(const QString& legacyTitle) const;
 };
 
-/// Whether `left` comes before `right` in a listing: newest first.
+/// Whether `left` comes before `right` in a listing: newest first, equal starts by file name, then
+/// by folder. A total order, so that reading a file again never moves it.
 bool isListedBefore(const SavedSession& left, const SavedSession& right);
 
 }  // namespace velun

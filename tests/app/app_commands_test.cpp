@@ -226,6 +226,19 @@ class AppCommandsTest final : public Suite {
     QVERIFY(!save.isEnabled());
   }
 
+  void saysWhyACopyCouldNotBeSaved() {
+    AppStage stage;
+    writeSession(stage, "Saved earlier.");
+    openHistory(stage);
+    stage.chosenFile = QUrl::fromLocalFile(stage.folder.filePath("nowhere/copy.json"));
+    stage.perform(AppCommand::saveDocument);
+    QCOMPARE(stage.question.asked.size(), std::size_t(1));
+    QCOMPARE(stage.question.asked[0].message, QString("Couldn’t Complete the Action"));
+    QCOMPARE(stage.question.asked[0].informativeText,
+             QString("“copy.json” couldn’t be written: No such file or directory."));
+    QVERIFY(!QFileInfo::exists(stage.chosenFile->toLocalFile()));
+  }
+
   void opensTheChosenFile() {
     AppStage stage;
     stage.chosenFile = writeSession(stage, "From elsewhere.");

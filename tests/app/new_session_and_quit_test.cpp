@@ -269,6 +269,41 @@ class NewSessionAndQuitTest final : public Suite {
     QVERIFY(listing.sessions[0].session.endedAt);
   }
 
+  void quittingLaterKeepsTheEndOfAStoppedSession() {
+    AppStage stage([](AppSettings& settings) { settings.setAutoSaveSessions(true); });
+    stage.startWithLine();
+    stage.perform(AppCommand::toggleCaptions);
+    const std::optional<Instant> end = stage.model->session().endedAt;
+    QVERIFY(end);
+    stage.clock.advance(3h);
+    stage.requestQuit();
+    QCOMPARE(stage.replies, std::vector({true}));
+    QCOMPARE(stage.model->session().endedAt, end);
+    QCOMPARE(stage.store.savedSessions().sessions.at(0).session.endedAt,
+             std::optional(std::chrono::floor<std::chrono::seconds>(*end)));
+  }
+
+  void aNewSessionKeepsTheEndOfAStoppedOne() {
+    AppStage stage;
+    stage.startWithLine();
+    stage.perform(AppCommand::toggleCaptions);
+    const std::optional<Instant> end = stage.model->session().endedAt;
+    stage.clock.advance(3h);
+    stage.question.answers = {saveSession};
+    stage.perform(AppCommand::newSession);
+    QCOMPARE(stage.store.savedSessions().sessions.at(0).session.endedAt,
+             std::optional(std::chrono::floor<std::chrono::seconds>(*end)));
+  }
+
+  void aCancelledQuitThatResumesCaptionsClearsTheEnd() {
+    AppStage stage;
+    stage.startWithLine();
+    stage.question.answers = {cancelDiscarding};
+    stage.requestQuit();
+    QVERIFY(stage.model->isRunning());
+    QVERIFY(!stage.model->session().endedAt);
+  }
+
   void settingsCanDiscardUnsavedLinesWithoutAQuestion() {
     AppStage stage([](AppSettings& settings) { settings.setAskBeforeDiscarding(false); });
     stage.startWithLine();

@@ -140,6 +140,47 @@ class CaptionLifecycleTest final : public test::Suite {
     QCOMPARE(fixture.model->volatileText(), QString());
   }
 
+  void shuttingDownLaterKeepsTheEnd() {
+    ModelFixture fixture;
+    fixture.start();
+    fixture.final("One.");
+    fixture.stop();
+    const std::optional<Instant> end = fixture.model->session().endedAt;
+    fixture.clock.advance(1h);
+    fixture.shutdown();
+    QVERIFY(end);
+    QCOMPARE(fixture.model->session().endedAt, end);
+  }
+
+  void aFailedStartKeepsTheEnd() {
+    ModelFixture fixture;
+    fixture.start();
+    fixture.final("One.");
+    fixture.stop();
+    const std::optional<Instant> end = fixture.model->session().endedAt;
+    fixture.clock.advance(1h);
+    fixture.engine->startFailure = "No microphone.";
+    fixture.start();
+    QVERIFY(!fixture.model->isRunning());
+    QCOMPARE(fixture.model->session().endedAt, end);
+  }
+
+  void aFailedSwitchEndsTheSession() {
+    ModelFixture fixture;
+    fixture.start();
+    fixture.final("One.");
+    fixture.clock.advance(1min);
+    fixture.engine->startFailure = "No microphone.";
+    fixture.settings.setUseMic(true);
+    settle();
+    QVERIFY(!fixture.model->isRunning());
+    const std::optional<Instant> end(fixture.clock.now());
+    QCOMPARE(fixture.model->session().endedAt, end);
+    fixture.clock.advance(1h);
+    fixture.shutdown();
+    QCOMPARE(fixture.model->session().endedAt, end);
+  }
+
   void stoppingWithoutLinesSetsNoEnd() {
     ModelFixture fixture;
     fixture.start();

@@ -4,6 +4,7 @@
 #include "language/localization.h"
 #include "model/session_file/session_file.h"
 #include "model/session_store.h"
+#include "platform/foundation/file_access.h"
 #include "support/session_samples.h"
 #include "support/suite.h"
 #include "support/time_zone.h"
@@ -184,6 +185,19 @@ class LegacyMarkdownTest final : public test::Suite {
     QVERIFY(file.setFileTime(QDateTime::fromSecsSinceEpoch(0), QFileDevice::FileModificationTime));
     const Instant startedAt = readLegacyMarkdown(url).startedAt;
     QVERIFY(startedAt >= before && startedAt <= after);
+  }
+
+  void startIsNowWithoutAnyDate_data() {
+    QTest::addColumn<QString>("file");
+    QTest::newRow("file system without creation times") << "/proc/version";
+    QTest::newRow("file that disappeared") << "/nowhere/talk.md";
+  }
+  void startIsNowWithoutAnyDate() {
+    QFETCH(QString, file);
+    QVERIFY(!creationTime(file));
+    const Instant before = currentInstant();
+    const Instant startedAt = legacyStart(file);
+    QVERIFY(startedAt >= before && startedAt <= currentInstant());
   }
 
   void startIsLocalTimeInWinterAndSummer() {

@@ -20,9 +20,9 @@ class SessionStoreTest final : public test::Suite {
   Q_OBJECT
 
  private Q_SLOTS:
-  void initTestCase() { test::setTimeZone("Asia/Seoul"); }
   void init() {
     Suite::init();
+    test::setTimeZone("Asia/Seoul");
     folder_ = std::make_unique<test::TestFolder>();
   }
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
@@ -51,6 +51,31 @@ class SessionStoreTest final : public test::Suite {
     QCOMPARE(store().save(session, SessionStore::Flush::no), first);
     QCOMPARE(folder_->names(), QStringList{first.fileName()});
     QCOMPARE(store().read(first).lines.size(), 3u);
+  }
+
+  void aSessionKeepsItsFileWhenTheTimeZoneChanges() {
+    CaptionSession session = test::sampleSession();
+    const QUrl first = store().save(session);
+    test::setTimeZone("America/New_York");
+    session.lines.push_back(Line());
+    QCOMPARE(store().save(session), first);
+    CaptionSession other = test::sampleSession();
+    other.id = QUuid::createUuid();
+    const QUrl second = store().save(other);
+    test::setTimeZone("Asia/Seoul");
+    QVERIFY(second.fileName().startsWith("2025-03-01_04-04-58_"));
+    QCOMPARE(store().save(session), first);
+    QCOMPARE(store().save(other), second);
+    QCOMPARE(folder_->names().size(), 2);
+    QCOMPARE(store().read(first).lines.size(), 3u);
+  }
+
+  void aCopyThatTheUserNamedIsNotTheSessionsFile() {
+    const CaptionSession session = test::sampleSession();
+    const QUrl first = store().save(session);
+    QVERIFY(QFile::rename(first.toLocalFile(), path("Talk of " + first.fileName())));
+    QCOMPARE(store().save(session), first);
+    QCOMPARE(folder_->names().size(), 2);
   }
 
   void sessionsOfTheSameSecondHaveDifferentFiles() {

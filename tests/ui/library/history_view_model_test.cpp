@@ -138,6 +138,21 @@ class HistoryViewModelTest final : public test::Suite {
     QCOMPARE(titles().size(), 3);
   }
 
+  void openingAFileAgainKeepsTheOrderOfEqualStarts() {
+    const QUrl first = write("Sessions/a.json", 1);
+    write("Sessions/b.json", 1);
+    reload();
+    const QStringList before = titles();
+    QCOMPARE(before, QStringList({"Sessions/a.json", "Sessions/b.json"}));
+    library_->open(first);
+    QCOMPARE(titles(), before);
+    library_->open(write("elsewhere/aa.json", 1));
+    const QStringList withOther = titles();
+    QCOMPARE(withOther, QStringList({"Sessions/a.json", "elsewhere/aa.json", "Sessions/b.json"}));
+    reload();
+    QCOMPARE(titles(), withOther);
+  }
+
   void openingAListedFileDoesNotDuplicateIt() {
     const QUrl listed = write("Sessions/listed.json", 1);
     QVERIFY(QFile::link(listed.toLocalFile(), path("link.json")));
