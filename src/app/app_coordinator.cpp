@@ -145,6 +145,8 @@ void AppCoordinator::showSettings() {
         model_, [this] { perform(AppCommand::openSessionsFolder); }, services_.notes);
     installMainMenu(&settingsWindow_->window());
   }
+  // Its notes depend on them.
+  services_.desktop.refreshCapabilities();
   settingsWindow_->show();
 }
 

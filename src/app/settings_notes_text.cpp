@@ -23,6 +23,26 @@ QString speechDownloadText(const ModelStore& models) {
   return isFetching ? L("Downloading speech model…", "음성 모델 다운로드 중…") : QString();
 }
 
+QString hidingWhileCasting() {
+  return L(
+      "This desktop cannot exclude a single window, so the caption window also disappears from "
+      "your own screen while the screen is shared or recorded through PipeWire. Screenshots and "
+      "programs that record in another way show it.",
+      "이 데스크톱은 창 하나만 뺄 수 없으므로, PipeWire로 화면을 공유하거나 녹화하는 동안에는 내 "
+      "화면에서도 자막 창이 사라집니다. 스크린샷과 다른 방식으로 녹화하는 프로그램에는 자막 창이 "
+      "보입니다.");
+}
+
+QString hidingOnX11() {
+  return L(
+      "Other people may see the caption window: in an X11 session every program can read the "
+      "screen. It disappears, also from your own screen, only while the screen is shared through "
+      "PipeWire. Close it while you share your screen, or use a Wayland session.",
+      "다른 사람에게 자막 창이 보일 수 있습니다. X11 세션에서는 모든 프로그램이 화면을 읽을 수 "
+      "있습니다. PipeWire로 화면을 공유할 때만 내 화면과 함께 사라집니다. 화면을 공유하는 동안에는 "
+      "자막 창을 닫거나 Wayland 세션을 사용하세요.");
+}
+
 }  // namespace
 
 SettingsNotesText::SettingsNotesText(const DesktopPlatform& desktop,
@@ -34,22 +54,27 @@ SettingsNotesText::SettingsNotesText(const DesktopPlatform& desktop,
   connect(&models, &ModelStore::busyChanged, this, &SettingsNotes::changed);
 }
 
+bool SettingsNotesText::hidesFromOthers() const {
+  const DesktopCapabilities& can = desktop_.capabilities();
+  return can.captureHiding != CaptureHiding::none && !can.readsWithoutCast;
+}
+
 QString SettingsNotesText::captureHiding() const {
-  switch (desktop_.capabilities().captureHiding) {
+  const DesktopCapabilities& can = desktop_.capabilities();
+  switch (can.captureHiding) {
     case CaptureHiding::compositor:
       return L("This desktop excludes the caption window from screen sharing and recording.",
                "이 데스크톱은 공유·녹화되는 화면에서 자막 창을 제외합니다.");
     case CaptureHiding::whileCasting:
-      return L(
-          "This desktop cannot exclude a single window, so the caption window also disappears from "
-          "your own screen while the screen is shared or recorded.",
-          "이 데스크톱은 창 하나만 뺄 수 없으므로, 화면을 공유하거나 녹화하는 동안에는 내 "
-          "화면에서도 자막 창이 사라집니다.");
+      return can.readsWithoutCast ? hidingOnX11() : hidingWhileCasting();
     case CaptureHiding::none:
       break;
   }
-  return L("This desktop offers no way to hide a window from screen sharing and recording.",
-           "이 데스크톱에서는 화면 공유·녹화에서 창을 숨길 수 없습니다.");
+  return L(
+      "This desktop offers no way to hide a window from screen sharing and recording. Close the "
+      "caption window while you share your screen.",
+      "이 데스크톱에서는 화면 공유·녹화에서 창을 숨길 수 없습니다. 화면을 공유하는 동안에는 자막 "
+      "창을 닫으세요.");
 }
 
 QString SettingsNotesText::download() const {

@@ -18,6 +18,7 @@ class SettingsNotesText final : public SettingsNotes {
   SettingsNotesText(const DesktopPlatform& desktop, const TranslationPlatform& translation,
                     const ModelStore& models);
 
+  bool hidesFromOthers() const override;
   QString captureHiding() const override;
   QString download() const override;
 

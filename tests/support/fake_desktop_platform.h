@@ -11,6 +11,7 @@ namespace velun::test {
 class FakeDesktopPlatform final : public DesktopPlatform {
  public:
   const DesktopCapabilities& capabilities() const override { return can; }
+  void refreshCapabilities() override { ++refreshes; }
   void prepareToShow(QWindow&, bool keepOnTop) override {
     calls << (keepOnTop ? "prepare floating" : "prepare normal");
   }
@@ -53,6 +54,7 @@ class FakeDesktopPlatform final : public DesktopPlatform {
   QStringList calls;
   QRegion blur;
   QRegion shape;
+  int refreshes = 0;
   bool changesLevelWhileShown = true;
   bool isPointerOverWindow = false;
   bool isWatching = false;

@@ -28,6 +28,9 @@ struct DesktopCapabilities {
   /// The window manager can move and resize windows of the panel's type.
   bool movesByItself = false;
   CaptureHiding captureHiding = CaptureHiding::none;
+  /// Programs can read the screen without a screen cast, which `captureHiding` does not prevent: on
+  /// X11 every program can.
+  bool readsWithoutCast = false;
 
   bool operator==(const DesktopCapabilities&) const = default;
 };

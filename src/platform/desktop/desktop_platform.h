@@ -19,6 +19,9 @@ class DesktopPlatform : public QObject {
  public:
   virtual const DesktopCapabilities& capabilities() const = 0;
 
+  /// Checks again what can change without a notification: whether casts can be watched.
+  virtual void refreshCapabilities() = 0;
+
   /// Sets a window's level, puts it on every virtual desktop and keeps it out of task lists. Call
   /// it before each show, once the native window exists.
   virtual void prepareToShow(QWindow& window, bool keepOnTop) = 0;

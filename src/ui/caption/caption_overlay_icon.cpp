@@ -22,6 +22,11 @@ CaptionOverlayIcon::CaptionOverlayIcon(const QString& systemName, QWidget* paren
   setAccessibleRole(*this, QAccessible::Graphic);
 }
 
+void CaptionOverlayIcon::setSymbol(const QString& systemName) {
+  systemName_ = systemName;
+  update();
+}
+
 void CaptionOverlayIcon::setLabel(const QString& label) {
   setToolTip(label);
   setAccessibleName(label);

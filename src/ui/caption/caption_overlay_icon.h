@@ -14,6 +14,8 @@ class CaptionOverlayIcon final : public QWidget {
 
   explicit CaptionOverlayIcon(const QString& systemName, QWidget* parent = nullptr);
 
+  void setSymbol(const QString& systemName);
+  const QString& symbol() const { return systemName_; }
   /// Sets the tool tip and the accessible name.
   void setLabel(const QString& label);
 

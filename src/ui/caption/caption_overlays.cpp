@@ -38,8 +38,33 @@ void CaptionOverlays::present() {
   keptOnTop_->setVisible(model_.settings().keepOnTop());
   keptOnTop_->setLabel(L("Kept above other windows", "다른 창 위에 표시 중"));
   hiddenFromSharing_->setVisible(model_.settings().hideFromScreenSharing());
-  hiddenFromSharing_->setLabel(L("Hidden from screen sharing", "화면 공유에서 숨김"));
+  presentHiding();
   copyButton_->setEnabled(!model_.lines().empty() || !model_.volatileText().isEmpty());
+}
+
+void CaptionOverlays::presentHiding() {
+  const auto show = [this](const QString& symbol, const QString& label) {
+    hiddenFromSharing_->setSymbol(symbol);
+    hiddenFromSharing_->setLabel(label);
+  };
+  const auto hidden = QStringLiteral("eye.slash");
+  const auto visible = QStringLiteral("eye");
+  switch (capabilities_.captureHiding) {
+    case CaptureHiding::compositor:
+      return show(hidden, L("Hidden from screen sharing", "화면 공유에서 숨김"));
+    case CaptureHiding::whileCasting:
+      return capabilities_.readsWithoutCast
+                 ? show(visible, L("May be visible in screen sharing", "화면 공유에 보일 수 있음"))
+                 : show(hidden,
+                        L("Hidden while the screen is shared", "화면을 공유하는 동안 숨김"));
+    case CaptureHiding::none:
+      return show(visible, L("Visible in screen sharing", "화면 공유에 보임"));
+  }
+}
+
+void CaptionOverlays::setCapabilities(const DesktopCapabilities& capabilities) {
+  capabilities_ = capabilities;
+  presentHiding();
 }
 
 void CaptionOverlays::setColors(const CaptionColors& colors) {

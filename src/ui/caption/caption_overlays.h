@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/desktop/desktop_capabilities.h"
 #include "ui/caption/caption_colors.h"
 
 #include <QWidget>
@@ -22,6 +23,8 @@ class CaptionOverlays final : public QWidget {
   CaptionOverlays(CaptionViewModel& model, Clock& clock, QWidget* parent);
 
   void setColors(const CaptionColors& colors);
+  /// What the desktop supports now, which the icons' texts must not exceed.
+  void setCapabilities(const DesktopCapabilities& capabilities);
 
   CopyTranscriptButton& copyButton() const { return *copyButton_; }
   CaptionOverlayIcon& keptOnTop() const { return *keptOnTop_; }
@@ -32,9 +35,11 @@ class CaptionOverlays final : public QWidget {
 
  private:
   void present();
+  void presentHiding();
 
   CaptionViewModel& model_;
   CaptionColors colors_;
+  DesktopCapabilities capabilities_;
   CaptionOverlayIcon* keptOnTop_;
   CaptionOverlayIcon* hiddenFromSharing_;
   CopyTranscriptButton* copyButton_;

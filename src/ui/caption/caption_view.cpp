@@ -144,9 +144,10 @@ void CaptionView::setHeaderInSight(bool inSight) {
   header_->setVisible(inSight);
 }
 
-void CaptionView::setRoundedMenus(bool rounded) {
-  roundedMenus_ = rounded;
-  header_->setRoundedMenus(rounded);
+void CaptionView::setCapabilities(const DesktopCapabilities& capabilities) {
+  roundedMenus_ = capabilities.compositing;
+  header_->setRoundedMenus(roundedMenus_);
+  overlays_->setCapabilities(capabilities);
 }
 
 std::unique_ptr<QMenu> CaptionView::makeContextMenu() {

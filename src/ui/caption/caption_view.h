@@ -18,6 +18,7 @@ class CaptionOverlays;
 class CaptionStatusLine;
 class CaptionViewModel;
 class Clock;
+struct DesktopCapabilities;
 class JumpButton;
 class TranscriptView;
 class TranslationPlatform;
@@ -42,8 +43,8 @@ class CaptionView final : public QWidget {
   void setHeaderInSight(bool inSight);
 
   void setColors(const CaptionColors& colors);
-  /// Rounded menus require a compositor.
-  void setRoundedMenus(bool rounded);
+  /// What the desktop supports now. Rounded menus require a compositor.
+  void setCapabilities(const DesktopCapabilities& capabilities);
 
   CaptionHeaderView& header() const { return *header_; }
   TranscriptView& transcript() const { return *transcript_; }

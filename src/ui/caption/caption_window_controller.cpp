@@ -128,7 +128,7 @@ void CaptionWindowController::applyPreferences() {
   if (panel_->windowHandle()) {
     services_.desktop.setExcludedFromCapture(*panel_->windowHandle(), hides);
   }
-  view_->setRoundedMenus(can.compositing);
+  view_->setCapabilities(can);
   applyVisibility();
 }
 

@@ -12,7 +12,10 @@ class SettingsNotes : public QObject {
   Q_OBJECT
 
  public:
-  /// How this desktop hides the caption window from screen sharing.
+  /// Whether the caption window is kept off other people's screens; only then may the settings
+  /// promise it.
+  virtual bool hidesFromOthers() const = 0;
+  /// How far this desktop hides the caption window from screen sharing.
   virtual QString captureHiding() const = 0;
   /// The download that is running in the background.
   virtual QString download() const = 0;

@@ -164,8 +164,7 @@ void SettingsView::presentTexts() {
   labelToggle(keepOnTop_, L("Keep caption window on top", "자막 창을 항상 위에 표시"));
   labelToggle(hideFromSharing_, L("Hide caption window from screen sharing and recording",
                                   "화면 공유·녹화에서 자막 창 숨기기"));
-  explain(
-      hideFromSharing_, hideFromSharingNote_,
+  hideFromSharingNote_->setText(
       L("Keeps the caption window off other people’s screens when you share your screen in Zoom, "
         "Teams, and similar apps",
         "Zoom, Teams 등으로 화면을 공유할 때 상대방 화면에 자막 창이 보이지 않게 함"));
@@ -229,7 +228,11 @@ void SettingsView::presentChoices() {
 }
 
 void SettingsView::presentNotes() {
-  setNote(hideFromSharingHere_, notes_ ? notes_->captureHiding() : QString());
+  const QString here = notes_ ? notes_->captureHiding() : QString();
+  const bool isPromised = !notes_ || notes_->hidesFromOthers();
+  hideFromSharingNote_->setVisible(isPromised);
+  setNote(hideFromSharingHere_, here);
+  hideFromSharing_->setAccessibleDescription(isPromised ? hideFromSharingNote_->text() : here);
   setNote(downloadNote_, notes_ ? notes_->download() : QString());
 }
 

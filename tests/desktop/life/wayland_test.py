@@ -66,6 +66,23 @@ class OnXWayland(WaylandTest):
         self.program.action("restore-position")
         self.desktop.wait("the panel to return", lambda: self.place() == (left, top))
 
+    def test_settings_promise_hiding_while_the_screen_is_shared(self):
+        self.program.action("show-settings")
+        self.assertEqual(self.capture_notes(), ["This desktop offers no way"])
+        self.desktop.start_sound()
+        self.program.action("show-settings")
+        self.desktop.wait("the promise", lambda: self.capture_notes() == [
+            "Keeps the caption window off", "This desktop cannot exclude a single window"])
+
+    def capture_notes(self):
+        """The beginnings of the visible notes about screen sharing."""
+        settings = self.application.wait_for(name="Velun Settings")
+        texts = [label.name for label in settings.find_all("label") if label.is_showing]
+        return [known for known in ("Keeps the caption window off", "Other people may see",
+                                    "This desktop cannot exclude a single window",
+                                    "This desktop excludes", "This desktop offers no way")
+                if any(text.startswith(known) for text in texts)]
+
     def test_the_tray_works_as_on_x11(self):
         self.tray.wait_for_icon()
         self.tray.click("Hide Caption Window")

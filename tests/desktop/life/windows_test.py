@@ -41,19 +41,35 @@ class Windows(ProgramCase):
         self.assertIn("버전 0.1.0", [label.name for label in about.find_all("label")])
         self.quit()
 
-    def test_settings_tell_what_this_desktop_can_hide(self):
+    def test_settings_promise_no_hiding_on_x11(self):
+        self.program.write_preferences(hideFromScreenSharing=True)
         self.launch()
         settings = self.open_window("show-settings", SETTINGS)
-        settings.wait_for("label", "This desktop offers no way to hide a window from screen sharing "
-                                   "and recording.")
-        self.quit()
+        self.wait("the note", lambda: self.notes(settings, "This desktop offers no way"))
+        self.assertFalse(self.notes(settings, "Keeps the caption window off"))
+        # PipeWire starts later: the note follows.
         self.desktop.start_sound()
+        self.wait("the other note", lambda: self.notes(
+            settings, "Other people may see the caption window: in an X11 session every program "
+                      "can read the screen."))
+        self.assertFalse(self.notes(settings, "This desktop offers no way"))
+        self.assertFalse(self.notes(settings, "Keeps the caption window off"))
+        self.quit()
+
+    def test_reopened_settings_know_whether_pipewire_runs(self):
         self.launch()
         settings = self.open_window("show-settings", SETTINGS)
-        settings.wait_for("label", "This desktop cannot exclude a single window, so the caption window "
-                                   "also disappears from your own screen while the screen is "
-                                   "shared or recorded.")
+        self.assertTrue(self.notes(settings, "This desktop offers no way"))
+        self.desktop.start_sound()
+        self.program.action("show-settings")
+        self.wait("the other note", lambda: self.notes(settings, "Other people may see"))
         self.quit()
+
+    @staticmethod
+    def notes(window, beginning):
+        """The visible texts that begin so."""
+        return [label.name for label in window.find_all("label")
+                if label.name.startswith(beginning) and label.is_showing]
 
     def test_updates_without_a_list_of_releases(self):
         self.launch()

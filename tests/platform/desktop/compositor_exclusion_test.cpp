@@ -137,6 +137,40 @@ class CompositorExclusionTest final : public test::Suite {
     QTRY_COMPARE(scripting.log, (QStringList{"load " + name(), "start", "unload " + name()}));
   }
 
+  void followsKWinThatStartsLaterAndRestarts() {
+    CompositorExclusion exclusion(bus_->connect());
+    const QSignalSpy spy(&exclusion, &CompositorExclusion::isPossibleChanged);
+    QDBusConnection kwin = bus_->connect();
+    FakeScripting scripting(kwin);
+    QVERIFY(kwin.registerObject("/Scripting", &scripting, QDBusConnection::ExportAllSlots));
+    QVERIFY(kwin.registerService("org.kde.KWin"));
+    QTRY_VERIFY(exclusion.isPossible());
+    exclusion.setExcluded("Velun Captions", true);
+    QTRY_COMPARE(scripting.log.size(), 5);
+    kwin.unregisterService("org.kde.KWin");
+    QTRY_VERIFY(!exclusion.isPossible());
+    scripting.log.clear();
+    QVERIFY(kwin.registerService("org.kde.KWin"));
+    QTRY_VERIFY(exclusion.isPossible());
+    QCOMPARE(scripting.log, (QStringList{"load " + name(), "start"}));
+    QVERIFY(scripting.values().contains("\"Velun Captions\",true"));
+    QCOMPARE(spy.count(), 3);
+    kwin.unregisterService("org.kde.KWin");
+  }
+
+  void isNotPossibleWhenKWinRefusesTheScript() {
+    QDBusConnection kwin = bus_->connect();
+    auto scripting = std::make_unique<FakeScripting>(kwin);
+    QVERIFY(kwin.registerObject("/Scripting", scripting.get(), QDBusConnection::ExportAllSlots));
+    QVERIFY(kwin.registerService("org.kde.KWin"));
+    const auto release = qScopeGuard([&kwin] { kwin.unregisterService("org.kde.KWin"); });
+    CompositorExclusion exclusion(bus_->connect());
+    QTRY_VERIFY(exclusion.isPossible());
+    scripting.reset();
+    exclusion.setExcluded("Velun Captions", true);
+    QTRY_VERIFY(!exclusion.isPossible());
+  }
+
   void isNotPossibleWithAnOlderKWin() {
     QDBusConnection own = bus_->connect();
     QDBusConnection kwin = bus_->connect();

@@ -5,7 +5,6 @@
 #include "support/suite.h"
 #include "ui/caption/caption_header_view.h"
 #include "ui/caption/caption_menu.h"
-#include "ui/caption/caption_overlay_icon.h"
 #include "ui/caption/caption_overlays.h"
 #include "ui/caption/caption_status_line.h"
 #include "ui/caption/copy_transcript_button.h"
@@ -426,19 +425,6 @@ class CaptionViewTest final : public test::Suite {
     stage.clock.advance(1ms);
     QVERIFY(!button.copied());
     QCOMPARE(button.accessibleName(), QString("전체 복사"));
-  }
-
-  void overlaysShowTheWindowState() {
-    PanelStage stage;
-    const CaptionOverlays& overlays = stage.view->overlays();
-    QVERIFY(!overlays.isVisibleTo(stage.view));
-    QVERIFY(overlays.keptOnTop().isVisibleTo(&overlays));
-    QVERIFY(!overlays.hiddenFromSharing().isVisibleTo(&overlays));
-    stage.settings.setKeepOnTop(false);
-    stage.settings.setHideFromScreenSharing(true);
-    QVERIFY(!overlays.keptOnTop().isVisibleTo(&overlays));
-    QVERIFY(overlays.hiddenFromSharing().isVisibleTo(&overlays));
-    QCOMPARE(overlays.keptOnTop().size(), QSize(22, 22));
   }
 };
 

@@ -23,9 +23,11 @@ using namespace velun;
 namespace {
 
 struct ScriptedNotes final : SettingsNotes {
+  bool hidesFromOthers() const override { return hides; }
   QString captureHiding() const override { return hiding; }
   QString download() const override { return downloading; }
 
+  bool hides = true;
   QString hiding;
   QString downloading;
 };
@@ -98,6 +100,7 @@ class SettingsViewTest final : public test::Suite {
     Suite::init();
     preferences_ = std::make_unique<test::MemoryPreferences>();
     folderOpenings_ = 0;
+    notes_.hides = true;
     notes_.hiding.clear();
     notes_.downloading.clear();
     open();
@@ -239,6 +242,25 @@ class SettingsViewTest final : public test::Suite {
     notes_.downloading.clear();
     Q_EMIT notes_.changed();
     QVERIFY(!shows("Downloading…"));
+  }
+
+  void hidingIsPromisedOnlyWhereSomethingHides() {
+    const QString promise =
+        "Keeps the caption window off other people’s screens when you share your screen in Zoom, "
+        "Teams, and similar apps";
+    const auto* toggle = named<QCheckBox>("Hide caption window from screen sharing and recording");
+    notes_.hiding = "Nothing hides the window here.";
+    Q_EMIT notes_.changed();
+    QVERIFY(shows(promise));
+    QCOMPARE(toggle->accessibleDescription(), promise);
+    notes_.hides = false;
+    Q_EMIT notes_.changed();
+    QVERIFY(!shows(promise));
+    QVERIFY(shows(notes_.hiding));
+    QCOMPARE(toggle->accessibleDescription(), notes_.hiding);
+    settings_->setLanguage(AppLanguage::korean);
+    QVERIFY(!shows("Zoom, Teams 등으로 화면을 공유할 때 상대방 화면에 자막 창이 보이지 않게 함"));
+    QCOMPARE(toggle->accessibleDescription(), notes_.hiding);
   }
 
   void folderButtonOpensTheFolder() {

@@ -5,6 +5,7 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
+#include <QDBusPendingCallWatcher>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <utility>
@@ -21,28 +22,30 @@ const QString kObject = QStringLiteral("/app/velun/Velun/CaptureExclusion");
 // KWin 5 calls clientList what KWin 6 calls windowList.
 constexpr char kScript[] = R"(
 const [pid, title, excluded, service, path] = %1;
+let answered = false;
 function apply(window) {
-  if (window && window.pid === pid && window.caption === title) {
+  if (!window) return;
+  const possible = window.excludeFromCapture !== undefined;
+  if (!answered) {
+    answered = true;
+    callDBus(service, path, "app.velun.Velun.CaptureExclusion", "answer", possible);
+  }
+  if (possible && window.pid === pid && window.caption === title) {
     window.excludeFromCapture = excluded;
   }
 }
-const windows = workspace.windowList ? workspace.windowList() : workspace.clientList();
-const possible = windows.some((window) => window.excludeFromCapture !== undefined);
-if (possible) {
-  windows.forEach(apply);
-  (workspace.windowAdded || workspace.clientAdded).connect(apply);
-}
-callDBus(service, path, "app.velun.Velun.CaptureExclusion", "answer", possible);
+(workspace.windowList ? workspace.windowList() : workspace.clientList()).forEach(apply);
+(workspace.windowAdded || workspace.clientAdded).connect(apply);
 )";
 
 QString scriptName() {
   return QStringLiteral("app.velun.Velun.%1").arg(QCoreApplication::applicationPid());
 }
 
-QDBusMessage call(const QString& method, const QVariantList& arguments) {
-  QDBusMessage message = QDBusMessage::createMethodCall(kService, kPath, kInterface, method);
-  message.setArguments(arguments);
-  return message;
+QDBusMessage message(const QString& method, const QVariantList& arguments) {
+  QDBusMessage call = QDBusMessage::createMethodCall(kService, kPath, kInterface, method);
+  call.setArguments(arguments);
+  return call;
 }
 
 /// The values as JavaScript literals.
@@ -54,11 +57,21 @@ QString literals(const QString& windowTitle, bool excluded, const QDBusConnectio
 
 }  // namespace
 
-CompositorExclusion::CompositorExclusion(const QDBusConnection& bus) : bus_(bus) {
-  if (!bus_.isConnected() || !bus_.interface()->isServiceRegistered(kService)) return;
+CompositorExclusion::CompositorExclusion(const QDBusConnection& bus)
+    : bus_(bus),
+      kwin_(
+          kService, bus,
+          QDBusServiceWatcher::WatchForRegistration | QDBusServiceWatcher::WatchForUnregistration) {
+  if (!bus_.isConnected()) return;
   bus_.registerObject(kObject, this,
                       QDBusConnection::ExportScriptableContents | QDBusConnection::ExportAllSlots);
-  run(QString(), false);
+  connect(&kwin_, &QDBusServiceWatcher::serviceRegistered, this, &CompositorExclusion::run);
+  connect(&kwin_, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
+    // Its scripts and the windows' properties end with it.
+    script_.reset();
+    answer(false);
+  });
+  if (bus_.interface()->isServiceRegistered(kService)) run();
 }
 
 CompositorExclusion::~CompositorExclusion() {
@@ -70,14 +83,14 @@ void CompositorExclusion::setExcluded(const QString& windowTitle, bool excluded)
   if (!isPossible_ || same) return;
   windowTitle_ = windowTitle;
   excluded_ = excluded;
-  run(windowTitle, excluded);
+  run();
 }
 
-void CompositorExclusion::run(const QString& windowTitle, bool excluded) {
+void CompositorExclusion::run() {
   if (script_) unload();
   script_ = std::make_unique<QTemporaryFile>();
   const QByteArray text =
-      QString::fromLatin1(kScript).arg(literals(windowTitle, excluded, bus_)).toUtf8();
+      QString::fromLatin1(kScript).arg(literals(windowTitle_, excluded_, bus_)).toUtf8();
   if (!script_->open() || script_->write(text) != text.size() || !script_->flush()) {
     // For example on a full disk. The caller falls back to another way.
     script_.reset();
@@ -86,12 +99,20 @@ void CompositorExclusion::run(const QString& windowTitle, bool excluded) {
   }
   script_->close();
   // KWin handles both calls in this order and reads the file during the first.
-  bus_.asyncCall(call(QStringLiteral("loadScript"), {script_->fileName(), scriptName()}));
-  bus_.asyncCall(call(QStringLiteral("start"), {}));
+  call(QStringLiteral("loadScript"), {script_->fileName(), scriptName()});
+  call(QStringLiteral("start"), {});
+}
+
+void CompositorExclusion::call(const QString& method, const QVariantList& arguments) {
+  auto* pending = new QDBusPendingCallWatcher(bus_.asyncCall(message(method, arguments)), this);
+  connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending] {
+    pending->deleteLater();
+    if (pending->isError()) answer(false);
+  });
 }
 
 void CompositorExclusion::unload() const {
-  bus_.asyncCall(call(QStringLiteral("unloadScript"), {scriptName()}));
+  bus_.asyncCall(message(QStringLiteral("unloadScript"), {scriptName()}));
 }
 
 void CompositorExclusion::answer(bool possible) {

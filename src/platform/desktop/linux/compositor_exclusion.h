@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <QDBusConnection>
+#include <QDBusServiceWatcher>
 #include <QObject>
 #include <QTemporaryFile>
 
@@ -19,7 +20,8 @@ class CompositorExclusion final : public QObject {
   explicit CompositorExclusion(const QDBusConnection& bus);
   ~CompositorExclusion() override;
 
-  /// Whether KWin supports it. False until KWin replies, and after a request could not be sent.
+  /// Whether KWin supports it. False until KWin replies, after a request failed, and while KWin
+  /// does not run.
   bool isPossible() const { return isPossible_; }
 
   /// Applies to all windows of this program with that title, shown now or later.
@@ -33,10 +35,12 @@ class CompositorExclusion final : public QObject {
   void isPossibleChanged();
 
  private:
-  void run(const QString& windowTitle, bool excluded);
+  void run();
+  void call(const QString& method, const QVariantList& arguments);
   void unload() const;
 
   QDBusConnection bus_;
+  QDBusServiceWatcher kwin_;
   bool isPossible_ = false;
   QString windowTitle_;
   bool excluded_ = false;

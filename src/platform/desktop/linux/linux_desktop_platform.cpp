@@ -42,7 +42,7 @@ LinuxDesktopPlatform::LinuxDesktopPlatform(Clock& clock)
   connect(&casts_, &ScreenCastWatch::castRunningChanged, this,
           &LinuxDesktopPlatform::screenCastChanged);
   connect(&casts_, &ScreenCastWatch::connectedChanged, this, [this] {
-    canWatchCasts_ = canWatchCasts_ || casts_.isConnected();
+    canWatchCasts_ = casts_.isConnected();
     updateCapabilities();
   });
   connect(&access_, &AccessPreferences::isContrastHighChanged, this,
@@ -65,10 +65,18 @@ void LinuxDesktopPlatform::updateCapabilities() {
     // KWin does not move windows of the type that it keeps above full-screen ones.
     now.movesByItself = !manager_->isKWin() && manager_->movesWindows();
   }
-  now.captureHiding = exclusion_->isPossible() ? CaptureHiding::compositor
-                      : canWatchCasts_         ? CaptureHiding::whileCasting
-                                               : CaptureHiding::none;
+  xcb_connection_t* x11 = x11Connection();
+  now.readsWithoutCast = x11 && !isXWayland(x11);
+  const bool isExcluded = exclusion_->isPossible() && !now.readsWithoutCast;
+  now.captureHiding = isExcluded       ? CaptureHiding::compositor
+                      : canWatchCasts_ ? CaptureHiding::whileCasting
+                                       : CaptureHiding::none;
   if (std::exchange(capabilities_, now) != now) Q_EMIT capabilitiesChanged();
+}
+
+void LinuxDesktopPlatform::refreshCapabilities() {
+  if (!watchesCasts_) canWatchCasts_ = ScreenCastWatch::isPossible();
+  updateCapabilities();
 }
 
 void LinuxDesktopPlatform::prepareToShow(QWindow& window, bool keepOnTop) {
@@ -109,7 +117,11 @@ void LinuxDesktopPlatform::setExcludedFromCapture(QWindow& window, bool excluded
 }
 
 void LinuxDesktopPlatform::watchScreenCasts(bool watch) {
+  if (std::exchange(watchesCasts_, watch) == watch) return;
   casts_.setWatching(watch);
+  if (!watch) return;
+  canWatchCasts_ = casts_.isConnected();
+  updateCapabilities();
 }
 
 }  // namespace velun

@@ -24,6 +24,7 @@ class LinuxDesktopPlatform final : public DesktopPlatform {
   ~LinuxDesktopPlatform() override;
 
   const DesktopCapabilities& capabilities() const override { return capabilities_; }
+  void refreshCapabilities() override;
   void prepareToShow(QWindow& window, bool keepOnTop) override;
   void confirmShown(QWindow& window, bool keepOnTop) override;
   bool setKeepOnTop(QWindow& window, bool keepOnTop) override;
@@ -47,6 +48,7 @@ class LinuxDesktopPlatform final : public DesktopPlatform {
   ScreenCastWatch casts_;
   AccessPreferences access_;
   bool canWatchCasts_ = false;
+  bool watchesCasts_ = false;
 };
 
 }  // namespace velun

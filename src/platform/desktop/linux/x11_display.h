@@ -19,6 +19,9 @@ xcb_connection_t* x11Connection();
 
 xcb_window_t rootWindow(xcb_connection_t* connection);
 
+/// Whether the X server is Xwayland, whose clients cannot read the windows of Wayland programs.
+bool isXWayland(xcb_connection_t* connection);
+
 /// The atom of that name, created if there is none; XCB_ATOM_NONE when the server does not answer.
 xcb_atom_t atomNamed(xcb_connection_t* connection, std::string_view name);
 
