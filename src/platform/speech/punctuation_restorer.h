@@ -19,6 +19,13 @@ class PunctuationRestorer {
   /// Loads the model ahead of the first text, which may take a second. Never throws.
   virtual void load() = 0;
 
+  /// Whether texts are restored: false after a failure.
+  virtual bool isReady() const = 0;
+
+  /// Whether "|" and "||" in a text tell that the speaker pauses for a short or a long time; the
+  /// restored text contains them too.
+  virtual bool knowsPauses() const = 0;
+
   /// The same words with case and punctuation, or the unchanged text on failure. Takes a few
   /// milliseconds; never throws.
   virtual QString restored(const QString& text) = 0;

@@ -27,6 +27,8 @@ class ScriptedPunctuation final : public PunctuationRestorer {
   };
 
   explicit ScriptedPunctuation(Script& script) : script_(script) {}
+  bool isReady() const override { return true; }
+  bool knowsPauses() const override { return false; }
   void load() override { script_.isLoaded = true; }
   QString restored(const QString& text) override {
     script_.isWaiting = true;

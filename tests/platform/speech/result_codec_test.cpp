@@ -16,6 +16,8 @@ class ResultCodecTest final : public test::Suite {
     QVERIFY(decodedResult(encodedResult(result), true, 0) == result);
     const TranscriptionResult draft{"it's", false, {}};
     QVERIFY(decodedResult(encodedResult(draft), false, 0) == draft);
+    const TranscriptionResult cut{"it's", true, {}, true};
+    QVERIFY(decodedResult(encodedResult(cut), true, 0) == cut);
   }
 
   void timesCountFromTheBeginningOfTheRun() {

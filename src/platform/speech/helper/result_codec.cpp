@@ -15,6 +15,7 @@ QByteArray encodedResult(const TranscriptionResult& result) {
     words.append(QJsonArray{word.text, word.start, word.end, word.confidence});
   }
   if (!words.isEmpty()) object["words"] = words;
+  if (result.isCut) object["isCut"] = true;
   return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
 
@@ -27,6 +28,7 @@ TranscriptionResult decodedResult(const QByteArray& body, bool isFinal, double o
     result.words.push_back({word[0].toString(), offset + word[1].toDouble(),
                             offset + word[2].toDouble(), std::clamp(word[3].toDouble(), 0.0, 1.0)});
   }
+  result.isCut = object["isCut"].toBool();
   return result;
 }
 

@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/speech/built_in/sentence_writer.h"
+
+#include "platform/speech/built_in/sentence_case.h"
+#include "platform/speech/english/sentence_marks.h"
+
+#include <algorithm>
+#include <QStringList>
+#include <utility>
+
+namespace velun {
+
+namespace {
+
+/// The model was trained with up to 56 words and measured with 24 before those to be decided.
+constexpr std::size_t kContextWords = 24;
+/// Seconds of silence after which the words before do not belong to what is said.
+constexpr double kNewTalk = 4;
+/// A sentence that is longer is written in parts: at 20 words in 8 seconds it has waited long.
+constexpr std::size_t kMaxUnfinishedWords = 30;
+
+CaptionWords captionWords(const std::vector<RecognizedWord>& heard, bool isBeforePause) {
+  CaptionWords words;
+  for (std::size_t i = 0; i < heard.size(); ++i) {
+    const bool isLast = i + 1 == heard.size();
+    const bool pauses = isLast ? isBeforePause : heard[i + 1].start - heard[i].end >= kLongPause;
+    words.push_back({heard[i].text, {}, heard[i].start, heard[i].end, pauses});
+  }
+  return words;
+}
+
+/// The words as one sentence without marks.
+CaptionWords withoutMarks(CaptionWords words) {
+  QStringList texts;
+  for (const CaptionWord& word : words) texts.append(word.text);
+  texts = sentenceCase(texts).split(u' ');
+  for (std::size_t i = 0; i < words.size(); ++i) words[i].text = texts[static_cast<qsizetype>(i)];
+  return words;
+}
+
+/// How many words of a phrase that was cut belong to finished sentences.
+std::size_t countFinished(const CaptionWords& words) {
+  const auto isEnd = [](const CaptionWord& word) {
+    return endsSentence(word);
+  };
+  const auto end = std::find_if(words.rbegin(), words.rend(), isEnd).base();
+  if (end != words.begin()) return static_cast<std::size_t>(end - words.begin());
+  if (words.size() <= kMaxUnfinishedWords) return 0;
+  const auto isMarked = [](const CaptionWord& word) {
+    return !word.marks.isEmpty();
+  };
+  const auto part = std::find_if(words.rbegin(), words.rend(), isMarked).base();
+  return part == words.begin() ? words.size() : static_cast<std::size_t>(part - words.begin());
+}
+
+}  // namespace
+
+SentenceWriter::SentenceWriter(std::unique_ptr<PunctuationRestorer> punctuation)
+    : punctuation_(std::move(punctuation)) {}
+
+void SentenceWriter::load() {
+  if (punctuation_) punctuation_->load();
+}
+
+void SentenceWriter::cancel() {
+  if (punctuation_) punctuation_->cancel();
+}
+
+std::vector<TranscriptionResult> SentenceWriter::write(const TranscriptionResult& result) {
+  if (result.words.empty() && !result.text.isEmpty()) return {result};
+  heard_ = unfinished_;
+  heard_.insert(heard_.end(), result.words.begin(), result.words.end());
+  if (heard_.empty()) return {result};
+  if (!result.isFinal || result.words.empty()) return {draft()};
+  forgetOldContext(heard_);
+  const CaptionWords words = punctuated(captionWords(heard_, !result.isCut), !result.isCut);
+  const bool mayGoOn = result.isCut && isPunctuating();
+  const std::size_t count = mayGoOn ? countFinished(words) : words.size();
+  std::vector<TranscriptionResult> results;
+  if (count > 0) results.push_back(final(words, count));
+  unfinished_.assign(heard_.begin() + static_cast<std::ptrdiff_t>(count), heard_.end());
+  heard_ = unfinished_;
+  if (!heard_.empty()) results.push_back(draft());
+  return results;
+}
+
+std::optional<double> SentenceWriter::unfinishedUntil() const {
+  if (unfinished_.empty()) return std::nullopt;
+  return unfinished_.back().end;
+}
+
+std::optional<TranscriptionResult> SentenceWriter::finish() {
+  if (unfinished_.empty()) return std::nullopt;
+  heard_ = std::exchange(unfinished_, {});
+  return final(punctuated(captionWords(heard_, true), true), heard_.size());
+}
+
+TranscriptionResult SentenceWriter::draft() {
+  forgetOldContext(heard_);
+  return {joinedText(punctuated(captionWords(heard_, false), false)), false, heard_};
+}
+
+/// Writes the first `count` words of `heard_`, which become the context of the next ones.
+TranscriptionResult SentenceWriter::final(const CaptionWords& words, std::size_t count) {
+  const auto end = static_cast<std::ptrdiff_t>(count);
+  const CaptionWords written(words.begin(), words.begin() + end);
+  context_.insert(context_.end(), written.begin(), written.end());
+  const std::size_t surplus = context_.size() - std::min(context_.size(), kContextWords);
+  context_.erase(context_.begin(), context_.begin() + static_cast<std::ptrdiff_t>(surplus));
+  return {joinedText(written), true, {heard_.begin(), heard_.begin() + end}};
+}
+
+void SentenceWriter::forgetOldContext(const HeardWords& heard) {
+  if (!context_.empty() && heard.front().start - context_.back().end > kNewTalk) context_.clear();
+}
+
+bool SentenceWriter::isPunctuating() const {
+  return punctuation_ && punctuation_->isReady();
+}
+
+CaptionWords SentenceWriter::punctuated(const CaptionWords& words, bool isFinal) {
+  if (!isPunctuating()) return withoutMarks(words);
+  CaptionWords all = context_;
+  all.insert(all.end(), words.begin(), words.end());
+  const QString text = textForPunctuation(all, punctuation_->knowsPauses());
+  const bool isTaken = takePunctuation(all, punctuation_->restored(text));
+  if (!isTaken || !isPunctuating()) return withoutMarks(words);
+  // What was shown as final stays as it is.
+  std::copy(context_.begin(), context_.end(), all.begin());
+  if (!isFinal) removeUndecidedMarks(all, context_.size());
+  agreeOnCapitals(all, context_.size(), true);
+  return {all.begin() + static_cast<std::ptrdiff_t>(context_.size()), all.end()};
+}
+
+}  // namespace velun
