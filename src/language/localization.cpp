@@ -3,6 +3,7 @@
 
 #include "platform/foundation/preference_store.h"
 
+#include <algorithm>
 #include <QByteArray>
 #include <unicode/locid.h>
 #include <unicode/unistr.h>
@@ -48,14 +49,22 @@ bool hasName(const icu::Locale& locale, const icu::Locale& display) {
   return !code.isEmpty() && text != code;
 }
 
+/// ICU gives very long identifiers an empty name and shows the bytes of other letters one by one.
+bool canBeIdentifier(const QString& text) {
+  return text.size() < ULOC_FULLNAME_CAPACITY &&
+         std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u' ' && c <= u'~'; });
+}
+
 }  // namespace
 
 QString languageName(const QString& identifier) {
+  if (!canBeIdentifier(identifier)) return identifier;
   const icu::Locale locale = icu::Locale::createCanonical(identifier.toUtf8().constData());
   const icu::Locale display(Localization::shared().locale().toUtf8().constData());
   if (locale.isBogus() || !hasName(locale, display)) return identifier;
   icu::UnicodeString name;
   locale.getDisplayName(display, name);
+  if (name.isEmpty()) return identifier;
   return QString::fromUtf16(name.getBuffer(), name.length());
 }
 

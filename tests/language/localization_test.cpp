@@ -75,6 +75,33 @@ class LocalizationTest final : public test::Suite {
     QCOMPARE(languageName(""), QString());
   }
 
+  void impossibleIdentifiersAreReturnedUnchanged_data() {
+    QTest::addColumn<QString>("identifier");
+    QTest::newRow("long variant") << "en_US_" + QString(200, u'x');
+    QTest::newRow("long language") << QString(300, u'e');
+    QTest::newRow("many variants") << "en" + QStringLiteral("_POSIX").repeated(60);
+    QTest::newRow("long extension") << "ko-u-ca-" + QStringLiteral("gregory-").repeated(50) + "x";
+    QTest::newRow("long keyword") << "ko@calendar=" + QString(300, u'x');
+    QTest::newRow("long private use") << "ko-x-" + QStringLiteral("abcdefgh-").repeated(40) + "z";
+    QTest::newRow("very long") << "ko_" + QString(300'000, u'k');
+    QTest::newRow("not Latin, long") << "ko_" + QString(500, u'한');
+    QTest::newRow("not Latin, shorter") << "ko_" + QString(100, u'한');
+    QTest::newRow("not Latin, short") << QString("ko_한");
+    QTest::newRow("only not Latin") << QString("한국어");
+  }
+  void impossibleIdentifiersAreReturnedUnchanged() {
+    QFETCH(QString, identifier);
+    for (const AppLanguage language : allAppLanguages) {
+      Localization::shared().setLanguage(language);
+      QCOMPARE(languageName(identifier), identifier);
+    }
+  }
+
+  void textBehindAZeroIsNotIgnored() {
+    const QString identifier = QString("ko") + QChar(0) + "junk";
+    QCOMPARE(languageName(identifier), identifier);
+  }
+
   void languagesKeepTheirOwnTitles() {
     for (const AppLanguage language : allAppLanguages) {
       Localization::shared().setLanguage(language);

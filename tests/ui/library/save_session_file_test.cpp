@@ -46,6 +46,13 @@ class SaveSessionFileTest final : public test::Suite {
     QCOMPARE(file.readAll(), encodeSession(session_));
   }
 
+  void acceptsTheLongestNameOfTheFileSystem() {
+    // 255 bytes
+    answer_ = QUrl::fromLocalFile(folder_.filePath(QString(83, u'한') + "0.json"));
+    QVERIFY(save(SessionFormat::json));
+    QCOMPARE(QFileInfo(answer_->toLocalFile()).size(), encodeSession(session_).size());
+  }
+
   void proposesNameAndTypeOfEachFormat() {
     answer_.reset();
     for (const SessionFormat format : allSessionFormats) save(format);
