@@ -258,7 +258,7 @@ RESTRICTED = [
     (r"\bQ(?:Basic)?Timer\b|\bstartTimer\(", "timers (use Clock)",
      {"platform/foundation/system_clock",
       # Frames of animations; layout while the event loop is idle
-      "ui/caption/level_meter", "ui/caption/pending_indicator",
+      "ui/caption/level_meter", "ui/caption/spinner_clock",
       "ui/caption/bottom_pinned_scroll_view"}),
     (r"\bstd::j?thread\b(?!::hardware_concurrency)|\bQThread\b|\bstd::async\b",
      "threads of their own (use LatestJob)",

@@ -1,18 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QBasicTimer>
+#include <memory>
 #include <QWidget>
 
 namespace velun {
 
-/// A thin spinner in place of a pending text. Transparent to the mouse. All spinners rotate in
-/// phase, and only while they are visible.
+class SpinnerClock;
+
+/// A thin spinner in place of a pending text. Transparent to the mouse. `SpinnerClock` rotates it
+/// while it is visible, in phase with all others.
 class PendingIndicator final : public QWidget {
   Q_OBJECT
 
  public:
   explicit PendingIndicator(QWidget* parent);
+  ~PendingIndicator() override;
 
   void setLabel(const QString& label);
 
@@ -20,10 +23,9 @@ class PendingIndicator final : public QWidget {
   void paintEvent(QPaintEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
-  void timerEvent(QTimerEvent* event) override;
 
  private:
-  QBasicTimer timer_;
+  std::shared_ptr<SpinnerClock> clock_;
 };
 
 }  // namespace velun
