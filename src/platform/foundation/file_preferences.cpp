@@ -4,13 +4,13 @@
 #include "platform/foundation/atomic_file.h"
 #include "platform/foundation/file_access.h"
 #include "platform/foundation/file_error.h"
+#include "platform/foundation/set_aside.h"
 
 #include <cerrno>
-#include <cstdio>
-#include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QStandardPaths>
+#include <utility>
 
 namespace velun {
 
@@ -19,24 +19,36 @@ namespace {
 /// Far above what preferences can reach; a larger file is something else.
 constexpr qint64 kMaxFileBytes = 1 << 20;
 
-enum class ReadResult { missing, unreadable, valid };
+/// What is under the name of the file. `unreadable` may be `valid` at the next attempt.
+enum class Found { missing, unreadable, damaged, valid };
 
-/// Reads an object with values of any kind: unknown ones are kept when another value is written.
-ReadResult readFile(const QString& path, QJsonObject& values) {
-  try {
-    const QJsonDocument document = QJsonDocument::fromJson(readWholeFile(path, kMaxFileBytes));
-    if (!document.isObject()) return ReadResult::unreadable;
-    values = document.object();
-    return ReadResult::valid;
-  } catch (const FileError& error) {
-    return error.code().value() == ENOENT ? ReadResult::missing : ReadResult::unreadable;
+Found errorToFound(int code) {
+  switch (code) {
+    case ENOENT:
+      return Found::missing;
+    case EISDIR:
+    case EINVAL:
+    case EFBIG:
+      return Found::damaged;  // something else than a file of preferences
+    default:
+      return Found::unreadable;
   }
 }
 
-/// Renames instead of copying, which also works for files that cannot be read.
-void setAside(const QString& path) {
-  std::rename(QFile::encodeName(path).constData(),
-              QFile::encodeName(path + QStringLiteral(".damaged")).constData());
+/// Reads an object with values of any kind: unknown ones are kept when another value is written.
+Found readFile(const QString& path, QJsonObject& values) {
+  try {
+    const QJsonDocument document = QJsonDocument::fromJson(readWholeFile(path, kMaxFileBytes));
+    if (!document.isObject()) return Found::damaged;
+    values = document.object();
+    return Found::valid;
+  } catch (const FileError& error) {
+    return errorToFound(error.code().value());
+  }
+}
+
+bool setDamagedAside(const QString& path) {
+  return setAside(path, QStringLiteral(".damaged"));
 }
 
 QJsonValue toJson(const PreferenceValue& value) {
@@ -53,7 +65,13 @@ std::optional<PreferenceValue> fromJson(const QJsonValue& value) {
 }  // namespace
 
 FilePreferences::FilePreferences(const QString& path) : path_(path) {
-  if (readFile(path_, values_) == ReadResult::unreadable) setAside(path_);
+  const Found found = readFile(path_, values_);
+  wasRead_ = found != Found::unreadable;
+  if (found == Found::damaged) setDamagedAside(path_);
+}
+
+FilePreferences::~FilePreferences() {
+  if (!unwritten_.isEmpty()) write();
 }
 
 QString FilePreferences::userPath() {
@@ -75,16 +93,18 @@ void FilePreferences::write() {
   // Without a session bus two instances can run at the same time: the values that the other one
   // has stored are kept, and only those set here are replaced.
   QJsonObject merged;
-  const ReadResult result = readFile(path_, merged);
-  if (result == ReadResult::unreadable) setAside(path_);
-  if (result != ReadResult::valid) merged = values_;
+  const Found found = readFile(path_, merged);
+  if (found == Found::unreadable) return;
+  if (found == Found::damaged && !setDamagedAside(path_)) return;
+  if (found != Found::valid) merged = values_;
   for (const QString& key : std::as_const(unwritten_)) merged.insert(key, values_.value(key));
+  if (!std::exchange(wasRead_, true)) values_ = merged;
   try {
     makePrivateFolder(QFileInfo(path_).path());
     writeFileAtomically(path_, QJsonDocument(merged).toJson(), true);
     unwritten_.clear();
   } catch (const FileError&) {
-    // The values are kept in memory; the next set() tries again.
+    // The values are kept in memory for the next attempt.
   }
 }
 

@@ -8,12 +8,17 @@
 
 namespace velun {
 
-/// Preferences in one JSON file, which is replaced atomically by every set(). A file that cannot be
-/// read is renamed (".damaged" is appended) and the defaults are used. Main thread.
+/// Preferences in one JSON file, which is replaced atomically by every set(). A file that is
+/// damaged is renamed (".damaged" is appended, and a number if necessary) and the defaults are
+/// used. A file that cannot be read is left alone: it is not written before it has been read. Main
+/// thread.
 class FilePreferences final : public PreferenceStore {
  public:
   /// Reads the file. A missing file is an empty store.
   explicit FilePreferences(const QString& path);
+  /// Tries once more to store values that could not be written.
+  ~FilePreferences() override;
+  Q_DISABLE_COPY(FilePreferences)
 
   /// The user's preference file: "app.velun.Velun/preferences.json" in the configuration folder.
   static QString userPath();
@@ -26,6 +31,8 @@ class FilePreferences final : public PreferenceStore {
 
   QString path_;
   QJsonObject values_;
+  /// Whether `values_` contains those of the file.
+  bool wasRead_ = false;
   /// Keys of values that could not be written yet.
   QSet<QString> unwritten_;
 };

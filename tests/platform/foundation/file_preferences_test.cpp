@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/foundation/file_preferences.h"
 
+#include "support/failing_calls.h"
 #include "support/suite.h"
 #include "support/test_folder.h"
 
+#include <cerrno>
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
+#include <sys/syscall.h>
 
 using namespace velun;
 
@@ -112,6 +115,108 @@ class FilePreferencesTest final : public test::Suite {
     preferences.set("fontSize", 18.0);
     QCOMPARE(FilePreferences(path()).get<double>("fontSize"), std::optional(18.0));
     QCOMPARE(folder_->contents("preferences.json.damaged"), bytes);
+  }
+
+  void everyDamagedFileIsKept() {
+    const QStringList damaged = {"first", "second", "third"};
+    for (const QString& bytes : damaged) {
+      writeFile(bytes.toUtf8());
+      FilePreferences(path()).set("a", true);
+    }
+    // One that is damaged while the program runs.
+    FilePreferences preferences(path());
+    writeFile("fourth");
+    preferences.set("b", true);
+    QCOMPARE(
+        folder_->names(),
+        (QStringList{"preferences.json", "preferences.json.damaged", "preferences.json.damaged-2",
+                     "preferences.json.damaged-3", "preferences.json.damaged-4"}));
+    QCOMPARE(folder_->contents("preferences.json.damaged"), QByteArray("first"));
+    QCOMPARE(folder_->contents("preferences.json.damaged-2"), QByteArray("second"));
+    QCOMPARE(folder_->contents("preferences.json.damaged-3"), QByteArray("third"));
+    QCOMPARE(folder_->contents("preferences.json.damaged-4"), QByteArray("fourth"));
+  }
+
+  void fileThatCannotBeReadIsNotDamaged_data() {
+    QTest::addColumn<int>("call");
+    QTest::addColumn<int>("code");
+    QTest::newRow("failing disk") << int(SYS_read) << EIO;
+    QTest::newRow("network file system gone") << int(SYS_read) << ESTALE;
+    QTest::newRow("no memory") << int(SYS_read) << ENOMEM;
+    QTest::newRow("no permission") << int(SYS_openat) << EACCES;
+    QTest::newRow("no descriptors in the process") << int(SYS_openat) << EMFILE;
+    QTest::newRow("no descriptors in the system") << int(SYS_openat) << ENFILE;
+    QTest::newRow("failing disk at opening") << int(SYS_openat) << EIO;
+  }
+  void fileThatCannotBeReadIsNotDamaged() {
+    QFETCH(int, call);
+    QFETCH(int, code);
+    const QByteArray bytes = R"({"fontSize": 20, "keepOnTop": false})";
+    writeFile(bytes);
+    QVERIFY(test::runWithFailingCall(call, code, [this] {
+      FilePreferences preferences(path());
+      preferences.set("language", QString("ko"));
+      // The choice is valid until the end of the program.
+      if (preferences.get<QString>("language") != QString("ko")) ::abort();
+    }));
+    QCOMPARE(folder_->contents("preferences.json"), bytes);
+    QCOMPARE(folder_->names(), QStringList{"preferences.json"});
+  }
+
+  void choicesAreStoredWhenTheFileCanBeReadAgain() {
+    writeFile(R"({"fontSize": 20, "keepOnTop": false})");
+    std::optional<FilePreferences> preferences;
+    {
+      const test::NoMoreDescriptors guard;
+      preferences.emplace(path());
+      preferences->set("keepOnTop", true);
+      QVERIFY(!preferences->value("fontSize"));
+    }
+    preferences->set("language", QString("ko"));
+    QCOMPARE(preferences->get<double>("fontSize"), std::optional(20.0));
+    QCOMPARE(preferences->get<bool>("keepOnTop"), std::optional(true));
+    const FilePreferences again(path());
+    QCOMPARE(again.get<double>("fontSize"), std::optional(20.0));
+    QCOMPARE(again.get<bool>("keepOnTop"), std::optional(true));
+    QCOMPARE(again.get<QString>("language"), std::optional<QString>("ko"));
+  }
+
+  void lastChoiceIsStoredAtTheEnd() {
+    writeFile(R"({"fontSize": 20})");
+    {
+      FilePreferences preferences(path());
+      const test::NoMoreDescriptors guard;
+      preferences.set("keepOnTop", false);
+    }
+    const FilePreferences again(path());
+    QCOMPARE(again.get<double>("fontSize"), std::optional(20.0));
+    QCOMPARE(again.get<bool>("keepOnTop"), std::optional(false));
+  }
+
+  void failedWriteLeavesTheFileAsItWas_data() {
+    QTest::addColumn<int>("call");
+    QTest::addColumn<int>("code");
+    QTest::newRow("disk full") << int(SYS_write) << ENOSPC;
+    QTest::newRow("failing disk") << int(SYS_write) << EIO;
+    QTest::newRow("failing disk, noticed late") << int(SYS_fdatasync) << EIO;
+    QTest::newRow("no permission to rename") << int(SYS_rename) << EACCES;
+  }
+  void failedWriteLeavesTheFileAsItWas() {
+    QFETCH(int, call);
+    QFETCH(int, code);
+    const QByteArray bytes = R"({"fontSize": 20})";
+    writeFile(bytes);
+    QVERIFY(test::runWithFailingCall(call, code,
+                                     [this] { FilePreferences(path()).set("fontSize", 30.0); }));
+    QCOMPARE(folder_->contents("preferences.json"), bytes);
+    QCOMPARE(folder_->names(), QStringList{"preferences.json"});
+  }
+
+  void damagedFileThatCannotBeRenamedIsNotReplaced() {
+    writeFile("damaged");
+    QVERIFY(test::runWithFailingCall(SYS_renameat2, EACCES,
+                                     [this] { FilePreferences(path()).set("fontSize", 30.0); }));
+    QCOMPARE(folder_->contents("preferences.json"), QByteArray("damaged"));
   }
 
   void fileDamagedWhileRunningLosesNoValue() {
