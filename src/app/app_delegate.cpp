@@ -7,9 +7,7 @@
 
 #include <QApplication>
 #include <QDialog>
-#include <QEventLoop>
 #include <QSessionManager>
-#include <utility>
 
 namespace velun {
 
@@ -18,15 +16,13 @@ namespace {
 /// How long a question may stay unanswered after a signal.
 constexpr std::chrono::seconds kAnswerTimeout(10);
 
-/// Identifies the lines of a session.
-std::pair<QUuid, std::size_t> contentOf(const CaptionSession& session) {
-  return {session.id, session.lines.size()};
-}
-
 }  // namespace
 
 AppDelegate::AppDelegate(CaptionViewModel& model, const AppServices& services)
-    : coordinator_(model, services), model_(model), clock_(services.clock) {
+    : coordinator_(model, services),
+      model_(model),
+      clock_(services.clock),
+      logOut_(model, coordinator_.ending(), services.clock) {
   connect(&coordinator_, &AppCoordinator::terminationRequested, this,
           &AppDelegate::requestTermination);
   connect(&coordinator_.ending(), &SessionEnding::terminationQuestionReached, this, [this] {
@@ -57,14 +53,10 @@ void AppDelegate::applicationWillTerminate() {
 
 bool AppDelegate::eventFilter(QObject* watched, QEvent* event) {
   if (watched != qApp || event->type() != QEvent::Quit) return false;
-  // From the session manager or Qt; the program itself never sends it. The agreement is valid for
-  // one end: another program may have cancelled the end that it was given for.
-  const auto agreed = std::exchange(agreedEnd_, std::nullopt);
-  if (std::exchange(isEndImposed_, false)) {
+  // From the session manager or Qt; the program itself never sends it.
+  if (logOut_.begin()) {
     startDeadline();
     startTask(this, [this] { return endUnasked(this); });
-  } else if (agreed == contentOf(model_.session())) {
-    finish();
   } else {
     requestTermination();
   }
@@ -74,7 +66,14 @@ bool AppDelegate::eventFilter(QObject* watched, QEvent* event) {
 QCoro::Task<> AppDelegate::endUnasked(QPointer<AppDelegate> self) {
   QCoro::Task<> shutdown = self->model_.shutdown();
   co_await shutdown;
-  if (self) self->endNow();
+  if (!self) co_return;
+  if (self->logOut_.takeAgreement()) {
+    self->endNow();
+  } else {
+    // The last words became lines that the user was not asked about.
+    self->deadline_.reset();
+    self->requestTermination();
+  }
 }
 
 void AppDelegate::requestTermination() {
@@ -111,32 +110,15 @@ void AppDelegate::finish() {
 }
 
 void AppDelegate::commitData(QSessionManager& manager) {
-  isEndImposed_ = !manager.allowsInteraction();
-  if (isEndImposed_) {
-    // The file is complete even if the process ends before captions have stopped.
-    model_.persistIfNeeded();
-    return;
-  }
+  if (!manager.allowsInteraction()) return logOut_.prepareUnasked();
   // Waiting inside the loop of an open question would deadlock.
   const bool isAsking = coordinator_.ending().isDeciding() && QApplication::activeModalWidget();
-  if (!isAsking && decideTerminationWaiting()) {
+  if (!isAsking && logOut_.agree()) {
     manager.release();
   } else {
     // Without release(), which would first report success.
     manager.cancel();
   }
-}
-
-bool AppDelegate::decideTerminationWaiting() {
-  QEventLoop waiting;
-  bool answer = false;
-  coordinator_.ending().prepareToTerminate([&](bool shouldTerminate) {
-    answer = shouldTerminate;
-    waiting.quit();
-  });
-  waiting.exec();
-  if (answer) agreedEnd_ = contentOf(model_.session());
-  return answer;
 }
 
 }  // namespace velun

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "app/app_coordinator.h"
+#include "app/log_out.h"
 
 #include <memory>
-#include <optional>
 
 class QSessionManager;
 
@@ -23,6 +23,7 @@ class AppDelegate final : public QObject {
   ~AppDelegate() override;
 
   AppCoordinator& coordinator() { return coordinator_; }
+  LogOut& logOut() { return logOut_; }
 
   void applicationDidFinishLaunching();
   /// Call it after the event loop: completes pending operations.
@@ -41,18 +42,13 @@ class AppDelegate final : public QObject {
   void endNow();
   void startDeadline();
   void commitData(QSessionManager& manager);
-  bool decideTerminationWaiting();
 
   AppCoordinator coordinator_;
   CaptionViewModel& model_;
   Clock& clock_;
   bool isSignalled_ = false;
   std::unique_ptr<ScheduledCall> deadline_;
-  /// The session manager allowed no question for the end that it announced last.
-  bool isEndImposed_ = false;
-  /// The unsaved lines (session and count) that the user agreed to lose at the end of the user's
-  /// session.
-  std::optional<std::pair<QUuid, std::size_t>> agreedEnd_;
+  LogOut logOut_;
 };
 
 }  // namespace velun

@@ -11,13 +11,21 @@
 namespace velun {
 
 SessionEnding::SessionEnding(CaptionViewModel& model, ModalQuestion& question)
-    : model_(model), question_(question) {}
+    : model_(model), question_(question) {
+  connect(&model_, &CaptionViewModel::isRunningChanged, this, [this] {
+    if (model_.isRunning()) hasStoppedCaptions_ = false;
+  });
+}
+
+bool SessionEnding::wantsCaptions() {
+  return std::exchange(hasStoppedCaptions_, false) || model_.isRunning();
+}
 
 void SessionEnding::newSession() {
   if (isDeciding()) return;
   replacing_ = true;
   startTask(this,
-            [this, wasRunning = model_.isRunning()] { return decideNewSession(this, wasRunning); });
+            [this, wasRunning = wantsCaptions()] { return decideNewSession(this, wasRunning); });
 }
 
 QCoro::Task<> SessionEnding::decideNewSession(QPointer<SessionEnding> self, bool wasRunning) {
@@ -51,7 +59,7 @@ void SessionEnding::prepareToTerminate(TerminationReply reply) {
   replies_.push_back(std::move(reply));
   if (terminating_) return;
   terminating_ = true;
-  if (!replacing_) beginTermination(model_.isRunning());
+  if (!replacing_) beginTermination(wantsCaptions());
 }
 
 void SessionEnding::beginTermination(bool wasRunning) {
@@ -69,8 +77,13 @@ QCoro::Task<> SessionEnding::decideTermination(QPointer<SessionEnding> self, boo
   if (!self || self->ended_) co_return;
   self->terminating_ = false;
   if (!goesOn && wasRunning) self->model_.start();
+  self->hasStoppedCaptions_ = goesOn && wasRunning;
   const std::vector<TerminationReply> replies = std::exchange(self->replies_, {});
   for (const TerminationReply& reply : replies) reply(goesOn);
+}
+
+void SessionEnding::resumeCaptions() {
+  if (!ended_ && std::exchange(hasStoppedCaptions_, false)) model_.start();
 }
 
 void SessionEnding::endNow() {

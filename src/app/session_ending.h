@@ -30,6 +30,10 @@ class SessionEnding final : public QObject {
   /// Replies from the event loop. Requests made during a decision share its reply.
   void prepareToTerminate(TerminationReply reply);
 
+  /// Turns captions on again if a decision for the end has stopped them. Call it when the end that
+  /// was decided does not come.
+  void resumeCaptions();
+
   /// A quit is being decided.
   bool isTerminating() const { return terminating_; }
   /// A quit or a new session is being decided.
@@ -49,6 +53,7 @@ class SessionEnding final : public QObject {
   static QCoro::Task<> decideNewSession(QPointer<SessionEnding> self, bool wasRunning);
   static QCoro::Task<> decideTermination(QPointer<SessionEnding> self, bool wasRunning);
   void beginTermination(bool wasRunning);
+  bool wantsCaptions();
 
   CaptionViewModel& model_;
   ModalQuestion& question_;
@@ -56,6 +61,8 @@ class SessionEnding final : public QObject {
   bool replacing_ = false;
   bool terminating_ = false;
   bool ended_ = false;
+  /// The last decision was for the end and stopped captions, which have not been started since.
+  bool hasStoppedCaptions_ = false;
   std::vector<TerminationReply> replies_;
 };
 

@@ -73,8 +73,45 @@ class LogOut(SpokenCase):
         self.assert_ends()
         self.assertEqual(self.saved_sessions(), [])
 
+    def test_another_program_may_cancel(self):
+        self.launch_with_line()
+        said = self.transcript()
+        self.log_out("with others")
+        self.expect("asks")
+        self.answer(QUESTION, "Don’t Save")
+        self.expect("saved")
+        self.program.wait_for_state("running", False)
+        self.tell("cancel")
+        self.program.wait_for_state("running", True)
+        self.assertEqual(self.transcript(), said)
+
+        self.log_out()
+        self.expect("asks")
+        self.answer(QUESTION, "Save Session")
+        self.expect("saved", "gone")
+        self.assert_ends()
+        session, = self.saved_sessions()
+        self.assertEqual(len(session["lines"]), 1)
+
+    def test_captions_go_on_while_another_program_asks(self):
+        self.launch_with_line()
+        self.log_out("with others")
+        self.expect("asks")
+        self.answer(QUESTION, "Save Session")
+        self.expect("saved")
+        self.program.wait_for_state("running", False)
+        self.program.wait_for_state("running", True)
+        self.tell("end")
+        self.expect("gone")
+        self.assert_ends()
+        session, = self.saved_sessions()
+        self.assertIn("endedAt", session)
+
     def log_out(self, *when):
-        self.manager.stdin.write(" ".join(["log", "out", *when]) + "\n")
+        self.tell(" ".join(["log", "out", *when]))
+
+    def tell(self, command):
+        self.manager.stdin.write(command + "\n")
 
     def next_event(self):
         return self.manager.stdout.readline().strip()

@@ -1,6 +1,8 @@
 """A session manager for one client, with the X session management protocol. Prints its address, then
-reads commands from its standard input: "log out", which lets the client ask the user, and "log out
-now", which does not. Prints a line for each event of the client.
+reads commands from its standard input: "log out", which lets the client ask the user; "log out now",
+which does not; "log out with others", which waits for another client after this one has agreed;
+"cancel", by which the other client cancels, and "end", by which it agrees. Prints a line for each
+event of the client.
 """
 
 import ctypes
@@ -49,6 +51,7 @@ class Manager:
         self.client = None
         self.connections = []
         self.is_logging_out = False
+        self.has_others = False
         # libSM keeps pointers to them.
         self.callbacks = Callbacks(
             register=Registration(self.register), interact_request=NumberEvent(self.ask),
@@ -99,7 +102,8 @@ class Manager:
     def saved(self, _, __, is_saved):
         if self.is_logging_out:
             report("saved")
-            SM.SmsDie(self.client)
+            if not self.has_others:
+                SM.SmsDie(self.client)
         elif is_saved:
             SM.SmsSaveComplete(self.client)
             report("ready")
@@ -110,8 +114,9 @@ class Manager:
         self.client = None
         report("gone")
 
-    def log_out(self, style):
+    def log_out(self, style, has_others=False):
         self.is_logging_out = True
+        self.has_others = has_others
         SM.SmsSaveYourself(self.client, SAVE_BOTH, 1, style, 0)
 
     def accept(self, listener):
@@ -141,6 +146,13 @@ class Manager:
             self.log_out(ASK_ANYTHING)
         elif command == "log out now":
             self.log_out(ASK_NOTHING)
+        elif command == "log out with others":
+            self.log_out(ASK_ANYTHING, has_others=True)
+        elif command == "cancel":
+            self.is_logging_out = False
+            SM.SmsShutdownCancelled(self.client)
+        elif command == "end":
+            SM.SmsDie(self.client)
         return bool(command)
 
 
