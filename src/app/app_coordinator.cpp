@@ -30,7 +30,7 @@ AppCoordinator::AppCoordinator(CaptionViewModel& model, const AppServices& servi
       commands_(model, [this] { return windowState(); }) {
   connect(&commands_, &AppCommands::triggered, this, &AppCoordinator::perform);
   const auto windowMade = [this](QWidget* window) {
-    installMainMenu(window);
+    prepareWindow(window);
   };
   sessions_ = std::make_unique<SessionLibrary>(model, services, windowMade);
   information_ = std::make_unique<InformationWindows>(services, windowMade);
@@ -65,7 +65,8 @@ void AppCoordinator::open(const QList<QUrl>& files) {
   sessions_->open(files);
 }
 
-void AppCoordinator::installMainMenu(QWidget* window) {
+void AppCoordinator::prepareWindow(QWidget* window) {
+  captionWindow_->keepReadable(*window);
   // The content of a window of fixed size leaves no room for a menu bar.
   const bool isFixed = window->minimumSize() == window->maximumSize();
   menuBar_->mainMenu().install(window,
@@ -143,7 +144,7 @@ void AppCoordinator::showSettings() {
   if (!settingsWindow_) {
     settingsWindow_ = std::make_unique<SettingsWindowController>(
         model_, [this] { perform(AppCommand::openSessionsFolder); }, services_.notes);
-    installMainMenu(&settingsWindow_->window());
+    prepareWindow(&settingsWindow_->window());
   }
   // Its notes depend on them.
   services_.desktop.refreshCapabilities();

@@ -61,7 +61,7 @@ class AppCoordinator final : public QObject {
   void showSettings();
   void observe();
   void explainMissingTray();
-  void installMainMenu(QWidget* window);
+  void prepareWindow(QWidget* window);
   WindowState windowState() const;
 
   CaptionViewModel& model_;

@@ -40,6 +40,7 @@ CaptionWindowController::CaptionWindowController(CaptionViewModel& model, AppCom
                                                  const CaptionWindowServices& services)
     : model_(model), services_(services) {
   panel_ = std::make_unique<CaptionPanel>(services.desktop);
+  ownWindows_ = std::make_unique<OwnWindows>(*panel_);
   view_ = new CaptionView(
       model, commands, services.translation, services.clock,
       [this](bool visible) { setHeader(visible, true); },
@@ -67,7 +68,9 @@ void CaptionWindowController::connectToPanel() {
   connect(panel_.get(), &CaptionPanel::closed, this, &CaptionWindowController::hide);
   connect(&view_->header(), &CaptionHeaderView::dragRequested, panel_.get(),
           &CaptionPanel::beginMove);
+  connect(ownWindows_.get(), &OwnWindows::frontChanged, this, &CaptionWindowController::applyLevel);
   connect(panel_.get(), &CaptionPanel::frameChanged, this, [this] {
+    applyLevel();
     updateContentHeight();
     storeFrameLater();
   });
@@ -123,13 +126,26 @@ bool CaptionWindowController::isSuppressed() const {
 void CaptionWindowController::applyPreferences() {
   const DesktopCapabilities& can = services_.desktop.capabilities();
   const bool hides = model_.settings().hideFromScreenSharing();
-  panel_->setKeepOnTop(model_.settings().keepOnTop());
+  wasKeptOnTop_ = keepsOnTop();
+  panel_->setKeepOnTop(wasKeptOnTop_);
   services_.desktop.watchScreenCasts(hides && can.captureHiding != CaptureHiding::compositor);
   if (panel_->windowHandle()) {
     services_.desktop.setExcludedFromCapture(*panel_->windowHandle(), hides);
   }
   view_->setCapabilities(can);
   applyVisibility();
+}
+
+bool CaptionWindowController::keepsOnTop() const {
+  return model_.settings().keepOnTop() && !ownWindows_->overlapPanel();
+}
+
+void CaptionWindowController::applyLevel() {
+  const bool keepsOnTop = this->keepsOnTop();
+  if (std::exchange(wasKeptOnTop_, keepsOnTop) == keepsOnTop) return;
+  panel_->setKeepOnTop(keepsOnTop);
+  // A window manager puts a window that leaves the upper level in front of the ordinary ones.
+  if (!keepsOnTop) ownWindows_->raiseFront();
 }
 
 void CaptionWindowController::applyContrast() {
@@ -163,7 +179,8 @@ void CaptionWindowController::applyVisibility() {
 }
 
 void CaptionWindowController::orderFront() {
-  panel_->orderFront(model_.settings().keepOnTop());
+  wasKeptOnTop_ = keepsOnTop();
+  panel_->orderFront(wasKeptOnTop_);
   services_.desktop.setExcludedFromCapture(*panel_->windowHandle(),
                                            model_.settings().hideFromScreenSharing());
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/foundation/clock.h"
+#include "ui/caption/own_windows.h"
 
 #include <memory>
 #include <QObject>
@@ -45,6 +46,11 @@ class CaptionWindowController final : public QObject {
   /// Whether the shown panel is hidden because a screen cast is running.
   bool isSuppressed() const;
 
+  /// Keeps an ordinary window of the program readable: it is placed beside the panel, or the panel
+  /// is not kept on top while the window is in front of it. The window may be destroyed at any
+  /// time.
+  void keepReadable(QWidget& window) { ownWindows_->add(window); }
+
   /// Shows the panel in front of the other windows, without activating it.
   void show();
   void hide();
@@ -68,6 +74,8 @@ class CaptionWindowController final : public QObject {
   void connectToSettings();
   void present();
   void applyPreferences();
+  bool keepsOnTop() const;
+  void applyLevel();
   void applyContrast();
   void applyVisibility();
   void orderFront();
@@ -81,6 +89,7 @@ class CaptionWindowController final : public QObject {
   CaptionViewModel& model_;
   CaptionWindowServices services_;
   std::unique_ptr<CaptionPanel> panel_;
+  std::unique_ptr<OwnWindows> ownWindows_;
   CaptionView* view_ = nullptr;
   bool headerShown_ = false;
   bool animatingHeader_ = false;
@@ -90,6 +99,7 @@ class CaptionWindowController final : public QObject {
   bool animatingFrame_ = false;
   bool isShown_ = false;
   bool wasSuppressed_ = false;
+  bool wasKeptOnTop_ = false;
   std::unique_ptr<ScheduledCall> storing_;
 };
 

@@ -2,6 +2,7 @@
 #include "ui/common/titled_window.h"
 
 #include "ui/common/accessible_role.h"
+#include "ui/common/window_frame.h"
 
 #include <algorithm>
 #include <QScreen>
@@ -12,12 +13,10 @@ namespace velun {
 
 namespace {
 
-/// The screen's size without a title bar and borders. Their real size is known only after the
-/// window manager has placed the window, so typical values are used.
+/// The screen's area below a title bar and above the lower border.
 QRect contentArea(const QScreen& screen) {
-  constexpr int titleBar = 34;
-  constexpr int border = 6;
-  return screen.availableGeometry().adjusted(0, titleBar, 0, -border);
+  constexpr QMargins frame = usualFrameMargins();
+  return screen.availableGeometry().adjusted(0, frame.top(), 0, -frame.bottom());
 }
 
 }  // namespace

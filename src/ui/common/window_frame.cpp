@@ -14,6 +14,9 @@ namespace velun {
 
 namespace {
 
+/// Between a window and the one that it is placed beside, in points.
+constexpr int kGap = 8;
+
 qint64 sizeOf(const QRect& rect) {
   return rect.isEmpty() ? 0 : qint64{rect.width()} * rect.height();
 }
@@ -62,6 +65,30 @@ QRect movedIntoView(const QRect& frame, const QList<QRect>& areas) {
   moved.moveLeft(std::clamp(moved.left(), nearest.left(), nearest.right() + 1 - moved.width()));
   moved.moveTop(std::clamp(moved.top(), nearest.top(), nearest.bottom() + 1 - moved.height()));
   return moved;
+}
+
+QRect centredIn(const QRect& area, const QSize& size) {
+  QRect frame(QPoint(), size);
+  frame.moveCenter(area.center());
+  return frame;
+}
+
+std::optional<QRect> placedBeside(const QRect& avoided, const QRect& area, const QSize& size) {
+  const QRect middle = centredIn(area, size);
+  std::array<QRect, 4> places;
+  places.fill(middle);
+  places[0].moveBottom(avoided.top() - 1 - kGap);
+  places[1].moveTop(avoided.bottom() + 1 + kGap);
+  places[2].moveRight(avoided.left() - 1 - kGap);
+  places[3].moveLeft(avoided.right() + 1 + kGap);
+  std::optional<QRect> nearest;
+  const auto distance = [&middle](const QRect& frame) {
+    return (frame.topLeft() - middle.topLeft()).manhattanLength();
+  };
+  for (const QRect& place : places) {
+    if (area.contains(place) && (!nearest || distance(place) < distance(*nearest))) nearest = place;
+  }
+  return nearest;
 }
 
 void storeFrame(const QWidget& window, PreferenceStore* frames, const QString& name) {

@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <QList>
+#include <QMargins>
 #include <QRect>
 #include <QString>
 
@@ -23,6 +24,19 @@ QList<QRect> freeAreas();
 /// Moves a frame into the nearest of the areas, keeping as much of its position and size as
 /// possible.
 QRect movedIntoView(const QRect& frame, const QList<QRect>& areas);
+
+/// The usual size of a title bar and borders. The real size is known only after the window manager
+/// has placed a window.
+constexpr QMargins usualFrameMargins() {
+  return {6, 34, 6, 6};
+}
+
+/// The frame of that size in the middle of an area.
+QRect centredIn(const QRect& area, const QSize& size);
+
+/// The frame of that size inside `area` that is nearest to its middle and leaves `avoided` free;
+/// nullopt when there is no room for it.
+std::optional<QRect> placedBeside(const QRect& avoided, const QRect& area, const QSize& size);
 
 /// Stores a window's frame, unless it fills the screen. Does nothing when `frames` is null.
 void storeFrame(const QWidget& window, PreferenceStore* frames, const QString& name);

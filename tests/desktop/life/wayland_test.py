@@ -9,6 +9,7 @@ from velun_program import APPLICATION, VelunProgram
 from wayland_desktop import WaylandDesktop
 from wayland_input import WaylandInput
 
+OTHER = "Another program"
 HEADER_HEIGHT = 44  # pixels
 EDGE = 24  # pixels from a corner of the screen, where there is no window
 STEP = 3  # pixels that the pointer moves at a time
@@ -39,16 +40,23 @@ class OnXWayland(WaylandTest):
         self.desktop.wait_for_window(PANEL)
 
     def test_the_panel_is_above_and_on_every_desktop(self):
-        self.program.action("show-settings")
-        self.desktop.wait_for_window("Velun Settings")
+        self.desktop.start(["xmessage", "-title", OTHER, "-geometry", "400x300+400+450", "text"])
+        self.desktop.wait_for_window(OTHER)
         self.assertEqual(self.topmost(), PANEL)
         self.assertIn("= 4294967295", self.desktop.run("xprop", "-id", self.panel(),
                                                        "_NET_WM_DESKTOP"))
         self.program.action("toggle-keep-on-top")
         self.program.wait_for_state("toggle-keep-on-top", False)
-        self.application.wait_for(name="Velun Settings")
-        self.desktop.run("xdotool", "search", "--name", "Velun Settings", "windowactivate")
+        self.desktop.run("xdotool", "search", "--name", OTHER, "windowactivate")
+        self.desktop.wait("the other program on top", lambda: self.topmost() == OTHER)
+
+    def test_the_programs_own_windows_are_above_the_panel(self):
+        self.program.action("show-settings")
         self.desktop.wait("the settings on top", lambda: self.topmost() == "Velun Settings")
+        self.desktop.start(["xmessage", "-title", OTHER, "-geometry", "400x300+400+450", "text"])
+        self.desktop.wait_for_window(OTHER)
+        self.desktop.run("xdotool", "search", "--name", OTHER, "windowactivate")
+        self.desktop.wait("the panel on top again", lambda: self.topmost() == PANEL)
 
     def test_the_pointer_shows_the_header_drags_the_panel_and_opens_menus(self):
         self.assertFalse(self.start_button().is_showing)

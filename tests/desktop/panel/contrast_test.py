@@ -31,10 +31,11 @@ class Contrast(ProgramCase):
         self.launch()
         panel, settings = TITLES[language]
         self.program.action("show-panel")
-        left, top, width, height = self.application.wait_for("frame", panel).extents
+        left, top, _, height = self.application.wait_for("frame", panel).extents
         x, y, _, control = self.open_window("show-settings", settings).wait_for("combo box").extents
-        return ((left + width // 2, top + height - 20), (left + width // 2, top + height - 1),
-                (x - 6, y + control // 2))
+        # The settings cover the middle of the panel.
+        beside = left + 30
+        return ((beside, top + height - 20), (beside, top + height - 1), (x - 6, y + control // 2))
 
     def pixel(self, point):
         """Red, green and blue of a screen point."""

@@ -279,6 +279,50 @@ class CaptionWindowControllerTest final : public test::Suite {
     QVERIFY(!stage.desktop.isWatching);
   }
 
+  void panelYieldsToAnOwnWindowInFrontOfIt() {
+    PanelStage stage;
+    stage.controller->show();
+    QWidget window;
+    window.setGeometry(stage.panel().geometry());
+    stage.controller->keepReadable(window);
+    stage.desktop.calls.clear();
+    window.show();
+    QCOMPARE(stage.desktop.calls, QStringList{"normal"});
+    // It overlaps no longer, then again.
+    window.move(stage.panel().geometry().topRight() + QPoint(1, 0));
+    QTRY_COMPARE(stage.desktop.calls, (QStringList{"normal", "floating"}));
+    window.move(stage.panel().pos());
+    QTRY_COMPARE(stage.desktop.calls.size(), 3);
+    stage.settings.setKeepOnTop(false);
+    stage.settings.setKeepOnTop(true);
+    QVERIFY2(!stage.desktop.calls.mid(1 + 2).contains("floating"), "still in front");
+    window.hide();
+    QCOMPARE(stage.desktop.calls.back(), QString("floating"));
+  }
+
+  void panelThatMustBeShownAnewYieldsToo() {
+    PanelStage stage;
+    stage.desktop.changesLevelWhileShown = false;
+    stage.controller->show();
+    QWidget window;
+    window.setGeometry(stage.panel().geometry());
+    stage.controller->keepReadable(window);
+    stage.desktop.calls.clear();
+    window.show();
+    QVERIFY(stage.panel().isVisible());
+    QVERIFY(stage.desktop.calls.contains("prepare normal"));
+    QVERIFY(!stage.desktop.calls.contains("prepare floating"));
+    {
+      QWidget closed;
+      closed.setGeometry(stage.panel().geometry());
+      stage.controller->keepReadable(closed);
+      closed.show();
+    }
+    window.hide();
+    QVERIFY(stage.panel().isVisible());
+    QVERIFY(stage.desktop.calls.contains("prepare floating"));
+  }
+
   void panelIsClippedWithoutACompositor() {
     PanelStage stage;
     stage.controller->show();

@@ -38,6 +38,23 @@ class WindowFrameTest final : public test::Suite {
     QCOMPARE(movedIntoView(QRect(0, 0, 5000, 5000), screens).size(), QSize(1000, 800));
   }
 
+  void frameIsPlacedBesideAnotherOneNearTheMiddle() {
+    const QRect area(0, 0, 1280, 800);
+    const QRect panel(360, 490, 560, 250);
+    QCOMPARE(placedBeside(panel, area, QSize(432, 345)), QRect(424, 137, 432, 345));
+    // A panel at the top leaves room below it.
+    QCOMPARE(placedBeside(panel.translated(0, -480), area, QSize(432, 345)),
+             QRect(424, 268, 432, 345));
+    // Too high for the room above, but not too wide for the room at the left.
+    QCOMPARE(placedBeside(QRect(600, 490, 560, 250), area, QSize(432, 560)),
+             QRect(160, 120, 432, 560));
+    QCOMPARE(placedBeside(QRect(100, 490, 560, 250), area, QSize(432, 560)),
+             QRect(668, 120, 432, 560));
+    // Nowhere is room.
+    QCOMPARE(placedBeside(panel, area, QSize(472, 790)), std::nullopt);
+    QCOMPARE(centredIn(area, QSize(400, 200)), QRect(440, 300, 400, 200));
+  }
+
   void restoredFrameIsOnAScreen() {
     QWidget window;
     window.setGeometry(20, 30, 300, 200);

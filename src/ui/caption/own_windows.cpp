@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/caption/own_windows.h"
+
+#include "ui/common/window_frame.h"
+
+#include <QEvent>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QWindow>
+
+namespace velun {
+
+OwnWindows::OwnWindows(const QWidget& panel) : panel_(panel) {
+  connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, [this](const QWindow* now) {
+    if (!now || now == panel_.windowHandle()) setFront(nullptr);
+  });
+}
+
+void OwnWindows::add(QWidget& window) {
+  window.installEventFilter(this);
+}
+
+bool OwnWindows::overlapPanel() const {
+  return front_ && front_->isVisible() && !front_->isMinimized() &&
+         front_->frameGeometry().intersects(panel_.geometry());
+}
+
+void OwnWindows::raiseFront() {
+  if (front_) front_->raise();
+}
+
+bool OwnWindows::eventFilter(QObject* watched, QEvent* event) {
+  auto* window = static_cast<QWidget*>(watched);
+  switch (event->type()) {
+    case QEvent::Show:
+      if (!event->spontaneous()) place(*window);
+      setFront(window);
+      break;
+    case QEvent::WindowActivate:
+      setFront(window);
+      break;
+    case QEvent::Hide:
+      if (window == front_) setFront(nullptr);
+      break;
+    case QEvent::Move:
+    case QEvent::Resize:
+    case QEvent::WindowStateChange:
+      if (window == front_) Q_EMIT frontChanged();
+      break;
+    default:
+      break;
+  }
+  return QObject::eventFilter(watched, event);
+}
+
+void OwnWindows::setFront(QWidget* window) {
+  if (front_ == window) return;
+  front_ = window;
+  Q_EMIT frontChanged();
+}
+
+void OwnWindows::place(QWidget& window) const {
+  if (window.testAttribute(Qt::WA_Moved) || !panel_.isVisible()) return;
+  const QSize size = window.size().grownBy(usualFrameMargins());
+  const QRect area = window.screen()->availableGeometry();
+  const QRect centred = centredIn(area, size);
+  if (!centred.intersects(panel_.geometry())) return;
+  if (const auto beside = placedBeside(panel_.geometry(), area, size)) {
+    window.move(beside->topLeft());
+  }
+}
+
+}  // namespace velun
