@@ -108,6 +108,10 @@ void SpeechRecognitionEngine::startRecognition(const QString& locale, const Run&
     isFallingBehind_ = isBehind;
     updateStatus();
   });
+  connect(recognition_.get(), &SpeechRun::noticed, this, [this](const QString& notice) {
+    notice_ = notice;
+    updateStatus();
+  });
   connect(recognition_.get(), &SpeechRun::ended, this, [this](const std::optional<QString>& error) {
     if (!error) return;
     fail(L(QStringLiteral("Recognition error: ") + *error, QStringLiteral("인식 오류: ") + *error));
@@ -181,6 +185,7 @@ QCoro::Task<> SpeechRecognitionEngine::stop() {
   if (audio_) audio_->stop();
   audio_.reset();
   isInterrupted_ = false;
+  notice_.reset();
   updateStatus();
   bool hasFedAudio = false;
   if (input_) input_->finish();
@@ -207,6 +212,7 @@ void SpeechRecognitionEngine::forgetRun() {
   volatileText_.clear();
   isInterrupted_ = false;
   isFallingBehind_ = false;
+  notice_.reset();
   shownStatus_.reset();
 }
 
@@ -222,6 +228,8 @@ void SpeechRecognitionEngine::updateStatus() {
                "사운드 시스템이 응답하지 않습니다. 복구되면 자막이 계속됩니다.");
   } else if (isFallingBehind_) {
     status = L("Recognition is falling behind", "인식이 늦어지고 있습니다");
+  } else {
+    status = notice_;
   }
   if (status == shownStatus_) return;
   shownStatus_ = status;
@@ -237,6 +245,7 @@ void SpeechRecognitionEngine::fail(const QString& message) {
   }
   isInterrupted_ = false;
   isFallingBehind_ = false;
+  notice_.reset();
   shownStatus_.reset();
   Q_EMIT eventOccurred(FailureEvent{message});
 }

@@ -77,6 +77,8 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   QString volatileText_;
   bool isInterrupted_ = false;
   bool isFallingBehind_ = false;
+  /// What is missing in this run.
+  std::optional<QString> notice_;
   std::optional<QString> shownStatus_;
 };
 

@@ -383,6 +383,18 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     f.stop();
   }
 
+  void noticeIsShownUntilTheStop() {
+    Fixture f;
+    f.startWithAudio();
+    Q_EMIT f.speech.script->run->noticed("No punctuation");
+    Q_EMIT f.speech.script->run->lagChanged(true);
+    Q_EMIT f.speech.script->run->lagChanged(false);
+    QCOMPARE(f.events, QStringList({"status No punctuation", "status Recognition is falling behind",
+                                    "status No punctuation"}));
+    f.stop();
+    QCOMPARE(f.events.value(3), QString("status -"));
+  }
+
   void interruptionIsShownUntilItIsOver() {
     Fixture f;
     f.startWithAudio();

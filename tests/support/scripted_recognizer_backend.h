@@ -31,6 +31,8 @@ struct BackendScript {
   /// The number of samples after which a phrase ends by itself; 0: never.
   std::atomic<int> phraseLength = 0;
   std::atomic<bool> wasOnMainThread = false;
+  /// Set before the start.
+  std::optional<QString> notice;
 };
 
 /// A back end whose drafts and finals contain the number of buffers in the phrase.
@@ -47,6 +49,7 @@ class ScriptedBackend final : public RecognizerBackend {
     if (script_->isSlowToLoad) wait();
     if (script_->failsToLoad) throw Failure("Cannot load");
   }
+  std::optional<QString> notice() const override { return script_->notice; }
   void acceptAudio(std::span<const float> samples) override {
     if (script_->isSlow) wait();
     if (script_->failsToDecode) throw Failure("Cannot decode");

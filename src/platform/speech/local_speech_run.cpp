@@ -105,6 +105,7 @@ void LocalSpeechRun::run(const RecognizerProvider::Factory& factory) {
 
 void LocalSpeechRun::loadAndDecode(RecognizerBackend& backend) {
   backend.load();
+  postNotice(backend);
   try {
     decode(backend);
   } catch (const std::exception&) {
@@ -115,6 +116,17 @@ void LocalSpeechRun::loadAndDecode(RecognizerBackend& backend) {
     }
     throw;
   }
+}
+
+void LocalSpeechRun::postNotice(const RecognizerBackend& backend) {
+  const std::optional<QString> notice = backend.notice();
+  if (!notice) return;
+  QMetaObject::invokeMethod(
+      this,
+      [this, text = *notice] {
+        if (!isCancelled_) Q_EMIT noticed(text);
+      },
+      Qt::QueuedConnection);
 }
 
 void LocalSpeechRun::decode(RecognizerBackend& backend) {

@@ -41,6 +41,7 @@ class LocalSpeechRun final : public SpeechRun {
   void run(const RecognizerProvider::Factory& factory);
   void setBackend(RecognizerBackend* backend);
   void loadAndDecode(RecognizerBackend& backend);
+  void postNotice(const RecognizerBackend& backend);
   void decode(RecognizerBackend& backend);
   void accept(RecognizerBackend& backend, const SpeechSamples& input);
   void acceptSilence(RecognizerBackend& backend, double seconds);

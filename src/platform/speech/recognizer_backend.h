@@ -3,6 +3,8 @@
 
 #include "platform/speech/transcription_result.h"
 
+#include <optional>
+#include <QString>
 #include <span>
 #include <vector>
 
@@ -17,6 +19,9 @@ class RecognizerBackend {
 
   /// The first call: does the slow part of the initialization, which `cancel` must be able to end.
   virtual void load() {}
+
+  /// What the user should know about the captions to come, localized; known after `load`.
+  virtual std::optional<QString> notice() const { return std::nullopt; }
 
   /// Decodes the samples.
   virtual void acceptAudio(std::span<const float> samples) = 0;

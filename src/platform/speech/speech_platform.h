@@ -56,6 +56,8 @@ class SpeechRun : public QObject {
   void resultReady(const velun::TranscriptionResult& result);
   /// Decoding has fallen behind the audio, or has caught up.
   void lagChanged(bool isBehind);
+  /// Something is missing and captions go on without it. `notice` is localized.
+  void noticed(const QString& notice);
   /// The last signal. `error` is the text of the failure that ended the run, if one did.
   void ended(const std::optional<QString>& error);
 };

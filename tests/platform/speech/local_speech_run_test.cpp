@@ -24,6 +24,8 @@ struct Fixture {
     });
     QObject::connect(run.get(), &SpeechRun::lagChanged,
                      [this](bool isBehind) { emitted << (isBehind ? "behind" : "caught up"); });
+    QObject::connect(run.get(), &SpeechRun::noticed,
+                     [this](const QString& notice) { emitted << "notice " + notice; });
   }
   void yield(double seconds = 0.1) {
     input->yield({std::vector<float>(static_cast<std::size_t>(seconds * kSpeechSampleRate))});
@@ -63,6 +65,15 @@ class LocalSpeechRunTest final : public test::Suite {
     f.start();
     test::await(f.run->settle());
     QCOMPARE(f.emitted, QStringList({"draft 1", "final 1"}));
+  }
+
+  void noticeComesBeforeTheResults() {
+    Fixture f;
+    f.script.notice = "No punctuation";
+    f.start();
+    f.yield();
+    test::await(f.run->finish());
+    QCOMPARE(f.emitted, QStringList({"notice No punctuation", "draft 1", "final 1", "end -"}));
   }
 
   void settleDeliversItsResultsAndTheRunGoesOn() {
