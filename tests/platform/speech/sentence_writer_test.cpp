@@ -93,7 +93,7 @@ class SentenceWriterTest final : public test::Suite {
   }
 
   void pausesDisappearFromTheText() {
-    script_.replies["so | we met || today ||"] = "So, |, we met ||. Today ||.";
+    script_.replies["so | we met || today ||"] = "So, |, we met. ||. Today. ||?";
     QCOMPARE(written(finalResult("so | we met || today")), QStringList("So, we met. Today."));
   }
 
@@ -104,43 +104,43 @@ class SentenceWriterTest final : public test::Suite {
   }
 
   void longPauseDecidesAMarkOfADraft() {
-    script_.replies["we met || today"] = "We met ||. Today.";
+    script_.replies["we met || today"] = "We met. || Today.";
     QCOMPARE(written(draft("we met || today")), QStringList("~We met. Today"));
   }
 
   void sentenceBeginsWithACapital() {
-    script_.replies["we met || try again ||"] = "We met ||. try again ||.";
+    script_.replies["we met || try again ||"] = "We met. || try again. ||";
     QCOMPARE(written(finalResult("we met || try again")), QStringList("We met. Try again."));
   }
 
   void functionWordIsSmallInsideASentence() {
-    script_.replies["ask for you the man in paris ||"] = "ask for you The man In Paris ||.";
+    script_.replies["ask for you the man in paris ||"] = "ask for you The man In Paris. ||";
     QCOMPARE(written(finalResult("ask for you the man in paris")),
              QStringList("Ask for you the man in Paris."));
   }
 
   void abbreviationKeepsItsCapitals() {
-    script_.replies["give it to it ||"] = "Give it to IT ||.";
+    script_.replies["give it to it ||"] = "Give it to IT. ||";
     QCOMPARE(written(finalResult("give it to it")), QStringList("Give it to IT."));
   }
 
   void sentenceGoesOnInTheNextPhrase() {
     script_.replies["we met ||"] = "We met, ||";
-    script_.replies["we met || and ate ||"] = "We met. || And ate ||.";
+    script_.replies["we met || and ate ||"] = "We met. || And ate. ||";
     QCOMPARE(written(finalResult("we met")), QStringList("We met,"));
     QCOMPARE(written(finalResult("and ate", 2.5)), QStringList("and ate."));
   }
 
   void shownMarksDecideAboutTheNextCapital() {
     script_.replies["we met ||"] = "We met. ||";
-    script_.replies["we met || and ate ||"] = "We met, || and ate ||.";
+    script_.replies["we met || and ate ||"] = "We met, || and ate. ||";
     QCOMPARE(written(finalResult("we met")), QStringList("We met."));
     QCOMPARE(written(finalResult("and ate", 2.5)), QStringList("And ate."));
   }
 
   void longSilenceBeginsANewSentence() {
     script_.replies["we met ||"] = "We met ||";
-    script_.replies["and ate ||"] = "and ate ||.";
+    script_.replies["and ate ||"] = "and ate. ||";
     written(finalResult("we met"));
     QCOMPARE(written(finalResult("and ate", 60)), QStringList("And ate."));
     QCOMPARE(script_.texts.last(), QString("and ate ||"));
@@ -149,7 +149,7 @@ class SentenceWriterTest final : public test::Suite {
   void cutPhraseKeepsItsUnfinishedSentence() {
     script_.replies["we met today it was the"] = "We met today. It was the";
     script_.replies["we met today it was the best day ||"] =
-        "We met today. It was the best day ||.";
+        "We met today. It was the best day. ||";
     QCOMPARE(written(cut("we met today it was the")),
              QStringList({"We met today.", "~It was the"}));
     QCOMPARE(writer_->unfinishedUntil(), std::optional(2.8));

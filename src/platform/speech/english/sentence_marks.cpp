@@ -43,16 +43,10 @@ bool hasPause(const CaptionWords& words, std::size_t at, double seconds) {
                                 words[at + 1].begin - word.end >= seconds);
 }
 
-/// The words of the reply and their marks; the marks after a pause sign belong to the word before.
+/// The words of the reply and their marks. What the model writes at pause signs means nothing.
 CaptionWords wordsOfReply(const QString& punctuated) {
-  CaptionWords words;
-  for (CaptionWord& word : captionWords(punctuated)) {
-    if (!isPauseSign(word.text)) {
-      words.push_back(std::move(word));
-    } else if (!words.empty() && words.back().marks.isEmpty()) {
-      words.back().marks = word.marks;
-    }
-  }
+  CaptionWords words = captionWords(punctuated);
+  std::erase_if(words, [](const CaptionWord& word) { return isPauseSign(word.text); });
   return words;
 }
 
