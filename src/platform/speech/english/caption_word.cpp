@@ -13,8 +13,10 @@ qsizetype lengthWithoutMarks(const QString& word) {
   qsizetype length = word.size();
   while (length > 0 && QStringView(u".,?!;:…").contains(word[length - 1])) --length;
   if (length == 0) return word.size();
-  const bool isAbbreviation = QStringView(word).left(length).contains(u'.');
-  return isAbbreviation && word.size() > length && word[length] == u'.' ? length + 1 : length;
+  const bool isAbbreviation = length >= 3 && word[length - 1].isLetter() &&
+                              word[length - 2] == u'.' && word.size() > length &&
+                              word[length] == u'.';
+  return isAbbreviation ? length + 1 : length;
 }
 
 }  // namespace

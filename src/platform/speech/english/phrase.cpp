@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/speech/english/phrase.h"
+
+#include <algorithm>
+
+namespace velun {
+
+namespace {
+
+/// The number of words that tell what follows them: "March twenty fifth,".
+constexpr qsizetype kContext = 3;
+
+bool endsSentence(const CaptionWord& word) {
+  return std::any_of(word.marks.begin(), word.marks.end(),
+                     [](QChar mark) { return QStringView(u".?!").contains(mark); });
+}
+
+}  // namespace
+
+Phrase::Phrase(const CaptionWords& words, qsizetype begin, qsizetype end, bool mayContinue)
+    : words_(words), begin_(begin), end_(end), contextBegin_(begin), mayContinue_(mayContinue) {
+  while (contextBegin_ > 0 && begin - contextBegin_ < kContext &&
+         !endsSentence(words[static_cast<std::size_t>(contextBegin_ - 1)])) {
+    --contextBegin_;
+  }
+  tokens_.reserve(static_cast<std::size_t>(end - contextBegin_));
+  for (qsizetype at = contextBegin_; at < end; ++at) {
+    QString lower = original(at).toLower();
+    const NumberWord number = numberWord(lower);
+    tokens_.push_back({std::move(lower), number});
+  }
+}
+
+const Phrase::Token& Phrase::token(qsizetype at) const {
+  static const Token nothing;
+  if (at >= end_ && mayContinue_) hasReachedEnd_ = true;
+  if (at < contextBegin_ || at >= end_) return nothing;
+  return tokens_[static_cast<std::size_t>(at - contextBegin_)];
+}
+
+const QString& Phrase::word(qsizetype at) const {
+  return token(at).word;
+}
+
+const QString& Phrase::original(qsizetype at) const {
+  return words_[static_cast<std::size_t>(at)].text;
+}
+
+NumberWord Phrase::number(qsizetype at) const {
+  return token(at).number;
+}
+
+bool Phrase::is(qsizetype at, std::initializer_list<const char*> words) const {
+  const QString& text = word(at);
+  return std::any_of(words.begin(), words.end(),
+                     [&text](const char* each) { return text == QLatin1String(each); });
+}
+
+}  // namespace velun
