@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/english/phrase.h"
 
+#include "platform/speech/english/sentence_marks.h"
+
 #include <algorithm>
 
 namespace velun {
@@ -9,11 +11,6 @@ namespace {
 
 /// The number of words that tell what follows them: "March twenty fifth,".
 constexpr qsizetype kContext = 3;
-
-bool endsSentence(const CaptionWord& word) {
-  return std::any_of(word.marks.begin(), word.marks.end(),
-                     [](QChar mark) { return QStringView(u".?!").contains(mark); });
-}
 
 }  // namespace
 
