@@ -53,9 +53,9 @@ void addNoise(Sound& sound, const Sound& noise) {
 
 }  // namespace
 
-std::vector<Clip> readClips(const QString& folder, const QString& transcript) {
-  QFile file(transcript);
-  if (!file.open(QFile::ReadOnly)) throw std::runtime_error(qPrintable(transcript));
+std::vector<Clip> readClips(const QString& folder) {
+  QFile file(folder + "/transcription");
+  if (!file.open(QFile::ReadOnly)) throw std::runtime_error(qPrintable(file.fileName()));
   static const QRegularExpression line("^(?:<s> )?(.*?)(?: </s>)? \\(([^()]+)\\)$");
   std::vector<Clip> clips;
   for (const QString& each : QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts)) {

@@ -15,8 +15,9 @@ struct Clip {
   Sound sound;
 };
 
-/// The clips of a folder that are listed in a transcript file, one "words (clip-name)" per line.
-std::vector<Clip> readClips(const QString& folder, const QString& transcript);
+/// The clips of a folder, WAV files that are listed in its file `transcription`, one
+/// "words (clip-name)" per line.
+std::vector<Clip> readClips(const QString& folder);
 
 /// Sentences of our own in synthetic voices, made in `folder`; with `noise`, pink noise 23 dB below
 /// the voice is added.

@@ -1,17 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Measures recognition of speech and of noise. Without arguments: the built-in recognizer on read
-// books, synthetic voices, the same with noise, and sounds without speech. With a folder of WAV
-// files and a transcript: the built-in recognizer on these clips, one row each. With a locale as
-// the third argument: the neural recognizer that is installed for it.
+// Measures recognition of speech and of noise. Without a folder: the built-in recognizer on read
+// books, synthetic voices, the same with noise, and sounds without speech. With a folder of clips
+// (see readClips and readStyles): word errors on these clips, by style and in total; with
+// --downloaded, of the downloaded recognizer instead of the built-in one.
 #include "platform/foundation/system_clock.h"
 #include "platform/models/store/download_store.h"
 #include "platform/speech/built_in/built_in_recognizer_provider.h"
 #include "platform/speech/neural/neural_recognizer_provider.h"
+#include "recognition/clip_styles.h"
 #include "recognition/clips.h"
+#include "recognition/process_family.h"
 #include "recognition/recognition_run.h"
 
 #include <algorithm>
 #include <cstdio>
+#include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QTemporaryDir>
 
@@ -38,40 +41,81 @@ void printRealTime(const Outcome& outcome) {
   row("recognizer_rss_mb", outcome.residentMegabytes, "MB");
 }
 
-void measureClips(RecognizerProvider& provider, const QString& locale,
-                  const std::vector<Clip>& clips) {
-  const Outcome fast = recognise(provider, locale, clips, Pace::asFastAsPossible, true);
-  row("recognizer_wer_percent", fast.words.percent(), "%");
-  row("recognizer_real_time_factor", fast.cpuSeconds / fast.audioSeconds, "x");
-  printRealTime(recognise(provider, locale, clips, Pace::realTime, true));
+/// One row: the percentage, and of how many words it is.
+void row(const QString& name, const WordErrors& words) {
+  std::printf("%s %.3f %% %d\n", qPrintable(name), words.percent(), words.words);
+  std::fflush(stdout);
 }
 
-void measureNeural(const QString& locale, const std::vector<Clip>& clips) {
+/// One line with the number of errors and the confidence interval, and the row.
+void printErrors(const QString& name, const QString& style, std::span<const WordErrors> clips) {
+  WordErrors sum;
+  for (const WordErrors& each : clips) sum += each;
+  const Interval interval = confidenceInterval(clips);
+  std::printf("# %s: %d clips, %d words, %d errors, %.1f %% (95 %%: %.1f to %.1f)\n",
+              qPrintable(style), static_cast<int>(clips.size()), sum.words, sum.errors,
+              sum.percent(), interval.low, interval.high);
+  row(name, sum);
+}
+
+void printStyles(const std::vector<ClipStyle>& styles, const std::vector<Clip>& clips,
+                 const Outcome& outcome) {
+  for (const ClipStyle& style : styles) {
+    std::vector<WordErrors> errors;
+    for (std::size_t i = 0; i < clips.size(); ++i) {
+      if (style.clips.contains(clips[i].name)) errors.push_back(outcome.clipErrors[i]);
+    }
+    if (!errors.empty()) {
+      printErrors(QStringLiteral("recognizer_wer_%1_percent").arg(style.name), style.name, errors);
+    }
+  }
+  printErrors("recognizer_wer_percent", "all", outcome.clipErrors);
+}
+
+struct FolderOptions {
+  QString folder;
+  QString locale;
+  bool isRealTime = false;
+};
+
+void measureFolder(RecognizerProvider& provider, const FolderOptions& options) {
+  const std::vector<Clip> clips = readClips(options.folder);
+  if (clips.empty()) throw std::runtime_error("the transcription lists no clips");
+  const Pace pace = options.isRealTime ? Pace::realTime : Pace::asFastAsPossible;
+  const Outcome outcome = recognise(provider, options.locale, clips, pace, true);
+  printStyles(readStyles(options.folder), clips, outcome);
+  row("recognizer_real_time_factor", outcome.cpuSeconds / outcome.audioSeconds, "x");
+  if (options.isRealTime) printRealTime(outcome);
+}
+
+void measureDownloaded(const FolderOptions& options) {
   SystemClock clock;
-  ModelStoreOptions options;
-  options.root = DownloadStore::standardRoot();
+  ModelStoreOptions storeOptions;
+  storeOptions.root = DownloadStore::standardRoot();
   // Reports a metered connection, so that nothing is downloaded in the background.
-  DownloadStore models(ModelCatalogue::builtIn(), options, clock, [] { return true; });
+  DownloadStore models(ModelCatalogue::builtIn(), storeOptions, clock, [] { return true; });
   NeuralRecognizerProvider provider(
       ModelCatalogue::builtIn(), models,
       QCoreApplication::applicationDirPath() + "/../bin/velun-recognizer");
-  if (!provider.isInstalled(locale)) throw std::runtime_error("no model is installed for it");
-  measureClips(provider, locale, clips);
+  if (!provider.isInstalled(options.locale)) {
+    throw std::runtime_error("no model is installed for it");
+  }
+  measureFolder(provider, options);
 }
 
 void measureAll(RecognizerProvider& provider, bool isVerbose) {
   const QTemporaryDir folder;
   const double residentBefore = residentMegabytes();
-  const auto percent = [&](const std::vector<Clip>& clips) {
-    return recognise(provider, kLocale, clips, Pace::asFastAsPossible, isVerbose).words.percent();
+  const auto errors = [&](const std::vector<Clip>& clips) {
+    return recognise(provider, kLocale, clips, Pace::asFastAsPossible, isVerbose).words;
   };
-  std::vector<Clip> books = readClips(kBooks, kBooks + "/transcription");
+  std::vector<Clip> books = readClips(kBooks);
   std::vector<Clip> voices = synthesise(folder.path(), false);
-  row("recognizer_wer_percent", percent(books), "%");
-  row("recognizer_wer_flite_clean_percent", percent(voices), "%");
+  row("recognizer_wer_percent", errors(books));
+  row("recognizer_wer_flite_clean_percent", errors(voices));
   row("recognizer_rss_kept_mb", residentMegabytes() - residentBefore, "MB");
   const std::vector<Clip> noisyVoices = synthesise(folder.path(), true);
-  row("recognizer_wer_flite_noise_percent", percent(noisyVoices), "%");
+  row("recognizer_wer_flite_noise_percent", errors(noisyVoices));
   // In real time, where final passes that are started and cancelled cost more.
   const std::vector<Clip> noises = soundsWithoutSpeech(folder.path());
   const Outcome noise = recognise(provider, kLocale, noises, Pace::realTime, isVerbose);
@@ -88,16 +132,27 @@ void measureAll(RecognizerProvider& provider, bool isVerbose) {
 
 int main(int argc, char** argv) {
   QCoreApplication app(argc, argv);
-  const QStringList arguments = QCoreApplication::arguments();
-  BuiltInRecognizerProvider provider;
+  QCommandLineParser parser;
+  parser.addHelpOption();
+  parser.addPositionalArgument("folder", "WAV files, their transcription and lists of styles",
+                               "[folder]");
+  parser.addOptions({{"downloaded", "Measure the recognizer that was downloaded."},
+                     {"locale", "The language of the clips.", "locale", kLocale},
+                     {"real-time", "Play the clips in real time and measure the delays too."},
+                     {"verbose", "Print the words of each clip."}});
+  parser.process(app);
   try {
-    if (arguments.size() == 3) {
-      measureClips(provider, kLocale, readClips(arguments[1], arguments[2]));
-    } else if (arguments.size() == 4) {
-      measureNeural(arguments[3], readClips(arguments[1], arguments[2]));
-    } else {
-      measureAll(provider, arguments.contains("--verbose"));
+    BuiltInRecognizerProvider provider;
+    if (parser.positionalArguments().isEmpty()) {
+      measureAll(provider, parser.isSet("verbose"));
+      return 0;
     }
+    const FolderOptions options{parser.positionalArguments().first(), parser.value("locale"),
+                                parser.isSet("real-time")};
+    if (parser.isSet("downloaded"))
+      measureDownloaded(options);
+    else
+      measureFolder(provider, options);
   } catch (const std::exception& error) {
     std::fprintf(stderr, "%s\n", error.what());
     return 1;

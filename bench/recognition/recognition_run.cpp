@@ -4,15 +4,14 @@
 #include "audio/audio_feeder.h"
 #include "platform/foundation/system_clock.h"
 #include "platform/speech/local_speech_run.h"
+#include "recognition/process_family.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <QCoreApplication>
 #include <QEventLoop>
-#include <QFile>
 #include <QTimer>
-#include <sys/resource.h>
 
 namespace velun::bench {
 
@@ -20,15 +19,6 @@ namespace {
 
 constexpr double kPauseAfterClip = 2.0;
 constexpr double kPiece = 0.02;
-
-double cpuSeconds() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  const auto seconds = [](const timeval& time) {
-    return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec);
-  };
-  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
-}
 
 /// One speech run, its results with the time of their arrival.
 class Run {
@@ -157,16 +147,6 @@ void countDelays(const std::vector<Run::Arrival>& arrivals, double begin, const 
 
 }  // namespace
 
-double residentMegabytes() {
-  QFile file(QStringLiteral("/proc/self/status"));
-  if (!file.open(QFile::ReadOnly)) return 0;
-  for (const QByteArray& line : file.readAll().split('\n')) {
-    if (line.startsWith("VmRSS:"))
-      return line.mid(6).simplified().split(' ').first().toDouble() / 1024;
-  }
-  return 0;
-}
-
 Outcome recognise(RecognizerProvider& provider, const QString& locale,
                   const std::vector<Clip>& clips, Pace pace, bool isVerbose) {
   Outcome outcome;
@@ -202,6 +182,7 @@ Outcome recognise(RecognizerProvider& provider, const QString& locale,
     const QString text = finals.join(u' ');
     const WordErrors errors = countWordErrors(clips[i].text, text);
     outcome.words += errors;
+    outcome.clipErrors.push_back(errors);
     outcome.recognizedWords += static_cast<int>(comparedWords(text).size());
     countDrafts(arrivals, outcome);
     if (isVerbose) {

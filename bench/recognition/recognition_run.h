@@ -13,6 +13,8 @@ namespace velun::bench {
 /// The results of one pass over some clips.
 struct Outcome {
   WordErrors words;
+  /// By clip, in their order.
+  std::vector<WordErrors> clipErrors;
   /// The number of all recognized words.
   int recognizedWords = 0;
   double audioSeconds = 0;
@@ -28,9 +30,6 @@ struct Outcome {
   /// The cores that the busiest clip took, its pause included.
   double mostCores = 0;
 };
-
-/// The resident memory of this process.
-double residentMegabytes();
 
 enum class Pace { asFastAsPossible, realTime };
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <numeric>
 #include <QRegularExpression>
+#include <random>
 #include <vector>
 
 namespace velun::bench {
@@ -39,6 +40,21 @@ WordErrors countWordErrors(const QString& said, const QString& recognized) {
     }
   }
   return {row.back(), static_cast<int>(reference.size())};
+}
+
+Interval confidenceInterval(std::span<const WordErrors> clips) {
+  constexpr std::size_t kSamples = 1000;
+  constexpr std::size_t kTail = kSamples / 40;  // 2.5 % at either end
+  if (clips.empty()) return {};
+  std::mt19937 random(1);
+  std::vector<double> percents;
+  for (std::size_t i = 0; i < kSamples; ++i) {
+    WordErrors sample;
+    for (std::size_t j = 0; j < clips.size(); ++j) sample += clips[random() % clips.size()];
+    percents.push_back(sample.percent());
+  }
+  std::sort(percents.begin(), percents.end());
+  return {percents[kTail], percents[kSamples - 1 - kTail]};
 }
 
 int changedWords(const QStringList& shown, const QStringList& next) {

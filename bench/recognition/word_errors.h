@@ -3,6 +3,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <span>
 
 namespace velun::bench {
 
@@ -20,6 +21,16 @@ struct WordErrors {
 QStringList comparedWords(const QString& text);
 
 WordErrors countWordErrors(const QString& said, const QString& recognized);
+
+/// Limits in percent.
+struct Interval {
+  double low = 0;
+  double high = 0;
+};
+
+/// The 95 % confidence interval of the word errors of all clips together, by bootstrap: the errors
+/// of as many clips, drawn with replacement, 1,000 times. The same clips give the same interval.
+Interval confidenceInterval(std::span<const WordErrors> clips);
 
 /// The number of shown draft words that the next text does not have at the same position.
 int changedWords(const QStringList& shown, const QStringList& next);
