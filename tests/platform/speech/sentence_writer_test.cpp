@@ -180,6 +180,14 @@ class SentenceWriterTest final : public test::Suite {
 
   void discardedDraftStaysDiscarded() { QCOMPARE(written({"", true}), QStringList("")); }
 
+  void numbersAreWrittenAfterTheMarks() {
+    script_.replies["i paid twenty five dollars ||"] = "I paid twenty five dollars. ||";
+    QCOMPARE(written(draft("i paid twenty")), QStringList("~I paid twenty"));
+    QCOMPARE(written(finalResult("i paid twenty five dollars")), QStringList("I paid $25."));
+    written(finalResult("i did", 4));
+    QCOMPARE(script_.texts.last(), QString("i paid twenty five dollars || i did ||"));
+  }
+
   void changedWordsAreNotBelieved() {
     script_.replies["we met ||"] = "They met. ||";
     QCOMPARE(written(finalResult("we met")), QStringList("We met"));

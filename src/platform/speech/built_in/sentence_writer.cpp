@@ -2,6 +2,7 @@
 #include "platform/speech/built_in/sentence_writer.h"
 
 #include "platform/speech/built_in/sentence_case.h"
+#include "platform/speech/english/english_text.h"
 #include "platform/speech/english/sentence_marks.h"
 
 #include <algorithm>
@@ -36,6 +37,14 @@ CaptionWords withoutMarks(CaptionWords words) {
   texts = sentenceCase(texts).split(u' ');
   for (std::size_t i = 0; i < words.size(); ++i) words[i].text = texts[static_cast<qsizetype>(i)];
   return words;
+}
+
+QString draftText(const CaptionWords& words) {
+  return joinedText(writeEnglish(words, {.mayContinue = true}));
+}
+
+QString finalText(const CaptionWords& words) {
+  return joinedText(writeEnglish(words, {}));
 }
 
 /// How many words of a phrase that was cut belong to finished sentences.
@@ -97,7 +106,7 @@ std::optional<TranscriptionResult> SentenceWriter::finish() {
 
 TranscriptionResult SentenceWriter::draft() {
   forgetOldContext(heard_);
-  return {joinedText(punctuated(captionWords(heard_, false), false)), false, heard_};
+  return {draftText(punctuated(captionWords(heard_, false), false)), false, heard_};
 }
 
 /// Writes the first `count` words of `heard_`, which become the context of the next ones.
@@ -107,7 +116,7 @@ TranscriptionResult SentenceWriter::final(const CaptionWords& words, std::size_t
   context_.insert(context_.end(), written.begin(), written.end());
   const std::size_t surplus = context_.size() - std::min(context_.size(), kContextWords);
   context_.erase(context_.begin(), context_.begin() + static_cast<std::ptrdiff_t>(surplus));
-  return {joinedText(written), true, {heard_.begin(), heard_.begin() + end}};
+  return {finalText(written), true, {heard_.begin(), heard_.begin() + end}};
 }
 
 void SentenceWriter::forgetOldContext(const HeardWords& heard) {

@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/speech/built_in/built_in_punctuation.h"
+
+#include "platform/speech/built_in/sentence_writer.h"
+#include "platform/speech/neural_fixture.h"
+#include "support/suite.h"
+
+#include <QTemporaryDir>
+
+using namespace velun;
+using namespace velun::test;
+
+namespace {
+
+const auto kFolder = QStringLiteral(VELUN_PUNCTUATION);
+
+/// Words of 0.3 s, a second apart where a "|" stands.
+TranscriptionResult heard(const QString& text) {
+  TranscriptionResult result{text, true};
+  double begin = 1;
+  for (const QString& word : text.split(u' ')) {
+    if (word == QLatin1String("|")) {
+      begin += 1;
+    } else {
+      result.words.push_back({word, begin, begin + 0.3, 1});
+      begin += 0.3;
+    }
+  }
+  return result;
+}
+
+}  // namespace
+
+/// The model that is installed with the program, in the real library.
+class BuiltInPunctuationTest final : public test::Suite {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void init() {
+    if (!hasRecognitionLibrary()) QSKIP("scripts/setup has not installed the library");
+  }
+
+  void textsAreWritten_data() {
+    QTest::addColumn<QString>("words");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("sentences")
+        << "good morning and welcome to the first lesson of the year | today "
+           "we will talk about the river and the people who live beside it"
+        << "Good morning and welcome to the first lesson of the year. Today "
+           "we will talk about the river and the people who live beside it.";
+    QTest::newRow("names") << "on monday we flew from new york to london"
+                           << "On Monday we flew from New York to London.";
+    QTest::newRow("question") << "what do you think | can we do this next week"
+                              << "What do you think? Can we do this next week?";
+    QTest::newRow("comma") << "well | i think we should wait until tomorrow"
+                           << "Well, I think we should wait until tomorrow.";
+  }
+  void textsAreWritten() {
+    QFETCH(QString, words);
+    QFETCH(QString, text);
+    const BuiltInPunctuation provider(helperProgram(), kFolder);
+    SentenceWriter writer(provider.punctuationFactory("en_US")());
+    writer.load();
+    QCOMPARE(writer.write(heard(words)).front().text, text);
+  }
+
+  void pausesDecide() {
+    const BuiltInPunctuation provider(helperProgram(), kFolder);
+    const auto restorer = provider.punctuationFactory("en_US")();
+    QVERIFY(restorer->knowsPauses());
+    const QString ended =
+        restorer->restored("we should try again || later we can talk about it ||");
+    const QString wentOn =
+        restorer->restored("we should try again later || we can talk about it ||");
+    QVERIFY2(ended.contains("again."), qPrintable(ended));
+    QVERIFY2(wentOn.contains("later."), qPrintable(wentOn));
+  }
+
+  void onlyUsEnglishIsKnown() {
+    const BuiltInPunctuation provider(helperProgram(), kFolder);
+    QVERIFY(provider.punctuationFactory("en_US"));
+    QVERIFY(!provider.punctuationFactory("de_DE"));
+  }
+
+  void missingFilesAreNoProvider() {
+    const QTemporaryDir folder;
+    QVERIFY(!BuiltInPunctuation(helperProgram(), folder.path()).punctuationFactory("en_US"));
+    QVERIFY(!BuiltInPunctuation(folder.filePath("none"), kFolder).punctuationFactory("en_US"));
+  }
+
+  void damagedFilesLeaveTheWords_data() {
+    QTest::addColumn<QString>("name");
+    QTest::newRow("network") << "punctuation.onnx";
+    QTest::newRow("vocabulary") << "punctuation.vocab";
+  }
+  void damagedFilesLeaveTheWords() {
+    QFETCH(QString, name);
+    const QTemporaryDir folder;
+    for (const char* each : {"punctuation.onnx", "punctuation.vocab", "SHA256SUMS"}) {
+      QVERIFY(QFile::copy(kFolder + u'/' + each, folder.filePath(each)));
+    }
+    QFile file(folder.filePath(name));
+    QVERIFY(file.setPermissions(QFile::ReadOwner | QFile::WriteOwner));
+    QVERIFY(file.open(QIODevice::ReadWrite) && file.seek(file.size() / 2));
+    const char byte = file.read(1).at(0);
+    QVERIFY(file.seek(file.size() / 2) && file.putChar(static_cast<char>(byte ^ 0x10)));
+    file.close();
+    const BuiltInPunctuation provider(helperProgram(), folder.path());
+    SentenceWriter writer(provider.punctuationFactory("en_US")());
+    writer.load();
+    QCOMPARE(writer.write(heard("we met | then i left")).front().text,
+             QString("We met then I left"));
+  }
+};
+
+QTEST_GUILESS_MAIN(BuiltInPunctuationTest)
+#include "built_in_punctuation_test.moc"
