@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/models/store/file_check.h"
 
+#include "platform/foundation/file_descriptor.h"
+#include "platform/foundation/file_error.h"
 #include "platform/models/store/model_store_failures.h"
 
 #include <cerrno>
 #include <cstdio>
+#include <fcntl.h>
 #include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
@@ -13,14 +16,19 @@
 namespace velun {
 
 QByteArray sha256OfFile(const QString& path, const std::stop_token& stop) {
-  QFile file(path);
-  if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) return {};
+  const auto refuse = [&path] {
+    throw FileError(FileError::Operation::read, errno, path);
+  };
+  const FileDescriptor file(::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC));
+  if (!file.isOpen()) refuse();
   QCryptographicHash hash(QCryptographicHash::Sha256);
   QByteArray block(1 << 20, Qt::Uninitialized);
   while (true) {
     if (stop.stop_requested()) throw Cancelled();
-    const qint64 count = file.read(block.data(), block.size());
-    if (count < 0) return {};
+    const ssize_t count =
+        ::read(file.number(), block.data(), static_cast<std::size_t>(block.size()));
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) refuse();
     if (count == 0) return hash.result().toHex();
     hash.addData(QByteArrayView(block.constData(), count));
   }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/models/store/model_installer.h"
 
+#include "platform/foundation/file_error.h"
 #include "platform/models/model_address.h"
 #include "platform/models/store/file_check.h"
 #include "platform/models/store/model_lock.h"
@@ -8,6 +9,7 @@
 #include "platform/models/store/unpack.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <QDir>
 #include <QFileInfo>
 #include <QStorageInfo>
@@ -21,6 +23,35 @@ constexpr std::int64_t kReservedBytes = 50'000'000;
 
 void makeFolder(const QString& path) {
   if (!QDir().mkpath(path)) throw model_failures::notSaved(path);
+}
+
+/// Whether the file that somebody has put in place can be used.
+bool isUsable(const QString& path, std::int64_t bytes, const QByteArray& sha256,
+              const std::stop_token& stop) {
+  try {
+    return isFile(path, bytes, sha256, stop);
+  } catch (const FileError&) {
+    return false;
+  }
+}
+
+/// Whether the download is what the catalogue says. Throws `Failure` if that cannot be found out
+/// now. Data on a broken part of the disk is damaged: every attempt would fail there.
+bool isVerified(const ModelDownload& download, const QString& path, const std::stop_token& stop) {
+  try {
+    return isFile(path, download.bytes, download.sha256, stop);
+  } catch (const FileError& error) {
+    if (error.code().value() == EIO) return false;
+    throw model_failures::unreadable(error.code().value());
+  }
+}
+
+QByteArray hashOfUnpacked(const QString& path, const std::stop_token& stop) {
+  try {
+    return sha256OfFile(path, stop);
+  } catch (const FileError& error) {
+    throw model_failures::unreadable(error.code().value());
+  }
 }
 
 std::int64_t sizeOf(const QString& path) {
@@ -104,13 +135,13 @@ bool ModelInstaller::usePlaced(const Model& model, const ModelDownload& download
                               : known                ? known->sha256
                                                      : QByteArray();
     const QString path = dir.filePath(file.name);
-    areFilesRight = areFilesRight && !sha256.isEmpty() && isFile(path, file.bytes, sha256, stop);
+    areFilesRight = areFilesRight && !sha256.isEmpty() && isUsable(path, file.bytes, sha256, stop);
     if (areFilesRight) record.note(dir.path(), file.name, sha256, download.sha256);
   }
   if (areFilesRight) return true;
   const QString packed = dir.filePath(download.fileName());
   if (download.packing == ModelPacking::none ||
-      !isFile(packed, download.bytes, download.sha256, stop)) {
+      !isUsable(packed, download.bytes, download.sha256, stop)) {
     return false;
   }
   unpackVerified(model, download, packed, record, stop);
@@ -163,7 +194,7 @@ void ModelInstaller::fetchVerified(const ModelDownload& download, const QString&
                                    const std::stop_token& stop) const {
   const QUrl address = mirroredModelAddress(download.address, options_.mirror);
   downloadFile(address, download.bytes, partial, options_.retries, stop);
-  if (isFile(partial, download.bytes, download.sha256, stop)) return;
+  if (isVerified(download, partial, stop)) return;
   QFile::remove(partial);
   throw model_failures::damaged();
 }
@@ -176,7 +207,7 @@ void ModelInstaller::unpackVerified(const Model& model, const ModelDownload& dow
   unpack(download, packed, unpacked, stop);
   for (const ModelFile& file : download.files) {
     const QString path = QDir(unpacked).filePath(file.name);
-    const QByteArray sha256 = sha256OfFile(path, stop);
+    const QByteArray sha256 = hashOfUnpacked(path, stop);
     const bool hasSize = file.bytes == 0 || sizeOf(path) == file.bytes;
     if (!hasSize || (!file.sha256.isEmpty() && sha256 != file.sha256)) {
       QDir(unpacked).removeRecursively();

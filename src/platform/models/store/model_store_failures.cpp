@@ -74,6 +74,13 @@ Failure notSaved(const QString& reason) {
                    QString("모델을 저장할 수 없습니다: %1").arg(reason)));
 }
 
+Failure unreadable(int code) {
+  const QString reason = qt_error_string(code);
+  return Failure(
+      L(QString("The downloaded model couldn’t be read: %1. Try again.").arg(reason),
+        QString("다운로드한 모델을 읽을 수 없습니다: %1. 다시 시도하십시오.").arg(reason)));
+}
+
 Failure noThread() {
   return Failure(
       L("The model couldn’t be downloaded: the system is out of threads. Close some programs, then "

@@ -25,6 +25,8 @@ Failure unexpectedFile();
 DamagedModel damaged();
 Failure noSpace(std::int64_t neededBytes, std::int64_t freeBytes);
 Failure notSaved(const QString& reason);
+/// The download is complete but cannot be read now; `code` is an errno value.
+Failure unreadable(int code);
 /// The system cannot start another thread.
 Failure noThread();
 

@@ -5,6 +5,7 @@
 
 #include <archive.h>
 #include <archive_entry.h>
+#include <cerrno>
 #include <memory>
 #include <QDir>
 #include <QFile>
@@ -18,6 +19,23 @@ struct FreeArchive {
   void operator()(archive* reader) const { archive_read_free(reader); }
 };
 using Reader = std::unique_ptr<archive, FreeArchive>;
+
+/// Throws the failure for the last error of libarchive, which is an errno value if the system could
+/// not read the file.
+[[noreturn]] void refuse(archive* reader) {
+  const int code = archive_errno(reader);
+  switch (code) {
+    case EACCES:
+    case EMFILE:
+    case ENFILE:
+    case ENOENT:
+    case ENOMEM:
+    case ESTALE:
+      throw model_failures::unreadable(code);
+    default:
+      throw model_failures::damaged();
+  }
+}
 
 Reader openPacked(ModelPacking packing, const QString& path) {
   constexpr std::size_t kBlock = 1 << 18;
@@ -43,7 +61,7 @@ Reader openPacked(ModelPacking packing, const QString& path) {
   }
   if (archive_read_open_filename(reader.get(), QFile::encodeName(path).constData(), kBlock) !=
       ARCHIVE_OK) {
-    throw model_failures::damaged();
+    refuse(reader.get());
   }
   return reader;
 }
@@ -58,7 +76,7 @@ void writeEntry(archive* reader, const QString& path, const std::stop_token& sto
     if (stop.stop_requested()) throw Cancelled();
     const la_ssize_t count =
         archive_read_data(reader, block.data(), static_cast<std::size_t>(block.size()));
-    if (count < 0) throw model_failures::damaged();
+    if (count < 0) refuse(reader);
     if (count == 0) return;
     if (file.write(block.constData(), count) != count) {
       throw model_failures::notSaved(file.errorString());
@@ -99,7 +117,8 @@ void unpackArchive(const ModelDownload& download, const QString& packed, const Q
     writeEntry(reader.get(), folder.filePath(name), stop);
     found.insert(name);
   }
-  if (answer != ARCHIVE_EOF || found.size() != static_cast<qsizetype>(download.files.size())) {
+  if (answer != ARCHIVE_EOF) refuse(reader.get());
+  if (found.size() != static_cast<qsizetype>(download.files.size())) {
     throw model_failures::damaged();
   }
 }
@@ -108,7 +127,7 @@ void unpackFile(const ModelDownload& download, const QString& packed, const QDir
                 const std::stop_token& stop) {
   const Reader reader = openPacked(download.packing, packed);
   archive_entry* entry = nullptr;
-  if (archive_read_next_header(reader.get(), &entry) != ARCHIVE_OK) throw model_failures::damaged();
+  if (archive_read_next_header(reader.get(), &entry) != ARCHIVE_OK) refuse(reader.get());
   // Without this, the raw format would accept a file that is not compressed.
   if (archive_filter_count(reader.get()) < 2) throw model_failures::damaged();
   writeEntry(reader.get(), folder.filePath(download.files.front().name), stop);
