@@ -48,7 +48,11 @@ std::vector<QString> sessionFiles(const QString& folder) {
   const auto check = [&error, &folder] {
     if (error) throw FileError(FileError::Operation::list, error.value(), folder);
   };
-  fs::directory_iterator entry(QFile::encodeName(folder).toStdString(), error);
+  const fs::path location(QFile::encodeName(folder).toStdString());
+  fs::directory_iterator entry(location, error);
+  // Not a folder without permission or behind a broken disk, of which that is unknown.
+  std::error_code unused;
+  if (error && fs::status(location, unused).type() == fs::file_type::not_found) return {};
   for (check(); entry != fs::directory_iterator(); entry.increment(error), check()) {
     const QString name =
         QFile::decodeName(QByteArray::fromStdString(entry->path().filename().string()));

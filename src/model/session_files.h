@@ -14,7 +14,7 @@ namespace velun {
 bool isLegacyFile(const QString& path);
 
 /// The paths of a folder's session files and transcripts of an earlier version, sorted by name,
-/// without hidden files. Throws `FileError`.
+/// without hidden files. Empty for a folder that does not exist. Throws `FileError`.
 std::vector<QString> sessionFiles(const QString& folder);
 
 /// The session of each file; nothing for a file that cannot be read. Transcripts of an earlier

@@ -124,7 +124,6 @@ SessionStore::Listing SessionStore::savedSessions() const {
 SessionStore::Listing SessionStore::list(const QString& legacyTitle) const {
   migratePreviousFolder();
   const QString folder = directory.toLocalFile();
-  if (!QFileInfo::exists(folder)) return {};
   const std::vector<QString> paths = sessionFiles(folder);
   std::vector<std::optional<CaptionSession>> read = readSessionFiles(paths, legacyTitle);
   Listing listing;

@@ -170,6 +170,14 @@ class SessionStoreTest final : public test::Suite {
     QVERIFY(!failure([&] { file.savedSessions(); }).isEmpty());
   }
 
+  void folderThatCannotBeReachedIsNotAnEmptyListing() {
+    QVERIFY(QFile::link("circle", path("circle")));
+    for (const QString& name : {path("circle"), path("circle/Sessions")}) {
+      const SessionStore unreachable{QUrl::fromLocalFile(name)};
+      QVERIFY(!failure([&] { unreachable.savedSessions(); }).isEmpty());
+    }
+  }
+
   void listsOnlyVisibleSessionFiles() {
     const QByteArray bytes = encodeSession(test::sampleSession());
     for (const char* name : {"a.json", "x.JSON", ".y.json", "notes.txt", "json", "z.json.bak"}) {
