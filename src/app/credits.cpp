@@ -22,6 +22,11 @@ std::vector<Credit> credits(const ModelCatalogue& models) {
       {"Apertium", "GPL-2.0-or-later"},
       {"SentencePiece", "Apache-2.0"},
       {"oneDNN", "Apache-2.0"},
+      // The texts that the punctuation model was trained on.
+      {"Changelog transcripts", "CC-BY-SA-4.0"},
+      {"Earnings-21, Earnings-22", "CC-BY-SA-4.0"},
+      {"Schema-Guided Dialogue", "CC-BY-SA-4.0"},
+      {"Bitcoin Transcripts", "MIT"},
   };
   for (const Model& model : models.models()) credits.push_back({model.id, model.licence});
   return credits;

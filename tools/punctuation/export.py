@@ -14,7 +14,8 @@ from onnx import TensorProto, helper, numpy_helper
 
 # What the outputs mean, as sherpa-onnx reads it.
 NOTES = dict(COMMA="1", PERIOD="2", QUESTION="3", UPPER="1", CAP="2", MIX_CASE="3")
-PAUSE_SIGNS = ("|", "||")
+# One character each: sherpa-onnx does not find longer signs in the vocabulary.
+PAUSE_SIGNS = ("|", "+")
 FILES = ("punctuation.onnx", "punctuation.vocab")
 
 

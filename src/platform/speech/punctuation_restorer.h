@@ -22,7 +22,7 @@ class PunctuationRestorer {
   /// Whether texts are restored: false after a failure.
   virtual bool isReady() const = 0;
 
-  /// Whether "|" and "||" in a text tell that the speaker pauses for a short or a long time; the
+  /// Whether "|" and "+" in a text tell that the speaker pauses for a short or a long time; the
   /// restored text contains them too.
   virtual bool knowsPauses() const = 0;
 

@@ -33,12 +33,13 @@ class ScriptedPunctuation final : public PunctuationRestorer {
   Script& script_;
 };
 
-/// Words of 0.3 s without pauses; "|" is a pause of 0.3 s, "||" one of 0.7 s.
+/// Words of 0.3 s without pauses; "|" is a pause of 0.3 s, "+" one of 0.7 s.
 std::vector<RecognizedWord> heard(const QString& text, double begin = 1) {
+  const QHash<QString, double> pauses = {{"|", 0.3}, {"+", 0.7}};
   std::vector<RecognizedWord> words;
   for (const QString& word : text.split(u' ', Qt::SkipEmptyParts)) {
-    if (word.startsWith(u'|')) {
-      begin += word.size() == 1 ? 0.3 : 0.7;
+    if (pauses.contains(word)) {
+      begin += pauses[word];
     } else {
       words.push_back({word, begin, begin + 0.3, 1});
       begin += 0.3;
@@ -83,18 +84,18 @@ class SentenceWriterTest final : public test::Suite {
   }
 
   void modelIsToldThePauses() {
-    written(finalResult("yes | well || no"));
-    QCOMPARE(script_.texts, QStringList("yes | well || no ||"));
+    written(finalResult("yes | well + no"));
+    QCOMPARE(script_.texts, QStringList("yes | well + no +"));
   }
 
   void draftEndsWithoutPause() {
-    written(draft("yes || no"));
-    QCOMPARE(script_.texts, QStringList("yes || no"));
+    written(draft("yes + no"));
+    QCOMPARE(script_.texts, QStringList("yes + no"));
   }
 
   void pausesDisappearFromTheText() {
-    script_.replies["so | we met || today ||"] = "So, |, we met. ||. Today. ||?";
-    QCOMPARE(written(finalResult("so | we met || today")), QStringList("So, we met. Today."));
+    script_.replies["so | we met + today +"] = "So, |, we met. +. Today. +?";
+    QCOMPARE(written(finalResult("so | we met + today")), QStringList("So, we met. Today."));
   }
 
   void marksAtTheEndOfADraftWait() {
@@ -104,52 +105,51 @@ class SentenceWriterTest final : public test::Suite {
   }
 
   void longPauseDecidesAMarkOfADraft() {
-    script_.replies["we met || today"] = "We met. || Today.";
-    QCOMPARE(written(draft("we met || today")), QStringList("~We met. Today"));
+    script_.replies["we met + today"] = "We met. + Today.";
+    QCOMPARE(written(draft("we met + today")), QStringList("~We met. Today"));
   }
 
   void sentenceBeginsWithACapital() {
-    script_.replies["we met || try again ||"] = "We met. || try again. ||";
-    QCOMPARE(written(finalResult("we met || try again")), QStringList("We met. Try again."));
+    script_.replies["we met + try again +"] = "We met. + try again. +";
+    QCOMPARE(written(finalResult("we met + try again")), QStringList("We met. Try again."));
   }
 
   void functionWordIsSmallInsideASentence() {
-    script_.replies["ask for you the man in paris ||"] = "ask for you The man In Paris. ||";
+    script_.replies["ask for you the man in paris +"] = "ask for you The man In Paris. +";
     QCOMPARE(written(finalResult("ask for you the man in paris")),
              QStringList("Ask for you the man in Paris."));
   }
 
   void abbreviationKeepsItsCapitals() {
-    script_.replies["give it to it ||"] = "Give it to IT. ||";
+    script_.replies["give it to it +"] = "Give it to IT. +";
     QCOMPARE(written(finalResult("give it to it")), QStringList("Give it to IT."));
   }
 
   void sentenceGoesOnInTheNextPhrase() {
-    script_.replies["we met ||"] = "We met, ||";
-    script_.replies["we met || and ate ||"] = "We met. || And ate. ||";
+    script_.replies["we met +"] = "We met, +";
+    script_.replies["we met + and ate +"] = "We met. + And ate. +";
     QCOMPARE(written(finalResult("we met")), QStringList("We met,"));
     QCOMPARE(written(finalResult("and ate", 2.5)), QStringList("and ate."));
   }
 
   void shownMarksDecideAboutTheNextCapital() {
-    script_.replies["we met ||"] = "We met. ||";
-    script_.replies["we met || and ate ||"] = "We met, || and ate. ||";
+    script_.replies["we met +"] = "We met. +";
+    script_.replies["we met + and ate +"] = "We met, + and ate. +";
     QCOMPARE(written(finalResult("we met")), QStringList("We met."));
     QCOMPARE(written(finalResult("and ate", 2.5)), QStringList("And ate."));
   }
 
   void longSilenceBeginsANewSentence() {
-    script_.replies["we met ||"] = "We met ||";
-    script_.replies["and ate ||"] = "and ate. ||";
+    script_.replies["we met +"] = "We met +";
+    script_.replies["and ate +"] = "and ate. +";
     written(finalResult("we met"));
     QCOMPARE(written(finalResult("and ate", 60)), QStringList("And ate."));
-    QCOMPARE(script_.texts.last(), QString("and ate ||"));
+    QCOMPARE(script_.texts.last(), QString("and ate +"));
   }
 
   void cutPhraseKeepsItsUnfinishedSentence() {
     script_.replies["we met today it was the"] = "We met today. It was the";
-    script_.replies["we met today it was the best day ||"] =
-        "We met today. It was the best day. ||";
+    script_.replies["we met today it was the best day +"] = "We met today. It was the best day. +";
     QCOMPARE(written(cut("we met today it was the")),
              QStringList({"We met today.", "~It was the"}));
     QCOMPARE(writer_->unfinishedUntil(), std::optional(2.8));
@@ -181,15 +181,15 @@ class SentenceWriterTest final : public test::Suite {
   void discardedDraftStaysDiscarded() { QCOMPARE(written({"", true}), QStringList("")); }
 
   void numbersAreWrittenAfterTheMarks() {
-    script_.replies["i paid twenty five dollars ||"] = "I paid twenty five dollars. ||";
+    script_.replies["i paid twenty five dollars +"] = "I paid twenty five dollars. +";
     QCOMPARE(written(draft("i paid twenty")), QStringList("~I paid twenty"));
     QCOMPARE(written(finalResult("i paid twenty five dollars")), QStringList("I paid $25."));
     written(finalResult("i did", 4));
-    QCOMPARE(script_.texts.last(), QString("i paid twenty five dollars || i did ||"));
+    QCOMPARE(script_.texts.last(), QString("i paid twenty five dollars + i did +"));
   }
 
   void changedWordsAreNotBelieved() {
-    script_.replies["we met ||"] = "They met. ||";
+    script_.replies["we met +"] = "They met. +";
     QCOMPARE(written(finalResult("we met")), QStringList("We met"));
   }
 

@@ -13,8 +13,12 @@ namespace {
 /// are right in 33, 65, 71 and 73 of 100 cases with 0, 1, 2 and 4 words after them.
 constexpr std::size_t kWordsAfterMark = 2;
 
+// Of one character: sherpa-onnx does not find longer signs in the vocabulary.
+constexpr QChar kShortPauseSign = u'|';
+constexpr QChar kLongPauseSign = u'+';
+
 bool isPauseSign(const QString& word) {
-  return word.startsWith(u'|');
+  return word.startsWith(kShortPauseSign) || word.startsWith(kLongPauseSign);
 }
 
 /// Words that are no names and have a capital only where a sentence begins.
@@ -57,7 +61,7 @@ QString textForPunctuation(const CaptionWords& words, bool knowsPauses) {
   for (std::size_t i = 0; i < words.size(); ++i) {
     texts.append(words[i].text.toLower());
     if (!knowsPauses || !hasPause(words, i, kShortPause)) continue;
-    texts.append(hasPause(words, i, kLongPause) ? QStringLiteral("||") : QStringLiteral("|"));
+    texts.append(hasPause(words, i, kLongPause) ? kLongPauseSign : kShortPauseSign);
   }
   return texts.join(u' ');
 }

@@ -9,7 +9,7 @@ namespace velun {
 /// Restores punctuation in the helper program. After a failure of the helper, texts stay unchanged.
 class PunctuationHelper final : public PunctuationRestorer {
  public:
-  /// `knowsPauses`: the model was trained with "|" and "||" for pauses.
+  /// `knowsPauses`: the model was trained with "|" and "+" for pauses.
   PunctuationHelper(QString program, RecognizerSettings settings, bool knowsPauses = false);
   ~PunctuationHelper() override;
 
