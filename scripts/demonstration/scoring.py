@@ -2,6 +2,8 @@
 
 import re
 
+SCENES = (("flite", "Synthetic voices"), ("librivox", "Human readers"), ("natural", "Natural talk"))
+
 
 def normalised(text):
     words = re.sub(r"[^\w\s']", " ", text.lower()).split()
@@ -18,3 +20,13 @@ def word_errors(said, heard):
             cost = min(row[j] + 1, row[j - 1] + 1, previous + (word != other))
             previous, row[j] = row[j], cost
     return row[-1], len(reference)
+
+
+def scenes(lines, clips):
+    """A text with the word errors of each kind of clip."""
+    for kind, label in SCENES:
+        said = " ".join(clip.text for clip in clips if clip.kind == kind)
+        heard = " ".join(line.text for line in lines if line.kind == kind)
+        errors, words = word_errors(said, heard)
+        right = max(words - errors, 0)
+        yield f"{label}: {right} of {words} words right, {100 * errors / words:.1f} % word errors"
