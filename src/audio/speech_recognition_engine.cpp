@@ -18,6 +18,10 @@ using namespace std::chrono_literals;
 constexpr auto kSilenceCheckInterval = 500ms;
 /// Seconds without audio after which an unfinished phrase is finalized.
 constexpr double kMaxSilenceInPhrase = 1.0;
+constexpr auto kFinishCheckInterval = 500ms;
+/// Seconds that a stop waits for a recognizer that makes no progress. Loading a model and
+/// finalizing a long phrase take less.
+constexpr double kMaxFinishStall = 10.0;
 /// Seconds without audio after which the level meter is empty.
 constexpr double kMeterTimeout = 0.25;
 
@@ -88,10 +92,24 @@ QCoro::Task<> SpeechRecognitionEngine::setUp(Run run, std::stop_token stop) {
 QCoro::Task<> SpeechRecognitionEngine::installModel(std::shared_ptr<SpeechModelOffer> offer,
                                                     QUuid token, std::stop_token stop) {
   const QPointer<SpeechRecognitionEngine> self(this);
-  Q_EMIT eventOccurred(StatusEvent{L("Downloading speech model…", "음성 모델 다운로드 중…")});
-  QCoro::Task<> installing = offer->install(stop);
-  co_await installing;
-  if (self && engineToken_ == token) Q_EMIT eventOccurred(StatusEvent{});
+  setDownloading(true);
+  std::exception_ptr error;
+  try {
+    QCoro::Task<> installing = offer->install(stop);
+    co_await installing;
+  } catch (...) {
+    error = std::current_exception();
+  }
+  if (self && engineToken_ == token) setDownloading(false);
+  if (error) std::rethrow_exception(error);
+}
+
+void SpeechRecognitionEngine::setDownloading(bool isDownloading) {
+  if (std::exchange(isDownloading_, isDownloading) == isDownloading) return;
+  std::optional<QString> status;
+  if (isDownloading) status = L("Downloading speech model…", "음성 모델 다운로드 중…");
+  Q_EMIT eventOccurred(StatusEvent{status});
+  Q_EMIT isDownloadingChanged();
 }
 
 void SpeechRecognitionEngine::checkCancellation(const QPointer<SpeechRecognitionEngine>& engine,
@@ -102,13 +120,15 @@ void SpeechRecognitionEngine::checkCancellation(const QPointer<SpeechRecognition
 void SpeechRecognitionEngine::startRecognition(const QString& locale, const Run& run) {
   input_ = std::make_shared<SpeechInput>();
   recognition_ = speech_.start(locale, input_);
-  connect(recognition_.get(), &SpeechRun::resultReady, this,
-          [this, run](const TranscriptionResult& result) { handle(result, run); });
+  run_ = run;
+  connect(recognition_.get(), &SpeechRun::resultReady, this, &SpeechRecognitionEngine::handle);
   connect(recognition_.get(), &SpeechRun::lagChanged, this, [this](bool isBehind) {
     isFallingBehind_ = isBehind;
     updateStatus();
   });
   connect(recognition_.get(), &SpeechRun::noticed, this, [this](const QString& notice) {
+    // During a stop, the text would outlive the captions.
+    if (!audio_) return;
     notice_ = notice;
     updateStatus();
   });
@@ -145,7 +165,8 @@ void SpeechRecognitionEngine::followSource(const AudioSource& source, QUuid toke
   });
 }
 
-void SpeechRecognitionEngine::handle(const TranscriptionResult& result, const Run& run) {
+void SpeechRecognitionEngine::handle(const TranscriptionResult& result) {
+  lastProgress_ = clock_.monotonicSeconds();
   const QString text = result.text.trimmed();
   if (!result.isFinal) {
     volatileText_ = text;
@@ -156,7 +177,7 @@ void SpeechRecognitionEngine::handle(const TranscriptionResult& result, const Ru
   if (text.isEmpty()) {
     Q_EMIT eventOccurred(DraftEvent{});
   } else {
-    Q_EMIT eventOccurred(FinalEvent{text, run.sourceID, run.input});
+    Q_EMIT eventOccurred(FinalEvent{text, run_->sourceID, run_->input});
   }
 }
 
@@ -194,21 +215,56 @@ QCoro::Task<> SpeechRecognitionEngine::stop() {
 
   const QUuid token = engineToken_;
   if (recognition_ && hasFedAudio) {
-    QCoro::Task<> finishing = recognition_->finish();
+    QCoro::Task<> finishing = finishRecognition();
     co_await finishing;
-  } else if (recognition_) {
-    QCoro::Task<> cancelling = recognition_->cancel();
+  } else {
+    QCoro::Task<> cancelling = cancelRecognition();
     co_await cancelling;
   }
   // The engine may have been destroyed or stopped a second time meanwhile.
   if (self && engineToken_ == token) forgetRun();
 }
 
+QCoro::Task<> SpeechRecognitionEngine::finishRecognition() {
+  lastProgress_ = clock_.monotonicSeconds();
+  checkFinishLater(input_->pendingSeconds());
+  return recognition_->finish();
+}
+
+void SpeechRecognitionEngine::checkFinishLater(double pendingSeconds) {
+  finishCheck_ = clock_.callAfter(kFinishCheckInterval, [this, pendingSeconds] {
+    const double pendingNow = input_->pendingSeconds();
+    if (pendingNow < pendingSeconds) lastProgress_ = clock_.monotonicSeconds();
+    if (clock_.monotonicSeconds() - lastProgress_ < kMaxFinishStall) {
+      checkFinishLater(pendingNow);
+    } else {
+      endHungRecognition();
+    }
+  });
+}
+
+/// The draft becomes final, because the recognizer will not finish it.
+void SpeechRecognitionEngine::endHungRecognition() {
+  if (!volatileText_.isEmpty()) handle({volatileText_, true});
+  fail(L("The speech recognizer is not responding. The last words may be missing.",
+         "음성 인식기가 응답하지 않습니다. 마지막 말이 빠졌을 수 있습니다."));
+  startTask(this, [this] { return cancelRecognition(); });
+}
+
+QCoro::Task<> SpeechRecognitionEngine::cancelRecognition() {
+  // It may have ended meanwhile.
+  if (!recognition_) co_return;
+  QCoro::Task<> cancelling = recognition_->cancel();
+  co_await cancelling;
+}
+
 void SpeechRecognitionEngine::forgetRun() {
+  finishCheck_.reset();
   recognition_.reset();
   input_.reset();
   engineToken_ = QUuid::createUuid();
   isStarting_ = false;
+  setDownloading(false);
   volatileText_.clear();
   isInterrupted_ = false;
   isFallingBehind_ = false;

@@ -30,6 +30,7 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
 
   QCoro::Task<> start(QString localeID, bool useMic, std::stop_token stop = {}) override;
   QCoro::Task<> stop() override;
+  bool isDownloading() const override { return isDownloading_; }
   std::vector<float> meterBands() const override;
 
  private:
@@ -48,12 +49,18 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   /// Throws `Cancelled` once a stop was requested, the run was replaced or the engine is gone.
   static void checkCancellation(const QPointer<SpeechRecognitionEngine>& engine, QUuid token,
                                 const std::stop_token& stop);
+  void setDownloading(bool isDownloading);
   void startRecognition(const QString& locale, const Run& run);
   QCoro::Task<> startAudio(Run run, std::stop_token stop);
-  void handle(const TranscriptionResult& result, const Run& run);
+  void handle(const TranscriptionResult& result);
   void followSource(const AudioSource& source, QUuid token);
   void checkSilenceLater(QUuid token);
   QCoro::Task<> checkSilence(QUuid token);
+  /// Completes after the last results of the recognizer.
+  QCoro::Task<> finishRecognition();
+  void checkFinishLater(double pendingSeconds);
+  void endHungRecognition();
+  QCoro::Task<> cancelRecognition();
   void updateStatus();
   void fail(const QString& message);
   void forgetRun();
@@ -68,9 +75,16 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   std::unique_ptr<AudioSource> audio_;
   std::optional<std::stop_callback<std::function<void()>>> cancelAudio_;
   std::unique_ptr<ScheduledCall> silenceCheck_;
+  /// While a stop waits for the recognizer.
+  std::unique_ptr<ScheduledCall> finishCheck_;
+  /// When the recognizer last made progress during a stop, in the clock's monotonic seconds.
+  double lastProgress_ = 0;
   /// Identifies the current run; work for another one is stale.
   QUuid engineToken_;
+  /// The run of `recognition_`.
+  std::optional<Run> run_;
   bool isStarting_ = false;
+  bool isDownloading_ = false;
   /// Why recognition or the audio source failed during the start.
   std::optional<QString> startFailure_;
   /// The last draft.

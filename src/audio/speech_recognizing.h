@@ -17,11 +17,15 @@ class SpeechRecognizing : public QObject {
 
  public:
   /// Starts one run. Throws `Failure` (or `Cancelled` once `stop` was requested) after cleaning
-  /// up.
+  /// up. A model that is missing is downloaded first.
   virtual QCoro::Task<> start(QString localeID, bool useMic, std::stop_token stop = {}) = 0;
 
   /// Ends the run; its last final results are delivered before this returns. Never fails.
   virtual QCoro::Task<> stop() = 0;
+
+  /// Whether a start is downloading a model, which can take minutes. Requesting its stop ends it
+  /// without delay.
+  virtual bool isDownloading() const = 0;
 
   /// The level meter's band levels in dB, or empty while no audio arrives. At any time.
   virtual std::vector<float> meterBands() const = 0;
@@ -30,6 +34,7 @@ class SpeechRecognizing : public QObject {
   /// Emitted once per event, in order. The events between a `start` and the end of its `stop`
   /// belong to that run; the engine discards later ones.
   void eventOccurred(const velun::SpeechRecognitionEvent& event);
+  void isDownloadingChanged();
 };
 
 }  // namespace velun

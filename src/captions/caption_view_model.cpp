@@ -51,6 +51,8 @@ void CaptionViewModel::observeEngine() {
   });
   connect(&engine_, &EngineController::isTransitioningChanged, this,
           &CaptionViewModel::isTransitioningChanged);
+  connect(&engine_, &EngineController::isSwitchingChanged, this,
+          &CaptionViewModel::isSwitchingChanged);
   connect(&engine_, &EngineController::eventOccurred, this,
           [this](const SpeechRecognitionEvent& event) {
             std::visit([this](const auto& alternative) { handle(alternative); }, event);
@@ -75,6 +77,7 @@ void CaptionViewModel::engineFailed(const std::optional<QString>& description) {
   }
   saver_.saveIfNeeded(SessionStore::Flush::yes);
   setStatus(description);
+  endUnneededTranslation();
 }
 
 void CaptionViewModel::setEnd() {
@@ -87,6 +90,11 @@ void CaptionViewModel::engineStopped() {
   setVolatileText(QString());
   setEnd();
   saver_.saveIfNeeded(SessionStore::Flush::yes);
+  endUnneededTranslation();
+}
+
+void CaptionViewModel::endUnneededTranslation() {
+  if (!isRunning() && lines().empty()) updateTranslation();
 }
 
 void CaptionViewModel::newSession() {

@@ -54,6 +54,7 @@ class CaptionViewModel final : public QObject {
 
   bool isRunning() const { return engine_.isRunning(); }
   bool isTransitioning() const { return engine_.isTransitioning(); }
+  bool isSwitching() const { return engine_.isSwitching(); }
   /// Turns captions on. A session with lines continues; one without lines gets a new start time.
   void start();
   void stop() { engine_.stop(); }
@@ -94,6 +95,7 @@ class CaptionViewModel final : public QObject {
   void translationStatusChanged();
   void isRunningChanged();
   void isTransitioningChanged();
+  void isSwitchingChanged();
   void localesChanged();
   void languagesChanged();
   void isSavingSessionChanged();
@@ -105,6 +107,8 @@ class CaptionViewModel final : public QObject {
   void observeEngine();
   void settingsChanged(AppSettings::Change change);
   void updateTranslation();
+  /// Cancels the download of a translation model for which no line waits.
+  void endUnneededTranslation();
 
   void handle(const DraftEvent& event);
   void handle(const FinalEvent& event);

@@ -15,12 +15,18 @@ EngineController::EngineController(const AppSettings& settings,
                                    std::unique_ptr<SpeechRecognizing> engine, QObject* parent)
     : QObject(parent), settings_(settings), engine_(std::move(engine)) {
   connect(engine_.get(), &SpeechRecognizing::eventOccurred, this, &EngineController::eventOccurred);
+  connect(engine_.get(), &SpeechRecognizing::isDownloadingChanged, this,
+          &EngineController::reportSwitching);
   connect(&chain_, &EngineChain::becameIdle, this, [this] { setTransitioning(false); });
 }
 
 EngineController::~EngineController() {
   // The engine may outlive us in a running operation; closing the chain may make it emit events.
   engine_->disconnect(this);
+}
+
+bool EngineController::isSwitching() const {
+  return isTransitioning_ && !(isRunning_ && engine_->isDownloading());
 }
 
 void EngineController::start() {
@@ -31,6 +37,7 @@ void EngineController::start() {
 
 void EngineController::restart() {
   if (!isRunning_) return;
+  if (engine_->isDownloading()) chain_.cancelAll();
   setTransitioning(true);
   chain_.enqueue([self = QPointer(this), engine = engine_](std::stop_token stop) {
     return runRestart(self, engine, stop);
@@ -54,7 +61,7 @@ QCoro::Task<> EngineController::runRestart(QPointer<EngineController> self,
     co_await starting;
     isStarted = true;
   } catch (const Cancelled&) {
-    // The user turned captions off, which needs no message.
+    // The user turned captions off or changed a setting, which needs no message.
   } catch (const std::exception& error) {
     description = descriptionOf(error);
   }
@@ -62,14 +69,15 @@ QCoro::Task<> EngineController::runRestart(QPointer<EngineController> self,
     if (!isStarted) co_return;
     QCoro::Task<> abandoning = engine->stop();
     co_await abandoning;
-  } else if (!isStarted) {
+  } else if (!isStarted && !(self->isRunning_ && stop.stop_requested())) {
+    // Otherwise a restart has replaced this one.
     self->setRunning(false);
     Q_EMIT self->startFailed(description);
   }
 }
 
 void EngineController::stop() {
-  if (isRunning_ && !isTransitioning_) beginShutdown();
+  if (isRunning_ && !isSwitching()) beginShutdown();
 }
 
 QCoro::Task<> EngineController::shutdown() {
@@ -98,10 +106,16 @@ std::vector<float> EngineController::meterBands() const {
 
 void EngineController::setRunning(bool isRunning) {
   if (update(isRunning_, isRunning)) Q_EMIT isRunningChanged();
+  reportSwitching();
 }
 
 void EngineController::setTransitioning(bool isTransitioning) {
   if (update(isTransitioning_, isTransitioning)) Q_EMIT isTransitioningChanged();
+  reportSwitching();
+}
+
+void EngineController::reportSwitching() {
+  if (update(reportedSwitching_, isSwitching())) Q_EMIT isSwitchingChanged();
 }
 
 }  // namespace velun

@@ -29,18 +29,23 @@ class EngineController final : public QObject {
 
   /// The user wants captions on; true from the command on, before the engine has started.
   bool isRunning() const { return isRunning_; }
-  /// An engine operation is queued or running. `start` and `stop` do nothing meanwhile.
+  /// An engine operation is queued or running. `start` does nothing meanwhile.
   bool isTransitioning() const { return isTransitioning_; }
+  /// In transition, other than by a start that is downloading a model. `stop` does nothing
+  /// meanwhile. Ends within seconds, so the user can wait for it; nobody has to wait for a
+  /// download.
+  bool isSwitching() const;
   /// Captions are off and the engine has stopped.
   bool isStopped() const { return !isRunning_ && !isTransitioning_; }
 
   /// Turns captions on.
   void start();
   /// Restarts the engine, if captions are on, with the settings of the moment at which it starts.
+  /// Cancels a download, which the next start of that model resumes.
   void restart();
-  /// Turns captions off. The engine stops later; its last results still arrive.
+  /// Turns captions off. The engine stops later; its last results still arrive. Cancels a download.
   void stop();
-  /// As `stop`, but also while transitioning; completes when the engine has stopped. Starts that
+  /// As `stop`, but also while switching; completes when the engine has stopped. Starts that
   /// are queued are dropped, one that is running is cancelled.
   QCoro::Task<> shutdown();
   /// Completes every pending `shutdown` and starts nothing more. The program is about to end.
@@ -52,6 +57,7 @@ class EngineController final : public QObject {
  Q_SIGNALS:
   void isRunningChanged();
   void isTransitioningChanged();
+  void isSwitchingChanged();
   /// The engine reported an event.
   void eventOccurred(const velun::SpeechRecognitionEvent& event);
   /// A start failed and captions are off. Without a description it was cancelled.
@@ -68,12 +74,14 @@ class EngineController final : public QObject {
   OneShot<bool> beginShutdown();
   void setRunning(bool isRunning);
   void setTransitioning(bool isTransitioning);
+  void reportSwitching();
 
   const AppSettings& settings_;
   /// Shared with the running operation, which may outlive the controller.
   std::shared_ptr<SpeechRecognizing> engine_;
   bool isRunning_ = false;
   bool isTransitioning_ = false;
+  bool reportedSwitching_ = false;
   EngineChain chain_;
 };
 

@@ -122,6 +122,39 @@ class AppCommandsTest final : public Suite {
     QVERIFY(stage.action(AppCommand::toggleCaptions).isEnabled());
   }
 
+  void engineCommandsWorkDuringADownload() {
+    AppStage stage;
+    stage.engine->holdsStarts = true;
+    stage.engine->downloads = true;
+    stage.perform(AppCommand::toggleCaptions);
+    QCOMPARE(stage.action(AppCommand::toggleCaptions).text(), QString("Stop Captions"));
+    QVERIFY(stage.application.action("toggle-captions").isEnabled);
+    QVERIFY(stage.application.action("input").isEnabled);
+    stage.perform(AppCommand::selectMicrophone);
+    QCOMPARE(stage.engine->calls.last(), QString("start en_US microphone"));
+    stage.perform(AppCommand::newSession);
+    // The new session continues with captions, and so with the download.
+    QVERIFY(stage.model->isRunning());
+    QCOMPARE(stage.engine->calls.last(), QString("start en_US microphone"));
+    Q_EMIT stage.application.actionRequested("toggle-captions", {});
+    QVERIFY(!stage.application.action("toggle-captions").isEnabled);
+    settle();
+    QVERIFY(!stage.model->isRunning());
+    QVERIFY(stage.application.action("toggle-captions").isEnabled);
+    QCOMPARE(stage.engine->calls.filter("start en_US").size(), 3);
+    QCOMPARE(stage.engine->overlaps, 0);
+  }
+
+  void quitCancelsADownload() {
+    AppStage stage;
+    stage.engine->holdsStarts = true;
+    stage.engine->downloads = true;
+    stage.perform(AppCommand::toggleCaptions);
+    stage.requestQuit();
+    QVERIFY(stage.engine->isStopRequested);
+    QCOMPARE(stage.replies, std::vector<bool>{true});
+  }
+
   void appliesContrastAndMotionPreferences() {
     AppStage stage;
     CaptionWindowController& window = stage.coordinator().captionWindow();

@@ -1,75 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "audio/speech_recognition_engine.h"
-
+#include "audio/engine_fixture.h"
 #include "language/localization.h"
-#include "platform/foundation/failure.h"
 #include "platform/speech/local_speech_platform.h"
-#include "support/await.h"
 #include "support/failure_of.h"
-#include "support/manual_clock.h"
-#include "support/scripted_audio_platform.h"
 #include "support/scripted_recognizer_backend.h"
-#include "support/scripted_speech_platform.h"
 #include "support/settle.h"
-#include "support/signals.h"
 #include "support/suite.h"
-
-#include <QCoroTask>
 
 using namespace velun;
 using namespace std::chrono_literals;
 
-namespace {
-
-/// A short text for each event, for readable lists.
-QString described(const SpeechRecognitionEvent& event) {
-  if (const auto* draft = std::get_if<DraftEvent>(&event)) return "draft " + draft->text;
-  if (const auto* status = std::get_if<StatusEvent>(&event)) {
-    return "status " + status->text.value_or("-");
-  }
-  if (const auto* failure = std::get_if<FailureEvent>(&event)) return "failure " + failure->message;
-  const auto& final = std::get<FinalEvent>(event);
-  return QString("final %1 (%2, %3)")
-      .arg(final.text, final.sourceID,
-           final.input == AudioInput::microphone ? "microphone" : "computer");
-}
-
-/// An engine on scripted platforms, with the events it sent.
-struct Fixture {
-  Fixture() {
-    QObject::connect(engine.get(), &SpeechRecognizing::eventOccurred,
-                     [this](const SpeechRecognitionEvent& event) { events << described(event); });
-  }
-
-  /// The description of the exception of the start, "cancelled", or nothing.
-  QString start(const QString& localeID = "en_US", bool useMic = false) {
-    try {
-      test::await(engine->start(localeID, useMic, stopSource.get_token()));
-    } catch (const Cancelled&) {
-      return "cancelled";
-    } catch (const Failure& failure) {
-      return failure.errorDescription();
-    }
-    return {};
-  }
-  void stop() { test::await(engine->stop()); }
-  void startWithAudio() {
-    start();
-    playBuffer();
-    events.clear();
-  }
-  void playBuffer() { audio.script->handler(test::tone(440, 0.1F, 1600)); }
-
-  test::ManualClock clock;
-  test::ScriptedSpeechPlatform speech;
-  test::ScriptedAudioPlatform audio;
-  std::stop_source stopSource;
-  QStringList events;
-  std::unique_ptr<SpeechRecognitionEngine> engine =
-      std::make_unique<SpeechRecognitionEngine>(speech, audio, clock);
-};
-
-}  // namespace
+using Fixture = test::EngineFixture;
 
 class SpeechRecognitionEngineTest final : public test::Suite {
   Q_OBJECT
@@ -114,56 +55,6 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     f.speech.script->result(" Good morning \n", true);
     QCOMPARE(f.events, QStringList{"final Good morning (en-GB, computer)"});
     f.stop();
-  }
-
-  void downloadShowsOneStatusText() {
-    Fixture f;
-    const auto offer = std::make_shared<test::ScriptedModelOffer>();
-    f.speech.script->offer = offer;
-    QCoro::Task<> starting = f.engine->start("ko_KR", false, f.stopSource.get_token());
-    test::settle();
-    QCOMPARE(f.events, QStringList({"status -", "status Downloading speech model…"}));
-    QCOMPARE(f.speech.script->calls.size(), 1);
-    offer->outcome.complete(true);
-    test::await(std::move(starting));
-    QCOMPARE(f.events.last(), QString("status -"));
-    QCOMPARE(f.events.size(), 3);
-    f.stop();
-  }
-
-  void failedDownloadFailsTheStart() {
-    Fixture f;
-    const auto offer = std::make_shared<test::ScriptedModelOffer>();
-    offer->outcome.fail(std::make_exception_ptr(Failure("No connection")));
-    f.speech.script->offer = offer;
-    QCOMPARE(f.start(), QString("No connection"));
-    QCOMPARE(f.speech.script->calls.size(), 1);
-  }
-
-  void stopRequestReachesTheDownload() {
-    Fixture f;
-    const auto offer = std::make_shared<test::ScriptedModelOffer>();
-    f.speech.script->offer = offer;
-    QCoro::Task<> starting = f.engine->start("en_US", false, f.stopSource.get_token());
-    test::settle();
-    f.stopSource.request_stop();
-    QVERIFY(offer->stopToken.stop_requested());
-    offer->outcome.complete(true);
-    QVERIFY_THROWS_EXCEPTION(Cancelled, test::await(std::move(starting)));
-    QCOMPARE(f.speech.script->calls.size(), 1);
-  }
-
-  void stopDuringTheDownloadEndsTheStart() {
-    Fixture f;
-    const auto offer = std::make_shared<test::ScriptedModelOffer>();
-    f.speech.script->offer = offer;
-    QCoro::Task<> starting = f.engine->start("en_US", false);
-    test::settle();
-    f.stop();
-    offer->outcome.complete(true);
-    QVERIFY_THROWS_EXCEPTION(Cancelled, test::await(std::move(starting)));
-    QVERIFY(f.audio.script->calls.isEmpty());
-    QCOMPARE(f.events.last(), QString("status Downloading speech model…"));
   }
 
   void cancelledStartThrowsCancelled() {

@@ -38,8 +38,8 @@ class CaptionLifecycleTest final : public test::Suite {
     QVERIFY(!fixture.model->isTransitioning());
     QCOMPARE(fixture.engine->calls,
              QStringList({"stop", "stopped", "start en_US computer", "started"}));
-    QCOMPARE(fixture.takeSignals(),
-             QStringList({"isRunning", "isTransitioning", "isTransitioning"}));
+    QCOMPARE(fixture.takeSignals(), QStringList({"isRunning", "isTransitioning", "isSwitching",
+                                                 "isTransitioning", "isSwitching"}));
   }
 
   void shutdownCancelsARunningDownload() {
@@ -90,7 +90,8 @@ class CaptionLifecycleTest final : public test::Suite {
     QVERIFY(fixture.model->isRunning());
     QVERIFY(!fixture.model->session().endedAt);
     QCOMPARE(fixture.texts(), QStringList({"One."}));
-    QCOMPARE(fixture.takeSignals(), QStringList({"isTransitioning", "isTransitioning"}));
+    QCOMPARE(fixture.takeSignals(),
+             QStringList({"isTransitioning", "isSwitching", "isTransitioning", "isSwitching"}));
   }
 
   void settingsRestartTheEngineOrReconfigureTranslation_data() {

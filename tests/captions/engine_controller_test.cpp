@@ -27,6 +27,7 @@ struct Fixture {
     };
     log(&EngineController::isRunningChanged, "isRunning");
     log(&EngineController::isTransitioningChanged, "isTransitioning");
+    log(&EngineController::isSwitchingChanged, "isSwitching");
     log(&EngineController::stopped, "stopped");
     QObject::connect(observed, &EngineController::eventOccurred,
                      [this] { signalled.append("event"); });
@@ -40,6 +41,11 @@ struct Fixture {
   void start() {
     controller->start();
     settle();
+  }
+  void startDownload() {
+    engine->holdsStarts = true;
+    engine->downloads = true;
+    start();
   }
   void stop() {
     controller->stop();
@@ -73,8 +79,8 @@ class EngineControllerTest final : public test::Suite {
     QCOMPARE(fixture.engine->calls, QStringList());
     settle();
     QVERIFY(fixture.controller->isRunning() && !fixture.controller->isTransitioning());
-    QCOMPARE(fixture.takeSignals(),
-             QStringList({"isRunning", "isTransitioning", "isTransitioning"}));
+    QCOMPARE(fixture.takeSignals(), QStringList({"isRunning", "isTransitioning", "isSwitching",
+                                                 "isTransitioning", "isSwitching"}));
   }
 
   void startingTwiceStartsTheEngineOnce() {
@@ -129,6 +135,82 @@ class EngineControllerTest final : public test::Suite {
     settle();
     QVERIFY(fixture.controller->isRunning());
     QVERIFY(!fixture.controller->isTransitioning());
+  }
+
+  void aDownloadIsNoSwitch() {
+    Fixture fixture;
+    fixture.startDownload();
+    QVERIFY(fixture.controller->isTransitioning() && !fixture.controller->isSwitching());
+    QCOMPARE(fixture.takeSignals(),
+             QStringList({"isRunning", "isTransitioning", "isSwitching", "isSwitching"}));
+    fixture.engine->release();
+    settle();
+    QVERIFY(fixture.controller->isRunning() && !fixture.controller->isTransitioning());
+    QCOMPARE(fixture.takeSignals(), QStringList({"isSwitching", "isTransitioning", "isSwitching"}));
+  }
+
+  void stoppingCancelsADownload() {
+    Fixture fixture;
+    fixture.startDownload();
+    fixture.controller->stop();
+    QVERIFY(fixture.engine->isStopRequested);
+    QVERIFY(!fixture.controller->isRunning() && fixture.controller->isSwitching());
+    settle();
+    QVERIFY(fixture.controller->isStopped() && !fixture.controller->isSwitching());
+    QCOMPARE(fixture.engine->calls.mid(3), QStringList({"start failed", "stop", "stopped"}));
+    QCOMPARE(fixture.takeSignals().filter("start failed"), QStringList{"start failed: cancelled"});
+    fixture.engine->holdsStarts = false;
+    fixture.start();
+    QCOMPARE(fixture.engine->calls.last(), QString("started"));
+  }
+
+  void aRestartCancelsADownload() {
+    Fixture fixture;
+    fixture.startDownload();
+    fixture.takeSignals();
+    fixture.engine->holdsStarts = false;
+    fixture.settings.setUseMic(true);
+    QVERIFY(fixture.engine->isStopRequested);
+    settle();
+    QCOMPARE(fixture.engine->calls.mid(3),
+             QStringList({"start failed", "stop", "stopped", "start en_US microphone", "started"}));
+    QVERIFY(fixture.controller->isRunning() && !fixture.controller->isTransitioning());
+    QVERIFY(!fixture.takeSignals().contains("isRunning"));
+  }
+
+  void onlyTheLastOfManyRestartsDuringADownloadStarts() {
+    Fixture fixture;
+    fixture.startDownload();
+    for (const bool useMic : {true, false, true}) fixture.settings.setUseMic(useMic);
+    settle();
+    QCOMPARE(fixture.engine->calls.filter("start en_US"),
+             QStringList({"start en_US computer", "start en_US microphone"}));
+    QVERIFY(fixture.controller->isRunning() && !fixture.controller->isSwitching());
+    fixture.stop();
+    QVERIFY(fixture.controller->isStopped());
+  }
+
+  void aRestartThatReplacesADownloadCanBeShutDown() {
+    Fixture fixture;
+    fixture.startDownload();
+    fixture.settings.setUseMic(true);
+    fixture.shutdown();
+    QVERIFY(fixture.controller->isStopped());
+    QCOMPARE(fixture.engine->calls.filter("start en_US").size(), 1);
+    QVERIFY(fixture.tasks[0].isReady());
+  }
+
+  void aFailureOfAReplacedDownloadIsNotReported() {
+    Fixture fixture;
+    fixture.engine->ignoresStopRequests = true;
+    fixture.startDownload();
+    fixture.settings.setUseMic(true);
+    fixture.engine->holdsStarts = false;
+    fixture.engine->fail("no connection");
+    settle();
+    QCOMPARE(fixture.engine->calls.last(), QString("started"));
+    QVERIFY(fixture.controller->isRunning());
+    QVERIFY(fixture.takeSignals().filter("failed").isEmpty());
   }
 
   void shutdownCancelsAStartThatHasNotBegun() {
@@ -251,7 +333,8 @@ class EngineControllerTest final : public test::Suite {
     fixture.takeSignals();
     fixture.stop();
     QCOMPARE(fixture.takeSignals(),
-             QStringList({"isRunning", "isTransitioning", "event", "stopped", "isTransitioning"}));
+             QStringList({"isRunning", "isTransitioning", "isSwitching", "event", "stopped",
+                          "isTransitioning", "isSwitching"}));
   }
 
   void restartingWhileOffDoesNothing() {

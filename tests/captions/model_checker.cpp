@@ -201,7 +201,7 @@ void ModelChecker::status() {
 }
 
 void ModelChecker::failureEvent() {
-  const bool stops = fixture_.model->isRunning() && !fixture_.model->isTransitioning();
+  const bool stops = fixture_.model->isRunning() && !fixture_.model->isSwitching();
   fixture_.failure("Recognition error: scripted");
   if (stops && (fixture_.model->isRunning() || !fixture_.model->isTransitioning())) {
     fail("a failure did not stop the engine");
@@ -252,6 +252,7 @@ void ModelChecker::repairStore() {
 void ModelChecker::holdOperations() {
   fixture_.engine->holdsStarts = isLucky(60);
   fixture_.engine->holdsStops = isLucky(40);
+  fixture_.engine->downloads = isLucky(40);
 }
 
 void ModelChecker::letOperationsPass() {
@@ -319,6 +320,10 @@ void ModelChecker::checkEngine() {
   if (fixture_.engine->overlaps > 0) fail("engine operations overlapped");
   if (fixture_.engine->isBusy() && !fixture_.model->isTransitioning()) {
     fail("an operation is running outside a transition");
+  }
+  const bool isDownloading = fixture_.model->isRunning() && fixture_.engine->isDownloading;
+  if (fixture_.model->isSwitching() != (fixture_.model->isTransitioning() && !isDownloading)) {
+    fail("a download and a switch are mixed up");
   }
 }
 

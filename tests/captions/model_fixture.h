@@ -89,6 +89,7 @@ struct ModelFixture : SessionsFolder {
     log(&Model::translationStatusChanged, "translationStatus");
     log(&Model::isRunningChanged, "isRunning");
     log(&Model::isTransitioningChanged, "isTransitioning");
+    log(&Model::isSwitchingChanged, "isSwitching");
     log(&Model::localesChanged, "locales");
     log(&Model::languagesChanged, "languages");
     log(&Model::isSavingSessionChanged, "isSavingSession");

@@ -27,6 +27,8 @@ class ScriptedRecognizer final : public SpeechRecognizing {
     /// The next operations run until they are released.
     bool holdsStarts = false;
     bool holdsStops = false;
+    /// Starts are downloading a model while they run.
+    bool downloads = false;
     /// A running start ignores the request to stop.
     bool ignoresStopRequests = false;
     /// The next start fails with this text, once.
@@ -39,6 +41,7 @@ class ScriptedRecognizer final : public SpeechRecognizing {
     /// Whether audio is being recognized.
     bool isStarted = false;
     bool isStopRequested = false;
+    bool isDownloading = false;
 
     /// Ends the held operation; `fail` ends a start with a failure.
     void release() const { gate.complete(true); }
@@ -83,12 +86,14 @@ class ScriptedRecognizer final : public SpeechRecognizing {
         if (!script->ignoresStopRequests) gate.fail(std::make_exception_ptr(Cancelled()));
       };
       const std::stop_callback cancelled(stop, cancel);
+      setDownloading(script->downloads);
       if (script->holdsStarts) co_await gate;
       const std::optional<QString> failure = std::exchange(script->startFailure, std::nullopt);
       if (failure) throw Failure(*failure);
     } catch (...) {
       error = std::current_exception();
     }
+    setDownloading(false);
     script->isStarted = !error;
     script->end(error ? "start failed" : "started");
     if (error) std::rethrow_exception(error);
@@ -106,9 +111,17 @@ class ScriptedRecognizer final : public SpeechRecognizing {
     script->end("stopped");
   }
 
+  bool isDownloading() const override { return script_->isDownloading; }
+
   std::vector<float> meterBands() const override { return script_->bands; }
 
  private:
+  void setDownloading(bool isDownloading) {
+    if (std::exchange(script_->isDownloading, isDownloading) != isDownloading) {
+      Q_EMIT isDownloadingChanged();
+    }
+  }
+
   std::shared_ptr<Script> script_;
 };
 

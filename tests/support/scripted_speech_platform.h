@@ -23,6 +23,9 @@ struct SpeechScript {
   /// Called during the operation of that name.
   std::function<void()> onSettle;
   std::function<void()> onFinish;
+  /// The recognizer makes no progress: `finish` waits for `cancel`.
+  bool hangs = false;
+  OneShot<bool> cancelled;
 
   QStringList calls;
   /// The last run, while it exists.
@@ -45,11 +48,16 @@ class ScriptedSpeechRun final : public SpeechRun {
   QCoro::Task<> finish() override {
     script_->calls << "finish";
     if (script_->onFinish) script_->onFinish();
-    script_->end();
-    co_return;
+    if (script_->hangs) {
+      const OneShot<bool> cancelled = script_->cancelled;
+      co_await cancelled;
+    } else {
+      script_->end();
+    }
   }
   QCoro::Task<> cancel() override {
     script_->calls << "cancel";
+    script_->cancelled.complete(true);
     script_->end();
     co_return;
   }

@@ -24,7 +24,8 @@ class ModelStore : public QObject {
 
   /// Completes when the model is installed; at once if it is already. Uses files that the user has
   /// put into its folder, resumes an interrupted download, and waits for another download of the
-  /// same model. Throws `Failure`, or `Cancelled` soon after a stop request.
+  /// same model. Throws `Failure`, or `Cancelled` without delay after a stop request; the download
+  /// may take a moment longer to end.
   virtual QCoro::Task<> install(Model model, std::stop_token stop) = 0;
 
   /// Installs in the background: not over a metered connection, and not within a day of a failed

@@ -86,6 +86,7 @@ void CaptionHeaderView::arrange() {
 void CaptionHeaderView::connectToModel() {
   const AppSettings& settings = model_.settings();
   connect(&model_, &CaptionViewModel::isRunningChanged, this, &CaptionHeaderView::present);
+  connect(&commands_, &AppCommands::refreshed, this, &CaptionHeaderView::presentStartStop);
   connect(&settings, &AppSettings::useMicChanged, this, &CaptionHeaderView::present);
   connect(&settings, &AppSettings::translateChanged, this, &CaptionHeaderView::present);
   connect(&settings, &AppSettings::targetIDChanged, this, &CaptionHeaderView::present);
@@ -151,15 +152,20 @@ void CaptionHeaderView::present() {
   translation_->setCaption(settings.translate() ? on : QString());
   translation_->setLabel(settings.translate() ? on : help, help);
 
-  startStop_->setSymbol(model_.isRunning() ? QStringLiteral("pause.fill")
-                                           : QStringLiteral("play.fill"));
-  startStop_->setLabel(model_.isRunning() ? L("Stop Captions", "자막 중지")
-                                          : L("Start Captions", "자막 시작"));
+  presentStartStop();
   session_->setLabel(L("Session & Settings", "세션 및 설정"));
   hideButton_->setLabel(L("Hide", "숨기기"),
                         L("You can reopen the caption window from the status icon",
                           "상태 아이콘에서 자막 창을 다시 열 수 있습니다"));
   levelMeter_->setRunning(model_.isRunning());
+}
+
+void CaptionHeaderView::presentStartStop() {
+  const QAction& command = commands_.action(AppCommand::toggleCaptions);
+  startStop_->setSymbol(model_.isRunning() ? QStringLiteral("pause.fill")
+                                           : QStringLiteral("play.fill"));
+  startStop_->setLabel(command.text());
+  startStop_->setEnabled(command.isEnabled());
 }
 
 void CaptionHeaderView::paintEvent(QPaintEvent*) {

@@ -55,6 +55,7 @@ class CaptionHeaderView final : public QWidget {
   void fillInputSourceMenu();
   void fillSessionMenu();
   void present();
+  void presentStartStop();
 
   CaptionViewModel& model_;
   AppCommands& commands_;

@@ -75,6 +75,12 @@ QRect HeaderButton::symbolRect() const {
   return QRect((kSide - kSymbolSize) / 2, (height() - kSymbolSize) / 2, kSymbolSize, kSymbolSize);
 }
 
+bool HeaderButton::focusNextPrevChild(bool next) {
+  // Qt calls this when the button is disabled. A screen reader would otherwise announce another
+  // control at every start and stop. Tab and the arrow keys reach the header instead.
+  return !isEnabled() || QToolButton::focusNextPrevChild(next);
+}
+
 void HeaderButton::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);

@@ -32,6 +32,8 @@ class HeaderButton : public QToolButton {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  /// A button keeps the keyboard focus while it is disabled for a moment.
+  bool focusNextPrevChild(bool next) override;
 
  private:
   QRect symbolRect() const;

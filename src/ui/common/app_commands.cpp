@@ -27,7 +27,7 @@ struct AppCommands::Row {
 namespace {
 
 QString captionsText(const CaptionViewModel& model) {
-  if (model.isTransitioning()) return L("Switching Captions…", "자막 전환 중…");
+  if (model.isSwitching()) return L("Switching Captions…", "자막 전환 중…");
   return model.isRunning() ? L("Stop Captions", "자막 중지") : L("Start Captions", "자막 시작");
 }
 
@@ -37,7 +37,7 @@ QString captionsText(const CaptionViewModel& model) {
 std::vector<AppCommands::Row> AppCommands::rows() const {
   using enum AppCommand;
   const AppSettings& settings = model_.settings();
-  const bool isSettled = !model_.isTransitioning();
+  const bool isSettled = !model_.isSwitching();
   const bool hasLines = !model_.lines().empty();
   const auto [isPanelVisible, isHistoryActive, hasSelection] = windows_();
   const bool hasDocument = isHistoryActive ? hasSelection : hasLines;
@@ -137,7 +137,7 @@ AppCommands::AppCommands(const CaptionViewModel& model, std::function<WindowStat
 
   using Model = CaptionViewModel;
   for (const auto signal :
-       {&Model::isRunningChanged, &Model::isTransitioningChanged, &Model::sessionChanged,
+       {&Model::isRunningChanged, &Model::isSwitchingChanged, &Model::sessionChanged,
         &Model::isSavingSessionChanged, &Model::savedURLChanged, &Model::saveErrorChanged}) {
     connect(&model_, signal, this, &AppCommands::refresh);
   }

@@ -13,6 +13,7 @@
 #include <QFile>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <semaphore>
 
 using namespace velun;
 using namespace velun::test;
@@ -28,7 +29,7 @@ class ModelStoreTest final : public test::Suite {
   const QByteArray encoder_ = noise(50'000, 3);
   ManualClock clock_;
   bool isMetered_ = false;
-  std::optional<std::int64_t> freeBytes_;
+  std::function<std::int64_t()> freeBytes_;
   std::unique_ptr<QTemporaryDir> dir_;
   std::unique_ptr<ModelServer> server_;
   Model model_;
@@ -37,10 +38,7 @@ class ModelStoreTest final : public test::Suite {
     ModelStoreOptions options;
     options.root = dir_->path();
     options.retries = {2000ms, 1ms, 2};
-    if (freeBytes_)
-      options.freeBytes = [free = *freeBytes_] {
-        return free;
-      };
+    options.freeBytes = freeBytes_;
     return std::make_unique<DownloadStore>(ModelCatalogue({model_}), options, clock_,
                                            [this] { return isMetered_; });
   }
@@ -79,7 +77,7 @@ class ModelStoreTest final : public test::Suite {
   void init() {
     Suite::init();
     isMetered_ = false;
-    freeBytes_.reset();
+    freeBytes_ = nullptr;
     dir_ = std::make_unique<QTemporaryDir>();
     server_ = std::make_unique<ModelServer>();
     model_ = Model{"mixed", ModelKind::translation, {"en", "ko"}, "MIT", 300'000, {}, {}};
@@ -182,23 +180,31 @@ class ModelStoreTest final : public test::Suite {
   }
 
   void freeSpaceIsCheckedFirst() {
-    freeBytes_ = 50'100'000;
+    freeBytes_ = [] {
+      return 50'100'000;
+    };
     auto store = open();
     const QString text = install(*store);
     QVERIFY2(text.contains("isn’t enough disk space"), qPrintable(text));
     QCOMPARE(server_->requests, QStringList());
-    freeBytes_ = 51'000'000;
+    freeBytes_ = [] {
+      return 51'000'000;
+    };
     QCOMPARE(install(*open()), QString());
   }
 
   void unknownFreeSpaceIsAccepted() {
-    freeBytes_ = -1;
+    freeBytes_ = [] {
+      return -1;
+    };
     QCOMPARE(install(*open()), QString());
     QVERIFY(isComplete());
   }
 
   void failuresAreLocalized() {
-    freeBytes_ = 1'000'000;
+    freeBytes_ = [] {
+      return 1'000'000;
+    };
     Localization::shared().setLanguage(AppLanguage::korean);
     QVERIFY(install(*open()).startsWith("모델을 저장할 디스크 공간이 부족합니다."));
   }
@@ -260,6 +266,30 @@ class ModelStoreTest final : public test::Suite {
     stop.request_stop();
     QCOMPARE(failureOf(std::move(two)), QString("cancelled"));
     QCOMPARE(failureOf(std::move(one)), QString());
+  }
+
+  void stopDoesNotWaitForTheInstaller() {
+    std::counting_semaphore<> goesOn(0);
+    std::atomic<bool> isBusy = false;
+    freeBytes_ = [&] {
+      isBusy = true;
+      goesOn.acquire();
+      return -1;
+    };
+    auto store = open();
+    std::stop_source stop;
+    QCoro::Task<> installing = store->install(model_, stop.get_token());
+    QTRY_VERIFY(isBusy);
+    stop.request_stop();
+    QCOMPARE(failureOf(std::move(installing)), QString("cancelled"));
+    QCOMPARE(store->busy(), QStringList{"mixed"});
+    // A second installation waits for the first one to end.
+    QCoro::Task<> again = store->install(model_, std::stop_token());
+    freeBytes_ = nullptr;
+    goesOn.release(2);
+    QCOMPARE(failureOf(std::move(again)), QString());
+    QVERIFY(isComplete());
+    QTRY_COMPARE(store->busy(), QStringList());
   }
 
   void stopBeforeTheStartDownloadsNothing() {

@@ -98,6 +98,70 @@ class CaptionViewTest final : public test::Suite {
     QCOMPARE(button.accessibleName(), QString("자막 시작"));
   }
 
+  void startStopShowsASwitch() {
+    PanelStage stage;
+    const HeaderButton& button = stage.view->header().startStop();
+    stage.engine->holdsStarts = true;
+    stage.start();
+    QVERIFY(!button.isEnabled());
+    QCOMPARE(button.accessibleName(), QString("Switching Captions…"));
+    QCOMPARE(button.toolTip(), QString("Switching Captions…"));
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(button.accessibleName(), QString("자막 전환 중…"));
+    Localization::shared().setLanguage(AppLanguage::english);
+    stage.engine->release();
+    settle();
+    QVERIFY(button.isEnabled());
+    QCOMPARE(button.accessibleName(), QString("Stop Captions"));
+  }
+
+  void startStopCancelsADownload() {
+    PanelStage stage;
+    HeaderButton& button = stage.view->header().startStop();
+    stage.engine->holdsStarts = true;
+    stage.engine->downloads = true;
+    button.click();
+    settle();
+    QVERIFY(button.isEnabled());
+    QCOMPARE(button.symbol(), QString("pause.fill"));
+    QCOMPARE(button.accessibleName(), QString("Stop Captions"));
+    button.click();
+    QVERIFY(!button.isEnabled());
+    settle();
+    QVERIFY(button.isEnabled());
+    QCOMPARE(button.accessibleName(), QString("Start Captions"));
+    QVERIFY(!stage.model->isRunning());
+  }
+
+  void startStopKeepsTheFocusDuringASwitch() {
+    PanelStage stage;
+    stage.controller->setHeader(true, false);
+    stage.controller->show();
+    stage.panel().activateWindow();
+    HeaderButton& button = stage.view->header().startStop();
+    button.setFocus();
+    QTRY_VERIFY(button.hasFocus());
+    stage.engine->holdsStarts = true;
+    QTest::keyClick(&button, Qt::Key_Space);
+    settle();
+    QVERIFY(!button.isEnabled() && button.hasFocus());
+    const QAccessible::State state = QAccessible::queryAccessibleInterface(&button)->state();
+    QVERIFY(state.disabled && state.focused);
+    QTest::keyClick(stage.panel().windowHandle(), Qt::Key_Space);
+    QCOMPARE(stage.asked, QStringList{"toggle-captions"});
+    stage.engine->release();
+    settle();
+    QVERIFY(button.isEnabled() && button.hasFocus());
+    stage.engine->holdsStops = true;
+    QTest::keyClick(&button, Qt::Key_Space);
+    settle();
+    QTest::keyClick(stage.panel().windowHandle(), Qt::Key_Tab);
+    QVERIFY(stage.view->header().session().hasFocus());
+    QTest::keyClick(stage.panel().windowHandle(), Qt::Key_Tab, Qt::ShiftModifier);
+    stage.engine->release();
+    settle();
+  }
+
   void hideButtonTellsHowToReopen() {
     PanelStage stage;
     stage.controller->show();

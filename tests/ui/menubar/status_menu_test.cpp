@@ -97,6 +97,19 @@ class StatusMenuTest final : public test::Suite {
     test::settle();
   }
 
+  void downloadCanBeStopped() {
+    Fixture fixture;
+    fixture.engine->holdsStarts = true;
+    fixture.engine->downloads = true;
+    fixture.start();
+    QCOMPARE(fixture.captions.text(), QString("Stop Captions"));
+    for (const QAction* item : fixture.menu.actions()) {
+      QCOMPARE(item->isEnabled(), item != &fixture.save);
+    }
+    fixture.stop();
+    QCOMPARE(fixture.captions.text(), QString("Start Captions"));
+  }
+
   void theChosenInputIsChecked() {
     Fixture fixture;
     QVERIFY(fixture.computer.isChecked());

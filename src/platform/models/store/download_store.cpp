@@ -67,6 +67,12 @@ QCoro::Task<> DownloadStore::install(Model model, std::stop_token stop) {
       done.complete(true);
     }
   });
+  // The caller does not wait until the thread notices the stop request: it may be writing to a slow
+  // disk.
+  const auto cancel = [done] {
+    done.fail(std::make_exception_ptr(Cancelled()));
+  };
+  const std::stop_callback cancelled(stop, cancel);
   co_await done;
 }
 

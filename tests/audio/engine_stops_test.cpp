@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "audio/engine_fixture.h"
+#include "language/localization.h"
+#include "support/settle.h"
+#include "support/suite.h"
+
+using namespace velun;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// An engine with audio whose recognizer makes no progress.
+struct Fixture : test::EngineFixture {
+  Fixture() {
+    startWithAudio();
+    speech.script->hangs = true;
+  }
+
+  void beginStop() {
+    stopping.emplace(engine->stop());
+    test::settle();
+  }
+  void advance(std::chrono::milliseconds time) {
+    clock.advance(time);
+    test::settle();
+  }
+  bool hasStopped() const { return stopping->isReady(); }
+
+  std::optional<QCoro::Task<>> stopping;
+};
+
+const QString kMessage =
+    "failure The speech recognizer is not responding. The last words may be missing.";
+
+}  // namespace
+
+class EngineStopsTest final : public test::Suite {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
+
+  void stopDoesNotWaitForARecognizerThatHangs() {
+    Fixture f;
+    f.beginStop();
+    f.advance(9500ms);
+    QVERIFY(!f.hasStopped());
+    f.advance(1s);
+    QVERIFY(f.hasStopped());
+    QCOMPARE(f.speech.script->calls.last(), QString("cancel"));
+    QCOMPARE(f.events, QStringList{kMessage});
+    QCOMPARE(f.clock.scheduledCount(), std::size_t(0));
+    f.speech.script->hangs = false;
+    QCOMPARE(f.start(), QString());
+    f.stop();
+  }
+
+  void saysInKoreanThatTheRecognizerHangs() {
+    Localization::shared().setLanguage(AppLanguage::korean);
+    Fixture f;
+    f.beginStop();
+    f.advance(11s);
+    QCOMPARE(
+        f.events,
+        QStringList{"failure 음성 인식기가 응답하지 않습니다. 마지막 말이 빠졌을 수 있습니다."});
+  }
+
+  void draftOfARecognizerThatHangsBecomesFinal() {
+    Fixture f;
+    f.speech.script->result("so far", false);
+    f.beginStop();
+    f.advance(11s);
+    QVERIFY(f.hasStopped());
+    QCOMPARE(f.events, QStringList({"draft so far", "final so far (en_US, computer)", kMessage}));
+  }
+
+  void stopWaitsWhileResultsArrive() {
+    Fixture f;
+    f.beginStop();
+    for (int second = 0; second < 30; ++second) {
+      f.advance(1s);
+      f.speech.script->result("going on", false);
+    }
+    QVERIFY(!f.hasStopped());
+    f.advance(11s);
+    QVERIFY(f.hasStopped());
+  }
+
+  void stopWaitsWhileAudioIsDecoded() {
+    Fixture f;
+    for (int i = 0; i < 30; ++i) f.playBuffer();
+    f.beginStop();
+    for (int second = 0; second < 30; ++second) {
+      f.advance(1s);
+      QVERIFY(f.speech.script->input->tryNext());
+    }
+    QVERIFY(!f.hasStopped());
+    f.advance(11s);
+    QVERIFY(f.hasStopped());
+  }
+
+  void recognitionThatEndsDuringTheStopCompletesIt() {
+    Fixture f;
+    f.beginStop();
+    f.speech.script->end(QString("The helper ended."));
+    f.speech.script->cancelled.complete(true);
+    test::settle();
+    QVERIFY(f.hasStopped());
+    QCOMPARE(f.events, QStringList{"failure Recognition error: The helper ended."});
+    QCOMPARE(f.clock.scheduledCount(), std::size_t(0));
+  }
+
+  void noticeDuringTheStopIsNotShown() {
+    Fixture f;
+    f.beginStop();
+    Q_EMIT f.speech.script->run->noticed("No punctuation");
+    QCOMPARE(f.events, QStringList());
+    f.advance(11s);
+    QCOMPARE(f.events, QStringList{kMessage});
+  }
+
+  void engineCanBeDestroyedWhileItWaits() {
+    Fixture f;
+    f.beginStop();
+    f.engine.reset();
+    QCOMPARE(f.clock.scheduledCount(), std::size_t(0));
+    f.speech.script->cancelled.complete(true);
+    test::settle();
+    QVERIFY(f.hasStopped());
+  }
+};
+
+QTEST_GUILESS_MAIN(EngineStopsTest)
+#include "engine_stops_test.moc"
