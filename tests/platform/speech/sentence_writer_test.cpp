@@ -188,6 +188,14 @@ class SentenceWriterTest final : public test::Suite {
     QCOMPARE(script_.texts.last(), QString("i paid twenty five dollars + i did +"));
   }
 
+  void titlesHaveTheirFullStop() {
+    script_.replies["ask mr hale or dr may +"] = "Ask MR. Hale or Dr. May. +";
+    QCOMPARE(written(finalResult("ask mr hale or dr may")),
+             QStringList("Ask Mr. Hale or Dr. May."));
+    script_.replies["it took five ms +"] = "It took five ms. +";
+    QCOMPARE(written(finalResult("it took five ms", 60)), QStringList("It took five ms."));
+  }
+
   void changedWordsAreNotBelieved() {
     script_.replies["we met +"] = "They met. +";
     QCOMPARE(written(finalResult("we met")), QStringList("We met"));

@@ -4,6 +4,7 @@
 #include "platform/speech/built_in/sentence_case.h"
 #include "platform/speech/english/english_text.h"
 #include "platform/speech/english/sentence_marks.h"
+#include "platform/speech/english/titles.h"
 
 #include <algorithm>
 #include <QStringList>
@@ -40,11 +41,11 @@ CaptionWords withoutMarks(CaptionWords words) {
 }
 
 QString draftText(const CaptionWords& words) {
-  return joinedText(writeEnglish(words, {.mayContinue = true}));
+  return joinedText(writeEnglish(writeTitles(words), {.mayContinue = true}));
 }
 
 QString finalText(const CaptionWords& words) {
-  return joinedText(writeEnglish(words, {}));
+  return joinedText(writeEnglish(writeTitles(words), {}));
 }
 
 /// How many words of a phrase that was cut belong to finished sentences.
