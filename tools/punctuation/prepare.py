@@ -1,11 +1,13 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Makes arrays of words, cases and marks, and a vocabulary of pieces (needs python3-sentencepiece).
-usage: prepare.py TEXT OUT, where TEXT is the folder that collect.py wrote"""
+usage: prepare.py TEXT OUT [PIECES], where TEXT is the folder that collect.py wrote; PIECES is the
+pieces.vocab of an earlier model whose training goes on"""
 import collections
 import glob
 import lzma
 import os
+import shutil
 import sys
 
 import numpy
@@ -47,7 +49,6 @@ def join(data, part, out):
 
 
 def make_vocabulary(names, counts, out):
-    """Scores of the pieces, by piece, in the order of their ids."""
     with open(f"{out}/words.tsv", "w", encoding="utf8") as file:
         for i in numpy.argsort(-counts):
             if counts[i] > 1:
@@ -57,7 +58,11 @@ def make_vocabulary(names, counts, out):
         input=f"{out}/words.tsv", input_format="tsv", model_prefix=f"{out}/pieces",
         vocab_size=PIECES, model_type="unigram", character_coverage=1.0,
         normalization_rule_name="identity", num_threads=1, minloglevel=1, add_dummy_prefix=True)
-    with open(f"{out}/pieces.vocab", encoding="utf8") as source:
+
+
+def read_vocabulary(path):
+    """Scores of the pieces, by piece, in the order of their ids."""
+    with open(path, encoding="utf8") as source:
         rows = (line.rstrip("\n").split("\t") for line in source)
         return {piece: float(score) for piece, score in rows}
 
@@ -87,7 +92,12 @@ def main():
     data, names = read(text)
     words = {part: join(data, part, out) for part in PARTS}
     counts = numpy.bincount(words["train"], minlength=len(names))
-    scores = make_vocabulary(names, counts, out)
+    vocabulary = f"{out}/pieces.vocab"
+    if len(sys.argv) > 3:
+        shutil.copy(sys.argv[3], vocabulary)
+    else:
+        make_vocabulary(names, counts, out)
+    scores = read_vocabulary(vocabulary)
     ids = {piece: i for i, piece in enumerate(scores)}
     table = numpy.zeros((len(names), MAX_PIECES), numpy.int16)
     for i, name in enumerate(names):

@@ -13,8 +13,9 @@ TENS = "zero ten twenty thirty forty fifty sixty seventy eighty ninety".split()
 ORDINALS = dict(one="first", two="second", three="third", five="fifth", eight="eighth", nine="ninth",
                 twelve="twelfth")
 LARGE = ("hundred", "thousand", "million", "billion", "trillion")
-TITLES = {"mr": "mister", "mrs": "missus", "ms": "miss", "dr": "doctor", "st": "saint",
-          "vs": "versus", "jr": "junior", "sr": "senior", "prof": "professor", "no": "number"}
+# How the built-in recognizer spells what is written with a full stop.
+TITLES = {"mr": "mr", "mrs": "mrs", "ms": "ms", "dr": "dr", "jr": "jr", "st": "saint",
+          "vs": "versus", "sr": "senior", "prof": "professor", "no": "number"}
 MARKS = {",": COMMA, ";": COMMA, ":": COMMA, ".": STOP, "!": STOP, "?": QUESTION}
 NUMBER = re.compile(r"^([$£€])?(\d{1,3}(?:,\d{3})+|\d{1,9})(\.\d+)?(st|nd|rd|th|s|'s|%|k)?$", re.I)
 CURRENCY = {"$": "dollars", "£": "pounds", "€": "euros"}

@@ -72,7 +72,9 @@ class Windows:
         words, cases, marks = (numpy.repeat(x, repeat) for x in (words, cases, marks))
         second = numpy.flatnonzero(numpy.repeat(added, repeat))[1::2]
         words[second] = self.words[random.integers(0, len(self.words), len(second))]
-        cases[second] = 0
+        # The mark and the pause follow the word that was put in.
+        cases[second] &= PAUSED
+        cases[second - 1] %= SHORT
         marks[second - 1] = 0
         return words, cases, marks
 
