@@ -14,18 +14,6 @@ if(VELUN_DEVELOPER)
   find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
 endif()
 
-# The pkg-config file of PocketSphinx names an include folder that Debian does not ship, so the
-# headers and libraries are looked up one by one.
-find_path(PocketSphinx_INCLUDE_DIR pocketsphinx.h PATH_SUFFIXES pocketsphinx REQUIRED)
-find_path(SphinxBase_INCLUDE_DIR sphinxbase/err.h REQUIRED)
-find_library(PocketSphinx_LIBRARY pocketsphinx REQUIRED)
-find_library(SphinxBase_LIBRARY sphinxbase REQUIRED)
-add_library(PocketSphinx::PocketSphinx INTERFACE IMPORTED)
-target_include_directories(PocketSphinx::PocketSphinx SYSTEM
-  INTERFACE ${PocketSphinx_INCLUDE_DIR} ${SphinxBase_INCLUDE_DIR})
-target_link_libraries(PocketSphinx::PocketSphinx
-  INTERFACE ${PocketSphinx_LIBRARY} ${SphinxBase_LIBRARY})
-
 # oneDNN's own CMake package demands OpenCL headers, which the CPU library does not need.
 find_path(DNNL_INCLUDE_DIR dnnl.hpp REQUIRED)
 find_library(DNNL_LIBRARY dnnl REQUIRED)

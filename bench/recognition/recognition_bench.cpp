@@ -142,7 +142,8 @@ int main(int argc, char** argv) {
                      {"verbose", "Print the words of each clip."}});
   parser.process(app);
   try {
-    BuiltInRecognizerProvider provider;
+    BuiltInRecognizerProvider provider(
+        BuiltInFiles::installed(QCoreApplication::applicationDirPath() + "/../bin"));
     if (parser.positionalArguments().isEmpty()) {
       measureAll(provider, parser.isSet("verbose"));
       return 0;

@@ -47,7 +47,8 @@ LocalSpeechPlatform::Providers recognizers(ModelStore& models) {
   const auto neural = std::make_shared<NeuralRecognizerProvider>(
       ModelCatalogue::builtIn(), models, NeuralRecognizerProvider::installedProgram());
   // The built-in recognizer uses the punctuation model of the neural ones.
-  return {neural, std::make_shared<BuiltInRecognizerProvider>(neural)};
+  return {neural, std::make_shared<BuiltInRecognizerProvider>(
+                      BuiltInFiles::installed(QCoreApplication::applicationDirPath()), neural)};
 }
 
 std::int64_t physicalMemoryBytes() {

@@ -15,7 +15,10 @@ std::vector<Credit> credits(const ModelCatalogue& models) {
       {"SoX Resampler", "LGPL-2.1-or-later"},
       {"simdjson", "Apache-2.0"},
       {"libarchive", "BSD-2-Clause"},
-      {"PocketSphinx", "BSD-2-Clause"},
+      {"Vosk, Kaldi, OpenFst", "Apache-2.0"},
+      {"OpenBLAS", "BSD-3-Clause"},
+      // Its package names this licence, and has neither its text nor the names of its makers.
+      {"US English model for Android", "ISC"},
       {"sherpa-onnx", "Apache-2.0"},
       {"ONNX Runtime", "MIT"},
       {"eSpeak NG", "GPL-3.0-or-later"},

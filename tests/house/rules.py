@@ -30,8 +30,7 @@ ALLOWED = {
 
 # Libraries of the system, by the start of an include, and who may include them.
 SYSTEM_LIBRARIES = {
-    "pipewire/": set(), "spa/": set(), "xcb/": set(), "X11/": set(), "pocketsphinx": set(),
-    "sphinxbase/": set(), "archive": set(), "sentencepiece": set(), "dnnl": set(),
+    "pipewire/": set(), "spa/": set(), "xcb/": set(), "X11/": set(), "archive": set(), "sentencepiece": set(), "dnnl": set(),
     "QDBus": set(), "QtDBus": set(), "QNetwork": {"platform/updates"}, "QtNetwork": set(),
     "QTcp": set(), "QSsl": {"platform/updates"},
     "fftw3": {"audio"},
@@ -262,7 +261,7 @@ RESTRICTED = [
       "ui/caption/bottom_pinned_scroll_view"}),
     (r"\bstd::j?thread\b(?!::hardware_concurrency)|\bQThread\b|\bstd::async\b",
      "threads of their own (use LatestJob)",
-     {"platform/speech/local_speech_run", "platform/speech/built_in/final_pass",  # decoding
+     {"platform/speech/local_speech_run",  # decoding
       "platform/models/store/download_store",  # downloads last for minutes
       "model/session_files"}),  # reads in parallel and returns when all is read
     (r"\bQThreadPool\b|\bQtConcurrent\b|\bQRunnable\b", "Qt's thread pool (use LatestJob)",

@@ -29,7 +29,7 @@ class Windows(ProgramCase):
         self.assertIn("Version 0.1.0", [label.name for label in about.find_all("label")])
         self.assertFalse([node for node in about.find_all("graphic") if not node.name])
         credits = about.find("label", "Made with").text
-        for credit in ("Qt — LGPL-3.0-only", "PocketSphinx — BSD-2-Clause",
+        for credit in ("Qt — LGPL-3.0-only", "Vosk, Kaldi, OpenFst — Apache-2.0",
                        "ONNX Runtime — MIT", "Apertium — GPL-2.0-or-later"):
             self.assertIn(credit, credits)
         self.quit()

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/speech/built_in/phrase_detector.h"
+#include "platform/speech/helper/phrase_detector.h"
 
 #include "support/suite.h"
 

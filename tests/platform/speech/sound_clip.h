@@ -29,7 +29,7 @@ inline std::vector<float> clipSamples(const QString& path) {
   return samples;
 }
 
-/// The path of a clip of read speech from PocketSphinx's Debian package; 0880 is "He was not an ill
+/// The path of a clip of a LibriVox recording in a Debian package; 0880 is "He was not an ill
 /// disposed young man", 3 s.
 inline QString readAloud(const QString& number) {
   return QStringLiteral(

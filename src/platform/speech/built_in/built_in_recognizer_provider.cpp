@@ -2,7 +2,11 @@
 #include "platform/speech/built_in/built_in_recognizer_provider.h"
 
 #include "platform/speech/built_in/built_in_backend.h"
-#include "platform/speech/built_in/sphinx_decoder.h"
+#include "platform/speech/helper/vosk_library.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 
 namespace velun {
 
@@ -10,25 +14,42 @@ namespace {
 
 const auto kLocale = QStringLiteral("en_US");
 
+RecognizerSettings settingsFor(const BuiltInFiles& files) {
+  RecognizerSettings settings;
+  settings.voskLibrary = files.library;
+  settings.voskModel = files.model;
+  QFile sums(files.model + "/SHA256SUMS");
+  // The helper program reports an empty list like a damaged file.
+  if (sums.open(QIODevice::ReadOnly)) settings.voskModelSums = QString::fromUtf8(sums.readAll());
+  return settings;
+}
+
 }  // namespace
 
+BuiltInFiles BuiltInFiles::installed(const QString& programFolder) {
+  return {programFolder + "/velun-recognizer", vosk::findLibrary(programFolder),
+          QDir::cleanPath(programFolder + "/../share/velun/models/" + kLocale)};
+}
+
 BuiltInRecognizerProvider::BuiltInRecognizerProvider(
-    std::shared_ptr<PunctuationProvider> punctuation)
-    : punctuation_(std::move(punctuation)) {}
+    BuiltInFiles files, std::shared_ptr<PunctuationProvider> punctuation)
+    : files_(std::move(files)), punctuation_(std::move(punctuation)) {}
 
 QStringList BuiltInRecognizerProvider::supportedLocales() const {
   return {kLocale};
 }
 
 bool BuiltInRecognizerProvider::isInstalled(const QString& locale) const {
-  return locale == kLocale && SphinxDecoder::isInstalled();
+  return locale == kLocale && QFileInfo(files_.program).isExecutable() &&
+         !files_.library.isEmpty() && QFileInfo(files_.model).isDir();
 }
 
 RecognizerProvider::Factory BuiltInRecognizerProvider::factory(const QString& locale) const {
   PunctuationRestorer::Factory marks;
   if (punctuation_) marks = punctuation_->punctuationFactory(locale);
-  return [marks]() -> std::unique_ptr<RecognizerBackend> {
-    return std::make_unique<BuiltInBackend>(marks ? marks() : nullptr);
+  return [files = files_, marks]() -> std::unique_ptr<RecognizerBackend> {
+    return std::make_unique<BuiltInBackend>(files.program, settingsFor(files),
+                                            marks ? marks() : nullptr);
   };
 }
 

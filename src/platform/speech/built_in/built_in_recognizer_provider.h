@@ -8,18 +8,31 @@
 
 namespace velun {
 
+/// Where the parts of the built-in recognizer are.
+struct BuiltInFiles {
+  QString program;  ///< the helper program
+  QString library;  ///< libvosk; empty where there is none, as on processors other than x86-64
+  QString model;    ///< a folder with the model and the SHA-256 of its files in "SHA256SUMS"
+
+  /// The parts that are installed beside the programs in `programFolder`.
+  static BuiltInFiles installed(const QString& programFolder);
+};
+
 /// US English, which needs no download.
 class BuiltInRecognizerProvider final : public RecognizerProvider {
  public:
   /// Without `punctuation`, or where it has nothing installed for the locale, results have no
   /// punctuation.
-  explicit BuiltInRecognizerProvider(std::shared_ptr<PunctuationProvider> punctuation = nullptr);
+  explicit BuiltInRecognizerProvider(BuiltInFiles files,
+                                     std::shared_ptr<PunctuationProvider> punctuation = nullptr);
 
   QStringList supportedLocales() const override;
+  /// Whether all parts are there. Whether they are undamaged shows when the recognizer is loaded.
   bool isInstalled(const QString& locale) const override;
   Factory factory(const QString& locale) const override;
 
  private:
+  BuiltInFiles files_;
   std::shared_ptr<PunctuationProvider> punctuation_;
 };
 

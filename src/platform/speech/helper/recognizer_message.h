@@ -25,6 +25,7 @@ struct RecognizerMessage {
     settled,   ///< after the results of one `finalize`
     restored,  ///< the same words with case and punctuation
     failure,   ///< the reason why the helper ends, UTF-8
+    damaged,   ///< the helper ends because this file is missing or damaged, UTF-8
   };
 
   Kind kind;

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/helper/recognizer_service.h"
 
+#include "platform/speech/helper/file_sums.h"
+#include "platform/speech/helper/phrase_recognizer.h"
 #include "platform/speech/helper/result_codec.h"
+#include "platform/speech/helper/streaming_recognizer.h"
 
 #include <array>
 #include <cerrno>
@@ -22,14 +25,20 @@ int RecognizerService::run() {
   try {
     serve();
     return 0;
+  } catch (const DamagedFile& file) {
+    return fail(Kind::damaged, file.name().toUtf8());
   } catch (const std::exception& error) {
-    try {
-      send(Kind::failure, error.what());
-    } catch (const std::exception&) {
-      // The program has closed the connection.
-    }
-    return 1;
+    return fail(Kind::failure, error.what());
   }
+}
+
+int RecognizerService::fail(Kind kind, const QByteArray& reason) {
+  try {
+    send(kind, reason);
+  } catch (const std::exception&) {
+    // The program has closed the connection.
+  }
+  return 1;
 }
 
 void RecognizerService::serve() {
@@ -73,6 +82,15 @@ void RecognizerService::answer(const RecognizerMessage& message) {
 }
 
 void RecognizerService::configure(const RecognizerSettings& settings) {
+  if (settings.usesVosk()) {
+    const vosk::Library& library = vosk::load(settings.voskLibrary);
+    recognizer_ = std::make_unique<PhraseRecognizer>(library, settings);
+  } else {
+    configureSherpa(settings);
+  }
+}
+
+void RecognizerService::configureSherpa(const RecognizerSettings& settings) {
   const QString path = sherpa::findLibrary(programFolder_);
   if (path.isEmpty()) throw std::runtime_error("the recognition library is missing");
   const sherpa::Library& library = sherpa::load(path);
@@ -102,7 +120,7 @@ void RecognizerService::sendResults() {
   }
 }
 
-StreamingRecognizer& RecognizerService::recognizer() {
+StreamRecognizer& RecognizerService::recognizer() {
   if (!recognizer_) throw std::runtime_error("no model was named");
   return *recognizer_;
 }

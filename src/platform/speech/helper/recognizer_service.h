@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/speech/helper/punctuator.h"
 #include "platform/speech/helper/recognizer_message.h"
-#include "platform/speech/helper/streaming_recognizer.h"
+#include "platform/speech/helper/recognizer_settings.h"
+#include "platform/speech/helper/stream_recognizer.h"
 
 #include <memory>
 
@@ -23,16 +25,18 @@ class RecognizerService {
   void serve();
   void answer(const RecognizerMessage& message);
   void configure(const RecognizerSettings& settings);
+  void configureSherpa(const RecognizerSettings& settings);
   void restore(const QString& text);
   void sendResults();
+  int fail(RecognizerMessage::Kind kind, const QByteArray& reason);
   void send(RecognizerMessage::Kind kind, const QByteArray& body = {});
-  StreamingRecognizer& recognizer();
+  StreamRecognizer& recognizer();
 
   int input_;
   int output_;
   QString programFolder_;
   std::unique_ptr<Punctuator> punctuator_;
-  std::unique_ptr<StreamingRecognizer> recognizer_;
+  std::unique_ptr<StreamRecognizer> recognizer_;
 };
 
 }  // namespace velun

@@ -11,6 +11,9 @@ namespace {
 // Lists the members and their names once, for reading and writing.
 template <class Settings, class Visitor>
 void visit(Settings& settings, const Visitor& each) {
+  each("voskLibrary", settings.voskLibrary);
+  each("voskModel", settings.voskModel);
+  each("voskModelSums", settings.voskModelSums);
   each("encoder", settings.encoder);
   each("decoder", settings.decoder);
   each("joiner", settings.joiner);

@@ -8,8 +8,11 @@ namespace velun {
 
 /// The configuration of the helper program, sent as JSON in the first message.
 struct RecognizerSettings {
-  // Paths. A transducer has the first three, a CTC model one of the next two; none of them: only
-  // punctuation is restored.
+  // Paths. A libvosk model has the first two, a transducer of sherpa-onnx the next three, a CTC
+  // model one of the two after them; none of them: only punctuation is restored.
+  QString voskLibrary;
+  QString voskModel;      ///< a folder
+  QString voskModelSums;  ///< SHA-256 of its files, in the format of `sha256sum`
   QString encoder;
   QString decoder;
   QString joiner;
@@ -30,6 +33,7 @@ struct RecognizerSettings {
   QString punctuationModel;
   QString punctuationVocabulary;
 
+  bool usesVosk() const { return !voskModel.isEmpty(); }
   bool hasRecognizer() const { return !tokens.isEmpty(); }
   bool hasPunctuation() const { return !punctuationModel.isEmpty(); }
 

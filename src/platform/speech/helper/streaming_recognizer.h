@@ -5,7 +5,7 @@
 #include "platform/speech/helper/punctuator.h"
 #include "platform/speech/helper/recognizer_settings.h"
 #include "platform/speech/helper/sherpa_library.h"
-#include "platform/speech/transcription_result.h"
+#include "platform/speech/helper/stream_recognizer.h"
 
 #include <memory>
 #include <span>
@@ -13,25 +13,19 @@
 
 namespace velun {
 
-/// One recognition model, decoding one endless stream of 16 kHz mono audio.
-class StreamingRecognizer {
+/// A recognition model of sherpa-onnx.
+class StreamingRecognizer final : public StreamRecognizer {
  public:
   /// Checks and loads the model. `punctuator`, which may be null, is applied to the results. Throws
   /// `std::runtime_error` and the exceptions of sherpa-onnx.
   StreamingRecognizer(const sherpa::Library& library, const RecognizerSettings& settings,
                       const Punctuator* punctuator);
 
-  /// Decodes the samples; those that are not finite count as silence.
-  void accept(std::span<const float> samples);
-
+  void accept(std::span<const float> samples) override;
   /// Feeds enough silence to get the last word, and ends the phrase.
-  void finalize();
-
-  /// Whether a phrase is under way.
-  bool isInPhrase() const { return !draft_.isEmpty(); }
-
-  /// The results since the last call.
-  std::vector<TranscriptionResult> takeResults();
+  void finalize() override;
+  bool isInPhrase() const override { return !draft_.isEmpty(); }
+  std::vector<TranscriptionResult> takeResults() override;
 
  private:
   using Handle = std::unique_ptr<const void, void (*)(const void*)>;

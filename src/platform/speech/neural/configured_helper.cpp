@@ -7,11 +7,12 @@ namespace velun {
 
 using Kind = RecognizerMessage::Kind;
 
-ConfiguredHelper::ConfiguredHelper(QString program, RecognizerSettings settings)
-    : program_(std::move(program)), settings_(std::move(settings)) {}
+ConfiguredHelper::ConfiguredHelper(QString program, RecognizerSettings settings,
+                                   std::chrono::milliseconds timeout)
+    : program_(std::move(program)), settings_(std::move(settings)), timeout_(timeout) {}
 
 void ConfiguredHelper::start() {
-  replace(std::make_unique<HelperProcess>(program_));
+  replace(std::make_unique<HelperProcess>(program_, timeout_));
   process_->send(Kind::configure, settings_.toJson());
   while (process_->receive(HelperProcess::kLoadTimeout).kind != Kind::ready) {
   }

@@ -12,7 +12,9 @@ namespace velun {
 /// The helper program with its models loaded; can be restarted. For one worker thread.
 class ConfiguredHelper {
  public:
-  ConfiguredHelper(QString program, RecognizerSettings settings);
+  /// `timeout` is for everything but loading.
+  ConfiguredHelper(QString program, RecognizerSettings settings,
+                   std::chrono::milliseconds timeout = HelperProcess::kDefaultTimeout);
 
   /// Starts a helper, after ending the present one, and waits until its models are loaded. Throws
   /// `HelperEnded`.
@@ -35,6 +37,7 @@ class ConfiguredHelper {
 
   const QString program_;
   const RecognizerSettings settings_;
+  const std::chrono::milliseconds timeout_;
   /// Guards replacing the process against `cancel`.
   mutable std::mutex mutex_;
   bool isCancelled_ = false;  // guarded by mutex_

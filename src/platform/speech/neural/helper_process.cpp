@@ -8,10 +8,13 @@ namespace velun {
 
 Q_LOGGING_CATEGORY(helperLog, "velun.recognizer", QtCriticalMsg)
 
-HelperProcess::HelperProcess(const QString& program) {
+HelperProcess::HelperProcess(const QString& program, std::chrono::milliseconds timeout)
+    : timeout_(timeout) {
   const QStringList command{program, QString::number(getpid())};
   try {
-    pipeline_ = std::make_unique<ProcessPipeline>(std::vector<QStringList>{command});
+    ProcessOptions options;
+    options.discardsErrors = true;
+    pipeline_ = std::make_unique<ProcessPipeline>(std::vector<QStringList>{command}, options);
   } catch (const std::system_error& error) {
     throw HelperEnded("it cannot be started: " + error.code().message());
   }
@@ -21,7 +24,7 @@ void HelperProcess::send(RecognizerMessage::Kind kind, const QByteArray& body) {
   const QByteArray bytes = encoded(kind, body);
   std::span<const char> input(bytes);
   while (!input.empty()) {
-    if (!exchange(input, kDefaultTimeout) || hasEnded_) throwEnded();
+    if (!exchange(input, timeout_) || hasEnded_) throwEnded();
   }
 }
 
@@ -61,6 +64,8 @@ void HelperProcess::queueMessages(const QByteArray& bytes) {
   while (std::optional<RecognizerMessage> message = reader_.next()) {
     if (message->kind == RecognizerMessage::Kind::failure) {
       lastFailure_ = QString::fromUtf8(message->body);
+    } else if (message->kind == RecognizerMessage::Kind::damaged) {
+      damagedFile_ = QString::fromUtf8(message->body);
     } else {
       messages_.push_back(*std::move(message));
     }
@@ -68,7 +73,7 @@ void HelperProcess::queueMessages(const QByteArray& bytes) {
 }
 
 void HelperProcess::throwEnded() const {
-  throw HelperEnded(lastFailure_.toStdString());
+  throw HelperEnded(lastFailure_.toStdString(), damagedFile_);
 }
 
 }  // namespace velun

@@ -19,7 +19,14 @@ Q_DECLARE_LOGGING_CATEGORY(helperLog)
 /// be empty.
 class HelperEnded final : public std::runtime_error {
  public:
-  using std::runtime_error::runtime_error;
+  explicit HelperEnded(const std::string& reason, QString damagedFile = {})
+      : std::runtime_error(reason), damagedFile_(std::move(damagedFile)) {}
+
+  /// The file that is missing or damaged, if that was the reason.
+  const QString& damagedFile() const { return damagedFile_; }
+
+ private:
+  QString damagedFile_;
 };
 
 /// One running helper program and the messages to and from it. The program ends with this object,
@@ -30,8 +37,10 @@ class HelperProcess {
   /// Loading a large model from a slow disk takes longer.
   static constexpr std::chrono::seconds kLoadTimeout{60};
 
-  /// Starts `program`. Throws `HelperEnded`.
-  explicit HelperProcess(const QString& program);
+  /// Starts `program`; what it writes to its standard error is discarded, because the libraries
+  /// print errors of their own. `timeout` is for everything but loading. Throws `HelperEnded`.
+  explicit HelperProcess(const QString& program,
+                         std::chrono::milliseconds timeout = kDefaultTimeout);
 
   /// Sends a message, waiting while the helper is busy. Throws `HelperEnded`.
   void send(RecognizerMessage::Kind kind, const QByteArray& body = {});
@@ -40,8 +49,9 @@ class HelperProcess {
   /// ended and every message has been taken.
   std::optional<RecognizerMessage> tryReceive();
 
-  /// Waits for the next message. Throws `HelperEnded`, also after `timeout`.
-  RecognizerMessage receive(std::chrono::milliseconds timeout = kDefaultTimeout);
+  /// Waits for the next message. Throws `HelperEnded`, also after the timeout.
+  RecognizerMessage receive() { return receive(timeout_); }
+  RecognizerMessage receive(std::chrono::milliseconds timeout);
 
   /// Makes a waiting operation throw soon, and every later one. Any thread.
   void interrupt() { pipeline_->interrupt(); }
@@ -54,11 +64,13 @@ class HelperProcess {
   void queueMessages(const QByteArray& bytes);
   [[noreturn]] void throwEnded() const;
 
+  const std::chrono::milliseconds timeout_;
   std::unique_ptr<ProcessPipeline> pipeline_;
   bool hasEnded_ = false;
   RecognizerMessageReader reader_;
   std::deque<RecognizerMessage> messages_;
   QString lastFailure_;
+  QString damagedFile_;
 };
 
 }  // namespace velun

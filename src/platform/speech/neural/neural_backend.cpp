@@ -19,6 +19,13 @@ constexpr std::size_t kMaxPieceSamples = 8000;
 constexpr double kSampleRate = 16000;
 
 Failure notStarted(const HelperEnded& end) {
+  if (const QString& file = end.damagedFile(); !file.isEmpty()) {
+    return Failure(L(
+        QString("A file of the speech recognizer is missing or damaged (%1). Install Velun again.")
+            .arg(file),
+        QString("음성 인식기의 파일이 없거나 손상되었습니다(%1). Velun을 다시 설치하십시오.")
+            .arg(file)));
+  }
   const QString reason = QString::fromUtf8(end.what());
   if (reason.isEmpty()) {
     return Failure(
@@ -41,8 +48,9 @@ Failure endedAgain() {
 
 }  // namespace
 
-NeuralBackend::NeuralBackend(QString program, RecognizerSettings settings)
-    : helper_(std::move(program), std::move(settings)) {}
+NeuralBackend::NeuralBackend(QString program, RecognizerSettings settings,
+                             std::chrono::milliseconds timeout)
+    : helper_(std::move(program), std::move(settings), timeout) {}
 
 NeuralBackend::~NeuralBackend() = default;
 

@@ -10,7 +10,9 @@ namespace velun {
 /// draft becomes final, and recognition continues after it. The second crash ends the run.
 class NeuralBackend final : public RecognizerBackend {
  public:
-  NeuralBackend(QString program, RecognizerSettings settings);
+  /// A helper that does not answer within `timeout` counts as crashed.
+  NeuralBackend(QString program, RecognizerSettings settings,
+                std::chrono::milliseconds timeout = HelperProcess::kDefaultTimeout);
   ~NeuralBackend() override;
 
   /// Starts the helper and waits until its model is loaded.

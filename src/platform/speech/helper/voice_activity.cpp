@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/speech/built_in/voice_activity.h"
+#include "platform/speech/helper/voice_activity.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/speech/built_in/voice_activity.h"
+#include "platform/speech/helper/voice_activity.h"
 
 #include <cstddef>
 #include <span>

@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/speech/helper/phrase_recognizer.h"
+
+#include "platform/speech/helper/combined_hearings.h"
+#include "platform/speech/helper/speech_level.h"
+
+#include <algorithm>
+#include <cmath>
+#include <QStringList>
+#include <utility>
+
+namespace velun {
+
+namespace {
+
+constexpr std::size_t kFrame = VoiceActivity::kFrameLength;
+constexpr double kSampleRate = 16000;
+
+/// One guess per 0.1 s.
+constexpr std::size_t kSamplesPerGuess = 1600;
+
+/// The minimum mean confidence of a phrase.
+constexpr double kMinConfidence = 0.45;
+
+/// Speech has at least one word in two seconds. A longer sound with fewer words is noise or music.
+constexpr double kLongSound = 3.0;
+constexpr double kMinWordsPerSecond = 0.6;
+
+/// Speech that is more than this times quieter than the speech before was heard too quietly.
+constexpr float kMuchLouder = 2;
+
+/// 0.3 s. The end of the first hearing is the context in which the second one begins; after a word
+/// without a pause, that word would be heard again.
+const std::vector<float> kPause(4800, 0.0F);
+
+bool isNoise(const HeardWords& words, double voicedSeconds) {
+  return voicedSeconds > kLongSound &&
+         static_cast<double>(words.size()) < kMinWordsPerSecond * voicedSeconds;
+}
+
+float usable(float sample) {
+  return std::isfinite(sample) ? std::clamp(sample, -1.0F, 1.0F) : 0.0F;
+}
+
+}  // namespace
+
+PhraseRecognizer::PhraseRecognizer(const vosk::Library& library, const RecognizerSettings& settings)
+    : decoder_(library, settings) {}
+
+void PhraseRecognizer::accept(std::span<const float> samples) {
+  std::transform(samples.begin(), samples.end(), std::back_inserter(partialFrame_), usable);
+  const std::span<const float> all(partialFrame_);
+  std::size_t used = 0;
+  for (; used + kFrame <= all.size(); used += kFrame) acceptFrame(all.subspan(used, kFrame));
+  partialFrame_.erase(partialFrame_.begin(),
+                      partialFrame_.begin() + static_cast<std::ptrdiff_t>(used));
+}
+
+void PhraseRecognizer::acceptFrame(std::span<const float> frame) {
+  heard_ += frame.size();
+  const PhraseDetector::Event event = phrases_.accept(frame);
+  if (event == PhraseDetector::Event::began) {
+    beginPhrase();
+  } else if (phrases_.isInPhrase() || event == PhraseDetector::Event::ended) {
+    waiting_.insert(waiting_.end(), frame.begin(), frame.end());
+  }
+  if (event == PhraseDetector::Event::ended) {
+    endPhrase();
+  } else if (waiting_.size() >= kSamplesPerGuess) {
+    decodeWaiting();
+    updateDraft();
+  }
+}
+
+void PhraseRecognizer::beginPhrase() {
+  waiting_ = phrases_.samples();
+  phraseBegin_ = heard_ - waiting_.size();
+  stable_.reset();
+}
+
+void PhraseRecognizer::decodeWaiting() {
+  decoder_.accept(amplified(waiting_, draftGain_));
+  waiting_.clear();
+}
+
+void PhraseRecognizer::updateDraft() {
+  const HeardWords words = stable_.update(decoder_.words());
+  if (!phrases_.isLikelySpeech()) return;
+  TranscriptionResult draft = written(words, false);
+  if (draft.text == draft_) return;
+  draft_ = draft.text;
+  results_.push_back(std::move(draft));
+}
+
+void PhraseRecognizer::endPhrase() {
+  decodeWaiting();
+  const double voiced = phrases_.voicedSeconds();
+  const bool isLikelySpeech = phrases_.isLikelySpeech();
+  const std::vector<float> phrase = phrases_.takePhrase();
+  HeardWords words = isLikelySpeech ? finalWords(phrase) : HeardWords();
+  decoder_.end();
+  if (isNoise(words, voiced)) words.clear();
+  const bool wasShown = !std::exchange(draft_, {}).isEmpty();
+  if (wasShown || !words.empty()) {
+    results_.push_back(written(std::move(words), true));
+    results_.back().isCut = phrases_.isInPhrase();
+  }
+  decoder_.releaseMemory();
+  if (phrases_.isInPhrase()) beginPhrase();  // the rest of a phrase that was cut
+}
+
+HeardWords PhraseRecognizer::finalWords(std::span<const float> phrase) {
+  const float gain = gainFor(phrase);
+  const std::vector<float> audio = amplified(phrase, gain);
+  decoder_.accept(kPause);
+  HeardWords first = decoder_.endAndKeepVoice();
+  if (meanConfidence(first) < kMinConfidence && gain > kMuchLouder * draftGain_) {
+    decoder_.end();
+    decoder_.accept(audio);
+    first = decoder_.endAndKeepVoice();
+  }
+  draftGain_ = gain;
+  // The first hearing of a phrase that was cut went on after its end.
+  const double end = static_cast<double>(phrase.size()) / kSampleRate;
+  std::erase_if(first,
+                [end](const RecognizedWord& word) { return word.start + word.end > 2 * end; });
+  if (first.empty()) return {};
+  decoder_.accept(audio);
+  const HeardWords second = decoder_.end();
+  // Noises have a mean confidence of 0.16 to 0.34, speech of 0.56 to 1.
+  if (meanConfidence(second) < kMinConfidence) return {};
+  return combinedHearings(first, second);
+}
+
+TranscriptionResult PhraseRecognizer::written(HeardWords words, bool isFinal) const {
+  const double begin = static_cast<double>(phraseBegin_) / kSampleRate;
+  QStringList texts;
+  for (RecognizedWord& word : words) {
+    word.start += begin;
+    word.end += begin;
+    texts.append(word.text);
+  }
+  return {texts.join(u' '), isFinal, std::move(words)};
+}
+
+void PhraseRecognizer::finalize() {
+  if (phrases_.end()) endPhrase();
+}
+
+std::vector<TranscriptionResult> PhraseRecognizer::takeResults() {
+  return std::exchange(results_, {});
+}
+
+}  // namespace velun

@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/speech/helper/vosk_decoder.h"
+
+#include "platform/speech/helper/file_sums.h"
+
+#include <algorithm>
+#include <malloc.h>
+#include <numeric>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <stdexcept>
+#include <utility>
+
+namespace velun {
+
+namespace {
+
+constexpr float kSampleRate = 16000;
+constexpr float kFullScale = 32767;
+/// libvosk decodes in steps of 0.2 s.
+constexpr std::size_t kPiece = 3200;
+/// How libvosk writes a word that it does not know.
+const auto kUnknownWord = QStringLiteral("[unk]");
+/// Seconds. A recognizer keeps what it has computed for the words that it heard, up to 250 MB.
+constexpr double kMaxHeardSeconds = 40;
+
+}  // namespace
+
+double meanConfidence(const HeardWords& words) {
+  if (words.empty()) return 0;
+  const double sum =
+      std::accumulate(words.begin(), words.end(), 0.0,
+                      [](double all, const RecognizedWord& word) { return all + word.confidence; });
+  return sum / static_cast<double>(words.size());
+}
+
+VoskDecoder::VoskDecoder(const vosk::Library& library, const RecognizerSettings& settings)
+    : library_(library),
+      model_(nullptr, library.destroyModel),
+      recognizer_(nullptr, library.destroyRecognizer) {
+  checkFiles(settings.voskModel, settings.voskModelSums.toUtf8());
+  model_.reset(library_.createModel(QFile::encodeName(settings.voskModel).constData()));
+  if (!model_) throw std::runtime_error("the speech model cannot be loaded");
+  recognizer_ = create();
+}
+
+VoskDecoder::Recognizer VoskDecoder::create() const {
+  Recognizer recognizer(library_.createRecognizer(model_.get(), kSampleRate),
+                        library_.destroyRecognizer);
+  if (!recognizer) throw std::runtime_error("the speech model cannot be used");
+  library_.setWords(recognizer.get(), 1);
+  library_.setPartialWords(recognizer.get(), 1);
+  return recognizer;
+}
+
+void VoskDecoder::accept(std::span<const float> samples) {
+  std::vector<float> scaled;
+  for (std::size_t at = 0; at < samples.size(); at += kPiece) {
+    const auto piece = samples.subspan(at, std::min(kPiece, samples.size() - at));
+    scaled.resize(piece.size());
+    std::transform(piece.begin(), piece.end(), scaled.begin(),
+                   [](float sample) { return sample * kFullScale; });
+    const auto count = static_cast<int>(scaled.size());
+    if (library_.acceptWaveform(recognizer_.get(), scaled.data(), count) < 0) {
+      throw std::runtime_error("the speech could not be decoded");
+    }
+    heard_ += piece.size();
+  }
+}
+
+HeardWords VoskDecoder::words() const {
+  return take(library_.partialResult(recognizer_.get()), "partial_result");
+}
+
+HeardWords VoskDecoder::endAndKeepVoice() {
+  HeardWords words = take(library_.result(recognizer_.get()), "result");
+  phraseBegin_ = heard_;
+  return words;
+}
+
+HeardWords VoskDecoder::end() {
+  HeardWords words = take(library_.finalResult(recognizer_.get()), "result");
+  phraseBegin_ = heard_;
+  return words;
+}
+
+HeardWords VoskDecoder::take(const char* json, const char* wordsKey) const {
+  const double begin = static_cast<double>(phraseBegin_) / kSampleRate;
+  const QJsonObject object = QJsonDocument::fromJson(json).object();
+  HeardWords words;
+  for (const QJsonValue& each : object[wordsKey].toArray()) {
+    const QString text = each["word"].toString();
+    if (text.isEmpty() || text == kUnknownWord) continue;
+    words.push_back({text, each["start"].toDouble() - begin, each["end"].toDouble() - begin,
+                     each["conf"].toDouble()});
+  }
+  return words;
+}
+
+void VoskDecoder::releaseMemory() {
+  if (static_cast<double>(heard_) > kMaxHeardSeconds * kSampleRate) {
+    recognizer_.reset();
+    recognizer_ = create();
+    heard_ = 0;
+    phraseBegin_ = 0;
+  }
+  malloc_trim(0);
+}
+
+}  // namespace velun

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/speech/helper/recognizer_settings.h"
+#include "platform/speech/helper/vosk_library.h"
+#include "platform/speech/transcription_result.h"
+
+#include <cstddef>
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace velun {
+
+/// The words of one hearing of a phrase; times are seconds since its beginning.
+using HeardWords = std::vector<RecognizedWord>;
+
+/// The mean confidence of the words; 0 without words.
+double meanConfidence(const HeardWords& words);
+
+/// A libvosk recognizer with its model, for 16 kHz mono audio. It adapts to the voice that it
+/// hears. For one thread.
+class VoskDecoder {
+ public:
+  /// Checks every file of the model and loads it, which takes half a second and 90 MB. Throws
+  /// `DamagedFile` and `std::runtime_error`.
+  VoskDecoder(const vosk::Library& library, const RecognizerSettings& settings);
+
+  /// Decodes finite samples in -1…1. Throws `std::runtime_error`.
+  void accept(std::span<const float> samples);
+
+  /// The words of the phrase so far.
+  HeardWords words() const;
+
+  /// Ends the phrase and returns its words. What follows is heard with the adaptation to its voice.
+  HeardWords endAndKeepVoice();
+
+  /// Ends the phrase and returns its words. What follows is heard without adaptation.
+  HeardWords end();
+
+  /// Releases memory that grows with the words that were heard. Requires a call of `end` before.
+  void releaseMemory();
+
+ private:
+  using Model = std::unique_ptr<VoskModel, void (*)(VoskModel*)>;
+  using Recognizer = std::unique_ptr<VoskRecognizer, void (*)(VoskRecognizer*)>;
+
+  Recognizer create() const;
+  HeardWords take(const char* json, const char* wordsKey) const;
+
+  const vosk::Library& library_;
+  Model model_;
+  Recognizer recognizer_;
+  /// Samples that the recognizer has heard, and where the phrase began in them: libvosk counts
+  /// times from the recognizer's creation.
+  std::size_t heard_ = 0;
+  std::size_t phraseBegin_ = 0;
+};
+
+}  // namespace velun
