@@ -30,19 +30,24 @@ QByteArray readWholeFile(const QString& path, qint64 limit, qsizetype padding) {
   if (!S_ISREG(status.st_mode)) refuseReading(S_ISDIR(status.st_mode) ? EISDIR : EINVAL, path);
   if (status.st_size > limit) refuseReading(EFBIG, path);
 
+  // Some file systems report no size, and the file may change: the end is where read() says so.
+  constexpr qsizetype kStep = 64 << 10;
   QByteArray bytes;
-  bytes.reserve(status.st_size + padding);
-  bytes.resize(status.st_size);
+  bytes.reserve(status.st_size + 1 + padding);
+  bytes.resize(status.st_size + 1);
   qsizetype filled = 0;
-  while (filled < bytes.size()) {
+  while (true) {
+    if (filled > limit) refuseReading(EFBIG, path);
+    if (filled == bytes.size()) bytes.resize(filled + kStep);
     const ssize_t count = ::read(file.number(), bytes.data() + filled,
                                  static_cast<std::size_t>(bytes.size() - filled));
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) refuseReading(errno, path);
-    if (count == 0) break;  // truncated since fstat()
+    if (count == 0) break;
     filled += count;
   }
   bytes.resize(filled);
+  if (bytes.capacity() < filled + padding) bytes.reserve(filled + padding);
   return bytes;
 }
 

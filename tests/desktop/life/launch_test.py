@@ -1,5 +1,6 @@
 """Starting the real program: twice, by other programs, and without a tray, bus or sound server."""
 
+import json
 import os
 import re
 import signal
@@ -87,6 +88,21 @@ class Launch(PlainCase):
         self.assertEqual(self.program.state()["input"], "computer")
         self.assertTrue((self.program.preferences.parent / "preferences.json.damaged").exists())
         self.quit()
+
+    def test_preferences_that_cannot_be_read_are_left_alone(self):
+        self.program.preferences.parent.mkdir(parents=True)
+        # Links in a circle cannot be read, not even by root.
+        self.program.preferences.symlink_to("preferences.json")
+        self.program.launch()
+        self.program.action("input", "microphone")
+        self.program.wait_for_state("input", "microphone")
+        self.assertTrue(self.program.preferences.is_symlink())
+        # As soon as the file can be read, the choice is added to it.
+        self.program.preferences.unlink()
+        self.program.preferences.write_text('{"fontSize": 20}')
+        self.quit()
+        stored = json.loads(self.program.preferences.read_text())
+        self.assertEqual((stored["fontSize"], stored["useMic"]), (20, True))
 
     def test_it_runs_with_an_unwritable_home(self):
         for name in ("DATA", "CONFIG", "CACHE", "STATE"):

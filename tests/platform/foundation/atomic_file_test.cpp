@@ -229,6 +229,14 @@ class AtomicFileTest final : public test::Suite {
     QCOMPARE(refusalOf([this] { readWholeFile(path("pipe"), 1 << 20); }), EINVAL);
   }
 
+  void readsFilesWhoseSizeTheFileSystemDoesNotTell() {
+    // Their size is 0, as on some network file systems.
+    const QByteArray bytes = readWholeFile("/proc/self/limits", 1 << 20);
+    QVERIFY(bytes.startsWith("Limit"));
+    QVERIFY(bytes.endsWith('\n'));
+    QCOMPARE(refusalOf([] { readWholeFile("/proc/self/limits", 100); }), EFBIG);
+  }
+
   void reservesThePadding() {
     folder_->write("file", "12345");
     const QByteArray bytes = readWholeFile(path("file"), 5, 64);

@@ -9,6 +9,7 @@
 #include "platform/translation/support/model_writer.h"
 #include "platform/translation/support/toy_models.h"
 #include "platform/translation/support/vocabulary_writer.h"
+#include "support/failing_calls.h"
 #include "support/suite.h"
 
 #include <algorithm>
@@ -364,15 +365,31 @@ class StudentFilesTest final : public Suite {
 
   void theErrorNamesTheDamagedModel() {
     StudentFiles files = toyFiles(QStringLiteral("enko"));
-    files.model = QStringLiteral("/nowhere");
+    files.shortlist = toyFiles(QStringLiteral("enes")).shortlist;
+    QCOMPARE(loadingError(files), QString("The translation model English → Korean is damaged."));
+  }
+
+  void modelThatCannotBeReadIsNotDamaged() {
+    StudentFiles files = toyFiles(QStringLiteral("enko"));
+    {
+      const test::NoMoreDescriptors guard;
+      QCOMPARE(loadingError(files),
+               QString("The translation model English → Korean couldn’t be read: Too many open "
+                       "files."));
+    }
+    QCOMPARE(loadingError(files), QString());
+  }
+
+ private:
+  /// The text of the error of loading the model; empty if there is none.
+  static QString loadingError(const StudentFiles& files) {
     StudentTranslator translator(files, {QStringLiteral("en"), QStringLiteral("ko")});
     try {
       translator.load();
-      QFAIL("loaded");
     } catch (const Failure& failure) {
-      QCOMPARE(failure.errorDescription(),
-               QStringLiteral("The translation model English → Korean is damaged."));
+      return failure.errorDescription();
     }
+    return {};
   }
 };
 

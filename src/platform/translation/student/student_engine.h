@@ -32,7 +32,8 @@ class StudentEngine {
     float lengthFactor = 2.0F;
   };
 
-  /// Throws `ModelFormatError` when a file is damaged, unsupported or does not match the others.
+  /// Throws `ModelFormatError` when a file is damaged, unsupported or does not match the others,
+  /// and `FileError` when one cannot be read.
   explicit StudentEngine(const StudentFiles& files) : StudentEngine(files, Limits()) {}
   StudentEngine(const StudentFiles& files, const Limits& limits);
 

@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/translation/student/student_model_file.h"
 
+#include "platform/foundation/file_descriptor.h"
+#include "platform/foundation/file_error.h"
 #include "platform/translation/student/byte_reader.h"
 
+#include <cerrno>
+#include <fcntl.h>
 #include <QFile>
+#include <sys/stat.h>
 
 namespace velun {
 
@@ -157,16 +162,20 @@ std::string_view StudentModelFile::configuration() const {
 }
 
 std::vector<std::byte> readModelBytes(const QString& path) {
-  QFile file(path);
-  if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
-    throw ModelFormatError::damaged("the file cannot be opened");
-  }
-  std::vector<std::byte> bytes(static_cast<std::size_t>(file.size()));
+  const auto refuse = [&path](int code) {
+    throw FileError(FileError::Operation::read, code, path);
+  };
+  const FileDescriptor file(::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC));
+  struct stat status {};
+  if (!file.isOpen() || ::fstat(file.number(), &status) != 0) refuse(errno);
+  if (!S_ISREG(status.st_mode)) refuse(EINVAL);
+  std::vector<std::byte> bytes(static_cast<std::size_t>(status.st_size));
   std::size_t done = 0;
   while (done < bytes.size()) {
-    const qint64 count = file.read(reinterpret_cast<char*>(bytes.data()) + done,
-                                   static_cast<qint64>(bytes.size() - done));
-    if (count <= 0) throw ModelFormatError::damaged("the file cannot be read");
+    const ssize_t count = ::read(file.number(), bytes.data() + done, bytes.size() - done);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) refuse(errno);
+    if (count == 0) throw ModelFormatError::damaged("the file became shorter");
     done += static_cast<std::size_t>(count);
   }
   return bytes;

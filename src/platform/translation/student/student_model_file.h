@@ -40,7 +40,7 @@ class StudentModelFile {
   StudentModelFile(StudentModelFile&&) = default;
   StudentModelFile& operator=(StudentModelFile&&) = default;
 
-  /// Throws `ModelFormatError`, also when the file cannot be read.
+  /// Throws `ModelFormatError`, and `FileError` when the file cannot be read.
   static StudentModelFile read(const QString& path);
 
   /// Null when there is no such item.
@@ -59,7 +59,7 @@ class StudentModelFile {
   std::map<std::string, ModelItem, std::less<>> items_;
 };
 
-/// Reads a whole file. Throws `ModelFormatError` when it cannot be read.
+/// Reads a whole file. Throws `FileError` when it cannot be read.
 std::vector<std::byte> readModelBytes(const QString& path);
 
 }  // namespace velun

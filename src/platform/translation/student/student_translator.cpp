@@ -3,6 +3,7 @@
 
 #include "language/localization.h"
 #include "platform/foundation/failure.h"
+#include "platform/foundation/file_error.h"
 #include "platform/translation/student/model_format_error.h"
 #include "platform/translation/student/text_splitter.h"
 
@@ -19,9 +20,12 @@ bool separatesSentences(const QString& language) {
   return !kWithoutSpaces.contains(language);
 }
 
+QString namesOf(const LanguagePair& pair) {
+  return QStringLiteral("%1 → %2").arg(languageName(pair.source), languageName(pair.target));
+}
+
 Failure unusable(const LanguagePair& pair, ModelFormatError::Reason reason) {
-  const QString names =
-      QStringLiteral("%1 → %2").arg(languageName(pair.source), languageName(pair.target));
+  const QString names = namesOf(pair);
   if (reason == ModelFormatError::Reason::unsupported) {
     return Failure(
         L(QStringLiteral("The translation model %1 is of a kind that Velun can’t use.").arg(names),
@@ -29,6 +33,14 @@ Failure unusable(const LanguagePair& pair, ModelFormatError::Reason reason) {
   }
   return Failure(L(QStringLiteral("The translation model %1 is damaged.").arg(names),
                    QStringLiteral("번역 모델 %1이(가) 손상되었습니다.").arg(names)));
+}
+
+Failure unreadable(const LanguagePair& pair, const FileError& error) {
+  const QString names = namesOf(pair);
+  const QString reason = qt_error_string(error.code().value());
+  return Failure(
+      L(QStringLiteral("The translation model %1 couldn’t be read: %2.").arg(names, reason),
+        QStringLiteral("번역 모델 %1을(를) 읽을 수 없습니다: %2.").arg(names, reason)));
 }
 
 }  // namespace
@@ -42,6 +54,8 @@ void StudentTranslator::load() {
     engine_ = std::make_unique<const StudentEngine>(files_);
   } catch (const ModelFormatError& error) {
     throw unusable(pair_, error.reason());
+  } catch (const FileError& error) {
+    throw unreadable(pair_, error);
   }
 }
 
