@@ -216,6 +216,8 @@ void HistoryView::followLibrary() {
   connect(&library_, &HistoryViewModel::selectionChanged, this, &HistoryView::presentSelection);
   connect(&library_, &HistoryViewModel::errorChanged, this, &HistoryView::presentError);
   connect(&library_, &HistoryViewModel::reloaded, this, &HistoryView::presentSessions);
+  // The search may exclude the opened file.
+  connect(&library_, &HistoryViewModel::fileOpened, searchField_, &QLineEdit::clear);
   connect(&search_, &SessionSearch::ready, this, &HistoryView::presentSessions);
   connect(searchField_, &QLineEdit::textChanged, this, &HistoryView::presentSessions);
   connect(&Localization::shared(), &Localization::languageChanged, this, &HistoryView::translate);

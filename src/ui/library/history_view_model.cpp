@@ -133,6 +133,7 @@ void HistoryViewModel::open(const QUrl& url) {
   Q_EMIT sessionsChanged();
   setSelection(known);
   restartReload();
+  Q_EMIT fileOpened();
 }
 
 std::optional<QUrl> HistoryViewModel::deleteSelection(const QList<QUrl>& visible) {

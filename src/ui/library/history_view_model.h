@@ -60,6 +60,8 @@ class HistoryViewModel final : public QObject {
   void selectionChanged();
   void errorChanged();
   void reloaded();
+  /// open() added a file and selected it.
+  void fileOpened();
 
  private:
   struct Listing;

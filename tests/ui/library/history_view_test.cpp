@@ -189,6 +189,23 @@ class HistoryViewTest final : public test::Suite {
     QTRY_COMPARE(rows().size(), 4);
   }
 
+  void openedFileIsShownDuringASearch() {
+    write("Lecture", 0, "The river");
+    reload();
+    search()->setText("nowhere");
+    QTRY_VERIFY(view_->findChild<EmptyStateView*>()->isVisible());
+    const QTemporaryDir elsewhere;
+    const QUrl call = write("Call", 1, "The sea");
+    const QString moved = elsewhere.filePath("call.json");
+    QVERIFY(QFile::rename(call.toLocalFile(), moved));
+    library_->open(QUrl::fromLocalFile(moved));
+    QVERIFY(search()->text().isEmpty());
+    QVERIFY(!view_->findChild<EmptyStateView*>()->isVisible());
+    QTRY_COMPARE(rows(), QStringList({"Today", "Lecture", "Yesterday", "Call"}));
+    QCOMPARE(list()->currentIndex().row(), 3);
+    QVERIFY(transcript().contains("The sea"));
+  }
+
   void selectedSessionHighlightsMatches() {
     const QUrl lecture = write("Lecture", 0, "The river and the River", "강");
     reload();
