@@ -19,7 +19,7 @@ constexpr double kSize = 12;
 
 CaptionStatusLine::CaptionStatusLine(CaptionViewModel& model, TranslationPlatform& translation,
                                      QWidget* parent)
-    : QLabel(parent), model_(model), translation_(translation) {
+    : SelectableLabel(parent), model_(model), translation_(translation) {
   setAccessibleRole(*this, QAccessible::Notification);
   setTextFormat(Qt::PlainText);
   setWordWrap(true);

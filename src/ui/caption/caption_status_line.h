@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QLabel>
+#include "ui/common/selectable_label.h"
 
 namespace velun {
 
@@ -10,7 +10,7 @@ class TranslationPlatform;
 
 /// The status of the engine, the translator and the recorder, in small text under the transcript.
 /// Takes no room while it is empty; a text stays until another one replaces it.
-class CaptionStatusLine final : public QLabel {
+class CaptionStatusLine final : public SelectableLabel {
   Q_OBJECT
 
  public:

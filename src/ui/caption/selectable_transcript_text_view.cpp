@@ -11,7 +11,9 @@
 #include <QContextMenuEvent>
 #include <QHelpEvent>
 #include <QMenu>
+#include <QMimeData>
 #include <QScrollBar>
+#include <QTextDocumentFragment>
 #include <QToolTip>
 #include <utility>
 
@@ -158,6 +160,12 @@ void SelectableTranscriptTextView::resizeEvent(QResizeEvent* event) {
 void SelectableTranscriptTextView::hideEvent(QHideEvent* event) {
   endSelecting();
   BottomPinnedScrollView::hideEvent(event);
+}
+
+QMimeData* SelectableTranscriptTextView::createMimeDataFromSelection() const {
+  auto* mime = new QMimeData;
+  mime->setText(textCursor().selection().toPlainText());
+  return mime;
 }
 
 bool SelectableTranscriptTextView::viewportEvent(QEvent* event) {

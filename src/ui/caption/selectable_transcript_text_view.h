@@ -55,6 +55,8 @@ class SelectableTranscriptTextView final : public BottomPinnedScrollView {
   void resizeEvent(QResizeEvent* event) override;
   void hideEvent(QHideEvent* event) override;
   bool viewportEvent(QEvent* event) override;
+  /// Plain text: the captions' own colour is white, which cannot be read on paper.
+  QMimeData* createMimeDataFromSelection() const override;
 
  private:
   void endSelecting();

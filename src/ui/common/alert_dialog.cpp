@@ -2,6 +2,7 @@
 #include "ui/common/alert_dialog.h"
 
 #include "ui/common/accessible_role.h"
+#include "ui/common/selectable_label.h"
 #include "ui/common/symbol.h"
 
 #include <QApplication>
@@ -24,8 +25,8 @@ QPixmap picture(bool isWarning, qreal ratio) {
                       ratio);
 }
 
-QLabel* textLabel(const QString& text, QWidget* parent) {
-  auto* label = new QLabel(text, parent);
+SelectableLabel* textLabel(const QString& text, QWidget* parent) {
+  auto* label = new SelectableLabel(text, parent);
   label->setTextFormat(Qt::PlainText);
   label->setWordWrap(true);
   label->setFixedWidth(kTextWidth);

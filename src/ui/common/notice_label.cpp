@@ -5,7 +5,7 @@
 
 namespace velun {
 
-NoticeLabel::NoticeLabel(QWidget* parent) : QLabel(parent) {
+NoticeLabel::NoticeLabel(QWidget* parent) : SelectableLabel(parent) {
   setAccessibleRole(*this, QAccessible::Notification);
   hide();
 }

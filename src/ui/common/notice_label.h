@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QLabel>
+#include "ui/common/selectable_label.h"
 
 namespace velun {
 
 /// A text that screen readers announce when it appears or changes. Hidden while it is empty.
-class NoticeLabel final : public QLabel {
+class NoticeLabel final : public SelectableLabel {
   Q_OBJECT
 
  public:

@@ -3,6 +3,7 @@
 
 #include "language/localization.h"
 #include "ui/common/accessible_role.h"
+#include "ui/common/selectable_label.h"
 
 #include <QGuiApplication>
 #include <QIcon>
@@ -17,7 +18,7 @@ namespace {
 constexpr int kIconSize = 96;
 
 QLabel* centred() {
-  auto* label = new QLabel;
+  auto* label = new SelectableLabel;
   label->setTextFormat(Qt::PlainText);
   label->setAlignment(Qt::AlignCenter);
   label->setWordWrap(true);
