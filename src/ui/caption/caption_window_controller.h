@@ -95,7 +95,7 @@ class CaptionWindowController final : public QObject {
   bool animatingHeader_ = false;
   // The height added to the panel for its header, in points.
   int headerGrowth_ = 0;
-  QVariantAnimation motion_;
+  QVariantAnimation motion_{this};
   bool animatingFrame_ = false;
   bool isShown_ = false;
   bool wasSuppressed_ = false;

@@ -31,7 +31,7 @@ class JumpButton final : public QAbstractButton {
 
   CaptionColors colors_;
   bool wanted_ = false;
-  QVariantAnimation opacity_;
+  QVariantAnimation opacity_{this};
 };
 
 }  // namespace velun

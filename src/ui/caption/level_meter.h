@@ -42,7 +42,7 @@ class LevelMeter final : public QWidget {
   std::function<std::vector<float>()> bands_;
   LevelMeterLevels levels_;
   bool running_ = false;
-  QTimer timer_;
+  QTimer timer_{this};
 };
 
 }  // namespace velun

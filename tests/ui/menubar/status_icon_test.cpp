@@ -4,11 +4,36 @@
 #include "language/localization.h"
 #include "support/suite.h"
 
+#include <cmath>
 #include <QImage>
+#include <QLineF>
+#include <QTransform>
 
 using namespace velun;
 
 namespace {
+
+/// Curves are flattened to polygons. In points, or degrees.
+constexpr double kTolerance = 0.1;
+
+bool isNear(double a, double b) {
+  return std::abs(a - b) < kTolerance;
+}
+
+/// The narrowest box around a polygon and its tilt in degrees, clockwise.
+struct Box {
+  QSizeF size{100, 100};
+  double tilt = 0;
+};
+
+Box uprightBox(const QPolygonF& polygon) {
+  Box narrowest;
+  for (double tilt = -45; tilt <= 45; tilt += 0.25) {
+    const QSizeF size = QTransform().rotate(-tilt).map(polygon).boundingRect().size();
+    if (size.width() < narrowest.size.width()) narrowest = {size, tilt};
+  }
+  return narrowest;
+}
 
 /// How much of the image is covered by the figure, 0 to 1, and whether all of it has one colour.
 struct Coverage {
@@ -59,6 +84,52 @@ class StatusIconTest final : public test::Suite {
     };
     QCOMPARE(subpaths(paused), 5);
     QCOMPARE(subpaths(active), 5 + 6);
+  }
+
+  void earsAreTiltedRoundedRectangles() {
+    for (const bool paused : {false, true}) {
+      const QList<QPolygonF> parts = StatusIcon::make(paused).toSubpathPolygons();
+      const Box left = uprightBox(parts[1]);
+      const Box right = uprightBox(parts[2]);
+      for (const Box& ear : {left, right}) {
+        QVERIFY2(isNear(ear.size.width(), 3.9), qPrintable(QString::number(ear.size.width())));
+        QVERIFY2(isNear(ear.size.height(), 7.6), qPrintable(QString::number(ear.size.height())));
+      }
+      QVERIFY2(isNear(left.tilt, -right.tilt), "they lean away from each other");
+      QVERIFY(left.tilt != 0);
+    }
+  }
+
+  void wavesHaveTheirRadiiAnglesAndDots() {
+    const QList<QPolygonF> parts = StatusIcon::make(false).toSubpathPolygons();
+    struct Wave {
+      int first;
+      double inner;
+      double outer;
+      double halfAngle;
+      double dotOffset;
+    };
+    for (const Wave& wave : {Wave{5, 3.5, 4.9, 32, 2.2257}, Wave{8, 5.9, 7.3, 30, 3.3}}) {
+      const QRectF band = parts[wave.first].boundingRect();
+      // The outer arc ends at its radius to the right of the common centre.
+      const QPointF centre(band.right() - wave.outer, band.center().y());
+      double nearest = 100;
+      double widest = 0;
+      for (const QPointF& point : parts[wave.first]) {
+        const QLineF ray(centre, point);
+        nearest = std::min(nearest, ray.length());
+        widest = std::max(widest, std::abs(std::atan2(ray.dy(), ray.dx())) * 180 / M_PI);
+        QVERIFY(ray.length() < wave.outer + kTolerance);
+      }
+      QVERIFY2(isNear(nearest, wave.inner), qPrintable(QString::number(nearest)));
+      QVERIFY2(isNear(widest, wave.halfAngle), qPrintable(QString::number(widest)));
+      for (const int dot : {wave.first + 1, wave.first + 2}) {
+        const QRectF box = parts[dot].boundingRect();
+        QVERIFY(isNear(box.width(), 1.4) && isNear(box.height(), 1.4));
+        QVERIFY(isNear(std::abs(box.center().y() - centre.y()), wave.dotOffset));
+        QVERIFY(isNear(QLineF(centre, box.center()).length(), (wave.inner + wave.outer) / 2));
+      }
+    }
   }
 
   void imagesAreDrawnInTheColourThatIsAskedFor() {
