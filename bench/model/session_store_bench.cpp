@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "measure.h"
 #include "model/session_store.h"
+#include "platform/foundation/synced_copy.h"
 #include "support/session_samples.h"
 
 #include <QFileInfo>
@@ -22,12 +23,12 @@ double rewriteMilliseconds(const SessionStore& store) {
   CaptionSession session = test::longSession(10'000);
   const std::vector<Line> more = test::longSession(100).lines;
   SessionEncoder encoder;
-  store.save(session, SessionStore::Flush::no, &encoder);
+  SyncedCopy copy;
+  store.save(session, &encoder, &copy);
   std::vector<double> values;
   for (const Line& line : more) {
     session.lines.push_back(line);
-    values.push_back(
-        millisecondsOf([&] { store.save(session, SessionStore::Flush::no, &encoder); }));
+    values.push_back(millisecondsOf([&] { store.save(session, &encoder, &copy); }));
   }
   return median(values);
 }
@@ -36,14 +37,14 @@ double rewriteMilliseconds(const SessionStore& store) {
 double translatedMilliseconds(const SessionStore& store) {
   CaptionSession session = test::longSession(10'000);
   SessionEncoder encoder;
-  store.save(session, SessionStore::Flush::no, &encoder);
+  SyncedCopy copy;
+  store.save(session, &encoder, &copy);
   std::vector<double> values;
   for (std::size_t i = 0; i < 100; ++i) {
     const std::size_t line = i * 97;
     session.lines[line].translations["en"] = "One more translation of this line.";
     encoder.lineChanged(line);
-    values.push_back(
-        millisecondsOf([&] { store.save(session, SessionStore::Flush::no, &encoder); }));
+    values.push_back(millisecondsOf([&] { store.save(session, &encoder, &copy); }));
   }
   return median(values);
 }
@@ -53,7 +54,7 @@ double listMilliseconds(const SessionStore& store) {
   for (int i = 0; i < 1000; ++i) {
     session.id = QUuid::createUuid();
     session.startedAt += std::chrono::minutes(37);
-    store.save(session, SessionStore::Flush::no);
+    store.save(session);
   }
   return medianMilliseconds(5, [&] {
     const SessionStore::Listing listing = store.savedSessions();

@@ -5,6 +5,7 @@
 #include "captions/discard_confirmation.h"
 #include "language/localization.h"
 #include "platform/foundation/main_task.h"
+#include "platform/foundation/one_shot.h"
 
 #include <utility>
 
@@ -29,8 +30,8 @@ void SessionEnding::newSession() {
 }
 
 QCoro::Task<> SessionEnding::decideNewSession(QPointer<SessionEnding> self, bool wasRunning) {
-  QCoro::Task<> shutdown = self->model_.shutdown();
-  co_await shutdown;
+  QCoro::Task<> stopping = stopCaptions(self);
+  co_await stopping;
   if (!self || self->ended_) co_return;
   if (self->terminating_) {
     // Quitting was requested meanwhile: ask only its question.
@@ -40,7 +41,8 @@ QCoro::Task<> SessionEnding::decideNewSession(QPointer<SessionEnding> self, bool
   }
   const QString title =
       L("Save this session before starting a new one?", "새 세션을 시작하기 전에 저장할까요?");
-  const bool goesOn = confirmDiscarding(self->model_, title, self->question_);
+  QCoro::Task<bool> confirming = confirm(self, title);
+  const bool goesOn = co_await confirming;
   if (!self || self->ended_) co_return;
   self->replacing_ = false;
   if (goesOn) {
@@ -67,13 +69,14 @@ void SessionEnding::beginTermination(bool wasRunning) {
 }
 
 QCoro::Task<> SessionEnding::decideTermination(QPointer<SessionEnding> self, bool wasRunning) {
-  QCoro::Task<> shutdown = self->model_.shutdown();
-  co_await shutdown;
+  QCoro::Task<> stopping = stopCaptions(self);
+  co_await stopping;
   if (!self || self->ended_) co_return;
   Q_EMIT self->terminationQuestionReached();
   const QString title =
       L("Save this session before quitting?", "종료하기 전에 이 세션을 저장할까요?");
-  const bool goesOn = confirmDiscarding(self->model_, title, self->question_);
+  QCoro::Task<bool> confirming = confirm(self, title);
+  const bool goesOn = co_await confirming;
   if (!self || self->ended_) co_return;
   self->terminating_ = false;
   if (!goesOn && wasRunning) self->model_.start();
@@ -84,6 +87,27 @@ QCoro::Task<> SessionEnding::decideTermination(QPointer<SessionEnding> self, boo
 
 void SessionEnding::resumeCaptions() {
   if (!ended_ && std::exchange(hasStoppedCaptions_, false)) model_.start();
+}
+
+QCoro::Task<> SessionEnding::stopCaptions(QPointer<SessionEnding> self) {
+  QCoro::Task<> shutdown = self->model_.shutdown();
+  co_await shutdown;
+  if (!self || !self->model_.isSyncing()) co_return;
+  const OneShot<bool> synced = self->model_.synced();
+  co_await synced;
+}
+
+QCoro::Task<bool> SessionEnding::confirm(QPointer<SessionEnding> self, QString title) {
+  while (true) {
+    const bool goesOn = confirmDiscarding(self->model_, title, self->question_);
+    if (!self || self->ended_) co_return false;
+    if (!goesOn || !self->model_.isSyncing()) co_return goesOn;
+    // Only a file on the disk is saved; a sync that fails leads to the question again.
+    const OneShot<bool> synced = self->model_.synced();
+    co_await synced;
+    if (!self || self->ended_) co_return false;
+    if (!self->model_.hasUnsavedSession()) co_return true;
+  }
 }
 
 void SessionEnding::endNow() {

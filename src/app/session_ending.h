@@ -5,6 +5,7 @@
 #include <QCoroTask>
 #include <QObject>
 #include <QPointer>
+#include <QString>
 #include <vector>
 
 namespace velun {
@@ -54,6 +55,10 @@ class SessionEnding final : public QObject {
   static QCoro::Task<> decideTermination(QPointer<SessionEnding> self, bool wasRunning);
   void beginTermination(bool wasRunning);
   bool wantsCaptions();
+  /// Completes when captions are off and the session's file is on the disk.
+  static QCoro::Task<> stopCaptions(QPointer<SessionEnding> self);
+  /// Asks about unsaved lines. Returns whether the session may be ended.
+  static QCoro::Task<bool> confirm(QPointer<SessionEnding> self, QString title);
 
   CaptionViewModel& model_;
   ModalQuestion& question_;

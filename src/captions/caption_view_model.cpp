@@ -19,7 +19,7 @@ CaptionViewModel::CaptionViewModel(AppSettings& settings, SessionStore store,
       clock_(clock),
       current_(clock.now()),
       languages_(speech, translation),
-      saver_(current_.session(), std::move(store), settings.autoSaveSessions()),
+      saver_(current_.session(), std::move(store), settings.autoSaveSessions(), clock),
       translator_(translation, current_.lines()),
       engine_(settings, std::move(recognition)) {
   connect(&languages_, &CaptionLanguages::localesChanged, this, &CaptionViewModel::localesChanged);
@@ -75,7 +75,7 @@ void CaptionViewModel::engineFailed(const std::optional<QString>& description) {
   } else {
     setEnd();
   }
-  saver_.saveIfNeeded(SessionStore::Flush::yes);
+  saver_.saveIfNeeded(SessionSaver::Sync::now);
   setStatus(description);
   endUnneededTranslation();
 }
@@ -89,7 +89,7 @@ void CaptionViewModel::setEnd() {
 void CaptionViewModel::engineStopped() {
   setVolatileText(QString());
   setEnd();
-  saver_.saveIfNeeded(SessionStore::Flush::yes);
+  saver_.saveIfNeeded(SessionSaver::Sync::now);
   endUnneededTranslation();
 }
 

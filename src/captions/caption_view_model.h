@@ -70,8 +70,11 @@ class CaptionViewModel final : public QObject {
   const std::optional<QUrl>& savedURL() const { return saver_.url(); }
   const std::optional<QString>& saveError() const { return saver_.error(); }
   bool hasUnsavedSession() const { return saver_.hasUnsavedLines(); }
-  bool persistIfNeeded() { return saver_.saveIfNeeded(); }
+  /// Writes the session's file for an end of the program.
+  bool persistIfNeeded() { return saver_.saveIfNeeded(SessionSaver::Sync::now); }
   bool saveCurrentSession() { return saver_.save(); }
+  bool isSyncing() const { return saver_.isSyncing(); }
+  OneShot<bool> synced() { return saver_.synced(); }
   void savedFileWasDeleted(const QUrl& url) { saver_.fileWasDeleted(url); }
 
   /// Replaces the session by an empty one, if captions are off and the engine has stopped.

@@ -3,6 +3,7 @@
 
 #include "captions/update.h"
 #include "language/localization.h"
+#include "model/file_error_text.h"
 #include "platform/foundation/failure.h"
 
 #include <exception>
@@ -22,8 +23,17 @@ QString canonicalPath(const QUrl& url) {
 }  // namespace
 
 SessionSaver::SessionSaver(const CaptionSession& session, SessionStore store, bool isSaving,
-                           QObject* parent)
-    : QObject(parent), session_(session), store_(std::move(store)), isSaving_(isSaving) {}
+                           const Clock& clock, QObject* parent)
+    : QObject(parent),
+      session_(session),
+      store_(std::move(store)),
+      isSaving_(isSaving),
+      sync_(clock) {
+  connect(&sync_, &SessionSync::failed, this, &SessionSaver::syncFailed);
+  connect(&sync_, &SessionSync::succeeded, this, [this] {
+    if (std::exchange(hasSyncFailed_, false)) setError(std::nullopt);
+  });
+}
 
 bool SessionSaver::hasUnsavedLines() const {
   return !session_.lines.empty() && (!url_ || error_);
@@ -31,32 +41,46 @@ bool SessionSaver::hasUnsavedLines() const {
 
 void SessionSaver::reset(bool isSaving) {
   encoder_.reset();
+  sync_.endSession();
+  hasSyncFailed_ = false;
   setUrl(std::nullopt);
   setError(std::nullopt);
   setSaving(isSaving);
 }
 
-bool SessionSaver::saveIfNeeded(SessionStore::Flush flush) {
+bool SessionSaver::saveIfNeeded(Sync sync) {
   if (!isSaving_ || session_.lines.empty()) return true;
   try {
-    setUrl(store_.save(session_, flush, &encoder_));
-    setError(std::nullopt);
+    setUrl(store_.save(session_, &encoder_, &sync_.copy()));
+    if (!hasSyncFailed_) setError(std::nullopt);
+    sync_.fileWritten(sync == Sync::now);
     return true;
   } catch (const std::exception& error) {
-    const QString description = descriptionOf(error);
-    setError(L("Couldn’t save the session: " + description, "기록 저장 실패: " + description));
+    hasSyncFailed_ = false;
+    setFailure(descriptionOf(error));
     return false;
   }
+}
+
+void SessionSaver::syncFailed(const FileError& error) {
+  hasSyncFailed_ = true;
+  setFailure(fileErrorText(error));
+}
+
+void SessionSaver::setFailure(const QString& description) {
+  setError(L("Couldn’t save the session: " + description, "기록 저장 실패: " + description));
 }
 
 bool SessionSaver::save() {
   if (session_.lines.empty()) return false;
   setSaving(true);
-  return saveIfNeeded(SessionStore::Flush::yes);
+  return saveIfNeeded(Sync::now);
 }
 
 void SessionSaver::fileWasDeleted(const QUrl& url) {
   if (!url_ || canonicalPath(*url_) != canonicalPath(url)) return;
+  sync_.fileDeleted();
+  hasSyncFailed_ = false;
   setUrl(std::nullopt);
   setSaving(false);
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "captions/session_sync.h"
 #include "model/session_file/session_encoder.h"
 #include "model/session_store.h"
 
@@ -12,14 +13,14 @@
 
 namespace velun {
 
-/// Keeps the file of the current session. In saving mode every change is written at once; outside
-/// it nothing is. Main thread.
+/// Keeps the file of the current session. In saving mode every change is written at once, and
+/// `SessionSync` brings it onto the disk; outside it nothing is written. Main thread.
 class SessionSaver final : public QObject {
   Q_OBJECT
 
  public:
-  /// `session` must outlive the saver.
-  SessionSaver(const CaptionSession& session, SessionStore store, bool isSaving,
+  /// `session` and `clock` must outlive the saver.
+  SessionSaver(const CaptionSession& session, SessionStore store, bool isSaving, const Clock& clock,
                QObject* parent = nullptr);
 
   const SessionStore& store() const { return store_; }
@@ -37,12 +38,19 @@ class SessionSaver final : public QObject {
   /// The line at `index` has changed since it was last written.
   void lineChanged(std::size_t index) { encoder_.lineChanged(index); }
 
+  /// When a written file is brought onto the disk, in the background.
+  enum class Sync { whenDue, now };
+
   /// Writes the file if the session is in saving mode and has lines. Returns false when the write
-  /// failed; the next call tries again.
-  bool saveIfNeeded(SessionStore::Flush flush = SessionStore::Flush::no);
+  /// failed; the next call tries again. A sync that fails is reported by `error` later.
+  bool saveIfNeeded(Sync sync = Sync::whenDue);
   /// Enters saving mode and writes the file. Returns whether it was written; a session without
   /// lines is not.
   bool save();
+  /// The file is being brought onto the disk.
+  bool isSyncing() const { return sync_.isRunning(); }
+  /// Completes when the file is on the disk, or when that has failed.
+  OneShot<bool> synced() { return sync_.finished(); }
   /// The file at `url` was deleted. If it is this session's, the session leaves saving mode.
   void fileWasDeleted(const QUrl& url);
 
@@ -52,6 +60,8 @@ class SessionSaver final : public QObject {
   void errorChanged();
 
  private:
+  void syncFailed(const FileError& error);
+  void setFailure(const QString& description);
   void setSaving(bool isSaving);
   void setUrl(const std::optional<QUrl>& url);
   void setError(const std::optional<QString>& error);
@@ -62,6 +72,10 @@ class SessionSaver final : public QObject {
   bool isSaving_;
   std::optional<QUrl> url_;
   std::optional<QString> error_;
+  /// The last sync has failed; `error` says so until one succeeds.
+  bool hasSyncFailed_ = false;
+  // Last: its destructor brings the file onto the disk.
+  SessionSync sync_;
 };
 
 }  // namespace velun

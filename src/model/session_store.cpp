@@ -7,8 +7,10 @@
 #include "model/session_file/session_file.h"
 #include "model/session_file/text_forms.h"
 #include "model/session_files.h"
+#include "model/session_recovery.h"
 #include "platform/foundation/atomic_file.h"
 #include "platform/foundation/file_access.h"
+#include "platform/foundation/synced_copy.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -81,16 +83,18 @@ void SessionStore::migratePreviousFolder() const {
   }
 }
 
-QUrl SessionStore::save(const CaptionSession& session, Flush flush, SessionEncoder* encoder) const {
+QUrl SessionStore::save(const CaptionSession& session, SessionEncoder* encoder,
+                        SyncedCopy* copy) const {
   migratePreviousFolder();
   try {
     const QString folder = directory.toLocalFile();
     makePrivateFolder(folder);
     const QString path = pathOf(folder, session);
-    // Only for a new session: removes unfinished files that killed programs left behind.
-    if (!QFileInfo::exists(path)) removeAbandonedWrites(folder);
+    // Only for a new session: puts right what killed programs left behind.
+    if (!QFileInfo::exists(path)) recoverSessions(folder);
+    if (copy) copy->protect(path);
     writeFileAtomically(path, encoder ? encoder->encode(session) : encodeSession(session),
-                        flush == Flush::yes);
+                        copy == nullptr);
     return QUrl::fromLocalFile(path);
   } catch (const FileError& error) {
     throw SessionError(fileErrorText(error));
@@ -124,6 +128,7 @@ SessionStore::Listing SessionStore::savedSessions() const {
 SessionStore::Listing SessionStore::list(const QString& legacyTitle) const {
   migratePreviousFolder();
   const QString folder = directory.toLocalFile();
+  recoverSessions(folder);
   const std::vector<QString> paths = sessionFiles(folder);
   std::vector<std::optional<CaptionSession>> read = readSessionFiles(paths, legacyTitle);
   Listing listing;

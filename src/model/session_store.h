@@ -8,6 +8,8 @@
 
 namespace velun {
 
+class SyncedCopy;
+
 /// A session file that could be read. Identified by `url`.
 struct SavedSession {
   QUrl url;
@@ -18,10 +20,6 @@ struct SavedSession {
 /// works on the file system in the calling thread and throws `SessionError` on failure. Any
 /// thread, as long as saves of one session do not overlap.
 struct SessionStore {
-  /// Whether a save waits until the bytes are on the disk. Saves after a new line or translation
-  /// do not wait; saves on request, at stop and at quit do.
-  enum class Flush { no, yes };
-
   /// The result of a listing.
   struct Listing {
     /// In the order of `isListedBefore`.
@@ -40,9 +38,10 @@ struct SessionStore {
 
   /// Writes the session atomically and returns its file. The file is named after the start in local
   /// time and the id; a session that has a file keeps it when the time zone changes. With an
-  /// `encoder` that has the bytes of the unchanged lines it is faster; the file is the same.
-  QUrl save(const CaptionSession& session, Flush flush = Flush::yes,
-            SessionEncoder* encoder = nullptr) const;
+  /// `encoder` that has the bytes of the unchanged lines it is faster; the file is the same. Waits
+  /// until the bytes are on the disk, except with a `copy`, which then protects the file.
+  QUrl save(const CaptionSession& session, SessionEncoder* encoder = nullptr,
+            SyncedCopy* copy = nullptr) const;
 
   /// Reads a session file or a Markdown transcript of an earlier version, from anywhere.
   CaptionSession read(const QUrl& url) const;

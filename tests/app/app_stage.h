@@ -65,14 +65,14 @@ struct AppStage : ModelFixture {
   /// Triggers the command as a menu or another program does.
   void perform(AppCommand command) {
     action(command).trigger();
-    settle();
+    settleSaving();
   }
 
   /// Requests to quit; the decision is appended to `replies`.
   void requestQuit() {
     coordinator().ending().prepareToTerminate(
         [this](bool shouldTerminate) { replies.push_back(shouldTerminate); });
-    settle();
+    settleSaving();
   }
 
   /// Turns captions on and delivers one line.

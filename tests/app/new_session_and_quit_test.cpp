@@ -260,7 +260,11 @@ class NewSessionAndQuitTest final : public Suite {
     AppStage stage([](AppSettings& settings) { settings.setAutoSaveSessions(true); });
     stage.startWithLine();
     stage.engine->lastWords = {FinalEvent{"The last words.", "en_US", AudioInput::computer}};
-    stage.requestQuit();
+    stage.coordinator().ending().prepareToTerminate(
+        [&stage](bool shouldTerminate) { stage.replies.push_back(shouldTerminate); });
+    // The program ends when the file is on the disk.
+    VERIFY_SOON(!stage.replies.empty());
+    QVERIFY(!stage.model->isSyncing());
     QVERIFY(stage.question.asked.empty());
     QCOMPARE(stage.replies, std::vector({true}));
     const SessionStore::Listing listing = stage.store.savedSessions();

@@ -11,6 +11,7 @@
 #include "support/settle.h"
 
 #include <memory>
+#include <QTest>
 
 namespace velun::test {
 
@@ -41,6 +42,13 @@ struct ModelFixture : SessionsFolder {
   }
   void shutdown() {
     tasks.push_back(model->shutdown());
+    settle();
+  }
+
+  /// Delivers all events, and those after the session's file has reached the disk.
+  void settleSaving() {
+    settle();
+    QVERIFY(QTest::qWaitFor([this] { return !model->isSyncing(); }, 60'000));
     settle();
   }
 

@@ -4,6 +4,7 @@
 #include "captions/sessions_folder.h"
 #include "language/localization.h"
 #include "model/session_file/session_file.h"
+#include "support/manual_clock.h"
 #include "support/suite.h"
 
 #include <QSignalSpy>
@@ -13,7 +14,7 @@ using namespace velun;
 namespace {
 
 struct Fixture : test::SessionsFolder {
-  explicit Fixture(bool isSaving = false) : saver(session, store, isSaving) {
+  explicit Fixture(bool isSaving = false) : saver(session, store, isSaving, clock) {
     const auto log = [this](void (SessionSaver::*signal)(), const char* name) {
       QObject::connect(&saver, signal, [this, name] { signalled.append(name); });
     };
@@ -34,6 +35,7 @@ struct Fixture : test::SessionsFolder {
 
   QStringList takeSignals() { return std::exchange(signalled, {}); }
 
+  test::ManualClock clock;
   CaptionSession session;
   SessionSaver saver;
   QStringList signalled;
@@ -118,6 +120,33 @@ class SessionSaverTest final : public test::Suite {
     const QString name = fixture.saver.url()->fileName();
     fixture.saver.fileWasDeleted(QUrl::fromLocalFile(link + '/' + name));
     QVERIFY(!fixture.saver.url());
+  }
+
+  void aDeletedFileLeavesNoCopy() {
+    Fixture fixture(true);
+    fixture.addLine("One.");
+    fixture.saver.saveIfNeeded();
+    VERIFY_SOON(!fixture.saver.isSyncing());
+    QCOMPARE(fixture.hiddenFiles().size(), 1);
+    const QUrl url = *fixture.saver.url();
+    QVERIFY(QFile::remove(url.toLocalFile()));
+    fixture.saver.fileWasDeleted(url);
+    VERIFY_SOON(!fixture.saver.isSyncing());
+    QCOMPARE(fixture.hiddenFiles(), QStringList());
+  }
+
+  void anEndLeavesNoCopy() {
+    const test::SessionsFolder folder;
+    CaptionSession session;
+    {
+      const test::ManualClock clock;
+      SessionSaver saver(session, folder.store, true, clock);
+      session.lines.push_back({});
+      for (int i = 0; i < 5; ++i) saver.saveIfNeeded();
+    }
+    QCOMPARE(folder.hiddenFiles(), QStringList());
+    QCOMPARE(test::contentsOf(folder.store.savedSessions().sessions.at(0).url),
+             encodeSession(session));
   }
 
   void otherDeletedFilesAreIgnored() {

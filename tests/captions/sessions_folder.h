@@ -24,7 +24,11 @@ struct SessionsFolder {
   }
 
   QStringList files() const {
-    return QDir(store.directory.toLocalFile()).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+    return QDir(store.directory.toLocalFile()).entryList(QDir::Files, QDir::Name);
+  }
+  /// Unfinished writes and synced copies.
+  QStringList hiddenFiles() const {
+    return QDir(store.directory.toLocalFile()).entryList({".*"}, QDir::Files | QDir::Hidden);
   }
 
   QTemporaryDir folder;

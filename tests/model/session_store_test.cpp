@@ -48,7 +48,7 @@ class SessionStoreTest final : public test::Suite {
     CaptionSession session = test::sampleSession();
     const QUrl first = store().save(session);
     session.lines.push_back(Line());
-    QCOMPARE(store().save(session, SessionStore::Flush::no), first);
+    QCOMPARE(store().save(session), first);
     QCOMPARE(folder_->names(), QStringList{first.fileName()});
     QCOMPARE(store().read(first).lines.size(), 3u);
   }
@@ -89,7 +89,7 @@ class SessionStoreTest final : public test::Suite {
     CaptionSession session = test::longSession(20);
     SessionEncoder encoder;
     for (int i = 0; i < 3; ++i) {
-      const QUrl url = store().save(session, SessionStore::Flush::no, &encoder);
+      const QUrl url = store().save(session, &encoder);
       QCOMPARE(folder_->contents(url.fileName()), encodeSession(session));
       session.lines.push_back(Line());
     }

@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "captions/session_sync.h"
+
+#include <utility>
+
+namespace velun {
+
+namespace {
+
+/// A power loss costs at most what was said in this time. Each sync writes the whole file, which
+/// grows to 4 MB in a day, so more of them would wear out flash memory.
+constexpr double kSyncInterval = 20;
+
+std::optional<FileError> sync(SyncedCopy& copy) {
+  try {
+    copy.update();
+    return std::nullopt;
+  } catch (const FileError& error) {
+    return error;
+  }
+}
+
+/// The copy stays if the file cannot be synced: it may be needed after a power loss.
+void syncAndRemove(SyncedCopy& copy) {
+  if (!sync(copy)) copy.remove();
+}
+
+}  // namespace
+
+SessionSync::SessionSync(const Clock& clock, QObject* parent) : QObject(parent), clock_(clock) {}
+
+SessionSync::~SessionSync() {
+  job_.cancel();
+  syncAndRemove(*copy_);
+}
+
+void SessionSync::fileWritten(bool now) {
+  isUnsynced_ = true;
+  const double time = clock_.monotonicSeconds();
+  const bool isDue = !lastSync_ || time - *lastSync_ >= kSyncInterval;
+  if (!now && !isDue) return;
+  if (job_.isRunning()) {
+    isNeededAgain_ = true;
+  } else {
+    start();
+  }
+}
+
+void SessionSync::start() {
+  lastSync_ = clock_.monotonicSeconds();
+  isUnsynced_ = false;
+  isNeededAgain_ = false;
+  job_.start([copy = copy_](const std::stop_token&) { return sync(*copy); },
+             [this](const std::optional<FileError>& error) { syncEnded(error); });
+}
+
+void SessionSync::syncEnded(const std::optional<FileError>& error) {
+  if (error) {
+    lastSync_.reset();
+    Q_EMIT failed(*error);
+  } else {
+    Q_EMIT succeeded();
+  }
+  if (isNeededAgain_ && isUnsynced_) start();
+  if (job_.isRunning()) return;
+  for (const OneShot<bool>& each : std::exchange(waiting_, {})) each.complete(true);
+}
+
+OneShot<bool> SessionSync::finished() {
+  OneShot<bool> result;
+  if (isRunning()) {
+    waiting_.push_back(result);
+  } else {
+    result.complete(true);
+  }
+  return result;
+}
+
+template <class Work>
+void SessionSync::replaceCopy(Work work) {
+  if (!copy_->isActive()) return;
+  const auto copy = std::exchange(copy_, std::make_shared<SyncedCopy>());
+  lastSync_.reset();
+  isUnsynced_ = false;
+  isNeededAgain_ = false;
+  // Nobody is told: the session is gone.
+  job_.start(
+      [copy, work](const std::stop_token&) {
+        work(*copy);
+        return std::optional<FileError>();
+      },
+      [this](const std::optional<FileError>& error) { syncEnded(error); });
+}
+
+void SessionSync::endSession() {
+  replaceCopy(syncAndRemove);
+}
+
+void SessionSync::fileDeleted() {
+  replaceCopy([](SyncedCopy& copy) { copy.remove(); });
+}
+
+}  // namespace velun

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/foundation/clock.h"
+#include "platform/foundation/file_error.h"
+#include "platform/foundation/latest_job.h"
+#include "platform/foundation/one_shot.h"
+#include "platform/foundation/synced_copy.h"
+
+#include <memory>
+#include <optional>
+#include <QObject>
+#include <vector>
+
+namespace velun {
+
+/// Brings the file of the current session onto the disk, in the background: with the first write,
+/// with the first one 20 seconds or more after the last sync, and when asked to. There is no timer.
+/// In between, and while a sync lasts, a `SyncedCopy` protects the file. Main thread; only the
+/// destructor waits for the disk.
+class SessionSync final : public QObject {
+  Q_OBJECT
+
+ public:
+  /// `clock` must outlive it.
+  explicit SessionSync(const Clock& clock, QObject* parent = nullptr);
+  /// Waits until the file is on the disk.
+  ~SessionSync() override;
+
+  /// The copy that protects the session's file, to be passed to `SessionStore::save`.
+  SyncedCopy& copy() { return *copy_; }
+
+  /// The file was written. Starts a sync if one is due, or if `now`.
+  void fileWritten(bool now);
+  /// The session is replaced: brings its file onto the disk and ends the protection.
+  void endSession();
+  /// The file was deleted: ends the protection.
+  void fileDeleted();
+
+  /// A sync is running.
+  bool isRunning() const { return job_.isRunning(); }
+  /// Completes when no sync is running any more.
+  OneShot<bool> finished();
+
+ Q_SIGNALS:
+  /// The file as it was when the sync began is on the disk.
+  void succeeded();
+  /// The sync has failed; the next write starts one again.
+  void failed(const FileError& error);
+
+ private:
+  void start();
+  void syncEnded(const std::optional<FileError>& error);
+  /// Ends the protection of the current file and starts with the next one.
+  template <class Work>
+  void replaceCopy(Work work);
+
+  const Clock& clock_;
+  std::shared_ptr<SyncedCopy> copy_ = std::make_shared<SyncedCopy>();
+  /// When the last successful sync began, on the monotonic clock; nullopt before the first one.
+  std::optional<double> lastSync_;
+  /// There were writes since the last sync began.
+  bool isUnsynced_ = false;
+  /// A sync was asked for during the running one.
+  bool isNeededAgain_ = false;
+  std::vector<OneShot<bool>> waiting_;
+  // Last: no result can arrive while the other members are destroyed.
+  LatestJob job_;
+};
+
+}  // namespace velun

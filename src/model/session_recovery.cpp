@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "model/session_recovery.h"
+
+#include "model/session_file/session_file.h"
+#include "platform/foundation/atomic_file.h"
+#include "platform/foundation/file_access.h"
+#include "platform/foundation/file_error.h"
+#include "platform/foundation/synced_copy.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <QFile>
+#include <unistd.h>
+
+namespace velun {
+
+namespace {
+
+enum class Contents {
+  missing,
+  /// Of size 0 or only zeros: the name reached the disk, the bytes did not.
+  empty,
+  damaged,
+  valid,
+  /// Nothing is known about it.
+  unreadable,
+};
+
+Contents contentsOf(const QString& path) {
+  try {
+    const QByteArray bytes = readWholeFile(path, kMaxSessionFileSize, kSessionFilePadding);
+    if (decodeReadableSession(bytes)) return Contents::valid;
+    const bool isEmpty = std::all_of(bytes.begin(), bytes.end(), [](char c) { return c == '\0'; });
+    return isEmpty ? Contents::empty : Contents::damaged;
+  } catch (const FileError& error) {
+    return error.code().value() == ENOENT ? Contents::missing : Contents::unreadable;
+  } catch (const std::exception&) {
+    return Contents::unreadable;
+  }
+}
+
+/// Gives the file a second name that is not in use. The first one is replaced afterwards.
+bool keepUnderAnotherName(const QString& path) {
+  constexpr int kMaxTries = 100;
+  const QByteArray from = QFile::encodeName(path);
+  for (int i = 1; i <= kMaxTries; ++i) {
+    const QString number = i == 1 ? QString() : QString::number(i);
+    const QByteArray to = QFile::encodeName(path + QStringLiteral(".damaged") + number);
+    if (::link(from.constData(), to.constData()) == 0) return true;
+    if (errno != EEXIST) return false;
+  }
+  return false;
+}
+
+/// Replaces a file that has lost its contents by its copy.
+void restore(const FoundCopy& found, Contents copy) {
+  if (copy == Contents::valid) {
+    std::rename(QFile::encodeName(found.copy).constData(),
+                QFile::encodeName(found.file).constData());
+  } else {
+    // There was no version on the disk yet.
+    ::unlink(QFile::encodeName(found.file).constData());
+    ::unlink(QFile::encodeName(found.copy).constData());
+  }
+}
+
+void recover(const FoundCopy& found) {
+  const Contents file = contentsOf(found.file);
+  if (file == Contents::unreadable) return;
+  if (file == Contents::valid || file == Contents::missing) {
+    // Missing: the user has deleted it.
+    ::unlink(QFile::encodeName(found.copy).constData());
+    return;
+  }
+  const Contents copy = contentsOf(found.copy);
+  if (copy != Contents::valid && copy != Contents::empty) return;
+  if (file == Contents::damaged && !keepUnderAnotherName(found.file)) return;
+  restore(found, copy);
+}
+
+}  // namespace
+
+void recoverSessions(const QString& folder) {
+  const std::vector<FoundCopy> copies = findSyncedCopies(folder);
+  for (const FoundCopy& found : copies) recover(found);
+  if (!copies.empty()) syncFolder(folder);
+  removeAbandonedWrites(folder);
+}
+
+}  // namespace velun

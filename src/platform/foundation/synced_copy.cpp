@@ -1,0 +1,151 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/foundation/synced_copy.h"
+
+#include "platform/foundation/file_error.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+namespace velun {
+
+namespace {
+
+/// The synced copy.
+constexpr auto kCopySuffix = ".velun-synced";
+/// A version that is being synced.
+constexpr auto kSyncingSuffix = ".velun-syncing";
+
+QByteArray hiddenName(const QByteArray& file, const char* suffix) {
+  const qsizetype slash = file.lastIndexOf('/');
+  return file.left(slash + 1) + '.' + file.mid(slash + 1) + suffix;
+}
+
+FileDescriptor openFile(const QByteArray& name) {
+  return FileDescriptor(::open(name.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+}
+
+/// Locks a file unless another program has locked it.
+bool lock(const FileDescriptor& file) {
+  return ::flock(file.number(), LOCK_EX | LOCK_NB) == 0;
+}
+
+bool isLockedElsewhere(const QByteArray& name) {
+  const FileDescriptor file = openFile(name);
+  return file.isOpen() && !lock(file);
+}
+
+bool isWithoutLinks(int code) {
+  return code == EPERM || code == EOPNOTSUPP || code == ENOSYS || code == EMLINK || code == EACCES;
+}
+
+/// Gives the file a second name, over what an interrupted sync left there.
+bool linkAgain(const QByteArray& file, const QByteArray& name) {
+  if (::link(file.constData(), name.constData()) == 0) return true;
+  if (errno != EEXIST) return false;
+  ::unlink(name.constData());
+  return ::link(file.constData(), name.constData()) == 0;
+}
+
+}  // namespace
+
+void SyncedCopy::protect(const QString& path) {
+  if (!file_.isEmpty()) return;
+  file_ = QFile::encodeName(path);
+  const QByteArray copy = hiddenName(file_, kCopySuffix);
+  if (::link(file_.constData(), copy.constData()) != 0 && errno == ENOENT) {
+    // An empty copy: a power loss before the first sync may lose the file but not leave it empty.
+    const FileDescriptor empty(
+        ::open(copy.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
+  }
+  lock_ = openFile(copy);
+  if (lock_.isOpen()) lock(lock_);
+}
+
+void SyncedCopy::refuse(int code) const {
+  throw FileError(FileError::Operation::write, code, QFile::decodeName(file_));
+}
+
+void SyncedCopy::update() {
+  const std::lock_guard guard(mutex_);
+  if (isRemoved_ || file_.isEmpty()) return;
+  const QByteArray syncing = hiddenName(file_, kSyncingSuffix);
+  if (linkAgain(file_, syncing)) {
+    syncLinked(syncing);
+  } else if (errno == ENOENT) {
+    // The file was deleted; nothing of it stays.
+    ::unlink(hiddenName(file_, kCopySuffix).constData());
+    return;
+  } else if (isWithoutLinks(errno)) {
+    syncOnly();
+  } else {
+    refuse(errno);
+  }
+  const QString folder = QFileInfo(QFile::decodeName(file_)).path();
+  // Some file systems cannot sync a folder.
+  if (!syncFolder(folder) && errno != EINVAL) refuse(errno);
+}
+
+void SyncedCopy::syncLinked(const QByteArray& name) {
+  FileDescriptor version = openFile(name);
+  if (version.isOpen()) lock(version);
+  const QByteArray copy = hiddenName(file_, kCopySuffix);
+  if (!version.isOpen() || ::fdatasync(version.number()) != 0 ||
+      std::rename(name.constData(), copy.constData()) != 0) {
+    const int code = errno;
+    ::unlink(name.constData());
+    refuse(code);
+  }
+  // Renaming does nothing if both names lead to the same version already.
+  ::unlink(name.constData());
+  lock_ = std::move(version);
+}
+
+void SyncedCopy::syncOnly() {
+  const FileDescriptor file(::open(file_.constData(), O_RDONLY | O_CLOEXEC));
+  if (!file.isOpen() || ::fdatasync(file.number()) != 0) refuse(errno);
+  ::unlink(hiddenName(file_, kCopySuffix).constData());
+}
+
+void SyncedCopy::remove() {
+  const std::lock_guard guard(mutex_);
+  if (!std::exchange(isRemoved_, true) && !file_.isEmpty()) {
+    ::unlink(hiddenName(file_, kCopySuffix).constData());
+  }
+}
+
+std::vector<FoundCopy> findSyncedCopies(const QString& folder) {
+  std::vector<FoundCopy> found;
+  for (const char* suffix : {kSyncingSuffix, kCopySuffix}) {
+    const QString pattern = QStringLiteral(".*") + QLatin1String(suffix);
+    const QStringList hidden =
+        QDir(folder).entryList({pattern}, QDir::Files | QDir::Hidden | QDir::System);
+    for (const QString& entry : hidden) {
+      const QString name = entry.mid(1, entry.size() - 1 - QLatin1String(suffix).size());
+      const QString file = folder + QLatin1Char('/') + name;
+      const QByteArray copy = hiddenName(QFile::encodeName(file), kCopySuffix);
+      if (isLockedElsewhere(copy)) continue;
+      if (suffix == kCopySuffix) {
+        found.push_back({file, QFile::decodeName(copy)});
+      } else {
+        ::unlink(hiddenName(QFile::encodeName(file), kSyncingSuffix).constData());
+      }
+    }
+  }
+  return found;
+}
+
+bool syncFolder(const QString& folder) {
+  const FileDescriptor opened(
+      ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  return opened.isOpen() && ::fsync(opened.number()) == 0;
+}
+
+}  // namespace velun

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/foundation/file_descriptor.h"
+
+#include <mutex>
+#include <QByteArray>
+#include <QString>
+#include <vector>
+
+namespace velun {
+
+/// Protects a file against power loss that is replaced often and without waiting for the disk. A
+/// power loss may leave a file that was replaced without a sync empty. Therefore a hidden second
+/// name beside the file, the synced copy, always leads to the last version that is on the disk; it
+/// is empty while there is none. `findSyncedCopies` finds the copies that a power loss or a kill
+/// left behind. Without hard links (exFAT) the file is synced but not protected in between.
+class SyncedCopy final {
+ public:
+  SyncedCopy() = default;
+  Q_DISABLE_COPY_MOVE(SyncedCopy)
+
+  /// Starts the protection of the file at `path`, which need not exist; further calls do nothing.
+  /// Does not wait for the disk. Errors are ignored: the file can still be written. Before the
+  /// first `update`.
+  void protect(const QString& path);
+
+  /// Whether `protect` was called. The thread of `protect`.
+  bool isActive() const { return !file_.isEmpty(); }
+
+  /// Waits until the file is on the disk and makes it the synced copy. Does nothing when the file
+  /// does not exist. Throws `FileError`; the copy is unchanged then. Any thread.
+  void update();
+
+  /// Ends the protection: removes the copy. Further calls of `update` do nothing. Any thread.
+  void remove();
+
+ private:
+  void syncLinked(const QByteArray& name);
+  void syncOnly();
+  [[noreturn]] void refuse(int code) const;
+
+  std::mutex mutex_;
+  QByteArray file_;
+  /// The copy is locked while this program protects the file.
+  FileDescriptor lock_;
+  bool isRemoved_ = false;
+};
+
+/// Paths of the copy that protects a file: those of the file and of the copy.
+struct FoundCopy {
+  QString file;
+  QString copy;
+};
+
+/// The synced copies in `folder` that no running program protects. Removes what an interrupted
+/// `update` left. Any thread.
+std::vector<FoundCopy> findSyncedCopies(const QString& folder);
+
+/// Waits until the names in a folder are on the disk. Returns false with errno set. Any thread.
+bool syncFolder(const QString& folder);
+
+}  // namespace velun
