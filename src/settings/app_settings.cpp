@@ -26,6 +26,7 @@ AppSettings::AppSettings(PreferenceStore* preferences, QObject* parent)
     askBeforeDiscarding_ = boolean("askBeforeDiscarding", askBeforeDiscarding_);
     keepOnTop_ = boolean("keepOnTop", keepOnTop_);
     hideFromScreenSharing_ = boolean("hideFromScreenSharing", hideFromScreenSharing_);
+    numbersAsDigits_ = boolean("numbersAsDigits", numbersAsDigits_);
   }
   Localization::shared().setLanguage(language_);
 }
@@ -93,6 +94,10 @@ void AppSettings::setKeepOnTop(bool keepOnTop) {
 void AppSettings::setHideFromScreenSharing(bool hideFromScreenSharing) {
   set(hideFromScreenSharing_, hideFromScreenSharing, "hideFromScreenSharing",
       &AppSettings::hideFromScreenSharingChanged);
+}
+
+void AppSettings::setNumbersAsDigits(bool numbersAsDigits) {
+  set(numbersAsDigits_, numbersAsDigits, "numbersAsDigits", &AppSettings::numbersAsDigitsChanged);
 }
 
 }  // namespace velun

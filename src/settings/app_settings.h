@@ -37,6 +37,7 @@ class AppSettings final : public QObject {
   bool askBeforeDiscarding() const { return askBeforeDiscarding_; }
   bool keepOnTop() const { return keepOnTop_; }
   bool hideFromScreenSharing() const { return hideFromScreenSharing_; }
+  bool numbersAsDigits() const { return numbersAsDigits_; }
 
   void setLanguage(AppLanguage language);
   void setUseMic(bool useMic);
@@ -49,6 +50,7 @@ class AppSettings final : public QObject {
   void setAskBeforeDiscarding(bool askBeforeDiscarding);
   void setKeepOnTop(bool keepOnTop);
   void setHideFromScreenSharing(bool hideFromScreenSharing);
+  void setNumbersAsDigits(bool numbersAsDigits);
 
  Q_SIGNALS:
   void languageChanged();
@@ -62,6 +64,7 @@ class AppSettings final : public QObject {
   void askBeforeDiscardingChanged();
   void keepOnTopChanged();
   void hideFromScreenSharingChanged();
+  void numbersAsDigitsChanged();
   /// Emitted from inside the setter, once the new value is in force and stored.
   void changed(AppSettings::Change change);
 
@@ -82,6 +85,7 @@ class AppSettings final : public QObject {
   bool askBeforeDiscarding_ = true;
   bool keepOnTop_ = true;
   bool hideFromScreenSharing_ = false;
+  bool numbersAsDigits_ = true;
 };
 
 }  // namespace velun

@@ -37,6 +37,7 @@ void checkDefaults(const AppSettings& settings) {
   QCOMPARE(settings.askBeforeDiscarding(), true);
   QCOMPARE(settings.keepOnTop(), true);
   QCOMPARE(settings.hideFromScreenSharing(), false);
+  QCOMPARE(settings.numbersAsDigits(), true);
 }
 
 }  // namespace
@@ -74,7 +75,8 @@ class AppSettingsTest final : public test::Suite {
                     {"autoSaveSessions", true},
                     {"askBeforeDiscarding", false},
                     {"keepOnTop", false},
-                    {"hideFromScreenSharing", true}};
+                    {"hideFromScreenSharing", true},
+                    {"numbersAsDigits", false}};
     const AppSettings settings(&store);
     QCOMPARE(settings.language(), AppLanguage::korean);
     QCOMPARE(Localization::shared().language(), AppLanguage::korean);
@@ -88,6 +90,7 @@ class AppSettingsTest final : public test::Suite {
     QCOMPARE(settings.askBeforeDiscarding(), false);
     QCOMPARE(settings.keepOnTop(), false);
     QCOMPARE(settings.hideFromScreenSharing(), true);
+    QCOMPARE(settings.numbersAsDigits(), false);
     QCOMPARE(store.writes, 0);
   }
 
@@ -96,7 +99,7 @@ class AppSettingsTest final : public test::Suite {
     const QString no("no");
     for (const char* key :
          {"language", "useMic", "fontSize", "translate", "showTranslationOnly", "autoSaveSessions",
-          "askBeforeDiscarding", "keepOnTop", "hideFromScreenSharing"}) {
+          "askBeforeDiscarding", "keepOnTop", "hideFromScreenSharing", "numbersAsDigits"}) {
       store.values[key] = no;
     }
     store.values["localeID"] = true;
@@ -141,8 +144,10 @@ class AppSettingsTest final : public test::Suite {
       QVERIFY(isStored("keepOnTop", false));
       settings.setHideFromScreenSharing(true);
       QVERIFY(isStored("hideFromScreenSharing", true));
+      settings.setNumbersAsDigits(false);
+      QVERIFY(isStored("numbersAsDigits", false));
     }
-    QCOMPARE(store.values.size(), 11);
+    QCOMPARE(store.values.size(), 12);
   }
 
   void changedIsEmittedOnlyForADifferentValue() {
@@ -170,6 +175,7 @@ class AppSettingsTest final : public test::Suite {
     noted.settings.setAskBeforeDiscarding(false);
     noted.settings.setKeepOnTop(false);
     noted.settings.setHideFromScreenSharing(true);
+    noted.settings.setNumbersAsDigits(false);
     QVERIFY(noted.changes.empty());
   }
 

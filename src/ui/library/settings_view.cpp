@@ -85,6 +85,8 @@ void SettingsView::addCaptionsSection(QVBoxLayout* form) {
   hideFromSharing_ = addToggle(form);
   hideFromSharingNote_ = addNote(form);
   hideFromSharingHere_ = addNote(form);
+  numbers_ = addToggle(form);
+  numbersNote_ = addNote(form);
   connect(input_, &QComboBox::activated, this, [this](int index) {
     settings_.setUseMic(allAudioInputs[static_cast<std::size_t>(index)] == AudioInput::microphone);
   });
@@ -92,6 +94,7 @@ void SettingsView::addCaptionsSection(QVBoxLayout* form) {
           [this](int index) { settings_.setLocaleID(locale_->itemData(index).toString()); });
   connect(fontSize_, &QComboBox::activated, this,
           [this](int index) { settings_.setFontSize(fontSize_->itemData(index).toDouble()); });
+  connect(numbers_, &QCheckBox::toggled, &settings_, &AppSettings::setNumbersAsDigits);
   connect(keepOnTop_, &QCheckBox::toggled, &settings_, &AppSettings::setKeepOnTop);
   connect(hideFromSharing_, &QCheckBox::toggled, &settings_,
           &AppSettings::setHideFromScreenSharing);
@@ -136,6 +139,7 @@ void SettingsView::followSettings() {
   follow(&AppSettings::askBeforeDiscardingChanged);
   follow(&AppSettings::keepOnTopChanged);
   follow(&AppSettings::hideFromScreenSharingChanged);
+  follow(&AppSettings::numbersAsDigitsChanged);
   connect(&model_, &CaptionViewModel::localesChanged, this, &SettingsView::presentChoices);
   connect(&model_, &CaptionViewModel::languagesChanged, this, &SettingsView::presentChoices);
   connect(&Localization::shared(), &Localization::languageChanged, this, &SettingsView::present);
@@ -161,6 +165,10 @@ void SettingsView::presentTexts() {
   labelChooser(inputLabel_, input_, L("Input Source", "입력 소스"));
   labelChooser(localeLabel_, locale_, L("Recognition Language", "인식 언어"));
   labelChooser(fontSizeLabel_, fontSize_, L("Font Size", "글자 크기"));
+  labelToggle(numbers_, L("Numbers as digits", "숫자를 아라비아 숫자로 표시"));
+  explain(numbers_, numbersNote_,
+          L("English captions say “12%” instead of “twelve percent”",
+            "영어 자막에 “twelve percent” 대신 “12%”로 표시"));
   labelToggle(keepOnTop_, L("Keep caption window on top", "자막 창을 항상 위에 표시"));
   labelToggle(hideFromSharing_, L("Hide caption window from screen sharing and recording",
                                   "화면 공유·녹화에서 자막 창 숨기기"));
@@ -195,6 +203,7 @@ void SettingsView::presentTexts() {
 }
 
 void SettingsView::presentToggles() {
+  setChecked(numbers_, settings_.numbersAsDigits());
   setChecked(keepOnTop_, settings_.keepOnTop());
   setChecked(hideFromSharing_, settings_.hideFromScreenSharing());
   setChecked(translate_, settings_.translate());

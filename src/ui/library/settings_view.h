@@ -58,6 +58,8 @@ class SettingsView final : public QScrollArea {
   QCheckBox* hideFromSharing_;
   QLabel* hideFromSharingNote_;
   QLabel* hideFromSharingHere_;
+  QCheckBox* numbers_;
+  QLabel* numbersNote_;
   QLabel* translationHeading_;
   QCheckBox* translate_;
   QLabel* targetLabel_;

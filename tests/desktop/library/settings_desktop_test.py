@@ -11,6 +11,7 @@ from session_files import UTC
 TOGGLES = [("Keep caption window on top", "keepOnTop", True),
            ("Hide caption window from screen sharing and recording", "hideFromScreenSharing",
             False),
+           ("Numbers as digits", "numbersAsDigits", True),
            ("Live Translation", "translate", False),
            ("Show Translation Only", "showTranslationOnly", False),
            ("Save new sessions automatically", "autoSaveSessions", False),
@@ -62,6 +63,8 @@ class Controls(SettingsCase):
             ("check box", "Hide caption window from screen sharing and recording"),
             ("label", "Keeps the caption window off other people’s screens when you share your "
                       "screen in Zoom, Teams, and similar apps"),
+            ("check box", "Numbers as digits"),
+            ("label", "English captions say “12%” instead of “twelve percent”"),
             ("label", "Translation"),
             ("check box", "Live Translation"),
             ("label", "Translation Language"),

@@ -121,8 +121,8 @@ class SettingsViewTest final : public test::Suite {
     }
     for (const char* name :
          {"Keep caption window on top", "Hide caption window from screen sharing and recording",
-          "Live Translation", "Show Translation Only", "Save new sessions automatically",
-          "Ask to save before a new session or quitting"}) {
+          "Numbers as digits", "Live Translation", "Show Translation Only",
+          "Save new sessions automatically", "Ask to save before a new session or quitting"}) {
       QVERIFY2(named<QCheckBox>(name), name);
     }
     QVERIFY(
@@ -151,9 +151,9 @@ class SettingsViewTest final : public test::Suite {
           kSaving, kUnsaved}) {
       QVERIFY2(shows(QString::fromUtf8(text)), text);
     }
-    for (const char* name :
-         {"자막 창을 항상 위에 표시", "화면 공유·녹화에서 자막 창 숨기기", "실시간 번역",
-          "번역만 보기", "새 세션을 자동으로 저장", "새 세션·앱 종료 전에 저장 여부 묻기"}) {
+    for (const char* name : {"자막 창을 항상 위에 표시", "화면 공유·녹화에서 자막 창 숨기기",
+                             "실시간 번역", "숫자를 아라비아 숫자로 표시", "번역만 보기",
+                             "새 세션을 자동으로 저장", "새 세션·앱 종료 전에 저장 여부 묻기"}) {
       QVERIFY2(named<QCheckBox>(QString::fromUtf8(name)), name);
     }
     const auto buttons = view_->findChildren<QPushButton*>();
@@ -170,6 +170,8 @@ class SettingsViewTest final : public test::Suite {
     QVERIFY(!settings_->keepOnTop());
     named<QCheckBox>("Hide caption window from screen sharing and recording")->click();
     QVERIFY(settings_->hideFromScreenSharing());
+    named<QCheckBox>("Numbers as digits")->click();
+    QVERIFY(!settings_->numbersAsDigits());
     named<QCheckBox>("Live Translation")->click();
     QVERIFY(settings_->translate());
     named<QCheckBox>("Show Translation Only")->click();
