@@ -43,12 +43,25 @@ ModelStoreOptions modelStoreOptions() {
   return options;
 }
 
-LocalSpeechPlatform::Providers recognizers(ModelStore& models) {
+/// The style that follows the settings. `settings` must outlive the event loop.
+std::shared_ptr<const CaptionStyle> captionStyle(AppSettings& settings) {
+  auto style = std::make_shared<CaptionStyle>();
+  const auto update = [style, &settings] {
+    style->numbersAsDigits = settings.numbersAsDigits();
+  };
+  update();
+  QObject::connect(&settings, &AppSettings::numbersAsDigitsChanged, &settings, update);
+  return style;
+}
+
+LocalSpeechPlatform::Providers recognizers(ModelStore& models,
+                                           const std::shared_ptr<const CaptionStyle>& style) {
   const auto neural = std::make_shared<NeuralRecognizerProvider>(
-      ModelCatalogue::builtIn(), models, NeuralRecognizerProvider::installedProgram());
+      ModelCatalogue::builtIn(), models, NeuralRecognizerProvider::installedProgram(), style);
   // The built-in recognizer uses the punctuation model of the neural ones.
-  return {neural, std::make_shared<BuiltInRecognizerProvider>(
-                      BuiltInFiles::installed(QCoreApplication::applicationDirPath()), neural)};
+  return {neural,
+          std::make_shared<BuiltInRecognizerProvider>(
+              BuiltInFiles::installed(QCoreApplication::applicationDirPath()), neural, style)};
 }
 
 std::int64_t physicalMemoryBytes() {
@@ -89,7 +102,7 @@ struct Composition::Parts {
   PipeWireAudioPlatform audio{clock};
   DownloadStore models{ModelCatalogue::builtIn(), modelStoreOptions(), clock,
                        DownloadStore::isConnectionMetered};
-  LocalSpeechPlatform speech{recognizers(models), clock};
+  LocalSpeechPlatform speech{recognizers(models, captionStyle(settings)), clock};
   LocalTranslationPlatform translation{translators(models),
                                        [this] { return speech.supportedLocales(); }, clock};
   std::unique_ptr<DesktopPlatform> desktop = makeDesktopPlatform(clock);

@@ -2,6 +2,7 @@
 #include "platform/speech/neural/neural_recognizer_provider.h"
 
 #include "platform/speech/helper/recognizer_settings.h"
+#include "platform/speech/neural/english_backend.h"
 #include "support/failure_of.h"
 #include "support/scripted_model_store.h"
 #include "support/suite.h"
@@ -50,6 +51,17 @@ class NeuralRecognizerProviderTest final : public test::Suite {
     QVERIFY(provider_.isInstalled("de_DE"));
     QVERIFY(!provider_.isInstalled("fr_FR"));
     QVERIFY(!provider_.isInstalled("xx_XX"));
+  }
+
+  void onlyEnglishIsWrittenByTheRulesOfEnglish() {
+    const auto hasEnglishRules = [this](const QString& locale) {
+      const auto recognizer = provider_.factory(locale)();
+      return dynamic_cast<const EnglishBackend*>(recognizer.get()) != nullptr;
+    };
+    QVERIFY(hasEnglishRules("en_US"));
+    for (const char* other : {"ko_KR", "ja_JP", "de_DE", "fr_FR", "ru_RU"}) {
+      QVERIFY2(!hasEnglishRules(other), other);
+    }
   }
 
   void settingsComeFromTheCatalogue() {

@@ -196,6 +196,19 @@ class SentenceWriterTest final : public test::Suite {
     QCOMPARE(written(finalResult("it took five ms", 60)), QStringList("It took five ms."));
   }
 
+  void numbersStayWordsIfTheStyleSaysSo() {
+    const auto style = std::make_shared<CaptionStyle>();
+    style->numbersAsDigits = false;
+    writer_ =
+        std::make_unique<SentenceWriter>(std::make_unique<ScriptedPunctuation>(script_), style);
+    script_.replies["we met at ten thirty p m +"] = "We met at ten thirty p m. +";
+    QCOMPARE(written(finalResult("we met at ten thirty p m")),
+             QStringList("We met at ten thirty PM."));
+    style->numbersAsDigits = true;
+    QCOMPARE(written(finalResult("we met at ten thirty p m", 20)),
+             QStringList("We met at 10:30 p.m."));
+  }
+
   void changedWordsAreNotBelieved() {
     script_.replies["we met +"] = "They met. +";
     QCOMPARE(written(finalResult("we met")), QStringList("We met"));

@@ -16,8 +16,10 @@ constexpr double kSentencePause = 1.0;
 }  // namespace
 
 BuiltInBackend::BuiltInBackend(QString program, RecognizerSettings settings,
-                               std::unique_ptr<PunctuationRestorer> punctuation)
-    : helper_(std::move(program), std::move(settings)), writer_(std::move(punctuation)) {}
+                               std::unique_ptr<PunctuationRestorer> punctuation,
+                               std::shared_ptr<const CaptionStyle> style)
+    : helper_(std::move(program), std::move(settings)),
+      writer_(std::move(punctuation), std::move(style)) {}
 
 void BuiltInBackend::load() {
   helper_.load();

@@ -14,7 +14,8 @@ class BuiltInBackend final : public RecognizerBackend {
  public:
   /// Without `punctuation` results have none.
   BuiltInBackend(QString program, RecognizerSettings settings,
-                 std::unique_ptr<PunctuationRestorer> punctuation);
+                 std::unique_ptr<PunctuationRestorer> punctuation,
+                 std::shared_ptr<const CaptionStyle> style = std::make_shared<CaptionStyle>());
 
   void load() override;
   void acceptAudio(std::span<const float> samples) override;

@@ -32,8 +32,9 @@ BuiltInFiles BuiltInFiles::installed(const QString& programFolder) {
 }
 
 BuiltInRecognizerProvider::BuiltInRecognizerProvider(
-    BuiltInFiles files, std::shared_ptr<PunctuationProvider> punctuation)
-    : files_(std::move(files)), punctuation_(std::move(punctuation)) {}
+    BuiltInFiles files, std::shared_ptr<PunctuationProvider> punctuation,
+    std::shared_ptr<const CaptionStyle> style)
+    : files_(std::move(files)), punctuation_(std::move(punctuation)), style_(std::move(style)) {}
 
 QStringList BuiltInRecognizerProvider::supportedLocales() const {
   return {kLocale};
@@ -47,9 +48,9 @@ bool BuiltInRecognizerProvider::isInstalled(const QString& locale) const {
 RecognizerProvider::Factory BuiltInRecognizerProvider::factory(const QString& locale) const {
   PunctuationRestorer::Factory marks;
   if (punctuation_) marks = punctuation_->punctuationFactory(locale);
-  return [files = files_, marks]() -> std::unique_ptr<RecognizerBackend> {
+  return [files = files_, marks, style = style_]() -> std::unique_ptr<RecognizerBackend> {
     return std::make_unique<BuiltInBackend>(files.program, settingsFor(files),
-                                            marks ? marks() : nullptr);
+                                            marks ? marks() : nullptr, style);
   };
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/speech/caption_style.h"
 #include "platform/speech/punctuation_restorer.h"
 #include "platform/speech/recognizer_provider.h"
 
@@ -23,8 +24,9 @@ class BuiltInRecognizerProvider final : public RecognizerProvider {
  public:
   /// Without `punctuation`, or where it has nothing installed for the locale, results have no
   /// punctuation.
-  explicit BuiltInRecognizerProvider(BuiltInFiles files,
-                                     std::shared_ptr<PunctuationProvider> punctuation = nullptr);
+  explicit BuiltInRecognizerProvider(
+      BuiltInFiles files, std::shared_ptr<PunctuationProvider> punctuation = nullptr,
+      std::shared_ptr<const CaptionStyle> style = std::make_shared<CaptionStyle>());
 
   QStringList supportedLocales() const override;
   /// Whether all parts are there. Whether they are undamaged shows when the recognizer is loaded.
@@ -34,6 +36,7 @@ class BuiltInRecognizerProvider final : public RecognizerProvider {
  private:
   BuiltInFiles files_;
   std::shared_ptr<PunctuationProvider> punctuation_;
+  std::shared_ptr<const CaptionStyle> style_;
 };
 
 }  // namespace velun

@@ -40,14 +40,6 @@ CaptionWords withoutMarks(CaptionWords words) {
   return words;
 }
 
-QString draftText(const CaptionWords& words) {
-  return joinedText(writeEnglish(writeTitles(words), {.mayContinue = true}));
-}
-
-QString finalText(const CaptionWords& words) {
-  return joinedText(writeEnglish(writeTitles(words), {}));
-}
-
 /// How many words of a phrase that was cut belong to finished sentences.
 std::size_t countFinished(const CaptionWords& words) {
   const auto isEnd = [](const CaptionWord& word) {
@@ -65,8 +57,9 @@ std::size_t countFinished(const CaptionWords& words) {
 
 }  // namespace
 
-SentenceWriter::SentenceWriter(std::unique_ptr<PunctuationRestorer> punctuation)
-    : punctuation_(std::move(punctuation)) {}
+SentenceWriter::SentenceWriter(std::unique_ptr<PunctuationRestorer> punctuation,
+                               std::shared_ptr<const CaptionStyle> style)
+    : punctuation_(std::move(punctuation)), style_(std::move(style)) {}
 
 void SentenceWriter::load() {
   if (punctuation_) punctuation_->load();
@@ -107,7 +100,7 @@ std::optional<TranscriptionResult> SentenceWriter::finish() {
 
 TranscriptionResult SentenceWriter::draft() {
   forgetOldContext(heard_);
-  return {draftText(punctuated(captionWords(heard_, false), false)), false, heard_};
+  return {text(punctuated(captionWords(heard_, false), false), false), false, heard_};
 }
 
 /// Writes the first `count` words of `heard_`, which become the context of the next ones.
@@ -117,7 +110,11 @@ TranscriptionResult SentenceWriter::final(const CaptionWords& words, std::size_t
   context_.insert(context_.end(), written.begin(), written.end());
   const std::size_t surplus = context_.size() - std::min(context_.size(), kContextWords);
   context_.erase(context_.begin(), context_.begin() + static_cast<std::ptrdiff_t>(surplus));
-  return {finalText(written), true, {heard_.begin(), heard_.begin() + end}};
+  return {text(written, true), true, {heard_.begin(), heard_.begin() + end}};
+}
+
+QString SentenceWriter::text(const CaptionWords& words, bool isFinal) const {
+  return joinedText(writeEnglish(writeTitles(words), {style_->numbersAsDigits, !isFinal}));
 }
 
 void SentenceWriter::forgetOldContext(const HeardWords& heard) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/speech/caption_style.h"
 #include "platform/speech/english/caption_word.h"
 #include "platform/speech/punctuation_restorer.h"
 #include "platform/speech/transcription_result.h"
@@ -17,7 +18,9 @@ namespace velun {
 class SentenceWriter {
  public:
   /// Without `punctuation`, or after it failed, every result becomes a sentence without marks.
-  explicit SentenceWriter(std::unique_ptr<PunctuationRestorer> punctuation);
+  explicit SentenceWriter(
+      std::unique_ptr<PunctuationRestorer> punctuation,
+      std::shared_ptr<const CaptionStyle> style = std::make_shared<CaptionStyle>());
 
   /// Loads the punctuation model. Never throws.
   void load();
@@ -43,9 +46,11 @@ class SentenceWriter {
   CaptionWords punctuated(const CaptionWords& words, bool isFinal);
   TranscriptionResult draft();
   TranscriptionResult final(const CaptionWords& words, std::size_t count);
+  QString text(const CaptionWords& words, bool isFinal) const;
   void forgetOldContext(const HeardWords& heard);
 
   std::unique_ptr<PunctuationRestorer> punctuation_;
+  std::shared_ptr<const CaptionStyle> style_;
   CaptionWords context_;   ///< the last words of the final results, as they were written
   HeardWords unfinished_;  ///< heard in phrases that were cut, and not written as final yet
   HeardWords heard_;       ///< the same and the words of the present result

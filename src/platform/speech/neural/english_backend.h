@@ -16,6 +16,7 @@ class EnglishBackend final : public RecognizerBackend {
                  std::shared_ptr<const CaptionStyle> style);
 
   void load() override { recognizer_->load(); }
+  std::optional<QString> notice() const override { return recognizer_->notice(); }
   void acceptAudio(std::span<const float> samples) override { recognizer_->acceptAudio(samples); }
   std::vector<TranscriptionResult> poll() override;
   bool expectsResults() const override { return recognizer_->expectsResults(); }

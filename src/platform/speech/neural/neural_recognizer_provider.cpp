@@ -3,6 +3,7 @@
 
 #include "platform/speech/helper/recognizer_settings.h"
 #include "platform/speech/helper/sherpa_library.h"
+#include "platform/speech/neural/english_backend.h"
 #include "platform/speech/neural/neural_backend.h"
 #include "platform/speech/neural/punctuation_helper.h"
 
@@ -56,8 +57,12 @@ class ModelOffer final : public SpeechModelOffer {
 }  // namespace
 
 NeuralRecognizerProvider::NeuralRecognizerProvider(ModelCatalogue catalogue, ModelStore& store,
-                                                   QString program)
-    : catalogue_(std::move(catalogue)), store_(store), program_(std::move(program)) {}
+                                                   QString program,
+                                                   std::shared_ptr<const CaptionStyle> style)
+    : catalogue_(std::move(catalogue)),
+      store_(store),
+      program_(std::move(program)),
+      style_(std::move(style)) {}
 
 QString NeuralRecognizerProvider::installedProgram() {
   const QString folder = QCoreApplication::applicationDirPath();
@@ -147,8 +152,11 @@ std::optional<RecognizerSettings> NeuralRecognizerProvider::punctuation(
 RecognizerProvider::Factory NeuralRecognizerProvider::factory(const QString& locale) const {
   // It is downloaded with the recognizer, but that may have failed.
   if (const Model* marks = punctuationFor(locale)) store_.installQuietly(*marks);
-  return [program = program_, settings = settings(locale)]() -> std::unique_ptr<RecognizerBackend> {
-    return std::make_unique<NeuralBackend>(program, settings);
+  return [program = program_, settings = settings(locale),
+          style = style_]() -> std::unique_ptr<RecognizerBackend> {
+    auto recognizer = std::make_unique<NeuralBackend>(program, settings);
+    if (settings.language != QLatin1String("en")) return recognizer;
+    return std::make_unique<EnglishBackend>(std::move(recognizer), style);
   };
 }
 

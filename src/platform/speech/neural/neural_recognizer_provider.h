@@ -3,6 +3,7 @@
 
 #include "platform/models/model_catalogue.h"
 #include "platform/models/model_store.h"
+#include "platform/speech/caption_style.h"
 #include "platform/speech/punctuation_restorer.h"
 #include "platform/speech/recognizer_provider.h"
 
@@ -17,8 +18,11 @@ struct RecognizerSettings;
 /// in the helper program.
 class NeuralRecognizerProvider final : public RecognizerProvider, public PunctuationProvider {
  public:
-  /// `store` must outlive the provider. `program` is the helper's path.
-  NeuralRecognizerProvider(ModelCatalogue catalogue, ModelStore& store, QString program);
+  /// `store` must outlive the provider. `program` is the helper's path. `style` is read by the
+  /// recognizers of English.
+  NeuralRecognizerProvider(
+      ModelCatalogue catalogue, ModelStore& store, QString program,
+      std::shared_ptr<const CaptionStyle> style = std::make_shared<CaptionStyle>());
 
   /// The helper program, beside the running one. Empty when it or sherpa-onnx is not installed.
   static QString installedProgram();
@@ -45,6 +49,7 @@ class NeuralRecognizerProvider final : public RecognizerProvider, public Punctua
   ModelCatalogue catalogue_;
   ModelStore& store_;
   QString program_;
+  std::shared_ptr<const CaptionStyle> style_;
 };
 
 }  // namespace velun
