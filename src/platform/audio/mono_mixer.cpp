@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/audio/mono_mixer.h"
 
+#include "platform/audio/audio_source.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -11,6 +13,10 @@ namespace {
 constexpr float kMaxSample = 1e6F;
 /// A channel 60 dB below the loudest one is silent: the noise of an unused input is far below that.
 constexpr float kSilence = 1e-3F;
+/// Seconds in which a peak decreases to `kSilence` of its level.
+constexpr float kPeakSeconds = 10;
+/// A peak below that is 0, so that it does not become a denormal number, which is slow.
+constexpr float kMinPeak = 1e-9F;
 
 float cleaned(float sample) {
   return std::abs(sample) < kMaxSample ? sample : 0.0F;
@@ -25,8 +31,9 @@ std::span<const float> MonoMixer::mix(std::span<const float> interleaved) {
   if (channels == 0) return {};
   const std::size_t frames = interleaved.size() / channels;
   mono_.assign(frames, 0);
+  const float decay = std::pow(kSilence, float(frames) / (kPeakSeconds * AudioSource::kSampleRate));
   for (std::size_t c = 0; c < channels; ++c) {
-    float peak = peaks_[c];
+    float peak = peaks_[c] < kMinPeak ? 0 : peaks_[c] * decay;
     for (std::size_t i = 0; i < frames; ++i) {
       const float sample = cleaned(interleaved[i * channels + c]);
       peak = std::max(peak, std::abs(sample));

@@ -27,6 +27,19 @@ std::vector<float> mixed(MonoMixer& mixer, const std::vector<float>& samples) {
   return {mono.begin(), mono.end()};
 }
 
+/// One second in buffers of 10 ms, in which only the given channels carry sound. Returns the last
+/// sample.
+float mixSecond(MonoMixer& mixer, const std::vector<std::size_t>& live) {
+  std::vector<float> buffer;
+  for (int frame = 0; frame < 160; frame += 2) {
+    const std::vector<float> two = frames(2, live, -0.5F);
+    buffer.insert(buffer.end(), two.begin(), two.end());
+  }
+  float last = 0;
+  for (int i = 0; i < 100; ++i) last = mixer.mix(buffer).back();
+  return last;
+}
+
 }  // namespace
 
 class MonoMixerTest final : public test::Suite {
@@ -67,6 +80,30 @@ class MonoMixerTest final : public test::Suite {
     MonoMixer mixer(2);
     mixed(mixer, frames(2, {0, 1}));
     QCOMPARE(mixed(mixer, frames(2, {0})), (std::vector<float>{0.25F, -0.25F}));
+  }
+
+  void channelStillCountsInAPauseOfSomeSeconds() {
+    MonoMixer mixer(2);
+    mixSecond(mixer, {0, 1});
+    float last = 0;
+    for (int second = 0; second < 8; ++second) last = mixSecond(mixer, {0});
+    QCOMPARE(last, 0.25F);
+  }
+
+  void clickOnAnUnusedChannelIsForgotten() {
+    MonoMixer mixer(2);
+    mixSecond(mixer, {0});
+    mixed(mixer, frames(2, {1}, 1.0F));
+    float last = 0;
+    for (int second = 0; second < 12; ++second) last = mixSecond(mixer, {0});
+    QCOMPARE(last, 0.5F);
+  }
+
+  void channelsKeepTheirBalanceInALongSilence() {
+    MonoMixer mixer(2);
+    mixSecond(mixer, {0, 1});
+    for (int second = 0; second < 300; ++second) mixSecond(mixer, {});
+    QCOMPARE(mixSecond(mixer, {0, 1}), 0.5F);
   }
 
   void silenceStaysSilent() {
