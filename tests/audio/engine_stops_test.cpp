@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "audio/engine_fixture.h"
 #include "language/localization.h"
+#include "platform/speech/local_speech_platform.h"
+#include "support/scripted_recognizer_backend.h"
 #include "support/settle.h"
 #include "support/suite.h"
 
@@ -117,6 +119,30 @@ class EngineStopsTest final : public test::Suite {
     QCOMPARE(f.events, QStringList());
     f.advance(11s);
     QCOMPARE(f.events, QStringList{kMessage});
+  }
+
+  void stopEndsTheThreadOfARecognizerThatHangs_data() {
+    QTest::addColumn<bool>("isLoading");
+    QTest::newRow("while loading") << true;
+    QTest::newRow("while decoding") << false;
+  }
+  void stopEndsTheThreadOfARecognizerThatHangs() {
+    QFETCH(bool, isLoading);
+    test::ManualClock clock;
+    test::ScriptedAudioPlatform audio;
+    const auto recognizer = std::make_shared<test::ScriptedRecognizerProvider>(
+        QStringList{"en_US"}, QStringList{"en_US"});
+    recognizer->script->isSlowToLoad = isLoading;
+    recognizer->script->isSlow = !isLoading;
+    LocalSpeechPlatform speech({recognizer}, clock);
+    SpeechRecognitionEngine engine(speech, audio, clock);
+    test::await(engine.start("en_US", false));
+    audio.script->handler(test::tone(440, 0.1F, 1600));
+    VERIFY_SOON(recognizer->script->isWaiting);
+    QCoro::Task<> stopping = engine.stop();
+    clock.advance(12s);
+    test::await(std::move(stopping));
+    QCOMPARE(recognizer->script->alive.load(), 0);
   }
 
   void engineCanBeDestroyedWhileItWaits() {

@@ -35,7 +35,7 @@ LocalSpeechRun::LocalSpeechRun(RecognizerProvider::Factory factory,
 LocalSpeechRun::~LocalSpeechRun() {
   requestCancel();
   thread_.join();
-  ended_.complete({});
+  completeEnd();
 }
 
 QCoro::Task<> LocalSpeechRun::settle() {
@@ -53,13 +53,13 @@ QCoro::Task<> LocalSpeechRun::settle() {
 }
 
 QCoro::Task<> LocalSpeechRun::finish() {
-  const OneShot<std::monostate> ended = ended_;
+  const OneShot<std::monostate> ended = awaitEnd();
   input_->finish();
   co_await ended;
 }
 
 QCoro::Task<> LocalSpeechRun::cancel() {
-  const OneShot<std::monostate> ended = ended_;
+  const OneShot<std::monostate> ended = awaitEnd();
   requestCancel();
   co_await ended;
 }
@@ -73,9 +73,24 @@ void LocalSpeechRun::requestCancel() {
   input_->interrupt();
 }
 
+OneShot<std::monostate> LocalSpeechRun::awaitEnd() {
+  OneShot<std::monostate> request;
+  if (hasDeliveredEnd_) {
+    request.complete({});
+  } else {
+    endRequests_.push_back(request);
+  }
+  return request;
+}
+
+void LocalSpeechRun::completeEnd() {
+  hasDeliveredEnd_ = true;
+  for (const auto& request : std::exchange(endRequests_, {})) request.complete({});
+}
+
 void LocalSpeechRun::deliverEnd(const std::optional<QString>& error) {
   // Waiting coroutines continue from the event loop, after the slots of the signal.
-  ended_.complete({});
+  completeEnd();
   Q_EMIT ended(error);
 }
 

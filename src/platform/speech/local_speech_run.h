@@ -35,6 +35,8 @@ class LocalSpeechRun final : public SpeechRun {
  private:
   // Main thread.
   void requestCancel();
+  OneShot<std::monostate> awaitEnd();
+  void completeEnd();
   void deliverEnd(const std::optional<QString>& error);
 
   // Decode thread.
@@ -51,8 +53,10 @@ class LocalSpeechRun final : public SpeechRun {
   std::shared_ptr<SpeechInput> input_;
   const Clock& clock_;
   std::atomic<bool> isCancelled_ = false;
-  /// Completed after `ended` was emitted.
-  OneShot<std::monostate> ended_;
+  /// Operations that wait for the end. Each has one of its own, because a `OneShot` resumes only
+  /// one coroutine. Main thread.
+  std::vector<OneShot<std::monostate>> endRequests_;
+  bool hasDeliveredEnd_ = false;  // main thread
   std::mutex mutex_;
   RecognizerBackend* backend_ = nullptr;                 // while it exists; guarded by mutex_
   std::vector<OneShot<std::monostate>> settleRequests_;  // guarded by mutex_

@@ -70,16 +70,51 @@ class Recognizer(FaultCase):
         """The draft of the phrase becomes a line."""
         self.start_captions()
         lines = self.speak()
+        draft = self.begin_phrase(lines)
+        os.kill(self.helper(), signal.SIGKILL)
+        self.wait_for_line_of(draft, lines)
+        self.assertEqual(self.program.state()["running"], True)
+        self.quit()
+
+    def begin_phrase(self, lines):
+        """Plays a phrase; returns its draft."""
         self.desktop.play(self.phrase)
         self.desktop.wait("a draft", lambda: len(self.shown_paragraphs()) > 2 * len(lines))
-        draft = self.shown_paragraphs()[-1]
-        os.kill(self.helper(), signal.SIGKILL)
+        return self.shown_paragraphs()[-1]
+
+    def wait_for_line_of(self, draft, lines):
         self.desktop.wait("a line of the draft", lambda: len(self.saved_lines()) > len(lines),
                           PATIENCE)
         self.assertTrue(self.saved_lines()[len(lines)][0].startswith(draft),
                         f"{self.saved_lines()} after {draft}")
         self.assert_kept(lines)
-        self.assertEqual(self.program.state()["running"], True)
+
+    def test_a_helper_that_hangs_does_not_hold_up_a_stop(self):
+        self.start_captions()
+        lines = self.speak()
+        draft = self.begin_phrase(lines)
+        os.kill(self.helper(), signal.SIGSTOP)
+        self.toggle_captions()
+        self.wait_for_status("The speech recognizer is not responding.")
+        self.wait_for_line_of(draft, lines)
+        self.toggle_captions()
+        self.program.wait_until_capturing()
+        self.wait_for_status()
+        self.quit()
+
+    def test_a_helper_killed_during_a_stop_leaves_its_draft(self):
+        self.start_captions()
+        lines = self.speak()
+        draft = self.begin_phrase(lines)
+        helper = self.helper()
+        os.kill(helper, signal.SIGSTOP)
+        self.toggle_captions()
+        self.program.wait_for_state("running", False)
+        os.kill(helper, signal.SIGKILL)
+        self.wait_for_line_of(draft, lines)
+        self.toggle_captions()
+        self.program.wait_until_capturing()
+        self.wait_for_status()
         self.quit()
 
     def test_a_helper_killed_twice_stops_captions(self):

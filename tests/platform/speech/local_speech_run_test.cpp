@@ -220,6 +220,26 @@ class LocalSpeechRunTest final : public test::Suite {
     QCOMPARE(f.emitted, QStringList{"end -"});
   }
 
+  void cancelCompletesAFinishThatWaits_data() {
+    QTest::addColumn<bool>("isLoading");
+    QTest::newRow("while loading") << true;
+    QTest::newRow("while decoding") << false;
+  }
+  void cancelCompletesAFinishThatWaits() {
+    QFETCH(bool, isLoading);
+    Fixture f;
+    f.script.isSlowToLoad = isLoading;
+    f.script.isSlow = !isLoading;
+    f.start();
+    f.yield();
+    VERIFY_SOON(f.script.isWaiting);
+    QCoro::Task<> finishing = f.run->finish();
+    test::await(f.run->cancel());
+    test::await(std::move(finishing));
+    test::await(f.run->finish());
+    QCOMPARE(f.emitted, QStringList{"end -"});
+  }
+
   void cancelInterruptsLoading() {
     Fixture f;
     f.script.isSlowToLoad = true;
