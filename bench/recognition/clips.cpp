@@ -21,6 +21,7 @@ const QStringList kSentences = {
     "the train to the city leaves at eight o'clock in the morning",
     "she told me that the meeting was very long but also very useful",
     "we have to finish this work before the end of the month",
+    "the doctor asked whether the children had slept well all through the long storm last night",
     "thank you for your time and see you again next week",
 };
 
