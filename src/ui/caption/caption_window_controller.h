@@ -47,7 +47,7 @@ class CaptionWindowController final : public QObject {
   bool isSuppressed() const;
 
   /// Keeps an ordinary window of the program readable: it is placed beside the panel, or the panel
-  /// is not kept on top while the window is in front of it. The window may be destroyed at any
+  /// is not kept on top while the window is in front. The window may be destroyed at any
   /// time.
   void keepReadable(QWidget& window) { ownWindows_->add(window); }
 

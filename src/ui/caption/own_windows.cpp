@@ -11,8 +11,14 @@
 namespace velun {
 
 OwnWindows::OwnWindows(const QWidget& panel) : panel_(panel) {
-  connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, [this](const QWindow* now) {
-    if (!now || now == panel_.windowHandle()) setFront(nullptr);
+  connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, [this](QWindow* now) {
+    if (!now) {
+      setFront(nullptr);
+    } else if (now == panel_.windowHandle() && overlapPanel()) {
+      // Its level stays: some desktops can change it only by hiding the panel, which would lose the
+      // click that activated it.
+      now->raise();
+    }
   });
 }
 

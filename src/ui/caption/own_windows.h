@@ -11,8 +11,8 @@ namespace velun {
 /// ordinary windows. Places a window beside the panel when it is first shown, if there is room, and
 /// reports when the window in front overlaps the panel. Main thread.
 ///
-/// The window in front is the one that was shown or activated last, until it is hidden or the panel
-/// or another program is activated.
+/// The window in front is the one that was shown or activated last, until it is hidden or another
+/// program is activated. The panel can be activated meanwhile, and then is above it.
 class OwnWindows final : public QObject {
   Q_OBJECT
 

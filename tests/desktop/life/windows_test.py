@@ -47,13 +47,15 @@ class Windows(ProgramCase):
         settings = self.open_window("show-settings", SETTINGS)
         self.wait("the note", lambda: self.notes(settings, "This desktop offers no way"))
         self.assertFalse(self.notes(settings, "Keeps the caption window off"))
-        # PipeWire starts later: the note follows.
-        self.desktop.start_sound()
+        # PipeWire starts later and ends: the note follows.
+        server, _ = self.desktop.start_sound()
         self.wait("the other note", lambda: self.notes(
             settings, "Other people may see the caption window: in an X11 session every program "
                       "can read the screen."))
         self.assertFalse(self.notes(settings, "This desktop offers no way"))
         self.assertFalse(self.notes(settings, "Keeps the caption window off"))
+        server.kill()
+        self.wait("the first note", lambda: self.notes(settings, "This desktop offers no way"))
         self.quit()
 
     def test_reopened_settings_know_whether_pipewire_runs(self):

@@ -65,7 +65,9 @@ class OnASmallScreen(ProgramCase):
         self.wait("the window to be readable", lambda: self.is_readable(ABOUT))
         # A click brings the panel to the front.
         self.desktop.run("xdotool", "mousemove", 1100, 700, "click", 1)
-        self.wait("the panel above other windows", self.panel_is_on_top)
+        self.wait("the panel above the window", lambda: self.is_above(PANEL, ABOUT))
+        self.program.action("show-about")
+        self.wait("the window to be readable", lambda: self.is_readable(ABOUT))
         self.quit()
 
     def test_small_windows_leave_the_captions_free(self):
@@ -125,8 +127,9 @@ class OnASmallScreen(ProgramCase):
         self.desktop.run("xdotool", "windowmove", self.number(title), left, top)
 
     def number(self, title):
-        return self.desktop.run("xdotool", "search", "--onlyvisible", "--name",
-                                f"^{title}$").split()[0]
+        """The X11 id of the visible window with this title. Waits for the window."""
+        return self.wait(f"the window “{title}”", lambda: self.desktop.run(
+            "xdotool", "search", "--onlyvisible", "--name", f"^{title}$").split())[0]
 
 
 class OnAWideScreen(OnASmallScreen):
