@@ -2,6 +2,7 @@
 #include "ui/library/export_view.h"
 
 #include "language/localization.h"
+#include "ui/library/language_label.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -65,7 +66,7 @@ void ExportView::fillChoosers() {
   for (const TranscriptContent content : allTranscriptContents) contents_->addItem(title(content));
   languages_->addItem(QString(), QString());
   for (const QString& language : session_.translationLanguages()) {
-    languages_->addItem(languageName(language), language);
+    languages_->addItem(languageLabel(language), language);
   }
 }
 
@@ -110,7 +111,7 @@ void ExportView::translate() {
   }
   languages_->setItemText(0, L("All Translation Languages", "모든 번역 언어"));
   for (int i = 1; i < languages_->count(); ++i) {
-    languages_->setItemText(i, languageName(languages_->itemData(i).toString()));
+    languages_->setItemText(i, languageLabel(languages_->itemData(i).toString()));
   }
   cancel_->setText(L("Cancel", "취소"));
   cancel_->setToolTip(L("Close without exporting", "내보내지 않고 닫기"));

@@ -6,6 +6,7 @@
 #include "ui/caption/copy_transcript_button.h"
 #include "ui/caption/selectable_transcript_text_view.h"
 #include "ui/caption/transcript_view.h"
+#include "ui/library/language_label.h"
 #include "ui/library/session_search.h"
 
 #include <algorithm>
@@ -169,7 +170,7 @@ void SessionDetailView::fillLanguages() {
   languages_->addItem(L("All Translation Languages", "모든 번역 언어"), QString());
   if (session_) {
     for (const QString& language : session_->session.translationLanguages()) {
-      languages_->addItem(languageName(language), language);
+      languages_->addItem(languageLabel(language), language);
     }
   }
   const int chosen = languages_->findData(language_.value_or(QString()));

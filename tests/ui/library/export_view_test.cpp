@@ -80,6 +80,17 @@ class ExportViewTest final : public test::Suite {
     cancels_ = 0;
   }
 
+  void longLanguageIdentifierDoesNotWidenTheWindow() {
+    open(sessionIn({"ko"}));
+    const int usual = view_->minimumSizeHint().width();
+    open(sessionIn({QString(5000, u'x')}));
+    QCOMPARE(items(chooser("Translation Language"))[1], QString(59, u'x') + "…");
+    QVERIFY(view_->minimumSizeHint().width() < usual + 600);
+    chooser("Translation Language")->setCurrentIndex(1);
+    button("Export…")->click();
+    QCOMPARE(exports_.at(0).language.value_or(QString()).size(), 5000);
+  }
+
   void opensWithBothTextsAsMarkdown() {
     open(sessionIn({"ko", "en"}));
     QCOMPARE(items(chooser("File Format")),

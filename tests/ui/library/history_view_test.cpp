@@ -39,13 +39,13 @@ class HistoryViewTest final : public test::Suite {
 
   /// Writes a session that started `daysAgo` days ago.
   QUrl write(const QString& title, int daysAgo, const QString& text,
-             const QString& translation = {}) {
+             const QString& translation = {}, const QString& language = "ko") {
     CaptionSession session;
     session.title = title;
     session.startedAt = clock_.now() - std::chrono::days(daysAgo);
     Line line;
     line.text = text;
-    if (!translation.isEmpty()) line.translations["ko"] = translation;
+    if (!translation.isEmpty()) line.translations[language] = translation;
     session.lines.push_back(line);
     const QString path = folder_->filePath(title + ".json");
     QFile file(path);
@@ -256,6 +256,16 @@ class HistoryViewTest final : public test::Suite {
     QVERIFY(!transcript().contains("The river"));
     Q_EMIT choosers[1]->activated(1);
     QCOMPARE(detail()->language().value_or(QString()), QString("ko"));
+  }
+
+  void longLanguageIdentifierDoesNotWidenTheWindow() {
+    write("Lecture", 0, "The river", "강", QString(5000, u'x'));
+    reload();
+    list()->setCurrentIndex(list()->model()->index(1, 0));
+    const QComboBox* languages = detail()->findChildren<QComboBox*>()[1];
+    QCOMPARE(languages->itemText(1), QString(59, u'x') + "…");
+    QCOMPARE(languages->itemData(1).toString().size(), 5000);
+    QVERIFY(languages->sizeHint().width() < 800);
   }
 
   void transcriptFollowsTheDesktopColours() {
