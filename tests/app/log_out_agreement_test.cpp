@@ -10,12 +10,17 @@ class LogOutAgreementTest final : public Suite {
   Q_OBJECT
 
   /// Sends the event by which Qt reports the end, and returns whether the program ends.
-  static bool end() {
+  static bool end(AppStage& stage) {
     bool isOver = true;
     QObject context;
     const auto report = [&] {
       QEvent quit(QEvent::Quit);
       QCoreApplication::sendEvent(qApp, &quit);
+      settle();
+      const auto isDecided = [&stage] {
+        return !stage.coordinator().ending().isDeciding() && !stage.model->isSyncing();
+      };
+      QVERIFY(QTest::qWaitFor(isDecided));
       settle();
       // Not reached if the event loop was left.
       const auto giveUp = [&isOver] {
@@ -120,7 +125,7 @@ class LogOutAgreementTest final : public Suite {
     if (isLate) stage.clock.advance(LogOut::kResumeDelay);
     settle();
     QCOMPARE(stage.model->isRunning(), isLate);
-    QVERIFY(end());
+    QVERIFY(end(stage));
     QVERIFY(!stage.model->isRunning());
     QCOMPARE(stage.question.asked.size(), std::size_t(1));
     QVERIFY(stage.files().isEmpty());
@@ -133,7 +138,7 @@ class LogOutAgreementTest final : public Suite {
     stage.clock.advance(LogOut::kResumeDelay);
     settle();
     stage.final("Another line.");
-    QVERIFY(end());
+    QVERIFY(end(stage));
     QVERIFY(stage.question.asked.empty());
     const SessionStore::Listing listing = stage.store.savedSessions();
     QCOMPARE(listing.sessions.size(), std::size_t(1));
@@ -161,7 +166,7 @@ class LogOutAgreementTest final : public Suite {
       stage.final(event.text);
     }
     stage.question.answers = {saveSession};
-    QVERIFY(end());
+    QVERIFY(end(stage));
     QCOMPARE(stage.question.asked.size(), std::size_t(2));
     QCOMPARE(stage.store.savedSessions().sessions.at(0).session.lines.size(), std::size_t(2));
   }
@@ -173,8 +178,8 @@ class LogOutAgreementTest final : public Suite {
     QVERIFY(stage.delegate->logOut().agree());
     stage.final("Another line.");
     stage.question.answers = {cancelDiscarding, cancelDiscarding};
-    QVERIFY(!end());
-    QVERIFY(!end());
+    QVERIFY(!end(stage));
+    QVERIFY(!end(stage));
     QCOMPARE(stage.question.asked.size(), std::size_t(3));
   }
 
@@ -183,7 +188,7 @@ class LogOutAgreementTest final : public Suite {
     stage.startWithLine();
     stage.delegate->logOut().prepareUnasked();
     QVERIFY(stage.model->isRunning());
-    QVERIFY(end());
+    QVERIFY(end(stage));
     QVERIFY(stage.question.asked.empty());
   }
 
@@ -202,7 +207,7 @@ class LogOutAgreementTest final : public Suite {
     stage.startWithLine();
     stage.question.answers = {discardSession};
     QVERIFY(stage.delegate->logOut().agree());
-    QVERIFY(end());
+    QVERIFY(end(stage));
     stage.clock.advance(LogOut::kResumeDelay);
     settle();
     QVERIFY(!stage.model->isRunning());
