@@ -18,9 +18,9 @@ bool isLetter(const Phrase& phrase, qsizetype at) {
 /// Abbreviations that begin or end with a letter that is also a word.
 bool isKnown(const QString& letters) {
   static const QSet<QString> known = {
-      "ai",  "api", "atm", "cia", "dea",  "dna", "epa", "fbi", "fda", "gui", "ibm", "id",  "ipo",
-      "iq",  "irs", "it",  "mba", "mri",  "nba", "nsa", "pta", "rna", "ui",  "usa", "via", "aaa",
-      "aca", "cpa", "gpa", "hiv", "ieee", "ira", "isp", "ngo", "roi", "sba", "tsa", "uae", "wi",
+      "api", "atm", "cia",  "dea", "dna", "epa", "fbi", "fda", "gui", "ibm", "id",  "ipo",
+      "iq",  "irs", "mba",  "mri", "nba", "nsa", "pta", "rna", "ui",  "usa", "aca", "cpa",
+      "gpa", "hiv", "ieee", "ira", "isp", "ngo", "roi", "sba", "tsa", "uae",
   };
   return known.contains(letters);
 }
@@ -30,6 +30,8 @@ bool isSafe(const QString& letters) {
     return letter == u'a' || letter == u'i';
   };
   if (letters.size() < 2 || letters.size() > kMaxLetters) return false;
+  const bool isStutter = letters.count(letters.front()) == letters.size();
+  if (isStutter) return false;
   if (isKnown(letters)) return true;
   return !isWord(letters.front()) && letters.front() != u'o' && !isWord(letters.back());
 }

@@ -211,7 +211,9 @@ class EnglishTextTest final : public test::Suite {
     row("the f b i a year ago", "the FBI a year ago");
     row("the b b c i think", "the b b c I think");
     row("a t v in a p c", "a TV in a PC");
-    row("the a p i of a i", "the API of AI");
+    row("the a p i of it", "the API of it");
+    row("there is a i mean", "there is a I mean");
+    row("he s s said", "he s s said");
     row("the c e o", "the CEO");
     row("a b", "a b");
     row("spell it j o h n s o n", "spell it j o h n s o n");

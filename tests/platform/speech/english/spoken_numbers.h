@@ -106,6 +106,7 @@ constexpr SpokenNumber kSpokenNumbers[] = {
     {"nineteen twenty years old", "nineteen twenty years old"},
     {"sixteen seventeen", "sixteen seventeen"},
     {"twenty nineteen third quarter", "2019 third quarter"},
+    {"our fiscal twenty twenty one year", "our fiscal 2021 year"},
     {"twenty fifteen twenty sixteen season", "2015 2016 season"},
     {"June six twenty nineteen", "June 6 2019"},
     {"January eight, eighteen fifteen", "January 8, 1815"},
