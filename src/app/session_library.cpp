@@ -18,6 +18,11 @@ SessionLibrary::SessionLibrary(CaptionViewModel& model, const AppServices& servi
       windowMade_(std::move(windowMade)),
       library_(model.store(), services.trash) {
   connect(&library_, &HistoryViewModel::selectionChanged, this, &SessionLibrary::selectionChanged);
+  connect(&library_, &HistoryViewModel::filesOpened, this,
+          [this](int count, const QStringList& problems) {
+            if (count > 0) showHistory();
+            if (!problems.isEmpty()) showError(problems.join(u'\n'));
+          });
 }
 
 SessionLibrary::~SessionLibrary() = default;
@@ -84,17 +89,7 @@ void SessionLibrary::openSessionFile() {
 }
 
 void SessionLibrary::open(const QList<QUrl>& files) {
-  if (files.isEmpty()) return;
-  QStringList problems;
-  for (const QUrl& file : files) {
-    try {
-      library_.open(file);
-    } catch (const std::exception& error) {
-      problems.append(descriptionOf(error));
-    }
-  }
-  if (problems.size() < files.size()) showHistory();
-  if (!problems.isEmpty()) showError(problems.join(u'\n'));
+  if (!files.isEmpty()) library_.open(files);
 }
 
 void SessionLibrary::saveHistoryFile() {

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/legacy_markdown.h"
 
-#include "language/localization.h"
-#include "model/file_error_text.h"
-#include "model/session_file/session_file.h"
+#include "model/session_file/session_problem.h"
 #include "platform/foundation/file_access.h"
 
+#include <optional>
 #include <QDateTime>
 #include <QFileInfo>
 #include <simdjson.h>
@@ -65,11 +64,11 @@ void readBodyLine(QStringView text, std::vector<Line>& lines) {
 
 }  // namespace
 
-std::optional<CaptionSession> parseLegacyMarkdown(const QByteArray& bytes, Instant startedAt,
-                                                  const QString& title) {
-  if (!isUtf8(bytes)) return std::nullopt;
+CaptionSession parseLegacyMarkdown(const QByteArray& bytes, Instant startedAt,
+                                   const QString& title) {
+  if (!isUtf8(bytes)) throw SessionProblem{SessionProblem::Kind::transcriptNotUtf8};
   const QString text = QString::fromUtf8(bytes);
-  if (!text.startsWith(heading())) return std::nullopt;
+  if (!text.startsWith(heading())) throw SessionProblem{SessionProblem::Kind::notATranscript};
   CaptionSession session{.startedAt = startedAt, .endedAt = {}, .title = title, .lines = {}};
   qsizetype start = 0;
   bool isHeading = true;
@@ -87,24 +86,6 @@ Instant legacyStart(const QString& path) {
   const QDateTime named = QDateTime::fromString(name, QStringLiteral("yyyy-MM-dd_HH-mm-ss"));
   if (named.isValid()) return Instant(std::chrono::milliseconds(named.toMSecsSinceEpoch()));
   return creationTime(path).value_or(currentInstant());
-}
-
-CaptionSession readLegacyMarkdown(const QUrl& url) {
-  const QString path = url.toLocalFile();
-  try {
-    const QByteArray bytes = readWholeFile(path, kMaxSessionFileSize);
-    if (!isUtf8(bytes)) {
-      throw SessionError(L("“%1” is not a UTF-8 text.", "“%1” 파일은 UTF-8 텍스트가 아닙니다.")
-                             .arg(QFileInfo(path).fileName()));
-    }
-    std::optional<CaptionSession> session =
-        parseLegacyMarkdown(bytes, legacyStart(path), defaultSessionTitle());
-    if (session) return std::move(*session);
-    throw SessionError(L("This isn’t a transcript from an earlier version of Velun.",
-                         "Velun의 이전 자막 기록 형식이 아닙니다."));
-  } catch (const FileError& error) {
-    throw SessionError(fileErrorText(error));
-  }
 }
 
 }  // namespace velun

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/session_files.h"
 
+#include "language/localization.h"
+#include "model/file_error_text.h"
 #include "model/legacy_markdown.h"
 #include "model/session_file/session_file.h"
+#include "model/session_file/session_problem.h"
+#include "platform/foundation/failure.h"
 #include "platform/foundation/file_access.h"
 #include "platform/foundation/file_error.h"
 
@@ -27,11 +31,11 @@ constexpr std::size_t kMaxThreads = 4;
 
 std::optional<CaptionSession> readQuietly(const QString& path, const QString& legacyTitle) {
   try {
-    const QByteArray bytes = readWholeFile(path, kMaxSessionFileSize, kSessionFilePadding);
-    if (!isLegacyFile(path)) return decodeReadableSession(bytes);
-    return parseLegacyMarkdown(bytes, legacyStart(path), legacyTitle);
-  } catch (const std::exception&) {
+    return readSessionFile(path, legacyTitle);
+  } catch (const SessionProblem&) {
     return std::nullopt;  // the caller counts it; the text could only be made on the main thread
+  } catch (const std::exception&) {
+    return std::nullopt;
   }
 }
 
@@ -39,6 +43,29 @@ std::optional<CaptionSession> readQuietly(const QString& path, const QString& le
 
 bool isLegacyFile(const QString& path) {
   return extensionOf(path) == QLatin1String("md");
+}
+
+CaptionSession readSessionFile(const QString& path, const QString& legacyTitle) {
+  const QByteArray bytes = readWholeFile(path, kMaxSessionFileSize, kSessionFilePadding);
+  return isLegacyFile(path) ? parseLegacyMarkdown(bytes, legacyStart(path), legacyTitle)
+                            : decodeSession(bytes);
+}
+
+QString remoteFileText(const QUrl& url) {
+  return L("“%1” is not a file on this computer.", "“%1” 항목은 이 컴퓨터에 있는 파일이 아닙니다.")
+      .arg(url.toDisplayString());
+}
+
+QString readingErrorText(std::exception_ptr error, const QString& path) {
+  try {
+    std::rethrow_exception(error);
+  } catch (const FileError& failed) {
+    return fileErrorText(failed);
+  } catch (const SessionProblem& problem) {
+    return describe(problem, QFileInfo(path).fileName());
+  } catch (const std::exception& other) {
+    return descriptionOf(other);
+  }
 }
 
 std::vector<QString> sessionFiles(const QString& folder) {

@@ -3,7 +3,6 @@
 
 #include "language/localization.h"
 #include "model/file_error_text.h"
-#include "model/legacy_markdown.h"
 #include "model/session_file/session_file.h"
 #include "model/session_file/text_forms.h"
 #include "model/session_files.h"
@@ -102,18 +101,12 @@ QUrl SessionStore::save(const CaptionSession& session, SessionEncoder* encoder,
 }
 
 CaptionSession SessionStore::read(const QUrl& url) const {
-  if (!url.isLocalFile()) {
-    throw SessionError(
-        L("“%1” is not a file on this computer.", "“%1” 항목은 이 컴퓨터에 있는 파일이 아닙니다.")
-            .arg(url.toDisplayString()));
-  }
+  if (!url.isLocalFile()) throw SessionError(remoteFileText(url));
   const QString path = url.toLocalFile();
-  if (isLegacyFile(path)) return readLegacyMarkdown(url);
   try {
-    return decodeSession(readWholeFile(path, kMaxSessionFileSize, kSessionFilePadding),
-                         QFileInfo(path).fileName());
-  } catch (const FileError& error) {
-    throw SessionError(fileErrorText(error));
+    return readSessionFile(path, defaultSessionTitle());
+  } catch (...) {
+    throw SessionError(readingErrorText(std::current_exception(), path));
   }
 }
 

@@ -281,13 +281,14 @@ class AppCommandsTest final : public Suite {
              QString("Choose a Velun session (.json) or a Markdown transcript from an earlier "
                      "version (.md)."));
     QTRY_COMPARE(stage.coordinator().sessions().library().selection(), stage.chosenFile);
-    QVERIFY(visibleWindow("Velun — Saved Sessions"));
+    QTRY_VERIFY(visibleWindow("Velun — Saved Sessions"));
   }
 
   void showsWhyAFileCannotBeRead() {
     AppStage stage;
     stage.chosenFile = QUrl::fromLocalFile(stage.folder.filePath("missing.json"));
     stage.perform(AppCommand::openSessionFile);
+    QTRY_COMPARE(stage.question.asked.size(), std::size_t(1));
     QCOMPARE(stage.question.asked.at(0).message, QString("Couldn’t Complete the Action"));
     QCOMPARE(stage.question.asked.at(0).informativeText, QString("“missing.json” doesn’t exist."));
     QVERIFY(!visibleWindow("Velun — Saved Sessions"));

@@ -91,7 +91,9 @@ class Scene {
 
   HistoryViewModel& library() { return stage_.coordinator().sessions().library(); }
 
-  void wait() { QTRY_VERIFY_WITH_TIMEOUT(!library().isReloading(), 60'000); }
+  void wait() {
+    QTRY_VERIFY_WITH_TIMEOUT(!library().isOpening() && !library().isReloading(), 60'000);
+  }
 
   void checkOpened(const QUrl& url, const OpenList& before) {
     QCOMPARE(library().openedFiles(), before.files + QList<QUrl>{url});

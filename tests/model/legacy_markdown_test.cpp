@@ -20,10 +20,9 @@ namespace {
 const QString kHeading = "# 자막 세션 — ";
 
 std::vector<Line> linesOf(const QString& body) {
-  const auto session = parseLegacyMarkdown((kHeading + "2024-11-02\n" + body).toUtf8(), Instant(),
-                                           QStringLiteral("t"));
-  if (!session) qFatal("not understood");
-  return session->lines;
+  return parseLegacyMarkdown((kHeading + "2024-11-02\n" + body).toUtf8(), Instant(),
+                             QStringLiteral("t"))
+      .lines;
 }
 
 }  // namespace
@@ -41,7 +40,7 @@ class LegacyMarkdownTest final : public test::Suite {
   void readsATranscriptAsASession() {
     const QUrl url = write("2024-11-02_20-15-00.md",
                            kHeading + "2024-11-02\n\n`20:15:03` Hello\n> 안녕\n> 반가워\n");
-    const CaptionSession session = readLegacyMarkdown(url);
+    const CaptionSession session = SessionStore{QUrl()}.read(url);
     QCOMPARE(session.schemaVersion, 1);
     QCOMPARE(session.title, QString("Caption Session"));
     QVERIFY(session.startedAt == test::utc(2024, 11, 2, 11, 15, 0));
@@ -59,7 +58,7 @@ class LegacyMarkdownTest final : public test::Suite {
   void titleIsInTheInterfaceLanguage() {
     const QUrl url = write("ko.md", kHeading + "\n");
     Localization::shared().setLanguage(AppLanguage::korean);
-    QCOMPARE(readLegacyMarkdown(url).title, QString("자막 세션"));
+    QCOMPARE(SessionStore{QUrl()}.read(url).title, QString("자막 세션"));
   }
 
   void rejectsAnotherHeading_data() {
@@ -89,13 +88,13 @@ class LegacyMarkdownTest final : public test::Suite {
   }
 
   void headingAloneIsASessionWithoutLines() {
-    QVERIFY(parseLegacyMarkdown(kHeading.toUtf8(), Instant(), "t")->lines.empty());
+    QVERIFY(parseLegacyMarkdown(kHeading.toUtf8(), Instant(), "t").lines.empty());
     QVERIFY(linesOf("").empty());
   }
 
   void headingIsNeverACaption() {
     const QByteArray bytes = (kHeading + "`20:15:03` Hello").toUtf8();
-    QVERIFY(parseLegacyMarkdown(bytes, Instant(), "t")->lines.empty());
+    QVERIFY(parseLegacyMarkdown(bytes, Instant(), "t").lines.empty());
   }
 
   void keepsACaptionWithoutText() {
@@ -155,11 +154,10 @@ class LegacyMarkdownTest final : public test::Suite {
     QFETCH(QString, newline);
     const QStringList text = {kHeading + "x", "`1` a", "> b", "`2` c"};
     const auto session = parseLegacyMarkdown(text.join(newline).toUtf8(), Instant(), "t");
-    QVERIFY(session);
-    QCOMPARE(session->lines.size(), 2u);
-    QCOMPARE(session->lines[0].text, QString("a"));
-    QCOMPARE(*session->lines[0].legacyTranslation, QString("b"));
-    QCOMPARE(session->lines[1].text, QString("c"));
+    QCOMPARE(session.lines.size(), 2u);
+    QCOMPARE(session.lines[0].text, QString("a"));
+    QCOMPARE(*session.lines[0].legacyTranslation, QString("b"));
+    QCOMPARE(session.lines[1].text, QString("c"));
   }
 
   void doesNotSplitLinesAtOtherSpaces() {
@@ -183,7 +181,7 @@ class LegacyMarkdownTest final : public test::Suite {
     QFile file(url.toLocalFile());
     QVERIFY(file.open(QIODevice::ReadWrite));
     QVERIFY(file.setFileTime(QDateTime::fromSecsSinceEpoch(0), QFileDevice::FileModificationTime));
-    const Instant startedAt = readLegacyMarkdown(url).startedAt;
+    const Instant startedAt = SessionStore{QUrl()}.read(url).startedAt;
     QVERIFY(startedAt >= before && startedAt <= after);
   }
 
@@ -227,7 +225,7 @@ class LegacyMarkdownTest final : public test::Suite {
 
   static QString refusal(const QUrl& url) {
     try {
-      readLegacyMarkdown(url);
+      SessionStore{QUrl()}.read(url);
     } catch (const SessionError& error) {
       return error.errorDescription();
     }

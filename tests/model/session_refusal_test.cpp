@@ -203,6 +203,22 @@ class SessionRefusalTest final : public test::Suite {
                                     "hold"));
   }
 
+  void rejectsTranslationsIntoTooManyLanguages() {
+    CaptionSession session = test::longSession(2);
+    const auto addLanguages = [&session](int count) {
+      for (int i = 0; i < count; ++i) {
+        session.lines[std::size_t(i % 2)].translations[QStringLiteral("x-%1").arg(i)] = "a";
+      }
+    };
+    addLanguages(static_cast<int>(kMaxTranslationLanguages) - 1);
+    QCOMPARE(refusal(encodeSession(session)), QString());
+    addLanguages(static_cast<int>(kMaxTranslationLanguages));
+    QVERIFY(refusal(encodeSession(session))
+                .contains("there are translations into more than 500 languages."));
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QVERIFY(refusal(encodeSession(session)).contains("번역 언어가 500개를 넘습니다."));
+  }
+
   void rejectsFilesOver256Megabytes() {
     // Never read, so it needs no physical memory.
     const std::size_t size = kMaxSessionFileSize + 1;

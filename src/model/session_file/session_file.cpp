@@ -8,17 +8,12 @@
 
 namespace velun {
 
-namespace {
-
-/// Throws `SessionProblem`.
-CaptionSession decode(const QByteArray& bytes) {
+CaptionSession decodeSession(const QByteArray& bytes) {
   std::optional<CaptionSession> session = readSessionTree(bytes);
   if (!session) session = readSessionText(bytes);
   if (session->schemaVersion != 1) throw SessionProblem{SessionProblem::Kind::newerVersion};
   return std::move(*session);
 }
-
-}  // namespace
 
 QByteArray encodeSession(const CaptionSession& session) {
   QByteArray bytes;
@@ -37,7 +32,7 @@ QByteArray encodeSession(const CaptionSession& session) {
 
 CaptionSession decodeSession(const QByteArray& bytes, const QString& fileName) {
   try {
-    return decode(bytes);
+    return decodeSession(bytes);
   } catch (const SessionProblem& problem) {
     throw SessionError(describe(problem, fileName));
   }
@@ -45,7 +40,7 @@ CaptionSession decodeSession(const QByteArray& bytes, const QString& fileName) {
 
 std::optional<CaptionSession> decodeReadableSession(const QByteArray& bytes) {
   try {
-    return decode(bytes);
+    return decodeSession(bytes);
   } catch (const SessionProblem&) {
     return std::nullopt;
   }

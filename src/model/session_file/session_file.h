@@ -27,6 +27,10 @@ inline constexpr qsizetype kSessionFilePadding = 64;
 /// has more: a file of the maximum size that was written here has fewer.
 inline constexpr std::size_t kMaxLinesAndTranslations = 2'000'000;
 
+/// The maximum number of languages that a session has translations into. Far more than anyone can
+/// choose; a list of very many would make the windows stall.
+inline constexpr qsizetype kMaxTranslationLanguages = 500;
+
 /// The maximum depth of objects and lists under keys that are ignored.
 inline constexpr std::size_t kMaxNesting = 1024;
 
@@ -36,6 +40,9 @@ QByteArray encodeSession(const CaptionSession& session);
 /// Reads a session file. Throws `SessionError`, whose text names `fileName`, what is wrong and at
 /// which line; never returns a part of a session.
 CaptionSession decodeSession(const QByteArray& bytes, const QString& fileName);
+
+/// Reads a session file on any thread. Throws `SessionProblem`.
+CaptionSession decodeSession(const QByteArray& bytes);
 
 /// Reads a session file on any thread. Nothing for bytes that `decodeSession` refuses.
 std::optional<CaptionSession> decodeReadableSession(const QByteArray& bytes);

@@ -2,6 +2,7 @@
 #include "model/session_file/session_problem.h"
 
 #include "language/localization.h"
+#include "model/session_file/session_file.h"
 
 namespace velun {
 
@@ -24,6 +25,10 @@ QString problemText(Kind kind) {
     case Kind::tooManyLines:
       return L("there are more lines and translations than a session can hold",
                "기록에 담을 수 있는 것보다 줄과 번역이 많습니다");
+    case Kind::tooManyLanguages:
+      static_assert(kMaxTranslationLanguages == 500);
+      return L("there are translations into more than 500 languages",
+               "번역 언어가 500개를 넘습니다");
     case Kind::notAnObject:
       return L("%1 is not an object", "%1 값이 객체가 아닙니다");
     case Kind::notAList:
@@ -66,6 +71,11 @@ QString describe(const SessionProblem& problem, const QString& fileName) {
           .arg(fileName);
     case Kind::empty:
       return L("“%1” is empty.", "“%1” 파일이 비어 있습니다.").arg(fileName);
+    case Kind::transcriptNotUtf8:
+      return L("“%1” is not a UTF-8 text.", "“%1” 파일은 UTF-8 텍스트가 아닙니다.").arg(fileName);
+    case Kind::notATranscript:
+      return L("This isn’t a transcript from an earlier version of Velun.",
+               "Velun의 이전 자막 기록 형식이 아닙니다.");
     default:
       break;
   }

@@ -6,8 +6,8 @@
 
 namespace velun {
 
-/// What is wrong with a session file and where. Thrown on any thread; only `describe` needs the
-/// main thread.
+/// What is wrong with a session file, or a transcript of an earlier version, and where. Thrown on
+/// any thread; only `describe` needs the main thread.
 struct SessionProblem {
   enum class Kind {
     tooLarge,
@@ -18,6 +18,7 @@ struct SessionProblem {
     badCharacter,
     tooDeep,
     tooManyLines,
+    tooManyLanguages,
     notAnObject,
     notAList,
     notAText,
@@ -27,6 +28,9 @@ struct SessionProblem {
     notAnInput,
     missing,
     newerVersion,
+    /// Of transcripts of an earlier version.
+    transcriptNotUtf8,
+    notATranscript,
   };
 
   Kind kind;

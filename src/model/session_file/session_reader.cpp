@@ -6,6 +6,10 @@
 #include "model/session_file/session_values.h"
 #include "model/session_file/text_forms.h"
 
+#include <algorithm>
+#include <QSet>
+#include <vector>
+
 namespace velun {
 
 namespace {
@@ -126,6 +130,7 @@ class SessionReader {
     value.forEachMember([&](std::string_view key, Value member) {
       const QString& language = language_.of(key);
       countEntry(member);
+      countLanguage(member, language);
       translations.insert_or_assign(language, toText(member.named(language_.utf8()).string()));
     });
   }
@@ -153,9 +158,23 @@ class SessionReader {
     if (++entries_ > kMaxLinesAndTranslations) value.fail(Kind::tooManyLines);
   }
 
+  /// Most sessions have one or two, which are found without hashing.
+  void countLanguage(Value& value, const QString& language) {
+    constexpr std::size_t kMaxFewLanguages = 4;
+    if (std::find(fewLanguages_.begin(), fewLanguages_.end(), language) != fewLanguages_.end()) {
+      return;
+    }
+    if (fewLanguages_.size() < kMaxFewLanguages) return fewLanguages_.push_back(language);
+    moreLanguages_.insert(language);
+    const auto count = static_cast<qsizetype>(fewLanguages_.size()) + moreLanguages_.size();
+    if (count > kMaxTranslationLanguages) value.fail(Kind::tooManyLanguages);
+  }
+
   /// Copied for each line: a new `Line` would draw a random identifier only to lose it.
   const Line blankLine_{};
   std::size_t entries_ = 0;
+  std::vector<QString> fewLanguages_;
+  QSet<QString> moreLanguages_;
   SharedText shortText_;
   SharedText language_;
 };

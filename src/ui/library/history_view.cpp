@@ -216,8 +216,10 @@ void HistoryView::followLibrary() {
   connect(&library_, &HistoryViewModel::selectionChanged, this, &HistoryView::presentSelection);
   connect(&library_, &HistoryViewModel::errorChanged, this, &HistoryView::presentError);
   connect(&library_, &HistoryViewModel::reloaded, this, &HistoryView::presentSessions);
-  // The search may exclude the opened file.
-  connect(&library_, &HistoryViewModel::fileOpened, searchField_, &QLineEdit::clear);
+  // The search may exclude the opened files.
+  connect(&library_, &HistoryViewModel::filesOpened, this, [this](int count) {
+    if (count > 0) searchField_->clear();
+  });
   connect(&search_, &SessionSearch::ready, this, &HistoryView::presentSessions);
   connect(searchField_, &QLineEdit::textChanged, this, &HistoryView::presentSessions);
   connect(&Localization::shared(), &Localization::languageChanged, this, &HistoryView::translate);

@@ -23,6 +23,30 @@ struct HistoryViewModel::Listing {
   }
 };
 
+/// A file that was read on a pool thread.
+struct HistoryViewModel::ReadFile {
+  static ReadFile read(const QUrl& url, const QString& legacyTitle) {
+    ReadFile file{url, std::nullopt, nullptr};
+    if (!url.isLocalFile()) return file;
+    try {
+      file.session = readSessionFile(url.toLocalFile(), legacyTitle);
+    } catch (...) {
+      file.error = std::current_exception();
+    }
+    return file;
+  }
+
+  /// Why it could not be read. Main thread.
+  QString problem() const {
+    return error ? readingErrorText(error, url.toLocalFile()) : remoteFileText(url);
+  }
+
+  QUrl url;
+  std::optional<CaptionSession> session;
+  /// Null for a file on another computer.
+  std::exception_ptr error;
+};
+
 QString canonicalPath(const QUrl& url) {
   const QString path = url.toLocalFile();
   const QString canonical = QFileInfo(path).canonicalFilePath();
@@ -116,7 +140,38 @@ void HistoryViewModel::restartReload() {
   if (isReloading()) reload();
 }
 
-void HistoryViewModel::open(const QUrl& url) {
+void HistoryViewModel::open(const QList<QUrl>& urls) {
+  unread_ += urls;
+  if (!opening_.isRunning()) readNextFiles();
+}
+
+void HistoryViewModel::readNextFiles() {
+  opening_.start(
+      [urls = std::exchange(unread_, {}), title = defaultSessionTitle()](const std::stop_token&) {
+        std::vector<ReadFile> files;
+        for (const QUrl& url : urls) files.push_back(ReadFile::read(url, title));
+        return files;
+      },
+      [this](std::vector<ReadFile> files) { applyFiles(std::move(files)); });
+}
+
+void HistoryViewModel::applyFiles(std::vector<ReadFile> files) {
+  QStringList problems;
+  int count = 0;
+  for (ReadFile& file : files) {
+    if (file.session) {
+      add(file.url, std::move(*file.session));
+      ++count;
+    } else {
+      problems.append(file.problem());
+    }
+  }
+  if (count > 0) restartReload();
+  if (!unread_.isEmpty()) readNextFiles();
+  Q_EMIT filesOpened(count, problems);
+}
+
+void HistoryViewModel::add(const QUrl& url, CaptionSession read) {
   const QString path = canonicalPath(url);
   const auto isSameFile = [&path](const QUrl& other) {
     return canonicalPath(other) == path;
@@ -124,16 +179,13 @@ void HistoryViewModel::open(const QUrl& url) {
   const auto listed = std::find_if(sessions_.begin(), sessions_.end(),
                                    [&](const Entry& entry) { return isSameFile(entry->url); });
   const QUrl known = listed == sessions_.end() ? url : (*listed)->url;
-  SavedSession session{known, store_.read(known)};
   if (listed != sessions_.end()) sessions_.erase(listed);
   const bool wasOpened = std::any_of(openedFiles_.begin(), openedFiles_.end(), isSameFile);
   if (!wasOpened) openedFiles_.append(known);
-  const Entry entry = std::make_shared<const SavedSession>(std::move(session));
+  const Entry entry = std::make_shared<const SavedSession>(SavedSession{known, std::move(read)});
   sessions_.insert(std::upper_bound(sessions_.begin(), sessions_.end(), entry, isBefore), entry);
   Q_EMIT sessionsChanged();
   setSelection(known);
-  restartReload();
-  Q_EMIT fileOpened();
 }
 
 std::optional<QUrl> HistoryViewModel::deleteSelection(const QList<QUrl>& visible) {

@@ -10,6 +10,7 @@
 #include <optional>
 #include <QList>
 #include <QObject>
+#include <QStringList>
 #include <QUrl>
 #include <vector>
 
@@ -47,8 +48,11 @@ class HistoryViewModel final : public QObject {
   /// Lists everything again. Returns at once; `sessionsChanged` and `reloaded` follow.
   void reload();
 
-  /// Adds a session file from any folder and selects it. Throws the store's error.
-  void open(const QUrl& url);
+  /// Adds session files from any folder and selects the last one. Returns at once; `filesOpened`
+  /// follows when they are read.
+  void open(const QList<QUrl>& urls);
+  /// Files are being opened.
+  bool isOpening() const { return opening_.isRunning(); }
 
   /// Moves the selected session's file to the trash and selects its neighbour in `visible`, the
   /// shown sessions in display order. Returns the deleted file, or nullopt when the selection is
@@ -60,16 +64,20 @@ class HistoryViewModel final : public QObject {
   void selectionChanged();
   void errorChanged();
   void reloaded();
-  /// open() added a file and selected it.
-  void fileOpened();
+  /// Files were opened, or could not be, for the reasons in `problems`.
+  void filesOpened(int count, const QStringList& problems);
 
  private:
   struct Listing;
+  struct ReadFile;
 
   static Listing list(const SessionStore& store, const QList<QUrl>& opened,
                       const QString& legacyTitle);
   void applyListing(Listing listing);
   void restartReload();
+  void readNextFiles();
+  void applyFiles(std::vector<ReadFile> files);
+  void add(const QUrl& url, CaptionSession session);
   void setSelection(const std::optional<QUrl>& url);
   /// Updates the error text from the last listing.
   void presentError();
@@ -86,7 +94,10 @@ class HistoryViewModel final : public QObject {
   int unreadableCount_ = 0;
   std::optional<QString> error_;
   QList<QUrl> openedFiles_;
+  /// Files to open after those that are being read.
+  QList<QUrl> unread_;
   LatestJob listing_;
+  LatestJob opening_;
 };
 
 /// The file's path with symbolic links resolved, so that equal files have equal paths.

@@ -198,8 +198,8 @@ class HistoryViewTest final : public test::Suite {
     const QUrl call = write("Call", 1, "The sea");
     const QString moved = elsewhere.filePath("call.json");
     QVERIFY(QFile::rename(call.toLocalFile(), moved));
-    library_->open(QUrl::fromLocalFile(moved));
-    QVERIFY(search()->text().isEmpty());
+    library_->open({QUrl::fromLocalFile(moved)});
+    QTRY_VERIFY(search()->text().isEmpty());
     QVERIFY(!view_->findChild<EmptyStateView*>()->isVisible());
     QTRY_COMPARE(rows(), QStringList({"Today", "Lecture", "Yesterday", "Call"}));
     QCOMPARE(list()->currentIndex().row(), 3);
