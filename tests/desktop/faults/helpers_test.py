@@ -10,6 +10,10 @@ from fault_case import PATIENCE, FaultCase
 from process_usage import children
 
 
+def is_recognizer(process):
+    return Path(f"/proc/{process}/comm").read_text().startswith("velun-recognize")
+
+
 class Translator(FaultCase):
     def test_a_translator_killed_between_lines_is_restarted(self):
         self.start_captions()
@@ -37,7 +41,7 @@ class Translator(FaultCase):
         self.quit()
 
     def stages(self):
-        return children(self.program.process.pid)
+        return [child for child in children(self.program.process.pid) if not is_recognizer(child)]
 
 
 class Recognizer(FaultCase):
@@ -51,8 +55,7 @@ class Recognizer(FaultCase):
     def helper(self):
         """The process id of the recognizer's helper."""
         def find():
-            return [child for child in children(self.program.process.pid)
-                    if Path(f"/proc/{child}/comm").read_text().startswith("velun-recognize")]
+            return [child for child in children(self.program.process.pid) if is_recognizer(child)]
         return self.desktop.wait("the helper", find)[0]
 
     def test_a_helper_killed_between_phrases_is_restarted(self):
