@@ -44,7 +44,7 @@ void checkOrder(const QStringList& versions) {
 /// Any bytes are read or rejected. Every item has a version and a web page, and the offered release
 /// is the newest.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
-  constexpr qsizetype kMostCompared = 6;
+  constexpr qsizetype kMaxCompared = 6;
   const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
   const std::vector<AppcastItem> items = readOrRefuse(bytes);
   const QString running = QStringLiteral("1.2.3");
@@ -53,7 +53,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     require(!item.version.isEmpty() && !item.shortVersion.isEmpty(), "an item has a version");
     require(item.page.scheme().startsWith("http") && !item.page.host().isEmpty(),
             "an item has a page on the web");
-    if (versions.size() < kMostCompared) versions.append(item.version);
+    if (versions.size() < kMaxCompared) versions.append(item.version);
   }
   checkOrder(versions);
   const std::optional<AppcastItem> newest = newestAfter(running, items);

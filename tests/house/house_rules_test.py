@@ -43,6 +43,10 @@ class TheTree(unittest.TestCase):
     def test_the_table_in_architecture_matches_the_rules(self):
         self.check(rules.map_complaints((ROOT / "ARCHITECTURE.md").read_text()))
 
+    def test_names_in_architecture_exist(self):
+        self.check(rules.name_complaints((ROOT / "ARCHITECTURE.md").read_text(),
+                                         "".join(p.read_text() for p in CODE)))
+
     def test_texts_are_in_both_languages(self):
         self.check(c for p in SOURCES for c in rules.text_complaints(below_src(p), p.read_text()))
 
@@ -164,6 +168,14 @@ class TheRules(unittest.TestCase):
                       re.sub(r"^\| `src/captions`.*\n", "", text, flags=re.M)):
             self.assertNotEqual(wrong, text)
             self.assertTrue(list(rules.map_complaints(wrong)))
+
+    def test_a_name_that_does_not_exist_is_found(self):
+        source = "class Line { void setText(); }; struct Clock;"
+        for page in ("`Line::text`", "`setTexts`", "`MonoMixer`", "`setTexts(line)`"):
+            self.assertEqual(len(list(rules.name_complaints(page, source))), 1, page)
+        for page in ("`Line::setText`", "`setText()`", "`Clock`", "setTexts", "`src/model`",
+                     "`scripts/test`", "`velun`", "`cmake --build`", '`L("English", "한국어")`'):
+            self.assertFalse(list(rules.name_complaints(page, source)), page)
 
     def test_a_missing_language_is_found(self):
         for text in ('L("Stop")', 'L("Stop", "")', 'L("Stop", "Stop")', 'L("중지", "중지")'):

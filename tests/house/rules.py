@@ -296,3 +296,17 @@ def fixed_wait_complaints(path, text):
     if path not in MAY_SLEEP:
         for match in re.finditer(pattern, text):
             yield f"{path}: {match[0]} waits for a time instead of a condition"
+
+
+def name_complaints(page, source):
+    """Classes and functions that a page names in code spans and that `source` does not contain."""
+    known = set(re.findall(r"\w+", source))
+    for span in re.findall(r"`([^`\n]+)`", page):
+        if not re.fullmatch(r"(?:\w+::)*\w+(?:\([^()]*\))?(?:<\w*>)?", span):
+            continue  # a path, a command or a text
+        name = span.split("(")[0].split("<")[0]
+        isName = "::" in name or re.search(r"[a-z][A-Z]|^[A-Z][a-z]", name)
+        for part in name.split("::") if isName else ():
+            if part not in known and part != "std":
+                yield f"{span} is not in the source"
+                break

@@ -7,8 +7,8 @@ namespace velun::test {
 
 /// Delivers all posted events, and those that they post in turn. No time passes.
 inline void settle() {
-  constexpr int kLongestChain = 20;
-  for (int turn = 0; turn < kLongestChain; ++turn) QCoreApplication::processEvents();
+  constexpr int kMaxTurns = 20;
+  for (int turn = 0; turn < kMaxTurns; ++turn) QCoreApplication::processEvents();
 }
 
 }  // namespace velun::test

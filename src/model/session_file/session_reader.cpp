@@ -205,7 +205,7 @@ std::optional<CaptionSession> readSessionTree(const QByteArray& bytes) {
   }
   try {
     return SessionReader<TreeValue>().read(TreeValue(document));
-  } catch (const TreeValue::OutOfTheOrdinary&) {
+  } catch (const TreeValue::UnexpectedValue&) {
     return std::nullopt;
   }
 }

@@ -14,10 +14,11 @@ namespace velun {
 // The JSON values from which `SessionReader` reads. Each class has the same operations; a value
 // is read once, with one of them.
 
-/// A value of simdjson's document tree. Throws `OutOfTheOrdinary` instead of saying what is wrong.
+/// A value of simdjson's document tree. Throws `UnexpectedValue` instead of saying what is wrong.
 class TreeValue {
  public:
-  struct OutOfTheOrdinary {};
+  /// The document is not as expected; reading it again as `TextValue` gives the reason.
+  struct UnexpectedValue {};
   struct Position {};
 
   explicit TreeValue(const simdjson::dom::element& element) : element_(element) {}
@@ -49,16 +50,16 @@ class TreeValue {
     for (const simdjson::dom::element& item : items) read(TreeValue(item));
   }
 
-  [[noreturn]] void fail(SessionProblem::Kind) const { throw OutOfTheOrdinary(); }
+  [[noreturn]] void fail(SessionProblem::Kind) const { throw UnexpectedValue(); }
   [[noreturn]] void fail(SessionProblem::Kind, Position, std::string_view) const {
-    throw OutOfTheOrdinary();
+    throw UnexpectedValue();
   }
 
  private:
   template <class T>
   T get() const {
     T result;
-    if (element_.get(result) != simdjson::SUCCESS) throw OutOfTheOrdinary();
+    if (element_.get(result) != simdjson::SUCCESS) throw UnexpectedValue();
     return result;
   }
 

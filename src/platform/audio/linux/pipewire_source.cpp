@@ -75,7 +75,7 @@ void PipeWireSource::stop() {
   phase_ = Phase::stopped;
   interruptedSince_.reset();
   for (auto* call : {&startTimeout_, &deviceTimeout_, &reconnectCall_, &sessionTimeout_,
-                     &relinkCall_, &sleepCall_}) {
+                     &relinkCall_, &suspendCall_}) {
     call->reset();
   }
   if (capture_) teardown_.end(std::move(capture_));
@@ -166,21 +166,21 @@ PipeWireSource::Report PipeWireSource::reviewStream() {
   // that were created before it is ready.
   if (!capture_->stream && wantedDevice()) makeStream();
 
-  if (isStreamFed() || !wantedDevice()) {
+  if (isStreamLinked() || !wantedDevice()) {
     relinkCall_.reset();
     relinkDelay_ = kMinRelinkDelay;
   } else if (!relinkCall_) {
     scheduleReview(&relinkCall_, relinkDelay_, &PipeWireSource::relink);
   }
-  reviewWakefulness();
-  return isStreamFed() ? endInterruption() : Report();
+  updateAwakeStream();
+  return isStreamLinked() ? endInterruption() : Report();
 }
 
-void PipeWireSource::reviewWakefulness() {
+void PipeWireSource::updateAwakeStream() {
   const double quiet = clock_.monotonicSeconds() - sounds_.lastSound();
   const auto left = wakefulness_ - std::chrono::milliseconds(std::lround(quiet * 1000));
   if (!isOutput() || !capture_->stream || left <= 0ms) {
-    sleepCall_.reset();
+    suspendCall_.reset();
     capture_->awakeStream.reset();
     return;
   }
@@ -193,11 +193,11 @@ void PipeWireSource::reviewWakefulness() {
     capture_->awakeStream =
         std::make_unique<PipeWireStream>(*capture_->loop, *capture_->connection, options, nullptr);
   }
-  if (!sleepCall_) scheduleReview(&sleepCall_, left, &PipeWireSource::letSleep);
+  if (!suspendCall_) scheduleReview(&suspendCall_, left, &PipeWireSource::allowSuspend);
 }
 
-PipeWireSource::Report PipeWireSource::letSleep() {
-  if (capture_->connection) reviewWakefulness();
+PipeWireSource::Report PipeWireSource::allowSuspend() {
+  if (capture_->connection) updateAwakeStream();
   return {};
 }
 
@@ -247,7 +247,7 @@ PipeWireSource::Report PipeWireSource::reconnect() {
 
 PipeWireSource::Report PipeWireSource::relink() {
   relinkDelay_ = std::min<std::chrono::milliseconds>(relinkDelay_ * 2, kMaxRelinkDelay);
-  if (capture_->connection && !isStreamFed()) capture_->endStreams();
+  if (capture_->connection && !isStreamLinked()) capture_->endStreams();
   return reviewConnection();
 }
 
@@ -280,7 +280,7 @@ bool PipeWireSource::isStreamStale() const {
   return isBound() && (!device || device->name != streamTarget_);
 }
 
-bool PipeWireSource::isStreamFed() const {
+bool PipeWireSource::isStreamLinked() const {
   const AudioDevice* device = wantedDevice();
   return capture_->stream && device &&
          capture_->connection->graph().isLinked(device->id, capture_->stream->nodeID());

@@ -62,11 +62,11 @@ class PipeWireSource final : public AudioSource {
   Report endInterruption();
   Report reconnect();
   Report relink();
-  Report letSleep();
-  void reviewWakefulness();
+  Report allowSuspend();
+  void updateAwakeStream();
   int makeStream();
   bool isStreamStale() const;
-  bool isStreamFed() const;
+  bool isStreamLinked() const;
   /// Null while the device does not exist.
   const AudioDevice* wantedDevice() const;
   bool isOutput() const { return target_.kind == AudioTarget::Kind::output; }
@@ -96,7 +96,7 @@ class PipeWireSource final : public AudioSource {
   std::unique_ptr<ScheduledCall> reconnectCall_;
   std::unique_ptr<ScheduledCall> sessionTimeout_;
   std::unique_ptr<ScheduledCall> relinkCall_;
-  std::unique_ptr<ScheduledCall> sleepCall_;
+  std::unique_ptr<ScheduledCall> suspendCall_;
 };
 
 }  // namespace velun

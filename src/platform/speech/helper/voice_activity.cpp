@@ -13,21 +13,21 @@ namespace {
 constexpr float kPreEmphasis = 0.95F;
 constexpr int kBlockFrames = 10;
 /// 4 s. There are gaps between words in any such time.
-constexpr std::size_t kBlocksRemembered = 40;
+constexpr std::size_t kMaxBlocks = 40;
 /// How much louder than the background a voice is, in dB.
 constexpr float kVoiceMargin = 8.0F;
 /// In dB. A lower limit, so that quiet noise after digital silence is not taken for a voice.
-constexpr float kQuietestBackground = -76.0F;
+constexpr float kMinBackground = -76.0F;
 /// The first frames may all be speech; until this many have arrived, the background is assumed to
-/// be no louder than `kLoudestUntrusted` (dB).
-constexpr int kFramesToTrust = 200;
-constexpr float kLoudestUntrusted = -45.0F;
+/// be no louder than `kMaxEarlyBackground` (dB).
+constexpr int kEarlyFrames = 200;
+constexpr float kMaxEarlyBackground = -45.0F;
 
 /// The pitch is measured at a quarter of the rate, where a period of 400 Hz has 10 samples.
 constexpr std::size_t kDecimation = 4;
-constexpr std::size_t kShortestPeriod = 10;
+constexpr std::size_t kMinPeriod = 10;
 /// The minimum correlation with the sound one period earlier; 1 means equal.
-constexpr float kPitched = 0.55F;
+constexpr float kMinCorrelation = 0.55F;
 
 float decibels(double power) {
   return static_cast<float>(10.0 * std::log10(power + 1e-12));
@@ -53,12 +53,12 @@ bool VoiceActivity::isVoice(std::span<const float> frame) {
 
 void VoiceActivity::updateBackground() {
   blocks_.push_back(decibels(blockPower_ / kBlockFrames));
-  if (blocks_.size() > kBlocksRemembered) blocks_.pop_front();
+  if (blocks_.size() > kMaxBlocks) blocks_.pop_front();
   blockPower_ = 0;
   blockFrames_ = 0;
   const float quietest = *std::min_element(blocks_.begin(), blocks_.end());
-  const float loudest = framesHeard_ < kFramesToTrust ? kLoudestUntrusted : 0.0F;
-  background_ = std::clamp(quietest, kQuietestBackground, loudest);
+  const float loudest = framesHeard_ < kEarlyFrames ? kMaxEarlyBackground : 0.0F;
+  background_ = std::clamp(quietest, kMinBackground, loudest);
 }
 
 void VoiceActivity::updatePitch(std::span<const float> frame) {
@@ -77,12 +77,12 @@ void VoiceActivity::updatePitch(std::span<const float> frame) {
   };
   const float energy = product(window, window);
   float best = 0;
-  for (std::size_t period = kShortestPeriod; period <= kMaxPeriod; ++period) {
+  for (std::size_t period = kMinPeriod; period <= kMaxPeriod; ++period) {
     const auto earlier = std::span(slow_).subspan(kMaxPeriod - period, kPitchWindow);
     const float likeness = product(window, earlier) / std::sqrt(energy * product(earlier, earlier));
     best = std::max(best, likeness);
   }
-  isPitched_ = best > kPitched;
+  isPitched_ = best > kMinCorrelation;
 }
 
 }  // namespace velun
