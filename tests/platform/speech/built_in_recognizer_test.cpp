@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <atomic>
 #include <cmath>
+#include <QProcess>
+#include <QTemporaryDir>
 #include <thread>
 
 using namespace velun;
@@ -169,6 +171,21 @@ class BuiltInRecognizerTest final : public test::Suite {
     collect();
     QVERIFY2(finals_.isEmpty(), qPrintable(finals_.join("|")));
     QVERIFY(drafts_.isEmpty());
+  }
+
+  void pluckedStringIsNoWord() {
+    const QTemporaryDir dir;
+    const QString path = dir.filePath("plucked.wav");
+    QCOMPARE(
+        QProcess::execute("sox", {"-n", "-R", "-r", "16000", "-c", "1", "-b", "16", path, "synth",
+                                  "1", "pluck", "220", "repeat", "14", "gain", "-12"}),
+        0);
+    accept(silence(5));
+    accept(test::clipSamples(path));
+    accept(silence(1));
+    recognizer_->finalize();
+    collect();
+    QVERIFY2(finals_.isEmpty(), qPrintable(finals_.join("|")));
   }
 
   void speechWithoutPausesIsCutAndKept() {

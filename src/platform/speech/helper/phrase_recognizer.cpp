@@ -19,8 +19,13 @@ constexpr double kSampleRate = 16000;
 /// One guess per 0.1 s.
 constexpr std::size_t kSamplesPerGuess = 1600;
 
-/// The minimum mean confidence of a phrase.
+/// The minimum mean confidence of a phrase. Noises have 0.16 to 0.34, speech has 0.56 to 1.
 constexpr double kMinConfidence = 0.45;
+/// A longer phrase may be unsure at the first hearing and clear at the second. A sound of one or
+/// two words may not: a plucked string became sure words, because the recognizer adapted to it.
+constexpr std::size_t kMinUnsureWords = 4;
+/// The same of fewer words.
+constexpr double kMinConfidenceOfFew = 0.6;
 
 /// Speech has at least one word in two seconds. A longer sound with fewer words is noise or music.
 constexpr double kLongSound = 3.0;
@@ -36,6 +41,10 @@ const std::vector<float> kPause(4800, 0.0F);
 bool isNoise(const HeardWords& words, double voicedSeconds) {
   return voicedSeconds > kLongSound &&
          static_cast<double>(words.size()) < kMinWordsPerSecond * voicedSeconds;
+}
+
+bool isUnsure(const HeardWords& words) {
+  return words.size() < kMinUnsureWords && meanConfidence(words) < kMinConfidenceOfFew;
 }
 
 float usable(float sample) {
@@ -85,7 +94,7 @@ void PhraseRecognizer::decodeWaiting() {
 
 void PhraseRecognizer::updateDraft() {
   const HeardWords words = stable_.update(decoder_.words());
-  if (!phrases_.isLikelySpeech()) return;
+  if (!phrases_.isLikelySpeech() || isUnsure(words)) return;
   TranscriptionResult draft = written(words, false);
   if (draft.text == draft_) return;
   draft_ = draft.text;
@@ -114,7 +123,8 @@ HeardWords PhraseRecognizer::finalWords(std::span<const float> phrase) {
   const std::vector<float> audio = amplified(phrase, gain);
   decoder_.accept(kPause);
   HeardWords first = decoder_.endAndKeepVoice();
-  if (meanConfidence(first) < kMinConfidence && gain > kMuchLouder * draftGain_) {
+  const bool isDoubtful = isUnsure(first) || meanConfidence(first) < kMinConfidence;
+  if (isDoubtful && gain > kMuchLouder * draftGain_) {
     decoder_.end();
     decoder_.accept(audio);
     first = decoder_.endAndKeepVoice();
@@ -124,10 +134,9 @@ HeardWords PhraseRecognizer::finalWords(std::span<const float> phrase) {
   const double end = static_cast<double>(phrase.size()) / kSampleRate;
   std::erase_if(first,
                 [end](const RecognizedWord& word) { return word.start + word.end > 2 * end; });
-  if (first.empty()) return {};
+  if (isUnsure(first)) return {};
   decoder_.accept(audio);
   const HeardWords second = decoder_.end();
-  // Noises have a mean confidence of 0.16 to 0.34, speech of 0.56 to 1.
   if (meanConfidence(second) < kMinConfidence) return {};
   return combinedHearings(first, second);
 }
