@@ -52,19 +52,18 @@ def f1(truth, guess):
     return 2 * (truth & guess).sum() / max(truth.sum() + guess.sum(), 1)
 
 
-def agreed(cases, marks, real):
-    """A word after a sentence end begins with a capital."""
+def agreed(cases, marks, real, begins):
+    """A word after a sentence end begins with a capital. Where a phrase `begins`, the word before is
+    not known here."""
     cases = cases.copy()
     at = numpy.flatnonzero(real)
-    after = at[1:][marks[at[:-1]] >= 2]
+    after = at[1:][(marks[at[:-1]] >= 2) & ~begins[at[1:]]]
     cases[after] = numpy.where(cases[after] == 0, 2, cases[after])
     return cases
 
 
-def report(name, cases, marks, trueCases, trueMarks, isText=True):
+def report(name, cases, marks, trueCases, trueMarks):
     real = trueMarks != IGNORED
-    if isText:
-        cases = agreed(cases, marks, real)
     cases, marks, trueCases, trueMarks = (x[real] for x in (cases, marks, trueCases, trueMarks))
     print(f"{name:28s} {len(marks):7d} words  end {f1(trueMarks >= 2, marks >= 2):.3f}  "
           f"stop {f1(trueMarks == 2, marks == 2):.3f}  question {f1(trueMarks == 3, marks == 3):.3f}"
@@ -108,11 +107,13 @@ def main():
     picked = [phrases[i] for i in numpy.sort(random.permutation(len(phrases))[:arguments.phrases])]
     where = numpy.concatenate([numpy.arange(a, b) for a, b, _, _ in picked])
     lasts = numpy.cumsum([b - a for a, b, _, _ in picked]) - 1 - told
+    begins = numpy.zeros(len(where), bool)
+    begins[numpy.cumsum([0] + [b - a for a, b, _, _ in picked])[:-1]] = True
     for right in (0, 2, 4):
         c, m = predicted(model, data, words, picked, right)
+        c = agreed(c, m, marks[where] != IGNORED, begins)
         report(f"phrases, {right} words after", c, m, cases[where], marks[where])
-        report("   its last word", c[lasts], m[lasts], cases[where][lasts], marks[where][lasts],
-               False)
+        report("   its last word", c[lasts], m[lasts], cases[where][lasts], marks[where][lasts])
     for number, name in enumerate(data.names):
         of = sources[where] == number
         report(f"   {name}", c[of], m[of], cases[where][of], marks[where][of])
@@ -123,7 +124,7 @@ def main():
     where = numpy.array([a for a, _, _, _ in spots])
     for right in (0, 1, 2, 4):
         c, m = predicted(model, data, words, spots, right)
-        report(f"each word, {right} words after", c, m, cases[where], marks[where], False)
+        report(f"each word, {right} words after", c, m, cases[where], marks[where])
 
 
 if __name__ == "__main__":
