@@ -12,6 +12,7 @@
 #include "platform/foundation/file_preferences.h"
 #include "platform/foundation/system_clock.h"
 #include "platform/models/store/download_store.h"
+#include "platform/speech/built_in/built_in_punctuation.h"
 #include "platform/speech/built_in/built_in_recognizer_provider.h"
 #include "platform/speech/local_speech_platform.h"
 #include "platform/speech/neural/neural_recognizer_provider.h"
@@ -58,10 +59,11 @@ LocalSpeechPlatform::Providers recognizers(ModelStore& models,
                                            const std::shared_ptr<const CaptionStyle>& style) {
   const auto neural = std::make_shared<NeuralRecognizerProvider>(
       ModelCatalogue::builtIn(), models, NeuralRecognizerProvider::installedProgram(), style);
-  // The built-in recognizer uses the punctuation model of the neural ones.
-  return {neural,
-          std::make_shared<BuiltInRecognizerProvider>(
-              BuiltInFiles::installed(QCoreApplication::applicationDirPath()), neural, style)};
+  const QString programs = QCoreApplication::applicationDirPath();
+  const BuiltInFiles files = BuiltInFiles::installed(programs);
+  const auto punctuation = std::make_shared<BuiltInPunctuation>(
+      files.program, BuiltInPunctuation::installedFolder(programs));
+  return {neural, std::make_shared<BuiltInRecognizerProvider>(files, punctuation, style)};
 }
 
 std::int64_t physicalMemoryBytes() {

@@ -22,12 +22,9 @@ class PunctuationRestorer {
   /// Whether texts are restored: false after a failure.
   virtual bool isReady() const = 0;
 
-  /// Whether "|" and "+" in a text tell that the speaker pauses for a short or a long time; the
-  /// restored text contains them too.
-  virtual bool knowsPauses() const = 0;
-
-  /// The same words with case and punctuation, or the unchanged text on failure. Takes a few
-  /// milliseconds; never throws.
+  /// The same words with case and punctuation; "|" and "+" tell that the speaker pauses for a short
+  /// or a long time, and stay in the text. The unchanged text on failure.
+  /// Takes a few milliseconds; never throws.
   virtual QString restored(const QString& text) = 0;
 
   /// Makes a running operation return soon. Only destruction follows. Any thread.

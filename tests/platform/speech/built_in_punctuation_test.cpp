@@ -67,7 +67,6 @@ class BuiltInPunctuationTest final : public test::Suite {
   void pausesDecide() {
     const BuiltInPunctuation provider(helperProgram(), kFolder);
     const auto restorer = provider.punctuationFactory("en_US")();
-    QVERIFY(restorer->knowsPauses());
     const QString ended = restorer->restored("we should try again + later we can talk about it +");
     const QString wentOn = restorer->restored("we should try again later + we can talk about it +");
     QVERIFY2(ended.contains("again."), qPrintable(ended));
@@ -84,6 +83,30 @@ class BuiltInPunctuationTest final : public test::Suite {
     const QTemporaryDir folder;
     QVERIFY(!BuiltInPunctuation(helperProgram(), folder.path()).punctuationFactory("en_US"));
     QVERIFY(!BuiltInPunctuation(folder.filePath("none"), kFolder).punctuationFactory("en_US"));
+  }
+
+  void damagedFilesLeaveTheWords_data() {
+    QTest::addColumn<QString>("name");
+    QTest::newRow("network") << "punctuation.onnx";
+    QTest::newRow("vocabulary") << "punctuation.vocab";
+  }
+  void damagedFilesLeaveTheWords() {
+    QFETCH(QString, name);
+    const QTemporaryDir folder;
+    for (const char* each : {"punctuation.onnx", "punctuation.vocab", "SHA256SUMS"}) {
+      QVERIFY(QFile::copy(kFolder + u'/' + each, folder.filePath(each)));
+    }
+    QFile file(folder.filePath(name));
+    QVERIFY(file.setPermissions(QFile::ReadOwner | QFile::WriteOwner));
+    QVERIFY(file.open(QIODevice::ReadWrite) && file.seek(file.size() / 2));
+    const char byte = file.read(1).at(0);
+    QVERIFY(file.seek(file.size() / 2) && file.putChar(static_cast<char>(byte ^ 0x10)));
+    file.close();
+    const BuiltInPunctuation provider(helperProgram(), folder.path());
+    SentenceWriter writer(provider.punctuationFactory("en_US")());
+    writer.load();
+    QCOMPARE(writer.write(heard("we met | then i left")).front().text,
+             QString("We met then I left"));
   }
 };
 

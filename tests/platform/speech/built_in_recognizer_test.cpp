@@ -28,7 +28,6 @@ class ScriptedPunctuation final : public PunctuationRestorer {
 
   explicit ScriptedPunctuation(Script& script) : script_(script) {}
   bool isReady() const override { return true; }
-  bool knowsPauses() const override { return false; }
   void load() override { script_.isLoaded = true; }
   QString restored(const QString& text) override {
     script_.isWaiting = true;
@@ -234,6 +233,13 @@ class BuiltInRecognizerTest final : public test::Suite {
       QVERIFY2(result.text.endsWith("!") == result.isFinal, qPrintable(result.text));
     }
     QVERIFY(punctuation->script.isLoaded);
+    QVERIFY(!recognizer->notice());
+  }
+
+  void missingPunctuationIsNoticed() {
+    QCOMPARE(recognizer_->notice().value_or(QString()),
+             QString("Captions have no punctuation, because a file of Velun is missing or damaged. "
+                     "Install Velun again."));
   }
 
   void cancelInterruptsPunctuation() {

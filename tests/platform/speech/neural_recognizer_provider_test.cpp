@@ -81,13 +81,10 @@ class NeuralRecognizerProviderTest final : public test::Suite {
 
   void punctuationIsUsedOnceInstalled() {
     QVERIFY(!provider_.settings("en_US").hasPunctuation());
-    QVERIFY(!provider_.punctuationFactory("en_US"));
     const Model& marks = modelOf("en", ModelKind::punctuation);
     store_.present += marks.id;
     QVERIFY(provider_.settings("en_US").punctuationModel.startsWith(store_.folder(marks) + u'/'));
     QVERIFY(!provider_.settings("de_DE").hasPunctuation());
-    QVERIFY(provider_.punctuationFactory("en_US"));
-    QVERIFY(!provider_.punctuationFactory("de_DE"));
   }
 
   void downloadIsFollowedByPunctuation() {

@@ -22,7 +22,6 @@ class ScriptedPunctuation final : public PunctuationRestorer {
   explicit ScriptedPunctuation(Script& script) : script_(script) {}
   void load() override {}
   bool isReady() const override { return script_.isReady; }
-  bool knowsPauses() const override { return true; }
   QString restored(const QString& text) override {
     script_.texts.append(text);
     return script_.replies.value(text, text);

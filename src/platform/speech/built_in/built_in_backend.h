@@ -18,6 +18,7 @@ class BuiltInBackend final : public RecognizerBackend {
                  std::shared_ptr<const CaptionStyle> style = std::make_shared<CaptionStyle>());
 
   void load() override;
+  std::optional<QString> notice() const override;
   void acceptAudio(std::span<const float> samples) override;
   std::vector<TranscriptionResult> poll() override;
   bool expectsResults() const override;

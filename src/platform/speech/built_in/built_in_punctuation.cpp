@@ -5,6 +5,7 @@
 #include "platform/speech/neural/punctuation_helper.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 namespace velun {
@@ -21,12 +22,13 @@ PunctuationRestorer::Factory BuiltInPunctuation::punctuationFactory(const QStrin
   settings.language = QStringLiteral("en");
   settings.punctuationModel = folder_ + "/punctuation.onnx";
   settings.punctuationVocabulary = folder_ + "/punctuation.vocab";
-  const bool isInstalled = QFileInfo(program_).isExecutable() &&
-                           QFileInfo(settings.punctuationModel).isFile() &&
-                           QFileInfo(settings.punctuationVocabulary).isFile();
+  QFile sums(folder_ + "/SHA256SUMS");
+  if (sums.open(QIODevice::ReadOnly)) settings.punctuationSums = QString::fromUtf8(sums.readAll());
+  const bool isInstalled =
+      QFileInfo(program_).isExecutable() && !settings.punctuationSums.isEmpty();
   if (locale != QLatin1String("en_US") || !isInstalled) return {};
   return [program = program_, settings]() -> std::unique_ptr<PunctuationRestorer> {
-    return std::make_unique<PunctuationHelper>(program, settings, true);
+    return std::make_unique<PunctuationHelper>(program, settings);
   };
 }
 

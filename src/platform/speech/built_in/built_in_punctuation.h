@@ -9,13 +9,15 @@ namespace velun {
 /// the program and knows the speaker's pauses. It runs in a helper program.
 class BuiltInPunctuation final : public PunctuationProvider {
  public:
-  /// `program` is the helper program; `folder` contains the model and its vocabulary.
+  /// `program` is the helper program; `folder` contains the model, its vocabulary and
+  /// their SHA-256 in "SHA256SUMS".
   BuiltInPunctuation(QString program, QString folder);
 
   /// The folder that is installed beside the programs in `programFolder`.
   static QString installedFolder(const QString& programFolder);
 
-  /// A null function for other locales, or if a file is missing.
+  /// A null function for other locales, or if nothing is installed. Damage shows when the model is
+  /// loaded.
   PunctuationRestorer::Factory punctuationFactory(const QString& locale) const override;
 
  private:

@@ -129,7 +129,7 @@ CaptionWords SentenceWriter::punctuated(const CaptionWords& words, bool isFinal)
   if (!isPunctuating()) return withoutMarks(words);
   CaptionWords all = context_;
   all.insert(all.end(), words.begin(), words.end());
-  const QString text = textForPunctuation(all, punctuation_->knowsPauses());
+  const QString text = textForPunctuation(all);
   const bool isTaken = takePunctuation(all, punctuation_->restored(text));
   if (!isTaken || !isPunctuating()) return withoutMarks(words);
   // What was shown as final stays as it is.

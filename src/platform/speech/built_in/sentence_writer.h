@@ -25,6 +25,9 @@ class SentenceWriter {
   /// Loads the punctuation model. Never throws.
   void load();
 
+  /// Whether results have case and punctuation: false without a model and after it failed.
+  bool isPunctuating() const;
+
   /// Writes one result; there may be no final result yet, or a draft after it. Results without
   /// words stay as they are.
   std::vector<TranscriptionResult> write(const TranscriptionResult& result);
@@ -42,7 +45,6 @@ class SentenceWriter {
  private:
   using HeardWords = std::vector<RecognizedWord>;
 
-  bool isPunctuating() const;
   CaptionWords punctuated(const CaptionWords& words, bool isFinal);
   TranscriptionResult draft();
   TranscriptionResult final(const CaptionWords& words, std::size_t count);

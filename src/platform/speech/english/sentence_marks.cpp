@@ -56,11 +56,11 @@ CaptionWords wordsOfReply(const QString& punctuated) {
 
 }  // namespace
 
-QString textForPunctuation(const CaptionWords& words, bool knowsPauses) {
+QString textForPunctuation(const CaptionWords& words) {
   QStringList texts;
   for (std::size_t i = 0; i < words.size(); ++i) {
     texts.append(words[i].text.toLower());
-    if (!knowsPauses || !hasPause(words, i, kShortPause)) continue;
+    if (!hasPause(words, i, kShortPause)) continue;
     texts.append(hasPause(words, i, kLongPause) ? kLongPauseSign : kShortPauseSign);
   }
   return texts.join(u' ');

@@ -13,9 +13,9 @@ namespace velun {
 constexpr double kShortPause = 0.2;
 constexpr double kLongPause = 0.5;
 
-/// The words as the punctuation model reads them: in lower case and without marks. If the model
-/// `knowsPauses`, "|" stands for a short pause and "+" for a long one.
-QString textForPunctuation(const CaptionWords& words, bool knowsPauses);
+/// The words as the punctuation model reads them: in lower case and without marks, with "|" for a
+/// short pause and "+" for a long one.
+QString textForPunctuation(const CaptionWords& words);
 
 /// Takes case and marks from `punctuated`, the reply of the punctuation model to the text of
 /// `words`. Returns false, and changes nothing, if its words are not the same.

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/helper/punctuator.h"
 
+#include "platform/speech/helper/file_sums.h"
 #include "platform/speech/helper/model_preflight.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <stdexcept>
 
 namespace velun {
@@ -23,6 +25,9 @@ QString lettersOf(const QString& text) {
 
 Punctuator::Punctuator(const sherpa::Library& library, const RecognizerSettings& settings)
     : library_(library), model_(nullptr, library.destroyPunctuation) {
+  if (!settings.punctuationSums.isEmpty()) {
+    checkFiles(QFileInfo(settings.punctuationModel).path(), settings.punctuationSums.toUtf8());
+  }
   checkPunctuationModel(settings);
   const QByteArray model = QFile::encodeName(settings.punctuationModel);
   const QByteArray vocabulary = QFile::encodeName(settings.punctuationVocabulary);

@@ -30,6 +30,7 @@ void visit(Settings& settings, const Visitor& each) {
   each("threads", settings.threads);
   each("punctuationModel", settings.punctuationModel);
   each("punctuationVocabulary", settings.punctuationVocabulary);
+  each("punctuationSums", settings.punctuationSums);
 }
 
 void take(const QJsonValue& value, QString& member) {

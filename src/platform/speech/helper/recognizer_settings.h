@@ -32,6 +32,7 @@ struct RecognizerSettings {
   // Paths of the punctuation model; empty for none.
   QString punctuationModel;
   QString punctuationVocabulary;
+  QString punctuationSums;  ///< SHA-256 of both files as in `voskModelSums`; empty: not checked
 
   bool usesVosk() const { return !voskModel.isEmpty(); }
   bool hasRecognizer() const { return !tokens.isEmpty(); }

@@ -5,7 +5,6 @@
 #include "platform/speech/helper/sherpa_library.h"
 #include "platform/speech/neural/english_backend.h"
 #include "platform/speech/neural/neural_backend.h"
-#include "platform/speech/neural/punctuation_helper.h"
 
 #include <algorithm>
 #include <QCoreApplication>
@@ -157,15 +156,6 @@ RecognizerProvider::Factory NeuralRecognizerProvider::factory(const QString& loc
     auto recognizer = std::make_unique<NeuralBackend>(program, settings);
     if (settings.language != QLatin1String("en")) return recognizer;
     return std::make_unique<EnglishBackend>(std::move(recognizer), style);
-  };
-}
-
-PunctuationRestorer::Factory NeuralRecognizerProvider::punctuationFactory(
-    const QString& locale) const {
-  const std::optional<RecognizerSettings> settings = punctuation(locale);
-  if (!settings) return {};
-  return [program = program_, settings = *settings]() -> std::unique_ptr<PunctuationRestorer> {
-    return std::make_unique<PunctuationHelper>(program, settings);
   };
 }
 

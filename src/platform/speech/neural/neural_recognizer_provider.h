@@ -4,7 +4,6 @@
 #include "platform/models/model_catalogue.h"
 #include "platform/models/model_store.h"
 #include "platform/speech/caption_style.h"
-#include "platform/speech/punctuation_restorer.h"
 #include "platform/speech/recognizer_provider.h"
 
 #include <memory>
@@ -16,7 +15,7 @@ struct RecognizerSettings;
 
 /// The neural recognizers of the model catalogue: one model per locale, downloaded on demand, run
 /// in the helper program.
-class NeuralRecognizerProvider final : public RecognizerProvider, public PunctuationProvider {
+class NeuralRecognizerProvider final : public RecognizerProvider {
  public:
   /// `store` must outlive the provider. `program` is the helper's path. `style` is read by the
   /// recognizers of English.
@@ -37,13 +36,11 @@ class NeuralRecognizerProvider final : public RecognizerProvider, public Punctua
   /// The helper's configuration for an installed locale.
   RecognizerSettings settings(const QString& locale) const;
 
-  PunctuationRestorer::Factory punctuationFactory(const QString& locale) const override;
-
  private:
   /// The first model of the catalogue for the locale; null when there is none.
   const Model* modelFor(const QString& locale) const;
   const Model* punctuationFor(const QString& locale) const;
-  /// The configuration of a helper that only restores punctuation; nullopt without a model.
+  /// Settings with the installed punctuation model alone; nullopt without one.
   std::optional<RecognizerSettings> punctuation(const QString& locale) const;
 
   ModelCatalogue catalogue_;

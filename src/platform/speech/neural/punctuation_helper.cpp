@@ -7,8 +7,8 @@ namespace velun {
 
 using Kind = RecognizerMessage::Kind;
 
-PunctuationHelper::PunctuationHelper(QString program, RecognizerSettings settings, bool knowsPauses)
-    : helper_(std::move(program), std::move(settings)), knowsPauses_(knowsPauses) {}
+PunctuationHelper::PunctuationHelper(QString program, RecognizerSettings settings)
+    : helper_(std::move(program), std::move(settings)) {}
 
 PunctuationHelper::~PunctuationHelper() = default;
 

@@ -9,14 +9,12 @@ namespace velun {
 /// Restores punctuation in the helper program. After a failure of the helper, texts stay unchanged.
 class PunctuationHelper final : public PunctuationRestorer {
  public:
-  /// `knowsPauses`: the model was trained with "|" and "+" for pauses.
-  PunctuationHelper(QString program, RecognizerSettings settings, bool knowsPauses = false);
+  PunctuationHelper(QString program, RecognizerSettings settings);
   ~PunctuationHelper() override;
 
   void load() override;
   QString restored(const QString& text) override;
   bool isReady() const override { return !hasFailed_; }
-  bool knowsPauses() const override { return knowsPauses_; }
   void cancel() override { helper_.cancel(); }
 
  private:
@@ -24,7 +22,6 @@ class PunctuationHelper final : public PunctuationRestorer {
   void giveUp(const HelperEnded& end);
 
   ConfiguredHelper helper_;
-  const bool knowsPauses_;
   bool hasFailed_ = false;
 };
 
