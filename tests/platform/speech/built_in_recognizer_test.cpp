@@ -32,7 +32,7 @@ class ScriptedPunctuation final : public PunctuationRestorer {
   QString restored(const QString& text) override {
     script_.isWaiting = true;
     if (script_.isSlow) cancelled_.wait(false);
-    return QString(text).replace(" ", ", ") + "!";
+    return QString(text).remove(" |").remove(" +").replace(" ", ", ") + "!";
   }
   void cancel() override {
     cancelled_ = true;
