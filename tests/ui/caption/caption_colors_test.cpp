@@ -134,7 +134,7 @@ class CaptionColorsTest final : public test::Suite {
 
   void submenusHaveTheShapeOfTheirMenus() {
     PanelStage stage;
-    stage.view->setRoundedMenus(false);
+    stage.view->setCapabilities({});
     CaptionMenu& menu = stage.view->header().translationMenu();
     Q_EMIT menu.aboutToShow();
     auto* languages = menu.findChild<CaptionMenu*>();
