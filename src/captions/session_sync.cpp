@@ -20,18 +20,17 @@ std::optional<FileError> sync(SyncedCopy& copy) {
   }
 }
 
-/// The copy stays if the file cannot be synced: it may be needed after a power loss.
-void syncAndRemove(SyncedCopy& copy) {
-  if (!sync(copy)) copy.remove();
-}
-
 }  // namespace
 
 SessionSync::SessionSync(const Clock& clock, QObject* parent) : QObject(parent), clock_(clock) {}
 
 SessionSync::~SessionSync() {
   job_.cancel();
-  syncAndRemove(*copy_);
+  // Also completes the jobs of earlier sessions that have not begun.
+  for (const std::weak_ptr<SyncedCopy>& each : replaced_) {
+    if (const auto copy = each.lock()) copy->finish();
+  }
+  copy_->finish();
 }
 
 void SessionSync::fileWritten(bool now) {
@@ -80,6 +79,8 @@ template <class Work>
 void SessionSync::replaceCopy(Work work) {
   if (!copy_->isActive()) return;
   const auto copy = std::exchange(copy_, std::make_shared<SyncedCopy>());
+  std::erase_if(replaced_, [](const auto& each) { return each.expired(); });
+  replaced_.push_back(copy);
   lastSync_.reset();
   isUnsynced_ = false;
   isNeededAgain_ = false;
@@ -93,7 +94,7 @@ void SessionSync::replaceCopy(Work work) {
 }
 
 void SessionSync::endSession() {
-  replaceCopy(syncAndRemove);
+  replaceCopy([](SyncedCopy& copy) { copy.finish(); });
 }
 
 void SessionSync::fileDeleted() {

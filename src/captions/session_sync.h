@@ -24,7 +24,7 @@ class SessionSync final : public QObject {
  public:
   /// `clock` must outlive it.
   explicit SessionSync(const Clock& clock, QObject* parent = nullptr);
-  /// Waits until the file is on the disk.
+  /// Waits until the file, and those of earlier sessions, are on the disk.
   ~SessionSync() override;
 
   /// The copy that protects the session's file, to be passed to `SessionStore::save`.
@@ -57,6 +57,8 @@ class SessionSync final : public QObject {
 
   const Clock& clock_;
   std::shared_ptr<SyncedCopy> copy_ = std::make_shared<SyncedCopy>();
+  /// The copies of earlier sessions, which their jobs own.
+  std::vector<std::weak_ptr<SyncedCopy>> replaced_;
   /// When the last successful sync began, on the monotonic clock; nullopt before the first one.
   std::optional<double> lastSync_;
   /// There were writes since the last sync began.

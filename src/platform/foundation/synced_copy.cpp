@@ -75,7 +75,27 @@ void SyncedCopy::refuse(int code) const {
 
 void SyncedCopy::update() {
   const std::lock_guard guard(mutex_);
-  if (isRemoved_ || file_.isEmpty()) return;
+  if (!isFinished_ && isActive()) sync();
+}
+
+void SyncedCopy::finish() {
+  const std::lock_guard guard(mutex_);
+  if (std::exchange(isFinished_, true) || !isActive()) return;
+  try {
+    sync();
+    ::unlink(hiddenName(file_, kCopySuffix).constData());
+  } catch (const FileError&) {
+    // The copy may be needed after a power loss.
+  }
+}
+
+void SyncedCopy::remove() {
+  const std::lock_guard guard(mutex_);
+  if (std::exchange(isFinished_, true) || !isActive()) return;
+  ::unlink(hiddenName(file_, kCopySuffix).constData());
+}
+
+void SyncedCopy::sync() {
   const QByteArray syncing = hiddenName(file_, kSyncingSuffix);
   if (linkAgain(file_, syncing)) {
     syncLinked(syncing);
@@ -112,13 +132,6 @@ void SyncedCopy::syncOnly() {
   const FileDescriptor file(::open(file_.constData(), O_RDONLY | O_CLOEXEC));
   if (!file.isOpen() || ::fdatasync(file.number()) != 0) refuse(errno);
   ::unlink(hiddenName(file_, kCopySuffix).constData());
-}
-
-void SyncedCopy::remove() {
-  const std::lock_guard guard(mutex_);
-  if (!std::exchange(isRemoved_, true) && !file_.isEmpty()) {
-    ::unlink(hiddenName(file_, kCopySuffix).constData());
-  }
 }
 
 std::vector<FoundCopy> findSyncedCopies(const QString& folder) {

@@ -32,10 +32,15 @@ class SyncedCopy final {
   /// does not exist. Throws `FileError`; the copy is unchanged then. Any thread.
   void update();
 
-  /// Ends the protection: removes the copy. Further calls of `update` do nothing. Any thread.
+  /// Ends the protection: brings the file onto the disk and removes the copy, which stays if that
+  /// fails. Further calls do nothing. Any thread.
+  void finish();
+
+  /// Ends the protection of a file that was deleted: removes the copy. Any thread.
   void remove();
 
  private:
+  void sync();
   void syncLinked(const QByteArray& name);
   void syncOnly();
   [[noreturn]] void refuse(int code) const;
@@ -44,7 +49,7 @@ class SyncedCopy final {
   QByteArray file_;
   /// The copy is locked while this program protects the file.
   FileDescriptor lock_;
-  bool isRemoved_ = false;
+  bool isFinished_ = false;
 };
 
 /// Paths of the copy that protects a file: those of the file and of the copy.
