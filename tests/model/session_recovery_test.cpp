@@ -8,6 +8,8 @@
 #include "support/suite.h"
 #include "support/test_folder.h"
 
+#include <sys/stat.h>
+
 using namespace velun;
 
 namespace {
@@ -102,6 +104,17 @@ class SessionRecoveryTest final : public test::Suite {
     folder.write(kName, "");
     recoverSessions(folder.path());
     QCOMPARE(folder.names(), QStringList{kName});
+  }
+
+  void pipesDoNotStopTheRecovery() {
+    const test::TestFolder folder;
+    const QStringList pipes{kSyncing, kCopy, "." + kName + ".velun-part"};
+    for (const QString& name : pipes) {
+      QCOMPARE(::mkfifo(QFile::encodeName(folder.path(name)).constData(), S_IRWXU), 0);
+    }
+    folder.write(kName, older());
+    recoverSessions(folder.path());
+    QCOMPARE(folder.contents(kName), older());
   }
 
   void listingRecovers() {

@@ -126,7 +126,9 @@ void removeAbandonedWrites(const QString& folder) {
                                                    QDir::Files | QDir::Hidden | QDir::System);
   for (const QString& entry : found) {
     const QByteArray name = QFile::encodeName(folder + QLatin1Char('/') + entry);
-    const FileDescriptor part(::open(name.constData(), O_WRONLY | O_CLOEXEC | O_NOFOLLOW));
+    // Without O_NONBLOCK, opening a pipe without a reader would block.
+    const FileDescriptor part(
+        ::open(name.constData(), O_WRONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
     if (!part.isOpen() || ::flock(part.number(), LOCK_EX | LOCK_NB) != 0) continue;
     if (isStillNamed(part, name)) ::unlink(name.constData());
   }

@@ -28,8 +28,12 @@ QByteArray hiddenName(const QByteArray& file, const char* suffix) {
   return file.left(slash + 1) + '.' + file.mid(slash + 1) + suffix;
 }
 
+/// For writing if possible: over NFS only such a descriptor can lock the file.
 FileDescriptor openFile(const QByteArray& name) {
-  return FileDescriptor(::open(name.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+  constexpr int kFlags = O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+  FileDescriptor file(::open(name.constData(), O_RDWR | kFlags));
+  if (file.isOpen()) return file;
+  return FileDescriptor(::open(name.constData(), O_RDONLY | kFlags));
 }
 
 /// Locks a file unless another program has locked it.
@@ -43,7 +47,8 @@ bool isLockedElsewhere(const QByteArray& name) {
 }
 
 bool isWithoutLinks(int code) {
-  return code == EPERM || code == EOPNOTSUPP || code == ENOSYS || code == EMLINK || code == EACCES;
+  return code == EPERM || code == EOPNOTSUPP || code == ENOSYS || code == EMLINK ||
+         code == EACCES || code == EXDEV;
 }
 
 /// Gives the file a second name, over what an interrupted sync left there.
@@ -115,7 +120,13 @@ void SyncedCopy::sync() {
 
 void SyncedCopy::syncLinked(const QByteArray& name) {
   FileDescriptor version = openFile(name);
-  if (version.isOpen()) lock(version);
+  if (!version.isOpen() && errno == ELOOP) {
+    // The user has put a symbolic link to another folder in place of the file.
+    ::unlink(name.constData());
+    return syncOnly();
+  }
+  // Not if it is the synced version already, which `lock_` holds.
+  const bool isLocked = version.isOpen() && lock(version);
   const QByteArray copy = hiddenName(file_, kCopySuffix);
   if (!version.isOpen() || ::fdatasync(version.number()) != 0 ||
       std::rename(name.constData(), copy.constData()) != 0) {
@@ -125,7 +136,7 @@ void SyncedCopy::syncLinked(const QByteArray& name) {
   }
   // Renaming does nothing if both names lead to the same version already.
   ::unlink(name.constData());
-  lock_ = std::move(version);
+  if (isLocked) lock_ = std::move(version);
 }
 
 void SyncedCopy::syncOnly() {
