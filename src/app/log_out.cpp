@@ -31,6 +31,7 @@ void LogOut::prepareUnasked() {
 
 bool LogOut::agree() {
   isImposed_ = false;
+  agreed_.reset();
   resumption_.reset();
   QEventLoop waiting;
   bool answer = false;

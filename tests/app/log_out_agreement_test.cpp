@@ -109,6 +109,7 @@ class LogOutAgreementTest final : public Suite {
     QVERIFY(!stage.delegate->logOut().agree());
     settle();
     QVERIFY(stage.model->isRunning());
+    QVERIFY(!stage.delegate->logOut().isAgreed());
   }
 
   void theAgreedEndEndsTheProgramWithoutAnotherQuestion_data() {
