@@ -2,6 +2,7 @@
 #include "model/session_recovery.h"
 
 #include "model/session_file/session_file.h"
+#include "model/session_file/session_problem.h"
 #include "platform/foundation/atomic_file.h"
 #include "platform/foundation/file_access.h"
 #include "platform/foundation/file_error.h"
@@ -27,12 +28,27 @@ enum class Contents {
   unreadable,
 };
 
+/// Whether a session that is refused for this reason is complete.
+bool isComplete(const SessionProblem& problem) {
+  using Kind = SessionProblem::Kind;
+  return problem.kind == Kind::newerVersion || problem.kind == Kind::tooManyLines ||
+         problem.kind == Kind::tooManyLanguages;
+}
+
+Contents contentsOf(const QByteArray& bytes) {
+  try {
+    decodeSession(bytes);
+    return Contents::valid;
+  } catch (const SessionProblem& problem) {
+    if (isComplete(problem)) return Contents::valid;
+  }
+  const bool isEmpty = std::all_of(bytes.begin(), bytes.end(), [](char c) { return c == '\0'; });
+  return isEmpty ? Contents::empty : Contents::damaged;
+}
+
 Contents contentsOf(const QString& path) {
   try {
-    const QByteArray bytes = readWholeFile(path, kMaxSessionFileSize, kSessionFilePadding);
-    if (decodeReadableSession(bytes)) return Contents::valid;
-    const bool isEmpty = std::all_of(bytes.begin(), bytes.end(), [](char c) { return c == '\0'; });
-    return isEmpty ? Contents::empty : Contents::damaged;
+    return contentsOf(readWholeFile(path, kMaxSessionFileSize, kSessionFilePadding));
   } catch (const FileError& error) {
     return error.code().value() == ENOENT ? Contents::missing : Contents::unreadable;
   } catch (const std::exception&) {

@@ -106,6 +106,18 @@ class SessionRecoveryTest final : public test::Suite {
     QCOMPARE(folder.names(), QStringList{kName});
   }
 
+  void aFileOfANewerVersionIsNotDamaged() {
+    const test::TestFolder folder;
+    const QByteArray version2 =
+        QByteArray(older()).replace("\"schemaVersion\" : 1", "\"schemaVersion\" : 2");
+    QVERIFY(version2 != older());
+    folder.write(kName, version2);
+    folder.write(kCopy, "");
+    recoverSessions(folder.path());
+    QCOMPARE(folder.names(), QStringList{kName});
+    QCOMPARE(folder.contents(kName), version2);
+  }
+
   void pipesDoNotStopTheRecovery() {
     const test::TestFolder folder;
     const QStringList pipes{kSyncing, kCopy, "." + kName + ".velun-part"};
