@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/caption/own_windows.h"
 
+#include "ui/caption/caption_appearance.h"
 #include "ui/common/window_frame.h"
 
 #include <QEvent>
@@ -71,9 +72,11 @@ void OwnWindows::place(QWidget& window) const {
   const QRect area = window.screen()->availableGeometry();
   const QRect centred = centredIn(area, size);
   if (!centred.intersects(panel_.geometry())) return;
-  if (const auto beside = placedBeside(panel_.geometry(), area, size)) {
-    window.move(beside->topLeft());
-  }
+  // The panel grows by its header when the pointer is over it.
+  const QRect grown = panel_.geometry().adjusted(0, -CaptionAppearance::headerHeight, 0, 0);
+  std::optional<QRect> beside = placedBeside(grown, area, size);
+  if (!beside) beside = placedBeside(panel_.geometry(), area, size);
+  if (beside) window.move(beside->topLeft());
 }
 
 }  // namespace velun

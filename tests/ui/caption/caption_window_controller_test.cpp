@@ -300,6 +300,20 @@ class CaptionWindowControllerTest final : public test::Suite {
     QCOMPARE(stage.desktop.calls.back(), QString("floating"));
   }
 
+  void headerFitsBelowAWindowThatWasPlacedAboveThePanel() {
+    PanelStage stage;
+    stage.controller->show();
+    QWidget window;
+    window.resize(200, 200);
+    stage.controller->keepReadable(window);
+    window.show();
+    const QRect framed(window.pos(), window.size().grownBy(usualFrameMargins()));
+    QVERIFY(framed.bottom() < stage.panel().y());
+    stage.controller->setHeader(true, false);
+    QCOMPARE(stage.panel().height(), 250 + 44);
+    QVERIFY(framed.bottom() < stage.panel().y());
+  }
+
   void panelThatMustBeShownAnewYieldsToo() {
     PanelStage stage;
     stage.desktop.changesLevelWhileShown = false;
