@@ -21,7 +21,7 @@ EngineController::EngineController(const AppSettings& settings,
 }
 
 EngineController::~EngineController() {
-  // The engine may outlive us in a running operation; closing the chain may make it emit events.
+  // Closing the chain may make the engine emit events.
   engine_->disconnect(this);
 }
 
@@ -39,16 +39,12 @@ void EngineController::restart() {
   if (!isRunning_) return;
   if (engine_->isDownloading()) chain_.cancelAll();
   setTransitioning(true);
-  chain_.enqueue([self = QPointer(this), engine = engine_](std::stop_token stop) {
-    return runRestart(self, engine, stop);
-  });
+  chain_.enqueue([self = QPointer(this)](std::stop_token stop) { return runRestart(self, stop); });
 }
 
-QCoro::Task<> EngineController::runRestart(QPointer<EngineController> self,
-                                           std::shared_ptr<SpeechRecognizing> engine,
-                                           std::stop_token stop) {
+QCoro::Task<> EngineController::runRestart(QPointer<EngineController> self, std::stop_token stop) {
   if (stop.stop_requested()) co_return;
-  QCoro::Task<> stopping = engine->stop();
+  QCoro::Task<> stopping = self->engine_->stop();
   co_await stopping;
   if (!self || !self->isRunning_) co_return;
 
@@ -57,7 +53,7 @@ QCoro::Task<> EngineController::runRestart(QPointer<EngineController> self,
   try {
     const QString localeID = self->settings_.localeID();
     const bool useMic = self->settings_.useMic();
-    QCoro::Task<> starting = engine->start(localeID, useMic, stop);
+    QCoro::Task<> starting = self->engine_->start(localeID, useMic, stop);
     co_await starting;
     isStarted = true;
   } catch (const Cancelled&) {
@@ -65,15 +61,11 @@ QCoro::Task<> EngineController::runRestart(QPointer<EngineController> self,
   } catch (const std::exception& error) {
     description = descriptionOf(error);
   }
-  if (!self) {
-    if (!isStarted) co_return;
-    QCoro::Task<> abandoning = engine->stop();
-    co_await abandoning;
-  } else if (!isStarted && !(self->isRunning_ && stop.stop_requested())) {
-    // Otherwise a restart has replaced this one.
-    self->setRunning(false);
-    Q_EMIT self->startFailed(description);
-  }
+  if (!self || isStarted) co_return;
+  // A restart has replaced this one.
+  if (self->isRunning_ && stop.stop_requested()) co_return;
+  self->setRunning(false);
+  Q_EMIT self->startFailed(description);
 }
 
 void EngineController::stop() {
@@ -89,13 +81,11 @@ OneShot<bool> EngineController::beginShutdown() {
   setRunning(false);
   setTransitioning(true);
   chain_.cancelAll();
-  return chain_.enqueue(
-      [self = QPointer(this), engine = engine_](std::stop_token) { return runStop(self, engine); });
+  return chain_.enqueue([self = QPointer(this)](std::stop_token) { return runStop(self); });
 }
 
-QCoro::Task<> EngineController::runStop(QPointer<EngineController> self,
-                                        std::shared_ptr<SpeechRecognizing> engine) {
-  QCoro::Task<> stopping = engine->stop();
+QCoro::Task<> EngineController::runStop(QPointer<EngineController> self) {
+  QCoro::Task<> stopping = self->engine_->stop();
   co_await stopping;
   if (self) Q_EMIT self->stopped();
 }

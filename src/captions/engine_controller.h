@@ -25,6 +25,8 @@ class EngineController final : public QObject {
   /// `settings` must outlive the controller.
   EngineController(const AppSettings& settings, std::unique_ptr<SpeechRecognizing> engine,
                    QObject* parent = nullptr);
+  /// Destroys the engine, and with it the threads of a run that has not stopped. The program's
+  /// services may go then, even if an operation still waits.
   ~EngineController() override;
 
   /// The user wants captions on; true from the command on, before the engine has started.
@@ -67,18 +69,17 @@ class EngineController final : public QObject {
   void stopped();
 
  private:
-  static QCoro::Task<> runRestart(QPointer<EngineController> self,
-                                  std::shared_ptr<SpeechRecognizing> engine, std::stop_token stop);
-  static QCoro::Task<> runStop(QPointer<EngineController> self,
-                               std::shared_ptr<SpeechRecognizing> engine);
+  static QCoro::Task<> runRestart(QPointer<EngineController> self, std::stop_token stop);
+  static QCoro::Task<> runStop(QPointer<EngineController> self);
   OneShot<bool> beginShutdown();
   void setRunning(bool isRunning);
   void setTransitioning(bool isTransitioning);
   void reportSwitching();
 
   const AppSettings& settings_;
-  /// Shared with the running operation, which may outlive the controller.
-  std::shared_ptr<SpeechRecognizing> engine_;
+  /// Not shared with the running operation: one that waits when the program ends never goes on, and
+  /// would keep the engine's threads beyond the services that they use.
+  std::unique_ptr<SpeechRecognizing> engine_;
   bool isRunning_ = false;
   bool isTransitioning_ = false;
   bool reportedSwitching_ = false;

@@ -271,19 +271,6 @@ class CaptionEventsTest final : public test::Suite {
     QCOMPARE(fixture.translationOf(0), QString("ONE."));
     QCOMPARE(fixture.translationOf(1), QString("TWO."));
   }
-
-  void eventsAfterDestructionAreIgnored() {
-    ModelFixture fixture;
-    fixture.engine->holdsStops = true;
-    fixture.start();
-    // The running operation keeps the recognizer alive.
-    fixture.model.reset();
-    fixture.final("Late.");
-    fixture.failure("late");
-    QCOMPARE(fixture.takeSignals().filter("lines"), QStringList());
-    fixture.engine->release();
-    settle();
-  }
 };
 
 QTEST_GUILESS_MAIN(CaptionEventsTest)

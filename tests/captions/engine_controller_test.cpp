@@ -1,8 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "captions/engine_controller.h"
 
+#include "audio/speech_recognition_engine.h"
+#include "platform/speech/local_speech_platform.h"
 #include "settings/app_settings.h"
+#include "support/manual_clock.h"
+#include "support/scripted_audio_platform.h"
 #include "support/scripted_recognizer.h"
+#include "support/scripted_recognizer_backend.h"
 #include "support/settle.h"
 #include "support/suite.h"
 
@@ -303,15 +308,18 @@ class EngineControllerTest final : public test::Suite {
     settle();
   }
 
-  void anEngineThatStartsAfterDestructionIsStopped() {
+  void destructionDestroysAnEngineThatStarts() {
     Fixture fixture;
     fixture.engine->holdsStarts = true;
     fixture.engine->ignoresStopRequests = true;
     fixture.start();
+    const QPointer<test::ScriptedRecognizer> engine(fixture.recognizer);
+    fixture.takeSignals();
     fixture.controller.reset();
+    QVERIFY(!engine);
     fixture.engine->release();
     settle();
-    QCOMPARE(fixture.engine->calls.mid(3), QStringList({"started", "stop", "stopped"}));
+    QCOMPARE(fixture.takeSignals(), QStringList());
   }
 
   void aStartThatSucceedsAfterAShutdownIsStopped() {
@@ -356,6 +364,36 @@ class EngineControllerTest final : public test::Suite {
     QVERIFY(fixture.tasks[0].isReady());
     fixture.engine->release();
     settle();
+  }
+
+  void destructionEndsTheThreadsOfAStopThatWaits_data() {
+    QTest::addColumn<bool>("isAbandoned");
+    QTest::newRow("destroyed") << false;
+    QTest::newRow("abandoned before") << true;
+  }
+  void destructionEndsTheThreadsOfAStopThatWaits() {
+    QFETCH(bool, isAbandoned);
+    test::ManualClock clock;
+    test::ScriptedAudioPlatform audio;
+    const auto provider = std::make_shared<test::ScriptedRecognizerProvider>(QStringList{"en_US"},
+                                                                             QStringList{"en_US"});
+    provider->script->isSlow = true;
+    LocalSpeechPlatform speech({provider}, clock);
+    AppSettings settings;
+    auto controller = std::make_unique<EngineController>(
+        settings, std::make_unique<SpeechRecognitionEngine>(speech, audio, clock));
+    controller->start();
+    VERIFY_SOON(audio.script->handler);
+    audio.script->handler(std::vector<float>(1600, 0.1F));
+    VERIFY_SOON(provider->script->isWaiting);
+    const QCoro::Task<> stopping = controller->shutdown();
+    settle();
+    QVERIFY(!stopping.isReady());
+    if (isAbandoned) controller->abandon();
+    controller.reset();
+    QCOMPARE(provider->script->alive.load(), 0);
+    settle();
+    QVERIFY(stopping.isReady());
   }
 };
 

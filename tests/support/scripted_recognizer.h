@@ -8,13 +8,14 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <QPointer>
 #include <QStringList>
 #include <utility>
 
 namespace velun::test {
 
 /// A recognizer that follows a script. The test shares the script, so that it can inspect it and
-/// release held operations after the recognizer's owner is gone.
+/// release held operations after the recognizer is gone.
 class ScriptedRecognizer final : public SpeechRecognizing {
  public:
   struct Script {
@@ -74,6 +75,7 @@ class ScriptedRecognizer final : public SpeechRecognizing {
   }
 
   QCoro::Task<> start(QString localeID, bool useMic, std::stop_token stop) override {
+    const QPointer<ScriptedRecognizer> self(this);
     const std::shared_ptr<Script> script = script_;
     if (script->isStarted) ++script->overlaps;
     script->begin("start " + localeID + (useMic ? " microphone" : " computer"));
@@ -88,25 +90,29 @@ class ScriptedRecognizer final : public SpeechRecognizing {
       const std::stop_callback cancelled(stop, cancel);
       setDownloading(script->downloads);
       if (script->holdsStarts) co_await gate;
+      if (!self) throw Cancelled();
       const std::optional<QString> failure = std::exchange(script->startFailure, std::nullopt);
       if (failure) throw Failure(*failure);
     } catch (...) {
       error = std::current_exception();
     }
-    setDownloading(false);
+    if (self) setDownloading(false);
     script->isStarted = !error;
     script->end(error ? "start failed" : "started");
     if (error) std::rethrow_exception(error);
   }
 
   QCoro::Task<> stop() override {
+    const QPointer<ScriptedRecognizer> self(this);
     const std::shared_ptr<Script> script = script_;
     script->begin("stop");
     const OneShot<bool> gate;
     script->gate = gate;
     if (script->holdsStops) co_await gate;
     const std::vector<SpeechRecognitionEvent> lastWords = std::exchange(script->lastWords, {});
-    for (const SpeechRecognitionEvent& event : lastWords) emitEvent(event);
+    for (const SpeechRecognitionEvent& event : lastWords) {
+      if (self) emitEvent(event);
+    }
     script->isStarted = false;
     script->end("stopped");
   }
