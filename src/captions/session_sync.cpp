@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "captions/session_sync.h"
 
+#include "model/session_recovery.h"
+
 #include <utility>
 
 namespace velun {
@@ -46,11 +48,18 @@ void SessionSync::fileWritten(bool now) {
 }
 
 void SessionSync::start() {
+  const bool isFirst = !lastSync_;
   lastSync_ = clock_.monotonicSeconds();
   isUnsynced_ = false;
   isNeededAgain_ = false;
-  job_.start([copy = copy_](const std::stop_token&) { return sync(*copy); },
-             [this](const std::optional<FileError>& error) { syncEnded(error); });
+  job_.start(
+      [copy = copy_, isFirst](const std::stop_token&) {
+        const std::optional<FileError> error = sync(*copy);
+        // What killed programs have left.
+        if (isFirst) recoverSessions(copy->folder());
+        return error;
+      },
+      [this](const std::optional<FileError>& error) { syncEnded(error); });
 }
 
 void SessionSync::syncEnded(const std::optional<FileError>& error) {

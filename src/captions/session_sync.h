@@ -16,7 +16,8 @@ namespace velun {
 
 /// Brings the file of the current session onto the disk, in the background: with the first write,
 /// with the first one 20 seconds or more after the last sync, and when asked to. There is no timer.
-/// In between, and while a sync lasts, a `SyncedCopy` protects the file. Main thread; only the
+/// In between, and while a sync lasts, a `SyncedCopy` protects the file. After the first sync of a
+/// session it also puts right what killed programs have left in the folder. Main thread; only the
 /// destructor waits for the disk.
 class SessionSync final : public QObject {
   Q_OBJECT

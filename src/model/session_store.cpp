@@ -89,9 +89,12 @@ QUrl SessionStore::save(const CaptionSession& session, SessionEncoder* encoder,
     const QString folder = directory.toLocalFile();
     makePrivateFolder(folder);
     const QString path = pathOf(folder, session);
-    // Only for a new session: puts right what killed programs left behind.
-    if (!QFileInfo::exists(path)) recoverSessions(folder);
-    if (copy) copy->protect(path);
+    if (copy) {
+      copy->protect(path);
+    } else if (!QFileInfo::exists(path)) {
+      // Only for a new session: puts right what killed programs left behind.
+      recoverSessions(folder);
+    }
     writeFileAtomically(path, encoder ? encoder->encode(session) : encodeSession(session),
                         copy == nullptr);
     return QUrl::fromLocalFile(path);

@@ -8,6 +8,7 @@
 #include "support/suite.h"
 
 #include <QSignalSpy>
+#include <QThreadPool>
 
 using namespace velun;
 
@@ -133,6 +134,31 @@ class SessionSaverTest final : public test::Suite {
     fixture.saver.fileWasDeleted(url);
     VERIFY_SOON(!fixture.saver.isSyncing());
     QCOMPARE(fixture.hiddenFiles(), QStringList());
+  }
+
+  void whatKilledProgramsLeftIsPutRightInTheBackground() {
+    Fixture fixture(true);
+    const QString folder = fixture.store.directory.toLocalFile();
+    QVERIFY(QDir().mkpath(folder));
+    const QString name = folder + "/talk.json";
+    QVERIFY(QFile(name).open(QIODevice::WriteOnly));
+    QFile left(folder + "/.talk.json.velun-synced");
+    QVERIFY(left.open(QIODevice::WriteOnly));
+    left.write(encodeSession(fixture.session));
+    left.close();
+
+    QThreadPool* pool = QThreadPool::globalInstance();
+    const int threads = pool->maxThreadCount();
+    pool->setMaxThreadCount(0);
+    fixture.addLine("One.");
+    const bool isSaved = fixture.saver.saveIfNeeded();
+    const QByteArray before = test::contentsOf(QUrl::fromLocalFile(name));
+    pool->setMaxThreadCount(threads);
+    QVERIFY(isSaved);
+    QCOMPARE(before, QByteArray());
+    VERIFY_SOON(!fixture.saver.isSyncing());
+    QVERIFY(!left.exists());
+    QVERIFY(!test::contentsOf(QUrl::fromLocalFile(name)).isEmpty());
   }
 
   void anEndLeavesNoCopy() {

@@ -41,6 +41,21 @@ bool lock(const FileDescriptor& file) {
   return ::flock(file.number(), LOCK_EX | LOCK_NB) == 0;
 }
 
+/// The writer of the file may hold the lock until its call returns.
+void waitForLock(const FileDescriptor& file) {
+  // Other errors are ignored: some file systems have no locks.
+  while (::flock(file.number(), LOCK_EX) != 0 && errno == EINTR) {
+  }
+}
+
+bool areSame(const FileDescriptor& a, const FileDescriptor& b) {
+  struct stat first {};
+  struct stat second {};
+  return a.isOpen() && b.isOpen() && ::fstat(a.number(), &first) == 0 &&
+         ::fstat(b.number(), &second) == 0 && first.st_dev == second.st_dev &&
+         first.st_ino == second.st_ino;
+}
+
 bool isLockedElsewhere(const QByteArray& name) {
   const FileDescriptor file = openFile(name);
   return file.isOpen() && !lock(file);
@@ -72,6 +87,10 @@ void SyncedCopy::protect(const QString& path) {
   }
   lock_ = openFile(copy);
   if (lock_.isOpen()) lock(lock_);
+}
+
+QString SyncedCopy::folder() const {
+  return QFileInfo(QFile::decodeName(file_)).path();
 }
 
 void SyncedCopy::refuse(int code) const {
@@ -113,9 +132,8 @@ void SyncedCopy::sync() {
   } else {
     refuse(errno);
   }
-  const QString folder = QFileInfo(QFile::decodeName(file_)).path();
   // Some file systems cannot sync a folder.
-  if (!syncFolder(folder) && errno != EINVAL) refuse(errno);
+  if (!syncFolder(folder()) && errno != EINVAL) refuse(errno);
 }
 
 void SyncedCopy::syncLinked(const QByteArray& name) {
@@ -125,8 +143,9 @@ void SyncedCopy::syncLinked(const QByteArray& name) {
     ::unlink(name.constData());
     return syncOnly();
   }
-  // Not if it is the synced version already, which `lock_` holds.
-  const bool isLocked = version.isOpen() && lock(version);
+  // `lock_` holds the lock if this is the synced version already.
+  const bool isNew = version.isOpen() && !areSame(version, lock_);
+  if (isNew) waitForLock(version);
   const QByteArray copy = hiddenName(file_, kCopySuffix);
   if (!version.isOpen() || ::fdatasync(version.number()) != 0 ||
       std::rename(name.constData(), copy.constData()) != 0) {
@@ -136,7 +155,7 @@ void SyncedCopy::syncLinked(const QByteArray& name) {
   }
   // Renaming does nothing if both names lead to the same version already.
   ::unlink(name.constData());
-  if (isLocked) lock_ = std::move(version);
+  if (isNew) lock_ = std::move(version);
 }
 
 void SyncedCopy::syncOnly() {

@@ -28,6 +28,9 @@ class SyncedCopy final {
   /// Whether `protect` was called. The thread of `protect`.
   bool isActive() const { return !file_.isEmpty(); }
 
+  /// The folder of the file. Any thread, after `protect`.
+  QString folder() const;
+
   /// Waits until the file is on the disk and makes it the synced copy. Does nothing when the file
   /// does not exist. Throws `FileError`; the copy is unchanged then. Any thread.
   void update();
@@ -47,7 +50,7 @@ class SyncedCopy final {
 
   std::mutex mutex_;
   QByteArray file_;
-  /// The copy is locked while this program protects the file.
+  /// The copy, locked while this program protects the file.
   FileDescriptor lock_;
   bool isFinished_ = false;
 };

@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/syscall.h>
+#include <utility>
 
 using namespace velun;
 
@@ -17,6 +18,10 @@ namespace {
 
 /// As over NFS: an exclusive lock needs a descriptor for writing.
 bool locksNeedWriting = false;
+
+/// A descriptor of a writer that still holds the lock of its file, and closes it when another one
+/// waits for the lock.
+int writer = -1;
 
 const QString kName = "talk.json";
 const QString kCopy = ".talk.json.velun-synced";
@@ -36,6 +41,7 @@ extern "C" int flock(int file, int operation) noexcept {
     errno = EBADF;
     return -1;
   }
+  if (writer >= 0 && !(operation & LOCK_NB)) ::close(std::exchange(writer, -1));
   return int(::syscall(SYS_flock, file, operation));
 }
 
@@ -74,6 +80,20 @@ class SyncedCopyTest final : public test::Suite {
     QCOMPARE(found.size(), std::size_t(1));
     QCOMPARE(found[0].file, folder.path(kName));
     QCOMPARE(found[0].copy, folder.path(kCopy));
+  }
+
+  void theCopyIsLockedAfterAnUnfinishedWrite() {
+    const test::TestFolder folder;
+    SyncedCopy copy;
+    copy.protect(folder.path(kName));
+    replace(folder, "first");
+    // Under its final name already.
+    writer = ::open(QFile::encodeName(folder.path(kName)).constData(), O_WRONLY);
+    QCOMPARE(int(::syscall(SYS_flock, writer, LOCK_EX)), 0);
+    copy.update();
+    if (writer >= 0) ::close(std::exchange(writer, -1));
+    QCOMPARE(folder.contents(kCopy), QByteArray("first"));
+    QVERIFY(findSyncedCopies(folder.path()).empty());
   }
 
   void aSymbolicLinkIsSyncedWithoutACopy() {
