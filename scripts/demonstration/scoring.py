@@ -2,7 +2,7 @@
 
 import re
 
-SCENES = (("flite", "Synthetic voices"), ("librivox", "Human readers"), ("natural", "Natural talk"))
+SCENES = (("flite", "Synthetic voices"), ("librivox", "Human readers"))
 
 
 def normalised(text):

@@ -1,5 +1,5 @@
-"""Speech for tests and the demonstration: our own text in synthetic voices, clips of human readers,
-and clips of people who talk freely."""
+"""Speech for tests and the demonstration: our own text in synthetic voices, and clips of human
+readers."""
 
 import array
 import re
@@ -10,7 +10,6 @@ from dataclasses import dataclass, field
 from pathlib import Path
 
 LIBRIVOX = Path("/usr/share/pocketsphinx/test/data/librivox")
-NATURAL = Path(__file__).resolve().parent.parent / "demonstration" / "natural"
 
 SENTENCES = [
     ("slt", "good morning and welcome to the first lesson of the year"),
@@ -30,7 +29,7 @@ SHORTEST_PAUSE = 0.35  # seconds
 class Clip:
     path: Path
     text: str
-    kind: str  # "flite", "librivox" or "natural"
+    kind: str  # "flite" or "librivox"
     phrase_ends: list = field(default_factory=list)  # seconds from the clip's start
 
 
@@ -50,7 +49,7 @@ def phrase_ends(path):
 
 
 def padded(source, path):
-    """A WAV copy with a moment of silence around it: the clips are cut to the word, and a player that
+    """A copy with a moment of silence around it: the clips are cut to the word, and a player that
     starts and stops with them would swallow a part of the first and the last."""
     subprocess.run(["sox", str(source), str(path), "pad", "0.3", "0.3"], check=True)
     return path
@@ -68,24 +67,16 @@ def synthetic(folder):
         yield Clip(say(text, folder / f"{number}-{voice}.wav", voice), text, "flite")
 
 
-def listed(source, ending, folder, kind):
-    """The clips of a folder that has a file of lines "words (name)"."""
-    for line in (source / "transcription").read_text().splitlines():
-        text, name = re.fullmatch(r"(?:<s> )?(.*?)(?: </s>)? \((.*)\)", line.strip()).groups()
-        yield Clip(padded(source / f"{name}{ending}", folder / f"{name}.wav"), text, kind)
-
-
 def human(folder):
-    return listed(LIBRIVOX, ".wav", folder, "librivox")
-
-
-def natural(folder):
-    return listed(NATURAL, ".ogg", folder, "natural")
+    for line in (LIBRIVOX / "transcription").read_text().splitlines():
+        text, name = re.fullmatch(r"<s> (.*) </s> \((.*)\)", line.strip()).groups()
+        path = padded(LIBRIVOX / f"{name}.wav", folder / f"{name}.wav")
+        yield Clip(path, text, "librivox")
 
 
 def clips(folder):
     folder.mkdir()
-    spoken = [*synthetic(folder), *human(folder), *natural(folder)]
+    spoken = [*synthetic(folder), *human(folder)]
     for clip in spoken:
         clip.phrase_ends = phrase_ends(clip.path)
     return spoken

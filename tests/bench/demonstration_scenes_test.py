@@ -11,7 +11,7 @@ SCRIPTS = Path(__file__).resolve().parent.parent.parent / "scripts"
 sys.path[:0] = [str(SCRIPTS / "demonstration"), str(SCRIPTS / "lib")]
 
 from scoring import scenes  # noqa: E402
-from speech import natural, phrase_ends  # noqa: E402
+from speech import human, phrase_ends  # noqa: E402
 
 
 def text(kind, words):
@@ -20,24 +20,20 @@ def text(kind, words):
 
 class DemonstrationScenesTest(unittest.TestCase):
     def test_each_scene_is_scored_on_its_own(self):
-        clips = [text("flite", "good morning"), text("librivox", "Mr. Hale is ill"),
-                 text("natural", "um who cares")]
-        lines = [text("flite", "Good morning."), text("natural", "Who cares?"),
-                 text("librivox", "Mister Hale was ill.")]
+        clips = [text("flite", "good morning"), text("librivox", "Mr. Hale is ill")]
+        lines = [text("librivox", "Mister Hale was ill."), text("flite", "Good morning.")]
         self.assertEqual(list(scenes(lines, clips)), [
             "Synthetic voices: 2 of 2 words right, 0.0 % word errors",
-            "Human readers: 3 of 4 words right, 25.0 % word errors",
-            "Natural talk: 2 of 3 words right, 33.3 % word errors"])
+            "Human readers: 3 of 4 words right, 25.0 % word errors"])
 
-    def test_natural_talk_can_be_played(self):
+    def test_readers_can_be_played(self):
         with tempfile.TemporaryDirectory() as folder:
-            clips = list(natural(Path(folder)))
-            self.assertGreater(sum(len(clip.text.split()) for clip in clips), 100)
+            clips = list(human(Path(folder)))
+            self.assertGreater(sum(len(clip.text.split()) for clip in clips), 50)
             for clip in clips:
                 with wave.open(str(clip.path)) as sound:
                     seconds = sound.getnframes() / sound.getframerate()
-                self.assertGreater(seconds, 20)
-                self.assertGreater(phrase_ends(clip.path)[-1], seconds - 3)
+                self.assertGreater(phrase_ends(clip.path)[-1], seconds - 1)
 
 
 if __name__ == "__main__":
