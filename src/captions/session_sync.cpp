@@ -3,6 +3,7 @@
 
 #include "model/session_recovery.h"
 
+#include <mutex>
 #include <utility>
 
 namespace velun {
@@ -28,11 +29,14 @@ SessionSync::SessionSync(const Clock& clock, QObject* parent) : QObject(parent),
 
 SessionSync::~SessionSync() {
   job_.cancel();
+  // A recovery that has begun ends first; after this no other one begins.
+  const std::scoped_lock lock(*recovery_);
   // Also completes the jobs of earlier sessions that have not begun.
   for (const std::weak_ptr<SyncedCopy>& each : replaced_) {
     if (const auto copy = each.lock()) copy->finish();
   }
   copy_->finish();
+  for (const OneShot<bool>& each : waiting_) each.complete(true);
 }
 
 void SessionSync::fileWritten(bool now) {
@@ -53,10 +57,12 @@ void SessionSync::start() {
   isUnsynced_ = false;
   isNeededAgain_ = false;
   job_.start(
-      [copy = copy_, isFirst](const std::stop_token&) {
+      [copy = copy_, isFirst, recovery = recovery_](const std::stop_token& stop) {
         const std::optional<FileError> error = sync(*copy);
-        // What killed programs have left.
-        if (isFirst) recoverSessions(copy->folder());
+        if (isFirst) {
+          const std::scoped_lock lock(*recovery);
+          if (!stop.stop_requested()) recoverSessions(copy->folder());
+        }
         return error;
       },
       [this](const std::optional<FileError>& error) { syncEnded(error); });

@@ -8,6 +8,7 @@
 #include "platform/foundation/synced_copy.h"
 
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <QObject>
 #include <vector>
@@ -25,7 +26,7 @@ class SessionSync final : public QObject {
  public:
   /// `clock` must outlive it.
   explicit SessionSync(const Clock& clock, QObject* parent = nullptr);
-  /// Waits until the file, and those of earlier sessions, are on the disk.
+  /// Waits until the file, and those of earlier sessions, are on the disk, and for the recovery.
   ~SessionSync() override;
 
   /// The copy that protects the session's file, to be passed to `SessionStore::save`.
@@ -40,7 +41,7 @@ class SessionSync final : public QObject {
 
   /// A sync is running.
   bool isRunning() const { return job_.isRunning(); }
-  /// Completes when no sync is running any more.
+  /// Completes when no sync is running any more, or when this object is destroyed.
   OneShot<bool> finished();
 
  Q_SIGNALS:
@@ -67,6 +68,8 @@ class SessionSync final : public QObject {
   /// A sync was asked for during the running one.
   bool isNeededAgain_ = false;
   std::vector<OneShot<bool>> waiting_;
+  /// Held while a job puts right what killed programs have left.
+  std::shared_ptr<std::mutex> recovery_ = std::make_shared<std::mutex>();
   // Last: no result can arrive while the other members are destroyed.
   LatestJob job_;
 };

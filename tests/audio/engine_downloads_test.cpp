@@ -48,9 +48,11 @@ class EngineDownloadsTest final : public test::Suite {
     f.stop();
     Localization::shared().setLanguage(AppLanguage::korean);
     f.offer->outcome = {};
-    const QCoro::Task<> again = f.beginStart();
+    QCoro::Task<> again = f.beginStart();
     QCOMPARE(f.events[f.events.size() - 2], QString("status 음성 모델 다운로드 중…"));
-    f.stop();
+    f.stopSource.request_stop();
+    f.offer->outcome.fail(std::make_exception_ptr(Cancelled()));
+    QVERIFY_THROWS_EXCEPTION(Cancelled, test::await(std::move(again)));
   }
 
   void failedDownloadFailsTheStart() {
