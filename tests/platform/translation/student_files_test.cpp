@@ -377,7 +377,7 @@ class StudentFilesTest final : public Suite {
       if (loadingError(files) !=
           QString(
               "The translation model English → Korean couldn’t be read: Too many open files.")) {
-        ::abort();
+        ::_exit(1);
       }
     }));
     QCOMPARE(loadingError(files), QString());
