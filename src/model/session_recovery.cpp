@@ -6,6 +6,7 @@
 #include "platform/foundation/atomic_file.h"
 #include "platform/foundation/file_access.h"
 #include "platform/foundation/file_error.h"
+#include "platform/foundation/set_aside.h"
 #include "platform/foundation/synced_copy.h"
 
 #include <algorithm>
@@ -56,19 +57,6 @@ Contents contentsOf(const QString& path) {
   }
 }
 
-/// Gives the file a second name that is not in use. The first one is replaced afterwards.
-bool keepUnderAnotherName(const QString& path) {
-  constexpr int kMaxTries = 100;
-  const QByteArray from = QFile::encodeName(path);
-  for (int i = 1; i <= kMaxTries; ++i) {
-    const QString number = i == 1 ? QString() : QString::number(i);
-    const QByteArray to = QFile::encodeName(path + QStringLiteral(".damaged") + number);
-    if (::link(from.constData(), to.constData()) == 0) return true;
-    if (errno != EEXIST) return false;
-  }
-  return false;
-}
-
 /// Replaces a file that has lost its contents by its copy.
 void restore(const FoundCopy& found, Contents copy) {
   if (copy == Contents::valid) {
@@ -91,7 +79,9 @@ void recover(const FoundCopy& found) {
   }
   const Contents copy = contentsOf(found.copy);
   if (copy != Contents::valid && copy != Contents::empty) return;
-  if (file == Contents::damaged && !keepUnderAnotherName(found.file)) return;
+  if (file == Contents::damaged && !keepCopyAside(found.file, QStringLiteral(".damaged"))) {
+    return;
+  }
   restore(found, copy);
 }
 

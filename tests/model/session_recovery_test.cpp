@@ -81,7 +81,7 @@ class SessionRecoveryTest final : public test::Suite {
     folder.write(kCopy, older());
     recoverSessions(folder.path());
     QCOMPARE(folder.contents(kName + ".damaged"), QByteArray("first"));
-    QCOMPARE(folder.contents(kName + ".damaged2"), QByteArray("second"));
+    QCOMPARE(folder.contents(kName + ".damaged-2"), QByteArray("second"));
     QCOMPARE(folder.contents(kName), older());
   }
 

@@ -9,4 +9,8 @@ namespace velun {
 /// nothing is ever replaced. It need not be readable. Returns whether it was renamed. Any thread.
 bool setAside(const QString& path, const QString& suffix);
 
+/// Gives a file that is about to be replaced a second name of the same kind, so that it is never
+/// missing under its own. Returns whether it has one. Any thread.
+bool keepCopyAside(const QString& path, const QString& suffix);
+
 }  // namespace velun
