@@ -66,6 +66,18 @@ bool isWithoutLinks(int code) {
          code == EACCES || code == EXDEV;
 }
 
+/// The paths of the files that have a hidden name with `suffix` in the folder.
+QStringList filesWithHiddenName(const QString& folder, const char* suffix) {
+  const QString end = QLatin1String(suffix);
+  const QStringList hidden = QDir(folder).entryList({QStringLiteral(".*") + end},
+                                                    QDir::Files | QDir::Hidden | QDir::System);
+  QStringList files;
+  for (const QString& entry : hidden) {
+    files.append(folder + QLatin1Char('/') + entry.mid(1, entry.size() - 1 - end.size()));
+  }
+  return files;
+}
+
 /// Gives the file a second name, over what an interrupted sync left there.
 bool linkAgain(const QByteArray& file, const QByteArray& name) {
   if (::link(file.constData(), name.constData()) == 0) return true;
@@ -165,22 +177,15 @@ void SyncedCopy::syncOnly() {
 }
 
 std::vector<FoundCopy> findSyncedCopies(const QString& folder) {
+  for (const QString& file : filesWithHiddenName(folder, kSyncingSuffix)) {
+    const QByteArray name = QFile::encodeName(file);
+    if (isLockedElsewhere(hiddenName(name, kCopySuffix))) continue;
+    ::unlink(hiddenName(name, kSyncingSuffix).constData());
+  }
   std::vector<FoundCopy> found;
-  for (const char* suffix : {kSyncingSuffix, kCopySuffix}) {
-    const QString pattern = QStringLiteral(".*") + QLatin1String(suffix);
-    const QStringList hidden =
-        QDir(folder).entryList({pattern}, QDir::Files | QDir::Hidden | QDir::System);
-    for (const QString& entry : hidden) {
-      const QString name = entry.mid(1, entry.size() - 1 - QLatin1String(suffix).size());
-      const QString file = folder + QLatin1Char('/') + name;
-      const QByteArray copy = hiddenName(QFile::encodeName(file), kCopySuffix);
-      if (isLockedElsewhere(copy)) continue;
-      if (suffix == kCopySuffix) {
-        found.push_back({file, QFile::decodeName(copy)});
-      } else {
-        ::unlink(hiddenName(QFile::encodeName(file), kSyncingSuffix).constData());
-      }
-    }
+  for (const QString& file : filesWithHiddenName(folder, kCopySuffix)) {
+    const QByteArray copy = hiddenName(QFile::encodeName(file), kCopySuffix);
+    if (!isLockedElsewhere(copy)) found.push_back({file, QFile::decodeName(copy)});
   }
   return found;
 }
