@@ -7,6 +7,7 @@
 #include "support/manual_clock.h"
 #include "support/suite.h"
 
+#include <memory>
 #include <QSignalSpy>
 #include <QThreadPool>
 
@@ -70,6 +71,17 @@ class SessionSaverTest final : public test::Suite {
     QVERIFY(fixture.isWritten());
     QCOMPARE(fixture.files().size(), 1);
     QCOMPARE(fixture.takeSignals(), QStringList());
+  }
+
+  void whoeverWaitsForTheDiskIsAnsweredWhenTheSaverGoes() {
+    auto fixture = std::make_unique<Fixture>();
+    fixture->addLine("One.");
+    QVERIFY(fixture->saver.save());
+    QVERIFY(fixture->saver.isSyncing());
+    const OneShot<bool> synced = fixture->saver.synced();
+    QVERIFY(!synced.isAnswered());
+    fixture.reset();
+    QVERIFY(synced.isAnswered());
   }
 
   void rewritesChangedLines() {

@@ -22,6 +22,16 @@ class LogOut(SpokenCase):
         super().launch(**preferences)
         self.expect("ready")
 
+    def log_out_saving(self):
+        """Logs out, saves the session when asked, and returns it."""
+        self.log_out()
+        self.expect("asks")
+        self.answer(QUESTION, "Save Session")
+        self.expect("saved", "gone")
+        self.assert_ends()
+        session, = self.saved_sessions()
+        return session
+
     def test_without_lines_nothing_is_asked(self):
         self.launch()
         self.log_out()
@@ -38,12 +48,7 @@ class LogOut(SpokenCase):
         self.program.wait_for_state("running", True)
         self.assertEqual(self.transcript(), said)
 
-        self.log_out()
-        self.expect("asks")
-        self.answer(QUESTION, "Save Session")
-        self.expect("saved", "gone")
-        self.assert_ends()
-        session, = self.saved_sessions()
+        session = self.log_out_saving()
         self.assertIn("endedAt", session)
 
     def test_a_question_that_is_open_already_comes_first(self):
@@ -85,12 +90,7 @@ class LogOut(SpokenCase):
         self.program.wait_for_state("running", True)
         self.assertEqual(self.transcript(), said)
 
-        self.log_out()
-        self.expect("asks")
-        self.answer(QUESTION, "Save Session")
-        self.expect("saved", "gone")
-        self.assert_ends()
-        session, = self.saved_sessions()
+        session = self.log_out_saving()
         self.assertEqual(len(session["lines"]), 1)
 
     def test_captions_go_on_while_another_program_asks(self):
