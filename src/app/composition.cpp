@@ -24,8 +24,6 @@
 #include "ui/common/window_presentation.h"
 #include "ui/library/session_trash.h"
 
-#include <unistd.h>
-
 namespace velun {
 
 namespace {
@@ -66,15 +64,12 @@ LocalSpeechPlatform::Providers recognizers(ModelStore& models,
   return {neural, std::make_shared<BuiltInRecognizerProvider>(files, punctuation, style)};
 }
 
-std::int64_t physicalMemoryBytes() {
-  return static_cast<std::int64_t>(::sysconf(_SC_PHYS_PAGES)) * ::sysconf(_SC_PAGESIZE);
-}
-
 /// In order of preference, the best first.
 std::vector<std::unique_ptr<TranslatorBackend>> translators(ModelStore& models) {
   std::vector<std::unique_ptr<TranslatorBackend>> backends;
-  backends.push_back(std::make_unique<StudentBackend>(
-      ModelCatalogue::builtIn().ofKind(ModelKind::translation), models, physicalMemoryBytes()));
+  backends.push_back(
+      std::make_unique<StudentBackend>(ModelCatalogue::builtIn().ofKind(ModelKind::translation),
+                                       models, Machine::present().memoryBytes));
   backends.push_back(std::make_unique<ApertiumBackend>());
   return backends;
 }
@@ -104,7 +99,10 @@ struct Composition::Parts {
   PipeWireAudioPlatform audio{clock};
   DownloadStore models{ModelCatalogue::builtIn(), modelStoreOptions(), clock,
                        DownloadStore::isConnectionMetered};
-  LocalSpeechPlatform speech{recognizers(models, captionStyle(settings)), clock};
+  std::shared_ptr<RecognizerPreferences> recognizerPreferences =
+      std::make_shared<RecognizerPreferences>(&preferences);
+  LocalSpeechPlatform speech{recognizers(models, captionStyle(settings)), clock,
+                             recognizerPreferences};
   LocalTranslationPlatform translation{translators(models),
                                        [this] { return speech.supportedLocales(); }, clock};
   std::unique_ptr<DesktopPlatform> desktop = makeDesktopPlatform(clock);

@@ -88,24 +88,34 @@ class ScriptedBackend final : public RecognizerBackend {
   int pieces_ = 0;
 };
 
+/// A provider with one recognizer per locale.
 class ScriptedRecognizerProvider final : public RecognizerProvider {
  public:
   explicit ScriptedRecognizerProvider(QStringList supported, QStringList installed = {})
       : supportedList(std::move(supported)), installedList(std::move(installed)) {}
 
   QStringList supportedLocales() const override { return supportedList; }
-  bool isInstalled(const QString& locale) const override { return installedList.contains(locale); }
-  Factory factory(const QString&) const override {
+  std::vector<RecognizerCandidate> candidates(const QString& locale) const override {
+    if (!supportedList.contains(locale)) return {};
+    RecognizerCandidate only;
+    only.id = id;
+    only.isInstalled = installedList.contains(locale);
+    only.modelBytes = modelBytes;
+    return {only};
+  }
+  Factory makeFactory(const QString&, const QString&) const override {
     return [backends = script, mainThread = std::this_thread::get_id()] {
       return std::make_unique<ScriptedBackend>(backends, mainThread);
     };
   }
-  std::shared_ptr<SpeechModelOffer> offer(const QString& locale) override {
+  std::shared_ptr<SpeechModelOffer> offer(const QString& locale, const QString&) override {
     asked << locale;
     return model;
   }
   void fetchInBackground(const QString& locale) override { fetched << locale; }
 
+  QString id = "scripted";
+  std::int64_t modelBytes = 0;
   QStringList supportedList;
   QStringList installedList;
   std::shared_ptr<SpeechModelOffer> model;

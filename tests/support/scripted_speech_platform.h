@@ -18,6 +18,7 @@ namespace velun::test {
 struct SpeechScript {
   QStringList locales = {"en_US", "ko_KR"};
   std::shared_ptr<SpeechModelOffer> offer;
+  std::vector<RecognizerCandidate> candidates;
   /// The failure of the next starts.
   std::optional<QString> startFailure;
   /// Called during the operation of that name.
@@ -77,6 +78,13 @@ class ScriptedSpeechPlatform final : public SpeechPlatform {
     const std::optional<QString> locale = equivalentLocale(localeID, script->locales);
     if (!locale) return std::nullopt;
     return SpeechSupport{*locale, script->offer};
+  }
+  std::vector<RecognizerCandidate> candidates(const QString&) const override {
+    return script->candidates;
+  }
+  std::shared_ptr<SpeechModelOffer> offer(const QString& locale, const QString& id) override {
+    script->calls << "offer " + locale + ' ' + id;
+    return script->offer;
   }
   std::unique_ptr<SpeechRun> start(const QString& locale,
                                    std::shared_ptr<SpeechInput> input) override {

@@ -13,37 +13,58 @@ namespace velun {
 
 using namespace std::chrono_literals;
 
-LocalSpeechPlatform::LocalSpeechPlatform(Providers providers, Clock& clock)
-    : providers_(std::move(providers)), clock_(clock) {}
+LocalSpeechPlatform::LocalSpeechPlatform(Providers providers, Clock& clock,
+                                         std::shared_ptr<const RecognizerPreferences> preferences,
+                                         Machine machine)
+    : providers_(std::move(providers)),
+      clock_(clock),
+      preferences_(std::move(preferences)),
+      machine_(machine) {}
 
 QStringList LocalSpeechPlatform::locales() const {
   QStringList all;
   for (const auto& provider : providers_) all += provider->supportedLocales();
   all.removeDuplicates();
   // Among the locales of one language, prefer one that needs no download.
-  std::stable_partition(all.begin(), all.end(), [this](const QString& locale) {
-    return installedProvider(locale) != nullptr;
-  });
+  std::stable_partition(all.begin(), all.end(),
+                        [this](const QString& locale) { return isInstalled(locale); });
   return all;
 }
 
-std::shared_ptr<RecognizerProvider> LocalSpeechPlatform::installedProvider(
-    const QString& locale) const {
+bool LocalSpeechPlatform::isInstalled(const QString& locale) const {
+  return std::any_of(providers_.begin(), providers_.end(),
+                     [&locale](const auto& provider) { return provider->isInstalled(locale); });
+}
+
+std::shared_ptr<RecognizerProvider> LocalSpeechPlatform::providerOf(const QString& locale,
+                                                                    const QString& id) const {
   for (const auto& provider : providers_) {
-    if (provider->supportedLocales().contains(locale) && provider->isInstalled(locale)) {
-      return provider;
+    for (const RecognizerCandidate& candidate : provider->candidates(locale)) {
+      if (candidate.id == id) return provider;
     }
   }
   return nullptr;
 }
 
-std::shared_ptr<RecognizerProvider> LocalSpeechPlatform::betterProvider(
-    const QString& locale) const {
+std::vector<RecognizerCandidate> LocalSpeechPlatform::candidates(const QString& locale) const {
+  std::vector<RecognizerCandidate> all;
+  const QString choice = preferences_->choice(locale);
   for (const auto& provider : providers_) {
-    if (!provider->supportedLocales().contains(locale)) continue;
-    return provider->isInstalled(locale) ? nullptr : provider;
+    for (RecognizerCandidate& candidate : provider->candidates(locale)) {
+      candidate.isChosen = candidate.id == choice;
+      const std::optional<double> factor = preferences_->realTimeFactor(candidate.id);
+      candidate.isSuitable = isSuitable(candidate, machine_, factor);
+      all.push_back(std::move(candidate));
+    }
   }
-  return nullptr;
+  sortByUse(all);
+  return all;
+}
+
+std::shared_ptr<SpeechModelOffer> LocalSpeechPlatform::offer(const QString& locale,
+                                                             const QString& id) {
+  const std::shared_ptr<RecognizerProvider> provider = providerOf(locale, id);
+  return provider ? provider->offer(locale, id) : nullptr;
 }
 
 QCoro::Task<QStringList> LocalSpeechPlatform::supportedLocales() {
@@ -54,10 +75,9 @@ std::optional<SpeechSupport> LocalSpeechPlatform::support(const QString& localeI
   const std::optional<QString> locale = equivalentLocale(localeID, locales());
   if (!locale) return std::nullopt;
   SpeechSupport support{*locale, nullptr};
-  if (installedProvider(*locale)) return support;
-  for (const auto& provider : providers_) {
-    if (!provider->supportedLocales().contains(*locale)) continue;
-    support.offer = provider->offer(*locale);
+  if (isInstalled(*locale)) return support;
+  for (const RecognizerCandidate& candidate : candidates(*locale)) {
+    support.offer = offer(*locale, candidate.id);
     if (support.offer) break;
   }
   return support;
@@ -65,13 +85,16 @@ std::optional<SpeechSupport> LocalSpeechPlatform::support(const QString& localeI
 
 std::unique_ptr<SpeechRun> LocalSpeechPlatform::start(const QString& locale,
                                                       std::shared_ptr<SpeechInput> input) {
-  const std::shared_ptr<RecognizerProvider> best = installedProvider(locale);
-  if (!best) {
+  const std::vector<RecognizerCandidate> all = candidates(locale);
+  const auto used = std::find_if(all.begin(), all.end(),
+                                 [](const auto& candidate) { return candidate.isInstalled; });
+  if (used == all.end()) {
     throw Failure(L("No speech model is installed for this language",
                     "이 언어의 음성 모델이 설치되어 있지 않습니다"));
   }
-  auto run = std::make_unique<LocalSpeechRun>(best->factory(locale), std::move(input), clock_);
-  if (auto better = betterProvider(locale)) fetchLater(*run, std::move(better), locale);
+  auto run = std::make_unique<LocalSpeechRun>(
+      providerOf(locale, used->id)->makeFactory(locale, used->id), std::move(input), clock_);
+  if (used != all.begin()) fetchLater(*run, providerOf(locale, all.front().id), locale);
   return run;
 }
 

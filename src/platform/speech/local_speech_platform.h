@@ -2,6 +2,8 @@
 #pragma once
 
 #include "platform/foundation/clock.h"
+#include "platform/speech/recognizer_order.h"
+#include "platform/speech/recognizer_preferences.h"
 #include "platform/speech/recognizer_provider.h"
 #include "platform/speech/speech_platform.h"
 
@@ -10,33 +12,39 @@
 
 namespace velun {
 
-/// Recognizes speech with the best recognizer that is installed for a language. A better one that
-/// is not installed is downloaded in the background once captions have run for a minute. Main
-/// thread.
+/// Recognizes speech with the first recognizer, in the order of use, that is installed for a
+/// language. A better one that is not installed is downloaded in the background once captions have
+/// run for a minute. Main thread.
 class LocalSpeechPlatform final : public SpeechPlatform {
  public:
   using Providers = std::vector<std::shared_ptr<RecognizerProvider>>;
 
   /// `providers` from best to worst. `clock` must outlive the platform and its runs.
-  LocalSpeechPlatform(Providers providers, Clock& clock);
+  LocalSpeechPlatform(Providers providers, Clock& clock,
+                      std::shared_ptr<const RecognizerPreferences> preferences =
+                          std::make_shared<RecognizerPreferences>(),
+                      Machine machine = Machine::present());
 
   QCoro::Task<QStringList> supportedLocales() override;
   std::optional<SpeechSupport> support(const QString& localeID) override;
+  std::vector<RecognizerCandidate> candidates(const QString& locale) const override;
+  std::shared_ptr<SpeechModelOffer> offer(const QString& locale, const QString& id) override;
   std::unique_ptr<SpeechRun> start(const QString& locale,
                                    std::shared_ptr<SpeechInput> input) override;
 
  private:
   QStringList locales() const;
-  /// The best provider that has `locale` installed; null when none has.
-  std::shared_ptr<RecognizerProvider> installedProvider(const QString& locale) const;
-  /// The best provider of `locale`, if it is not installed.
-  std::shared_ptr<RecognizerProvider> betterProvider(const QString& locale) const;
+  bool isInstalled(const QString& locale) const;
+  /// The provider of a candidate; null when there is none.
+  std::shared_ptr<RecognizerProvider> providerOf(const QString& locale, const QString& id) const;
   /// Downloads `provider`'s model if `run` has not ended after a minute.
   void fetchLater(SpeechRun& run, std::shared_ptr<RecognizerProvider> provider,
                   const QString& locale);
 
   Providers providers_;
   Clock& clock_;
+  std::shared_ptr<const RecognizerPreferences> preferences_;
+  Machine machine_;
 };
 
 }  // namespace velun

@@ -2,17 +2,19 @@
 #pragma once
 
 #include "platform/speech/recognizer_backend.h"
+#include "platform/speech/recognizer_candidate.h"
 #include "platform/speech/speech_platform.h"
 
 #include <functional>
 #include <memory>
 #include <QString>
 #include <QStringList>
+#include <vector>
 
 namespace velun {
 
-/// One kind of recognizer: its locales, what of it is installed, and how to create it. Main thread,
-/// except the factories that it returns.
+/// One kind of recognizer: its locales, the recognizers of each, and how to create them. Main
+/// thread, except the factories that it returns.
 class RecognizerProvider {
  public:
   /// Creates a recognizer; called on the decode thread that will use it. Throws `Failure`.
@@ -23,18 +25,30 @@ class RecognizerProvider {
   /// Every locale that it can recognize, installed or downloadable, such as "en_US".
   virtual QStringList supportedLocales() const = 0;
 
-  /// Whether the locale can be recognized now, without a download.
-  virtual bool isInstalled(const QString& locale) const = 0;
+  /// Its recognizers of the locale, from best to worst. Whether they are chosen or suit this
+  /// machine is not set.
+  virtual std::vector<RecognizerCandidate> candidates(const QString& locale) const = 0;
 
-  /// The factory of recognizers for an installed locale.
-  virtual Factory factory(const QString& locale) const = 0;
+  /// The factory of an installed candidate.
+  virtual Factory makeFactory(const QString& locale, const QString& id) const = 0;
 
-  /// The model to download for the locale; null when there is none.
-  virtual std::shared_ptr<SpeechModelOffer> offer(const QString& /*locale*/) { return nullptr; }
+  /// The download of a candidate; null when there is none.
+  virtual std::shared_ptr<SpeechModelOffer> offer(const QString& /*locale*/,
+                                                  const QString& /*id*/) {
+    return nullptr;
+  }
 
   /// Captions have run for a minute with a lesser recognizer although this one supports `locale`:
   /// it may download its model quietly for the next start.
   virtual void fetchInBackground(const QString& /*locale*/) {}
+
+  /// The best of its recognizers of the locale that can be used without a download; nullopt when
+  /// there is none.
+  std::optional<RecognizerCandidate> installed(const QString& locale) const;
+  bool isInstalled(const QString& locale) const { return installed(locale).has_value(); }
+  /// The factory of the best installed recognizer of the locale. Throws `Failure` when there is
+  /// none.
+  Factory factory(const QString& locale) const;
 };
 
 }  // namespace velun

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/speech/recognizer_candidate.h"
 #include "platform/speech/speech_input.h"
 #include "platform/speech/transcription_result.h"
 
@@ -11,6 +12,7 @@
 #include <QString>
 #include <QStringList>
 #include <stop_token>
+#include <vector>
 
 namespace velun {
 
@@ -74,7 +76,15 @@ class SpeechPlatform {
   /// nullopt when it cannot.
   virtual std::optional<SpeechSupport> support(const QString& localeID) = 0;
 
-  /// Starts recognizing `input` in a supported locale. Its signals are emitted from the event loop
+  /// The recognizers of a supported locale in the order of use: the user's choice, then those that
+  /// suit this machine from best to worst, then the others. Installed or not.
+  virtual std::vector<RecognizerCandidate> candidates(const QString& locale) const = 0;
+
+  /// The download of a candidate; null when it needs none.
+  virtual std::shared_ptr<SpeechModelOffer> offer(const QString& locale, const QString& id) = 0;
+
+  /// Starts recognizing `input` in a supported locale with the first installed candidate. Its
+  /// signals are emitted from the event loop
   /// only, so connect to them right after the call. Throws `Failure` when no model is installed.
   virtual std::unique_ptr<SpeechRun> start(const QString& locale,
                                            std::shared_ptr<SpeechInput> input) = 0;

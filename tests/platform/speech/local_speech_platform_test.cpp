@@ -16,6 +16,10 @@ namespace {
 
 /// A better and a lesser provider behind one platform.
 struct Fixture {
+  Fixture() {
+    better->id = "better";
+    lesser->id = "lesser";
+  }
   std::unique_ptr<SpeechRun> start() {
     return platform.start("en_US", std::make_shared<SpeechInput>());
   }
@@ -25,7 +29,15 @@ struct Fixture {
       std::make_shared<ScriptedRecognizerProvider>(QStringList{"en_US", "fr_FR", "ko_KR"});
   std::shared_ptr<ScriptedRecognizerProvider> lesser =
       std::make_shared<ScriptedRecognizerProvider>(QStringList{"en_US"}, QStringList{"en_US"});
-  LocalSpeechPlatform platform{{better, lesser}, clock};
+  std::shared_ptr<RecognizerPreferences> preferences = std::make_shared<RecognizerPreferences>();
+  LocalSpeechPlatform platform{
+      {better, lesser}, clock, preferences, {.cores = 2, .memoryBytes = 8'000'000'000}};
+
+  QStringList order() const {
+    QStringList ids;
+    for (const RecognizerCandidate& each : platform.candidates("en_US")) ids << each.id;
+    return ids;
+  }
 };
 
 }  // namespace
@@ -99,6 +111,57 @@ class LocalSpeechPlatformTest final : public test::Suite {
     QCOMPARE(f.lesser->script->alive.load(), 0);
     test::await(run->cancel());
     QCOMPARE(f.better->script->alive.load(), 0);
+  }
+
+  void candidatesComeInTheOrderOfUse() {
+    Fixture f;
+    QCOMPARE(f.order(), QStringList({"better", "lesser"}));
+    QVERIFY(!f.platform.candidates("en_US")[0].isInstalled);
+    QVERIFY(f.platform.candidates("en_US")[1].isInstalled);
+    f.preferences->setChoice("en_US", "lesser");
+    QCOMPARE(f.order(), QStringList({"lesser", "better"}));
+    QVERIFY(f.platform.candidates("en_US")[0].isChosen);
+    f.preferences->setChoice("en_US", "no longer in the catalogue");
+    QCOMPARE(f.order(), QStringList({"better", "lesser"}));
+    QVERIFY(f.platform.candidates("xx_XX").empty());
+  }
+
+  void recognizerThatIsTooSlowHereComesLast() {
+    Fixture f;
+    f.better->modelBytes = 650'000'000;
+    QCOMPARE(f.order(), QStringList({"lesser", "better"}));
+    QVERIFY(!f.platform.candidates("en_US")[1].isSuitable);
+    f.preferences->addRealTimeFactor("better", 0.3);
+    QCOMPARE(f.order(), QStringList({"better", "lesser"}));
+    f.preferences->addRealTimeFactor("lesser", 0.1);
+    f.preferences->addRealTimeFactor("better", 1.4);
+    QCOMPARE(f.order(), QStringList({"lesser", "better"}));
+  }
+
+  void chosenRecognizerIsUsedAlthoughABetterOneIsInstalled() {
+    Fixture f;
+    f.better->installedList << "en_US";
+    f.preferences->setChoice("en_US", "lesser");
+    const std::unique_ptr<SpeechRun> run = f.start();
+    QTRY_COMPARE(f.lesser->script->alive.load(), 1);
+    QCOMPARE(f.better->script->alive.load(), 0);
+    test::await(run->cancel());
+  }
+
+  void chosenRecognizerThatIsGoneGivesWayToAnInstalledOne() {
+    Fixture f;
+    f.preferences->setChoice("en_US", "better");
+    const std::unique_ptr<SpeechRun> run = f.start();
+    QTRY_COMPARE(f.lesser->script->alive.load(), 1);
+    test::await(run->cancel());
+  }
+
+  void downloadOfACandidateComesFromItsProvider() {
+    Fixture f;
+    f.better->model = std::make_shared<test::ScriptedModelOffer>();
+    QCOMPARE(f.platform.offer("en_US", "better"), f.better->model);
+    QVERIFY(!f.platform.offer("en_US", "lesser"));
+    QVERIFY(!f.platform.offer("en_US", "unknown"));
   }
 
   void languageWithoutModelCannotStart() {

@@ -27,6 +27,16 @@ class NeuralRecognizerProviderTest final : public test::Suite {
     qFatal("no model for %s", qPrintable(language));
   }
 
+  RecognizerSettings settings(const QString& locale) const {
+    return provider_.settings(modelOf(locale.section('_', 0, 0)), locale);
+  }
+  RecognizerProvider::Factory factory(const QString& locale) const {
+    return provider_.makeFactory(locale, modelOf(locale.section('_', 0, 0)).id);
+  }
+  std::shared_ptr<SpeechModelOffer> offer(const QString& locale) {
+    return provider_.offer(locale, modelOf(locale.section('_', 0, 0)).id);
+  }
+
  private Q_SLOTS:
   void init() {
     Suite::init();
@@ -53,9 +63,29 @@ class NeuralRecognizerProviderTest final : public test::Suite {
     QVERIFY(!provider_.isInstalled("xx_XX"));
   }
 
+  void everyModelOfALocaleIsACandidate() {
+    Model second = modelOf("en");
+    second.id = "second-en";
+    std::vector<Model> models = catalogue_.models();
+    models.push_back(second);
+    const NeuralRecognizerProvider provider(ModelCatalogue(models), store_, "/programs/helper");
+    store_.present += second.id;
+    const std::vector<RecognizerCandidate> candidates = provider.candidates("en_US");
+    QCOMPARE(candidates.size(), std::size_t(2));
+    QCOMPARE(candidates[0].id, modelOf("en").id);
+    QVERIFY(!candidates[0].isInstalled);
+    QCOMPARE(candidates[1].id, second.id);
+    QVERIFY(candidates[1].isInstalled);
+    QCOMPARE(candidates[1].modelBytes, second.installedBytes);
+    QVERIFY(provider.isInstalled("en_US"));
+    QVERIFY(provider.settings(second, "en_US").encoder.startsWith(store_.folder(second) + u'/'));
+    const NeuralRecognizerProvider withoutHelper(ModelCatalogue(models), store_, {});
+    QVERIFY(withoutHelper.candidates("en_US").empty());
+  }
+
   void onlyEnglishIsWrittenByTheRulesOfEnglish() {
     const auto hasEnglishRules = [this](const QString& locale) {
-      const auto recognizer = provider_.factory(locale)();
+      const auto recognizer = factory(locale)();
       return dynamic_cast<const EnglishBackend*>(recognizer.get()) != nullptr;
     };
     QVERIFY(hasEnglishRules("en_US"));
@@ -65,32 +95,32 @@ class NeuralRecognizerProviderTest final : public test::Suite {
   }
 
   void settingsComeFromTheCatalogue() {
-    const RecognizerSettings korean = provider_.settings("ko_KR");
+    const RecognizerSettings korean = settings("ko_KR");
     QVERIFY(korean.textFromTokens);
     QVERIFY(korean.encoder.startsWith(store_.folder(modelOf("ko")) + u'/'));
-    QVERIFY(provider_.settings("fr_FR").modelType.isEmpty());
-    QVERIFY(provider_.settings("zh_CN").modelType.isEmpty());
-    QVERIFY(provider_.settings("ru_RU").tailSilenceMs >= 770);
-    QVERIFY(provider_.settings("en_US").foldsLetters);
-    const RecognizerSettings spanish = provider_.settings("es_ES");
+    QVERIFY(settings("fr_FR").modelType.isEmpty());
+    QVERIFY(settings("zh_CN").modelType.isEmpty());
+    QVERIFY(settings("ru_RU").tailSilenceMs >= 770);
+    QVERIFY(settings("en_US").foldsLetters);
+    const RecognizerSettings spanish = settings("es_ES");
     QVERIFY(spanish.hearsLanguage);
     QCOMPARE(spanish.language, QString("es"));
     QVERIFY(spanish.endpointSilence >= 0.6);
-    QVERIFY(!provider_.settings("xx_XX").hasRecognizer());
+    QVERIFY(provider_.candidates("xx_XX").empty());
   }
 
   void punctuationIsUsedOnceInstalled() {
-    QVERIFY(!provider_.settings("en_US").hasPunctuation());
+    QVERIFY(!settings("en_US").hasPunctuation());
     const Model& marks = modelOf("en", ModelKind::punctuation);
     store_.present += marks.id;
-    QVERIFY(provider_.settings("en_US").punctuationModel.startsWith(store_.folder(marks) + u'/'));
-    QVERIFY(!provider_.settings("de_DE").hasPunctuation());
+    QVERIFY(settings("en_US").punctuationModel.startsWith(store_.folder(marks) + u'/'));
+    QVERIFY(!settings("de_DE").hasPunctuation());
   }
 
   void downloadIsFollowedByPunctuation() {
-    const auto offer = provider_.offer("en_US");
-    QVERIFY(offer->downloadBytes() > 1'000'000);
-    QCOMPARE(failureOf(offer->install(std::stop_token())), QString());
+    const auto model = offer("en_US");
+    QVERIFY(model->downloadBytes() > 1'000'000);
+    QCOMPARE(failureOf(model->install(std::stop_token())), QString());
     QCOMPARE(store_.asked, QStringList(modelOf("en").id));
     QCOMPARE(store_.askedQuietly, QStringList(modelOf("en", ModelKind::punctuation).id));
     QVERIFY(provider_.isInstalled("en_US"));
@@ -98,19 +128,19 @@ class NeuralRecognizerProviderTest final : public test::Suite {
 
   void missingPunctuationIsDownloadedAtTheNextStart() {
     store_.present += modelOf("en").id;
-    QVERIFY(provider_.factory("en_US"));
+    QVERIFY(factory("en_US"));
     QCOMPARE(store_.askedQuietly, QStringList(modelOf("en", ModelKind::punctuation).id));
     store_.askedQuietly.clear();
-    QVERIFY(provider_.factory("ko_KR"));
+    QVERIFY(factory("ko_KR"));
     QVERIFY(store_.askedQuietly.isEmpty());
   }
 
   void failureOfTheStoreIsPassedOn() {
     store_.failure = "no space";
-    const auto offer = provider_.offer("de_DE");
-    QCOMPARE(failureOf(offer->install(std::stop_token())), QString("no space"));
+    const auto model = offer("de_DE");
+    QCOMPARE(failureOf(model->install(std::stop_token())), QString("no space"));
     QVERIFY(!provider_.isInstalled("de_DE"));
-    QVERIFY(!provider_.offer("xx_XX"));
+    QVERIFY(!provider_.offer("xx_XX", "unknown"));
   }
 
   void backgroundDownloadIsQuiet() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/built_in/built_in_recognizer_provider.h"
 
+#include "language/localization.h"
 #include "platform/speech/built_in/built_in_backend.h"
 #include "platform/speech/helper/vosk_library.h"
 
@@ -40,12 +41,19 @@ QStringList BuiltInRecognizerProvider::supportedLocales() const {
   return {kLocale};
 }
 
-bool BuiltInRecognizerProvider::isInstalled(const QString& locale) const {
-  return locale == kLocale && QFileInfo(files_.program).isExecutable() &&
-         !files_.library.isEmpty() && QFileInfo(files_.model).isDir();
+std::vector<RecognizerCandidate> BuiltInRecognizerProvider::candidates(
+    const QString& locale) const {
+  if (locale != kLocale) return {};
+  RecognizerCandidate candidate;
+  candidate.id = QStringLiteral("built-in");
+  candidate.title = L("Built-in recognizer", "내장 인식기");
+  candidate.isInstalled = QFileInfo(files_.program).isExecutable() && !files_.library.isEmpty() &&
+                          QFileInfo(files_.model).isDir();
+  return {candidate};
 }
 
-RecognizerProvider::Factory BuiltInRecognizerProvider::factory(const QString& locale) const {
+RecognizerProvider::Factory BuiltInRecognizerProvider::makeFactory(const QString& locale,
+                                                                   const QString& /*id*/) const {
   PunctuationRestorer::Factory marks;
   if (punctuation_) marks = punctuation_->punctuationFactory(locale);
   return [files = files_, marks, style = style_]() -> std::unique_ptr<RecognizerBackend> {

@@ -7,6 +7,7 @@
 #include "platform/speech/neural/neural_backend.h"
 
 #include <algorithm>
+#include <optional>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -70,20 +71,24 @@ QString NeuralRecognizerProvider::installedProgram() {
   return isThere && !sherpa::findLibrary(folder).isEmpty() ? program : QString();
 }
 
-const Model* NeuralRecognizerProvider::modelFor(const QString& locale) const {
+std::vector<const Model*> NeuralRecognizerProvider::models(const QString& locale) const {
+  std::vector<const Model*> found;
+  if (program_.isEmpty()) return found;
   for (const Model& model : catalogue_.models()) {
     if (model.kind == ModelKind::recognition &&
         model.options["locales"].toVariant().toStringList().contains(locale)) {
-      return &model;
+      found.push_back(&model);
     }
   }
-  return nullptr;
+  return found;
 }
 
-const Model* NeuralRecognizerProvider::punctuationFor(const QString& locale) const {
-  for (const Model& model : catalogue_.models()) {
-    if (model.kind == ModelKind::punctuation && model.languages.contains(languageOf(locale))) {
-      return &model;
+const Model* NeuralRecognizerProvider::punctuationFor(const Model& model,
+                                                      const QString& locale) const {
+  if (model.options["punctuation"] != "none") return nullptr;
+  for (const Model& each : catalogue_.models()) {
+    if (each.kind == ModelKind::punctuation && each.languages.contains(languageOf(locale))) {
+      return &each;
     }
   }
   return nullptr;
@@ -100,17 +105,25 @@ QStringList NeuralRecognizerProvider::supportedLocales() const {
   return locales;
 }
 
-bool NeuralRecognizerProvider::isInstalled(const QString& locale) const {
-  const Model* model = modelFor(locale);
-  return model && !program_.isEmpty() && store_.isInstalled(*model);
+std::vector<RecognizerCandidate> NeuralRecognizerProvider::candidates(const QString& locale) const {
+  std::vector<RecognizerCandidate> all;
+  for (const Model* model : models(locale)) {
+    RecognizerCandidate candidate;
+    candidate.id = model->id;
+    candidate.title = model->id;
+    candidate.model = model->id;
+    candidate.isInstalled = store_.isInstalled(*model);
+    candidate.modelBytes = model->installedBytes;
+    all.push_back(candidate);
+  }
+  return all;
 }
 
-RecognizerSettings NeuralRecognizerProvider::settings(const QString& locale) const {
+RecognizerSettings NeuralRecognizerProvider::settings(const Model& model,
+                                                      const QString& locale) const {
   RecognizerSettings settings;
-  const Model* model = modelFor(locale);
-  if (!model) return settings;
-  const QJsonObject& options = model->options;
-  const auto path = [&options, folder = QDir(store_.folder(*model))](const char* name) {
+  const QJsonObject& options = model.options;
+  const auto path = [&options, folder = QDir(store_.folder(model))](const char* name) {
     const QString file = options[name].toString();
     return file.isEmpty() ? QString() : folder.filePath(file);
   };
@@ -128,50 +141,47 @@ RecognizerSettings NeuralRecognizerProvider::settings(const QString& locale) con
   settings.tailSilenceMs = options["tailSilenceMs"].toInt(settings.tailSilenceMs);
   settings.endpointSilence = options["endpointSilence"].toDouble(settings.endpointSilence);
   settings.threads = decodeThreads();
-  if (options["punctuation"] != "none") return settings;
-  if (const std::optional<RecognizerSettings> marks = punctuation(locale)) {
-    settings.punctuationModel = marks->punctuationModel;
-    settings.punctuationVocabulary = marks->punctuationVocabulary;
-  }
+  addPunctuation(settings, punctuationFor(model, locale));
   return settings;
 }
 
-std::optional<RecognizerSettings> NeuralRecognizerProvider::punctuation(
-    const QString& locale) const {
-  const Model* model = punctuationFor(locale);
-  if (!model || program_.isEmpty() || !store_.isInstalled(*model)) return std::nullopt;
-  const QDir folder(store_.folder(*model));
+void NeuralRecognizerProvider::addPunctuation(RecognizerSettings& settings,
+                                              const Model* marks) const {
+  if (!marks || !store_.isInstalled(*marks)) return;
+  const QDir folder(store_.folder(*marks));
+  settings.punctuationModel = folder.filePath(marks->options["model"].toString());
+  settings.punctuationVocabulary = folder.filePath(marks->options["vocabulary"].toString());
+}
+
+RecognizerProvider::Factory NeuralRecognizerProvider::makeFactory(const QString& locale,
+                                                                  const QString& id) const {
   RecognizerSettings settings;
-  settings.language = languageOf(locale);
-  settings.punctuationModel = folder.filePath(model->options["model"].toString());
-  settings.punctuationVocabulary = folder.filePath(model->options["vocabulary"].toString());
-  return settings;
-}
-
-RecognizerProvider::Factory NeuralRecognizerProvider::factory(const QString& locale) const {
-  // It is downloaded with the recognizer, but that may have failed.
-  if (const Model* marks = punctuationFor(locale)) store_.installQuietly(*marks);
-  return [program = program_, settings = settings(locale),
-          style = style_]() -> std::unique_ptr<RecognizerBackend> {
+  if (const Model* model = catalogue_.find(id)) {
+    settings = this->settings(*model, locale);
+    // It is downloaded with the recognizer, but that may have failed.
+    if (const Model* marks = punctuationFor(*model, locale)) store_.installQuietly(*marks);
+  }
+  return [program = program_, settings, style = style_]() -> std::unique_ptr<RecognizerBackend> {
     auto recognizer = std::make_unique<NeuralBackend>(program, settings);
     if (settings.language != QLatin1String("en")) return recognizer;
     return std::make_unique<EnglishBackend>(std::move(recognizer), style);
   };
 }
 
-std::shared_ptr<SpeechModelOffer> NeuralRecognizerProvider::offer(const QString& locale) {
-  const Model* model = modelFor(locale);
+std::shared_ptr<SpeechModelOffer> NeuralRecognizerProvider::offer(const QString& locale,
+                                                                  const QString& id) {
+  const Model* model = catalogue_.find(id);
   if (!model || program_.isEmpty()) return nullptr;
   std::optional<Model> extra;
-  if (const Model* marks = punctuationFor(locale)) extra = *marks;
+  if (const Model* marks = punctuationFor(*model, locale)) extra = *marks;
   return std::make_shared<ModelOffer>(store_, *model, extra);
 }
 
 void NeuralRecognizerProvider::fetchInBackground(const QString& locale) {
-  const Model* model = modelFor(locale);
-  if (!model || program_.isEmpty()) return;
-  if (const Model* marks = punctuationFor(locale)) store_.installQuietly(*marks);
-  store_.installQuietly(*model);
+  const std::vector<const Model*> all = models(locale);
+  if (all.empty()) return;
+  if (const Model* marks = punctuationFor(*all.front(), locale)) store_.installQuietly(*marks);
+  store_.installQuietly(*all.front());
 }
 
 }  // namespace velun

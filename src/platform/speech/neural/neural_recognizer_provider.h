@@ -7,14 +7,14 @@
 #include "platform/speech/recognizer_provider.h"
 
 #include <memory>
-#include <optional>
+#include <vector>
 
 namespace velun {
 
 struct RecognizerSettings;
 
-/// The neural recognizers of the model catalogue: one model per locale, downloaded on demand, run
-/// in the helper program.
+/// The neural recognizers of the model catalogue, one or several per locale, downloaded on demand
+/// and run in the helper program.
 class NeuralRecognizerProvider final : public RecognizerProvider {
  public:
   /// `store` must outlive the provider. `program` is the helper's path. `style` is read by the
@@ -28,20 +28,22 @@ class NeuralRecognizerProvider final : public RecognizerProvider {
 
   /// Empty without the helper program.
   QStringList supportedLocales() const override;
-  bool isInstalled(const QString& locale) const override;
-  Factory factory(const QString& locale) const override;
-  std::shared_ptr<SpeechModelOffer> offer(const QString& locale) override;
+  /// The models of the locale in the order of the catalogue; none without the helper program.
+  std::vector<RecognizerCandidate> candidates(const QString& locale) const override;
+  Factory makeFactory(const QString& locale, const QString& id) const override;
+  std::shared_ptr<SpeechModelOffer> offer(const QString& locale, const QString& id) override;
   void fetchInBackground(const QString& locale) override;
 
-  /// The helper's configuration for an installed locale.
-  RecognizerSettings settings(const QString& locale) const;
+  /// The helper's configuration for an installed model in one of its locales.
+  RecognizerSettings settings(const Model& model, const QString& locale) const;
 
  private:
-  /// The first model of the catalogue for the locale; null when there is none.
-  const Model* modelFor(const QString& locale) const;
-  const Model* punctuationFor(const QString& locale) const;
-  /// Settings with the installed punctuation model alone; nullopt without one.
-  std::optional<RecognizerSettings> punctuation(const QString& locale) const;
+  /// The models of the locale, from best to worst.
+  std::vector<const Model*> models(const QString& locale) const;
+  /// The punctuation model that a recognizer without punctuation needs; null when there is none.
+  const Model* punctuationFor(const Model& model, const QString& locale) const;
+  /// Adds the punctuation model if it is installed.
+  void addPunctuation(RecognizerSettings& settings, const Model* marks) const;
 
   ModelCatalogue catalogue_;
   ModelStore& store_;

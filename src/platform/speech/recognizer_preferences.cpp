@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/speech/recognizer_preferences.h"
+
+#include "platform/foundation/preference_store.h"
+
+#include <cmath>
+
+namespace velun {
+
+namespace {
+
+QString choiceKey(const QString& locale) {
+  return "recognizer." + locale;
+}
+
+QString speedKey(const QString& id) {
+  return "recognizerSpeed." + id;
+}
+
+}  // namespace
+
+RecognizerPreferences::RecognizerPreferences(PreferenceStore* preferences)
+    : preferences_(preferences) {}
+
+QString RecognizerPreferences::choice(const QString& locale) const {
+  const auto found = choices_.constFind(locale);
+  if (found != choices_.constEnd()) return *found;
+  if (!preferences_) return {};
+  return preferences_->get<QString>(choiceKey(locale)).value_or(QString());
+}
+
+void RecognizerPreferences::setChoice(const QString& locale, const QString& id) {
+  choices_[locale] = id;
+  if (preferences_) preferences_->set(choiceKey(locale), id);
+  Q_EMIT choiceChanged(locale);
+}
+
+std::optional<double> RecognizerPreferences::realTimeFactor(const QString& id) const {
+  const auto found = factors_.constFind(id);
+  if (found != factors_.constEnd()) return *found;
+  if (!preferences_) return std::nullopt;
+  const std::optional<double> stored = preferences_->get<double>(speedKey(id));
+  const bool isUsable = stored && std::isfinite(*stored) && *stored >= 0;
+  return isUsable ? stored : std::nullopt;
+}
+
+void RecognizerPreferences::addRealTimeFactor(const QString& id, double factor) {
+  const double mean = (realTimeFactor(id).value_or(factor) + factor) / 2;
+  factors_[id] = mean;
+  if (preferences_) preferences_->set(speedKey(id), mean);
+}
+
+}  // namespace velun

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <optional>
+#include <QHash>
+#include <QObject>
+#include <QString>
+
+namespace velun {
+
+class PreferenceStore;
+
+/// The recognizers that the user chose, and how fast recognizers were on this machine. Main thread.
+class RecognizerPreferences final : public QObject {
+  Q_OBJECT
+
+ public:
+  /// Null keeps nothing beyond the run. `preferences` must outlive this object.
+  explicit RecognizerPreferences(PreferenceStore* preferences = nullptr);
+
+  /// The id of the chosen recognizer of a locale; empty for the default.
+  QString choice(const QString& locale) const;
+  void setChoice(const QString& locale, const QString& id);
+
+  /// The time of decoding per time of audio in recent runs of a recognizer; nullopt before the
+  /// first.
+  std::optional<double> realTimeFactor(const QString& id) const;
+  /// Adds the measurement of a run. Earlier runs count for half.
+  void addRealTimeFactor(const QString& id, double factor);
+
+ Q_SIGNALS:
+  void choiceChanged(const QString& locale);
+
+ private:
+  PreferenceStore* preferences_;
+  QHash<QString, QString> choices_;
+  QHash<QString, double> factors_;
+};
+
+}  // namespace velun
