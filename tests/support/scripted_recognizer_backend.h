@@ -33,6 +33,8 @@ struct BackendScript {
   std::atomic<bool> wasOnMainThread = false;
   /// Set before the start.
   std::optional<QString> notice;
+  /// The notice after the first audio. Set before the start.
+  std::optional<QString> laterNotice;
 };
 
 /// A back end whose drafts and finals contain the number of buffers in the phrase.
@@ -53,6 +55,7 @@ class ScriptedBackend final : public RecognizerBackend {
   void acceptAudio(std::span<const float> samples) override {
     if (script_->isSlow) wait();
     if (script_->failsToDecode) throw Failure("Cannot decode");
+    if (script_->laterNotice) script_->notice = script_->laterNotice;
     script_->samplesTaken += static_cast<int>(samples.size());
     script_->isInPhrase = true;
     results_.push_back({QString("draft %1").arg(++pieces_), false});

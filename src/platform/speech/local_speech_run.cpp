@@ -135,7 +135,8 @@ void LocalSpeechRun::loadAndDecode(RecognizerBackend& backend) {
 
 void LocalSpeechRun::postNotice(const RecognizerBackend& backend) {
   const std::optional<QString> notice = backend.notice();
-  if (!notice) return;
+  if (!notice || notice == postedNotice_) return;
+  postedNotice_ = notice;
   QMetaObject::invokeMethod(
       this,
       [this, text = *notice] {
@@ -166,6 +167,7 @@ void LocalSpeechRun::decode(RecognizerBackend& backend) {
       decodedUntil = now;
     }
     postResults(backend);
+    postNotice(backend);
     completeSettleRequests(backend);
   }
 }

@@ -62,6 +62,7 @@ class LocalSpeechRun final : public SpeechRun {
   std::vector<OneShot<std::monostate>> settleRequests_;  // guarded by mutex_
   bool hasEnded_ = false;                                // guarded by mutex_
   LagWatch lag_;                                         // decode thread
+  std::optional<QString> postedNotice_;                  // decode thread
   std::thread thread_;
 };
 

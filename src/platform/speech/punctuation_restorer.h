@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <QString>
 
 namespace velun {
@@ -19,12 +20,12 @@ class PunctuationRestorer {
   /// Loads the model ahead of the first text, which may take a second. Never throws.
   virtual void load() = 0;
 
-  /// Whether texts are restored: false after a failure.
-  virtual bool isReady() const = 0;
+  /// Why texts stay unchanged from now on, localized; nullopt while they are restored.
+  virtual std::optional<QString> failure() const = 0;
 
   /// The same words with case and punctuation; "|" and "+" tell that the speaker pauses for a short
   /// or a long time, and stay in the text. The unchanged text on failure.
-  /// Takes a few milliseconds; never throws.
+  /// Takes a few milliseconds, and a few seconds at most when the model hangs; never throws.
   virtual QString restored(const QString& text) = 0;
 
   /// Makes a running operation return soon. Only destruction follows. Any thread.

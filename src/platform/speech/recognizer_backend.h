@@ -20,7 +20,8 @@ class RecognizerBackend {
   /// The first call: does the slow part of the initialization, which `cancel` must be able to end.
   virtual void load() {}
 
-  /// What the user should know about the captions to come, localized; known after `load`.
+  /// What the user should know about the captions to come, localized. Known after `load`; may
+  /// change after later calls.
   virtual std::optional<QString> notice() const { return std::nullopt; }
 
   /// Decodes the samples.

@@ -6,6 +6,8 @@
 #include "platform/speech/neural_runs.h"
 #include "support/suite.h"
 
+#include <cerrno>
+#include <cstring>
 #include <QTemporaryFile>
 #include <unistd.h>
 
@@ -116,6 +118,22 @@ class BuiltInDamageTest final : public test::Suite {
              QString("A file of the speech recognizer is missing or damaged (%1). Install Velun "
                      "again.")
                  .arg(name));
+  }
+
+  void unreadableFileIsNamedWithTheReason_data() {
+    QTest::addColumn<QString>("name");
+    for (const char* name : {"am/final.mdl", "libvosk.so"}) QTest::newRow(name) << QString(name);
+  }
+  void unreadableFileIsNamedWithTheReason() {
+    QFETCH(QString, name);
+    const ModelCopy copy;
+    copy.remove(name);
+    // Opening a loop of links fails for every user, also for the superuser.
+    QVERIFY(QFile::link(QFileInfo(name).fileName(), copy.files().model + u'/' + name));
+    QCOMPARE(loadFailure(copy),
+             QString("A file of the speech recognizer cannot be read (%1: %2). Check the "
+                     "permissions of the file and its disk, or install Velun again.")
+                 .arg(name, std::strerror(ELOOP)));
   }
 
   void damageIsToldInKorean() {

@@ -2,9 +2,13 @@
 #include "platform/speech/built_in/built_in_punctuation.h"
 
 #include "platform/speech/built_in/sentence_writer.h"
+#include "platform/speech/neural/punctuation_helper.h"
 #include "platform/speech/neural_fixture.h"
 #include "support/suite.h"
 
+#include <cerrno>
+#include <csignal>
+#include <cstring>
 #include <QTemporaryDir>
 
 using namespace velun;
@@ -13,6 +17,13 @@ using namespace velun::test;
 namespace {
 
 const auto kFolder = QStringLiteral(VELUN_PUNCTUATION);
+
+RecognizerSettings settings() {
+  RecognizerSettings settings;
+  settings.punctuationModel = kFolder + "/punctuation.onnx";
+  settings.punctuationVocabulary = kFolder + "/punctuation.vocab";
+  return settings;
+}
 
 /// Words of 0.3 s, a second apart where a "|" stands.
 TranscriptionResult heard(const QString& text) {
@@ -81,8 +92,57 @@ class BuiltInPunctuationTest final : public test::Suite {
 
   void missingFilesAreNoProvider() {
     const QTemporaryDir folder;
-    QVERIFY(!BuiltInPunctuation(helperProgram(), folder.path()).punctuationFactory("en_US"));
-    QVERIFY(!BuiltInPunctuation(folder.filePath("none"), kFolder).punctuationFactory("en_US"));
+    const QString none = folder.filePath("none");
+    QVERIFY(!BuiltInPunctuation(helperProgram(), none).punctuationFactory("en_US"));
+    QVERIFY(!BuiltInPunctuation(none, kFolder).punctuationFactory("en_US"));
+  }
+
+  void hangingModelIsGivenUp() {
+    QVERIFY(PunctuationHelper::kReplyTimeout <= std::chrono::seconds(3));
+    PunctuationHelper helper(helperProgram(), settings(), std::chrono::milliseconds(50));
+    helper.load();
+    kill(helper.helperProcessId(), SIGSTOP);
+    QCOMPARE(helper.restored("we met +"), QString("we met +"));
+    QCOMPARE(helper.failure(),
+             std::optional<QString>("Captions have no punctuation, because the part of Velun that "
+                                    "adds it does not respond. Start captions again."));
+    // It is not asked again.
+    QCOMPARE(helper.restored("then i left +"), QString("then i left +"));
+  }
+
+  void programThatHangsWhileLoadingIsGivenUp() {
+    // It takes its only argument, a number, for seconds, and says nothing.
+    PunctuationHelper helper("/usr/bin/sleep", settings(), std::chrono::milliseconds(50),
+                             std::chrono::milliseconds(50));
+    helper.load();
+    QVERIFY(helper.failure());
+    QCOMPARE(helper.restored("we met +"), QString("we met +"));
+  }
+
+  void unreadableFileIsNamedWithTheReason_data() {
+    QTest::addColumn<QString>("name");
+    QTest::newRow("network") << "punctuation.onnx";
+    QTest::newRow("list of sums") << "SHA256SUMS";
+  }
+  void unreadableFileIsNamedWithTheReason() {
+    QFETCH(QString, name);
+    const QTemporaryDir folder;
+    for (const char* each : {"punctuation.onnx", "punctuation.vocab", "SHA256SUMS"}) {
+      QVERIFY(QFile::copy(kFolder + u'/' + each, folder.filePath(each)));
+    }
+    QVERIFY(QFile::remove(folder.filePath(name)));
+    // Opening a loop of links fails for every user, also for the superuser.
+    QVERIFY(QFile::link(name, folder.filePath(name)));
+    const BuiltInPunctuation provider(helperProgram(), folder.path());
+    const auto factory = provider.punctuationFactory("en_US");
+    QVERIFY(factory);
+    SentenceWriter writer(factory());
+    writer.load();
+    QCOMPARE(writer.failure(),
+             std::optional<QString>(
+                 "Captions have no punctuation, because a file of Velun cannot be read (" + name +
+                 ": " + std::strerror(ELOOP) +
+                 "). Check the permissions of the file and its disk, or install Velun again."));
   }
 
   void damagedFilesLeaveTheWords_data() {

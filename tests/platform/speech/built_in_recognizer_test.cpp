@@ -27,7 +27,7 @@ class ScriptedPunctuation final : public PunctuationRestorer {
   };
 
   explicit ScriptedPunctuation(Script& script) : script_(script) {}
-  bool isReady() const override { return true; }
+  std::optional<QString> failure() const override { return std::nullopt; }
   void load() override { script_.isLoaded = true; }
   QString restored(const QString& text) override {
     script_.isWaiting = true;

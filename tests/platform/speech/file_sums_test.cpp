@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/helper/file_sums.h"
 
+#include "support/failing_calls.h"
 #include "support/suite.h"
 
+#include <cerrno>
 #include <QDir>
 #include <QTemporaryDir>
+#include <sys/syscall.h>
 
 using namespace velun;
+using namespace velun::test;
 
 /// The check of a model's files before they are used.
 class FileSumsTest final : public test::Suite {
@@ -45,6 +49,33 @@ class FileSumsTest final : public test::Suite {
     QCOMPARE(damaged(kSums), QString("am/final.mdl"));
     QVERIFY(QDir(dir_->path()).mkdir("am/final.mdl"));
     QCOMPARE(damaged(kSums), QString("am/final.mdl"));
+  }
+
+  void unreadableFileIsToldWithTheReason_data() {
+    QTest::addColumn<int>("call");
+    QTest::addColumn<int>("code");
+    QTest::newRow("no permission") << int(SYS_openat) << EACCES;
+    QTest::newRow("too many open files") << int(SYS_openat) << EMFILE;
+    QTest::newRow("broken disk") << int(SYS_read) << EIO;
+  }
+  void unreadableFileIsToldWithTheReason() {
+    QFETCH(int, call);
+    QFETCH(int, code);
+    for (const QByteArray& sums : {kSums, QByteArray()}) {
+      if (sums.isEmpty() && call == SYS_read) continue;  // an empty list is not read
+      write("SHA256SUMS", kSums);
+      const QString name = sums.isEmpty() ? "SHA256SUMS" : "am/final.mdl";
+      QVERIFY(runWithFailingCall(call, code, [&] {
+        try {
+          checkFiles(dir_->path(), sums);
+        } catch (const UnreadableFile& file) {
+          if (file.name() == name && file.code() == code) return;
+        } catch (const DamagedFile&) {
+          // The wrong report.
+        }
+        ::_exit(1);
+      }));
+    }
   }
 
   void invalidListIsNamed_data() {

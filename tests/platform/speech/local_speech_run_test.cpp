@@ -67,6 +67,17 @@ class LocalSpeechRunTest final : public test::Suite {
     QCOMPARE(f.emitted, QStringList({"draft 1", "final 1"}));
   }
 
+  void changedNoticeIsToldOnce() {
+    Fixture f;
+    f.script.laterNotice = "No punctuation any more";
+    f.start();
+    f.yield();
+    f.yield();
+    test::await(f.run->finish());
+    QCOMPARE(f.emitted, QStringList({"draft 1", "notice No punctuation any more", "draft 2",
+                                     "final 2", "end -"}));
+  }
+
   void noticeComesBeforeTheResults() {
     Fixture f;
     f.script.notice = "No punctuation";

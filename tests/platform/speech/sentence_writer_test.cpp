@@ -14,14 +14,14 @@ namespace {
 struct Script {
   QStringList texts;
   QHash<QString, QString> replies;
-  bool isReady = true;
+  std::optional<QString> failure;
 };
 
 class ScriptedPunctuation final : public PunctuationRestorer {
  public:
   explicit ScriptedPunctuation(Script& script) : script_(script) {}
   void load() override {}
-  bool isReady() const override { return script_.isReady; }
+  std::optional<QString> failure() const override { return script_.failure; }
   QString restored(const QString& text) override {
     script_.texts.append(text);
     return script_.replies.value(text, text);
@@ -214,7 +214,8 @@ class SentenceWriterTest final : public test::Suite {
   }
 
   void failedModelLeavesWordsAlone() {
-    script_.isReady = false;
+    script_.failure = "broken";
+    QCOMPARE(writer_->failure(), std::optional<QString>("broken"));
     QCOMPARE(written(draft("then i met")), QStringList("~Then I met"));
     QCOMPARE(written(cut("then i met")), QStringList("Then I met"));
     writer_ = std::make_unique<SentenceWriter>(nullptr);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/built_in/built_in_backend.h"
 
-#include "language/localization.h"
 #include "platform/foundation/failure.h"
+#include "platform/speech/neural/punctuation_helper.h"
 
 #include <utility>
 
@@ -28,11 +28,7 @@ void BuiltInBackend::load() {
 }
 
 std::optional<QString> BuiltInBackend::notice() const {
-  if (writer_.isPunctuating()) return std::nullopt;
-  return L(
-      "Captions have no punctuation, because a file of Velun is missing or damaged. Install Velun "
-      "again.",
-      "Velun의 파일이 없거나 손상되어 자막에 문장 부호가 없습니다. Velun을 다시 설치하십시오.");
+  return writer_.hasModel() ? writer_.failure() : missingPunctuationText();
 }
 
 void BuiltInBackend::acceptAudio(std::span<const float> samples) {

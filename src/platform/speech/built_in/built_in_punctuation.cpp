@@ -10,6 +10,13 @@
 
 namespace velun {
 
+namespace {
+
+/// An invalid list: with an empty one nothing would be checked.
+const auto kNoSums = QStringLiteral("\n");
+
+}  // namespace
+
 BuiltInPunctuation::BuiltInPunctuation(QString program, QString folder)
     : program_(std::move(program)), folder_(std::move(folder)) {}
 
@@ -23,9 +30,10 @@ PunctuationRestorer::Factory BuiltInPunctuation::punctuationFactory(const QStrin
   settings.punctuationModel = folder_ + "/punctuation.onnx";
   settings.punctuationVocabulary = folder_ + "/punctuation.vocab";
   QFile sums(folder_ + "/SHA256SUMS");
-  if (sums.open(QIODevice::ReadOnly)) settings.punctuationSums = QString::fromUtf8(sums.readAll());
-  const bool isInstalled =
-      QFileInfo(program_).isExecutable() && !settings.punctuationSums.isEmpty();
+  const bool isInstalled = QFileInfo(program_).isExecutable() && QFileInfo(folder_).isDir();
+  // Without a valid list, the helper program reports that it is damaged or cannot be read.
+  settings.punctuationSums = kNoSums;
+  if (sums.open(QIODevice::ReadOnly)) settings.punctuationSums += QString::fromUtf8(sums.readAll());
   if (locale != QLatin1String("en_US") || !isInstalled) return {};
   return [program = program_, settings]() -> std::unique_ptr<PunctuationRestorer> {
     return std::make_unique<PunctuationHelper>(program, settings);

@@ -122,7 +122,11 @@ void SentenceWriter::forgetOldContext(const HeardWords& heard) {
 }
 
 bool SentenceWriter::isPunctuating() const {
-  return punctuation_ && punctuation_->isReady();
+  return punctuation_ && !punctuation_->failure();
+}
+
+std::optional<QString> SentenceWriter::failure() const {
+  return punctuation_ ? punctuation_->failure() : std::nullopt;
 }
 
 CaptionWords SentenceWriter::punctuated(const CaptionWords& words, bool isFinal) {

@@ -27,6 +27,9 @@ class SentenceWriter {
 
   /// Whether results have case and punctuation: false without a model and after it failed.
   bool isPunctuating() const;
+  /// Why the model that it was given restores no punctuation any more, localized.
+  std::optional<QString> failure() const;
+  bool hasModel() const { return punctuation_ != nullptr; }
 
   /// Writes one result; there may be no final result yet, or a draft after it. Results without
   /// words stay as they are.

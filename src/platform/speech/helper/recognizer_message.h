@@ -19,13 +19,14 @@ struct RecognizerMessage {
     restore,        ///< words without punctuation, UTF-8; the reply is `restored`
     // From the helper:
     ready = 65,
-    draft,     ///< the phrase so far (result_codec.h)
-    final,     ///< the finished phrase; without text to discard its draft
-    heard,     ///< after the results of one `audio`; one byte, 1 while a phrase is under way
-    settled,   ///< after the results of one `finalize`
-    restored,  ///< the same words with case and punctuation
-    failure,   ///< the reason why the helper ends, UTF-8
-    damaged,   ///< the helper ends because this file is missing or damaged, UTF-8
+    draft,       ///< the phrase so far (result_codec.h)
+    final,       ///< the finished phrase; without text to discard its draft
+    heard,       ///< after the results of one `audio`; one byte, 1 while a phrase is under way
+    settled,     ///< after the results of one `finalize`
+    restored,    ///< the same words with case and punctuation
+    failure,     ///< the reason why the helper ends, UTF-8
+    damaged,     ///< the helper ends because this file is missing or damaged, UTF-8
+    unreadable,  ///< the helper ends because this file cannot be read: errno, a blank, its name
   };
 
   Kind kind;

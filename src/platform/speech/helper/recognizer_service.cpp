@@ -27,6 +27,8 @@ int RecognizerService::run() {
     return 0;
   } catch (const DamagedFile& file) {
     return fail(Kind::damaged, file.name().toUtf8());
+  } catch (const UnreadableFile& file) {
+    return fail(Kind::unreadable, QByteArray::number(file.code()) + ' ' + file.name().toUtf8());
   } catch (const std::exception& error) {
     return fail(Kind::failure, error.what());
   }

@@ -8,13 +8,17 @@ namespace velun {
 using Kind = RecognizerMessage::Kind;
 
 ConfiguredHelper::ConfiguredHelper(QString program, RecognizerSettings settings,
-                                   std::chrono::milliseconds timeout)
-    : program_(std::move(program)), settings_(std::move(settings)), timeout_(timeout) {}
+                                   std::chrono::milliseconds timeout,
+                                   std::chrono::milliseconds loadTimeout)
+    : program_(std::move(program)),
+      settings_(std::move(settings)),
+      timeout_(timeout),
+      loadTimeout_(loadTimeout) {}
 
 void ConfiguredHelper::start() {
   replace(std::make_unique<HelperProcess>(program_, timeout_));
   process_->send(Kind::configure, settings_.toJson());
-  while (process_->receive(HelperProcess::kLoadTimeout).kind != Kind::ready) {
+  while (process_->receive(loadTimeout_).kind != Kind::ready) {
   }
 }
 

@@ -14,7 +14,8 @@ class ConfiguredHelper {
  public:
   /// `timeout` is for everything but loading.
   ConfiguredHelper(QString program, RecognizerSettings settings,
-                   std::chrono::milliseconds timeout = HelperProcess::kDefaultTimeout);
+                   std::chrono::milliseconds timeout = HelperProcess::kDefaultTimeout,
+                   std::chrono::milliseconds loadTimeout = HelperProcess::kLoadTimeout);
 
   /// Starts a helper, after ending the present one, and waits until its models are loaded. Throws
   /// `HelperEnded`.
@@ -38,6 +39,7 @@ class ConfiguredHelper {
   const QString program_;
   const RecognizerSettings settings_;
   const std::chrono::milliseconds timeout_;
+  const std::chrono::milliseconds loadTimeout_;
   /// Guards replacing the process against `cancel`.
   mutable std::mutex mutex_;
   bool isCancelled_ = false;  // guarded by mutex_

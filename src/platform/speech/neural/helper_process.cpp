@@ -1,12 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/neural/helper_process.h"
 
+#include <cstring>
 #include <system_error>
 #include <unistd.h>
 
 namespace velun {
 
 Q_LOGGING_CATEGORY(helperLog, "velun.recognizer", QtCriticalMsg)
+
+QString FileFault::description() const {
+  return code == 0 ? name : name + ": " + QString::fromLocal8Bit(std::strerror(code));
+}
 
 HelperProcess::HelperProcess(const QString& program, std::chrono::milliseconds timeout)
     : timeout_(timeout) {
@@ -65,7 +70,10 @@ void HelperProcess::queueMessages(const QByteArray& bytes) {
     if (message->kind == RecognizerMessage::Kind::failure) {
       lastFailure_ = QString::fromUtf8(message->body);
     } else if (message->kind == RecognizerMessage::Kind::damaged) {
-      damagedFile_ = QString::fromUtf8(message->body);
+      fileFault_ = FileFault{QString::fromUtf8(message->body)};
+    } else if (message->kind == RecognizerMessage::Kind::unreadable) {
+      const QString text = QString::fromUtf8(message->body);
+      fileFault_ = FileFault{text.section(u' ', 1), text.section(u' ', 0, 0).toInt()};
     } else {
       messages_.push_back(*std::move(message));
     }
@@ -73,7 +81,7 @@ void HelperProcess::queueMessages(const QByteArray& bytes) {
 }
 
 void HelperProcess::throwEnded() const {
-  throw HelperEnded(lastFailure_.toStdString(), damagedFile_);
+  throw HelperEnded(lastFailure_.toStdString(), fileFault_);
 }
 
 }  // namespace velun

@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <deque>
+#include <optional>
 #include <QLoggingCategory>
 #include <QString>
 #include <stdexcept>
@@ -15,18 +16,27 @@ namespace velun {
 /// "velun.recognizer": starts and ends of helpers, for developers; silent by default.
 Q_DECLARE_LOGGING_CATEGORY(helperLog)
 
+/// A file of the helper that is not as it was installed.
+struct FileFault {
+  QString name;
+  int code = 0;  ///< the errno value if it cannot be read; 0 if it is missing or damaged
+
+  /// The name and, for a file that cannot be read, the reason, in the language of the system.
+  QString description() const;
+};
+
 /// The helper has ended or does not answer. `what()` is its last failure message, in English; may
 /// be empty.
 class HelperEnded final : public std::runtime_error {
  public:
-  explicit HelperEnded(const std::string& reason, QString damagedFile = {})
-      : std::runtime_error(reason), damagedFile_(std::move(damagedFile)) {}
+  explicit HelperEnded(const std::string& reason, std::optional<FileFault> fileFault = {})
+      : std::runtime_error(reason), fileFault_(std::move(fileFault)) {}
 
-  /// The file that is missing or damaged, if that was the reason.
-  const QString& damagedFile() const { return damagedFile_; }
+  /// The file that was the reason, if any.
+  const std::optional<FileFault>& fileFault() const { return fileFault_; }
 
  private:
-  QString damagedFile_;
+  std::optional<FileFault> fileFault_;
 };
 
 /// One running helper program and the messages to and from it. The program ends with this object,
@@ -70,7 +80,7 @@ class HelperProcess {
   RecognizerMessageReader reader_;
   std::deque<RecognizerMessage> messages_;
   QString lastFailure_;
-  QString damagedFile_;
+  std::optional<FileFault> fileFault_;
 };
 
 }  // namespace velun

@@ -18,14 +18,25 @@ namespace {
 constexpr std::size_t kMaxPieceSamples = 8000;
 constexpr double kSampleRate = 16000;
 
-Failure notStarted(const HelperEnded& end) {
-  if (const QString& file = end.damagedFile(); !file.isEmpty()) {
+Failure brokenFile(const FileFault& fault) {
+  const QString file = fault.description();
+  if (fault.code == 0) {
     return Failure(L(
         QString("A file of the speech recognizer is missing or damaged (%1). Install Velun again.")
             .arg(file),
         QString("음성 인식기의 파일이 없거나 손상되었습니다(%1). Velun을 다시 설치하십시오.")
             .arg(file)));
   }
+  return Failure(L(QString("A file of the speech recognizer cannot be read (%1). Check the "
+                           "permissions of the file and its disk, or install Velun again.")
+                       .arg(file),
+                   QString("음성 인식기의 파일을 읽을 수 없습니다(%1). 파일의 권한과 디스크를 "
+                           "확인하거나 Velun을 다시 설치하십시오.")
+                       .arg(file)));
+}
+
+Failure notStarted(const HelperEnded& end) {
+  if (const std::optional<FileFault>& fault = end.fileFault()) return brokenFile(*fault);
   const QString reason = QString::fromUtf8(end.what());
   if (reason.isEmpty()) {
     return Failure(
