@@ -21,15 +21,27 @@ void checkName(const QString& name) {
   require(!name.contains(u'\n') && !name.contains(QChar(0)), "a name is one line");
 }
 
+void checkAddresses(const QStringList& addresses) {
+  for (const QString& address : addresses) {
+    require(isSafeModelAddress(QUrl(address)), "an address is safe");
+  }
+}
+
 void check(const Model& model) {
   checkName(model.id);
-  require(!model.licence.isEmpty() && !model.languages.isEmpty(), "a model says what it is");
+  require(!model.licence.isEmpty() && !model.languages.isEmpty() && !model.title.isEmpty(),
+          "a model says what it is");
+  require(model.stepMs >= 0 && model.memoryBytes >= 0, "figures are not negative");
   require(model.installedBytes > 0 && !model.downloads.empty(), "a model has files");
   for (const ModelDownload& download : model.downloads) {
+    require(!download.addresses.isEmpty(), "a download has an address");
     checkName(download.fileName());
-    require(isSafeModelAddress(QUrl(download.address)), "an address is safe");
+    checkAddresses(download.addresses);
     require(download.bytes > 0 && download.sha256.size() == 64, "a download can be verified");
-    for (const ModelFile& file : download.files) checkName(file.name);
+    for (const ModelFile& file : download.files) {
+      checkName(file.name);
+      checkAddresses(file.addresses);
+    }
   }
 }
 

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/models/model_catalogue.h"
 
-#include "platform/foundation/failure.h"
+#include "platform/models/catalogue_checker.h"
 #include "platform/models/model_address.h"
+#include "platform/models/model_facts.h"
 
 #include <algorithm>
 #include <optional>
@@ -20,19 +21,6 @@ static void loadResources() {
 namespace velun {
 
 namespace {
-
-/// Throws failures that name the model.
-class Checker {
- public:
-  explicit Checker(QString where) : where_(std::move(where)) {}
-
-  void require(bool isRight, const char* what) const {
-    if (!isRight) throw Failure(QString("Model catalogue: %1: %2").arg(where_, what));
-  }
-
- private:
-  QString where_;
-};
 
 std::optional<ModelKind> kindNamed(const QString& name) {
   if (name == "recognition") return ModelKind::recognition;
@@ -70,20 +58,34 @@ QByteArray readHash(const QJsonObject& object) {
   return object["sha256"].toString().toLatin1();
 }
 
-ModelFile readFile(const QJsonObject& object, const Checker& checker) {
-  ModelFile file{object["name"].toString(), readBytes(object, "bytes"), readHash(object)};
+/// `address`, and the `mirrors` of the same file.
+QStringList readAddresses(const QJsonObject& object, const CatalogueChecker& checker) {
+  QStringList addresses;
+  if (object.contains("address")) addresses.append(object["address"].toString());
+  for (const auto& mirror : object["mirrors"].toArray()) addresses.append(mirror.toString());
+  for (const QString& address : addresses) {
+    checker.require(isSafeModelAddress(QUrl(address)), "an address is not HTTPS");
+  }
+  return addresses;
+}
+
+ModelFile readFile(const QJsonObject& object, const CatalogueChecker& checker) {
+  ModelFile file{object["name"].toString(), readBytes(object, "bytes"), readHash(object), {}};
   checker.require(isPlainName(file.name), "a file's name is missing or not plain");
   checker.require(file.bytes >= 0 && file.bytes <= kMaxBytes, "a file's size is impossible");
   checker.require(file.sha256.isEmpty() || isSha256(file.sha256), "a file's hash is not SHA-256");
+  file.addresses = readAddresses(object, checker);
+  checker.require(file.addresses.isEmpty() || (file.bytes > 0 && !file.sha256.isEmpty()),
+                  "a file with an address has no size or hash");
   return file;
 }
 
-ModelDownload readDownload(const QJsonObject& object, const Checker& checker) {
+ModelDownload readDownload(const QJsonObject& object, const CatalogueChecker& checker) {
   ModelDownload download;
-  download.address = object["address"].toString();
+  download.addresses = readAddresses(object, checker);
+  checker.require(!download.addresses.isEmpty(), "a download has no address");
   download.bytes = readBytes(object, "bytes");
   download.sha256 = readHash(object);
-  checker.require(isSafeModelAddress(QUrl(download.address)), "an address is not HTTPS");
   checker.require(isPlainName(download.fileName()), "an address does not end in a plain name");
   checker.require(download.bytes > 0 && download.bytes <= kMaxBytes, "a download has no size");
   checker.require(isSha256(download.sha256), "a download has no SHA-256");
@@ -101,7 +103,7 @@ ModelDownload readDownload(const QJsonObject& object, const Checker& checker) {
   return download;
 }
 
-std::int64_t sumOfFiles(const Model& model, const Checker& checker) {
+std::int64_t sumOfFiles(const Model& model, const CatalogueChecker& checker) {
   std::int64_t sum = 0;
   for (const ModelDownload& download : model.downloads) {
     for (const ModelFile& file : download.files) {
@@ -115,7 +117,7 @@ std::int64_t sumOfFiles(const Model& model, const Checker& checker) {
 Model readModel(const QJsonObject& object) {
   Model model;
   model.id = object["id"].toString();
-  const Checker checker(model.id);
+  const CatalogueChecker checker(model.id);
   checker.require(isPlainName(model.id), "the id is missing or not plain");
   const auto kind = kindNamed(object["kind"].toString());
   checker.require(kind.has_value(), "unknown kind");
@@ -127,6 +129,7 @@ Model readModel(const QJsonObject& object) {
   checker.require(!model.languages.isEmpty() && !model.languages.contains(QString()),
                   "no languages");
   model.options = object["options"].toObject();
+  readModelFacts(object, checker, model);
   QSet<QString> names;
   const QJsonArray downloads = object["downloads"].toArray();
   for (const auto& download : downloads) {
@@ -160,7 +163,7 @@ ModelCatalogue ModelCatalogue::builtIn() {
 ModelCatalogue ModelCatalogue::read(const QByteArray& json) {
   QJsonParseError error;
   const QJsonDocument document = QJsonDocument::fromJson(json, &error);
-  const Checker checker("file");
+  const CatalogueChecker checker("file");
   checker.require(error.error == QJsonParseError::NoError, qPrintable(error.errorString()));
   checker.require(document.object()["models"].isArray(), "no list of models");
   const QJsonArray list = document.object()["models"].toArray();
@@ -170,7 +173,7 @@ ModelCatalogue ModelCatalogue::read(const QByteArray& json) {
   for (const auto& entry : list) {
     models.push_back(readModel(entry.toObject()));
     const QString& id = models.back().id;
-    Checker(id).require(!ids.contains(id), "the id occurs twice");
+    CatalogueChecker(id).require(!ids.contains(id), "the id occurs twice");
     ids.insert(id);
   }
   return ModelCatalogue(std::move(models));

@@ -76,6 +76,22 @@ class ModelCatalogueTest final : public test::Suite {
     QCOMPARE(packed.packing, ModelPacking::gzip);
     QCOMPARE(packed.fileName(), QString("two.bin.gz"));
     QCOMPARE(packed.files.front(), (ModelFile{"two.bin", 20, kHash.toLatin1()}));
+    QCOMPARE(model->title, QString("good-1.0"));
+    QVERIFY(model->licenceNotice.isEmpty());
+  }
+
+  void addressesAreInOrder() {
+    QJsonValue model = replaced(goodModel(), {"downloads", "0", "mirrors"},
+                                QJsonArray{"https://a.example/1.bin", "https://b.example/1.bin"});
+    model =
+        replaced(model, {"downloads", "1", "files", "0", "address"}, "https://c.example/two.bin");
+    const ModelCatalogue catalogue = ModelCatalogue::read(catalogueOf({model}));
+    const std::vector<ModelDownload>& downloads = catalogue.models().front().downloads;
+    QCOMPARE(downloads.at(0).addresses,
+             QStringList({"https://example.org/x/one.bin", "https://a.example/1.bin",
+                          "https://b.example/1.bin"}));
+    QCOMPARE(downloads.at(0).fileName(), QString("one.bin"));
+    QCOMPARE(downloads.at(1).files.front().addresses, QStringList("https://c.example/two.bin"));
   }
 
   void rejectsInvalidEntries_data() {
@@ -92,6 +108,10 @@ class ModelCatalogueTest final : public test::Suite {
     row("no languages", "languages", QJsonArray());
     row("language not a text", "languages", QJsonArray{5});
     row("no downloads", "downloads", QJsonArray());
+    row("no address", "downloads.0.address", QJsonValue::Undefined);
+    row("plain http mirror", "downloads.0.mirrors", QJsonArray{"http://example.org/one.bin"});
+    row("file's plain http address", "downloads.1.files.0.address", "http://example.org/two.bin");
+    row("licence notice in one language", "licenceNotice", QJsonObject{{"en", "Read this."}});
     row("plain http", "downloads.0.address", "http://example.org/one.bin");
     row("no host", "downloads.0.address", "one.bin");
     row("address of a folder", "downloads.0.address", "https://example.org/x/");

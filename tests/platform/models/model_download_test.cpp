@@ -60,7 +60,7 @@ class ModelDownloadTest final : public test::Suite {
     const std::int64_t size = file_.size();
     const QByteArray hash = sha256(file_);
     model_ = Model{"small", ModelKind::recognition, {"en"}, "MIT", size, {}, {}};
-    model_.downloads = {{server_->address("/x/model.bin"),
+    model_.downloads = {{{server_->address("/x/model.bin")},
                          size,
                          hash,
                          ModelPacking::none,

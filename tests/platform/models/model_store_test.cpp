@@ -46,7 +46,8 @@ class ModelStoreTest final : public test::Suite {
   ModelDownload offer(const QString& name, const QByteArray& bytes, ModelPacking packing,
                       std::vector<ModelFile> files) {
     server_->files["/m/" + name] = bytes;
-    return {server_->address("/m/" + name), bytes.size(), sha256(bytes), packing, std::move(files)};
+    return {
+        {server_->address("/m/" + name)}, bytes.size(), sha256(bytes), packing, std::move(files)};
   }
 
   QString folder() const { return dir_->filePath("mixed"); }

@@ -26,7 +26,7 @@ class UnreadableModelTest final : public Suite {
   Model downloadedModel(ModelPacking packing, const QByteArray& bytes) const {
     ModelDownload download;
     // Refused without a connection if the download is not complete.
-    download.address = "http://models.example/model.bin";
+    download.addresses = {"http://models.example/model.bin"};
     download.bytes = bytes.size();
     download.sha256 = sha256(bytes);
     download.packing = packing;

@@ -36,7 +36,7 @@ class NeuralEndToEndTest final : public test::Suite {
       const QByteArray bytes = file.readAll();
       server_.files["/" + name] = bytes;
       model.installedBytes += bytes.size();
-      model.downloads.push_back({server_.address("/" + name),
+      model.downloads.push_back({{server_.address("/" + name)},
                                  bytes.size(),
                                  sha256(bytes),
                                  ModelPacking::none,

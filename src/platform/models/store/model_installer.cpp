@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <exception>
 #include <QDir>
 #include <QFileInfo>
 #include <QStorageInfo>
@@ -52,6 +53,12 @@ QByteArray hashOfUnpacked(const QString& path, const std::stop_token& stop) {
   } catch (const FileError& error) {
     throw model_failures::unreadable(error.code().value());
   }
+}
+
+bool canBeFetchedSingly(const ModelDownload& download) {
+  return download.packing == ModelPacking::archive &&
+         std::all_of(download.files.begin(), download.files.end(),
+                     [](const ModelFile& file) { return !file.addresses.isEmpty(); });
 }
 
 std::int64_t sizeOf(const QString& path) {
@@ -167,18 +174,18 @@ void ModelInstaller::checkSpace(const Model& model,
 void ModelInstaller::fetch(const Model& model, const ModelDownload& download,
                            VerifiedRecord& record, const std::stop_token& stop) const {
   const QString partial = partialPath(model, download);
-  const bool wasPartial = sizeOf(partial) > 0;
   try {
     fetchVerified(download, partial, stop);
+  } catch (const Cancelled&) {
+    throw;
   } catch (const Failure&) {
-    // The existing part may belong to another file: try once more from the beginning.
-    if (!wasPartial || QFileInfo::exists(partial)) throw;
-    fetchVerified(download, partial, stop);
+    if (!canBeFetchedSingly(download)) throw;
+    fetchSingly(model, download, record, stop);
+    QFile::remove(partial);
+    return;
   }
   if (download.packing == ModelPacking::none) {
-    const QString name = download.files.front().name;
-    moveIntoPlace(partial, QDir(folder(model.id)).filePath(name));
-    record.note(folder(model.id), name, download.sha256, download.sha256);
+    place(model, download, partial, record);
   } else {
     try {
       unpackVerified(model, download, partial, record, stop);
@@ -190,13 +197,59 @@ void ModelInstaller::fetch(const Model& model, const ModelDownload& download,
   }
 }
 
+/// Moves a download that is not packed to its place.
+void ModelInstaller::place(const Model& model, const ModelDownload& download,
+                           const QString& partial, VerifiedRecord& record) const {
+  const QString name = download.files.front().name;
+  moveIntoPlace(partial, QDir(folder(model.id)).filePath(name));
+  record.note(folder(model.id), name, download.files.front().sha256, download.sha256);
+}
+
+/// Downloads the files of an archive from their own addresses.
+void ModelInstaller::fetchSingly(const Model& model, const ModelDownload& archive,
+                                 VerifiedRecord& record, const std::stop_token& stop) const {
+  for (const ModelFile& file : archive.files) {
+    const ModelDownload single{file.addresses, file.bytes, file.sha256, ModelPacking::none, {file}};
+    const QString partial = partialPath(model, single);
+    fetchVerified(single, partial, stop);
+    place(model, {{}, 0, archive.sha256, ModelPacking::none, {file}}, partial, record);
+  }
+}
+
+/// Tries the addresses in order. Throws the failure of the first one, which matters most.
 void ModelInstaller::fetchVerified(const ModelDownload& download, const QString& partial,
                                    const std::stop_token& stop) const {
-  const QUrl address = mirroredModelAddress(download.address, options_.mirror);
-  downloadFile(address, download.bytes, partial, options_.retries, stop);
-  if (isVerified(download, partial, stop)) return;
-  QFile::remove(partial);
-  throw model_failures::damaged();
+  std::exception_ptr first;
+  for (const QString& address : download.addresses) {
+    try {
+      fetchFrom(address, download, partial, stop);
+      return;
+    } catch (const Cancelled&) {
+      throw;
+    } catch (const Failure&) {
+      if (!first) first = std::current_exception();
+    }
+  }
+  std::rethrow_exception(first);
+}
+
+void ModelInstaller::fetchFrom(const QString& address, const ModelDownload& download,
+                               const QString& partial, const std::stop_token& stop) const {
+  const QUrl url = mirroredModelAddress(address, options_.mirror);
+  const auto attempt = [&] {
+    downloadFile(url, download.bytes, partial, options_.retries, stop);
+    if (isVerified(download, partial, stop)) return;
+    QFile::remove(partial);
+    throw model_failures::damaged();
+  };
+  const bool wasPartial = sizeOf(partial) > 0;
+  try {
+    attempt();
+  } catch (const Failure&) {
+    // The existing part may belong to another file: try once more from the beginning.
+    if (!wasPartial || QFileInfo::exists(partial)) throw;
+    attempt();
+  }
 }
 
 void ModelInstaller::unpackVerified(const Model& model, const ModelDownload& download,

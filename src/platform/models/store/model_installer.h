@@ -43,8 +43,14 @@ class ModelInstaller {
                  const std::stop_token& stop) const;
   void fetch(const Model& model, const ModelDownload& download, VerifiedRecord& record,
              const std::stop_token& stop) const;
+  void fetchSingly(const Model& model, const ModelDownload& archive, VerifiedRecord& record,
+                   const std::stop_token& stop) const;
+  void place(const Model& model, const ModelDownload& download, const QString& partial,
+             VerifiedRecord& record) const;
   void fetchVerified(const ModelDownload& download, const QString& partial,
                      const std::stop_token& stop) const;
+  void fetchFrom(const QString& address, const ModelDownload& download, const QString& partial,
+                 const std::stop_token& stop) const;
   void unpackVerified(const Model& model, const ModelDownload& download, const QString& packed,
                       VerifiedRecord& record, const std::stop_token& stop) const;
   void checkSpace(const Model& model, const std::vector<const ModelDownload*>& missing) const;

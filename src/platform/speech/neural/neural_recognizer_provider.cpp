@@ -110,10 +110,11 @@ std::vector<RecognizerCandidate> NeuralRecognizerProvider::candidates(const QStr
   for (const Model* model : models(locale)) {
     RecognizerCandidate candidate;
     candidate.id = model->id;
-    candidate.title = model->id;
+    candidate.title = model->title;
     candidate.model = model->id;
     candidate.isInstalled = store_.isInstalled(*model);
     candidate.modelBytes = model->installedBytes;
+    candidate.memoryBytes = model->memoryBytes;
     all.push_back(candidate);
   }
   return all;
