@@ -18,10 +18,9 @@ using namespace std::chrono_literals;
 constexpr auto kSilenceCheckInterval = 500ms;
 /// Seconds without audio after which an unfinished phrase is finalized.
 constexpr double kMaxSilenceInPhrase = 1.0;
-constexpr auto kFinishCheckInterval = 500ms;
-/// Seconds that a stop waits for a recognizer that makes no progress. Loading a model and
-/// finalizing a long phrase take less.
-constexpr double kMaxFinishStall = 10.0;
+/// How long a stop waits for the rest of the audio to be decoded. Finalizing a long phrase takes
+/// less on a machine that keeps up.
+constexpr auto kFinishTimeout = 2s;
 /// Seconds without audio after which the level meter is empty.
 constexpr double kMeterTimeout = 0.25;
 
@@ -122,10 +121,7 @@ void SpeechRecognitionEngine::startRecognition(const QString& locale, const Run&
   recognition_ = speech_.start(locale, input_);
   run_ = run;
   connect(recognition_.get(), &SpeechRun::resultReady, this, &SpeechRecognitionEngine::handle);
-  connect(recognition_.get(), &SpeechRun::lagChanged, this, [this](bool isBehind) {
-    isFallingBehind_ = isBehind;
-    updateStatus();
-  });
+  followLag(*recognition_);
   connect(recognition_.get(), &SpeechRun::noticed, this, [this](const QString& notice) {
     // During a stop, the text would outlive the captions.
     if (!audio_) return;
@@ -135,6 +131,24 @@ void SpeechRecognitionEngine::startRecognition(const QString& locale, const Run&
   connect(recognition_.get(), &SpeechRun::ended, this, [this](const std::optional<QString>& error) {
     if (!error) return;
     fail(L(QStringLiteral("Recognition error: ") + *error, QStringLiteral("인식 오류: ") + *error));
+  });
+}
+
+void SpeechRecognitionEngine::followLag(const SpeechRun& recognition) {
+  // During a stop, the texts would outlive the captions.
+  const auto update = [this](const auto& change) {
+    if (!audio_) return;
+    change();
+    updateStatus();
+  };
+  connect(&recognition, &SpeechRun::lagChanged, this, [this, update](bool isBehind) {
+    update([this, isBehind] { lag_.setBehind(isBehind); });
+  });
+  connect(&recognition, &SpeechRun::skipped, this, [this, update](double seconds) {
+    update([this, seconds] { lag_.addSkipped(seconds, clock_.monotonicSeconds()); });
+  });
+  connect(&recognition, &SpeechRun::tooSlow, this, [this, update](const QString& advice) {
+    update([this, advice] { lag_.advise(advice, clock_.monotonicSeconds()); });
   });
 }
 
@@ -166,7 +180,6 @@ void SpeechRecognitionEngine::followSource(const AudioSource& source, QUuid toke
 }
 
 void SpeechRecognitionEngine::handle(const TranscriptionResult& result) {
-  lastProgress_ = clock_.monotonicSeconds();
   const QString text = result.text.trimmed();
   if (!result.isFinal) {
     volatileText_ = text;
@@ -206,6 +219,7 @@ QCoro::Task<> SpeechRecognitionEngine::stop() {
   if (audio_) audio_->stop();
   audio_.reset();
   isInterrupted_ = false;
+  lag_ = {};
   notice_.reset();
   updateStatus();
   bool hasFedAudio = false;
@@ -226,28 +240,15 @@ QCoro::Task<> SpeechRecognitionEngine::stop() {
 }
 
 QCoro::Task<> SpeechRecognitionEngine::finishRecognition() {
-  lastProgress_ = clock_.monotonicSeconds();
-  checkFinishLater(input_->pendingSeconds());
+  finishTimeout_ = clock_.callAfter(kFinishTimeout, [this] { giveUpUndecoded(); });
   return recognition_->finish();
 }
 
-void SpeechRecognitionEngine::checkFinishLater(double pendingSeconds) {
-  finishCheck_ = clock_.callAfter(kFinishCheckInterval, [this, pendingSeconds] {
-    const double pendingNow = input_->pendingSeconds();
-    if (pendingNow < pendingSeconds) lastProgress_ = clock_.monotonicSeconds();
-    if (clock_.monotonicSeconds() - lastProgress_ < kMaxFinishStall) {
-      checkFinishLater(pendingNow);
-    } else {
-      endHungRecognition();
-    }
-  });
-}
-
-/// The draft becomes final, because the recognizer will not finish it.
-void SpeechRecognitionEngine::endHungRecognition() {
+/// The draft becomes final, because the recognizer will not finish it in time.
+void SpeechRecognitionEngine::giveUpUndecoded() {
   if (!volatileText_.isEmpty()) handle({volatileText_, true});
-  fail(L("The speech recognizer is not responding. The last words may be missing.",
-         "음성 인식기가 응답하지 않습니다. 마지막 말이 빠졌을 수 있습니다."));
+  fail(L("Captions stopped before the last words were recognized.",
+         "마지막 말이 인식되기 전에 자막이 중지되었습니다."));
   startTask(this, [this] { return cancelRecognition(); });
 }
 
@@ -259,7 +260,7 @@ QCoro::Task<> SpeechRecognitionEngine::cancelRecognition() {
 }
 
 void SpeechRecognitionEngine::forgetRun() {
-  finishCheck_.reset();
+  finishTimeout_.reset();
   recognition_.reset();
   input_.reset();
   engineToken_ = QUuid::createUuid();
@@ -267,7 +268,8 @@ void SpeechRecognitionEngine::forgetRun() {
   setDownloading(false);
   volatileText_.clear();
   isInterrupted_ = false;
-  isFallingBehind_ = false;
+  lag_ = {};
+  statusUpdate_.reset();
   notice_.reset();
   shownStatus_.reset();
 }
@@ -279,13 +281,19 @@ std::vector<float> SpeechRecognitionEngine::meterBands() const {
 
 void SpeechRecognitionEngine::updateStatus() {
   std::optional<QString> status;
+  const double now = clock_.monotonicSeconds();
+  statusUpdate_.reset();
+  if (const std::optional<double> next = lag_.nextChange(now)) {
+    const auto delay =
+        std::chrono::ceil<std::chrono::milliseconds>(std::chrono::duration<double>(*next - now));
+    statusUpdate_ = clock_.callAfter(delay, [this] { updateStatus(); });
+  }
   if (isInterrupted_) {
     status = L("The sound system is not responding. Captions will go on when it is back.",
                "사운드 시스템이 응답하지 않습니다. 복구되면 자막이 계속됩니다.");
-  } else if (isFallingBehind_) {
-    status = L("Recognition is falling behind", "인식이 늦어지고 있습니다");
   } else {
-    status = notice_;
+    status = lag_.text(now);
+    if (!status) status = notice_;
   }
   if (status == shownStatus_) return;
   shownStatus_ = status;
@@ -300,7 +308,8 @@ void SpeechRecognitionEngine::fail(const QString& message) {
     return;
   }
   isInterrupted_ = false;
-  isFallingBehind_ = false;
+  lag_ = {};
+  statusUpdate_.reset();
   notice_.reset();
   shownStatus_.reset();
   Q_EMIT eventOccurred(FailureEvent{message});

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "audio/lag_status.h"
 #include "audio/speech_recognizing.h"
 #include "platform/audio/audio_platform.h"
 #include "platform/foundation/clock.h"
@@ -51,6 +52,7 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
                                 const std::stop_token& stop);
   void setDownloading(bool isDownloading);
   void startRecognition(const QString& locale, const Run& run);
+  void followLag(const SpeechRun& recognition);
   QCoro::Task<> startAudio(Run run, std::stop_token stop);
   void handle(const TranscriptionResult& result);
   void followSource(const AudioSource& source, QUuid token);
@@ -58,8 +60,7 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   QCoro::Task<> checkSilence(QUuid token);
   /// Completes after the last results of the recognizer.
   QCoro::Task<> finishRecognition();
-  void checkFinishLater(double pendingSeconds);
-  void endHungRecognition();
+  void giveUpUndecoded();
   QCoro::Task<> cancelRecognition();
   void updateStatus();
   void fail(const QString& message);
@@ -76,9 +77,9 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   std::optional<std::stop_callback<std::function<void()>>> cancelAudio_;
   std::unique_ptr<ScheduledCall> silenceCheck_;
   /// While a stop waits for the recognizer.
-  std::unique_ptr<ScheduledCall> finishCheck_;
-  /// When the recognizer last made progress during a stop, in the clock's monotonic seconds.
-  double lastProgress_ = 0;
+  std::unique_ptr<ScheduledCall> finishTimeout_;
+  /// When a text about skipped audio ends.
+  std::unique_ptr<ScheduledCall> statusUpdate_;
   /// Identifies the current run; work for another one is stale.
   QUuid engineToken_;
   /// The run of `recognition_`.
@@ -90,7 +91,7 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   /// The last draft.
   QString volatileText_;
   bool isInterrupted_ = false;
-  bool isFallingBehind_ = false;
+  LagStatus lag_;
   /// What is missing in this run.
   std::optional<QString> notice_;
   std::optional<QString> shownStatus_;

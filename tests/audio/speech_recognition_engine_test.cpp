@@ -274,6 +274,41 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     f.stop();
   }
 
+  void skippedAudioIsSaid() {
+    Fixture f;
+    f.startWithAudio();
+    Q_EMIT f.speech.script->run->lagChanged(true);
+    Q_EMIT f.speech.script->run->skipped(3.6);
+    f.clock.advance(5s);
+    Q_EMIT f.speech.script->run->skipped(8.2);
+    Q_EMIT f.speech.script->run->tooSlow("Choose a smaller model.");
+    f.clock.advance(19s);
+    const QStringList shown{"status Recognition is falling behind",
+                            "status Skipped 4 s to catch up", "status Skipped 12 s to catch up",
+                            "status Skipped 12 s to catch up. Choose a smaller model."};
+    QCOMPARE(f.events, shown);
+    f.clock.advance(1s);
+    QCOMPARE(f.events.mid(4), QStringList{"status Recognition is falling behind"});
+    Q_EMIT f.speech.script->run->lagChanged(false);
+    Q_EMIT f.speech.script->run->skipped(2);
+    f.clock.advance(10s);
+    QCOMPARE(f.events.mid(5),
+             QStringList({"status -", "status Skipped 2 s to catch up", "status -"}));
+    Q_EMIT f.speech.script->run->skipped(2);
+    f.stop();
+    QCOMPARE(f.events.last(), QString("status -"));
+    QCOMPARE(f.clock.scheduledCount(), std::size_t(0));
+  }
+
+  void skippedAudioIsSaidInKorean() {
+    Localization::shared().setLanguage(AppLanguage::korean);
+    Fixture f;
+    f.startWithAudio();
+    Q_EMIT f.speech.script->run->skipped(12);
+    QCOMPARE(f.events.last(), QString("status 따라잡기 위해 12초를 건너뛰었습니다"));
+    f.stop();
+  }
+
   void noticeIsShownUntilTheStop() {
     Fixture f;
     f.startWithAudio();

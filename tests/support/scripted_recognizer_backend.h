@@ -25,6 +25,8 @@ struct BackendScript {
   std::atomic<bool> isWaiting = false;
   std::counting_semaphore<> mayTake{0};
   std::atomic<bool> isInPhrase = false;
+  std::atomic<double> undecodedSeconds = 0;
+  std::atomic<int> awaitedDecoding = 0;
   std::atomic<int> alive = 0;
   std::atomic<int> finalizeCount = 0;
   std::atomic<int> samplesTaken = 0;
@@ -65,6 +67,8 @@ class ScriptedBackend final : public RecognizerBackend {
   }
   std::vector<TranscriptionResult> poll() override { return std::exchange(results_, {}); }
   bool expectsResults() const override { return script_->isInPhrase; }
+  double undecodedSeconds() const override { return script_->undecodedSeconds; }
+  void awaitDecoding(std::chrono::milliseconds) override { ++script_->awaitedDecoding; }
   void finalize() override {
     ++script_->finalizeCount;
     if (pieces_ > 0) endPhrase();

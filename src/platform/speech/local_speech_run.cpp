@@ -28,7 +28,7 @@ constexpr double kMaxSilence = 1;
 
 LocalSpeechRun::LocalSpeechRun(RecognizerProvider::Factory factory,
                                std::shared_ptr<SpeechInput> input, const Clock& clock)
-    : input_(std::move(input)), clock_(clock) {
+    : input_(std::move(input)), clock_(clock), backlog_(*input_, clock_) {
   thread_ = std::thread([this, factory = std::move(factory)] { run(factory); });
 }
 
@@ -120,6 +120,7 @@ void LocalSpeechRun::run(const RecognizerProvider::Factory& factory) {
 
 void LocalSpeechRun::loadAndDecode(RecognizerBackend& backend) {
   backend.load();
+  backlog_.recognizerLoaded();
   postNotice(backend);
   try {
     decode(backend);
@@ -137,10 +138,15 @@ void LocalSpeechRun::postNotice(const RecognizerBackend& backend) {
   const std::optional<QString> notice = backend.notice();
   if (!notice || notice == postedNotice_) return;
   postedNotice_ = notice;
+  post([this, text = *notice] { Q_EMIT noticed(text); });
+}
+
+template <class Signal>
+void LocalSpeechRun::post(const Signal& signal) {
   QMetaObject::invokeMethod(
       this,
-      [this, text = *notice] {
-        if (!isCancelled_) Q_EMIT noticed(text);
+      [this, signal] {
+        if (!isCancelled_) signal();
       },
       Qt::QueuedConnection);
 }
@@ -149,9 +155,14 @@ void LocalSpeechRun::decode(RecognizerBackend& backend) {
   double lastAudio = clock_.monotonicSeconds();
   double decodedUntil = lastAudio;
   while (!isCancelled_) {
+    const bool isBusy = backend.undecodedSeconds() > AudioBacklog::kMaxUndecodedSeconds;
     const bool isPolling = backend.expectsResults();
-    const std::optional<SpeechSamples> input =
-        isPolling ? input_->next(kPollInterval) : input_->next();
+    std::optional<SpeechSamples> input;
+    if (isBusy) {
+      backend.awaitDecoding(kPollInterval);
+    } else {
+      input = isPolling ? input_->next(kPollInterval) : input_->next();
+    }
     if (isCancelled_) return;
     const double now = clock_.monotonicSeconds();
     if (input) {
@@ -161,26 +172,33 @@ void LocalSpeechRun::decode(RecognizerBackend& backend) {
       backend.finalize();
       postResults(backend);
       return;
-    } else if (isPolling && now - lastAudio > kMaxBufferInterval) {
+    } else if (isPolling && !isBusy && now - lastAudio > kMaxBufferInterval) {
       decodedUntil = std::max(decodedUntil, lastAudio);
       acceptSilence(backend, std::min(now - decodedUntil, kMaxSilence));
       decodedUntil = now;
     }
     postResults(backend);
     postNotice(backend);
+    limitBacklog(backend);
     completeSettleRequests(backend);
   }
 }
 
 void LocalSpeechRun::accept(RecognizerBackend& backend, const SpeechSamples& input) {
+  if (input.followsGap) backend.skip();
   backend.acceptAudio(input.samples);
-  if (const auto isBehind = lag_.update(input_->pendingSeconds())) {
-    QMetaObject::invokeMethod(
-        this,
-        [this, behind = *isBehind] {
-          if (!isCancelled_) Q_EMIT lagChanged(behind);
-        },
-        Qt::QueuedConnection);
+}
+
+void LocalSpeechRun::limitBacklog(const RecognizerBackend& backend) {
+  const AudioBacklog::Update update = backlog_.update(backend.undecodedSeconds());
+  if (update.isBehind) {
+    post([this, isBehind = *update.isBehind] { Q_EMIT lagChanged(isBehind); });
+  }
+  if (update.skippedSeconds > 0) {
+    post([this, seconds = update.skippedSeconds] { Q_EMIT skipped(seconds); });
+  }
+  if (update.isTooSlow) {
+    post([this, advice = backend.adviceIfTooSlow()] { Q_EMIT tooSlow(advice); });
   }
 }
 
@@ -191,12 +209,7 @@ void LocalSpeechRun::acceptSilence(RecognizerBackend& backend, double seconds) {
 
 void LocalSpeechRun::postResults(RecognizerBackend& backend) {
   for (TranscriptionResult& result : backend.poll()) {
-    QMetaObject::invokeMethod(
-        this,
-        [this, result = std::move(result)] {
-          if (!isCancelled_) Q_EMIT resultReady(result);
-        },
-        Qt::QueuedConnection);
+    post([this, result = std::move(result)] { Q_EMIT resultReady(result); });
   }
 }
 

@@ -3,7 +3,7 @@
 
 #include "platform/foundation/clock.h"
 #include "platform/foundation/one_shot.h"
-#include "platform/speech/lag_watch.h"
+#include "platform/speech/audio_backlog.h"
 #include "platform/speech/recognizer_provider.h"
 #include "platform/speech/speech_platform.h"
 
@@ -46,6 +46,10 @@ class LocalSpeechRun final : public SpeechRun {
   void postNotice(const RecognizerBackend& backend);
   void decode(RecognizerBackend& backend);
   void accept(RecognizerBackend& backend, const SpeechSamples& input);
+  void limitBacklog(const RecognizerBackend& backend);
+  /// Emits a signal on the main thread, unless the run is cancelled.
+  template <class Signal>
+  void post(const Signal& signal);
   void acceptSilence(RecognizerBackend& backend, double seconds);
   void postResults(RecognizerBackend& backend);
   void completeSettleRequests(RecognizerBackend& backend);
@@ -61,7 +65,7 @@ class LocalSpeechRun final : public SpeechRun {
   RecognizerBackend* backend_ = nullptr;                 // while it exists; guarded by mutex_
   std::vector<OneShot<std::monostate>> settleRequests_;  // guarded by mutex_
   bool hasEnded_ = false;                                // guarded by mutex_
-  LagWatch lag_;                                         // decode thread
+  AudioBacklog backlog_;                                 // decode thread
   std::optional<QString> postedNotice_;                  // decode thread
   std::thread thread_;
 };

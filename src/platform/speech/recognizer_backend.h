@@ -3,6 +3,7 @@
 
 #include "platform/speech/transcription_result.h"
 
+#include <chrono>
 #include <optional>
 #include <QString>
 #include <span>
@@ -34,6 +35,20 @@ class RecognizerBackend {
   /// While true, `poll` is called every few milliseconds, and silence is fed when audio stops
   /// arriving.
   virtual bool expectsResults() const { return false; }
+
+  /// Audio that was accepted and is not decoded yet, in seconds. Above
+  /// `AudioBacklog::kMaxUndecodedSeconds` the caller keeps further audio back.
+  virtual double undecodedSeconds() const { return 0; }
+
+  /// Waits, no longer than `atMost`, until some of that audio is decoded.
+  virtual void awaitDecoding(std::chrono::milliseconds /*atMost*/) {}
+
+  /// The audio to come does not continue the audio until now: ends the phrase under way, whose
+  /// final result may come later.
+  virtual void skip() { finalize(); }
+
+  /// What the user can do when this recognizer is too slow for the machine, localized.
+  virtual QString adviceIfTooSlow() const;
 
   /// Finalizes the phrase under way, as if enough silence had followed; `poll` then returns its
   /// final result.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/speech_input.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace velun {
@@ -11,6 +13,10 @@ void SpeechInput::yield(SpeechSamples input) {
     if (isFinished_) return;
     pendingSeconds_ += input.seconds();
     inputs_.push_back(std::move(input));
+    if (pendingSeconds_ > kMaxPendingSeconds && inputs_.size() > 1) {
+      takeFirst();
+      inputs_.front().followsGap = true;
+    }
   }
   changed_.notify_one();
 }
@@ -42,12 +48,30 @@ std::optional<SpeechSamples> SpeechInput::tryNext() {
   return takeFirst();
 }
 
+std::deque<SpeechSamples> SpeechInput::takeAll() {
+  const std::lock_guard lock(mutex_);
+  pendingSeconds_ = 0;
+  return std::exchange(inputs_, {});
+}
+
+void SpeechInput::putBack(std::deque<SpeechSamples> inputs) {
+  const std::lock_guard lock(mutex_);
+  for (const SpeechSamples& input : inputs) pendingSeconds_ += input.seconds();
+  std::move(inputs_.begin(), inputs_.end(), std::back_inserter(inputs));
+  inputs_ = std::move(inputs);
+}
+
 void SpeechInput::interrupt() {
   {
     const std::lock_guard lock(mutex_);
     isInterrupted_ = true;
   }
   changed_.notify_all();
+}
+
+bool SpeechInput::isFinished() const {
+  const std::lock_guard lock(mutex_);
+  return isFinished_;
 }
 
 bool SpeechInput::isDrained() const {

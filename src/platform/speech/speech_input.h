@@ -16,13 +16,19 @@ inline constexpr int kSpeechSampleRate = 16'000;
 /// Mono samples at `kSpeechSampleRate`, between −1 and 1.
 struct SpeechSamples {
   std::vector<float> samples;
+  /// Audio before these samples was skipped.
+  bool followsGap = false;
 
   double seconds() const { return static_cast<double>(samples.size()) / kSpeechSampleRate; }
 };
 
-/// The unbounded queue of audio from the feeder (capture thread) to the recognizer (decode thread).
+/// The queue of audio from the feeder (capture thread) to the recognizer (decode thread).
 class SpeechInput {
  public:
+  /// Beyond this, in seconds, the oldest audio is dropped: a recognizer that takes nothing for so
+  /// long hangs.
+  static constexpr double kMaxPendingSeconds = 120;
+
   /// Appends; dropped after `finish`. Capture thread.
   void yield(SpeechSamples input);
 
@@ -39,9 +45,18 @@ class SpeechInput {
   /// The next input if there is one now. Decode thread.
   std::optional<SpeechSamples> tryNext();
 
+  /// Takes everything that waits, in order. Decode thread.
+  std::deque<SpeechSamples> takeAll();
+
+  /// Puts input back in front of what waits. Decode thread.
+  void putBack(std::deque<SpeechSamples> inputs);
+
   /// Makes a waiting `next` return nullopt once, so that the worker can check for a command. Any
   /// thread.
   void interrupt();
+
+  /// Whether the stream has ended. Any thread.
+  bool isFinished() const;
 
   /// Whether the stream has ended and everything was taken. Any thread.
   bool isDrained() const;

@@ -58,6 +58,10 @@ class SpeechRun : public QObject {
   void resultReady(const velun::TranscriptionResult& result);
   /// Decoding has fallen behind the audio, or has caught up.
   void lagChanged(bool isBehind);
+  /// Audio of so many seconds was left out, because decoding was too far behind.
+  void skipped(double seconds);
+  /// This machine cannot keep up with the audio; once in a run. `advice` is localized.
+  void tooSlow(const QString& advice);
   /// Something is missing and captions go on without it. `notice` is localized.
   void noticed(const QString& notice);
   /// The last signal. `error` is the text of the failure that ended the run, if one did.

@@ -98,7 +98,7 @@ class Recognizer(FaultCase):
         draft = self.begin_phrase(lines)
         os.kill(self.helper(), signal.SIGSTOP)
         self.toggle_captions()
-        self.wait_for_status("The speech recognizer is not responding.")
+        self.wait_for_status("Captions stopped before the last words were recognized.")
         self.wait_for_line_of(draft, lines)
         self.toggle_captions()
         self.program.wait_until_capturing()

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/local_speech_run.h"
 
-#include "platform/speech/lag_watch.h"
+#include "platform/speech/audio_backlog.h"
 #include "support/await.h"
 #include "support/manual_clock.h"
 #include "support/scripted_recognizer_backend.h"
@@ -24,6 +24,10 @@ struct Fixture {
     });
     QObject::connect(run.get(), &SpeechRun::lagChanged,
                      [this](bool isBehind) { emitted << (isBehind ? "behind" : "caught up"); });
+    QObject::connect(run.get(), &SpeechRun::skipped,
+                     [this](double seconds) { emitted << QString("skipped %1").arg(seconds); });
+    QObject::connect(run.get(), &SpeechRun::tooSlow,
+                     [this](const QString& advice) { emitted << "too slow " + advice; });
     QObject::connect(run.get(), &SpeechRun::noticed,
                      [this](const QString& notice) { emitted << "notice " + notice; });
   }
@@ -183,11 +187,13 @@ class LocalSpeechRunTest final : public test::Suite {
     QCOMPARE(f.script.samplesTaken.load(), 0);
   }
 
-  void lagIsReportedAndNothingIsDropped() {
+  void shortLagIsReportedAndNothingIsDropped() {
     Fixture f;
     f.script.isSlow = true;
     f.start();
-    for (int i = 0; i < 60; ++i) f.yield();
+    f.yield();
+    VERIFY_SOON(f.script.isWaiting);
+    for (int i = 0; i < 43; ++i) f.yield();
     f.script.mayTake.release(2);
     VERIFY_SOON(f.emitted.contains("behind"));
     QVERIFY(!f.emitted.contains("caught up"));
@@ -195,8 +201,53 @@ class LocalSpeechRunTest final : public test::Suite {
     f.script.mayTake.release(1);
     VERIFY_SOON(f.emitted.contains("caught up"));
     test::await(f.run->finish());
-    QVERIFY(f.emitted.contains("final 60"));
+    QVERIFY(f.emitted.contains("final 44"));
     QCOMPARE(f.emitted.count("behind"), 1);
+  }
+
+  void longLagIsSkipped() {
+    Fixture f;
+    f.script.isSlow = true;
+    f.start();
+    f.yield();
+    VERIFY_SOON(f.script.isWaiting);
+    for (int skip = 0; skip < 2; ++skip) {
+      for (int i = 0; i < 60; ++i) f.yield();
+      f.script.mayTake.release(1);
+      VERIFY_SOON(f.emitted.filter("skipped").size() == skip + 1);
+    }
+    QCOMPARE(f.emitted.last(),
+             QString("too slow This computer is too busy for captions. Close other programs."));
+    f.script.isSlow = false;
+    f.script.mayTake.release(1);
+    test::await(f.run->finish());
+    // The phrase before a skipped part is not continued after it.
+    QVERIFY(f.script.finalizeCount > 1);
+    QVERIFY(f.script.samplesTaken < 60 * 1600);
+  }
+
+  void audioFromWhileItLoadedIsNotALag() {
+    Fixture f;
+    f.script.isSlowToLoad = true;
+    f.start();
+    VERIFY_SOON(f.script.isWaiting);
+    for (int i = 0; i < 90; ++i) f.yield();
+    f.script.mayTake.release(1);
+    test::await(f.run->settle());
+    QCOMPARE(f.emitted.last(), QString("final 90"));
+    QVERIFY(!f.emitted.contains("behind"));
+  }
+
+  void audioIsKeptBackWhileTheRecognizerIsBusy() {
+    Fixture f;
+    f.script.undecodedSeconds = AudioBacklog::kMaxUndecodedSeconds + 0.1;
+    f.start();
+    f.yield();
+    VERIFY_SOON(f.script.awaitedDecoding > 2);
+    QCOMPARE(f.script.samplesTaken.load(), 0);
+    f.script.undecodedSeconds = 0;
+    test::await(f.run->finish());
+    QCOMPARE(f.script.samplesTaken.load(), 1600);
   }
 
   void lagHasHysteresis() {

@@ -68,6 +68,25 @@ class NeuralBackendTest final : public test::Suite {
     QCOMPARE(finalsOf(nemoCtc(), samples).size(), 1);
   }
 
+  void skippedAudioEndsThePhrase_data() { recognizesWords_data(); }
+  void skippedAudioEndsThePhrase() {
+    QFETCH(RecognizerSettings, settings);
+    NeuralBackend backend(helperProgram(), settings);
+    backend.load();
+    feed(backend, spoken(music_) + silence(0.4));
+    backend.skip();
+    feed(backend, numbers_);
+    QVERIFY(backend.undecodedSeconds() > 0);
+    QStringList finals;
+    while (backend.undecodedSeconds() > 0) {
+      backend.awaitDecoding(std::chrono::milliseconds(20));
+      keepFinals(backend, finals);
+    }
+    backend.finalize();
+    keepFinals(backend, finals);
+    QCOMPARE(finals, QStringList({"Turn off the music now", "Five six nine ten eight"}));
+  }
+
   void phraseEndsSoonAfterItsLastWord() {
     NeuralBackend backend(helperProgram(), transducer());
     backend.load();

@@ -138,6 +138,14 @@ class NeuralHelperTest final : public test::Suite {
     QVERIFY_EXCEPTION_THROWN(helper.receive(std::chrono::milliseconds(50)), HelperEnded);
   }
 
+  void helperThatDecodesNothingCountsAsEnded() {
+    HelperProcess helper("/usr/bin/sleep", std::chrono::milliseconds(50));
+    const auto waitForever = [&helper] {
+      while (true) helper.awaitMessage(std::chrono::milliseconds(20));
+    };
+    QVERIFY_EXCEPTION_THROWN(waitForever(), HelperEnded);
+  }
+
   void helperThatEndsAtOnceIsReported() {
     try {
       NeuralBackend backend("/usr/bin/false", transducer());

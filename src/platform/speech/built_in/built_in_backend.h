@@ -22,6 +22,9 @@ class BuiltInBackend final : public RecognizerBackend {
   void acceptAudio(std::span<const float> samples) override;
   std::vector<TranscriptionResult> poll() override;
   bool expectsResults() const override;
+  double undecodedSeconds() const override { return helper_.undecodedSeconds(); }
+  void awaitDecoding(std::chrono::milliseconds atMost) override { helper_.awaitDecoding(atMost); }
+  void skip() override { helper_.skip(); }
   void finalize() override;
   void cancel() override;
 

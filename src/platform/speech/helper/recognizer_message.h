@@ -17,6 +17,7 @@ struct RecognizerMessage {
     audio,          ///< 32-bit float samples, 16 kHz mono; the reply is `heard`
     finalize,       ///< the reply is `settled`
     restore,        ///< words without punctuation, UTF-8; the reply is `restored`
+    skip,           ///< audio was left out: ends the phrase; there is no reply
     // From the helper:
     ready = 65,
     draft,       ///< the phrase so far (result_codec.h)

@@ -75,6 +75,10 @@ void RecognizerService::answer(const RecognizerMessage& message) {
       sendResults();
       send(Kind::settled);
       break;
+    case Kind::skip:
+      recognizer().skip();
+      sendResults();
+      break;
     case Kind::restore:
       restore(QString::fromUtf8(message.body));
       break;

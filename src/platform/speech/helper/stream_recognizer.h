@@ -19,6 +19,9 @@ class StreamRecognizer {
   /// Ends the phrase, as if enough silence had followed.
   virtual void finalize() = 0;
 
+  /// Ends the phrase, because the audio to come does not continue the audio until now.
+  virtual void skip() { finalize(); }
+
   /// Whether a phrase is under way.
   virtual bool isInPhrase() const = 0;
 

@@ -199,6 +199,11 @@ void StreamingRecognizer::finalize() {
   beginStream();
 }
 
+void StreamingRecognizer::skip() {
+  deliverFinal();
+  beginStream();
+}
+
 std::vector<TranscriptionResult> StreamingRecognizer::takeResults() {
   return std::exchange(results_, {});
 }

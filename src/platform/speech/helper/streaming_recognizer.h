@@ -24,6 +24,8 @@ class StreamingRecognizer final : public StreamRecognizer {
   void accept(std::span<const float> samples) override;
   /// Feeds enough silence to get the last word, and ends the phrase.
   void finalize() override;
+  /// Does not wait for the last word, because decoding is too slow already.
+  void skip() override;
   bool isInPhrase() const override { return !draft_.isEmpty(); }
   std::vector<TranscriptionResult> takeResults() override;
 

@@ -20,6 +20,12 @@ class EnglishBackend final : public RecognizerBackend {
   void acceptAudio(std::span<const float> samples) override { recognizer_->acceptAudio(samples); }
   std::vector<TranscriptionResult> poll() override;
   bool expectsResults() const override { return recognizer_->expectsResults(); }
+  double undecodedSeconds() const override { return recognizer_->undecodedSeconds(); }
+  void awaitDecoding(std::chrono::milliseconds atMost) override {
+    recognizer_->awaitDecoding(atMost);
+  }
+  void skip() override { recognizer_->skip(); }
+  QString adviceIfTooSlow() const override { return recognizer_->adviceIfTooSlow(); }
   void finalize() override { recognizer_->finalize(); }
   void cancel() override { recognizer_->cancel(); }
 

@@ -43,6 +43,13 @@ std::optional<RecognizerMessage> HelperProcess::tryReceive() {
   return message;
 }
 
+void HelperProcess::awaitMessage(std::chrono::milliseconds atMost) {
+  std::span<const char> nothing;
+  if (!messages_.empty()) return;
+  if (!exchange(nothing, atMost)) silence_ += atMost;
+  if (silence_ >= timeout_) throwEnded();
+}
+
 RecognizerMessage HelperProcess::receive(std::chrono::milliseconds timeout) {
   std::span<const char> nothing;
   while (true) {
@@ -76,6 +83,7 @@ void HelperProcess::queueMessages(const QByteArray& bytes) {
       fileFault_ = FileFault{text.section(u' ', 1), text.section(u' ', 0, 0).toInt()};
     } else {
       messages_.push_back(*std::move(message));
+      silence_ = std::chrono::milliseconds(0);
     }
   }
 }

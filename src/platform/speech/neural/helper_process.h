@@ -59,6 +59,10 @@ class HelperProcess {
   /// ended and every message has been taken.
   std::optional<RecognizerMessage> tryReceive();
 
+  /// Waits, no longer than `atMost`, until a message has arrived. Throws `HelperEnded`, also when
+  /// the calls without a message have waited for the timeout.
+  void awaitMessage(std::chrono::milliseconds atMost);
+
   /// Waits for the next message. Throws `HelperEnded`, also after the timeout.
   RecognizerMessage receive() { return receive(timeout_); }
   RecognizerMessage receive(std::chrono::milliseconds timeout);
@@ -77,6 +81,7 @@ class HelperProcess {
   const std::chrono::milliseconds timeout_;
   std::unique_ptr<ProcessPipeline> pipeline_;
   bool hasEnded_ = false;
+  std::chrono::milliseconds silence_{0};  ///< waited by `awaitMessage` since the last message
   RecognizerMessageReader reader_;
   std::deque<RecognizerMessage> messages_;
   QString lastFailure_;

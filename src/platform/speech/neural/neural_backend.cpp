@@ -6,6 +6,7 @@
 #include "platform/speech/helper/result_codec.h"
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
 namespace velun {
@@ -108,7 +109,7 @@ void NeuralBackend::takeLastResults() {
     draft_.isFinal = true;
     results_.push_back(std::exchange(draft_, {}));
   }
-  pendingPieces_ = 0;
+  undecodedPieces_.clear();
   isInPhrase_ = false;
 }
 
@@ -119,7 +120,7 @@ void NeuralBackend::acceptAudio(std::span<const float> samples) {
                           static_cast<qsizetype>(piece.size_bytes()));
     attempt([this, &body] { helper_.process().send(Kind::audio, body); });
     sentSamples_ += piece.size();
-    ++pendingPieces_;
+    undecodedPieces_.push_back(piece.size());
   }
 }
 
@@ -142,8 +143,27 @@ void NeuralBackend::finalize() {
       take(message);
     }
   });
-  pendingPieces_ = 0;
+  undecodedPieces_.clear();
   isInPhrase_ = false;
+}
+
+void NeuralBackend::skip() {
+  attempt([this] { helper_.process().send(Kind::skip); });
+}
+
+double NeuralBackend::undecodedSeconds() const {
+  const std::size_t samples =
+      std::accumulate(undecodedPieces_.begin(), undecodedPieces_.end(), std::size_t(0));
+  return static_cast<double>(samples) / kSampleRate;
+}
+
+void NeuralBackend::awaitDecoding(std::chrono::milliseconds atMost) {
+  attempt([this, atMost] { helper_.process().awaitMessage(atMost); });
+}
+
+QString NeuralBackend::adviceIfTooSlow() const {
+  return L("This computer is too slow for this speech model. Choose a smaller one in Settings.",
+           "이 컴퓨터에는 이 음성 모델이 너무 큽니다. 설정에서 더 작은 모델을 선택하십시오.");
 }
 
 void NeuralBackend::takeArrived() {
@@ -162,7 +182,7 @@ void NeuralBackend::take(const RecognizerMessage& message) {
       results_.push_back(decodedResult(message.body, true, helperBegin_));
       break;
     case Kind::heard:
-      if (pendingPieces_ > 0) --pendingPieces_;
+      if (!undecodedPieces_.empty()) undecodedPieces_.pop_front();
       isInPhrase_ = message.body == QByteArray(1, 1);
       break;
     default:

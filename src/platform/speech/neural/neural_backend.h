@@ -4,6 +4,9 @@
 #include "platform/speech/neural/configured_helper.h"
 #include "platform/speech/recognizer_backend.h"
 
+#include <cstddef>
+#include <deque>
+
 namespace velun {
 
 /// A neural recognizer in the helper program. When the helper crashes, it is restarted once: the
@@ -20,7 +23,11 @@ class NeuralBackend final : public RecognizerBackend {
 
   void acceptAudio(std::span<const float> samples) override;
   std::vector<TranscriptionResult> poll() override;
-  bool expectsResults() const override { return pendingPieces_ > 0 || isInPhrase_; }
+  bool expectsResults() const override { return !undecodedPieces_.empty() || isInPhrase_; }
+  double undecodedSeconds() const override;
+  void awaitDecoding(std::chrono::milliseconds atMost) override;
+  void skip() override;
+  QString adviceIfTooSlow() const override;
   void finalize() override;
   void cancel() override { helper_.cancel(); }
 
@@ -41,7 +48,7 @@ class NeuralBackend final : public RecognizerBackend {
   TranscriptionResult draft_;  ///< the last one; its text is empty between phrases
   std::size_t sentSamples_ = 0;
   double helperBegin_ = 0;  ///< where the present helper’s audio begins, in seconds
-  int pendingPieces_ = 0;   ///< audio messages without a reply
+  std::deque<std::size_t> undecodedPieces_;  ///< the samples of audio messages without a reply
   bool isInPhrase_ = false;
   bool hasRestarted_ = false;
 };
