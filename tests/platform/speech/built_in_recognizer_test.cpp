@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/foundation/failure.h"
 #include "platform/speech/built_in_fixture.h"
+#include "platform/speech/whispered.h"
 #include "support/suite.h"
 
 #include <algorithm>
 #include <atomic>
-#include <cmath>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <thread>
@@ -151,33 +151,48 @@ class BuiltInRecognizerTest final : public test::Suite {
     QVERIFY2(finals_[0].endsWith("young man"), qPrintable(finals_[0]));
   }
 
-  void steadySoundsAreNotWords_data() {
-    QTest::addColumn<bool>("isTone");
-    QTest::newRow("noise") << false;
-    QTest::newRow("tone") << true;
-  }
-  void steadySoundsAreNotWords() {
-    QFETCH(bool, isTone);
-    std::vector<float> samples = silence(8);
-    unsigned random = 1;
-    for (std::size_t i = 8000; i < samples.size(); ++i) {
-      random = random * 1664525U + 1013904223U;
-      samples[i] = isTone ? 0.2F * std::sin(static_cast<float>(i) * 0.0864F)
-                          : 0.1F * (static_cast<float>(random >> 8) / 8388608.0F - 1);
-    }
-    accept(samples);
+  void whisperedSpeechIsRecognized() {
+    accept(test::whispered(clip("0890")));
     recognizer_->finalize();
     collect();
-    QVERIFY2(finals_.isEmpty(), qPrintable(finals_.join("|")));
-    QVERIFY(drafts_.isEmpty());
+    QCOMPARE(finals_.size(), 1);
+    QVERIFY2(finals_[0].contains("rather cold hearted"), qPrintable(finals_[0]));
   }
 
-  void pluckedStringIsNoWord() {
+  void louderPhraseAfterQuietSpeechIsRecognized() {
+    std::vector<float> quiet = clip("0880");
+    for (float& sample : quiet) sample *= 0.03F;
+    accept(quiet);
+    accept(silence(1));
+    accept(test::whispered(clip("0890")));
+    recognizer_->finalize();
+    collect();
+    QCOMPARE(finals_.size(), 2);
+    QVERIFY2(finals_[1].contains("rather cold hearted"), qPrintable(finals_[1]));
+  }
+
+  void soundsWithoutSpeechAreNotWords_data() {
+    QTest::addColumn<QStringList>("effects");
+    const auto row = [](const char* name, const QString& effects) {
+      QTest::newRow(name) << effects.split(u' ');
+    };
+    row("tone", "synth 8 sine 220 gain -14");
+    row("steady noise", "synth 8 whitenoise gain -20");
+    // Without pitch, like a whisper.
+    row("noise in bursts", "synth 12 whitenoise tremolo 4 95 gain -14");
+    row("noise of waves", "synth 12 pinknoise tremolo 0.4 90 gain -14");
+    row("noise of a narrow band", "synth 12 whitenoise band 1800 900 tremolo 3 90 gain -10");
+    row("keystrokes", "synth 0.03 whitenoise fade 0.002 0.03 0.025 pad 0 0.12 repeat 60 gain -12");
+    row("plucked string", "synth 1 pluck 220 repeat 14 gain -12");
+    row("many plucked strings", "synth 0.4 pluck 330 repeat 20 gain -10");
+  }
+  void soundsWithoutSpeechAreNotWords() {
+    QFETCH(const QStringList, effects);
     const QTemporaryDir dir;
-    const QString path = dir.filePath("plucked.wav");
+    const QString path = dir.filePath("sound.wav");
     QCOMPARE(
-        QProcess::execute("sox", {"-n", "-R", "-r", "16000", "-c", "1", "-b", "16", path, "synth",
-                                  "1", "pluck", "220", "repeat", "14", "gain", "-12"}),
+        QProcess::execute(
+            "sox", QStringList({"-n", "-R", "-r", "16000", "-c", "1", "-b", "16", path}) + effects),
         0);
     accept(silence(5));
     accept(test::clipSamples(path));
@@ -185,6 +200,7 @@ class BuiltInRecognizerTest final : public test::Suite {
     recognizer_->finalize();
     collect();
     QVERIFY2(finals_.isEmpty(), qPrintable(finals_.join("|")));
+    QVERIFY(drafts_.isEmpty());
   }
 
   void speechWithoutPausesIsCutAndKept() {

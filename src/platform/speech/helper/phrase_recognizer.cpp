@@ -3,6 +3,7 @@
 
 #include "platform/speech/helper/combined_hearings.h"
 #include "platform/speech/helper/speech_level.h"
+#include "platform/speech/helper/words_in_noise.h"
 
 #include <algorithm>
 #include <cmath>
@@ -24,24 +25,16 @@ constexpr double kMinConfidence = 0.45;
 /// A longer phrase may be unsure at the first hearing and clear at the second. A sound of one or
 /// two words may not: a plucked string became sure words, because the recognizer adapted to it.
 constexpr std::size_t kMinUnsureWords = 4;
-/// The same of fewer words.
+/// The same of fewer words, and of a sound that is not like speech: a hoarse voice has no pitch.
 constexpr double kMinConfidenceOfFew = 0.6;
 
-/// Speech has at least one word in two seconds. A longer sound with fewer words is noise or music.
-constexpr double kLongSound = 3.0;
-constexpr double kMinWordsPerSecond = 0.6;
-
-/// Speech that is more than this times quieter than the speech before was heard too quietly.
-constexpr float kMuchLouder = 2;
+/// Speech that is more than this times quieter or louder than the speech before was heard at the
+/// wrong level.
+constexpr float kOtherLevel = 2;
 
 /// 0.3 s. The end of the first hearing is the context in which the second one begins; after a word
 /// without a pause, that word would be heard again.
 const std::vector<float> kPause(4800, 0.0F);
-
-bool isNoise(const HeardWords& words, double voicedSeconds) {
-  return voicedSeconds > kLongSound &&
-         static_cast<double>(words.size()) < kMinWordsPerSecond * voicedSeconds;
-}
 
 bool isUnsure(const HeardWords& words) {
   return words.size() < kMinUnsureWords && meanConfidence(words) < kMinConfidenceOfFew;
@@ -94,7 +87,7 @@ void PhraseRecognizer::decodeWaiting() {
 
 void PhraseRecognizer::updateDraft() {
   const HeardWords words = stable_.update(decoder_.words());
-  if (!phrases_.isLikelySpeech() || isUnsure(words)) return;
+  if (!phrases_.isLikelySpeech() || isUnsure(words) || areVocalSounds(words)) return;
   TranscriptionResult draft = written(words, false);
   if (draft.text == draft_) return;
   draft_ = draft.text;
@@ -106,9 +99,9 @@ void PhraseRecognizer::endPhrase() {
   const double voiced = phrases_.voicedSeconds();
   const bool isLikelySpeech = phrases_.isLikelySpeech();
   const std::vector<float> phrase = phrases_.takePhrase();
-  HeardWords words = isLikelySpeech ? finalWords(phrase) : HeardWords();
+  HeardWords words = finalWords(phrase, isLikelySpeech);
   decoder_.end();
-  if (isNoise(words, voiced)) words.clear();
+  if (areWordsInNoise(words, voiced)) words.clear();
   const bool wasShown = !std::exchange(draft_, {}).isEmpty();
   if (wasShown || !words.empty()) {
     results_.push_back(written(std::move(words), true));
@@ -118,13 +111,14 @@ void PhraseRecognizer::endPhrase() {
   if (phrases_.isInPhrase()) beginPhrase();  // the rest of a phrase that was cut
 }
 
-HeardWords PhraseRecognizer::finalWords(std::span<const float> phrase) {
+HeardWords PhraseRecognizer::finalWords(std::span<const float> phrase, bool isLikelySpeech) {
   const float gain = gainFor(phrase);
   const std::vector<float> audio = amplified(phrase, gain);
   decoder_.accept(kPause);
   HeardWords first = decoder_.endAndKeepVoice();
   const bool isDoubtful = isUnsure(first) || meanConfidence(first) < kMinConfidence;
-  if (isDoubtful && gain > kMuchLouder * draftGain_) {
+  const bool isOtherLevel = gain > kOtherLevel * draftGain_ || draftGain_ > kOtherLevel * gain;
+  if (isDoubtful && isOtherLevel) {
     decoder_.end();
     decoder_.accept(audio);
     first = decoder_.endAndKeepVoice();
@@ -138,6 +132,8 @@ HeardWords PhraseRecognizer::finalWords(std::span<const float> phrase) {
   decoder_.accept(audio);
   const HeardWords second = decoder_.end();
   if (meanConfidence(second) < kMinConfidence) return {};
+  const bool isSure = second.size() > 1 && meanConfidence(second) >= kMinConfidenceOfFew;
+  if (!isLikelySpeech && !isSure) return {};
   return combinedHearings(first, second);
 }
 

@@ -27,7 +27,7 @@ class PhraseRecognizer final : public StreamRecognizer {
   void decodeWaiting();
   void updateDraft();
   void endPhrase();
-  HeardWords finalWords(std::span<const float> phrase);
+  HeardWords finalWords(std::span<const float> phrase, bool isLikelySpeech);
   TranscriptionResult written(HeardWords words, bool isFinal) const;
 
   VoskDecoder decoder_;
