@@ -28,11 +28,38 @@ QStringList sortedByName(const QStringList& identifiers) {
   return sorted;
 }
 
+std::vector<LanguageChoice> readyFirst(std::vector<LanguageChoice> choices) {
+  std::ranges::stable_partition(choices, &LanguageChoice::isReady);
+  return choices;
+}
+
 }  // namespace
 
 CaptionLanguages::CaptionLanguages(SpeechPlatform& speech, TranslationPlatform& translation,
                                    QObject* parent)
     : QObject(parent), speech_(speech), translation_(translation) {}
+
+std::vector<LanguageChoice> CaptionLanguages::localeChoices() const {
+  std::vector<LanguageChoice> choices;
+  for (const QString& locale : locales_) {
+    LanguageChoice choice{locale, languageName(locale), std::nullopt};
+    if (const std::optional<SpeechSupport> support = speech_.support(locale)) {
+      choice.downloadBytes = support->offer ? support->offer->downloadBytes() : 0;
+    }
+    choices.push_back(std::move(choice));
+  }
+  return readyFirst(std::move(choices));
+}
+
+std::vector<LanguageChoice> CaptionLanguages::languageChoices(const QString& sourceID) const {
+  const std::vector<std::optional<qint64>> bytes = translation_.downloadBytes(sourceID, languages_);
+  std::vector<LanguageChoice> choices;
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    const QString& language = languages_[static_cast<qsizetype>(i)];
+    choices.push_back({language, languageName(language), bytes[i]});
+  }
+  return readyFirst(std::move(choices));
+}
 
 QCoro::Task<> CaptionLanguages::load(QPointer<CaptionLanguages> self) {
   QCoro::Task<QStringList> localesTask = self->speech_.supportedLocales();

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "captions/language_choice.h"
+
 #include <QCoroTask>
 #include <QObject>
 #include <QPointer>
 #include <QStringList>
+#include <vector>
 
 namespace velun {
 
@@ -25,6 +28,12 @@ class CaptionLanguages final : public QObject {
   const QStringList& locales() const { return locales_; }
   /// Identifiers of the languages that can be translated into. Empty until `load` completes.
   const QStringList& languages() const { return languages_; }
+
+  /// The same with what each has to download now: those that are ready first, otherwise in the
+  /// same order. Looks at the files of every language.
+  std::vector<LanguageChoice> localeChoices() const;
+  /// The languages that `sourceID` can be translated into.
+  std::vector<LanguageChoice> languageChoices(const QString& sourceID) const;
 
   /// Fetches and sorts both lists; again after a change of the interface language.
   QCoro::Task<> load() { return load(this); }

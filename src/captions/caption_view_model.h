@@ -48,6 +48,11 @@ class CaptionViewModel final : public QObject {
   /// name. Empty until `loadLanguages` completes.
   const QStringList& locales() const { return languages_.locales(); }
   const QStringList& languages() const { return languages_.languages(); }
+  /// The same for choosers, with what is ready first; see `CaptionLanguages`.
+  std::vector<LanguageChoice> localeChoices() const { return languages_.localeChoices(); }
+  std::vector<LanguageChoice> languageChoices() const {
+    return languages_.languageChoices(settings_.localeID());
+  }
   CaptionTranslator& translator() { return translator_; }
 
   // Turning captions on and off: see `EngineController`.

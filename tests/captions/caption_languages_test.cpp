@@ -45,6 +45,10 @@ class SlowTranslationPlatform final : public TranslationPlatform {
     const QStringList languages = co_await list;
     co_return languages;
   }
+  std::vector<std::optional<qint64>> downloadBytes(const QString&,
+                                                   const QStringList&) const override {
+    return {};
+  }
   std::optional<QString> activity() const override { return std::nullopt; }
 
  private:
@@ -80,6 +84,25 @@ class CaptionLanguagesTest final : public test::Suite {
     fixture.languages = {"en-US", "de", "en_US"};
     fixture.load();
     QCOMPARE(fixture.offered.languages(), QStringList({"en-US", "en_US", "de"}));
+  }
+
+  void choicesThatAreReadyComeFirst() {
+    Fixture fixture;
+    fixture.locales = {"ko_KR", "en_US"};
+    fixture.languages = {"ko", "es", "de", "fr"};
+    fixture.translation.bytes = {{"de", 17}, {"fr", 30}};
+    fixture.load();
+    const std::vector<LanguageChoice> targets = fixture.offered.languageChoices("en_US");
+    QCOMPARE(targets, (std::vector<LanguageChoice>{{"ko", "Korean", 0},
+                                                   {"es", "Spanish", 0},
+                                                   {"fr", "French", 30},
+                                                   {"de", "German", 17}}));
+    const std::vector<LanguageChoice> locales = fixture.offered.localeChoices();
+    QCOMPARE(locales, (std::vector<LanguageChoice>{{"en_US", "English (United States)", 0},
+                                                   {"ko_KR", "Korean (South Korea)", 0}}));
+    auto offer = std::make_shared<test::ScriptedModelOffer>();
+    fixture.speech.script->offer = offer;
+    QCOMPARE(fixture.offered.localeChoices()[0].downloadBytes, offer->downloadBytes());
   }
 
   void onlyADifferentListIsAnnounced() {

@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <memory>
+#include <QHash>
 #include <utility>
 #include <vector>
 
@@ -89,6 +90,12 @@ class ScriptedTranslationPlatform final : public TranslationPlatform {
     const QStringList list = languages;
     co_return list;
   }
+  std::vector<std::optional<qint64>> downloadBytes(const QString&,
+                                                   const QStringList& targets) const override {
+    std::vector<std::optional<qint64>> all;
+    for (const QString& target : targets) all.push_back(bytes.value(target, 0));
+    return all;
+  }
   std::optional<QString> activity() const override { return busyWith; }
 
   void setActivity(const std::optional<QString>& text) {
@@ -104,6 +111,8 @@ class ScriptedTranslationPlatform final : public TranslationPlatform {
   std::vector<std::shared_ptr<TranslationScript>> scripts;
   std::optional<QString> busyWith;
   QStringList languages;
+  /// What has to be downloaded for a target language; those that are not in it are installed.
+  QHash<QString, qint64> bytes;
 };
 
 }  // namespace velun::test

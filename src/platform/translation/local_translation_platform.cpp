@@ -27,6 +27,24 @@ QCoro::Task<QStringList> LocalTranslationPlatform::supportedLanguages() {
   co_return reachableLanguages(pool->offers(), spoken);
 }
 
+std::vector<std::optional<qint64>> LocalTranslationPlatform::downloadBytes(
+    const QString& source, const QStringList& targets) const {
+  const std::vector<TranslationOffer> offers = pool_->offers();
+  std::vector<std::optional<qint64>> bytes;
+  for (const QString& target : targets) {
+    const std::vector<TranslationStep> route = findTranslationRoute(
+        offers, {translationLanguage(source, true), translationLanguage(target, false)});
+    std::optional<qint64> sum;
+    for (const TranslationStep& step : route) {
+      const bool isInstalled = step.offer.isInstalled;
+      sum = sum.value_or(0) +
+            (isInstalled ? 0 : pool_->backendOf(step.offer).downloadBytes(step.offer.pair));
+    }
+    bytes.push_back(sum);
+  }
+  return bytes;
+}
+
 std::optional<QString> LocalTranslationPlatform::activity() const {
   if (!pool_->isInstalling()) return std::nullopt;
   return L("Downloading translation model…", "번역 모델 다운로드 중…");

@@ -24,6 +24,8 @@ class LocalTranslationPlatform final : public TranslationPlatform {
 
   std::unique_ptr<Translator> makeTranslator(const QString& source, const QString& target) override;
   QCoro::Task<QStringList> supportedLanguages() override;
+  std::vector<std::optional<qint64>> downloadBytes(const QString& source,
+                                                   const QStringList& targets) const override;
   std::optional<QString> activity() const override;
 
  private:

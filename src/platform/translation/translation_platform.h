@@ -8,6 +8,7 @@
 #include <QCoroTask>
 #include <QObject>
 #include <QStringList>
+#include <vector>
 
 namespace velun {
 
@@ -23,6 +24,11 @@ class TranslationPlatform : public QObject {
 
   /// The identifiers of every language that can be translated into, such as "ko".
   virtual QCoro::Task<QStringList> supportedLanguages() = 0;
+
+  /// For each of `targets`, what has to be downloaded before `source` can be translated into it, in
+  /// bytes: 0 when it can be now, nothing when it cannot be at all.
+  virtual std::vector<std::optional<qint64>> downloadBytes(const QString& source,
+                                                           const QStringList& targets) const = 0;
 
   /// What a translator waits for before it can translate ("Downloading translation model…"), in
   /// the interface language; nothing when none waits.

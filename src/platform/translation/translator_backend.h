@@ -22,6 +22,9 @@ class TranslatorBackend {
   /// The pairs that can be translated, or translated better than now, after a download.
   virtual std::vector<LanguagePair> downloadablePairs() const = 0;
 
+  /// What has to be downloaded for one of `downloadablePairs`, in bytes.
+  virtual qint64 downloadBytes(const LanguagePair& /*pair*/) const { return 0; }
+
   /// Completes when `pair` can be translated. Throws `Failure` with a text that tells the user what
   /// to do or, soon after a stop request, `Cancelled`.
   virtual QCoro::Task<> install(LanguagePair pair, std::stop_token stop) = 0;

@@ -11,6 +11,7 @@
 #include "ui/caption/translation_menu.h"
 #include "ui/common/accessible_role.h"
 #include "ui/common/app_commands.h"
+#include "ui/common/language_popup.h"
 #include "ui/common/symbol.h"
 
 #include <QHBoxLayout>
@@ -27,6 +28,21 @@ QString symbolName(AudioInput input) {
                                          : QStringLiteral("speaker.wave.2.fill");
 }
 
+QPalette popupPalette(const CaptionColors& colors) {
+  QPalette palette(colors.menu);
+  for (const auto role : {QPalette::Window, QPalette::Base, QPalette::Button}) {
+    palette.setColor(role, colors.menu);
+  }
+  for (const auto role :
+       {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::HighlightedText}) {
+    palette.setColor(role, CaptionAppearance::text);
+  }
+  palette.setColor(QPalette::Mid, colors.menuEdge);
+  palette.setColor(QPalette::PlaceholderText, CaptionAppearance::secondaryText);
+  palette.setColor(QPalette::Highlight, colors.menuSelection);
+  return palette;
+}
+
 }  // namespace
 
 CaptionHeaderView::CaptionHeaderView(CaptionViewModel& model, AppCommands& commands,
@@ -40,7 +56,8 @@ CaptionHeaderView::CaptionHeaderView(CaptionViewModel& model, AppCommands& comma
       translation_(new HeaderButton(this)),
       startStop_(new HeaderButton(this, HeaderButton::Shape::filled)),
       session_(new HeaderButton(this)),
-      hideButton_(new HeaderButton(this)) {
+      hideButton_(new HeaderButton(this)),
+      languagePopup_(new LanguagePopup(this)) {
   translation_->setSymbol(QStringLiteral("translate"));
   session_->setSymbol(QStringLiteral("ellipsis.circle"));
   hideButton_->setSymbol(QStringLiteral("xmark"));
@@ -50,13 +67,18 @@ CaptionHeaderView::CaptionHeaderView(CaptionViewModel& model, AppCommands& comma
   inputSourceMenu_->setMargin(CaptionMenu::Margin::symbols);
   sessionMenu_->setMargin(CaptionMenu::Margin::none);
   connect(inputSourceMenu_, &QMenu::aboutToShow, this, &CaptionHeaderView::fillInputSourceMenu);
-  connect(translationMenu_, &QMenu::aboutToShow, this,
-          [this] { fillTranslationMenu(*translationMenu_, model_); });
+  connect(translationMenu_, &QMenu::aboutToShow, this, &CaptionHeaderView::fillTranslationMenu);
   connect(sessionMenu_, &QMenu::aboutToShow, this, &CaptionHeaderView::fillSessionMenu);
   connect(startStop_, &QToolButton::clicked, &commands.action(AppCommand::toggleCaptions),
           &QAction::trigger);
   connect(hideButton_, &QToolButton::clicked, &commands.action(AppCommand::togglePanel),
           &QAction::trigger);
+  connect(languagePopup_, &LanguagePopup::opened, this,
+          [this] { Q_EMIT menuTrackingChanged(true); });
+  connect(languagePopup_, &LanguagePopup::closed, this,
+          [this] { Q_EMIT menuTrackingChanged(false); });
+  connect(languagePopup_, &LanguagePopup::chosen, this,
+          [this](const QString& identifier) { (model_.settings().*setLanguage_)(identifier); });
   arrange();
   connectToModel();
   present();
@@ -117,6 +139,7 @@ void CaptionHeaderView::setColors(const CaptionColors& colors) {
   for (CaptionMenu* menu : {inputSourceMenu_, translationMenu_, sessionMenu_}) {
     menu->setColors(colors);
   }
+  languagePopup_->setPalette(popupPalette(colors));
   update();
 }
 
@@ -137,6 +160,30 @@ void CaptionHeaderView::fillSessionMenu() {
        {saveSession, showHistory, exportCurrentSession, newSession, showSettings}) {
     addItem(*sessionMenu_, commands_.action(command));
   }
+}
+
+void CaptionHeaderView::fillTranslationMenu() {
+  const AppSettings& settings = model_.settings();
+  velun::fillTranslationMenu(
+      *translationMenu_, model_,
+      {.openInput =
+           [this, &settings] {
+             openLanguages(L("Input Language", "입력 언어"), model_.localeChoices(),
+                           settings.localeID(), &AppSettings::setLocaleID);
+           },
+       .openTranslation =
+           [this, &settings] {
+             openLanguages(L("Translation Language", "번역 언어"), model_.languageChoices(),
+                           settings.targetID(), &AppSettings::setTargetID);
+           }});
+}
+
+void CaptionHeaderView::openLanguages(const QString& title, std::vector<LanguageChoice> choices,
+                                      const QString& current,
+                                      void (AppSettings::*set)(const QString&)) {
+  setLanguage_ = set;
+  const QRect button(translation_->mapToGlobal(QPoint(0, 0)), translation_->size());
+  languagePopup_->open(title, std::move(choices), current, button);
 }
 
 void CaptionHeaderView::present() {

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "captions/language_choice.h"
+#include "settings/app_settings.h"
 #include "ui/caption/caption_colors.h"
 
 #include <QWidget>
+#include <vector>
 
 namespace velun {
 
@@ -11,6 +14,7 @@ class AppCommands;
 class CaptionMenu;
 class CaptionViewModel;
 class HeaderButton;
+class LanguagePopup;
 class LevelMeter;
 class SessionSaveButton;
 
@@ -36,9 +40,11 @@ class CaptionHeaderView final : public QWidget {
   CaptionMenu& inputSourceMenu() const { return *inputSourceMenu_; }
   CaptionMenu& translationMenu() const { return *translationMenu_; }
   CaptionMenu& sessionMenu() const { return *sessionMenu_; }
+  /// The list of languages that the translation menu opens.
+  LanguagePopup& languagePopup() const { return *languagePopup_; }
 
  Q_SIGNALS:
-  /// A menu was opened, or the last open one was closed.
+  /// A menu or the list of languages was opened, or the last open one was closed.
   void menuTrackingChanged(bool tracking);
   /// The mouse was pressed on empty space.
   void dragRequested(const QPoint& globalPosition);
@@ -54,6 +60,9 @@ class CaptionHeaderView final : public QWidget {
   CaptionMenu* makeMenu(HeaderButton& button);
   void fillInputSourceMenu();
   void fillSessionMenu();
+  void fillTranslationMenu();
+  void openLanguages(const QString& title, std::vector<LanguageChoice> choices,
+                     const QString& current, void (AppSettings::*set)(const QString&));
   void present();
   void presentStartStop();
 
@@ -70,6 +79,8 @@ class CaptionHeaderView final : public QWidget {
   CaptionMenu* inputSourceMenu_;
   CaptionMenu* translationMenu_;
   CaptionMenu* sessionMenu_;
+  LanguagePopup* languagePopup_;
+  void (AppSettings::*setLanguage_)(const QString&) = nullptr;
 };
 
 }  // namespace velun

@@ -83,13 +83,4 @@ void CaptionMenu::paintEvent(QPaintEvent* event) {
   }
 }
 
-CaptionMenu* CaptionMenu::addCaptionMenu(const QString& menuTitle) {
-  auto* menu = new CaptionMenu(this);
-  menu->setTitle(menuTitle);
-  menu->setRounded(rounded_);
-  menu->setColors(colors_);
-  addMenu(menu);
-  return menu;
-}
-
 }  // namespace velun

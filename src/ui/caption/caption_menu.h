@@ -24,9 +24,6 @@ class CaptionMenu final : public QMenu {
 
   void setColors(const CaptionColors& colors);
 
-  /// A submenu in the same look.
-  CaptionMenu* addCaptionMenu(const QString& menuTitle);
-
  protected:
   void paintEvent(QPaintEvent* event) override;
 

@@ -5,8 +5,6 @@
 #include "language/localization.h"
 #include "ui/caption/caption_menu.h"
 
-#include <QActionGroup>
-
 namespace velun {
 
 namespace {
@@ -19,34 +17,28 @@ void addToggle(CaptionMenu& menu, const QString& label, bool on, AppSettings& se
   QObject::connect(action, &QAction::triggered, &settings, set);
 }
 
-void addLanguages(CaptionMenu& menu, const QString& label, const QStringList& identifiers,
-                  const QString& chosen, AppSettings& settings,
-                  void (AppSettings::*set)(const QString&)) {
-  CaptionMenu* list = menu.addCaptionMenu(label);
-  list->setEnabled(!identifiers.isEmpty());
-  auto* choice = new QActionGroup(list);
-  for (const QString& identifier : identifiers) {
-    QAction* action = list->addAction(languageName(identifier));
-    action->setCheckable(true);
-    action->setChecked(identifier == chosen);
-    choice->addAction(action);
-    QObject::connect(action, &QAction::triggered, &settings,
-                     [&settings, set, identifier] { (settings.*set)(identifier); });
-  }
+void addChooser(CaptionMenu& menu, const QString& label, const QString& chosen, bool isEmpty,
+                const std::function<void()>& open) {
+  // After a tab, the chosen language stands at the end of the row.
+  QAction* action = menu.addAction(label + QStringLiteral("…\t") + languageName(chosen));
+  action->setEnabled(!isEmpty);
+  // Queued: the menu still has the keyboard while it closes.
+  QObject::connect(action, &QAction::triggered, &menu, open, Qt::QueuedConnection);
 }
 
 }  // namespace
 
-void fillTranslationMenu(CaptionMenu& menu, const CaptionViewModel& model) {
+void fillTranslationMenu(CaptionMenu& menu, const CaptionViewModel& model,
+                         const LanguageChoosers& choosers) {
   AppSettings& settings = model.settings();
   menu.clear();
   addToggle(menu, L("Turn On Translation", "번역 켜기"), settings.translate(), settings,
             &AppSettings::setTranslate);
   menu.addSeparator();
-  addLanguages(menu, L("Input Language", "입력 언어"), model.locales(), settings.localeID(),
-               settings, &AppSettings::setLocaleID);
-  addLanguages(menu, L("Translation Language", "번역 언어"), model.languages(), settings.targetID(),
-               settings, &AppSettings::setTargetID);
+  addChooser(menu, L("Input Language", "입력 언어"), settings.localeID(), model.locales().isEmpty(),
+             choosers.openInput);
+  addChooser(menu, L("Translation Language", "번역 언어"), settings.targetID(),
+             model.languages().isEmpty(), choosers.openTranslation);
   menu.addSeparator();
   addToggle(menu, L("Show Translation Only", "번역만 보기"), settings.showTranslationOnly(),
             settings, &AppSettings::setShowTranslationOnly);

@@ -86,6 +86,11 @@ QLabel* addNote(QVBoxLayout* form) {
 
 QComboBox* addChooser(QVBoxLayout* form, QLabel** label) {
   auto* chooser = new FormChooser;
+  addChooser(form, chooser, label);
+  return chooser;
+}
+
+void addChooser(QVBoxLayout* form, QComboBox* chooser, QLabel** label) {
   chooser->setFocusPolicy(Qt::StrongFocus);
   auto* row = new QHBoxLayout;
   if (label) {
@@ -101,7 +106,6 @@ QComboBox* addChooser(QVBoxLayout* form, QLabel** label) {
     row->addWidget(chooser, 1);
   }
   form->addLayout(row);
-  return chooser;
 }
 
 void fillChooser(QComboBox* chooser, std::vector<Choice> choices, const Choice& current) {

@@ -28,6 +28,8 @@ QLabel* addNote(QVBoxLayout* form);
 /// A combo box after its label, which is returned in `label`. When `label` is null it has no label
 /// and fills the row.
 QComboBox* addChooser(QVBoxLayout* form, QLabel** label);
+/// The same for a given combo box, which the form takes over.
+void addChooser(QVBoxLayout* form, QComboBox* chooser, QLabel** label);
 
 /// Sets the entries and selects `current`, which is appended when it is not among them. Writes no
 /// setting.

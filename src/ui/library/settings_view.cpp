@@ -3,6 +3,7 @@
 
 #include "language/localization.h"
 #include "ui/common/symbol.h"
+#include "ui/library/language_chooser.h"
 #include "ui/library/settings_form.h"
 
 #include <array>
@@ -78,7 +79,8 @@ void SettingsView::addLanguageSection(QVBoxLayout* form) {
 void SettingsView::addCaptionsSection(QVBoxLayout* form) {
   captionsHeading_ = addHeading(form);
   input_ = addChooser(form, &inputLabel_);
-  locale_ = addChooser(form, &localeLabel_);
+  locale_ = new LanguageChooser([this] { return model_.localeChoices(); });
+  addChooser(form, locale_, &localeLabel_);
   downloadNote_ = addNote(form);
   fontSize_ = addChooser(form, &fontSizeLabel_);
   keepOnTop_ = addToggle(form);
@@ -103,7 +105,8 @@ void SettingsView::addCaptionsSection(QVBoxLayout* form) {
 void SettingsView::addTranslationSection(QVBoxLayout* form) {
   translationHeading_ = addHeading(form);
   translate_ = addToggle(form);
-  target_ = addChooser(form, &targetLabel_);
+  target_ = new LanguageChooser([this] { return model_.languageChoices(); });
+  addChooser(form, target_, &targetLabel_);
   translationOnly_ = addToggle(form);
   connect(translate_, &QCheckBox::toggled, &settings_, &AppSettings::setTranslate);
   connect(target_, &QComboBox::activated, this,
@@ -225,15 +228,8 @@ void SettingsView::presentChoices() {
   for (const int size : kFontSizes) sizes.push_back({pointsLabel(size), double(size)});
   fillChooser(fontSize_, sizes, {pointsLabel(settings_.fontSize()), settings_.fontSize()});
 
-  const auto languages = [](const QStringList& identifiers) {
-    std::vector<Choice> choices;
-    for (const QString& each : identifiers) choices.push_back({languageName(each), each});
-    return choices;
-  };
-  fillChooser(locale_, languages(model_.locales()),
-              {languageName(settings_.localeID()), settings_.localeID()});
-  fillChooser(target_, languages(model_.languages()),
-              {languageName(settings_.targetID()), settings_.targetID()});
+  locale_->setCurrent(settings_.localeID());
+  target_->setCurrent(settings_.targetID());
 }
 
 void SettingsView::presentNotes() {

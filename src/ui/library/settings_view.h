@@ -15,6 +15,8 @@ class QVBoxLayout;
 
 namespace velun {
 
+class LanguageChooser;
+
 /// The form of all settings. Every control writes its setting at once. A combo box writes only when
 /// the user chooses, and also shows a stored value that is not in its list. Main thread.
 class SettingsView final : public QScrollArea {
@@ -50,7 +52,7 @@ class SettingsView final : public QScrollArea {
   QLabel* inputLabel_;
   QComboBox* input_;
   QLabel* localeLabel_;
-  QComboBox* locale_;
+  LanguageChooser* locale_;
   QLabel* downloadNote_;
   QLabel* fontSizeLabel_;
   QComboBox* fontSize_;
@@ -63,7 +65,7 @@ class SettingsView final : public QScrollArea {
   QLabel* translationHeading_;
   QCheckBox* translate_;
   QLabel* targetLabel_;
-  QComboBox* target_;
+  LanguageChooser* target_;
   QCheckBox* translationOnly_;
   QLabel* savingHeading_;
   QCheckBox* autoSave_;

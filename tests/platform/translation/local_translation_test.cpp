@@ -267,6 +267,18 @@ class LocalTranslationTest final : public Suite {
     QTRY_COMPARE(languages, QStringList({"ca", "en", "es", "ko"}));
   }
 
+  void tellsWhatALanguageHasToDownload() {
+    first_->downloadBytes = 30;
+    first_->downloadable = {kEnglishKorean, kEnglishSpanish, kSpanishEnglish};
+    second_->installed = {kSpanishCatalan, kEnglishSpanish};
+    using Bytes = std::vector<std::optional<qint64>>;
+    QCOMPARE(platform_->downloadBytes("en_US", {"ko", "es", "ca"}), Bytes({30, 0, std::nullopt}));
+    // Spanish to Korean goes through English.
+    QCOMPARE(platform_->downloadBytes("es_ES", {"ko", "en", "ca"}), Bytes({60, 30, 0}));
+    QCOMPARE(platform_->downloadBytes("fr_FR", {"ko"}), Bytes({std::nullopt}));
+    QCOMPARE(platform_->downloadBytes("ko_KR", {"ko"}), Bytes({std::nullopt}));
+  }
+
  private:
   void open(const char* source, const char* target) {
     results_ = std::make_unique<CollectedTranslations>(

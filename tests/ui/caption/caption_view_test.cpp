@@ -14,14 +14,17 @@
 #include "ui/caption/selectable_transcript_text_view.h"
 #include "ui/caption/session_save_button.h"
 #include "ui/caption/transcript_view.h"
+#include "ui/common/language_popup.h"
 
 #include <private/qguiapplication_p.h>
 #include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
+#include <QLineEdit>
 #include <qpa/qplatformaccessibility.h>
 #include <qpa/qplatformintegration.h>
 #include <QScrollBar>
+#include <QSignalSpy>
 
 using namespace velun;
 using test::PanelStage;
@@ -49,6 +52,18 @@ class CaptionViewTest final : public test::Suite {
       if (action->text() == text) return action;
     }
     return nullptr;
+  }
+  /// Opens the list of languages by the menu's item, types and presses Enter.
+  static void choose(CaptionHeaderView& header, const QString& item, const QString& typed) {
+    const CaptionMenu& menu = opened(header.translationMenu());
+    LanguagePopup& popup = header.languagePopup();
+    QVERIFY(actionOf(menu, item));
+    actionOf(menu, item)->trigger();
+    QTRY_VERIFY(popup.isVisible());
+    auto* search = popup.findChild<QLineEdit*>();
+    search->setText(typed);
+    QTest::keyClick(search, Qt::Key_Return);
+    QVERIFY(!popup.isVisible());
   }
   static QString shown(const PanelStage& stage) {
     settle();
@@ -200,26 +215,41 @@ class CaptionViewTest final : public test::Suite {
     CaptionHeaderView& header = stage.view->header();
     QCOMPARE(header.translation().accessibleName(), QString("Translation Settings"));
     const CaptionMenu& menu = opened(header.translationMenu());
-    QCOMPARE(textsOf(menu), (QStringList{"Turn On Translation", "Input Language",
-                                         "Translation Language", "Show Translation Only"}));
+    QCOMPARE(textsOf(menu),
+             (QStringList{"Turn On Translation", "Input Language…\tEnglish (United States)",
+                          "Translation Language…\tKorean", "Show Translation Only"}));
     actionOf(menu, "Turn On Translation")->trigger();
     QVERIFY(stage.settings.translate());
     QCOMPARE(header.translation().accessibleName(), QString("Translation on · Korean"));
     QCOMPARE(header.translation().toolTip(), QString("Translation Settings"));
-    const QMenu* targets = actionOf(menu, "Translation Language")->menu();
-    QCOMPARE(textsOf(*targets), (QStringList{"Korean", "Spanish"}));
-    actionOf(*targets, "Spanish")->trigger();
+    choose(header, "Translation Language…\tKorean", "Spanish");
     QCOMPARE(stage.settings.targetID(), QString("es"));
     QCOMPARE(header.translation().accessibleName(), QString("Translation on · Spanish"));
-    const QMenu* sources = actionOf(menu, "Input Language")->menu();
-    actionOf(*sources, "Korean (South Korea)")->trigger();
+    choose(header, "Input Language…\tEnglish (United States)", "한국");
     QCOMPARE(stage.settings.localeID(), QString("ko_KR"));
     actionOf(menu, "Show Translation Only")->trigger();
     QVERIFY(stage.settings.showTranslationOnly());
     Localization::shared().setLanguage(AppLanguage::korean);
     QCOMPARE(textsOf(opened(header.translationMenu())),
-             (QStringList{"번역 켜기", "입력 언어", "번역 언어", "번역만 보기"}));
+             (QStringList{"번역 켜기", "입력 언어…\t한국어(대한민국)", "번역 언어…\t스페인어",
+                          "번역만 보기"}));
     QCOMPARE(header.translation().accessibleName(), QString("번역 켜짐 · 스페인어"));
+  }
+
+  void theHeaderStaysWhileTheListOfLanguagesIsOpen() {
+    PanelStage stage;
+    stage.locales = {"en_US", "ko_KR"};
+    stage.languages = {"es", "ko"};
+    stage.tasks.push_back(stage.model->loadLanguages());
+    settle();
+    CaptionHeaderView& header = stage.view->header();
+    QSignalSpy tracking(&header, &CaptionHeaderView::menuTrackingChanged);
+    actionOf(opened(header.translationMenu()), "Translation Language…\tKorean")->trigger();
+    QTRY_VERIFY(header.languagePopup().isVisible());
+    QCOMPARE(tracking.last().value(0).toBool(), true);
+    header.languagePopup().hide();
+    QCOMPARE(tracking.last().value(0).toBool(), false);
+    QCOMPARE(stage.settings.targetID(), QString("ko"));
   }
 
   void sessionMenuActsOnTheCurrentSession() {

@@ -8,11 +8,14 @@
 #include "support/scripted_speech_platform.h"
 #include "support/scripted_translation_platform.h"
 #include "support/suite.h"
+#include "ui/common/language_popup.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QScopeGuard>
 #include <QSignalSpy>
@@ -217,6 +220,44 @@ class SettingsViewTest final : public test::Suite {
     QCOMPARE(settings_->localeID(), QString("ko_KR"));
     pick(named<QComboBox>("Translation Language"), 2);
     QCOMPARE(settings_->targetID(), QString("es"));
+  }
+
+  void languagesThatAreReadyComeFirst() {
+    translation_.bytes = {{"de", 17'000'000}};
+    loadLists();
+    QCOMPARE(items(named<QComboBox>("Translation Language")),
+             QStringList({"Korean", "Spanish", "German"}));
+  }
+
+  void typingIntoAChooserOfLanguagesSearches() {
+    loadLists();
+    auto* chooser = named<QComboBox>("Translation Language");
+    QTest::keyClicks(chooser, "s");
+    auto* popup = chooser->findChild<LanguagePopup*>();
+    QVERIFY(popup->isVisible());
+    auto* search = popup->findChild<QLineEdit*>();
+    QCOMPARE(search->text(), QString("s"));
+    QTest::keyClicks(search, "pan");
+    QTest::keyClick(search, Qt::Key_Return);
+    QVERIFY(!popup->isVisible());
+    QCOMPARE(settings_->targetID(), QString("es"));
+    QCOMPARE(chooser->currentText(), QString("Spanish"));
+  }
+
+  void screenReadersSeeWhetherAChooserIsOpen() {
+    loadLists();
+    auto* chooser = named<QComboBox>("Recognition Language");
+    QAccessibleInterface* seen = QAccessible::queryAccessibleInterface(chooser);
+    QCOMPARE(seen->role(), QAccessible::ComboBox);
+    QCOMPARE(seen->text(QAccessible::Name), QString("English (United States)"));
+    QVERIFY(seen->state().expandable && !seen->state().expanded);
+    seen->actionInterface()->doAction(QAccessibleActionInterface::showMenuAction());
+    QVERIFY(seen->state().expanded);
+    QVERIFY(chooser->findChild<LanguagePopup*>()->isVisible());
+    seen->actionInterface()->doAction(QAccessibleActionInterface::showMenuAction());
+    QVERIFY(!seen->state().expanded);
+    QCOMPARE(seen->child(0)->role(), QAccessible::List);
+    QCOMPARE(settings_->localeID(), QString("en_US"));
   }
 
   void changesMadeElsewhereAreShown() {

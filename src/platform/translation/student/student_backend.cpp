@@ -4,6 +4,7 @@
 #include "platform/translation/student/student_translator.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace velun {
 
@@ -69,6 +70,13 @@ std::vector<LanguagePair> StudentBackend::downloadablePairs() const {
     if (!store_.isInstalled(*preferred(models))) pairs.push_back(pair);
   }
   return pairs;
+}
+
+qint64 StudentBackend::downloadBytes(const LanguagePair& pair) const {
+  const auto& downloads = preferred(models_.at(pair))->downloads;
+  return std::accumulate(
+      downloads.begin(), downloads.end(), qint64(0),
+      [](qint64 sum, const ModelDownload& download) { return sum + download.bytes; });
 }
 
 QCoro::Task<> StudentBackend::install(LanguagePair pair, std::stop_token stop) {

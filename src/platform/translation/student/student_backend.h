@@ -29,6 +29,7 @@ class StudentBackend final : public TranslatorBackend {
   /// Pairs whose preferred model is not installed, even if another one is.
   std::vector<LanguagePair> downloadablePairs() const override;
 
+  qint64 downloadBytes(const LanguagePair& pair) const override;
   QCoro::Task<> install(LanguagePair pair, std::stop_token stop) override;
   void installQuietly(const LanguagePair& pair) override;
   std::shared_ptr<TextTranslator> makeTranslator(const LanguagePair& pair) override;

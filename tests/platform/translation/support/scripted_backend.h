@@ -16,7 +16,8 @@ namespace velun::test {
 struct BackendScript {
   std::vector<LanguagePair> installed;
   std::vector<LanguagePair> downloadable;
-  QStringList installs;  ///< "en-ko"
+  qint64 downloadBytes = 0;  ///< of each pair
+  QStringList installs;      ///< "en-ko"
   QStringList quietInstalls;
   std::vector<OneShot<bool>> pendingInstalls;  ///< true: succeeds; false: fails
 
@@ -61,6 +62,8 @@ class ScriptedBackend final : public TranslatorBackend {
 
   std::vector<LanguagePair> installedPairs() const override { return script_->installed; }
   std::vector<LanguagePair> downloadablePairs() const override { return script_->downloadable; }
+
+  qint64 downloadBytes(const LanguagePair&) const override { return script_->downloadBytes; }
 
   QCoro::Task<> install(LanguagePair pair, std::stop_token) override {
     const std::shared_ptr<BackendScript> script = script_;
