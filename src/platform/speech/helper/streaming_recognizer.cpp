@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <QFile>
 #include <stdexcept>
 #include <thread>
@@ -22,8 +23,8 @@ constexpr std::size_t kPiece = kRate / 10;
 
 /// Seconds of silence after which a stream without any words is reset.
 constexpr float kIdleSilence = 2.4F;
-/// Seconds. A phrase is ended at the maximum, and after `kLongPhrase` by a shorter silence, which
-/// must be longer than the overlap so that the last word is not decoded twice.
+/// Seconds. A phrase is ended at the maximum, and `kLongPhrase` after its last line by a shorter
+/// silence, which must be longer than the overlap so that the last word is not decoded twice.
 constexpr float kMaxPhrase = 20.0F;
 constexpr double kLongPhrase = 8.0;
 constexpr double kLongPhraseSilence = 0.36;
@@ -79,6 +80,7 @@ StreamingRecognizer::StreamingRecognizer(const sherpa::Library& library,
     : library_(library),
       settings_(settings),
       punctuator_(punctuator),
+      lines_(settings.language),
       steps_(checkRecognitionModel(settings)),
       recognizer_(create(library, settings), library.destroyRecognizer),
       stream_(nullptr, library.destroyStream) {
@@ -97,6 +99,7 @@ void StreamingRecognizer::beginStream() {
   stepCount_ = 0;
   phraseBegin_ = 0;
   lastWord_ = 0;
+  lineBegin_ = 0;
   text_.clear();
 }
 
@@ -127,7 +130,7 @@ void StreamingRecognizer::decodeReady() {
     library_.decode(recognizer_.get(), stream_.get());
     ++stepCount_;
     readResult();
-    const bool isLong = segmentSeconds() > kLongPhrase && isInPhrase() &&
+    const bool isLong = segmentSeconds() - lineBegin_ > kLongPhrase && isInPhrase() &&
                         segmentSeconds() - lastWord_ > kLongPhraseSilence;
     if (isLong || library_.isEndpoint(recognizer_.get(), stream_.get())) {
       endPhrase();
@@ -157,20 +160,22 @@ void StreamingRecognizer::readResult() {
   text_ = text;
   // Punctuated like the final result, so that no word changes when the draft is replaced.
   const QString draft = punctuator_ ? withoutEnd(punctuator_->punctuated(text)) : text;
-  if (draft == draft_) return;
-  draft_ = draft;
-  results_.push_back({draft, false});
+  const std::size_t finalCount = lines_.finalCount();
+  take(lines_.update(draft));
+  if (lines_.finalCount() != finalCount) lineBegin_ = segmentSeconds();
+}
+
+void StreamingRecognizer::take(PhraseLines::Results results) {
+  std::move(results.begin(), results.end(), std::back_inserter(results_));
 }
 
 void StreamingRecognizer::deliverFinal() {
-  if (draft_.isEmpty()) return;
-  results_.push_back({punctuator_ ? punctuator_->punctuated(text_) : text_, true});
-  draft_.clear();
+  take(lines_.finish(punctuator_ ? punctuator_->punctuated(text_) : text_));
 }
 
 void StreamingRecognizer::endPhrase() {
   const bool isForced = segmentSeconds() - lastWord_ < kOverlap + 0.05;
-  const bool wasEmpty = draft_.isEmpty();
+  const bool wasEmpty = lines_.isEmpty();
   deliverFinal();
   // A transducer that keeps the tokens of the last phrase loses the first word of the next one if
   // it begins with the same token. A new stream does not; feed it the audio that the old one has
@@ -187,6 +192,7 @@ void StreamingRecognizer::endPhrase() {
     library_.reset(recognizer_.get(), stream_.get());
     phraseBegin_ = static_cast<double>(stepCount_) * steps_.step;
     lastWord_ = 0;
+    lineBegin_ = 0;
     text_.clear();
   }
 }

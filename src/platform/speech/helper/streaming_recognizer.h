@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/speech/helper/model_preflight.h"
+#include "platform/speech/helper/phrase_lines.h"
 #include "platform/speech/helper/punctuator.h"
 #include "platform/speech/helper/recognizer_settings.h"
 #include "platform/speech/helper/sherpa_library.h"
@@ -26,7 +27,7 @@ class StreamingRecognizer final : public StreamRecognizer {
   void finalize() override;
   /// Does not wait for the last word, because decoding is too slow already.
   void skip() override;
-  bool isInPhrase() const override { return !draft_.isEmpty(); }
+  bool isInPhrase() const override { return !lines_.isEmpty(); }
   std::vector<TranscriptionResult> takeResults() override;
 
  private:
@@ -36,6 +37,7 @@ class StreamingRecognizer final : public StreamRecognizer {
   void feed(std::span<const float> samples);
   void decodeReady();
   void readResult();
+  void take(PhraseLines::Results results);
   void deliverFinal();
   void endPhrase();
   double segmentSeconds() const;
@@ -43,6 +45,7 @@ class StreamingRecognizer final : public StreamRecognizer {
   const sherpa::Library& library_;
   RecognizerSettings settings_;
   const Punctuator* punctuator_;
+  PhraseLines lines_;
   ModelSteps steps_;
   Handle recognizer_;
   Handle stream_;
@@ -52,9 +55,9 @@ class StreamingRecognizer final : public StreamRecognizer {
   std::size_t fed_ = 0;
   std::size_t stepCount_ = 0;
   double phraseBegin_ = 0;
-  double lastWord_ = 0;  ///< seconds since the beginning of the phrase
-  QString text_;         ///< of the phrase, without restored punctuation
-  QString draft_;        ///< the last draft that was reported
+  double lastWord_ = 0;   ///< seconds since the beginning of the phrase
+  double lineBegin_ = 0;  ///< when its last line was finished, in the same seconds
+  QString text_;          ///< of the phrase, without restored punctuation
   std::vector<TranscriptionResult> results_;
 };
 
