@@ -24,7 +24,6 @@ class ModelBackend final : public TranslatorBackend {
   std::vector<LanguagePair> installedPairs() const override { return {pair_}; }
   std::vector<LanguagePair> downloadablePairs() const override { return {}; }
   QCoro::Task<> install(LanguagePair, std::stop_token) override { co_return; }
-  void installQuietly(const LanguagePair&) override {}
   std::shared_ptr<TextTranslator> makeTranslator(const LanguagePair& pair) override {
     return std::make_shared<StudentTranslator>(files_, pair);
   }

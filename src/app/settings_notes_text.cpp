@@ -51,7 +51,7 @@ SettingsNotesText::SettingsNotesText(const DesktopPlatform& desktop,
     : desktop_(desktop), translation_(translation), models_(models) {
   connect(&desktop, &DesktopPlatform::capabilitiesChanged, this, &SettingsNotes::changed);
   connect(&translation, &TranslationPlatform::activityChanged, this, &SettingsNotes::changed);
-  connect(&models, &ModelStore::busyChanged, this, &SettingsNotes::changed);
+  connect(&models, &ModelStore::stateChanged, this, &SettingsNotes::changed);
 }
 
 bool SettingsNotesText::hidesFromOthers() const {

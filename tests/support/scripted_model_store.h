@@ -25,23 +25,54 @@ class ScriptedModelStore final : public ModelStore {
     QDir().mkpath(folder(model));
     co_return;
   }
-  void installQuietly(const Model& model) override { askedQuietly += model.id; }
+  ModelState state(const Model& model) const override {
+    ModelState state;
+    if (isInstalled(model)) state.stage = ModelState::Stage::installed;
+    state = states_.value(model.id, state);
+    state.totalBytes = model.downloadBytes();
+    return state;
+  }
+  void download(const Model& model) override { asked += model.id; }
+  void pause(const Model& model) override { paused += model.id; }
+  void cancel(const Model& model) override { cancelled += model.id; }
+  void remove(const Model& model) override {
+    present.removeAll(model.id);
+    setState(model, {});
+  }
+  std::int64_t diskBytes(const Model& model) const override {
+    return isInstalled(model) ? model.installedBytes : 0;
+  }
+  bool isMetered() const override { return metered; }
   QStringList busy() const override { return busyWith_; }
 
   void setBusy(const QStringList& ids) {
     busyWith_ = ids;
-    Q_EMIT busyChanged();
+    Q_EMIT stateChanged(ids.value(0));
+  }
+
+  /// Sets the state of a model that is not installed.
+  void setState(const Model& model, const ModelState& state) {
+    states_[model.id] = state;
+    Q_EMIT stateChanged(model.id);
+  }
+  void setInstalled(const Model& model) {
+    states_.remove(model.id);
+    present += model.id;
+    Q_EMIT stateChanged(model.id);
   }
 
   QStringList present;
   QStringList asked;
-  QStringList askedQuietly;
+  QStringList paused;
+  QStringList cancelled;
+  bool metered = false;
   /// The failure of every installation, if set.
   std::optional<QString> failure;
 
  private:
   QString root_;
   QStringList busyWith_;
+  QHash<QString, ModelState> states_;
 };
 
 }  // namespace velun::test

@@ -119,7 +119,6 @@ class ScriptedRecognizerProvider final : public RecognizerProvider {
     asked << locale;
     return model;
   }
-  void fetchInBackground(const QString& locale) override { fetched << locale; }
 
   QString id = "scripted";
   std::int64_t modelBytes = 0;
@@ -128,7 +127,6 @@ class ScriptedRecognizerProvider final : public RecognizerProvider {
   std::shared_ptr<SpeechModelOffer> model;
   /// The locales that offers were asked for.
   QStringList asked;
-  QStringList fetched;
   std::shared_ptr<BackendScript> script = std::make_shared<BackendScript>();
 };
 

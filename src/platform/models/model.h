@@ -113,6 +113,13 @@ struct Model {
     return own ? own : errors;
   }
 
+  /// The size of all downloads.
+  std::int64_t downloadBytes() const {
+    std::int64_t bytes = 0;
+    for (const ModelDownload& download : downloads) bytes += download.bytes;
+    return bytes;
+  }
+
   bool operator==(const Model&) const = default;
 };
 

@@ -2,15 +2,18 @@
 #pragma once
 
 #include "platform/models/model.h"
+#include "platform/models/model_state.h"
 
+#include <memory>
 #include <QCoroTask>
+#include <QHash>
 #include <QObject>
 #include <stop_token>
 
 namespace velun {
 
 /// The models on this computer, one folder each. A model is used only after all of its files have
-/// been verified. Main thread.
+/// been verified. Nothing is downloaded unless `install` or `download` is called. Main thread.
 class ModelStore : public QObject {
   Q_OBJECT
 
@@ -22,21 +25,51 @@ class ModelStore : public QObject {
   /// The folder of the model, which may not exist.
   virtual QString folder(const Model& model) const = 0;
 
+  virtual ModelState state(const Model& model) const = 0;
+
   /// Completes when the model is installed; at once if it is already. Uses files that the user has
-  /// put into its folder, resumes an interrupted download, and waits for another download of the
-  /// same model. Throws `Failure`, or `Cancelled` without delay after a stop request; the download
-  /// may take a moment longer to end.
+  /// put into its folder, continues an interrupted or paused download, and joins a running one of
+  /// the same model; it goes on waiting while the user pauses that. Throws `Failure`, also when the
+  /// user cancels the download, or `Cancelled` without delay after a stop request; the download may
+  /// take a moment longer to end.
   virtual QCoro::Task<> install(Model model, std::stop_token stop) = 0;
 
-  /// Installs in the background: not over a metered connection, and not within a day of a failed
-  /// attempt. Failures are not reported. Destroying the store stops it.
-  virtual void installQuietly(const Model& model) = 0;
+  /// Starts the download, continues a paused one, or tries a failed one again. The outcome is in
+  /// `state`. The caller has asked the user, also if `isMetered`.
+  virtual void download(const Model& model) = 0;
+
+  /// Stops the download and keeps its part on the disk, also for later runs of the program.
+  virtual void pause(const Model& model) = 0;
+
+  /// Stops the download and deletes its part. Does nothing if the model is installed.
+  virtual void cancel(const Model& model) = 0;
+
+  /// Deletes the model's verified files and downloads. Other files of its folder are kept. Throws
+  /// `Failure` if the model is in use or cannot be deleted.
+  virtual void remove(const Model& model) = 0;
+
+  /// The bytes on the disk of the model and of its partial downloads.
+  virtual std::int64_t diskBytes(const Model& model) const = 0;
+
+  /// Whether the desktop reports a metered connection; false when it does not know. Downloads over
+  /// it are allowed, but ask the user first.
+  virtual bool isMetered() const = 0;
 
   /// The ids of the models that are being installed.
   virtual QStringList busy() const = 0;
 
+  /// Protects the model from `remove` until the last copy of the result is destroyed, on any
+  /// thread.
+  [[nodiscard]] std::shared_ptr<const void> use(const Model& model);
+  bool isUsed(const Model& model) const;
+
  Q_SIGNALS:
-  void busyChanged();
+  /// `state` of the model with this id changed. At most a few times a second while a download makes
+  /// progress.
+  void stateChanged(const QString& id);
+
+ private:
+  QHash<QString, std::weak_ptr<const void>> uses_;
 };
 
 }  // namespace velun

@@ -11,8 +11,6 @@
 
 namespace velun {
 
-using namespace std::chrono_literals;
-
 LocalSpeechPlatform::LocalSpeechPlatform(Providers providers, Clock& clock,
                                          std::shared_ptr<const RecognizerPreferences> preferences,
                                          Machine machine)
@@ -92,19 +90,8 @@ std::unique_ptr<SpeechRun> LocalSpeechPlatform::start(const QString& locale,
     throw Failure(L("No speech model is installed for this language",
                     "이 언어의 음성 모델이 설치되어 있지 않습니다"));
   }
-  auto run = std::make_unique<LocalSpeechRun>(
+  return std::make_unique<LocalSpeechRun>(
       providerOf(locale, used->id)->makeFactory(locale, used->id), std::move(input), clock_);
-  if (used != all.begin()) fetchLater(*run, providerOf(locale, all.front().id), locale);
-  return run;
-}
-
-void LocalSpeechPlatform::fetchLater(SpeechRun& run, std::shared_ptr<RecognizerProvider> provider,
-                                     const QString& locale) {
-  std::shared_ptr<ScheduledCall> call = clock_.callAfter(
-      1min, [provider = std::move(provider), locale] { provider->fetchInBackground(locale); });
-  // The connection owns the call, which is cancelled when the run ends or is destroyed.
-  QObject::connect(&run, &SpeechRun::ended, &run,
-                   [call = std::move(call)]() mutable { call.reset(); });
 }
 
 }  // namespace velun

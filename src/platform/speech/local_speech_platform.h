@@ -13,8 +13,7 @@
 namespace velun {
 
 /// Recognizes speech with the first recognizer, in the order of use, that is installed for a
-/// language. A better one that is not installed is downloaded in the background once captions have
-/// run for a minute. Main thread.
+/// language. Main thread.
 class LocalSpeechPlatform final : public SpeechPlatform {
  public:
   using Providers = std::vector<std::shared_ptr<RecognizerProvider>>;
@@ -37,9 +36,6 @@ class LocalSpeechPlatform final : public SpeechPlatform {
   bool isInstalled(const QString& locale) const;
   /// The provider of a candidate; null when there is none.
   std::shared_ptr<RecognizerProvider> providerOf(const QString& locale, const QString& id) const;
-  /// Downloads `provider`'s model if `run` has not ended after a minute.
-  void fetchLater(SpeechRun& run, std::shared_ptr<RecognizerProvider> provider,
-                  const QString& locale);
 
   Providers providers_;
   Clock& clock_;

@@ -38,10 +38,6 @@ class RecognizerProvider {
     return nullptr;
   }
 
-  /// Captions have run for a minute with a lesser recognizer although this one supports `locale`:
-  /// it may download its model quietly for the next start.
-  virtual void fetchInBackground(const QString& /*locale*/) {}
-
   /// The best of its recognizers of the locale that can be used without a download; nullopt when
   /// there is none.
   std::optional<RecognizerCandidate> installed(const QString& locale) const;

@@ -32,13 +32,12 @@ std::vector<std::optional<qint64>> LocalTranslationPlatform::downloadBytes(
   const std::vector<TranslationOffer> offers = pool_->offers();
   std::vector<std::optional<qint64>> bytes;
   for (const QString& target : targets) {
-    const std::vector<TranslationStep> route = findTranslationRoute(
+    const std::vector<TranslationOffer> route = findTranslationRoute(
         offers, {translationLanguage(source, true), translationLanguage(target, false)});
     std::optional<qint64> sum;
-    for (const TranslationStep& step : route) {
-      const bool isInstalled = step.offer.isInstalled;
+    for (const TranslationOffer& step : route) {
       sum = sum.value_or(0) +
-            (isInstalled ? 0 : pool_->backendOf(step.offer).downloadBytes(step.offer.pair));
+            (step.isInstalled ? 0 : pool_->backendOf(step).downloadBytes(step.pair));
     }
     bytes.push_back(sum);
   }

@@ -67,12 +67,11 @@ QCoro::Task<> LocalTranslator::findRoute(std::stop_token stop) {
   if (!route_.empty()) co_return;
   const LanguagePair wanted{translationLanguage(source_, true),
                             translationLanguage(target_, false)};
-  const std::vector<TranslationStep> route = findTranslationRoute(pool_->offers(), wanted);
+  const std::vector<TranslationOffer> route = findTranslationRoute(pool_->offers(), wanted);
   if (route.empty()) throw unavailable(source_, target_);
-  for (const TranslationStep& step : route) {
-    if (step.better) pool_->backendOf(*step.better).installQuietly(step.better->pair);
-    if (step.offer.isInstalled) continue;
-    QCoro::Task<> installing = TranslatorPool::install(pool_, step.offer, stop);
+  for (const TranslationOffer& step : route) {
+    if (step.isInstalled) continue;
+    QCoro::Task<> installing = TranslatorPool::install(pool_, step, stop);
     co_await installing;
   }
   route_ = route;
@@ -81,7 +80,7 @@ QCoro::Task<> LocalTranslator::findRoute(std::stop_token stop) {
 OneShot<QString> LocalTranslator::startWork(const std::optional<QString>& text,
                                             const std::stop_token& stop) {
   std::vector<std::shared_ptr<TextTranslator>> translators;
-  for (const TranslationStep& step : route_) translators.push_back(pool_->translator(step.offer));
+  for (const TranslationOffer& step : route_) translators.push_back(pool_->translator(step));
   OneShot<QString> result;
   // The caller does not wait until the thread notices the stop request.
   const auto cancel = std::make_shared<std::stop_callback<std::function<void()>>>(
@@ -106,7 +105,7 @@ OneShot<QString> LocalTranslator::startWork(const std::optional<QString>& text,
 }
 
 void LocalTranslator::dropRoute() {
-  for (const TranslationStep& step : route_) pool_->forget(step.offer);
+  for (const TranslationOffer& step : route_) pool_->forget(step);
   route_.clear();
 }
 

@@ -34,7 +34,7 @@ class LocalTranslator final : public Translator {
   std::shared_ptr<TranslatorPool> pool_;
   QString source_;
   QString target_;
-  std::vector<TranslationStep> route_;  // empty until everything on it is installed
+  std::vector<TranslationOffer> route_;  // empty until everything on it is installed
 };
 
 }  // namespace velun

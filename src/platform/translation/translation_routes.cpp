@@ -2,6 +2,7 @@
 #include "platform/translation/translation_routes.h"
 
 #include <algorithm>
+#include <optional>
 #include <set>
 
 namespace velun {
@@ -10,8 +11,8 @@ namespace {
 
 const QString kPivot = QStringLiteral("en");
 
-std::optional<TranslationStep> findStep(const std::vector<TranslationOffer>& offers,
-                                        const LanguagePair& pair) {
+std::optional<TranslationOffer> findStep(const std::vector<TranslationOffer>& offers,
+                                         const LanguagePair& pair) {
   std::optional<TranslationOffer> installed;
   std::optional<TranslationOffer> downloadable;
   for (const TranslationOffer& offer : offers) {
@@ -19,31 +20,25 @@ std::optional<TranslationStep> findStep(const std::vector<TranslationOffer>& off
     auto& best = offer.isInstalled ? installed : downloadable;
     if (!best || offer.rank < best->rank) best = offer;
   }
-  if (!installed) {
-    return downloadable ? std::optional(TranslationStep{*downloadable, {}}) : std::nullopt;
-  }
-  TranslationStep step{*installed, {}};
-  if (downloadable && downloadable->rank <= installed->rank) step.better = downloadable;
-  return step;
+  return installed ? installed : downloadable;
 }
 
-std::ptrdiff_t downloads(const std::vector<TranslationStep>& steps) {
-  return std::ranges::count_if(steps,
-                               [](const TranslationStep& step) { return !step.offer.isInstalled; });
+std::ptrdiff_t downloads(const std::vector<TranslationOffer>& steps) {
+  return std::ranges::count(steps, false, &TranslationOffer::isInstalled);
 }
 
 }  // namespace
 
-std::vector<TranslationStep> findTranslationRoute(const std::vector<TranslationOffer>& offers,
-                                                  const LanguagePair& wanted) {
-  std::vector<TranslationStep> direct;
+std::vector<TranslationOffer> findTranslationRoute(const std::vector<TranslationOffer>& offers,
+                                                   const LanguagePair& wanted) {
+  std::vector<TranslationOffer> direct;
   if (const auto step = findStep(offers, wanted)) direct.push_back(*step);
   if (wanted.source == kPivot || wanted.target == kPivot) return direct;
 
   const auto toPivot = findStep(offers, {wanted.source, kPivot});
   const auto fromPivot = findStep(offers, {kPivot, wanted.target});
   if (!toPivot || !fromPivot) return direct;
-  std::vector<TranslationStep> pivoted{*toPivot, *fromPivot};
+  std::vector<TranslationOffer> pivoted{*toPivot, *fromPivot};
   if (direct.empty() || downloads(pivoted) < downloads(direct)) return pivoted;
   return direct;
 }

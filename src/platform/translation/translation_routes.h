@@ -3,7 +3,6 @@
 
 #include "platform/translation/language_pair.h"
 
-#include <optional>
 #include <QStringList>
 #include <vector>
 
@@ -16,16 +15,10 @@ struct TranslationOffer {
   bool isInstalled = false;
 };
 
-/// One step of a route.
-struct TranslationStep {
-  TranslationOffer offer;
-  std::optional<TranslationOffer> better;  ///< A preferred offer that is to be downloaded.
-};
-
 /// The steps from one language to another: one, or two through English; empty when there is no
 /// route. Prefers the route with fewer downloads, then the shorter one.
-std::vector<TranslationStep> findTranslationRoute(const std::vector<TranslationOffer>& offers,
-                                                  const LanguagePair& wanted);
+std::vector<TranslationOffer> findTranslationRoute(const std::vector<TranslationOffer>& offers,
+                                                   const LanguagePair& wanted);
 
 /// Every language that has a route from one of `sources` other than itself, in alphabetical order.
 /// Downloads count. `sources` are identifiers of any form.

@@ -29,9 +29,6 @@ class TranslatorBackend {
   /// to do or, soon after a stop request, `Cancelled`.
   virtual QCoro::Task<> install(LanguagePair pair, std::stop_token stop) = 0;
 
-  /// Downloads in the background at some later time. Failures are not reported.
-  virtual void installQuietly(const LanguagePair& pair) = 0;
-
   /// A translator of an installed pair, not loaded yet.
   virtual std::shared_ptr<TextTranslator> makeTranslator(const LanguagePair& pair) = 0;
 };

@@ -29,8 +29,9 @@ class ModelAddressesTest final : public test::Suite {
     options.retries = {2000ms, 1ms, 1};
     const Model model{"m", ModelKind::recognition, {"en"}, "MIT", encoder_.size(), {}, {download}};
     const ModelInstaller installer(options);
+    InstallProgress progress;
     try {
-      installer.install(model, {});
+      installer.install(model, progress, {});
     } catch (const Failure& failure) {
       return failure.errorDescription();
     }
@@ -141,9 +142,11 @@ class ModelAddressesTest final : public test::Suite {
     options.root = dir_->path();
     const Model model{"m", ModelKind::recognition, {"en"}, "MIT", encoder_.size(), {}, {plain()}};
     first_->answers = {{.hangAfter = 50'000}};
+    InstallProgress progress;
     std::stop_source stop;
     connect(first_.get(), &QTcpServer::newConnection, this, [&stop] { stop.request_stop(); });
-    QVERIFY_EXCEPTION_THROWN(ModelInstaller(options).install(model, stop.get_token()), Cancelled);
+    QVERIFY_EXCEPTION_THROWN(ModelInstaller(options).install(model, progress, stop.get_token()),
+                             Cancelled);
     QVERIFY(second_->requests.isEmpty());
   }
 };

@@ -96,10 +96,9 @@ class ModelStoreTest final : public test::Suite {
 
   void installsEveryPacking() {
     auto store = open();
-    const QSignalSpy busy(store.get(), &ModelStore::busyChanged);
     QCOMPARE(install(*store), QString());
     QVERIFY(isComplete());
-    QCOMPARE(busy.count(), 2);
+    QCOMPARE(store->busy(), QStringList());
     QCOMPARE(store->folder(model_), folder());
     QVERIFY(open()->isInstalled(model_));
     QStringList left =
@@ -112,7 +111,8 @@ class ModelStoreTest final : public test::Suite {
     {
       const NoMoreThreads few;
       store = open();
-      store->installQuietly(model_);
+      store->download(model_);
+      QCOMPARE(store->state(model_).failure, model_failures::noThread().errorDescription());
       QCOMPARE(install(*store), model_failures::noThread().errorDescription());
     }
     QCOMPARE(store->busy(), QStringList());
@@ -299,51 +299,6 @@ class ModelStoreTest final : public test::Suite {
     auto store = open();
     QCOMPARE(failureOf(store->install(model_, stop.get_token())), QString("cancelled"));
     QCOMPARE(store->busy(), QStringList());
-  }
-
-  void backgroundInstallationDownloads() {
-    auto store = open();
-    store->installQuietly(model_);
-    store->installQuietly(model_);
-    QCOMPARE(store->busy(), QStringList("mixed"));
-    QTRY_COMPARE_WITH_TIMEOUT(store->busy(), QStringList(), 20'000);
-    QVERIFY(store->isInstalled(model_));
-    QCOMPARE(server_->requests.size(), 4);
-    store->installQuietly(model_);
-    QCOMPARE(store->busy(), QStringList());
-  }
-
-  void meteredConnectionPreventsBackgroundInstallation() {
-    isMetered_ = true;
-    auto store = open();
-    store->installQuietly(model_);
-    QCOMPARE(store->busy(), QStringList());
-  }
-
-  void failedBackgroundInstallationIsRetriedNextDay() {
-    server_->files.remove("/m/plain.bin");
-    auto store = open();
-    store->installQuietly(model_);
-    QTRY_COMPARE(store->busy(), QStringList());
-    QTRY_VERIFY(QFile::exists(dir_->filePath(".downloads/mixed/failed")));
-    QCOMPARE(server_->requests.size(), 1);
-    clock_.advance(23h);
-    store->installQuietly(model_);
-    QCOMPARE(store->busy(), QStringList());
-    clock_.advance(2h);
-    store->installQuietly(model_);
-    QCOMPARE(store->busy(), QStringList("mixed"));
-    QTRY_COMPARE(server_->requests.size(), 2);
-  }
-
-  void quittingIsNotRecordedAsFailure() {
-    server_->answers = {{.hangAfter = 100}};
-    auto store = open();
-    store->installQuietly(model_);
-    QTRY_COMPARE(server_->requests.size(), 1);
-    store.reset();
-    QCoreApplication::processEvents();
-    QVERIFY(!QFile::exists(dir_->filePath(".downloads/mixed/failed")));
   }
 
   void readOnlyFolderIsReported() {

@@ -48,6 +48,11 @@ class UnreadableModelTest final : public Suite {
     return ModelInstaller(options);
   }
 
+  void install(const Model& model) const {
+    InstallProgress progress;
+    installer().install(model, progress, {});
+  }
+
   /// Returns whether the installation failed with an error other than a damaged download.
   static bool failsWithoutDamage(const std::function<void()>& install) {
     try {
@@ -76,11 +81,11 @@ class UnreadableModelTest final : public Suite {
     QFETCH(int, code);
     const Model model = downloadedModel(ModelPacking::none, text_);
     QVERIFY(runWithFailingCall(SYS_read, code, [&] {
-      if (!failsWithoutDamage([&] { installer().install(model, {}); })) ::_exit(1);
+      if (!failsWithoutDamage([&] { install(model); })) ::_exit(1);
     }));
     QCOMPARE(folder_->contents(".downloads/test/model.bin.part"), text_);
     // It is used as soon as it can be read.
-    installer().install(model, {});
+    install(model);
     QVERIFY(installer().isInstalled(model));
   }
 
@@ -88,7 +93,7 @@ class UnreadableModelTest final : public Suite {
     // Otherwise every attempt would fail at the same place.
     const Model model = downloadedModel(ModelPacking::none, text_);
     QVERIFY(runWithFailingCall(SYS_read, EIO, [&] {
-      if (!failsWithoutDamage([&] { installer().install(model, {}); })) ::_exit(1);
+      if (!failsWithoutDamage([&] { install(model); })) ::_exit(1);
     }));
     QCOMPARE(folder_->contents(".downloads/test/model.bin.part"), QByteArray());
   }

@@ -169,27 +169,15 @@ class LocalSpeechPlatformTest final : public test::Suite {
     QVERIFY_THROWS_EXCEPTION(Failure, f.platform.start("fr_FR", std::make_shared<SpeechInput>()));
   }
 
-  void betterModelIsFetchedAfterAMinuteOfCaptions() {
+  void betterModelIsNotFetchedUnasked() {
     Fixture f;
+    f.better->model = std::make_shared<test::ScriptedModelOffer>();
     const std::unique_ptr<SpeechRun> run = f.start();
-    f.clock.advance(59s);
-    QVERIFY(f.better->fetched.isEmpty());
-    f.clock.advance(1s);
-    QCOMPARE(f.better->fetched, QStringList{"en_US"});
-    f.clock.advance(5min);
-    QCOMPARE(f.better->fetched.size(), 1);
-    QVERIFY(f.lesser->fetched.isEmpty());
-  }
-
-  void nothingIsFetchedForAShortRun() {
-    Fixture f;
-    const std::unique_ptr<SpeechRun> run = f.start();
-    f.clock.advance(30s);
+    QTRY_COMPARE(f.lesser->script->alive.load(), 1);
+    f.clock.advance(24h);
+    QVERIFY(f.better->asked.isEmpty());
+    QCOMPARE(f.better->script->alive.load(), 0);
     test::await(run->cancel());
-    f.start().reset();
-    f.clock.advance(60s);
-    QVERIFY(f.better->fetched.isEmpty());
-    QCOMPARE(f.clock.scheduledCount(), std::size_t(0));
   }
 };
 

@@ -42,7 +42,6 @@ class NeuralRecognizerProviderTest final : public test::Suite {
     Suite::init();
     store_.present.clear();
     store_.asked.clear();
-    store_.askedQuietly.clear();
     store_.failure.reset();
   }
 
@@ -117,22 +116,29 @@ class NeuralRecognizerProviderTest final : public test::Suite {
     QVERIFY(!settings("de_DE").hasPunctuation());
   }
 
-  void downloadIsFollowedByPunctuation() {
+  void downloadIncludesPunctuation() {
+    const Model& recognizer = modelOf("en");
+    const Model& marks = modelOf("en", ModelKind::punctuation);
     const auto model = offer("en_US");
-    QVERIFY(model->downloadBytes() > 1'000'000);
+    QCOMPARE(model->downloadBytes(), recognizer.downloadBytes() + marks.downloadBytes());
     QCOMPARE(failureOf(model->install(std::stop_token())), QString());
-    QCOMPARE(store_.asked, QStringList(modelOf("en").id));
-    QCOMPARE(store_.askedQuietly, QStringList(modelOf("en", ModelKind::punctuation).id));
+    QCOMPARE(store_.asked, QStringList({recognizer.id, marks.id}));
     QVERIFY(provider_.isInstalled("en_US"));
   }
 
-  void missingPunctuationIsDownloadedAtTheNextStart() {
+  void missingPunctuationIsNotDownloadedUnasked() {
     store_.present += modelOf("en").id;
     QVERIFY(factory("en_US"));
-    QCOMPARE(store_.askedQuietly, QStringList(modelOf("en", ModelKind::punctuation).id));
-    store_.askedQuietly.clear();
-    QVERIFY(factory("ko_KR"));
-    QVERIFY(store_.askedQuietly.isEmpty());
+    QVERIFY(store_.asked.isEmpty());
+  }
+
+  void modelIsUsedAsLongAsItsFactoryExists() {
+    const Model& model = modelOf("en");
+    store_.present += model.id;
+    RecognizerProvider::Factory made = factory("en_US");
+    QVERIFY(store_.isUsed(model));
+    made = nullptr;
+    QVERIFY(!store_.isUsed(model));
   }
 
   void failureOfTheStoreIsPassedOn() {
@@ -141,16 +147,6 @@ class NeuralRecognizerProviderTest final : public test::Suite {
     QCOMPARE(failureOf(model->install(std::stop_token())), QString("no space"));
     QVERIFY(!provider_.isInstalled("de_DE"));
     QVERIFY(!provider_.offer("xx_XX", "unknown"));
-  }
-
-  void backgroundDownloadIsQuiet() {
-    provider_.fetchInBackground("en_US");
-    QVERIFY(store_.asked.isEmpty());
-    QVERIFY(store_.askedQuietly.contains(modelOf("en").id));
-    QVERIFY(store_.askedQuietly.contains(modelOf("en", ModelKind::punctuation).id));
-    store_.askedQuietly.clear();
-    provider_.fetchInBackground("xx_XX");
-    QVERIFY(store_.askedQuietly.isEmpty());
   }
 };
 

@@ -144,7 +144,7 @@ class TranslationEndToEndTest final : public Suite {
       const QByteArray packed = gzipped(content);
       const QString served = QStringLiteral("/toy/%1.gz").arg(file);
       server_->files[served] = packed;
-      model.downloads.push_back({server_->address(served),
+      model.downloads.push_back({{server_->address(served)},
                                  packed.size(),
                                  sha256(packed),
                                  ModelPacking::gzip,

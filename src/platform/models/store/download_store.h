@@ -2,11 +2,13 @@
 #pragma once
 
 #include "platform/foundation/clock.h"
+#include "platform/foundation/one_shot.h"
 #include "platform/models/model_catalogue.h"
 #include "platform/models/model_store.h"
 #include "platform/models/store/model_installer.h"
 
-#include <list>
+#include <functional>
+#include <map>
 #include <memory>
 #include <thread>
 
@@ -24,35 +26,51 @@ class DownloadStore final : public ModelStore {
   /// Whether the desktop reports a metered connection; false when it does not know.
   static bool isConnectionMetered();
 
-  /// Verifies, on a thread, models that the user has put into their folders. `isMetered` is asked
-  /// before each background download.
-  DownloadStore(ModelCatalogue catalogue, ModelStoreOptions options, const Clock& clock,
+  /// Verifies, on a thread, models that the user has put into their folders. `clock` must outlive
+  /// the store.
+  DownloadStore(const ModelCatalogue& catalogue, const ModelStoreOptions& options, Clock& clock,
                 std::function<bool()> isMetered);
   ~DownloadStore() override;
 
   bool isInstalled(const Model& model) const override;
   QString folder(const Model& model) const override;
+  ModelState state(const Model& model) const override;
   QCoro::Task<> install(Model model, std::stop_token stop) override;
-  void installQuietly(const Model& model) override;
+  void download(const Model& model) override;
+  void pause(const Model& model) override;
+  void cancel(const Model& model) override;
+  void remove(const Model& model) override;
+  std::int64_t diskBytes(const Model& model) const override;
+  bool isMetered() const override { return isMetered_(); }
   QStringList busy() const override;
 
  private:
   struct Job;
-  using Done = std::function<void(std::exception_ptr)>;
+  struct Download;
 
-  void start(const Model& model, const std::stop_token& stop, const Done& done);
-  void finish(const Job* job);
-  void verifyPlaced(ModelCatalogue catalogue);
-  bool failedToday(const QString& id) const;
-  void rememberFailure(const QString& id) const;
-  QString failurePath(const QString& id) const;
+  QCoro::Task<> waitFor(Model model, OneShot<bool> done, std::stop_token stop);
+  Download& downloadOf(const Model& model);
+  void proceed(Download& download);
+  void startJob(Download& download);
+  void finish(const QString& id, const std::exception_ptr& error);
+  void fail(Download& download, const std::exception_ptr& error);
+  void discard(const Model& model);
+  void forgetIfIdle(const QString& id);
+  void reportLater();
+  void report();
+  ModelState runningState(const Model& model, const Download& download) const;
+  void verifyPlaced(const ModelCatalogue& catalogue);
+  void deleteOnThread(const QString& path);
+  QString discardedFolder() const;
 
   ModelInstaller installer_;
   QString root_;
-  const Clock& clock_;
+  Clock& clock_;
   std::function<bool()> isMetered_;
-  std::list<std::unique_ptr<Job>> jobs_;
+  std::map<QString, std::unique_ptr<Download>> downloads_;  ///< by model id
+  std::unique_ptr<ScheduledCall> reporting_;
   std::jthread finder_;
+  std::jthread deletion_;
 };
 
 }  // namespace velun

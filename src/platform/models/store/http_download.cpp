@@ -27,14 +27,14 @@ struct RetryableFailure {
 class Attempt {
  public:
   Attempt(QNetworkAccessManager& network, std::int64_t bytes, const QString& partial,
-          const std::stop_token& stop)
-      : network_(network), bytes_(bytes), file_(partial), stop_(stop) {}
+          std::atomic<std::int64_t>& received, const std::stop_token& stop)
+      : network_(network), bytes_(bytes), file_(partial), received_(received), stop_(stop) {}
 
   /// Throws `Failure`, `Cancelled` or `RetryableFailure`.
   void run(const QUrl& address, std::chrono::milliseconds stallTimeout) {
     if (!file_.open(QIODevice::ReadWrite)) throw model_failures::notSaved(file_.errorString());
     if (file_.size() > bytes_) file_.resize(0);
-    offset_ = file_.size();
+    setOffset(file_.size());
     if (offset_ == bytes_) return;
     if (!isSafeModelAddress(address)) throw model_failures::insecure();
     QNetworkReply* reply = network_.get(request(address, stallTimeout));
@@ -45,6 +45,23 @@ class Attempt {
   }
 
  private:
+  void setOffset(std::int64_t offset) {
+    offset_ = offset;
+    received_ = offset;
+  }
+
+  /// Empties the file.
+  void clear() {
+    file_.resize(0);
+    setOffset(0);
+  }
+
+  Failure notSaved() const {
+    return file_.error() == QFileDevice::ResourceError
+               ? model_failures::diskFull()
+               : model_failures::notSaved(file_.errorString());
+  }
+
   QNetworkRequest request(const QUrl& address, std::chrono::milliseconds stallTimeout) const {
     QNetworkRequest request(address);
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
@@ -88,12 +105,12 @@ class Attempt {
     if (!isAccepted_ && !accept(reply)) return;
     const QByteArray data = reply->readAll();
     if (offset_ + data.size() > bytes_) {
-      file_.resize(0);
+      clear();
       fail(model_failures::unexpectedFile());
     } else if (file_.write(data) != data.size() || !file_.flush()) {
-      fail(model_failures::notSaved(file_.errorString()));
+      fail(notSaved());
     } else {
-      offset_ += data.size();
+      setOffset(offset_ + data.size());
     }
   }
 
@@ -109,8 +126,7 @@ class Attempt {
         return false;
       }
       // The server does not support ranges and sends the whole file.
-      file_.resize(0);
-      offset_ = 0;
+      clear();
     } else {
       return false;
     }
@@ -130,7 +146,7 @@ class Attempt {
   }
 
   bool startOver() {
-    file_.resize(0);
+    clear();
     isStartingOver_ = true;
     loop_->quit();
     return false;
@@ -141,7 +157,7 @@ class Attempt {
     if (failure_) throw *failure_;
     if (offset_ == bytes_ && isAccepted_) return;
     const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    if (status == 416) file_.resize(0);
+    if (status == 416) clear();
     if (isStartingOver_ || status == 416) throw RetryableFailure{model_failures::unexpectedFile()};
     if (status >= 400 && status < 500 && status != 408 && status != 429) {
       throw model_failures::refused(status);
@@ -156,6 +172,7 @@ class Attempt {
   QNetworkAccessManager& network_;
   std::int64_t bytes_;
   QFile file_;
+  std::atomic<std::int64_t>& received_;
   std::stop_token stop_;
   std::int64_t offset_ = 0;
   QEventLoop* loop_ = nullptr;  ///< valid during exchange()
@@ -175,14 +192,15 @@ void pause(std::chrono::milliseconds time, const std::stop_token& stop) {
 }  // namespace
 
 void downloadFile(const QUrl& address, std::int64_t bytes, const QString& partial,
-                  const HttpRetryPolicy& policy, const std::stop_token& stop) {
+                  const HttpRetryPolicy& policy, std::atomic<std::int64_t>& received,
+                  const std::stop_token& stop) {
   QNetworkAccessManager network;
   std::chrono::milliseconds delay = policy.retryDelay;
   int attemptsWithoutProgress = 0;
   while (true) {
     const std::int64_t before = QFile(partial).size();
     try {
-      Attempt(network, bytes, partial, stop).run(address, policy.stallTimeout);
+      Attempt(network, bytes, partial, received, stop).run(address, policy.stallTimeout);
       return;
     } catch (const RetryableFailure& retryable) {
       const bool hasAdvanced = QFile(partial).size() > before;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <QString>
@@ -22,7 +23,9 @@ struct HttpRetryPolicy {
 /// Downloads `address`, whose size must be `bytes`, into the file `partial`. Continues after what
 /// the file already contains, and after lost connections. Blocks; not on the main thread. Throws
 /// `Failure` or `Cancelled`; the received data is kept, unless the server's file has another size.
+/// `received` is set to the size of `partial` whenever that changes.
 void downloadFile(const QUrl& address, std::int64_t bytes, const QString& partial,
-                  const HttpRetryPolicy& policy, const std::stop_token& stop);
+                  const HttpRetryPolicy& policy, std::atomic<std::int64_t>& received,
+                  const std::stop_token& stop);
 
 }  // namespace velun

@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <exception>
 #include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
 #include <QStorageInfo>
 
@@ -65,6 +66,13 @@ std::int64_t sizeOf(const QString& path) {
   return QFileInfo(path).size();
 }
 
+std::int64_t sizeOfFolder(const QString& path) {
+  std::int64_t bytes = 0;
+  QDirIterator files(path, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+  while (files.hasNext()) bytes += sizeOf(files.next());
+  return bytes;
+}
+
 }  // namespace
 
 QString ModelInstaller::folder(const QString& id) const {
@@ -84,7 +92,8 @@ bool ModelInstaller::isInstalled(const Model& model) const {
   return QFileInfo::exists(path) && VerifiedRecord::read(path).covers(model, path);
 }
 
-void ModelInstaller::install(const Model& model, const std::stop_token& stop) const {
+void ModelInstaller::install(const Model& model, InstallProgress& progress,
+                             const std::stop_token& stop) const {
   makeFolder(folder(model.id));
   makeFolder(partialFolder(model));
   const ModelLock lock(partialFolder(model), stop);
@@ -94,14 +103,55 @@ void ModelInstaller::install(const Model& model, const std::stop_token& stop) co
   for (const ModelDownload& download : model.downloads) {
     if (!usePlaced(model, download, record, stop)) missing.push_back(&download);
   }
+  std::int64_t finished = model.downloadBytes();
+  for (const ModelDownload* download : missing) finished -= download->bytes;
+  progress.finishedBytes = finished;
   checkSpace(model, missing);
   record.write(folder(model.id));
   for (const ModelDownload* download : missing) {
-    fetch(model, *download, record, stop);
+    fetch(model, *download, record, progress, stop);
+    finished += download->bytes;
+    progress.receivedBytes = 0;
+    progress.finishedBytes = finished;
     // Written now, in case the next download fails: for unpacked files without a published hash the
     // record is the only proof.
     record.write(folder(model.id));
   }
+}
+
+std::int64_t ModelInstaller::downloadedBytes(const Model& model) const {
+  const VerifiedRecord record = VerifiedRecord::read(folder(model.id));
+  std::int64_t bytes = 0;
+  for (const ModelDownload& download : model.downloads) {
+    const bool isVerified =
+        std::ranges::all_of(download.files, [&record, &download](const ModelFile& file) {
+          const VerifiedRecord::Entry* entry = record.find(file.name);
+          return entry && entry->download == download.sha256;
+        });
+    bytes += isVerified ? download.bytes
+                        : std::min(download.bytes, sizeOf(partialPath(model, download)));
+  }
+  return bytes;
+}
+
+std::int64_t ModelInstaller::diskBytes(const Model& model) const {
+  return sizeOfFolder(folder(model.id)) + sizeOfFolder(partialFolder(model));
+}
+
+void ModelInstaller::setAside(const Model& model, const QString& target) const {
+  if (!QDir().mkpath(target)) return;
+  QDir().rename(partialFolder(model), target + "/partial");
+  const QDir dir(folder(model.id));
+  const VerifiedRecord record = VerifiedRecord::read(dir.path());
+  QStringList names{VerifiedRecord::kFileName};
+  for (const ModelDownload& download : model.downloads) {
+    for (const ModelFile& file : download.files) {
+      if (record.find(file.name)) names += file.name;
+    }
+    if (sizeOf(dir.filePath(download.fileName())) == download.bytes) names += download.fileName();
+  }
+  for (const QString& name : names) QDir().rename(dir.filePath(name), target + u'/' + name);
+  QDir().rmdir(dir.path());
 }
 
 bool ModelInstaller::isPlaced(const Model& model) const {
@@ -172,15 +222,16 @@ void ModelInstaller::checkSpace(const Model& model,
 }
 
 void ModelInstaller::fetch(const Model& model, const ModelDownload& download,
-                           VerifiedRecord& record, const std::stop_token& stop) const {
+                           VerifiedRecord& record, InstallProgress& progress,
+                           const std::stop_token& stop) const {
   const QString partial = partialPath(model, download);
   try {
-    fetchVerified(download, partial, stop);
+    fetchVerified(download, partial, progress, stop);
   } catch (const Cancelled&) {
     throw;
   } catch (const Failure&) {
     if (!canBeFetchedSingly(download)) throw;
-    fetchSingly(model, download, record, stop);
+    fetchSingly(model, download, record, progress, stop);
     QFile::remove(partial);
     return;
   }
@@ -207,22 +258,25 @@ void ModelInstaller::place(const Model& model, const ModelDownload& download,
 
 /// Downloads the files of an archive from their own addresses.
 void ModelInstaller::fetchSingly(const Model& model, const ModelDownload& archive,
-                                 VerifiedRecord& record, const std::stop_token& stop) const {
+                                 VerifiedRecord& record, InstallProgress& progress,
+                                 const std::stop_token& stop) const {
   for (const ModelFile& file : archive.files) {
     const ModelDownload single{file.addresses, file.bytes, file.sha256, ModelPacking::none, {file}};
     const QString partial = partialPath(model, single);
-    fetchVerified(single, partial, stop);
+    fetchVerified(single, partial, progress, stop);
     place(model, {{}, 0, archive.sha256, ModelPacking::none, {file}}, partial, record);
+    progress.receivedBytes = 0;
+    progress.finishedBytes += file.bytes;
   }
 }
 
 /// Tries the addresses in order. Throws the failure of the first one, which matters most.
 void ModelInstaller::fetchVerified(const ModelDownload& download, const QString& partial,
-                                   const std::stop_token& stop) const {
+                                   InstallProgress& progress, const std::stop_token& stop) const {
   std::exception_ptr first;
   for (const QString& address : download.addresses) {
     try {
-      fetchFrom(address, download, partial, stop);
+      fetchFrom(address, download, partial, progress, stop);
       return;
     } catch (const Cancelled&) {
       throw;
@@ -234,12 +288,16 @@ void ModelInstaller::fetchVerified(const ModelDownload& download, const QString&
 }
 
 void ModelInstaller::fetchFrom(const QString& address, const ModelDownload& download,
-                               const QString& partial, const std::stop_token& stop) const {
+                               const QString& partial, InstallProgress& progress,
+                               const std::stop_token& stop) const {
   const QUrl url = mirroredModelAddress(address, options_.mirror);
   const auto attempt = [&] {
-    downloadFile(url, download.bytes, partial, options_.retries, stop);
+    progress.step = InstallProgress::Step::downloading;
+    downloadFile(url, download.bytes, partial, options_.retries, progress.receivedBytes, stop);
+    progress.step = InstallProgress::Step::verifying;
     if (isVerified(download, partial, stop)) return;
     QFile::remove(partial);
+    progress.receivedBytes = 0;
     throw model_failures::damaged();
   };
   const bool wasPartial = sizeOf(partial) > 0;

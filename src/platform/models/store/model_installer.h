@@ -3,6 +3,7 @@
 
 #include "platform/models/model.h"
 #include "platform/models/store/http_download.h"
+#include "platform/models/store/install_progress.h"
 #include "platform/models/store/verified_record.h"
 
 #include <functional>
@@ -28,7 +29,18 @@ class ModelInstaller {
   bool isInstalled(const Model& model) const;
 
   /// Downloads what is missing. Throws `Failure` or `Cancelled`.
-  void install(const Model& model, const std::stop_token& stop) const;
+  void install(const Model& model, InstallProgress& progress, const std::stop_token& stop) const;
+
+  /// The bytes of the model's downloads that need not be downloaded any more.
+  std::int64_t downloadedBytes(const Model& model) const;
+
+  /// The bytes on the disk of the model's folder and of its partial downloads.
+  std::int64_t diskBytes(const Model& model) const;
+
+  /// Moves the verified files of the model, files that would be installed as such at the next
+  /// start, and partial downloads to the new folder `target`, without copying. Not during an
+  /// installation. Files that cannot be moved stay.
+  void setAside(const Model& model, const QString& target) const;
 
   /// Whether the user has put everything that the model needs into its folder, and it is not yet
   /// verified. Compares sizes only.
@@ -42,15 +54,15 @@ class ModelInstaller {
   bool usePlaced(const Model& model, const ModelDownload& download, VerifiedRecord& record,
                  const std::stop_token& stop) const;
   void fetch(const Model& model, const ModelDownload& download, VerifiedRecord& record,
-             const std::stop_token& stop) const;
+             InstallProgress& progress, const std::stop_token& stop) const;
   void fetchSingly(const Model& model, const ModelDownload& archive, VerifiedRecord& record,
-                   const std::stop_token& stop) const;
+                   InstallProgress& progress, const std::stop_token& stop) const;
   void place(const Model& model, const ModelDownload& download, const QString& partial,
              VerifiedRecord& record) const;
   void fetchVerified(const ModelDownload& download, const QString& partial,
-                     const std::stop_token& stop) const;
+                     InstallProgress& progress, const std::stop_token& stop) const;
   void fetchFrom(const QString& address, const ModelDownload& download, const QString& partial,
-                 const std::stop_token& stop) const;
+                 InstallProgress& progress, const std::stop_token& stop) const;
   void unpackVerified(const Model& model, const ModelDownload& download, const QString& packed,
                       VerifiedRecord& record, const std::stop_token& stop) const;
   void checkSpace(const Model& model, const std::vector<const ModelDownload*>& missing) const;

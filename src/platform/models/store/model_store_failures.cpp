@@ -74,6 +74,33 @@ Failure notSaved(const QString& reason) {
                    QString("모델을 저장할 수 없습니다: %1").arg(reason)));
 }
 
+Failure diskFull() {
+  return Failure(
+      L("The model couldn’t be saved: the disk is full. Free some space, then try again.",
+        "디스크가 가득 차서 모델을 저장할 수 없습니다. 공간을 확보한 다음 다시 "
+        "시도하십시오."));
+}
+
+Failure cancelled() {
+  return Failure(L("The model download was cancelled. Start captions to download it again.",
+                   "모델 다운로드를 취소했습니다. 다시 받으려면 자막을 시작하십시오."));
+}
+
+Failure inUse(ModelKind kind) {
+  // A translator stays loaded for two minutes after its last text.
+  if (kind == ModelKind::translation) {
+    return Failure(L("The model is in use. Turn off translation, then try again in two minutes.",
+                     "모델을 사용하고 있습니다. 번역을 끈 다음 2분 뒤에 다시 시도하십시오."));
+  }
+  return Failure(L("The model is in use. Stop captions, then try again.",
+                   "모델을 사용하고 있습니다. 자막을 중지한 다음 다시 시도하십시오."));
+}
+
+Failure notRemoved() {
+  return Failure(L("The model couldn’t be removed. Check the permissions of the models folder.",
+                   "모델을 삭제할 수 없습니다. 모델 폴더의 접근 권한을 확인하십시오."));
+}
+
 Failure unreadable(int code) {
   const QString reason = qt_error_string(code);
   return Failure(

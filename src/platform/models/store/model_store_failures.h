@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/foundation/failure.h"
+#include "platform/models/model.h"
 
 #include <cstdint>
 #include <QString>
@@ -25,6 +26,13 @@ Failure unexpectedFile();
 DamagedModel damaged();
 Failure noSpace(std::int64_t neededBytes, std::int64_t freeBytes);
 Failure notSaved(const QString& reason);
+/// The disk became full during a download.
+Failure diskFull();
+/// The user cancelled the download.
+Failure cancelled();
+/// A model of this kind cannot be removed because it is in use.
+Failure inUse(ModelKind kind);
+Failure notRemoved();
 /// The download is complete but cannot be read now; `code` is an errno value.
 Failure unreadable(int code);
 /// The system cannot start another thread.

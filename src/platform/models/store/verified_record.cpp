@@ -16,7 +16,7 @@ namespace velun {
 namespace {
 
 QString recordPath(const QString& folder) {
-  return QDir(folder).filePath("verified.json");
+  return QDir(folder).filePath(VerifiedRecord::kFileName);
 }
 
 std::int64_t modifiedOf(const QFileInfo& info) {

@@ -8,9 +8,11 @@
 namespace velun {
 
 /// The record of verified files, so that a model of half a gigabyte is not hashed at every start.
-/// Stored in the model's folder as "verified.json".
+/// Stored in the model's folder as `kFileName`.
 class VerifiedRecord {
  public:
+  static constexpr const char* kFileName = "verified.json";
+
   struct Entry {
     std::int64_t bytes = 0;
     std::int64_t modified = 0;  ///< modification time, milliseconds since 1970

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/neural/neural_recognizer_provider.h"
 
+#include "platform/foundation/failure.h"
 #include "platform/speech/helper/recognizer_settings.h"
 #include "platform/speech/helper/sherpa_library.h"
 #include "platform/speech/neural/english_backend.h"
@@ -28,30 +29,42 @@ int decodeThreads() {
   return std::clamp(static_cast<int>(std::thread::hardware_concurrency()) / 2, 1, 4);
 }
 
-/// Downloads a recognition model, then the punctuation model, whose failure does not matter.
+/// Downloads a recognition model and, if it writes no punctuation, a punctuation model. A failure
+/// of the second does not prevent captions.
 class ModelOffer final : public SpeechModelOffer {
  public:
-  ModelOffer(ModelStore& store, Model model, std::optional<Model> extra)
-      : store_(&store), model_(std::move(model)), extra_(std::move(extra)) {}
+  ModelOffer(ModelStore& store, Model model, std::optional<Model> marks)
+      : store_(&store), model_(std::move(model)), marks_(std::move(marks)) {}
 
   qint64 downloadBytes() const override {
-    qint64 bytes = 0;
-    for (const ModelDownload& download : model_.downloads) bytes += download.bytes;
-    return bytes;
+    return model_.downloadBytes() + (marks_ ? marks_->downloadBytes() : 0);
   }
   QCoro::Task<> install(std::stop_token stop) override {
     const QPointer<ModelStore> store = store_;
-    const std::optional<Model> extra = extra_;
+    const std::optional<Model> marks = marks_;
     const Model model = model_;
     QCoro::Task<> installation = store->install(model, stop);
     co_await installation;
-    if (extra && store) store->installQuietly(*extra);
+    if (!marks || !store) co_return;
+    QCoro::Task<> second = installMarks(store, *marks, stop);
+    co_await second;
   }
 
  private:
+  static QCoro::Task<> installMarks(QPointer<ModelStore> store, Model marks, std::stop_token stop) {
+    try {
+      QCoro::Task<> installation = store->install(marks, stop);
+      co_await installation;
+    } catch (const Cancelled&) {
+      throw;
+    } catch (const Failure&) {
+      // Captions without punctuation are better than none.
+    }
+  }
+
   QPointer<ModelStore> store_;
   Model model_;
-  std::optional<Model> extra_;
+  std::optional<Model> marks_;
 };
 
 }  // namespace
@@ -157,12 +170,15 @@ void NeuralRecognizerProvider::addPunctuation(RecognizerSettings& settings,
 RecognizerProvider::Factory NeuralRecognizerProvider::makeFactory(const QString& locale,
                                                                   const QString& id) const {
   RecognizerSettings settings;
+  // The models cannot be removed while the result exists.
+  std::vector<std::shared_ptr<const void>> uses;
   if (const Model* model = catalogue_.find(id)) {
     settings = this->settings(*model, locale);
-    // It is downloaded with the recognizer, but that may have failed.
-    if (const Model* marks = punctuationFor(*model, locale)) store_.installQuietly(*marks);
+    uses.push_back(store_.use(*model));
+    if (const Model* marks = punctuationFor(*model, locale)) uses.push_back(store_.use(*marks));
   }
-  return [program = program_, settings, style = style_]() -> std::unique_ptr<RecognizerBackend> {
+  return [program = program_, settings, style = style_,
+          uses = std::move(uses)]() -> std::unique_ptr<RecognizerBackend> {
     auto recognizer = std::make_unique<NeuralBackend>(program, settings);
     if (settings.language != QLatin1String("en")) return recognizer;
     return std::make_unique<EnglishBackend>(std::move(recognizer), style);
@@ -173,16 +189,9 @@ std::shared_ptr<SpeechModelOffer> NeuralRecognizerProvider::offer(const QString&
                                                                   const QString& id) {
   const Model* model = catalogue_.find(id);
   if (!model || program_.isEmpty()) return nullptr;
-  std::optional<Model> extra;
-  if (const Model* marks = punctuationFor(*model, locale)) extra = *marks;
-  return std::make_shared<ModelOffer>(store_, *model, extra);
-}
-
-void NeuralRecognizerProvider::fetchInBackground(const QString& locale) {
-  const std::vector<const Model*> all = models(locale);
-  if (all.empty()) return;
-  if (const Model* marks = punctuationFor(*all.front(), locale)) store_.installQuietly(*marks);
-  store_.installQuietly(*all.front());
+  std::optional<Model> marks;
+  if (const Model* found = punctuationFor(*model, locale)) marks = *found;
+  return std::make_shared<ModelOffer>(store_, *model, marks);
 }
 
 }  // namespace velun

@@ -32,7 +32,6 @@ class NeuralRecognizerProvider final : public RecognizerProvider {
   std::vector<RecognizerCandidate> candidates(const QString& locale) const override;
   Factory makeFactory(const QString& locale, const QString& id) const override;
   std::shared_ptr<SpeechModelOffer> offer(const QString& locale, const QString& id) override;
-  void fetchInBackground(const QString& locale) override;
 
   /// The helper's configuration for an installed model in one of its locales.
   RecognizerSettings settings(const Model& model, const QString& locale) const;

@@ -85,10 +85,6 @@ QCoro::Task<> StudentBackend::install(LanguagePair pair, std::stop_token stop) {
   co_await task;
 }
 
-void StudentBackend::installQuietly(const LanguagePair& pair) {
-  store_.installQuietly(*preferred(models_.at(pair)));
-}
-
 std::shared_ptr<TextTranslator> StudentBackend::makeTranslator(const LanguagePair& pair) {
   const std::vector<Model>& models = models_.at(pair);
   const Model* installed = bestInstalled(models);
@@ -98,7 +94,8 @@ std::shared_ptr<TextTranslator> StudentBackend::makeTranslator(const LanguagePai
   const auto report = [speeds = speeds_, folder](double millisecondsPerToken) {
     speeds->add(folder, millisecondsPerToken);
   };
-  return std::make_shared<StudentTranslator>(findStudentFiles(model, folder), pair, report);
+  return std::make_shared<StudentTranslator>(findStudentFiles(model, folder), pair, report,
+                                             store_.use(model));
 }
 
 const Model* StudentBackend::preferred(const std::vector<Model>& models) const {

@@ -31,7 +31,6 @@ class StudentBackend final : public TranslatorBackend {
 
   qint64 downloadBytes(const LanguagePair& pair) const override;
   QCoro::Task<> install(LanguagePair pair, std::stop_token stop) override;
-  void installQuietly(const LanguagePair& pair) override;
   std::shared_ptr<TextTranslator> makeTranslator(const LanguagePair& pair) override;
 
  private:

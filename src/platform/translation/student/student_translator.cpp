@@ -45,8 +45,12 @@ Failure unreadable(const LanguagePair& pair, const FileError& error) {
 
 }  // namespace
 
-StudentTranslator::StudentTranslator(StudentFiles files, LanguagePair pair, SpeedReport reportSpeed)
-    : files_(std::move(files)), pair_(std::move(pair)), reportSpeed_(std::move(reportSpeed)) {}
+StudentTranslator::StudentTranslator(StudentFiles files, LanguagePair pair, SpeedReport reportSpeed,
+                                     std::shared_ptr<const void> use)
+    : files_(std::move(files)),
+      pair_(std::move(pair)),
+      reportSpeed_(std::move(reportSpeed)),
+      use_(std::move(use)) {}
 
 void StudentTranslator::load() {
   if (engine_) return;

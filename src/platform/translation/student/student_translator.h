@@ -16,7 +16,9 @@ class StudentTranslator final : public TextTranslator {
   /// Called after every text, on the thread that translates.
   using SpeedReport = std::function<void(double millisecondsPerToken)>;
 
-  StudentTranslator(StudentFiles files, LanguagePair pair, SpeedReport reportSpeed = {});
+  /// `use` is kept as long as the translator exists.
+  StudentTranslator(StudentFiles files, LanguagePair pair, SpeedReport reportSpeed = {},
+                    std::shared_ptr<const void> use = nullptr);
 
   void load() override;
   QString translate(const QString& text, std::stop_token stop) override;
@@ -25,6 +27,7 @@ class StudentTranslator final : public TextTranslator {
   StudentFiles files_;
   LanguagePair pair_;
   SpeedReport reportSpeed_;
+  std::shared_ptr<const void> use_;
   std::unique_ptr<const StudentEngine> engine_;
 };
 

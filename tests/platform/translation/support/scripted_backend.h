@@ -16,9 +16,8 @@ namespace velun::test {
 struct BackendScript {
   std::vector<LanguagePair> installed;
   std::vector<LanguagePair> downloadable;
-  qint64 downloadBytes = 0;  ///< of each pair
-  QStringList installs;      ///< "en-ko"
-  QStringList quietInstalls;
+  qint64 downloadBytes = 0;                    ///< of each pair
+  QStringList installs;                        ///< "en-ko"
   std::vector<OneShot<bool>> pendingInstalls;  ///< true: succeeds; false: fails
 
   std::atomic<int> loads = 0;
@@ -75,8 +74,6 @@ class ScriptedBackend final : public TranslatorBackend {
     std::erase(script->downloadable, pair);
     script->installed.push_back(pair);
   }
-
-  void installQuietly(const LanguagePair& pair) override { script_->quietInstalls += nameOf(pair); }
 
   std::shared_ptr<TextTranslator> makeTranslator(const LanguagePair& pair) override {
     return std::make_shared<ScriptedTranslator>(script_, nameOf(pair));

@@ -17,7 +17,6 @@ class ApertiumBackend final : public TranslatorBackend {
   std::vector<LanguagePair> installedPairs() const override;
   std::vector<LanguagePair> downloadablePairs() const override { return {}; }
   QCoro::Task<> install(LanguagePair pair, std::stop_token stop) override;
-  void installQuietly(const LanguagePair&) override {}
   std::shared_ptr<TextTranslator> makeTranslator(const LanguagePair& pair) override;
 
  private:
