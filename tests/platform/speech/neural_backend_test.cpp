@@ -51,6 +51,14 @@ class NeuralBackendTest final : public test::Suite {
     QCOMPARE(finalsOf(settings, numbers_), QStringList("Five six nine ten eight"));
   }
 
+  void recognizesQuietSpeech_data() { recognizesWords_data(); }
+  void recognizesQuietSpeech() {
+    QFETCH(RecognizerSettings, settings);
+    std::vector<float> quiet = music_;
+    for (float& sample : quiet) sample *= 0.01F;
+    QCOMPARE(finalsOf(settings, quiet), QStringList("Turn off the music now"));
+  }
+
   void phrasesEndByThemselves_data() { recognizesWords_data(); }
   void phrasesEndByThemselves() {
     QFETCH(RecognizerSettings, settings);

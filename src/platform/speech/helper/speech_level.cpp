@@ -34,9 +34,12 @@ float speechLevel(std::span<const float> samples) {
 
 }  // namespace
 
-float gainFor(std::span<const float> phrase) {
-  const float level = speechLevel(phrase);
+float gainForLevel(float level) {
   return level > 0 ? std::clamp(kTargetLevel / level, 1.0F, kMaxGain) : 1.0F;
+}
+
+float gainFor(std::span<const float> phrase) {
+  return gainForLevel(speechLevel(phrase));
 }
 
 std::vector<float> amplified(std::span<const float> samples, float gain) {

@@ -6,8 +6,11 @@
 
 namespace velun {
 
-/// The factor, 1…30, that raises a phrase of quiet speech in -1…1 to the level at which recognition
-/// works best; louder speech stays as it is.
+/// The factor, 1…30, that raises speech of this root mean square to the level at which recognition
+/// works best.
+float gainForLevel(float level);
+
+/// That factor for a phrase of speech in -1…1.
 float gainFor(std::span<const float> phrase);
 
 /// The samples times `gain`, limited to -1…1.

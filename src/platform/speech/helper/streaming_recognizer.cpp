@@ -108,7 +108,7 @@ void StreamingRecognizer::accept(std::span<const float> samples) {
     const auto piece = samples.subspan(at, std::min(kPiece, samples.size() - at));
     std::vector<float> clean(piece.size());
     std::transform(piece.begin(), piece.end(), clean.begin(), usable);
-    feed(clean);
+    feed(gain_.amplified(clean));
     decodeReady();
   }
 }

@@ -6,6 +6,7 @@
 #include "platform/speech/helper/punctuator.h"
 #include "platform/speech/helper/recognizer_settings.h"
 #include "platform/speech/helper/sherpa_library.h"
+#include "platform/speech/helper/slow_gain.h"
 #include "platform/speech/helper/stream_recognizer.h"
 
 #include <memory>
@@ -46,6 +47,7 @@ class StreamingRecognizer final : public StreamRecognizer {
   RecognizerSettings settings_;
   const Punctuator* punctuator_;
   PhraseLines lines_;
+  SlowGain gain_;
   ModelSteps steps_;
   Handle recognizer_;
   Handle stream_;
