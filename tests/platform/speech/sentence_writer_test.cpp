@@ -127,8 +127,22 @@ class SentenceWriterTest final : public test::Suite {
   void sentenceGoesOnInTheNextPhrase() {
     script_.replies["we met +"] = "We met, +";
     script_.replies["we met + and ate +"] = "We met. + And ate. +";
-    QCOMPARE(written(finalResult("we met")), QStringList("We met,"));
+    QCOMPARE(written(finalResult("we met")), QStringList("We met"));
     QCOMPARE(written(finalResult("and ate", 2.5)), QStringList("and ate."));
+  }
+
+  void commaAtTheEndOfALineIsDropped() {
+    script_.replies["so it goes + we met +"] = "So it goes, + we met, +";
+    QCOMPARE(written(finalResult("so it goes + we met")), QStringList("So it goes, we met"));
+    script_.replies["so it goes + we met + we ate +"] = "So it goes, + we met, + we ate, +";
+    QCOMPARE(written(cut("we ate", 4)), QStringList("~we ate"));
+    QCOMPARE(writer_->finish()->text, QString("we ate"));
+  }
+
+  void commaStaysWhereSpeechGoesOn() {
+    const QString words = QString("so it goes ").repeated(11).trimmed();
+    script_.replies[words] = QString(words).replace(17, 4, "goes,");
+    QCOMPARE(written(cut(words)).first(), QString("So it goes so it goes,"));
   }
 
   void shownMarksDecideAboutTheNextCapital() {

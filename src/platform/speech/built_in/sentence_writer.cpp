@@ -80,7 +80,7 @@ std::vector<TranscriptionResult> SentenceWriter::write(const TranscriptionResult
   const bool mayGoOn = result.isCut && isPunctuating();
   const std::size_t count = mayGoOn ? countFinished(words) : words.size();
   std::vector<TranscriptionResult> results;
-  if (count > 0) results.push_back(final(words, count));
+  if (count > 0) results.push_back(final(words, count, result.isCut));
   unfinished_.assign(heard_.begin() + static_cast<std::ptrdiff_t>(count), heard_.end());
   heard_ = unfinished_;
   if (!heard_.empty()) results.push_back(draft());
@@ -95,7 +95,7 @@ std::optional<double> SentenceWriter::unfinishedUntil() const {
 std::optional<TranscriptionResult> SentenceWriter::finish() {
   if (unfinished_.empty()) return std::nullopt;
   heard_ = std::exchange(unfinished_, {});
-  return final(punctuated(captionWords(heard_, true), true), heard_.size());
+  return final(punctuated(captionWords(heard_, true), true), heard_.size(), false);
 }
 
 TranscriptionResult SentenceWriter::draft() {
@@ -104,9 +104,13 @@ TranscriptionResult SentenceWriter::draft() {
 }
 
 /// Writes the first `count` words of `heard_`, which become the context of the next ones.
-TranscriptionResult SentenceWriter::final(const CaptionWords& words, std::size_t count) {
+TranscriptionResult SentenceWriter::final(const CaptionWords& words, std::size_t count,
+                                          bool goesOn) {
   const auto end = static_cast<std::ptrdiff_t>(count);
-  const CaptionWords written(words.begin(), words.begin() + end);
+  CaptionWords written(words.begin(), words.begin() + end);
+  // After a pause, the comma would be left hanging if nothing more is said, and the model is often
+  // wrong about it (docs/recognition.md).
+  if (!goesOn && written.back().marks == QLatin1String(",")) written.back().marks.clear();
   context_.insert(context_.end(), written.begin(), written.end());
   const std::size_t surplus = context_.size() - std::min(context_.size(), kContextWords);
   context_.erase(context_.begin(), context_.begin() + static_cast<std::ptrdiff_t>(surplus));

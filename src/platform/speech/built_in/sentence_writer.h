@@ -50,7 +50,7 @@ class SentenceWriter {
 
   CaptionWords punctuated(const CaptionWords& words, bool isFinal);
   TranscriptionResult draft();
-  TranscriptionResult final(const CaptionWords& words, std::size_t count);
+  TranscriptionResult final(const CaptionWords& words, std::size_t count, bool goesOn);
   QString text(const CaptionWords& words, bool isFinal) const;
   void forgetOldContext(const HeardWords& heard);
 

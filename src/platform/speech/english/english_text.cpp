@@ -55,15 +55,10 @@ class Writer {
   CaptionWords write() {
     const auto count = static_cast<qsizetype>(words_.size());
     for (qsizetype begin = 0, end = 0; begin < count; begin = end) {
-      const auto isBreak = [this](qsizetype at) {
-        const CaptionWord& word = words_[static_cast<std::size_t>(at)];
-        return !word.marks.isEmpty() || word.isBeforePause;
-      };
       end = begin;
-      while (end < count && !isBreak(end)) ++end;
-      const bool isOpen = end == count;
-      if (!isOpen) ++end;
-      writePhrase({words_, begin, end, isOpen && options_.mayContinue});
+      while (end < count && !endsPhrase(words_[static_cast<std::size_t>(end)])) ++end;
+      if (end < count) ++end;
+      writePhrase({words_, begin, end, options_.mayContinue});
     }
     return std::move(written_);
   }

@@ -14,8 +14,12 @@ constexpr qsizetype kContext = 3;
 
 }  // namespace
 
-Phrase::Phrase(const CaptionWords& words, qsizetype begin, qsizetype end, bool mayContinue)
-    : words_(words), begin_(begin), end_(end), contextBegin_(begin), mayContinue_(mayContinue) {
+bool endsPhrase(const CaptionWord& word) {
+  return !word.marks.isEmpty() || word.isBeforePause;
+}
+
+Phrase::Phrase(const CaptionWords& words, qsizetype begin, qsizetype end, bool isDraft)
+    : words_(words), begin_(begin), end_(end), contextBegin_(begin), isDraft_(isDraft) {
   while (contextBegin_ > 0 && begin - contextBegin_ < kContext &&
          !endsSentence(words[static_cast<std::size_t>(contextBegin_ - 1)])) {
     --contextBegin_;
@@ -30,9 +34,21 @@ Phrase::Phrase(const CaptionWords& words, qsizetype begin, qsizetype end, bool m
 
 const Phrase::Token& Phrase::token(qsizetype at) const {
   static const Token nothing;
-  if (at >= end_ && mayContinue_) hasReachedEnd_ = true;
+  if (at >= end_ && isDraft_ && isOpen()) hasReachedEnd_ = true;
   if (at < contextBegin_ || at >= end_) return nothing;
   return tokens_[static_cast<std::size_t>(at - contextBegin_)];
+}
+
+bool Phrase::isOpen() const {
+  const bool isLast = end_ == static_cast<qsizetype>(words_.size());
+  return isLast && (end_ == 0 || !endsPhrase(words_.back()));
+}
+
+QString Phrase::following() const {
+  if (end_ > begin_ && words_[static_cast<std::size_t>(end_ - 1)].isBeforePause) return {};
+  if (end_ < static_cast<qsizetype>(words_.size())) return original(end_);
+  if (isDraft_) hasReachedEnd_ = true;
+  return {};
 }
 
 const QString& Phrase::word(qsizetype at) const {

@@ -13,8 +13,8 @@ namespace velun {
 /// is joined beyond it.
 class Phrase {
  public:
-  /// The words [`begin`, `end`) of `words`. `mayContinue`: more words of the phrase may follow.
-  Phrase(const CaptionWords& words, qsizetype begin, qsizetype end, bool mayContinue);
+  /// The words [`begin`, `end`) of `words`. `isDraft`: more words may follow `words`.
+  Phrase(const CaptionWords& words, qsizetype begin, qsizetype end, bool isDraft);
 
   qsizetype begin() const { return begin_; }
   qsizetype end() const { return end_; }
@@ -27,6 +27,8 @@ class Phrase {
   NumberWord number(qsizetype at) const;
   NumberWordKind kind(qsizetype at) const { return number(at).kind; }
   bool is(qsizetype at, std::initializer_list<const char*> words) const;
+  /// The word after the phrase as it came, unless the speaker pauses before it; empty for none.
+  QString following() const;
 
   /// Whether a word was looked at that is not known yet, because the phrase may continue.
   bool hasReachedEnd() const { return hasReachedEnd_; }
@@ -37,15 +39,20 @@ class Phrase {
     NumberWord number;
   };
   const Token& token(qsizetype at) const;
+  /// Whether the last word may be followed by more words of the phrase.
+  bool isOpen() const;
 
   const CaptionWords& words_;
   qsizetype begin_;
   qsizetype end_;
   qsizetype contextBegin_;
-  bool mayContinue_;
+  bool isDraft_;
   std::vector<Token> tokens_;
   mutable bool hasReachedEnd_ = false;
 };
+
+/// Whether a phrase ends after the word: a mark or a pause follows it.
+bool endsPhrase(const CaptionWord& word);
 
 /// Some words of a phrase and how they are written.
 struct Piece {

@@ -21,26 +21,6 @@ bool isPauseSign(const QString& word) {
   return word.startsWith(kShortPauseSign) || word.startsWith(kLongPauseSign);
 }
 
-/// Words that are no names and have a capital only where a sentence begins.
-bool isFunctionWord(const QString& word) {
-  static const QSet<QString> words = {
-      "a",     "about", "after",   "all",    "also",  "although", "am",   "an",    "and",
-      "any",   "are",   "as",      "at",     "be",    "because",  "been", "but",   "by",
-      "can",   "could", "did",     "do",     "does",  "don't",    "even", "every", "for",
-      "from",  "get",   "go",      "had",    "has",   "have",     "he",   "he's",  "her",
-      "here",  "him",   "his",     "how",    "if",    "in",       "into", "is",    "it",
-      "it's",  "its",   "just",    "let's",  "like",  "maybe",    "me",   "more",  "most",
-      "my",    "no",    "not",     "now",    "of",    "on",       "one",  "only",  "or",
-      "our",   "out",   "over",    "really", "she",   "should",   "so",   "some",  "such",
-      "than",  "that",  "that's",  "the",    "their", "them",     "then", "there", "there's",
-      "these", "they",  "they're", "this",   "those", "to",       "too",  "up",    "very",
-      "was",   "we",    "we'll",   "we're",  "we've", "well",     "were", "what",  "what's",
-      "when",  "where", "which",   "while",  "who",   "why",      "with", "would", "yeah",
-      "yes",   "you",   "you're",  "your",
-  };
-  return words.contains(word);
-}
-
 bool hasPause(const CaptionWords& words, std::size_t at, double seconds) {
   const CaptionWord& word = words[at];
   return word.isBeforePause || (at + 1 < words.size() && words[at + 1].begin > 0 &&
@@ -86,6 +66,25 @@ void removeUndecidedMarks(CaptionWords& words, std::size_t begin) {
   }
 }
 
+bool isFunctionWord(const QString& word) {
+  static const QSet<QString> words = {
+      "a",     "about", "after",   "all",    "also",  "although", "am",   "an",    "and",
+      "any",   "are",   "as",      "at",     "be",    "because",  "been", "but",   "by",
+      "can",   "could", "did",     "do",     "does",  "don't",    "even", "every", "for",
+      "from",  "get",   "go",      "had",    "has",   "have",     "he",   "he's",  "her",
+      "here",  "him",   "his",     "how",    "if",    "in",       "into", "is",    "it",
+      "it's",  "its",   "just",    "let's",  "like",  "maybe",    "me",   "more",  "most",
+      "my",    "no",    "not",     "now",    "of",    "on",       "one",  "only",  "or",
+      "our",   "out",   "over",    "really", "she",   "should",   "so",   "some",  "such",
+      "than",  "that",  "that's",  "the",    "their", "them",     "then", "there", "there's",
+      "these", "they",  "they're", "this",   "those", "to",       "too",  "up",    "very",
+      "was",   "we",    "we'll",   "we're",  "we've", "well",     "were", "what",  "what's",
+      "when",  "where", "which",   "while",  "who",   "why",      "with", "would", "yeah",
+      "yes",   "you",   "you're",  "your",
+  };
+  return words.contains(word.toLower());
+}
+
 bool endsSentence(const CaptionWord& word) {
   return word.marks.contains(u'.') || word.marks.contains(u'?') || word.marks.contains(u'!');
 }
@@ -96,7 +95,7 @@ void agreeOnCapitals(CaptionWords& words, std::size_t begin, bool beginsSentence
     if (text.isEmpty()) continue;
     if (i == 0 ? beginsSentence : endsSentence(words[i - 1])) {
       text[0] = text[0].toUpper();
-    } else if (isFunctionWord(text.toLower()) && !(text.size() > 1 && text[1].isUpper())) {
+    } else if (isFunctionWord(text) && !(text.size() > 1 && text[1].isUpper())) {
       text[0] = text[0].toLower();
     }
   }

@@ -25,6 +25,9 @@ bool takePunctuation(CaptionWords& words, const QString& punctuated);
 /// follow: the model is often wrong about them (docs/recognition.md).
 void removeUndecidedMarks(CaptionWords& words, std::size_t begin);
 
+/// Whether the word, in any case, is no name and has a capital only where a sentence begins.
+bool isFunctionWord(const QString& word);
+
 /// Whether a sentence ends after the word.
 bool endsSentence(const CaptionWord& word);
 

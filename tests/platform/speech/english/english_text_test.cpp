@@ -215,6 +215,15 @@ class EnglishTextTest final : public test::Suite {
     row("there is a i mean", "there is a I mean");
     row("he s s said", "he s s said");
     row("the c e o", "the CEO");
+    row("both c e o's and the c e o's wife", "both CEO's and the CEO's wife");
+    row("changes e g switching", "changes e.g. switching");
+    row("we met. e g on monday", "we met. E.g. on monday");
+    row("after w e b Du Bois", "after W E B Du Bois");
+    row("after w e b. Du Bois", "after W E B. Du Bois");
+    row("by Doctor T J Eckleburg", "by Doctor T J Eckleburg");
+    row("we build p d o. And those", "we build PDO. And those");
+    row("the u s Senate and c e o Cook", "the US Senate and CEO Cook");
+    row("in the g t f. U S troops", "in the GTF. US troops");
     row("a b", "a b");
     row("spell it j o h n s o n", "spell it j o h n s o n");
     row("vitamin b", "vitamin b");
