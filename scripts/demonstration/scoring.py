@@ -2,7 +2,8 @@
 
 import re
 
-SCENES = (("flite", "Synthetic voices"), ("librivox", "Human readers"))
+SCENES = (("flite", "Synthetic voices"), ("telephone", "Friends on the telephone"),
+          ("librivox", "Human readers"))
 
 
 def normalised(text):
@@ -28,5 +29,7 @@ def scenes(lines, clips):
         said = " ".join(clip.text for clip in clips if clip.kind == kind)
         heard = " ".join(line.text for line in lines if line.kind == kind)
         errors, words = word_errors(said, heard)
+        if not words:
+            continue
         right = max(words - errors, 0)
         yield f"{label}: {right} of {words} words right, {100 * errors / words:.1f} % word errors"

@@ -1,15 +1,22 @@
-"""Speech for tests and the demonstration: our own text in synthetic voices, and clips of human
-readers."""
+"""Speech for tests and the demonstration: our own text in synthetic voices, clips of human readers,
+and two people on the telephone."""
 
 import array
+import gzip
 import re
 import subprocess
 import sys
 import wave
 from dataclasses import dataclass, field
 from pathlib import Path
+from xml.etree import ElementTree
 
 LIBRIVOX = Path("/usr/share/pocketsphinx/test/data/librivox")
+# A conversation of two friends, 24 s, with its transcript: an example of the package transcriber,
+# which Debian distributes under the GPL, version 2 or later. Its header names the CALLFRIEND corpus of
+# the Linguistic Data Consortium, whose members are among the program's authors. It stays where the
+# package put it.
+TELEPHONE = Path("/usr/share/doc/transcriber/examples/know.sph.gz")
 
 SENTENCES = [
     ("slt", "good morning and welcome to the first lesson of the year"),
@@ -29,7 +36,7 @@ SHORTEST_PAUSE = 0.35  # seconds
 class Clip:
     path: Path
     text: str
-    kind: str  # "flite" or "librivox"
+    kind: str  # "flite", "librivox" or "telephone"
     phrase_ends: list = field(default_factory=list)  # seconds from the clip's start
 
 
@@ -74,9 +81,28 @@ def human(folder):
         yield Clip(path, text, "librivox")
 
 
+def transcript(path):
+    """The words of a transcript of the program Transcriber, without its notes about noises."""
+    text = " ".join(ElementTree.parse(path).getroot().itertext())
+    return " ".join(re.sub(r"\{.*?\}|[^\w\s']", " ", text).lower().split())
+
+
+def telephone(folder):
+    """Nothing where the package's examples are not installed."""
+    if not TELEPHONE.exists():
+        return
+    recording = folder / "telephone.sph"
+    recording.write_bytes(gzip.decompress(TELEPHONE.read_bytes()))
+    mixed = folder / "telephone-mixed.wav"
+    subprocess.run(["sox", str(recording), "-b", "16", "-e", "signed", str(mixed), "gain", "-3",
+                    "remix", "1,2", "rate", "16000"], check=True)
+    text = transcript(TELEPHONE.with_name("know.trs"))
+    yield Clip(padded(mixed, folder / "telephone.wav"), text, "telephone")
+
+
 def clips(folder):
     folder.mkdir()
-    spoken = [*synthetic(folder), *human(folder)]
+    spoken = [*synthetic(folder), *telephone(folder), *human(folder)]
     for clip in spoken:
         clip.phrase_ends = phrase_ends(clip.path)
     return spoken
