@@ -7,7 +7,9 @@ else()
   set(runtime ${CMAKE_SOURCE_DIR}/node_modules/sherpa-onnx-linux-x64)
 endif()
 if(EXISTS ${runtime})
+  # package.json tells the version without loading the library.
   install(FILES ${runtime}/libsherpa-onnx-c-api.so ${runtime}/libonnxruntime.so
+      ${runtime}/package.json
     DESTINATION lib/velun/recognizers)
 else()
   message(WARNING "The package will lack the neural recognizers; run scripts/setup first")

@@ -17,13 +17,35 @@ class CaptionTextTest final : public test::Suite {
   }
 
   void unprintableCharactersAreRemoved() {
-    QCOMPARE(textOfTokens({"▁네", QString(QChar(0xFFFD)), QString(QChar(0x7F)),
-                           QString(QChar(0xE000)), "▁그래요", "."}),
+    QCOMPARE(textOfTokens({"▁네", "\xEF\xBF\xBD", "\x7F", "\xEE\x80\x80", "▁그래요", "."}),
              QString("네 그래요."));
     QCOMPARE(printable("a<unk> b\x01 <0xE5> c"), QString("a b c"));
     QCOMPARE(printable("3 < 4 and 5 > 4"), QString("3 < 4 and 5 > 4"));
     QCOMPARE(printable("  two   blanks "), QString("two blanks"));
     QCOMPARE(printable("😀"), QString("😀"));
+  }
+
+  void byteTokensAreJoined() {
+    QCOMPARE(textOfTokens({"▁a", "<0xE4>", "<0xB8>", "<0xAD>", "▁b"}), QString("a中 b"));
+    QCOMPARE(textOfTokens({"▁a", "<0xE4>", "▁b"}), QString("a b"));
+  }
+
+  void lateMarksBelongToTheLineBefore() {
+    QCOMPARE(withoutLateMarks(". How are you?"), QString("How are you?"));
+    QCOMPARE(lateMarks(". How are you?"), QString("."));
+    QCOMPARE(withoutLateMarks("。你好"), QString("你好"));
+    QCOMPARE(withoutLateMarks("¿Qué?"), QString("¿Qué?"));
+    QCOMPARE(lateMarks("¿Qué?"), QString());
+    QCOMPARE(withoutLateMarks("?!"), QString());
+    QCOMPARE(lateMarks("?!"), QString("?!"));
+    QCOMPARE(withoutLateMarks(""), QString());
+  }
+
+  void sentencesEndWithAMark() {
+    for (const char* text : {"Yes.", "Really?", "No!”", "好。", "हाँ।", "نعم؟"}) {
+      QVERIFY2(endsSentence(text), text);
+    }
+    for (const char* text : {"Yes", "Yes,", "”", ""}) QVERIFY2(!endsSentence(text), text);
   }
 
   void singleCaseIsFolded() {

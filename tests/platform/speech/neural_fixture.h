@@ -52,6 +52,31 @@ inline RecognizerSettings nemoCtc() {
   return settings;
 }
 
+/// Recognizes English only if it is told the language.
+inline RecognizerSettings nemoTransducer() {
+  RecognizerSettings settings;
+  settings.encoder = neuralData("nemo-encoder.int8.onnx");
+  settings.decoder = neuralData("nemo-decoder.int8.onnx");
+  settings.joiner = neuralData("nemo-joiner.int8.onnx");
+  settings.tokens = neuralData("tokens.txt");
+  settings.language = "en";
+  settings.hearsLanguage = true;
+  settings.keepsContext = true;
+  settings.leadSilenceMs = 500;
+  settings.tailSilenceMs = 800;
+  return settings;
+}
+
+/// A transducer whose tokens have case and punctuation.
+inline RecognizerSettings punctuatedTransducer() {
+  RecognizerSettings settings = transducer();
+  settings.tokens = neuralData("tokens-punctuated.txt");
+  settings.writesMarks = true;
+  settings.endpointSilence = 1.0;
+  settings.tailSilenceMs = 1000;
+  return settings;
+}
+
 inline RecognizerSettings zipformerCtc() {
   RecognizerSettings settings;
   settings.ctc = neuralData("zipformer2-ctc.int8.onnx");

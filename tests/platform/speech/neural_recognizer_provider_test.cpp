@@ -7,6 +7,7 @@
 #include "support/scripted_model_store.h"
 #include "support/suite.h"
 
+#include <QJsonArray>
 #include <QTemporaryDir>
 
 using namespace velun;
@@ -106,6 +107,57 @@ class NeuralRecognizerProviderTest final : public test::Suite {
     QCOMPARE(spanish.language, QString("es"));
     QVERIFY(spanish.endpointSilence >= 0.6);
     QVERIFY(provider_.candidates("xx_XX").empty());
+  }
+
+  void settingsOfAModelAreItsOptions() {
+    Model model = modelOf("es");
+    model.writesPunctuation = true;
+    model.options["keepsContext"] = true;
+    model.options["leadSilenceMs"] = 500;
+    model.options["tailSilenceMs"] = 800;
+    model.options["endpointSilence"] = 1.2;
+    model.options["idleSilence"] = 3.5;
+    model.options["maxPhrase"] = 15;
+    model.options["featureDimension"] = 128;
+    model.options["minimumLibrary"] = "1.13.5";
+    const RecognizerSettings settings = provider_.settings(model, "es_ES");
+    QVERIFY(settings.writesMarks);
+    QVERIFY(settings.keepsContext);
+    QCOMPARE(settings.leadSilenceMs, 500);
+    QCOMPARE(settings.tailSilenceMs, 800);
+    QCOMPARE(settings.endpointSilence, 1.2);
+    QCOMPARE(settings.idleSilence, 3.5);
+    QCOMPARE(settings.maxPhrase, 15);
+    QCOMPARE(settings.featureDimension, 128);
+    QCOMPARE(settings.minimumLibrary, QString("1.13.5"));
+    QCOMPARE(RecognizerSettings::fromJson(settings.toJson()), settings);
+  }
+
+  void modelForANewerLibraryIsNotOffered() {
+    const QTemporaryDir installed;
+    QVERIFY(QDir(installed.path()).mkpath("lib/velun/recognizers"));
+    const auto write = [&installed](const QString& name, const QByteArray& contents) {
+      QFile file(installed.filePath("lib/velun/recognizers/" + name));
+      QVERIFY(file.open(QIODevice::WriteOnly));
+      file.write(contents);
+    };
+    write("libsherpa-onnx-c-api.so", "");
+    write("package.json", R"({"name": "sherpa-onnx", "version": "1.13.4"})");
+    Model model = modelOf("es");
+    model.options["locales"] = QJsonArray{"xx_XX"};
+    const auto offers = [&](const char* version) {
+      model.options["minimumLibrary"] = version;
+      const NeuralRecognizerProvider provider(ModelCatalogue({model}), store_,
+                                              installed.filePath("bin/velun-recognizer"));
+      const bool isListed = provider.supportedLocales().contains("xx_XX");
+      if (provider.candidates("xx_XX").empty() == isListed) qFatal("candidates differ");
+      if (provider.obstacle(model).has_value() == isListed) qFatal("obstacles differ");
+      return isListed;
+    };
+    QVERIFY(offers("1.13.4"));
+    QVERIFY(!offers("1.13.5"));
+    write("package.json", "{}");
+    QVERIFY(offers("1.13.5"));
   }
 
   void punctuationIsUsedOnceInstalled() {

@@ -10,6 +10,11 @@ namespace {
 
 constexpr QChar kWordMark(0x2581);
 
+// Also those of Chinese, Japanese, Arabic and Hindi.
+const auto kSentenceMarks = QStringLiteral(".?!…。？！؟।");
+const auto kClosingMarks = QStringLiteral(".?!…。？！؟।,;:，、；：،؛");
+const auto kClosingQuotes = QStringLiteral("\"'”’»）)」』");
+
 bool isPrintable(char32_t character) {
   return character != 0xFFFD && QChar::isPrint(character) &&
          QChar::category(character) != QChar::Other_PrivateUse;
@@ -33,8 +38,14 @@ QString printable(const QString& text) {
   return result.simplified();
 }
 
-QString textOfTokens(const QStringList& tokens) {
-  return printable(tokens.join(QString()));
+QString textOfTokens(const QList<QByteArray>& tokens) {
+  static const QRegularExpression byte("\\A<0x([0-9A-Fa-f]{2})>\\z");
+  QByteArray joined;
+  for (const QByteArray& token : tokens) {
+    const auto match = byte.match(QString::fromLatin1(token));
+    joined += match.hasMatch() ? QByteArray::fromHex(match.captured(1).toLatin1()) : token;
+  }
+  return printable(QString::fromUtf8(joined));
 }
 
 QString cased(const QString& text, const QString& language, bool folds) {
@@ -48,6 +59,26 @@ QString cased(const QString& text, const QString& language, bool folds) {
     result.replace(alone, "I");
   }
   return result;
+}
+
+QString lateMarks(const QString& text) {
+  const auto end = std::find_if_not(text.begin(), text.end(), [](QChar each) {
+    return each.isSpace() || kClosingMarks.contains(each);
+  });
+  return text.left(end - text.begin()).trimmed();
+}
+
+QString withoutLateMarks(const QString& text) {
+  const auto begin = std::find_if_not(text.begin(), text.end(), [](QChar each) {
+    return each.isSpace() || kClosingMarks.contains(each);
+  });
+  return text.mid(begin - text.begin());
+}
+
+bool endsSentence(const QString& text) {
+  qsizetype length = text.size();
+  while (length > 0 && kClosingQuotes.contains(text[length - 1])) --length;
+  return length > 0 && kSentenceMarks.contains(text[length - 1]);
 }
 
 QString withoutEnd(const QString& text) {

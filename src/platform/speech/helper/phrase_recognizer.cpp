@@ -6,7 +6,6 @@
 #include "platform/speech/helper/words_in_noise.h"
 
 #include <algorithm>
-#include <cmath>
 #include <QStringList>
 #include <utility>
 
@@ -40,17 +39,14 @@ bool isUnsure(const HeardWords& words) {
   return words.size() < kMinUnsureWords && meanConfidence(words) < kMinConfidenceOfFew;
 }
 
-float usable(float sample) {
-  return std::isfinite(sample) ? std::clamp(sample, -1.0F, 1.0F) : 0.0F;
-}
-
 }  // namespace
 
 PhraseRecognizer::PhraseRecognizer(const vosk::Library& library, const RecognizerSettings& settings)
     : decoder_(library, settings) {}
 
 void PhraseRecognizer::accept(std::span<const float> samples) {
-  std::transform(samples.begin(), samples.end(), std::back_inserter(partialFrame_), usable);
+  const std::vector<float> usable = usableSamples(samples);
+  partialFrame_.insert(partialFrame_.end(), usable.begin(), usable.end());
   const std::span<const float> all(partialFrame_);
   std::size_t used = 0;
   for (; used + kFrame <= all.size(); used += kFrame) acceptFrame(all.subspan(used, kFrame));

@@ -4,6 +4,7 @@
 #include "platform/speech/helper/file_sums.h"
 #include "platform/speech/helper/phrase_recognizer.h"
 #include "platform/speech/helper/result_codec.h"
+#include "platform/speech/helper/sentence_recognizer.h"
 #include "platform/speech/helper/streaming_recognizer.h"
 
 #include <array>
@@ -100,6 +101,7 @@ void RecognizerService::configureSherpa(const RecognizerSettings& settings) {
   const QString path = sherpa::findLibrary(programFolder_);
   if (path.isEmpty()) throw std::runtime_error("the recognition library is missing");
   const sherpa::Library& library = sherpa::load(path);
+  sherpa::requireVersion(library, settings.minimumLibrary);
   recognizer_.reset();
   punctuator_.reset();
   if (settings.hasPunctuation()) {
@@ -111,7 +113,11 @@ void RecognizerService::configureSherpa(const RecognizerSettings& settings) {
     }
   }
   if (settings.hasRecognizer()) {
-    recognizer_ = std::make_unique<StreamingRecognizer>(library, settings, punctuator_.get());
+    if (settings.keepsContext) {
+      recognizer_ = std::make_unique<SentenceRecognizer>(library, settings, punctuator_.get());
+    } else {
+      recognizer_ = std::make_unique<StreamingRecognizer>(library, settings, punctuator_.get());
+    }
   }
 }
 

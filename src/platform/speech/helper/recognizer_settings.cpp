@@ -25,8 +25,15 @@ void visit(Settings& settings, const Visitor& each) {
   each("hearsLanguage", settings.hearsLanguage);
   each("foldsLetters", settings.foldsLetters);
   each("textFromTokens", settings.textFromTokens);
+  each("writesMarks", settings.writesMarks);
+  each("keepsContext", settings.keepsContext);
+  each("leadSilenceMs", settings.leadSilenceMs);
   each("tailSilenceMs", settings.tailSilenceMs);
   each("endpointSilence", settings.endpointSilence);
+  each("idleSilence", settings.idleSilence);
+  each("maxPhrase", settings.maxPhrase);
+  each("featureDimension", settings.featureDimension);
+  each("minimumLibrary", settings.minimumLibrary);
   each("threads", settings.threads);
   each("punctuationModel", settings.punctuationModel);
   each("punctuationVocabulary", settings.punctuationVocabulary);

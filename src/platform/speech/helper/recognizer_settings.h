@@ -22,11 +22,19 @@ struct RecognizerSettings {
 
   QString modelType;  ///< empty: detected by sherpa-onnx; must be empty for zipformer version 1
   QString language;   ///< of the text, two letters
-  bool hearsLanguage = false;    ///< the model takes the language as an option
-  bool foldsLetters = false;     ///< the model writes one case only
-  bool textFromTokens = false;   ///< join the text from the model's tokens
+  bool hearsLanguage = false;   ///< the model takes the language as an option
+  bool foldsLetters = false;    ///< the model writes one case only
+  bool textFromTokens = false;  ///< join the text from the model's tokens
+  bool writesMarks = false;     ///< the model writes punctuation
+  /// Restarting the model loses what it knows of the speech so far: never in the middle of speech.
+  bool keepsContext = false;
+  int leadSilenceMs = 0;         ///< silence fed before the first audio
   int tailSilenceMs = 500;       ///< silence fed to get the last word out of the model
   double endpointSilence = 0.6;  ///< seconds after the last word that end a phrase
+  double idleSilence = 2.4;      ///< seconds without any words that reset the model
+  double maxPhrase = 20;         ///< seconds; a longer phrase is ended
+  int featureDimension = 80;     ///< NeMo transducers use that of their encoder instead
+  QString minimumLibrary;        ///< version of sherpa-onnx that the model needs; empty: any
   int threads = 1;               ///< at most the number of cores
 
   // Paths of the punctuation model; empty for none.

@@ -4,6 +4,8 @@
 #include <dlfcn.h>
 #include <QDir>
 #include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <stdexcept>
 #include <string>
 
@@ -29,6 +31,7 @@ Library open(const QString& path) {
   void* handle = dlopen(QFile::encodeName(path).constData(), RTLD_NOW | RTLD_LOCAL);
   if (!handle) throw std::runtime_error(dlerror());
   Library library = {};
+  find(handle, library.version, "SherpaOnnxGetVersionStr");
   find(handle, library.createRecognizer, "SherpaOnnxCreateOnlineRecognizer");
   find(handle, library.destroyRecognizer, "SherpaOnnxDestroyOnlineRecognizer");
   find(handle, library.createStream, "SherpaOnnxCreateOnlineStream");
@@ -53,6 +56,21 @@ Library open(const QString& path) {
 const Library& load(const QString& path) {
   static const Library library = open(path);
   return library;
+}
+
+QVersionNumber versionBeside(const QString& libraryPath) {
+  QFile file(QFileInfo(libraryPath).dir().filePath("package.json"));
+  if (!file.open(QIODevice::ReadOnly)) return {};
+  const QJsonObject package = QJsonDocument::fromJson(file.readAll()).object();
+  return QVersionNumber::fromString(package["version"].toString());
+}
+
+void requireVersion(const Library& library, const QString& minimum) {
+  const QString version = library.version();
+  if (QVersionNumber::fromString(version) >= QVersionNumber::fromString(minimum)) return;
+  throw std::runtime_error(QString("the model needs sherpa-onnx %1 or newer, but %2 is installed")
+                               .arg(minimum, version)
+                               .toStdString());
 }
 
 QStringList candidatePaths(const QString& programFolder) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <QString>
 #include <QStringList>
+#include <QVersionNumber>
 
 namespace velun::sherpa {
 
@@ -84,6 +85,7 @@ static_assert(offsetof(Result, times) == 24 && offsetof(Result, json) == 40);
 
 /// The functions of sherpa-onnx that we call. Many kinds of invalid input make it end the process.
 struct Library {
+  const char* (*version)();
   const void* (*createRecognizer)(const RecognizerConfig*);
   void (*destroyRecognizer)(const void*);
   const void* (*createStream)(const void* recognizer);
@@ -104,6 +106,14 @@ struct Library {
 
 /// Loads the library, which stays loaded until the process ends. Throws `std::runtime_error`.
 const Library& load(const QString& path);
+
+/// Throws `std::runtime_error` if the library is older than `minimum`, such as "1.13.5"; an empty
+/// text accepts any version.
+void requireVersion(const Library& library, const QString& minimum);
+
+/// The version of the library at `libraryPath` as its package says, without loading it; null if it
+/// is not known.
+QVersionNumber versionBeside(const QString& libraryPath);
 
 /// Where the library may be, for programs in `programFolder`: the path in VELUN_RECOGNIZER_LIBRARY,
 /// beside the installed programs, and in the npm packages of a source tree.

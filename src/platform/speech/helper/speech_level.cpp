@@ -34,6 +34,14 @@ float speechLevel(std::span<const float> samples) {
 
 }  // namespace
 
+std::vector<float> usableSamples(std::span<const float> samples) {
+  std::vector<float> usable(samples.size());
+  std::transform(samples.begin(), samples.end(), usable.begin(), [](float sample) {
+    return std::isfinite(sample) ? std::clamp(sample, -1.0F, 1.0F) : 0.0F;
+  });
+  return usable;
+}
+
 float gainForLevel(float level) {
   return level > 0 ? std::clamp(kTargetLevel / level, 1.0F, kMaxGain) : 1.0F;
 }

@@ -6,6 +6,9 @@
 
 namespace velun {
 
+/// The samples, limited to -1…1; those that are not finite become 0.
+std::vector<float> usableSamples(std::span<const float> samples);
+
 /// The factor, 1…30, that raises speech of this root mean square to the level at which recognition
 /// works best.
 float gainForLevel(float level);

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/neural/neural_recognizer_provider.h"
 
+#include "language/localization.h"
 #include "platform/foundation/failure.h"
+#include "platform/foundation/language_identifier.h"
 #include "platform/speech/helper/recognizer_settings.h"
 #include "platform/speech/helper/sherpa_library.h"
 #include "platform/speech/neural/english_backend.h"
+#include "platform/speech/neural/model_settings.h"
 #include "platform/speech/neural/neural_backend.h"
 
 #include <algorithm>
@@ -18,10 +21,6 @@
 namespace velun {
 
 namespace {
-
-QString languageOf(const QString& locale) {
-  return locale.section('_', 0, 0);
-}
 
 /// Half of the cores, to leave the others to the rest of the system; more than four threads do not
 /// make decoding faster.
@@ -75,6 +74,7 @@ NeuralRecognizerProvider::NeuralRecognizerProvider(ModelCatalogue catalogue, Mod
     : catalogue_(std::move(catalogue)),
       store_(store),
       program_(std::move(program)),
+      library_(sherpa::versionBeside(sherpa::findLibrary(QFileInfo(program_).path()))),
       style_(std::move(style)) {}
 
 QString NeuralRecognizerProvider::installedProgram() {
@@ -88,7 +88,7 @@ std::vector<const Model*> NeuralRecognizerProvider::models(const QString& locale
   std::vector<const Model*> found;
   if (program_.isEmpty()) return found;
   for (const Model& model : catalogue_.models()) {
-    if (model.kind == ModelKind::recognition &&
+    if (model.kind == ModelKind::recognition && !obstacle(model) &&
         model.options["locales"].toVariant().toStringList().contains(locale)) {
       found.push_back(&model);
     }
@@ -100,7 +100,7 @@ const Model* NeuralRecognizerProvider::punctuationFor(const Model& model,
                                                       const QString& locale) const {
   if (model.options["punctuation"] != "none") return nullptr;
   for (const Model& each : catalogue_.models()) {
-    if (each.kind == ModelKind::punctuation && each.languages.contains(languageOf(locale))) {
+    if (each.kind == ModelKind::punctuation && each.languages.contains(languageCode(locale))) {
       return &each;
     }
   }
@@ -111,7 +111,7 @@ QStringList NeuralRecognizerProvider::supportedLocales() const {
   QStringList locales;
   if (program_.isEmpty()) return locales;
   for (const Model& model : catalogue_.models()) {
-    if (model.kind != ModelKind::recognition) continue;
+    if (model.kind != ModelKind::recognition || obstacle(model)) continue;
     locales += model.options["locales"].toVariant().toStringList();
   }
   locales.removeDuplicates();
@@ -135,28 +135,19 @@ std::vector<RecognizerCandidate> NeuralRecognizerProvider::candidates(const QStr
 
 RecognizerSettings NeuralRecognizerProvider::settings(const Model& model,
                                                       const QString& locale) const {
-  RecognizerSettings settings;
-  const QJsonObject& options = model.options;
-  const auto path = [&options, folder = QDir(store_.folder(model))](const char* name) {
-    const QString file = options[name].toString();
-    return file.isEmpty() ? QString() : folder.filePath(file);
-  };
-  settings.encoder = path("encoder");
-  settings.decoder = path("decoder");
-  settings.joiner = path("joiner");
-  settings.ctc = path("ctc");
-  settings.nemoCtc = path("nemoCtc");
-  settings.tokens = path("tokens");
-  settings.modelType = options["modelType"].toString();
-  settings.language = languageOf(locale);
-  settings.hearsLanguage = options["languageOption"].toBool();
-  settings.foldsLetters = options["letters"] == "fold";
-  settings.textFromTokens = options["text"] == "tokens";
-  settings.tailSilenceMs = options["tailSilenceMs"].toInt(settings.tailSilenceMs);
-  settings.endpointSilence = options["endpointSilence"].toDouble(settings.endpointSilence);
+  RecognizerSettings settings = modelSettings(model, store_.folder(model), locale);
   settings.threads = decodeThreads();
   addPunctuation(settings, punctuationFor(model, locale));
   return settings;
+}
+
+std::optional<QString> NeuralRecognizerProvider::obstacle(const Model& model) const {
+  const QVersionNumber needed = minimumLibrary(model);
+  if (library_.isNull() || library_ >= needed) return std::nullopt;
+  return L(QString("“%1” needs sherpa-onnx %2 or newer. Install the latest version of Velun.")
+               .arg(model.title, needed.toString()),
+           QString("‘%1’에는 sherpa-onnx %2 이상이 필요합니다. 최신 버전의 Velun을 설치하십시오.")
+               .arg(model.title, needed.toString()));
 }
 
 void NeuralRecognizerProvider::addPunctuation(RecognizerSettings& settings,

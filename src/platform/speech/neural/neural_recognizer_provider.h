@@ -7,6 +7,8 @@
 #include "platform/speech/recognizer_provider.h"
 
 #include <memory>
+#include <optional>
+#include <QVersionNumber>
 #include <vector>
 
 namespace velun {
@@ -36,6 +38,9 @@ class NeuralRecognizerProvider final : public RecognizerProvider {
   /// The helper's configuration for an installed model in one of its locales.
   RecognizerSettings settings(const Model& model, const QString& locale) const;
 
+  /// Why the model is not offered on this computer, localized; nullopt if it is.
+  std::optional<QString> obstacle(const Model& model) const;
+
  private:
   /// The models of the locale, from best to worst.
   std::vector<const Model*> models(const QString& locale) const;
@@ -47,6 +52,7 @@ class NeuralRecognizerProvider final : public RecognizerProvider {
   ModelCatalogue catalogue_;
   ModelStore& store_;
   QString program_;
+  QVersionNumber library_;  ///< of sherpa-onnx; null if it is not known
   std::shared_ptr<const CaptionStyle> style_;
 };
 
