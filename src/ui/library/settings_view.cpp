@@ -170,8 +170,8 @@ void SettingsView::presentTexts() {
   labelChooser(fontSizeLabel_, fontSize_, L("Font Size", "글자 크기"));
   labelToggle(numbers_, L("Numbers as digits", "숫자를 아라비아 숫자로 표시"));
   explain(numbers_, numbersNote_,
-          L("English captions say “12%” instead of “twelve percent”",
-            "영어 자막에 “twelve percent” 대신 “12%”로 표시"));
+          L("English captions say “12%” instead of “twelve percent”.",
+            "영어 자막에 “twelve percent” 대신 “12%”로 표시합니다."));
   labelToggle(keepOnTop_, L("Keep caption window on top", "자막 창을 항상 위에 표시"));
   labelToggle(hideFromSharing_, L("Hide caption window from screen sharing and recording",
                                   "화면 공유·녹화에서 자막 창 숨기기"));

@@ -64,7 +64,7 @@ class Controls(SettingsCase):
             ("label", "This desktop offers no way to hide a window from screen sharing and "
                       "recording. Close the caption window while you share your screen."),
             ("check box", "Numbers as digits"),
-            ("label", "English captions say “12%” instead of “twelve percent”"),
+            ("label", "English captions say “12%” instead of “twelve percent”."),
             ("label", "Translation"),
             ("check box", "Live Translation"),
             ("label", "Translation Language"),
