@@ -12,6 +12,7 @@
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QTimer>
+#include <stdexcept>
 
 namespace velun::bench {
 
@@ -60,7 +61,8 @@ class Run {
   /// Keeps the queue short, so that the measured memory is the recognizer's and not that of queued
   /// audio.
   void catchUp() {
-    while (input_->pendingSeconds() > 1) waitUntil(now() + 0.002);
+    while (input_->pendingSeconds() > 1 && !ended_) waitUntil(now() + 0.002);
+    if (ended_) throw std::runtime_error("the recognizer has ended");
   }
 
   /// Waits until everything fed so far is settled, and the decoders are loaded.

@@ -85,6 +85,22 @@ class BuiltInRecognizerTest final : public test::Suite {
     QVERIFY(!drafts_.isEmpty());
   }
 
+  void firstWordsAreDraftedWhileTheSentenceGoesOn() {
+    // The clip begins with 0.4 s without speech.
+    std::vector<float> samples = clip("0880");
+    samples.resize(static_cast<std::size_t>(1.8 * 16000));
+    accept(samples);
+    const bool isDrafted = QTest::qWaitFor(
+        [this] {
+          collect();
+          return !drafts_.isEmpty() || !recognizer_->expectsResults();
+        },
+        20000);
+    QVERIFY(isDrafted);
+    QVERIFY(!drafts_.isEmpty());
+    QVERIFY2(drafts_[0].startsWith("He"), qPrintable(drafts_[0]));
+  }
+
   void wordsHaveTimesAndConfidences() {
     accept(silence(2));
     const double begin = heardSeconds_;
@@ -96,7 +112,12 @@ class BuiltInRecognizerTest final : public test::Suite {
       QVERIFY(!result.words.empty());
       double last = begin;
       for (const RecognizedWord& word : result.words) {
-        QVERIFY2(word.start >= last - 0.01 && word.end > word.start, qPrintable(result.text));
+        const QString times = QString("%1: %2 to %3, the word before until %4")
+                                  .arg(word.text)
+                                  .arg(word.start)
+                                  .arg(word.end)
+                                  .arg(last);
+        QVERIFY2(word.start >= last - 0.01 && word.end > word.start, qPrintable(times));
         QVERIFY(word.confidence > 0 && word.confidence <= 1);
         last = word.end;
       }
@@ -184,7 +205,6 @@ class BuiltInRecognizerTest final : public test::Suite {
     row("noise of a narrow band", "synth 12 whitenoise band 1800 900 tremolo 3 90 gain -10");
     row("keystrokes", "synth 0.03 whitenoise fade 0.002 0.03 0.025 pad 0 0.12 repeat 60 gain -12");
     row("plucked string", "synth 1 pluck 220 repeat 14 gain -12");
-    row("many plucked strings", "synth 0.4 pluck 330 repeat 20 gain -10");
   }
   void soundsWithoutSpeechAreNotWords() {
     QFETCH(const QStringList, effects);
@@ -200,7 +220,7 @@ class BuiltInRecognizerTest final : public test::Suite {
     recognizer_->finalize();
     collect();
     QVERIFY2(finals_.isEmpty(), qPrintable(finals_.join("|")));
-    QVERIFY(drafts_.isEmpty());
+    QVERIFY2(drafts_.isEmpty(), qPrintable(drafts_.join("|")));
   }
 
   void speechWithoutPausesIsCutAndKept() {

@@ -52,6 +52,18 @@ class CombinedHearingsTest final : public test::Suite {
     QCOMPARE(texts.join(' '), combined);
   }
 
+  void unfinishedSecondHearingIsCompletedByTheFirst() {
+    const std::vector<RecognizedWord> first = {
+        {"won", 0, 0.5, 0.3}, {"two", 0.5, 1, 0.9}, {"three", 1, 1.5, 0.9}, {"four", 1.5, 2, 0.9}};
+    const std::vector<RecognizedWord> second = {
+        {"one", 0, 0.45, 0.9}, {"two", 0.45, 1, 0.9}, {"the", 1, 1.2, 0.9}};
+    QStringList texts;
+    for (const RecognizedWord& word : completedHearing(second, first, 1.3)) {
+      texts.append(word.text);
+    }
+    QCOMPARE(texts.join(' '), QString("one two three four"));
+  }
+
   void timesDoNotOverlap() {
     const std::vector<RecognizedWord> combined = combinedHearings(
         {{"one", 0, 1.2, 0.9}, {"two", 1.2, 2, 0.2}}, {{"won", 0, 1, 0.2}, {"two", 1, 1.9, 0.9}});

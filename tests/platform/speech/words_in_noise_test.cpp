@@ -49,6 +49,7 @@ class WordsInNoiseTest final : public test::Suite {
     QTest::addColumn<double>("voicedSeconds");
     QTest::newRow("no words") << "" << 0.0 << 1.0;
     QTest::newRow("vocal sounds") << "oh ooh" << 0.4 << 1.0;
+    QTest::newRow("articles") << "a a a a" << 0.3 << 1.5;
     QTest::newRow("very short word") << "yeah" << 0.1 << 0.8;
     QTest::newRow("few words") << "three" << 2.6 << 6.0;
   }

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <optional>
 
 namespace velun {
@@ -15,6 +16,9 @@ using Words = std::vector<RecognizedWord>;
 constexpr double kSecondIsSurer = 0.1;
 /// How sure a hearing counts that has no word where the other one has.
 constexpr double kNoWordConfidence = 0.6;
+
+/// Seconds. A word that ends so close to the end of what was heard may be the beginning of another.
+constexpr double kCutWord = 0.2;
 
 /// Edit distances between the first words of two hearings.
 class Distances {
@@ -71,6 +75,15 @@ Words combinedHearings(const Words& first, const Words& second) {
     words[k].end = std::max(words[k].end, words[k].start);
   }
   return words;
+}
+
+Words completedHearing(Words second, const Words& first, double seconds) {
+  std::erase_if(second,
+                [seconds](const RecognizedWord& word) { return word.end > seconds - kCutWord; });
+  const double end = second.empty() ? 0 : second.back().end;
+  std::copy_if(first.begin(), first.end(), std::back_inserter(second),
+               [end](const RecognizedWord& word) { return word.start + word.end > 2 * end; });
+  return second;
 }
 
 }  // namespace velun

@@ -13,4 +13,10 @@ namespace velun {
 std::vector<RecognizedWord> combinedHearings(const std::vector<RecognizedWord>& first,
                                              const std::vector<RecognizedWord>& second);
 
+/// The second hearing of a phrase of which only the first `seconds` were heard again: without a
+/// word that was cut there, and with the words of the first hearing after it.
+std::vector<RecognizedWord> completedHearing(std::vector<RecognizedWord> second,
+                                             const std::vector<RecognizedWord>& first,
+                                             double seconds);
+
 }  // namespace velun

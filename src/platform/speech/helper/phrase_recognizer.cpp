@@ -6,6 +6,7 @@
 #include "platform/speech/helper/words_in_noise.h"
 
 #include <algorithm>
+#include <ctime>
 #include <QStringList>
 #include <utility>
 
@@ -21,12 +22,10 @@ constexpr std::size_t kSamplesPerGuess = 1600;
 
 /// The minimum mean confidence of a phrase. Noises have 0.16 to 0.34, speech has 0.56 to 1.
 constexpr double kMinConfidence = 0.45;
-/// A longer phrase may be unsure at the first hearing and clear at the second. A sound of one or
-/// two words may not: a plucked string became sure words, because the recognizer adapted to it.
-constexpr std::size_t kMinUnsureWords = 4;
-/// The same of fewer words, and of a sound that is not like speech: a hoarse voice has no pitch.
+/// The same of a phrase of one or two words, and of a sound that is not like speech: a hoarse voice
+/// has no pitch.
 constexpr double kMinConfidenceOfFew = 0.6;
-
+constexpr std::size_t kFewWords = 2;
 /// Speech that is more than this times quieter or louder than the speech before was heard at the
 /// wrong level.
 constexpr float kOtherLevel = 2;
@@ -35,8 +34,27 @@ constexpr float kOtherLevel = 2;
 /// without a pause, that word would be heard again.
 const std::vector<float> kPause(4800, 0.0F);
 
+/// Seconds of processor time for the second hearing, so that the final words of long phrases, and
+/// of music, do not come late: on an idle machine speech takes a tenth of its duration.
+constexpr double kMaxSecondHearing = 1.0;
+/// The second hearing checks its time after so many samples, 0.4 s.
+constexpr std::size_t kTimedPiece = 6400;
+
+double threadSeconds() {
+  timespec time{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+  return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+}
+
 bool isUnsure(const HeardWords& words) {
-  return words.size() < kMinUnsureWords && meanConfidence(words) < kMinConfidenceOfFew;
+  const bool isFew = words.size() <= kFewWords;
+  return meanConfidence(words) < (isFew ? kMinConfidenceOfFew : kMinConfidence);
+}
+
+/// Whether the second hearing of a phrase is sure enough to be shown.
+bool isSure(const HeardWords& second, bool isLikelySpeech) {
+  if (isUnsure(second)) return false;
+  return isLikelySpeech || (second.size() > 1 && meanConfidence(second) >= kMinConfidenceOfFew);
 }
 
 }  // namespace
@@ -83,7 +101,7 @@ void PhraseRecognizer::decodeWaiting() {
 
 void PhraseRecognizer::updateDraft() {
   const HeardWords words = stable_.update(decoder_.words());
-  if (!phrases_.isLikelySpeech() || isUnsure(words) || areVocalSounds(words)) return;
+  if (!phrases_.isLikelySpeech() || areMeaningless(words)) return;
   TranscriptionResult draft = written(words, false);
   if (draft.text == draft_) return;
   draft_ = draft.text;
@@ -112,9 +130,8 @@ HeardWords PhraseRecognizer::finalWords(std::span<const float> phrase, bool isLi
   const std::vector<float> audio = amplified(phrase, gain);
   decoder_.accept(kPause);
   HeardWords first = decoder_.endAndKeepVoice();
-  const bool isDoubtful = isUnsure(first) || meanConfidence(first) < kMinConfidence;
   const bool isOtherLevel = gain > kOtherLevel * draftGain_ || draftGain_ > kOtherLevel * gain;
-  if (isDoubtful && isOtherLevel) {
+  if (isUnsure(first) && isOtherLevel) {
     decoder_.end();
     decoder_.accept(audio);
     first = decoder_.endAndKeepVoice();
@@ -124,13 +141,22 @@ HeardWords PhraseRecognizer::finalWords(std::span<const float> phrase, bool isLi
   const double end = static_cast<double>(phrase.size()) / kSampleRate;
   std::erase_if(first,
                 [end](const RecognizedWord& word) { return word.start + word.end > 2 * end; });
-  if (isUnsure(first)) return {};
-  decoder_.accept(audio);
-  const HeardWords second = decoder_.end();
-  if (meanConfidence(second) < kMinConfidence) return {};
-  const bool isSure = second.size() > 1 && meanConfidence(second) >= kMinConfidenceOfFew;
-  if (!isLikelySpeech && !isSure) return {};
-  return combinedHearings(first, second);
+  if (areMeaningless(first)) return {};
+  const HeardWords second = heardAgain(audio, first);
+  return isSure(second, isLikelySpeech) ? combinedHearings(first, second) : HeardWords();
+}
+
+HeardWords PhraseRecognizer::heardAgain(std::span<const float> phrase, const HeardWords& first) {
+  const double begin = threadSeconds();
+  std::size_t at = 0;
+  while (at < phrase.size() && threadSeconds() - begin < kMaxSecondHearing) {
+    const std::size_t length = std::min(kTimedPiece, phrase.size() - at);
+    decoder_.accept(phrase.subspan(at, length));
+    at += length;
+  }
+  HeardWords second = decoder_.end();
+  if (at == phrase.size()) return second;
+  return completedHearing(std::move(second), first, static_cast<double>(at) / kSampleRate);
 }
 
 TranscriptionResult PhraseRecognizer::written(HeardWords words, bool isFinal) const {

@@ -28,6 +28,7 @@ class PhraseRecognizer final : public StreamRecognizer {
   void updateDraft();
   void endPhrase();
   HeardWords finalWords(std::span<const float> phrase, bool isLikelySpeech);
+  HeardWords heardAgain(std::span<const float> phrase, const HeardWords& first);
   TranscriptionResult written(HeardWords words, bool isFinal) const;
 
   VoskDecoder decoder_;

@@ -10,6 +10,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QStringList>
 #include <stdexcept>
 #include <utility>
 
@@ -23,6 +24,13 @@ constexpr float kFullScale = 32767;
 constexpr std::size_t kPiece = 3200;
 /// How libvosk writes a word that it does not know.
 const auto kUnknownWord = QStringLiteral("[unk]");
+/// Seconds from the end of a word to its first guess (median), and the lengths of words, for the
+/// times in drafts.
+constexpr double kWordDelay = 0.5;
+constexpr double kMinWordSeconds = 0.05;
+constexpr double kMaxWordSeconds = 0.6;
+/// Seconds before the first word: what `PhraseDetector` takes from before the voice.
+constexpr double kLead = 0.4;
 /// Seconds. A recognizer keeps what it has computed for the words that it heard, up to 250 MB.
 constexpr double kMaxHeardSeconds = 40;
 
@@ -51,7 +59,6 @@ VoskDecoder::Recognizer VoskDecoder::create() const {
                         library_.destroyRecognizer);
   if (!recognizer) throw std::runtime_error("the speech model cannot be used");
   library_.setWords(recognizer.get(), 1);
-  library_.setPartialWords(recognizer.get(), 1);
   return recognizer;
 }
 
@@ -70,32 +77,46 @@ void VoskDecoder::accept(std::span<const float> samples) {
   }
 }
 
-HeardWords VoskDecoder::words() const {
-  return take(library_.partialResult(recognizer_.get()), "partial_result");
+const HeardWords& VoskDecoder::words() {
+  const QJsonObject object =
+      QJsonDocument::fromJson(library_.partialResult(recognizer_.get())).object();
+  QStringList texts = object["partial"].toString().split(u' ', Qt::SkipEmptyParts);
+  texts.removeAll(kUnknownWord);
+  const double now = static_cast<double>(heard_ - phraseBegin_) / kSampleRate;
+  HeardWords words;
+  for (const QString& text : texts) {
+    // A word keeps its times when the guesses differ about it.
+    const std::size_t index = words.size();
+    const double end = index < draft_.size() ? draft_[index].end : now - kWordDelay;
+    const double earliest = words.empty() ? kLead : words.back().end;
+    const double start = index < draft_.size() ? draft_[index].start : end - kMaxWordSeconds;
+    words.push_back({text, std::max(start, earliest), end, 1});
+    words.back().end = std::max(end, words.back().start + kMinWordSeconds);
+  }
+  draft_ = std::move(words);
+  return draft_;
 }
 
 HeardWords VoskDecoder::endAndKeepVoice() {
-  HeardWords words = take(library_.result(recognizer_.get()), "result");
-  phraseBegin_ = heard_;
-  return words;
+  return take(library_.result(recognizer_.get()));
 }
 
 HeardWords VoskDecoder::end() {
-  HeardWords words = take(library_.finalResult(recognizer_.get()), "result");
-  phraseBegin_ = heard_;
-  return words;
+  return take(library_.finalResult(recognizer_.get()));
 }
 
-HeardWords VoskDecoder::take(const char* json, const char* wordsKey) const {
+HeardWords VoskDecoder::take(const char* json) {
   const double begin = static_cast<double>(phraseBegin_) / kSampleRate;
   const QJsonObject object = QJsonDocument::fromJson(json).object();
   HeardWords words;
-  for (const QJsonValue& each : object[wordsKey].toArray()) {
+  for (const QJsonValue& each : object["result"].toArray()) {
     const QString text = each["word"].toString();
     if (text.isEmpty() || text == kUnknownWord) continue;
     words.push_back({text, each["start"].toDouble() - begin, each["end"].toDouble() - begin,
                      each["conf"].toDouble()});
   }
+  phraseBegin_ = heard_;
+  draft_.clear();
   return words;
 }
 

@@ -29,8 +29,9 @@ class VoskDecoder {
   /// Decodes finite samples in -1…1. Throws `std::runtime_error`.
   void accept(std::span<const float> samples);
 
-  /// The words of the phrase so far.
-  HeardWords words() const;
+  /// The words of the phrase so far. Their times are estimates, and their confidence is 1: libvosk
+  /// would tell both 1.5 s later only.
+  const HeardWords& words();
 
   /// Ends the phrase and returns its words. What follows is heard with the adaptation to its voice.
   HeardWords endAndKeepVoice();
@@ -46,7 +47,7 @@ class VoskDecoder {
   using Recognizer = std::unique_ptr<VoskRecognizer, void (*)(VoskRecognizer*)>;
 
   Recognizer create() const;
-  HeardWords take(const char* json, const char* wordsKey) const;
+  HeardWords take(const char* json);
 
   const vosk::Library& library_;
   Model model_;
@@ -55,6 +56,7 @@ class VoskDecoder {
   /// times from the recognizer's creation.
   std::size_t heard_ = 0;
   std::size_t phraseBegin_ = 0;
+  HeardWords draft_;
 };
 
 }  // namespace velun

@@ -34,7 +34,6 @@ Library open(const QString& path) {
   find(handle, library.createRecognizer, "vosk_recognizer_new");
   find(handle, library.destroyRecognizer, "vosk_recognizer_free");
   find(handle, library.setWords, "vosk_recognizer_set_words");
-  find(handle, library.setPartialWords, "vosk_recognizer_set_partial_words");
   find(handle, library.acceptWaveform, "vosk_recognizer_accept_waveform_f");
   find(handle, library.partialResult, "vosk_recognizer_partial_result");
   find(handle, library.result, "vosk_recognizer_result");

@@ -23,7 +23,6 @@ struct Library {
   VoskRecognizer* (*createRecognizer)(VoskModel*, float sampleRate);
   void (*destroyRecognizer)(VoskRecognizer*);
   void (*setWords)(VoskRecognizer*, int areWanted);
-  void (*setPartialWords)(VoskRecognizer*, int areWanted);
   /// Takes samples in ±32768; one that is not a number ends the process. Returns -1 on failure.
   int (*acceptWaveform)(VoskRecognizer*, const float*, int count);
   // JSON, which belongs to the recognizer and is valid until its next call.
