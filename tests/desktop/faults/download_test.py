@@ -8,7 +8,7 @@ import unittest
 import tiny_model
 from fault_case import PATIENCE, FaultCase
 
-LOCALE = "ru_RU"  # without an installed model
+LOCALE = "id_ID"  # without an installed model, and with small files
 PIECE = 300_000  # bytes
 
 

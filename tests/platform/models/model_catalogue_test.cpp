@@ -5,6 +5,7 @@
 #include "platform/models/model_address.h"
 #include "support/suite.h"
 
+#include <algorithm>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QSet>
@@ -157,7 +158,9 @@ class ModelCatalogueTest final : public test::Suite {
       QVERIFY2(!model.options["locales"].toArray().isEmpty(), qPrintable(model.id));
       QVERIFY2(!model.options["tokens"].toString().isEmpty(), qPrintable(model.id));
     }
-    for (const char* language : {"en", "fr", "de", "ru", "id", "ko", "zh", "es", "it", "ja"}) {
+    for (const char* language :
+         {"ar", "bg", "cs", "da", "de", "en", "es", "et", "fi", "fr", "hi", "hr", "hu", "id", "it",
+          "ja", "ko", "nb", "nl", "pl", "pt", "ro", "ru", "sk", "sv", "tr", "uk", "vi", "zh"}) {
       QVERIFY2(recognized.contains(language), language);
     }
     QCOMPARE(catalogue.ofKind(ModelKind::punctuation).size(), std::size_t(1));
@@ -179,6 +182,31 @@ class ModelCatalogueTest final : public test::Suite {
         QVERIFY2(files.contains(model.options[QString(key)].toString()), qPrintable(model.id));
       }
     }
+  }
+
+  void everyFileOfAnArchiveIsChecked() {
+    for (const Model& model : ModelCatalogue::builtIn().ofKind(ModelKind::recognition)) {
+      for (const ModelDownload& download : model.downloads) {
+        for (const ModelFile& file : download.files) {
+          QVERIFY2(file.bytes > 0 && !file.sha256.isEmpty(), qPrintable(model.id));
+        }
+      }
+    }
+  }
+
+  void englishAndChineseArePunctuatedByDefault() {
+    const ModelCatalogue catalogue = ModelCatalogue::builtIn();
+    for (const char* locale : {"en_US", "zh_CN"}) {
+      const auto recognizers = catalogue.ofKind(ModelKind::recognition);
+      const auto first =
+          std::find_if(recognizers.begin(), recognizers.end(), [locale](const Model& model) {
+            return model.options["locales"].toArray().contains(QString(locale));
+          });
+      QVERIFY2(first->writesPunctuation && first->quality == ModelQuality::good, locale);
+      QVERIFY2(first->licenceNotice.isEmpty() && first->downloadBytes() < 150'000'000, locale);
+    }
+    // Earlier versions installed it.
+    QVERIFY(catalogue.find("zipformer-en-2023-06-26"));
   }
 
   void mirrorReplacesTheHost() {
