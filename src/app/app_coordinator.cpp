@@ -143,7 +143,8 @@ void AppCoordinator::saveSession() {
 void AppCoordinator::showSettings() {
   if (!settingsWindow_) {
     settingsWindow_ = std::make_unique<SettingsWindowController>(
-        model_, [this] { perform(AppCommand::openSessionsFolder); }, services_.notes);
+        model_, [this] { perform(AppCommand::openSessionsFolder); }, services_.notes,
+        services_.models);
     prepareWindow(&settingsWindow_->window());
   }
   // Its notes depend on them.

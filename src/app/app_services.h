@@ -6,6 +6,7 @@
 #include "ui/library/history_view_model.h"
 #include "ui/library/settings_notes.h"
 #include "ui/menubar/credit.h"
+#include "ui/models/model_services.h"
 
 #include <vector>
 
@@ -35,6 +36,8 @@ struct AppServices {
   HistoryViewModel::Trash trash;
   /// May be null.
   const SettingsNotes* notes = nullptr;
+  /// May be null.
+  const ModelServices* models = nullptr;
   /// Listed in "About Velun".
   std::vector<Credit> credits;
 };

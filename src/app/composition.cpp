@@ -111,6 +111,14 @@ struct Composition::Parts {
   UpdateChecker updater{VELUN_VERSION, VELUN_IS_PACKAGED, updateFeed()};
   AlertQuestion question;
   SettingsNotesText notes{*desktop, translation, models};
+  ModelServices modelServices{
+      .catalogue = std::make_shared<const ModelCatalogue>(ModelCatalogue::builtIn()),
+      .store = models,
+      .speech = speech,
+      .preferences = *recognizerPreferences,
+      .question = question,
+      .clock = clock,
+      .panels = systemFilePanels()};
   CaptionViewModel model{
       settings, userStore(), std::make_unique<SpeechRecognitionEngine>(speech, audio, clock),
       speech,   translation, clock};
@@ -138,6 +146,7 @@ AppServices Composition::services() {
           .panels = systemFilePanels(),
           .trash = moveSessionToTrash,
           .notes = &parts_->notes,
+          .models = &parts_->modelServices,
           .credits = credits(ModelCatalogue::builtIn())};
 }
 

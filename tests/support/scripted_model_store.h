@@ -39,6 +39,12 @@ class ScriptedModelStore final : public ModelStore {
     present.removeAll(model.id);
     setState(model, {});
   }
+  std::optional<ModelInstallation> installation(const Model& model) const override {
+    if (outdated.contains(model.id)) return ModelInstallation{QDate(2026, 3, 1), false};
+    if (!isInstalled(model)) return std::nullopt;
+    return ModelInstallation{QDate(2026, 11, 22), true};
+  }
+  ModelFilePlacer filePlacer() const override { return placer; }
   std::int64_t diskBytes(const Model& model) const override {
     return isInstalled(model) ? model.installedBytes : 0;
   }
@@ -62,6 +68,9 @@ class ScriptedModelStore final : public ModelStore {
   }
 
   QStringList present;
+  /// Models of which another revision is installed.
+  QStringList outdated;
+  ModelFilePlacer placer;
   QStringList asked;
   QStringList paused;
   QStringList cancelled;

@@ -106,6 +106,7 @@ class ScriptedRecognizerProvider final : public RecognizerProvider {
     if (!supportedList.contains(locale)) return {};
     RecognizerCandidate only;
     only.id = id;
+    only.title = title;
     only.isInstalled = installedList.contains(locale);
     only.modelBytes = modelBytes;
     return {only};
@@ -121,6 +122,7 @@ class ScriptedRecognizerProvider final : public RecognizerProvider {
   }
 
   QString id = "scripted";
+  QString title;
   std::int64_t modelBytes = 0;
   QStringList supportedList;
   QStringList installedList;

@@ -150,14 +150,19 @@ Model readModel(const QJsonObject& object) {
 
 ModelCatalogue ModelCatalogue::builtIn() {
   loadResources();
-  std::vector<Model> models;
-  for (const char* name : {"recognition", "translation"}) {
-    QFile file(QString(":/models/%1.json").arg(name));
-    if (!file.open(QIODevice::ReadOnly)) throw Failure(file.errorString());
+  QStringList paths = {":/models/recognition.json", ":/models/translation.json"};
+  const QString additional = qEnvironmentVariable("VELUN_MODEL_CATALOGUE");
+  if (!additional.isEmpty()) paths.prepend(additional);
+  ModelCatalogue all;
+  for (const QString& path : paths) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) throw Failure(path + ": " + file.errorString());
     const ModelCatalogue part = read(file.readAll());
-    models.insert(models.end(), part.models().begin(), part.models().end());
+    for (const Model& model : part.models()) {
+      if (!all.find(model.id)) all.models_.push_back(model);
+    }
   }
-  return ModelCatalogue(std::move(models));
+  return all;
 }
 
 ModelCatalogue ModelCatalogue::read(const QByteArray& json) {
@@ -182,6 +187,14 @@ ModelCatalogue ModelCatalogue::read(const QByteArray& json) {
 const Model* ModelCatalogue::find(const QString& id) const {
   const auto found = std::find_if(models_.begin(), models_.end(),
                                   [&id](const Model& model) { return model.id == id; });
+  return found == models_.end() ? nullptr : &*found;
+}
+
+const Model* ModelCatalogue::punctuationFor(const Model& model, const QString& language) const {
+  if (model.options["punctuation"] != "none") return nullptr;
+  const auto found = std::find_if(models_.begin(), models_.end(), [&language](const Model& each) {
+    return each.kind == ModelKind::punctuation && each.languages.contains(language);
+  });
   return found == models_.end() ? nullptr : &*found;
 }
 

@@ -11,7 +11,9 @@ class ModelCatalogue {
   ModelCatalogue() = default;
   explicit ModelCatalogue(std::vector<Model> models) : models_(std::move(models)) {}
 
-  /// The catalogue that is compiled in: every file of data/models.
+  /// The catalogue that is compiled in: every file of data/models. The models of the file that the
+  /// environment variable VELUN_MODEL_CATALOGUE names come before them. Throws `Failure` if that
+  /// file cannot be read.
   static ModelCatalogue builtIn();
 
   /// Reads a catalogue file (format: data/models/README.md). Throws `Failure` that names the entry
@@ -23,6 +25,10 @@ class ModelCatalogue {
 
   /// Null if there is no model with this id.
   const Model* find(const QString& id) const;
+
+  /// The punctuation model for a recognition model that writes none; null if it needs none or there
+  /// is none for the language.
+  const Model* punctuationFor(const Model& model, const QString& language) const;
 
   std::vector<Model> ofKind(ModelKind kind) const;
 

@@ -3,14 +3,25 @@
 
 #include "platform/models/model.h"
 #include "platform/models/model_state.h"
+#include "platform/models/placed_model_file.h"
 
 #include <memory>
+#include <optional>
 #include <QCoroTask>
+#include <QDate>
 #include <QHash>
 #include <QObject>
 #include <stop_token>
 
 namespace velun {
+
+/// A model on this computer.
+struct ModelInstallation {
+  QDate date;
+  bool isCurrent = true;  ///< false: another revision than that of the catalogue
+
+  bool operator==(const ModelInstallation&) const = default;
+};
 
 /// The models on this computer, one folder each. A model is used only after all of its files have
 /// been verified. Nothing is downloaded unless `install` or `download` is called. Main thread.
@@ -47,6 +58,12 @@ class ModelStore : public QObject {
   /// Deletes the model's verified files and downloads. Other files of its folder are kept. Throws
   /// `Failure` if the model is in use or cannot be deleted.
   virtual void remove(const Model& model) = 0;
+
+  /// Since when which revision of the model is installed; nullopt when none is.
+  virtual std::optional<ModelInstallation> installation(const Model& model) const = 0;
+
+  /// Adds files that the user has downloaded in another way. `stateChanged` is not emitted.
+  virtual ModelFilePlacer filePlacer() const = 0;
 
   /// The bytes on the disk of the model and of its partial downloads.
   virtual std::int64_t diskBytes(const Model& model) const = 0;

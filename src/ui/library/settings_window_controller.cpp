@@ -3,7 +3,9 @@
 
 #include "language/localization.h"
 #include "ui/common/window_presentation.h"
+#include "ui/library/settings_pages.h"
 #include "ui/library/settings_view.h"
+#include "ui/models/models_page.h"
 
 namespace velun {
 
@@ -15,10 +17,13 @@ constexpr QSize kContentSize(460, 760);
 
 SettingsWindowController::SettingsWindowController(CaptionViewModel& model,
                                                    std::function<void()> openRecordsFolder,
-                                                   const SettingsNotes* notes, QObject* parent)
+                                                   const SettingsNotes* notes,
+                                                   const ModelServices* models, QObject* parent)
     : QObject(parent) {
-  auto view = std::make_unique<SettingsView>(model, std::move(openRecordsFolder), notes);
-  window_ = WindowPresentation::makeWindow(title(), kContentSize, std::move(view), false);
+  auto* general = new SettingsView(model, std::move(openRecordsFolder), notes);
+  auto pages =
+      std::make_unique<SettingsPages>(general, models ? new ModelsPage(model, *models) : nullptr);
+  window_ = WindowPresentation::makeWindow(title(), kContentSize, std::move(pages), false);
 }
 
 SettingsWindowController::~SettingsWindowController() = default;

@@ -3,6 +3,7 @@
 
 #include "captions/caption_view_model.h"
 #include "ui/library/settings_notes.h"
+#include "ui/models/model_services.h"
 
 #include <functional>
 #include <memory>
@@ -16,9 +17,11 @@ class SettingsWindowController final : public QObject {
   Q_OBJECT
 
  public:
-  /// `model` and `notes` must outlive this object; `notes` may be null.
+  /// `model`, `notes` and everything in `models` must outlive this object. `notes` may be null;
+  /// without `models` there is no page for them.
   SettingsWindowController(CaptionViewModel& model, std::function<void()> openRecordsFolder,
-                           const SettingsNotes* notes, QObject* parent = nullptr);
+                           const SettingsNotes* notes, const ModelServices* models = nullptr,
+                           QObject* parent = nullptr);
   ~SettingsWindowController() override;
 
   void show();

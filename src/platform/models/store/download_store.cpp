@@ -3,6 +3,7 @@
 
 #include "platform/foundation/failure.h"
 #include "platform/models/store/download_speed.h"
+#include "platform/models/store/file_placement.h"
 #include "platform/models/store/model_store_failures.h"
 
 #include <algorithm>
@@ -63,7 +64,7 @@ bool DownloadStore::isConnectionMetered() {
 
 DownloadStore::DownloadStore(const ModelCatalogue& catalogue, const ModelStoreOptions& options,
                              Clock& clock, std::function<bool()> isMetered)
-    : installer_(options), root_(options.root), clock_(clock), isMetered_(std::move(isMetered)) {
+    : catalogue_(catalogue), installer_(options), root_(options.root), clock_(clock), isMetered_(std::move(isMetered)) {
   verifyPlaced(catalogue);
 }
 
@@ -82,6 +83,18 @@ bool DownloadStore::isInstalled(const Model& model) const {
 
 QString DownloadStore::folder(const Model& model) const {
   return installer_.folder(model.id);
+}
+
+std::optional<ModelInstallation> DownloadStore::installation(const Model& model) const {
+  return installer_.installation(model);
+}
+
+ModelFilePlacer DownloadStore::filePlacer() const {
+  return [catalogue = catalogue_, installer = installer_](
+             const QString& path, const std::function<void(double)>& progress,
+             const std::stop_token& stop) {
+    return placeModelFile(catalogue, installer, path, progress, stop);
+  };
 }
 
 std::int64_t DownloadStore::diskBytes(const Model& model) const {

@@ -40,6 +40,8 @@ class DownloadStore final : public ModelStore {
   void pause(const Model& model) override;
   void cancel(const Model& model) override;
   void remove(const Model& model) override;
+  std::optional<ModelInstallation> installation(const Model& model) const override;
+  ModelFilePlacer filePlacer() const override;
   std::int64_t diskBytes(const Model& model) const override;
   bool isMetered() const override { return isMetered_(); }
   QStringList busy() const override;
@@ -63,6 +65,7 @@ class DownloadStore final : public ModelStore {
   void deleteOnThread(const QString& path);
   QString discardedFolder() const;
 
+  ModelCatalogue catalogue_;
   ModelInstaller installer_;
   QString root_;
   Clock& clock_;

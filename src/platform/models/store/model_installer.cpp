@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <exception>
+#include <QDateTime>
 #include <QDir>
 #include <QDirIterator>
 #include <QFileInfo>
@@ -90,6 +91,16 @@ QString ModelInstaller::partialPath(const Model& model, const ModelDownload& dow
 bool ModelInstaller::isInstalled(const Model& model) const {
   const QString path = folder(model.id);
   return QFileInfo::exists(path) && VerifiedRecord::read(path).covers(model, path);
+}
+
+std::optional<ModelInstallation> ModelInstaller::installation(const Model& model) const {
+  const QString path = folder(model.id);
+  const QFileInfo file(QDir(path).filePath(VerifiedRecord::kFileName));
+  if (!file.isFile()) return std::nullopt;
+  const VerifiedRecord record = VerifiedRecord::read(path);
+  const bool isCurrent = record.covers(model, path);
+  if (!isCurrent && !record.hasOtherRevision(model, path)) return std::nullopt;
+  return ModelInstallation{file.lastModified().date(), isCurrent};
 }
 
 void ModelInstaller::install(const Model& model, InstallProgress& progress,

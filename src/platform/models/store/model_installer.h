@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/models/model.h"
+#include "platform/models/model_store.h"
 #include "platform/models/store/http_download.h"
 #include "platform/models/store/install_progress.h"
 #include "platform/models/store/verified_record.h"
@@ -27,6 +27,9 @@ class ModelInstaller {
 
   QString folder(const QString& id) const;
   bool isInstalled(const Model& model) const;
+
+  /// Since when which revision of the model is installed; nullopt when none is.
+  std::optional<ModelInstallation> installation(const Model& model) const;
 
   /// Downloads what is missing. Throws `Failure` or `Cancelled`.
   void install(const Model& model, InstallProgress& progress, const std::stop_token& stop) const;

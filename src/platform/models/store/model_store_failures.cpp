@@ -101,6 +101,21 @@ Failure notRemoved() {
                    "모델을 삭제할 수 없습니다. 모델 폴더의 접근 권한을 확인하십시오."));
 }
 
+Failure notRead(const QString& reason) {
+  return Failure(L(QString("The file couldn’t be read: %1").arg(reason),
+                   QString("파일을 읽을 수 없습니다: %1").arg(reason)));
+}
+
+Failure unknownFile(const QString& name) {
+  return Failure(
+      L(QString("“%1” is not a file of a model that Velun knows, or it is damaged. Check "
+                "where you downloaded it.")
+            .arg(name),
+        QString("“%1”은(는) Velun이 아는 모델의 파일이 아니거나 손상되었습니다. 내려받은 "
+                "곳을 확인하십시오.")
+            .arg(name)));
+}
+
 Failure unreadable(int code) {
   const QString reason = qt_error_string(code);
   return Failure(

@@ -33,6 +33,10 @@ Failure cancelled();
 /// A model of this kind cannot be removed because it is in use.
 Failure inUse(ModelKind kind);
 Failure notRemoved();
+/// A file that the user chose cannot be read.
+Failure notRead(const QString& reason);
+/// A file that the user chose belongs to no model of the catalogue.
+Failure unknownFile(const QString& name);
 /// The download is complete but cannot be read now; `code` is an errno value.
 Failure unreadable(int code);
 /// The system cannot start another thread.

@@ -5,6 +5,7 @@
 #include "platform/foundation/file_error.h"
 #include "platform/models/store/model_store_failures.h"
 
+#include <algorithm>
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
@@ -65,6 +66,20 @@ void VerifiedRecord::note(const QString& folder, const QString& name, const QByt
 const VerifiedRecord::Entry* VerifiedRecord::find(const QString& name) const {
   const auto found = entries_.constFind(name);
   return found == entries_.constEnd() ? nullptr : &*found;
+}
+
+bool VerifiedRecord::hasOtherRevision(const Model& model, const QString& folder) const {
+  for (auto entry = entries_.begin(); entry != entries_.end(); ++entry) {
+    const auto isItsDownload = [&entry](const ModelDownload& download) {
+      return download.sha256 == entry->download;
+    };
+    if (std::any_of(model.downloads.begin(), model.downloads.end(), isItsDownload)) continue;
+    const QFileInfo info(QDir(folder).filePath(entry.key()));
+    if (info.isFile() && info.size() == entry->bytes && modifiedOf(info) == entry->modified) {
+      return true;
+    }
+  }
+  return false;
 }
 
 bool VerifiedRecord::covers(const Model& model, const QString& folder) const {

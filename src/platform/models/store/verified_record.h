@@ -36,6 +36,9 @@ class VerifiedRecord {
   /// Whether every file of the model was verified as part of its downloads and is unchanged since.
   bool covers(const Model& model, const QString& folder) const;
 
+  /// Whether the folder has a verified file that is unchanged and not of the model's downloads.
+  bool hasOtherRevision(const Model& model, const QString& folder) const;
+
  private:
   QHash<QString, Entry> entries_;
 };

@@ -96,17 +96,6 @@ std::vector<const Model*> NeuralRecognizerProvider::models(const QString& locale
   return found;
 }
 
-const Model* NeuralRecognizerProvider::punctuationFor(const Model& model,
-                                                      const QString& locale) const {
-  if (model.options["punctuation"] != "none") return nullptr;
-  for (const Model& each : catalogue_.models()) {
-    if (each.kind == ModelKind::punctuation && each.languages.contains(languageCode(locale))) {
-      return &each;
-    }
-  }
-  return nullptr;
-}
-
 QStringList NeuralRecognizerProvider::supportedLocales() const {
   QStringList locales;
   if (program_.isEmpty()) return locales;
@@ -137,7 +126,7 @@ RecognizerSettings NeuralRecognizerProvider::settings(const Model& model,
                                                       const QString& locale) const {
   RecognizerSettings settings = modelSettings(model, store_.folder(model), locale);
   settings.threads = decodeThreads();
-  addPunctuation(settings, punctuationFor(model, locale));
+  addPunctuation(settings, catalogue_.punctuationFor(model, languageCode(locale)));
   return settings;
 }
 
@@ -166,7 +155,8 @@ RecognizerProvider::Factory NeuralRecognizerProvider::makeFactory(const QString&
   if (const Model* model = catalogue_.find(id)) {
     settings = this->settings(*model, locale);
     uses.push_back(store_.use(*model));
-    if (const Model* marks = punctuationFor(*model, locale)) uses.push_back(store_.use(*marks));
+    if (const Model* marks = catalogue_.punctuationFor(*model, languageCode(locale)))
+      uses.push_back(store_.use(*marks));
   }
   return [program = program_, settings, style = style_,
           uses = std::move(uses)]() -> std::unique_ptr<RecognizerBackend> {
@@ -181,7 +171,7 @@ std::shared_ptr<SpeechModelOffer> NeuralRecognizerProvider::offer(const QString&
   const Model* model = catalogue_.find(id);
   if (!model || program_.isEmpty()) return nullptr;
   std::optional<Model> marks;
-  if (const Model* found = punctuationFor(*model, locale)) marks = *found;
+  if (const Model* found = catalogue_.punctuationFor(*model, languageCode(locale))) marks = *found;
   return std::make_shared<ModelOffer>(store_, *model, marks);
 }
 

@@ -44,8 +44,6 @@ class NeuralRecognizerProvider final : public RecognizerProvider {
  private:
   /// The models of the locale, from best to worst.
   std::vector<const Model*> models(const QString& locale) const;
-  /// The punctuation model that a recognizer without punctuation needs; null when there is none.
-  const Model* punctuationFor(const Model& model, const QString& locale) const;
   /// Adds the punctuation model if it is installed.
   void addPunctuation(RecognizerSettings& settings, const Model* marks) const;
 

@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/models/model_commands.h"
+
+#include "language/localization.h"
+#include "platform/foundation/failure.h"
+#include "ui/models/model_texts.h"
+
+#include <algorithm>
+
+namespace velun {
+
+namespace {
+
+using Stage = ModelState::Stage;
+
+QString noticeOf(const Model& model) {
+  return L(model.licenceNotice.english, model.licenceNotice.korean);
+}
+
+bool agreesToLicence(ModalQuestion& question, const Model& model) {
+  if (model.licenceNotice.isEmpty()) return true;
+  const Question asked{
+      .message = L("The license of “%1” is not clear", "“%1”의 라이선스가 명확하지 않습니다")
+                     .arg(model.title),
+      .informativeText = noticeOf(model),
+      .buttons = {L("Agree and Download", "동의 후 다운로드"), L("Cancel", "취소")}};
+  return question.ask(asked) == 0;
+}
+
+/// Whether the user accepts the cost of a metered connection.
+bool acceptsCost(const ModelServices& services, std::int64_t bytes) {
+  if (!services.store.isMetered()) return true;
+  const Question asked{.message = L("Download %1 over a metered connection?",
+                                    "종량제 연결로 %1을(를) 다운로드할까요?")
+                                      .arg(sizeText(bytes)),
+                       .informativeText = L("Your provider may charge for it.",
+                                            "통신사에서 요금을 청구할 수 있습니다."),
+                       .buttons = {L("Download", "다운로드"), L("Cancel", "취소")}};
+  return services.question.ask(asked) == 0;
+}
+
+}  // namespace
+
+std::vector<ModelRowAction> storeActions(const ModelStore& store, const Model& model) {
+  const ModelRowAction cancel{ModelAction::cancel, L("Cancel", "취소"), {}};
+  switch (store.state(model).stage) {
+    case Stage::downloading:
+      return {{ModelAction::pause, L("Pause", "일시 정지"), {}}, cancel};
+    case Stage::waiting:
+    case Stage::verifying:
+      return {cancel};
+    case Stage::paused:
+      return {{ModelAction::resume, L("Resume", "계속"), {}}, cancel};
+    case Stage::failed:
+      return {{ModelAction::retry, L("Try Again", "다시 시도"), {}}, cancel};
+    case Stage::absent:
+      if (store.installation(model)) {
+        return {{ModelAction::update, L("Update", "업데이트"), {}},
+                {ModelAction::remove, L("Remove…", "삭제…"), {}}};
+      }
+      return {{ModelAction::install, L("Install", "설치"), {}}};
+    case Stage::installed:
+      break;
+  }
+  ModelRowAction remove{ModelAction::remove, L("Remove…", "삭제…"), {}};
+  if (store.isUsed(model)) {
+    remove.isEnabled = false;
+    remove.toolTip = L("Captions use it now", "지금 자막에 사용 중입니다");
+  }
+  return {remove};
+}
+
+void showState(ModelRow& row, const ModelState& state) {
+  row.notice = state.stage == Stage::failed ? state.failure : QString();
+  const double total = static_cast<double>(state.totalBytes);
+  const double share = total > 0 ? static_cast<double>(state.doneBytes) / total : 0;
+  switch (state.stage) {
+    case Stage::waiting:
+      row.progress = share;
+      row.progressText = L("Waiting…", "대기 중…");
+      break;
+    case Stage::downloading:
+      row.progress = share;
+      row.progressText = progressText(state);
+      break;
+    case Stage::paused:
+      row.progress = share;
+      row.progressText = L("Paused · ", "일시 정지됨 · ") + progressText(state);
+      break;
+    case Stage::verifying:
+      row.progress = 1;
+      row.progressText = L("Checking the files…", "파일을 확인하는 중…");
+      break;
+    case Stage::absent:
+    case Stage::failed:
+    case Stage::installed:
+      break;
+  }
+}
+
+bool agreesToLicences(ModalQuestion& question, const std::vector<Model>& models) {
+  return std::all_of(models.begin(), models.end(),
+                     [&question](const Model& model) { return agreesToLicence(question, model); });
+}
+
+void downloadAsked(const ModelServices& services, const std::vector<Model>& models) {
+  std::int64_t bytes = 0;
+  for (const Model& model : models) bytes += model.downloadBytes();
+  if (!acceptsCost(services, bytes)) return;
+  for (const Model& model : models) services.store.download(model);
+}
+
+void removeAsked(const ModelServices& services, const std::vector<Model>& models) {
+  std::int64_t bytes = 0;
+  for (const Model& model : models) bytes += services.store.diskBytes(model);
+  const Question asked{
+      .message = L("Remove “%1”?", "“%1”을(를) 삭제할까요?").arg(models.front().title),
+      .informativeText = L("This frees %1 on the disk. It can be installed again later.",
+                           "디스크 공간 %1이(가) 확보됩니다. 나중에 다시 설치할 수 있습니다.")
+                             .arg(sizeText(bytes)),
+      .buttons = {L("Remove", "삭제"), L("Cancel", "취소")},
+      .isWarning = true};
+  if (services.question.ask(asked) != 0) return;
+  try {
+    for (const Model& model : models) services.store.remove(model);
+  } catch (const std::exception& error) {
+    services.question.ask(errorQuestion(descriptionOf(error)));
+  }
+}
+
+void showLicence(ModalQuestion& question, const Model& model) {
+  QString text = licenceText(model);
+  if (const QString notice = noticeOf(model); !notice.isEmpty()) text += "\n\n" + notice;
+  text += "\n\n" + L("Its makers publish it at:", "배포 주소:") + '\n' +
+          model.downloads.front().addresses.front().section(u'/', 0, 4);
+  question.ask({.message = model.title, .informativeText = text, .buttons = {L("OK", "확인")}});
+}
+
+}  // namespace velun

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "ui/models/model_list.h"
+#include "ui/models/model_services.h"
+
+namespace velun {
+
+// What the lists of models have in common. Main thread.
+
+/// The buttons of a model for what the store can do with it now.
+std::vector<ModelRowAction> storeActions(const ModelStore& store, const Model& model);
+
+/// Fills in the progress and the failure of the model's download.
+void showState(ModelRow& row, const ModelState& state);
+
+/// Shows the makers' statements of licences that are not clear. Returns whether the user agrees.
+bool agreesToLicences(ModalQuestion& question, const std::vector<Model>& models);
+
+/// Downloads the models, over a metered connection only if the user agrees.
+void downloadAsked(const ModelServices& services, const std::vector<Model>& models);
+
+/// Asks, then removes the models; reports a failure.
+void removeAsked(const ModelServices& services, const std::vector<Model>& models);
+
+/// Shows the licence of a model.
+void showLicence(ModalQuestion& question, const Model& model);
+
+}  // namespace velun

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/models/models_page.h"
+
+#include "language/localization.h"
+#include "ui/models/models_view.h"
+
+#include <QVBoxLayout>
+
+namespace velun {
+
+ModelsPage::ModelsPage(CaptionViewModel& captions, const ModelServices& services)
+    : speech_(captions, services), files_(services) {
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(new ModelsView({&speech_}, files_));
+}
+
+QString ModelsPage::title() {
+  return L("Languages & Models", "언어 및 모델");
+}
+
+}  // namespace velun

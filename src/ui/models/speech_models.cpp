@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/models/speech_models.h"
+
+#include "language/language_search.h"
+#include "language/localization.h"
+#include "platform/models/model_store.h"
+#include "ui/models/model_commands.h"
+#include "ui/models/model_texts.h"
+
+#include <algorithm>
+#include <QLocale>
+
+namespace velun {
+
+namespace {
+
+QString languageOf(const QString& locale) {
+  return locale.section('_', 0, 0);
+}
+
+const RecognizerCandidate* firstInstalled(const std::vector<RecognizerCandidate>& candidates) {
+  const auto found = std::find_if(candidates.begin(), candidates.end(),
+                                  [](const auto& each) { return each.isInstalled; });
+  return found == candidates.end() ? nullptr : &*found;
+}
+
+}  // namespace
+
+SpeechModels::SpeechModels(CaptionViewModel& captions, const ModelServices& services)
+    : captions_(captions), services_(services) {
+  connect(&captions_, &CaptionViewModel::localesChanged, this, &ModelList::changed);
+  connect(&captions_.settings(), &AppSettings::localeIDChanged, this, &ModelList::changed);
+  connect(&captions_, &CaptionViewModel::isRunningChanged, this, &ModelList::changed);
+  connect(&services_.store, &ModelStore::stateChanged, this, &ModelList::changed);
+  connect(&services_.preferences, &RecognizerPreferences::choiceChanged, this, &ModelList::changed);
+  connect(&Localization::shared(), &Localization::languageChanged, this, &ModelList::changed);
+}
+
+QString SpeechModels::title() const {
+  return L("Speech Recognition", "음성 인식");
+}
+
+QString SpeechModels::currentLocale() const {
+  const std::optional<SpeechSupport> support =
+      services_.speech.support(captions_.settings().localeID());
+  return support ? support->locale : QString();
+}
+
+std::vector<ModelGroup> SpeechModels::groups() const {
+  std::vector<ModelGroup> all;
+  const QString current = currentLocale();
+  for (const QString& locale : captions_.locales()) {
+    ModelGroup made = group(locale);
+    if (made.rows.empty()) continue;
+    made.isCurrent = locale == current;
+    all.push_back(std::move(made));
+  }
+  return all;
+}
+
+ModelGroup SpeechModels::group(const QString& locale) const {
+  const std::vector<RecognizerCandidate> candidates = services_.speech.candidates(locale);
+  const RecognizerCandidate* used = firstInstalled(candidates);
+  ModelGroup made;
+  made.id = locale;
+  made.title = languageName(locale);
+  made.ownName = QLocale(locale).nativeLanguageName();
+  made.summary = summary(candidates);
+  made.isInstalled = used != nullptr;
+  made.searchNames = languageSearchNames(locale);
+  for (const RecognizerCandidate& candidate : candidates) {
+    made.rows.push_back(row(candidate, locale, &candidate == used));
+  }
+  return made;
+}
+
+QString SpeechModels::summary(const std::vector<RecognizerCandidate>& candidates) const {
+  for (const RecognizerCandidate& candidate : candidates) {
+    const Model* model = services_.catalogue->find(candidate.model);
+    if (!model) continue;
+    const ModelState state = services_.store.state(*model);
+    if (state.isBusy()) return L("Downloading %1…", "%1 다운로드 중…").arg(candidate.title);
+  }
+  if (const RecognizerCandidate* used = firstInstalled(candidates)) {
+    return L("Uses %1", "%1 사용").arg(used->title);
+  }
+  const Model* best =
+      candidates.empty() ? nullptr : services_.catalogue->find(candidates.front().model);
+  if (!best) return L("Not installed", "설치되지 않음");
+  return L("Not installed · %1 to download", "설치되지 않음 · 다운로드 %1")
+      .arg(sizeText(best->downloadBytes()));
+}
+
+ModelRow SpeechModels::row(const RecognizerCandidate& candidate, const QString& locale,
+                           bool isUsed) const {
+  ModelRow made;
+  made.id = candidate.id;
+  made.title = candidate.title;
+  if (isUsed) made.mark = L("In Use", "사용 중");
+  if (candidate.isInstalled && !isUsed) {
+    made.actions.push_back({ModelAction::use, L("Use This One", "이 모델 사용"), {}});
+  }
+  if (candidate.isChosen) {
+    made.actions.push_back({ModelAction::chooseAutomatically,
+                            L("Choose Automatically", "자동으로 선택"),
+                            L("Velun uses the best one that this computer can run",
+                              "이 컴퓨터에서 실행할 수 있는 가장 좋은 모델을 사용합니다")});
+  }
+  if (const Model* model = services_.catalogue->find(candidate.model)) {
+    made.facts = factsText(*model, languageOf(locale));
+    describe(made, *model, candidate);
+  } else {
+    made.facts = builtInFactsText();
+  }
+  return made;
+}
+
+void SpeechModels::describe(ModelRow& row, const Model& model,
+                            const RecognizerCandidate& candidate) const {
+  const ModelStore& store = services_.store;
+  if (const std::optional<ModelInstallation> there = store.installation(model)) {
+    row.facts.append(installationText(there->date, store.diskBytes(model)));
+    if (!there->isCurrent) {
+      row.facts.append(L("An update is available.", "업데이트가 있습니다."));
+    }
+  }
+  if (!candidate.isSuitable) {
+    row.facts.append(L("This computer may be too slow for it or have too little memory.",
+                       "이 컴퓨터에는 너무 느리거나 메모리가 부족할 수 있습니다."));
+  }
+  showState(row, store.state(model));
+  const std::vector<ModelRowAction> actions = storeActions(store, model);
+  row.actions.insert(row.actions.end(), actions.begin(), actions.end());
+  row.actions.push_back({ModelAction::showLicence, L("License…", "라이선스…"), {}});
+}
+
+void SpeechModels::perform(ModelAction action, const QString& group, const QString& model) {
+  if (action == ModelAction::use) return services_.preferences.setChoice(group, model);
+  if (action == ModelAction::chooseAutomatically) {
+    return services_.preferences.setChoice(group, QString());
+  }
+  const Model* found = services_.catalogue->find(model);
+  if (!found) return;
+  const Model chosen = *found;
+  const Model* marks = services_.catalogue->punctuationFor(chosen, languageOf(group));
+  switch (action) {
+    case ModelAction::install:
+    case ModelAction::update: {
+      std::vector<Model> wanted = {chosen};
+      if (marks && !services_.store.isInstalled(*marks)) wanted.push_back(*marks);
+      if (agreesToLicences(services_.question, wanted)) downloadAsked(services_, wanted);
+      return;
+    }
+    case ModelAction::resume:
+    case ModelAction::retry:
+      downloadAsked(services_, {chosen});
+      return;
+    case ModelAction::pause:
+      return services_.store.pause(chosen);
+    case ModelAction::cancel:
+      return services_.store.cancel(chosen);
+    case ModelAction::remove:
+      return removeAsked(services_, {chosen});
+    case ModelAction::showLicence:
+      return showLicence(services_.question, chosen);
+    case ModelAction::use:
+    case ModelAction::chooseAutomatically:
+      break;
+  }
+}
+
+}  // namespace velun
