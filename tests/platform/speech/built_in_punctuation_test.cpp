@@ -97,11 +97,17 @@ class BuiltInPunctuationTest final : public test::Suite {
     QVERIFY(!BuiltInPunctuation(none, kFolder).punctuationFactory("en_US"));
   }
 
-  void hangingModelIsGivenUp() {
+  void modelThatDoesNotReplyIsGivenUp_data() {
+    QTest::addColumn<int>("signal");
+    QTest::newRow("hangs") << SIGSTOP;
+    QTest::newRow("dies") << SIGKILL;
+  }
+  void modelThatDoesNotReplyIsGivenUp() {
+    QFETCH(int, signal);
     QVERIFY(PunctuationHelper::kReplyTimeout <= std::chrono::seconds(3));
     PunctuationHelper helper(helperProgram(), settings(), std::chrono::milliseconds(50));
     helper.load();
-    kill(helper.helperProcessId(), SIGSTOP);
+    kill(helper.helperProcessId(), signal);
     QCOMPARE(helper.restored("we met +"), QString("we met +"));
     QCOMPARE(helper.failure(),
              std::optional<QString>("Captions have no punctuation, because the part of Velun that "

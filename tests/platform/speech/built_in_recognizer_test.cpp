@@ -23,15 +23,19 @@ class ScriptedPunctuation final : public PunctuationRestorer {
   struct Script {
     bool isSlow = false;
     bool isLoaded = false;
+    /// The failure of the first text.
+    std::optional<QString> failure;
     std::atomic<bool> isWaiting = false;
   };
 
   explicit ScriptedPunctuation(Script& script) : script_(script) {}
-  std::optional<QString> failure() const override { return std::nullopt; }
+  std::optional<QString> failure() const override { return failure_; }
   void load() override { script_.isLoaded = true; }
   QString restored(const QString& text) override {
     script_.isWaiting = true;
     if (script_.isSlow) cancelled_.wait(false);
+    failure_ = script_.failure;
+    if (failure_) return text;
     return QString(text).remove(" |").remove(" +").replace(" ", ", ") + "!";
   }
   void cancel() override {
@@ -41,6 +45,7 @@ class ScriptedPunctuation final : public PunctuationRestorer {
 
  private:
   Script& script_;
+  std::optional<QString> failure_;
   std::atomic<bool> cancelled_ = false;
 };
 
@@ -276,6 +281,21 @@ class BuiltInRecognizerTest final : public test::Suite {
     QCOMPARE(recognizer_->notice().value_or(QString()),
              QString("Captions have no punctuation, because a file of Velun is missing or damaged. "
                      "Install Velun again."));
+  }
+
+  void wordsGoOnWhenPunctuationFails() {
+    const auto punctuation = std::make_shared<ScriptedPunctuationProvider>();
+    punctuation->script.failure = "no marks";
+    const auto recognizer =
+        BuiltInRecognizerProvider(builtInFiles(), punctuation).factory("en_US")();
+    recognizer->load();
+    QVERIFY(!recognizer->notice());
+    recognizer->acceptAudio(clip("0880"));
+    recognizer->finalize();
+    const std::vector<TranscriptionResult> results = recognizer->poll();
+    QVERIFY(!results.empty() && results.back().isFinal);
+    QVERIFY2(results.back().text.startsWith("He was not"), qPrintable(results.back().text));
+    QCOMPARE(recognizer->notice(), std::optional<QString>("no marks"));
   }
 
   void cancelInterruptsPunctuation() {
