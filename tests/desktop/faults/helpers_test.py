@@ -44,6 +44,28 @@ class Translator(FaultCase):
         return [child for child in children(self.program.process.pid) if not is_recognizer(child)]
 
 
+class Punctuation(FaultCase):
+    """The helper that writes sentences, beside that of the built-in recognizer."""
+
+    def helper(self):
+        def find():
+            return [child for child in children(self.program.process.pid) if is_recognizer(child)
+                    and "libsherpa-onnx" in Path(f"/proc/{child}/maps").read_text()]
+        return self.desktop.wait("the helper", find)[0]
+
+    def test_a_helper_that_hangs_costs_only_the_marks(self):
+        self.start_captions()
+        lines = self.speak()
+        self.assertTrue(lines[-1][0].endswith("."), lines)
+        os.kill(self.helper(), signal.SIGSTOP)
+        self.say()
+        self.wait_for_status("Captions have no punctuation", "does not respond")
+        after = self.wait_for_lines(len(lines) + 1)
+        self.assert_kept(lines)
+        self.assertFalse(after[-1][0].endswith("."), after)
+        self.quit()
+
+
 class Recognizer(FaultCase):
     """The neural recognizer with a tiny model."""
 
