@@ -87,8 +87,11 @@ std::unique_ptr<SpeechRun> LocalSpeechPlatform::start(const QString& locale,
   const auto used = std::find_if(all.begin(), all.end(),
                                  [](const auto& candidate) { return candidate.isInstalled; });
   if (used == all.end()) {
-    throw Failure(L("No speech model is installed for this language",
-                    "이 언어의 음성 모델이 설치되어 있지 않습니다"));
+    throw Failure(
+        L("There is no recognizer for this language on this computer. Choose another language, or "
+          "download a speech model in Settings.",
+          "이 컴퓨터에는 이 언어의 인식기가 없습니다. 다른 언어를 선택하거나 설정에서 음성 모델을 "
+          "다운로드하십시오."));
   }
   return std::make_unique<LocalSpeechRun>(
       providerOf(locale, used->id)->makeFactory(locale, used->id), std::move(input), clock_);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/foundation/failure.h"
 #include "platform/speech/built_in/built_in_backend.h"
+#include "platform/speech/built_in/built_in_recognizer_provider.h"
 #include "platform/speech/model_copy.h"
 #include "platform/speech/neural_runs.h"
 #include "support/suite.h"
@@ -49,6 +50,18 @@ class BuiltInFaultsTest final : public test::Suite {
   }
 
  private Q_SLOTS:
+  /// As on processors for which there is no libvosk.
+  void withoutLibraryThereIsNoBuiltInRecognizer() {
+    BuiltInFiles files = copy_.files();
+    files.library.clear();
+    const BuiltInRecognizerProvider provider(files);
+    QVERIFY(provider.candidates("en_US").empty());
+    QVERIFY(!provider.isInstalled("en_US"));
+    QCOMPARE(failureOf([&] { provider.factory("en_US")(); }),
+             QString("There is no recognizer for this language on this computer. Choose another "
+                     "language, or download a speech model in Settings."));
+  }
+
   void deathOfTheHelperLosesOnePhraseAtMost() {
     BuiltInBackend backend(copy_.files().program, settingsOf(copy_), nullptr);
     backend.load();

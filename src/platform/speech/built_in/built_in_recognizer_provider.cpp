@@ -43,12 +43,12 @@ QStringList BuiltInRecognizerProvider::supportedLocales() const {
 
 std::vector<RecognizerCandidate> BuiltInRecognizerProvider::candidates(
     const QString& locale) const {
-  if (locale != kLocale) return {};
+  if (locale != kLocale || files_.library.isEmpty()) return {};
   RecognizerCandidate candidate;
   candidate.id = QStringLiteral("built-in");
   candidate.title = L("Built-in recognizer", "내장 인식기");
-  candidate.isInstalled = QFileInfo(files_.program).isExecutable() && !files_.library.isEmpty() &&
-                          QFileInfo(files_.model).isDir();
+  candidate.isInstalled =
+      QFileInfo(files_.program).isExecutable() && QFileInfo(files_.model).isDir();
   return {candidate};
 }
 

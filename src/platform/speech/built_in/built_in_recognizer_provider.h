@@ -29,8 +29,8 @@ class BuiltInRecognizerProvider final : public RecognizerProvider {
       std::shared_ptr<const CaptionStyle> style = std::make_shared<CaptionStyle>());
 
   QStringList supportedLocales() const override;
-  /// One for its locale, installed when all parts are there. Whether they are undamaged shows when
-  /// the recognizer is loaded.
+  /// One for its locale where there is a libvosk, installed when all parts are there. Whether they
+  /// are undamaged shows when the recognizer is loaded.
   std::vector<RecognizerCandidate> candidates(const QString& locale) const override;
   Factory makeFactory(const QString& locale, const QString& id) const override;
 
