@@ -12,7 +12,7 @@ namespace velun {
 namespace {
 
 /// Seconds. A buffer may be long, and the next update comes with the next buffer.
-constexpr double kBufferReserve = 0.5;
+constexpr double kBufferReserve = 0.75;
 /// A machine that decodes half as fast again as the audio plays catches up in the end. Seconds of
 /// audio by second.
 constexpr double kCatchUpSpeed = 0.5;
