@@ -2,13 +2,15 @@
 // Measures recognition of speech and of noise. Without a folder: the built-in recognizer on read
 // books, synthetic voices, the same with noise, and sounds without speech. With a folder of clips
 // (see readClips and readStyles): word errors on these clips, by style and in total; with
-// --downloaded, of the downloaded recognizer instead of the built-in one.
+// --downloaded, of the downloaded recognizer instead of the built-in one. With --words, a file of
+// names and terms, one a line, they are the user's list; --names measures our sentences with names.
 #include "platform/foundation/system_clock.h"
 #include "platform/models/store/download_store.h"
 #include "platform/speech/built_in/built_in_recognizer_provider.h"
 #include "platform/speech/neural/neural_recognizer_provider.h"
 #include "recognition/clip_styles.h"
 #include "recognition/clips.h"
+#include "recognition/listed_words.h"
 #include "recognition/process_family.h"
 #include "recognition/recognition_run.h"
 
@@ -16,6 +18,7 @@
 #include <cstdio>
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QFile>
 #include <QTemporaryDir>
 
 using namespace velun;
@@ -72,10 +75,37 @@ void printStyles(const std::vector<ClipStyle>& styles, const std::vector<Clip>& 
   printErrors("recognizer_wer_percent", "all", outcome.clipErrors);
 }
 
+void printListedWords(const std::vector<Clip>& clips, const Outcome& outcome,
+                      const QStringList& list) {
+  if (list.isEmpty()) return;
+  const ListedWords words = countListedWords(clips, outcome.clipTexts, list);
+  std::printf("# listed words: %d of %d right, %d heard that were not said\n", words.right,
+              words.spoken, words.falselyHeard);
+  row("recognizer_listed_words_wrong_percent",
+      WordErrors{words.spoken - words.right, words.spoken});
+  row("recognizer_other_words_wer_percent", words.others);
+}
+
+QStringList readLines(const QString& path) {
+  QFile file(path);
+  if (!file.open(QFile::ReadOnly)) throw std::runtime_error(qPrintable(path));
+  return QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+}
+
+/// Our sentences with names.
+void measureNames(RecognizerProvider& provider, bool isVerbose) {
+  const QTemporaryDir folder;
+  const std::vector<Clip> clips = synthesiseNames(folder.path());
+  const Outcome outcome = recognise(provider, kLocale, clips, Pace::asFastAsPossible, isVerbose);
+  printErrors("recognizer_wer_names_percent", "names", outcome.clipErrors);
+  printListedWords(clips, outcome, namesAndTerms());
+}
+
 struct FolderOptions {
   QString folder;
   QString locale;
   bool isRealTime = false;
+  QStringList listed;  ///< names and terms that are counted
 };
 
 void measureFolder(RecognizerProvider& provider, const FolderOptions& options) {
@@ -84,6 +114,7 @@ void measureFolder(RecognizerProvider& provider, const FolderOptions& options) {
   const Pace pace = options.isRealTime ? Pace::realTime : Pace::asFastAsPossible;
   const Outcome outcome = recognise(provider, options.locale, clips, pace, true);
   printStyles(readStyles(options.folder), clips, outcome);
+  printListedWords(clips, outcome, options.listed);
   row("recognizer_real_time_factor", outcome.cpuSeconds / outcome.audioSeconds, "x");
   if (options.isRealTime) printRealTime(outcome);
 }
@@ -139,17 +170,30 @@ int main(int argc, char** argv) {
   parser.addOptions({{"downloaded", "Measure the recognizer that was downloaded."},
                      {"locale", "The language of the clips.", "locale", kLocale},
                      {"real-time", "Play the clips in real time and measure the delays too."},
+                     {"words", "Names and terms that the user has listed.", "file"},
+                     {"without-words", "Count the names and terms, but do not tell them."},
+                     {"names", "Measure sentences with names, with the list of them."},
                      {"verbose", "Print the words of each clip."}});
   parser.process(app);
   try {
+    const QStringList listed = parser.isSet("names")   ? namesAndTerms()
+                               : parser.isSet("words") ? readLines(parser.value("words"))
+                                                       : QStringList();
+    auto style = std::make_shared<CaptionStyle>();
+    if (!parser.isSet("without-words")) style->userWords = listed.join(u'\n');
     BuiltInRecognizerProvider provider(
-        BuiltInFiles::installed(QCoreApplication::applicationDirPath() + "/../bin"));
+        BuiltInFiles::installed(QCoreApplication::applicationDirPath() + "/../bin"), nullptr,
+        style);
+    if (parser.isSet("names")) {
+      measureNames(provider, parser.isSet("verbose"));
+      return 0;
+    }
     if (parser.positionalArguments().isEmpty()) {
       measureAll(provider, parser.isSet("verbose"));
       return 0;
     }
     const FolderOptions options{parser.positionalArguments().first(), parser.value("locale"),
-                                parser.isSet("real-time")};
+                                parser.isSet("real-time"), listed};
     if (parser.isSet("downloaded"))
       measureDownloaded(options);
     else

@@ -185,6 +185,7 @@ Outcome recognise(RecognizerProvider& provider, const QString& locale,
     const WordErrors errors = countWordErrors(clips[i].text, text);
     outcome.words += errors;
     outcome.clipErrors.push_back(errors);
+    outcome.clipTexts.append(text);
     outcome.recognizedWords += static_cast<int>(comparedWords(text).size());
     countDrafts(arrivals, outcome);
     if (isVerbose) {

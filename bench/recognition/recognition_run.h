@@ -15,6 +15,8 @@ struct Outcome {
   WordErrors words;
   /// By clip, in their order.
   std::vector<WordErrors> clipErrors;
+  /// The recognized texts by clip.
+  QStringList clipTexts;
   /// The number of all recognized words.
   int recognizedWords = 0;
   double audioSeconds = 0;

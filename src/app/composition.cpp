@@ -47,9 +47,11 @@ std::shared_ptr<const CaptionStyle> captionStyle(AppSettings& settings) {
   auto style = std::make_shared<CaptionStyle>();
   const auto update = [style, &settings] {
     style->numbersAsDigits = settings.numbersAsDigits();
+    style->userWords = settings.userWords();
   };
   update();
   QObject::connect(&settings, &AppSettings::numbersAsDigitsChanged, &settings, update);
+  QObject::connect(&settings, &AppSettings::userWordsChanged, &settings, update);
   return style;
 }
 
@@ -110,7 +112,9 @@ struct Composition::Parts {
   DBusFileManager files;
   UpdateChecker updater{VELUN_VERSION, VELUN_IS_PACKAGED, updateFeed()};
   AlertQuestion question;
-  SettingsNotesText notes{*desktop, translation, models};
+  SettingsNotesText notes{
+      *desktop, translation, models, settings,
+      BuiltInFiles::installed(QCoreApplication::applicationDirPath()).languageModel()};
   ModelServices modelServices{
       .catalogue = std::make_shared<const ModelCatalogue>(ModelCatalogue::builtIn()),
       .store = models,

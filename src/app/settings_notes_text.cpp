@@ -1,17 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/settings_notes_text.h"
 
+#include "captions/update.h"
 #include "language/localization.h"
 #include "platform/desktop/desktop_platform.h"
 #include "platform/models/model_catalogue.h"
 #include "platform/models/model_store.h"
+#include "platform/speech/helper/ngram_file.h"
 #include "platform/translation/translation_platform.h"
+#include "settings/app_settings.h"
 
 #include <algorithm>
 
 namespace velun {
 
 namespace {
+
+constexpr int kMaxShownWords = 20;
 
 QString speechDownloadText(const ModelStore& models) {
   static const ModelCatalogue catalogue = ModelCatalogue::builtIn();
@@ -47,8 +52,15 @@ QString hidingOnX11() {
 
 SettingsNotesText::SettingsNotesText(const DesktopPlatform& desktop,
                                      const TranslationPlatform& translation,
-                                     const ModelStore& models)
-    : desktop_(desktop), translation_(translation), models_(models) {
+                                     const ModelStore& models, const AppSettings& settings,
+                                     QString vocabulary)
+    : desktop_(desktop),
+      translation_(translation),
+      models_(models),
+      settings_(settings),
+      vocabulary_(std::move(vocabulary)) {
+  connect(&settings, &AppSettings::userWordsChanged, this, &SettingsNotesText::findUnknownWords);
+  findUnknownWords();
   connect(&desktop, &DesktopPlatform::capabilitiesChanged, this, &SettingsNotes::changed);
   connect(&translation, &TranslationPlatform::activityChanged, this, &SettingsNotes::changed);
   connect(&models, &ModelStore::stateChanged, this, &SettingsNotes::changed);
@@ -75,6 +87,30 @@ QString SettingsNotesText::captureHiding() const {
       "caption window while you share your screen.",
       "이 데스크톱에서는 화면 공유·녹화에서 창을 숨길 수 없습니다. 화면을 공유하는 동안에는 자막 "
       "창을 닫으세요.");
+}
+
+void SettingsNotesText::findUnknownWords() {
+  if (settings_.userWords().isEmpty() || vocabulary_.isEmpty()) {
+    search_.cancel();
+    if (update(unknown_, {})) Q_EMIT changed();
+    return;
+  }
+  search_.start([path = vocabulary_, words = settings_.userWords()](
+                    const std::stop_token&) { return unknownUserWords(words, path); },
+                [this](const QStringList& unknown) {
+                  if (update(unknown_, unknown)) Q_EMIT changed();
+                });
+}
+
+QString SettingsNotesText::unknownWords() const {
+  if (unknown_.isEmpty()) return {};
+  QStringList shown = unknown_.mid(0, kMaxShownWords);
+  if (shown.size() < unknown_.size()) shown << QStringLiteral("…");
+  const QString words = shown.join(QStringLiteral(", "));
+  return L(
+      QStringLiteral("The built-in recognizer cannot learn new words and does not know: %1")
+          .arg(words),
+      QStringLiteral("기본 인식기는 새 낱말을 배울 수 없으며 다음 낱말을 모릅니다: %1").arg(words));
 }
 
 QString SettingsNotesText::download() const {

@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/foundation/latest_job.h"
 #include "ui/library/settings_notes.h"
+
+#include <QStringList>
 
 namespace velun {
 
+class AppSettings;
 class DesktopPlatform;
 class ModelStore;
 class TranslationPlatform;
@@ -14,18 +18,26 @@ class SettingsNotesText final : public SettingsNotes {
   Q_OBJECT
 
  public:
-  /// All three must outlive the notes.
+  /// All references must outlive the notes. `vocabulary` is the path of the built-in recognizer's
+  /// language model, which is read when the user lists words; empty where there is none.
   SettingsNotesText(const DesktopPlatform& desktop, const TranslationPlatform& translation,
-                    const ModelStore& models);
+                    const ModelStore& models, const AppSettings& settings, QString vocabulary);
 
   bool hidesFromOthers() const override;
   QString captureHiding() const override;
   QString download() const override;
+  QString unknownWords() const override;
 
  private:
+  void findUnknownWords();
+
   const DesktopPlatform& desktop_;
   const TranslationPlatform& translation_;
   const ModelStore& models_;
+  const AppSettings& settings_;
+  QString vocabulary_;
+  QStringList unknown_;
+  LatestJob search_;
 };
 
 }  // namespace velun

@@ -3,6 +3,7 @@
 
 #include "language/localization.h"
 #include "platform/foundation/preference_store.h"
+#include "settings/user_words.h"
 
 namespace velun {
 
@@ -27,6 +28,7 @@ AppSettings::AppSettings(PreferenceStore* preferences, QObject* parent)
     keepOnTop_ = boolean("keepOnTop", keepOnTop_);
     hideFromScreenSharing_ = boolean("hideFromScreenSharing", hideFromScreenSharing_);
     numbersAsDigits_ = boolean("numbersAsDigits", numbersAsDigits_);
+    userWords_ = normalizedUserWords(text("userWords", userWords_));
   }
   Localization::shared().setLanguage(language_);
 }
@@ -98,6 +100,10 @@ void AppSettings::setHideFromScreenSharing(bool hideFromScreenSharing) {
 
 void AppSettings::setNumbersAsDigits(bool numbersAsDigits) {
   set(numbersAsDigits_, numbersAsDigits, "numbersAsDigits", &AppSettings::numbersAsDigitsChanged);
+}
+
+void AppSettings::setUserWords(const QString& userWords) {
+  set(userWords_, normalizedUserWords(userWords), "userWords", &AppSettings::userWordsChanged);
 }
 
 }  // namespace velun

@@ -38,6 +38,8 @@ class AppSettings final : public QObject {
   bool keepOnTop() const { return keepOnTop_; }
   bool hideFromScreenSharing() const { return hideFromScreenSharing_; }
   bool numbersAsDigits() const { return numbersAsDigits_; }
+  /// Names and terms that recognizers prefer, one a line, as `normalizedUserWords` gives them.
+  const QString& userWords() const { return userWords_; }
 
   void setLanguage(AppLanguage language);
   void setUseMic(bool useMic);
@@ -51,6 +53,7 @@ class AppSettings final : public QObject {
   void setKeepOnTop(bool keepOnTop);
   void setHideFromScreenSharing(bool hideFromScreenSharing);
   void setNumbersAsDigits(bool numbersAsDigits);
+  void setUserWords(const QString& userWords);
 
  Q_SIGNALS:
   void languageChanged();
@@ -65,6 +68,7 @@ class AppSettings final : public QObject {
   void keepOnTopChanged();
   void hideFromScreenSharingChanged();
   void numbersAsDigitsChanged();
+  void userWordsChanged();
   /// Emitted from inside the setter, once the new value is in force and stored.
   void changed(AppSettings::Change change);
 
@@ -86,6 +90,7 @@ class AppSettings final : public QObject {
   bool keepOnTop_ = true;
   bool hideFromScreenSharing_ = false;
   bool numbersAsDigits_ = true;
+  QString userWords_;
 };
 
 }  // namespace velun

@@ -2,6 +2,7 @@
 #include "app/settings_notes_text.h"
 #include "language/localization.h"
 #include "platform/models/model_catalogue.h"
+#include "settings/app_settings.h"
 #include "support/fake_desktop_platform.h"
 #include "support/scripted_model_store.h"
 #include "support/scripted_translation_platform.h"
@@ -18,7 +19,9 @@ class SettingsNotesTest final : public Suite {
   FakeDesktopPlatform desktop_;
   ScriptedTranslationPlatform translation_;
   ScriptedModelStore models_{QString()};
-  const SettingsNotesText notes_{desktop_, translation_, models_};
+  AppSettings settings_;
+  const SettingsNotesText notes_{desktop_, translation_, models_, settings_,
+                                 QStringLiteral(VELUN_LANGUAGE_MODEL)};
 
   static QString modelOf(ModelKind kind) {
     return ModelCatalogue::builtIn().ofKind(kind).front().id;
@@ -29,6 +32,20 @@ class SettingsNotesTest final : public Suite {
     Localization::shared().setLanguage(AppLanguage::english);
     models_.setBusy({});
     translation_.setActivity({});
+  }
+
+  void namesThatTheBuiltInRecognizerCannotLearnAreListed() {
+    if (!QFile::exists(VELUN_LANGUAGE_MODEL)) QSKIP("the built-in model was not installed");
+    QSignalSpy changed(&notes_, &SettingsNotes::changed);
+    QVERIFY(notes_.unknownWords().isEmpty());
+    settings_.setUserWords("Huebner\nDijkstra\nNew York\nO’Hara\nKing Zzyzx");
+    QTRY_COMPARE(notes_.unknownWords(),
+                 QString("The built-in recognizer cannot learn new words and does not know: "
+                         "Dijkstra, King Zzyzx"));
+    QCOMPARE(changed.count(), 1);
+    settings_.setUserWords("Huebner");
+    QTRY_VERIFY(notes_.unknownWords().isEmpty());
+    QCOMPARE(changed.count(), 2);
   }
 
   void captureHidingFollowsTheDesktop_data() {

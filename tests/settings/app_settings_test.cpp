@@ -38,6 +38,7 @@ void checkDefaults(const AppSettings& settings) {
   QCOMPARE(settings.keepOnTop(), true);
   QCOMPARE(settings.hideFromScreenSharing(), false);
   QCOMPARE(settings.numbersAsDigits(), true);
+  QCOMPARE(settings.userWords(), QString());
 }
 
 }  // namespace
@@ -76,7 +77,8 @@ class AppSettingsTest final : public test::Suite {
                     {"askBeforeDiscarding", false},
                     {"keepOnTop", false},
                     {"hideFromScreenSharing", true},
-                    {"numbersAsDigits", false}};
+                    {"numbersAsDigits", false},
+                    {"userWords", QString(" Huebner \n\nhuebner\nDelhi")}};
     const AppSettings settings(&store);
     QCOMPARE(settings.language(), AppLanguage::korean);
     QCOMPARE(Localization::shared().language(), AppLanguage::korean);
@@ -91,6 +93,7 @@ class AppSettingsTest final : public test::Suite {
     QCOMPARE(settings.keepOnTop(), false);
     QCOMPARE(settings.hideFromScreenSharing(), true);
     QCOMPARE(settings.numbersAsDigits(), false);
+    QCOMPARE(settings.userWords(), QString("Huebner\nDelhi"));
     QCOMPARE(store.writes, 0);
   }
 
@@ -103,6 +106,7 @@ class AppSettingsTest final : public test::Suite {
       store.values[key] = no;
     }
     store.values["localeID"] = true;
+    store.values["userWords"] = true;
     store.values["targetID"] = 1.0;
     const AppSettings settings(&store);
     checkDefaults(settings);
@@ -146,8 +150,10 @@ class AppSettingsTest final : public test::Suite {
       QVERIFY(isStored("hideFromScreenSharing", true));
       settings.setNumbersAsDigits(false);
       QVERIFY(isStored("numbersAsDigits", false));
+      settings.setUserWords("Huebner");
+      QVERIFY(isStored("userWords", QString("Huebner")));
     }
-    QCOMPARE(store.values.size(), 12);
+    QCOMPARE(store.values.size(), 13);
   }
 
   void changedIsEmittedOnlyForADifferentValue() {

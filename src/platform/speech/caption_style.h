@@ -2,6 +2,7 @@
 #pragma once
 
 #include <atomic>
+#include <QString>
 
 namespace velun {
 
@@ -9,6 +10,8 @@ namespace velun {
 /// change applies from the next result on.
 struct CaptionStyle {
   std::atomic<bool> numbersAsDigits = true;
+  /// The user's names and terms, one a line. Main thread: a recognizer gets them when it is made.
+  QString userWords;
 };
 
 }  // namespace velun

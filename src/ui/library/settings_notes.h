@@ -19,6 +19,8 @@ class SettingsNotes : public QObject {
   virtual QString captureHiding() const = 0;
   /// The download that is running in the background.
   virtual QString download() const = 0;
+  /// Which of the user's names and terms the built-in recognizer cannot learn.
+  virtual QString unknownWords() const = 0;
 
  Q_SIGNALS:
   /// A note may have changed.

@@ -5,6 +5,7 @@
 #include "ui/common/symbol.h"
 #include "ui/library/language_chooser.h"
 #include "ui/library/settings_form.h"
+#include "ui/library/user_words_editor.h"
 
 #include <array>
 #include <QCheckBox>
@@ -89,6 +90,7 @@ void SettingsView::addCaptionsSection(QVBoxLayout* form) {
   hideFromSharingHere_ = addNote(form);
   numbers_ = addToggle(form);
   numbersNote_ = addNote(form);
+  form->addWidget(new UserWordsEditor(settings_, notes_));
   connect(input_, &QComboBox::activated, this, [this](int index) {
     settings_.setUseMic(allAudioInputs[static_cast<std::size_t>(index)] == AudioInput::microphone);
   });

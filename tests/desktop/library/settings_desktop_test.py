@@ -65,6 +65,9 @@ class Controls(SettingsCase):
                       "recording. Close the caption window while you share your screen."),
             ("check box", "Numbers as digits"),
             ("label", "English captions say “12%” instead of “twelve percent”."),
+            ("label", "Names and Terms"),
+            ("label", "Captions prefer these words where they sound alike. The list stays on this "
+                      "computer and applies from the next start of captions."),
             ("label", "Translation"),
             ("check box", "Live Translation"),
             ("label", "Translation Language"),
@@ -112,6 +115,14 @@ class Controls(SettingsCase):
         self.wait_for_preference("fontSize", 30)
         self.chooser("Translation Language").choose("Spanish")
         self.wait_for_preference("targetID", "es")
+        self.quit()
+
+    def test_names_and_terms_are_stored_and_those_that_are_unknown_are_told(self):
+        names = self.settings.wait_for("text", "Names and Terms")
+        names.set_text("Huebner\nZzyzx")
+        self.wait_for_preference("userWords", "Huebner\nZzyzx")
+        self.settings.wait_for("label", "The built-in recognizer cannot learn new words and does "
+                                        "not know: Zzyzx")
         self.quit()
 
     def test_changes_made_elsewhere_are_shown(self):

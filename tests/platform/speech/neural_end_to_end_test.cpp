@@ -3,6 +3,7 @@
 #include "platform/models/packed_bytes.h"
 #include "platform/models/store/download_store.h"
 #include "platform/speech/local_speech_platform.h"
+#include "platform/speech/neural/neural_backend.h"
 #include "platform/speech/neural/neural_recognizer_provider.h"
 #include "platform/speech/neural_fixture.h"
 #include "support/await.h"
@@ -100,6 +101,43 @@ class NeuralEndToEndTest final : public test::Suite {
     QVERIFY(!platform_->support("en_US")->offer);
     QTRY_VERIFY(store_->busy().isEmpty());
     QCOMPARE(caption(sound("h01.wav")).join(u' '), QString("Turn. Off. The. Music. Now."));
+  }
+
+  void namesOfTheUserAreHeardWhereTheySoundAlike() {
+    std::vector<float> clip = sound("h11.wav");
+    std::uint32_t state = 1;
+    for (float& sample : clip) {
+      state = state * 1664525U + 1013904223U;
+      sample += 0.2F * (static_cast<float>(state >> 8) / (1 << 24) - 0.5F);
+    }
+    const auto captioned = [&clip](const QString& words) {
+      RecognizerSettings settings = transducer();
+      settings.userWords = words;
+      NeuralBackend backend(helperProgram(), settings);
+      backend.load();
+      backend.acceptAudio(clip);
+      backend.finalize();
+      QStringList finals;
+      for (const TranscriptionResult& each : backend.poll()) {
+        if (each.isFinal) finals << each.text;
+      }
+      return finals.join(u' ');
+    };
+    QCOMPARE(captioned({}), QString("Five six nine se eight"));
+    QCOMPARE(captioned("Dijkstra"), QString("Five six nine se eight"));
+    QCOMPARE(captioned("Dijkstra\nFive Six Nine Ten Eight"), QString("Five six nine ten eight"));
+  }
+
+  void recognizersThatCannotUseNamesIgnoreThem() {
+    for (RecognizerSettings settings : {nemoCtc(), zipformerCtc()}) {
+      settings.userWords = "seven\neleven";
+      NeuralBackend backend(helperProgram(), settings);
+      backend.load();
+      backend.acceptAudio(sound("sixseven.wav"));
+      backend.finalize();
+      const std::vector<TranscriptionResult> results = backend.poll();
+      QVERIFY(!results.empty() && results.back().text.startsWith("Six"));
+    }
   }
 
   void cleanupTestCase() {

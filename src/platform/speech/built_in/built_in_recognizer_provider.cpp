@@ -56,9 +56,12 @@ RecognizerProvider::Factory BuiltInRecognizerProvider::makeFactory(const QString
                                                                    const QString& /*id*/) const {
   PunctuationRestorer::Factory marks;
   if (punctuation_) marks = punctuation_->punctuationFactory(locale);
-  return [files = files_, marks, style = style_]() -> std::unique_ptr<RecognizerBackend> {
-    return std::make_unique<BuiltInBackend>(files.program, settingsFor(files),
-                                            marks ? marks() : nullptr, style);
+  return [files = files_, marks, style = style_,
+          userWords = style_->userWords]() -> std::unique_ptr<RecognizerBackend> {
+    RecognizerSettings settings = settingsFor(files);
+    settings.userWords = userWords;
+    return std::make_unique<BuiltInBackend>(files.program, settings, marks ? marks() : nullptr,
+                                            style);
   };
 }
 

@@ -17,6 +17,9 @@ struct BuiltInFiles {
 
   /// The parts that are installed beside the programs in `programFolder`.
   static BuiltInFiles installed(const QString& programFolder);
+
+  /// The path of the model's language model, which has the words that it knows.
+  QString languageModel() const { return model + QStringLiteral("/graph/Gr.fst"); }
 };
 
 /// US English, which needs no download.

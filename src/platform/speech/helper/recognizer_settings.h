@@ -37,6 +37,10 @@ struct RecognizerSettings {
   QString minimumLibrary;        ///< version of sherpa-onnx that the model needs; empty: any
   int threads = 1;               ///< at most the number of cores
 
+  /// Names and terms of the user, one a line, which are preferred where the recognizer can do that;
+  /// empty: none.
+  QString userWords;
+
   // Paths of the punctuation model; empty for none.
   QString punctuationModel;
   QString punctuationVocabulary;

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/helper/sherpa_stream.h"
 
+#include "platform/speech/helper/hotwords.h"
+#include "platform/speech/helper/memory_file.h"
+
 #include <algorithm>
 #include <cmath>
 #include <QFile>
@@ -13,7 +16,19 @@ namespace {
 
 constexpr int kRate = 16000;
 
-const void* create(const sherpa::Library& library, const RecognizerSettings& settings) {
+/// What each token of a name or term of the user adds to the logarithm of a hypothesis’ likelihood.
+constexpr float kHotwordsScore = 2.0F;
+
+Hotwords hotwordsFor(const RecognizerSettings& settings, const ModelSteps& steps) {
+  // Only these transducers have a search that takes them.
+  if (settings.userWords.isEmpty() || !steps.remembersTokens) return {};
+  QFile tokens(settings.tokens);
+  if (!tokens.open(QIODevice::ReadOnly)) return {};
+  return makeHotwords(settings.userWords, tokens.readAll());
+}
+
+const void* create(const sherpa::Library& library, const RecognizerSettings& settings,
+                   const Hotwords& hotwords) {
   const auto path = [](const QString& text) {
     return QFile::encodeName(text);
   };
@@ -42,6 +57,17 @@ const void* create(const sherpa::Library& library, const RecognizerSettings& set
   config.rule1Silence = static_cast<float>(std::clamp(settings.idleSilence, 0.2, 60.0));
   config.rule2Silence = static_cast<float>(std::clamp(settings.endpointSilence, 0.2, 2.0));
   config.rule3Length = static_cast<float>(std::clamp(settings.maxPhrase, 5.0, 60.0));
+  if (hotwords.text.isEmpty()) return library.createRecognizer(&config);
+  // Greedy search has no hypotheses to choose from.
+  config.decodingMethod = "modified_beam_search";
+  config.hotwordsScore = kHotwordsScore;
+  config.hotwordsText = hotwords.text.constData();
+  config.hotwordsTextBytes = static_cast<std::int32_t>(hotwords.text.size());
+  config.model.modelingUnit = hotwords.unit.constData();
+  // sherpa-onnx takes the vocabulary as a file only, and reads it at once.
+  const FileDescriptor vocabulary = memoryFile("vocabulary", hotwords.vocabulary);
+  const QByteArray vocabularyPath = pathOfDescriptor(vocabulary).toLatin1();
+  if (!hotwords.vocabulary.isEmpty()) config.model.bpeVocabulary = vocabularyPath.constData();
   return library.createRecognizer(&config);
 }
 
@@ -51,7 +77,8 @@ SherpaStream::SherpaStream(const sherpa::Library& library, const RecognizerSetti
     : library_(library),
       settings_(settings),
       steps_(checkRecognitionModel(settings)),
-      recognizer_(create(library, settings), library.destroyRecognizer),
+      recognizer_(create(library, settings, hotwordsFor(settings, steps_)),
+                  library.destroyRecognizer),
       stream_(nullptr, library.destroyStream) {
   if (!recognizer_) throw std::runtime_error("the model cannot be loaded");
   begin();

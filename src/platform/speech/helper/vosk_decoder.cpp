@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/helper/vosk_decoder.h"
 
+#include "platform/speech/helper/favouring_model.h"
 #include "platform/speech/helper/file_sums.h"
 
 #include <algorithm>
@@ -49,7 +50,17 @@ VoskDecoder::VoskDecoder(const vosk::Library& library, const RecognizerSettings&
       model_(nullptr, library.destroyModel),
       recognizer_(nullptr, library.destroyRecognizer) {
   checkFiles(settings.voskModel, settings.voskModelSums.toUtf8());
-  model_.reset(library_.createModel(QFile::encodeName(settings.voskModel).constData()));
+  if (settings.userWords.isEmpty()) {
+    load(settings.voskModel);
+  } else {
+    // Its files are needed while they are being loaded only.
+    const FavouringModel favouring(settings.voskModel, settings.userWords);
+    load(favouring.folder());
+  }
+}
+
+void VoskDecoder::load(const QString& folder) {
+  model_.reset(library_.createModel(QFile::encodeName(folder).constData()));
   if (!model_) throw std::runtime_error("the speech model cannot be loaded");
   recognizer_ = create();
 }

@@ -46,6 +46,8 @@ class VoskDecoder {
   using Model = std::unique_ptr<VoskModel, void (*)(VoskModel*)>;
   using Recognizer = std::unique_ptr<VoskRecognizer, void (*)(VoskRecognizer*)>;
 
+  /// Throws `std::runtime_error`.
+  void load(const QString& folder);
   Recognizer create() const;
   HeardWords take(const char* json);
 

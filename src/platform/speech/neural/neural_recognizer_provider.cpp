@@ -126,6 +126,7 @@ RecognizerSettings NeuralRecognizerProvider::settings(const Model& model,
                                                       const QString& locale) const {
   RecognizerSettings settings = modelSettings(model, store_.folder(model), locale);
   settings.threads = decodeThreads();
+  settings.userWords = style_->userWords;
   addPunctuation(settings, catalogue_.punctuationFor(model, languageCode(locale)));
   return settings;
 }
