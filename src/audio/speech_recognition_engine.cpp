@@ -20,7 +20,7 @@ constexpr auto kSilenceCheckInterval = 500ms;
 constexpr double kMaxSilenceInPhrase = 1.0;
 /// How long a stop waits for the rest of the audio to be decoded. Finalizing a long phrase takes
 /// less on a machine that keeps up.
-constexpr auto kFinishTimeout = 2s;
+constexpr auto kFinishTimeout = 1800ms;
 /// Seconds without audio after which the level meter is empty.
 constexpr double kMeterTimeout = 0.25;
 

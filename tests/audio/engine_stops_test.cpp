@@ -44,7 +44,7 @@ class EngineStopsTest final : public test::Suite {
   void stopDoesNotWaitForARecognizerThatHangs() {
     Fixture f;
     f.beginStop();
-    f.advance(1900ms);
+    f.advance(1700ms);
     QVERIFY(!f.hasStopped());
     f.advance(100ms);
     QVERIFY(f.hasStopped());

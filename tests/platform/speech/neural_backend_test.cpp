@@ -186,6 +186,19 @@ class NeuralBackendTest final : public test::Suite {
     QVERIFY2(finals[1].endsWith("music now"), qPrintable(finals[1]));
   }
 
+  void endlessSpeechIsNotCutInAWord() {
+    std::vector<float> samples;
+    while (samples.size() < 70UL * 16000) samples = samples + spoken(numbers_);
+    const QStringList finals = finalsOf(nemoCtc(), samples);
+    QVERIFY(finals.size() >= 4);
+    const QStringList known{"five", "six", "nine", "ten", "eight"};
+    for (const QString& line : finals) {
+      const QStringList words = line.toLower().split(u' ');
+      QVERIFY2(words.size() <= 31, qPrintable(line));
+      QVERIFY2(known.contains(words.first()) && known.contains(words.last()), qPrintable(line));
+    }
+  }
+
   void draftsGrow() {
     NeuralBackend backend(helperProgram(), transducer());
     backend.load();

@@ -5,6 +5,7 @@
 #include "platform/speech/english/english_text.h"
 #include "platform/speech/english/sentence_marks.h"
 #include "platform/speech/english/titles.h"
+#include "platform/speech/helper/finished_words.h"
 
 #include <algorithm>
 #include <QStringList>
@@ -18,8 +19,6 @@ namespace {
 constexpr std::size_t kContextWords = 24;
 /// Seconds of silence after which the words before do not belong to what is said.
 constexpr double kNewTalk = 4;
-/// A sentence that is longer is written in parts: at 20 words in 8 seconds it has waited long.
-constexpr std::size_t kMaxUnfinishedWords = 30;
 
 CaptionWords captionWords(const std::vector<RecognizedWord>& heard, bool isBeforePause) {
   CaptionWords words;
@@ -42,17 +41,14 @@ CaptionWords withoutMarks(CaptionWords words) {
 
 /// How many words of a phrase that was cut belong to finished sentences.
 std::size_t countFinished(const CaptionWords& words) {
-  const auto isEnd = [](const CaptionWord& word) {
-    return endsSentence(word);
-  };
-  const auto end = std::find_if(words.rbegin(), words.rend(), isEnd).base();
-  if (end != words.begin()) return static_cast<std::size_t>(end - words.begin());
-  if (words.size() <= kMaxUnfinishedWords) return 0;
-  const auto isMarked = [](const CaptionWord& word) {
-    return !word.marks.isEmpty();
-  };
-  const auto part = std::find_if(words.rbegin(), words.rend(), isMarked).base();
-  return part == words.begin() ? words.size() : static_cast<std::size_t>(part - words.begin());
+  std::vector<PhraseWord> plain;
+  for (const CaptionWord& word : words) {
+    PhraseWord each;
+    each.endsSentence = endsSentence(word);
+    each.hasMark = !word.marks.isEmpty();
+    plain.push_back(each);
+  }
+  return countFinishedWords(plain, 0);
 }
 
 }  // namespace

@@ -32,7 +32,7 @@ struct RecognizerSettings {
   int tailSilenceMs = 500;       ///< silence fed to get the last word out of the model
   double endpointSilence = 0.6;  ///< seconds after the last word that end a phrase
   double idleSilence = 2.4;      ///< seconds without any words that reset the model
-  double maxPhrase = 20;         ///< seconds; a longer phrase is ended
+  double maxPhrase = 20;         ///< seconds without a new line; a longer phrase is ended
   int featureDimension = 80;     ///< NeMo transducers use that of their encoder instead
   QString minimumLibrary;        ///< version of sherpa-onnx that the model needs; empty: any
   int threads = 1;               ///< at most the number of cores

@@ -15,6 +15,9 @@ namespace velun {
 namespace {
 
 constexpr int kRate = 16000;
+/// Seconds. Beyond this sherpa-onnx ends a phrase, also in the middle of a word; the recognizers
+/// end it between words before.
+constexpr float kMaxSegment = 300;
 
 /// What each token of a name or term of the user adds to the logarithm of a hypothesis’ likelihood.
 constexpr float kHotwordsScore = 2.0F;
@@ -56,7 +59,7 @@ const void* create(const sherpa::Library& library, const RecognizerSettings& set
   config.detectsEndpoints = 1;
   config.rule1Silence = static_cast<float>(std::clamp(settings.idleSilence, 0.2, 60.0));
   config.rule2Silence = static_cast<float>(std::clamp(settings.endpointSilence, 0.2, 2.0));
-  config.rule3Length = static_cast<float>(std::clamp(settings.maxPhrase, 5.0, 60.0));
+  config.rule3Length = kMaxSegment;
   if (hotwords.text.isEmpty()) return library.createRecognizer(&config);
   // Greedy search has no hypotheses to choose from.
   config.decodingMethod = "modified_beam_search";

@@ -26,6 +26,11 @@ constexpr double kLongPhrase = 8.0;
 constexpr double kLongPhraseWithMarks = 14.0;
 constexpr double kLongPhraseSilence = 0.36;
 
+/// Seconds. A phrase may go on for so long, one line after the other. Then, and when there is no
+/// new line for `maxPhrase`, it is ended between two words.
+constexpr double kMaxSegment = 60;
+constexpr double kMinGap = 0.2;
+
 /// A new stream starts with the audio of the old one from this many seconds before its last step.
 constexpr double kOverlap = 0.3;
 
@@ -88,8 +93,11 @@ double StreamingRecognizer::segmentSeconds() const {
 /// Whether a long phrase is in a short silence.
 bool StreamingRecognizer::hasPaused() const {
   const double longPhrase = settings_.writesMarks ? kLongPhraseWithMarks : kLongPhrase;
-  return isInPhrase() && segmentSeconds() - lineBegin_ > longPhrase &&
-         segmentSeconds() - lastWord_ > kLongPhraseSilence;
+  const double length = segmentSeconds() - lineBegin_;
+  const bool isTooLong = length > settings_.maxPhrase || segmentSeconds() > kMaxSegment;
+  const double silence = isTooLong ? kMinGap : kLongPhraseSilence;
+  return isInPhrase() && (isTooLong || length > longPhrase) &&
+         segmentSeconds() - lastWord_ > silence;
 }
 
 /// Whether silence follows a sentence that ended with a mark. For sherpa-onnx the silence begins
