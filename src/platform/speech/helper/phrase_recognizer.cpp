@@ -36,7 +36,7 @@ const std::vector<float> kPause(4800, 0.0F);
 
 /// Seconds of processor time for the second hearing, so that the final words of long phrases, and
 /// of music, do not come late: on an idle machine speech takes a tenth of its duration.
-constexpr double kMaxSecondHearing = 1.0;
+constexpr double kMaxSecondHearing = 2.0;
 /// The second hearing checks its time after so many samples, 0.4 s.
 constexpr std::size_t kTimedPiece = 6400;
 
