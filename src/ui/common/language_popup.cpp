@@ -94,6 +94,10 @@ void LanguagePopup::open(const QString& title, std::vector<LanguageChoice> choic
   Q_EMIT opened();
 }
 
+void LanguagePopup::addTyped(const QString& text) {
+  search_->insert(text);
+}
+
 void LanguagePopup::place(const QRect& anchor) {
   const QScreen* screen = QGuiApplication::screenAt(anchor.center());
   const QRect area = (screen ? screen : this->screen())->availableGeometry();

@@ -34,6 +34,9 @@ class LanguagePopup final : public QWidget {
   void open(const QString& title, std::vector<LanguageChoice> choices, const QString& current,
             const QRect& anchor, const QString& typed = {});
 
+  /// Adds to the search text, for keys that arrive before the window has the keyboard.
+  void addTyped(const QString& text);
+
  Q_SIGNALS:
   /// Emitted after it was closed.
   void chosen(const QString& identifier);

@@ -116,6 +116,8 @@ void LanguageChooser::keyPressEvent(QKeyEvent* event) {
   const bool isCommand = event->modifiers() & (Qt::ControlModifier | Qt::AltModifier);
   if (isCommand || typed.trimmed().isEmpty() || !typed.at(0).isPrint()) {
     QComboBox::keyPressEvent(event);
+  } else if (isOpen()) {
+    popup_->addTyped(typed);
   } else {
     open(typed);
   }

@@ -240,7 +240,9 @@ class SettingsViewTest final : public test::Suite {
     QVERIFY(popup->isVisible());
     auto* search = popup->findChild<QLineEdit*>();
     QCOMPARE(search->text(), QString("s"));
-    QTest::keyClicks(search, "pan");
+    QTest::keyClicks(chooser, "p");
+    QCOMPARE(search->text(), QString("sp"));
+    QTest::keyClicks(search, "an");
     QTest::keyClick(search, Qt::Key_Return);
     QVERIFY(!popup->isVisible());
     QCOMPARE(settings_->targetID(), QString("es"));
