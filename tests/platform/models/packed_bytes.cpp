@@ -66,6 +66,10 @@ QByteArray tarBzip2(const std::vector<ArchiveEntry>& entries) {
   });
 }
 
+QByteArray zipped(const std::vector<ArchiveEntry>& entries) {
+  return written(entries, [](archive* writer) { archive_write_set_format_zip(writer); });
+}
+
 QByteArray sha256(const QByteArray& contents) {
   return QCryptographicHash::hash(contents, QCryptographicHash::Sha256).toHex();
 }

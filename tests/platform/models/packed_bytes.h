@@ -18,6 +18,8 @@ QByteArray gzipped(const QByteArray& contents);
 QByteArray zstdCompressed(const QByteArray& contents);
 QByteArray tarBzip2(const std::vector<ArchiveEntry>& entries);
 
+QByteArray zipped(const std::vector<ArchiveEntry>& entries);
+
 QByteArray sha256(const QByteArray& contents);
 
 /// Bytes that cannot be compressed, always the same for a seed.

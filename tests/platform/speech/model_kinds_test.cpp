@@ -2,6 +2,7 @@
 #include "platform/models/model_server.h"
 #include "platform/models/packed_bytes.h"
 #include "platform/models/store/download_store.h"
+#include "platform/speech/built_in/built_in_recognizer_provider.h"
 #include "platform/speech/local_speech_platform.h"
 #include "platform/speech/neural/neural_recognizer_provider.h"
 #include "platform/speech/neural_fixture.h"
@@ -10,6 +11,7 @@
 #include "support/manual_clock.h"
 #include "support/suite.h"
 
+#include <QDirIterator>
 #include <QJsonArray>
 #include <QTemporaryDir>
 
@@ -104,9 +106,10 @@ class ModelKindsTest final : public test::Suite {
     }
   }
 
-  static QString wordsOf(LocalSpeechPlatform& platform, const std::vector<float>& samples) {
+  static QString wordsOf(LocalSpeechPlatform& platform, const std::vector<float>& samples,
+                         const QString& locale = "en_US") {
     const auto input = std::make_shared<SpeechInput>();
-    const std::unique_ptr<SpeechRun> run = platform.start("en_US", input);
+    const std::unique_ptr<SpeechRun> run = platform.start(locale, input);
     QStringList lines;
     connect(run.get(), &SpeechRun::resultReady, run.get(),
             [&lines](const TranscriptionResult& result) {
@@ -118,6 +121,20 @@ class ModelKindsTest final : public test::Suite {
     input->yield({samples});
     await(run->finish());
     return lines.join(" | ");
+  }
+
+  /// The built-in English model as a zip archive in a folder.
+  static QByteArray voskArchive() {
+    const QString folder = BuiltInFiles::installed(QFileInfo(helperProgram()).path()).model;
+    std::vector<ArchiveEntry> entries;
+    QDirIterator files(folder, QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+      QFile file(files.next());
+      if (!file.open(QIODevice::ReadOnly)) qFatal("%s is missing", qPrintable(file.fileName()));
+      const QString name = QDir(folder).relativeFilePath(file.fileName());
+      entries.push_back({"vosk-model-small/" + name, file.readAll(), {}});
+    }
+    return zipped(entries);
   }
 
  private Q_SLOTS:
@@ -167,6 +184,35 @@ class ModelKindsTest final : public test::Suite {
     const std::vector<float> samples = sound("h01.wav") + std::vector<float>(19200, 0.0F) +
                                        sound("h08.wav") + std::vector<float>(19200, 0.0F);
     QTEST(wordsOf(platform, samples), "words");
+  }
+
+  void recognizesWordsWithVosk() {
+    Model model = entry("vosk-small-ca-0.4", {});
+    const QString name = model.options["archive"].toString();
+    const QByteArray archive = voskArchive();
+    const QTemporaryDir folder;
+    ModelServer server;
+    server.files["/" + name] = archive;
+    model.downloads = {{{server.address("/" + name)},
+                        archive.size(),
+                        sha256(archive),
+                        ModelPacking::none,
+                        {{name, archive.size(), sha256(archive)}}}};
+    const ModelCatalogue catalogue({model});
+    ModelStoreOptions options;
+    options.root = folder.path();
+    DownloadStore store(catalogue, options, clock_, [] { return false; });
+    LocalSpeechPlatform platform(
+        {std::make_shared<NeuralRecognizerProvider>(catalogue, store, helperProgram())}, clock_);
+    const std::shared_ptr<SpeechModelOffer> offer = platform.support("ca_ES")->offer;
+    QVERIFY(offer);
+    QCOMPARE(failureOf(offer->install(std::stop_token())), QString());
+    const std::vector<float> samples = sound("h01.wav") + std::vector<float>(16000, 0.0F);
+    QCOMPARE(wordsOf(platform, samples, "ca_ES"), QString("Turn off the music now"));
+    // Only the archive stays on the disk.
+    const QDir installed(store.folder(model));
+    QCOMPARE(installed.entryList({"unpacked*"}, QDir::AllEntries), QStringList());
+    QVERIFY(store.isInstalled(model));
   }
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/helper/phrase_recognizer.h"
 
+#include "platform/speech/helper/caption_text.h"
 #include "platform/speech/helper/combined_hearings.h"
 #include "platform/speech/helper/speech_level.h"
 #include "platform/speech/helper/words_in_noise.h"
@@ -57,10 +58,17 @@ bool isSure(const HeardWords& second, bool isLikelySpeech) {
   return isLikelySpeech || (second.size() > 1 && meanConfidence(second) >= kMinConfidenceOfFew);
 }
 
+/// The words as a line. Without a language they stay as they are, for a program that writes them.
+QString lineOf(const QStringList& words, const QString& language) {
+  const bool hasNoBlanks = language == "ja" || language == "zh";
+  const QString line = words.join(hasNoBlanks ? QString() : QStringLiteral(" "));
+  return language.isEmpty() ? line : cased(line, language, false);
+}
+
 }  // namespace
 
 PhraseRecognizer::PhraseRecognizer(const vosk::Library& library, const RecognizerSettings& settings)
-    : decoder_(library, settings) {}
+    : decoder_(library, settings), language_(settings.language) {}
 
 void PhraseRecognizer::accept(std::span<const float> samples) {
   const std::vector<float> usable = usableSamples(samples);
@@ -167,7 +175,7 @@ TranscriptionResult PhraseRecognizer::written(HeardWords words, bool isFinal) co
     word.end += begin;
     texts.append(word.text);
   }
-  return {texts.join(u' '), isFinal, std::move(words)};
+  return {lineOf(texts, language_), isFinal, std::move(words)};
 }
 
 void PhraseRecognizer::finalize() {

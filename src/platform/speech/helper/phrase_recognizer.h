@@ -10,7 +10,8 @@ namespace velun {
 
 /// Recognizes speech phrase by phrase with libvosk. The first hearing of a phrase gives the drafts.
 /// At its end the phrase is heard again, adapted to its voice, for the final words: this removes a
-/// fifth of the errors (docs/recognition.md). Writes lower-case words without punctuation.
+/// fifth of the errors (docs/recognition.md). Writes lower-case words without
+/// punctuation; if the settings name a language, lines that begin with a capital letter.
 class PhraseRecognizer final : public StreamRecognizer {
  public:
   /// Checks and loads the model. Throws `DamagedFile` and `std::runtime_error`.
@@ -32,6 +33,7 @@ class PhraseRecognizer final : public StreamRecognizer {
   TranscriptionResult written(HeardWords words, bool isFinal) const;
 
   VoskDecoder decoder_;
+  QString language_;
   PhraseDetector phrases_;
   StableDraft stable_;
   std::vector<float> partialFrame_;

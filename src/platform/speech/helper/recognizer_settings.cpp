@@ -14,6 +14,8 @@ void visit(Settings& settings, const Visitor& each) {
   each("voskLibrary", settings.voskLibrary);
   each("voskModel", settings.voskModel);
   each("voskModelSums", settings.voskModelSums);
+  each("voskArchive", settings.voskArchive);
+  each("voskArchiveSum", settings.voskArchiveSum);
   each("encoder", settings.encoder);
   each("decoder", settings.decoder);
   each("joiner", settings.joiner);

@@ -11,8 +11,10 @@ struct RecognizerSettings {
   // Paths. A libvosk model has the first two, a transducer of sherpa-onnx the next three, a CTC
   // model one of the two after them; none of them: only punctuation is restored.
   QString voskLibrary;
-  QString voskModel;      ///< a folder
-  QString voskModelSums;  ///< SHA-256 of its files, in the format of `sha256sum`
+  QString voskModel;       ///< a folder
+  QString voskModelSums;   ///< SHA-256 of its files, in the format of `sha256sum`
+  QString voskArchive;     ///< the model's archive, instead of the folder and the sums
+  QString voskArchiveSum;  ///< its SHA-256, in hexadecimal
   QString encoder;
   QString decoder;
   QString joiner;
@@ -46,7 +48,7 @@ struct RecognizerSettings {
   QString punctuationVocabulary;
   QString punctuationSums;  ///< SHA-256 of both files as in `voskModelSums`; empty: not checked
 
-  bool usesVosk() const { return !voskModel.isEmpty(); }
+  bool usesVosk() const { return !voskModel.isEmpty() || !voskArchive.isEmpty(); }
   bool hasRecognizer() const { return !tokens.isEmpty(); }
   bool hasPunctuation() const { return !punctuationModel.isEmpty(); }
 

@@ -3,6 +3,7 @@
 
 #include "platform/speech/helper/favouring_model.h"
 #include "platform/speech/helper/file_sums.h"
+#include "platform/speech/helper/model_archive.h"
 
 #include <algorithm>
 #include <malloc.h>
@@ -49,6 +50,11 @@ VoskDecoder::VoskDecoder(const vosk::Library& library, const RecognizerSettings&
     : library_(library),
       model_(nullptr, library.destroyModel),
       recognizer_(nullptr, library.destroyRecognizer) {
+  if (!settings.voskArchive.isEmpty()) {
+    const ModelArchive archive(settings.voskArchive, settings.voskArchiveSum.toLatin1());
+    load(archive.folder());
+    return;
+  }
   checkFiles(settings.voskModel, settings.voskModelSums.toUtf8());
   if (settings.userWords.isEmpty()) {
     load(settings.voskModel);

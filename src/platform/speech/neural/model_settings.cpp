@@ -42,6 +42,10 @@ RecognizerSettings modelSettings(const Model& model, const QString& folder, cons
   settings.ctc = options.path("ctc");
   settings.nemoCtc = options.path("nemoCtc");
   settings.tokens = options.path("tokens");
+  settings.voskArchive = options.path("archive");
+  if (runsInVosk(model)) {
+    settings.voskArchiveSum = QString::fromLatin1(model.downloads.front().sha256);
+  }
   settings.modelType = options.text("modelType");
   settings.hearsLanguage = options.flag("languageOption");
   settings.foldsLetters = options.text("letters") == "fold";

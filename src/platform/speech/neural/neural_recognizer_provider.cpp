@@ -6,6 +6,7 @@
 #include "platform/foundation/language_identifier.h"
 #include "platform/speech/helper/recognizer_settings.h"
 #include "platform/speech/helper/sherpa_library.h"
+#include "platform/speech/helper/vosk_library.h"
 #include "platform/speech/neural/english_backend.h"
 #include "platform/speech/neural/model_settings.h"
 #include "platform/speech/neural/neural_backend.h"
@@ -75,6 +76,7 @@ NeuralRecognizerProvider::NeuralRecognizerProvider(ModelCatalogue catalogue, Mod
       store_(store),
       program_(std::move(program)),
       library_(sherpa::versionBeside(sherpa::findLibrary(QFileInfo(program_).path()))),
+      vosk_(vosk::findLibrary(QFileInfo(program_).path())),
       style_(std::move(style)) {}
 
 QString NeuralRecognizerProvider::installedProgram() {
@@ -127,11 +129,18 @@ RecognizerSettings NeuralRecognizerProvider::settings(const Model& model,
   RecognizerSettings settings = modelSettings(model, store_.folder(model), locale);
   settings.threads = decodeThreads();
   settings.userWords = style_->userWords;
+  if (runsInVosk(model)) settings.voskLibrary = vosk_;
   addPunctuation(settings, catalogue_.punctuationFor(model, languageCode(locale)));
   return settings;
 }
 
 std::optional<QString> NeuralRecognizerProvider::obstacle(const Model& model) const {
+  if (runsInVosk(model) && vosk_.isEmpty()) {
+    return L(
+        QString("“%1” needs libvosk, which Velun has only on x86-64 processors.").arg(model.title),
+        QString("‘%1’에는 libvosk가 필요하며, Velun은 이를 x86-64 프로세서에서만 제공합니다.")
+            .arg(model.title));
+  }
   const QVersionNumber needed = minimumLibrary(model);
   if (library_.isNull() || library_ >= needed) return std::nullopt;
   return L(QString("“%1” needs sherpa-onnx %2 or newer. Install the latest version of Velun.")

@@ -51,6 +51,7 @@ class NeuralRecognizerProvider final : public RecognizerProvider {
   ModelStore& store_;
   QString program_;
   QVersionNumber library_;  ///< of sherpa-onnx; null if it is not known
+  QString vosk_;            ///< libvosk; empty if there is none
   std::shared_ptr<const CaptionStyle> style_;
 };
 
