@@ -4,18 +4,44 @@
 #include "language/localization.h"
 #include "ui/models/models_page.h"
 
+#include <QApplication>
+#include <QScrollArea>
 #include <QTabBar>
 
 namespace velun {
 
 SettingsPages::SettingsPages(QWidget* general, QWidget* models) {
   setDocumentMode(true);
+  // The tabs take the focus themselves.
+  setFocusProxy(nullptr);
+  setFocusPolicy(Qt::NoFocus);
+  tabBar()->setFocusPolicy(Qt::TabFocus);
   tabBar()->setExpanding(true);
   addTab(general, QString());
   if (models) addTab(models, QString());
   setTabBarAutoHide(true);
+  // A scroll area does so only for controls that get the focus from another one inside it.
+  connect(qApp, &QApplication::focusChanged, this,
+          [this](const QWidget*, QWidget* control) { showFocused(control); });
   connect(&Localization::shared(), &Localization::languageChanged, this, &SettingsPages::translate);
   translate();
+}
+
+void SettingsPages::showEvent(QShowEvent* event) {
+  QTabWidget::showEvent(event);
+  const QWidget* page = currentWidget();
+  if (!page || window()->focusWidget()) return;
+  for (QWidget* each = page->nextInFocusChain(); each != page; each = each->nextInFocusChain()) {
+    const bool takesFocus = (each->focusPolicy() & Qt::TabFocus) && each->isEnabled();
+    if (takesFocus && page->isAncestorOf(each)) return each->setFocus(Qt::OtherFocusReason);
+  }
+}
+
+void SettingsPages::showFocused(QWidget* control) {
+  if (!control || !isAncestorOf(control)) return;
+  for (QWidget* each = control->parentWidget(); each != this; each = each->parentWidget()) {
+    if (auto* area = qobject_cast<QScrollArea*>(each)) area->ensureWidgetVisible(control);
+  }
 }
 
 void SettingsPages::translate() {

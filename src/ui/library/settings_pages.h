@@ -13,7 +13,13 @@ class SettingsPages final : public QTabWidget {
   /// Takes ownership of the pages; `models` may be null.
   SettingsPages(QWidget* general, QWidget* models);
 
+ protected:
+  /// The keyboard begins at the first control of the page, not at the tabs.
+  void showEvent(QShowEvent* event) override;
+
  private:
+  /// Scrolls to a control that gets the focus from the tabs.
+  void showFocused(QWidget* control);
   void translate();
 };
 

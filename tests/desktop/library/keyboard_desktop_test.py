@@ -6,7 +6,7 @@ from library_case import TITLE, LibraryCase
 
 # What a control that takes the keyboard can be.
 ROLES = {"push button", "button menu", "check box", "combo box", "text", "list", "list item",
-         "label"}
+         "label", "page tab list", "page tab"}
 
 
 class KeyboardCase(LibraryCase):
@@ -22,12 +22,12 @@ class KeyboardCase(LibraryCase):
         return node.label or node.name
 
     def focused(self, window):
-        """The innermost control that has the keyboard. Rows say so of themselves even while their
-        list does not have it.
+        """The innermost control that has the keyboard. Rows and tabs say so of themselves even while
+        their list does not have it.
         """
         holders = [node for node in window.walk()
                    if {"focused", "focusable", "showing"} <= node.states
-                   and node.role != "list item"]
+                   and node.role not in ("list item", "page tab")]
         return holders[-1] if holders else None
 
     def wait_for_focus(self, window, title):
@@ -214,7 +214,7 @@ class Settings(KeyboardCase):
              "Numbers as digits", "Names and Terms", "Live Translation", "Translation Language",
              "Show Translation Only",
              "Save new sessions automatically", "Ask to save before a new session or quitting",
-             "Open Sessions Folder"]
+             "Open Sessions Folder", "General"]
 
     def setUp(self):
         super().setUp()
