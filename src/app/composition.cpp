@@ -55,10 +55,23 @@ std::shared_ptr<const CaptionStyle> captionStyle(AppSettings& settings) {
   return style;
 }
 
-LocalSpeechPlatform::Providers recognizers(ModelStore& models,
-                                           const std::shared_ptr<const CaptionStyle>& style) {
+/// Keeps the speed of recognizers. Any thread.
+NeuralRecognizerProvider::SpeedReport keepSpeed(
+    const std::shared_ptr<RecognizerPreferences>& preferences) {
+  return [preferences](const QString& id, double realTimeFactor) {
+    const auto keep = [preferences, id, realTimeFactor] {
+      preferences->addRealTimeFactor(id, realTimeFactor);
+    };
+    QMetaObject::invokeMethod(preferences.get(), keep, Qt::QueuedConnection);
+  };
+}
+
+LocalSpeechPlatform::Providers recognizers(
+    ModelStore& models, const std::shared_ptr<const CaptionStyle>& style,
+    const std::shared_ptr<RecognizerPreferences>& preferences) {
   const auto neural = std::make_shared<NeuralRecognizerProvider>(
-      ModelCatalogue::builtIn(), models, NeuralRecognizerProvider::installedProgram(), style);
+      ModelCatalogue::builtIn(), models, NeuralRecognizerProvider::installedProgram(), style,
+      keepSpeed(preferences));
   const QString programs = QCoreApplication::applicationDirPath();
   const BuiltInFiles files = BuiltInFiles::installed(programs);
   const auto punctuation = std::make_shared<BuiltInPunctuation>(
@@ -103,8 +116,8 @@ struct Composition::Parts {
                        DownloadStore::isConnectionMetered};
   std::shared_ptr<RecognizerPreferences> recognizerPreferences =
       std::make_shared<RecognizerPreferences>(&preferences);
-  LocalSpeechPlatform speech{recognizers(models, captionStyle(settings)), clock,
-                             recognizerPreferences};
+  LocalSpeechPlatform speech{recognizers(models, captionStyle(settings), recognizerPreferences),
+                             clock, recognizerPreferences};
   LocalTranslationPlatform translation{translators(models),
                                        [this] { return speech.supportedLocales(); }, clock};
   std::unique_ptr<DesktopPlatform> desktop = makeDesktopPlatform(clock);

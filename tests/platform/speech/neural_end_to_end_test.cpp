@@ -3,6 +3,7 @@
 #include "platform/models/packed_bytes.h"
 #include "platform/models/store/download_store.h"
 #include "platform/speech/local_speech_platform.h"
+#include "platform/speech/neural/decoding_speed.h"
 #include "platform/speech/neural/neural_backend.h"
 #include "platform/speech/neural/neural_recognizer_provider.h"
 #include "platform/speech/neural_fixture.h"
@@ -13,6 +14,8 @@
 
 #include <QJsonArray>
 #include <QTemporaryDir>
+#include <utility>
+#include <vector>
 
 using namespace velun;
 using namespace velun::test;
@@ -26,6 +29,8 @@ class NeuralEndToEndTest final : public test::Suite {
   ManualClock clock_;
   ModelServer server_;
   std::unique_ptr<DownloadStore> store_;
+  /// Of the runs that have ended; added to by their decode threads.
+  std::vector<std::pair<QString, double>> speeds_;
   std::unique_ptr<LocalSpeechPlatform> platform_;
 
   Model served(const QString& id, ModelKind kind, const QJsonObject& options,
@@ -90,8 +95,11 @@ class NeuralEndToEndTest final : public test::Suite {
     options.root = dir_.path();
     store_ = std::make_unique<DownloadStore>(models, options, clock_, [] { return false; });
     platform_ = std::make_unique<LocalSpeechPlatform>(
-        LocalSpeechPlatform::Providers{
-            std::make_shared<NeuralRecognizerProvider>(models, *store_, helperProgram())},
+        LocalSpeechPlatform::Providers{std::make_shared<NeuralRecognizerProvider>(
+            models, *store_, helperProgram(), std::make_shared<CaptionStyle>(),
+            [this](const QString& id, double factor) {
+              speeds_.push_back({id, factor});
+            })},
         clock_);
     server_.answers = {{.status = 404}};
     const std::shared_ptr<SpeechModelOffer> offer = platform_->support("en_US")->offer;
@@ -138,6 +146,24 @@ class NeuralEndToEndTest final : public test::Suite {
       const std::vector<TranscriptionResult> results = backend.poll();
       QVERIFY(!results.empty() && results.back().text.startsWith("Six"));
     }
+  }
+
+  void speedOfARunIsMeasured() {
+    const auto input = std::make_shared<SpeechInput>();
+    std::unique_ptr<SpeechRun> run = platform_->start("en_US", input);
+    const std::vector<float> phrase = sound("h01.wav");
+    double fed = 0;
+    while (fed <= DecodingSpeed::kMinSeconds) {
+      input->yield({phrase});
+      fed += static_cast<double>(phrase.size()) / kSpeechSampleRate;
+      await(run->settle());
+    }
+    await(run->finish());
+    run.reset();
+    QCOMPARE(speeds_.size(), std::size_t(1));
+    QCOMPARE(speeds_[0].first, QString("words"));
+    QVERIFY2(speeds_[0].second > 0.00001 && speeds_[0].second < 5,
+             qPrintable(QString::number(speeds_[0].second)));
   }
 
   void cleanupTestCase() {

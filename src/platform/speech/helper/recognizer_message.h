@@ -22,7 +22,8 @@ struct RecognizerMessage {
     ready = 65,
     draft,       ///< the phrase so far (result_codec.h)
     final,       ///< the finished phrase; without text to discard its draft
-    heard,       ///< after the results of one `audio`; one byte, 1 while a phrase is under way
+    heard,       ///< after the results of one `audio`; one byte, 1 while a phrase is under way,
+                 ///< and the microseconds that decoding took (32 bits in native byte order)
     settled,     ///< after the results of one `finalize`
     restored,    ///< the same words with case and punctuation
     failure,     ///< the reason why the helper ends, UTF-8

@@ -7,8 +7,11 @@
 #include "platform/speech/helper/sentence_recognizer.h"
 #include "platform/speech/helper/streaming_recognizer.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
+#include <cstdint>
 #include <cstring>
 #include <stdexcept>
 #include <unistd.h>
@@ -16,6 +19,17 @@
 namespace velun {
 
 using Kind = RecognizerMessage::Kind;
+
+namespace {
+
+QByteArray heardBody(bool isInPhrase, std::chrono::nanoseconds duration) {
+  const auto micros = std::chrono::duration_cast<std::chrono::microseconds>(duration).count();
+  const auto bounded = static_cast<std::uint32_t>(std::clamp<std::int64_t>(micros, 0, UINT32_MAX));
+  QByteArray body(1, isInPhrase ? 1 : 0);
+  return body.append(reinterpret_cast<const char*>(&bounded), sizeof bounded);
+}
+
+}  // namespace
 
 RecognizerService::RecognizerService(int input, int output, QString programFolder)
     : input_(input), output_(output), programFolder_(std::move(programFolder)) {}
@@ -66,9 +80,11 @@ void RecognizerService::answer(const RecognizerMessage& message) {
     case Kind::audio: {
       std::vector<float> samples(static_cast<std::size_t>(message.body.size()) / sizeof(float));
       std::memcpy(samples.data(), message.body.constData(), samples.size() * sizeof(float));
+      const auto begin = std::chrono::steady_clock::now();
       recognizer().accept(samples);
+      const auto duration = std::chrono::steady_clock::now() - begin;
       sendResults();
-      send(Kind::heard, QByteArray(1, recognizer().isInPhrase() ? 1 : 0));
+      send(Kind::heard, heardBody(recognizer().isInPhrase(), duration));
       break;
     }
     case Kind::finalize:

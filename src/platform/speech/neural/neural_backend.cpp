@@ -6,6 +6,8 @@
 #include "platform/speech/helper/result_codec.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 #include <numeric>
 #include <utility>
 
@@ -61,10 +63,13 @@ Failure endedAgain() {
 }  // namespace
 
 NeuralBackend::NeuralBackend(QString program, RecognizerSettings settings,
-                             std::chrono::milliseconds timeout)
-    : helper_(std::move(program), std::move(settings), timeout) {}
+                             std::chrono::milliseconds timeout, DecodingSpeed::Report report)
+    : helper_(std::move(program), std::move(settings), timeout), report_(std::move(report)) {}
 
-NeuralBackend::~NeuralBackend() = default;
+NeuralBackend::~NeuralBackend() {
+  const std::optional<double> factor = speed_.realTimeFactor();
+  if (factor && report_) report_(*factor);
+}
 
 void NeuralBackend::load() {
   try {
@@ -171,6 +176,17 @@ void NeuralBackend::takeArrived() {
   while (const std::optional<RecognizerMessage> message = helper.tryReceive()) take(*message);
 }
 
+void NeuralBackend::takeHeard(const QByteArray& body) {
+  isInPhrase_ = body.startsWith('\1');
+  if (undecodedPieces_.empty()) return;
+  const double audio = static_cast<double>(undecodedPieces_.front()) / kSampleRate;
+  undecodedPieces_.pop_front();
+  std::uint32_t micros = 0;
+  if (body.size() != 1 + sizeof micros) return;
+  std::memcpy(&micros, body.constData() + 1, sizeof micros);
+  speed_.add(audio, micros / 1e6);
+}
+
 void NeuralBackend::take(const RecognizerMessage& message) {
   switch (message.kind) {
     case Kind::draft:
@@ -182,8 +198,7 @@ void NeuralBackend::take(const RecognizerMessage& message) {
       results_.push_back(decodedResult(message.body, true, helperBegin_));
       break;
     case Kind::heard:
-      if (!undecodedPieces_.empty()) undecodedPieces_.pop_front();
-      isInPhrase_ = message.body == QByteArray(1, 1);
+      takeHeard(message.body);
       break;
     default:
       break;

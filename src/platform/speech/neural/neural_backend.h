@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/speech/neural/configured_helper.h"
+#include "platform/speech/neural/decoding_speed.h"
 #include "platform/speech/recognizer_backend.h"
 
 #include <cstddef>
@@ -13,9 +14,11 @@ namespace velun {
 /// draft becomes final, and recognition continues after it. The second crash ends the run.
 class NeuralBackend final : public RecognizerBackend {
  public:
-  /// A helper that does not answer within `timeout` counts as crashed.
+  /// A helper that does not answer within `timeout` counts as crashed. The destructor reports the
+  /// speed.
   NeuralBackend(QString program, RecognizerSettings settings,
-                std::chrono::milliseconds timeout = HelperProcess::kDefaultTimeout);
+                std::chrono::milliseconds timeout = HelperProcess::kDefaultTimeout,
+                DecodingSpeed::Report report = {});
   ~NeuralBackend() override;
 
   /// Starts the helper and waits until its model is loaded.
@@ -42,6 +45,7 @@ class NeuralBackend final : public RecognizerBackend {
   void takeLastResults();
   void takeArrived();
   void take(const RecognizerMessage& message);
+  void takeHeard(const QByteArray& body);
 
   ConfiguredHelper helper_;
   std::vector<TranscriptionResult> results_;
@@ -50,6 +54,8 @@ class NeuralBackend final : public RecognizerBackend {
   double helperBegin_ = 0;  ///< where the present helper’s audio begins, in seconds
   std::deque<std::size_t> undecodedPieces_;  ///< the samples of audio messages without a reply
   bool isInPhrase_ = false;
+  DecodingSpeed speed_;
+  DecodingSpeed::Report report_;
   bool hasRestarted_ = false;
 };
 

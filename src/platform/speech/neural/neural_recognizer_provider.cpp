@@ -71,13 +71,15 @@ class ModelOffer final : public SpeechModelOffer {
 
 NeuralRecognizerProvider::NeuralRecognizerProvider(ModelCatalogue catalogue, ModelStore& store,
                                                    QString program,
-                                                   std::shared_ptr<const CaptionStyle> style)
+                                                   std::shared_ptr<const CaptionStyle> style,
+                                                   SpeedReport reportSpeed)
     : catalogue_(std::move(catalogue)),
       store_(store),
       program_(std::move(program)),
       library_(sherpa::versionBeside(sherpa::findLibrary(QFileInfo(program_).path()))),
       vosk_(vosk::findLibrary(QFileInfo(program_).path())),
-      style_(std::move(style)) {}
+      style_(std::move(style)),
+      reportSpeed_(std::move(reportSpeed)) {}
 
 QString NeuralRecognizerProvider::installedProgram() {
   const QString folder = QCoreApplication::applicationDirPath();
@@ -168,9 +170,11 @@ RecognizerProvider::Factory NeuralRecognizerProvider::makeFactory(const QString&
     if (const Model* marks = catalogue_.punctuationFor(*model, languageCode(locale)))
       uses.push_back(store_.use(*marks));
   }
-  return [program = program_, settings, style = style_,
+  return [program = program_, settings, style = style_, report = reportSpeed_, id,
           uses = std::move(uses)]() -> std::unique_ptr<RecognizerBackend> {
-    auto recognizer = std::make_unique<NeuralBackend>(program, settings);
+    auto recognizer = std::make_unique<NeuralBackend>(
+        program, settings, HelperProcess::kDefaultTimeout,
+        [report, id](double realTimeFactor) { report(id, realTimeFactor); });
     if (settings.language != QLatin1String("en")) return recognizer;
     return std::make_unique<EnglishBackend>(std::move(recognizer), style);
   };

@@ -19,11 +19,16 @@ struct RecognizerSettings;
 /// and run in the helper program.
 class NeuralRecognizerProvider final : public RecognizerProvider {
  public:
+  /// Receives the time of decoding per time of audio when a recognizer has run for a while, on its
+  /// decode thread.
+  using SpeedReport = std::function<void(const QString& id, double realTimeFactor)>;
+
   /// `store` must outlive the provider. `program` is the helper's path. `style` is read by the
   /// recognizers of English.
   NeuralRecognizerProvider(
       ModelCatalogue catalogue, ModelStore& store, QString program,
-      std::shared_ptr<const CaptionStyle> style = std::make_shared<CaptionStyle>());
+      std::shared_ptr<const CaptionStyle> style = std::make_shared<CaptionStyle>(),
+      SpeedReport reportSpeed = [](const QString&, double) {});
 
   /// The helper program, beside the running one. Empty when it or sherpa-onnx is not installed.
   static QString installedProgram();
@@ -53,6 +58,7 @@ class NeuralRecognizerProvider final : public RecognizerProvider {
   QVersionNumber library_;  ///< of sherpa-onnx; null if it is not known
   QString vosk_;            ///< libvosk; empty if there is none
   std::shared_ptr<const CaptionStyle> style_;
+  SpeedReport reportSpeed_;
 };
 
 }  // namespace velun
