@@ -89,7 +89,10 @@ class ThrottledRecognizerTest final : public test::Suite {
     QVERIFY2(heapBytes() < before + kMegabyte, qPrintable(QString::number(heapBytes() - before)));
     QVERIFY2(captions->longestBacklog() <= kMaxBacklog,
              qPrintable(QString::number(captions->longestBacklog())));
-    QCOMPARE(statuses_.filter("Choose a smaller one in Settings.").size(), 1);
+    // Shown for 20 s at the beginning, while more is skipped.
+    const qsizetype advised = statuses_.filter("Choose a smaller one in Settings.").size();
+    QVERIFY(advised > 0 && advised < 8);
+    QVERIFY(!statuses_.last().contains("Choose"));
     QVERIFY(statuses_.filter("Skipped").size() > static_cast<int>(seconds / 12));
     QVERIFY(finals_.size() > static_cast<int>(seconds / 20));
     captions->stopPlaying();
