@@ -47,7 +47,7 @@ void checkResult(const QByteArray& json) {
 void checkText(const QByteArray& utf8) {
   const QString text = QString::fromUtf8(utf8);
   const QString shown = printable(text);
-  require(shown == shown.simplified() && printable(textOfTokens(text.split(u'\n'))).size() >= 0,
+  require(shown == shown.simplified() && printable(textOfTokens(utf8.split('\n'))).size() >= 0,
           "a caption has single blanks");
   for (const char32_t character : shown.toUcs4()) {
     require(QChar::isPrint(character), "a caption can be shown");
