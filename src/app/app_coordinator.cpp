@@ -42,7 +42,8 @@ void AppCoordinator::launch() {
   const CaptionWindowServices services{.desktop = services_.desktop,
                                        .translation = services_.translation,
                                        .frames = services_.preferences,
-                                       .clock = services_.clock};
+                                       .clock = services_.clock,
+                                       .betterCaptions = services_.betterCaptions};
   captionWindow_ = std::make_unique<CaptionWindowController>(model_, commands_, services);
   menuBar_ = std::make_unique<MenuBarController>(model_, services_.trayHost, commands_);
   menuBar_->mainMenu().install(&captionWindow_->panel(), MainMenu::Place::globalOnly);

@@ -13,6 +13,7 @@
 namespace velun {
 
 class ApplicationService;
+class BetterCaptions;
 class Clock;
 class DesktopPlatform;
 class FileManager;
@@ -38,6 +39,8 @@ struct AppServices {
   const SettingsNotes* notes = nullptr;
   /// May be null.
   const ModelServices* models = nullptr;
+  /// May be null.
+  BetterCaptions* betterCaptions = nullptr;
   /// Listed in "About Velun".
   std::vector<Credit> credits;
 };

@@ -4,6 +4,7 @@
 #include "app/credits.h"
 #include "app/settings_notes_text.h"
 #include "audio/speech_recognition_engine.h"
+#include "captions/better_captions.h"
 #include "captions/caption_view_model.h"
 #include "platform/audio/linux/pipewire_audio_platform.h"
 #include "platform/desktop/desktop_services.h"
@@ -24,6 +25,8 @@
 #include "ui/common/window_presentation.h"
 #include "ui/library/session_trash.h"
 
+#include <QFile>
+
 namespace velun {
 
 namespace {
@@ -34,6 +37,18 @@ class AlertQuestion final : public ModalQuestion {
     return WindowPresentation::ask(question);
   }
 };
+
+/// The built-in catalogue, after the models of the file that VELUN_MODEL_CATALOGUE names: tests use
+/// small ones.
+ModelCatalogue modelCatalogue() {
+  ModelCatalogue builtIn = ModelCatalogue::builtIn();
+  const QString path = qEnvironmentVariable("VELUN_MODEL_CATALOGUE");
+  QFile file(path);
+  if (path.isEmpty() || !file.open(QIODevice::ReadOnly)) return builtIn;
+  std::vector<Model> models = ModelCatalogue::read(file.readAll()).models();
+  models.insert(models.end(), builtIn.models().begin(), builtIn.models().end());
+  return ModelCatalogue(std::move(models));
+}
 
 ModelStoreOptions modelStoreOptions() {
   ModelStoreOptions options;
@@ -70,7 +85,7 @@ LocalSpeechPlatform::Providers recognizers(
     ModelStore& models, const std::shared_ptr<const CaptionStyle>& style,
     const std::shared_ptr<RecognizerPreferences>& preferences) {
   const auto neural = std::make_shared<NeuralRecognizerProvider>(
-      ModelCatalogue::builtIn(), models, NeuralRecognizerProvider::installedProgram(), style,
+      modelCatalogue(), models, NeuralRecognizerProvider::installedProgram(), style,
       keepSpeed(preferences));
   const QString programs = QCoreApplication::applicationDirPath();
   const BuiltInFiles files = BuiltInFiles::installed(programs);
@@ -112,12 +127,13 @@ struct Composition::Parts {
   FilePreferences preferences{FilePreferences::userPath()};
   AppSettings settings{&preferences};
   PipeWireAudioPlatform audio{clock};
-  DownloadStore models{ModelCatalogue::builtIn(), modelStoreOptions(), clock,
+  DownloadStore models{modelCatalogue(), modelStoreOptions(), clock,
                        DownloadStore::isConnectionMetered};
   std::shared_ptr<RecognizerPreferences> recognizerPreferences =
       std::make_shared<RecognizerPreferences>(&preferences);
   LocalSpeechPlatform speech{recognizers(models, captionStyle(settings), recognizerPreferences),
                              clock, recognizerPreferences};
+  BetterCaptions betterCaptions{speech, modelCatalogue(), models, settings, &preferences};
   LocalTranslationPlatform translation{translators(models),
                                        [this] { return speech.supportedLocales(); }, clock};
   std::unique_ptr<DesktopPlatform> desktop = makeDesktopPlatform(clock);
@@ -128,21 +144,23 @@ struct Composition::Parts {
   SettingsNotesText notes{
       *desktop, translation, models, settings,
       BuiltInFiles::installed(QCoreApplication::applicationDirPath()).languageModel()};
-  ModelServices modelServices{
-      .catalogue = std::make_shared<const ModelCatalogue>(ModelCatalogue::builtIn()),
-      .store = models,
-      .speech = speech,
-      .preferences = *recognizerPreferences,
-      .question = question,
-      .clock = clock,
-      .panels = systemFilePanels()};
+  ModelServices modelServices{.catalogue = std::make_shared<const ModelCatalogue>(modelCatalogue()),
+                              .store = models,
+                              .speech = speech,
+                              .preferences = *recognizerPreferences,
+                              .question = question,
+                              .clock = clock,
+                              .panels = systemFilePanels()};
   CaptionViewModel model{
       settings, userStore(), std::make_unique<SpeechRecognitionEngine>(speech, audio, clock),
       speech,   translation, clock};
 };
 
 Composition::Composition(ApplicationService& application)
-    : parts_(std::make_unique<Parts>(application)) {}
+    : parts_(std::make_unique<Parts>(application)) {
+  QObject::connect(parts_->recognizerPreferences.get(), &RecognizerPreferences::choiceChanged,
+                   &parts_->betterCaptions, &BetterCaptions::update);
+}
 
 Composition::~Composition() = default;
 
@@ -164,6 +182,7 @@ AppServices Composition::services() {
           .trash = moveSessionToTrash,
           .notes = &parts_->notes,
           .models = &parts_->modelServices,
+          .betterCaptions = &parts_->betterCaptions,
           .credits = credits(ModelCatalogue::builtIn())};
 }
 

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/caption/caption_view.h"
 
+#include "captions/better_captions.h"
 #include "captions/caption_view_model.h"
 #include "language/localization.h"
+#include "ui/caption/caption_empty_state.h"
 #include "ui/caption/caption_header_view.h"
 #include "ui/caption/caption_menu.h"
 #include "ui/caption/caption_overlays.h"
@@ -16,7 +18,6 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QKeyEvent>
-#include <QPainter>
 
 namespace velun {
 
@@ -24,7 +25,6 @@ namespace {
 
 constexpr int kOverlayGap = 10;
 constexpr int kJumpGap = 12;
-constexpr double kHintSize = 13;
 
 /// A change that includes both.
 TranscriptChange merged(const TranscriptChange& a, const TranscriptChange& b) {
@@ -40,10 +40,13 @@ TranscriptChange merged(const TranscriptChange& a, const TranscriptChange& b) {
 CaptionView::CaptionView(CaptionViewModel& model, AppCommands& commands,
                          TranslationPlatform& translation, Clock& clock,
                          std::function<void(bool)> setHeaderVisible,
-                         std::function<bool()> isPointerInside)
+                         std::function<bool()> isPointerInside, BetterCaptions* better)
     : model_(model),
+      better_(better),
       chrome_(clock, std::move(setHeaderVisible), std::move(isPointerInside)),
       header_(new CaptionHeaderView(model, commands, this)),
+      // In the order of the Tab key.
+      emptyState_(new CaptionEmptyState(model, commands, better, this)),
       transcript_(new TranscriptView(this)),
       statusLine_(new CaptionStatusLine(model, translation, this)),
       overlays_(new CaptionOverlays(model, clock, this)),
@@ -51,6 +54,9 @@ CaptionView::CaptionView(CaptionViewModel& model, AppCommands& commands,
   header_->hide();
   overlays_->hide();
   transcript_->installEventFilter(this);
+  emptyState_->installEventFilter(this);
+  emptyState_->setFocusProxy(transcript_);
+  emptyState_->stackUnder(overlays_);
   overlays_->installEventFilter(this);
   jumpButton_->installEventFilter(this);
   connect(header_, &CaptionHeaderView::menuTrackingChanged, this,
@@ -121,7 +127,15 @@ void CaptionView::updateTranscript() {
       inputs.content == TranscriptContent::translation && !inputs.volatileText.isEmpty();
   inputs.jumpToLatest = jumpToLatest_;
   transcript_->update(inputs, change);
-  update();
+  updateEmptyState();
+}
+
+void CaptionView::updateEmptyState() {
+  const bool isEmpty = model_.lines().empty() && model_.volatileText().isEmpty();
+  if (!isEmpty && emptyState_->isAncestorOf(QApplication::focusWidget())) transcript_->setFocus();
+  emptyState_->setVisible(isEmpty);
+  // The words are the proof that the download is used.
+  if (!isEmpty && better_) better_->acknowledge();
 }
 
 void CaptionView::jump() {
@@ -161,6 +175,7 @@ std::unique_ptr<QMenu> CaptionView::makeContextMenu() {
 void CaptionView::setColors(const CaptionColors& colors) {
   colors_ = colors;
   header_->setColors(colors);
+  emptyState_->setColors(colors);
   overlays_->setColors(colors);
   jumpButton_->setColors(colors);
 }
@@ -175,21 +190,13 @@ void CaptionView::arrange() {
   overlays_->adjustSize();
   overlays_->move(width() - overlays_->width() - kOverlayGap, top + kOverlayGap);
   const QRect text = transcript_->geometry();
+  emptyState_->setGeometry(text);
   jumpButton_->move(text.center().x() - JumpButton::side / 2,
                     text.bottom() + 1 - kJumpGap - JumpButton::side);
 }
 
 void CaptionView::resizeEvent(QResizeEvent*) {
   arrange();
-}
-
-void CaptionView::paintEvent(QPaintEvent*) {
-  if (!model_.lines().empty() || !model_.volatileText().isEmpty()) return;
-  QPainter painter(this);
-  painter.setFont(systemFont(kHintSize));
-  painter.setPen(CaptionAppearance::secondaryText);
-  painter.drawText(transcript_->geometry(), Qt::AlignCenter,
-                   L("Captions appear here", "자막이 여기에 표시됩니다"));
 }
 
 bool CaptionView::eventFilter(QObject* watched, QEvent* event) {

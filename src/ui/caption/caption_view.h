@@ -13,6 +13,8 @@ class QMenu;
 namespace velun {
 
 class AppCommands;
+class BetterCaptions;
+class CaptionEmptyState;
 class CaptionHeaderView;
 class CaptionOverlays;
 class CaptionStatusLine;
@@ -30,10 +32,10 @@ class CaptionView final : public QWidget {
 
  public:
   /// `setHeaderVisible` shows or hides the header; `isPointerInside` returns whether the pointer is
-  /// over the panel now. The references must outlive the view.
+  /// over the panel now. `better` may be null. All must outlive the view.
   CaptionView(CaptionViewModel& model, AppCommands& commands, TranslationPlatform& translation,
               Clock& clock, std::function<void(bool)> setHeaderVisible,
-              std::function<bool()> isPointerInside);
+              std::function<bool()> isPointerInside, BetterCaptions* better = nullptr);
   ~CaptionView() override;
 
   /// The pointer entered or left the panel.
@@ -49,13 +51,13 @@ class CaptionView final : public QWidget {
   CaptionHeaderView& header() const { return *header_; }
   TranscriptView& transcript() const { return *transcript_; }
   CaptionOverlays& overlays() const { return *overlays_; }
+  CaptionEmptyState& emptyState() const { return *emptyState_; }
   JumpButton& jumpButton() const { return *jumpButton_; }
   CaptionStatusLine& statusLine() const { return *statusLine_; }
   const CaptionChrome& chrome() const { return chrome_; }
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
-  void paintEvent(QPaintEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
   bool focusNextPrevChild(bool next) override;
   void keyPressEvent(QKeyEvent* event) override;
@@ -64,14 +66,17 @@ class CaptionView final : public QWidget {
   void connectToModel();
   void updateLater(const TranscriptChange& change);
   void updateTranscript();
+  void updateEmptyState();
   void updateOverlays();
   std::unique_ptr<QMenu> makeContextMenu();
   void jump();
   void arrange();
 
   CaptionViewModel& model_;
+  BetterCaptions* better_;
   CaptionChrome chrome_;
   CaptionHeaderView* header_;
+  CaptionEmptyState* emptyState_;
   TranscriptView* transcript_;
   CaptionStatusLine* statusLine_;
   CaptionOverlays* overlays_;

@@ -46,7 +46,8 @@ CaptionWindowController::CaptionWindowController(CaptionViewModel& model, AppCom
       [this](bool visible) { setHeader(visible, true); },
       [this] {
         return panel_->isVisible() && services_.desktop.isPointerOver(*panel_->windowHandle());
-      });
+      },
+      services.betterCaptions);
   panel_->setContent(view_);
   const QRect usual = defaultPanelFrame(availableArea(QApplication::primaryScreen()));
   const std::optional<QRect> kept = readFrame(services.frames, kFrameName);

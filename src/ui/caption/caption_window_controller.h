@@ -11,6 +11,7 @@
 namespace velun {
 
 class AppCommands;
+class BetterCaptions;
 class CaptionPanel;
 class CaptionView;
 class CaptionViewModel;
@@ -25,6 +26,8 @@ struct CaptionWindowServices {
   /// Stores the panel's frame, under "CaptionPanel".
   PreferenceStore& frames;
   Clock& clock;
+  /// Offers a download before the first words; may be null.
+  BetterCaptions* betterCaptions = nullptr;
 };
 
 /// Owns the caption panel and controls its position, its size with and without the header, and its

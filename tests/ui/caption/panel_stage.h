@@ -16,7 +16,8 @@ namespace velun::test {
 /// on the engine, the panel and the file are carried out, and the names of all others are logged.
 struct PanelStage : ModelFixture {
   explicit PanelStage(const std::function<void(AppSettings&)>& prepare = {},
-                      DesktopPlatform* realDesktop = nullptr, PreferenceStore* keptFrames = nullptr)
+                      DesktopPlatform* realDesktop = nullptr, PreferenceStore* keptFrames = nullptr,
+                      BetterCaptions* better = nullptr)
       : ModelFixture(prepare) {
     QObject::connect(&commands, &AppCommands::triggered, &commands,
                      [this](AppCommand command) { perform(command); });
@@ -25,7 +26,8 @@ struct PanelStage : ModelFixture {
         CaptionWindowServices{.desktop = realDesktop ? *realDesktop : desktop,
                               .translation = translation,
                               .frames = keptFrames ? *keptFrames : frames,
-                              .clock = clock});
+                              .clock = clock,
+                              .betterCaptions = better});
     view = controller->panel().findChild<CaptionView*>();
     panel().setStyle(&still);
   }

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/caption/caption_empty_state.h"
+
+#include "captions/caption_view_model.h"
+#include "language/localization.h"
+#include "ui/caption/caption_appearance.h"
+#include "ui/caption/caption_button.h"
+#include "ui/caption/download_offer_view.h"
+#include "ui/caption/transcript_formats.h"
+#include "ui/caption/transcript_layout.h"
+#include "ui/common/app_commands.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QVBoxLayout>
+
+namespace velun {
+
+namespace {
+
+constexpr double kTitleSize = 13;
+constexpr int kGap = 8;
+
+}  // namespace
+
+CaptionEmptyState::CaptionEmptyState(CaptionViewModel& model, AppCommands& commands,
+                                     BetterCaptions* better, QWidget* parent)
+    : QWidget(parent),
+      model_(model),
+      commands_(commands),
+      title_(new QLabel(this)),
+      start_(new CaptionButton(this)),
+      offer_(new DownloadOfferView(model, better, this)) {
+  title_->setFont(systemFont(kTitleSize));
+  title_->setAlignment(Qt::AlignCenter);
+  title_->setWordWrap(true);
+  QPalette colors = title_->palette();
+  colors.setColor(QPalette::WindowText, CaptionAppearance::secondaryText);
+  title_->setPalette(colors);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(TranscriptLayout::horizontalInset, 0,
+                             TranscriptLayout::horizontalInset, 0);
+  column->setSpacing(kGap);
+  column->addStretch(1);
+  column->addWidget(title_);
+  column->addWidget(start_, 0, Qt::AlignHCenter);
+  column->addWidget(offer_);
+  column->addStretch(1);
+  connect(start_, &CaptionButton::clicked, &commands.action(AppCommand::toggleCaptions),
+          &QAction::trigger);
+  const auto follow = [this](auto& object, auto signal) {
+    connect(&object, signal, this, &CaptionEmptyState::present);
+  };
+  follow(model, &CaptionViewModel::isRunningChanged);
+  follow(commands, &AppCommands::refreshed);
+  follow(model.settings(), &AppSettings::useMicChanged);
+  follow(model.settings(), &AppSettings::localeIDChanged);
+  follow(Localization::shared(), &Localization::languageChanged);
+  present();
+}
+
+void CaptionEmptyState::present() {
+  const AppSettings& settings = model_.settings();
+  const AudioInput input = settings.useMic() ? AudioInput::microphone : AudioInput::computer;
+  title_->setText(model_.isRunning() ? L("Captions appear here", "자막이 여기에 표시됩니다")
+                                     : velun::title(input) + QStringLiteral(" · ") +
+                                           languageName(settings.localeID()));
+  const QAction& command = commands_.action(AppCommand::toggleCaptions);
+  // Qt would move the focus of a hidden button into the header and show it.
+  if (model_.isRunning() && start_->hasFocus()) setFocus();
+  start_->setVisible(!model_.isRunning());
+  start_->setText(L("Start", "시작"));
+  start_->setToolTip(command.text());
+  start_->setEnabled(command.isEnabled());
+}
+
+void CaptionEmptyState::setColors(const CaptionColors& colors) {
+  start_->setColors(colors);
+  offer_->setColors(colors);
+}
+
+}  // namespace velun

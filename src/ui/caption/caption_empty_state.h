@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "ui/caption/caption_colors.h"
+
+#include <QWidget>
+
+class QLabel;
+
+namespace velun {
+
+class AppCommands;
+class BetterCaptions;
+class CaptionButton;
+class CaptionViewModel;
+class DownloadOfferView;
+
+/// The panel's content before the first words: the source, the language and the start button, or
+/// "Captions appear here" while captions run; below, the download that the language needs or that
+/// improves it.
+class CaptionEmptyState final : public QWidget {
+  Q_OBJECT
+
+ public:
+  /// `better` may be null. All must outlive the view.
+  CaptionEmptyState(CaptionViewModel& model, AppCommands& commands, BetterCaptions* better,
+                    QWidget* parent);
+
+  void setColors(const CaptionColors& colors);
+
+  /// What is captioned, or the hint.
+  QLabel& title() const { return *title_; }
+  CaptionButton& startButton() const { return *start_; }
+  DownloadOfferView& offerView() const { return *offer_; }
+
+ private:
+  void present();
+
+  CaptionViewModel& model_;
+  AppCommands& commands_;
+  QLabel* title_;
+  CaptionButton* start_;
+  DownloadOfferView* offer_;
+};
+
+}  // namespace velun
