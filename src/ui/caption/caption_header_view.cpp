@@ -14,6 +14,7 @@
 #include "ui/common/language_popup.h"
 #include "ui/common/symbol.h"
 
+#include <functional>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -77,8 +78,9 @@ CaptionHeaderView::CaptionHeaderView(CaptionViewModel& model, AppCommands& comma
           [this] { Q_EMIT menuTrackingChanged(true); });
   connect(languagePopup_, &LanguagePopup::closed, this,
           [this] { Q_EMIT menuTrackingChanged(false); });
-  connect(languagePopup_, &LanguagePopup::chosen, this,
-          [this](const QString& identifier) { (model_.settings().*setLanguage_)(identifier); });
+  connect(languagePopup_, &LanguagePopup::chosen, this, [this](const QString& identifier) {
+    if (setLanguage_) std::invoke(setLanguage_, model_.settings(), identifier);
+  });
   arrange();
   connectToModel();
   present();
