@@ -64,7 +64,11 @@ bool DownloadStore::isConnectionMetered() {
 
 DownloadStore::DownloadStore(const ModelCatalogue& catalogue, const ModelStoreOptions& options,
                              Clock& clock, std::function<bool()> isMetered)
-    : catalogue_(catalogue), installer_(options), root_(options.root), clock_(clock), isMetered_(std::move(isMetered)) {
+    : catalogue_(catalogue),
+      installer_(options),
+      root_(options.root),
+      clock_(clock),
+      isMetered_(std::move(isMetered)) {
   verifyPlaced(catalogue);
 }
 
