@@ -25,8 +25,6 @@
 #include "ui/common/window_presentation.h"
 #include "ui/library/session_trash.h"
 
-#include <QFile>
-
 namespace velun {
 
 namespace {
@@ -37,18 +35,6 @@ class AlertQuestion final : public ModalQuestion {
     return WindowPresentation::ask(question);
   }
 };
-
-/// The built-in catalogue, after the models of the file that VELUN_MODEL_CATALOGUE names: tests use
-/// small ones.
-ModelCatalogue modelCatalogue() {
-  ModelCatalogue builtIn = ModelCatalogue::builtIn();
-  const QString path = qEnvironmentVariable("VELUN_MODEL_CATALOGUE");
-  QFile file(path);
-  if (path.isEmpty() || !file.open(QIODevice::ReadOnly)) return builtIn;
-  std::vector<Model> models = ModelCatalogue::read(file.readAll()).models();
-  models.insert(models.end(), builtIn.models().begin(), builtIn.models().end());
-  return ModelCatalogue(std::move(models));
-}
 
 ModelStoreOptions modelStoreOptions() {
   ModelStoreOptions options;
@@ -85,7 +71,7 @@ LocalSpeechPlatform::Providers recognizers(
     ModelStore& models, const std::shared_ptr<const CaptionStyle>& style,
     const std::shared_ptr<RecognizerPreferences>& preferences) {
   const auto neural = std::make_shared<NeuralRecognizerProvider>(
-      modelCatalogue(), models, NeuralRecognizerProvider::installedProgram(), style,
+      ModelCatalogue::builtIn(), models, NeuralRecognizerProvider::installedProgram(), style,
       keepSpeed(preferences));
   const QString programs = QCoreApplication::applicationDirPath();
   const BuiltInFiles files = BuiltInFiles::installed(programs);
@@ -127,13 +113,13 @@ struct Composition::Parts {
   FilePreferences preferences{FilePreferences::userPath()};
   AppSettings settings{&preferences};
   PipeWireAudioPlatform audio{clock};
-  DownloadStore models{modelCatalogue(), modelStoreOptions(), clock,
+  DownloadStore models{ModelCatalogue::builtIn(), modelStoreOptions(), clock,
                        DownloadStore::isConnectionMetered};
   std::shared_ptr<RecognizerPreferences> recognizerPreferences =
       std::make_shared<RecognizerPreferences>(&preferences);
   LocalSpeechPlatform speech{recognizers(models, captionStyle(settings), recognizerPreferences),
                              clock, recognizerPreferences};
-  BetterCaptions betterCaptions{speech, modelCatalogue(), models, settings, &preferences};
+  BetterCaptions betterCaptions{speech, ModelCatalogue::builtIn(), models, settings, &preferences};
   LocalTranslationPlatform translation{translators(models),
                                        [this] { return speech.supportedLocales(); }, clock};
   std::unique_ptr<DesktopPlatform> desktop = makeDesktopPlatform(clock);
@@ -144,13 +130,14 @@ struct Composition::Parts {
   SettingsNotesText notes{
       *desktop, translation, models, settings,
       BuiltInFiles::installed(QCoreApplication::applicationDirPath()).languageModel()};
-  ModelServices modelServices{.catalogue = std::make_shared<const ModelCatalogue>(modelCatalogue()),
-                              .store = models,
-                              .speech = speech,
-                              .preferences = *recognizerPreferences,
-                              .question = question,
-                              .clock = clock,
-                              .panels = systemFilePanels()};
+  ModelServices modelServices{
+      .catalogue = std::make_shared<const ModelCatalogue>(ModelCatalogue::builtIn()),
+      .store = models,
+      .speech = speech,
+      .preferences = *recognizerPreferences,
+      .question = question,
+      .clock = clock,
+      .panels = systemFilePanels()};
   CaptionViewModel model{
       settings, userStore(), std::make_unique<SpeechRecognitionEngine>(speech, audio, clock),
       speech,   translation, clock};
