@@ -31,6 +31,8 @@ CaptionEmptyState::CaptionEmptyState(CaptionViewModel& model, AppCommands& comma
       title_(new QLabel(this)),
       start_(new CaptionButton(this)),
       offer_(new DownloadOfferView(model, better, this)) {
+  // A click beside the buttons gives the keyboard to the focus proxy.
+  setFocusPolicy(Qt::ClickFocus);
   title_->setFont(systemFont(kTitleSize));
   title_->setAlignment(Qt::AlignCenter);
   title_->setWordWrap(true);

@@ -198,6 +198,7 @@ class PanelDesktopTest final : public test::Suite {
 
   void theHeaderMovesThePanelAndTheTranscriptDoesNot() {
     test::PanelStage stage({}, desktop_.get());
+    stage.final("A sentence to select.");
     showAndPark(stage);
     stage.controller->setHeader(true, false);
     const QRect frame = stage.panel().geometry();
@@ -284,8 +285,8 @@ class PanelDesktopTest final : public test::Suite {
   void theKeyboardReachesTheHeader() {
     test::PanelStage stage({}, desktop_.get());
     showAndPark(stage);
-    const QPoint inside = stage.panel().geometry().center();
-    VirtualDisplay::click(inside.x(), inside.y());
+    const QPoint belowTheButton = stage.panel().geometry().center() + QPoint(0, 60);
+    VirtualDisplay::click(belowTheButton.x(), belowTheButton.y());
     QTRY_VERIFY(stage.view->transcript().textView().hasFocus());
     VirtualDisplay::movePointer(3, 3);
     QTRY_VERIFY(!stage.view->chrome().hovering());
