@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   fuzz::put(folder + "/verified.json", reinterpret_cast<const char*>(data), size);
   const VerifiedRecord record = VerifiedRecord::read(folder);
   Model model;
-  model.downloads.push_back({"https://localhost/model.bin",
+  model.downloads.push_back({{"https://localhost/model.bin"},
                              4,
                              QByteArray(64, 'a'),
                              ModelPacking::none,
