@@ -31,8 +31,6 @@ CaptionEmptyState::CaptionEmptyState(CaptionViewModel& model, AppCommands& comma
       title_(new QLabel(this)),
       start_(new CaptionButton(this)),
       offer_(new DownloadOfferView(model, better, this)) {
-  // A click beside the buttons gives the keyboard to the focus proxy.
-  setFocusPolicy(Qt::ClickFocus);
   title_->setFont(systemFont(kTitleSize));
   title_->setAlignment(Qt::AlignCenter);
   title_->setWordWrap(true);
@@ -74,6 +72,12 @@ void CaptionEmptyState::present() {
   start_->setText(L("Start", "시작"));
   start_->setToolTip(command.text());
   start_->setEnabled(command.isEnabled());
+}
+
+void CaptionEmptyState::mousePressEvent(QMouseEvent* event) {
+  // With a focus policy for clicks, screen readers would offer the empty space as a place to go to.
+  if (QWidget* proxy = focusProxy()) proxy->setFocus(Qt::MouseFocusReason);
+  QWidget::mousePressEvent(event);
 }
 
 void CaptionEmptyState::setColors(const CaptionColors& colors) {

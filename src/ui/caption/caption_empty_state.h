@@ -33,6 +33,10 @@ class CaptionEmptyState final : public QWidget {
   CaptionButton& startButton() const { return *start_; }
   DownloadOfferView& offerView() const { return *offer_; }
 
+ protected:
+  /// Gives the keyboard to the focus proxy.
+  void mousePressEvent(QMouseEvent* event) override;
+
  private:
   void present();
 
