@@ -23,6 +23,20 @@ constexpr auto kApplicationID = "app.velun.Velun";
 /// recognizer's tables.
 constexpr int kMmapThreshold = 1 << 20;
 
+/// Returns the exit status.
+int runProgram(velun::ApplicationService& service) {
+  using namespace velun;
+  Composition composition(service);
+  AppDelegate delegate(composition.model(), composition.services());
+  TerminationSignals signals;
+  QObject::connect(&signals, &TerminationSignals::received, &delegate,
+                   &AppDelegate::terminationSignalled);
+  delegate.applicationDidFinishLaunching();
+  const int status = QApplication::exec();
+  delegate.applicationWillTerminate();
+  return status;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -52,13 +66,8 @@ int main(int argc, char** argv) {
       return 1;
   }
 
-  Composition composition(service);
-  AppDelegate delegate(composition.model(), composition.services());
-  TerminationSignals signals;
-  QObject::connect(&signals, &TerminationSignals::received, &delegate,
-                   &AppDelegate::terminationSignalled);
-  delegate.applicationDidFinishLaunching();
-  const int status = QApplication::exec();
-  delegate.applicationWillTerminate();
+  const int status = runProgram(service);
+  // The services have ended what tasks still waited for; those go on, which frees them.
+  QCoreApplication::sendPostedEvents();
   return status;
 }

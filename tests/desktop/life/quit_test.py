@@ -112,6 +112,15 @@ class Quit(SpokenCase):
         session, = self.saved_sessions()
         self.assertEqual(len(session["lines"]), 1)
 
+    def test_two_signals_in_mid_speech_leave_the_finished_lines(self):
+        self.launch_with_line(autoSaveSessions=True)
+        shown = self.transcript()
+        self.desktop.play(self.clip)
+        self.desktop.wait("a draft", lambda: self.transcript() != shown)
+        self.assertEqual(self.program.terminate(times=2), 0, self.program.log())
+        session, = self.saved_sessions()
+        self.assertGreaterEqual(len(session["lines"]), 1)
+
     def press_key_in_question(self, key, title=QUESTION):
         question = self.wait_for_question(title)
         self.desktop.wait("the keyboard", lambda: "active" in question.states)
