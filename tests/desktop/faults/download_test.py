@@ -1,72 +1,38 @@
 """A model download whose connection is lost."""
 
-import http.server
 import json
-import threading
 import unittest
 
 import tiny_model
 from fault_case import PATIENCE, FaultCase
+from local_server import LocalServer
 
 LOCALE = "id_ID"  # without an installed model, and with small files
 PIECE = 300_000  # bytes
 
 
-def download_named(name):
+def zeros(name):
+    """As many as the file of a model in the catalogue has bytes."""
     models = [model for path in tiny_model.CATALOGUE.parent.glob("*.json")
               for model in json.loads(path.read_text())["models"]]
-    return next(download for model in models for download in model["downloads"]
-                if download["address"].endswith(f"/{name}"))
+    return bytes(next(download["bytes"] for model in models for download in model["downloads"]
+                      if download["address"].endswith(f"/{name}")))
 
 
-class Server(http.server.ThreadingHTTPServer):
-    """A mirror on the loopback interface that interrupts every response after a part, or stalls after
-    it. It records the requested ranges of the speech model, and the names of other files."""
-
-    def __init__(self, port=0, stalls=False):
-        super().__init__(("127.0.0.1", port), Handler)
-        self.asked_from = []
-        self.other_files = []
-        self.stalls = stalls
-        self.ended = threading.Event()
-        threading.Thread(target=self.serve_forever, daemon=True).start()
-
-    def address(self):
-        return f"http://127.0.0.1:{self.server_port}"
-
-    def end(self):
-        self.ended.set()
-        self.shutdown()
-        self.server_close()
+def is_of_speech_model(name):
+    return any(download["address"].endswith(f"/{name}")
+               for download in tiny_model.model_of(LOCALE)["downloads"])
 
 
-class Handler(http.server.BaseHTTPRequestHandler):
-    def do_GET(self):
-        start = int(self.headers.get("Range", "bytes=0-")[6:-1])
-        name = self.path.rpartition("/")[2]
-        download = download_named(name)
-        if download in tiny_model.model_of(LOCALE)["downloads"]:
-            self.server.asked_from.append(start)
-        else:
-            self.server.other_files.append(name)
-        self.send_response(206 if start else 200)
-        self.send_header("Content-Length", str(download["bytes"] - start))
-        if start:
-            self.send_header("Content-Range",
-                             f"bytes {start}-{download['bytes'] - 1}/{download['bytes']}")
-        self.end_headers()
-        self.wfile.write(bytes(PIECE))
-        if self.server.stalls:
-            self.server.ended.wait()
-        self.close_connection = True
-
-    def log_message(self, *_):
-        pass
+def offsets(server):
+    """From where the files of the speech model were asked for."""
+    return [start for name, start in server.requests if is_of_speech_model(name)]
 
 
 class Download(FaultCase):
     def serve(self, port=0, stalls=False):
-        server = Server(port, stalls)
+        """Every response is interrupted after a part, or stalls after it."""
+        server = LocalServer(zeros, (PIECE, "stall" if stalls else "cut"), port)
         self.addCleanup(server.end)
         return server
 
@@ -82,7 +48,7 @@ class Download(FaultCase):
         return server
 
     def wait_for_requests(self, server, count):
-        self.desktop.wait(f"{count} requests", lambda: len(server.asked_from) >= count, PATIENCE)
+        self.desktop.wait(f"{count} requests", lambda: len(offsets(server)) >= count, PATIENCE)
 
     def press_button(self, name):
         """Presses a button of the panel's header, which the pointer opens."""
@@ -102,22 +68,23 @@ class Download(FaultCase):
         self.wait_for_status("Downloading speech model…")
         # The download continues after an interrupted response.
         self.desktop.wait("the download to continue",
-                          lambda: max(server.asked_from, default=0) > 0, PATIENCE)
+                          lambda: max(offsets(server), default=0) > 0, PATIENCE)
         server.end()
         self.wait_for_status("no connection to 127.0.0.1", "try again")
         self.program.wait_for_state("running", False)
         # The next attempt resumes the download.
-        asked_before = max(server.asked_from)
+        asked_before = max(offsets(server))
         server = self.serve(server.server_port)
         self.toggle_captions()
-        self.desktop.wait("the download to resume", lambda: server.asked_from, PATIENCE)
-        self.assertGreaterEqual(server.asked_from[0], asked_before)
+        self.desktop.wait("the download to resume", lambda: offsets(server), PATIENCE)
+        self.assertGreaterEqual(offsets(server)[0], asked_before)
         self.quit()
 
     def test_a_stop_ends_a_download(self):
         server = self.launch_with_stalled_download(translate=True, targetID="en")
         self.wait_for_status("Downloading translation model…")
-        self.desktop.wait("the translation model", lambda: server.other_files, PATIENCE)
+        self.desktop.wait("the translation model",
+                          lambda: len(server.requests) > len(offsets(server)), PATIENCE)
         self.program.wait_for_state("running", True)
         self.press_button("Stop Captions")
         self.program.wait_for_state("running", False)
@@ -126,7 +93,7 @@ class Download(FaultCase):
         self.press_button("Start Captions")
         self.wait_for_status("Downloading speech model…")
         self.wait_for_requests(server, 2)
-        self.assertGreater(server.asked_from[1], 0)
+        self.assertGreater(offsets(server)[1], 0)
         self.toggle_captions()
         self.program.wait_for_state("running", False)
         self.wait_for_status()
@@ -138,7 +105,7 @@ class Download(FaultCase):
         self.wait_for_requests(server, 2)
         self.program.action("input", "computer")
         self.wait_for_requests(server, 3)
-        self.assertGreater(server.asked_from[2], 0)
+        self.assertGreater(offsets(server)[2], 0)
         self.program.action("show-settings")
         self.application.wait_for("combo box", label="Recognition Language").choose(
             "English (United States)")

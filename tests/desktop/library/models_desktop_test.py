@@ -1,55 +1,23 @@
 """The settings page "Languages & Models" of the real program, with a local server of models."""
 
-import functools
-import hashlib
-import http.server
-import json
-import threading
 import unittest
-from pathlib import Path
 
 from program_case import ProgramCase
-
-FILES = Path(__file__).resolve().parents[2] / "platform" / "speech" / "data"
-TINY = {"encoder": "zipformer2-encoder.int8.onnx", "decoder": "decoder.int8.onnx",
-        "joiner": "joiner.int8.onnx", "tokens": "tokens-blank0.txt"}
-TITLE = "Tiny English"
-
-
-class Handler(http.server.SimpleHTTPRequestHandler):
-    def log_message(self, *_):
-        pass
-
-
-def downloads():
-    for name in TINY.values():
-        contents = (FILES / name).read_bytes()
-        yield {"address": f"https://models.example/{name}", "bytes": len(contents),
-               "sha256": hashlib.sha256(contents).hexdigest(), "files": [{"name": name}]}
-
-
-CATALOGUE = {"models": [
-    {"id": "tiny-en", "kind": "recognition", "title": TITLE, "languages": ["en"],
-     "licence": "MIT", "stepMs": 320, "quality": "fair",
-     "options": {"locales": ["en_US"], "modelType": "zipformer2", **TINY},
-     "downloads": list(downloads())}]}
+from tiny_model import FILES, MODEL, TINY, TITLE, mirror, write_catalogue
 
 
 class Models(ProgramCase):
     def setUp(self):
         super().setUp()
         catalogue = self.desktop.root / "catalogue.json"
-        catalogue.write_text(json.dumps(CATALOGUE))
+        write_catalogue(catalogue)
         self.desktop.environment["VELUN_MODEL_CATALOGUE"] = str(catalogue)
-        self.folder = self.desktop.home / "data" / "app.velun.Velun" / "models" / "tiny-en"
+        self.folder = self.desktop.home / "data" / "app.velun.Velun" / "models" / MODEL
 
     def serve(self):
-        server = http.server.ThreadingHTTPServer(
-            ("127.0.0.1", 0), functools.partial(Handler, directory=FILES))
-        threading.Thread(target=server.serve_forever, daemon=True).start()
-        self.addCleanup(server.server_close)
-        self.addCleanup(server.shutdown)
-        self.desktop.environment["VELUN_MODEL_MIRROR"] = f"http://127.0.0.1:{server.server_port}"
+        server = mirror()
+        self.addCleanup(server.end)
+        self.desktop.environment["VELUN_MODEL_MIRROR"] = server.address()
 
     def open_page(self):
         self.launch()
@@ -75,15 +43,14 @@ class Models(ProgramCase):
         self.button("Remove…")
         self.assertTrue((self.folder / TINY["encoder"]).exists())
         self.wait("the new model to be used", lambda: self.is_used(TITLE))
-        self.assertTrue(self.settings.find("label", "Models use 1 MB") or self.settings.find(
-            "label", "Models use 0.6 MB") or self.settings.tree())
+        self.settings.wait_for("label", "Models use 0.4 MB")
 
         self.settings.wait_for("push button", "Use This One: Built-in recognizer").press()
         self.wait_for_preference("recognizer.en_US", "built-in")
         self.wait("the built-in recognizer to be used",
                   lambda: self.is_used("Built-in recognizer"))
         self.button("Use This One").press()
-        self.wait_for_preference("recognizer.en_US", "tiny-en")
+        self.wait_for_preference("recognizer.en_US", MODEL)
         self.button("Choose Automatically").press()
         self.wait_for_preference("recognizer.en_US", "")
 

@@ -6,19 +6,19 @@ import shutil
 import unittest
 from pathlib import Path
 
-from model_mirror import MODEL, PHRASE, Mirror, write_catalogue
 from process_usage import children
 from spoken_case import SpokenCase
+from tiny_model import MODEL, PHRASE, TINY, mirror, write_catalogue
 from velun_program import APPLICATION
 
 OFFER = "Better captions: download 1 MB"
-ENCODER = "zipformer2-encoder.int8.onnx"
+ENCODER = TINY["encoder"]
 
 
 class FirstRun(SpokenCase):
     def setUp(self):
         super().setUp()
-        self.mirror = Mirror()
+        self.mirror = mirror()
         self.addCleanup(self.mirror.end)
         catalogue = self.desktop.root / "catalogue.json"
         write_catalogue(catalogue)

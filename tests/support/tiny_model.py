@@ -1,15 +1,20 @@
-"""Installs the tiny recognition model of the tests in place of a downloaded English model."""
+"""The tiny recognition model of the tests: installed, or in a catalogue of its own."""
 
+import hashlib
 import json
 from pathlib import Path
 
-ROOT = Path(__file__).resolve().parents[3]
+from local_server import LocalServer
+
+ROOT = Path(__file__).resolve().parents[2]
 CATALOGUE = ROOT / "data" / "models" / "recognition.json"
 FILES = ROOT / "tests" / "platform" / "speech" / "data"
 LOCALE = "en_US"
 TINY = {"encoder": "zipformer2-encoder.int8.onnx", "decoder": "decoder.int8.onnx",
         "joiner": "joiner.int8.onnx", "tokens": "tokens-blank0.txt"}
 PHRASE = FILES / "h01.wav"  # "turn off the music now"
+MODEL = "tiny-en"
+TITLE = "Tiny English"
 
 
 def model_of(locale):
@@ -18,7 +23,9 @@ def model_of(locale):
 
 
 def install(data_home):
-    """Installs the model as if downloaded and verified; returns its files by part."""
+    """Installs the model as if downloaded and verified, in place of the catalogue's English one;
+    returns its files by part.
+    """
     model = model_of(LOCALE)
     folder = data_home / "app.velun.Velun" / "models" / model["id"]
     folder.mkdir(parents=True)
@@ -35,3 +42,27 @@ def install(data_home):
                          "sha256": hashes[name], "download": hashes[name]})
     (folder / "verified.json").write_text(json.dumps({"files": verified}))
     return files
+
+
+def content_of(name):
+    return (FILES / name).read_bytes()
+
+
+def write_catalogue(path):
+    """Writes a catalogue that has this model only."""
+    def download(name):
+        size, digest = len(content_of(name)), hashlib.sha256(content_of(name)).hexdigest()
+        return {"address": f"https://models.example/{name}", "bytes": size, "sha256": digest,
+                "packing": "none", "files": [{"name": name, "bytes": size, "sha256": digest}]}
+
+    model = {"id": MODEL, "kind": "recognition", "title": TITLE, "languages": ["en"],
+             "licence": "MIT", "writes": [], "stepMs": 320, "memoryBytes": 1_000_000,
+             "quality": "good",
+             "options": {"locales": [LOCALE], "modelType": "zipformer2", "letters": "fold"} | TINY,
+             "downloads": [download(name) for name in TINY.values()]}
+    path.write_text(json.dumps({"models": [model]}))
+
+
+def mirror():
+    """A server of the files of the catalogue's model."""
+    return LocalServer(content_of)
