@@ -47,8 +47,9 @@ HistoryActions SessionLibrary::historyActions() {
   actions.revealFile = [this](const QUrl& file) {
     reveal(file);
   };
-  actions.exportSession = [this](const CaptionSession& session) {
-    exportSession(session);
+  actions.exportSession = [this](const CaptionSession& session,
+                                 const std::optional<LineRange>& selected) {
+    exportSession(session, selected);
   };
   actions.deleteSelection = [this](const QList<QUrl>& visible) {
     deleteHistorySelection(visible);
@@ -69,11 +70,12 @@ void SessionLibrary::exportCurrentSession() {
   exportSession(selected ? selected->session : model_.session());
 }
 
-void SessionLibrary::exportSession(const CaptionSession& session) {
+void SessionLibrary::exportSession(const CaptionSession& session,
+                                   const std::optional<LineRange>& selected) {
   if (!exportWindow_) {
     exportWindow_ = std::make_unique<ExportWindowController>(services_.panels, windowMade_);
   }
-  exportWindow_->show(session);
+  exportWindow_->show(session, selected);
 }
 
 void SessionLibrary::openSessionFile() {
@@ -98,8 +100,8 @@ void SessionLibrary::saveHistoryFile() {
 
 void SessionLibrary::saveFile(const CaptionSession& session) {
   try {
-    saveSessionFile(session, L("Save Session File", "기록 파일 저장"), SessionFormat::json,
-                    TranscriptContent::both, std::nullopt, services_.panels);
+    saveSessionFile(session, L("Save Session File", "기록 파일 저장"),
+                    {.format = SessionFormat::json}, services_.panels);
   } catch (const std::exception& error) {
     showError(descriptionOf(error));
   }

@@ -59,7 +59,7 @@ class SessionLibrary final : public QObject {
  private:
   HistoryWindowController& historyWindow();
   HistoryActions historyActions();
-  void exportSession(const CaptionSession& session);
+  void exportSession(const CaptionSession& session, const std::optional<LineRange>& selected = {});
   void saveFile(const CaptionSession& session);
   void reveal(const QUrl& file);
   void showError(const QString& message);

@@ -4,11 +4,27 @@
 #include "language/localization.h"
 #include "model/renderings.h"
 #include "model/session_file/session_file.h"
+#include "model/subtitles/subtitle_files.h"
 
 #include <algorithm>
 #include <set>
 
 namespace velun {
+
+namespace {
+
+/// The same session with some of its lines only.
+CaptionSession part(const CaptionSession& session, const LineRange& range) {
+  const std::size_t first = std::min(range.first, session.lines.size());
+  const std::size_t end = first + std::min(range.count, session.lines.size() - first);
+  const auto at = [&session](std::size_t index) {
+    return session.lines.begin() + static_cast<std::ptrdiff_t>(index);
+  };
+  return {session.schemaVersion, session.id,    session.startedAt,
+          session.endedAt,       session.title, {at(first), at(end)}};
+}
+
+}  // namespace
 
 QString defaultSessionTitle() {
   return L("Caption Session", "자막 세션");
@@ -37,13 +53,24 @@ QString CaptionSession::transcript(TranscriptContent content,
   return renderTranscript(*this, content, language);
 }
 
-QByteArray CaptionSession::exportAs(SessionFormat format, TranscriptContent content,
-                                    const std::optional<QString>& language) const {
-  switch (format) {
+QByteArray CaptionSession::exportAs(const ExportOptions& options) const {
+  if (options.lines && options.format != SessionFormat::json) {
+    ExportOptions whole = options;
+    whole.lines.reset();
+    return part(*this, *options.lines).exportAs(whole);
+  }
+  const auto cues = [&] {
+    return subtitleCues(*this, options.content, options.language);
+  };
+  switch (options.format) {
     case SessionFormat::markdown:
-      return renderMarkdown(*this, content, language).toUtf8();
+      return renderMarkdown(*this, options).toUtf8();
     case SessionFormat::text:
-      return renderText(*this, content, language).toUtf8();
+      return renderText(*this, options).toUtf8();
+    case SessionFormat::subRip:
+      return renderSubRip(cues()).toUtf8();
+    case SessionFormat::webVTT:
+      return renderWebVTT(cues()).toUtf8();
     case SessionFormat::json:
       return encodeSession(*this);
   }

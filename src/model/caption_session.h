@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "model/export_options.h"
 #include "model/line.h"
-#include "model/session_format.h"
-#include "model/transcript_content.h"
 
 #include <QByteArray>
 
@@ -37,9 +36,8 @@ struct CaptionSession {
   /// The texts only, for the clipboard: no title, times or labels. All languages if absent.
   QString transcript(TranscriptContent content, const std::optional<QString>& language) const;
 
-  /// The document in UTF-8. `json` ignores content and language. All languages if absent.
-  QByteArray exportAs(SessionFormat format, TranscriptContent content,
-                      const std::optional<QString>& language) const;
+  /// The document in UTF-8.
+  QByteArray exportAs(const ExportOptions& options) const;
 };
 
 }  // namespace velun

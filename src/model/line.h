@@ -4,6 +4,7 @@
 #include "model/audio_input.h"
 #include "platform/foundation/clock.h"
 
+#include <chrono>
 #include <map>
 #include <optional>
 #include <QString>
@@ -36,6 +37,9 @@ struct Line {
   std::optional<QString> legacyTimestamp;
   /// A translation into an unknown language, from a transcript of an earlier version.
   std::optional<QString> legacyTranslation;
+  /// When the words were said, since the session's start. Absent where the recognizer did not say.
+  std::optional<std::chrono::milliseconds> start = {};
+  std::optional<std::chrono::milliseconds> end = {};
 
   bool operator==(const Line&) const = default;
 

@@ -16,8 +16,7 @@ enum class Form { markdown, text };
 
 class Rendering {
  public:
-  Rendering(Form form, TranscriptContent content, const std::optional<QString>& language)
-      : form_(form), content_(content), language_(language) {}
+  Rendering(Form form, const ExportOptions& options) : form_(form), options_(options) {}
 
   QString of(const CaptionSession& session) {
     QString document = header(session);
@@ -44,15 +43,15 @@ class Rendering {
   }
 
   QStringList blocks(const Line& line) {
-    const QString timestamp = line.timestamp();
+    const QString timestamp = options_.showsTimes ? line.timestamp() : QString();
     const QString prefix =
         timestamp.isEmpty() ? QString() : QLatin1Char('[') + timestamp + QStringLiteral("] ");
     QStringList blocks;
-    if (content_ != TranscriptContent::translation) {
+    if (options_.content != TranscriptContent::translation) {
       blocks += source(prefix + sourceLabel(line), line.text);
     }
-    if (content_ != TranscriptContent::original) {
-      for (const auto& [language, text] : line.translatedTexts(language_)) {
+    if (options_.content != TranscriptContent::original) {
+      for (const auto& [language, text] : line.translatedTexts(options_.language)) {
         blocks += translation(prefix, translationLabel(language), text);
       }
     }
@@ -91,8 +90,7 @@ class Rendering {
   }
 
   Form form_;
-  TranscriptContent content_;
-  std::optional<QString> language_;
+  ExportOptions options_;
   /// Names already looked up: looking one up takes longer than rendering a line.
   QHash<QString, QString> names_;
 };
@@ -119,14 +117,12 @@ QString renderTranscript(const Line& line, TranscriptContent content,
   return texts.join(QLatin1Char('\n'));
 }
 
-QString renderMarkdown(const CaptionSession& session, TranscriptContent content,
-                       const std::optional<QString>& language) {
-  return Rendering(Form::markdown, content, language).of(session);
+QString renderMarkdown(const CaptionSession& session, const ExportOptions& options) {
+  return Rendering(Form::markdown, options).of(session);
 }
 
-QString renderText(const CaptionSession& session, TranscriptContent content,
-                   const std::optional<QString>& language) {
-  return Rendering(Form::text, content, language).of(session);
+QString renderText(const CaptionSession& session, const ExportOptions& options) {
+  return Rendering(Form::text, options).of(session);
 }
 
 }  // namespace velun

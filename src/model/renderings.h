@@ -14,12 +14,10 @@ QString renderTranscript(const Line& line, TranscriptContent content,
                          const std::optional<QString>& language);
 
 /// A Markdown transcript with title, times, languages and quoted translations, in the interface
-/// language. All translations if `language` is absent.
-QString renderMarkdown(const CaptionSession& session, TranscriptContent content,
-                       const std::optional<QString>& language);
+/// language. The format in the options does not matter.
+QString renderMarkdown(const CaptionSession& session, const ExportOptions& options);
 
 /// The same as plain text.
-QString renderText(const CaptionSession& session, TranscriptContent content,
-                   const std::optional<QString>& language);
+QString renderText(const CaptionSession& session, const ExportOptions& options);
 
 }  // namespace velun

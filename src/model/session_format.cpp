@@ -6,12 +6,20 @@
 
 namespace velun {
 
+bool isSubtitles(SessionFormat format) {
+  return format == SessionFormat::subRip || format == SessionFormat::webVTT;
+}
+
 QString rawValue(SessionFormat format) {
   switch (format) {
     case SessionFormat::markdown:
       return QStringLiteral("markdown");
     case SessionFormat::text:
       return QStringLiteral("text");
+    case SessionFormat::subRip:
+      return QStringLiteral("subRip");
+    case SessionFormat::webVTT:
+      return QStringLiteral("webVTT");
     case SessionFormat::json:
       return QStringLiteral("json");
   }
@@ -24,6 +32,10 @@ QString fileExtension(SessionFormat format) {
       return QStringLiteral("md");
     case SessionFormat::text:
       return QStringLiteral("txt");
+    case SessionFormat::subRip:
+      return QStringLiteral("srt");
+    case SessionFormat::webVTT:
+      return QStringLiteral("vtt");
     case SessionFormat::json:
       return QStringLiteral("json");
   }
@@ -36,6 +48,10 @@ QString title(SessionFormat format) {
       return L("Markdown (.md)", "Markdown (.md)");
     case SessionFormat::text:
       return L("Text (.txt)", "텍스트 (.txt)");
+    case SessionFormat::subRip:
+      return L("SubRip Subtitles (.srt)", "SubRip 자막 (.srt)");
+    case SessionFormat::webVTT:
+      return L("WebVTT Subtitles (.vtt)", "WebVTT 자막 (.vtt)");
     case SessionFormat::json:
       return L("Velun Session (.json)", "Velun 기록 (.json)");
   }
@@ -46,6 +62,10 @@ QString explanation(SessionFormat format) {
   if (format == SessionFormat::json) {
     return L("Keeps the original, all translations, and times, and can be reopened in Velun.",
              "원문·모든 번역·시간을 보존하며 Velun에서 다시 열 수 있습니다.");
+  }
+  if (isSubtitles(format)) {
+    return L("Captions for video players, at the times at which the words were said.",
+             "말한 시각에 맞춰 표시되는 동영상 플레이어용 자막입니다.");
   }
   return L("Shows times and languages, with the original and translations set apart.",
            "시간과 언어를 표시하고 원문과 번역을 구분합니다.");

@@ -9,15 +9,19 @@
 namespace velun {
 
 /// The export formats, in the order of the format choice.
-enum class SessionFormat { markdown, text, json };
+enum class SessionFormat { markdown, text, subRip, webVTT, json };
 
 inline constexpr std::array allSessionFormats = {SessionFormat::markdown, SessionFormat::text,
+                                                 SessionFormat::subRip, SessionFormat::webVTT,
                                                  SessionFormat::json};
 
-/// The identifier: "markdown", "text" or "json".
+/// Whether captions with times for video players are written.
+bool isSubtitles(SessionFormat format);
+
+/// The identifier: "markdown", "text", "subRip", "webVTT" or "json".
 QString rawValue(SessionFormat format);
 
-/// The file extension without a dot: "md", "txt" or "json".
+/// The file extension without a dot: "md", "txt", "srt", "vtt" or "json".
 QString fileExtension(SessionFormat format);
 
 /// The label in the interface language.

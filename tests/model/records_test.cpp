@@ -70,11 +70,13 @@ class RecordsTest final : public test::Suite {
   }
 
   void formatsHaveRawValuesAndTitles() {
-    const QStringList raws = {"markdown", "text", "json"};
-    const QStringList extensions = {"md", "txt", "json"};
-    const QStringList english = {"Markdown (.md)", "Text (.txt)", "Velun Session (.json)"};
-    const QStringList korean = {"Markdown (.md)", "텍스트 (.txt)", "Velun 기록 (.json)"};
-    QCOMPARE(allSessionFormats.size(), 3u);
+    const QStringList raws = {"markdown", "text", "subRip", "webVTT", "json"};
+    const QStringList extensions = {"md", "txt", "srt", "vtt", "json"};
+    const QStringList english = {"Markdown (.md)", "Text (.txt)", "SubRip Subtitles (.srt)",
+                                 "WebVTT Subtitles (.vtt)", "Velun Session (.json)"};
+    const QStringList korean = {"Markdown (.md)", "텍스트 (.txt)", "SubRip 자막 (.srt)",
+                                "WebVTT 자막 (.vtt)", "Velun 기록 (.json)"};
+    QCOMPARE(allSessionFormats.size(), 5u);
     for (std::size_t i = 0; i < allSessionFormats.size(); ++i) {
       const SessionFormat format = allSessionFormats[i];
       const auto row = static_cast<qsizetype>(i);

@@ -44,7 +44,7 @@ CaptionSession sessionOf(const Line& line) {
 
 QString exported(const CaptionSession& session, SessionFormat format, TranscriptContent content,
                  const std::optional<QString>& language = {}) {
-  return QString::fromUtf8(session.exportAs(format, content, language));
+  return QString::fromUtf8(session.exportAs({format, content, language}));
 }
 
 const QString kHeader =
@@ -61,6 +61,14 @@ class RenderingsTest final : public test::Suite {
  private Q_SLOTS:
   void initTestCase() { test::setTimeZone("Asia/Seoul"); }
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
+
+  void timesCanBeLeftOut() {
+    const ExportOptions options{.format = SessionFormat::text, .showsTimes = false};
+    QCOMPARE(QString::fromUtf8(sessionOf(test::sampleSession().lines[1]).exportAs(options)),
+             kHeader +
+                 "Original · English (United States) · Computer Audio\n"
+                 "Today we talk about rivers.\n\n");
+  }
 
   void rendersExactDocuments_data() {
     QTest::addColumn<QString>("file");

@@ -44,6 +44,25 @@ class SessionFileTest final : public test::Suite {
     QVERIFY(decoded(example) == test::sampleSession());
   }
 
+  void keepsTheTimesAtWhichWordsWereSaid() {
+    using namespace std::chrono_literals;
+    CaptionSession session = test::sampleSession();
+    session.lines[0].start = 7ms;
+    session.lines[0].end = 3723040ms;
+    session.lines[1].start = 0ms;
+    const QByteArray bytes = encodeSession(session);
+    QVERIFY(bytes.contains("      \"end\" : 3723.040,\n      \"id\""));
+    QVERIFY(bytes.contains("      \"start\" : 0.007,\n      \"text\""));
+    QVERIFY(bytes.contains("      \"start\" : 0.000,\n"));
+    QVERIFY(decoded(bytes) == session);
+    // As written by others: without digits behind the point, with more of them, with an exponent.
+    QByteArray other = bytes;
+    other.replace("0.007", "7.4e-3").replace("3723.040", "3723.0404").replace("0.000", "0");
+    QVERIFY(decoded(other) == session);
+    // The slow reader, which is used for large files, agrees.
+    QVERIFY(readSessionText(other) == session);
+  }
+
   void sessionWithoutLinesHasAnEmptyList() {
     CaptionSession session = test::sampleSession();
     session.lines.clear();
@@ -255,8 +274,8 @@ class SessionFileTest final : public test::Suite {
     const CaptionSession session = test::sampleSession();
     const QByteArray bytes = encodeSession(session);
     for (const TranscriptContent content : allTranscriptContents) {
-      QCOMPARE(session.exportAs(SessionFormat::json, content, {}), bytes);
-      QCOMPARE(session.exportAs(SessionFormat::json, content, QString("ja")), bytes);
+      QCOMPARE(session.exportAs({SessionFormat::json, content}), bytes);
+      QCOMPARE(session.exportAs({SessionFormat::json, content, QString("ja")}), bytes);
     }
   }
 };

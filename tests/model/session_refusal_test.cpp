@@ -126,6 +126,14 @@ class SessionRefusalTest final : public test::Suite {
         "“schemaVersion” is not a whole number");
     row("a version with a fraction", "\"schemaVersion\" : 1", "\"schemaVersion\" : 1.5", 26,
         "“schemaVersion” is not a whole number");
+    row("a start that is a text", "\"sourceLanguage\" : \"en_US\"", "\"start\" : \"1\"", 8,
+        "“start” is not a number of seconds from 0 to 1,000,000,000");
+    row("a start before the session", "\"sourceLanguage\" : \"en_US\"", "\"start\" : -0.5", 8,
+        "“start” is not a number of seconds from 0 to 1,000,000,000");
+    row("an end beyond reason", "\"sourceLanguage\" : \"en_US\"", "\"end\" : 1e10", 8,
+        "“end” is not a number of seconds from 0 to 1,000,000,000");
+    row("an end beyond all numbers", "\"sourceLanguage\" : \"en_US\"", "\"end\" : 1e999", 8,
+        "“end” is not a number of seconds from 0 to 1,000,000,000");
     row("a missing comma", "\"input\" : \"computer\",", "\"input\" : \"computer\"", 8,
         "this is not a session file");
     row("a comma too many", "\"title\" : \"Caption Session\"", "\"title\" : \"Caption Session\",",

@@ -47,6 +47,8 @@ inline constexpr std::tuple kLineFields{
     SessionField{"translations", &Line::translations},
     SessionField{"legacyTimestamp", &Line::legacyTimestamp},
     SessionField{"legacyTranslation", &Line::legacyTranslation},
+    SessionField{"start", &Line::start},
+    SessionField{"end", &Line::end},
 };
 
 /// The positions of a table's fields in the order in which they are written: by key.

@@ -37,6 +37,9 @@ QString problemText(Kind kind) {
       return L("%1 is not a text", "%1 값이 텍스트가 아닙니다");
     case Kind::notAnInteger:
       return L("%1 is not a whole number", "%1 값이 정수가 아닙니다");
+    case Kind::notADuration:
+      return L("%1 is not a number of seconds from 0 to 1,000,000,000",
+               "%1 값이 0에서 1,000,000,000 사이의 초가 아닙니다");
     case Kind::notAnId:
       return L("%1 is not an identifier", "%1 값이 식별자가 아닙니다");
     case Kind::notATime:

@@ -23,6 +23,7 @@ struct SessionProblem {
     notAList,
     notAText,
     notAnInteger,
+    notADuration,
     notAnId,
     notATime,
     notAnInput,

@@ -7,6 +7,7 @@
 #include "model/session_file/text_forms.h"
 
 #include <algorithm>
+#include <cmath>
 #include <QSet>
 #include <vector>
 
@@ -20,6 +21,9 @@ static_assert(kSessionFilePadding >= simdjson::SIMDJSON_PADDING);
 
 /// Above this size simdjson's tables could take gigabytes for a file made for that purpose.
 constexpr qsizetype kMaxTreeFileSize = qsizetype{32} << 20;
+
+/// Of a time within a session: more than thirty years.
+constexpr double kMaxSeconds = 1e9;
 
 QString toText(std::string_view utf8) {
   return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
@@ -101,6 +105,12 @@ class SessionReader {
   }
 
   void read(Value value, int& number) { number = value.integer(); }
+
+  void read(Value value, std::chrono::milliseconds& time) {
+    const double seconds = value.number();
+    if (!(seconds >= 0 && seconds <= kMaxSeconds)) value.fail(Kind::notADuration);
+    time = std::chrono::milliseconds(std::llround(seconds * 1000));
+  }
 
   void read(Value value, QString& text) {
     constexpr std::size_t kMaxSharedLength = 15;

@@ -35,6 +35,8 @@ class TreeValue {
         get<std::int64_t>(), std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
   }
 
+  double number() const { return get<double>(); }
+
   template <class Read>
   void forEachMember(Read read) const {
     const auto members = get<simdjson::dom::object>();
@@ -99,6 +101,16 @@ class TextValue {
     const auto [end, error] = std::from_chars(digits.begin(), digits.end(), number);
     if (error == std::errc()) return number;
     return first == '-' ? std::numeric_limits<int>::min() : std::numeric_limits<int>::max();
+  }
+
+  /// Not a number if it is out of the range of `double`.
+  double number() {
+    const char first = json_.peek();
+    require(first == '-' || (first >= '0' && first <= '9'), Kind::notADuration);
+    const std::string_view digits = json_.number();
+    double number = 0;
+    const auto [end, error] = std::from_chars(digits.begin(), digits.end(), number);
+    return error == std::errc() ? number : std::numeric_limits<double>::quiet_NaN();
   }
 
   template <class Read>

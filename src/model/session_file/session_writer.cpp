@@ -35,6 +35,15 @@ void append(JsonWriter& json, Instant time) {
   json.wrote(out);
 }
 
+/// In seconds: "12.340".
+void append(JsonWriter& json, std::chrono::milliseconds time) {
+  std::string text = std::to_string(time.count());
+  constexpr std::size_t kDigits = 4;
+  if (text.size() < kDigits) text.insert(0, kDigits - text.size(), '0');
+  text.insert(text.size() - 3, ".");
+  json.raw(text);
+}
+
 void append(JsonWriter& json, AudioInput input) {
   json.raw(input == AudioInput::microphone ? "\"microphone\"" : "\"computer\"");
 }

@@ -134,6 +134,29 @@ std::size_t TranscriptView::paragraphsBefore(std::size_t line) const {
   return std::accumulate(lineSizes_.begin(), end, std::size_t{0});
 }
 
+/// The number of lines for a block of the draft.
+std::size_t TranscriptView::lineOfBlock(int block) const {
+  std::size_t paragraphs = 0;
+  const auto holds = [&](std::uint32_t size) {
+    paragraphs += size;
+    return paragraphs > static_cast<std::size_t>(block);
+  };
+  const auto line = std::find_if(lineSizes_.begin(), lineSizes_.end(), holds);
+  return static_cast<std::size_t>(line - lineSizes_.begin());
+}
+
+std::optional<LineRange> TranscriptView::selectedLines() const {
+  const QTextCursor cursor = textView_->textCursor();
+  if (!cursor.hasSelection()) return std::nullopt;
+  const auto lineAt = [this](int position) {
+    return lineOfBlock(document_.text().findBlock(position).blockNumber());
+  };
+  const std::size_t first = lineAt(cursor.selectionStart());
+  const std::size_t last = std::min(lineAt(cursor.selectionEnd() - 1) + 1, lineSizes_.size());
+  if (first >= last) return std::nullopt;
+  return LineRange{first, last - first};
+}
+
 TranscriptView::Replacement TranscriptView::makeReplacement(std::size_t firstLine,
                                                             std::size_t lineCount,
                                                             std::span<const Line> lines) const {

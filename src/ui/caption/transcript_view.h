@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "model/export_options.h"
 #include "ui/caption/transcript_document.h"
 #include "ui/caption/transcript_inputs.h"
 
@@ -33,6 +34,9 @@ class TranscriptView final : public QWidget {
   bool isHeld() const { return isHeld_; }
   /// Ends the selection, which shows text that was held back.
   void clearSelection();
+
+  /// The lines that the selection touches; nullopt without a selection. The draft is not a line.
+  std::optional<LineRange> selectedLines() const;
 
   /// Opens the bar that searches the transcript.
   void openFindBar();
@@ -78,6 +82,7 @@ class TranscriptView final : public QWidget {
   std::optional<std::vector<std::size_t>> changedLines(const TranscriptChange& change) const;
   void applyReplacement(const Replacement& replacement);
   std::size_t paragraphsBefore(std::size_t line) const;
+  std::size_t lineOfBlock(int block) const;
   void clearSelectionInPlace();
   void putCursorAt(int location);
   void scrollOnJump();

@@ -4,22 +4,36 @@
 #include "language/localization.h"
 #include "ui/library/language_label.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <QStandardItemModel>
 #include <QVBoxLayout>
 
 namespace velun {
 
-ExportView::ExportView(CaptionSession session, std::function<void()> cancel, Export onExport,
-                       QWidget* parent)
+namespace {
+
+QString onlySelectedText(std::size_t count) {
+  if (count == 1) return L("Only the Selected Line", "선택한 줄만");
+  return L("Only the %1 Selected Lines", "선택한 %1줄만").arg(count);
+}
+
+}  // namespace
+
+ExportView::ExportView(CaptionSession session, std::optional<LineRange> selected,
+                       std::function<void()> cancel, Export onExport, QWidget* parent)
     : QWidget(parent),
       session_(std::move(session)),
+      selected_(selected),
       formats_(new QComboBox(this)),
       contents_(new QComboBox(this)),
       languages_(new QComboBox(this)),
+      times_(new QCheckBox(this)),
+      onlySelected_(new QCheckBox(this)),
       description_(new QLabel(this)),
       cancel_(new QPushButton(this)),
       export_(new QPushButton(this)) {
@@ -34,6 +48,11 @@ ExportView::ExportView(CaptionSession session, std::function<void()> cancel, Exp
     languageLabel_->hide();
     languages_->hide();
   }
+  times_->setChecked(true);
+  onlySelected_->setVisible(selected_.has_value());
+  column->addSpacing(4);
+  column->addWidget(times_);
+  column->addWidget(onlySelected_);
   description_->setWordWrap(true);
   description_->setContentsMargins(0, 8, 0, 0);
   column->addWidget(description_);
@@ -54,7 +73,7 @@ ExportView::ExportView(CaptionSession session, std::function<void()> cancel, Exp
   });
   connect(export_, &QPushButton::clicked, this, [this, onExport] {
     const Export run = onExport;
-    run(format(), content(), language());
+    run(options());
   });
   connect(formats_, &QComboBox::currentIndexChanged, this, &ExportView::present);
   connect(&Localization::shared(), &Localization::languageChanged, this, &ExportView::translate);
@@ -113,6 +132,11 @@ void ExportView::translate() {
   for (int i = 1; i < languages_->count(); ++i) {
     languages_->setItemText(i, languageLabel(languages_->itemData(i).toString()));
   }
+  times_->setText(L("Show Times", "시각 표시"));
+  times_->setToolTip(L("Write the time beside every line", "줄마다 시각을 함께 쓰기"));
+  if (selected_) onlySelected_->setText(onlySelectedText(selected_->count));
+  onlySelected_->setToolTip(
+      L("Leave out the lines that are not selected", "선택하지 않은 줄은 빼고 내보내기"));
   cancel_->setText(L("Cancel", "취소"));
   cancel_->setToolTip(L("Close without exporting", "내보내지 않고 닫기"));
   export_->setText(L("Export…", "내보내기…"));
@@ -121,9 +145,26 @@ void ExportView::translate() {
 }
 
 void ExportView::present() {
-  contents_->setEnabled(format() != SessionFormat::json && session_.hasTranslations());
-  languages_->setEnabled(format() != SessionFormat::json);
+  const bool isWhole = format() == SessionFormat::json;
+  contents_->setEnabled(!isWhole && session_.hasTranslations());
+  languages_->setEnabled(!isWhole);
+  times_->setEnabled(!isWhole && !isSubtitles(format()));
+  onlySelected_->setEnabled(!isWhole);
   description_->setText(explanation(format()));
+  presentLanguages();
+}
+
+/// Subtitles have room for one translation.
+void ExportView::presentLanguages() {
+  auto* all = static_cast<QStandardItemModel*>(languages_->model())->item(0);
+  all->setEnabled(!isSubtitles(format()) || languages_->count() == 1);
+  if (!all->isEnabled() && languages_->currentIndex() == 0) languages_->setCurrentIndex(1);
+}
+
+ExportOptions ExportView::options() const {
+  ExportOptions options{format(), content(), language(), times_->isChecked()};
+  if (onlySelected_->isChecked()) options.lines = selected_;
+  return options;
 }
 
 SessionFormat ExportView::format() const {

@@ -10,7 +10,7 @@ namespace velun {
 
 namespace {
 
-constexpr QSize kContentSize(420, 305);
+constexpr QSize kContentSize(420, 345);
 
 QString windowTitle() {
   return L("Export Session", "세션 내보내기");
@@ -25,24 +25,21 @@ ExportWindowController::ExportWindowController(FilePanels panels,
 
 ExportWindowController::~ExportWindowController() = default;
 
-void ExportWindowController::show(const CaptionSession& session) {
+void ExportWindowController::show(const CaptionSession& session,
+                                  std::optional<LineRange> selected) {
   close();
   auto view = std::make_unique<ExportView>(
-      session, [this] { close(); },
-      [this, session](SessionFormat format, TranscriptContent content,
-                      const std::optional<QString>& language) {
-        exportSession(session, format, content, language);
-      });
+      session, selected, [this] { close(); },
+      [this, session](const ExportOptions& options) { exportSession(session, options); });
   window_ = WindowPresentation::makeWindow(windowTitle(), kContentSize, std::move(view), false);
   windowMade_(window_.get());
   WindowPresentation::present(*window_);
 }
 
-void ExportWindowController::exportSession(const CaptionSession& session, SessionFormat format,
-                                           TranscriptContent content,
-                                           const std::optional<QString>& language) {
+void ExportWindowController::exportSession(const CaptionSession& session,
+                                           const ExportOptions& options) {
   try {
-    if (saveSessionFile(session, windowTitle(), format, content, language, panels_)) close();
+    if (saveSessionFile(session, windowTitle(), options, panels_)) close();
   } catch (const std::exception& error) {
     WindowPresentation::showError(error);
   }

@@ -22,11 +22,11 @@ class ExportWindowController final : public QObject {
   ~ExportWindowController() override;
 
   /// Opens the window for a session; an open window is closed first.
-  void show(const CaptionSession& session);
+  /// `selected` are the lines that may be exported alone.
+  void show(const CaptionSession& session, std::optional<LineRange> selected = {});
 
   /// Asks for a file, renders the session and writes it. Shows a failure to the user.
-  void exportSession(const CaptionSession& session, SessionFormat format, TranscriptContent content,
-                     const std::optional<QString>& language);
+  void exportSession(const CaptionSession& session, const ExportOptions& options);
 
   /// Updates the title of an open window to the interface language.
   void updateTitle();

@@ -14,7 +14,8 @@ struct HistoryActions {
   std::function<void()> openFile;
   std::function<void(const CaptionSession&)> saveFile;
   std::function<void(const QUrl&)> revealFile;
-  std::function<void(const CaptionSession&)> exportSession;
+  /// With the lines that are selected in its transcript.
+  std::function<void(const CaptionSession&, std::optional<LineRange>)> exportSession;
   /// Deletes the selected session if it is among the visible ones, given in display order.
   std::function<void(const QList<QUrl>&)> deleteSelection;
 };

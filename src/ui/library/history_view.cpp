@@ -342,7 +342,9 @@ void HistoryView::deleteSelected() {
 }
 
 void HistoryView::exportSelected() {
-  if (const auto selected = library_.selectedSession()) actions_.exportSession(selected->session);
+  if (const auto selected = library_.selectedSession()) {
+    actions_.exportSession(selected->session, detail_->transcript().selectedLines());
+  }
 }
 
 void HistoryView::revealSelected() {

@@ -7,9 +7,9 @@
 
 namespace velun {
 
-bool saveSessionFile(const CaptionSession& session, const QString& panelTitle, SessionFormat format,
-                     TranscriptContent content, const std::optional<QString>& language,
-                     const FilePanels& panels) {
+bool saveSessionFile(const CaptionSession& session, const QString& panelTitle,
+                     const ExportOptions& options, const FilePanels& panels) {
+  const SessionFormat format = options.format;
   SavePanelRequest request;
   request.title = panelTitle;
   request.proposedName = defaultFileName(format, session.startedAt);
@@ -20,7 +20,7 @@ bool saveSessionFile(const CaptionSession& session, const QString& panelTitle, S
   const std::optional<QUrl> url = panels.save(request);
   if (!url) return false;
   try {
-    writeFileAtomically(url->toLocalFile(), session.exportAs(format, content, language), true);
+    writeFileAtomically(url->toLocalFile(), session.exportAs(options), true);
   } catch (const FileError& error) {
     throw Failure(fileErrorText(error));
   }

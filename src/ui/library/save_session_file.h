@@ -6,10 +6,9 @@
 
 namespace velun {
 
-/// Asks the user for a file, renders the session in `format` and writes it atomically. Returns
+/// Asks the user for a file, renders the session and writes it atomically. Returns
 /// false when the user cancelled. Throws `Failure` when writing fails. Main thread.
-bool saveSessionFile(const CaptionSession& session, const QString& panelTitle, SessionFormat format,
-                     TranscriptContent content, const std::optional<QString>& language,
-                     const FilePanels& panels);
+bool saveSessionFile(const CaptionSession& session, const QString& panelTitle,
+                     const ExportOptions& options, const FilePanels& panels);
 
 }  // namespace velun

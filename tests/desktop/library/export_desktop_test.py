@@ -1,12 +1,16 @@
 """The export window and the save dialog of the real program."""
 
+import subprocess
 import unittest
 
 import session_files
+import srt
+import webvtt
 from library_case import LibraryCase
 
 EXPORT = "Export Session"
-FORMATS = ["Markdown (.md)", "Text (.txt)", "Velun Session (.json)"]
+SRT, VTT = "SubRip Subtitles (.srt)", "WebVTT Subtitles (.vtt)"
+FORMATS = ["Markdown (.md)", "Text (.txt)", SRT, VTT, "Velun Session (.json)"]
 
 
 def time(instant):
@@ -106,10 +110,41 @@ Los ríos hallan el mar.
         self.assertEqual(self.exported("a.json"), session_files.encoded(self.sessions[0]))
         self.quit()
 
+    def test_subtitles_are_read_by_others(self):
+        self.export = self.open_export()
+        self.chooser("File Format").choose(SRT)
+        self.chooser("Translation Language").choose("Korean")
+        self.exported("a.srt")
+        self.library.wait_for("push button", "Export").press()
+        self.export = self.window(EXPORT)
+        self.chooser("File Format").choose(VTT)
+        self.chooser("Content").choose("Original Only")
+        self.exported("a.vtt")
+        folder = self.desktop.home / "out"
+        texts = ["Rivers find the sea.\n강은 바다를 찾아간다.", "This takes a while."]
+        cues = list(srt.parse((folder / "a.srt").read_text(encoding="utf-8")))
+        self.assertEqual([cue.content for cue in cues], texts)
+        self.assertLess(cues[0].end, cues[1].start + cues[1].start.resolution)
+        captions = webvtt.read(folder / "a.vtt").captions
+        self.assertEqual([cue.text for cue in captions], ["Rivers find the sea.", texts[1]])
+        self.assertEqual([cue.start for cue in captions],
+                         [f"{cue.start}.000000"[:11].zfill(12) for cue in cues])
+        # As tracks of a video, read back by its reader.
+        subprocess.run(["ffmpeg", "-v", "error", "-f", "lavfi", "-i", "color=s=64x64:d=10",
+                        "-i", folder / "a.srt", "-i", folder / "a.vtt", "-map", "0", "-map", "1",
+                        "-map", "2", "-c:s:0", "srt", "-c:s:1", "webvtt", folder / "video.mkv"],
+                       check=True)
+        for track, expected in ((0, texts), (1, [cue.text for cue in captions])):
+            read = subprocess.run(["ffmpeg", "-v", "error", "-i", folder / "video.mkv", "-map",
+                                   f"0:s:{track}", "-f", "srt", "-"],
+                                  check=True, capture_output=True, text=True).stdout
+            self.assertEqual([cue.content for cue in srt.parse(read)], expected)
+        self.quit()
+
     def test_the_dialog_proposes_a_name_and_adds_the_extension(self):
         self.export = self.open_export("Team call")
         day = f"{self.now - session_files.timedelta(days=6):%Y-%m-%d}"
-        for title, ending in zip(FORMATS, ("md", "txt", "json")):
+        for title, ending in zip(FORMATS, ("md", "txt", "srt", "vtt", "json")):
             self.chooser("File Format").choose(title)
             dialog = self.press_export()
             self.assertEqual(dialog.wait_for("text").text, f"Velun-{day}.{ending}")

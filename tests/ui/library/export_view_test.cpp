@@ -4,6 +4,7 @@
 #include "language/localization.h"
 #include "support/suite.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QPushButton>
@@ -32,23 +33,22 @@ QStringList items(const QComboBox* chooser) {
 class ExportViewTest final : public test::Suite {
   Q_OBJECT
 
-  struct Chosen {
-    SessionFormat format;
-    TranscriptContent content;
-    std::optional<QString> language;
-  };
   std::unique_ptr<ExportView> view_;
-  std::vector<Chosen> exports_;
+  std::vector<ExportOptions> exports_;
   int cancels_ = 0;
 
-  void open(const CaptionSession& session) {
+  void open(const CaptionSession& session, std::optional<LineRange> selected = {}) {
     view_ = std::make_unique<ExportView>(
-        session, [this] { ++cancels_; },
-        [this](SessionFormat format, TranscriptContent content,
-               const std::optional<QString>& language) {
-          exports_.push_back({format, content, language});
-        });
+        session, selected, [this] { ++cancels_; },
+        [this](const ExportOptions& options) { exports_.push_back(options); });
     view_->show();
+  }
+
+  QCheckBox* box(const QString& text) const {
+    for (QCheckBox* each : view_->findChildren<QCheckBox*>()) {
+      if (each->text() == text && each->isVisible()) return each;
+    }
+    return nullptr;
   }
 
   QComboBox* chooser(const QString& name) const {
@@ -94,7 +94,8 @@ class ExportViewTest final : public test::Suite {
   void opensWithBothTextsAsMarkdown() {
     open(sessionIn({"ko", "en"}));
     QCOMPARE(items(chooser("File Format")),
-             QStringList({"Markdown (.md)", "Text (.txt)", "Velun Session (.json)"}));
+             QStringList({"Markdown (.md)", "Text (.txt)", "SubRip Subtitles (.srt)",
+                          "WebVTT Subtitles (.vtt)", "Velun Session (.json)"}));
     QCOMPARE(items(chooser("Content")),
              QStringList({"Original + Translation", "Original Only", "Translation Only"}));
     QCOMPARE(items(chooser("Translation Language")),
@@ -150,12 +151,50 @@ class ExportViewTest final : public test::Suite {
   void jsonHasNoContentOptions() {
     open(sessionIn({"ko"}));
     QVERIFY(chooser("Content")->isEnabled());
-    chooser("File Format")->setCurrentIndex(2);
+    chooser("File Format")->setCurrentIndex(4);
     QVERIFY(!chooser("Content")->isEnabled());
     QVERIFY(
         shows("Keeps the original, all translations, and times, and can be reopened in Velun."));
     chooser("File Format")->setCurrentIndex(0);
     QVERIFY(chooser("Content")->isEnabled());
+  }
+
+  void subtitlesHaveOneTranslationAndTheirOwnTimes() {
+    open(sessionIn({"ko", "en"}));
+    chooser("File Format")->setCurrentIndex(2);
+    QVERIFY(!box("Show Times")->isEnabled());
+    QCOMPARE(chooser("Translation Language")->currentText(), QString("English"));
+    QVERIFY(shows("Captions for video players, at the times at which the words were said."));
+    button("Export…")->click();
+    QCOMPARE(exports_.at(0).format, SessionFormat::subRip);
+    QCOMPARE(exports_.at(0).language.value_or(QString()), QString("en"));
+    // All of them can be chosen again for a format that has room for them.
+    chooser("File Format")->setCurrentIndex(0);
+    chooser("Translation Language")->setCurrentIndex(0);
+    button("Export…")->click();
+    QVERIFY(!exports_.at(1).language);
+  }
+
+  void timesAndUnselectedLinesCanBeLeftOut() {
+    open(sessionIn({}), LineRange{3, 2});
+    box("Show Times")->click();
+    QCheckBox* only = box("Only the 2 Selected Lines");
+    QVERIFY(only && !only->isChecked());
+    button("Export…")->click();
+    QVERIFY(!exports_.at(0).showsTimes);
+    QVERIFY(!exports_.at(0).lines);
+    only->click();
+    button("Export…")->click();
+    QCOMPARE(exports_.at(1).lines, (std::optional(LineRange{3, 2})));
+    chooser("File Format")->setCurrentIndex(4);
+    QVERIFY(!only->isEnabled());
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QVERIFY(box("선택한 2줄만"));
+    QVERIFY(box("시각 표시"));
+    open(sessionIn({}), LineRange{0, 1});
+    QVERIFY(box("선택한 줄만"));
+    open(sessionIn({}));
+    QVERIFY(!box("선택한 줄만"));
   }
 
   void cancelExportsNothing() {
@@ -174,7 +213,7 @@ class ExportViewTest final : public test::Suite {
     QVERIFY(shows("시간과 언어를 표시하고 원문과 번역을 구분합니다."));
     QVERIFY(button("취소"));
     QVERIFY(button("내보내기…"));
-    chooser("파일 형식")->setCurrentIndex(2);
+    chooser("파일 형식")->setCurrentIndex(4);
     QVERIFY(shows("원문·모든 번역·시간을 보존하며 Velun에서 다시 열 수 있습니다."));
   }
 
@@ -192,8 +231,8 @@ class ExportViewTest final : public test::Suite {
 
   void closingTheWindowFromACallbackIsSafe() {
     view_ = std::make_unique<ExportView>(
-        sessionIn({}), [this] { view_.release()->deleteLater(); },
-        [](SessionFormat, TranscriptContent, const std::optional<QString>&) {});
+        sessionIn({}), std::nullopt, [this] { view_.release()->deleteLater(); },
+        [](const ExportOptions&) {});
     button("Cancel")->click();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(!view_);

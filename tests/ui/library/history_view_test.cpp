@@ -36,6 +36,7 @@ class HistoryViewTest final : public test::Suite {
   std::unique_ptr<HistoryViewModel> library_;
   std::unique_ptr<HistoryView> view_;
   QStringList calls_;
+  std::optional<LineRange> selected_;
 
   /// Writes a session that started `daysAgo` days ago.
   QUrl write(const QString& title, int daysAgo, const QString& text,
@@ -47,7 +48,11 @@ class HistoryViewTest final : public test::Suite {
     line.text = text;
     if (!translation.isEmpty()) line.translations[language] = translation;
     session.lines.push_back(line);
-    const QString path = folder_->filePath(title + ".json");
+    return write(session);
+  }
+
+  QUrl write(const CaptionSession& session) {
+    const QString path = folder_->filePath(session.title + ".json");
     QFile file(path);
     if (file.open(QFile::WriteOnly)) file.write(encodeSession(session));
     return QUrl::fromLocalFile(path);
@@ -115,8 +120,9 @@ class HistoryViewTest final : public test::Suite {
     actions.revealFile = [this](const QUrl& url) {
       calls_.append("reveal " + url.fileName());
     };
-    actions.exportSession = [this](const CaptionSession& s) {
+    actions.exportSession = [this](const CaptionSession& s, const std::optional<LineRange>& lines) {
       calls_.append("export " + s.title);
+      selected_ = lines;
     };
     actions.deleteSelection = [this](const QList<QUrl>& visible) {
       library_->deleteSelection(visible);
@@ -309,6 +315,28 @@ class HistoryViewTest final : public test::Suite {
     action("Delete")->trigger();
     QVERIFY(library_->sessions().empty());
     QVERIFY(!detail()->isVisible());
+  }
+
+  void exportKnowsTheSelectedLines() {
+    CaptionSession session;
+    session.title = "Talk";
+    for (const QString text : {"one", "two\nparts", "three", "four"}) {
+      Line line;
+      line.text = text;
+      line.translations["ko"] = "번역";
+      session.lines.push_back(line);
+    }
+    write(session);
+    reload();
+    list()->setCurrentIndex(list()->model()->index(1, 0));
+    action("Export")->trigger();
+    QVERIFY(!selected_);
+    auto& text = detail()->transcript().textView();
+    QTextCursor cursor = text.document()->find("wo");
+    cursor.setPosition(text.document()->find("hree").selectionEnd(), QTextCursor::KeepAnchor);
+    text.setTextCursor(cursor);
+    action("Export")->trigger();
+    QCOMPARE(selected_, (std::optional(LineRange{1, 2})));
   }
 
   void contextMenuActsOnTheSessionUnderThePointer() {

@@ -20,8 +20,7 @@ class SaveSessionFileTest final : public test::Suite {
   CaptionSession session_;
 
   bool save(SessionFormat format) {
-    return saveSessionFile(session_, "Export Session", format, TranscriptContent::both,
-                           std::nullopt, panels_);
+    return saveSessionFile(session_, "Export Session", {.format = format}, panels_);
   }
 
  private Q_SLOTS:
@@ -58,10 +57,10 @@ class SaveSessionFileTest final : public test::Suite {
     for (const SessionFormat format : allSessionFormats) save(format);
     QCOMPARE(asked_[0].proposedName, QString("Velun-2025-03-01.md"));
     QCOMPARE(asked_[1].proposedName, QString("Velun-2025-03-01.txt"));
-    QCOMPARE(asked_[2].proposedName, QString("Velun-2025-03-01.json"));
+    QCOMPARE(asked_[4].proposedName, QString("Velun-2025-03-01.json"));
     QCOMPARE(asked_[0].patterns, QStringList({"*.md"}));
     QCOMPARE(asked_[1].patterns, QStringList({"*.txt"}));
-    QCOMPARE(asked_[2].patterns, QStringList({"*.json"}));
+    QCOMPARE(asked_[4].patterns, QStringList({"*.json"}));
     QCOMPARE(asked_[0].title, QString("Export Session"));
     QCOMPARE(asked_[0].filterName, QString("Markdown"));
   }
