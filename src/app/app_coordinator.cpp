@@ -163,8 +163,10 @@ void AppCoordinator::openSessionsFolder() {
 
 void AppCoordinator::observe() {
   const auto applyLook = [this] {
-    look_.set(services_.desktop.prefersHighContrast(), services_.desktop.prefersReducedMotion());
+    look_.set(services_.desktop.colorScheme(), services_.desktop.prefersHighContrast(),
+              services_.desktop.prefersReducedMotion());
   };
+  connect(&services_.desktop, &DesktopPlatform::colorSchemeChanged, this, applyLook);
   connect(&services_.desktop, &DesktopPlatform::contrastChanged, this, applyLook);
   connect(&services_.desktop, &DesktopPlatform::motionChanged, this, applyLook);
   applyLook();

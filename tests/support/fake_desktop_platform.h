@@ -30,6 +30,7 @@ class FakeDesktopPlatform final : public DesktopPlatform {
   }
   void watchScreenCasts(bool watch) override { isWatching = watch; }
   bool isScreenCastRunning() const override { return isWatching && isCasting; }
+  ColorScheme colorScheme() const override { return scheme; }
   bool prefersHighContrast() const override { return isHighContrast; }
   bool prefersReducedMotion() const override { return isMotionReduced; }
 
@@ -40,6 +41,10 @@ class FakeDesktopPlatform final : public DesktopPlatform {
   void setCasting(bool casting) {
     isCasting = casting;
     Q_EMIT screenCastChanged();
+  }
+  void setColorScheme(ColorScheme preferred) {
+    scheme = preferred;
+    Q_EMIT colorSchemeChanged();
   }
   void setHighContrast(bool high) {
     isHighContrast = high;
@@ -59,6 +64,7 @@ class FakeDesktopPlatform final : public DesktopPlatform {
   bool isPointerOverWindow = false;
   bool isWatching = false;
   bool isCasting = false;
+  ColorScheme scheme = ColorScheme::any;
   bool isHighContrast = false;
   bool isMotionReduced = false;
 };

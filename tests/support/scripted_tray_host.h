@@ -10,7 +10,8 @@ class ScriptedTrayHost final : public TrayHost {
  public:
   void search() override { ++searches; }
   std::optional<Protocol> protocol() const override { return found_; }
-  std::optional<std::uint32_t> foreground() const override { return std::nullopt; }
+  bool coloursSymbolicIcons() const override { return coloursIcons; }
+  std::optional<std::uint32_t> foreground() const override { return requestedColour; }
 
   void come(Protocol protocol) {
     found_ = protocol;
@@ -19,6 +20,8 @@ class ScriptedTrayHost final : public TrayHost {
   void stayAway() { Q_EMIT missing(); }
 
   int searches = 0;
+  bool coloursIcons = false;
+  std::optional<std::uint32_t> requestedColour;
 
  private:
   std::optional<Protocol> found_;

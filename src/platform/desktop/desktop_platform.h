@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/desktop/color_scheme.h"
 #include "platform/desktop/desktop_capabilities.h"
 
 #include <QObject>
@@ -54,6 +55,8 @@ class DesktopPlatform : public QObject {
   /// Whether a screen cast is running; false while they are not watched.
   virtual bool isScreenCastRunning() const = 0;
 
+  /// The colours for windows that the user has chosen in the desktop's settings.
+  virtual ColorScheme colorScheme() const = 0;
   /// Whether the user has chosen higher contrast in the desktop's settings.
   virtual bool prefersHighContrast() const = 0;
   /// Whether the user has chosen reduced motion there.
@@ -62,6 +65,7 @@ class DesktopPlatform : public QObject {
  Q_SIGNALS:
   void capabilitiesChanged();
   void screenCastChanged();
+  void colorSchemeChanged();
   void contrastChanged();
   void motionChanged();
 };

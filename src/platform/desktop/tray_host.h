@@ -26,6 +26,10 @@ class TrayHost : public QObject {
   /// Empty until a host is found; keeps its value when the host goes away.
   virtual std::optional<Protocol> protocol() const = 0;
 
+  /// Whether the host draws a symbolic icon, given by its name, in the colour of its own texts.
+  /// Hosts that do not draw it dark even on a dark bar.
+  virtual bool coloursSymbolicIcons() const = 0;
+
   /// The colour (0xRRGGBB) that the host requests for symbolic icons; empty when it requests none.
   virtual std::optional<std::uint32_t> foreground() const = 0;
 

@@ -8,8 +8,15 @@
 
 namespace velun {
 
-QPalette highContrastPalette(const QPalette& desktops) {
-  const bool dark = desktops.color(QPalette::Window).lightness() < 128;
+namespace {
+
+bool isDark(const QPalette& palette) {
+  return palette.color(QPalette::Window).lightness() < 128;
+}
+
+}  // namespace
+
+QPalette highContrastPalette(bool dark) {
   const QColor text = dark ? Qt::white : Qt::black;
   const QColor surface = dark ? Qt::black : Qt::white;
   const QColor strong = dark ? QColor(255, 213, 74) : QColor(0, 60, 160);
@@ -33,19 +40,57 @@ QPalette highContrastPalette(const QPalette& desktops) {
   return palette;
 }
 
-void WindowLook::set(bool highContrast, bool reducedMotion) {
-  if (highContrast == highContrast_ && reducedMotion == reducedMotion_) return;
+QPalette schemePalette(bool dark) {
+  const QColor window = dark ? QColor(36, 36, 40) : QColor(239, 239, 240);
+  const QColor text = dark ? QColor(240, 240, 242) : QColor(30, 30, 33);
+  const QColor faint = dark ? QColor(130, 130, 136) : QColor(140, 140, 146);
+  // The constructor derives the shades of edges.
+  QPalette palette(dark ? QColor(54, 54, 60) : QColor(246, 246, 247), window);
+  for (const QPalette::ColorRole role :
+       {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
+    palette.setColor(role, text);
+    palette.setColor(QPalette::Disabled, role, faint);
+  }
+  palette.setColor(QPalette::Base, dark ? QColor(27, 27, 30) : QColor(Qt::white));
+  palette.setColor(QPalette::AlternateBase, dark ? QColor(32, 32, 36) : QColor(247, 247, 248));
+  palette.setColor(QPalette::ToolTipBase, dark ? QColor(54, 54, 60) : QColor(Qt::white));
+  palette.setColor(QPalette::Highlight, dark ? QColor(48, 92, 148) : QColor(36, 92, 158));
+  palette.setColor(QPalette::HighlightedText, Qt::white);
+  palette.setColor(QPalette::Link, dark ? QColor(134, 184, 250) : QColor(16, 76, 150));
+  palette.setColor(QPalette::LinkVisited, dark ? QColor(196, 170, 250) : QColor(92, 52, 140));
+  QColor hint = text;
+  hint.setAlphaF(0.65F);
+  palette.setColor(QPalette::PlaceholderText, hint);
+  return palette;
+}
+
+void WindowLook::set(ColorScheme scheme, bool highContrast, bool reducedMotion) {
+  const bool isNewStyle = highContrast != highContrast_ || reducedMotion != reducedMotion_;
+  const bool isNewPalette = highContrast != highContrast_ || scheme != scheme_;
+  scheme_ = scheme;
+  highContrast_ = highContrast;
+  reducedMotion_ = reducedMotion;
+  if (isNewStyle) applyStyle();
+  if (isNewPalette) applyPalette();
+}
+
+void WindowLook::applyStyle() {
   if (styleName_.isEmpty()) styleName_ = QApplication::style()->name();
-  if (highContrast || reducedMotion) {
-    QApplication::setStyle(new AccessStyle(styleName_, highContrast, reducedMotion));
+  if (highContrast_ || reducedMotion_) {
+    QApplication::setStyle(new AccessStyle(styleName_, highContrast_, reducedMotion_));
   } else {
     QApplication::setStyle(std::exchange(styleName_, QString()));
   }
-  reducedMotion_ = reducedMotion;
-  if (std::exchange(highContrast_, highContrast) == highContrast) return;
-  // An empty palette restores the desktop's.
-  QApplication::setPalette(highContrast ? highContrastPalette(QApplication::palette())
-                                        : QPalette());
+}
+
+void WindowLook::applyPalette() {
+  // An empty palette restores the desktop's, which has to be known.
+  if (std::exchange(hasOwnPalette_, false)) QApplication::setPalette(QPalette());
+  const bool isDesktopDark = isDark(QApplication::palette());
+  const bool dark = scheme_ == ColorScheme::any ? isDesktopDark : scheme_ == ColorScheme::dark;
+  hasOwnPalette_ = highContrast_ || dark != isDesktopDark;
+  if (!hasOwnPalette_) return;
+  QApplication::setPalette(highContrast_ ? highContrastPalette(dark) : schemePalette(dark));
 }
 
 }  // namespace velun

@@ -1,26 +1,38 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/desktop/color_scheme.h"
+
 #include <QPalette>
 #include <QString>
 
 namespace velun {
 
-/// Black on white, or white on black where the desktop's palette is dark, with a strong colour for
-/// selections. Text at 0.7 opacity still has a contrast of 7:1.
-QPalette highContrastPalette(const QPalette& desktops);
+/// Black on white, or white on black, with a strong colour for selections. Text at 0.7 opacity
+/// still has a contrast of 7:1.
+QPalette highContrastPalette(bool dark);
 
-/// The look of all windows: the desktop's own style, adapted to accessibility preferences. The
-/// caption panel has its own colours. Main thread.
+/// Calm colours for a desktop whose own palette is light although the user prefers dark windows, or
+/// the other way round. Text has a contrast of 7:1.
+QPalette schemePalette(bool dark);
+
+/// The look of all windows: the desktop's own style and colours, adapted to the user's preferences.
+/// The caption panel has its own colours. Main thread.
 class WindowLook final {
  public:
   /// Applies to all windows at once. `highContrast` means strong colours and outlines,
-  /// `reducedMotion` means no animations.
-  void set(bool highContrast, bool reducedMotion);
+  /// `reducedMotion` means no animations. With ColorScheme::any the desktop's palette decides
+  /// between light and dark.
+  void set(ColorScheme scheme, bool highContrast, bool reducedMotion);
 
  private:
+  void applyStyle();
+  void applyPalette();
+
+  ColorScheme scheme_ = ColorScheme::any;
   bool highContrast_ = false;
   bool reducedMotion_ = false;
+  bool hasOwnPalette_ = false;
   // The desktop's style while it is replaced; otherwise empty.
   QString styleName_;
 };

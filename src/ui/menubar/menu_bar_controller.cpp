@@ -7,7 +7,6 @@
 
 #include <QCursor>
 #include <QGuiApplication>
-#include <QPalette>
 
 namespace velun {
 
@@ -34,14 +33,16 @@ void MenuBarController::showStatusItem() {
 void MenuBarController::updateState() {
   if (!statusItem_) return;
   const bool isPaused = !model_.isRunning();
-  const QColor colour = iconColour();
-  statusItem_->setIcon(isPaused ? StatusIcon::paused(colour) : StatusIcon::active(colour));
+  statusItem_->setIcon(icon(isPaused));
   statusItem_->setToolTip(StatusIcon::description(isPaused));
 }
 
-QColor MenuBarController::iconColour() const {
-  if (const auto requested = host_.foreground()) return QColor::fromRgb(*requested);
-  return QGuiApplication::palette().color(QPalette::WindowText);
+QIcon MenuBarController::icon(bool paused) const {
+  if (host_.coloursSymbolicIcons()) return StatusIcon::symbolic(paused);
+  if (const auto requested = host_.foreground()) {
+    return StatusIcon::drawn(paused, QColor::fromRgb(*requested));
+  }
+  return StatusIcon::outlined(paused);
 }
 
 void MenuBarController::activated(QSystemTrayIcon::ActivationReason reason) {

@@ -36,7 +36,7 @@ class MenuBarController final : public QObject {
   void showStatusItem();
   void updateState();
   void activated(QSystemTrayIcon::ActivationReason reason);
-  QColor iconColour() const;
+  QIcon icon(bool paused) const;
 
   CaptionViewModel& model_;
   TrayHost& host_;

@@ -74,10 +74,15 @@ QPainterPath wave(double inner, double outer, double halfAngle) {
   return band;
 }
 
+/// The outline on each side of the figure, in points, and its colour.
+constexpr double kOutline = 1.1;
+const QColor kOutlineColour(24, 24, 28);
+
 /// Draws the figure at the requested size.
 class FigureEngine final : public QIconEngine {
  public:
-  FigureEngine(bool paused, const QColor& colour) : paused_(paused), colour_(colour) {}
+  FigureEngine(bool paused, const QColor& colour, bool isOutlined)
+      : paused_(paused), colour_(colour), isOutlined_(isOutlined) {}
 
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode, QIcon::State) override {
     const QSizeF scaled = StatusIcon::kSize.scaled(rect.size(), Qt::KeepAspectRatio);
@@ -87,7 +92,16 @@ class FigureEngine final : public QIconEngine {
     painter->translate(rect.x() + (rect.width() - scaled.width()) / 2,
                        rect.y() + (rect.height() - scaled.height()) / 2);
     painter->scale(scale, scale);
-    painter->fillPath(StatusIcon::make(paused_), colour_);
+    const QPainterPath figure = StatusIcon::make(paused_);
+    if (isOutlined_) {
+      // The outline needs room inside the image.
+      const QSizeF size = StatusIcon::kSize;
+      painter->translate(kOutline, kOutline);
+      painter->scale(1 - 2 * kOutline / size.width(), 1 - 2 * kOutline / size.height());
+      painter->strokePath(
+          figure, QPen(kOutlineColour, 2 * kOutline, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    }
+    painter->fillPath(figure, colour_);
     painter->restore();
   }
 
@@ -104,11 +118,8 @@ class FigureEngine final : public QIconEngine {
  private:
   bool paused_;
   QColor colour_;
+  bool isOutlined_;
 };
-
-QIcon image(const QString& themeName, bool paused, const QColor& colour) {
-  return QIcon::fromTheme(themeName, QIcon(new FigureEngine(paused, colour)));
-}
 
 }  // namespace
 
@@ -120,12 +131,17 @@ QPainterPath StatusIcon::make(bool paused) {
   return figure;
 }
 
-QIcon StatusIcon::active(const QColor& colour) {
-  return image("app.velun.Velun-symbolic", false, colour);
+QIcon StatusIcon::symbolic(bool paused) {
+  return QIcon::fromTheme(paused ? "app.velun.Velun-paused-symbolic" : "app.velun.Velun-symbolic",
+                          outlined(paused));
 }
 
-QIcon StatusIcon::paused(const QColor& colour) {
-  return image("app.velun.Velun-paused-symbolic", true, colour);
+QIcon StatusIcon::drawn(bool paused, const QColor& colour) {
+  return QIcon(new FigureEngine(paused, colour, false));
+}
+
+QIcon StatusIcon::outlined(bool paused) {
+  return QIcon(new FigureEngine(paused, Qt::white, true));
 }
 
 QString StatusIcon::description(bool paused) {

@@ -18,10 +18,13 @@ struct StatusIcon {
   /// The outline of the figure inside `kSize`, y downwards, to be filled with one colour.
   static QPainterPath make(bool paused);
 
-  /// The icon. A host that colours symbolic icons itself gets the installed icon by its name;
-  /// others get the figure drawn in `colour` at the requested size.
-  static QIcon active(const QColor& colour);
-  static QIcon paused(const QColor& colour);
+  /// For hosts that colour symbolic icons: the installed icon, known by its name. Before the
+  /// program is installed the same as outlined().
+  static QIcon symbolic(bool paused);
+  /// The figure in `colour`, drawn at the requested size.
+  static QIcon drawn(bool paused, const QColor& colour);
+  /// The figure in white with a dark outline, which can be read on light and dark bars.
+  static QIcon outlined(bool paused);
 
   /// The tool tip and accessible name, in the interface language.
   static QString description(bool paused);

@@ -22,7 +22,10 @@ class Contrast(ProgramCase):
         self.assertEqual(self.portal.stdout.readline().strip(), "ready")
 
     def ask_for_contrast(self, level):
-        self.portal.stdin.write(f"org.freedesktop.appearance contrast {level}\n")
+        self.ask_for("contrast", level)
+
+    def ask_for(self, key, level):
+        self.portal.stdin.write(f"org.freedesktop.appearance {key} {level}\n")
         self.assertEqual(self.portal.stdout.readline().strip(), "told")
 
     def open_windows(self, language):
@@ -61,6 +64,22 @@ class Contrast(ProgramCase):
         self.wait_for_contrast(*points)
         self.ask_for_contrast(0)
         self.wait_for_the_usual(*points)
+        self.quit()
+
+    def test_dark_and_light_are_followed_in_high_contrast_too(self):
+        _, _, window = self.open_windows("en")
+        self.ask_for("color-scheme", 1)
+        self.wait("a dark window", lambda: sum(self.pixel(window) or WHITE) < 3 * 60)
+        self.ask_for("color-scheme", 2)
+        self.wait("a light window", lambda: sum(self.pixel(window) or BLACK) > 3 * 200)
+        self.ask_for_contrast(1)
+        self.wait("a window in white", lambda: self.pixel(window) == WHITE)
+        self.ask_for("color-scheme", 1)
+        self.wait("a window in black", lambda: self.pixel(window) == BLACK)
+        self.ask_for_contrast(0)
+        self.wait("a dark window again", lambda: self.pixel(window) not in (None, BLACK))
+        self.ask_for("color-scheme", 0)
+        self.wait("its usual colour", lambda: sum(self.pixel(window) or BLACK) > 3 * 200)
         self.quit()
 
     def test_contrast_requested_before_the_start_applies(self):

@@ -97,6 +97,30 @@ class TrayHostTest final : public test::Suite {
     QVERIFY(fixture.host.protocol() == TrayHost::Protocol::statusNotifier);
   }
 
+  void desktopTellsWhetherSymbolicIconsAreColoured_data() {
+    QTest::addColumn<QByteArray>("desktop");
+    QTest::addColumn<bool>("colours");
+    QTest::newRow("GNOME") << QByteArray("GNOME") << true;
+    QTest::newRow("a variant of GNOME") << QByteArray("ubuntu:GNOME") << true;
+    QTest::newRow("Plasma") << QByteArray("KDE") << true;
+    QTest::newRow("LXQt") << QByteArray("LXQt") << false;
+    QTest::newRow("sway") << QByteArray("sway") << false;
+    QTest::newRow("unknown") << QByteArray() << false;
+  }
+  void desktopTellsWhetherSymbolicIconsAreColoured() {
+    QFETCH(QByteArray, desktop);
+    QFETCH(bool, colours);
+    qputenv("XDG_CURRENT_DESKTOP", desktop);
+    Fixture fixture;
+    fixture.watcher.getHost();
+    fixture.watcher.appear();
+    fixture.host.search();
+    QVERIFY(!fixture.host.coloursSymbolicIcons());
+    QTRY_COMPARE(fixture.found.count(), 1);
+    QCOMPARE(fixture.host.coloursSymbolicIcons(), colours);
+    qunsetenv("XDG_CURRENT_DESKTOP");
+  }
+
   void hostIsMissingWithoutABus() {
     test::ManualClock clock;
     LinuxTrayHost host(clock, QDBusConnection("no such connection"));

@@ -14,6 +14,27 @@
 using namespace velun;
 using test::contrastRatio;
 
+namespace {
+
+using Role = QPalette::ColorRole;
+
+/// Texts and the surfaces that they are on.
+constexpr std::pair<Role, Role> kPairs[] = {{QPalette::WindowText, QPalette::Window},
+                                            {QPalette::Text, QPalette::Base},
+                                            {QPalette::ButtonText, QPalette::Button},
+                                            {QPalette::HighlightedText, QPalette::Highlight},
+                                            {QPalette::ToolTipText, QPalette::ToolTipBase},
+                                            {QPalette::Link, QPalette::Window}};
+
+void verifyContrast(const QPalette& palette, Role text, Role surface, double least) {
+  for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+    const double ratio = contrastRatio(palette.color(group, text), palette.color(group, surface));
+    QVERIFY2(ratio >= least, qPrintable(QStringLiteral("%1: %2").arg(text).arg(ratio)));
+  }
+}
+
+}  // namespace
+
 class WindowLookTest final : public test::Suite {
   Q_OBJECT
 
@@ -53,27 +74,61 @@ class WindowLookTest final : public test::Suite {
   }
   void everyTextHasSevenToOneContrast() {
     QFETCH(bool, dark);
-    const QPalette palette = highContrastPalette(desktops(dark));
+    const QPalette palette = highContrastPalette(dark);
     QCOMPARE(palette.color(QPalette::Window).lightness() < 128, dark);
-    const std::pair<QPalette::ColorRole, QPalette::ColorRole> pairs[] = {
-        {QPalette::WindowText, QPalette::Window},
-        {QPalette::Text, QPalette::Base},
-        {QPalette::ButtonText, QPalette::Button},
-        {QPalette::HighlightedText, QPalette::Highlight},
-        {QPalette::ToolTipText, QPalette::ToolTipBase},
-        {QPalette::Link, QPalette::Window},
-        {QPalette::PlaceholderText, QPalette::Base}};
-    for (const auto& [text, surface] : pairs) {
-      for (const auto group : {QPalette::Active, QPalette::Inactive}) {
-        const double ratio =
-            contrastRatio(palette.color(group, text), palette.color(group, surface));
-        QVERIFY2(ratio >= 7, qPrintable(QStringLiteral("%1: %2").arg(text).arg(ratio)));
-      }
-    }
+    for (const auto& [text, surface] : kPairs) verifyContrast(palette, text, surface, 7);
+    verifyContrast(palette, QPalette::PlaceholderText, QPalette::Base, 7);
     QColor dimmed = palette.color(QPalette::Text);
     dimmed.setAlphaF(0.7F);
     QVERIFY(contrastRatio(dimmed, palette.color(QPalette::Base)) >= 7);
     QVERIFY(contrastRatio(palette.color(QPalette::Highlight), palette.color(QPalette::Base)) >= 3);
+  }
+
+  void schemesHaveReadableText_data() { everyTextHasSevenToOneContrast_data(); }
+  void schemesHaveReadableText() {
+    QFETCH(bool, dark);
+    const QPalette palette = schemePalette(dark);
+    QCOMPARE(palette.color(QPalette::Window).lightness() < 128, dark);
+    for (const auto& [text, surface] : kPairs) {
+      verifyContrast(palette, text, surface, text == QPalette::HighlightedText ? 4.5 : 7);
+    }
+    verifyContrast(palette, QPalette::PlaceholderText, QPalette::Base, 4.5);
+  }
+
+  void preferredSchemeIsFollowedAtOnce() {
+    const auto window = [] {
+      return QApplication::palette().color(QPalette::Window);
+    };
+    const QColor before = window();
+    WindowLook look;
+    look.set(ColorScheme::light, false, false);
+    QCOMPARE(window(), before);
+    look.set(ColorScheme::dark, false, false);
+    QCOMPARE(window(), schemePalette(true).color(QPalette::Window));
+    look.set(ColorScheme::any, false, false);
+    QCOMPARE(window(), before);
+    look.set(ColorScheme::dark, false, false);
+    look.set(ColorScheme::light, false, false);
+    QCOMPARE(window(), before);
+  }
+
+  void preferredSchemeIsFollowedInHighContrastToo() {
+    const auto window = [] {
+      return QApplication::palette().color(QPalette::Window);
+    };
+    const QColor before = window();
+    WindowLook look;
+    look.set(ColorScheme::any, true, false);
+    QCOMPARE(window(), QColor(Qt::white));
+    look.set(ColorScheme::dark, true, false);
+    QCOMPARE(window(), QColor(Qt::black));
+    look.set(ColorScheme::light, true, false);
+    QCOMPARE(window(), QColor(Qt::white));
+    look.set(ColorScheme::dark, true, false);
+    look.set(ColorScheme::dark, false, false);
+    QCOMPARE(window(), schemePalette(true).color(QPalette::Window));
+    look.set(ColorScheme::any, false, false);
+    QCOMPARE(window(), before);
   }
 
   void controlsGainAndLoseOutlines_data() { everyTextHasSevenToOneContrast_data(); }
@@ -92,11 +147,11 @@ class WindowLookTest final : public test::Suite {
       QVERIFY(outlineOf(*control) < 3);
     }
     WindowLook look;
-    look.set(true, false);
+    look.set(ColorScheme::any, true, false);
     for (QWidget* control : controls) {
       QVERIFY2(outlineOf(*control) >= 7, control->metaObject()->className());
     }
-    look.set(false, false);
+    look.set(ColorScheme::any, false, false);
     QCOMPARE(QApplication::style()->name(), QString("fusion"));
     if (dark) QApplication::setPalette(desktops(true));
     for (std::size_t i = 0; i < controls.size(); ++i) {
@@ -113,15 +168,15 @@ class WindowLookTest final : public test::Suite {
     const QImage before = button.grab().toImage();
     QVERIFY(duration() > 0);
     WindowLook look;
-    look.set(false, true);
+    look.set(ColorScheme::any, false, true);
     QCOMPARE(duration(), 0);
     QCOMPARE(button.grab().toImage(), before);
-    look.set(true, true);
+    look.set(ColorScheme::any, true, true);
     QCOMPARE(duration(), 0);
-    look.set(true, false);
+    look.set(ColorScheme::any, true, false);
     QVERIFY(duration() > 0);
     QVERIFY(button.grab().toImage() != before);
-    look.set(false, false);
+    look.set(ColorScheme::any, false, false);
     QCOMPARE(QApplication::style()->name(), QString("fusion"));
     QCOMPARE(button.grab().toImage(), before);
   }

@@ -135,12 +135,44 @@ class StatusIconTest final : public test::Suite {
   void imagesAreDrawnInTheColourThatIsAskedFor() {
     const QColor colour(10, 200, 30);
     for (const QSize& size : {QSize(19, 18), QSize(22, 22), QSize(64, 64)}) {
-      const Coverage active = coverageOf(StatusIcon::active(colour), size, colour);
-      const Coverage paused = coverageOf(StatusIcon::paused(colour), size, colour);
+      const Coverage active = coverageOf(StatusIcon::drawn(false, colour), size, colour);
+      const Coverage paused = coverageOf(StatusIcon::drawn(true, colour), size, colour);
       QVERIFY(active.isOneColour && paused.isOneColour);
       QVERIFY(active.share > 0.25 && active.share < 0.6);
       QVERIFY(paused.share > 0.2 && paused.share < active.share);
     }
+  }
+
+  void outlinedFigureCanBeReadOnEveryBar() {
+    for (const bool paused : {false, true}) {
+      for (const int size : {16, 22, 64}) {
+        const QImage image = StatusIcon::outlined(paused).pixmap(size).toImage();
+        int light = 0;
+        int dark = 0;
+        for (int y = 0; y < image.height(); ++y) {
+          for (int x = 0; x < image.width(); ++x) {
+            const QColor pixel = image.pixelColor(x, y);
+            if (pixel.alpha() < 128) continue;
+            light += pixel.lightness() > 200;
+            dark += pixel.lightness() < 100;
+          }
+        }
+        const int all = image.width() * image.height();
+        QVERIFY2(light * 100 > 15 * all, qPrintable(QString::number(light)));
+        QVERIFY2(dark * 100 > 5 * all, qPrintable(QString::number(dark)));
+        // The outline is not cut off at the sides.
+        for (int y = 0; y < size; ++y) {
+          QVERIFY(image.pixelColor(0, y).alpha() < 128);
+          QVERIFY(image.pixelColor(size - 1, y).alpha() < 128);
+        }
+      }
+    }
+  }
+
+  void iconIsKnownByNameOnlyOnceInstalled() {
+    QVERIFY(StatusIcon::symbolic(true).name().isEmpty());
+    QCOMPARE(StatusIcon::symbolic(true).pixmap(32).toImage(),
+             StatusIcon::outlined(true).pixmap(32).toImage());
   }
 
   void descriptionsSayTheState() {

@@ -28,7 +28,7 @@ std::unique_ptr<DesktopPlatform> makeDesktopPlatform(Clock& clock) {
 LinuxDesktopPlatform::LinuxDesktopPlatform(Clock& clock)
     : exclusion_(std::make_unique<CompositorExclusion>(QDBusConnection::sessionBus())),
       casts_(clock),
-      access_(QDBusConnection::sessionBus()),
+      look_(QDBusConnection::sessionBus()),
       canWatchCasts_(ScreenCastWatch::isPossible()) {
   if (xcb_connection_t* connection = x11Connection()) {
     manager_ = X11WindowManager::open(connection);
@@ -45,9 +45,11 @@ LinuxDesktopPlatform::LinuxDesktopPlatform(Clock& clock)
     canWatchCasts_ = casts_.isConnected();
     updateCapabilities();
   });
-  connect(&access_, &AccessPreferences::isContrastHighChanged, this,
+  connect(&look_, &LookPreferences::colorSchemeChanged, this,
+          &LinuxDesktopPlatform::colorSchemeChanged);
+  connect(&look_, &LookPreferences::isContrastHighChanged, this,
           &LinuxDesktopPlatform::contrastChanged);
-  connect(&access_, &AccessPreferences::isMotionReducedChanged, this,
+  connect(&look_, &LookPreferences::isMotionReducedChanged, this,
           &LinuxDesktopPlatform::motionChanged);
   updateCapabilities();
 }

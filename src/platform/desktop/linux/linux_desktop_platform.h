@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/desktop/desktop_platform.h"
-#include "platform/desktop/linux/access_preferences.h"
+#include "platform/desktop/linux/look_preferences.h"
 #include "platform/desktop/linux/screen_cast_watch.h"
 
 #include <memory>
@@ -14,8 +14,8 @@ class X11BottomAnchor;
 class X11SelectionWatch;
 class X11WindowManager;
 
-/// The desktop on X11 or XWayland. On any other display only screen casts and accessibility
-/// preferences are known.
+/// The desktop on X11 or XWayland. On any other display only screen casts and preferences for the
+/// look are known.
 class LinuxDesktopPlatform final : public DesktopPlatform {
   Q_OBJECT
 
@@ -34,8 +34,9 @@ class LinuxDesktopPlatform final : public DesktopPlatform {
   void setExcludedFromCapture(QWindow& window, bool excluded) override;
   void watchScreenCasts(bool watch) override;
   bool isScreenCastRunning() const override { return casts_.isCastRunning(); }
-  bool prefersHighContrast() const override { return access_.isContrastHigh(); }
-  bool prefersReducedMotion() const override { return access_.isMotionReduced(); }
+  ColorScheme colorScheme() const override { return look_.colorScheme(); }
+  bool prefersHighContrast() const override { return look_.isContrastHigh(); }
+  bool prefersReducedMotion() const override { return look_.isMotionReduced(); }
 
  private:
   void updateCapabilities();
@@ -46,7 +47,7 @@ class LinuxDesktopPlatform final : public DesktopPlatform {
   std::unique_ptr<X11SelectionWatch> compositorWatch_;
   std::unique_ptr<CompositorExclusion> exclusion_;
   ScreenCastWatch casts_;
-  AccessPreferences access_;
+  LookPreferences look_;
   bool canWatchCasts_ = false;
   bool watchesCasts_ = false;
 };

@@ -4,6 +4,8 @@
 #include "platform/desktop/linux/embedded_tray_watch.h"
 #include "platform/foundation/clock.h"
 
+#include <algorithm>
+#include <array>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -19,6 +21,11 @@ constexpr auto kWatcherPath = "/StatusNotifierWatcher";
 
 /// At login the desktop needs some time to start its host.
 constexpr std::chrono::milliseconds kSearchTimeout(2000);
+
+/// Desktops whose bars colour symbolic icons, by their names in XDG_CURRENT_DESKTOP. LXQt's panel
+/// and the bars of bare compositors draw them as they are.
+constexpr std::array kColouringDesktops = {"GNOME",      "KDE",    "XFCE",  "MATE",
+                                           "X-Cinnamon", "Budgie", "Unity", "Pantheon"};
 
 }  // namespace
 
@@ -87,6 +94,13 @@ void LinuxTrayHost::finish(Protocol protocol) {
                   SLOT(askWatcher()));
   embedded_->stopWatching();
   Q_EMIT found();
+}
+
+bool LinuxTrayHost::coloursSymbolicIcons() const {
+  if (protocol_ != Protocol::statusNotifier) return false;
+  const QList<QByteArray> desktops = qgetenv("XDG_CURRENT_DESKTOP").split(':');
+  return std::ranges::any_of(kColouringDesktops,
+                             [&](const char* name) { return desktops.contains(name); });
 }
 
 std::optional<std::uint32_t> LinuxTrayHost::foreground() const {

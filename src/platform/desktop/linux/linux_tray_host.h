@@ -26,6 +26,7 @@ class LinuxTrayHost final : public TrayHost {
 
   void search() override;
   std::optional<Protocol> protocol() const override { return protocol_; }
+  bool coloursSymbolicIcons() const override;
   std::optional<std::uint32_t> foreground() const override;
 
  private Q_SLOTS:

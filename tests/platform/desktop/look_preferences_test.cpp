@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/desktop/linux/access_preferences.h"
+#include "platform/desktop/linux/look_preferences.h"
 
 #include "support/private_bus.h"
 #include "support/suite.h"
@@ -60,10 +60,12 @@ class FakePortal final : public QObject {
 };
 
 const QString kAppearance = "org.freedesktop.appearance";
+const QString kGnome = "org.gnome.desktop.interface";
+const QString kKde = "org.kde.kdeglobals.General";
 
 }  // namespace
 
-class AccessPreferencesTest final : public test::Suite {
+class LookPreferencesTest final : public test::Suite {
   Q_OBJECT
 
  private Q_SLOTS:
@@ -95,9 +97,9 @@ class AccessPreferencesTest final : public test::Suite {
     QFETCH(bool, isHigh);
     FakePortal portal(bus_->connect());
     portal.settings[group][key] = value;
-    AccessPreferences preference(bus_->connect());
+    LookPreferences preference(bus_->connect());
     QVERIFY(!preference.isContrastHigh());
-    const QSignalSpy changes(&preference, &AccessPreferences::isContrastHighChanged);
+    const QSignalSpy changes(&preference, &LookPreferences::isContrastHighChanged);
     if (isHigh) {
       QTRY_VERIFY(preference.isContrastHigh());
       return;
@@ -113,8 +115,8 @@ class AccessPreferencesTest final : public test::Suite {
 
   void changesAreAppliedAtOnce() {
     FakePortal portal(bus_->connect());
-    AccessPreferences preference(bus_->connect());
-    const QSignalSpy changes(&preference, &AccessPreferences::isContrastHighChanged);
+    LookPreferences preference(bus_->connect());
+    const QSignalSpy changes(&preference, &LookPreferences::isContrastHighChanged);
     QTRY_COMPARE(portal.reads, 1);
     portal.change(kAppearance, "contrast", 1U);
     QTRY_VERIFY(preference.isContrastHigh());
@@ -126,11 +128,77 @@ class AccessPreferencesTest final : public test::Suite {
     QCOMPARE(changes.count(), 2);
   }
 
+  void colorSchemeIsReadFromEveryDesktop_data() {
+    QTest::addColumn<QString>("group");
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<int>("scheme");
+    const auto row = [](const char* name, const QString& group, const char* key,
+                        const QVariant& value, ColorScheme scheme) {
+      QTest::newRow(name) << group << QString(key) << value << int(scheme);
+    };
+    using enum ColorScheme;
+    row("shared dark", kAppearance, "color-scheme", 1U, dark);
+    row("shared light", kAppearance, "color-scheme", 2U, light);
+    row("shared unknown", kAppearance, "color-scheme", 3U, any);
+    row("GNOME dark", kGnome, "color-scheme", "prefer-dark", dark);
+    row("GNOME light", kGnome, "color-scheme", "prefer-light", light);
+    row("GNOME default", kGnome, "color-scheme", "default", any);
+    row("dark theme", kGnome, "gtk-theme", "Adwaita-dark", dark);
+    row("inverse theme", kGnome, "gtk-theme", "HighContrastInverse", dark);
+    row("contrast theme", kGnome, "gtk-theme", "HighContrast", light);
+    row("other theme", kGnome, "gtk-theme", "Adwaita", any);
+    row("KDE dark", kKde, "ColorScheme", "BreezeDark", dark);
+    row("KDE light", kKde, "ColorScheme", "BreezeLight", light);
+    row("KDE other", kKde, "ColorScheme", "Breeze", any);
+  }
+  void colorSchemeIsReadFromEveryDesktop() {
+    QFETCH(QString, group);
+    QFETCH(QString, key);
+    QFETCH(QVariant, value);
+    QFETCH(int, scheme);
+    FakePortal portal(bus_->connect());
+    portal.settings[group][key] = value;
+    // Read together with the scheme, so that its arrival can be awaited.
+    portal.settings[kAppearance]["contrast"] = 1U;
+    LookPreferences preferences(bus_->connect());
+    QVERIFY(preferences.colorScheme() == ColorScheme::any);
+    QTRY_VERIFY(preferences.isContrastHigh());
+    QCOMPARE(int(preferences.colorScheme()), scheme);
+  }
+
+  void sharedColorSchemeHasPriorityAndIsFollowed() {
+    FakePortal portal(bus_->connect());
+    portal.settings[kGnome]["color-scheme"] = "prefer-dark";
+    LookPreferences preferences(bus_->connect());
+    const QSignalSpy changes(&preferences, &LookPreferences::colorSchemeChanged);
+    QTRY_VERIFY(preferences.colorScheme() == ColorScheme::dark);
+    portal.change(kAppearance, "color-scheme", 2U);
+    QTRY_VERIFY(preferences.colorScheme() == ColorScheme::light);
+    portal.change(kGnome, "color-scheme", "prefer-light");
+    portal.change(kAppearance, "color-scheme", 1U);
+    QTRY_VERIFY(preferences.colorScheme() == ColorScheme::dark);
+    QCOMPARE(changes.count(), 3);
+  }
+
+  void kdesOwnSettingsAreRead() {
+    FakePortal portal(bus_->connect());
+    portal.settings[kKde]["ColorScheme"] = "BreezeHighContrast";
+    portal.settings["org.kde.kdeglobals.KDE"]["AnimationDurationFactor"] = "0";
+    LookPreferences preferences(bus_->connect());
+    QTRY_VERIFY(preferences.isContrastHigh());
+    QVERIFY(preferences.isMotionReduced());
+    portal.change("org.kde.kdeglobals.KDE", "AnimationDurationFactor", "0.5");
+    QTRY_VERIFY(!preferences.isMotionReduced());
+    portal.change(kKde, "ColorScheme", "BreezeDark");
+    QTRY_VERIFY(!preferences.isContrastHigh());
+  }
+
   void reducedMotionHasTwoSources() {
     FakePortal portal(bus_->connect());
     portal.settings["org.gnome.desktop.interface"]["enable-animations"] = false;
-    AccessPreferences preferences(bus_->connect());
-    const QSignalSpy changes(&preferences, &AccessPreferences::isMotionReducedChanged);
+    LookPreferences preferences(bus_->connect());
+    const QSignalSpy changes(&preferences, &LookPreferences::isMotionReducedChanged);
     QTRY_VERIFY(preferences.isMotionReduced());
     portal.change(kAppearance, "reduced-motion", 1U);
     portal.change("org.gnome.desktop.interface", "enable-animations", true);
@@ -143,7 +211,7 @@ class AccessPreferencesTest final : public test::Suite {
   }
 
   void laterPortalIsRead() {
-    AccessPreferences preference(bus_->connect());
+    LookPreferences preference(bus_->connect());
     FakePortal portal(bus_->connect());
     portal.settings[kAppearance]["contrast"] = 1U;
     QTRY_VERIFY(preference.isContrastHigh());
@@ -153,5 +221,5 @@ class AccessPreferencesTest final : public test::Suite {
   std::unique_ptr<test::PrivateBus> bus_;
 };
 
-QTEST_GUILESS_MAIN(AccessPreferencesTest)
-#include "access_preferences_test.moc"
+QTEST_GUILESS_MAIN(LookPreferencesTest)
+#include "look_preferences_test.moc"

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/desktop/color_scheme.h"
+
 #include <memory>
 #include <QDBusConnection>
 #include <QMap>
@@ -12,22 +14,24 @@ class QDBusServiceWatcher;
 
 namespace velun {
 
-/// The user's accessibility preferences, read from the settings portal: the settings that all
-/// desktops share, GNOME's own, and the name of the GTK theme. Everything is false where there is
-/// no portal. Main thread.
-class AccessPreferences final : public QObject {
+/// The user's preferences for the look of windows, read from the settings portal: the settings that
+/// all desktops share, GNOME's and KDE's own, and the name of the GTK theme. There are no
+/// preferences where there is no portal. Main thread.
+class LookPreferences final : public QObject {
   Q_OBJECT
 
  public:
   /// Starts reading at once, without blocking. `bus` is the session bus.
-  explicit AccessPreferences(const QDBusConnection& bus);
-  ~AccessPreferences() override;
+  explicit LookPreferences(const QDBusConnection& bus);
+  ~LookPreferences() override;
 
-  /// Both are false until the portal replies.
+  /// There are no preferences until the portal replies.
+  ColorScheme colorScheme() const { return colorScheme_; }
   bool isContrastHigh() const { return isContrastHigh_; }
   bool isMotionReduced() const { return isMotionReduced_; }
 
  Q_SIGNALS:
+  void colorSchemeChanged();
   void isContrastHighChanged();
   void isMotionReducedChanged();
 
@@ -37,11 +41,17 @@ class AccessPreferences final : public QObject {
  private:
   void readAll();
   void update();
+  /// A key of GNOME's interface settings.
+  QVariant gnome(const char* key) const;
+  ColorScheme readColorScheme() const;
+  bool readContrast() const;
+  bool readMotion() const;
 
   QDBusConnection bus_;
   std::unique_ptr<QDBusServiceWatcher> watcher_;
   // Group → key → value.
   QMap<QString, QVariantMap> settings_;
+  ColorScheme colorScheme_ = ColorScheme::any;
   bool isContrastHigh_ = false;
   bool isMotionReduced_ = false;
 };
