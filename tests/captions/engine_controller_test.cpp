@@ -2,76 +2,16 @@
 #include "captions/engine_controller.h"
 
 #include "audio/speech_recognition_engine.h"
+#include "captions/engine_controller_fixture.h"
 #include "platform/speech/local_speech_platform.h"
-#include "settings/app_settings.h"
 #include "support/manual_clock.h"
 #include "support/scripted_audio_platform.h"
-#include "support/scripted_recognizer.h"
 #include "support/scripted_recognizer_backend.h"
-#include "support/settle.h"
 #include "support/suite.h"
-
-#include <memory>
 
 using namespace velun;
 using test::settle;
-
-namespace {
-
-/// A controller of a scripted engine, with a list of the signals that it emitted.
-struct Fixture {
-  using Script = test::ScriptedRecognizer::Script;
-
-  Fixture() {
-    auto owned = std::make_unique<test::ScriptedRecognizer>(engine);
-    recognizer = owned.get();
-    controller = std::make_unique<EngineController>(settings, std::move(owned));
-    EngineController* const observed = controller.get();
-    const auto log = [this, observed](void (EngineController::*signal)(), const char* name) {
-      QObject::connect(observed, signal, [this, name] { signalled.append(name); });
-    };
-    log(&EngineController::isRunningChanged, "isRunning");
-    log(&EngineController::isTransitioningChanged, "isTransitioning");
-    log(&EngineController::isSwitchingChanged, "isSwitching");
-    log(&EngineController::stopped, "stopped");
-    QObject::connect(observed, &EngineController::eventOccurred,
-                     [this] { signalled.append("event"); });
-    QObject::connect(observed, &EngineController::startFailed,
-                     [this](const std::optional<QString>& description) {
-                       signalled.append("start failed: " + description.value_or("cancelled"));
-                     });
-    QObject::connect(&settings, &AppSettings::useMicChanged, observed, &EngineController::restart);
-  }
-
-  void start() {
-    controller->start();
-    settle();
-  }
-  void startDownload() {
-    engine->holdsStarts = true;
-    engine->downloads = true;
-    start();
-  }
-  void stop() {
-    controller->stop();
-    settle();
-  }
-  void shutdown() {
-    tasks.push_back(controller->shutdown());
-    settle();
-  }
-
-  QStringList takeSignals() { return std::exchange(signalled, {}); }
-
-  AppSettings settings;
-  std::shared_ptr<Script> engine = std::make_shared<Script>();
-  test::ScriptedRecognizer* recognizer = nullptr;
-  QStringList signalled;
-  std::vector<QCoro::Task<>> tasks;
-  std::unique_ptr<EngineController> controller;
-};
-
-}  // namespace
+using Fixture = test::EngineControllerFixture;
 
 class EngineControllerTest final : public test::Suite {
   Q_OBJECT
@@ -140,82 +80,6 @@ class EngineControllerTest final : public test::Suite {
     settle();
     QVERIFY(fixture.controller->isRunning());
     QVERIFY(!fixture.controller->isTransitioning());
-  }
-
-  void aDownloadIsNoSwitch() {
-    Fixture fixture;
-    fixture.startDownload();
-    QVERIFY(fixture.controller->isTransitioning() && !fixture.controller->isSwitching());
-    QCOMPARE(fixture.takeSignals(),
-             QStringList({"isRunning", "isTransitioning", "isSwitching", "isSwitching"}));
-    fixture.engine->release();
-    settle();
-    QVERIFY(fixture.controller->isRunning() && !fixture.controller->isTransitioning());
-    QCOMPARE(fixture.takeSignals(), QStringList({"isSwitching", "isTransitioning", "isSwitching"}));
-  }
-
-  void stoppingCancelsADownload() {
-    Fixture fixture;
-    fixture.startDownload();
-    fixture.controller->stop();
-    QVERIFY(fixture.engine->isStopRequested);
-    QVERIFY(!fixture.controller->isRunning() && fixture.controller->isSwitching());
-    settle();
-    QVERIFY(fixture.controller->isStopped() && !fixture.controller->isSwitching());
-    QCOMPARE(fixture.engine->calls.mid(3), QStringList({"start failed", "stop", "stopped"}));
-    QCOMPARE(fixture.takeSignals().filter("start failed"), QStringList{"start failed: cancelled"});
-    fixture.engine->holdsStarts = false;
-    fixture.start();
-    QCOMPARE(fixture.engine->calls.last(), QString("started"));
-  }
-
-  void aRestartCancelsADownload() {
-    Fixture fixture;
-    fixture.startDownload();
-    fixture.takeSignals();
-    fixture.engine->holdsStarts = false;
-    fixture.settings.setUseMic(true);
-    QVERIFY(fixture.engine->isStopRequested);
-    settle();
-    QCOMPARE(fixture.engine->calls.mid(3),
-             QStringList({"start failed", "stop", "stopped", "start en_US microphone", "started"}));
-    QVERIFY(fixture.controller->isRunning() && !fixture.controller->isTransitioning());
-    QVERIFY(!fixture.takeSignals().contains("isRunning"));
-  }
-
-  void onlyTheLastOfManyRestartsDuringADownloadStarts() {
-    Fixture fixture;
-    fixture.startDownload();
-    for (const bool useMic : {true, false, true}) fixture.settings.setUseMic(useMic);
-    settle();
-    QCOMPARE(fixture.engine->calls.filter("start en_US"),
-             QStringList({"start en_US computer", "start en_US microphone"}));
-    QVERIFY(fixture.controller->isRunning() && !fixture.controller->isSwitching());
-    fixture.stop();
-    QVERIFY(fixture.controller->isStopped());
-  }
-
-  void aRestartThatReplacesADownloadCanBeShutDown() {
-    Fixture fixture;
-    fixture.startDownload();
-    fixture.settings.setUseMic(true);
-    fixture.shutdown();
-    QVERIFY(fixture.controller->isStopped());
-    QCOMPARE(fixture.engine->calls.filter("start en_US").size(), 1);
-    QVERIFY(fixture.tasks[0].isReady());
-  }
-
-  void aFailureOfAReplacedDownloadIsNotReported() {
-    Fixture fixture;
-    fixture.engine->ignoresStopRequests = true;
-    fixture.startDownload();
-    fixture.settings.setUseMic(true);
-    fixture.engine->holdsStarts = false;
-    fixture.engine->fail("no connection");
-    settle();
-    QCOMPARE(fixture.engine->calls.last(), QString("started"));
-    QVERIFY(fixture.controller->isRunning());
-    QVERIFY(fixture.takeSignals().filter("failed").isEmpty());
   }
 
   void shutdownCancelsAStartThatHasNotBegun() {

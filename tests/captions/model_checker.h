@@ -9,6 +9,11 @@
 
 namespace velun::test {
 
+/// The scripted translation, which names its text and language.
+inline QString translationOf(const QString& text, const QString& target) {
+  return target + ": " + text;
+}
+
 /// Drives a caption model through one random sequence of commands, settings changes, events,
 /// failures, translations and write failures, and compares it after every step with a simple
 /// reference model.
