@@ -25,8 +25,8 @@ struct TranscriptionResult {
   /// The words as they were heard, before case, punctuation and numbers were written; empty when
   /// the recognizer does not tell them.
   std::vector<RecognizedWord> words = {};
-  /// Of a final result: long speech was cut without a pause, so the sentence may go on in the next
-  /// result.
+  /// Of a final result: long speech was cut, without a pause or at a breath, so the sentence may go
+  /// on in the next result.
   bool isCut = false;
 
   bool operator==(const TranscriptionResult&) const = default;

@@ -17,12 +17,14 @@ using test::silence;
 
 namespace {
 
-/// Appends a mark to every word. A slow one returns only once it is cancelled.
+/// Appends a mark to every word, and ends the text unless it goes on. A slow one returns only once
+/// it is cancelled.
 class ScriptedPunctuation final : public PunctuationRestorer {
  public:
   struct Script {
     bool isSlow = false;
     bool isLoaded = false;
+    bool goesOn = false;
     /// The failure of the first text.
     std::optional<QString> failure;
     std::atomic<bool> isWaiting = false;
@@ -36,6 +38,7 @@ class ScriptedPunctuation final : public PunctuationRestorer {
     if (script_.isSlow) cancelled_.wait(false);
     failure_ = script_.failure;
     if (failure_) return text;
+    if (script_.goesOn) return text;
     return QString(text).remove(" |").remove(" +").replace(" ", ", ") + "!";
   }
   void cancel() override {
@@ -275,6 +278,30 @@ class BuiltInRecognizerTest final : public test::Suite {
     }
     QVERIFY(punctuation->script.isLoaded);
     QVERIFY(!recognizer->notice());
+  }
+
+  void breathInLongSpeechDoesNotEndTheSentence() {
+    const auto punctuation = std::make_shared<ScriptedPunctuationProvider>();
+    punctuation->script.goesOn = true;
+    const auto recognizer =
+        BuiltInRecognizerProvider(builtInFiles(), punctuation).factory("en_US")();
+    recognizer->load();
+    std::vector<float> samples;
+    for (const char* number : {"0870", "0880"}) {
+      const std::vector<float> one = clip(number);
+      samples.insert(samples.end(), one.begin() + 3200, one.end() - 3200);
+    }
+    const std::vector<float> breath = silence(0.2);
+    samples.insert(samples.end(), breath.begin(), breath.end());
+    const std::vector<float> rest = clip("0930");
+    samples.insert(samples.end(), rest.begin(), rest.end());
+    recognizer->acceptAudio(samples);
+    recognizer->finalize();
+    std::vector<TranscriptionResult> finals = recognizer->poll();
+    std::erase_if(finals, [](const TranscriptionResult& result) { return !result.isFinal; });
+    QCOMPARE(finals.size(), 1U);
+    QVERIFY2(finals[0].text.contains("young man") && finals[0].text.endsWith("amiable himself"),
+             qPrintable(finals[0].text));
   }
 
   void missingPunctuationIsNoticed() {

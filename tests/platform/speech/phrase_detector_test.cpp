@@ -50,7 +50,9 @@ struct Listener {
       times.push_back(static_cast<double>(heard) / 16000);
       if (event == Event::ended) {
         wasSpeech.push_back(finder.isLikelySpeech());
+        mayGoOn.push_back(finder.mayGoOn());
         lengths.push_back(static_cast<double>(finder.takePhrase().size()) / 16000);
+        pauses.push_back(finder.closingPause());
       }
     }
   }
@@ -64,6 +66,8 @@ struct Listener {
   std::vector<double> times;
   std::vector<double> lengths;
   std::vector<bool> wasSpeech;
+  std::vector<bool> mayGoOn;
+  std::vector<double> pauses;
   std::size_t heard = 0;
   unsigned random = 7;
 };
@@ -83,6 +87,8 @@ class PhraseDetectorTest final : public test::Suite {
     QVERIFY(std::abs(l.times[1] - 4.3) < 0.15);
     QVERIFY(std::abs(l.times[2] - 4.6) < 0.15);
     QVERIFY(l.wasSpeech[0]);
+    QVERIFY(!l.mayGoOn[0]);
+    QCOMPARE(l.pauses, std::vector<double>{0.6});
     // The phrase includes a little audio from before it.
     QVERIFY(l.lengths[0] > 2.8 && l.lengths[0] < 3.2);
   }
@@ -112,6 +118,9 @@ class PhraseDetectorTest final : public test::Suite {
     l.hum(9);
     l.silence(0.25);
     QCOMPARE(l.events, std::vector<Event>({Event::began, Event::ended}));
+    // A breath does not end a sentence.
+    QCOMPARE(l.mayGoOn, std::vector<bool>{true});
+    QCOMPARE(l.pauses, std::vector<double>{0.2});
   }
 
   void speechWithoutPausesIsCutAndNothingIsLost() {
@@ -120,6 +129,8 @@ class PhraseDetectorTest final : public test::Suite {
     l.hum(16);
     l.silence(1);
     QCOMPARE(l.lengths.size(), std::size_t(2));
+    QCOMPARE(l.mayGoOn, std::vector<bool>({true, false}));
+    QCOMPARE(l.pauses, std::vector<double>({0, 0.6}));
     QVERIFY(l.lengths[0] <= 15.0);
     // Lead-in, sound and closing pause of the two parts together.
     QVERIFY(std::abs(l.lengths[0] + l.lengths[1] - 17.0) < 0.2);

@@ -68,6 +68,7 @@ PhraseDetector::Event PhraseDetector::continuePhrase(bool isVoice) {
     if (length >= kMaxPhraseFrames) {
       cut_ = quietestPlace() * kFrame;
       isInPhrase_ = false;
+      mayGoOn_ = true;
       return Event::ended;
     }
     if (isPausing_) {
@@ -80,6 +81,7 @@ PhraseDetector::Event PhraseDetector::continuePhrase(bool isVoice) {
   const int pauseToEnd = length >= kLongPhrase ? kPauseToEndLong : kPauseToEnd;
   if (silentFrames_ >= pauseToEnd) {
     end();
+    mayGoOn_ = silentFrames_ < kPauseToEnd;
     return Event::ended;
   }
   if (silentFrames_ == kPauseToSettle) {
@@ -92,6 +94,7 @@ PhraseDetector::Event PhraseDetector::continuePhrase(bool isVoice) {
 bool PhraseDetector::end() {
   if (!isInPhrase_) return false;
   isInPhrase_ = false;
+  mayGoOn_ = false;
   cut_ = samples_.size();
   return true;
 }
@@ -116,6 +119,10 @@ bool PhraseDetector::isLikelySpeech() const {
 
 double PhraseDetector::voicedSeconds() const {
   return std::chrono::duration<double>(voicedFrames_ * kFrameTime).count();
+}
+
+double PhraseDetector::closingPause() const {
+  return std::chrono::duration<double>(silentFrames_ * kFrameTime).count();
 }
 
 std::size_t PhraseDetector::quietestPlace() const {

@@ -32,6 +32,13 @@ class PhraseDetector {
   /// Ends the current phrase at once; returns false when there is none.
   bool end();
 
+  /// Whether the phrase that has ended was cut, or ended at a pause that ends only long phrases:
+  /// its sentence may go on.
+  bool mayGoOn() const { return mayGoOn_; }
+
+  /// Seconds without voice at the end of the phrase that has ended; 0 after a cut.
+  double closingPause() const;
+
   /// The phrase that has ended. After a cut, the rest of the audio becomes the beginning of the
   /// next phrase.
   std::vector<float> takePhrase();
@@ -53,6 +60,7 @@ class PhraseDetector {
   VoiceActivity activity_;
   bool isInPhrase_ = false;
   bool isPausing_ = false;
+  bool mayGoOn_ = false;
   int voicedFrames_ = 0;
   int silentFrames_ = 0;
   int pitchedFrames_ = 0;

@@ -31,9 +31,10 @@ constexpr std::size_t kFewWords = 2;
 /// wrong level.
 constexpr float kOtherLevel = 2;
 
-/// 0.3 s. The end of the first hearing is the context in which the second one begins; after a word
-/// without a pause, that word would be heard again.
-const std::vector<float> kPause(4800, 0.0F);
+/// Seconds. libvosk keeps the last part of what it was given until more comes, so a word there
+/// would be heard at the beginning of the second hearing. After such a pause nothing is added: the
+/// second hearing differs more from the first one then, which makes both together better.
+constexpr double kMinPause = 0.5;
 
 /// Seconds of processor time for the second hearing, so that the final words of long phrases, and
 /// of music, do not come late: on an idle machine speech takes a tenth of its duration.
@@ -45,6 +46,12 @@ double threadSeconds() {
   timespec time{};
   clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
   return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+}
+
+/// Silence that makes the pause at the end of a phrase long enough.
+std::vector<float> missingPause(double closingPause) {
+  const double missing = std::max(0.0, kMinPause - closingPause);
+  return std::vector<float>(static_cast<std::size_t>(missing * kSampleRate), 0.0F);
 }
 
 bool isUnsure(const HeardWords& words) {
@@ -127,7 +134,7 @@ void PhraseRecognizer::endPhrase() {
   const bool wasShown = !std::exchange(draft_, {}).isEmpty();
   if (wasShown || !words.empty()) {
     results_.push_back(written(std::move(words), true));
-    results_.back().isCut = phrases_.isInPhrase();
+    results_.back().isCut = phrases_.mayGoOn();
   }
   decoder_.releaseMemory();
   if (phrases_.isInPhrase()) beginPhrase();  // the rest of a phrase that was cut
@@ -136,7 +143,7 @@ void PhraseRecognizer::endPhrase() {
 HeardWords PhraseRecognizer::finalWords(std::span<const float> phrase, bool isLikelySpeech) {
   const float gain = gainFor(phrase);
   const std::vector<float> audio = amplified(phrase, gain);
-  decoder_.accept(kPause);
+  decoder_.accept(missingPause(phrases_.closingPause()));
   HeardWords first = decoder_.endAndKeepVoice();
   const bool isOtherLevel = gain > kOtherLevel * draftGain_ || draftGain_ > kOtherLevel * gain;
   if (isUnsure(first) && isOtherLevel) {

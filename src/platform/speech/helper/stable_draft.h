@@ -8,9 +8,10 @@
 
 namespace velun {
 
-/// Turns unstable guesses into a stable draft: shows the words that were equal in the last three
-/// guesses, 100 ms apart, and replaces a word only by another such word. Of the words shown 8 to
-/// 14 % change later; of the words in the raw guesses, 25 to 30 %.
+/// Turns unstable guesses into a stable draft: shows the words that were equal in the last four
+/// guesses, 100 ms apart, and the first two words of a phrase when they were equal in the last two.
+/// A word is replaced only by another such word. Of the words shown 8 % change later; with two
+/// guesses for all words, 30 % (docs/recognition.md).
 class StableDraft {
  public:
   using Words = std::vector<RecognizedWord>;
