@@ -37,11 +37,11 @@ void append(JsonWriter& json, Instant time) {
 
 /// In seconds: "12.340".
 void append(JsonWriter& json, std::chrono::milliseconds time) {
-  std::string text = std::to_string(time.count());
-  constexpr std::size_t kDigits = 4;
-  if (text.size() < kDigits) text.insert(0, kDigits - text.size(), '0');
-  text.insert(text.size() - 3, ".");
-  json.raw(text);
+  // Inserting the point into one text makes GCC 12 warn of an overflow that cannot happen.
+  const std::string fraction = std::to_string(1000 + time.count() % 1000);
+  json.raw(std::to_string(time.count() / 1000));
+  json.raw(".");
+  json.raw(std::string_view(fraction).substr(1));
 }
 
 void append(JsonWriter& json, AudioInput input) {
