@@ -56,6 +56,8 @@ void AppCoordinator::reopen() {
   if (QWidget* question = QApplication::activeModalWidget()) {
     WindowPresentation::present(*question);
   } else {
+    // The way back to a panel that cannot be clicked, also without a tray.
+    if (model_.settings().clickThrough()) model_.settings().setClickThrough(false);
     captionWindow_->show();
   }
 }
@@ -76,6 +78,7 @@ void AppCoordinator::prepareWindow(QWidget* window) {
 
 WindowState AppCoordinator::windowState() const {
   return {.isPanelVisible = captionWindow_ && captionWindow_->isShown(),
+          .canClickThrough = services_.desktop.capabilities().passesClicks,
           .isHistoryActive = sessions_ && sessions_->isKeyWindow(),
           .hasSelection = sessions_ && sessions_->hasSelection()};
 }
@@ -93,6 +96,8 @@ void AppCoordinator::perform(AppCommand command) {
       return settings.setUseMic(true);
     case AppCommand::toggleKeepOnTop:
       return settings.setKeepOnTop(!settings.keepOnTop());
+    case AppCommand::toggleClickThrough:
+      return settings.setClickThrough(!settings.clickThrough());
     case AppCommand::togglePanel:
       return captionWindow_->toggle();
     case AppCommand::showPanel:

@@ -34,7 +34,7 @@ class AppCoordinator final : public QObject {
   /// everything else.
   void launch();
 
-  /// Shows the panel; brings an open question to the front instead.
+  /// Shows the panel and lets it be clicked; brings an open question to the front instead.
   void reopen();
   /// Shows session files and earlier transcripts among the saved sessions.
   void open(const QList<QUrl>& files);

@@ -26,6 +26,7 @@ AppSettings::AppSettings(PreferenceStore* preferences, QObject* parent)
     autoSaveSessions_ = boolean("autoSaveSessions", autoSaveSessions_);
     askBeforeDiscarding_ = boolean("askBeforeDiscarding", askBeforeDiscarding_);
     keepOnTop_ = boolean("keepOnTop", keepOnTop_);
+    clickThrough_ = boolean("clickThrough", clickThrough_);
     hideFromScreenSharing_ = boolean("hideFromScreenSharing", hideFromScreenSharing_);
     numbersAsDigits_ = boolean("numbersAsDigits", numbersAsDigits_);
     userWords_ = normalizedUserWords(text("userWords", userWords_));
@@ -91,6 +92,10 @@ void AppSettings::setAskBeforeDiscarding(bool askBeforeDiscarding) {
 
 void AppSettings::setKeepOnTop(bool keepOnTop) {
   set(keepOnTop_, keepOnTop, "keepOnTop", &AppSettings::keepOnTopChanged);
+}
+
+void AppSettings::setClickThrough(bool clickThrough) {
+  set(clickThrough_, clickThrough, "clickThrough", &AppSettings::clickThroughChanged);
 }
 
 void AppSettings::setHideFromScreenSharing(bool hideFromScreenSharing) {

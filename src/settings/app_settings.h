@@ -36,6 +36,8 @@ class AppSettings final : public QObject {
   bool autoSaveSessions() const { return autoSaveSessions_; }
   bool askBeforeDiscarding() const { return askBeforeDiscarding_; }
   bool keepOnTop() const { return keepOnTop_; }
+  /// The pointer goes through the caption window.
+  bool clickThrough() const { return clickThrough_; }
   bool hideFromScreenSharing() const { return hideFromScreenSharing_; }
   bool numbersAsDigits() const { return numbersAsDigits_; }
   /// Names and terms that recognizers prefer, one a line, as `normalizedUserWords` gives them.
@@ -51,6 +53,7 @@ class AppSettings final : public QObject {
   void setAutoSaveSessions(bool autoSaveSessions);
   void setAskBeforeDiscarding(bool askBeforeDiscarding);
   void setKeepOnTop(bool keepOnTop);
+  void setClickThrough(bool clickThrough);
   void setHideFromScreenSharing(bool hideFromScreenSharing);
   void setNumbersAsDigits(bool numbersAsDigits);
   void setUserWords(const QString& userWords);
@@ -66,6 +69,7 @@ class AppSettings final : public QObject {
   void autoSaveSessionsChanged();
   void askBeforeDiscardingChanged();
   void keepOnTopChanged();
+  void clickThroughChanged();
   void hideFromScreenSharingChanged();
   void numbersAsDigitsChanged();
   void userWordsChanged();
@@ -88,6 +92,7 @@ class AppSettings final : public QObject {
   bool autoSaveSessions_ = false;
   bool askBeforeDiscarding_ = true;
   bool keepOnTop_ = true;
+  bool clickThrough_ = false;
   bool hideFromScreenSharing_ = false;
   bool numbersAsDigits_ = true;
   QString userWords_;

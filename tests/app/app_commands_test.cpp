@@ -45,6 +45,24 @@ class AppCommandsTest final : public test::Suite {
     QVERIFY(stage.isPanelShown());
   }
 
+  void reopeningLetsThePanelBeClickedAgain() {
+    AppStage stage;
+    stage.desktop.setCapabilities({.passesClicks = true});
+    stage.perform(AppCommand::showPanel);
+    stage.perform(AppCommand::toggleClickThrough);
+    QVERIFY(stage.settings.clickThrough());
+    QVERIFY(stage.desktop.passesClicks);
+    Q_EMIT stage.application.activated();
+    QVERIFY(!stage.settings.clickThrough());
+    QVERIFY(!stage.desktop.passesClicks);
+  }
+
+  void clickThroughNeedsADesktopThatKnowsIt() {
+    AppStage stage;
+    stage.perform(AppCommand::toggleClickThrough);
+    QVERIFY(!stage.settings.clickThrough());
+  }
+
   void missingTrayShowsThePanelAndExplainsOnce() {
     AppStage stage;
     stage.tray.stayAway();
@@ -234,7 +252,7 @@ class AppCommandsTest final : public test::Suite {
     blocker.setModal(true);
     blocker.show();
     const std::vector<ApplicationAction> actions = stage.application.actions;
-    QCOMPARE(actions.size(), std::size_t(19));
+    QCOMPARE(actions.size(), std::size_t(20));
     for (const ApplicationAction& action : actions) {
       Q_EMIT stage.application.actionRequested(
           action.name, action.parameterType.isEmpty() ? QVariant() : action.state);

@@ -36,6 +36,7 @@ void checkDefaults(const AppSettings& settings) {
   QCOMPARE(settings.autoSaveSessions(), false);
   QCOMPARE(settings.askBeforeDiscarding(), true);
   QCOMPARE(settings.keepOnTop(), true);
+  QCOMPARE(settings.clickThrough(), false);
   QCOMPARE(settings.hideFromScreenSharing(), false);
   QCOMPARE(settings.numbersAsDigits(), true);
   QCOMPARE(settings.userWords(), QString());
@@ -76,6 +77,7 @@ class AppSettingsTest final : public test::Suite {
                     {"autoSaveSessions", true},
                     {"askBeforeDiscarding", false},
                     {"keepOnTop", false},
+                    {"clickThrough", true},
                     {"hideFromScreenSharing", true},
                     {"numbersAsDigits", false},
                     {"userWords", QString(" Huebner \n\nhuebner\nDelhi")}};
@@ -91,6 +93,7 @@ class AppSettingsTest final : public test::Suite {
     QCOMPARE(settings.autoSaveSessions(), true);
     QCOMPARE(settings.askBeforeDiscarding(), false);
     QCOMPARE(settings.keepOnTop(), false);
+    QCOMPARE(settings.clickThrough(), true);
     QCOMPARE(settings.hideFromScreenSharing(), true);
     QCOMPARE(settings.numbersAsDigits(), false);
     QCOMPARE(settings.userWords(), QString("Huebner\nDelhi"));
@@ -100,9 +103,9 @@ class AppSettingsTest final : public test::Suite {
   void storedValuesOfAnotherTypeGiveTheDefaults() {
     test::MemoryPreferences store;
     const QString no("no");
-    for (const char* key :
-         {"language", "useMic", "fontSize", "translate", "showTranslationOnly", "autoSaveSessions",
-          "askBeforeDiscarding", "keepOnTop", "hideFromScreenSharing", "numbersAsDigits"}) {
+    for (const char* key : {"language", "useMic", "fontSize", "translate", "showTranslationOnly",
+                            "autoSaveSessions", "askBeforeDiscarding", "keepOnTop", "clickThrough",
+                            "hideFromScreenSharing", "numbersAsDigits"}) {
       store.values[key] = no;
     }
     store.values["localeID"] = true;

@@ -24,6 +24,10 @@ class FakeDesktopPlatform final : public DesktopPlatform {
   }
   void setBlurBehind(QWindow&, const QRegion& region) override { blur = region; }
   void setShape(QWindow&, const QRegion& region) override { shape = region; }
+  void setClickThrough(QWindow&, bool isThrough) override {
+    calls << (isThrough ? "through" : "solid");
+    passesClicks = isThrough;
+  }
   bool isPointerOver(const QWindow&) const override { return isPointerOverWindow; }
   void setExcludedFromCapture(QWindow&, bool excluded) override {
     calls << (excluded ? "excluded" : "included");
@@ -61,6 +65,7 @@ class FakeDesktopPlatform final : public DesktopPlatform {
   QRegion shape;
   int refreshes = 0;
   bool changesLevelWhileShown = true;
+  bool passesClicks = false;
   bool isPointerOverWindow = false;
   bool isWatching = false;
   bool isCasting = false;

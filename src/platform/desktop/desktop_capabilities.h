@@ -27,6 +27,8 @@ struct DesktopCapabilities {
   bool blursBehind = false;
   /// The window manager can move and resize windows of the panel's type.
   bool movesByItself = false;
+  /// Clicks can be passed on to the windows beneath a window.
+  bool passesClicks = false;
   CaptureHiding captureHiding = CaptureHiding::none;
   /// Programs can read the screen without a screen cast, which `captureHiding` does not prevent: on
   /// X11 every program can.

@@ -42,6 +42,10 @@ class DesktopPlatform : public QObject {
   /// empty region ends it.
   virtual void setShape(QWindow& window, const QRegion& region) = 0;
 
+  /// Whether the pointer goes through the window to those beneath it. The window may be hidden, but
+  /// must have its native window; the choice lasts as long as that.
+  virtual void setClickThrough(QWindow& window, bool isThrough) = 0;
+
   /// Whether the pointer is over the window, as far as the display server reveals it.
   virtual bool isPointerOver(const QWindow& window) const = 0;
 

@@ -29,9 +29,15 @@ void CaptionChrome::setKeyboardInHeader(bool keyboardInHeader) {
   if (std::exchange(keyboardInHeader_, keyboardInHeader) != keyboardInHeader) update();
 }
 
+void CaptionChrome::setLocked(bool locked) {
+  if (std::exchange(locked_, locked) != locked) update();
+}
+
 void CaptionChrome::update() {
   hideTask_.reset();
-  if (!hovering_ && !menuTracking_ && !keyboardInHeader_) {
+  if (locked_) {
+    hide();
+  } else if (!hovering_ && !menuTracking_ && !keyboardInHeader_) {
     hideLater();
   } else if (!showsChrome_) {
     showsChrome_ = true;
@@ -41,14 +47,16 @@ void CaptionChrome::update() {
 
 void CaptionChrome::hideLater() {
   hideTask_ = clock_.callAfter(kHideDelay, [this] {
-    if (!showsChrome_) return;
-    if (isPointerInside_ && isPointerInside_()) {
+    if (showsChrome_ && isPointerInside_ && isPointerInside_()) {
       hideLater();
-      return;
+    } else {
+      hide();
     }
-    showsChrome_ = false;
-    setHeaderVisible_(false);
   });
+}
+
+void CaptionChrome::hide() {
+  if (std::exchange(showsChrome_, false)) setHeaderVisible_(false);
 }
 
 }  // namespace velun

@@ -22,6 +22,8 @@ class CaptionChrome final {
   void setHovering(bool hovering);
   void setMenuTracking(bool menuTracking);
   void setKeyboardInHeader(bool keyboardInHeader);
+  /// While it is locked, the header stays hidden.
+  void setLocked(bool locked);
 
   bool hovering() const { return hovering_; }
   bool menuTracking() const { return menuTracking_; }
@@ -31,6 +33,7 @@ class CaptionChrome final {
  private:
   void update();
   void hideLater();
+  void hide();
 
   Clock& clock_;
   std::function<void(bool)> setHeaderVisible_;
@@ -38,6 +41,7 @@ class CaptionChrome final {
   bool hovering_ = false;
   bool menuTracking_ = false;
   bool keyboardInHeader_ = false;
+  bool locked_ = false;
   bool showsChrome_ = false;
   std::unique_ptr<ScheduledCall> hideTask_;
 };

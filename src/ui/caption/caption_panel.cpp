@@ -10,6 +10,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QWindow>
+#include <utility>
 
 namespace velun {
 
@@ -95,7 +96,9 @@ void CaptionPanel::arrange() {
 void CaptionPanel::orderFront(bool keepOnTop) {
   if (!isVisible()) {
     winId();
+    windowHandle()->installEventFilter(this);
     desktop_.prepareToShow(*windowHandle(), keepOnTop);
+    if (isClickThrough_) desktop_.setClickThrough(*windowHandle(), true);
     updateRegions();
     show();
     desktop_.confirmShown(*windowHandle(), keepOnTop);
@@ -107,6 +110,11 @@ void CaptionPanel::setKeepOnTop(bool keepOnTop) {
   if (!isVisible() || desktop_.setKeepOnTop(*windowHandle(), keepOnTop)) return;
   hide();
   orderFront(keepOnTop);
+}
+
+void CaptionPanel::setClickThrough(bool isThrough) {
+  if (std::exchange(isClickThrough_, isThrough) == isThrough || !windowHandle()) return;
+  desktop_.setClickThrough(*windowHandle(), isThrough);
 }
 
 void CaptionPanel::updateRegions() {
@@ -137,6 +145,16 @@ bool CaptionPanel::event(QEvent* event) {
     Q_EMIT hoveringChanged(false);
   }
   return QWidget::event(event);
+}
+
+bool CaptionPanel::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == windowHandle() && event->type() == QEvent::Expose) {
+    const bool isExposed = windowHandle()->isExposed();
+    const bool appears = !std::exchange(wasExposed_, isExposed) && isExposed;
+    // Again, because some window managers miss a request made before they show the window.
+    if (appears && isClickThrough_) desktop_.setClickThrough(*windowHandle(), true);
+  }
+  return QWidget::eventFilter(watched, event);
 }
 
 void CaptionPanel::closeEvent(QCloseEvent* event) {

@@ -36,6 +36,9 @@ class CaptionPanel final : public QWidget {
   /// Changes the level; immediately when the panel is shown.
   void setKeepOnTop(bool keepOnTop);
 
+  /// Whether the pointer goes through the panel to the windows beneath.
+  void setClickThrough(bool isThrough);
+
   /// Starts moving the panel with the mouse.
   void beginMove(const QPoint& globalPosition);
 
@@ -48,6 +51,7 @@ class CaptionPanel final : public QWidget {
 
  protected:
   bool event(QEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
@@ -67,6 +71,8 @@ class CaptionPanel final : public QWidget {
   int contentHeight_ = 0;
   CaptionColors colors_;
   bool opaque_ = false;
+  bool isClickThrough_ = false;
+  bool wasExposed_ = false;
   std::array<PanelEdge*, 8> edges_{};
   PanelDrag drag_;
 };

@@ -7,6 +7,7 @@
 #include "ui/caption/caption_empty_state.h"
 #include "ui/caption/caption_header_view.h"
 #include "ui/caption/caption_menu.h"
+#include "ui/caption/caption_notice.h"
 #include "ui/caption/caption_overlays.h"
 #include "ui/caption/caption_status_line.h"
 #include "ui/caption/jump_button.h"
@@ -50,7 +51,8 @@ CaptionView::CaptionView(CaptionViewModel& model, AppCommands& commands,
       transcript_(new TranscriptView(this)),
       statusLine_(new CaptionStatusLine(model, translation, this)),
       overlays_(new CaptionOverlays(model, clock, this)),
-      jumpButton_(new JumpButton(this)) {
+      jumpButton_(new JumpButton(this)),
+      notice_(new CaptionNotice(clock, this)) {
   header_->hide();
   overlays_->hide();
   transcript_->installEventFilter(this);
@@ -158,6 +160,16 @@ void CaptionView::setHeaderInSight(bool inSight) {
   header_->setVisible(inSight);
 }
 
+void CaptionView::setClickThrough(bool isThrough) {
+  chrome_.setLocked(isThrough);
+  if (isThrough) {
+    notice_->showText(L("Clicks go through the captions. Start Velun once more to end this.",
+                        "클릭이 자막 창을 통과합니다. Velun을 한 번 더 실행하면 해제됩니다."));
+  } else {
+    notice_->clear();
+  }
+}
+
 void CaptionView::setCapabilities(const DesktopCapabilities& capabilities) {
   roundedMenus_ = capabilities.compositing;
   header_->setRoundedMenus(roundedMenus_);
@@ -178,6 +190,7 @@ void CaptionView::setColors(const CaptionColors& colors) {
   emptyState_->setColors(colors);
   overlays_->setColors(colors);
   jumpButton_->setColors(colors);
+  notice_->setColors(colors);
 }
 
 void CaptionView::arrange() {
@@ -191,6 +204,7 @@ void CaptionView::arrange() {
   overlays_->move(width() - overlays_->width() - kOverlayGap, top + kOverlayGap);
   const QRect text = transcript_->geometry();
   emptyState_->setGeometry(text);
+  notice_->place(text);
   jumpButton_->move(text.center().x() - JumpButton::side / 2,
                     text.bottom() + 1 - kJumpGap - JumpButton::side);
 }

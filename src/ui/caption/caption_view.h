@@ -16,6 +16,7 @@ class AppCommands;
 class BetterCaptions;
 class CaptionEmptyState;
 class CaptionHeaderView;
+class CaptionNotice;
 class CaptionOverlays;
 class CaptionStatusLine;
 class CaptionViewModel;
@@ -44,6 +45,9 @@ class CaptionView final : public QWidget {
   /// Whether the header is visible. While it is not, it ignores input and cannot be focused.
   void setHeaderInSight(bool inSight);
 
+  /// While the pointer goes through the panel, the header stays hidden.
+  void setClickThrough(bool isThrough);
+
   void setColors(const CaptionColors& colors);
   /// What the desktop supports now. Rounded menus require a compositor.
   void setCapabilities(const DesktopCapabilities& capabilities);
@@ -53,6 +57,7 @@ class CaptionView final : public QWidget {
   CaptionOverlays& overlays() const { return *overlays_; }
   CaptionEmptyState& emptyState() const { return *emptyState_; }
   JumpButton& jumpButton() const { return *jumpButton_; }
+  CaptionNotice& notice() const { return *notice_; }
   CaptionStatusLine& statusLine() const { return *statusLine_; }
   const CaptionChrome& chrome() const { return chrome_; }
 
@@ -81,6 +86,7 @@ class CaptionView final : public QWidget {
   CaptionStatusLine* statusLine_;
   CaptionOverlays* overlays_;
   JumpButton* jumpButton_;
+  CaptionNotice* notice_;
   // The change to show in the next update; nullopt while none is due.
   std::optional<TranscriptChange> due_;
   CaptionColors colors_;

@@ -57,6 +57,7 @@ CaptionWindowController::CaptionWindowController(CaptionViewModel& model, AppCom
   connectToPanel();
   connectToSettings();
   applyContrast();
+  applyClickThrough();
   present();
 }
 
@@ -99,6 +100,10 @@ void CaptionWindowController::connectToSettings() {
           &CaptionWindowController::applyPreferences);
   connect(&settings, &AppSettings::hideFromScreenSharingChanged, this,
           &CaptionWindowController::applyPreferences);
+  connect(&settings, &AppSettings::clickThroughChanged, this,
+          &CaptionWindowController::applyClickThrough);
+  connect(&services_.desktop, &DesktopPlatform::capabilitiesChanged, this,
+          &CaptionWindowController::applyClickThrough);
   connect(&services_.desktop, &DesktopPlatform::capabilitiesChanged, this,
           &CaptionWindowController::applyPreferences);
   connect(&services_.desktop, &DesktopPlatform::screenCastChanged, this,
@@ -177,6 +182,13 @@ void CaptionWindowController::applyVisibility() {
   if (std::exchange(wasSuppressed_, suppressed) != suppressed && isShown_) {
     Q_EMIT visibilityChanged();
   }
+}
+
+void CaptionWindowController::applyClickThrough() {
+  const bool isThrough =
+      model_.settings().clickThrough() && services_.desktop.capabilities().passesClicks;
+  panel_->setClickThrough(isThrough);
+  view_->setClickThrough(isThrough);
 }
 
 void CaptionWindowController::orderFront() {

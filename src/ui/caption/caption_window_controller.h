@@ -81,6 +81,7 @@ class CaptionWindowController final : public QObject {
   void applyLevel();
   void applyContrast();
   void applyVisibility();
+  void applyClickThrough();
   void orderFront();
   /// The panel's frame, or its target frame while it is being animated.
   QRect settledFrame() const;

@@ -39,7 +39,7 @@ std::vector<AppCommands::Row> AppCommands::rows() const {
   const AppSettings& settings = model_.settings();
   const bool isSettled = !model_.isSwitching();
   const bool hasLines = !model_.lines().empty();
-  const auto [isPanelVisible, isHistoryActive, hasSelection] = windows_();
+  const auto [isPanelVisible, canClickThrough, isHistoryActive, hasSelection] = windows_();
   const bool hasDocument = isHistoryActive ? hasSelection : hasLines;
   return {
       {.command = toggleCaptions,
@@ -62,6 +62,13 @@ std::vector<AppCommands::Row> AppCommands::rows() const {
        .text = L("Keep on Top", "항상 위에 표시"),
        .mark = settings.keepOnTop(),
        .state = settings.keepOnTop()},
+      {.command = toggleClickThrough,
+       .name = "toggle-click-through",
+       .text = L("Click Through Captions", "자막 창 클릭 통과"),
+       .shortcut = Qt::CTRL | Qt::SHIFT | Qt::Key_L,
+       .isEnabled = canClickThrough,
+       .mark = settings.clickThrough(),
+       .state = settings.clickThrough()},
       {.command = togglePanel,
        .name = "toggle-panel",
        .text = L("Show/Hide Caption Window", "자막 창 보기/숨기기"),
@@ -141,7 +148,8 @@ AppCommands::AppCommands(const CaptionViewModel& model, std::function<WindowStat
         &Model::isSavingSessionChanged, &Model::savedURLChanged, &Model::saveErrorChanged}) {
     connect(&model_, signal, this, &AppCommands::refresh);
   }
-  for (const auto signal : {&AppSettings::useMicChanged, &AppSettings::keepOnTopChanged}) {
+  for (const auto signal : {&AppSettings::useMicChanged, &AppSettings::keepOnTopChanged,
+                            &AppSettings::clickThroughChanged}) {
     connect(&model_.settings(), signal, this, &AppCommands::refresh);
   }
   connect(&Localization::shared(), &Localization::languageChanged, this, &AppCommands::refresh);

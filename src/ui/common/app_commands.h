@@ -17,6 +17,8 @@ enum class AppCommand {
   selectComputer,
   selectMicrophone,
   toggleKeepOnTop,
+  /// The pointer goes through the panel, or no longer.
+  toggleClickThrough,
   togglePanel,
   showPanel,
   restorePosition,
@@ -37,6 +39,8 @@ enum class AppCommand {
 /// What the commands depend on besides the model.
 struct WindowState {
   bool isPanelVisible = false;
+  /// The desktop can let the pointer through the panel.
+  bool canClickThrough = false;
   /// The saved-sessions window has the keyboard.
   bool isHistoryActive = false;
   /// A saved session is selected.

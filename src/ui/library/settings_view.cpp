@@ -85,6 +85,8 @@ void SettingsView::addCaptionsSection(QVBoxLayout* form) {
   downloadNote_ = addNote(form);
   fontSize_ = addChooser(form, &fontSizeLabel_);
   keepOnTop_ = addToggle(form);
+  clickThrough_ = addToggle(form);
+  clickThroughNote_ = addNote(form);
   hideFromSharing_ = addToggle(form);
   hideFromSharingNote_ = addNote(form);
   hideFromSharingHere_ = addNote(form);
@@ -100,6 +102,7 @@ void SettingsView::addCaptionsSection(QVBoxLayout* form) {
           [this](int index) { settings_.setFontSize(fontSize_->itemData(index).toDouble()); });
   connect(numbers_, &QCheckBox::toggled, &settings_, &AppSettings::setNumbersAsDigits);
   connect(keepOnTop_, &QCheckBox::toggled, &settings_, &AppSettings::setKeepOnTop);
+  connect(clickThrough_, &QCheckBox::toggled, &settings_, &AppSettings::setClickThrough);
   connect(hideFromSharing_, &QCheckBox::toggled, &settings_,
           &AppSettings::setHideFromScreenSharing);
 }
@@ -143,6 +146,7 @@ void SettingsView::followSettings() {
   follow(&AppSettings::autoSaveSessionsChanged);
   follow(&AppSettings::askBeforeDiscardingChanged);
   follow(&AppSettings::keepOnTopChanged);
+  follow(&AppSettings::clickThroughChanged);
   follow(&AppSettings::hideFromScreenSharingChanged);
   follow(&AppSettings::numbersAsDigitsChanged);
   connect(&model_, &CaptionViewModel::localesChanged, this, &SettingsView::presentChoices);
@@ -175,6 +179,14 @@ void SettingsView::presentTexts() {
           L("English captions say “12%” instead of “twelve percent”.",
             "영어 자막에 “twelve percent” 대신 “12%”로 표시합니다."));
   labelToggle(keepOnTop_, L("Keep caption window on top", "자막 창을 항상 위에 표시"));
+  labelToggle(clickThrough_,
+              L("Let clicks through the caption window", "클릭이 자막 창을 통과하게 하기"));
+  explain(
+      clickThrough_, clickThroughNote_,
+      L("They reach the window beneath. Starting Velun once more ends this, and so does the "
+        "status icon’s menu.",
+        "클릭이 아래에 있는 창에 전달됩니다. Velun을 한 번 더 실행하거나 상태 아이콘의 메뉴에서 "
+        "해제할 수 있습니다."));
   labelToggle(hideFromSharing_, L("Hide caption window from screen sharing and recording",
                                   "화면 공유·녹화에서 자막 창 숨기기"));
   hideFromSharingNote_->setText(
@@ -210,6 +222,7 @@ void SettingsView::presentTexts() {
 void SettingsView::presentToggles() {
   setChecked(numbers_, settings_.numbersAsDigits());
   setChecked(keepOnTop_, settings_.keepOnTop());
+  setChecked(clickThrough_, settings_.clickThrough());
   setChecked(hideFromSharing_, settings_.hideFromScreenSharing());
   setChecked(translate_, settings_.translate());
   setChecked(translationOnly_, settings_.showTranslationOnly());

@@ -57,6 +57,8 @@ class SettingsView final : public QScrollArea {
   QLabel* fontSizeLabel_;
   QComboBox* fontSize_;
   QCheckBox* keepOnTop_;
+  QCheckBox* clickThrough_;
+  QLabel* clickThroughNote_;
   QCheckBox* hideFromSharing_;
   QLabel* hideFromSharingNote_;
   QLabel* hideFromSharingHere_;

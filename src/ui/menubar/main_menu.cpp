@@ -49,7 +49,9 @@ void MainMenu::fill(AppCommands& commands) {
     applicationMenu_.addAction(&commands.action(command));
   }
   applicationMenu_.addSeparator();
-  applicationMenu_.addAction(&commands.action(togglePanel));
+  for (const AppCommand command : {togglePanel, toggleClickThrough}) {
+    applicationMenu_.addAction(&commands.action(command));
+  }
   applicationMenu_.addSeparator();
   applicationMenu_.addAction(&commands.action(terminate));
   for (const AppCommand command :

@@ -11,7 +11,7 @@ StatusMenu::StatusMenu(const CaptionViewModel& model, AppCommands& commands)
   using enum AppCommand;
   add({toggleCaptions});
   add({selectComputer, selectMicrophone});
-  add({toggleKeepOnTop, togglePanel, restorePosition});
+  add({toggleKeepOnTop, toggleClickThrough, togglePanel, restorePosition});
   add({saveSession, showHistory, newSession});
   add({showSettings, checkForUpdates, terminate});
   items_.back().item->setShortcut(commands.action(terminate).shortcut());

@@ -210,7 +210,8 @@ class Announcements(KeyboardCase):
 
 class Settings(KeyboardCase):
     STOPS = ["Language · 언어", "Input Source", "Recognition Language", "Font Size",
-             "Keep caption window on top", "Hide caption window from screen sharing and recording",
+             "Keep caption window on top", "Let clicks through the caption window",
+             "Hide caption window from screen sharing and recording",
              "Numbers as digits", "Names and Terms", "Live Translation", "Translation Language",
              "Show Translation Only",
              "Save new sessions automatically", "Ask to save before a new session or quitting",

@@ -9,6 +9,7 @@ from program_case import ProgramCase
 from session_files import UTC
 
 TOGGLES = [("Keep caption window on top", "keepOnTop", True),
+           ("Let clicks through the caption window", "clickThrough", False),
            ("Hide caption window from screen sharing and recording", "hideFromScreenSharing",
             False),
            ("Numbers as digits", "numbersAsDigits", True),
@@ -59,6 +60,9 @@ class Controls(SettingsCase):
             ("label", "Recognition Language"),
             ("label", "Font Size"),
             ("check box", "Keep caption window on top"),
+            ("check box", "Let clicks through the caption window"),
+            ("label", "They reach the window beneath. Starting Velun once more ends this, and so "
+                      "does the status icon’s menu."),
             ("check box", "Hide caption window from screen sharing and recording"),
             # Without PipeWire nothing is promised.
             ("label", "This desktop offers no way to hide a window from screen sharing and "

@@ -12,6 +12,7 @@ AT_FIRST = {
     "Computer Audio": (True, True),
     "Microphone": (True, False),
     "Keep on Top": (True, True),
+    "Click Through Captions": (True, False),
     "Show Caption Window": (True, False),
     "Restore Default Position": (True, False),
     "Save Current Session": (False, False),
@@ -21,7 +22,7 @@ AT_FIRST = {
     "Check for Updates…": (True, False),
     "Quit Velun": (True, False),
 }
-KOREAN = ["자막 시작", "컴퓨터 오디오", "마이크", "항상 위에 표시", "자막 창 보기", "기본 위치로 복원",
+KOREAN = ["자막 시작", "컴퓨터 오디오", "마이크", "항상 위에 표시", "자막 창 클릭 통과", "자막 창 보기", "기본 위치로 복원",
           "현재 세션 저장", "저장 기록…", "새 세션", "설정…", "업데이트 확인…", "Velun 종료"]
 
 
@@ -97,6 +98,11 @@ class StatusMenu(SpokenCase):
                   "Keep on Top": (True, True)})
         self.expect("as before")
 
+        self.tray.click("Click Through Captions")
+        self.set({"Click Through Captions": (True, True)})
+        self.expect("click through")
+        self.tray.click("Click Through Captions")
+        self.set({"Click Through Captions": (True, False)})
         self.tray.click("Show Caption Window")
         self.change("Show Caption Window", "Hide Caption Window", (True, False))
         self.expect("with the panel")

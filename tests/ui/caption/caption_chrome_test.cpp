@@ -44,6 +44,21 @@ class CaptionChromeTest final : public test::Suite {
     QCOMPARE(stage.asked, QStringList{"show"});
   }
 
+  void lockingHidesTheHeaderAtOnceAndForGood() {
+    Stage stage;
+    stage.pointerInside = true;
+    stage.chrome.setHovering(true);
+    stage.chrome.setLocked(true);
+    QCOMPARE(stage.asked, (QStringList{"show", "hide"}));
+    stage.chrome.setHovering(false);
+    stage.chrome.setKeyboardInHeader(true);
+    stage.chrome.setHovering(true);
+    stage.clock.advance(10s);
+    QCOMPARE(stage.asked.size(), 2);
+    stage.chrome.setLocked(false);
+    QCOMPARE(stage.asked, (QStringList{"show", "hide", "show"}));
+  }
+
   void openMenuKeepsTheHeader() {
     Stage stage;
     stage.chrome.setHovering(true);

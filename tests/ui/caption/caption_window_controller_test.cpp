@@ -4,6 +4,7 @@
 #include "language/localization.h"
 #include "support/suite.h"
 #include "ui/caption/caption_header_view.h"
+#include "ui/caption/caption_notice.h"
 #include "ui/caption/panel_frame.h"
 #include "ui/caption/panel_stage.h"
 #include "ui/common/window_frame.h"
@@ -152,6 +153,32 @@ class CaptionWindowControllerTest final : public test::Suite {
     stage.controller->restorePosition();
     QTRY_COMPARE(stage.panel().geometry(), defaultPanelFrame(area(), 44));
     QCOMPARE(stage.panel().height(), 294);
+  }
+
+  void clicksGoThroughWhereTheDesktopKnowsIt() {
+    PanelStage stage;
+    stage.controller->show();
+    stage.settings.setClickThrough(true);
+    QVERIFY(!stage.desktop.passesClicks);
+    QVERIFY(!stage.view->notice().isVisible());
+    stage.desktop.setCapabilities({.passesClicks = true});
+    QVERIFY(stage.desktop.passesClicks);
+    QVERIFY(stage.view->notice().isVisible());
+    QVERIFY(stage.view->notice().text().contains("Start Velun once more"));
+    stage.view->setHovering(true);
+    QVERIFY(!stage.controller->headerShown());
+    stage.clock.advance(4s);
+    QVERIFY(!stage.view->notice().isVisible());
+    stage.settings.setClickThrough(false);
+    QVERIFY(!stage.desktop.passesClicks);
+    QVERIFY(stage.controller->headerShown());
+  }
+
+  void aPanelShownLaterLetsClicksThrough() {
+    PanelStage stage([](AppSettings& settings) { settings.setClickThrough(true); });
+    stage.desktop.setCapabilities({.passesClicks = true});
+    stage.controller->show();
+    QVERIFY(stage.desktop.passesClicks);
   }
 
   void restoringThePositionShowsAHiddenPanel() {

@@ -157,9 +157,10 @@ class SettingsViewTest final : public test::Suite {
           kSaving, kUnsaved}) {
       QVERIFY2(shows(QString::fromUtf8(text)), text);
     }
-    for (const char* name : {"자막 창을 항상 위에 표시", "화면 공유·녹화에서 자막 창 숨기기",
-                             "실시간 번역", "숫자를 아라비아 숫자로 표시", "번역만 보기",
-                             "새 세션을 자동으로 저장", "새 세션·앱 종료 전에 저장 여부 묻기"}) {
+    for (const char* name :
+         {"자막 창을 항상 위에 표시", "클릭이 자막 창을 통과하게 하기",
+          "화면 공유·녹화에서 자막 창 숨기기", "실시간 번역", "숫자를 아라비아 숫자로 표시",
+          "번역만 보기", "새 세션을 자동으로 저장", "새 세션·앱 종료 전에 저장 여부 묻기"}) {
       QVERIFY2(named<QCheckBox>(QString::fromUtf8(name)), name);
     }
     const auto buttons = view_->findChildren<QPushButton*>();
@@ -174,6 +175,8 @@ class SettingsViewTest final : public test::Suite {
   void everyToggleWritesItsSetting() {
     named<QCheckBox>("Keep caption window on top")->click();
     QVERIFY(!settings_->keepOnTop());
+    named<QCheckBox>("Let clicks through the caption window")->click();
+    QVERIFY(settings_->clickThrough());
     named<QCheckBox>("Hide caption window from screen sharing and recording")->click();
     QVERIFY(settings_->hideFromScreenSharing());
     named<QCheckBox>("Numbers as digits")->click();

@@ -19,7 +19,7 @@ struct Fixture : ModelFixture {
     return titles;
   }
 
-  WindowState windows;
+  WindowState windows{.canClickThrough = true};
   AppCommands commands{*model, [this] {
                          return windows;
                        }};
@@ -29,8 +29,8 @@ struct Fixture : ModelFixture {
   const QAction& computer = *menu.actions()[2];
   const QAction& microphone = *menu.actions()[3];
   const QAction& keepOnTop = *menu.actions()[5];
-  const QAction& save = *menu.actions()[9];
-  const QAction& newSession = *menu.actions()[11];
+  const QAction& save = *menu.actions()[10];
+  const QAction& newSession = *menu.actions()[12];
 };
 
 }  // namespace
@@ -43,11 +43,12 @@ class StatusMenuTest final : public test::Suite {
 
   void itemsAreInOrder() {
     Fixture fixture;
-    QCOMPARE(fixture.titles(),
-             QStringList({"Start Captions", "-", "Computer Audio", "Microphone", "-", "Keep on Top",
-                          "Show Caption Window", "Restore Default Position", "-",
-                          "Save Current Session", "Saved Sessions…", "New Session", "-",
-                          "Settings…", "Check for Updates…", "Quit Velun"}));
+    QCOMPARE(
+        fixture.titles(),
+        QStringList({"Start Captions", "-", "Computer Audio", "Microphone", "-", "Keep on Top",
+                     "Click Through Captions", "Show Caption Window", "Restore Default Position",
+                     "-", "Save Current Session", "Saved Sessions…", "New Session", "-",
+                     "Settings…", "Check for Updates…", "Quit Velun"}));
   }
 
   void itemsAreLocalized() {
@@ -56,8 +57,9 @@ class StatusMenuTest final : public test::Suite {
     fixture.commands.refresh();
     QCOMPARE(fixture.titles(),
              QStringList({"자막 시작", "-", "컴퓨터 오디오", "마이크", "-", "항상 위에 표시",
-                          "자막 창 숨기기", "기본 위치로 복원", "-", "현재 세션 저장", "저장 기록…",
-                          "새 세션", "-", "설정…", "업데이트 확인…", "Velun 종료"}));
+                          "자막 창 클릭 통과", "자막 창 숨기기", "기본 위치로 복원", "-",
+                          "현재 세션 저장", "저장 기록…", "새 세션", "-", "설정…", "업데이트 확인…",
+                          "Velun 종료"}));
   }
 
   void onlyQuitHasAShortcut() {

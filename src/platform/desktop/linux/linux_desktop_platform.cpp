@@ -9,6 +9,7 @@
 #include "platform/desktop/linux/x11_window_manager.h"
 
 #include <QCursor>
+#include <QGuiApplication>
 #include <QWindow>
 #include <utility>
 
@@ -62,10 +63,13 @@ void LinuxDesktopPlatform::updateCapabilities() {
     now.keepsOnTop = manager_->keepsAbove();
     now.allSpaces = manager_->showsOnAllDesktops();
     now.placesWindows = now.keepsOnTop;
+    now.passesClicks = manager_->passesClicks();
     now.compositing = manager_->isCompositing();
     now.blursBehind = now.compositing && manager_->blursBehind();
     // KWin does not move windows of the type that it keeps above full-screen ones.
     now.movesByItself = !manager_->isKWin() && manager_->movesWindows();
+  } else {
+    now.passesClicks = QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
   }
   xcb_connection_t* x11 = x11Connection();
   now.readsWithoutCast = x11 && !isXWayland(x11);
@@ -108,6 +112,14 @@ void LinuxDesktopPlatform::setShape(QWindow& window, const QRegion& region) {
   window.setMask(region);
   // Qt leaves the request in its buffer until the next one.
   xcb_flush(x11Connection());
+}
+
+void LinuxDesktopPlatform::setClickThrough(QWindow& window, bool isThrough) {
+  if (manager_) {
+    manager_->writeClickThrough(window, isThrough);
+  } else if (capabilities_.passesClicks) {
+    window.setFlag(Qt::WindowTransparentForInput, isThrough);
+  }
 }
 
 bool LinuxDesktopPlatform::isPointerOver(const QWindow& window) const {

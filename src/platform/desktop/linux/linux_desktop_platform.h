@@ -30,6 +30,7 @@ class LinuxDesktopPlatform final : public DesktopPlatform {
   bool setKeepOnTop(QWindow& window, bool keepOnTop) override;
   void setBlurBehind(QWindow& window, const QRegion& region) override;
   void setShape(QWindow& window, const QRegion& region) override;
+  void setClickThrough(QWindow& window, bool isThrough) override;
   bool isPointerOver(const QWindow& window) const override;
   void setExcludedFromCapture(QWindow& window, bool excluded) override;
   void watchScreenCasts(bool watch) override;

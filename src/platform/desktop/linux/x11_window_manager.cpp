@@ -10,6 +10,8 @@
 #include <span>
 #include <string_view>
 #include <vector>
+#include <xcb/shape.h>
+#include <xcb/xfixes.h>
 
 namespace velun {
 
@@ -17,6 +19,15 @@ namespace {
 
 constexpr int kScreen = 0;
 constexpr std::uint32_t kAllDesktops = 0xFFFFFFFF;
+
+/// Announces the version that knows shapes for the pointer. Returns whether the server knows them.
+bool announceShapes(xcb_connection_t* connection) {
+  const auto* fixes = xcb_get_extension_data(connection, &xcb_xfixes_id);
+  if (!fixes || !fixes->present) return false;
+  const auto version = owned(xcb_xfixes_query_version_reply(
+      connection, xcb_xfixes_query_version(connection, 5, 0), nullptr));
+  return version && version->major_version >= 2;
+}
 
 // The id of a QWidget can be out of date; the window's never is.
 xcb_window_t nativeId(const QWindow& window) {
@@ -35,6 +46,7 @@ std::unique_ptr<X11WindowManager> X11WindowManager::open(xcb_connection_t* conne
   }
   manager->connection_ = connection;
   manager->root_ = rootWindow(connection);
+  manager->hasShapes_ = announceShapes(connection);
   manager->criticalType_ = atomNamed(connection, "_KDE_NET_WM_WINDOW_TYPE_CRITICAL_NOTIFICATION");
   manager->blur_ = atomNamed(connection, "_KDE_NET_WM_BLUR_BEHIND_REGION");
   return manager;
@@ -133,6 +145,19 @@ bool X11WindowManager::isOverFullScreen(const QWindow& window) const {
   const bool isOver = types.atoms_len > 0 && types.atoms[0] == criticalType_;
   xcb_ewmh_get_atoms_reply_wipe(&types);
   return isOver;
+}
+
+void X11WindowManager::writeClickThrough(QWindow& window, bool isThrough) const {
+  if (!hasShapes_) return;
+  xcb_xfixes_region_t region = XCB_XFIXES_REGION_NONE;
+  if (isThrough) {
+    region = xcb_generate_id(connection_);
+    xcb_xfixes_create_region(connection_, region, 0, nullptr);
+  }
+  xcb_xfixes_set_window_shape_region(connection_, nativeId(window), XCB_SHAPE_SK_INPUT, 0, 0,
+                                     region);
+  if (isThrough) xcb_xfixes_destroy_region(connection_, region);
+  xcb_flush(connection_);
 }
 
 bool X11WindowManager::isPointerOver(const QWindow& window) const {

@@ -45,6 +45,10 @@ class X11WindowManager final {
   void writeType(QWindow& window, bool overFullScreen) const;
   /// Whether the window has the type that KWin keeps above full-screen windows.
   bool isOverFullScreen(const QWindow& window) const;
+  /// Whether the X server can pass clicks on to the windows beneath a window.
+  bool passesClicks() const { return hasShapes_; }
+  /// Passes them on, or gives them to the window again.
+  void writeClickThrough(QWindow& window, bool isThrough) const;
   /// Whether the pointer is over the window and no other window covers it there. The pointer's
   /// position alone is not enough on XWayland: it no longer changes once the pointer is over a
   /// Wayland window.
@@ -63,6 +67,7 @@ class X11WindowManager final {
   mutable xcb_ewmh_connection_t ewmh_{};
   xcb_connection_t* connection_ = nullptr;
   xcb_window_t root_ = XCB_WINDOW_NONE;
+  bool hasShapes_ = false;
   xcb_atom_t criticalType_ = XCB_ATOM_NONE;
   xcb_atom_t blur_ = XCB_ATOM_NONE;
 };
