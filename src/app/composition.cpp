@@ -70,13 +70,13 @@ NeuralRecognizerProvider::SpeedReport keepSpeed(
 LocalSpeechPlatform::Providers recognizers(
     ModelStore& models, const std::shared_ptr<const CaptionStyle>& style,
     const std::shared_ptr<RecognizerPreferences>& preferences) {
-  const auto neural = std::make_shared<NeuralRecognizerProvider>(
-      ModelCatalogue::builtIn(), models, NeuralRecognizerProvider::installedProgram(), style,
-      keepSpeed(preferences));
   const QString programs = QCoreApplication::applicationDirPath();
   const BuiltInFiles files = BuiltInFiles::installed(programs);
   const auto punctuation = std::make_shared<BuiltInPunctuation>(
       files.program, BuiltInPunctuation::installedFolder(programs));
+  const auto neural = std::make_shared<NeuralRecognizerProvider>(
+      ModelCatalogue::builtIn(), models, NeuralRecognizerProvider::installedProgram(), style,
+      keepSpeed(preferences), punctuation);
   return {neural, std::make_shared<BuiltInRecognizerProvider>(files, punctuation, style)};
 }
 

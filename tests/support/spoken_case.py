@@ -69,6 +69,11 @@ class SpokenCase(unittest.TestCase):
         self.program.wait_for_state("running", True)
         self.program.wait_until_capturing()
 
+    def stop_captions(self):
+        self.program.action("toggle-captions")
+        self.program.wait_for_state("running", False)
+        self.desktop.wait("the end of the stop", lambda: self.program.can("toggle-captions"))
+
     def speak(self):
         """Plays a phrase and waits for its line."""
         before = self.transcript()

@@ -37,22 +37,26 @@ class PanelAccess(SpokenCase):
         return [node for node in self.panel.walk() if node.role in ("push button", "button menu")
                 and node.name in HEADER["en"] + HEADER["ko"]]
 
-    def test_everything_has_its_name_and_role_in_both_languages(self):
-        for language, names in HEADER.items():
-            with self.subTest(language):
-                self.show_panel(language=language)
-                self.assertEqual([node.name for node in self.header()], list(names))
-                for node in self.header():
-                    opens_menu = node.role == "button menu"
-                    self.assertIn("ShowMenu" if opens_menu else "Press", node.actions, node)
-                self.assertIsNotNone(self.panel.find("text", TRANSCRIPT[language]))
-                for node in self.panel.walk():
-                    if "focusable" in node.states:
-                        self.assertTrue(node.name, self.panel.tree())
-                        self.assertNotIn(node.role, ("filler", "unknown"), self.panel.tree())
-                    elif node.role == "filler":
-                        self.assertFalse(node.name, self.panel.tree())
-                self.assertEqual(self.program.quit(), 0, self.program.log())
+    def test_everything_has_its_name_and_role_in_english(self):
+        self.assert_named("en")
+
+    def test_everything_has_its_name_and_role_in_korean(self):
+        self.assert_named("ko")
+
+    def assert_named(self, language):
+        self.show_panel(language=language)
+        self.assertEqual([node.name for node in self.header()], list(HEADER[language]))
+        for node in self.header():
+            opens_menu = node.role == "button menu"
+            self.assertIn("ShowMenu" if opens_menu else "Press", node.actions, node)
+        self.assertIsNotNone(self.panel.find("text", TRANSCRIPT[language]))
+        for node in self.panel.walk():
+            if "focusable" in node.states:
+                self.assertTrue(node.name, self.panel.tree())
+                self.assertNotIn(node.role, ("filler", "unknown"), self.panel.tree())
+            elif node.role == "filler":
+                self.assertFalse(node.name, self.panel.tree())
+        self.assertEqual(self.program.quit(), 0, self.program.log())
 
     def test_the_keyboard_comes_to_the_captions_also_under_the_pointer(self):
         self.show_panel()
@@ -132,13 +136,16 @@ class PanelAccess(SpokenCase):
     def test_what_went_wrong_is_told_as_the_status(self):
         self.show_panel()
         status = self.panel.find("notification", "Status")
-        # What screen readers speak of without being asked.
-        events = self.accessibility.watch("object:state-changed", "StateChanged")
         self.make_saving_fail()
         self.start_captions()
         self.speak()
+        # On a busy machine, running captions say that recognition is falling behind.
+        self.stop_captions()
+        before = status.description
+        # What screen readers speak of without being asked.
+        events = self.accessibility.watch("object:state-changed", "StateChanged")
         self.program.action("save-session")
-        self.desktop.wait("the failure", lambda: status.description)
+        self.desktop.wait("the failure", lambda: status.description not in ("", before))
         self.desktop.wait("its announcement", lambda: status.told(events, "showing"))
         self.assertEqual(status.told(events, "showing"), 1, events.read_text())
 

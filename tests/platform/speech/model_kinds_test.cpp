@@ -2,16 +2,15 @@
 #include "platform/models/model_server.h"
 #include "platform/models/packed_bytes.h"
 #include "platform/models/store/download_store.h"
-#include "platform/speech/built_in/built_in_recognizer_provider.h"
 #include "platform/speech/local_speech_platform.h"
 #include "platform/speech/neural/neural_recognizer_provider.h"
 #include "platform/speech/neural_fixture.h"
+#include "platform/speech/vosk_archive.h"
 #include "support/await.h"
 #include "support/failure_of.h"
 #include "support/manual_clock.h"
 #include "support/suite.h"
 
-#include <QDirIterator>
 #include <QJsonArray>
 #include <QTemporaryDir>
 
@@ -123,20 +122,6 @@ class ModelKindsTest final : public test::Suite {
     return lines.join(" | ");
   }
 
-  /// The built-in English model as a zip archive in a folder.
-  static QByteArray voskArchive() {
-    const QString folder = BuiltInFiles::installed(QFileInfo(helperProgram()).path()).model;
-    std::vector<ArchiveEntry> entries;
-    QDirIterator files(folder, QDir::Files, QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-      QFile file(files.next());
-      if (!file.open(QIODevice::ReadOnly)) qFatal("%s is missing", qPrintable(file.fileName()));
-      const QString name = QDir(folder).relativeFilePath(file.fileName());
-      entries.push_back({"vosk-model-small/" + name, file.readAll(), {}});
-    }
-    return zipped(entries);
-  }
-
  private Q_SLOTS:
   void initTestCase() {
     QVERIFY2(hasRecognitionLibrary(), "The recognition library is missing: run scripts/setup.");
@@ -189,7 +174,7 @@ class ModelKindsTest final : public test::Suite {
   void recognizesWordsWithVosk() {
     Model model = entry("vosk-small-ca-0.4", {});
     const QString name = model.options["archive"].toString();
-    const QByteArray archive = voskArchive();
+    const QByteArray archive = voskArchive(helperProgram());
     const QTemporaryDir folder;
     ModelServer server;
     server.files["/" + name] = archive;

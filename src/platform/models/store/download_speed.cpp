@@ -10,7 +10,7 @@ namespace {
 
 constexpr double kWindowSeconds = 5;
 constexpr double kMinSeconds = 1;
-/// A slower download has no end that could be told.
+/// A longer time is not shown: the speed of the last seconds says nothing about days.
 constexpr double kMaxSecondsLeft = 100 * 3600.0;
 
 }  // namespace

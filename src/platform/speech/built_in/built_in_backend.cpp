@@ -18,8 +18,10 @@ constexpr double kSentencePause = 1.0;
 
 BuiltInBackend::BuiltInBackend(QString program, RecognizerSettings settings,
                                std::unique_ptr<PunctuationRestorer> punctuation,
-                               std::shared_ptr<const CaptionStyle> style)
-    : helper_(std::move(program), std::move(settings)),
+                               std::shared_ptr<const CaptionStyle> style,
+                               DecodingSpeed::Report report)
+    : helper_(std::move(program), std::move(settings), HelperProcess::kDefaultTimeout,
+              std::move(report)),
       writer_(std::move(punctuation), std::move(style)) {}
 
 void BuiltInBackend::load() {

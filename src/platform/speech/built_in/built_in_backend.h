@@ -8,14 +8,16 @@
 
 namespace velun {
 
-/// Recognizes US English without any download, in the helper program, and writes the words that it
-/// hears as sentences.
+/// Recognizes English with libvosk, in the helper program, and writes the words that it hears as
+/// sentences. Its model is the built-in one or a downloaded one.
 class BuiltInBackend final : public RecognizerBackend {
  public:
-  /// Without `punctuation` results have none.
+  /// Without `punctuation` results have none. The settings name no language, so that the helper
+  /// program leaves the words as they are.
   BuiltInBackend(QString program, RecognizerSettings settings,
                  std::unique_ptr<PunctuationRestorer> punctuation,
-                 std::shared_ptr<const CaptionStyle> style = std::make_shared<CaptionStyle>());
+                 std::shared_ptr<const CaptionStyle> style = std::make_shared<CaptionStyle>(),
+                 DecodingSpeed::Report report = {});
 
   void load() override;
   std::optional<QString> notice() const override;

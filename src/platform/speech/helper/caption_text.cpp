@@ -20,6 +20,14 @@ bool isPrintable(char32_t character) {
          QChar::category(character) != QChar::Other_PrivateUse;
 }
 
+/// The characters at the beginning that can only end something, and blanks.
+qsizetype countLateMarks(const QString& text) {
+  const auto end = std::find_if_not(text.begin(), text.end(), [](QChar each) {
+    return each.isSpace() || kClosingMarks.contains(each);
+  });
+  return end - text.begin();
+}
+
 }  // namespace
 
 QString printable(const QString& text) {
@@ -62,17 +70,11 @@ QString cased(const QString& text, const QString& language, bool folds) {
 }
 
 QString lateMarks(const QString& text) {
-  const auto end = std::find_if_not(text.begin(), text.end(), [](QChar each) {
-    return each.isSpace() || kClosingMarks.contains(each);
-  });
-  return text.left(end - text.begin()).trimmed();
+  return text.left(countLateMarks(text)).trimmed();
 }
 
 QString withoutLateMarks(const QString& text) {
-  const auto begin = std::find_if_not(text.begin(), text.end(), [](QChar each) {
-    return each.isSpace() || kClosingMarks.contains(each);
-  });
-  return text.mid(begin - text.begin());
+  return text.mid(countLateMarks(text));
 }
 
 bool endsSentence(const QString& text) {

@@ -4,6 +4,7 @@
 #include "platform/speech/helper/memory_file.h"
 #include "platform/speech/helper/ngram_file.h"
 
+#include <optional>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
@@ -22,9 +23,26 @@ void link(const QString& target, const QString& path) {
   if (!isMade) throw std::runtime_error("no temporary folder for the speech model");
 }
 
+/// Nullopt for one of another kind, as some downloaded models have it.
+std::optional<NgramFile> readLanguageModel(const QString& path) {
+  try {
+    return NgramFile::read(path);
+  } catch (const std::runtime_error&) {
+    return std::nullopt;
+  }
+}
+
 }  // namespace
 
-FavouringModel::FavouringModel(const QString& model, const QString& userWords) {
+std::unique_ptr<FavouringModel> FavouringModel::make(const QString& model,
+                                                     const QString& userWords) {
+  std::optional<NgramFile> words = readLanguageModel(QDir(model).filePath(kLanguageModel));
+  if (!words) return nullptr;
+  words->favour(wordsToFavour(userWords), kGain);
+  return std::unique_ptr<FavouringModel>(new FavouringModel(model, words->bytes()));
+}
+
+FavouringModel::FavouringModel(const QString& model, const QByteArray& languageModel) {
   if (!folder_.isValid()) throw std::runtime_error("no temporary folder for the speech model");
   const QDir original(model);
   QDirIterator files(model, QDir::Files, QDirIterator::Subdirectories);
@@ -33,9 +51,7 @@ FavouringModel::FavouringModel(const QString& model, const QString& userWords) {
     const QString name = original.relativeFilePath(path);
     if (name != kLanguageModel) link(original.absoluteFilePath(name), folder_.filePath(name));
   }
-  NgramFile words = NgramFile::read(original.filePath(kLanguageModel));
-  words.favour(wordsToFavour(userWords), kGain);
-  languageModel_ = memoryFile("language-model", words.bytes());
+  languageModel_ = memoryFile("language-model", languageModel);
   link(pathOfDescriptor(languageModel_), folder_.filePath(kLanguageModel));
 }
 

@@ -3,6 +3,7 @@
 
 #include "platform/foundation/file_descriptor.h"
 
+#include <memory>
 #include <QString>
 #include <QTemporaryDir>
 
@@ -13,12 +14,15 @@ namespace velun {
 /// it does not stay behind when the process ends.
 class FavouringModel {
  public:
-  /// `model` is the folder of the original and must stay. Throws `std::runtime_error`.
-  FavouringModel(const QString& model, const QString& userWords);
+  /// `model` is the folder of the original and must stay. Null if it has no language model of the
+  /// kind that can be changed. Throws `std::runtime_error`.
+  static std::unique_ptr<FavouringModel> make(const QString& model, const QString& userWords);
 
   QString folder() const { return folder_.path(); }
 
  private:
+  FavouringModel(const QString& model, const QByteArray& languageModel);
+
   QTemporaryDir folder_;
   FileDescriptor languageModel_;
 };

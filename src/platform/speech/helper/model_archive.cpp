@@ -109,8 +109,8 @@ bool isAlive(const QString& processId) {
   return isNumber && id > 0 && ::kill(id, 0) == 0;
 }
 
-/// Folders are named after the process that unpacks.
-void removeRests(const QDir& parent) {
+/// Deletes what processes that were killed have left. Folders are named after the process.
+void removeLeftovers(const QDir& parent) {
   for (const QString& name : parent.entryList({kPrefix + '*'}, QDir::Dirs)) {
     const QString processId = name.section(u'-', 1, 1);
     if (!isAlive(processId)) QDir(parent.filePath(name)).removeRecursively();
@@ -122,7 +122,7 @@ void removeRests(const QDir& parent) {
 ModelArchive::ModelArchive(const QString& path, const QByteArray& sha256) {
   checkFile(path, sha256);
   const QDir parent = QFileInfo(path).dir();
-  removeRests(parent);
+  removeLeftovers(parent);
   unpacked_ = std::make_unique<QTemporaryDir>(
       parent.filePath(QString("%1%2-XXXXXX").arg(kPrefix).arg(::getpid())));
   if (!unpacked_->isValid()) refuse("cannot be unpacked");

@@ -55,7 +55,7 @@ void require(const Metadata& metadata, const char* keys, const QString& path) {
     const bool isList = key.endsWith('*');
     if (isList) key.chop(1);
     if (!(isList ? numbers : number).match(metadata.value(key)).hasMatch()) {
-      refuse(path, QString("its note \"%1\" is missing or wrong").arg(key));
+      refuse(path, QString("its metadata \"%1\" is missing or wrong").arg(key));
     }
   }
 }
@@ -111,10 +111,11 @@ void checkTokens(const QString& path, bool isNemoTransducer) {
   }
   if (ids.isEmpty() || *std::min_element(ids.begin(), ids.end()) != 0 ||
       *std::max_element(ids.begin(), ids.end()) != ids.size() - 1) {
-    refuse(path, "it has gaps");
+    refuse(path, "its token numbers have gaps");
   }
-  if (!hasBlank) refuse(path, "it has no blank");
-  if (isNemoTransducer && !lines.last().startsWith("<blk>")) refuse(path, "its blank is not last");
+  if (!hasBlank) refuse(path, "it has no blank token");
+  if (isNemoTransducer && !lines.last().startsWith("<blk>"))
+    refuse(path, "its blank token is not the last one");
 }
 
 }  // namespace
@@ -135,7 +136,7 @@ ModelSteps checkRecognitionModel(const RecognizerSettings& settings) {
     isNemoTransducer = !steps.remembersTokens;
   }
   checkTokens(settings.tokens, isNemoTransducer);
-  if (steps.step <= 0) throw std::runtime_error("the model does not move");
+  if (steps.step <= 0) throw std::runtime_error("the model has no decoding step");
   return steps;
 }
 

@@ -67,11 +67,11 @@ void RecognizerService::serve() {
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) throw std::runtime_error(std::strerror(errno));
     reader.append(std::span(buffer.data(), static_cast<std::size_t>(count)));
-    while (const std::optional<RecognizerMessage> message = reader.next()) answer(*message);
+    while (const std::optional<RecognizerMessage> message = reader.next()) handle(*message);
   }
 }
 
-void RecognizerService::answer(const RecognizerMessage& message) {
+void RecognizerService::handle(const RecognizerMessage& message) {
   switch (message.kind) {
     case Kind::configure:
       configure(RecognizerSettings::fromJson(message.body));

@@ -23,7 +23,7 @@ class RecognizerService {
 
  private:
   void serve();
-  void answer(const RecognizerMessage& message);
+  void handle(const RecognizerMessage& message);
   void configure(const RecognizerSettings& settings);
   void configureSherpa(const RecognizerSettings& settings);
   void restore(const QString& text);

@@ -52,21 +52,19 @@ VoskDecoder::VoskDecoder(const vosk::Library& library, const RecognizerSettings&
       recognizer_(nullptr, library.destroyRecognizer) {
   if (!settings.voskArchive.isEmpty()) {
     const ModelArchive archive(settings.voskArchive, settings.voskArchiveSum.toLatin1());
-    load(archive.folder());
-    return;
-  }
-  checkFiles(settings.voskModel, settings.voskModelSums.toUtf8());
-  if (settings.userWords.isEmpty()) {
-    load(settings.voskModel);
+    load(archive.folder(), settings.userWords);
   } else {
-    // Its files are needed while they are being loaded only.
-    const FavouringModel favouring(settings.voskModel, settings.userWords);
-    load(favouring.folder());
+    checkFiles(settings.voskModel, settings.voskModelSums.toUtf8());
+    load(settings.voskModel, settings.userWords);
   }
 }
 
-void VoskDecoder::load(const QString& folder) {
-  model_.reset(library_.createModel(QFile::encodeName(folder).constData()));
+void VoskDecoder::load(const QString& folder, const QString& userWords) {
+  // Its files are needed only while they are being loaded.
+  std::unique_ptr<FavouringModel> favouring;
+  if (!userWords.isEmpty()) favouring = FavouringModel::make(folder, userWords);
+  const QString loaded = favouring ? favouring->folder() : folder;
+  model_.reset(library_.createModel(QFile::encodeName(loaded).constData()));
   if (!model_) throw std::runtime_error("the speech model cannot be loaded");
   recognizer_ = create();
 }

@@ -47,7 +47,7 @@ class VoskDecoder {
   using Recognizer = std::unique_ptr<VoskRecognizer, void (*)(VoskRecognizer*)>;
 
   /// Throws `std::runtime_error`.
-  void load(const QString& folder);
+  void load(const QString& folder, const QString& userWords);
   Recognizer create() const;
   HeardWords take(const char* json);
 

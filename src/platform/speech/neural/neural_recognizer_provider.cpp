@@ -4,6 +4,7 @@
 #include "language/localization.h"
 #include "platform/foundation/failure.h"
 #include "platform/foundation/language_identifier.h"
+#include "platform/speech/built_in/built_in_backend.h"
 #include "platform/speech/helper/recognizer_settings.h"
 #include "platform/speech/helper/sherpa_library.h"
 #include "platform/speech/helper/vosk_library.h"
@@ -72,14 +73,16 @@ class ModelOffer final : public SpeechModelOffer {
 NeuralRecognizerProvider::NeuralRecognizerProvider(ModelCatalogue catalogue, ModelStore& store,
                                                    QString program,
                                                    std::shared_ptr<const CaptionStyle> style,
-                                                   SpeedReport reportSpeed)
+                                                   SpeedReport reportSpeed,
+                                                   std::shared_ptr<PunctuationProvider> punctuation)
     : catalogue_(std::move(catalogue)),
       store_(store),
       program_(std::move(program)),
       library_(sherpa::versionBeside(sherpa::findLibrary(QFileInfo(program_).path()))),
       vosk_(vosk::findLibrary(QFileInfo(program_).path())),
       style_(std::move(style)),
-      reportSpeed_(std::move(reportSpeed)) {}
+      reportSpeed_(std::move(reportSpeed)),
+      punctuation_(std::move(punctuation)) {}
 
 QString NeuralRecognizerProvider::installedProgram() {
   const QString folder = QCoreApplication::applicationDirPath();
@@ -162,22 +165,43 @@ void NeuralRecognizerProvider::addPunctuation(RecognizerSettings& settings,
 RecognizerProvider::Factory NeuralRecognizerProvider::makeFactory(const QString& locale,
                                                                   const QString& id) const {
   RecognizerSettings settings;
+  const DecodingSpeed::Report report = [report = reportSpeed_, id](double realTimeFactor) {
+    report(id, realTimeFactor);
+  };
   // The models cannot be removed while the result exists.
   std::vector<std::shared_ptr<const void>> uses;
   if (const Model* model = catalogue_.find(id)) {
     settings = this->settings(*model, locale);
     uses.push_back(store_.use(*model));
-    if (const Model* marks = catalogue_.punctuationFor(*model, languageCode(locale)))
+    if (const Model* marks = catalogue_.punctuationFor(*model, languageCode(locale))) {
       uses.push_back(store_.use(*marks));
+    }
   }
-  return [program = program_, settings, style = style_, report = reportSpeed_, id,
+  const bool isEnglish = settings.language == QLatin1String("en");
+  if (isEnglish && settings.usesVosk()) {
+    return voskEnglishFactory(locale, settings, report, uses.front());
+  }
+  return [program = program_, settings, style = style_, report, isEnglish,
           uses = std::move(uses)]() -> std::unique_ptr<RecognizerBackend> {
-    auto recognizer = std::make_unique<NeuralBackend>(
-        program, settings, HelperProcess::kDefaultTimeout,
-        [report, id](double realTimeFactor) { report(id, realTimeFactor); });
-    if (settings.language != QLatin1String("en")) return recognizer;
+    auto recognizer =
+        std::make_unique<NeuralBackend>(program, settings, HelperProcess::kDefaultTimeout, report);
+    if (!isEnglish) return recognizer;
     return std::make_unique<EnglishBackend>(std::move(recognizer), style);
   };
+}
+
+RecognizerProvider::Factory NeuralRecognizerProvider::voskEnglishFactory(
+    const QString& locale, RecognizerSettings settings, DecodingSpeed::Report report,
+    std::shared_ptr<const void> use) const {
+  settings.language.clear();
+  PunctuationRestorer::Factory marks;
+  if (punctuation_) marks = punctuation_->punctuationFactory(locale);
+  return
+      [program = program_, settings = std::move(settings), style = style_, marks,
+       report = std::move(report), use = std::move(use)]() -> std::unique_ptr<RecognizerBackend> {
+        return std::make_unique<BuiltInBackend>(program, settings, marks ? marks() : nullptr, style,
+                                                report);
+      };
 }
 
 std::shared_ptr<SpeechModelOffer> NeuralRecognizerProvider::offer(const QString& locale,

@@ -4,6 +4,8 @@
 #include "platform/models/model_catalogue.h"
 #include "platform/models/model_store.h"
 #include "platform/speech/caption_style.h"
+#include "platform/speech/neural/decoding_speed.h"
+#include "platform/speech/punctuation_restorer.h"
 #include "platform/speech/recognizer_provider.h"
 
 #include <memory>
@@ -24,11 +26,13 @@ class NeuralRecognizerProvider final : public RecognizerProvider {
   using SpeedReport = std::function<void(const QString& id, double realTimeFactor)>;
 
   /// `store` must outlive the provider. `program` is the helper's path. `style` is read by the
-  /// recognizers of English.
+  /// recognizers of English. `punctuation`, which may be null, is used by those that run in
+  /// libvosk.
   NeuralRecognizerProvider(
       ModelCatalogue catalogue, ModelStore& store, QString program,
       std::shared_ptr<const CaptionStyle> style = std::make_shared<CaptionStyle>(),
-      SpeedReport reportSpeed = [](const QString&, double) {});
+      SpeedReport reportSpeed = [](const QString&, double) {},
+      std::shared_ptr<PunctuationProvider> punctuation = nullptr);
 
   /// The helper program, beside the running one. Empty when it or sherpa-onnx is not installed.
   static QString installedProgram();
@@ -49,6 +53,9 @@ class NeuralRecognizerProvider final : public RecognizerProvider {
  private:
   /// The models of the locale, from best to worst.
   std::vector<const Model*> models(const QString& locale) const;
+  /// English in libvosk, written by the rules of the built-in recognizer.
+  Factory voskEnglishFactory(const QString& locale, RecognizerSettings settings,
+                             DecodingSpeed::Report report, std::shared_ptr<const void> use) const;
   /// Adds the punctuation model if it is installed.
   void addPunctuation(RecognizerSettings& settings, const Model* marks) const;
 
@@ -59,6 +66,7 @@ class NeuralRecognizerProvider final : public RecognizerProvider {
   QString vosk_;            ///< libvosk; empty if there is none
   std::shared_ptr<const CaptionStyle> style_;
   SpeedReport reportSpeed_;
+  std::shared_ptr<PunctuationProvider> punctuation_;
 };
 
 }  // namespace velun

@@ -27,8 +27,7 @@ QString textFor(const HelperEnded& end) {
   if (fault || hasReason) return missingPunctuationText();
   return L(
       "Captions have no punctuation, because the part of Velun that adds it does not respond. "
-      "Start "
-      "captions again.",
+      "Start captions again.",
       "문장 부호를 넣는 Velun의 구성 요소가 응답하지 않아 자막에 문장 부호가 없습니다. 자막을 다시 "
       "시작하십시오.");
 }
