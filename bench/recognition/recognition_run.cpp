@@ -32,7 +32,8 @@ class Run {
   Run(RecognizerProvider& provider, const QString& locale)
       : input_(std::make_shared<SpeechInput>()),
         feeder_(input_, clock_),
-        run_(provider.factory(locale), input_, clock_) {
+        run_(std::vector<SpeechRecognizer>{{"measured", "Measured", provider.factory(locale)}},
+             input_, clock_) {
     QObject::connect(&run_, &SpeechRun::resultReady, [this](const TranscriptionResult& result) {
       arrivals.push_back({result, clock_.monotonicSeconds()});
     });

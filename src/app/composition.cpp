@@ -147,6 +147,10 @@ Composition::Composition(ApplicationService& application)
     : parts_(std::make_unique<Parts>(application)) {
   QObject::connect(parts_->recognizerPreferences.get(), &RecognizerPreferences::choiceChanged,
                    &parts_->betterCaptions, &BetterCaptions::update);
+  QObject::connect(&parts_->models, &ModelStore::stateChanged, &parts_->speech,
+                   &LocalSpeechPlatform::updateRuns);
+  QObject::connect(&parts_->speech, &LocalSpeechPlatform::recognizerFailed, &parts_->models,
+                   &DownloadStore::verifyAgain);
 }
 
 Composition::~Composition() = default;

@@ -16,6 +16,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kSilenceCheckInterval = 500ms;
+constexpr auto kBriefNoticeTime = 8s;
 /// Seconds without audio after which an unfinished phrase is finalized.
 constexpr double kMaxSilenceInPhrase = 1.0;
 /// How long a stop waits for the rest of the audio to be decoded. Finalizing a long phrase takes
@@ -125,9 +126,11 @@ void SpeechRecognitionEngine::startRecognition(const QString& locale, const Run&
   connect(recognition_.get(), &SpeechRun::noticed, this, [this](const QString& notice) {
     // During a stop, the text would outlive the captions.
     if (!audio_) return;
-    notice_ = notice;
+    notice_ = notice.isEmpty() ? std::nullopt : std::optional(notice);
     updateStatus();
   });
+  connect(recognition_.get(), &SpeechRun::noticedBriefly, this,
+          [this](const QString& notice) { showBriefly(notice); });
   connect(recognition_.get(), &SpeechRun::ended, this, [this](const std::optional<QString>& error) {
     if (!error) return;
     fail(L(QStringLiteral("Recognition error: ") + *error, QStringLiteral("인식 오류: ") + *error));
@@ -221,6 +224,8 @@ QCoro::Task<> SpeechRecognitionEngine::stop() {
   isInterrupted_ = false;
   lag_ = {};
   notice_.reset();
+  briefNotice_.reset();
+  briefNoticeEnd_.reset();
   updateStatus();
   bool hasFedAudio = false;
   if (input_) input_->finish();
@@ -271,12 +276,24 @@ void SpeechRecognitionEngine::forgetRun() {
   lag_ = {};
   statusUpdate_.reset();
   notice_.reset();
+  briefNotice_.reset();
+  briefNoticeEnd_.reset();
   shownStatus_.reset();
 }
 
 std::vector<float> SpeechRecognitionEngine::meterBands() const {
   if (!feeder_ || clock_.monotonicSeconds() - feeder_->lastFeed() >= kMeterTimeout) return {};
   return feeder_->bands();
+}
+
+void SpeechRecognitionEngine::showBriefly(const QString& notice) {
+  if (!audio_) return;
+  briefNotice_ = notice;
+  briefNoticeEnd_ = clock_.callAfter(kBriefNoticeTime, [this] {
+    briefNotice_.reset();
+    updateStatus();
+  });
+  updateStatus();
 }
 
 void SpeechRecognitionEngine::updateStatus() {
@@ -293,7 +310,7 @@ void SpeechRecognitionEngine::updateStatus() {
                "사운드 시스템이 응답하지 않습니다. 복구되면 자막이 계속됩니다.");
   } else {
     status = lag_.text(now);
-    if (!status) status = notice_;
+    if (!status) status = briefNotice_ ? briefNotice_ : notice_;
   }
   if (status == shownStatus_) return;
   shownStatus_ = status;
@@ -311,6 +328,8 @@ void SpeechRecognitionEngine::fail(const QString& message) {
   lag_ = {};
   statusUpdate_.reset();
   notice_.reset();
+  briefNotice_.reset();
+  briefNoticeEnd_.reset();
   shownStatus_.reset();
   Q_EMIT eventOccurred(FailureEvent{message});
 }

@@ -62,6 +62,7 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   QCoro::Task<> finishRecognition();
   void giveUpUndecoded();
   QCoro::Task<> cancelRecognition();
+  void showBriefly(const QString& notice);
   void updateStatus();
   void fail(const QString& message);
   void forgetRun();
@@ -94,6 +95,9 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   LagStatus lag_;
   /// What is missing in this run.
   std::optional<QString> notice_;
+  /// Shown until the call.
+  std::optional<QString> briefNotice_;
+  std::unique_ptr<ScheduledCall> briefNoticeEnd_;
   std::optional<QString> shownStatus_;
 };
 

@@ -59,6 +59,18 @@ class EngineStatusTest final : public test::Suite {
     f.stop();
   }
 
+  void briefNoticeIsFollowedByTheLastingOne() {
+    Fixture f;
+    f.startWithAudio();
+    Q_EMIT f.speech.script->run->noticed("No punctuation");
+    Q_EMIT f.speech.script->run->noticedBriefly("Changed");
+    f.clock.advance(8s);
+    Q_EMIT f.speech.script->run->noticed(QString());
+    QCOMPARE(f.events, QStringList({"status No punctuation", "status Changed",
+                                    "status No punctuation", "status -"}));
+    f.stop();
+  }
+
   void noticeIsShownUntilTheStop() {
     Fixture f;
     f.startWithAudio();

@@ -40,8 +40,8 @@ void checkSettings(const QByteArray& json) {
 }
 
 void checkResult(const QByteArray& json) {
-  const TranscriptionResult result = decodedResult(json, true, 0);
-  require(decodedResult(encodedResult(result), true, 0) == result, "results are sent as they are");
+  const TranscriptionResult result = decodedResult(json, true);
+  require(decodedResult(encodedResult(result), true) == result, "results are sent as they are");
 }
 
 void checkText(const QByteArray& utf8) {

@@ -3,7 +3,6 @@
 
 #include "language/localization.h"
 #include "platform/foundation/failure.h"
-#include "platform/speech/local_speech_run.h"
 #include "platform/speech/locale_equivalence.h"
 
 #include <algorithm>
@@ -11,13 +10,26 @@
 
 namespace velun {
 
+namespace {
+
+QStringList idsOf(const std::vector<SpeechRecognizer>& recognizers) {
+  QStringList ids;
+  for (const SpeechRecognizer& each : recognizers) ids << each.id;
+  return ids;
+}
+
+}  // namespace
+
 LocalSpeechPlatform::LocalSpeechPlatform(Providers providers, Clock& clock,
                                          std::shared_ptr<const RecognizerPreferences> preferences,
                                          Machine machine)
     : providers_(std::move(providers)),
       clock_(clock),
       preferences_(std::move(preferences)),
-      machine_(machine) {}
+      machine_(machine) {
+  connect(preferences_.get(), &RecognizerPreferences::choiceChanged, this,
+          &LocalSpeechPlatform::updateChoice);
+}
 
 QStringList LocalSpeechPlatform::locales() const {
   QStringList all;
@@ -83,18 +95,57 @@ std::optional<SpeechSupport> LocalSpeechPlatform::support(const QString& localeI
 
 std::unique_ptr<SpeechRun> LocalSpeechPlatform::start(const QString& locale,
                                                       std::shared_ptr<SpeechInput> input) {
-  const std::vector<RecognizerCandidate> all = candidates(locale);
-  const auto used = std::find_if(all.begin(), all.end(),
-                                 [](const auto& candidate) { return candidate.isInstalled; });
-  if (used == all.end()) {
+  std::vector<SpeechRecognizer> recognizers = installedRecognizers(locale);
+  if (recognizers.empty()) {
     throw Failure(
         L("There is no recognizer for this language on this computer. Choose another language, or "
           "download a speech model in Settings.",
           "이 컴퓨터에는 이 언어의 인식기가 없습니다. 다른 언어를 선택하거나 설정에서 음성 모델을 "
           "다운로드하십시오."));
   }
-  return std::make_unique<LocalSpeechRun>(
-      providerOf(locale, used->id)->makeFactory(locale, used->id), std::move(input), clock_);
+  const QStringList ids = idsOf(recognizers);
+  auto run = std::make_unique<LocalSpeechRun>(std::move(recognizers), std::move(input), clock_);
+  connect(run.get(), &LocalSpeechRun::recognizerFailed, this,
+          &LocalSpeechPlatform::recognizerFailed);
+  std::erase_if(runs_, [](const Running& each) { return each.run.isNull(); });
+  runs_.push_back({run.get(), locale, ids});
+  return run;
+}
+
+void LocalSpeechPlatform::updateRuns() {
+  for (Running& each : runs_) {
+    if (each.run) update(each);
+  }
+}
+
+void LocalSpeechPlatform::update(Running& running) {
+  std::vector<SpeechRecognizer> recognizers = installedRecognizers(running.locale);
+  const QStringList ids = idsOf(recognizers);
+  // The state of a model changes often while it is downloaded.
+  if (ids == running.recognizers || ids.isEmpty()) return;
+  running.recognizers = ids;
+  running.run->setRecognizers(std::move(recognizers));
+}
+
+void LocalSpeechPlatform::updateChoice(const QString& locale) {
+  for (Running& each : runs_) {
+    if (!each.run || each.locale != locale) continue;
+    // The user wants it, although it failed.
+    each.run->forgetFailure(preferences_->choice(locale));
+    each.recognizers.clear();
+    update(each);
+  }
+}
+
+std::vector<SpeechRecognizer> LocalSpeechPlatform::installedRecognizers(
+    const QString& locale) const {
+  std::vector<SpeechRecognizer> recognizers;
+  for (const RecognizerCandidate& each : candidates(locale)) {
+    if (!each.isInstalled) continue;
+    recognizers.push_back(
+        {each.id, each.title, providerOf(locale, each.id)->makeFactory(locale, each.id)});
+  }
+  return recognizers;
 }
 
 }  // namespace velun

@@ -2,19 +2,26 @@
 #pragma once
 
 #include "platform/foundation/clock.h"
+#include "platform/speech/local_speech_run.h"
 #include "platform/speech/recognizer_order.h"
 #include "platform/speech/recognizer_preferences.h"
 #include "platform/speech/recognizer_provider.h"
 #include "platform/speech/speech_platform.h"
+#include "platform/speech/speech_recognizer.h"
 
 #include <memory>
+#include <QObject>
+#include <QPointer>
 #include <vector>
 
 namespace velun {
 
 /// Recognizes speech with the first recognizer, in the order of use, that is installed for a
-/// language. Main thread.
-class LocalSpeechPlatform final : public SpeechPlatform {
+/// language. Its runs change to a better one when one is installed or chosen, and to the next when
+/// one fails. Main thread.
+class LocalSpeechPlatform final : public QObject, public SpeechPlatform {
+  Q_OBJECT
+
  public:
   using Providers = std::vector<std::shared_ptr<RecognizerProvider>>;
 
@@ -31,8 +38,25 @@ class LocalSpeechPlatform final : public SpeechPlatform {
   std::unique_ptr<SpeechRun> start(const QString& locale,
                                    std::shared_ptr<SpeechInput> input) override;
 
+  /// The installed models may have changed: the runs use the best recognizers that there are now.
+  void updateRuns();
+
+ Q_SIGNALS:
+  /// The recognizer with this id could not be loaded or ended too often.
+  void recognizerFailed(const QString& id);
+
  private:
+  struct Running {
+    QPointer<LocalSpeechRun> run;
+    QString locale;
+    QStringList recognizers;  ///< the ids that it knows
+  };
+
+  void updateChoice(const QString& locale);
+  void update(Running& running);
   QStringList locales() const;
+  /// In the order of use.
+  std::vector<SpeechRecognizer> installedRecognizers(const QString& locale) const;
   bool isInstalled(const QString& locale) const;
   /// The provider of a candidate; null when there is none.
   std::shared_ptr<RecognizerProvider> providerOf(const QString& locale, const QString& id) const;
@@ -41,6 +65,7 @@ class LocalSpeechPlatform final : public SpeechPlatform {
   Clock& clock_;
   std::shared_ptr<const RecognizerPreferences> preferences_;
   Machine machine_;
+  std::vector<Running> runs_;  ///< some may have ended
 };
 
 }  // namespace velun

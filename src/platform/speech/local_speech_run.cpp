@@ -2,9 +2,9 @@
 #include "platform/speech/local_speech_run.h"
 
 #include "platform/foundation/failure.h"
+#include "platform/speech/relay_texts.h"
 
 #include <algorithm>
-#include <chrono>
 #include <QMetaObject>
 #include <QScopeGuard>
 #include <utility>
@@ -13,28 +13,25 @@ namespace velun {
 
 namespace {
 
-using namespace std::chrono_literals;
-
-/// How often a recognizer that expects results is polled while no audio arrives.
-constexpr auto kPollInterval = 20ms;
-/// Seconds. A source with nothing to play may deliver no buffers at all. A gap longer than this,
-/// which even a busy machine does not need between two buffers, is decoded as silence, so that a
-/// phrase ends where it ended and is not joined to what follows.
-constexpr double kMaxBufferInterval = 0.25;
-/// Seconds. A process that was suspended for an hour has not recorded an hour of silence.
-constexpr double kMaxSilence = 1;
+/// Seconds. In speech without pauses, a recognizer that is ready waits no longer for the end of a
+/// phrase.
+constexpr double kMaxWaitForPause = 10;
 
 }  // namespace
 
-LocalSpeechRun::LocalSpeechRun(RecognizerProvider::Factory factory,
+LocalSpeechRun::LocalSpeechRun(std::vector<SpeechRecognizer> recognizers,
                                std::shared_ptr<SpeechInput> input, const Clock& clock)
-    : input_(std::move(input)), clock_(clock), backlog_(*input_, clock_) {
-  thread_ = std::thread([this, factory = std::move(factory)] { run(factory); });
+    : input_(std::move(input)),
+      clock_(clock),
+      recognizers_(std::move(recognizers)),
+      decoder_(input_, clock, isCancelled_, signals_) {
+  const std::lock_guard lock(mutex_);
+  startWorker(recognizers_.front(), true);
 }
 
 LocalSpeechRun::~LocalSpeechRun() {
   requestCancel();
-  thread_.join();
+  for (Worker& worker : workers_) worker.thread.join();
   completeEnd();
 }
 
@@ -68,8 +65,11 @@ void LocalSpeechRun::requestCancel() {
   isCancelled_ = true;
   {
     const std::lock_guard lock(mutex_);
-    if (backend_) backend_->cancel();
+    for (Worker& worker : workers_) cancel(worker);
+    // It leaves, so it must not get the turn.
+    successor_ = nullptr;
   }
+  turnChanged_.notify_all();
   input_->interrupt();
 }
 
@@ -94,146 +94,263 @@ void LocalSpeechRun::deliverEnd(const std::optional<QString>& error) {
   Q_EMIT ended(error);
 }
 
-void LocalSpeechRun::setBackend(RecognizerBackend* backend) {
+void LocalSpeechRun::setRecognizers(std::vector<SpeechRecognizer> recognizers) {
   const std::lock_guard lock(mutex_);
-  backend_ = backend;
-  if (backend_ && isCancelled_) backend_->cancel();
+  recognizers_ = std::move(recognizers);
+  if (isOver_ || isCancelled_) return;
+  const SpeechRecognizer* wanted = best();
+  const Worker& last = successor_ ? *successor_ : *turn_;
+  if (!wanted || wanted->id == last.id) return;
+  if (successor_) cancel(*std::exchange(successor_, nullptr));
+  turnChanged_.notify_all();
+  if (wanted->id != turn_->id) startWorker(*wanted, false);
 }
 
-void LocalSpeechRun::run(const RecognizerProvider::Factory& factory) {
-  std::optional<QString> error;
+void LocalSpeechRun::forgetFailure(const QString& id) {
+  const std::lock_guard lock(mutex_);
+  failed_.removeAll(id);
+}
+
+/// Called with `mutex_` locked.
+void LocalSpeechRun::startWorker(const SpeechRecognizer& recognizer, bool hasTurn) {
+  Worker& worker = workers_.emplace_back();
+  worker.id = recognizer.id;
+  worker.title = recognizer.title;
+  worker.isSuccessor = !hasTurn;
+  (hasTurn ? turn_ : successor_) = &worker;
   try {
-    const std::unique_ptr<RecognizerBackend> backend = factory();
-    setBackend(backend.get());
-    const auto forget = qScopeGuard([this] { setBackend(nullptr); });
-    loadAndDecode(*backend);
-  } catch (const std::exception& failure) {
-    error = descriptionOf(failure);
+    worker.thread = std::thread([this, &worker, recognizer] { work(worker, recognizer); });
+  } catch (const std::system_error&) {
+    workers_.pop_back();
+    if (hasTurn) throw;
+    // The present recognizer goes on.
+    successor_ = nullptr;
+    failed_ << recognizer.id;
+    signals_.post(&SpeechRun::noticedBriefly,
+                  relay_texts::notLoaded(recognizer.title, turn_->title));
   }
-  if (isCancelled_) error.reset();
+}
+
+void LocalSpeechRun::join(Worker& worker) {
+  worker.thread.join();
+  workers_.remove_if([&worker](const Worker& each) { return &each == &worker; });
+}
+
+void LocalSpeechRun::cancel(Worker& worker) {
+  worker.isCancelled = true;
+  if (worker.backend) worker.backend->cancel();
+}
+
+const SpeechRecognizer* LocalSpeechRun::best() const {
+  const auto found =
+      std::find_if(recognizers_.begin(), recognizers_.end(),
+                   [this](const SpeechRecognizer& each) { return !failed_.contains(each.id); });
+  return found == recognizers_.end() ? nullptr : &*found;
+}
+
+bool LocalSpeechRun::giveTurnToSuccessor() {
+  if (!successor_) return false;
+  turn_ = std::exchange(successor_, nullptr);
+  turnChanged_.notify_all();
+  return true;
+}
+
+void LocalSpeechRun::work(Worker& worker, SpeechRecognizer recognizer) {
+  Step step{Step::Kind::load, std::move(recognizer)};
+  while (step.kind == Step::Kind::load) step = run(worker, step.recognizer);
+  if (step.kind == Step::Kind::endRun) {
+    // The destructor joins the thread.
+    endRun(step.error);
+    return;
+  }
   QMetaObject::invokeMethod(
-      this, [this, error] { deliverEnd(error); }, Qt::QueuedConnection);
-  const std::lock_guard lock(mutex_);
-  hasEnded_ = true;
-  for (const auto& request : std::exchange(settleRequests_, {})) request.complete({});
+      this, [this, &worker] { join(worker); }, Qt::QueuedConnection);
 }
 
-void LocalSpeechRun::loadAndDecode(RecognizerBackend& backend) {
-  backend.load();
-  backlog_.recognizerLoaded();
-  postNotice(backend);
+LocalSpeechRun::Step LocalSpeechRun::run(Worker& worker, const SpeechRecognizer& recognizer) {
+  std::unique_ptr<RecognizerBackend> backend;
+  const auto forget = qScopeGuard([this, &worker] { setBackend(worker, nullptr); });
   try {
-    decode(backend);
-  } catch (const std::exception&) {
-    try {
-      postResults(backend);
-    } catch (const std::exception&) {
-      // It has no more results.
-    }
-    throw;
+    backend = recognizer.factory();
+    setBackend(worker, backend.get());
+    backend->load();
+  } catch (const std::exception& failure) {
+    return failedToLoad(worker, recognizer, descriptionOf(failure));
   }
+  if (!waitForTurn(worker)) return {};
+  takeTurn(worker, recognizer);
+  try {
+    if (!decode(*backend)) return {};
+    return {Step::Kind::endRun};
+  } catch (const std::exception& failure) {
+    decoder_.endFailed(*backend);
+    return failedToDecode(worker, recognizer, descriptionOf(failure));
+  }
+}
+
+void LocalSpeechRun::setBackend(Worker& worker, RecognizerBackend* backend) {
+  const std::lock_guard lock(mutex_);
+  worker.backend = backend;
+  if (backend && (isCancelled_ || worker.isCancelled)) backend->cancel();
+}
+
+/// False if the worker is no longer needed.
+bool LocalSpeechRun::waitForTurn(Worker& worker) {
+  std::unique_lock lock(mutex_);
+  worker.isReady = true;
+  worker.readySince = clock_.monotonicSeconds();
+  // The present recognizer may be waiting for audio.
+  if (turn_ != &worker) input_->interrupt();
+  turnChanged_.wait(lock,
+                    [this, &worker] { return turn_ == &worker || worker.isCancelled || isOver_; });
+  return turn_ == &worker;
+}
+
+LocalSpeechRun::Step LocalSpeechRun::failedToLoad(Worker& worker,
+                                                  const SpeechRecognizer& recognizer,
+                                                  const QString& error) {
+  std::unique_lock lock(mutex_);
+  if (turn_ == &worker) {
+    lock.unlock();
+    const bool hasDecoded = restarts_.contains(recognizer.id);
+    return replace(worker, recognizer, hasDecoded ? Fault::stopped : Fault::notLoaded, error);
+  }
+  if (worker.isCancelled || isOver_) return {};
+  failed_ << recognizer.id;
+  signals_.post(&LocalSpeechRun::recognizerFailed, recognizer.id);
+  if (const SpeechRecognizer* next = best(); next && next->id != turn_->id) {
+    worker.id = next->id;
+    worker.title = next->title;
+    return {Step::Kind::load, *next};
+  }
+  successor_ = nullptr;
+  signals_.post(&SpeechRun::noticedBriefly, relay_texts::notLoaded(recognizer.title, turn_->title));
+  return {};
+}
+
+void LocalSpeechRun::takeTurn(Worker& worker, const SpeechRecognizer& recognizer) {
+  const bool hasChanged = std::exchange(worker.isSuccessor, false);
+  if (fault_) {
+    const auto& [title, fault] = *fault_;
+    changeNotice_ = fault == Fault::notLoaded ? relay_texts::notLoaded(title, recognizer.title)
+                                              : relay_texts::stopped(title, recognizer.title);
+    fault_.reset();
+  } else if (hasChanged) {
+    changeNotice_.clear();
+    signals_.post(&SpeechRun::noticedBriefly, relay_texts::changed(recognizer.title));
+  }
+}
+
+/// False when another worker has taken over, true at the end of the run.
+bool LocalSpeechRun::decode(RecognizerBackend& backend) {
+  postNotice(backend);
+  decoder_.begin(backend);
+  while (!isCancelled_) {
+    postNotice(backend);
+    settleIfRequested(backend);
+    if (!decoder_.decodeNext(backend)) return true;
+    if (giveTurn()) return false;
+  }
+  return true;
 }
 
 void LocalSpeechRun::postNotice(const RecognizerBackend& backend) {
-  const std::optional<QString> notice = backend.notice();
-  if (!notice || notice == postedNotice_) return;
-  postedNotice_ = notice;
-  post([this, text = *notice] { Q_EMIT noticed(text); });
-}
-
-template <class Signal>
-void LocalSpeechRun::post(const Signal& signal) {
-  QMetaObject::invokeMethod(
-      this,
-      [this, signal] {
-        if (!isCancelled_) signal();
-      },
-      Qt::QueuedConnection);
-}
-
-void LocalSpeechRun::decode(RecognizerBackend& backend) {
-  double lastAudio = clock_.monotonicSeconds();
-  double decodedUntil = lastAudio;
-  while (!isCancelled_) {
-    const bool isBusy = backend.undecodedSeconds() > AudioBacklog::kMaxUndecodedSeconds;
-    const bool isPolling = backend.expectsResults();
-    std::optional<SpeechSamples> input;
-    if (isBusy) {
-      backend.awaitDecoding(kPollInterval);
-    } else {
-      input = isPolling ? input_->next(kPollInterval) : input_->next();
-    }
-    if (isCancelled_) return;
-    const double now = clock_.monotonicSeconds();
-    if (input) {
-      lastAudio = now;
-      accept(backend, *input);
-    } else if (input_->isDrained()) {
-      backend.finalize();
-      postResults(backend);
-      return;
-    } else if (isPolling && !isBusy && now - lastAudio > kMaxBufferInterval) {
-      decodedUntil = std::max(decodedUntil, lastAudio);
-      acceptSilence(backend, std::min(now - decodedUntil, kMaxSilence));
-      decodedUntil = now;
-    }
-    postResults(backend);
-    postNotice(backend);
-    limitBacklog(backend);
-    completeSettleRequests(backend);
+  QString notice = changeNotice_;
+  if (const std::optional<QString> own = backend.notice()) {
+    notice += (notice.isEmpty() ? QString() : QStringLiteral(" ")) + *own;
   }
+  if (notice == shownNotice_) return;
+  shownNotice_ = notice;
+  signals_.post(&SpeechRun::noticed, notice);
 }
 
-void LocalSpeechRun::accept(RecognizerBackend& backend, const SpeechSamples& input) {
-  if (input.followsGap) backend.skip();
-  backend.acceptAudio(input.samples);
-}
-
-void LocalSpeechRun::limitBacklog(const RecognizerBackend& backend) {
-  const AudioBacklog::Update update = backlog_.update(backend.undecodedSeconds());
-  if (update.isBehind) {
-    post([this, isBehind = *update.isBehind] { Q_EMIT lagChanged(isBehind); });
-  }
-  if (update.skippedSeconds > 0) {
-    post([this, seconds = update.skippedSeconds] { Q_EMIT skipped(seconds); });
-  }
-  if (update.isTooSlow) {
-    post([this, advice = backend.adviceIfTooSlow()] { Q_EMIT tooSlow(advice); });
-  }
-}
-
-void LocalSpeechRun::acceptSilence(RecognizerBackend& backend, double seconds) {
-  const std::vector<float> silence(static_cast<std::size_t>(seconds * kSpeechSampleRate), 0.0F);
-  backend.acceptAudio(silence);
-}
-
-void LocalSpeechRun::postResults(RecognizerBackend& backend) {
-  for (TranscriptionResult& result : backend.poll()) {
-    post([this, result = std::move(result)] { Q_EMIT resultReady(result); });
-  }
-}
-
-void LocalSpeechRun::completeSettleRequests(RecognizerBackend& backend) {
-  std::vector<OneShot<std::monostate>> requests;
+void LocalSpeechRun::settleIfRequested(RecognizerBackend& backend) {
+  std::size_t count = 0;
   {
     const std::lock_guard lock(mutex_);
-    requests = std::exchange(settleRequests_, {});
+    count = settleRequests_.size();
   }
-  if (requests.empty()) return;
-  // Only the audio that is pending now: on a slow machine with continuous audio, the stream might
-  // never become empty.
-  for (double waiting = input_->pendingSeconds(); waiting > 0 && !isCancelled_;) {
-    const std::optional<SpeechSamples> input = input_->tryNext();
-    if (!input) break;
-    waiting -= input->seconds();
-    accept(backend, *input);
-    postResults(backend);
+  if (count == 0) return;
+  // If the recognizer fails now, the next one settles them.
+  decoder_.finalizePending(backend);
+  const std::lock_guard lock(mutex_);
+  const auto end = settleRequests_.begin() + static_cast<std::ptrdiff_t>(count);
+  std::for_each(settleRequests_.begin(), end, [](const auto& request) { request.complete({}); });
+  settleRequests_.erase(settleRequests_.begin(), end);
+}
+
+/// Whether the successor has taken over.
+bool LocalSpeechRun::giveTurn() {
+  const std::lock_guard lock(mutex_);
+  if (!successor_ || !successor_->isReady) return false;
+  const double waited = clock_.monotonicSeconds() - successor_->readySince;
+  if (!decoder_.canChangeRecognizer(waited >= kMaxWaitForPause)) return false;
+  return giveTurnToSuccessor();
+}
+
+LocalSpeechRun::Step LocalSpeechRun::failedToDecode(Worker& worker,
+                                                    const SpeechRecognizer& recognizer,
+                                                    const QString& error) {
+  if (isCancelled_) return {Step::Kind::endRun};
+  if (input_->isDrained()) {
+    decoder_.finalizeDraft();
+    return {Step::Kind::endRun};
   }
-  if (!isCancelled_) {
-    backend.finalize();
-    postResults(backend);
+  {
+    const std::lock_guard lock(mutex_);
+    if (giveTurnToSuccessor()) return {};
   }
-  for (const auto& request : requests) request.complete({});
+  // It may end whenever it decodes this phrase.
+  const bool failsAgain = decoder_.failuresInPhrase() > 1;
+  if (failsAgain && hasOther(recognizer.id)) {
+    return replace(worker, recognizer, Fault::stopped, error);
+  }
+  if (!restarts_[recognizer.id].take(clock_.monotonicSeconds())) {
+    return replace(worker, recognizer, Fault::stopped, error);
+  }
+  if (failsAgain) decoder_.finalizeDraft();
+  return {Step::Kind::load, recognizer};
+}
+
+bool LocalSpeechRun::hasOther(const QString& id) {
+  const std::lock_guard lock(mutex_);
+  return std::any_of(recognizers_.begin(), recognizers_.end(), [&](const SpeechRecognizer& each) {
+    return each.id != id && !failed_.contains(each.id);
+  });
+}
+
+LocalSpeechRun::Step LocalSpeechRun::replace(Worker& worker, const SpeechRecognizer& recognizer,
+                                             Fault fault, const QString& error) {
+  if (isCancelled_) return {Step::Kind::endRun};
+  const std::lock_guard lock(mutex_);
+  failed_ << recognizer.id;
+  signals_.post(&LocalSpeechRun::recognizerFailed, recognizer.id);
+  if (!fault_) fault_.emplace(recognizer.title, fault);
+  if (giveTurnToSuccessor()) return {};
+  if (const SpeechRecognizer* next = best()) {
+    worker.id = next->id;
+    worker.title = next->title;
+    return {Step::Kind::load, *next};
+  }
+  decoder_.finalizeDraft();
+  Step end{Step::Kind::endRun};
+  end.error = error;
+  return end;
+}
+
+void LocalSpeechRun::endRun(const std::optional<QString>& error) {
+  {
+    const std::lock_guard lock(mutex_);
+    isOver_ = true;
+    if (successor_) cancel(*successor_);
+  }
+  turnChanged_.notify_all();
+  const std::optional<QString> reported = isCancelled_ ? std::nullopt : error;
+  QMetaObject::invokeMethod(
+      this, [this, reported] { deliverEnd(reported); }, Qt::QueuedConnection);
+  const std::lock_guard lock(mutex_);
+  hasEnded_ = true;
+  for (const auto& request : std::exchange(settleRequests_, {})) request.complete({});
 }
 
 }  // namespace velun

@@ -62,8 +62,11 @@ class SpeechRun : public QObject {
   void skipped(double seconds);
   /// This machine cannot keep up with the audio; once in a run. `advice` is localized.
   void tooSlow(const QString& advice);
-  /// Something is missing and captions go on without it. `notice` is localized.
+  /// Something is missing and captions go on without it, or with a lesser recognizer. `notice` is
+  /// localized; empty when that is over.
   void noticed(const QString& notice);
+  /// To be shown for a moment: another recognizer goes on, or could not. `notice` is localized.
+  void noticedBriefly(const QString& notice);
   /// The last signal. `error` is the text of the failure that ended the run, if one did.
   void ended(const std::optional<QString>& error);
 };

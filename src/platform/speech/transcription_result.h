@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <optional>
 #include <QString>
 #include <vector>
 
@@ -9,7 +10,8 @@ namespace velun {
 /// One word as a recognizer heard it.
 struct RecognizedWord {
   QString text;
-  /// Seconds of audio since the beginning of the run.
+  /// Seconds of audio since the recognizer was created; since the beginning of the run in the
+  /// signals of a `SpeechRun`.
   double start = 0;
   double end = 0;
   /// How sure the recognizer is, 0…1.
@@ -28,6 +30,9 @@ struct TranscriptionResult {
   /// Of a final result: long speech was cut, without a pause or at a breath, so the sentence may go
   /// on in the next result.
   bool isCut = false;
+  /// Of a final result: no word of the audio before is final later, and no word after it is final
+  /// yet. Seconds like those of the words; nullopt if it is not known.
+  std::optional<double> until = {};
 
   bool operator==(const TranscriptionResult&) const = default;
 };

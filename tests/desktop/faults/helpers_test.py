@@ -91,13 +91,14 @@ class Recognizer(FaultCase):
         self.wait_for_status()
         self.quit()
 
-    def test_a_helper_killed_during_a_phrase_leaves_its_draft(self):
-        """The draft of the phrase becomes a line."""
+    def test_a_helper_killed_during_a_phrase_loses_no_word(self):
+        """The helper that is started next decodes the phrase from its beginning."""
         self.start_captions()
         lines = self.speak()
         draft = self.begin_phrase(lines)
         os.kill(self.helper(), signal.SIGKILL)
         self.wait_for_line_of(draft, lines)
+        self.assertEqual(self.saved_lines()[len(lines)][0], lines[0][0])
         self.assertEqual(self.program.state()["running"], True)
         self.quit()
 
@@ -142,23 +143,19 @@ class Recognizer(FaultCase):
         self.wait_for_status()
         self.quit()
 
-    def test_a_helper_killed_twice_stops_captions(self):
+    def test_the_built_in_recognizer_goes_on_after_a_helper_that_is_killed_repeatedly(self):
         self.start_captions()
-        self.speak()
-        os.kill(self.helper(), signal.SIGKILL)
-        self.speak()
-        os.kill(self.helper(), signal.SIGKILL)
-        self.desktop.play(self.phrase)
-        self.wait_for_status("The speech recognizer stopped unexpectedly. Start captions again.")
-        self.program.wait_for_state("running", False)
-        lines = self.saved_lines()
-        self.toggle_captions()
-        self.program.wait_until_capturing()
+        lines = self.speak()
+        for _ in range(3):
+            os.kill(self.helper(), signal.SIGKILL)
+            lines = self.speak()
+        self.wait_for_status("stopped repeatedly. Captions continue with “Built-in recognizer”.")
+        self.assertEqual(self.program.state()["running"], True)
         self.speak()
         self.assert_kept(lines)
         self.quit()
 
-    def test_a_damaged_model_stops_captions(self):
+    def test_the_built_in_recognizer_goes_on_when_a_model_is_damaged(self):
         """Damages a model after its verification, without changing its size and time."""
         self.start_captions()
         lines = self.speak()
@@ -167,9 +164,8 @@ class Recognizer(FaultCase):
         for part in ("encoder", "decoder", "joiner"):
             damage(self.model[part])
         self.toggle_captions()
-        self.wait_for_status("The speech recognizer couldn’t be started")
-        self.program.wait_for_state("running", False)
-        self.assertIsNone(self.program.process.poll(), self.program.log())
+        self.wait_for_status("couldn’t be loaded. Captions continue with “Built-in recognizer”.")
+        self.speak()
         self.assert_kept(lines)
         self.quit()
 

@@ -9,6 +9,7 @@
 #include "support/no_more_threads.h"
 #include "support/suite.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QSignalSpy>
@@ -75,6 +76,40 @@ class ModelStoreTest final : public test::Suite {
   }
 
  private Q_SLOTS:
+  void doubtedModelIsVerifiedBeforeItsNextUse_data() {
+    QTest::addColumn<bool>("isDamaged");
+    QTest::newRow("whole") << false;
+    QTest::newRow("damaged") << true;
+  }
+  void doubtedModelIsVerifiedBeforeItsNextUse() {
+    QFETCH(bool, isDamaged);
+    const auto store = open();
+    QCOMPARE(install(*store), QString());
+    const QString name = model_.downloads.front().files.front().name;
+    const QByteArray whole = read(name);
+    if (isDamaged) {
+      // Same size and time, as after a failure of the disk.
+      QFile file(folder() + '/' + name);
+      QVERIFY(file.open(QIODevice::ReadWrite));
+      const QDateTime time = file.fileTime(QFile::FileModificationTime);
+      file.write("damaged");
+      file.flush();
+      QVERIFY(file.setFileTime(time, QFile::FileModificationTime));
+      file.close();
+      QVERIFY(store->isInstalled(model_));
+    }
+    QSignalSpy changes(store.get(), &ModelStore::stateChanged);
+    store->verifyAgain(model_.id);
+    QCOMPARE(changes.size(), 1);
+    if (!isDamaged) {
+      QTRY_VERIFY(store->isInstalled(model_));
+      return;
+    }
+    QVERIFY(!store->isInstalled(model_));
+    QCOMPARE(install(*store), QString());
+    QCOMPARE(read(name), whole);
+  }
+
   void init() {
     Suite::init();
     isMetered_ = false;

@@ -169,6 +169,41 @@ class LocalSpeechPlatformTest final : public test::Suite {
     QVERIFY_THROWS_EXCEPTION(Failure, f.platform.start("fr_FR", std::make_shared<SpeechInput>()));
   }
 
+  void betterModelThatWasInstalledTakesOver() {
+    Fixture f;
+    const std::unique_ptr<SpeechRun> run = f.start();
+    QTRY_COMPARE(f.lesser->script->alive.load(), 1);
+    f.better->installedList << "en_US";
+    f.platform.updateRuns();
+    QTRY_COMPARE(f.better->script->alive.load(), 1);
+    QTRY_COMPARE(f.lesser->script->alive.load(), 0);
+    test::await(run->cancel());
+  }
+
+  void chosenRecognizerTakesOver() {
+    Fixture f;
+    f.better->installedList << "en_US";
+    const std::unique_ptr<SpeechRun> run = f.start();
+    QTRY_COMPARE(f.better->script->alive.load(), 1);
+    f.preferences->setChoice("en_US", "lesser");
+    QTRY_COMPARE(f.better->script->alive.load(), 0);
+    QTRY_COMPARE(f.lesser->script->alive.load(), 1);
+    test::await(run->cancel());
+  }
+
+  void failedRecognizerIsReported() {
+    Fixture f;
+    f.better->installedList << "en_US";
+    f.better->script->failsToLoad = true;
+    QStringList failed;
+    QObject::connect(&f.platform, &LocalSpeechPlatform::recognizerFailed,
+                     [&failed](const QString& id) { failed << id; });
+    const std::unique_ptr<SpeechRun> run = f.start();
+    QTRY_COMPARE(failed, QStringList("better"));
+    QTRY_COMPARE(f.lesser->script->alive.load(), 1);
+    test::await(run->cancel());
+  }
+
   void betterModelIsNotFetchedUnasked() {
     Fixture f;
     f.better->model = std::make_shared<test::ScriptedModelOffer>();

@@ -5,6 +5,7 @@
 #include "platform/models/store/download_speed.h"
 #include "platform/models/store/file_placement.h"
 #include "platform/models/store/model_store_failures.h"
+#include "platform/models/store/verified_record.h"
 
 #include <algorithm>
 #include <exception>
@@ -336,18 +337,33 @@ void DownloadStore::verifyPlaced(const ModelCatalogue& catalogue) {
     }
   };
   try {
-    finder_ = std::jthread(
-        [verify, catalogue, discarded = discardedFolder()](const std::stop_token& stop) {
-          // Left by a run that was killed.
-          QDir(discarded).removeRecursively();
-          for (const Model& model : catalogue.models()) {
-            if (stop.stop_requested()) return;
-            verify(model, stop);
-          }
-        });
+    finder_ = std::jthread([verify, catalogue, discarded = discardedFolder(),
+                            earlier = std::move(finder_)](const std::stop_token& stop) mutable {
+      const std::stop_callback stopEarlier(stop, [&earlier] { earlier.request_stop(); });
+      if (earlier.joinable()) earlier.join();
+      // Left by a run that was killed.
+      QDir(discarded).removeRecursively();
+      for (const Model& model : catalogue.models()) {
+        if (stop.stop_requested()) return;
+        verify(model, stop);
+      }
+    });
   } catch (const std::system_error&) {
     // No thread is available. Tried again at the next start.
   }
+}
+
+void DownloadStore::verifyAgain(const QString& id) {
+  const Model* model = catalogue_.find(id);
+  if (!model || !isInstalled(*model)) return;
+  try {
+    VerifiedRecord::doubt(folder(*model));
+  } catch (const Failure&) {
+    // The disk is full or cannot be written: it stays installed.
+    return;
+  }
+  Q_EMIT stateChanged(id);
+  verifyPlaced(ModelCatalogue({*model}));
 }
 
 /// Deletes a folder on a thread, after the earlier ones.

@@ -40,6 +40,9 @@ class DownloadStore final : public ModelStore {
   void pause(const Model& model) override;
   void cancel(const Model& model) override;
   void remove(const Model& model) override;
+  /// The model with this id could not be used: it is not installed until its files are verified
+  /// again, which a thread begins now. Damaged files are downloaded by the next `install`.
+  void verifyAgain(const QString& id);
   std::optional<ModelInstallation> installation(const Model& model) const override;
   ModelFilePlacer filePlacer() const override;
   std::int64_t diskBytes(const Model& model) const override;
@@ -61,6 +64,7 @@ class DownloadStore final : public ModelStore {
   void reportLater();
   void report();
   ModelState runningState(const Model& model, const Download& download) const;
+  /// Verifies models whose files are there, and are not verified, after the earlier ones.
   void verifyPlaced(const ModelCatalogue& catalogue);
   void deleteOnThread(const QString& path);
   QString discardedFolder() const;

@@ -57,6 +57,13 @@ void VerifiedRecord::write(const QString& folder) const {
   }
 }
 
+void VerifiedRecord::doubt(const QString& folder) {
+  VerifiedRecord record = read(folder);
+  // The hashes stay: they are the only proof for files without published ones.
+  for (Entry& entry : record.entries_) entry.modified = 0;
+  record.write(folder);
+}
+
 void VerifiedRecord::note(const QString& folder, const QString& name, const QByteArray& sha256,
                           const QByteArray& download) {
   const QFileInfo info(QDir(folder).filePath(name));

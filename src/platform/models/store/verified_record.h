@@ -26,6 +26,10 @@ class VerifiedRecord {
   /// Throws `Failure`.
   void write(const QString& folder) const;
 
+  /// Makes the record cover no model until its files are noted again, because something suggests
+  /// that they are damaged. Throws `Failure`.
+  static void doubt(const QString& folder);
+
   /// Adds a file that has just been verified.
   void note(const QString& folder, const QString& name, const QByteArray& sha256,
             const QByteArray& download);

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/built_in/built_in_backend.h"
 
-#include "platform/foundation/failure.h"
 #include "platform/speech/neural/punctuation_helper.h"
 
 #include <utility>
@@ -39,13 +38,7 @@ void BuiltInBackend::acceptAudio(std::span<const float> samples) {
 }
 
 std::vector<TranscriptionResult> BuiltInBackend::poll() {
-  try {
-    takeResults();
-  } catch (const Failure&) {
-    // Return what was said until now; the next call throws again.
-    finishSentence();
-    if (results_.empty()) throw;
-  }
+  takeResults();
   const std::optional<double> unfinished = writer_.unfinishedUntil();
   if (unfinished && !helper_.expectsResults() && heardSeconds_ > *unfinished + kSentencePause) {
     finishSentence();

@@ -76,7 +76,10 @@ std::vector<TranscriptionResult> SentenceWriter::write(const TranscriptionResult
   const bool mayGoOn = result.isCut && isPunctuating();
   const std::size_t count = mayGoOn ? countFinished(words) : words.size();
   std::vector<TranscriptionResult> results;
-  if (count > 0) results.push_back(final(words, count, result.isCut));
+  if (count > 0) {
+    results.push_back(final(words, count, result.isCut));
+    if (count == heard_.size()) results.back().until = result.until;
+  }
   unfinished_.assign(heard_.begin() + static_cast<std::ptrdiff_t>(count), heard_.end());
   heard_ = unfinished_;
   if (!heard_.empty()) results.push_back(draft());
@@ -110,7 +113,12 @@ TranscriptionResult SentenceWriter::final(const CaptionWords& words, std::size_t
   context_.insert(context_.end(), written.begin(), written.end());
   const std::size_t surplus = context_.size() - std::min(context_.size(), kContextWords);
   context_.erase(context_.begin(), context_.begin() + static_cast<std::ptrdiff_t>(surplus));
-  return {text(written, true), true, {heard_.begin(), heard_.begin() + end}};
+  TranscriptionResult result{text(written, true), true, {heard_.begin(), heard_.begin() + end}};
+  const double last = result.words.back().end;
+  const bool isLast = count == heard_.size();
+  // In the middle of the pause before the next word, if there is one.
+  result.until = isLast ? last : (last + heard_[count].start) / 2;
+  return result;
 }
 
 QString SentenceWriter::text(const CaptionWords& words, bool isFinal) const {

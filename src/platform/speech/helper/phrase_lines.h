@@ -26,6 +26,11 @@ class PhraseLines {
   /// The text of the whole phrase, which has ended.
   Results finish(const QString& text);
 
+  /// The number of words of the last draft of the phrase.
+  std::size_t draftCount() const {
+    return static_cast<std::size_t>(draft_.split(u' ', Qt::SkipEmptyParts).size());
+  }
+
   /// Whether the phrase has any text.
   bool isEmpty() const { return finalWords_.isEmpty() && draft_.isEmpty(); }
 

@@ -135,6 +135,7 @@ void PhraseRecognizer::endPhrase() {
   if (wasShown || !words.empty()) {
     results_.push_back(written(std::move(words), true));
     results_.back().isCut = phrases_.mayGoOn();
+    results_.back().until = static_cast<double>(phraseBegin_ + phrase.size()) / kSampleRate;
   }
   decoder_.releaseMemory();
   if (phrases_.isInPhrase()) beginPhrase();  // the rest of a phrase that was cut

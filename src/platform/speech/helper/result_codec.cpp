@@ -16,19 +16,21 @@ QByteArray encodedResult(const TranscriptionResult& result) {
   }
   if (!words.isEmpty()) object["words"] = words;
   if (result.isCut) object["isCut"] = true;
+  if (result.until) object["until"] = *result.until;
   return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
 
-TranscriptionResult decodedResult(const QByteArray& body, bool isFinal, double offset) {
+TranscriptionResult decodedResult(const QByteArray& body, bool isFinal) {
   const QJsonObject object = QJsonDocument::fromJson(body).object();
   TranscriptionResult result{object["text"].toString(), isFinal};
   for (const QJsonValue& each : object["words"].toArray()) {
     const QJsonArray word = each.toArray();
     if (word.size() != 4 || !word[0].isString()) continue;
-    result.words.push_back({word[0].toString(), offset + word[1].toDouble(),
-                            offset + word[2].toDouble(), std::clamp(word[3].toDouble(), 0.0, 1.0)});
+    result.words.push_back({word[0].toString(), word[1].toDouble(), word[2].toDouble(),
+                            std::clamp(word[3].toDouble(), 0.0, 1.0)});
   }
   result.isCut = object["isCut"].toBool();
+  if (object["until"].isDouble()) result.until = object["until"].toDouble();
   return result;
 }
 

@@ -11,8 +11,7 @@ namespace velun {
 QByteArray encodedResult(const TranscriptionResult& result);
 
 /// Decodes the body of a `draft` or `final` message. Invalid members are left out, and invalid JSON
-/// gives an empty text. Times are moved by `offset` seconds: a helper that was restarted counts
-/// from its own start.
-TranscriptionResult decodedResult(const QByteArray& body, bool isFinal, double offset);
+/// gives an empty text.
+TranscriptionResult decodedResult(const QByteArray& body, bool isFinal);
 
 }  // namespace velun

@@ -38,6 +38,7 @@ SentenceRecognizer::SentenceRecognizer(const sherpa::Library& library,
 void SentenceRecognizer::accept(std::span<const float> samples) {
   for (std::size_t at = 0; at < samples.size(); at += kPiece) {
     const auto piece = usableSamples(samples.subspan(at, std::min(kPiece, samples.size() - at)));
+    heard_ += piece.size();
     measureSilence(piece);
     stream_.feed(gain_.amplified(piece));
     decodeReady();
@@ -91,21 +92,32 @@ void SentenceRecognizer::updateLines() {
   const double pause =
       phrase().size() > kLongPhraseTokens ? kLongPhraseSilence : settings_.endpointSilence;
   if (isSilent(pause)) {
-    endPhrase();
+    // In the silence, after the last word.
+    endPhrase(stream_.decodedSeconds() - pause / 2);
     return;
   }
   const QString text = phraseText();
-  take(lines_.update(punctuator_ ? withoutEnd(punctuator_->punctuated(text)) : text));
+  PhraseLines::Results results =
+      lines_.update(punctuator_ ? withoutEnd(punctuator_->punctuated(text)) : text);
+  const std::size_t rest = lines_.draftCount();
+  take(std::move(results), beginOfLastWords(phrase(), rest, lines_.finalCount() + rest));
 }
 
 /// Makes what is left of the phrase a line. The model goes on.
-void SentenceRecognizer::endPhrase() {
+void SentenceRecognizer::endPhrase(double until) {
   const QString text = phraseText();
-  take(lines_.finish(punctuator_ ? punctuator_->punctuated(text) : text));
+  take(lines_.finish(punctuator_ ? punctuator_->punctuated(text) : text), until);
   phraseBegin_ = tokens_.size();
 }
 
-void SentenceRecognizer::take(PhraseLines::Results results) {
+void SentenceRecognizer::take(PhraseLines::Results results, std::optional<double> until) {
+  if (until) {
+    const double heard = static_cast<double>(heard_) / kRate;
+    until = std::clamp(heard - (stream_.fedSeconds() - *until), 0.0, heard);
+  }
+  for (TranscriptionResult& result : results) {
+    if (result.isFinal) result.until = until;
+  }
   std::move(results.begin(), results.end(), std::back_inserter(results_));
 }
 
@@ -117,7 +129,7 @@ void SentenceRecognizer::finalize() {
 }
 
 void SentenceRecognizer::skip() {
-  endPhrase();
+  endPhrase(stream_.fedSeconds());
   restart();
 }
 

@@ -32,11 +32,12 @@ class SentenceRecognizer final : public StreamRecognizer {
   void measureSilence(std::span<const float> samples);
   void decodeReady();
   void updateLines();
-  void endPhrase();
+  void endPhrase(double until);
   bool isSilent(double seconds) const;
   SpokenTokens phrase() const;
   QString phraseText() const;
-  void take(PhraseLines::Results results);
+  /// The final results cover the audio up to `until`, in seconds of the stream.
+  void take(PhraseLines::Results results, std::optional<double> until);
 
   const RecognizerSettings settings_;
   const Punctuator* punctuator_;
@@ -44,6 +45,7 @@ class SentenceRecognizer final : public StreamRecognizer {
   SlowGain gain_;
   SherpaStream stream_;
   VoiceActivity activity_;
+  std::size_t heard_ = 0;  ///< samples accepted
   std::vector<float> partialFrame_;
   double quiet_ = 0;                         ///< seconds without voice at the end of the audio
   std::vector<SherpaStream::Token> tokens_;  ///< what was recognized since the restart

@@ -26,4 +26,15 @@ std::optional<double> lastWordTime(SpokenTokens tokens) {
   return std::nullopt;
 }
 
+std::optional<double> beginOfLastWords(SpokenTokens tokens, std::size_t count, std::size_t total) {
+  std::vector<double> begins;
+  for (std::size_t i = 0; i < tokens.size(); ++i) {
+    if (!tokens[i].text.startsWith(' ') && !tokens[i].text.startsWith("\u2581")) continue;
+    const double time = tokens[i].time;
+    begins.push_back(i == 0 ? time : (tokens[i - 1].time + time) / 2);
+  }
+  if (begins.size() != total || count == 0 || count > total) return std::nullopt;
+  return begins[total - count];
+}
+
 }  // namespace velun

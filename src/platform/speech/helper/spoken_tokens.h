@@ -17,4 +17,8 @@ QString textOf(SpokenTokens tokens);
 /// if there is none.
 std::optional<double> lastWordTime(SpokenTokens tokens);
 
+/// Where the last `count` of `total` words begin: the middle of the pause before them, in the
+/// seconds of the tokens. Nullopt if the tokens do not tell, as in scripts without blanks.
+std::optional<double> beginOfLastWords(SpokenTokens tokens, std::size_t count, std::size_t total);
+
 }  // namespace velun

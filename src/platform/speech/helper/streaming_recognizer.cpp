@@ -60,6 +60,7 @@ void StreamingRecognizer::beginStream() {
 void StreamingRecognizer::accept(std::span<const float> samples) {
   for (std::size_t at = 0; at < samples.size(); at += kPiece) {
     const auto piece = samples.subspan(at, std::min(kPiece, samples.size() - at));
+    heard_ += piece.size();
     feed(gain_.amplified(usableSamples(piece)));
     decodeReady();
   }
@@ -122,21 +123,33 @@ void StreamingRecognizer::readResult() {
   // Punctuated like the final result, so that no word changes when the draft is replaced.
   const QString draft = punctuator_ ? withoutEnd(punctuator_->punctuated(text)) : text;
   const std::size_t finalCount = lines_.finalCount();
-  take(lines_.update(draft));
+  PhraseLines::Results results = lines_.update(draft);
+  const std::size_t rest = lines_.draftCount();
+  std::optional<double> until = beginOfLastWords(hearing.tokens, rest, lines_.finalCount() + rest);
+  if (until) *until += phraseBegin_;
+  take(std::move(results), until);
   if (lines_.finalCount() != finalCount) lineBegin_ = segmentSeconds();
 }
 
-void StreamingRecognizer::take(PhraseLines::Results results) {
+void StreamingRecognizer::take(PhraseLines::Results results, std::optional<double> until) {
+  if (until) {
+    const double heard = static_cast<double>(heard_) / kRate;
+    until = std::clamp(heard - (stream_.fedSeconds() - *until), 0.0, heard);
+  }
+  for (TranscriptionResult& result : results) {
+    if (result.isFinal) result.until = until;
+  }
   std::move(results.begin(), results.end(), std::back_inserter(results_));
 }
 
-void StreamingRecognizer::deliverFinal() {
-  take(lines_.finish(punctuator_ ? punctuator_->punctuated(text_) : text_));
+void StreamingRecognizer::deliverFinal(double until) {
+  take(lines_.finish(punctuator_ ? punctuator_->punctuated(text_) : text_), until);
 }
 
 void StreamingRecognizer::endPhrase(bool isPaused) {
   const bool isForced = segmentSeconds() - lastWord_ < kOverlap + 0.05;
   const bool wasEmpty = lines_.isEmpty();
+  const double until = stream_.decodedSeconds() - (isForced ? 0 : kOverlap);
   // A transducer that keeps the tokens of the last phrase loses the first word of the next one if
   // it begins with the same token. A new stream does not; feed it the audio that the old one has
   // not decoded, preceded by a little silence. When a phrase is cut in a word there is no such
@@ -145,12 +158,14 @@ void StreamingRecognizer::endPhrase(bool isPaused) {
     const double rest = stream_.fedSeconds() - stream_.decodedSeconds() + kOverlap;
     const std::size_t count = std::min(samplesOf(rest), recent_.size());
     const std::vector<float> end(recent_.end() - static_cast<std::ptrdiff_t>(count), recent_.end());
+    const double late = stream_.fedSeconds();
     if (isPaused && settings_.writesMarks) takeLateMark();
-    deliverFinal();
+    // The silence for the mark was fed, but not heard.
+    deliverFinal(until + stream_.fedSeconds() - late);
     beginStream();
     feed(end);
   } else {
-    deliverFinal();
+    deliverFinal(until);
     stream_.beginSegment();
     phraseBegin_ = stream_.decodedSeconds();
     lastWord_ = 0;
@@ -177,13 +192,15 @@ double StreamingRecognizer::tailSeconds() const {
 
 void StreamingRecognizer::finalize() {
   const std::vector<float> silence(samplesOf(tailSeconds()), 0.0F);
+  const std::size_t heard = heard_;
   accept(silence);
-  deliverFinal();
+  heard_ = heard;
+  deliverFinal(stream_.fedSeconds());
   beginStream();
 }
 
 void StreamingRecognizer::skip() {
-  deliverFinal();
+  deliverFinal(stream_.fedSeconds());
   beginStream();
 }
 

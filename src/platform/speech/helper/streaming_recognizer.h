@@ -7,6 +7,7 @@
 #include "platform/speech/helper/slow_gain.h"
 #include "platform/speech/helper/stream_recognizer.h"
 
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -34,8 +35,9 @@ class StreamingRecognizer final : public StreamRecognizer {
   void decodeReady();
   void readResult();
   QString written(const SherpaStream::Hearing& hearing) const;
-  void take(PhraseLines::Results results);
-  void deliverFinal();
+  /// The final results cover the audio up to `until`, in seconds of the stream.
+  void take(PhraseLines::Results results, std::optional<double> until);
+  void deliverFinal(double until);
   bool hasPaused() const;
   bool hasEnded() const;
   void endPhrase(bool isPaused);
@@ -48,6 +50,7 @@ class StreamingRecognizer final : public StreamRecognizer {
   PhraseLines lines_;
   SlowGain gain_;
   SherpaStream stream_;
+  std::size_t heard_ = 0;  ///< samples accepted
   /// The last samples fed to the stream.
   std::vector<float> recent_;
   double phraseBegin_ = 0;  ///< in the stream, in seconds

@@ -55,7 +55,8 @@ Failure notStarted(const HelperEnded& end) {
             .arg(reason)));
 }
 
-Failure endedAgain() {
+Failure unexpectedEnd(const HelperEnded& end) {
+  qCWarning(helperLog, "The speech recognizer ended (%s).", end.what());
   return Failure(L("The speech recognizer stopped unexpectedly. Start captions again.",
                    "음성 인식기가 예기치 않게 중단되었습니다. 자막을 다시 시작하십시오."));
 }
@@ -79,81 +80,51 @@ void NeuralBackend::load() {
   }
 }
 
-template <class Action>
-void NeuralBackend::attempt(const Action& action) {
-  try {
-    action();
-    return;
-  } catch (const HelperEnded& end) {
-    recover(end);
-  }
-  try {
-    action();
-  } catch (const HelperEnded&) {
-    takeLastResults();
-    throw endedAgain();
-  }
-}
-
-void NeuralBackend::recover(const HelperEnded& end) {
-  takeLastResults();
-  if (helper_.isCancelled() || std::exchange(hasRestarted_, true)) throw endedAgain();
-  qCWarning(helperLog, "The speech recognizer ended (%s); a new one goes on.", end.what());
-  helperBegin_ = static_cast<double>(sentSamples_) / kSampleRate;
-  load();
-}
-
-/// Takes the results from before the helper ended; its last draft becomes final.
-void NeuralBackend::takeLastResults() {
-  try {
-    takeArrived();
-  } catch (const HelperEnded&) {
-    // Every message has been taken.
-  }
-  if (!draft_.text.isEmpty()) {
-    draft_.isFinal = true;
-    results_.push_back(std::exchange(draft_, {}));
-  }
-  undecodedPieces_.clear();
-  isInPhrase_ = false;
-}
-
 void NeuralBackend::acceptAudio(std::span<const float> samples) {
-  for (std::size_t at = 0; at < samples.size(); at += kMaxPieceSamples) {
-    const auto piece = samples.subspan(at, std::min(kMaxPieceSamples, samples.size() - at));
-    const QByteArray body(reinterpret_cast<const char*>(piece.data()),
-                          static_cast<qsizetype>(piece.size_bytes()));
-    attempt([this, &body] { helper_.process().send(Kind::audio, body); });
-    sentSamples_ += piece.size();
-    undecodedPieces_.push_back(piece.size());
+  try {
+    for (std::size_t at = 0; at < samples.size(); at += kMaxPieceSamples) {
+      const auto piece = samples.subspan(at, std::min(kMaxPieceSamples, samples.size() - at));
+      const QByteArray body(reinterpret_cast<const char*>(piece.data()),
+                            static_cast<qsizetype>(piece.size_bytes()));
+      helper_.process().send(Kind::audio, body);
+      undecodedPieces_.push_back(piece.size());
+    }
+  } catch (const HelperEnded& end) {
+    throw unexpectedEnd(end);
   }
 }
 
 std::vector<TranscriptionResult> NeuralBackend::poll() {
   try {
-    attempt([this] { takeArrived(); });
-  } catch (const Failure&) {
+    takeArrived();
+  } catch (const HelperEnded& end) {
     // Return the earlier results; the next call throws again.
-    if (results_.empty()) throw;
+    if (results_.empty()) throw unexpectedEnd(end);
   }
   return std::exchange(results_, {});
 }
 
 void NeuralBackend::finalize() {
-  attempt([this] {
+  try {
     helper_.process().send(Kind::finalize);
     while (true) {
       const RecognizerMessage message = helper_.process().receive();
       if (message.kind == Kind::settled) break;
       take(message);
     }
-  });
+  } catch (const HelperEnded& end) {
+    throw unexpectedEnd(end);
+  }
   undecodedPieces_.clear();
   isInPhrase_ = false;
 }
 
 void NeuralBackend::skip() {
-  attempt([this] { helper_.process().send(Kind::skip); });
+  try {
+    helper_.process().send(Kind::skip);
+  } catch (const HelperEnded& end) {
+    throw unexpectedEnd(end);
+  }
 }
 
 double NeuralBackend::undecodedSeconds() const {
@@ -163,7 +134,11 @@ double NeuralBackend::undecodedSeconds() const {
 }
 
 void NeuralBackend::awaitDecoding(std::chrono::milliseconds atMost) {
-  attempt([this, atMost] { helper_.process().awaitMessage(atMost); });
+  try {
+    helper_.process().awaitMessage(atMost);
+  } catch (const HelperEnded& end) {
+    throw unexpectedEnd(end);
+  }
 }
 
 QString NeuralBackend::adviceIfTooSlow() const {
@@ -190,12 +165,10 @@ void NeuralBackend::takeHeard(const QByteArray& body) {
 void NeuralBackend::take(const RecognizerMessage& message) {
   switch (message.kind) {
     case Kind::draft:
-      draft_ = decodedResult(message.body, false, helperBegin_);
-      results_.push_back(draft_);
+      results_.push_back(decodedResult(message.body, false));
       break;
     case Kind::final:
-      draft_ = {};
-      results_.push_back(decodedResult(message.body, true, helperBegin_));
+      results_.push_back(decodedResult(message.body, true));
       break;
     case Kind::heard:
       takeHeard(message.body);

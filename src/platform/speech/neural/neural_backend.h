@@ -10,8 +10,7 @@
 
 namespace velun {
 
-/// A neural recognizer in the helper program. When the helper crashes, it is restarted once: the
-/// draft becomes final, and recognition continues after it. The second crash ends the run.
+/// A neural recognizer in the helper program. Operations throw when the helper ends or hangs.
 class NeuralBackend final : public RecognizerBackend {
  public:
   /// A helper that does not answer within `timeout` counts as crashed. The destructor reports the
@@ -38,25 +37,16 @@ class NeuralBackend final : public RecognizerBackend {
   pid_t helperProcessId() const { return helper_.process().processId(); }
 
  private:
-  /// Calls `action`, again after a restart if the helper ends meanwhile.
-  template <class Action>
-  void attempt(const Action& action);
-  void recover(const HelperEnded& end);
-  void takeLastResults();
   void takeArrived();
   void take(const RecognizerMessage& message);
   void takeHeard(const QByteArray& body);
 
   ConfiguredHelper helper_;
   std::vector<TranscriptionResult> results_;
-  TranscriptionResult draft_;  ///< the last one; its text is empty between phrases
-  std::size_t sentSamples_ = 0;
-  double helperBegin_ = 0;  ///< where the present helper’s audio begins, in seconds
   std::deque<std::size_t> undecodedPieces_;  ///< the samples of audio messages without a reply
   bool isInPhrase_ = false;
   DecodingSpeed speed_;
   DecodingSpeed::Report report_;
-  bool hasRestarted_ = false;
 };
 
 }  // namespace velun

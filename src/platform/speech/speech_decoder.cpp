@@ -1,0 +1,190 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/speech/speech_decoder.h"
+
+#include <algorithm>
+#include <chrono>
+#include <exception>
+#include <utility>
+
+namespace velun {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// How often a recognizer that expects results is polled while no audio arrives.
+constexpr auto kPollInterval = 20ms;
+/// Seconds. A source with nothing to play may deliver no buffers at all. A gap longer than this,
+/// which even a busy machine does not need between two buffers, is decoded as silence, so that a
+/// phrase ends where it ended and is not joined to what follows.
+constexpr double kMaxBufferInterval = 0.25;
+/// Seconds. A process that was suspended for an hour has not recorded an hour of silence.
+constexpr double kMaxSilence = 1;
+/// Seconds of unfinished audio that are kept for the next recognizer. Phrases are shorter.
+constexpr double kMaxPhrase = 40;
+/// The same between phrases: the words of a phrase that has begun are shown before this.
+constexpr double kMaxOnset = 5;
+/// Samples that are decoded again at a time.
+constexpr std::size_t kPiece = kSpeechSampleRate / 2;
+
+void moveTimes(TranscriptionResult& result, double by) {
+  for (RecognizedWord& word : result.words) {
+    word.start += by;
+    word.end += by;
+  }
+  if (result.until) *result.until += by;
+}
+
+}  // namespace
+
+SpeechDecoder::SpeechDecoder(std::shared_ptr<SpeechInput> input, const Clock& clock,
+                             const std::atomic<bool>& isCancelled, const RunSignals& runSignals)
+    : input_(std::move(input)),
+      clock_(clock),
+      isCancelled_(isCancelled),
+      signals_(runSignals),
+      backlog_(*input_, clock) {}
+
+void SpeechDecoder::begin(RecognizerBackend& backend) {
+  begin_ = audio_.begin();
+  isDraftOutdated_ = !draft_.text.isEmpty();
+  hasNewFinal_ = false;
+  decodeAgain(backend);
+  backlog_.recognizerLoaded();
+  lastAudio_ = clock_.monotonicSeconds();
+  decodedUntil_ = lastAudio_;
+}
+
+void SpeechDecoder::decodeAgain(RecognizerBackend& backend) {
+  // A copy, because final results shorten it.
+  const std::vector<float> again(audio_.samples().begin(), audio_.samples().end());
+  for (std::size_t at = 0; at < again.size() && !isCancelled_; at += kPiece) {
+    backend.acceptAudio(std::span(again).subspan(at, std::min(kPiece, again.size() - at)));
+    while (backend.undecodedSeconds() > AudioBacklog::kMaxUndecodedSeconds && !isCancelled_) {
+      backend.awaitDecoding(kPollInterval);
+      // Drafts would be shorter than the one that is shown.
+      deliverResults(backend, false);
+    }
+    deliverResults(backend, at + kPiece >= again.size());
+  }
+}
+
+bool SpeechDecoder::decodeNext(RecognizerBackend& backend) {
+  const bool isBusy = backend.undecodedSeconds() > AudioBacklog::kMaxUndecodedSeconds;
+  const bool isPolling = backend.expectsResults() || isDraftOutdated_;
+  std::optional<SpeechSamples> input;
+  if (isBusy) {
+    backend.awaitDecoding(kPollInterval);
+  } else {
+    input = isPolling ? input_->next(kPollInterval) : input_->next();
+  }
+  if (isCancelled_) return true;
+  const double now = clock_.monotonicSeconds();
+  if (input) {
+    lastAudio_ = now;
+    accept(backend, *input);
+  } else if (input_->isDrained()) {
+    finalize(backend);
+    return false;
+  } else if (isPolling && !isBusy && now - lastAudio_ > kMaxBufferInterval) {
+    acceptSilence(backend, now);
+  }
+  deliverResults(backend);
+  dropOutdatedDraft(backend);
+  limitBacklog(backend);
+  return true;
+}
+
+void SpeechDecoder::accept(RecognizerBackend& backend, const SpeechSamples& input) {
+  if (input.followsGap) backend.skip();
+  // Kept first, in case the recognizer fails.
+  audio_.add(input.samples);
+  audio_.keepLast(draft_.text.isEmpty() ? kMaxOnset : kMaxPhrase);
+  backend.acceptAudio(input.samples);
+}
+
+void SpeechDecoder::limitBacklog(const RecognizerBackend& backend) {
+  const AudioBacklog::Update update = backlog_.update(backend.undecodedSeconds());
+  if (update.isBehind) signals_.post(&SpeechRun::lagChanged, *update.isBehind);
+  if (update.skippedSeconds > 0) signals_.post(&SpeechRun::skipped, update.skippedSeconds);
+  if (update.isTooSlow) signals_.post(&SpeechRun::tooSlow, backend.adviceIfTooSlow());
+}
+
+void SpeechDecoder::acceptSilence(RecognizerBackend& backend, double now) {
+  decodedUntil_ = std::max(decodedUntil_, lastAudio_);
+  const double seconds = std::min(now - decodedUntil_, kMaxSilence);
+  const std::vector<float> silence(static_cast<std::size_t>(seconds * kSpeechSampleRate), 0.0F);
+  decodedUntil_ = now;
+  audio_.add(silence);
+  backend.acceptAudio(silence);
+}
+
+void SpeechDecoder::deliverResults(RecognizerBackend& backend, bool withDrafts) {
+  hasNewFinal_ = false;
+  for (TranscriptionResult& result : backend.poll()) {
+    if (!result.isFinal && !withDrafts) continue;
+    moveTimes(result, begin_);
+    isDraftOutdated_ = false;
+    if (result.isFinal) {
+      audio_.removeBefore(result.until.value_or(audio_.end()));
+      hasNewFinal_ = result.until.has_value();
+      wasCut_ = result.isCut;
+      failuresInPhrase_ = 0;
+      draft_ = {};
+    } else {
+      draft_ = result;
+    }
+    signals_.post(&SpeechRun::resultReady, std::move(result));
+  }
+}
+
+void SpeechDecoder::finalize(RecognizerBackend& backend) {
+  backend.finalize();
+  deliverResults(backend);
+  dropOutdatedDraft(backend);
+  audio_.clear();
+}
+
+/// The new recognizer has decoded the phrase again and heard no words.
+void SpeechDecoder::dropOutdatedDraft(const RecognizerBackend& backend) {
+  if (!isDraftOutdated_ || backend.expectsResults()) return;
+  isDraftOutdated_ = false;
+  draft_ = {};
+  signals_.post(&SpeechRun::resultReady, TranscriptionResult());
+}
+
+void SpeechDecoder::finalizePending(RecognizerBackend& backend) {
+  // Only the audio that is pending now: on a slow machine with continuous audio, the stream might
+  // never become empty.
+  for (double waiting = input_->pendingSeconds(); waiting > 0 && !isCancelled_;) {
+    const std::optional<SpeechSamples> input = input_->tryNext();
+    if (!input) break;
+    waiting -= input->seconds();
+    accept(backend, *input);
+    deliverResults(backend);
+  }
+  if (!isCancelled_) finalize(backend);
+}
+
+void SpeechDecoder::endFailed(RecognizerBackend& backend) {
+  ++failuresInPhrase_;
+  try {
+    deliverResults(backend);
+  } catch (const std::exception&) {
+    // It has no more results.
+  }
+}
+
+void SpeechDecoder::finalizeDraft() {
+  audio_.clear();
+  if (draft_.text.isEmpty()) return;
+  draft_.isFinal = true;
+  signals_.post(&SpeechRun::resultReady, std::exchange(draft_, {}));
+}
+
+bool SpeechDecoder::canChangeRecognizer(bool isUrgent) const {
+  if (draft_.text.isEmpty() && !wasCut_) return true;
+  return isUrgent && (hasNewFinal_ || draft_.text.isEmpty());
+}
+
+}  // namespace velun
