@@ -11,7 +11,9 @@
 #include "platform/desktop/linux/dbus_file_manager.h"
 #include "platform/desktop/linux/linux_tray_host.h"
 #include "platform/foundation/file_preferences.h"
+#include "platform/foundation/language_identifier.h"
 #include "platform/foundation/system_clock.h"
+#include "platform/models/model_catalogue.h"
 #include "platform/models/store/download_store.h"
 #include "platform/speech/built_in/built_in_punctuation.h"
 #include "platform/speech/built_in/built_in_recognizer_provider.h"
@@ -78,6 +80,17 @@ LocalSpeechPlatform::Providers recognizers(
       ModelCatalogue::builtIn(), models, NeuralRecognizerProvider::installedProgram(), style,
       keepSpeed(preferences), punctuation);
   return {neural, std::make_shared<BuiltInRecognizerProvider>(files, punctuation, style)};
+}
+
+/// The recognizer with this id failed: its files may be damaged, or those of its punctuation model.
+void verifyAgain(DownloadStore& models, const QString& id, const QString& language) {
+  const ModelCatalogue& catalogue = ModelCatalogue::builtIn();
+  const Model* model = catalogue.find(id);
+  if (!model) return;
+  models.verifyAgain(model->id);
+  if (const Model* marks = catalogue.punctuationFor(*model, language)) {
+    models.verifyAgain(marks->id);
+  }
 }
 
 /// In order of preference, the best first.
@@ -147,10 +160,16 @@ Composition::Composition(ApplicationService& application)
     : parts_(std::make_unique<Parts>(application)) {
   QObject::connect(parts_->recognizerPreferences.get(), &RecognizerPreferences::choiceChanged,
                    &parts_->betterCaptions, &BetterCaptions::update);
+  QObject::connect(&parts_->models, &DownloadStore::installed, &parts_->speech,
+                   &LocalSpeechPlatform::forgetFailure);
   QObject::connect(&parts_->models, &ModelStore::stateChanged, &parts_->speech,
                    &LocalSpeechPlatform::updateRuns);
   QObject::connect(&parts_->speech, &LocalSpeechPlatform::recognizerFailed, &parts_->models,
-                   &DownloadStore::verifyAgain);
+                   [this](const QString& id, const QString& locale) {
+                     verifyAgain(parts_->models, id, languageCode(locale));
+                   });
+  QObject::connect(&parts_->models, &DownloadStore::damageFound, &parts_->speech,
+                   &LocalSpeechPlatform::showBriefly);
 }
 
 Composition::~Composition() = default;

@@ -263,6 +263,7 @@ RESTRICTED = [
      "threads of their own (use LatestJob)",
      {"platform/speech/local_speech_run",  # decoding
       "platform/models/store/download_store",  # downloads last for minutes
+      "platform/models/store/model_verifier",  # hashing many models lasts for seconds
       "model/session_files"}),  # reads in parallel and returns when all is read
     (r"\bQThreadPool\b|\bQtConcurrent\b|\bQRunnable\b", "Qt's thread pool (use LatestJob)",
      {"platform/foundation/latest_job",

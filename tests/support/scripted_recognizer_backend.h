@@ -111,6 +111,7 @@ class ScriptedRecognizerProvider final : public RecognizerProvider {
     only.modelBytes = modelBytes;
     return {only};
   }
+  bool isBeingCompleted(const QString&, const QString&) const override { return isIncomplete; }
   Factory makeFactory(const QString&, const QString&) const override {
     return [backends = script, mainThread = std::this_thread::get_id()] {
       return std::make_unique<ScriptedBackend>(backends, mainThread);
@@ -126,6 +127,7 @@ class ScriptedRecognizerProvider final : public RecognizerProvider {
   std::int64_t modelBytes = 0;
   QStringList supportedList;
   QStringList installedList;
+  bool isIncomplete = false;
   std::shared_ptr<SpeechModelOffer> model;
   /// The locales that offers were asked for.
   QStringList asked;

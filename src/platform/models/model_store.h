@@ -3,13 +3,13 @@
 
 #include "platform/models/model.h"
 #include "platform/models/model_state.h"
+#include "platform/models/model_uses.h"
 #include "platform/models/placed_model_file.h"
 
 #include <memory>
 #include <optional>
 #include <QCoroTask>
 #include <QDate>
-#include <QHash>
 #include <QObject>
 #include <stop_token>
 
@@ -77,8 +77,10 @@ class ModelStore : public QObject {
 
   /// Protects the model from `remove` until the last copy of the result is destroyed, on any
   /// thread.
-  [[nodiscard]] std::shared_ptr<const void> use(const Model& model);
-  bool isUsed(const Model& model) const;
+  [[nodiscard]] std::shared_ptr<const void> use(const Model& model) { return uses_->use(model.id); }
+  bool isUsed(const Model& model) const { return uses_->isUsed(model.id); }
+  /// For other threads. May outlive the store.
+  const std::shared_ptr<ModelUses>& uses() const { return uses_; }
 
  Q_SIGNALS:
   /// `state` of the model with this id changed. At most a few times a second while a download makes
@@ -86,7 +88,7 @@ class ModelStore : public QObject {
   void stateChanged(const QString& id);
 
  private:
-  QHash<QString, std::weak_ptr<const void>> uses_;
+  std::shared_ptr<ModelUses> uses_ = std::make_shared<ModelUses>();
 };
 
 }  // namespace velun

@@ -106,7 +106,7 @@ std::unique_ptr<SpeechRun> LocalSpeechPlatform::start(const QString& locale,
   const QStringList ids = idsOf(recognizers);
   auto run = std::make_unique<LocalSpeechRun>(std::move(recognizers), std::move(input), clock_);
   connect(run.get(), &LocalSpeechRun::recognizerFailed, this,
-          &LocalSpeechPlatform::recognizerFailed);
+          [this, locale](const QString& id) { Q_EMIT recognizerFailed(id, locale); });
   std::erase_if(runs_, [](const Running& each) { return each.run.isNull(); });
   runs_.push_back({run.get(), locale, ids});
   return run;
@@ -114,15 +114,32 @@ std::unique_ptr<SpeechRun> LocalSpeechPlatform::start(const QString& locale,
 
 void LocalSpeechPlatform::updateRuns() {
   for (Running& each : runs_) {
-    if (each.run) update(each);
+    if (each.run) update(each, false);
   }
 }
 
-void LocalSpeechPlatform::update(Running& running) {
+void LocalSpeechPlatform::forgetFailure(const QString& id) {
+  for (const Running& each : runs_) {
+    if (each.run) each.run->forgetFailure(id);
+  }
+}
+
+void LocalSpeechPlatform::showBriefly(const QString& notice) {
+  for (const Running& each : runs_) {
+    if (each.run) Q_EMIT each.run->noticedBriefly(notice);
+  }
+}
+
+void LocalSpeechPlatform::update(Running& running, bool isChosen) {
   std::vector<SpeechRecognizer> recognizers = installedRecognizers(running.locale);
+  // It would start without a part that it is about to get.
+  std::erase_if(recognizers, [this, &running](const SpeechRecognizer& each) {
+    return !running.recognizers.contains(each.id) &&
+           providerOf(running.locale, each.id)->isBeingCompleted(running.locale, each.id);
+  });
   const QStringList ids = idsOf(recognizers);
   // The state of a model changes often while it is downloaded.
-  if (ids == running.recognizers || ids.isEmpty()) return;
+  if ((ids == running.recognizers && !isChosen) || ids.isEmpty()) return;
   running.recognizers = ids;
   running.run->setRecognizers(std::move(recognizers));
 }
@@ -132,8 +149,7 @@ void LocalSpeechPlatform::updateChoice(const QString& locale) {
     if (!each.run || each.locale != locale) continue;
     // The user wants it, although it failed.
     each.run->forgetFailure(preferences_->choice(locale));
-    each.recognizers.clear();
-    update(each);
+    update(each, true);
   }
 }
 

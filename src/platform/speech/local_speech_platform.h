@@ -41,9 +41,15 @@ class LocalSpeechPlatform final : public QObject, public SpeechPlatform {
   /// The installed models may have changed: the runs use the best recognizers that there are now.
   void updateRuns();
 
+  /// The recognizer with this id was repaired: runs in which it failed may use it again.
+  void forgetFailure(const QString& id);
+
+  /// Shows `notice`, localized, in the status of the runs for a moment.
+  void showBriefly(const QString& notice);
+
  Q_SIGNALS:
-  /// The recognizer with this id could not be loaded or ended too often.
-  void recognizerFailed(const QString& id);
+  /// The recognizer with this id, of this locale, could not be loaded or ended too often.
+  void recognizerFailed(const QString& id, const QString& locale);
 
  private:
   struct Running {
@@ -53,7 +59,8 @@ class LocalSpeechPlatform final : public QObject, public SpeechPlatform {
   };
 
   void updateChoice(const QString& locale);
-  void update(Running& running);
+  /// `isChosen`: the user has changed the choice, so the order is passed on even if it is the same.
+  void update(Running& running, bool isChosen);
   QStringList locales() const;
   /// In the order of use.
   std::vector<SpeechRecognizer> installedRecognizers(const QString& locale) const;

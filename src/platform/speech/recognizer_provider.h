@@ -29,6 +29,12 @@ class RecognizerProvider {
   /// machine is not set.
   virtual std::vector<RecognizerCandidate> candidates(const QString& locale) const = 0;
 
+  /// Whether an optional part of an installed candidate, such as its punctuation model, is being
+  /// downloaded.
+  virtual bool isBeingCompleted(const QString& /*locale*/, const QString& /*id*/) const {
+    return false;
+  }
+
   /// The factory of an installed candidate.
   virtual Factory makeFactory(const QString& locale, const QString& id) const = 0;
 

@@ -60,12 +60,13 @@ void SpeechDecoder::decodeAgain(RecognizerBackend& backend) {
   const std::vector<float> again(audio_.samples().begin(), audio_.samples().end());
   for (std::size_t at = 0; at < again.size() && !isCancelled_; at += kPiece) {
     backend.acceptAudio(std::span(again).subspan(at, std::min(kPiece, again.size() - at)));
+    // Earlier drafts would be shorter than the one that is shown.
+    const bool isLast = at + kPiece >= again.size();
     while (backend.undecodedSeconds() > AudioBacklog::kMaxUndecodedSeconds && !isCancelled_) {
       backend.awaitDecoding(kPollInterval);
-      // Drafts would be shorter than the one that is shown.
-      deliverResults(backend, false);
+      deliverResults(backend, isLast);
     }
-    deliverResults(backend, at + kPiece >= again.size());
+    deliverResults(backend, isLast);
   }
 }
 
@@ -126,7 +127,7 @@ void SpeechDecoder::deliverResults(RecognizerBackend& backend, bool withDrafts) 
     moveTimes(result, begin_);
     isDraftOutdated_ = false;
     if (result.isFinal) {
-      audio_.removeBefore(result.until.value_or(audio_.end()));
+      audio_.removeBefore(result.until.value_or(audio_.end() - backend.undecodedSeconds()));
       hasNewFinal_ = result.until.has_value();
       wasCut_ = result.isCut;
       failuresInPhrase_ = 0;

@@ -164,6 +164,7 @@ class Recognizer(FaultCase):
         for part in ("encoder", "decoder", "joiner"):
             damage(self.model[part])
         self.toggle_captions()
+        self.wait_for_status("are damaged. Download it again in Settings.")
         self.wait_for_status("couldn’t be loaded. Captions continue with “Built-in recognizer”.")
         self.speak()
         self.assert_kept(lines)

@@ -142,6 +142,10 @@ class FirstRun(SpokenCase):
 
         self.press(OFFER)
         self.wait_for_text("Better captions are ready.")
+        # It takes over in the running captions.
+        self.desktop.wait("the model to take over",
+                          lambda: self.status() == "Captions now use “Toy”.")
+        self.assertIn("Music", self.caption().title())
         self.quit_program()
 
     def test_a_paused_download_continues_in_the_next_run(self):
@@ -167,6 +171,10 @@ class FirstRun(SpokenCase):
         self.panel.wait_for("push button", "Start")
         self.assertEqual(self.offered(), [])
         self.quit_program()
+
+    def status(self):
+        label = self.panel.find("notification", "Status")
+        return label.description if label else ""
 
     def is_model_loaded(self):
         """Whether the program's recognizer uses the library of downloaded models."""

@@ -99,15 +99,22 @@ class ModelStoreTest final : public test::Suite {
       QVERIFY(store->isInstalled(model_));
     }
     QSignalSpy changes(store.get(), &ModelStore::stateChanged);
+    QSignalSpy damage(store.get(), &DownloadStore::damageFound);
     store->verifyAgain(model_.id);
     QCOMPARE(changes.size(), 1);
-    if (!isDamaged) {
-      QTRY_VERIFY(store->isInstalled(model_));
-      return;
-    }
-    QVERIFY(!store->isInstalled(model_));
+    QTRY_COMPARE(changes.size(), 2);
+    QCOMPARE(store->isInstalled(model_), !isDamaged);
+    QCOMPARE(damage.size(), isDamaged ? 1 : 0);
+    if (!isDamaged) return;
+    const QString notice = "The files of “Mixed” are damaged. Download it again in Settings.";
+    QCOMPARE(damage[0][0].toString(), notice);
+    QCOMPARE(store->state(model_).stage, ModelState::Stage::failed);
+    QCOMPARE(store->state(model_).failure, notice);
+    QSignalSpy installed(store.get(), &DownloadStore::installed);
     QCOMPARE(install(*store), QString());
+    QCOMPARE(installed.size(), 1);
     QCOMPARE(read(name), whole);
+    QCOMPARE(store->state(model_).stage, ModelState::Stage::installed);
   }
 
   void init() {
@@ -117,6 +124,7 @@ class ModelStoreTest final : public test::Suite {
     dir_ = std::make_unique<QTemporaryDir>();
     server_ = std::make_unique<ModelServer>();
     model_ = Model{"mixed", ModelKind::translation, {"en", "ko"}, "MIT", 300'000, {}, {}};
+    model_.title = "Mixed";
     model_.downloads = {
         offer("plain.bin", plain_, ModelPacking::none,
               {{"plain.bin", plain_.size(), sha256(plain_)}}),

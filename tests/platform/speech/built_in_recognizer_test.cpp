@@ -332,9 +332,13 @@ class BuiltInRecognizerTest final : public test::Suite {
         BuiltInRecognizerProvider(builtInFiles(), punctuation).factory("en_US")();
     recognizer->load();
     std::thread settling([&] {
-      recognizer->acceptAudio(clip("0880"));
-      recognizer->finalize();
-      recognizer->poll();
+      try {
+        recognizer->acceptAudio(clip("0880"));
+        recognizer->finalize();
+        recognizer->poll();
+      } catch (const Failure&) {
+        // A recognizer that was cancelled may fail.
+      }
     });
     const bool isWaiting =
         QTest::qWaitFor([&] { return punctuation->script.isWaiting.load(); }, 60000);

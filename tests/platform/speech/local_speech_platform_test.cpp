@@ -180,6 +180,25 @@ class LocalSpeechPlatformTest final : public test::Suite {
     test::await(run->cancel());
   }
 
+  void betterModelWaitsForItsPunctuation() {
+    Fixture f;
+    const std::unique_ptr<SpeechRun> run = f.start();
+    QTRY_COMPARE(f.lesser->script->alive.load(), 1);
+    f.better->installedList << "en_US";
+    f.better->isIncomplete = true;
+    f.platform.updateRuns();
+    f.preferences->setChoice("en_US", "better");
+    QCOMPARE(f.better->script->alive.load(), 0);
+    f.better->isIncomplete = false;
+    f.platform.updateRuns();
+    QTRY_COMPARE(f.better->script->alive.load(), 1);
+    // It is used already.
+    f.better->isIncomplete = true;
+    f.platform.updateRuns();
+    test::await(run->finish());
+    QCOMPARE(f.lesser->script->alive.load(), 0);
+  }
+
   void chosenRecognizerTakesOver() {
     Fixture f;
     f.better->installedList << "en_US";
@@ -196,11 +215,40 @@ class LocalSpeechPlatformTest final : public test::Suite {
     f.better->installedList << "en_US";
     f.better->script->failsToLoad = true;
     QStringList failed;
-    QObject::connect(&f.platform, &LocalSpeechPlatform::recognizerFailed,
-                     [&failed](const QString& id) { failed << id; });
+    QObject::connect(
+        &f.platform, &LocalSpeechPlatform::recognizerFailed,
+        [&failed](const QString& id, const QString& locale) { failed << id << locale; });
     const std::unique_ptr<SpeechRun> run = f.start();
-    QTRY_COMPARE(failed, QStringList("better"));
+    QTRY_COMPARE(failed, QStringList({"better", "en_US"}));
     QTRY_COMPARE(f.lesser->script->alive.load(), 1);
+    test::await(run->cancel());
+  }
+
+  void repairedRecognizerIsUsedAgain() {
+    Fixture f;
+    f.better->installedList << "en_US";
+    f.better->script->failsToLoad = true;
+    const std::unique_ptr<SpeechRun> run = f.start();
+    QTRY_COMPARE(f.lesser->script->alive.load(), 1);
+    f.better->installedList.clear();
+    f.platform.updateRuns();
+    f.better->script->failsToLoad = false;
+    f.better->installedList << "en_US";
+    f.platform.forgetFailure("better");
+    f.platform.updateRuns();
+    QTRY_COMPARE(f.better->script->alive.load(), 1);
+    QTRY_COMPARE(f.lesser->script->alive.load(), 0);
+    test::await(run->cancel());
+  }
+
+  void runsShowABriefNotice() {
+    Fixture f;
+    const std::unique_ptr<SpeechRun> run = f.start();
+    QStringList notices;
+    QObject::connect(run.get(), &SpeechRun::noticedBriefly,
+                     [&notices](const QString& notice) { notices << notice; });
+    f.platform.showBriefly("Damaged");
+    QCOMPARE(notices, QStringList("Damaged"));
     test::await(run->cancel());
   }
 

@@ -116,6 +116,19 @@ class NeuralHelperTest final : public test::Suite {
     QVERIFY(*finals[1].until <= static_cast<double>(first.size() + numbers_.size()) / 16000);
   }
 
+  void phraseThatIsEndedInSpeechIsCut() {
+    RecognizerSettings settings = transducer();
+    settings.maxPhrase = 1;
+    NeuralBackend backend(helperProgram(), settings);
+    backend.load();
+    feed(backend, numbers_ + numbers_ + numbers_ + silence(1.5));
+    backend.finalize();
+    std::vector<TranscriptionResult> finals = backend.poll();
+    std::erase_if(finals, [](const auto& each) { return !each.isFinal; });
+    QVERIFY(std::ranges::any_of(finals, &TranscriptionResult::isCut));
+    QVERIFY(!finals.back().isCut);
+  }
+
   void cancelInterruptsAHangingHelper() {
     NeuralBackend backend(helperProgram(), transducer());
     backend.load();

@@ -71,6 +71,18 @@ class NeuralRecognizerProviderTest final : public test::Suite {
     QVERIFY(!provider_.isInstalled("xx_XX"));
   }
 
+  void modelIsBeingCompletedWhileItsPunctuationIsDownloaded() {
+    const Model& marks = modelOf("en", ModelKind::punctuation);
+    const QString id = plainEnglish().id;
+    QVERIFY(!provider_.isBeingCompleted("en_US", id));
+    ModelState state;
+    state.stage = ModelState::Stage::downloading;
+    store_.setState(marks, state);
+    QVERIFY(provider_.isBeingCompleted("en_US", id));
+    store_.setInstalled(marks);
+    QVERIFY(!provider_.isBeingCompleted("en_US", id));
+  }
+
   void everyModelOfALocaleIsACandidate() {
     Model second = modelOf("en");
     second.id = "second-en";
@@ -204,12 +216,15 @@ class NeuralRecognizerProviderTest final : public test::Suite {
     QVERIFY(store_.asked.isEmpty());
   }
 
-  void modelIsUsedAsLongAsItsFactoryExists() {
+  void modelIsUsedAsLongAsItsRecognizerExists() {
     const Model& model = modelOf("en");
     store_.present += model.id;
-    RecognizerProvider::Factory made = factory("en_US");
+    const RecognizerProvider::Factory made = factory("en_US");
+    // Other recognizers are in use.
+    QVERIFY(!store_.isUsed(model));
+    std::unique_ptr<RecognizerBackend> recognizer = made();
     QVERIFY(store_.isUsed(model));
-    made = nullptr;
+    recognizer.reset();
     QVERIFY(!store_.isUsed(model));
   }
 

@@ -74,6 +74,23 @@ class RecognizerFallbackTest final : public Suite {
     QCOMPARE(f.ends, QStringList("-"));
   }
 
+  void audioThatWaitsForARestartIsNotSkipped() {
+    WordRun f;
+    f.start();
+    f.say(1, 2);
+    QTRY_COMPARE(f.a.script->loads.load(), 1);
+    f.a.script->isSlowToLoad = true;
+    f.a.script->deathsLeft = 1;
+    f.a.script->fatalWord = 3;
+    f.say(3, 3);
+    VERIFY_SOON(f.a.script->loads == 2);
+    // Longer than the backlog may be.
+    f.say(4, 78);
+    f.a.script->mayLoad.release();
+    f.pause();
+    QTRY_COMPARE(numbersIn(f.finals), numbers(1, 78));
+  }
+
   void recognizerThatDiesTwiceInAPhraseGivesWay() {
     WordRun f;
     f.a.script->fatalWord = 4;

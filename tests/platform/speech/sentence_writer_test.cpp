@@ -236,6 +236,16 @@ class SentenceWriterTest final : public test::Suite {
     QCOMPARE(written(finalResult("on monday we met")), QStringList("On Monday we met"));
   }
 
+  void lineTellsWhereTheCutPhraseEnds() {
+    writer_ = std::make_unique<SentenceWriter>(nullptr);
+    TranscriptionResult phrase = cut("then i met");
+    phrase.until = 1.95;
+    const std::vector<TranscriptionResult> lines = writer_->write(phrase);
+    QCOMPARE(lines.size(), 1U);
+    QVERIFY(lines[0].isCut);
+    QCOMPARE(lines[0].until, phrase.until);
+  }
+
   void textWithoutWordsStaysAsItIs() {
     QCOMPARE(written({"Turn. Off", true}), QStringList("Turn. Off"));
   }

@@ -68,9 +68,14 @@ DownloadStore::DownloadStore(const ModelCatalogue& catalogue, const ModelStoreOp
     : catalogue_(catalogue),
       installer_(options),
       root_(options.root),
+      verifier_(installer_),
       clock_(clock),
       isMetered_(std::move(isMetered)) {
-  verifyPlaced(catalogue);
+  connect(&verifier_, &ModelVerifier::verified, this, &ModelStore::stateChanged);
+  connect(&verifier_, &ModelVerifier::damaged, this, &DownloadStore::reportDamage);
+  verifier_.verify(catalogue_.models(), false);
+  // Left by a run that was killed.
+  deleteOnThread(discardedFolder());
 }
 
 DownloadStore::~DownloadStore() {
@@ -277,6 +282,7 @@ void DownloadStore::finish(const QString& id, const std::exception_ptr& error) {
     download.isAsked = false;
     download.isPaused = false;
     for (const OneShot<bool>& waiter : std::exchange(download.waiters, {})) waiter.complete(true);
+    Q_EMIT installed(id);
   } else if (!wasStopped) {
     fail(download, error);
   }
@@ -324,33 +330,14 @@ void DownloadStore::report() {
   }
 }
 
-void DownloadStore::verifyPlaced(const ModelCatalogue& catalogue) {
-  const auto verify = [this, installer = installer_](const Model& model,
-                                                     const std::stop_token& stop) {
-    try {
-      if (!installer.isPlaced(model) || !installer.installPlaced(model, stop)) return;
-      // The destructor joins this thread, so the store still exists.
-      QMetaObject::invokeMethod(
-          this, [this, id = model.id] { Q_EMIT stateChanged(id); }, Qt::QueuedConnection);
-    } catch (const std::exception&) {
-      // Tried again at the next start.
-    }
-  };
-  try {
-    finder_ = std::jthread([verify, catalogue, discarded = discardedFolder(),
-                            earlier = std::move(finder_)](const std::stop_token& stop) mutable {
-      const std::stop_callback stopEarlier(stop, [&earlier] { earlier.request_stop(); });
-      if (earlier.joinable()) earlier.join();
-      // Left by a run that was killed.
-      QDir(discarded).removeRecursively();
-      for (const Model& model : catalogue.models()) {
-        if (stop.stop_requested()) return;
-        verify(model, stop);
-      }
-    });
-  } catch (const std::system_error&) {
-    // No thread is available. Tried again at the next start.
-  }
+void DownloadStore::reportDamage(const Model& model) {
+  // It may be downloaded again already.
+  const auto found = downloads_.find(model.id);
+  if (isInstalled(model) || (found != downloads_.end() && found->second->isWanted())) return;
+  const QString notice = model_failures::damagedFiles(model.title).errorDescription();
+  downloadOf(model).failure = notice;
+  Q_EMIT stateChanged(model.id);
+  Q_EMIT damageFound(notice);
 }
 
 void DownloadStore::verifyAgain(const QString& id) {
@@ -363,7 +350,7 @@ void DownloadStore::verifyAgain(const QString& id) {
     return;
   }
   Q_EMIT stateChanged(id);
-  verifyPlaced(ModelCatalogue({*model}));
+  verifier_.verify({*model}, true);
 }
 
 /// Deletes a folder on a thread, after the earlier ones.

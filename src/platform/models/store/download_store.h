@@ -6,6 +6,7 @@
 #include "platform/models/model_catalogue.h"
 #include "platform/models/model_store.h"
 #include "platform/models/store/model_installer.h"
+#include "platform/models/store/model_verifier.h"
 
 #include <functional>
 #include <map>
@@ -41,13 +42,21 @@ class DownloadStore final : public ModelStore {
   void cancel(const Model& model) override;
   void remove(const Model& model) override;
   /// The model with this id could not be used: it is not installed until its files are verified
-  /// again, which a thread begins now. Damaged files are downloaded by the next `install`.
+  /// again, which a thread begins now. If they are damaged, its state is `failed`, and the next
+  /// installation downloads them.
   void verifyAgain(const QString& id);
   std::optional<ModelInstallation> installation(const Model& model) const override;
   ModelFilePlacer filePlacer() const override;
   std::int64_t diskBytes(const Model& model) const override;
   bool isMetered() const override { return isMetered_(); }
   QStringList busy() const override;
+
+ Q_SIGNALS:
+  /// An installation with this id has ended well, perhaps of a model that was damaged. Emitted
+  /// before `stateChanged`.
+  void installed(const QString& id);
+  /// Verifying an installed model again has found damage. `notice` says what to do, localized.
+  void damageFound(const QString& notice);
 
  private:
   struct Job;
@@ -64,19 +73,18 @@ class DownloadStore final : public ModelStore {
   void reportLater();
   void report();
   ModelState runningState(const Model& model, const Download& download) const;
-  /// Verifies models whose files are there, and are not verified, after the earlier ones.
-  void verifyPlaced(const ModelCatalogue& catalogue);
+  void reportDamage(const Model& model);
   void deleteOnThread(const QString& path);
   QString discardedFolder() const;
 
   ModelCatalogue catalogue_;
   ModelInstaller installer_;
   QString root_;
+  ModelVerifier verifier_;
   Clock& clock_;
   std::function<bool()> isMetered_;
   std::map<QString, std::unique_ptr<Download>> downloads_;  ///< by model id
   std::unique_ptr<ScheduledCall> reporting_;
-  std::jthread finder_;
   std::jthread deletion_;
 };
 

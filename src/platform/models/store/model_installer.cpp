@@ -63,6 +63,15 @@ bool canBeFetchedSingly(const ModelDownload& download) {
                      [](const ModelFile& file) { return !file.addresses.isEmpty(); });
 }
 
+/// The published hash of the file or, without one, that of an earlier check; empty if there is
+/// none.
+QByteArray knownHash(const VerifiedRecord& record, const ModelDownload& download,
+                     const ModelFile& file) {
+  if (!file.sha256.isEmpty()) return file.sha256;
+  const VerifiedRecord::Entry* known = record.find(file.name);
+  return known && known->download == download.sha256 ? known->sha256 : QByteArray();
+}
+
 std::int64_t sizeOf(const QString& path) {
   return QFileInfo(path).size();
 }
@@ -191,17 +200,28 @@ bool ModelInstaller::installPlaced(const Model& model, const std::stop_token& st
   return true;
 }
 
+bool ModelInstaller::isDamaged(const Model& model, const std::stop_token& stop) const {
+  const QDir dir(folder(model.id));
+  const VerifiedRecord record = VerifiedRecord::read(dir.path());
+  for (const ModelDownload& download : model.downloads) {
+    for (const ModelFile& file : download.files) {
+      try {
+        const QByteArray sha256 = knownHash(record, download, file);
+        if (!isFile(dir.filePath(file.name), file.bytes, sha256, stop)) return true;
+      } catch (const FileError& error) {
+        if (error.code().value() == EIO) return true;
+      }
+    }
+  }
+  return false;
+}
+
 bool ModelInstaller::usePlaced(const Model& model, const ModelDownload& download,
                                VerifiedRecord& record, const std::stop_token& stop) const {
   const QDir dir(folder(model.id));
   bool areFilesRight = true;
   for (const ModelFile& file : download.files) {
-    // Without a published hash of the file, the record of an earlier check has one.
-    const VerifiedRecord::Entry* known = record.find(file.name);
-    if (known && known->download != download.sha256) known = nullptr;
-    const QByteArray sha256 = !file.sha256.isEmpty() ? file.sha256
-                              : known                ? known->sha256
-                                                     : QByteArray();
+    const QByteArray sha256 = knownHash(record, download, file);
     const QString path = dir.filePath(file.name);
     areFilesRight = areFilesRight && !sha256.isEmpty() && isUsable(path, file.bytes, sha256, stop);
     if (areFilesRight) record.note(dir.path(), file.name, sha256, download.sha256);

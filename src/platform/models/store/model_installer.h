@@ -53,6 +53,10 @@ class ModelInstaller {
   /// wrong; they are kept. Throws `Failure` or `Cancelled`.
   bool installPlaced(const Model& model, const std::stop_token& stop) const;
 
+  /// Whether a file of the model that was installed is missing, has another content, or lies on a
+  /// broken part of the disk. False if that cannot be found out now. Throws `Cancelled`.
+  bool isDamaged(const Model& model, const std::stop_token& stop) const;
+
  private:
   bool usePlaced(const Model& model, const ModelDownload& download, VerifiedRecord& record,
                  const std::stop_token& stop) const;

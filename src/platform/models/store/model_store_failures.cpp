@@ -58,6 +58,12 @@ DamagedModel damaged() {
                         "다운로드한 모델이 손상되어 삭제했습니다. 다시 시도하십시오."));
 }
 
+Failure damagedFiles(const QString& title) {
+  return Failure(
+      L(QString("The files of “%1” are damaged. Download it again in Settings.").arg(title),
+        QString("‘%1’의 파일이 손상되었습니다. 설정에서 다시 다운로드하십시오.").arg(title)));
+}
+
 Failure noSpace(std::int64_t neededBytes, std::int64_t freeBytes) {
   const QString needed = megabytes(neededBytes);
   const QString free = megabytes(freeBytes);

@@ -24,6 +24,8 @@ Failure refused(int httpStatus);
 Failure insecure();
 Failure unexpectedFile();
 DamagedModel damaged();
+/// The files of an installed model are damaged; `title` is its title.
+Failure damagedFiles(const QString& title);
 Failure noSpace(std::int64_t neededBytes, std::int64_t freeBytes);
 Failure notSaved(const QString& reason);
 /// The disk became full during a download.

@@ -78,7 +78,10 @@ std::vector<TranscriptionResult> SentenceWriter::write(const TranscriptionResult
   std::vector<TranscriptionResult> results;
   if (count > 0) {
     results.push_back(final(words, count, result.isCut));
-    if (count == heard_.size()) results.back().until = result.until;
+    if (count == heard_.size()) {
+      results.back().isCut = result.isCut;
+      results.back().until = result.until;
+    }
   }
   unfinished_.assign(heard_.begin() + static_cast<std::ptrdiff_t>(count), heard_.end());
   heard_ = unfinished_;

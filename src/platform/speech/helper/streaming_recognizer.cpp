@@ -142,8 +142,11 @@ void StreamingRecognizer::take(PhraseLines::Results results, std::optional<doubl
   std::move(results.begin(), results.end(), std::back_inserter(results_));
 }
 
-void StreamingRecognizer::deliverFinal(double until) {
-  take(lines_.finish(punctuator_ ? punctuator_->punctuated(text_) : text_), until);
+void StreamingRecognizer::deliverFinal(double until, bool isCut) {
+  PhraseLines::Results results =
+      lines_.finish(punctuator_ ? punctuator_->punctuated(text_) : text_);
+  if (!results.empty()) results.back().isCut = isCut;
+  take(std::move(results), until);
 }
 
 void StreamingRecognizer::endPhrase(bool isPaused) {
@@ -165,7 +168,7 @@ void StreamingRecognizer::endPhrase(bool isPaused) {
     beginStream();
     feed(end);
   } else {
-    deliverFinal(until);
+    deliverFinal(until, isForced);
     stream_.beginSegment();
     phraseBegin_ = stream_.decodedSeconds();
     lastWord_ = 0;

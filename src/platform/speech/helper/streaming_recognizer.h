@@ -37,7 +37,7 @@ class StreamingRecognizer final : public StreamRecognizer {
   QString written(const SherpaStream::Hearing& hearing) const;
   /// The final results cover the audio up to `until`, in seconds of the stream.
   void take(PhraseLines::Results results, std::optional<double> until);
-  void deliverFinal(double until);
+  void deliverFinal(double until, bool isCut = false);
   bool hasPaused() const;
   bool hasEnded() const;
   void endPhrase(bool isPaused);

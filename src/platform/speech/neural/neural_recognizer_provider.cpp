@@ -162,46 +162,51 @@ void NeuralRecognizerProvider::addPunctuation(RecognizerSettings& settings,
   settings.punctuationVocabulary = folder.filePath(marks->options["vocabulary"].toString());
 }
 
+bool NeuralRecognizerProvider::isBeingCompleted(const QString& locale, const QString& id) const {
+  const Model* model = catalogue_.find(id);
+  const Model* marks = model ? catalogue_.punctuationFor(*model, languageCode(locale)) : nullptr;
+  return marks && store_.state(*marks).isBusy();
+}
+
 RecognizerProvider::Factory NeuralRecognizerProvider::makeFactory(const QString& locale,
                                                                   const QString& id) const {
   RecognizerSettings settings;
-  const DecodingSpeed::Report report = [report = reportSpeed_, id](double realTimeFactor) {
-    report(id, realTimeFactor);
-  };
-  // The models cannot be removed while the result exists.
-  std::vector<std::shared_ptr<const void>> uses;
+  QStringList models;
   if (const Model* model = catalogue_.find(id)) {
     settings = this->settings(*model, locale);
-    uses.push_back(store_.use(*model));
-    if (const Model* marks = catalogue_.punctuationFor(*model, languageCode(locale))) {
-      uses.push_back(store_.use(*marks));
-    }
+    models << id;
+    const Model* marks = catalogue_.punctuationFor(*model, languageCode(locale));
+    if (marks) models << marks->id;
   }
+  // The recognizer keeps its report, which protects the models from being removed.
+  const MakeReport makeReport = [report = reportSpeed_, id, models, store = store_.uses()] {
+    std::vector<std::shared_ptr<const void>> uses;
+    for (const QString& each : models) uses.push_back(store->use(each));
+    return [report, id, uses](double realTimeFactor) {
+      report(id, realTimeFactor);
+    };
+  };
   const bool isEnglish = settings.language == QLatin1String("en");
-  if (isEnglish && settings.usesVosk()) {
-    return voskEnglishFactory(locale, settings, report, uses.front());
-  }
-  return [program = program_, settings, style = style_, report, isEnglish,
-          uses = std::move(uses)]() -> std::unique_ptr<RecognizerBackend> {
-    auto recognizer =
-        std::make_unique<NeuralBackend>(program, settings, HelperProcess::kDefaultTimeout, report);
+  if (isEnglish && settings.usesVosk()) return voskEnglishFactory(locale, settings, makeReport);
+  return [program = program_, settings, style = style_, makeReport,
+          isEnglish]() -> std::unique_ptr<RecognizerBackend> {
+    auto recognizer = std::make_unique<NeuralBackend>(program, settings,
+                                                      HelperProcess::kDefaultTimeout, makeReport());
     if (!isEnglish) return recognizer;
     return std::make_unique<EnglishBackend>(std::move(recognizer), style);
   };
 }
 
 RecognizerProvider::Factory NeuralRecognizerProvider::voskEnglishFactory(
-    const QString& locale, RecognizerSettings settings, DecodingSpeed::Report report,
-    std::shared_ptr<const void> use) const {
+    const QString& locale, RecognizerSettings settings, MakeReport makeReport) const {
   settings.language.clear();
   PunctuationRestorer::Factory marks;
   if (punctuation_) marks = punctuation_->punctuationFactory(locale);
-  return
-      [program = program_, settings = std::move(settings), style = style_, marks,
-       report = std::move(report), use = std::move(use)]() -> std::unique_ptr<RecognizerBackend> {
-        return std::make_unique<BuiltInBackend>(program, settings, marks ? marks() : nullptr, style,
-                                                report);
-      };
+  return [program = program_, settings = std::move(settings), style = style_, marks,
+          makeReport = std::move(makeReport)]() -> std::unique_ptr<RecognizerBackend> {
+    return std::make_unique<BuiltInBackend>(program, settings, marks ? marks() : nullptr, style,
+                                            makeReport());
+  };
 }
 
 std::shared_ptr<SpeechModelOffer> NeuralRecognizerProvider::offer(const QString& locale,

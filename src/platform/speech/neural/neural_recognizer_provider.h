@@ -41,6 +41,7 @@ class NeuralRecognizerProvider final : public RecognizerProvider {
   QStringList supportedLocales() const override;
   /// The models of the locale in the order of the catalogue; none without the helper program.
   std::vector<RecognizerCandidate> candidates(const QString& locale) const override;
+  bool isBeingCompleted(const QString& locale, const QString& id) const override;
   Factory makeFactory(const QString& locale, const QString& id) const override;
   std::shared_ptr<SpeechModelOffer> offer(const QString& locale, const QString& id) override;
 
@@ -51,11 +52,14 @@ class NeuralRecognizerProvider final : public RecognizerProvider {
   std::optional<QString> obstacle(const Model& model) const;
 
  private:
+  /// Called on a decode thread for each recognizer.
+  using MakeReport = std::function<DecodingSpeed::Report()>;
+
   /// The models of the locale, from best to worst.
   std::vector<const Model*> models(const QString& locale) const;
   /// English in libvosk, written by the rules of the built-in recognizer.
   Factory voskEnglishFactory(const QString& locale, RecognizerSettings settings,
-                             DecodingSpeed::Report report, std::shared_ptr<const void> use) const;
+                             MakeReport makeReport) const;
   /// Adds the punctuation model if it is installed.
   void addPunctuation(RecognizerSettings& settings, const Model* marks) const;
 
