@@ -5,6 +5,7 @@
 #include "platform/desktop/linux/compositor_exclusion.h"
 #include "platform/desktop/linux/x11_bottom_anchor.h"
 #include "platform/desktop/linux/x11_display.h"
+#include "platform/desktop/linux/x11_full_screen_follower.h"
 #include "platform/desktop/linux/x11_selection_watch.h"
 #include "platform/desktop/linux/x11_window_manager.h"
 
@@ -34,6 +35,9 @@ LinuxDesktopPlatform::LinuxDesktopPlatform(Clock& clock)
   if (xcb_connection_t* connection = x11Connection()) {
     manager_ = X11WindowManager::open(connection);
     bottomAnchor_ = std::make_unique<X11BottomAnchor>(connection);
+    if (!isXWayland(connection)) {
+      fullScreen_ = std::make_unique<X11FullScreenFollower>(connection);
+    }
     compositorWatch_ = std::make_unique<X11SelectionWatch>(connection, "_NET_WM_CM_S0");
     connect(compositorWatch_.get(), &X11SelectionWatch::changed, this,
             &LinuxDesktopPlatform::updateCapabilities);
@@ -94,12 +98,15 @@ void LinuxDesktopPlatform::prepareToShow(QWindow& window, bool keepOnTop) {
 }
 
 void LinuxDesktopPlatform::confirmShown(QWindow& window, bool keepOnTop) {
-  if (manager_) manager_->requestStates(window, keepOnTop);
+  if (!manager_) return;
+  manager_->requestStates(window, keepOnTop);
+  if (fullScreen_) fullScreen_->follow(window, keepOnTop);
 }
 
 bool LinuxDesktopPlatform::setKeepOnTop(QWindow& window, bool keepOnTop) {
   if (!manager_) return true;
   manager_->requestAbove(window, keepOnTop);
+  if (fullScreen_) fullScreen_->follow(window, keepOnTop);
   return !manager_->isKWin() || manager_->isOverFullScreen(window) == keepOnTop;
 }
 

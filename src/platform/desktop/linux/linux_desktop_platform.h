@@ -11,6 +11,7 @@ namespace velun {
 
 class CompositorExclusion;
 class X11BottomAnchor;
+class X11FullScreenFollower;
 class X11SelectionWatch;
 class X11WindowManager;
 
@@ -45,6 +46,8 @@ class LinuxDesktopPlatform final : public DesktopPlatform {
   DesktopCapabilities capabilities_;
   std::unique_ptr<X11WindowManager> manager_;
   std::unique_ptr<X11BottomAnchor> bottomAnchor_;
+  /// Null on XWayland, whose compositors decide themselves.
+  std::unique_ptr<X11FullScreenFollower> fullScreen_;
   std::unique_ptr<X11SelectionWatch> compositorWatch_;
   std::unique_ptr<CompositorExclusion> exclusion_;
   ScreenCastWatch casts_;
