@@ -22,9 +22,12 @@ def missing():
 
 
 class BareSystem:
-    """A context manager. It shares /tmp with this system, and so displays, buses and PipeWire."""
+    """A context manager. It shares /tmp with this system, and so displays, buses and PipeWire. `suite`
+    is the Debian release; with a newer one than this system's only its main archive is used.
+    """
 
-    def __init__(self):
+    def __init__(self, suite="bookworm"):
+        self._suite = suite
         self._folder = tempfile.TemporaryDirectory(prefix="velun-system.", dir="/var/tmp")
         self.root = Path(self._folder.name)
 
@@ -35,8 +38,9 @@ class BareSystem:
         if libc.unshare(NEW_MOUNTS) != 0:
             raise OSError(ctypes.get_errno(), "no mounts of one's own")
         run("mount", "--make-rprivate", "/")
-        run("debootstrap", "--variant=minbase", "bookworm", self.root, archive())
-        for settings in ("sources.list", "sources.list.d", "trusted.gpg.d", "apt.conf.d"):
+        run("debootstrap", "--variant=minbase", self._suite, self.root, archive())
+        own = ("sources.list", "sources.list.d") if self._suite == "bookworm" else ()
+        for settings in (*own, "trusted.gpg.d", "apt.conf.d"):
             copy(Path("/etc/apt") / settings, self.root / "etc/apt" / settings)
         copy(Path("/etc/resolv.conf"), self.root / "etc/resolv.conf")
         run("mount", "-t", "proc", "proc", self.root / "proc")

@@ -1,0 +1,89 @@
+"""GNOME Shell with its tray extension."""
+
+import re
+
+import dbus
+
+from wayland import SOCKET, WaylandSession
+
+SHELL = ("gdbus", "call", "--session", "--dest", "org.gnome.Shell", "--object-path",
+         "/org/gnome/Shell", "--method")
+REMOTE = "org.gnome.Mutter.RemoteDesktop"
+BUTTONS = {"left": 0x110, "right": 0x111}  # as in the kernel's list
+FAR = 10000.0  # pixels, more than any screen has
+
+
+class Gnome(WaylandSession):
+    NAME = "gnome"
+    TITLE = "GNOME Shell"
+    PACKAGE = "gnome-shell"
+    DESKTOP = "GNOME"
+    PORTALS = ("gnome", "gtk")
+    EXTENSION = "ubuntu-appindicators@ubuntu.com"
+
+    def _start_display(self):
+        self.environment["GNOME_SHELL_SESSION_MODE"] = "user"
+        interface = "org.gnome.desktop.interface"
+        for place, key, value in (
+                ("org.gnome.shell", "enabled-extensions", f"['{self.EXTENSION}']"),
+                ("org.gnome.shell", "welcome-dialog-last-shown-version", "99"),
+                (interface, "enable-animations", "false"),
+                # A pointer that is sent to the corner would open the overview.
+                (interface, "enable-hot-corners", "false")):
+            self.run("gsettings", "set", place, key, value)
+        self.start(["gnome-shell", "--headless", "--wayland", "--unsafe-mode", "--wayland-display",
+                    SOCKET, "--virtual-monitor", "%dx%d" % self.SIZE], log="manager")
+        self.wait("GNOME Shell", lambda: self.owns("org.gnome.Shell"), 60)
+        run = self.root / "run"
+        self.wait_for_socket(run / SOCKET)
+        self.wait_for_x_server("manager", r"Using public X11 display (:\d+)")
+        cookies = self.wait("the X server's key",
+                            lambda: next(run.glob(".mutter-Xwaylandauth.*"), None))
+        self.environment["XAUTHORITY"] = str(cookies)
+        self.wait("the end of the start", lambda: "false" in self.evaluate(
+            "Main.layoutManager._startingUp"), 60)
+        self.evaluate("Main.overview.hide()")
+
+    def start_bar(self):
+        self.wait_for_tray()
+
+    def evaluate(self, script):
+        return self.run(*SHELL, "org.gnome.Shell.Eval", script)
+
+    def take_picture(self, path):
+        self.run("gdbus", "call", "--session", "--dest", "org.gnome.Shell.Screenshot",
+                 "--object-path", "/org/gnome/Shell/Screenshot", "--method",
+                 "org.gnome.Shell.Screenshot.Screenshot", "false", "false", path)
+
+    def click(self, x, y, button="left"):
+        """While a remote session lasts, its sign in the bar moves the icons: it ends at once."""
+        bus = dbus.bus.BusConnection(self.environment["DBUS_SESSION_BUS_ADDRESS"])
+        path = str(bus.call_blocking(REMOTE, "/org/gnome/Mutter/RemoteDesktop", REMOTE,
+                                     "CreateSession", "", []))
+
+        def call(method, signature="", *arguments):
+            bus.call_blocking(REMOTE, path, REMOTE + ".Session", method, signature, arguments)
+
+        call("Start")
+        call("NotifyPointerMotionRelative", "dd", -FAR, -FAR)
+        call("NotifyPointerMotionRelative", "dd", float(x) - self.shift(x, y), float(y))
+        for is_pressed in (True, False):
+            call("NotifyPointerButton", "ib", BUTTONS[button], is_pressed)
+        self.steady_picture()
+        bus.close()
+
+    def shift(self, x, y):
+        """How far the sign has moved what is at this point of the bar."""
+        width = self.evaluate(
+            "let a = Main.panel.statusArea; "
+            "Math.round((a.screenSharing ?? a.remoteAccess)?.container?.width ?? 0)")
+        found = re.search(r"'(\d+)'", width)
+        return int(found[1]) if found and y < 32 and x > self.SIZE[0] / 2 else 0
+
+    def show_next_workspace(self):
+        self.evaluate("global.workspace_manager.append_new_workspace("
+                      "true, global.get_current_time()); 0")
+
+    def show_first_workspace(self):
+        self.evaluate("global.workspace_manager.get_workspace_by_index(0).activate("
+                      "global.get_current_time()); 0")

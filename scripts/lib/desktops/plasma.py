@@ -1,0 +1,95 @@
+"""Plasma 5 on Wayland and X11."""
+
+import shutil
+
+from wayland import SOCKET, WaylandSession
+from x11 import X11Session
+
+ACTIVITIES = "/usr/lib/x86_64-linux-gnu/libexec/kactivitymanagerd"
+KWIN = ("gdbus", "call", "--session", "--dest", "org.kde.KWin", "--object-path")
+# Asks for a picture of the whole workspace; raw pixels come through a pipe.
+SHOOT = "shoot_kwin.py"
+
+
+class Plasma:
+    """What both have in common; mixed into a session."""
+
+    def start_shell(self, platform):
+        self.environment |= {"QT_QUICK_BACKEND": "software"}
+        self.start(["kded5"], log="services")
+        self.start([ACTIVITIES], log="activities")
+        self.start(["env", f"QT_QPA_PLATFORM={platform}", "plasmashell", "--no-respawn"],
+                   log="bar")
+        self.wait_for_tray()
+
+    def show_workspace(self, number):
+        self.run(*KWIN, "/VirtualDesktopManager", "--method",
+                 "org.kde.KWin.VirtualDesktopManager.createDesktop", 1, "second")
+        self.run(*KWIN, "/KWin", "--method", "org.kde.KWin.setCurrentDesktop", number)
+
+    def show_next_workspace(self):
+        self.show_workspace(2)
+
+    def show_first_workspace(self):
+        self.show_workspace(1)
+
+    def set_dark(self, dark):
+        self.run("plasma-apply-colorscheme", "BreezeDark" if dark else "BreezeLight")
+
+    def set_high_contrast(self, high):
+        raise NotImplementedError("Plasma 5.27 has no such setting")
+
+
+class PlasmaWayland(Plasma, WaylandSession):
+    NAME = "plasma"
+    TITLE = "Plasma (Wayland)"
+    PACKAGE = "plasma-workspace"
+    DESKTOP = "KDE"
+    TRAY_BUTTON = "right"
+    PORTALS = ("kde",)
+
+    def __init__(self):
+        super().__init__()
+        self.environment |= {"KDE_FULL_SESSION": "true", "KDE_SESSION_VERSION": "5",
+                             "KWIN_SCREENSHOT_NO_PERMISSION_CHECKS": "1",
+                             "KWIN_WAYLAND_NO_PERMISSION_CHECKS": "1"}
+
+    def _start_display(self):
+        # A copy has no file capabilities, which may not be used here; its name must stay.
+        folder = self.root / "bin"
+        folder.mkdir()
+        kwin = shutil.copy("/usr/bin/kwin_wayland", folder)
+        self.start([kwin, "--virtual", "--width", self.SIZE[0], "--height", self.SIZE[1],
+                    "--xwayland", "--socket", SOCKET, "--no-lockscreen", "--no-global-shortcuts"],
+                   log="manager")
+        run = self.root / "run"
+        self.wait_for_socket(run / SOCKET)
+        self.wait("KWin", lambda: self.owns("org.kde.KWin"))
+        self.wait_for_any_x_server()
+        if cookies := next(run.glob("xauth_*"), None):
+            self.environment["XAUTHORITY"] = str(cookies)
+
+    def start_bar(self):
+        super().start_bar()
+        self.start_shell("wayland")
+
+    def take_picture(self, path):
+        self.run("python3", "-B", self.helper(SHOOT), path)
+
+
+class PlasmaX11(Plasma, X11Session):
+    NAME = "plasma-x11"
+    TITLE = "Plasma (X11)"
+    PACKAGE = "plasma-workspace"
+    DESKTOP = "KDE"
+    MANAGER = ["kwin_x11"]
+    TRAY_BUTTON = "right"
+    PORTALS = ("kde",)
+
+    def __init__(self):
+        super().__init__()
+        self.environment |= {"KDE_FULL_SESSION": "true", "KDE_SESSION_VERSION": "5"}
+
+    def start_bar(self):
+        super().start_bar()
+        self.start_shell("xcb")

@@ -1,0 +1,147 @@
+"""A session of a real desktop without a screen, inside the system that scripts/desktops builds."""
+
+import shutil
+import subprocess
+import sys
+from pathlib import Path
+
+from private_desktop import PrivateDesktop, polling
+
+import pictures
+
+PORTALS = Path("/usr/share/xdg-desktop-portal/portals")
+STEADY = 4  # equal pictures in a row
+OBSTACLE = Path(__file__).with_name("obstacle.py")
+
+
+class Session(PrivateDesktop):
+    """Each desktop is a subclass, which says what it can be asked."""
+
+    NAME = ""  # of the command line and of the pictures
+    TITLE = ""
+    PACKAGE = ""  # whose version is told
+    DESKTOP = ""  # XDG_CURRENT_DESKTOP
+    TYPE = "x11"
+    HAS_TRAY = True
+    TRAY_BUTTON = "left"  # opens the icon's menu
+    PORTALS = ("gtk",)
+    OBSTACLES = ("x11",)  # which windows can stand in the way
+    SIZE = (1280, 800)
+
+    def __init__(self):
+        super().__init__("%dx%d" % self.SIZE)
+        (self.root / "portals").mkdir()
+        for name in self.PORTALS:
+            shutil.copy(PORTALS / f"{name}.portal", self.root / "portals")
+        self.environment |= {
+            "LIBGL_ALWAYS_SOFTWARE": "1", "QT_QUICK_BACKEND": "software",
+            "XDG_CURRENT_DESKTOP": self.DESKTOP, "XDG_SESSION_TYPE": self.TYPE,
+            "XDG_DESKTOP_PORTAL_DIR": str(self.root / "portals"), "SHELL": "/bin/sh",
+            "NO_AT_BRIDGE": "1"}  # of the bars; the program does not use it
+
+    def __enter__(self):
+        super().__enter__()
+        try:
+            self.start_sound()
+            self.run("dbus-update-activation-environment", "--all")
+            self.start_bar()
+        except BaseException:
+            self.__exit__()
+            raise
+        return self
+
+    def _start_bus(self):
+        super()._start_bus()
+        system = self.start(["dbus-daemon", "--session", "--nofork", "--print-address=1"],
+                            stdout=subprocess.PIPE, text=True)
+        self.environment["DBUS_SYSTEM_BUS_ADDRESS"] = system.stdout.readline().strip()
+        system.stdout.close()
+        # A manager of logins that agrees to everything, for GNOME and Plasma.
+        self.start(["python3", "-m", "dbusmock", "--system", "--template", "logind"], log="logins")
+        self.wait("the manager of logins", lambda: self.owns("org.freedesktop.login1", "--system"))
+
+    def owns(self, name, bus="--session"):
+        return "true" in self.run("gdbus", "call", bus, "--dest", "org.freedesktop.DBus",
+                                  "--object-path", "/org/freedesktop/DBus", "--method",
+                                  "org.freedesktop.DBus.NameHasOwner", name)
+
+    def start_bar(self):
+        """Starts what is beside the window manager, and waits for a host of status icons."""
+
+    def wait_for_tray(self):
+        self.wait("a host of status icons", lambda: "true" in self.run(
+            "gdbus", "call", "--session", "--dest", "org.kde.StatusNotifierWatcher",
+            "--object-path", "/StatusNotifierWatcher", "--method",
+            "org.freedesktop.DBus.Properties.Get", "org.kde.StatusNotifierWatcher",
+            "IsStatusNotifierHostRegistered"))
+        self.steady_picture()
+
+    def version(self):
+        return self.run("dpkg-query", "-W", "-f", "${Version}", self.PACKAGE)
+
+    def click(self, x, y, button="left"):
+        raise NotImplementedError
+
+    def move_to(self, x, y):
+        raise NotImplementedError
+
+    def show_next_workspace(self):
+        """Goes to another workspace, which is empty."""
+        raise NotImplementedError
+
+    def show_first_workspace(self):
+        raise NotImplementedError
+
+    def move_panel(self, x, y):
+        """Moves the panel's window there as a window manager does; whether that is possible. It is
+        for windows of X11 only, XWayland's too.
+        """
+        ids = self.run("xdotool", "search", "--onlyvisible", "--name", "^Velun Captions$").split()
+        if not ids:
+            return False
+        self.run("xdotool", "windowmove", ids[-1], x, y)
+        return True
+
+    def set_dark(self, dark):
+        """Prefers dark or light windows, as the desktop's settings do."""
+        self.run("gsettings", "set", "org.gnome.desktop.interface", "color-scheme",
+                 "prefer-dark" if dark else "prefer-light")
+
+    def set_high_contrast(self, high):
+        self.run("gsettings", "set", "org.gnome.desktop.a11y.interface", "high-contrast",
+                 str(high).lower())
+
+    def helper(self, name):
+        return Path(__file__).with_name(name)
+
+    def picture(self):
+        path = self.root / "picture.png"
+        path.unlink(missing_ok=True)
+        self.take_picture(path)
+        assert path.exists(), "no picture could be taken"
+        return pictures.load(path)
+
+    def steady_picture(self, seconds=20):
+        """A picture of a screen on which nothing large changes any more."""
+        last, same = self.picture(), 0
+        for _ in polling(seconds):
+            now = self.picture()
+            same = same + 1 if pictures.differing(last, now).sum() < 60 else 0
+            last = now
+            if same == STEADY:
+                break
+        return last
+
+    def show_obstacle(self, kind, colour, full_screen):
+        """Shows a window that is in the way, of X11 or Wayland. Returns its process."""
+        options = ["--full-screen"] if full_screen else []
+        before = dict(self.environment)
+        self.environment["GDK_BACKEND"] = kind
+        try:
+            window = self.start([sys.executable, OBSTACLE, colour, *options],
+                                stdout=subprocess.PIPE, text=True)
+        finally:
+            self.environment = before
+        assert window.stdout.readline().strip() == "shown", "the obstacle did not show"
+        self.steady_picture()
+        return window

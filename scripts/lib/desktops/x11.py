@@ -1,0 +1,103 @@
+"""Desktops on a virtual X display."""
+
+from session import Session
+
+
+class X11Session(Session):
+    MANAGER = ()
+
+    def _start_manager(self):
+        self.window_manager = self.start(self.MANAGER, log="manager")
+
+    def start_bar(self):
+        self.run("xsetroot", "-solid", "#5d7389")
+
+    def click(self, x, y, button="left"):
+        number = {"left": 1, "middle": 2, "right": 3}[button]
+        self.run("xdotool", "mousemove", x, y, "click", number)
+
+    def move_to(self, x, y):
+        self.run("xdotool", "mousemove", x, y)
+
+    def show_next_workspace(self):
+        self.run("xdotool", "set_num_desktops", 2)
+        self.wait("two workspaces", lambda: self.run("xdotool", "get_num_desktops").strip() == "2")
+        self._show_workspace(1)
+
+    def show_first_workspace(self):
+        self._show_workspace(0)
+
+    def _show_workspace(self, number):
+        self.run("xdotool", "set_desktop", number)
+        self.wait("the other workspace",
+                  lambda: self.run("xdotool", "get_desktop").strip() == str(number))
+
+
+class Xfce(X11Session):
+    NAME = "xfce"
+    TITLE = "Xfce"
+    PACKAGE = "xfwm4"
+    DESKTOP = "XFCE"
+    MANAGER = ["xfwm4"]
+
+    def start_bar(self):
+        super().start_bar()
+        self.start(["/usr/lib/x86_64-linux-gnu/xfce4/xfconf/xfconfd"], log="settings")
+        self.wait("Xfce's settings", lambda: self.owns("org.xfce.Xfconf"))
+        for name, kind, *values in (
+                ("/configver", "int", 2), ("/panels", "int", 1),
+                ("/panels/panel-1/position", "string", "p=6;x=0;y=0"),
+                ("/panels/panel-1/length", "uint", 100), ("/panels/panel-1/size", "uint", 28),
+                ("/panels/panel-1/position-locked", "bool", "true"),
+                ("/panels/panel-1/plugin-ids", "int", 1, 2),
+                ("/plugins/plugin-1", "string", "tasklist"),
+                ("/plugins/plugin-2", "string", "systray")):
+            is_list = name in ("/panels", "/panels/panel-1/plugin-ids")
+            self.run("xfconf-query", "-c", "xfce4-panel", "-n", "-p", name,
+                     *(["-a"] if is_list else []),
+                     *[part for value in values for part in ("-t", kind, "-s", value)])
+        self.start(["xfce4-panel", "--disable-wm-check"], log="bar")
+        self.wait_for_tray()
+
+
+class Mate(X11Session):
+    NAME = "mate"
+    TITLE = "MATE"
+    PACKAGE = "marco"
+    DESKTOP = "MATE"
+    MANAGER = ["marco"]
+
+    def start_bar(self):
+        super().start_bar()
+        self.start(["mate-panel"], log="bar")
+        self.wait_for_tray()
+
+
+class Lxqt(X11Session):
+    NAME = "lxqt"
+    TITLE = "LXQt (Openbox)"
+    PACKAGE = "lxqt-panel"
+    DESKTOP = "LXQt"
+    MANAGER = ["openbox"]
+    PANEL = """[General]
+__userfile__=true
+panels=panel1
+[panel1]
+plugins=taskbar,statusnotifier
+position=Bottom
+panelSize=32
+width-percent=true
+width=100
+[taskbar]
+type=taskbar
+[statusnotifier]
+type=statusnotifier
+"""
+
+    def start_bar(self):
+        super().start_bar()
+        folder = self.home / "config" / "lxqt"
+        folder.mkdir()
+        (folder / "panel.conf").write_text(self.PANEL)
+        self.start(["lxqt-panel"], log="bar")
+        self.wait_for_tray()
