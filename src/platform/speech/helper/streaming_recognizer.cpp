@@ -2,22 +2,16 @@
 #include "platform/speech/helper/streaming_recognizer.h"
 
 #include "platform/speech/helper/caption_text.h"
-#include "platform/speech/helper/speech_level.h"
 #include "platform/speech/helper/spoken_tokens.h"
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
-#include <utility>
 
 namespace velun {
 
 namespace {
 
 constexpr int kRate = 16000;
-
-/// Long audio is decoded in pieces of 0.1 s, so that there are drafts in between.
-constexpr std::size_t kPiece = kRate / 10;
 
 /// So many seconds after its last line, a phrase is ended by a shorter silence, which must be
 /// longer than the overlap so that the last word is not decoded twice. Models that write sentences
@@ -43,13 +37,10 @@ std::size_t samplesOf(double seconds) {
 StreamingRecognizer::StreamingRecognizer(const sherpa::Library& library,
                                          const RecognizerSettings& settings,
                                          const Punctuator* punctuator)
-    : settings_(settings),
-      punctuator_(punctuator),
-      lines_(settings.language),
-      stream_(library, settings) {}
+    : SherpaRecognizer(library, settings, punctuator) {}
 
 void StreamingRecognizer::beginStream() {
-  stream_.begin();
+  stream().begin();
   recent_.clear();
   phraseBegin_ = 0;
   lastWord_ = 0;
@@ -57,19 +48,15 @@ void StreamingRecognizer::beginStream() {
   text_.clear();
 }
 
-void StreamingRecognizer::accept(std::span<const float> samples) {
-  for (std::size_t at = 0; at < samples.size(); at += kPiece) {
-    const auto piece = samples.subspan(at, std::min(kPiece, samples.size() - at));
-    heard_ += piece.size();
-    feed(gain_.amplified(usableSamples(piece)));
-    decodeReady();
-  }
+void StreamingRecognizer::acceptPiece(std::span<const float> piece) {
+  feed(amplified(piece));
+  decodeReady();
 }
 
 void StreamingRecognizer::feed(std::span<const float> samples) {
-  stream_.feed(samples);
+  stream().feed(samples);
   recent_.insert(recent_.end(), samples.begin(), samples.end());
-  const ModelSteps& steps = stream_.steps();
+  const ModelSteps& steps = stream().steps();
   const std::size_t kept = samplesOf(2 * steps.window + steps.step + 1);
   if (recent_.size() > 2 * kept) {
     recent_.erase(recent_.begin(), recent_.end() - static_cast<std::ptrdiff_t>(kept));
@@ -77,9 +64,9 @@ void StreamingRecognizer::feed(std::span<const float> samples) {
 }
 
 void StreamingRecognizer::decodeReady() {
-  while (stream_.decodeStep()) {
+  while (stream().decodeStep()) {
     readResult();
-    if (hasEnded() || stream_.isEndpoint()) {
+    if (hasEnded() || stream().isEndpoint()) {
       endPhrase(true);
     } else if (hasPaused()) {
       endPhrase(false);
@@ -88,14 +75,14 @@ void StreamingRecognizer::decodeReady() {
 }
 
 double StreamingRecognizer::segmentSeconds() const {
-  return stream_.decodedSeconds() - phraseBegin_;
+  return stream().decodedSeconds() - phraseBegin_;
 }
 
 /// Whether a long phrase is in a short silence.
 bool StreamingRecognizer::hasPaused() const {
-  const double longPhrase = settings_.writesMarks ? kLongPhraseWithMarks : kLongPhrase;
+  const double longPhrase = settings().writesMarks ? kLongPhraseWithMarks : kLongPhrase;
   const double length = segmentSeconds() - lineBegin_;
-  const bool isTooLong = length > settings_.maxPhrase || segmentSeconds() > kMaxSegment;
+  const bool isTooLong = length > settings().maxPhrase || segmentSeconds() > kMaxSegment;
   const double silence = isTooLong ? kMinGap : kLongPhraseSilence;
   return isInPhrase() && (isTooLong || length > longPhrase) &&
          segmentSeconds() - lastWord_ > silence;
@@ -104,73 +91,49 @@ bool StreamingRecognizer::hasPaused() const {
 /// Whether silence follows a sentence that ended with a mark. For sherpa-onnx the silence begins
 /// only with the mark, which may come a second after the last word.
 bool StreamingRecognizer::hasEnded() const {
-  return settings_.writesMarks && endsSentence(text_) &&
-         segmentSeconds() - lastWord_ >= settings_.endpointSilence;
+  return settings().writesMarks && endsSentence(text_) &&
+         segmentSeconds() - lastWord_ >= settings().endpointSilence;
 }
 
 QString StreamingRecognizer::written(const SherpaStream::Hearing& hearing) const {
-  const QString text = settings_.textFromTokens ? textOf(hearing.tokens)
-                                                : printable(QString::fromUtf8(hearing.text));
-  return cased(withoutLateMarks(text), settings_.language, settings_.foldsLetters);
+  const QString text = settings().textFromTokens ? textOf(hearing.tokens)
+                                                 : printable(QString::fromUtf8(hearing.text));
+  return cased(withoutLateMarks(text), settings().language, settings().foldsLetters);
 }
 
 void StreamingRecognizer::readResult() {
-  const SherpaStream::Hearing hearing = stream_.hearing();
+  const SherpaStream::Hearing hearing = stream().hearing();
   lastWord_ = lastWordTime(hearing.tokens).value_or(lastWord_);
   const QString text = written(hearing);
   if (text == text_) return;
   text_ = text;
-  // Punctuated like the final result, so that no word changes when the draft is replaced.
-  const QString draft = punctuator_ ? withoutEnd(punctuator_->punctuated(text)) : text;
-  const std::size_t finalCount = lines_.finalCount();
-  PhraseLines::Results results = lines_.update(draft);
-  const std::size_t rest = lines_.draftCount();
-  std::optional<double> until = beginOfLastWords(hearing.tokens, rest, lines_.finalCount() + rest);
-  if (until) *until += phraseBegin_;
-  take(std::move(results), until);
-  if (lines_.finalCount() != finalCount) lineBegin_ = segmentSeconds();
-}
-
-void StreamingRecognizer::take(PhraseLines::Results results, std::optional<double> until) {
-  if (until) {
-    const double heard = static_cast<double>(heard_) / kRate;
-    until = std::clamp(heard - (stream_.fedSeconds() - *until), 0.0, heard);
-  }
-  for (TranscriptionResult& result : results) {
-    if (result.isFinal) result.until = until;
-  }
-  std::move(results.begin(), results.end(), std::back_inserter(results_));
-}
-
-void StreamingRecognizer::deliverFinal(double until, bool isCut) {
-  PhraseLines::Results results =
-      lines_.finish(punctuator_ ? punctuator_->punctuated(text_) : text_);
-  if (!results.empty()) results.back().isCut = isCut;
-  take(std::move(results), until);
+  const std::size_t before = finalCount();
+  updatePhrase(text, hearing.tokens, phraseBegin_);
+  if (finalCount() != before) lineBegin_ = segmentSeconds();
 }
 
 void StreamingRecognizer::endPhrase(bool isPaused) {
   const bool isForced = segmentSeconds() - lastWord_ < kOverlap + 0.05;
-  const bool wasEmpty = lines_.isEmpty();
-  const double until = stream_.decodedSeconds() - (isForced ? 0 : kOverlap);
+  const bool wasEmpty = !isInPhrase();
+  const double until = stream().decodedSeconds() - (isForced ? 0 : kOverlap);
   // A transducer that keeps the tokens of the last phrase loses the first word of the next one if
   // it begins with the same token. A new stream does not; feed it the audio that the old one has
   // not decoded, preceded by a little silence. When a phrase is cut in a word there is no such
   // silence.
-  if (stream_.steps().remembersTokens && !isForced && !wasEmpty) {
-    const double rest = stream_.fedSeconds() - stream_.decodedSeconds() + kOverlap;
+  if (stream().steps().remembersTokens && !isForced && !wasEmpty) {
+    const double rest = stream().fedSeconds() - stream().decodedSeconds() + kOverlap;
     const std::size_t count = std::min(samplesOf(rest), recent_.size());
     const std::vector<float> end(recent_.end() - static_cast<std::ptrdiff_t>(count), recent_.end());
-    const double late = stream_.fedSeconds();
-    if (isPaused && settings_.writesMarks) takeLateMark();
+    const double late = stream().fedSeconds();
+    if (isPaused && settings().writesMarks) takeLateMark();
     // The silence for the mark was fed, but not heard.
-    deliverFinal(until + stream_.fedSeconds() - late);
+    finishPhrase(text_, until + stream().fedSeconds() - late);
     beginStream();
     feed(end);
   } else {
-    deliverFinal(until, isForced);
-    stream_.beginSegment();
-    phraseBegin_ = stream_.decodedSeconds();
+    finishPhrase(text_, until, isForced);
+    stream().beginSegment();
+    phraseBegin_ = stream().decodedSeconds();
     lastWord_ = 0;
     lineBegin_ = 0;
     text_.clear();
@@ -181,34 +144,22 @@ void StreamingRecognizer::endPhrase(bool isPaused) {
 /// lost with the stream, or begin the next phrase.
 void StreamingRecognizer::takeLateMark() {
   if (endsSentence(text_)) return;
-  stream_.feedSilence(tailSeconds());
-  while (stream_.decodeStep()) {
+  stream().feedSilence(tailSeconds());
+  while (stream().decodeStep()) {
   }
-  const QString text = written(stream_.hearing());
+  const QString text = written(stream().hearing());
   if (text.startsWith(text_)) text_ += lateMarks(text.mid(text_.size()));
 }
 
-double StreamingRecognizer::tailSeconds() const {
-  const ModelSteps& steps = stream_.steps();
-  return std::max(settings_.tailSilenceMs / 1000.0, steps.window + steps.step);
-}
-
 void StreamingRecognizer::finalize() {
-  const std::vector<float> silence(samplesOf(tailSeconds()), 0.0F);
-  const std::size_t heard = heard_;
-  accept(silence);
-  heard_ = heard;
-  deliverFinal(stream_.fedSeconds());
+  acceptSilence(tailSeconds());
+  finishPhrase(text_, stream().fedSeconds());
   beginStream();
 }
 
 void StreamingRecognizer::skip() {
-  deliverFinal(stream_.fedSeconds());
+  finishPhrase(text_, stream().fedSeconds());
   beginStream();
-}
-
-std::vector<TranscriptionResult> StreamingRecognizer::takeResults() {
-  return std::exchange(results_, {});
 }
 
 }  // namespace velun

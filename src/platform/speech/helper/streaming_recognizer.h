@@ -1,11 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/speech/helper/phrase_lines.h"
-#include "platform/speech/helper/punctuator.h"
-#include "platform/speech/helper/sherpa_stream.h"
-#include "platform/speech/helper/slow_gain.h"
-#include "platform/speech/helper/stream_recognizer.h"
+#include "platform/speech/helper/sherpa_recognizer.h"
 
 #include <optional>
 #include <span>
@@ -14,50 +10,37 @@
 namespace velun {
 
 /// A model of sherpa-onnx that can be restarted between phrases.
-class StreamingRecognizer final : public StreamRecognizer {
+class StreamingRecognizer final : public SherpaRecognizer {
  public:
   /// Checks and loads the model. `punctuator`, which may be null, is applied to the results. Throws
   /// `std::runtime_error` and the exceptions of sherpa-onnx.
   StreamingRecognizer(const sherpa::Library& library, const RecognizerSettings& settings,
                       const Punctuator* punctuator);
 
-  void accept(std::span<const float> samples) override;
   /// Feeds enough silence to get the last word, and ends the phrase.
   void finalize() override;
   /// Does not wait for the last word, because decoding is too slow already.
   void skip() override;
-  bool isInPhrase() const override { return !lines_.isEmpty(); }
-  std::vector<TranscriptionResult> takeResults() override;
 
  private:
+  void acceptPiece(std::span<const float> piece) override;
   void beginStream();
   void feed(std::span<const float> samples);
   void decodeReady();
   void readResult();
   QString written(const SherpaStream::Hearing& hearing) const;
-  /// The final results cover the audio up to `until`, in seconds of the stream.
-  void take(PhraseLines::Results results, std::optional<double> until);
-  void deliverFinal(double until, bool isCut = false);
   bool hasPaused() const;
   bool hasEnded() const;
   void endPhrase(bool isPaused);
   void takeLateMark();
-  double tailSeconds() const;
   double segmentSeconds() const;
 
-  RecognizerSettings settings_;
-  const Punctuator* punctuator_;
-  PhraseLines lines_;
-  SlowGain gain_;
-  SherpaStream stream_;
-  std::size_t heard_ = 0;  ///< samples accepted
   /// The last samples fed to the stream.
   std::vector<float> recent_;
   double phraseBegin_ = 0;  ///< in the stream, in seconds
   double lastWord_ = 0;     ///< seconds since the beginning of the phrase
   double lineBegin_ = 0;    ///< when its last line was finished, in the same seconds
   QString text_;            ///< of the phrase, without restored punctuation
-  std::vector<TranscriptionResult> results_;
 };
 
 }  // namespace velun
