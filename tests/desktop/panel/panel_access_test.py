@@ -110,10 +110,19 @@ class PanelAccess(SpokenCase):
         self.application.wait_for("frame", "Velun Settings")
 
     def open(self, button):
-        """The menu of a button of the header, opened by its action."""
+        """The menu of a button of the header, opened by its action: again if Qt closes it at once.
+        Qt does so when it learns that the window before has lost the keyboard, which it does some
+        time after that window is closed.
+        """
         node = self.panel.find("button menu", button)
-        node.do("ShowMenu")
-        return node.wait_for("popup menu")
+
+        def opened():
+            menu = node.find("popup menu")
+            if menu.is_showing:
+                return menu
+            node.do("ShowMenu")
+            return None
+        return self.desktop.wait(f"the menu of “{button}”", opened)
 
     def choose(self, button, item):
         menu = self.open(button)
