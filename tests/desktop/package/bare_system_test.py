@@ -11,8 +11,8 @@ import wave
 from pathlib import Path
 
 from bare_system import BareSystem, missing
+from packaged_captions import caption
 from private_desktop import PrivateDesktop, end
-from speech import say
 from velun_program import VelunProgram
 
 SPEECH_DATA = Path(os.environ["VELUN_SPEECH_DATA"])
@@ -42,7 +42,7 @@ class OnABareSystem(unittest.TestCase):
         with self.subTest("the program captions speech"):
             program = VelunProgram(desktop, "/usr/bin/velun")
             program.prefix = system.inside()
-            self.caption(desktop, program)
+            self.assertEqual(caption(desktop, program), "Thank you for your time.")
         with self.subTest("the helper recognizes with its library"):
             self.assertEqual(self.answers_of_the_helper(system, desktop.root),
                              {READY, HEARD, SETTLED})
@@ -51,22 +51,6 @@ class OnABareSystem(unittest.TestCase):
             self.assertEqual([file for file in files if os.path.lexists(system.root / file[1:])], [])
             self.assertEqual(len(program.session_files()), 1)
             self.assertTrue(program.preferences.exists())
-
-    def caption(self, desktop, program):
-        desktop.start_sound()
-        desktop.start_tray()
-        clip = say("thank you for your time", desktop.root / "clip.wav")
-        program.write_preferences(translate=False, autoSaveSessions=True)
-        program.launch()
-        program.action("toggle-captions")
-        program.wait_until_capturing()
-        desktop.play(clip)
-        desktop.wait("a line", lambda: program.can("save-session"), seconds=60)
-        program.action("toggle-captions")
-        program.wait_for_state("running", False)
-        self.assertEqual(program.quit(), 0, program.log())
-        session, = [json.loads(path.read_text()) for path in program.session_files()]
-        self.assertEqual(session["lines"][0]["text"], "Thank you for your time")
 
     def answers_of_the_helper(self, system, folder):
         for name in (MODEL, "tokens.txt"):
