@@ -27,9 +27,11 @@ constexpr double kMinConfidence = 0.45;
 /// has no pitch.
 constexpr double kMinConfidenceOfFew = 0.6;
 constexpr std::size_t kFewWords = 2;
-/// Speech that is more than this times quieter or louder than the speech before was heard at the
-/// wrong level.
+/// A phrase that is more than this times quieter or louder than the one before is heard at the
+/// wrong level at first.
 constexpr float kOtherLevel = 2;
+/// Seconds of voice after which the level of a phrase is known.
+constexpr double kVoiceForLevel = 1;
 
 /// Seconds. libvosk keeps the last part of what it was given until more comes, so a word there
 /// would be heard at the beginning of the second hearing. After such a pause nothing is added: the
@@ -52,6 +54,10 @@ double threadSeconds() {
 std::vector<float> missingPause(double closingPause) {
   const double missing = std::max(0.0, kMinPause - closingPause);
   return std::vector<float>(static_cast<std::size_t>(missing * kSampleRate), 0.0F);
+}
+
+bool isOtherLevel(float gain, float other) {
+  return gain > kOtherLevel * other || other > kOtherLevel * gain;
 }
 
 bool isUnsure(const HeardWords& words) {
@@ -98,6 +104,7 @@ void PhraseRecognizer::acceptFrame(std::span<const float> frame) {
   if (event == PhraseDetector::Event::ended) {
     endPhrase();
   } else if (waiting_.size() >= kSamplesPerGuess) {
+    checkLevel();
     decodeWaiting();
     updateDraft();
   }
@@ -107,6 +114,17 @@ void PhraseRecognizer::beginPhrase() {
   waiting_ = phrases_.samples();
   phraseBegin_ = heard_ - waiting_.size();
   stable_.reset();
+  isLevelChecked_ = false;
+}
+
+void PhraseRecognizer::checkLevel() {
+  if (isLevelChecked_ || phrases_.voicedSeconds() < kVoiceForLevel) return;
+  isLevelChecked_ = true;
+  const float gain = gainFor(phrases_.samples());
+  if (!isOtherLevel(gain, draftGain_)) return;
+  draftGain_ = gain;
+  decoder_.end();
+  waiting_ = phrases_.samples();
 }
 
 void PhraseRecognizer::decodeWaiting() {
@@ -144,15 +162,7 @@ void PhraseRecognizer::endPhrase() {
 HeardWords PhraseRecognizer::finalWords(std::span<const float> phrase, bool isLikelySpeech) {
   const float gain = gainFor(phrase);
   const std::vector<float> audio = amplified(phrase, gain);
-  decoder_.accept(missingPause(phrases_.closingPause()));
-  HeardWords first = decoder_.endAndKeepVoice();
-  const bool isOtherLevel = gain > kOtherLevel * draftGain_ || draftGain_ > kOtherLevel * gain;
-  if (isUnsure(first) && isOtherLevel) {
-    decoder_.end();
-    decoder_.accept(audio);
-    first = decoder_.endAndKeepVoice();
-  }
-  draftGain_ = gain;
+  HeardWords first = firstHearing(audio, gain);
   // The first hearing of a phrase that was cut went on after its end.
   const double end = static_cast<double>(phrase.size()) / kSampleRate;
   std::erase_if(first,
@@ -160,6 +170,18 @@ HeardWords PhraseRecognizer::finalWords(std::span<const float> phrase, bool isLi
   if (areMeaningless(first)) return {};
   const HeardWords second = heardAgain(audio, first);
   return isSure(second, isLikelySpeech) ? combinedHearings(first, second) : HeardWords();
+}
+
+HeardWords PhraseRecognizer::firstHearing(std::span<const float> phrase, float gain) {
+  const std::vector<float> pause = missingPause(phrases_.closingPause());
+  decoder_.accept(pause);
+  HeardWords words = decoder_.endAndKeepVoice();
+  const bool wasOtherLevel = isOtherLevel(gain, std::exchange(draftGain_, gain));
+  if (!wasOtherLevel || !isUnsure(words)) return words;
+  decoder_.end();
+  decoder_.accept(phrase);
+  decoder_.accept(pause);
+  return decoder_.endAndKeepVoice();
 }
 
 HeardWords PhraseRecognizer::heardAgain(std::span<const float> phrase, const HeardWords& first) {

@@ -25,10 +25,15 @@ class PhraseRecognizer final : public StreamRecognizer {
  private:
   void acceptFrame(std::span<const float> frame);
   void beginPhrase();
+  /// Lets the phrase be decoded again from its beginning if its level is not the one expected.
+  void checkLevel();
   void decodeWaiting();
   void updateDraft();
   void endPhrase();
   HeardWords finalWords(std::span<const float> phrase, bool isLikelySpeech);
+  /// The hearing that gave the drafts, or another one if that was unsure and had the wrong level.
+  /// `phrase` has the right one.
+  HeardWords firstHearing(std::span<const float> phrase, float gain);
   HeardWords heardAgain(std::span<const float> phrase, const HeardWords& first);
   TranscriptionResult written(HeardWords words, bool isFinal) const;
 
@@ -43,8 +48,10 @@ class PhraseRecognizer final : public StreamRecognizer {
   QString draft_;                ///< the last one of the phrase
   std::size_t heard_ = 0;        ///< samples of all frames
   std::size_t phraseBegin_ = 0;  ///< where the phrase began, in samples
-  /// The gain for the drafts, from the level of the phrase before.
+  /// The gain for the drafts: from the level of the phrase before, until that of the present one is
+  /// known.
   float draftGain_ = 1;
+  bool isLevelChecked_ = false;
 };
 
 }  // namespace velun
