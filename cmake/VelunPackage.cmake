@@ -33,9 +33,9 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${runtime})
 # texts, fonts, the certificates that verify downloads. Recommended: librsvg2-common, with which GTK
 # bars and GNOME Shell colour the status icon.
 string(JOIN ", " CPACK_DEBIAN_PACKAGE_DEPENDS pipewire-bin qt6-qpa-plugins
-  qt6-translations-l10n fonts-noto-cjk ca-certificates)
+  qt6-wayland qt6-translations-l10n fonts-noto-cjk ca-certificates)
 string(JOIN ", " CPACK_DEBIAN_PACKAGE_RECOMMENDS pipewire wireplumber apertium
-  apertium-eng-spa libglib2.0-bin librsvg2-common qt6-wayland)
+  apertium-eng-spa libglib2.0-bin librsvg2-common)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "live captions and translation of the computer's sound")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "Velun writes down what is being said: in a call, a video or a lecture that the

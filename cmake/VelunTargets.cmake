@@ -39,6 +39,23 @@ function(velun_layer name)
   _velun_precompile(${name})
 endfunction()
 
+# velun_wayland_protocols(TARGET DESCRIPTION.xml …): adds the code for protocols of Wayland, made from
+# their descriptions. The headers are called <name of the description>-client.h.
+function(velun_wayland_protocols target)
+  foreach(description ${ARGN})
+    cmake_path(GET description STEM name)
+    set(out ${CMAKE_CURRENT_BINARY_DIR}/protocols/${name})
+    add_custom_command(OUTPUT ${out}-client.h ${out}.c
+      COMMAND ${CMAKE_COMMAND} -E make_directory ${CMAKE_CURRENT_BINARY_DIR}/protocols
+      COMMAND ${WAYLAND_SCANNER} client-header ${description} ${out}-client.h
+      COMMAND ${WAYLAND_SCANNER} private-code ${description} ${out}.c
+      DEPENDS ${description} VERBATIM)
+    target_sources(${target} PRIVATE ${out}-client.h ${out}.c)
+  endforeach()
+  target_include_directories(${target} SYSTEM PUBLIC ${CMAKE_CURRENT_BINARY_DIR}/protocols)
+  target_link_libraries(${target} PUBLIC PkgConfig::Wayland)
+endfunction()
+
 # The tests that the thread sanitizer watches.
 add_custom_target(thread_tests)
 

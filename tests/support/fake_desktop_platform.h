@@ -28,6 +28,9 @@ class FakeDesktopPlatform final : public DesktopPlatform {
     calls << (isThrough ? "through" : "solid");
     passesClicks = isThrough;
   }
+  void setFrame(QWindow&, const QRect& now) override { frame = now; }
+  bool followPointer(QWindow&) override { return isFollowing = canFollow; }
+  void stopFollowingPointer() override { isFollowing = false; }
   bool isPointerOver(const QWindow&) const override { return isPointerOverWindow; }
   void setExcludedFromCapture(QWindow&, bool excluded) override {
     calls << (excluded ? "excluded" : "included");
@@ -63,10 +66,13 @@ class FakeDesktopPlatform final : public DesktopPlatform {
   QStringList calls;
   QRegion blur;
   QRegion shape;
+  QRect frame;
   int refreshes = 0;
   bool changesLevelWhileShown = true;
   bool passesClicks = false;
   bool isPointerOverWindow = false;
+  bool canFollow = false;
+  bool isFollowing = false;
   bool isWatching = false;
   bool isCasting = false;
   ColorScheme scheme = ColorScheme::any;

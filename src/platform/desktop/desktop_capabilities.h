@@ -19,8 +19,11 @@ struct DesktopCapabilities {
   bool keepsOnTop = false;
   /// Windows can be shown on every virtual desktop.
   bool allSpaces = false;
-  /// The program can choose the position of a window.
+  /// The program can choose the position of the panel.
   bool placesWindows = false;
+  /// Wayland: where the program's ordinary windows lie is known to the compositor alone, and so is
+  /// the panel's place unless `placesWindows`.
+  bool hidesPlaces = false;
   /// Translucent windows show the windows behind them; otherwise they are drawn on black.
   bool compositing = false;
   /// The background of translucent windows can be blurred.

@@ -46,6 +46,15 @@ class DesktopPlatform : public QObject {
   /// must have its native window; the choice lasts as long as that.
   virtual void setClickThrough(QWindow& window, bool isThrough) = 0;
 
+  /// Tells a window's new frame before its content is painted for it.
+  virtual void setFrame(QWindow& window, const QRect& frame) = 0;
+
+  /// Reports the pointer's motion by pointerMoved() until stopFollowingPointer(), for a window that
+  /// is dragged where the positions in mouse events are wrong meanwhile. Returns false, and does
+  /// nothing, where they are right.
+  virtual bool followPointer(QWindow& window) = 0;
+  virtual void stopFollowingPointer() = 0;
+
   /// Whether the pointer is over the window, as far as the display server reveals it.
   virtual bool isPointerOver(const QWindow& window) const = 0;
 
@@ -72,6 +81,10 @@ class DesktopPlatform : public QObject {
   void colorSchemeChanged();
   void contrastChanged();
   void motionChanged();
+  /// By how many points the pointer has moved since the button went down.
+  void pointerMoved(const QPointF& by);
+  /// The panel lies on another output than it is shown on, and must be hidden and shown again.
+  void showAgainRequired();
 };
 
 }  // namespace velun

@@ -36,10 +36,19 @@ CaptionOverlays::CaptionOverlays(CaptionViewModel& model, Clock& clock, QWidget*
 
 void CaptionOverlays::present() {
   keptOnTop_->setVisible(model_.settings().keepOnTop());
-  keptOnTop_->setLabel(L("Kept above other windows", "다른 창 위에 표시 중"));
+  presentLevel();
   hiddenFromSharing_->setVisible(model_.settings().hideFromScreenSharing());
   presentHiding();
   copyButton_->setEnabled(!model_.lines().empty() || !model_.volatileText().isEmpty());
+}
+
+void CaptionOverlays::presentLevel() {
+  const bool isImpossible = capabilities_.hidesPlaces && !capabilities_.keepsOnTop;
+  keptOnTop_->setSymbol(isImpossible ? QStringLiteral("exclamationmark.triangle")
+                                     : QStringLiteral("pin"));
+  keptOnTop_->setLabel(isImpossible ? L("This desktop cannot keep the window above others",
+                                        "이 데스크톱에서는 이 창을 다른 창 위에 둘 수 없습니다")
+                                    : L("Kept above other windows", "다른 창 위에 표시 중"));
 }
 
 void CaptionOverlays::presentHiding() {
@@ -64,6 +73,7 @@ void CaptionOverlays::presentHiding() {
 
 void CaptionOverlays::setCapabilities(const DesktopCapabilities& capabilities) {
   capabilities_ = capabilities;
+  presentLevel();
   presentHiding();
 }
 

@@ -35,6 +35,7 @@ class CaptionOverlays final : public QWidget {
 
  private:
   void present();
+  void presentLevel();
   void presentHiding();
 
   CaptionViewModel& model_;

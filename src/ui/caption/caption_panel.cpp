@@ -28,7 +28,7 @@ QRegion roundedRegion(const QRect& rect) {
 }  // namespace
 
 CaptionPanel::CaptionPanel(DesktopPlatform& desktop)
-    : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint), desktop_(desktop) {
+    : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint), desktop_(desktop), drag_(desktop) {
   setAccessibleRole(*this, QAccessible::Window);
   setAttribute(Qt::WA_TranslucentBackground);
   setAttribute(Qt::WA_ShowWithoutActivating);
@@ -40,6 +40,13 @@ CaptionPanel::CaptionPanel(DesktopPlatform& desktop)
   connect(&desktop, &DesktopPlatform::capabilitiesChanged, this, [this] {
     updateRegions();
     update();
+  });
+  connect(&desktop, &DesktopPlatform::pointerMoved, this,
+          [this](const QPointF& by) { drag_.followBy(*this, by); });
+  connect(&desktop, &DesktopPlatform::showAgainRequired, this, [this] {
+    if (!isVisible()) return;
+    hide();
+    orderFront(keepsOnTop_);
   });
 }
 
@@ -57,7 +64,7 @@ void CaptionPanel::addEdges() {
   for (std::size_t i = 0; i < all.size(); ++i) {
     edges_[i] = new PanelEdge(all[i], this);
     connect(edges_[i], &PanelEdge::pressed, this, [this](Qt::Edges edges, const QPoint& position) {
-      drag_.begin(*this, edges, position, desktop_.capabilities().movesByItself);
+      drag_.begin(*this, edges, position);
     });
     connect(edges_[i], &PanelEdge::moved, this,
             [this](const QPoint& position) { drag_.follow(*this, position); });
@@ -94,10 +101,12 @@ void CaptionPanel::arrange() {
 }
 
 void CaptionPanel::orderFront(bool keepOnTop) {
+  keepsOnTop_ = keepOnTop;
   if (!isVisible()) {
     winId();
     windowHandle()->installEventFilter(this);
     desktop_.prepareToShow(*windowHandle(), keepOnTop);
+    restorePlace();
     if (isClickThrough_) desktop_.setClickThrough(*windowHandle(), true);
     updateRegions();
     show();
@@ -106,7 +115,21 @@ void CaptionPanel::orderFront(bool keepOnTop) {
   raise();
 }
 
+void CaptionPanel::restorePlace() {
+  if (!hasPlace()) {
+    if (!place_) place_ = geometry();
+  } else if (place_) {
+    setGeometry(*std::exchange(place_, std::nullopt));
+  }
+}
+
+bool CaptionPanel::hasPlace() const {
+  const DesktopCapabilities& can = desktop_.capabilities();
+  return can.placesWindows || !can.hidesPlaces;
+}
+
 void CaptionPanel::setKeepOnTop(bool keepOnTop) {
+  keepsOnTop_ = keepOnTop;
   if (!isVisible() || desktop_.setKeepOnTop(*windowHandle(), keepOnTop)) return;
   hide();
   orderFront(keepOnTop);
@@ -135,7 +158,7 @@ QColor CaptionPanel::fill() const {
 }
 
 void CaptionPanel::beginMove(const QPoint& globalPosition) {
-  drag_.begin(*this, {}, globalPosition, desktop_.capabilities().movesByItself);
+  drag_.begin(*this, {}, globalPosition);
 }
 
 bool CaptionPanel::event(QEvent* event) {
@@ -179,13 +202,19 @@ void CaptionPanel::paintEvent(QPaintEvent*) {
 }
 
 void CaptionPanel::resizeEvent(QResizeEvent*) {
+  tellFrame();
   Q_EMIT frameChanged();
   arrange();
   updateRegions();
 }
 
 void CaptionPanel::moveEvent(QMoveEvent*) {
+  tellFrame();
   Q_EMIT frameChanged();
+}
+
+void CaptionPanel::tellFrame() {
+  if (windowHandle()) desktop_.setFrame(*windowHandle(), geometry());
 }
 
 void CaptionPanel::mouseMoveEvent(QMouseEvent* event) {

@@ -5,6 +5,7 @@
 #include "ui/caption/panel_drag.h"
 
 #include <array>
+#include <optional>
 #include <QWidget>
 
 namespace velun {
@@ -39,6 +40,10 @@ class CaptionPanel final : public QWidget {
   /// Whether the pointer goes through the panel to the windows beneath.
   void setClickThrough(bool isThrough);
 
+  /// Whether the panel's geometry is its real one, and its own to choose. Otherwise it is an
+  /// ordinary window on Wayland, whose place only the compositor knows.
+  bool hasPlace() const;
+
   /// Starts moving the panel with the mouse.
   void beginMove(const QPoint& globalPosition);
 
@@ -62,6 +67,9 @@ class CaptionPanel final : public QWidget {
  private:
   void addEdges();
   void arrange();
+  /// Returns to the last place of its own.
+  void restorePlace();
+  void tellFrame();
   /// Updates the blurred region, or the shape of the window.
   void updateRegions();
   QColor fill() const;
@@ -73,6 +81,9 @@ class CaptionPanel final : public QWidget {
   bool opaque_ = false;
   bool isClickThrough_ = false;
   bool wasExposed_ = false;
+  bool keepsOnTop_ = false;
+  /// Its last place of its own, while it has none.
+  std::optional<QRect> place_;
   std::array<PanelEdge*, 8> edges_{};
   PanelDrag drag_;
 };

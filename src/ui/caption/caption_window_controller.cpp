@@ -132,8 +132,11 @@ bool CaptionWindowController::isSuppressed() const {
 void CaptionWindowController::applyPreferences() {
   const DesktopCapabilities& can = services_.desktop.capabilities();
   const bool hides = model_.settings().hideFromScreenSharing();
-  wasKeptOnTop_ = keepsOnTop();
-  panel_->setKeepOnTop(wasKeptOnTop_);
+  const bool keepsOnTop = this->keepsOnTop();
+  const bool changes = std::exchange(wasKeptOnTop_, keepsOnTop) != keepsOnTop;
+  // The panel may exchange its frame for another, without the header.
+  if (changes && can.hidesPlaces) setHeader(false, false);
+  panel_->setKeepOnTop(keepsOnTop);
   services_.desktop.watchScreenCasts(hides && can.captureHiding != CaptureHiding::compositor);
   if (panel_->windowHandle()) {
     services_.desktop.setExcludedFromCapture(*panel_->windowHandle(), hides);
@@ -143,7 +146,10 @@ void CaptionWindowController::applyPreferences() {
 }
 
 bool CaptionWindowController::keepsOnTop() const {
-  return model_.settings().keepOnTop() && !ownWindows_->overlapPanel();
+  // Where the program's own windows lie is not known everywhere; there the user moves the panel.
+  const bool isInTheWay =
+      !services_.desktop.capabilities().hidesPlaces && ownWindows_->overlapPanel();
+  return model_.settings().keepOnTop() && !isInTheWay;
 }
 
 void CaptionWindowController::applyLevel() {
@@ -283,6 +289,7 @@ void CaptionWindowController::storeFrameLater() {
 
 void CaptionWindowController::storeFrame() {
   storing_.reset();
+  if (!panel_->hasPlace()) return;
   QRect frame = settledFrame();
   frame.setTop(frame.top() + headerGrowth_);
   writeFrame(services_.frames, kFrameName, frame);

@@ -1,26 +1,41 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/caption/panel_drag.h"
 
+#include "platform/desktop/desktop_platform.h"
+
 #include <algorithm>
 #include <QWidget>
 #include <QWindow>
 
 namespace velun {
 
-void PanelDrag::begin(QWidget& window, Qt::Edges edges, const QPoint& globalPosition,
-                      bool byManager) {
+void PanelDrag::begin(QWidget& window, Qt::Edges edges, const QPoint& globalPosition) {
   QWindow* handle = window.windowHandle();
+  const bool byManager = desktop_.capabilities().movesByItself;
   const bool taken =
       byManager && handle && (edges ? handle->startSystemResize(edges) : handle->startSystemMove());
   following_ = !taken;
   edges_ = edges;
   start_ = globalPosition;
   frame_ = window.geometry();
+  reported_ = !taken && handle && desktop_.followPointer(*handle);
+}
+
+void PanelDrag::end() {
+  // Which reports for the last time.
+  if (reported_) desktop_.stopFollowingPointer();
+  following_ = reported_ = false;
 }
 
 void PanelDrag::follow(QWidget& window, const QPoint& globalPosition) const {
-  if (!following_) return;
-  const QPoint by = globalPosition - start_;
+  if (following_ && !reported_) apply(window, globalPosition - start_);
+}
+
+void PanelDrag::followBy(QWidget& window, const QPointF& by) {
+  if (reported_) apply(window, by.toPoint());
+}
+
+void PanelDrag::apply(QWidget& window, const QPoint& by) const {
   if (!edges_) {
     window.move(frame_.topLeft() + by);
     return;

@@ -2,24 +2,37 @@
 #pragma once
 
 #include <QPoint>
+#include <QPointF>
 #include <QRect>
 
 class QWidget;
 
 namespace velun {
 
+class DesktopPlatform;
+
 /// Moves a window, or resizes it at some of its edges, with the mouse: through the window manager
 /// where that is supported, otherwise by following the pointer.
 class PanelDrag final {
  public:
+  /// `desktop` must outlive this object.
+  explicit PanelDrag(DesktopPlatform& desktop) : desktop_(desktop) {}
+
   /// Starts at a press of the left button. Without edges the window is moved.
-  void begin(QWidget& window, Qt::Edges edges, const QPoint& globalPosition, bool byManager);
-  /// Follows the pointer, unless the window manager moves the window.
+  void begin(QWidget& window, Qt::Edges edges, const QPoint& globalPosition);
+  /// Follows a mouse event, unless something else moves the window.
   void follow(QWidget& window, const QPoint& globalPosition) const;
-  void end() { following_ = false; }
+  /// Follows the pointer's reported motion since the press.
+  void followBy(QWidget& window, const QPointF& by);
+  void end();
 
  private:
+  void apply(QWidget& window, const QPoint& by) const;
+
+  DesktopPlatform& desktop_;
   bool following_ = false;
+  /// The desktop reports the pointer's motion.
+  bool reported_ = false;
   Qt::Edges edges_;
   QPoint start_;
   QRect frame_;

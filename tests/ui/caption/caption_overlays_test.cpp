@@ -80,6 +80,20 @@ class CaptionOverlaysTest final : public test::Suite {
     QCOMPARE(overlays.keptOnTop().size(), QSize(22, 22));
   }
 
+  void thePinSaysWhenTheDesktopKeepsNoWindowAbove() {
+    PanelStage stage;
+    const CaptionOverlays& overlays = stage.view->overlays();
+    QCOMPARE(overlays.keptOnTop().accessibleName(), QStringLiteral("Kept above other windows"));
+    stage.desktop.setCapabilities({.keepsOnTop = false, .hidesPlaces = true});
+    QCOMPARE(overlays.keptOnTop().accessibleName(),
+             QStringLiteral("This desktop cannot keep the window above others"));
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(overlays.keptOnTop().accessibleName(),
+             QStringLiteral("이 데스크톱에서는 이 창을 다른 창 위에 둘 수 없습니다"));
+    stage.desktop.setCapabilities({.keepsOnTop = true, .hidesPlaces = true});
+    QCOMPARE(overlays.keptOnTop().accessibleName(), QStringLiteral("다른 창 위에 표시 중"));
+  }
+
   void hidingIconSaysWhatTheDesktopCanDoNow_data() {
     QTest::addColumn<CaptureHiding>("hiding");
     QTest::addColumn<bool>("readsWithoutCast");

@@ -30,7 +30,8 @@ function apply(window) {
     answered = true;
     callDBus(service, path, "app.velun.Velun.CaptureExclusion", "answer", possible);
   }
-  if (possible && window.pid === pid && window.caption === title) {
+  // A layer surface and the menus over it have no title.
+  if (possible && window.pid === pid && (window.caption === title || window.caption === "")) {
     window.excludeFromCapture = excluded;
   }
 }

@@ -3,6 +3,8 @@
 
 #include "platform/desktop/desktop_services.h"
 #include "platform/desktop/linux/compositor_exclusion.h"
+#include "platform/desktop/linux/layer_windows.h"
+#include "platform/desktop/linux/wayland_session.h"
 #include "platform/desktop/linux/x11_bottom_anchor.h"
 #include "platform/desktop/linux/x11_display.h"
 #include "platform/desktop/linux/x11_full_screen_follower.h"
@@ -10,15 +12,25 @@
 #include "platform/desktop/linux/x11_window_manager.h"
 
 #include <QCursor>
-#include <QGuiApplication>
 #include <QWindow>
 #include <utility>
 
 namespace velun {
 
 void preferWindowSystem() {
-  // No Wayland protocol keeps an ordinary window above others; XWayland can.
-  if (qEnvironmentVariableIsSet("DISPLAY") && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+  const QByteArray chosen = qgetenv("QT_QPA_PLATFORM");
+  const bool isNative = chosen.isEmpty() ? offersLayerSurfaces() : chosen.startsWith("wayland");
+  if (isNative) {
+    // A window with Qt::BypassWindowManagerHint gets a surface without a role.
+    qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
+    // Otherwise Qt takes every window to lie at the corner of its screen.
+    qputenv("QT_WAYLAND_DISABLE_FIXED_POSITIONS", "1");
+  }
+  if (!chosen.isEmpty()) return;
+  if (isNative) {
+    qputenv("QT_QPA_PLATFORM", "wayland;xcb");
+  } else if (qEnvironmentVariableIsSet("DISPLAY")) {
+    // No other protocol of Wayland keeps a window above others; XWayland can.
     qputenv("QT_QPA_PLATFORM", "xcb;wayland");
   }
 }
@@ -28,7 +40,8 @@ std::unique_ptr<DesktopPlatform> makeDesktopPlatform(Clock& clock) {
 }
 
 LinuxDesktopPlatform::LinuxDesktopPlatform(Clock& clock)
-    : exclusion_(std::make_unique<CompositorExclusion>(QDBusConnection::sessionBus())),
+    : layers_(LayerWindows::open(clock)),
+      exclusion_(std::make_unique<CompositorExclusion>(QDBusConnection::sessionBus())),
       casts_(clock),
       look_(QDBusConnection::sessionBus()),
       canWatchCasts_(ScreenCastWatch::isPossible()) {
@@ -41,6 +54,13 @@ LinuxDesktopPlatform::LinuxDesktopPlatform(Clock& clock)
     compositorWatch_ = std::make_unique<X11SelectionWatch>(connection, "_NET_WM_CM_S0");
     connect(compositorWatch_.get(), &X11SelectionWatch::changed, this,
             &LinuxDesktopPlatform::updateCapabilities);
+  }
+  if (layers_) {
+    connect(layers_.get(), &LayerWindows::pointerMoved, this, &LinuxDesktopPlatform::pointerMoved);
+    connect(layers_.get(), &LayerWindows::showAgainRequired, this,
+            &LinuxDesktopPlatform::showAgainRequired);
+    // Until the panel is prepared to be an ordinary window.
+    isLayer_ = layers_->isPossible();
   }
   connect(exclusion_.get(), &CompositorExclusion::isPossibleChanged, this,
           &LinuxDesktopPlatform::updateCapabilities);
@@ -72,8 +92,14 @@ void LinuxDesktopPlatform::updateCapabilities() {
     now.blursBehind = now.compositing && manager_->blursBehind();
     // KWin does not move windows of the type that it keeps above full-screen ones.
     now.movesByItself = !manager_->isKWin() && manager_->movesWindows();
-  } else {
-    now.passesClicks = QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+  }
+  if (layers_) {
+    now.keepsOnTop = now.allSpaces = layers_->isPossible();
+    now.placesWindows = isLayer_;
+    now.hidesPlaces = true;
+    now.passesClicks = true;
+    now.compositing = true;
+    now.movesByItself = !isLayer_;
   }
   xcb_connection_t* x11 = x11Connection();
   now.readsWithoutCast = x11 && !isXWayland(x11);
@@ -90,6 +116,11 @@ void LinuxDesktopPlatform::refreshCapabilities() {
 }
 
 void LinuxDesktopPlatform::prepareToShow(QWindow& window, bool keepOnTop) {
+  if (layers_) {
+    layers_->prepare(window, keepOnTop);
+    // What follows from it is announced when the window is shown: who is told may show it.
+    capabilities_.placesWindows = isLayer_ = layers_->isLayer(window);
+  }
   if (!manager_) return;
   updateCapabilities();
   manager_->writeStates(window, keepOnTop);
@@ -98,12 +129,14 @@ void LinuxDesktopPlatform::prepareToShow(QWindow& window, bool keepOnTop) {
 }
 
 void LinuxDesktopPlatform::confirmShown(QWindow& window, bool keepOnTop) {
+  if (layers_) updateCapabilities();
   if (!manager_) return;
   manager_->requestStates(window, keepOnTop);
   if (fullScreen_) fullScreen_->follow(window, keepOnTop);
 }
 
 bool LinuxDesktopPlatform::setKeepOnTop(QWindow& window, bool keepOnTop) {
+  if (layers_) return layers_->isLayer(window) == (keepOnTop && layers_->isPossible());
   if (!manager_) return true;
   manager_->requestAbove(window, keepOnTop);
   if (fullScreen_) fullScreen_->follow(window, keepOnTop);
@@ -122,14 +155,24 @@ void LinuxDesktopPlatform::setShape(QWindow& window, const QRegion& region) {
 }
 
 void LinuxDesktopPlatform::setClickThrough(QWindow& window, bool isThrough) {
-  if (manager_) {
-    manager_->writeClickThrough(window, isThrough);
-  } else if (capabilities_.passesClicks) {
-    window.setFlag(Qt::WindowTransparentForInput, isThrough);
-  }
+  if (manager_) manager_->writeClickThrough(window, isThrough);
+  if (layers_) layers_->setClickThrough(window, isThrough);
+}
+
+void LinuxDesktopPlatform::setFrame(QWindow& window, const QRect& frame) {
+  if (layers_) layers_->setFrame(window, frame);
+}
+
+bool LinuxDesktopPlatform::followPointer(QWindow& window) {
+  return layers_ && layers_->followPointer(window);
+}
+
+void LinuxDesktopPlatform::stopFollowingPointer() {
+  if (layers_) layers_->stopFollowing();
 }
 
 bool LinuxDesktopPlatform::isPointerOver(const QWindow& window) const {
+  if (layers_) return layers_->isPointerOver(window);
   return manager_ ? manager_->isPointerOver(window) : window.geometry().contains(QCursor::pos());
 }
 

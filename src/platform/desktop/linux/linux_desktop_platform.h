@@ -10,13 +10,14 @@
 namespace velun {
 
 class CompositorExclusion;
+class LayerWindows;
 class X11BottomAnchor;
 class X11FullScreenFollower;
 class X11SelectionWatch;
 class X11WindowManager;
 
-/// The desktop on X11 or XWayland. On any other display only screen casts and preferences for the
-/// look are known.
+/// The desktop on X11, on XWayland, or natively on Wayland: there the panel is a layer surface
+/// where the compositor has them and it is kept on top, otherwise an ordinary window.
 class LinuxDesktopPlatform final : public DesktopPlatform {
   Q_OBJECT
 
@@ -32,6 +33,9 @@ class LinuxDesktopPlatform final : public DesktopPlatform {
   void setBlurBehind(QWindow& window, const QRegion& region) override;
   void setShape(QWindow& window, const QRegion& region) override;
   void setClickThrough(QWindow& window, bool isThrough) override;
+  void setFrame(QWindow& window, const QRect& frame) override;
+  bool followPointer(QWindow& window) override;
+  void stopFollowingPointer() override;
   bool isPointerOver(const QWindow& window) const override;
   void setExcludedFromCapture(QWindow& window, bool excluded) override;
   void watchScreenCasts(bool watch) override;
@@ -45,6 +49,9 @@ class LinuxDesktopPlatform final : public DesktopPlatform {
 
   DesktopCapabilities capabilities_;
   std::unique_ptr<X11WindowManager> manager_;
+  /// Null unless Qt runs on Wayland.
+  std::unique_ptr<LayerWindows> layers_;
+  bool isLayer_ = false;
   std::unique_ptr<X11BottomAnchor> bottomAnchor_;
   /// Null on XWayland, whose compositors decide themselves.
   std::unique_ptr<X11FullScreenFollower> fullScreen_;
