@@ -144,7 +144,7 @@ class FirstRun(SpokenCase):
         self.wait_for_text("Better captions are ready.")
         # It takes over in the running captions.
         self.desktop.wait("the model to take over",
-                          lambda: self.status() == "Captions now use “Toy”.")
+                          lambda: self.status() == "Captions now use “Tiny English”.")
         self.assertIn("Music", self.caption().title())
         self.quit_program()
 
