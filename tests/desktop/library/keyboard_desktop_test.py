@@ -169,7 +169,8 @@ class Library(KeyboardCase):
         self.wait_for_selection("Evening talk")
         self.key("ctrl+shift+s")
         export = self.window("Export Session")
-        self.tour(export, ["File Format", "Content", "Translation Language", "Cancel", "Export…"])
+        self.tour(export, ["File Format", "Content", "Translation Language", "Show Times",
+                           "Cancel", "Export…"])
         self.key("Down")
         export.wait_for("combo box", "Text (.txt)")
         self.key("Return")
