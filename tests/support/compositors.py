@@ -3,6 +3,7 @@ Neither has an X server.
 """
 
 import json
+import math
 import os
 import shutil
 import subprocess
@@ -86,7 +87,7 @@ class Sway(CompositorDesktop):
 
     def pixels(self, x, y, width, height):
         """Rows of colours; the position is in points, the size in pixels."""
-        region = f"{x},{y} {-(-width // self.scale)}x{-(-height // self.scale)}"
+        region = f"{x},{y} {math.ceil(width / self.scale)}x{math.ceil(height / self.scale)}"
         done = subprocess.run(["grim", "-s", str(self.scale), "-t", "ppm", "-g", region, "-"],
                               env=self.environment, capture_output=True, check=True, timeout=30)
         _, size, _, data = done.stdout.split(b"\n", 3)
