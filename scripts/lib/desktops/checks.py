@@ -148,7 +148,7 @@ class Checks:
     def place(self):
         self._program.show_panel()
         if not self._session.move_panel(90, 120):
-            return UNKNOWN, "cannot be moved by another program"
+            return UNKNOWN, "its window cannot be moved from outside"
         self._session.steady_picture()
         before = self.seen_panel()
         self._program.quit()

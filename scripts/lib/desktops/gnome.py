@@ -28,6 +28,8 @@ class Gnome(WaylandSession):
                 ("org.gnome.shell", "enabled-extensions", f"['{self.EXTENSION}']"),
                 ("org.gnome.shell", "welcome-dialog-last-shown-version", "99"),
                 (interface, "enable-animations", "false"),
+                # It announces that there is no screen lock.
+                ("org.gnome.desktop.notifications", "show-banners", "false"),
                 # A pointer that is sent to the corner would open the overview.
                 (interface, "enable-hot-corners", "false")):
             self.run("gsettings", "set", place, key, value)
