@@ -120,6 +120,9 @@ void AppCoordinator::perform(AppCommand command) {
       return sessions_->showHistory();
     case AppCommand::showSettings:
       return showSettings();
+    case AppCommand::showModels:
+      showSettings();
+      return settingsWindow_->showModels();
     case AppCommand::checkForUpdates:
       return information_->checkForUpdates();
     case AppCommand::showAbout:

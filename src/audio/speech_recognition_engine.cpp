@@ -31,6 +31,15 @@ Failure unsupportedLanguage(const QString& localeID) {
                    name + QStringLiteral("는 지원하지 않는 언어입니다")));
 }
 
+Failure licenceToAgreeTo(const QString& localeID) {
+  return Failure(
+      L("Captions in %1 need a model whose license is not clear. Read it in Settings, under "
+        "Languages & Models, and install the model there.",
+        "%1 자막에는 라이선스가 명확하지 않은 모델이 필요합니다. 설정의 ‘언어 및 모델’에서 내용을 "
+        "읽고 모델을 설치하십시오.")
+          .arg(languageName(localeID)));
+}
+
 }  // namespace
 
 SpeechRecognitionEngine::SpeechRecognitionEngine(SpeechPlatform& speech, AudioPlatform& audio,
@@ -77,6 +86,7 @@ QCoro::Task<> SpeechRecognitionEngine::setUp(Run run, std::stop_token stop) {
   const std::optional<SpeechSupport> support = speech_.support(run.sourceID);
   if (!support) throw unsupportedLanguage(run.sourceID);
   checkCancellation(self, run.token, stop);
+  if (support->needsAgreement) throw licenceToAgreeTo(run.sourceID);
   if (support->offer) {
     QCoro::Task<> installing = installModel(support->offer, run.token, stop);
     co_await installing;

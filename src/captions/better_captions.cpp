@@ -7,7 +7,6 @@
 #include "settings/app_settings.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace velun {
@@ -18,18 +17,6 @@ using Stage = ModelState::Stage;
 
 const QString kDeclined = QStringLiteral("declinedRecognizers");
 constexpr QChar kSeparator = u' ';
-
-/// The stage to show for several downloads: a failure first, then what is still going on.
-Stage combined(const std::vector<ModelState>& states) {
-  const auto isAny = [&states](Stage stage) {
-    return std::ranges::any_of(states, [stage](const auto& state) { return state.stage == stage; });
-  };
-  for (const Stage stage : {Stage::failed, Stage::downloading, Stage::verifying, Stage::waiting,
-                            Stage::paused, Stage::absent}) {
-    if (isAny(stage)) return stage;
-  }
-  return Stage::installed;
-}
 
 }  // namespace
 
@@ -60,11 +47,26 @@ std::optional<BetterCaptions::Offer> BetterCaptions::find() {
   const std::optional<SpeechSupport> support = speech_.support(settings_.localeID());
   if (!support) return std::nullopt;
   const std::vector<RecognizerCandidate> all = speech_.candidates(support->locale);
-  if (all.empty()) return std::nullopt;
-  const RecognizerCandidate& best = all.front();
   const bool isNeeded = std::ranges::none_of(all, &RecognizerCandidate::isInstalled);
-  if (!isNeeded && !best.isSuitable) return std::nullopt;
-  return makeOffer(best.id, isNeeded, modelsOf(best, support->locale));
+  const auto best = std::ranges::find_if(all, [](const RecognizerCandidate& each) {
+    return each.isInstalled || !each.needsAgreement;
+  });
+  if (best == all.end()) return findToAgree(all, support->locale);
+  if (!isNeeded && !best->isSuitable) return std::nullopt;
+  return makeOffer(best->id, isNeeded, modelsOf(*best, support->locale));
+}
+
+std::optional<BetterCaptions::Offer> BetterCaptions::findToAgree(
+    const std::vector<RecognizerCandidate>& all, const QString& locale) {
+  for (const RecognizerCandidate& each : all) {
+    std::optional<Offer> offer = makeOffer(each.id, true, modelsOf(each, locale));
+    // The user has agreed already.
+    if (offer && offer->state.stage != Stage::absent) return offer;
+  }
+  if (all.empty()) return std::nullopt;
+  std::optional<Offer> offer = makeOffer(all.front().id, true, modelsOf(all.front(), locale));
+  if (offer) offer->needsAgreement = true;
+  return offer;
 }
 
 std::vector<Model> BetterCaptions::modelsOf(const RecognizerCandidate& recognizer,
@@ -80,11 +82,6 @@ std::vector<Model> BetterCaptions::modelsOf(const RecognizerCandidate& recognize
 std::optional<BetterCaptions::Offer> BetterCaptions::makeOffer(const QString& recognizer,
                                                                bool isNeeded,
                                                                const std::vector<Model>& models) {
-  // The settings show the licence's own words.
-  const bool isLicenceClear =
-      std::ranges::all_of(models, [](const Model& model) { return model.licenceNotice.isEmpty(); });
-  if (!isLicenceClear) return std::nullopt;
-
   // The size stays the same while one of two models is already installed.
   const bool isGoingOn = offer_ && offer_->recognizer == recognizer && downloaded_ == recognizer;
   if (!isGoingOn) {
@@ -94,7 +91,10 @@ std::optional<BetterCaptions::Offer> BetterCaptions::makeOffer(const QString& re
     }
     if (models_.empty()) return std::nullopt;
   }
-  Offer offer{recognizer, isNeeded, 0, combinedState()};
+  Offer offer;
+  offer.recognizer = recognizer;
+  offer.isNeeded = isNeeded;
+  offer.state = combinedState();
   offer.bytes = offer.state.totalBytes;
   if (offer.state.isBusy()) downloaded_ = recognizer;
   const bool isUntouched = offer.state.stage == Stage::absent || offer.state.stage == Stage::paused;
@@ -105,23 +105,11 @@ std::optional<BetterCaptions::Offer> BetterCaptions::makeOffer(const QString& re
 ModelState BetterCaptions::combinedState() const {
   std::vector<ModelState> states;
   for (const Model& model : models_) states.push_back(store_.state(model));
-  ModelState all;
-  all.stage = combined(states);
-  for (const ModelState& state : states) {
-    all.doneBytes += state.doneBytes;
-    all.totalBytes += state.totalBytes;
-    all.bytesPerSecond += state.bytesPerSecond;
-    if (all.failure.isEmpty()) all.failure = state.failure;
-  }
-  if (all.bytesPerSecond > 0) {
-    const auto missing = static_cast<double>(all.totalBytes - all.doneBytes);
-    all.secondsLeft = static_cast<int>(std::ceil(missing / all.bytesPerSecond));
-  }
-  return all;
+  return combined(states);
 }
 
 void BetterCaptions::download() {
-  if (!offer_) return;
+  if (!offer_ || offer_->needsAgreement) return;
   downloaded_ = offer_->recognizer;
   for (const Model& model : std::vector<Model>(models_)) store_.download(model);
 }

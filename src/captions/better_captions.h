@@ -24,8 +24,10 @@ class BetterCaptions final : public QObject {
 
  public:
   struct Offer {
-    QString recognizer;      ///< its id
-    bool isNeeded = false;   ///< nothing else can recognize the language
+    QString recognizer;     ///< its id
+    bool isNeeded = false;  ///< nothing else can recognize the language
+    /// Its licence has to be agreed to first, which the page "Languages & Models" asks for.
+    bool needsAgreement = false;
     std::int64_t bytes = 0;  ///< the size of the whole download
     ModelState state;        ///< of all its models together
 
@@ -43,7 +45,8 @@ class BetterCaptions final : public QObject {
   /// Whether to ask before a download because the connection is metered.
   bool isMetered() const;
 
-  /// Starts, continues or retries the download. Its outcome is in the offer.
+  /// Starts, continues or retries the download. Its outcome is in the offer. Does nothing while the
+  /// licence has to be agreed to.
   void download();
   void pause();
   /// Stops the download and deletes its part.
@@ -63,6 +66,9 @@ class BetterCaptions final : public QObject {
 
  private:
   std::optional<Offer> find();
+  /// What to offer if the licence of each of the recognizers has to be agreed to.
+  std::optional<Offer> findToAgree(const std::vector<RecognizerCandidate>& all,
+                                   const QString& locale);
   std::optional<Offer> makeOffer(const QString& recognizer, bool isNeeded,
                                  const std::vector<Model>& models);
   ModelState combinedState() const;

@@ -44,7 +44,9 @@ std::vector<LanguageChoice> CaptionLanguages::localeChoices() const {
   for (const QString& locale : locales_) {
     LanguageChoice choice{locale, languageName(locale), std::nullopt};
     if (const std::optional<SpeechSupport> support = speech_.support(locale)) {
-      choice.downloadBytes = support->offer ? support->offer->downloadBytes() : 0;
+      if (!support->needsAgreement) {
+        choice.downloadBytes = support->offer ? support->offer->downloadBytes() : 0;
+      }
     }
     choices.push_back(std::move(choice));
   }

@@ -210,6 +210,12 @@ class AppCommandsTest final : public test::Suite {
     QCOMPARE(visibleWindow(title), window.data());
   }
 
+  void languagesAndModelsAreAPageOfTheSettings() {
+    AppStage stage;
+    stage.perform(AppCommand::showModels);
+    QVERIFY(visibleWindow("Velun Settings"));
+  }
+
   void commandsAreIgnoredWhileAQuestionIsOpen() {
     AppStage stage;
     QDialog open;

@@ -55,6 +55,17 @@ class EngineDownloadsTest final : public test::Suite {
     QVERIFY_THROWS_EXCEPTION(Cancelled, test::await(std::move(again)));
   }
 
+  void licenceThatMustBeAgreedToFailsTheStart() {
+    Fixture f;
+    f.speech.script->needsAgreement = true;
+    QVERIFY(f.start().contains("Languages & Models"));
+    QVERIFY(f.start().startsWith("Captions in English"));
+    QCOMPARE(f.speech.script->calls, QStringList({"support en_US", "support en_US"}));
+    QVERIFY(!f.events.contains("downloading"));
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QVERIFY(f.start().contains("‘언어 및 모델’"));
+  }
+
   void failedDownloadFailsTheStart() {
     Fixture f;
     f.offer->outcome.fail(std::make_exception_ptr(Failure("No connection")));

@@ -98,8 +98,38 @@ class BetterCaptionsTest final : public Suite {
 
   void nothingIsOfferedWhoseLicenceMustBeRead() {
     Fixture f;
-    f.large.licenceNotice = {"Read this", "읽으십시오"};
+    f.speech.script->candidates[0].needsAgreement = true;
     QVERIFY(!f.open().offer());
+  }
+
+  void nextRecognizerIsOfferedInstead() {
+    Fixture f;
+    RecognizerCandidate unclear;
+    unclear.id = "unclear";
+    unclear.model = "unclear";
+    unclear.needsAgreement = true;
+    f.speech.script->candidates.insert(f.speech.script->candidates.begin(), unclear);
+    QCOMPARE(f.open().offer()->recognizer, QString("best"));
+    f.speech.script->candidates.back().isInstalled = false;
+    f.better->update();
+    QCOMPARE(f.better->offer()->recognizer, QString("best"));
+    QVERIFY(f.better->offer()->isNeeded && !f.better->offer()->needsAgreement);
+  }
+
+  void onlyDownloadWhoseLicenceMustBeReadIsNotStarted() {
+    Fixture f;
+    f.speech.script->candidates[0].needsAgreement = true;
+    f.speech.script->candidates.pop_back();
+    BetterCaptions& better = f.open();
+    QVERIFY(better.offer()->isNeeded && better.offer()->needsAgreement);
+    better.download();
+    QVERIFY(f.store.asked.isEmpty());
+    // The user has agreed in the settings.
+    f.store.setState(f.large, Fixture::stateOf(Stage::downloading, 10));
+    QVERIFY(!better.offer()->needsAgreement);
+    QCOMPARE(better.offer()->state.stage, Stage::downloading);
+    better.pause();
+    QVERIFY(f.store.paused.contains("large"));
   }
 
   void languageWithoutRecognizerNeedsTheDownload() {

@@ -63,6 +63,15 @@ class CaptionLanguagesTest final : public test::Suite {
  private Q_SLOTS:
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
+  void languageWhoseLicenceMustBeAgreedToIsNotReady() {
+    Fixture fixture;
+    fixture.locales = {"de_DE"};
+    fixture.load();
+    QVERIFY(fixture.offered.localeChoices().front().isReady());
+    fixture.speech.script->needsAgreement = true;
+    QVERIFY(!fixture.offered.localeChoices().front().downloadBytes);
+  }
+
   void areSortedByTheirNames() {
     Fixture fixture;
     fixture.locales = {"ko_KR", "en_US", "de_DE"};

@@ -109,6 +109,7 @@ class ScriptedRecognizerProvider final : public RecognizerProvider {
     only.title = title;
     only.isInstalled = installedList.contains(locale);
     only.modelBytes = modelBytes;
+    only.needsAgreement = needsAgreement;
     return {only};
   }
   bool isBeingCompleted(const QString&, const QString&) const override { return isIncomplete; }
@@ -125,6 +126,7 @@ class ScriptedRecognizerProvider final : public RecognizerProvider {
   QString id = "scripted";
   QString title;
   std::int64_t modelBytes = 0;
+  bool needsAgreement = false;
   QStringList supportedList;
   QStringList installedList;
   bool isIncomplete = false;

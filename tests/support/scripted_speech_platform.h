@@ -18,6 +18,7 @@ namespace velun::test {
 struct SpeechScript {
   QStringList locales = {"en_US", "ko_KR"};
   std::shared_ptr<SpeechModelOffer> offer;
+  bool needsAgreement = false;
   std::vector<RecognizerCandidate> candidates;
   /// The failure of the next starts.
   std::optional<QString> startFailure;
@@ -77,7 +78,7 @@ class ScriptedSpeechPlatform final : public SpeechPlatform {
     script->calls << "support " + localeID;
     const std::optional<QString> locale = equivalentLocale(localeID, script->locales);
     if (!locale) return std::nullopt;
-    return SpeechSupport{*locale, script->offer};
+    return SpeechSupport{*locale, script->offer, script->needsAgreement};
   }
   std::vector<RecognizerCandidate> candidates(const QString&) const override {
     return script->candidates;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <QString>
+#include <vector>
 
 namespace velun {
 
@@ -24,7 +25,7 @@ struct ModelState {
   std::int64_t totalBytes = 0;  ///< the size of the downloads
   double bytesPerSecond = 0;    ///< average over some seconds; 0 while unknown
   std::optional<int> secondsLeft;
-  QString failure;  ///< what happened and what to do, localized when it happened
+  QString failure;  ///< what happened and what to do, in the interface language
 
   /// Whether an installation is running.
   bool isBusy() const {
@@ -33,5 +34,9 @@ struct ModelState {
 
   bool operator==(const ModelState&) const = default;
 };
+
+/// The state of several downloads that the user sees as one. A failure comes first, then what is
+/// still going on; only if all are installed, the result is. `states` must not be empty.
+ModelState combined(const std::vector<ModelState>& states);
 
 }  // namespace velun

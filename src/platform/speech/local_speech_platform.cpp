@@ -84,12 +84,17 @@ QCoro::Task<QStringList> LocalSpeechPlatform::supportedLocales() {
 std::optional<SpeechSupport> LocalSpeechPlatform::support(const QString& localeID) {
   const std::optional<QString> locale = equivalentLocale(localeID, locales());
   if (!locale) return std::nullopt;
-  SpeechSupport support{*locale, nullptr};
+  SpeechSupport support{.locale = *locale, .offer = nullptr};
   if (isInstalled(*locale)) return support;
   for (const RecognizerCandidate& candidate : candidates(*locale)) {
+    if (candidate.needsAgreement) {
+      support.needsAgreement = true;
+      continue;
+    }
     support.offer = offer(*locale, candidate.id);
     if (support.offer) break;
   }
+  if (support.offer) support.needsAgreement = false;
   return support;
 }
 

@@ -14,7 +14,9 @@ struct RecognizerCandidate {
   bool isInstalled = false;
   std::int64_t modelBytes = 0;   ///< of its files on disk; 0 if unknown
   std::int64_t memoryBytes = 0;  ///< while it runs; 0 if unknown
-  bool isChosen = false;         ///< by the user, for this locale
+  /// Whether the user has to read and agree to a licence before its download.
+  bool needsAgreement = false;
+  bool isChosen = false;  ///< by the user, for this locale
   /// Whether this machine has the memory and the speed for it.
   bool isSuitable = true;
 

@@ -33,8 +33,10 @@ class SpeechModelOffer {
 struct SpeechSupport {
   /// The supported locale that serves the requested one.
   QString locale;
-  /// Null when a model is installed, or when none can be downloaded.
+  /// Null when a model is installed, or when none can be downloaded without a question.
   std::shared_ptr<SpeechModelOffer> offer;
+  /// No model is installed, and the user has to agree to the licence of each before its download.
+  bool needsAgreement = false;
 };
 
 /// One recognizer at work on one stream of audio. Destroying it ends the run at once: it emits

@@ -48,6 +48,8 @@ CaptionEmptyState::CaptionEmptyState(CaptionViewModel& model, AppCommands& comma
   column->addStretch(1);
   connect(start_, &CaptionButton::clicked, &commands.action(AppCommand::toggleCaptions),
           &QAction::trigger);
+  connect(offer_, &DownloadOfferView::modelsRequested, &commands_.action(AppCommand::showModels),
+          &QAction::trigger);
   const auto follow = [this](auto& object, auto signal) {
     connect(&object, signal, this, &CaptionEmptyState::present);
   };

@@ -114,7 +114,11 @@ void DownloadOfferView::presentOffer(const BetterCaptions::Offer& offer) {
 void DownloadOfferView::presentUntouched(const BetterCaptions::Offer& offer) {
   const QString size = megabytesText(offer.bytes);
   const QString notNow = offer.isNeeded && !asksAboutMeter_ ? QString() : L("Not Now", "나중에");
-  if (asksAboutMeter_) {
+  if (offer.needsAgreement) {
+    showText(L("Captions in this language need a model whose license you have to read first.",
+               "이 언어의 자막을 사용하려면 먼저 모델의 라이선스를 읽어야 합니다."));
+    showButtons(L("Languages & Models…", "언어 및 모델…"), {});
+  } else if (asksAboutMeter_) {
     showText(L("This connection is metered.", "데이터 사용량에 따라 요금이 부과되는 연결입니다."));
     showButtons(L("Download %1 Anyway", "그래도 %1 다운로드").arg(size), notNow);
   } else if (offer.isNeeded) {
@@ -145,6 +149,7 @@ void DownloadOfferView::showButtons(const QString& mainText, const QString& othe
 
 void DownloadOfferView::act() {
   if (!better_->offer()) return;
+  if (better_->offer()->needsAgreement) return Q_EMIT modelsRequested();
   const Stage stage = better_->offer()->state.stage;
   if (stage == Stage::waiting || stage == Stage::downloading) return better_->pause();
   if (stage == Stage::absent && better_->isMetered() && !std::exchange(asksAboutMeter_, true)) {

@@ -32,6 +32,10 @@ class DownloadOfferView final : public QWidget {
   /// Cancels or declines.
   CaptionButton& otherButton() const { return *other_; }
 
+ Q_SIGNALS:
+  /// The user wants to see the page "Languages & Models".
+  void modelsRequested();
+
  private:
   void arrange();
   void present();

@@ -110,6 +110,7 @@ std::vector<AppCommands::Row> AppCommands::rows() const {
        .name = "show-settings",
        .text = L("Settings…", "설정…"),
        .shortcut = Qt::CTRL | Qt::Key_Comma},
+      {.command = showModels, .name = "show-models"},
       {.command = checkForUpdates,
        .name = "check-for-updates",
        .text = L("Check for Updates…", "업데이트 확인…")},

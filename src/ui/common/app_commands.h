@@ -31,6 +31,8 @@ enum class AppCommand {
   openSessionsFolder,
   showHistory,
   showSettings,
+  /// The page "Languages & Models" of the settings.
+  showModels,
   checkForUpdates,
   showAbout,
   terminate,

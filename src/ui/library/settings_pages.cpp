@@ -10,7 +10,7 @@
 
 namespace velun {
 
-SettingsPages::SettingsPages(QWidget* general, QWidget* models) {
+SettingsPages::SettingsPages(QWidget* general, QWidget* models) : models_(models) {
   setDocumentMode(true);
   // The tabs take the focus themselves.
   setFocusProxy(nullptr);
@@ -25,6 +25,10 @@ SettingsPages::SettingsPages(QWidget* general, QWidget* models) {
           [this](const QWidget*, QWidget* control) { showFocused(control); });
   connect(&Localization::shared(), &Localization::languageChanged, this, &SettingsPages::translate);
   translate();
+}
+
+void SettingsPages::showModels() {
+  if (models_) setCurrentWidget(models_);
 }
 
 void SettingsPages::showEvent(QShowEvent* event) {

@@ -13,6 +13,9 @@ class SettingsPages final : public QTabWidget {
   /// Takes ownership of the pages; `models` may be null.
   SettingsPages(QWidget* general, QWidget* models);
 
+  /// Shows the page "Languages & Models".
+  void showModels();
+
  protected:
   /// The keyboard begins at the first control of the page, not at the tabs.
   void showEvent(QShowEvent* event) override;
@@ -21,6 +24,8 @@ class SettingsPages final : public QTabWidget {
   /// Scrolls to a control that gets the focus from the tabs.
   void showFocused(QWidget* control);
   void translate();
+
+  QWidget* models_;
 };
 
 }  // namespace velun

@@ -23,6 +23,7 @@ SettingsWindowController::SettingsWindowController(CaptionViewModel& model,
   auto* general = new SettingsView(model, std::move(openRecordsFolder), notes);
   auto pages =
       std::make_unique<SettingsPages>(general, models ? new ModelsPage(model, *models) : nullptr);
+  pages_ = pages.get();
   window_ = WindowPresentation::makeWindow(title(), kContentSize, std::move(pages), false);
 }
 
@@ -30,6 +31,10 @@ SettingsWindowController::~SettingsWindowController() = default;
 
 void SettingsWindowController::show() {
   WindowPresentation::present(*window_);
+}
+
+void SettingsWindowController::showModels() {
+  pages_->showModels();
 }
 
 void SettingsWindowController::updateTitle() {

@@ -12,6 +12,8 @@
 
 namespace velun {
 
+class SettingsPages;
+
 /// Owns the settings window, which is created once and reused. Main thread.
 class SettingsWindowController final : public QObject {
   Q_OBJECT
@@ -25,12 +27,15 @@ class SettingsWindowController final : public QObject {
   ~SettingsWindowController() override;
 
   void show();
+  /// Shows the page "Languages & Models" in the window.
+  void showModels();
   /// Updates the window's title to the interface language.
   void updateTitle();
   static QString title();
   QWidget& window() const { return *window_; }
 
  private:
+  SettingsPages* pages_;
   std::unique_ptr<QWidget> window_;
 };
 

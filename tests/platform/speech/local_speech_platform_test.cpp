@@ -103,6 +103,23 @@ class LocalSpeechPlatformTest final : public test::Suite {
     QVERIFY(!f.platform.support("de_DE"));
   }
 
+  void modelWhoseLicenceMustBeAgreedToIsNotDownloadedUnasked() {
+    Fixture f;
+    f.better->model = std::make_shared<test::ScriptedModelOffer>();
+    f.better->needsAgreement = true;
+    const std::optional<SpeechSupport> support = f.platform.support("fr_FR");
+    QVERIFY(support && !support->offer && support->needsAgreement);
+    QVERIFY(f.better->asked.isEmpty());
+    QVERIFY(!f.platform.support("en_US")->needsAgreement);
+
+    f.lesser->supportedList << "fr_FR";
+    f.lesser->model = std::make_shared<test::ScriptedModelOffer>();
+    const std::optional<SpeechSupport> other = f.platform.support("fr_FR");
+    QCOMPARE(other->offer, f.lesser->model);
+    QVERIFY(!other->needsAgreement);
+    QVERIFY(f.better->asked.isEmpty());
+  }
+
   void bestInstalledRecognizerIsUsed() {
     Fixture f;
     f.better->installedList << "en_US";

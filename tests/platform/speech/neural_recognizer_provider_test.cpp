@@ -103,6 +103,16 @@ class NeuralRecognizerProviderTest final : public test::Suite {
     QVERIFY(withoutHelper.candidates("en_US").empty());
   }
 
+  void unclearLicenceHasToBeAgreedTo() {
+    for (const RecognizerCandidate& each : provider_.candidates("de_DE")) {
+      const bool isUnclear = !catalogue_.find(each.model)->licenceNotice.isEmpty();
+      QCOMPARE(each.needsAgreement, isUnclear);
+    }
+    const auto all = provider_.candidates("de_DE");
+    QVERIFY(std::ranges::any_of(all, &RecognizerCandidate::needsAgreement));
+    QVERIFY(!std::ranges::all_of(all, &RecognizerCandidate::needsAgreement));
+  }
+
   void onlyEnglishIsWrittenByTheRulesOfEnglish() {
     const auto hasEnglishRules = [this](const QString& locale) {
       const auto recognizer = factory(locale)();

@@ -134,6 +134,23 @@ class CaptionEmptyStateTest final : public Suite {
     QCOMPARE(f.store.asked, QStringList("best"));
   }
 
+  void licenceThatMustBeReadLeadsToTheModels() {
+    Fixture f;
+    f.speech.script->candidates.front().needsAgreement = true;
+    f.speech.script->candidates.pop_back();
+    f.better.update();
+    QVERIFY(f.text().contains("license"));
+    QCOMPARE(f.buttons(), QStringList("Languages & Models…"));
+    QStringList requested;
+    const QAction& models = f.stage.commands.action(AppCommand::showModels);
+    QObject::connect(&models, &QAction::triggered, [&requested] { requested << "models"; });
+    f.offer().mainButton().click();
+    QCOMPARE(requested, QStringList("models"));
+    QVERIFY(f.store.asked.isEmpty());
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(f.buttons(), QStringList("언어 및 모델…"));
+  }
+
   void progressIsShownAndControlled() {
     Fixture f;
     f.offer().mainButton().click();

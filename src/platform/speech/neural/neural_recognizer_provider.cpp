@@ -124,6 +124,9 @@ std::vector<RecognizerCandidate> NeuralRecognizerProvider::candidates(const QStr
     candidate.isInstalled = store_.isInstalled(*model);
     candidate.modelBytes = model->installedBytes;
     candidate.memoryBytes = model->memoryBytes;
+    const Model* marks = catalogue_.punctuationFor(*model, languageCode(locale));
+    candidate.needsAgreement =
+        !model->licenceNotice.isEmpty() || (marks && !marks->licenceNotice.isEmpty());
     all.push_back(candidate);
   }
   return all;
