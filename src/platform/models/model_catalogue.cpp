@@ -146,18 +146,32 @@ Model readModel(const QJsonObject& object) {
   return model;
 }
 
+ModelCatalogue readFrom(const QString& path) {
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) throw Failure(file.errorString());
+  return ModelCatalogue::read(file.readAll());
+}
+
+/// Empty if none is named, or if it cannot be read.
+ModelCatalogue additionalCatalogue() {
+  const QString path = qEnvironmentVariable("VELUN_MODEL_CATALOGUE");
+  if (path.isEmpty()) return {};
+  try {
+    return readFrom(path);
+  } catch (const Failure& failure) {
+    qWarning("VELUN_MODEL_CATALOGUE is ignored: %s: %s", qUtf8Printable(path),
+             qUtf8Printable(failure.errorDescription()));
+    return {};
+  }
+}
+
 }  // namespace
 
 ModelCatalogue ModelCatalogue::builtIn() {
   loadResources();
-  QStringList paths = {":/models/recognition.json", ":/models/translation.json"};
-  const QString additional = qEnvironmentVariable("VELUN_MODEL_CATALOGUE");
-  if (!additional.isEmpty()) paths.prepend(additional);
-  ModelCatalogue all;
-  for (const QString& path : paths) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) throw Failure(path + ": " + file.errorString());
-    const ModelCatalogue part = read(file.readAll());
+  ModelCatalogue all = additionalCatalogue();
+  for (const char* path : {":/models/recognition.json", ":/models/translation.json"}) {
+    const ModelCatalogue part = readFrom(path);
     for (const Model& model : part.models()) {
       if (!all.find(model.id)) all.models_.push_back(model);
     }

@@ -12,8 +12,8 @@ class ModelCatalogue {
   explicit ModelCatalogue(std::vector<Model> models) : models_(std::move(models)) {}
 
   /// The catalogue that is compiled in: every file of data/models. The models of the file that the
-  /// environment variable VELUN_MODEL_CATALOGUE names come before them. Throws `Failure` if that
-  /// file cannot be read.
+  /// environment variable VELUN_MODEL_CATALOGUE names come before them; a warning is logged if that
+  /// file cannot be read. Takes some milliseconds: the program calls it once.
   static ModelCatalogue builtIn();
 
   /// Reads a catalogue file (format: data/models/README.md). Throws `Failure` that names the entry

@@ -6,9 +6,13 @@
 #include "support/suite.h"
 
 #include <algorithm>
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QRegularExpression>
+#include <QScopeGuard>
 #include <QSet>
+#include <QTemporaryDir>
 
 using namespace velun;
 
@@ -52,6 +56,15 @@ QJsonValue replaced(const QJsonValue& root, QStringList path, const QJsonValue& 
   QJsonObject object = root.toObject();
   object[key] = replaced(object[key], path, value);
   return object;
+}
+
+/// Writes the additional catalogue, unless it is empty, and names it in the environment as long as
+/// the result exists.
+[[nodiscard]] auto nameAdditional(const QString& path, const QByteArray& contents) {
+  QFile file(path);
+  if (!contents.isEmpty() && file.open(QIODevice::WriteOnly)) file.write(contents);
+  qputenv("VELUN_MODEL_CATALOGUE", QFile::encodeName(path));
+  return qScopeGuard([] { qunsetenv("VELUN_MODEL_CATALOGUE"); });
 }
 
 }  // namespace
@@ -170,6 +183,43 @@ class ModelCatalogueTest final : public test::Suite {
       QCOMPARE(model.languages.size(), 2);
     }
     QVERIFY(catalogue.ofKind(ModelKind::translation).size() > 100);
+  }
+
+  void additionalModelsComeFirstAndEachIdOnce() {
+    const ModelCatalogue plain = ModelCatalogue::builtIn();
+    const QString known = plain.models().back().id;
+    QJsonObject replacement = goodModel();
+    replacement["id"] = known;
+    replacement["licence"] = "Another";
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("catalogue.json");
+    const auto restored = nameAdditional(path, catalogueOf({goodModel(), replacement}));
+    const ModelCatalogue all = ModelCatalogue::builtIn();
+    QCOMPARE(all.models().size(), plain.models().size() + 1);
+    QCOMPARE(all.models()[0].id, QString("good-1.0"));
+    QCOMPARE(all.models()[1].id, known);
+    QCOMPARE(all.find(known)->licence, QString("Another"));
+    QSet<QString> ids;
+    for (const Model& model : all.models()) ids.insert(model.id);
+    QCOMPARE(ids.size(), static_cast<qsizetype>(all.models().size()));
+  }
+
+  void unreadableAdditionalModelsAreIgnoredWithAWarning_data() {
+    QTest::addColumn<QByteArray>("contents");
+    QTest::newRow("missing") << QByteArray();
+    QTest::newRow("no JSON") << QByteArray("{\"models\": [");
+    QTest::newRow("not allowed") << catalogueOf(
+        {replaced(goodModel(), {"id"}, "../up").toObject()});
+  }
+  void unreadableAdditionalModelsAreIgnoredWithAWarning() {
+    QFETCH(QByteArray, contents);
+    const ModelCatalogue plain = ModelCatalogue::builtIn();
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("catalogue.json");
+    const auto restored = nameAdditional(path, contents);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("VELUN_MODEL_CATALOGUE is ignored: " +
+                                                          QRegularExpression::escape(path)));
+    QCOMPARE(ModelCatalogue::builtIn().models().size(), plain.models().size());
   }
 
   void optionsNameDownloadedFiles() {
