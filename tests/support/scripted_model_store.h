@@ -36,6 +36,7 @@ class ScriptedModelStore final : public ModelStore {
   void pause(const Model& model) override { paused += model.id; }
   void cancel(const Model& model) override { cancelled += model.id; }
   void remove(const Model& model) override {
+    if (failure) throw Failure(*failure);
     present.removeAll(model.id);
     setState(model, {});
   }
@@ -75,7 +76,7 @@ class ScriptedModelStore final : public ModelStore {
   QStringList paused;
   QStringList cancelled;
   bool metered = false;
-  /// The failure of every installation, if set.
+  /// The failure of every installation and removal, if set.
   std::optional<QString> failure;
 
  private:

@@ -45,7 +45,7 @@ void ModelFileAdder::addFromFile() {
 
 void ModelFileAdder::read(const QString& path) {
   share_ = std::make_shared<std::atomic<double>>(0);
-  outcome_.clear();
+  last_.reset();
   job_.start(
       [place = services_.store.filePlacer(), path, share = share_](const std::stop_token& stop) {
         Result result;
@@ -53,7 +53,7 @@ void ModelFileAdder::read(const QString& path) {
           result.placed = place(
               path, [share](double done) { *share = done; }, stop);
         } catch (const std::exception& error) {
-          result.failure = descriptionOf(error);
+          result.failure = ModelFailure::textOf(error);
         }
         return result;
       },
@@ -72,19 +72,24 @@ void ModelFileAdder::reportLater() {
 
 void ModelFileAdder::finish(const Result& result) {
   reporting_.reset();
-  const Model* model = services_.catalogue->find(result.placed.model);
-  if (!model) {
-    outcome_ = result.failure;
-  } else if (result.placed.missing.isEmpty()) {
-    outcome_ = L("“%1” is installed.", "“%1”을(를) 설치했습니다.").arg(model->title);
-  } else {
-    outcome_ = L("This file is a part of “%1”. Add its other files too: %2",
-                 "“%1”의 일부입니다. 다른 파일도 추가하십시오: %2")
-                   .arg(model->title, result.placed.missing.join(", "));
-  }
+  last_ = result;
   Q_EMIT changed();
   // The store itself does not know about the new files.
-  if (model) Q_EMIT services_.store.stateChanged(model->id);
+  const QString& model = result.placed.model;
+  if (services_.catalogue->find(model)) Q_EMIT services_.store.stateChanged(model);
+}
+
+QString ModelFileAdder::outcome() const {
+  if (!last_) return {};
+  const Model* model = services_.catalogue->find(last_->placed.model);
+  if (!model) return last_->failure ? last_->failure() : QString();
+  const QString name = nameText(*model);
+  if (last_->placed.missing.isEmpty()) {
+    return L("“%1” is installed.", "“%1”을(를) 설치했습니다.").arg(name);
+  }
+  return L("This file is a part of “%1”. Add its other files too: %2",
+           "“%1”의 일부입니다. 다른 파일도 추가하십시오: %2")
+      .arg(name, last_->placed.missing.join(", "));
 }
 
 void ModelFileAdder::cancelAdding() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/foundation/latest_job.h"
+#include "platform/models/model_failure.h"
 #include "ui/models/model_files.h"
 #include "ui/models/model_services.h"
 
@@ -25,13 +26,13 @@ class ModelFileAdder final : public ModelFiles {
   void addFromFile() override;
   void cancelAdding() override;
   std::optional<double> progress() const override;
-  QString outcome() const override { return outcome_; }
+  QString outcome() const override;
 
  private:
   /// What a file became, or why it was refused.
   struct Result {
     PlacedModelFile placed;
-    QString failure;
+    ModelFailure::Text failure;
   };
 
   void read(const QString& path);
@@ -41,7 +42,7 @@ class ModelFileAdder final : public ModelFiles {
   ModelServices services_;
   std::shared_ptr<std::atomic<double>> share_;
   std::unique_ptr<ScheduledCall> reporting_;
-  QString outcome_;
+  std::optional<Result> last_;
   LatestJob job_;
 };
 

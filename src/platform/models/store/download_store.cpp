@@ -45,8 +45,8 @@ struct DownloadStore::Download {
   Model model;
   bool isAsked = false;
   bool isPaused = false;
-  bool isDiscarded = false;  ///< delete the files when the job has ended
-  std::optional<QString> failure;
+  bool isDiscarded = false;            ///< delete the files when the job has ended
+  ModelFailure::Text failure;          ///< empty without a failure
   std::vector<OneShot<bool>> waiters;  ///< calls of `install`
   std::unique_ptr<Job> job;            ///< at most one at a time, also while it is stopping
 };
@@ -135,7 +135,7 @@ ModelState DownloadStore::state(const Model& model) const {
   state.doneBytes = installer_.downloadedBytes(model);
   if (download && download->failure) {
     state.stage = failed;
-    state.failure = *download->failure;
+    state.failure = download->failure();
   } else if (state.doneBytes > 0 || (download && download->isPaused)) {
     state.stage = paused;
   }
@@ -227,7 +227,7 @@ void DownloadStore::discard(const Model& model) {
   download.isAsked = false;
   download.isPaused = false;
   download.isDiscarded = true;
-  download.failure.reset();
+  download.failure = nullptr;
   for (const OneShot<bool>& waiter : std::exchange(download.waiters, {})) {
     waiter.fail(std::make_exception_ptr(model_failures::cancelled()));
   }
@@ -252,7 +252,7 @@ void DownloadStore::proceed(Download& download) {
 }
 
 void DownloadStore::startJob(Download& download) {
-  download.failure.reset();
+  download.failure = nullptr;
   download.job = std::make_unique<Job>();
   Job& job = *download.job;
   try {
@@ -293,10 +293,8 @@ void DownloadStore::fail(Download& download, const std::exception_ptr& error) {
   download.isAsked = false;
   try {
     std::rethrow_exception(error);
-  } catch (const Failure& failure) {
-    download.failure = failure.errorDescription();
   } catch (const std::exception& failure) {
-    download.failure = QString::fromUtf8(failure.what());
+    download.failure = ModelFailure::textOf(failure);
   }
   for (const OneShot<bool>& waiter : std::exchange(download.waiters, {})) waiter.fail(error);
 }
@@ -334,10 +332,10 @@ void DownloadStore::reportDamage(const Model& model) {
   // It may be downloaded again already.
   const auto found = downloads_.find(model.id);
   if (isInstalled(model) || (found != downloads_.end() && found->second->isWanted())) return;
-  const QString notice = model_failures::damagedFiles(model.title).errorDescription();
-  downloadOf(model).failure = notice;
+  const ModelFailure damage = model_failures::damagedFiles(model.title);
+  downloadOf(model).failure = damage.text();
   Q_EMIT stateChanged(model.id);
-  Q_EMIT damageFound(notice);
+  Q_EMIT damageFound(damage.errorDescription());
 }
 
 void DownloadStore::verifyAgain(const QString& id) {

@@ -20,7 +20,7 @@ namespace {
 
 /// An error after which another attempt can succeed.
 struct RetryableFailure {
-  Failure failure;
+  ModelFailure failure;
 };
 
 /// One request for the rest of the file.
@@ -56,7 +56,7 @@ class Attempt {
     setOffset(0);
   }
 
-  Failure notSaved() const {
+  ModelFailure notSaved() const {
     return file_.error() == QFileDevice::ResourceError
                ? model_failures::diskFull()
                : model_failures::notSaved(file_.errorString());
@@ -95,7 +95,7 @@ class Attempt {
     receive(reply);
   }
 
-  void fail(const Failure& failure) {
+  void fail(const ModelFailure& failure) {
     if (!failure_) failure_ = failure;
     loop_->quit();
   }
@@ -178,7 +178,7 @@ class Attempt {
   QEventLoop* loop_ = nullptr;  ///< valid during exchange()
   bool isAccepted_ = false;
   bool isStartingOver_ = false;
-  std::optional<Failure> failure_;
+  std::optional<ModelFailure> failure_;
 };
 
 /// Waits for `time` or a stop request.

@@ -163,11 +163,11 @@ void ModelInstaller::setAside(const Model& model, const QString& target) const {
   QDir().rename(partialFolder(model), target + "/partial");
   const QDir dir(folder(model.id));
   const VerifiedRecord record = VerifiedRecord::read(dir.path());
-  QStringList names{VerifiedRecord::kFileName};
+  // Also the files of another revision, which may have other names.
+  QStringList names = record.names();
+  names.removeIf([](const QString& name) { return name.contains(u'/'); });
+  names += VerifiedRecord::kFileName;
   for (const ModelDownload& download : model.downloads) {
-    for (const ModelFile& file : download.files) {
-      if (record.find(file.name)) names += file.name;
-    }
     if (sizeOf(dir.filePath(download.fileName())) == download.bytes) names += download.fileName();
   }
   for (const QString& name : names) QDir().rename(dir.filePath(name), target + u'/' + name);

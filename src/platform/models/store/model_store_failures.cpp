@@ -13,128 +13,159 @@ QString megabytes(std::int64_t bytes) {
 
 }  // namespace
 
-Failure unreachable(const QString& host) {
-  return Failure(L(QString("The model couldn’t be downloaded: no connection to %1. Check the "
-                           "network connection, then try again.")
-                       .arg(host),
-                   QString("모델을 다운로드할 수 없습니다. %1에 연결되지 않습니다. 네트워크 연결을 "
-                           "확인한 다음 다시 시도하십시오.")
-                       .arg(host)));
+ModelFailure unreachable(const QString& host) {
+  return ModelFailure([host] {
+    return L(QString("The model couldn’t be downloaded: no connection to %1. Check the "
+                     "network connection, then try again.")
+                 .arg(host),
+             QString("모델을 다운로드할 수 없습니다. %1에 연결되지 않습니다. 네트워크 연결을 "
+                     "확인한 다음 다시 시도하십시오.")
+                 .arg(host));
+  });
 }
 
-Failure interrupted(const QString& reason) {
-  return Failure(
-      L(QString("The model download was interrupted (%1). Try again to continue it.").arg(reason),
-        QString("모델 다운로드가 중단되었습니다(%1). 다시 시도하면 이어서 받습니다.").arg(reason)));
+ModelFailure interrupted(const QString& reason) {
+  return ModelFailure([reason] {
+    return L(
+        QString("The model download was interrupted (%1). Try again to continue it.").arg(reason),
+        QString("모델 다운로드가 중단되었습니다(%1). 다시 시도하면 이어서 받습니다.").arg(reason));
+  });
 }
 
-Failure refused(int httpStatus) {
-  return Failure(
-      L(QString("The model couldn’t be downloaded: the server returned error %1. "
-                "Try again later.")
-            .arg(httpStatus),
-        QString("모델을 다운로드할 수 없습니다. 서버가 오류 %1(으)로 응답했습니다. 나중에 "
-                "다시 시도하십시오.")
-            .arg(httpStatus)));
+ModelFailure refused(int httpStatus) {
+  return ModelFailure([httpStatus] {
+    return L(QString("The model couldn’t be downloaded: the server returned error %1. "
+                     "Try again later.")
+                 .arg(httpStatus),
+             QString("모델을 다운로드할 수 없습니다. 서버가 오류 %1(으)로 응답했습니다. 나중에 "
+                     "다시 시도하십시오.")
+                 .arg(httpStatus));
+  });
 }
 
-Failure insecure() {
-  return Failure(
-      L("The model wasn’t downloaded because its address isn’t secure. Use an HTTPS "
+ModelFailure insecure() {
+  return ModelFailure([] {
+    return L(
+        "The model wasn’t downloaded because its address isn’t secure. Use an HTTPS "
         "address.",
-        "주소가 안전하지 않아 모델을 다운로드하지 않았습니다. HTTPS 주소를 사용하십시오."));
+        "주소가 안전하지 않아 모델을 다운로드하지 않았습니다. HTTPS 주소를 사용하십시오.");
+  });
 }
 
-Failure unexpectedFile() {
-  return Failure(
-      L("The model couldn’t be downloaded: the server offers a different file than "
+ModelFailure unexpectedFile() {
+  return ModelFailure([] {
+    return L(
+        "The model couldn’t be downloaded: the server offers a different file than "
         "expected. Try again later.",
         "모델을 다운로드할 수 없습니다. 서버의 파일이 예상과 다릅니다. 나중에 다시 "
-        "시도하십시오."));
+        "시도하십시오.");
+  });
 }
 
 DamagedModel damaged() {
-  return DamagedModel(L("The downloaded model was damaged and has been deleted. Try again.",
-                        "다운로드한 모델이 손상되어 삭제했습니다. 다시 시도하십시오."));
+  return DamagedModel([] {
+    return L("The downloaded model was damaged and has been deleted. Try again.",
+             "다운로드한 모델이 손상되어 삭제했습니다. 다시 시도하십시오.");
+  });
 }
 
-Failure damagedFiles(const QString& title) {
-  return Failure(
-      L(QString("The files of “%1” are damaged. Download it again in Settings.").arg(title),
-        QString("‘%1’의 파일이 손상되었습니다. 설정에서 다시 다운로드하십시오.").arg(title)));
+ModelFailure damagedFiles(const QString& title) {
+  return ModelFailure([title] {
+    return L(QString("The files of “%1” are damaged. Download it again in Settings.").arg(title),
+             QString("‘%1’의 파일이 손상되었습니다. 설정에서 다시 다운로드하십시오.").arg(title));
+  });
 }
 
-Failure noSpace(std::int64_t neededBytes, std::int64_t freeBytes) {
+ModelFailure noSpace(std::int64_t neededBytes, std::int64_t freeBytes) {
   const QString needed = megabytes(neededBytes);
   const QString free = megabytes(freeBytes);
-  return Failure(L(QString("There isn’t enough disk space for the model: %1 MB needed, %2 MB "
-                           "free. Free some space, then try again.")
-                       .arg(needed, free),
-                   QString("모델을 저장할 디스크 공간이 부족합니다. %1MB가 필요하지만 %2MB만 남아 "
-                           "있습니다. 공간을 확보한 다음 다시 시도하십시오.")
-                       .arg(needed, free)));
+  return ModelFailure([needed, free] {
+    return L(QString("There isn’t enough disk space for the model: %1 MB needed, %2 MB "
+                     "free. Free some space, then try again.")
+                 .arg(needed, free),
+             QString("모델을 저장할 디스크 공간이 부족합니다. %1MB가 필요하지만 %2MB만 남아 "
+                     "있습니다. 공간을 확보한 다음 다시 시도하십시오.")
+                 .arg(needed, free));
+  });
 }
 
-Failure notSaved(const QString& reason) {
-  return Failure(L(QString("The model couldn’t be saved: %1").arg(reason),
-                   QString("모델을 저장할 수 없습니다: %1").arg(reason)));
+ModelFailure notSaved(const QString& reason) {
+  return ModelFailure([reason] {
+    return L(QString("The model couldn’t be saved: %1").arg(reason),
+             QString("모델을 저장할 수 없습니다: %1").arg(reason));
+  });
 }
 
-Failure diskFull() {
-  return Failure(
-      L("The model couldn’t be saved: the disk is full. Free some space, then try again.",
-        "디스크가 가득 차서 모델을 저장할 수 없습니다. 공간을 확보한 다음 다시 "
-        "시도하십시오."));
+ModelFailure diskFull() {
+  return ModelFailure([] {
+    return L("The model couldn’t be saved: the disk is full. Free some space, then try again.",
+             "디스크가 가득 차서 모델을 저장할 수 없습니다. 공간을 확보한 다음 다시 "
+             "시도하십시오.");
+  });
 }
 
-Failure cancelled() {
-  return Failure(L("The model download was cancelled. Start captions to download it again.",
-                   "모델 다운로드를 취소했습니다. 다시 받으려면 자막을 시작하십시오."));
+ModelFailure cancelled() {
+  return ModelFailure([] {
+    return L("The model download was cancelled. Start captions to download it again.",
+             "모델 다운로드를 취소했습니다. 다시 받으려면 자막을 시작하십시오.");
+  });
 }
 
-Failure inUse(ModelKind kind) {
+ModelFailure inUse(ModelKind kind) {
   // A translator stays loaded for two minutes after its last text.
   if (kind == ModelKind::translation) {
-    return Failure(L("The model is in use. Turn off translation, then try again in two minutes.",
-                     "모델을 사용하고 있습니다. 번역을 끈 다음 2분 뒤에 다시 시도하십시오."));
+    return ModelFailure([] {
+      return L("The model is in use. Turn off translation, then try again in two minutes.",
+               "모델을 사용하고 있습니다. 번역을 끈 다음 2분 뒤에 다시 시도하십시오.");
+    });
   }
-  return Failure(L("The model is in use. Stop captions, then try again.",
-                   "모델을 사용하고 있습니다. 자막을 중지한 다음 다시 시도하십시오."));
+  return ModelFailure([] {
+    return L("The model is in use. Stop captions, then try again.",
+             "모델을 사용하고 있습니다. 자막을 중지한 다음 다시 시도하십시오.");
+  });
 }
 
-Failure notRemoved() {
-  return Failure(L("The model couldn’t be removed. Check the permissions of the models folder.",
-                   "모델을 삭제할 수 없습니다. 모델 폴더의 접근 권한을 확인하십시오."));
+ModelFailure notRemoved() {
+  return ModelFailure([] {
+    return L("The model couldn’t be removed. Check the permissions of the models folder.",
+             "모델을 삭제할 수 없습니다. 모델 폴더의 접근 권한을 확인하십시오.");
+  });
 }
 
-Failure notRead(const QString& reason) {
-  return Failure(L(QString("The file couldn’t be read: %1").arg(reason),
-                   QString("파일을 읽을 수 없습니다: %1").arg(reason)));
+ModelFailure notRead(const QString& reason) {
+  return ModelFailure([reason] {
+    return L(QString("The file couldn’t be read: %1").arg(reason),
+             QString("파일을 읽을 수 없습니다: %1").arg(reason));
+  });
 }
 
-Failure unknownFile(const QString& name) {
-  return Failure(
-      L(QString("“%1” is not a file of a model that Velun knows, or it is damaged. Check "
-                "where you downloaded it.")
-            .arg(name),
-        QString("“%1”은(는) Velun이 아는 모델의 파일이 아니거나 손상되었습니다. 내려받은 "
-                "곳을 확인하십시오.")
-            .arg(name)));
+ModelFailure unknownFile(const QString& name) {
+  return ModelFailure([name] {
+    return L(QString("“%1” is not a file of a model that Velun knows, or it is damaged. Check "
+                     "where you downloaded it.")
+                 .arg(name),
+             QString("“%1”은(는) Velun이 아는 모델의 파일이 아니거나 손상되었습니다. 내려받은 "
+                     "곳을 확인하십시오.")
+                 .arg(name));
+  });
 }
 
-Failure unreadable(int code) {
+ModelFailure unreadable(int code) {
   const QString reason = qt_error_string(code);
-  return Failure(
-      L(QString("The downloaded model couldn’t be read: %1. Try again.").arg(reason),
-        QString("다운로드한 모델을 읽을 수 없습니다: %1. 다시 시도하십시오.").arg(reason)));
+  return ModelFailure([reason] {
+    return L(QString("The downloaded model couldn’t be read: %1. Try again.").arg(reason),
+             QString("다운로드한 모델을 읽을 수 없습니다: %1. 다시 시도하십시오.").arg(reason));
+  });
 }
 
-Failure noThread() {
-  return Failure(
-      L("The model couldn’t be downloaded: the system is out of threads. Close some programs, then "
+ModelFailure noThread() {
+  return ModelFailure([] {
+    return L(
+        "The model couldn’t be downloaded: the system is out of threads. Close some programs, then "
         "try again.",
         "시스템의 스레드가 부족하여 모델을 다운로드할 수 없습니다. 다른 프로그램을 닫은 다음 "
-        "다시 시도하십시오."));
+        "다시 시도하십시오.");
+  });
 }
 
 }  // namespace velun::model_failures

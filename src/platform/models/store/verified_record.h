@@ -35,6 +35,9 @@ class VerifiedRecord {
             const QByteArray& download);
 
   /// Null if the file is not in the record.
+  /// The names of all files in it.
+  QStringList names() const { return entries_.keys(); }
+
   const Entry* find(const QString& name) const;
 
   /// Whether every file of the model was verified as part of its downloads and is unchanged since.
