@@ -58,27 +58,17 @@ std::shared_ptr<const CaptionStyle> captionStyle(AppSettings& settings) {
   return style;
 }
 
-/// Keeps the speed of recognizers. Any thread.
-NeuralRecognizerProvider::SpeedReport keepSpeed(
-    const std::shared_ptr<RecognizerPreferences>& preferences) {
-  return [preferences](const QString& id, double realTimeFactor) {
-    const auto keep = [preferences, id, realTimeFactor] {
-      preferences->addRealTimeFactor(id, realTimeFactor);
-    };
-    QMetaObject::invokeMethod(preferences.get(), keep, Qt::QueuedConnection);
-  };
-}
-
 LocalSpeechPlatform::Providers recognizers(
-    ModelStore& models, const std::shared_ptr<const CaptionStyle>& style,
+    const ModelCatalogue& catalogue, ModelStore& models,
+    const std::shared_ptr<const CaptionStyle>& style,
     const std::shared_ptr<RecognizerPreferences>& preferences) {
   const QString programs = QCoreApplication::applicationDirPath();
   const BuiltInFiles files = BuiltInFiles::installed(programs);
   const auto punctuation = std::make_shared<BuiltInPunctuation>(
       files.program, BuiltInPunctuation::installedFolder(programs));
   const auto neural = std::make_shared<NeuralRecognizerProvider>(
-      ModelCatalogue::builtIn(), models, NeuralRecognizerProvider::installedProgram(), style,
-      keepSpeed(preferences), punctuation);
+      catalogue, models, NeuralRecognizerProvider::installedProgram(), style,
+      speedKeeper(preferences), punctuation);
   return {neural, std::make_shared<BuiltInRecognizerProvider>(files, punctuation, style)};
 }
 
@@ -94,11 +84,11 @@ void verifyAgain(DownloadStore& models, const QString& id, const QString& langua
 }
 
 /// In order of preference, the best first.
-std::vector<std::unique_ptr<TranslatorBackend>> translators(ModelStore& models) {
+std::vector<std::unique_ptr<TranslatorBackend>> translators(const ModelCatalogue& catalogue,
+                                                            ModelStore& models) {
   std::vector<std::unique_ptr<TranslatorBackend>> backends;
-  backends.push_back(
-      std::make_unique<StudentBackend>(ModelCatalogue::builtIn().ofKind(ModelKind::translation),
-                                       models, Machine::present().memoryBytes));
+  backends.push_back(std::make_unique<StudentBackend>(catalogue.ofKind(ModelKind::translation),
+                                                      models, Machine::present().memoryBytes));
   backends.push_back(std::make_unique<ApertiumBackend>());
   return backends;
 }
@@ -126,14 +116,16 @@ struct Composition::Parts {
   FilePreferences preferences{FilePreferences::userPath()};
   AppSettings settings{&preferences};
   PipeWireAudioPlatform audio{clock};
-  DownloadStore models{ModelCatalogue::builtIn(), modelStoreOptions(), clock,
-                       DownloadStore::isConnectionMetered};
+  std::shared_ptr<const ModelCatalogue> catalogue =
+      std::make_shared<const ModelCatalogue>(ModelCatalogue::builtIn());
+  DownloadStore models{*catalogue, modelStoreOptions(), clock, DownloadStore::isConnectionMetered};
   std::shared_ptr<RecognizerPreferences> recognizerPreferences =
       std::make_shared<RecognizerPreferences>(&preferences);
-  LocalSpeechPlatform speech{recognizers(models, captionStyle(settings), recognizerPreferences),
-                             clock, recognizerPreferences};
-  BetterCaptions betterCaptions{speech, ModelCatalogue::builtIn(), models, settings, &preferences};
-  LocalTranslationPlatform translation{translators(models),
+  LocalSpeechPlatform speech{
+      recognizers(*catalogue, models, captionStyle(settings), recognizerPreferences), clock,
+      recognizerPreferences};
+  BetterCaptions betterCaptions{speech, *catalogue, models, settings, &preferences};
+  LocalTranslationPlatform translation{translators(*catalogue, models),
                                        [this] { return speech.supportedLocales(); }, clock};
   std::unique_ptr<DesktopPlatform> desktop = makeDesktopPlatform(clock);
   LinuxTrayHost trayHost{clock};
@@ -141,16 +133,17 @@ struct Composition::Parts {
   UpdateChecker updater{VELUN_VERSION, VELUN_IS_PACKAGED, updateFeed()};
   AlertQuestion question;
   SettingsNotesText notes{
-      *desktop, translation, models, settings,
-      BuiltInFiles::installed(QCoreApplication::applicationDirPath()).languageModel()};
-  ModelServices modelServices{
-      .catalogue = std::make_shared<const ModelCatalogue>(ModelCatalogue::builtIn()),
-      .store = models,
-      .speech = speech,
-      .preferences = *recognizerPreferences,
-      .question = question,
-      .clock = clock,
-      .panels = systemFilePanels()};
+      *desktop, translation,
+      models,   catalogue,
+      settings, BuiltInFiles::installed(QCoreApplication::applicationDirPath()).languageModel()};
+  ModelServices modelServices{.catalogue = catalogue,
+                              .store = models,
+                              .speech = speech,
+                              .translation = translation,
+                              .preferences = *recognizerPreferences,
+                              .question = question,
+                              .clock = clock,
+                              .panels = systemFilePanels()};
   CaptionViewModel model{
       settings, userStore(), std::make_unique<SpeechRecognitionEngine>(speech, audio, clock),
       speech,   translation, clock};
@@ -193,7 +186,7 @@ AppServices Composition::services() {
           .notes = &parts_->notes,
           .models = &parts_->modelServices,
           .betterCaptions = &parts_->betterCaptions,
-          .credits = credits(ModelCatalogue::builtIn())};
+          .credits = credits(*parts_->catalogue)};
 }
 
 }  // namespace velun

@@ -18,10 +18,9 @@ namespace {
 
 constexpr int kMaxShownWords = 20;
 
-QString speechDownloadText(const ModelStore& models) {
-  static const ModelCatalogue catalogue = ModelCatalogue::builtIn();
+QString speechDownloadText(const ModelStore& models, const ModelCatalogue& catalogue) {
   const QStringList busy = models.busy();
-  const bool isFetching = std::any_of(busy.begin(), busy.end(), [](const QString& id) {
+  const bool isFetching = std::any_of(busy.begin(), busy.end(), [&catalogue](const QString& id) {
     const Model* model = catalogue.find(id);
     return model && model->kind != ModelKind::translation;
   });
@@ -52,11 +51,13 @@ QString hidingOnX11() {
 
 SettingsNotesText::SettingsNotesText(const DesktopPlatform& desktop,
                                      const TranslationPlatform& translation,
-                                     const ModelStore& models, const AppSettings& settings,
-                                     QString vocabulary)
+                                     const ModelStore& models,
+                                     std::shared_ptr<const ModelCatalogue> catalogue,
+                                     const AppSettings& settings, QString vocabulary)
     : desktop_(desktop),
       translation_(translation),
       models_(models),
+      catalogue_(std::move(catalogue)),
       settings_(settings),
       vocabulary_(std::move(vocabulary)) {
   connect(&settings, &AppSettings::userWordsChanged, this, &SettingsNotesText::findUnknownWords);
@@ -114,7 +115,7 @@ QString SettingsNotesText::unknownWords() const {
 }
 
 QString SettingsNotesText::download() const {
-  return translation_.activity().value_or(speechDownloadText(models_));
+  return translation_.activity().value_or(speechDownloadText(models_, *catalogue_));
 }
 
 }  // namespace velun

@@ -4,12 +4,14 @@
 #include "platform/foundation/latest_job.h"
 #include "ui/library/settings_notes.h"
 
+#include <memory>
 #include <QStringList>
 
 namespace velun {
 
 class AppSettings;
 class DesktopPlatform;
+class ModelCatalogue;
 class ModelStore;
 class TranslationPlatform;
 
@@ -21,7 +23,8 @@ class SettingsNotesText final : public SettingsNotes {
   /// All references must outlive the notes. `vocabulary` is the path of the built-in recognizer's
   /// language model, which is read when the user lists words; empty where there is none.
   SettingsNotesText(const DesktopPlatform& desktop, const TranslationPlatform& translation,
-                    const ModelStore& models, const AppSettings& settings, QString vocabulary);
+                    const ModelStore& models, std::shared_ptr<const ModelCatalogue> catalogue,
+                    const AppSettings& settings, QString vocabulary);
 
   bool hidesFromOthers() const override;
   QString captureHiding() const override;
@@ -34,6 +37,7 @@ class SettingsNotesText final : public SettingsNotes {
   const DesktopPlatform& desktop_;
   const TranslationPlatform& translation_;
   const ModelStore& models_;
+  std::shared_ptr<const ModelCatalogue> catalogue_;
   const AppSettings& settings_;
   QString vocabulary_;
   QStringList unknown_;

@@ -19,13 +19,13 @@ class SettingsNotesTest final : public Suite {
   FakeDesktopPlatform desktop_;
   ScriptedTranslationPlatform translation_;
   ScriptedModelStore models_{QString()};
+  std::shared_ptr<const ModelCatalogue> catalogue_ =
+      std::make_shared<const ModelCatalogue>(ModelCatalogue::builtIn());
   AppSettings settings_;
-  const SettingsNotesText notes_{desktop_, translation_, models_, settings_,
-                                 QStringLiteral(VELUN_LANGUAGE_MODEL)};
+  const SettingsNotesText notes_{desktop_,   translation_, models_,
+                                 catalogue_, settings_,    QStringLiteral(VELUN_LANGUAGE_MODEL)};
 
-  static QString modelOf(ModelKind kind) {
-    return ModelCatalogue::builtIn().ofKind(kind).front().id;
-  }
+  QString modelOf(ModelKind kind) const { return catalogue_->ofKind(kind).front().id; }
 
  private Q_SLOTS:
   void cleanup() {

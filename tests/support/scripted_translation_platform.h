@@ -96,6 +96,7 @@ class ScriptedTranslationPlatform final : public TranslationPlatform {
     for (const QString& target : targets) all.push_back(bytes.value(target, 0));
     return all;
   }
+  std::vector<PairModels> models() const override { return pairs; }
   std::optional<QString> activity() const override { return busyWith; }
 
   void setActivity(const std::optional<QString>& text) {
@@ -113,6 +114,7 @@ class ScriptedTranslationPlatform final : public TranslationPlatform {
   QStringList languages;
   /// What has to be downloaded for a target language; those that are not in it are installed.
   QHash<QString, qint64> bytes;
+  std::vector<PairModels> pairs;
 };
 
 }  // namespace velun::test

@@ -50,4 +50,14 @@ void RecognizerPreferences::addRealTimeFactor(const QString& id, double factor) 
   if (preferences_) preferences_->set(speedKey(id), mean);
 }
 
+std::function<void(const QString&, double)> speedKeeper(
+    const std::shared_ptr<RecognizerPreferences>& preferences) {
+  return [preferences](const QString& id, double realTimeFactor) {
+    const auto keep = [preferences, id, realTimeFactor] {
+      preferences->addRealTimeFactor(id, realTimeFactor);
+    };
+    QMetaObject::invokeMethod(preferences.get(), keep, Qt::QueuedConnection);
+  };
+}
+
 }  // namespace velun

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <optional>
 #include <QHash>
 #include <QObject>
@@ -36,5 +38,10 @@ class RecognizerPreferences final : public QObject {
   QHash<QString, QString> choices_;
   QHash<QString, double> factors_;
 };
+
+/// Adds measured times of decoding per time of audio to `preferences`, on the main thread. The
+/// result can be called on any thread.
+std::function<void(const QString& id, double realTimeFactor)> speedKeeper(
+    const std::shared_ptr<RecognizerPreferences>& preferences);
 
 }  // namespace velun

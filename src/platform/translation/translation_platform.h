@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/translation/pair_models.h"
 #include "platform/translation/translator.h"
 
 #include <memory>
@@ -29,6 +30,9 @@ class TranslationPlatform : public QObject {
   /// bytes: 0 when it can be now, nothing when it cannot be at all.
   virtual std::vector<std::optional<qint64>> downloadBytes(const QString& source,
                                                            const QStringList& targets) const = 0;
+
+  /// Every direction that has models of its own to download.
+  virtual std::vector<PairModels> models() const { return {}; }
 
   /// What a translator waits for before it can translate ("Downloading translation model…"), in
   /// the interface language; nothing when none waits.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/translation/language_pair.h"
+#include "platform/translation/pair_models.h"
 #include "platform/translation/text_translator.h"
 
 #include <memory>
@@ -24,6 +24,12 @@ class TranslatorBackend {
 
   /// What has to be downloaded for one of `downloadablePairs`, in bytes.
   virtual qint64 downloadBytes(const LanguagePair& /*pair*/) const { return 0; }
+
+  /// The pairs that it has models for, and their models.
+  virtual std::vector<PairModels> models() const { return {}; }
+
+  /// The id of the model that `makeTranslator` would use now; empty without models.
+  virtual QString usedModel(const LanguagePair& /*pair*/) const { return {}; }
 
   /// Completes when `pair` can be translated. Throws `Failure` with a text that tells the user what
   /// to do or, soon after a stop request, `Cancelled`.

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/translation/translator_pool.h"
 
+#include <algorithm>
 #include <exception>
+#include <iterator>
 
 namespace velun {
 
@@ -25,6 +27,15 @@ std::vector<TranslationOffer> TranslatorPool::offers() const {
     }
   }
   return offers;
+}
+
+std::vector<PairModels> TranslatorPool::models() const {
+  std::vector<PairModels> all;
+  for (const auto& backend : backends_) {
+    std::vector<PairModels> own = backend->models();
+    std::ranges::move(own, std::back_inserter(all));
+  }
+  return all;
 }
 
 TranslatorBackend& TranslatorPool::backendOf(const TranslationOffer& offer) const {
@@ -53,9 +64,12 @@ void TranslatorPool::countInstalls(int change) {
 
 std::shared_ptr<TextTranslator> TranslatorPool::translator(const TranslationOffer& offer) {
   release_ = clock_.callAfter(kIdleTimeout, [this] { translators_.clear(); });
-  std::shared_ptr<TextTranslator>& translator = translators_[{offer.rank, offer.pair}];
-  if (!translator) translator = backendOf(offer).makeTranslator(offer.pair);
-  return translator;
+  Loaded& loaded = translators_[{offer.rank, offer.pair}];
+  const QString model = backendOf(offer).usedModel(offer.pair);
+  if (!loaded.translator || loaded.model != model) {
+    loaded = {model, backendOf(offer).makeTranslator(offer.pair)};
+  }
+  return loaded.translator;
 }
 
 void TranslatorPool::forget(const TranslationOffer& offer) {

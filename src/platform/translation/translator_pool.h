@@ -39,11 +39,14 @@ class TranslatorPool final : public QObject {
   /// Whether a translator waits for a download.
   bool isInstalling() const { return installing_ > 0; }
 
-  /// The translator of an installed offer. Restarts the idle timeout.
+  /// The models of every back end.
+  std::vector<PairModels> models() const;
+
+  /// The translator of an installed offer, with the model that is the best now. Restarts the idle
+  /// timeout.
   std::shared_ptr<TextTranslator> translator(const TranslationOffer& offer);
 
-  /// Releases a translator. The next call of `translator` creates a new one, from a better model if
-  /// one was installed meanwhile.
+  /// Releases a translator. The next call of `translator` creates a new one.
   void forget(const TranslationOffer& offer);
 
   /// The one thread on which translators run. The destructor waits for what was started on it.
@@ -53,11 +56,16 @@ class TranslatorPool final : public QObject {
   void installingChanged();
 
  private:
+  struct Loaded {
+    QString model;  ///< its id
+    std::shared_ptr<TextTranslator> translator;
+  };
+
   void countInstalls(int change);
 
   std::vector<std::unique_ptr<TranslatorBackend>> backends_;
   Clock& clock_;
-  std::map<std::pair<int, LanguagePair>, std::shared_ptr<TextTranslator>> translators_;
+  std::map<std::pair<int, LanguagePair>, Loaded> translators_;
   std::unique_ptr<ScheduledCall> release_;
   int installing_ = 0;
   QThreadPool thread_;  // last: ends before the members that its work uses

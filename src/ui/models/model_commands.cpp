@@ -41,9 +41,30 @@ bool acceptsCost(const ModelServices& services, std::int64_t bytes) {
 
 }  // namespace
 
+ModelRowAction removeAction(ModelKind kind, bool isUsed) {
+  ModelRowAction remove{ModelAction::remove, L("Remove…", "삭제…"), {}};
+  if (!isUsed) return remove;
+  remove.isEnabled = false;
+  remove.toolTip = kind == ModelKind::translation
+                       ? L("Translation uses it, until two minutes after the last text",
+                           "번역에 사용 중이며, 마지막 번역 2분 뒤에 해제됩니다")
+                       : L("Captions use it now", "지금 자막에 사용 중입니다");
+  return remove;
+}
+
 std::vector<ModelRowAction> storeActions(const ModelStore& store, const Model& model) {
+  const ModelState::Stage stage = store.state(model).stage;
+  if (stage == Stage::installed) return {removeAction(model.kind, store.isUsed(model))};
+  if (stage == Stage::absent && store.installation(model)) {
+    return {{ModelAction::update, L("Update", "업데이트"), {}},
+            removeAction(model.kind, store.isUsed(model))};
+  }
+  return downloadActions(stage);
+}
+
+std::vector<ModelRowAction> downloadActions(ModelState::Stage stage) {
   const ModelRowAction cancel{ModelAction::cancel, L("Cancel", "취소"), {}};
-  switch (store.state(model).stage) {
+  switch (stage) {
     case Stage::downloading:
       return {{ModelAction::pause, L("Pause", "일시 정지"), {}}, cancel};
     case Stage::waiting:
@@ -54,20 +75,11 @@ std::vector<ModelRowAction> storeActions(const ModelStore& store, const Model& m
     case Stage::failed:
       return {{ModelAction::retry, L("Try Again", "다시 시도"), {}}, cancel};
     case Stage::absent:
-      if (store.installation(model)) {
-        return {{ModelAction::update, L("Update", "업데이트"), {}},
-                {ModelAction::remove, L("Remove…", "삭제…"), {}}};
-      }
       return {{ModelAction::install, L("Install", "설치"), {}}};
     case Stage::installed:
       break;
   }
-  ModelRowAction remove{ModelAction::remove, L("Remove…", "삭제…"), {}};
-  if (store.isUsed(model)) {
-    remove.isEnabled = false;
-    remove.toolTip = L("Captions use it now", "지금 자막에 사용 중입니다");
-  }
-  return {remove};
+  return {};
 }
 
 void showState(ModelRow& row, const ModelState& state) {
@@ -110,30 +122,23 @@ void downloadAsked(const ModelServices& services, const std::vector<Model>& mode
   for (const Model& model : models) services.store.download(model);
 }
 
-void removeAsked(const ModelServices& services, const std::vector<Model>& models) {
+void removeAsked(const ModelServices& services, const QString& title,
+                 const std::vector<Model>& models, const QString& note) {
   std::int64_t bytes = 0;
   for (const Model& model : models) bytes += services.store.diskBytes(model);
-  const Question asked{
-      .message = L("Remove “%1”?", "“%1”을(를) 삭제할까요?").arg(models.front().title),
-      .informativeText = L("This frees %1 on the disk. It can be installed again later.",
-                           "디스크 공간 %1이(가) 확보됩니다. 나중에 다시 설치할 수 있습니다.")
-                             .arg(sizeText(bytes)),
-      .buttons = {L("Remove", "삭제"), L("Cancel", "취소")},
-      .isWarning = true};
+  const QString freed = L("This frees %1 on the disk. It can be installed again later.",
+                          "디스크 공간 %1이(가) 확보됩니다. 나중에 다시 설치할 수 있습니다.")
+                            .arg(sizeText(bytes));
+  const Question asked{.message = L("Remove “%1”?", "“%1”을(를) 삭제할까요?").arg(title),
+                       .informativeText = note.isEmpty() ? freed : note + u' ' + freed,
+                       .buttons = {L("Remove", "삭제"), L("Cancel", "취소")},
+                       .isWarning = true};
   if (services.question.ask(asked) != 0) return;
   try {
     for (const Model& model : models) services.store.remove(model);
   } catch (const std::exception& error) {
     services.question.ask(errorQuestion(descriptionOf(error)));
   }
-}
-
-void showLicence(ModalQuestion& question, const Model& model) {
-  QString text = licenceText(model);
-  if (const QString notice = noticeOf(model); !notice.isEmpty()) text += "\n\n" + notice;
-  text += "\n\n" + L("Its makers publish it at:", "배포 주소:") + '\n' +
-          model.downloads.front().addresses.front().section(u'/', 0, 4);
-  question.ask({.message = model.title, .informativeText = text, .buttons = {L("OK", "확인")}});
 }
 
 }  // namespace velun

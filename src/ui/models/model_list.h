@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/models/model.h"
+
 #include <optional>
 #include <QObject>
 #include <QString>
@@ -78,6 +80,8 @@ class ModelList : public QObject {
  Q_SIGNALS:
   /// A group may have changed.
   void changed();
+  /// The user wants to read the licence of a model.
+  void licenceRequested(const velun::Model& model);
 };
 
 }  // namespace velun

@@ -6,6 +6,7 @@
 #include "platform/models/model_store.h"
 #include "platform/speech/recognizer_preferences.h"
 #include "platform/speech/speech_platform.h"
+#include "platform/translation/translation_platform.h"
 #include "ui/common/file_panels.h"
 
 #include <memory>
@@ -19,6 +20,7 @@ struct ModelServices {
   std::shared_ptr<const ModelCatalogue> catalogue;
   ModelStore& store;
   SpeechPlatform& speech;
+  TranslationPlatform& translation;
   RecognizerPreferences& preferences;
   ModalQuestion& question;
   Clock& clock;

@@ -91,6 +91,12 @@ QString join(QStringList parts) {
 
 }  // namespace
 
+QString nameText(const Model& model) {
+  if (model.kind != ModelKind::translation) return model.title;
+  return L("%1 into %2", "%1에서 %2로 번역")
+      .arg(languageName(model.languages.value(0)), languageName(model.languages.value(1)));
+}
+
 QString sizeText(std::int64_t bytes) {
   const double megabytes = static_cast<double>(bytes) / 1e6;
   if (megabytes >= 1000) return QLocale::c().toString(megabytes / 1000, 'f', 1) + " GB";
@@ -107,6 +113,18 @@ QStringList factsText(const Model& model, const QString& language) {
   return {join({writesText(model), stepText(model.stepMs)}),
           qualityText(model.qualityOf(language), model.errorsOf(language), language),
           join({download, memory, licenceText(model)})};
+}
+
+QStringList translationFactsText(const Model& model, std::int64_t bytes) {
+  const double score = model.options["comet"].toDouble();
+  const QString quality = score > 0 ? L("Quality %1 of 100, as published by its makers (COMET)",
+                                        "품질 100점 중 %1점, 제작자 발표(COMET)")
+                                          .arg(QLocale::c().toString(100 * score, 'f', 0))
+                                    : L("Its makers have published no measure of its quality",
+                                        "제작자가 발표한 품질 수치 없음");
+  const QString download =
+      bytes > 0 ? L("%1 to download", "다운로드 %1").arg(sizeText(bytes)) : QString();
+  return {quality, join({download, licenceText(model)})};
 }
 
 QStringList builtInFactsText() {

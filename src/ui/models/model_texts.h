@@ -10,12 +10,19 @@ namespace velun {
 
 // Texts about models, in the interface language.
 
+/// The name of a model for people: its title, or the languages that it translates.
+QString nameText(const Model& model);
+
 /// Such as "134 MB".
 QString sizeText(std::int64_t bytes);
 
 /// The lines below a recognition model's title: what it writes, its quality in `language`, its
 /// sizes and its licence.
 QStringList factsText(const Model& model, const QString& language);
+
+/// The lines below a translation: the quality of `model`, the `bytes` to download for it and for
+/// what else it needs, and its licence.
+QStringList translationFactsText(const Model& model, std::int64_t bytes);
 
 /// The same for the built-in recognizer.
 QStringList builtInFactsText();

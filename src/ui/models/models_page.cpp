@@ -2,6 +2,7 @@
 #include "ui/models/models_page.h"
 
 #include "language/localization.h"
+#include "ui/models/licence_dialog.h"
 #include "ui/models/models_view.h"
 
 #include <QVBoxLayout>
@@ -9,10 +10,14 @@
 namespace velun {
 
 ModelsPage::ModelsPage(CaptionViewModel& captions, const ModelServices& services)
-    : speech_(captions, services), files_(services) {
+    : speech_(captions, services), translation_(captions, services), files_(services) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(new ModelsView({&speech_}, files_));
+  layout->addWidget(new ModelsView({&speech_, &translation_}, files_));
+  for (const ModelList* list : std::initializer_list<ModelList*>{&speech_, &translation_}) {
+    connect(list, &ModelList::licenceRequested, this,
+            [this](const Model& model) { (new LicenceDialog(model, this))->open(); });
+  }
 }
 
 QString ModelsPage::title() {

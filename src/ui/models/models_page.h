@@ -3,6 +3,7 @@
 
 #include "ui/models/model_file_adder.h"
 #include "ui/models/speech_models.h"
+#include "ui/models/translation_models.h"
 
 #include <QWidget>
 
@@ -21,6 +22,7 @@ class ModelsPage final : public QWidget {
 
  private:
   SpeechModels speech_;
+  TranslationModels translation_;
   ModelFileAdder files_;
 };
 

@@ -31,7 +31,10 @@ SpeechModels::SpeechModels(CaptionViewModel& captions, const ModelServices& serv
   connect(&captions_, &CaptionViewModel::localesChanged, this, &ModelList::changed);
   connect(&captions_.settings(), &AppSettings::localeIDChanged, this, &ModelList::changed);
   connect(&captions_, &CaptionViewModel::isRunningChanged, this, &ModelList::changed);
-  connect(&services_.store, &ModelStore::stateChanged, this, &ModelList::changed);
+  connect(&services_.store, &ModelStore::stateChanged, this, [this](const QString& id) {
+    const Model* model = services_.catalogue->find(id);
+    if (!model || model->kind != ModelKind::translation) Q_EMIT changed();
+  });
   connect(&services_.preferences, &RecognizerPreferences::choiceChanged, this, &ModelList::changed);
   connect(&Localization::shared(), &Localization::languageChanged, this, &ModelList::changed);
 }
@@ -134,6 +137,30 @@ void SpeechModels::describe(ModelRow& row, const Model& model,
   row.actions.push_back({ModelAction::showLicence, L("License…", "라이선스…"), {}});
 }
 
+void SpeechModels::remove(const Model& model, const Model* marks) {
+  std::vector<Model> removed = {model};
+  QString note;
+  if (marks && services_.store.installation(*marks) && !isPunctuated(*marks, model)) {
+    removed.push_back(*marks);
+    note = L("The punctuation model is removed too: no other model needs it.",
+             "문장 부호 모델도 함께 삭제됩니다. 이를 사용하는 다른 모델이 없습니다.");
+  }
+  removeAsked(services_, model.title, removed, note);
+}
+
+/// Whether an installed recognition model other than `except` needs the punctuation model.
+bool SpeechModels::isPunctuated(const Model& marks, const Model& except) const {
+  const auto needsIt = [&](const Model& model) {
+    if (model.kind != ModelKind::recognition || model.id == except.id) return false;
+    if (!services_.store.installation(model)) return false;
+    return std::ranges::any_of(model.languages, [&](const QString& language) {
+      const Model* found = services_.catalogue->punctuationFor(model, language);
+      return found && found->id == marks.id;
+    });
+  };
+  return std::ranges::any_of(services_.catalogue->models(), needsIt);
+}
+
 void SpeechModels::perform(ModelAction action, const QString& group, const QString& model) {
   if (action == ModelAction::use) return services_.preferences.setChoice(group, model);
   if (action == ModelAction::chooseAutomatically) {
@@ -160,9 +187,9 @@ void SpeechModels::perform(ModelAction action, const QString& group, const QStri
     case ModelAction::cancel:
       return services_.store.cancel(chosen);
     case ModelAction::remove:
-      return removeAsked(services_, {chosen});
+      return remove(chosen, marks);
     case ModelAction::showLicence:
-      return showLicence(services_.question, chosen);
+      return Q_EMIT licenceRequested(chosen);
     case ModelAction::use:
     case ModelAction::chooseAutomatically:
       break;

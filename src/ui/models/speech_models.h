@@ -26,6 +26,8 @@ class SpeechModels final : public ModelList {
   ModelRow row(const RecognizerCandidate& candidate, const QString& locale, bool isUsed) const;
   void describe(ModelRow& row, const Model& model, const RecognizerCandidate& candidate) const;
   QString summary(const std::vector<RecognizerCandidate>& candidates) const;
+  void remove(const Model& model, const Model* marks);
+  bool isPunctuated(const Model& marks, const Model& except) const;
   /// The locale that captions use now; empty when it is not supported.
   QString currentLocale() const;
 

@@ -6,6 +6,7 @@
 #include "support/suite.h"
 
 #include <QSignalSpy>
+#include <thread>
 
 using namespace velun;
 
@@ -69,6 +70,17 @@ class RecognizerOrderTest final : public test::Suite {
     const std::optional<double> measured = factor < 0 ? std::nullopt : std::optional(factor);
     QCOMPARE(velun::isSuitable(model, {.cores = cores, .memoryBytes = memory}, measured),
              isSuitable);
+  }
+
+  void speedMeasuredOnAnotherThreadIsKeptForLaterRuns() {
+    test::MemoryPreferences stored;
+    const auto preferences = std::make_shared<RecognizerPreferences>(&stored);
+    const auto keep = speedKeeper(preferences);
+    std::jthread([keep] { keep("model", 1.2); }).join();
+    // Not on the measuring thread.
+    QVERIFY(!preferences->realTimeFactor("model"));
+    QTRY_COMPARE(preferences->realTimeFactor("model"), std::optional(1.2));
+    QCOMPARE(RecognizerPreferences(&stored).realTimeFactor("model"), std::optional(1.2));
   }
 
   void choiceComesFirstAndUnsuitableOnesComeLast() {

@@ -102,6 +102,23 @@ class LocalTranslationTest final : public Suite {
     QTRY_COMPARE(first_->loads.load(), 1);
   }
 
+  void betterModelTakesOverBetweenTwoTexts() {
+    first_->installed = {kEnglishKorean};
+    first_->usedModel = "lesser";
+    open("en", "ko");
+    results_->translate({"one"});
+    QTRY_COMPARE(results_->texts().size(), 1);
+    const int made = first_->made;
+    results_->translate({"two"});
+    QTRY_COMPARE(results_->texts().size(), 2);
+    QCOMPARE(first_->made, made);
+    first_->usedModel = "better";
+    results_->translate({"three"});
+    QTRY_COMPARE(results_->texts().size(), 3);
+    QCOMPARE(first_->made, made + 1);
+    QTRY_COMPARE(first_->living.load(), 1);
+  }
+
   void downloadsTheMissingModelAndReportsIt() {
     first_->downloadable = {kEnglishKorean};
     QSignalSpy changes(platform_.get(), &TranslationPlatform::activityChanged);

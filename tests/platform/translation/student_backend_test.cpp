@@ -82,6 +82,20 @@ class StudentBackendTest final : public Suite {
     QVERIFY(store_->asked.isEmpty());
   }
 
+  void namesTheModelsOfEachPairFromTheBest() {
+    store_->present = {QStringLiteral("tiny")};
+    const StudentBackend backend(koreanModels(), *store_, kPlenty);
+    const std::vector<PairModels> all = backend.models();
+    QCOMPARE(all.size(), std::size_t(1));
+    QVERIFY(all.front().pair == kEnglishKorean);
+    QStringList ids;
+    for (const Model& each : all.front().models) ids << each.id;
+    QCOMPARE(ids, QStringList({"memory", "base", "tiny"}));
+    QCOMPARE(backend.usedModel(kEnglishKorean), QString("tiny"));
+    store_->present += QStringLiteral("memory");
+    QCOMPARE(backend.usedModel(kEnglishKorean), QString("memory"));
+  }
+
   void remembersModelsThatWereTooSlow() {
     const QString folder = folder_->filePath(QStringLiteral("memory"));
     QVERIFY(QDir().mkpath(folder));

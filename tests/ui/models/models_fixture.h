@@ -30,6 +30,7 @@ struct ModelsFixture {
     return {.catalogue = std::make_shared<const ModelCatalogue>(catalogue),
             .store = store,
             .speech = speech,
+            .translation = translation,
             .preferences = *choices,
             .question = question,
             .clock = clock,

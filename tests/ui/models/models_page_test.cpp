@@ -4,6 +4,7 @@
 #include "language/localization.h"
 #include "support/suite.h"
 #include "ui/models/group_header.h"
+#include "ui/models/licence_dialog.h"
 #include "ui/models/models_fixture.h"
 
 #include <map>
@@ -39,13 +40,16 @@ Model speechModel(const QString& id, const QString& locale, std::int64_t megabyt
 ModelCatalogue someModels() {
   Model small = speechModel("small-en", "en_US", 70);
   small.options["punctuation"] = "none";
+  Model other = speechModel("other-en", "en_US", 60);
+  other.options["punctuation"] = "none";
   Model big = speechModel("big-en", "en_US", 134);
   big.writesCase = big.writesPunctuation = true;
   Model french = speechModel("french", "fr_FR", 80);
+  french.licence = "Unclear";
   french.licenceNotice = {"The makers say so.", "제작자의 설명입니다."};
   Model marks = speechModel("marks-en", "en_US", 7);
   marks.kind = ModelKind::punctuation;
-  return ModelCatalogue({big, small, french, speechModel("korean", "ko_KR", 90), marks});
+  return ModelCatalogue({big, small, other, french, speechModel("korean", "ko_KR", 90), marks});
 }
 
 }  // namespace
@@ -194,6 +198,36 @@ class ModelsPageTest final : public test::Suite {
     open();
     QVERIFY(!button("Remove…: BIG-EN")->isEnabled());
     QCOMPARE(button("Remove…: BIG-EN")->toolTip(), QString("Captions use it now"));
+  }
+
+  void failedRemovalIsReported() {
+    f_->store.setInstalled(model("big-en"));
+    open();
+    f_->store.failure = "The disk is read-only.";
+    f_->question.answers = {0, 0};
+    press("Remove…: BIG-EN");
+    QCOMPARE(f_->question.asked.size(), std::size_t(2));
+    QCOMPARE(f_->question.asked.back().informativeText, QString("The disk is read-only."));
+    QVERIFY(button("Remove…: BIG-EN"));
+  }
+
+  void punctuationIsRemovedWithTheLastModelThatNeedsIt() {
+    for (const char* id : {"small-en", "other-en", "marks-en"}) f_->store.setInstalled(model(id));
+    open();
+    f_->question.answers = {0, 0};
+    press("Remove…: SMALL-EN");
+    QVERIFY(!f_->question.asked.back().informativeText.contains("punctuation"));
+    QVERIFY(f_->store.isInstalled(model("marks-en")));
+    press("Remove…: OTHER-EN");
+    QVERIFY(f_->question.asked.back().informativeText.startsWith("The punctuation model is"));
+    QVERIFY(f_->question.asked.back().informativeText.contains("67 MB"));
+    QVERIFY(!f_->store.isInstalled(model("marks-en")));
+  }
+
+  void licenceIsShown() {
+    open();
+    press("License…: BIG-EN");
+    QCOMPARE(page_->findChild<LicenceDialog*>()->windowTitle(), QString("License of “BIG-EN”"));
   }
 
   void punctuationIsInstalledWithAModelThatWritesNone() {

@@ -79,6 +79,23 @@ qint64 StudentBackend::downloadBytes(const LanguagePair& pair) const {
       [](qint64 sum, const ModelDownload& download) { return sum + download.bytes; });
 }
 
+std::vector<PairModels> StudentBackend::models() const {
+  std::vector<PairModels> all;
+  for (const auto& [pair, models] : models_) {
+    const Model* best = preferred(models);
+    PairModels ordered{pair, {*best}};
+    for (const Model& model : models) {
+      if (&model != best) ordered.models.push_back(model);
+    }
+    all.push_back(std::move(ordered));
+  }
+  return all;
+}
+
+QString StudentBackend::usedModel(const LanguagePair& pair) const {
+  return used(pair).id;
+}
+
 QCoro::Task<> StudentBackend::install(LanguagePair pair, std::stop_token stop) {
   const Model model = *preferred(models_.at(pair));
   QCoro::Task<> task = store_.install(model, stop);
@@ -86,16 +103,20 @@ QCoro::Task<> StudentBackend::install(LanguagePair pair, std::stop_token stop) {
 }
 
 std::shared_ptr<TextTranslator> StudentBackend::makeTranslator(const LanguagePair& pair) {
-  const std::vector<Model>& models = models_.at(pair);
-  const Model* installed = bestInstalled(models);
-  // If it was deleted since it was listed, the first text reports that its files cannot be opened.
-  const Model& model = installed ? *installed : *preferred(models);
+  const Model& model = used(pair);
   const QString folder = store_.folder(model);
   const auto report = [speeds = speeds_, folder](double millisecondsPerToken) {
     speeds->add(folder, millisecondsPerToken);
   };
   return std::make_shared<StudentTranslator>(findStudentFiles(model, folder), pair, report,
                                              store_.use(model));
+}
+
+const Model& StudentBackend::used(const LanguagePair& pair) const {
+  const std::vector<Model>& models = models_.at(pair);
+  const Model* installed = bestInstalled(models);
+  // If it was deleted since it was listed, the first text reports that its files cannot be opened.
+  return installed ? *installed : *preferred(models);
 }
 
 const Model* StudentBackend::preferred(const std::vector<Model>& models) const {

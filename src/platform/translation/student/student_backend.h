@@ -30,12 +30,15 @@ class StudentBackend final : public TranslatorBackend {
   std::vector<LanguagePair> downloadablePairs() const override;
 
   qint64 downloadBytes(const LanguagePair& pair) const override;
+  std::vector<PairModels> models() const override;
+  QString usedModel(const LanguagePair& pair) const override;
   QCoro::Task<> install(LanguagePair pair, std::stop_token stop) override;
   std::shared_ptr<TextTranslator> makeTranslator(const LanguagePair& pair) override;
 
  private:
   const Model* preferred(const std::vector<Model>& models) const;
   const Model* bestInstalled(const std::vector<Model>& models) const;
+  const Model& used(const LanguagePair& pair) const;
 
   std::map<LanguagePair, std::vector<Model>> models_;  // the best one of each pair first
   ModelStore& store_;

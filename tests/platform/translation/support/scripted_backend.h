@@ -17,9 +17,12 @@ struct BackendScript {
   std::vector<LanguagePair> installed;
   std::vector<LanguagePair> downloadable;
   qint64 downloadBytes = 0;                    ///< of each pair
+  QString usedModel;                           ///< for each pair
   QStringList installs;                        ///< "en-ko"
   std::vector<OneShot<bool>> pendingInstalls;  ///< true: succeeds; false: fails
 
+  int made = 0;  ///< translators
+  int made = 0;  ///< translators
   std::atomic<int> loads = 0;
   std::atomic<int> living = 0;
   std::atomic<bool> waits = false;  ///< Each text waits for `go` or a stop request.
@@ -64,6 +67,8 @@ class ScriptedBackend final : public TranslatorBackend {
 
   qint64 downloadBytes(const LanguagePair&) const override { return script_->downloadBytes; }
 
+  QString usedModel(const LanguagePair&) const override { return script_->usedModel; }
+
   QCoro::Task<> install(LanguagePair pair, std::stop_token) override {
     const std::shared_ptr<BackendScript> script = script_;
     script->installs += nameOf(pair);
@@ -76,6 +81,8 @@ class ScriptedBackend final : public TranslatorBackend {
   }
 
   std::shared_ptr<TextTranslator> makeTranslator(const LanguagePair& pair) override {
+    ++script_->made;
+    ++script_->made;
     return std::make_shared<ScriptedTranslator>(script_, nameOf(pair));
   }
 
