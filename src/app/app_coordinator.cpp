@@ -43,7 +43,8 @@ void AppCoordinator::launch() {
                                        .translation = services_.translation,
                                        .frames = services_.preferences,
                                        .clock = services_.clock,
-                                       .betterCaptions = services_.betterCaptions};
+                                       .betterCaptions = services_.betterCaptions,
+                                       .smallerRecognizer = services_.smallerRecognizer};
   captionWindow_ = std::make_unique<CaptionWindowController>(model_, commands_, services);
   menuBar_ = std::make_unique<MenuBarController>(model_, services_.trayHost, commands_);
   menuBar_->mainMenu().install(&captionWindow_->panel(), MainMenu::Place::globalOnly);

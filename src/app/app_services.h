@@ -18,6 +18,7 @@ class Clock;
 class DesktopPlatform;
 class FileManager;
 class PreferenceStore;
+class SmallerRecognizer;
 class TranslationPlatform;
 class TrayHost;
 class UpdateChecker;
@@ -41,6 +42,8 @@ struct AppServices {
   const ModelServices* models = nullptr;
   /// May be null.
   BetterCaptions* betterCaptions = nullptr;
+  /// May be null.
+  SmallerRecognizer* smallerRecognizer = nullptr;
   /// Listed in "About Velun".
   std::vector<Credit> credits;
 };

@@ -6,6 +6,7 @@
 #include "audio/speech_recognition_engine.h"
 #include "captions/better_captions.h"
 #include "captions/caption_view_model.h"
+#include "captions/smaller_recognizer.h"
 #include "platform/audio/linux/pipewire_audio_platform.h"
 #include "platform/desktop/desktop_services.h"
 #include "platform/desktop/linux/dbus_file_manager.h"
@@ -73,8 +74,8 @@ LocalSpeechPlatform::Providers recognizers(
 }
 
 /// The recognizer with this id failed: its files may be damaged, or those of its punctuation model.
-void verifyAgain(DownloadStore& models, const QString& id, const QString& language) {
-  const ModelCatalogue& catalogue = ModelCatalogue::builtIn();
+void verifyAgain(const ModelCatalogue& catalogue, DownloadStore& models, const QString& id,
+                 const QString& language) {
   const Model* model = catalogue.find(id);
   if (!model) return;
   models.verifyAgain(model->id);
@@ -125,6 +126,7 @@ struct Composition::Parts {
       recognizers(*catalogue, models, captionStyle(settings), recognizerPreferences), clock,
       recognizerPreferences};
   BetterCaptions betterCaptions{speech, *catalogue, models, settings, &preferences};
+  SmallerRecognizer smallerRecognizer{speech, *recognizerPreferences, settings};
   LocalTranslationPlatform translation{translators(*catalogue, models),
                                        [this] { return speech.supportedLocales(); }, clock};
   std::unique_ptr<DesktopPlatform> desktop = makeDesktopPlatform(clock);
@@ -159,10 +161,15 @@ Composition::Composition(ApplicationService& application)
                    &LocalSpeechPlatform::updateRuns);
   QObject::connect(&parts_->speech, &LocalSpeechPlatform::recognizerFailed, &parts_->models,
                    [this](const QString& id, const QString& locale) {
-                     verifyAgain(parts_->models, id, languageCode(locale));
+                     verifyAgain(*parts_->catalogue, parts_->models, id, languageCode(locale));
                    });
   QObject::connect(&parts_->models, &DownloadStore::damageFound, &parts_->speech,
                    &LocalSpeechPlatform::showBriefly);
+  SmallerRecognizer& smaller = parts_->smallerRecognizer;
+  QObject::connect(&parts_->model, &CaptionViewModel::tooSlow, &smaller, &SmallerRecognizer::find);
+  QObject::connect(&parts_->model, &CaptionViewModel::isRunningChanged, &smaller, [this, &smaller] {
+    parts_->model.isRunning() ? smaller.begin() : smaller.withdraw();
+  });
 }
 
 Composition::~Composition() = default;
@@ -186,6 +193,7 @@ AppServices Composition::services() {
           .notes = &parts_->notes,
           .models = &parts_->modelServices,
           .betterCaptions = &parts_->betterCaptions,
+          .smallerRecognizer = &parts_->smallerRecognizer,
           .credits = credits(*parts_->catalogue)};
 }
 

@@ -162,6 +162,7 @@ void SpeechRecognitionEngine::followLag(const SpeechRun& recognition) {
   });
   connect(&recognition, &SpeechRun::tooSlow, this, [this, update](const QString& advice) {
     update([this, advice] { lag_.advise(advice, clock_.monotonicSeconds()); });
+    if (audio_) Q_EMIT tooSlow();
   });
 }
 

@@ -35,6 +35,8 @@ class SpeechRecognizing : public QObject {
   /// belong to that run; the engine discards later ones.
   void eventOccurred(const velun::SpeechRecognitionEvent& event);
   void isDownloadingChanged();
+  /// This machine cannot keep up with the audio; at most once in a run.
+  void tooSlow();
 };
 
 }  // namespace velun

@@ -57,6 +57,7 @@ void CaptionViewModel::observeEngine() {
           [this](const SpeechRecognitionEvent& event) {
             std::visit([this](const auto& alternative) { handle(alternative); }, event);
           });
+  connect(&engine_, &EngineController::tooSlow, this, &CaptionViewModel::tooSlow);
   connect(&engine_, &EngineController::startFailed, this, &CaptionViewModel::engineFailed);
   connect(&engine_, &EngineController::stopped, this, &CaptionViewModel::engineStopped);
 }

@@ -109,6 +109,8 @@ class CaptionViewModel final : public QObject {
   void isSavingSessionChanged();
   void savedURLChanged();
   void saveErrorChanged();
+  /// This machine cannot keep up with the audio; the status says so.
+  void tooSlow();
 
  private:
   void observeTranslator();

@@ -15,6 +15,7 @@ EngineController::EngineController(const AppSettings& settings,
                                    std::unique_ptr<SpeechRecognizing> engine, QObject* parent)
     : QObject(parent), settings_(settings), engine_(std::move(engine)) {
   connect(engine_.get(), &SpeechRecognizing::eventOccurred, this, &EngineController::eventOccurred);
+  connect(engine_.get(), &SpeechRecognizing::tooSlow, this, &EngineController::tooSlow);
   connect(engine_.get(), &SpeechRecognizing::isDownloadingChanged, this,
           &EngineController::reportSwitching);
   connect(&chain_, &EngineChain::becameIdle, this, [this] { setTransitioning(false); });

@@ -3,6 +3,8 @@
 #include "language/localization.h"
 #include "support/suite.h"
 
+#include <QSignalSpy>
+
 using namespace velun;
 using namespace std::chrono_literals;
 
@@ -31,7 +33,9 @@ class EngineStatusTest final : public test::Suite {
     Q_EMIT f.speech.script->run->skipped(3.6);
     f.clock.advance(5s);
     Q_EMIT f.speech.script->run->skipped(8.2);
+    const QSignalSpy tooSlow(f.engine.get(), &SpeechRecognizing::tooSlow);
     Q_EMIT f.speech.script->run->tooSlow("Choose a smaller model.");
+    QCOMPARE(tooSlow.count(), 1);
     f.clock.advance(19s);
     const QStringList shown{"status Recognition is falling behind",
                             "status Skipped 4 s to catch up", "status Skipped 12 s to catch up",

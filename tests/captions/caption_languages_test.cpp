@@ -3,6 +3,7 @@
 
 #include "language/localization.h"
 #include "platform/foundation/one_shot.h"
+#include "platform/translation/pair_models.h"
 #include "support/scripted_speech_platform.h"
 #include "support/scripted_translation_platform.h"
 #include "support/settle.h"
@@ -49,6 +50,7 @@ class SlowTranslationPlatform final : public TranslationPlatform {
                                                    const QStringList&) const override {
     return {};
   }
+  std::vector<PairModels> models() const override { return {}; }
   std::optional<QString> activity() const override { return std::nullopt; }
 
  private:

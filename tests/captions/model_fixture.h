@@ -90,20 +90,20 @@ struct ModelFixture : SessionsFolder {
     const auto log = [this](void (CaptionViewModel::*signal)(), const char* name) {
       QObject::connect(model.get(), signal, model.get(), [this, name] { signalled.append(name); });
     };
-    using Model = CaptionViewModel;
-    log(&Model::sessionChanged, "session");
-    log(&Model::volatileTextChanged, "volatileText");
-    log(&Model::statusChanged, "status");
-    log(&Model::translationStatusChanged, "translationStatus");
-    log(&Model::isRunningChanged, "isRunning");
-    log(&Model::isTransitioningChanged, "isTransitioning");
-    log(&Model::isSwitchingChanged, "isSwitching");
-    log(&Model::localesChanged, "locales");
-    log(&Model::languagesChanged, "languages");
-    log(&Model::isSavingSessionChanged, "isSavingSession");
-    log(&Model::savedURLChanged, "savedURL");
-    log(&Model::saveErrorChanged, "saveError");
-    QObject::connect(model.get(), &Model::translationChanged, model.get(), [this](int index) {
+    using Captions = CaptionViewModel;
+    log(&Captions::sessionChanged, "session");
+    log(&Captions::volatileTextChanged, "volatileText");
+    log(&Captions::statusChanged, "status");
+    log(&Captions::translationStatusChanged, "translationStatus");
+    log(&Captions::isRunningChanged, "isRunning");
+    log(&Captions::isTransitioningChanged, "isTransitioning");
+    log(&Captions::isSwitchingChanged, "isSwitching");
+    log(&Captions::localesChanged, "locales");
+    log(&Captions::languagesChanged, "languages");
+    log(&Captions::isSavingSessionChanged, "isSavingSession");
+    log(&Captions::savedURLChanged, "savedURL");
+    log(&Captions::saveErrorChanged, "saveError");
+    QObject::connect(model.get(), &Captions::translationChanged, model.get(), [this](int index) {
       signalled.append(QStringLiteral("translation %1").arg(index));
     });
   }

@@ -3,6 +3,7 @@
 
 #include "platform/foundation/failure.h"
 #include "platform/foundation/one_shot.h"
+#include "platform/translation/pair_models.h"
 #include "platform/translation/translation_platform.h"
 
 #include <functional>

@@ -48,19 +48,21 @@ def content_of(name):
     return (FILES / name).read_bytes()
 
 
-def write_catalogue(path):
-    """Writes a catalogue that has this model only."""
-    def download(name):
-        size, digest = len(content_of(name)), hashlib.sha256(content_of(name)).hexdigest()
-        return {"address": f"https://models.example/{name}", "bytes": size, "sha256": digest,
-                "packing": "none", "files": [{"name": name, "bytes": size, "sha256": digest}]}
+def download(name):
+    """An entry of a catalogue for one file."""
+    size, digest = len(content_of(name)), hashlib.sha256(content_of(name)).hexdigest()
+    return {"address": f"https://models.example/{name}", "bytes": size, "sha256": digest,
+            "packing": "none", "files": [{"name": name, "bytes": size, "sha256": digest}]}
 
+
+def write_catalogue(path, *others):
+    """Writes a catalogue that has this model and the others."""
     model = {"id": MODEL, "kind": "recognition", "title": TITLE, "languages": ["en"],
              "licence": "MIT", "writes": [], "stepMs": 320, "memoryBytes": 1_000_000,
              "quality": "good",
              "options": {"locales": [LOCALE], "modelType": "zipformer2", "letters": "fold"} | TINY,
              "downloads": [download(name) for name in TINY.values()]}
-    path.write_text(json.dumps({"models": [model]}))
+    path.write_text(json.dumps({"models": [model, *others]}))
 
 
 def mirror():

@@ -44,6 +44,10 @@ std::vector<std::optional<qint64>> LocalTranslationPlatform::downloadBytes(
   return bytes;
 }
 
+std::vector<PairModels> LocalTranslationPlatform::models() const {
+  return pool_->models();
+}
+
 std::optional<QString> LocalTranslationPlatform::activity() const {
   if (!pool_->isInstalling()) return std::nullopt;
   return L("Downloading translation model…", "번역 모델 다운로드 중…");

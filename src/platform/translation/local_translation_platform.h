@@ -26,7 +26,7 @@ class LocalTranslationPlatform final : public TranslationPlatform {
   QCoro::Task<QStringList> supportedLanguages() override;
   std::vector<std::optional<qint64>> downloadBytes(const QString& source,
                                                    const QStringList& targets) const override;
-  std::vector<PairModels> models() const override { return pool_->models(); }
+  std::vector<PairModels> models() const override;
   std::optional<QString> activity() const override;
 
  private:

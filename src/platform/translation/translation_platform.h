@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/translation/pair_models.h"
 #include "platform/translation/translator.h"
 
 #include <memory>
@@ -12,6 +11,8 @@
 #include <vector>
 
 namespace velun {
+
+struct PairModels;
 
 /// The translation service. Main thread.
 class TranslationPlatform : public QObject {
@@ -32,7 +33,7 @@ class TranslationPlatform : public QObject {
                                                            const QStringList& targets) const = 0;
 
   /// Every direction that has models of its own to download.
-  virtual std::vector<PairModels> models() const { return {}; }
+  virtual std::vector<PairModels> models() const = 0;
 
   /// What a translator waits for before it can translate ("Downloading translation model…"), in
   /// the interface language; nothing when none waits.

@@ -12,6 +12,7 @@
 #include "ui/caption/caption_status_line.h"
 #include "ui/caption/jump_button.h"
 #include "ui/caption/selectable_transcript_text_view.h"
+#include "ui/caption/smaller_recognizer_button.h"
 #include "ui/caption/transcript_formats.h"
 #include "ui/caption/transcript_view.h"
 
@@ -41,7 +42,8 @@ TranscriptChange merged(const TranscriptChange& a, const TranscriptChange& b) {
 CaptionView::CaptionView(CaptionViewModel& model, AppCommands& commands,
                          TranslationPlatform& translation, Clock& clock,
                          std::function<void(bool)> setHeaderVisible,
-                         std::function<bool()> isPointerInside, BetterCaptions* better)
+                         std::function<bool()> isPointerInside, BetterCaptions* better,
+                         SmallerRecognizer* smaller)
     : model_(model),
       better_(better),
       chrome_(clock, std::move(setHeaderVisible), std::move(isPointerInside)),
@@ -50,6 +52,7 @@ CaptionView::CaptionView(CaptionViewModel& model, AppCommands& commands,
       emptyState_(new CaptionEmptyState(model, commands, better, this)),
       transcript_(new TranscriptView(this)),
       statusLine_(new CaptionStatusLine(model, translation, this)),
+      smaller_(new SmallerRecognizerButton(smaller, this)),
       overlays_(new CaptionOverlays(model, clock, this)),
       jumpButton_(new JumpButton(this)),
       notice_(new CaptionNotice(clock, this)) {
@@ -67,6 +70,9 @@ CaptionView::CaptionView(CaptionViewModel& model, AppCommands& commands,
   connect(transcript_, &TranscriptView::isHeldChanged, this, &CaptionView::updateOverlays);
   connect(jumpButton_, &QAbstractButton::clicked, this, &CaptionView::jump);
   connect(statusLine_, &CaptionStatusLine::textChanged, this, &CaptionView::arrange);
+  connect(smaller_, &SmallerRecognizerButton::offerChanged, this, &CaptionView::arrange);
+  connect(smaller_, &SmallerRecognizerButton::modelsRequested,
+          &commands.action(AppCommand::showModels), &QAction::trigger);
   // The header gets the focus by focusNextPrevChild(), on return from one of its menus or another
   // window, and from screen readers, which also focus invisible buttons. A window that is being
   // hidden moves the focus around.
@@ -191,13 +197,16 @@ void CaptionView::setColors(const CaptionColors& colors) {
   overlays_->setColors(colors);
   jumpButton_->setColors(colors);
   notice_->setColors(colors);
+  smaller_->setColors(colors);
 }
 
 void CaptionView::arrange() {
   const int top = CaptionAppearance::headerHeight;
   const int status = statusLine_->neededHeight(width());
   header_->setGeometry(0, 0, width(), top);
-  transcript_->setGeometry(0, top, width(), std::max(height() - top - status, 0));
+  const int below = status + smaller_->neededHeight();
+  transcript_->setGeometry(0, top, width(), std::max(height() - top - below, 0));
+  smaller_->setGeometry(0, height() - below, width(), below - status);
   statusLine_->setVisible(status > 0);
   statusLine_->setGeometry(0, height() - status, width(), status);
   overlays_->adjustSize();

@@ -23,6 +23,8 @@ class CaptionViewModel;
 class Clock;
 struct DesktopCapabilities;
 class JumpButton;
+class SmallerRecognizer;
+class SmallerRecognizerButton;
 class TranscriptView;
 class TranslationPlatform;
 
@@ -33,10 +35,12 @@ class CaptionView final : public QWidget {
 
  public:
   /// `setHeaderVisible` shows or hides the header; `isPointerInside` returns whether the pointer is
-  /// over the panel now. `better` may be null. All must outlive the view.
+  /// over the panel now. `better` and `smaller` may be null. All must outlive the
+  /// view.
   CaptionView(CaptionViewModel& model, AppCommands& commands, TranslationPlatform& translation,
               Clock& clock, std::function<void(bool)> setHeaderVisible,
-              std::function<bool()> isPointerInside, BetterCaptions* better = nullptr);
+              std::function<bool()> isPointerInside, BetterCaptions* better = nullptr,
+              SmallerRecognizer* smaller = nullptr);
   ~CaptionView() override;
 
   /// The pointer entered or left the panel.
@@ -59,6 +63,7 @@ class CaptionView final : public QWidget {
   JumpButton& jumpButton() const { return *jumpButton_; }
   CaptionNotice& notice() const { return *notice_; }
   CaptionStatusLine& statusLine() const { return *statusLine_; }
+  SmallerRecognizerButton& smallerRecognizer() const { return *smaller_; }
   const CaptionChrome& chrome() const { return chrome_; }
 
  protected:
@@ -84,6 +89,7 @@ class CaptionView final : public QWidget {
   CaptionEmptyState* emptyState_;
   TranscriptView* transcript_;
   CaptionStatusLine* statusLine_;
+  SmallerRecognizerButton* smaller_;
   CaptionOverlays* overlays_;
   JumpButton* jumpButton_;
   CaptionNotice* notice_;

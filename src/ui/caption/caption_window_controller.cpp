@@ -47,7 +47,7 @@ CaptionWindowController::CaptionWindowController(CaptionViewModel& model, AppCom
       [this] {
         return panel_->isVisible() && services_.desktop.isPointerOver(*panel_->windowHandle());
       },
-      services.betterCaptions);
+      services.betterCaptions, services.smallerRecognizer);
   panel_->setContent(view_);
   const QRect usual = defaultPanelFrame(availableArea(QApplication::primaryScreen()));
   const std::optional<QRect> kept = readFrame(services.frames, kFrameName);

@@ -17,6 +17,7 @@ class CaptionView;
 class CaptionViewModel;
 class DesktopPlatform;
 class PreferenceStore;
+class SmallerRecognizer;
 class TranslationPlatform;
 
 /// The services that the caption window uses. All must outlive the controller.
@@ -28,6 +29,8 @@ struct CaptionWindowServices {
   Clock& clock;
   /// Offers a download before the first words; may be null.
   BetterCaptions* betterCaptions = nullptr;
+  /// Offered while the machine is too slow; may be null.
+  SmallerRecognizer* smallerRecognizer = nullptr;
 };
 
 /// Owns the caption panel and controls its position, its size with and without the header, and its

@@ -4,6 +4,7 @@
 #include "language/localization.h"
 #include "platform/foundation/clock.h"
 #include "platform/foundation/failure.h"
+#include "ui/models/model_texts.h"
 
 namespace velun {
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/models/model_store.h"
+#include "platform/translation/pair_models.h"
 #include "platform/translation/translation_platform.h"
 
 #include <optional>

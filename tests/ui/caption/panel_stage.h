@@ -17,7 +17,7 @@ namespace velun::test {
 struct PanelStage : ModelFixture {
   explicit PanelStage(const std::function<void(AppSettings&)>& prepare = {},
                       DesktopPlatform* realDesktop = nullptr, PreferenceStore* keptFrames = nullptr,
-                      BetterCaptions* better = nullptr)
+                      BetterCaptions* better = nullptr, SmallerRecognizer* smaller = nullptr)
       : ModelFixture(prepare) {
     QObject::connect(&commands, &AppCommands::triggered, &commands,
                      [this](AppCommand command) { perform(command); });
@@ -27,7 +27,8 @@ struct PanelStage : ModelFixture {
                               .translation = translation,
                               .frames = keptFrames ? *keptFrames : frames,
                               .clock = clock,
-                              .betterCaptions = better});
+                              .betterCaptions = better,
+                              .smallerRecognizer = smaller});
     view = controller->panel().findChild<CaptionView*>();
     panel().setStyle(&still);
   }

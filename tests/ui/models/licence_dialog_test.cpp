@@ -65,7 +65,8 @@ class LicenceDialogTest final : public test::Suite {
   }
 
   void everyLicenceHasATextAnAddressOrAStatement() {
-    for (const Model& each : ModelCatalogue::builtIn().models()) {
+    const ModelCatalogue catalogue = ModelCatalogue::builtIn();
+    for (const Model& each : catalogue.models()) {
       const bool hasText = fullLicenceText(each.licence).size() > 500;
       const bool isExplained =
           !licenceAddress(each.licence).isEmpty() || !each.licenceNotice.isEmpty();

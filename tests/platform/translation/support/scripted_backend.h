@@ -22,7 +22,6 @@ struct BackendScript {
   std::vector<OneShot<bool>> pendingInstalls;  ///< true: succeeds; false: fails
 
   int made = 0;  ///< translators
-  int made = 0;  ///< translators
   std::atomic<int> loads = 0;
   std::atomic<int> living = 0;
   std::atomic<bool> waits = false;  ///< Each text waits for `go` or a stop request.
@@ -81,7 +80,6 @@ class ScriptedBackend final : public TranslatorBackend {
   }
 
   std::shared_ptr<TextTranslator> makeTranslator(const LanguagePair& pair) override {
-    ++script_->made;
     ++script_->made;
     return std::make_shared<ScriptedTranslator>(script_, nameOf(pair));
   }
