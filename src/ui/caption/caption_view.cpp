@@ -15,6 +15,7 @@
 #include "ui/caption/smaller_recognizer_button.h"
 #include "ui/caption/transcript_formats.h"
 #include "ui/caption/transcript_view.h"
+#include "ui/common/app_commands.h"
 
 #include <algorithm>
 #include <QAbstractButton>

@@ -66,8 +66,8 @@ class LibraryPicturesTest final : public test::Suite {
     QFETCH(bool, isHighContrast);
     QApplication::setPalette(isDark ? darkPalette() : light_);
     WindowLook look;
-    look.set(isHighContrast, false);
-    const auto restore = qScopeGuard([&look] { look.set(false, false); });
+    look.set(ColorScheme::any, isHighContrast, false);
+    const auto restore = qScopeGuard([&look] { look.set(ColorScheme::any, false, false); });
     Localization::shared().setLanguage(language);
     const QTemporaryDir folder;
     test::ManualClock clock;
@@ -100,8 +100,8 @@ class LibraryPicturesTest final : public test::Suite {
     SettingsView form(model, {}, {});
     form.resize(460, 760);
     picture(form, "settings");
-    ExportView exporting(library.sessions().front()->session, {}, {});
-    exporting.resize(420, 305);
+    ExportView exporting(library.sessions().front()->session, {}, {}, {});
+    exporting.resize(420, 345);
     picture(exporting, "export");
   }
 
