@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/app_delegate.h"
+#include "app/captions_program.h"
 #include "app/composition.h"
 #include "language/localization.h"
 #include "platform/desktop/desktop_services.h"
@@ -12,6 +13,7 @@
 #include <malloc.h>
 #include <QApplication>
 #include <QIcon>
+#include <string_view>
 
 namespace {
 
@@ -42,9 +44,10 @@ int runProgram(velun::ApplicationService& service) {
 int main(int argc, char** argv) {
   using namespace velun;
   mallopt(M_MMAP_THRESHOLD, kMmapThreshold);
-  preferWindowSystem();
   QCoreApplication::setApplicationName(kApplicationID);
   QCoreApplication::setApplicationVersion(VELUN_VERSION);
+  if (argc > 1 && std::string_view(argv[1]) == "captions") return runCaptionsProgram(argc, argv);
+  preferWindowSystem();
   QApplication application(argc, argv);
   QGuiApplication::setDesktopFileName(kApplicationID);
   // The icon theme has the icon once the program is installed.

@@ -11,11 +11,12 @@ AudioFeeder::AudioFeeder(std::shared_ptr<SpeechInput> input, const Clock& clock)
     : input_(std::move(input)), clock_(clock), lastFeed_(clock.monotonicSeconds()) {}
 
 void AudioFeeder::feed(std::span<const float> samples) noexcept {
-  lastFeed_.store(clock_.monotonicSeconds(), std::memory_order_relaxed);
+  const double now = clock_.monotonicSeconds();
+  lastFeed_.store(now, std::memory_order_relaxed);
   if (samples.empty()) return;
   measure(samples);
   try {
-    input_->yield({{samples.begin(), samples.end()}});
+    input_->yield({.samples = {samples.begin(), samples.end()}, .heardUntil = now});
     hasFedAudio_.store(true, std::memory_order_relaxed);
   } catch (const std::exception&) {
     // Out of memory: these samples are lost, the capture continues.

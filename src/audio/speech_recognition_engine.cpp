@@ -204,8 +204,16 @@ void SpeechRecognitionEngine::handle(const TranscriptionResult& result) {
   if (text.isEmpty()) {
     Q_EMIT eventOccurred(DraftEvent{});
   } else {
-    Q_EMIT eventOccurred(FinalEvent{text, run_->sourceID, run_->input});
+    FinalEvent event{text, run_->sourceID, run_->input};
+    if (result.spoken)
+      event.spoken = {wallTime(result.spoken->start), wallTime(result.spoken->end)};
+    Q_EMIT eventOccurred(event);
   }
+}
+
+Instant SpeechRecognitionEngine::wallTime(double monotonicSeconds) const {
+  const std::chrono::duration<double> ago(clock_.monotonicSeconds() - monotonicSeconds);
+  return clock_.now() - std::chrono::round<Instant::duration>(ago);
 }
 
 void SpeechRecognitionEngine::checkSilenceLater(QUuid token) {

@@ -55,6 +55,7 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   void followLag(const SpeechRun& recognition);
   QCoro::Task<> startAudio(Run run, std::stop_token stop);
   void handle(const TranscriptionResult& result);
+  Instant wallTime(double monotonicSeconds) const;
   void followSource(const AudioSource& source, QUuid token);
   void checkSilenceLater(QUuid token);
   QCoro::Task<> checkSilence(QUuid token);

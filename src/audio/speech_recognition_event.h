@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/audio_input.h"
+#include "platform/foundation/clock.h"
 
 #include <optional>
 #include <QString>
@@ -21,6 +22,13 @@ struct FinalEvent {
   /// Exactly the `localeID` that was given to `start`.
   QString sourceID;
   AudioInput input = AudioInput::computer;
+  /// When the words were said; nullopt if the recognizer does not tell.
+  struct Spoken {
+    Instant start;
+    Instant end;
+    bool operator==(const Spoken&) const = default;
+  };
+  std::optional<Spoken> spoken = {};
   bool operator==(const FinalEvent&) const = default;
 };
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "captions/caption_view_model.h"
 
+#include "captions/finished_lines.h"
 #include "captions/update.h"
 #include "language/localization.h"
-#include "platform/foundation/sentences.h"
 
 #include <utility>
 #include <variant>
@@ -128,9 +128,8 @@ void CaptionViewModel::handle(const DraftEvent& event) {
 void CaptionViewModel::handle(const FinalEvent& event) {
   setVolatileText(QString());
   const std::size_t first = lines().size();
-  for (const QString& sentence : sentences(event.text, event.sourceID)) {
-    const QString text = sentence.trimmed();
-    if (!text.isEmpty()) appendLine(text, event);
+  for (Line& line : finishedLines(event, clock_.now(), session().startedAt)) {
+    current_.append(std::move(line));
   }
   if (lines().size() > first) {
     translator_.linesAppended();
@@ -146,15 +145,6 @@ void CaptionViewModel::handle(const StatusEvent& event) {
 void CaptionViewModel::handle(const FailureEvent& event) {
   setStatus(event.message);
   stop();
-}
-
-void CaptionViewModel::appendLine(const QString& text, const FinalEvent& event) {
-  Line line;
-  line.time = clock_.now();
-  line.text = text;
-  line.sourceLanguage = event.sourceID;
-  line.input = event.input;
-  current_.append(std::move(line));
 }
 
 void CaptionViewModel::translated(const QUuid& id, const QString& language, const QString& text) {

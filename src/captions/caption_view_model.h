@@ -124,7 +124,6 @@ class CaptionViewModel final : public QObject {
   void handle(const FinalEvent& event);
   void handle(const StatusEvent& event);
   void handle(const FailureEvent& event);
-  void appendLine(const QString& text, const FinalEvent& event);
   void translated(const QUuid& id, const QString& language, const QString& text);
   void engineStopped();
   /// The engine could not start: captions have ended, or have not begun again.

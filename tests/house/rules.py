@@ -6,7 +6,7 @@ import re
 # service (linux/, store/, …) together are a layer of their own above the service's interface.
 FOUNDATION = "platform/foundation"
 INTERFACES = {"platform/audio", "platform/speech", "platform/translation", "platform/desktop",
-              "platform/updates", "platform/models", FOUNDATION}
+              "platform/updates", "platform/models", "platform/recording", FOUNDATION}
 MEDIA_SERVER = "platform/pipewire/linux"  # not a service: shared by the insides of several
 INSIDE = "/<part>"
 ALLOWED = {
@@ -20,17 +20,19 @@ ALLOWED = {
     "platform/speech": {FOUNDATION, "platform/audio", "language"},
     "platform/translation": {FOUNDATION, "platform/models", "language"},
     "platform/desktop": {FOUNDATION, "language"},
+    "platform/recording": {FOUNDATION, "platform/speech", "language"},
     "platform/updates": {FOUNDATION, "language"},
     "audio": INTERFACES | {"model", "language", "settings"},
     "translation": INTERFACES | {"model", "language", "settings"},
     "captions": INTERFACES | {"model", "language", "settings", "audio", "translation"},
+    "cli": INTERFACES | {"model", "language", "settings", "audio", "translation", "captions"},
     "ui": INTERFACES | {"model", "language", "settings", "audio", "translation",
                         "captions"},
 }
 
 # Libraries of the system, by the start of an include, and who may include them.
 SYSTEM_LIBRARIES = {
-    "pipewire/": set(), "spa/": set(), "xcb/": set(), "X11/": set(), "archive": set(), "sentencepiece": set(), "dnnl": set(),
+    "pipewire/": set(), "spa/": set(), "xcb/": set(), "X11/": set(), "archive": set(), "libav": set(), "libswresample": set(), "sentencepiece": set(), "dnnl": set(),
     "QDBus": set(), "QtDBus": set(), "QNetwork": {"platform/updates"}, "QtNetwork": set(),
     "QTcp": set(), "QSsl": {"platform/updates"},
     "fftw3": {"audio"},
@@ -262,6 +264,7 @@ RESTRICTED = [
     (r"\bstd::j?thread\b(?!::hardware_concurrency)|\bQThread\b|\bstd::async\b",
      "threads of their own (use LatestJob)",
      {"platform/speech/local_speech_run",  # decoding
+      "platform/recording/recording_feed",  # a recording lasts for hours
       "platform/models/store/download_store",  # downloads last for minutes
       "platform/models/store/model_verifier",  # hashing many models lasts for seconds
       "model/session_files"}),  # reads in parallel and returns when all is read

@@ -2,6 +2,7 @@
 #include "model/subtitles/subtitle_cues.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace velun {
 
@@ -18,23 +19,8 @@ constexpr int kReadingMillisecondsPerColumn = 50;
 /// Columns. A long stretch of time is not filled with captions shorter than this.
 constexpr int kFewestColumns = 15;
 
-struct Span {
-  milliseconds start;
-  milliseconds end;
-};
-
 milliseconds sayingTime(const QString& text) {
   return std::max(kShortest, milliseconds(columnsOf(text) * kMillisecondsPerColumn));
-}
-
-/// When a line was said. `previousEnd` is that of the line before.
-Span spanOf(const Line& line, Instant sessionStart, milliseconds previousEnd) {
-  if (line.start && line.end) return {*line.start, std::max(*line.start, *line.end)};
-  const milliseconds saying = sayingTime(line.text);
-  if (!line.time) return {previousEnd, previousEnd + saying};
-  const milliseconds finished = std::max(
-      std::chrono::duration_cast<milliseconds>(*line.time - sessionStart), milliseconds(0));
-  return {std::max(std::min(previousEnd, finished), finished - saying), finished};
 }
 
 int countFor(const QString& text, milliseconds duration) {
@@ -62,14 +48,65 @@ std::vector<CueRows> paired(const QString& original, const QString& translation,
   return cues;
 }
 
-/// The texts of a line as captions.
-std::vector<CueRows> cuesOf(const Line& line, TranscriptContent content,
-                            const std::optional<QString>& language, milliseconds duration) {
+int columnsOf(const CueRows& rows) {
+  int columns = 0;
+  for (const QString& row : rows) columns += velun::columnsOf(row);
+  return columns;
+}
+
+/// Shares the time of a line among its captions by their lengths.
+std::vector<SubtitleCue> timed(const std::vector<CueRows>& texts, milliseconds start,
+                               milliseconds end) {
+  int total = 0;
+  for (const CueRows& rows : texts) total += columnsOf(rows);
+  int before = 0;
+  const auto at = [&](int columns) {
+    return start + (end - start) * columns / std::max(total, 1);
+  };
+  std::vector<SubtitleCue> cues;
+  for (const CueRows& rows : texts) {
+    const int after = before + columnsOf(rows);
+    cues.push_back({at(before), at(after), rows});
+    before = after;
+  }
+  return cues;
+}
+
+}  // namespace
+
+SubtitleTimeline::SubtitleTimeline(Instant sessionStart, TranscriptContent content,
+                                   std::optional<QString> language)
+    : sessionStart_(sessionStart), content_(content), language_(std::move(language)) {}
+
+std::vector<SubtitleCue> SubtitleTimeline::add(const Line& line) {
+  const Span span = spanOf(line);
+  said_ = span.end;
+  std::vector<SubtitleCue> added = timed(rowsOf(line, span.end - span.start), span.start, span.end);
+  if (added.empty()) return {};
+  std::vector<SubtitleCue> settled = settle(added.front().start);
+  unsettled_ = std::move(added);
+  return settled;
+}
+
+std::vector<SubtitleCue> SubtitleTimeline::finish() {
+  return settle(milliseconds::max());
+}
+
+SubtitleTimeline::Span SubtitleTimeline::spanOf(const Line& line) const {
+  if (line.start && line.end) return {*line.start, std::max(*line.start, *line.end)};
+  const milliseconds saying = sayingTime(line.text);
+  if (!line.time) return {said_, said_ + saying};
+  const milliseconds finished = std::max(
+      std::chrono::duration_cast<milliseconds>(*line.time - sessionStart_), milliseconds(0));
+  return {std::max(std::min(said_, finished), finished - saying), finished};
+}
+
+std::vector<CueRows> SubtitleTimeline::rowsOf(const Line& line, milliseconds duration) const {
   constexpr int kRows = 2;
   const int count = countFor(line.text, duration);
-  const auto translations = line.translatedTexts(language);
+  const auto translations = line.translatedTexts(language_);
   const QString translation = translations.empty() ? QString() : translations.front().second;
-  switch (content) {
+  switch (content_) {
     case TranscriptContent::original:
       return breakIntoCues(line.text, kRows, count);
     case TranscriptContent::translation:
@@ -81,58 +118,31 @@ std::vector<CueRows> cuesOf(const Line& line, TranscriptContent content,
   Q_UNREACHABLE();
 }
 
-int columnsOf(const CueRows& rows) {
-  int columns = 0;
-  for (const QString& row : rows) columns += velun::columnsOf(row);
-  return columns;
-}
-
-/// Shares the time of a line among its captions by their lengths.
-void appendCues(std::vector<SubtitleCue>& cues, const std::vector<CueRows>& texts,
-                const Span& span) {
-  int total = 0;
-  for (const CueRows& rows : texts) total += columnsOf(rows);
-  int before = 0;
-  const auto at = [&](int columns) {
-    return span.start + (span.end - span.start) * columns / std::max(total, 1);
-  };
-  for (const CueRows& rows : texts) {
-    const int after = before + columnsOf(rows);
-    cues.push_back({at(before), at(after), rows});
-    before = after;
-  }
-}
-
 /// Gives every caption its least and most time, and time to be read where there is some before the
-/// next one. A caption that would start before the end of another is put off.
-void arrange(std::vector<SubtitleCue>& cues) {
-  milliseconds free(0);
-  for (std::size_t i = 0; i < cues.size(); ++i) {
-    SubtitleCue& cue = cues[i];
-    cue.start = std::max(cue.start, free);
+/// next line, which starts at `next`. A caption that would start before the end of another is put
+/// off.
+std::vector<SubtitleCue> SubtitleTimeline::settle(milliseconds next) {
+  for (std::size_t i = 0; i < unsettled_.size(); ++i) {
+    SubtitleCue& cue = unsettled_[i];
+    cue.start = std::max(cue.start, shown_);
     const milliseconds reading(columnsOf(cue.rows) * kReadingMillisecondsPerColumn);
-    const milliseconds next = i + 1 < cues.size() ? cues[i + 1].start : milliseconds::max();
-    const milliseconds wanted =
-        std::min(std::max(cue.end, cue.start + reading), std::max(cue.end, next));
+    const milliseconds limit = i + 1 < unsettled_.size() ? unsettled_[i + 1].start : next;
+    const milliseconds wanted = std::max(cue.end, std::min(cue.start + reading, limit));
     cue.end = std::clamp(wanted, cue.start + kShortest, cue.start + kLongest);
-    free = cue.end;
+    shown_ = cue.end;
   }
+  return std::exchange(unsettled_, {});
 }
-
-}  // namespace
 
 std::vector<SubtitleCue> subtitleCues(const CaptionSession& session, TranscriptContent content,
                                       const std::optional<QString>& language) {
+  SubtitleTimeline timeline(session.startedAt, content, language);
   std::vector<SubtitleCue> cues;
-  milliseconds previousEnd(0);
-  for (const Line& line : session.lines) {
-    const Span span = spanOf(line, session.startedAt, previousEnd);
-    previousEnd = span.end;
-    appendCues(cues, cuesOf(line, content, language, span.end - span.start), span);
-  }
-  std::stable_sort(cues.begin(), cues.end(),
-                   [](const SubtitleCue& a, const SubtitleCue& b) { return a.start < b.start; });
-  arrange(cues);
+  const auto append = [&cues](std::vector<SubtitleCue> settled) {
+    cues.insert(cues.end(), settled.begin(), settled.end());
+  };
+  for (const Line& line : session.lines) append(timeline.add(line));
+  append(timeline.finish());
   return cues;
 }
 

@@ -21,29 +21,37 @@ QString timing(const SubtitleCue& cue, QLatin1Char mark) {
 
 }  // namespace
 
+QString renderSubRip(const SubtitleCue& cue, int number) {
+  QString text = cue.rows.join(QLatin1Char('\n'));
+  // The format has no escapes; a reader would take this for the times of a caption.
+  text.replace(QStringLiteral("-->"), QStringLiteral("→"));
+  return QString::number(number) + QLatin1Char('\n') + timing(cue, QLatin1Char(',')) +
+         QLatin1Char('\n') + text + QStringLiteral("\n\n");
+}
+
+QString webVTTHead() {
+  return QStringLiteral("WEBVTT\n\n");
+}
+
+QString renderWebVTT(const SubtitleCue& cue) {
+  // Of HTML's escapes a reader knows these; "-->" is escaped with its ">".
+  QString text = cue.rows.join(QLatin1Char('\n'));
+  text.replace(QLatin1Char('&'), QStringLiteral("&amp;"))
+      .replace(QLatin1Char('<'), QStringLiteral("&lt;"))
+      .replace(QLatin1Char('>'), QStringLiteral("&gt;"));
+  return timing(cue, QLatin1Char('.')) + QLatin1Char('\n') + text + QStringLiteral("\n\n");
+}
+
 QString renderSubRip(const std::vector<SubtitleCue>& cues) {
   QString file;
   int number = 0;
-  for (const SubtitleCue& cue : cues) {
-    QString text = cue.rows.join(QLatin1Char('\n'));
-    // The format has no escapes; a reader would take this for the times of a caption.
-    text.replace(QStringLiteral("-->"), QStringLiteral("→"));
-    file += QString::number(++number) + QLatin1Char('\n') + timing(cue, QLatin1Char(',')) +
-            QLatin1Char('\n') + text + QStringLiteral("\n\n");
-  }
+  for (const SubtitleCue& cue : cues) file += renderSubRip(cue, ++number);
   return file;
 }
 
 QString renderWebVTT(const std::vector<SubtitleCue>& cues) {
-  QString file = QStringLiteral("WEBVTT\n\n");
-  for (const SubtitleCue& cue : cues) {
-    // Of HTML's escapes a reader knows these; "-->" is escaped with its ">".
-    QString text = cue.rows.join(QLatin1Char('\n'));
-    text.replace(QLatin1Char('&'), QStringLiteral("&amp;"))
-        .replace(QLatin1Char('<'), QStringLiteral("&lt;"))
-        .replace(QLatin1Char('>'), QStringLiteral("&gt;"));
-    file += timing(cue, QLatin1Char('.')) + QLatin1Char('\n') + text + QStringLiteral("\n\n");
-  }
+  QString file = webVTTHead();
+  for (const SubtitleCue& cue : cues) file += renderWebVTT(cue);
   return file;
 }
 

@@ -115,6 +115,10 @@ double AudioBacklog::skipAhead() {
   const std::size_t begin =
       gap && *gap < end ? *gap : quietestPlace(all, 0, samplesOf(kBeginWindow));
   std::deque<SpeechSamples> kept{part(all, 0, begin), part(all, end, all.size())};
+  const double heardUntil = waiting.back().heardUntil;
+  kept.front().heardUntil =
+      heardUntil - static_cast<double>(all.size() - begin) / kSpeechSampleRate;
+  kept.back().heardUntil = heardUntil;
   kept.back().followsGap = true;
   if (kept.front().samples.empty()) kept.pop_front();
   input_.putBack(std::move(kept));

@@ -99,7 +99,9 @@ bool SpeechDecoder::decodeNext(RecognizerBackend& backend) {
 void SpeechDecoder::accept(RecognizerBackend& backend, const SpeechSamples& input) {
   if (input.followsGap) backend.skip();
   // Kept first, in case the recognizer fails.
+  const double begin = audio_.end();
   audio_.add(input.samples);
+  times_.add(begin, audio_.end(), input.heardUntil);
   audio_.keepLast(draft_.text.isEmpty() ? kMaxOnset : kMaxPhrase);
   backend.acceptAudio(input.samples);
 }
@@ -127,6 +129,8 @@ void SpeechDecoder::deliverResults(RecognizerBackend& backend, bool withDrafts) 
     moveTimes(result, begin_);
     isDraftOutdated_ = false;
     if (result.isFinal) {
+      result.spoken = spoken(result);
+      spokenFrom_ = result.until.value_or(audio_.end());
       audio_.removeBefore(result.until.value_or(audio_.end() - backend.undecodedSeconds()));
       hasNewFinal_ = result.until.has_value();
       wasCut_ = result.isCut;
@@ -137,6 +141,19 @@ void SpeechDecoder::deliverResults(RecognizerBackend& backend, bool withDrafts) 
     }
     signals_.post(&SpeechRun::resultReady, std::move(result));
   }
+}
+
+/// By the words if the recognizer tells them, otherwise by the end of the phrase before.
+std::optional<SpokenSpan> SpeechDecoder::spoken(const TranscriptionResult& result) const {
+  if (!result.words.empty()) {
+    return SpokenSpan{times_.at(result.words.front().start), times_.at(result.words.back().end)};
+  }
+  if (!result.until || *result.until <= spokenFrom_) return std::nullopt;
+  // At an ordinary speed; what is before is a pause.
+  constexpr double kSecondsPerCharacter = 0.1;
+  const double length = kSecondsPerCharacter * static_cast<double>(result.text.size());
+  const double from = std::max(spokenFrom_, *result.until - length);
+  return SpokenSpan{times_.at(from), times_.at(*result.until)};
 }
 
 void SpeechDecoder::finalize(RecognizerBackend& backend) {

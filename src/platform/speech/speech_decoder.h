@@ -5,6 +5,7 @@
 #include "platform/speech/audio_backlog.h"
 #include "platform/speech/recognizer_backend.h"
 #include "platform/speech/run_signals.h"
+#include "platform/speech/source_times.h"
 #include "platform/speech/speech_input.h"
 #include "platform/speech/unfinished_audio.h"
 
@@ -52,6 +53,7 @@ class SpeechDecoder {
   void acceptSilence(RecognizerBackend& backend, double now);
   void limitBacklog(const RecognizerBackend& backend);
   void deliverResults(RecognizerBackend& backend, bool withDrafts = true);
+  std::optional<SpokenSpan> spoken(const TranscriptionResult& result) const;
   void finalize(RecognizerBackend& backend);
   void dropOutdatedDraft(const RecognizerBackend& backend);
 
@@ -61,7 +63,9 @@ class SpeechDecoder {
   const RunSignals& signals_;
   AudioBacklog backlog_;
   UnfinishedAudio audio_;
-  TranscriptionResult draft_;     ///< the last one; its text is empty between phrases
+  SourceTimes times_;
+  double spokenFrom_ = 0;      ///< where words that are not final can begin, in the run’s audio
+  TranscriptionResult draft_;  ///< the last one; its text is empty between phrases
   bool isDraftOutdated_ = false;  ///< it is of a recognizer that was replaced
   bool hasNewFinal_ = false;      ///< the last poll gave a final result whose end is known
   bool wasCut_ = false;           ///< the last final result ended without a pause

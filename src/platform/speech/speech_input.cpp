@@ -21,12 +21,19 @@ void SpeechInput::yield(SpeechSamples input) {
   changed_.notify_one();
 }
 
+bool SpeechInput::awaitRoom(double seconds) {
+  std::unique_lock lock(mutex_);
+  taken_.wait(lock, [&] { return isFinished_ || pendingSeconds_ <= seconds; });
+  return !isFinished_;
+}
+
 void SpeechInput::finish() {
   {
     const std::lock_guard lock(mutex_);
     isFinished_ = true;
   }
   changed_.notify_all();
+  taken_.notify_all();
 }
 
 std::optional<SpeechSamples> SpeechInput::next() {
@@ -89,6 +96,7 @@ std::optional<SpeechSamples> SpeechInput::takeFirst() {
   SpeechSamples input = std::move(inputs_.front());
   inputs_.pop_front();
   pendingSeconds_ = inputs_.empty() ? 0 : pendingSeconds_ - input.seconds();
+  taken_.notify_all();
   return input;
 }
 

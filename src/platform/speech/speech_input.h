@@ -18,6 +18,8 @@ struct SpeechSamples {
   std::vector<float> samples;
   /// Audio before these samples was skipped.
   bool followsGap = false;
+  /// When the last of them was heard, in seconds of the source's clock (see `SpokenSpan`).
+  double heardUntil = 0;
 
   double seconds() const { return static_cast<double>(samples.size()) / kSpeechSampleRate; }
 };
@@ -31,6 +33,10 @@ class SpeechInput {
 
   /// Appends; dropped after `finish`. Capture thread.
   void yield(SpeechSamples input);
+
+  /// Waits until no more than `seconds` of audio wait to be taken, for a source that need not go on
+  /// at the speed of life. False once the stream has ended. Any thread.
+  bool awaitRoom(double seconds);
 
   /// Ends the stream: what was yielded before is still delivered. Any thread.
   void finish();
@@ -70,6 +76,7 @@ class SpeechInput {
 
   mutable std::mutex mutex_;
   std::condition_variable changed_;
+  std::condition_variable taken_;
   std::deque<SpeechSamples> inputs_;
   double pendingSeconds_ = 0;
   bool isFinished_ = false;

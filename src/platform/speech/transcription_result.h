@@ -20,6 +20,15 @@ struct RecognizedWord {
   bool operator==(const RecognizedWord&) const = default;
 };
 
+/// When words were said, in seconds of the source's clock: that of a live source is the program's
+/// monotonic one, that of a recording starts with it.
+struct SpokenSpan {
+  double start = 0;
+  double end = 0;
+
+  bool operator==(const SpokenSpan&) const = default;
+};
+
 /// The text of one phrase: a draft that may change, or final.
 struct TranscriptionResult {
   QString text;
@@ -33,6 +42,8 @@ struct TranscriptionResult {
   /// Of a final result: no word of the audio before is final later, and no word after it is final
   /// yet. Seconds like those of the words; nullopt if it is not known.
   std::optional<double> until = {};
+  /// Of a final result of a `SpeechRun`, if it is known when its words were said.
+  std::optional<SpokenSpan> spoken = {};
 
   bool operator==(const TranscriptionResult&) const = default;
 };

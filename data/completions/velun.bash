@@ -1,0 +1,26 @@
+# Completion of the command line of velun for bash.
+_velun() {
+  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]}
+  if [ "$COMP_CWORD" = 1 ]; then
+    mapfile -t COMPREPLY < <(compgen -W "captions" -- "$word")
+    return
+  fi
+  case $before in
+    -i | --input) mapfile -t COMPREPLY < <(compgen -W "computer microphone" -- "$word") ;;
+    -f | --format) mapfile -t COMPREPLY < <(compgen -W "text srt vtt json" -- "$word") ;;
+    -m | --model)
+      mapfile -t COMPREPLY < <(compgen -W "$(velun captions --list-models | cut -f1)" -- "$word")
+      ;;
+    -l | --language | -t | --translate) COMPREPLY=() ;;
+    *)
+      if [[ $word == -* ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "--input --language --model --format --translate \
+          --times --drafts --list-models --help" -- "$word")
+      else
+        compopt -o filenames
+        mapfile -t COMPREPLY < <(compgen -f -- "$word")
+      fi
+      ;;
+  esac
+}
+complete -F _velun velun

@@ -1,0 +1,12 @@
+# Completion of the command line of velun for fish.
+set -l captions '__fish_seen_subcommand_from captions'
+complete -c velun -n __fish_use_subcommand -f -a captions -d 'Write captions to the standard output'
+complete -c velun -n $captions -s i -l input -x -a 'computer microphone' -d 'What to caption'
+complete -c velun -n $captions -s l -l language -x -d 'The spoken language'
+complete -c velun -n $captions -s m -l model -x -a '(velun captions --list-models | cut -f1)' -d 'The recognizer'
+complete -c velun -n $captions -s f -l format -x -a 'text srt vtt json' -d 'How to write lines'
+complete -c velun -n $captions -s t -l translate -x -d 'Also translate'
+complete -c velun -n $captions -l times -d 'Show when each line was said'
+complete -c velun -n $captions -l drafts -d 'Show unfinished lines'
+complete -c velun -n $captions -l list-models -d 'List the recognizers'
+complete -c velun -n $captions -s h -l help -d 'Show the options'

@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/captions_program.h"
+
+#include "app/engine_services.h"
+#include "audio/speech_recognition_engine.h"
+#include "cli/captions_command.h"
+#include "cli/live_source.h"
+#include "cli/recording_source.h"
+#include "language/localization.h"
+#include "platform/desktop/linux/termination_signals.h"
+#include "platform/foundation/failure.h"
+#include "platform/foundation/file_preferences.h"
+
+#include <QCoreApplication>
+#include <QHash>
+
+namespace velun {
+
+namespace {
+
+/// The user's preferences, which a run of the command does not change: the program with windows may
+/// be running too.
+class UnchangedPreferences final : public PreferenceStore {
+ public:
+  std::optional<PreferenceValue> value(const QString& key) const override {
+    const auto own = own_.constFind(key);
+    return own == own_.constEnd() ? file_.value(key) : std::optional(*own);
+  }
+  void set(const QString& key, PreferenceValue value) override { own_[key] = std::move(value); }
+
+ private:
+  FilePreferences file_{FilePreferences::userPath()};
+  QHash<QString, PreferenceValue> own_;
+};
+
+/// The locale that the recognizers know. Throws `Failure`.
+QString supportedLocale(EngineServices& services, const QString& wanted) {
+  const std::optional<SpeechSupport> support = services.speech.support(wanted);
+  if (!support) {
+    throw Failure(
+        L("There is no recognizer for “%1”.", "“%1” 언어의 인식기가 없습니다.").arg(wanted));
+  }
+  return support->locale;
+}
+
+/// One a line: the name for --model, whether it is installed, and the title.
+void listModels(EngineServices& services, const QString& localeID) {
+  const QString locale = supportedLocale(services, localeID);
+  for (const RecognizerCandidate& candidate : services.speech.candidates(locale)) {
+    const QString state =
+        candidate.isInstalled ? L("installed", "설치됨") : L("not installed", "설치되지 않음");
+    std::printf("%s\t%s\t%s\n", qUtf8Printable(candidate.id), qUtf8Printable(state),
+                qUtf8Printable(candidate.title));
+  }
+}
+
+/// Throws `Failure` when what is asked for is not installed: nothing is downloaded unasked.
+void checkInstalled(EngineServices& services, const CaptionArguments& arguments,
+                    const QString& localeID) {
+  const QString locale = supportedLocale(services, localeID);
+  const std::vector<RecognizerCandidate> candidates = services.speech.candidates(locale);
+  const auto isWanted = [&arguments](const RecognizerCandidate& candidate) {
+    return arguments.model.isEmpty() || candidate.id == arguments.model;
+  };
+  if (std::none_of(candidates.begin(), candidates.end(), isWanted)) {
+    throw Failure(L("There is no recognizer “%1” for this language; --list-models shows them.",
+                    "이 언어에는 “%1” 인식기가 없습니다. --list-models로 볼 수 있습니다.")
+                      .arg(arguments.model));
+  }
+  const auto isReady = [&](const RecognizerCandidate& candidate) {
+    return isWanted(candidate) && candidate.isInstalled;
+  };
+  if (std::none_of(candidates.begin(), candidates.end(), isReady)) {
+    throw Failure(
+        L("The recognizer isn’t installed. Download it in Velun’s settings, under "
+          "Languages & Models.",
+          "인식기가 설치되어 있지 않습니다. Velun 설정의 언어 및 모델에서 "
+          "다운로드하십시오."));
+  }
+  if (arguments.target.isEmpty()) return;
+  const auto bytes = services.translation.downloadBytes(localeID, {arguments.target}).at(0);
+  if (!bytes) {
+    throw Failure(L("There is no translation from %1 to %2.", "%1에서 %2(으)로 번역할 수 없습니다.")
+                      .arg(languageName(localeID), languageName(arguments.target)));
+  }
+  if (*bytes > 0) {
+    throw Failure(
+        L("The translation model isn’t installed. Download it in Velun’s settings, under "
+          "Languages & Models.",
+          "번역 모델이 설치되어 있지 않습니다. Velun 설정의 언어 및 모델에서 "
+          "다운로드하십시오."));
+  }
+}
+
+std::unique_ptr<CaptionSource> makeSource(EngineServices& services,
+                                          const CaptionArguments& arguments,
+                                          const QString& localeID, Instant start) {
+  if (!arguments.recording) {
+    return std::make_unique<LiveSource>(
+        std::make_unique<SpeechRecognitionEngine>(services.speech, services.audio, services.clock),
+        localeID, arguments.input);
+  }
+  const QString path = arguments.recording == QLatin1String("-") ? RecordingStream::standardInput()
+                                                                 : *arguments.recording;
+  return std::make_unique<RecordingSource>(
+      services.speech, QCoreApplication::applicationDirPath() + QStringLiteral("/velun-decoder"),
+      path, localeID, start);
+}
+
+int caption(EngineServices& services, const CaptionArguments& arguments, const QString& localeID) {
+  checkInstalled(services, arguments, localeID);
+  if (!arguments.model.isEmpty()) {
+    services.recognizerPreferences->setChoice(supportedLocale(services, localeID), arguments.model);
+  }
+  CaptionSession session;
+  session.startedAt = services.clock.now();
+  const auto printer = makeLinePrinter(arguments, stdout, session.startedAt);
+  auto source = makeSource(services, arguments, localeID, session.startedAt);
+  CaptionsCommand command(arguments, localeID, std::move(session), std::move(source),
+                          {services.translation, services.clock, *printer, stderr});
+  TerminationSignals signals;
+  QObject::connect(&signals, &TerminationSignals::received, &command, &CaptionsCommand::interrupt);
+  QObject::connect(&command, &CaptionsCommand::finished, qApp,
+                   [](int status) { QCoreApplication::exit(status); });
+  command.start();
+  return QCoreApplication::exec();
+}
+
+int run() {
+  UnchangedPreferences preferences;
+  Localization::shared().load(preferences);
+  try {
+    const CaptionArguments arguments =
+        parseCaptionArguments(QCoreApplication::arguments().sliced(2));
+    EngineServices services(preferences);
+    const QString localeID =
+        arguments.localeID.isEmpty() ? services.settings.localeID() : arguments.localeID;
+    if (!arguments.listsModels) return caption(services, arguments, localeID);
+    listModels(services, localeID);
+    return CaptionsCommand::kDone;
+  } catch (const HelpRequested& help) {
+    std::fputs(qUtf8Printable(help.text), stdout);
+    return CaptionsCommand::kDone;
+  } catch (const UsageError& error) {
+    std::fprintf(stderr, "velun: %s\n%s\n", error.what(),
+                 qUtf8Printable(L("“velun captions --help” shows the options.",
+                                  "옵션은 “velun captions --help”로 볼 수 있습니다.")));
+    return CaptionsCommand::kUsage;
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "velun: %s\n", qUtf8Printable(descriptionOf(error)));
+    return CaptionsCommand::kFailed;
+  }
+}
+
+}  // namespace
+
+int runCaptionsProgram(int argc, char** argv) {
+  QCoreApplication application(argc, argv);
+  const int status = run();
+  // The services have ended what tasks still waited for; those go on, which frees them.
+  QCoreApplication::sendPostedEvents();
+  return status;
+}
+
+}  // namespace velun

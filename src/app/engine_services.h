@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/audio/linux/pipewire_audio_platform.h"
+#include "platform/foundation/system_clock.h"
+#include "platform/models/store/download_store.h"
+#include "platform/speech/local_speech_platform.h"
+#include "platform/translation/local_translation_platform.h"
+#include "settings/app_settings.h"
+
+#include <memory>
+
+namespace velun {
+
+/// What captions are made with, for the windows and the command line alike. Each member depends on
+/// those above it. Main thread.
+struct EngineServices {
+  /// `preferences` must outlive the services.
+  explicit EngineServices(PreferenceStore& preferences);
+
+  SystemClock clock;
+  AppSettings settings;
+  PipeWireAudioPlatform audio;
+  std::shared_ptr<const ModelCatalogue> catalogue;
+  DownloadStore models;
+  std::shared_ptr<RecognizerPreferences> recognizerPreferences;
+  LocalSpeechPlatform speech;
+  LocalTranslationPlatform translation;
+};
+
+}  // namespace velun

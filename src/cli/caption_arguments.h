@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "model/audio_input.h"
+
+#include <optional>
+#include <QString>
+#include <QStringList>
+#include <stdexcept>
+
+namespace velun {
+
+/// How `velun captions` writes lines.
+enum class CaptionOutput { text, subRip, webVTT, json };
+
+/// What `velun captions` was asked for.
+struct CaptionArguments {
+  /// The file to caption; "-" is the standard input; nullopt captions `input` live.
+  std::optional<QString> recording = {};
+  AudioInput input = AudioInput::computer;
+  /// The locale, such as "en_US"; empty: that of the settings.
+  QString localeID = {};
+  /// A recognizer's id; empty: the one that the window would use.
+  QString model = {};
+  CaptionOutput output = CaptionOutput::text;
+  /// Whether text shows when each line was said.
+  bool showsTimes = false;
+  bool showsDrafts = false;
+  /// The language to translate into; empty: none.
+  QString target = {};
+  /// List the recognizers instead.
+  bool listsModels = false;
+};
+
+/// Arguments that make no sense. The text is localized.
+class UsageError final : public std::runtime_error {
+ public:
+  explicit UsageError(const QString& text) : std::runtime_error(text.toStdString()) {}
+};
+
+/// Only the help was asked for.
+struct HelpRequested {
+  QString text;
+};
+
+/// Reads the arguments after "captions". Throws `UsageError` and `HelpRequested`.
+CaptionArguments parseCaptionArguments(const QStringList& arguments);
+
+}  // namespace velun

@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/captions_command.h"
+
+#include "captions/finished_lines.h"
+
+#include <utility>
+
+namespace velun {
+
+CaptionsCommand::CaptionsCommand(const CaptionArguments& arguments, const QString& localeID,
+                                 CaptionSession session, std::unique_ptr<CaptionSource> source,
+                                 Parts parts)
+    : arguments_(arguments),
+      session_(std::move(session)),
+      source_(std::move(source)),
+      parts_(parts),
+      translator_(parts.translation, session_.lines),
+      progress_(parts.messages),
+      startedAt_(parts.clock.monotonicSeconds()) {
+  connect(source_.get(), &CaptionSource::eventOccurred, this, &CaptionsCommand::handle);
+  connect(source_.get(), &CaptionSource::ended, this, &CaptionsCommand::sourceEnded);
+  connect(source_.get(), &CaptionSource::advanced, this,
+          [this](double position, std::optional<double> duration) {
+            // Drafts move faster than that, on the same terminal.
+            if (hasEnded_ || arguments_.showsDrafts) return;
+            progress_.show(position, duration, parts_.clock.monotonicSeconds() - startedAt_);
+          });
+  connect(&translator_, &CaptionTranslator::translated, this,
+          [this](const QUuid&, const QString& language, const QString& text) {
+            session_.lines[settled_++].translations[language] = text;
+            printSettledLines();
+          });
+  connect(&translator_, &CaptionTranslator::failed, this, [this](const QString& message) {
+    say(message);
+    ++settled_;
+    printSettledLines();
+  });
+  translator_.configure(!arguments_.target.isEmpty(), true, localeID, arguments_.target);
+}
+
+void CaptionsCommand::start() {
+  source_->start();
+}
+
+void CaptionsCommand::interrupt() {
+  if (std::exchange(isInterrupted_, true)) {
+    Q_EMIT finished(kInterrupted);
+    return;
+  }
+  // Captions of live sound have no other end.
+  if (arguments_.recording) status_ = kInterrupted;
+  source_->stop();
+}
+
+void CaptionsCommand::handle(const SpeechRecognitionEvent& event) {
+  if (const auto* draft = std::get_if<DraftEvent>(&event)) {
+    progress_.erase();
+    parts_.printer.draft(draft->text);
+  } else if (const auto* final = std::get_if<FinalEvent>(&event)) {
+    take(*final);
+  } else if (const auto* status = std::get_if<StatusEvent>(&event)) {
+    if (status->text && status->text != shownStatus_) say(*status->text);
+    shownStatus_ = status->text;
+  }
+}
+
+void CaptionsCommand::take(const FinalEvent& event) {
+  std::vector<Line> lines = finishedLines(event, parts_.clock.now(), session_.startedAt);
+  std::move(lines.begin(), lines.end(), std::back_inserter(session_.lines));
+  translator_.linesAppended();
+  if (!translator_.isActive()) settled_ = session_.lines.size();
+  printSettledLines();
+}
+
+void CaptionsCommand::printSettledLines() {
+  if (printed_ < settled_) progress_.erase();
+  for (; printed_ < settled_; ++printed_) parts_.printer.line(session_.lines[printed_]);
+  finishIfComplete();
+}
+
+void CaptionsCommand::sourceEnded(const std::optional<QString>& error) {
+  hasEnded_ = true;
+  if (error) {
+    say(*error);
+    status_ = kFailed;
+  }
+  finishIfComplete();
+}
+
+void CaptionsCommand::finishIfComplete() {
+  if (!hasEnded_ || printed_ < session_.lines.size()) return;
+  progress_.erase();
+  parts_.printer.finish();
+  Q_EMIT finished(status_);
+}
+
+void CaptionsCommand::say(const QString& message) {
+  progress_.erase();
+  std::fprintf(parts_.messages, "velun: %s\n", qUtf8Printable(message));
+  std::fflush(parts_.messages);
+}
+
+}  // namespace velun

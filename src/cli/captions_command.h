@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "cli/caption_source.h"
+#include "cli/line_printer.h"
+#include "cli/terminal_progress.h"
+#include "model/caption_session.h"
+#include "translation/caption_translator.h"
+
+#include <memory>
+
+namespace velun {
+
+/// One run of `velun captions`: prints the lines of a source, with their translations, in order.
+/// Main thread.
+class CaptionsCommand final : public QObject {
+  Q_OBJECT
+
+ public:
+  /// The process's exit statuses.
+  enum Status { kDone = 0, kFailed = 1, kUsage = 2, kInterrupted = 130 };
+
+  /// What a run works with; all must outlive it. Errors and progress go to `messages`.
+  struct Parts {
+    TranslationPlatform& translation;
+    const Clock& clock;
+    LinePrinter& printer;
+    std::FILE* messages;
+  };
+
+  /// `session` is empty and tells the start. `source` is not started yet.
+  CaptionsCommand(const CaptionArguments& arguments, const QString& localeID,
+                  CaptionSession session, std::unique_ptr<CaptionSource> source, Parts parts);
+
+  void start();
+
+  /// Ends the run soon: the last words are still recognized and printed. A second call ends it at
+  /// once.
+  void interrupt();
+
+ Q_SIGNALS:
+  void finished(int status);
+
+ private:
+  void handle(const SpeechRecognitionEvent& event);
+  void take(const FinalEvent& event);
+  void printSettledLines();
+  void sourceEnded(const std::optional<QString>& error);
+  void finishIfComplete();
+  void say(const QString& message);
+
+  CaptionArguments arguments_;
+  CaptionSession session_;
+  std::unique_ptr<CaptionSource> source_;
+  Parts parts_;
+  CaptionTranslator translator_;
+  TerminalProgress progress_;
+  double startedAt_;
+  /// Lines that were printed, and those that wait for no translation any more.
+  std::size_t printed_ = 0;
+  std::size_t settled_ = 0;
+  bool hasEnded_ = false;
+  bool isInterrupted_ = false;
+  int status_ = kDone;
+  std::optional<QString> shownStatus_;
+};
+
+}  // namespace velun

@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/line_printer.h"
+
+#include "model/subtitles/subtitle_files.h"
+
+#include <algorithm>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <sys/ioctl.h>
+#include <unistd.h>
+#include <utility>
+
+namespace velun {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+void write(std::FILE* out, const QString& text) {
+  const QByteArray bytes = text.toUtf8();
+  std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), out);
+  std::fflush(out);
+}
+
+/// When a line was said, since the start of the captions.
+milliseconds startOf(const Line& line, Instant start) {
+  if (line.start) return *line.start;
+  if (!line.time) return milliseconds(0);
+  return std::max(std::chrono::duration_cast<milliseconds>(*line.time - start), milliseconds(0));
+}
+
+/// "1:02:03"
+QString clockText(milliseconds time) {
+  const auto seconds = static_cast<qlonglong>(time.count()) / 1000;
+  return QStringLiteral("%1:%2:%3")
+      .arg(seconds / 3600)
+      .arg(seconds / 60 % 60, 2, 10, QLatin1Char('0'))
+      .arg(seconds % 60, 2, 10, QLatin1Char('0'));
+}
+
+class TextPrinter final : public LinePrinter {
+ public:
+  TextPrinter(std::FILE* out, bool showsTimes, bool showsDrafts, Instant start)
+      : out_(out),
+        showsTimes_(showsTimes),
+        showsDrafts_(showsDrafts && isatty(fileno(out))),
+        start_(start) {}
+
+  void draft(const QString& text) override {
+    if (!showsDrafts_) return;
+    eraseDraft();
+    // The end of it: what is being said now.
+    const int room = columns() - 1;
+    const QString shown = text.simplified().right(room);
+    write(out_, shown);
+    hasDraft_ = !shown.isEmpty();
+  }
+
+  void line(const Line& line) override {
+    eraseDraft();
+    QString text;
+    if (showsTimes_) text += QStringLiteral("[%1] ").arg(clockText(startOf(line, start_)));
+    text += line.text + QLatin1Char('\n');
+    for (const auto& [language, translation] : line.translations) {
+      text += QStringLiteral("    ") + translation + QLatin1Char('\n');
+    }
+    write(out_, text);
+  }
+
+  void finish() override { eraseDraft(); }
+
+ private:
+  int columns() const {
+    constexpr int kUsual = 80;
+    winsize size{};
+    return ioctl(fileno(out_), TIOCGWINSZ, &size) == 0 && size.ws_col > 1 ? size.ws_col : kUsual;
+  }
+
+  void eraseDraft() {
+    if (std::exchange(hasDraft_, false)) write(out_, QStringLiteral("\r\x1b[K"));
+  }
+
+  std::FILE* out_;
+  bool showsTimes_;
+  bool showsDrafts_;
+  Instant start_;
+  bool hasDraft_ = false;
+};
+
+class SubtitlePrinter final : public LinePrinter {
+ public:
+  SubtitlePrinter(std::FILE* out, CaptionOutput output, Instant start, const QString& target)
+      : out_(out),
+        output_(output),
+        timeline_(start, target.isEmpty() ? TranscriptContent::original : TranscriptContent::both,
+                  target) {
+    if (output_ == CaptionOutput::webVTT) write(out_, webVTTHead());
+  }
+
+  void line(const Line& line) override { print(timeline_.add(line)); }
+  void finish() override { print(timeline_.finish()); }
+
+ private:
+  void print(const std::vector<SubtitleCue>& cues) {
+    for (const SubtitleCue& cue : cues) {
+      write(out_,
+            output_ == CaptionOutput::webVTT ? renderWebVTT(cue) : renderSubRip(cue, ++count_));
+    }
+  }
+
+  std::FILE* out_;
+  CaptionOutput output_;
+  SubtitleTimeline timeline_;
+  int count_ = 0;
+};
+
+/// One object a line; the keys are those of session files where those have them.
+class JsonPrinter final : public LinePrinter {
+ public:
+  JsonPrinter(std::FILE* out, bool showsDrafts, Instant start)
+      : out_(out), showsDrafts_(showsDrafts), start_(start) {}
+
+  void draft(const QString& text) override {
+    if (showsDrafts_) print({{"draft", text}});
+  }
+
+  void line(const Line& line) override {
+    QJsonObject object{{"text", line.text}, {"start", seconds(startOf(line, start_))}};
+    if (line.end) object["end"] = seconds(*line.end);
+    if (line.sourceLanguage) object["sourceLanguage"] = *line.sourceLanguage;
+    if (line.input) object["input"] = rawValue(*line.input);
+    QJsonObject translations;
+    for (const auto& [language, text] : line.translations) translations[language] = text;
+    if (!translations.isEmpty()) object["translations"] = translations;
+    print(object);
+  }
+
+ private:
+  static double seconds(milliseconds time) { return static_cast<double>(time.count()) / 1000; }
+
+  void print(const QJsonObject& object) {
+    write(out_, QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)) +
+                    QLatin1Char('\n'));
+  }
+
+  std::FILE* out_;
+  bool showsDrafts_;
+  Instant start_;
+};
+
+}  // namespace
+
+std::unique_ptr<LinePrinter> makeLinePrinter(const CaptionArguments& arguments, std::FILE* out,
+                                             Instant start) {
+  switch (arguments.output) {
+    case CaptionOutput::text:
+      return std::make_unique<TextPrinter>(out, arguments.showsTimes, arguments.showsDrafts, start);
+    case CaptionOutput::subRip:
+    case CaptionOutput::webVTT:
+      return std::make_unique<SubtitlePrinter>(out, arguments.output, start, arguments.target);
+    case CaptionOutput::json:
+      return std::make_unique<JsonPrinter>(out, arguments.showsDrafts, start);
+  }
+  Q_UNREACHABLE();
+}
+
+}  // namespace velun
