@@ -1,0 +1,141 @@
+"""`velun captions`: the real program without windows."""
+
+import array
+import json
+import os
+import signal
+import subprocess
+import unittest
+import wave
+
+import srt
+from private_desktop import PrivateDesktop
+from speech import say
+
+EXECUTABLE = os.environ["VELUN_PROGRAM"]
+SENTENCE = "thank you for your time"
+SAID = "Thank you for your time."
+
+
+class CaptionsProgram(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.desktop = cls.enterClassContext(PrivateDesktop())
+        cls.server, _ = cls.desktop.start_sound()
+        cls.clip = say(SENTENCE, cls.desktop.root / "clip.wav")
+        cls.recording = cls.desktop.root / "a talk.mkv"
+        # Two seconds of silence, the sentence, three of silence, and the sentence again.
+        cls.ffmpeg("-i", cls.clip, "-i", cls.clip, "-filter_complex",
+                   "[0]adelay=2000,apad=pad_dur=3[a];[a][1]concat=v=0:a=1", cls.recording)
+
+    @staticmethod
+    def ffmpeg(*arguments):
+        subprocess.run(["ffmpeg", "-v", "error", "-y", *arguments], check=True)
+
+    def environment(self):
+        """Without a display: nothing of it may be needed."""
+        return {name: value for name, value in self.desktop.environment.items()
+                if name not in ("DISPLAY", "WAYLAND_DISPLAY")}
+
+    def run_captions(self, *arguments, **options):
+        return subprocess.run([EXECUTABLE, "captions", *map(str, arguments)], check=False,
+                              capture_output=True, env=self.environment(), timeout=120, **options)
+
+    def captions(self, *arguments, **options):
+        done = self.run_captions(*arguments, **options)
+        self.assertEqual((done.returncode, done.stderr.decode()), (0, ""))
+        return done.stdout.decode()
+
+    def test_a_video_becomes_text(self):
+        self.assertEqual(self.captions(self.recording), f"{SAID}\n{SAID}\n")
+
+    def test_subtitles_have_the_times_of_the_words(self):
+        first, second = srt.parse(self.captions("-f", "srt", self.recording))
+        self.assertEqual([first.content, second.content], [SAID, SAID])
+        begin, end, length = self.speech_in_clip()
+        for cue, start in ((first, 2), (second, 5 + length)):
+            self.assertAlmostEqual(cue.start.total_seconds(), start + begin, delta=0.3)
+            self.assertAlmostEqual(cue.end.total_seconds(), start + end, delta=0.5)
+
+    def speech_in_clip(self):
+        """When the speech of the clip begins and ends, and the clip's length, in seconds."""
+        with wave.open(str(self.clip)) as clip:
+            rate, samples = clip.getframerate(), array.array("h", clip.readframes(1 << 24))
+        loud = [place for place, sample in enumerate(samples) if abs(sample) > 500]
+        return loud[0] / rate, loud[-1] / rate, len(samples) / rate
+
+    def test_the_standard_input_is_read(self):
+        output = self.captions("--format", "json", "-", input=self.recording.read_bytes())
+        lines = [json.loads(line) for line in output.splitlines()]
+        self.assertEqual([line["text"] for line in lines], [SAID, SAID])
+        self.assertEqual({line["sourceLanguage"] for line in lines}, {"en_US"})
+        self.assertLess(lines[0]["end"], lines[1]["start"])
+
+    def test_translations_follow_their_lines(self):
+        original, translation = self.captions("-t", "es", self.clip).splitlines()
+        self.assertEqual(original, SAID)
+        self.assertTrue(translation.startswith("    "))
+        self.assertIn("tiempo", translation)
+
+    def test_nothing_of_the_user_changes(self):
+        preferences = self.desktop.home / "config" / "app.velun.Velun" / "preferences.json"
+        self.captions("--model", "built-in", self.clip)
+        self.assertFalse(preferences.exists())
+        self.assertEqual([each for each in self.desktop.home.rglob("*.json")
+                          if "Sessions" in str(each)], [])
+
+    def test_faults_are_said_and_told_by_the_status(self):
+        for arguments, status, text in (
+                (["/none.mp3"], 1, "velun: “none.mp3” doesn’t exist."),
+                (["--format", "doc"], 2, "velun: “doc” is not a value of --format"),
+                (["--loud"], 2, "velun: Unknown option 'loud'."),
+                (["-l", "ko_KR", self.clip], 1, "velun: The recognizer isn’t installed."),
+                (["-l", "xx", self.clip], 1, "velun: There is no recognizer for “xx”."),
+                (["-m", "none", self.clip], 1, "velun: There is no recognizer “none”"),
+                (["-t", "fi", self.clip], 1, "velun: ")):
+            with self.subTest(arguments=arguments):
+                done = self.run_captions(*arguments)
+                self.assertEqual(done.returncode, status)
+                self.assertTrue(done.stderr.decode().startswith(text), done.stderr)
+                self.assertEqual(done.stdout, b"")
+
+    def test_help_and_models_are_listed(self):
+        self.assertIn("--list-models", self.captions("--help"))
+        self.assertIn("built-in\tinstalled\tBuilt-in recognizer\n", self.captions("--list-models"))
+
+    def start_captions(self, *arguments):
+        process = self.desktop.start([EXECUTABLE, "captions", *arguments], stdout=subprocess.PIPE,
+                                     stderr=subprocess.PIPE, text=True)
+        self.addCleanup(process.communicate)
+        self.addCleanup(process.kill)
+        return process
+
+    def test_live_sound_is_captioned_until_an_interrupt(self):
+        process = self.start_captions("--format", "json", "--drafts")
+        said = []
+        while not said or "text" not in said[-1]:
+            # Again and again: the first may come before the program listens.
+            player = self.desktop.play(self.clip)
+            player.wait()
+            said.append(json.loads(process.stdout.readline()))
+            while "draft" in said[-1]:
+                said.append(json.loads(process.stdout.readline()))
+        self.assertEqual(said[-1]["text"], SAID)
+        self.assertEqual(said[-1]["input"], "computer")
+        self.assertTrue(any("draft" in each for each in said[:-1]))
+        process.send_signal(signal.SIGINT)
+        self.assertEqual(process.wait(30), 0)
+
+    def test_an_interrupted_recording_is_told_by_the_status(self):
+        endless = self.desktop.root / "long.wav"
+        self.ffmpeg("-f", "lavfi", "-i", "anullsrc=r=16000:cl=mono", "-t", "36000", endless)
+        process = self.start_captions("--drafts", str(endless))
+        self.desktop.wait("the decoder", lambda: subprocess.run(
+            ["pgrep", "-P", str(process.pid), "-f", "velun-decoder"], check=False,
+            capture_output=True).returncode == 0)
+        process.send_signal(signal.SIGINT)
+        self.assertEqual(process.wait(60), 130)
+
+
+if __name__ == "__main__":
+    unittest.main()
