@@ -163,7 +163,7 @@ class ModelKindsTest final : public test::Suite {
     DownloadStore store(catalogue, options, clock_, [] { return false; });
     LocalSpeechPlatform platform(
         {std::make_shared<NeuralRecognizerProvider>(catalogue, store, helperProgram())}, clock_);
-    const std::shared_ptr<SpeechModelOffer> offer = platform.support("en_US")->offer;
+    const std::shared_ptr<SpeechModelOffer> offer = platform.offer("en_US", id);
     QVERIFY(offer);
     QCOMPARE(failureOf(offer->install(std::stop_token())), QString());
     const std::vector<float> samples = sound("h01.wav") + std::vector<float>(19200, 0.0F) +
