@@ -42,12 +42,11 @@ void SmallerRecognizerButton::present() {
   // Qt would move the focus of a hidden button into the panel's header and show it.
   if (!isOffered && button_->hasFocus()) parentWidget()->setFocus();
   setVisible(isOffered);
-  if (isOffered) {
-    const SmallerRecognizer::Offer& offer = *smaller_->offer();
-    button_->setText(offer.isInstalled ? L("Use “%1”", "‘%1’ 사용").arg(offer.title)
-                                       : L("Choose a Smaller Model…", "더 작은 모델 선택…"));
-    button_->updateGeometry();
-  }
+  const bool isInstalled = isOffered && smaller_->offer()->isInstalled;
+  // Screen readers also know hidden buttons, so it always has a name.
+  button_->setText(isInstalled ? L("Use “%1”", "‘%1’ 사용").arg(smaller_->offer()->title)
+                               : L("Choose a Smaller Model…", "더 작은 모델 선택…"));
+  button_->updateGeometry();
   Q_EMIT offerChanged();
 }
 
