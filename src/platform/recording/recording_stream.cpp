@@ -78,7 +78,10 @@ std::vector<float> RecordingStream::next() {
   const auto size = static_cast<qsizetype>(count * sizeof(float));
   read(static_cast<qsizetype>(sizeof count) + size);
   std::vector<float> samples(count);
-  std::memcpy(samples.data(), bytes_.constData() + sizeof count, static_cast<std::size_t>(size));
+  // At the end there are none, and then no place to copy them to.
+  if (count > 0) {
+    std::memcpy(samples.data(), bytes_.constData() + sizeof count, static_cast<std::size_t>(size));
+  }
   bytes_.remove(0, static_cast<qsizetype>(sizeof count) + size);
   return samples;
 }

@@ -142,6 +142,8 @@ void DownloadOfferView::showButtons(const QString& mainText, const QString& othe
   if (otherText.isEmpty() && other_->hasFocus()) parentWidget()->setFocus();
   for (const auto& [button, text] : {std::pair(main_, mainText), std::pair(other_, otherText)}) {
     button->setText(text);
+    // As it is: of the text Qt would leave out an ampersand.
+    if (!text.isEmpty()) button->setAccessibleName(text);
     button->updateGeometry();
     button->setVisible(!text.isEmpty());
   }

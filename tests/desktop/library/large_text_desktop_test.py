@@ -41,7 +41,7 @@ class LargeText(LibraryCase):
         self.desktop.environment["QT_SCALE_FACTOR"] = "2"
         self.open_all()
         self.assertEqual(self.settings.extents[2:], (460, 760))
-        self.assertEqual(self.export.extents[2:], (420, 305))
+        self.assertEqual(self.export.extents[2:], (420, 345))
         self.assertEqual(self.library.extents[2:], (960, 620))
         for window in (self.settings, self.export):
             self.check_apart(self.check_inside(window))

@@ -13,7 +13,11 @@ class ClickThrough(PlainCase):
         self.desktop.run("xdotool", "mousemove", 5, 5)
         self.desktop.start(["stdbuf", "-oL", "xev", "-event", "button", "-name", BENEATH,
                             "-geometry", "1200x700+20+20"], log="beneath")
-        self.desktop.wait_for_window(BENEATH)
+        try:
+            self.desktop.wait_for_window(BENEATH)
+        except AssertionError as error:
+            said = self.desktop.log_path("beneath").read_text()
+            raise AssertionError(f"{error}; xev: {said}; {self.desktop.windows()}") from None
 
     def launch(self, **preferences):
         self.program.write_preferences(statusItemExplained=True, **preferences)
