@@ -2,6 +2,7 @@
 
 import unittest
 
+from private_desktop import end
 from spoken_case import EXECUTABLE, PANEL, PlainCase
 
 BENEATH = "Window Beneath"
@@ -11,13 +12,18 @@ class ClickThrough(PlainCase):
     def setUp(self):
         super().setUp()
         self.desktop.run("xdotool", "mousemove", 5, 5)
-        self.desktop.start(["stdbuf", "-oL", "xev", "-event", "button", "-name", BENEATH,
-                            "-geometry", "1200x700+20+20"], log="beneath")
-        try:
-            self.desktop.wait_for_window(BENEATH)
-        except AssertionError as error:
-            said = self.desktop.log_path("beneath").read_text()
-            raise AssertionError(f"{error}; xev: {said}; {self.desktop.windows()}") from None
+        self.start_window_beneath()
+
+    def start_window_beneath(self):
+        """On a busy machine xev sometimes starts without a visible window; then it starts anew."""
+        for _ in range(3):
+            xev = self.desktop.start(["stdbuf", "-oL", "xev", "-event", "button", "-name", BENEATH,
+                                      "-geometry", "1200x700+20+20"], log="beneath")
+            try:
+                return self.desktop.wait(BENEATH, lambda: BENEATH in self.desktop.windows(), 12)
+            except AssertionError:
+                end(xev)
+        self.fail("xev has no window")
 
     def launch(self, **preferences):
         self.program.write_preferences(statusItemExplained=True, **preferences)
@@ -47,7 +53,7 @@ class ClickThrough(PlainCase):
         self.click_the_panel()
         self.desktop.wait("the click beneath", lambda: self.presses() > before)
         self.desktop.wait("the window beneath to be active", lambda: self.active() == BENEATH)
-        self.assertEqual(self.frame()["HEIGHT"], 250)
+        self.desktop.wait("no header", lambda: self.frame()["HEIGHT"] == 250)
 
     def expect_at_the_panel(self):
         before = self.presses()
