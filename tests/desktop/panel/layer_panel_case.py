@@ -39,9 +39,6 @@ class LayerPanelCase(unittest.TestCase):
         if not shutil.which(self.COMPOSITOR.COMMAND):
             self.skipTest(f"{self.COMPOSITOR.COMMAND} is not installed")
         self.desktop = self.enterContext(self.COMPOSITOR(**options))
-        # Nothing that is drawn with the graphics driver is tested. It would be loaded all the same,
-        # and is unloaded before the leak checker can tell that what it keeps is its own.
-        self.desktop.environment["LIBGL_DRIVERS_PATH"] = "/none"
         self.addCleanup(lambda: self.desktop.input.close())
         self.input = self.desktop.input
         self.accessibility = self.enterContext(Accessibility(self.desktop))
@@ -52,7 +49,11 @@ class LayerPanelCase(unittest.TestCase):
         self.input.move_to(*FAR)
         if preferences:
             self.program.write_preferences(statusItemExplained=True, **preferences)
+        # Nothing that is drawn with the graphics driver is tested. It would be loaded all the same,
+        # and is unloaded before the leak checker can tell that what it keeps is its own.
+        self.desktop.environment["LIBGL_DRIVERS_PATH"] = "/none"
         self.program.launch()
+        del self.desktop.environment["LIBGL_DRIVERS_PATH"]
         self.application = self.accessibility.application(APPLICATION)
         self.panel = self.application.wait_for("frame")
 
