@@ -47,7 +47,6 @@ class Terminal {
     grantpt(master_);
     unlockpt(master_);
     out_ = std::fopen(ptsname(master_), "r+");
-    fcntl(master_, F_SETFL, O_NONBLOCK);
   }
   ~Terminal() {
     std::fclose(out_);
@@ -56,11 +55,16 @@ class Terminal {
   Q_DISABLE_COPY_MOVE(Terminal)
 
   std::FILE* file() const { return out_; }
+  /// All that was written since the last call. The system passes it on in pieces, so a mark of our
+  /// own tells where it ends.
   QString written() const {
+    constexpr char kMark = '\a';
+    std::fputc(kMark, out_);
     std::fflush(out_);
-    char bytes[4096];
-    const ssize_t count = ::read(master_, bytes, sizeof bytes);
-    return count < 0 ? QString() : QString::fromUtf8(bytes, count);
+    QByteArray bytes;
+    char byte = 0;
+    while (::read(master_, &byte, 1) == 1 && byte != kMark) bytes.append(byte);
+    return QString::fromUtf8(bytes);
   }
 
  private:
