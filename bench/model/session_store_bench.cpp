@@ -24,11 +24,14 @@ double rewriteMilliseconds(const SessionStore& store) {
   const std::vector<Line> more = test::longSession(100).lines;
   SessionEncoder encoder;
   SyncedCopy copy;
-  store.save(session, &encoder, &copy);
+  const auto protect = [&copy](const QString& path) {
+    copy.protect(path);
+  };
+  store.save(session, &encoder, protect);
   std::vector<double> values;
   for (const Line& line : more) {
     session.lines.push_back(line);
-    values.push_back(millisecondsOf([&] { store.save(session, &encoder, &copy); }));
+    values.push_back(millisecondsOf([&] { store.save(session, &encoder, protect); }));
   }
   return median(values);
 }
@@ -38,13 +41,16 @@ double translatedMilliseconds(const SessionStore& store) {
   CaptionSession session = test::longSession(10'000);
   SessionEncoder encoder;
   SyncedCopy copy;
-  store.save(session, &encoder, &copy);
+  const auto protect = [&copy](const QString& path) {
+    copy.protect(path);
+  };
+  store.save(session, &encoder, protect);
   std::vector<double> values;
   for (std::size_t i = 0; i < 100; ++i) {
     const std::size_t line = i * 97;
     session.lines[line].translations["en"] = "One more translation of this line.";
     encoder.lineChanged(line);
-    values.push_back(millisecondsOf([&] { store.save(session, &encoder, &copy); }));
+    values.push_back(millisecondsOf([&] { store.save(session, &encoder, protect); }));
   }
   return median(values);
 }

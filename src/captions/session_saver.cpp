@@ -51,7 +51,7 @@ void SessionSaver::reset(bool isSaving) {
 bool SessionSaver::saveIfNeeded(Sync sync) {
   if (!isSaving_ || session_.lines.empty()) return true;
   try {
-    setUrl(store_.save(session_, &encoder_, &sync_.copy()));
+    setUrl(store_.save(session_, &encoder_, [this](const QString& path) { sync_.protect(path); }));
     if (!hasSyncFailed_) setError(std::nullopt);
     sync_.fileWritten(sync == Sync::now);
     return true;

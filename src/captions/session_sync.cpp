@@ -90,30 +90,34 @@ OneShot<bool> SessionSync::finished() {
   return result;
 }
 
-template <class Work>
-void SessionSync::replaceCopy(Work work) {
-  if (!copy_->isActive()) return;
-  const auto copy = std::exchange(copy_, std::make_shared<SyncedCopy>());
-  std::erase_if(replaced_, [](const auto& each) { return each.expired(); });
-  replaced_.push_back(copy);
+void SessionSync::startUnreported(std::shared_ptr<SyncedCopy> copy, void (*work)(SyncedCopy&)) {
   lastSync_.reset();
   isUnsynced_ = false;
   isNeededAgain_ = false;
-  // Nobody is told: the session is gone.
   job_.start(
-      [copy, work](const std::stop_token&) {
+      [copy = std::move(copy), work](const std::stop_token&) {
         work(*copy);
         return std::optional<FileError>();
       },
       [this](const std::optional<FileError>& error) { syncEnded(error); });
 }
 
+void SessionSync::protect(const QString& path) {
+  if (copy_->path() != path) endSession();
+  copy_->protect(path);
+}
+
 void SessionSync::endSession() {
-  replaceCopy([](SyncedCopy& copy) { copy.finish(); });
+  if (copy_->path().isEmpty()) return;
+  const auto copy = std::exchange(copy_, std::make_shared<SyncedCopy>());
+  std::erase_if(replaced_, [](const auto& each) { return each.expired(); });
+  replaced_.push_back(copy);
+  startUnreported(copy, [](SyncedCopy& each) { each.finish(); });
 }
 
 void SessionSync::fileDeleted() {
-  replaceCopy([](SyncedCopy& copy) { copy.remove(); });
+  // The copy stays the one of this path: two of them would wait for each other's lock.
+  if (!copy_->path().isEmpty()) startUnreported(copy_, [](SyncedCopy& each) { sync(each); });
 }
 
 }  // namespace velun

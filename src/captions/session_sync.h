@@ -29,14 +29,14 @@ class SessionSync final : public QObject {
   /// Waits until the file, and those of earlier sessions, are on the disk, and for the recovery.
   ~SessionSync() override;
 
-  /// The copy that protects the session's file, to be passed to `SessionStore::save`.
-  SyncedCopy& copy() { return *copy_; }
+  /// The session's file is about to be written to `path`. Protects it.
+  void protect(const QString& path);
 
   /// The file was written. Starts a sync if one is due, or if `now`.
   void fileWritten(bool now);
   /// The session is replaced: brings its file onto the disk and ends the protection.
   void endSession();
-  /// The file was deleted: ends the protection.
+  /// The file was deleted: removes what protects it. It may be written again.
   void fileDeleted();
 
   /// A sync is running.
@@ -53,9 +53,8 @@ class SessionSync final : public QObject {
  private:
   void start();
   void syncEnded(const std::optional<FileError>& error);
-  /// Ends the protection of the current file and starts with the next one.
-  template <class Work>
-  void replaceCopy(Work work);
+  /// Starts `work`; nobody is told how it ends.
+  void startUnreported(std::shared_ptr<SyncedCopy> copy, void (*work)(SyncedCopy&));
 
   const Clock& clock_;
   std::shared_ptr<SyncedCopy> copy_ = std::make_shared<SyncedCopy>();

@@ -9,7 +9,6 @@
 #include "model/session_recovery.h"
 #include "platform/foundation/atomic_file.h"
 #include "platform/foundation/file_access.h"
-#include "platform/foundation/synced_copy.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -83,20 +82,20 @@ void SessionStore::migratePreviousFolder() const {
 }
 
 QUrl SessionStore::save(const CaptionSession& session, SessionEncoder* encoder,
-                        SyncedCopy* copy) const {
+                        const std::function<void(const QString& path)>& protect) const {
   migratePreviousFolder();
   try {
     const QString folder = directory.toLocalFile();
     makePrivateFolder(folder);
     const QString path = pathOf(folder, session);
-    if (copy) {
-      copy->protect(path);
+    if (protect) {
+      protect(path);
     } else if (!QFileInfo::exists(path)) {
       // Only for a new session: puts right what killed programs left behind.
       recoverSessions(folder);
     }
     writeFileAtomically(path, encoder ? encoder->encode(session) : encodeSession(session),
-                        copy == nullptr);
+                        !protect);
     return QUrl::fromLocalFile(path);
   } catch (const FileError& error) {
     throw SessionError(fileErrorText(error));

@@ -3,12 +3,12 @@
 
 #include "model/session_file/session_encoder.h"
 
+#include <functional>
+#include <QString>
 #include <QUrl>
 #include <vector>
 
 namespace velun {
-
-class SyncedCopy;
 
 /// A session file that could be read. Identified by `url`.
 struct SavedSession {
@@ -39,9 +39,10 @@ struct SessionStore {
   /// Writes the session atomically and returns its file. The file is named after the start in local
   /// time and the id; a session that has a file keeps it when the time zone changes. With an
   /// `encoder` that has the bytes of the unchanged lines it is faster; the file is the same. Waits
-  /// until the bytes are on the disk, except with a `copy`, which then protects the file.
+  /// until the bytes are on the disk, except with `protect`, which is called with the path before
+  /// the file is written and has to protect it against a power loss.
   QUrl save(const CaptionSession& session, SessionEncoder* encoder = nullptr,
-            SyncedCopy* copy = nullptr) const;
+            const std::function<void(const QString& path)>& protect = {}) const;
 
   /// Reads a session file or a Markdown transcript of an earlier version, from anywhere.
   CaptionSession read(const QUrl& url) const;

@@ -8,6 +8,7 @@
 #include "support/suite.h"
 
 #include <memory>
+#include <QSemaphore>
 #include <QSignalSpy>
 #include <QThreadPool>
 
@@ -41,6 +42,32 @@ struct Fixture : test::SessionsFolder {
   CaptionSession session;
   SessionSaver saver;
   QStringList signalled;
+};
+
+/// Keeps the thread pool from beginning any work until `free`.
+class BusyPool {
+ public:
+  BusyPool() {
+    pool_->waitForDone();
+    pool_->setMaxThreadCount(1);
+    pool_->start([this] { end_.acquire(); });
+  }
+  ~BusyPool() {
+    free();
+    pool_->setMaxThreadCount(threads_);
+  }
+  Q_DISABLE_COPY_MOVE(BusyPool)
+
+  /// Lets the work begin, and waits until it has ended.
+  void free() {
+    end_.release();
+    pool_->waitForDone();
+  }
+
+ private:
+  QThreadPool* pool_ = QThreadPool::globalInstance();
+  int threads_ = pool_->maxThreadCount();
+  QSemaphore end_;
 };
 
 }  // namespace
@@ -148,6 +175,44 @@ class SessionSaverTest final : public test::Suite {
     QCOMPARE(fixture.hiddenFiles(), QStringList());
   }
 
+  void aDeletedFileIsSavedAgainBeforeItsFirstSync() {
+    BusyPool pool;
+    Fixture fixture(true);
+    fixture.addLine("One.");
+    QVERIFY(fixture.saver.saveIfNeeded());
+    const QUrl url = *fixture.saver.url();
+    QVERIFY(QFile::remove(url.toLocalFile()));
+    fixture.saver.fileWasDeleted(url);
+    QVERIFY(fixture.saver.save());
+    QCOMPARE(fixture.hiddenFiles().size(), 1);
+    // Nothing waits for a lock that this program itself holds.
+    pool.free();
+    VERIFY_SOON(!fixture.saver.isSyncing());
+    fixture.saver.reset(true);
+    VERIFY_SOON(!fixture.saver.isSyncing());
+    QCOMPARE(fixture.hiddenFiles(), QStringList());
+    QCOMPARE(test::contentsOf(url), encodeSession(fixture.session));
+  }
+
+  void anEndRightAfterADeletedFileWasSavedAgain() {
+    BusyPool pool;
+    const test::SessionsFolder folder;
+    CaptionSession session;
+    session.lines.push_back({});
+    {
+      const test::ManualClock clock;
+      SessionSaver saver(session, folder.store, true, clock);
+      QVERIFY(saver.save());
+      const QUrl url = *saver.url();
+      QVERIFY(QFile::remove(url.toLocalFile()));
+      saver.fileWasDeleted(url);
+      QVERIFY(saver.save());
+    }
+    pool.free();
+    QCOMPARE(folder.files().size(), 1);
+    QCOMPARE(folder.hiddenFiles(), QStringList());
+  }
+
   void whatKilledProgramsLeftIsPutRightInTheBackground() {
     Fixture fixture(true);
     const QString folder = fixture.store.directory.toLocalFile();
@@ -159,15 +224,11 @@ class SessionSaverTest final : public test::Suite {
     left.write(encodeSession(fixture.session));
     left.close();
 
-    QThreadPool* pool = QThreadPool::globalInstance();
-    const int threads = pool->maxThreadCount();
-    pool->setMaxThreadCount(0);
+    BusyPool pool;
     fixture.addLine("One.");
-    const bool isSaved = fixture.saver.saveIfNeeded();
-    const QByteArray before = test::contentsOf(QUrl::fromLocalFile(name));
-    pool->setMaxThreadCount(threads);
-    QVERIFY(isSaved);
-    QCOMPARE(before, QByteArray());
+    QVERIFY(fixture.saver.saveIfNeeded());
+    QCOMPARE(test::contentsOf(QUrl::fromLocalFile(name)), QByteArray());
+    pool.free();
     VERIFY_SOON(!fixture.saver.isSyncing());
     QVERIFY(!left.exists());
     QVERIFY(!test::contentsOf(QUrl::fromLocalFile(name)).isEmpty());

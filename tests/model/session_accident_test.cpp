@@ -44,12 +44,15 @@ class SharedCount {
                                   std::atomic<int>& saved) {
   SessionEncoder encoder;
   SyncedCopy copy;
+  const auto protect = [&copy](const QString& path) {
+    copy.protect(path);
+  };
   std::jthread syncing;
   while (true) {
     const int next = saved + 1;
     session.title = QString::number(next);
     try {
-      store.save(session, &encoder, &copy);
+      store.save(session, &encoder, protect);
     } catch (...) {
       _exit(1);
     }

@@ -4,6 +4,7 @@
 #include "platform/foundation/file_error.h"
 
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <fcntl.h>
 #include <QDir>
@@ -11,6 +12,7 @@
 #include <QFileInfo>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 #include <utility>
 
@@ -41,10 +43,14 @@ bool lock(const FileDescriptor& file) {
   return ::flock(file.number(), LOCK_EX | LOCK_NB) == 0;
 }
 
-/// The writer of the file may hold the lock until its call returns.
+/// The writer of the file may hold the lock until its call returns. Another program may hold it
+/// for as long as it likes; after a second the file does without.
 void waitForLock(const FileDescriptor& file) {
-  // Other errors are ignored: some file systems have no locks.
-  while (::flock(file.number(), LOCK_EX) != 0 && errno == EINTR) {
+  constexpr int kAttempts = 1000;
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    // Other errors are ignored: some file systems have no locks.
+    if (lock(file) || errno != EWOULDBLOCK) return;
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
 }
 
@@ -89,8 +95,14 @@ bool linkAgain(const QByteArray& file, const QByteArray& name) {
 }  // namespace
 
 void SyncedCopy::protect(const QString& path) {
-  if (!file_.isEmpty()) return;
-  file_ = QFile::encodeName(path);
+  if (file_.isEmpty()) {
+    file_ = QFile::encodeName(path);
+  } else if (!isRemoved_) {
+    return;
+  }
+  const std::unique_lock guard(mutex_, std::try_to_lock);
+  if (!guard) return;  // an `update` is running; the next call protects the file if it has to
+  isRemoved_ = false;
   const QByteArray copy = hiddenName(file_, kCopySuffix);
   if (::link(file_.constData(), copy.constData()) != 0 && errno == ENOENT) {
     // An empty copy: a power loss before the first sync may lose the file but not leave it empty.
@@ -101,34 +113,32 @@ void SyncedCopy::protect(const QString& path) {
   if (lock_.isOpen()) lock(lock_);
 }
 
+QString SyncedCopy::path() const {
+  return QFile::decodeName(file_);
+}
+
 QString SyncedCopy::folder() const {
-  return QFileInfo(QFile::decodeName(file_)).path();
+  return QFileInfo(path()).path();
 }
 
 void SyncedCopy::refuse(int code) const {
-  throw FileError(FileError::Operation::write, code, QFile::decodeName(file_));
+  throw FileError(FileError::Operation::write, code, path());
 }
 
 void SyncedCopy::update() {
   const std::lock_guard guard(mutex_);
-  if (!isFinished_ && isActive()) sync();
+  if (!isFinished_ && !file_.isEmpty()) sync();
 }
 
 void SyncedCopy::finish() {
   const std::lock_guard guard(mutex_);
-  if (std::exchange(isFinished_, true) || !isActive()) return;
+  if (std::exchange(isFinished_, true) || file_.isEmpty()) return;
   try {
     sync();
     ::unlink(hiddenName(file_, kCopySuffix).constData());
   } catch (const FileError&) {
     // The copy may be needed after a power loss.
   }
-}
-
-void SyncedCopy::remove() {
-  const std::lock_guard guard(mutex_);
-  if (std::exchange(isFinished_, true) || !isActive()) return;
-  ::unlink(hiddenName(file_, kCopySuffix).constData());
 }
 
 void SyncedCopy::sync() {
@@ -138,6 +148,8 @@ void SyncedCopy::sync() {
   } else if (errno == ENOENT) {
     // The file was deleted; nothing of it stays.
     ::unlink(hiddenName(file_, kCopySuffix).constData());
+    lock_ = {};
+    isRemoved_ = true;
     return;
   } else if (isWithoutLinks(errno)) {
     syncOnly();

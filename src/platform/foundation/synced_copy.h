@@ -3,6 +3,7 @@
 
 #include "platform/foundation/file_descriptor.h"
 
+#include <atomic>
 #include <mutex>
 #include <QByteArray>
 #include <QString>
@@ -20,27 +21,24 @@ class SyncedCopy final {
   SyncedCopy() = default;
   Q_DISABLE_COPY_MOVE(SyncedCopy)
 
-  /// Starts the protection of the file at `path`, which need not exist; further calls do nothing.
-  /// Does not wait for the disk. Errors are ignored: the file can still be written. Before the
-  /// first `update`.
+  /// Starts the protection of the file at `path`, which need not exist. Further calls must pass the
+  /// same path; they start the protection again if an `update` found that the file was deleted.
+  /// Does not wait for the disk. Errors are ignored: the file can still be written. One thread; the
+  /// first call comes before the first `update`.
   void protect(const QString& path);
 
-  /// Whether `protect` was called. The thread of `protect`.
-  bool isActive() const { return !file_.isEmpty(); }
-
+  /// The file; empty before `protect`. Any thread.
+  QString path() const;
   /// The folder of the file. Any thread, after `protect`.
   QString folder() const;
 
-  /// Waits until the file is on the disk and makes it the synced copy. Does nothing when the file
-  /// does not exist. Throws `FileError`; the copy is unchanged then. Any thread.
+  /// Waits until the file is on the disk and makes it the synced copy. Removes the copy when the
+  /// file does not exist. Throws `FileError`; the copy is unchanged then. Any thread.
   void update();
 
   /// Ends the protection: brings the file onto the disk and removes the copy, which stays if that
   /// fails. Further calls do nothing. Any thread.
   void finish();
-
-  /// Ends the protection of a file that was deleted: removes the copy. Any thread.
-  void remove();
 
  private:
   void sync();
@@ -53,6 +51,8 @@ class SyncedCopy final {
   /// The copy, locked while this program protects the file.
   FileDescriptor lock_;
   bool isFinished_ = false;
+  /// The file was deleted, and the copy with it.
+  std::atomic<bool> isRemoved_ = false;
 };
 
 /// Paths of the copy that protects a file: those of the file and of the copy.

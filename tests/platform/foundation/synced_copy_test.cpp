@@ -20,8 +20,9 @@ namespace {
 bool locksNeedWriting = false;
 
 /// A descriptor of a writer that still holds the lock of its file, and closes it when another one
-/// waits for the lock.
+/// has tried to get the lock three times.
 int writer = -1;
+int attempts = 0;
 
 const QString kName = "talk.json";
 const QString kCopy = ".talk.json.velun-synced";
@@ -41,7 +42,7 @@ extern "C" int flock(int file, int operation) noexcept {
     errno = EBADF;
     return -1;
   }
-  if (writer >= 0 && !(operation & LOCK_NB)) ::close(std::exchange(writer, -1));
+  if (writer >= 0 && ++attempts > 3) ::close(std::exchange(writer, -1));
   return int(::syscall(SYS_flock, file, operation));
 }
 
@@ -90,10 +91,38 @@ class SyncedCopyTest final : public test::Suite {
     // Under its final name already.
     writer = ::open(QFile::encodeName(folder.path(kName)).constData(), O_WRONLY);
     QCOMPARE(int(::syscall(SYS_flock, writer, LOCK_EX)), 0);
+    attempts = 0;
     copy.update();
-    if (writer >= 0) ::close(std::exchange(writer, -1));
+    QCOMPARE(writer, -1);
     QCOMPARE(folder.contents(kCopy), QByteArray("first"));
     QVERIFY(findSyncedCopies(folder.path()).empty());
+  }
+
+  void aLockThatIsNeverGivenBackDoesNotStopASync() {
+    const test::TestFolder folder;
+    SyncedCopy copy;
+    copy.protect(folder.path(kName));
+    replace(folder, "first");
+    const FileDescriptor other(::open(QFile::encodeName(folder.path(kName)).constData(), O_WRONLY));
+    QCOMPARE(int(::syscall(SYS_flock, other.number(), LOCK_EX)), 0);
+    copy.update();
+    QCOMPARE(folder.contents(kCopy), QByteArray("first"));
+    copy.finish();
+    QCOMPARE(folder.names(), QStringList{kName});
+  }
+
+  void aFileThatIsWrittenAgainIsProtectedAgain() {
+    const test::TestFolder folder;
+    SyncedCopy copy;
+    copy.protect(folder.path(kName));
+    copy.update();
+    QCOMPARE(folder.names(), QStringList());
+    copy.protect(folder.path(kName));
+    QCOMPARE(folder.names(), QStringList{kCopy});
+    replace(folder, "second");
+    QVERIFY(findSyncedCopies(folder.path()).empty());
+    copy.update();
+    QCOMPARE(folder.contents(kCopy), QByteArray("second"));
   }
 
   void aSymbolicLinkIsSyncedWithoutACopy() {
