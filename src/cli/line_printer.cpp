@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/line_printer.h"
 
+#include "cli/clock_text.h"
 #include "model/subtitles/subtitle_files.h"
 
 #include <algorithm>
@@ -29,13 +30,8 @@ milliseconds startOf(const Line& line, Instant start) {
   return std::max(std::chrono::duration_cast<milliseconds>(*line.time - start), milliseconds(0));
 }
 
-/// "1:02:03"
-QString clockText(milliseconds time) {
-  const auto seconds = static_cast<qlonglong>(time.count()) / 1000;
-  return QStringLiteral("%1:%2:%3")
-      .arg(seconds / 3600)
-      .arg(seconds / 60 % 60, 2, 10, QLatin1Char('0'))
-      .arg(seconds % 60, 2, 10, QLatin1Char('0'));
+double secondsOf(milliseconds time) {
+  return static_cast<double>(time.count()) / 1000;
 }
 
 class TextPrinter final : public LinePrinter {
@@ -59,7 +55,8 @@ class TextPrinter final : public LinePrinter {
   void line(const Line& line) override {
     eraseDraft();
     QString text;
-    if (showsTimes_) text += QStringLiteral("[%1] ").arg(clockText(startOf(line, start_)));
+    if (showsTimes_)
+      text += QStringLiteral("[%1] ").arg(clockText(secondsOf(startOf(line, start_)), true));
     text += line.text + QLatin1Char('\n');
     for (const auto& [language, translation] : line.translations) {
       text += QStringLiteral("    ") + translation + QLatin1Char('\n');
@@ -125,8 +122,8 @@ class JsonPrinter final : public LinePrinter {
   }
 
   void line(const Line& line) override {
-    QJsonObject object{{"text", line.text}, {"start", seconds(startOf(line, start_))}};
-    if (line.end) object["end"] = seconds(*line.end);
+    QJsonObject object{{"text", line.text}, {"start", secondsOf(startOf(line, start_))}};
+    if (line.end) object["end"] = secondsOf(*line.end);
     if (line.sourceLanguage) object["sourceLanguage"] = *line.sourceLanguage;
     if (line.input) object["input"] = rawValue(*line.input);
     QJsonObject translations;
@@ -136,8 +133,6 @@ class JsonPrinter final : public LinePrinter {
   }
 
  private:
-  static double seconds(milliseconds time) { return static_cast<double>(time.count()) / 1000; }
-
   void print(const QJsonObject& object) {
     write(out_, QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)) +
                     QLatin1Char('\n'));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/terminal_progress.h"
 
+#include "cli/clock_text.h"
 #include "language/localization.h"
 
 #include <cmath>
@@ -12,15 +13,6 @@ namespace {
 
 /// Seconds. Before, the speed says nothing.
 constexpr double kMinElapsed = 3;
-
-/// "1:02:03" or "2:03"
-QString clockText(double time) {
-  const auto seconds = static_cast<qlonglong>(time);
-  const QString ending = QStringLiteral("%1:%2")
-                             .arg(seconds / 60 % 60, seconds < 3600 ? 1 : 2, 10, QLatin1Char('0'))
-                             .arg(seconds % 60, 2, 10, QLatin1Char('0'));
-  return seconds < 3600 ? ending : QStringLiteral("%1:%2").arg(seconds / 3600).arg(ending);
-}
 
 QString leftText(double seconds) {
   constexpr double kMinute = 60;
@@ -52,9 +44,10 @@ void TerminalProgress::erase() {
 }
 
 QString TerminalProgress::text(double position, std::optional<double> duration, double elapsed) {
-  if (!duration || *duration <= 0) return clockText(position);
+  if (!duration || *duration <= 0) return clockText(position, false);
   const QString place =
-      L("%1 of %2", "%2 중 %1").arg(clockText(std::min(position, *duration)), clockText(*duration));
+      L("%1 of %2", "%2 중 %1")
+          .arg(clockText(std::min(position, *duration), false), clockText(*duration, false));
   if (elapsed < kMinElapsed || position <= 0) return place;
   const double left = std::max(0.0, *duration - position) * elapsed / position;
   return place + QStringLiteral(", ") + leftText(left);

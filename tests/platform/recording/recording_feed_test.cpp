@@ -66,7 +66,7 @@ class RecordingFeedTest final : public test::Suite {
     const QString program = folder_.filePath("hang");
     QFile file(program);
     QVERIFY(file.open(QFile::WriteOnly));
-    file.write("#!/bin/sh\nexec sleep 1000\n");
+    file.write("#!/bin/sh\nexec tail -f /dev/null\n");
     file.close();
     QVERIFY(file.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
     const auto feed = std::make_unique<RecordingFeed>(program, "a.wav", input_);
