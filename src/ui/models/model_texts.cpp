@@ -130,7 +130,7 @@ QStringList translationFactsText(const Model& model, std::int64_t bytes) {
 QStringList builtInFactsText() {
   // docs/recognition.md, development set.
   const ModelErrors errors{
-      29, {"speech of many kinds", "여러 종류의 음성"}, ModelErrors::Source::velun};
+      28, {"speech of many kinds", "여러 종류의 음성"}, ModelErrors::Source::velun};
   return {L("Writes capital letters and punctuation", "대문자와 문장 부호를 씁니다"),
           qualityText(ModelQuality::higherErrors, errors, "en"),
           L("Comes with Velun and needs no download",
