@@ -32,7 +32,7 @@ int main(int argc, char** argv) {
   const QCoreApplication app(argc, argv);
   const std::vector<float> sound = test::operator+(test::sound("h11.wav"), test::silence(0.8));
   test::ThrottledCaptions captions(test::transducer(), kSlowness, sound);
-  run(captions.engine.start(QStringLiteral("en_US"), false));
+  run(captions.engine.start(QStringLiteral("en_US"), {}));
   captions.startPlaying();
   while (captions.playedSeconds() < kSeconds) {
     QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);

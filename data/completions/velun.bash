@@ -8,14 +8,18 @@ _velun() {
   case $before in
     -i | --input) mapfile -t COMPREPLY < <(compgen -W "computer microphone" -- "$word") ;;
     -f | --format) mapfile -t COMPREPLY < <(compgen -W "text srt vtt json" -- "$word") ;;
+    -d | --device)
+      local IFS=$'\n'
+      mapfile -t COMPREPLY < <(compgen -W "$(velun captions --list-devices | cut -f2)" -- "$word")
+      ;;
     -m | --model)
       mapfile -t COMPREPLY < <(compgen -W "$(velun captions --list-models | cut -f1)" -- "$word")
       ;;
     -l | --language | -t | --translate) COMPREPLY=() ;;
     *)
       if [[ $word == -* ]]; then
-        mapfile -t COMPREPLY < <(compgen -W "--input --language --model --format --translate \
-          --times --drafts --list-models --help" -- "$word")
+        mapfile -t COMPREPLY < <(compgen -W "--input --device --language --model --format --translate \
+          --times --drafts --list-devices --list-models --help" -- "$word")
       else
         compopt -o filenames
         mapfile -t COMPREPLY < <(compgen -f -- "$word")

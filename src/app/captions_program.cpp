@@ -3,6 +3,7 @@
 
 #include "app/engine_services.h"
 #include "audio/speech_recognition_engine.h"
+#include "cli/caption_devices.h"
 #include "cli/captions_command.h"
 #include "cli/live_source.h"
 #include "cli/recording_source.h"
@@ -54,6 +55,14 @@ void listModels(EngineServices& services, const QString& localeID) {
   }
 }
 
+void listDevices(EngineServices& services) {
+  const QString list = deviceList(currentDevices(services.audio, services.clock));
+  if (list.isEmpty())
+    throw Failure(L("The sound server (PipeWire) names no device.",
+                    "사운드 서버(PipeWire)에 장치가 없습니다."));
+  std::fputs(qUtf8Printable(list), stdout);
+}
+
 /// Throws `Failure` when what is asked for is not installed: nothing is downloaded unasked.
 void checkInstalled(EngineServices& services, const CaptionArguments& arguments,
                     const QString& localeID) {
@@ -96,9 +105,11 @@ std::unique_ptr<CaptionSource> makeSource(EngineServices& services,
                                           const CaptionArguments& arguments,
                                           const QString& localeID, Instant start) {
   if (!arguments.recording) {
+    std::vector<AudioTarget> devices;
+    if (!arguments.device.isEmpty()) devices = currentDevices(services.audio, services.clock);
     return std::make_unique<LiveSource>(
         std::make_unique<SpeechRecognitionEngine>(services.speech, services.audio, services.clock),
-        localeID, arguments.input);
+        localeID, deviceNamed(arguments.device, arguments.input, devices));
   }
   const QString path = arguments.recording == QLatin1String("-") ? RecordingStream::standardInput()
                                                                  : *arguments.recording;
@@ -135,8 +146,13 @@ int run() {
     EngineServices services(preferences);
     const QString localeID =
         arguments.localeID.isEmpty() ? services.settings.localeID() : arguments.localeID;
-    if (!arguments.listsModels) return caption(services, arguments, localeID);
-    listModels(services, localeID);
+    if (arguments.listsDevices) {
+      listDevices(services);
+    } else if (arguments.listsModels) {
+      listModels(services, localeID);
+    } else {
+      return caption(services, arguments, localeID);
+    }
     return CaptionsCommand::kDone;
   } catch (const HelpRequested& help) {
     std::fputs(qUtf8Printable(help.text), stdout);

@@ -40,6 +40,12 @@ Failure licenceToAgreeTo(const QString& localeID) {
           .arg(languageName(localeID)));
 }
 
+QString missingDevice(const AudioTarget& target) {
+  return L("“%1” is not connected. Captions will go on when it is back.",
+           "‘%1’이(가) 연결되어 있지 않습니다. 다시 연결되면 자막이 계속됩니다.")
+      .arg(target.name.isEmpty() ? target.id : target.name);
+}
+
 }  // namespace
 
 SpeechRecognitionEngine::SpeechRecognitionEngine(SpeechPlatform& speech, AudioPlatform& audio,
@@ -51,12 +57,12 @@ SpeechRecognitionEngine::~SpeechRecognitionEngine() {
   if (audio_) audio_->stop();
 }
 
-QCoro::Task<> SpeechRecognitionEngine::start(QString localeID, bool useMic, std::stop_token stop) {
+QCoro::Task<> SpeechRecognitionEngine::start(QString localeID, AudioTarget target,
+                                             std::stop_token stop) {
   const QPointer<SpeechRecognitionEngine> self(this);
   shownStatus_.reset();
   Q_EMIT eventOccurred(StatusEvent{});
-  const Run run(QUuid::createUuid(), localeID,
-                useMic ? AudioInput::microphone : AudioInput::computer);
+  const Run run(QUuid::createUuid(), localeID, target);
   engineToken_ = run.token;
   isStarting_ = true;
   startFailure_.reset();
@@ -168,10 +174,7 @@ void SpeechRecognitionEngine::followLag(const SpeechRun& recognition) {
 
 QCoro::Task<> SpeechRecognitionEngine::startAudio(Run run, std::stop_token stop) {
   feeder_ = std::make_unique<AudioFeeder>(input_, clock_);
-  AudioTarget target;
-  target.kind =
-      run.input == AudioInput::microphone ? AudioTarget::Kind::input : AudioTarget::Kind::output;
-  audio_ = audioPlatform_.makeSource(target);
+  audio_ = audioPlatform_.makeSource(run.target);
   followSource(*audio_, run.token);
   cancelAudio_.emplace(std::move(stop), [source = audio_.get()] { source->stop(); });
   AudioSource::Handler feed = [feeder = feeder_.get()](std::span<const float> samples) {
@@ -188,9 +191,20 @@ void SpeechRecognitionEngine::followSource(const AudioSource& source, QUuid toke
   };
   connect(&source, &AudioSource::interrupted, this, [setInterrupted] { setInterrupted(true); });
   connect(&source, &AudioSource::resumed, this, [setInterrupted] { setInterrupted(false); });
+  const auto setMissing = [this, token](bool isMissing) {
+    if (engineToken_ == token) setDeviceMissing(isMissing);
+  };
+  connect(&source, &AudioSource::deviceMissing, this, [setMissing] { setMissing(true); });
+  connect(&source, &AudioSource::deviceFound, this, [setMissing] { setMissing(false); });
   connect(&source, &AudioSource::failed, this, [this, token](const QString& message) {
     if (engineToken_ == token) fail(message);
   });
+}
+
+void SpeechRecognitionEngine::setDeviceMissing(bool isMissing) {
+  if (std::exchange(isDeviceMissing_, isMissing) == isMissing) return;
+  updateStatus();
+  Q_EMIT isDeviceMissingChanged();
 }
 
 void SpeechRecognitionEngine::handle(const TranscriptionResult& result) {
@@ -204,7 +218,7 @@ void SpeechRecognitionEngine::handle(const TranscriptionResult& result) {
   if (text.isEmpty()) {
     Q_EMIT eventOccurred(DraftEvent{});
   } else {
-    FinalEvent event{text, run_->sourceID, run_->input};
+    FinalEvent event{text, run_->sourceID, run_->input()};
     if (result.spoken)
       event.spoken = {wallTime(result.spoken->start), wallTime(result.spoken->end)};
     Q_EMIT eventOccurred(event);
@@ -245,6 +259,7 @@ QCoro::Task<> SpeechRecognitionEngine::stop() {
   notice_.reset();
   briefNotice_.reset();
   briefNoticeEnd_.reset();
+  setDeviceMissing(false);
   updateStatus();
   bool hasFedAudio = false;
   if (input_) input_->finish();
@@ -327,6 +342,8 @@ void SpeechRecognitionEngine::updateStatus() {
   if (isInterrupted_) {
     status = L("The sound system is not responding. Captions will go on when it is back.",
                "사운드 시스템이 응답하지 않습니다. 복구되면 자막이 계속됩니다.");
+  } else if (isDeviceMissing_) {
+    status = missingDevice(run_->target);
   } else {
     status = lag_.text(now);
     if (!status) status = briefNotice_ ? briefNotice_ : notice_;

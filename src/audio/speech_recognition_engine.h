@@ -29,19 +29,24 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   SpeechRecognitionEngine(SpeechPlatform& speech, AudioPlatform& audio, Clock& clock);
   ~SpeechRecognitionEngine() override;
 
-  QCoro::Task<> start(QString localeID, bool useMic, std::stop_token stop = {}) override;
+  QCoro::Task<> start(QString localeID, AudioTarget target, std::stop_token stop = {}) override;
   QCoro::Task<> stop() override;
   bool isDownloading() const override { return isDownloading_; }
+  bool isDeviceMissing() const override { return isDeviceMissing_; }
   std::vector<float> meterBands() const override;
 
  private:
   /// What one run was started with.
   struct Run {
-    Run(QUuid runToken, QString localeID, AudioInput audioInput)
-        : token(runToken), sourceID(std::move(localeID)), input(audioInput) {}
+    Run(QUuid runToken, QString localeID, AudioTarget audioTarget)
+        : token(runToken), sourceID(std::move(localeID)), target(std::move(audioTarget)) {}
+    AudioInput input() const {
+      return target.kind == AudioTarget::Kind::input ? AudioInput::microphone
+                                                     : AudioInput::computer;
+    }
     QUuid token;
     QString sourceID;
-    AudioInput input;
+    AudioTarget target;
   };
 
   QCoro::Task<> setUp(Run run, std::stop_token stop);
@@ -57,6 +62,7 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   void handle(const TranscriptionResult& result);
   Instant wallTime(double monotonicSeconds) const;
   void followSource(const AudioSource& source, QUuid token);
+  void setDeviceMissing(bool isMissing);
   void checkSilenceLater(QUuid token);
   QCoro::Task<> checkSilence(QUuid token);
   /// Completes after the last results of the recognizer.
@@ -93,6 +99,7 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   /// The last draft.
   QString volatileText_;
   bool isInterrupted_ = false;
+  bool isDeviceMissing_ = false;
   LagStatus lag_;
   /// What is missing in this run.
   std::optional<QString> notice_;

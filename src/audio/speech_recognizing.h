@@ -2,6 +2,7 @@
 #pragma once
 
 #include "audio/speech_recognition_event.h"
+#include "platform/audio/audio_target.h"
 
 #include <QCoroTask>
 #include <QObject>
@@ -16,9 +17,9 @@ class SpeechRecognizing : public QObject {
   Q_OBJECT
 
  public:
-  /// Starts one run. Throws `Failure` (or `Cancelled` once `stop` was requested) after cleaning
-  /// up. A model that is missing is downloaded first.
-  virtual QCoro::Task<> start(QString localeID, bool useMic, std::stop_token stop = {}) = 0;
+  /// Starts one run with the sound of `target`. Throws `Failure` (or `Cancelled` once `stop` was
+  /// requested) after cleaning up. A model that is missing is downloaded first.
+  virtual QCoro::Task<> start(QString localeID, AudioTarget target, std::stop_token stop = {}) = 0;
 
   /// Ends the run; its last final results are delivered before this returns. Never fails.
   virtual QCoro::Task<> stop() = 0;
@@ -26,6 +27,9 @@ class SpeechRecognizing : public QObject {
   /// Whether a start is downloading a model, which can take minutes. Requesting its stop ends it
   /// without delay.
   virtual bool isDownloading() const = 0;
+
+  /// Whether the run waits for its device, which is not connected.
+  virtual bool isDeviceMissing() const = 0;
 
   /// The level meter's band levels in dB, or empty while no audio arrives. At any time.
   virtual std::vector<float> meterBands() const = 0;
@@ -35,6 +39,7 @@ class SpeechRecognizing : public QObject {
   /// belong to that run; the engine discards later ones.
   void eventOccurred(const velun::SpeechRecognitionEvent& event);
   void isDownloadingChanged();
+  void isDeviceMissingChanged();
   /// This machine cannot keep up with the audio; at most once in a run.
   void tooSlow();
 };

@@ -53,6 +53,8 @@ void CaptionViewModel::observeEngine() {
           &CaptionViewModel::isTransitioningChanged);
   connect(&engine_, &EngineController::isSwitchingChanged, this,
           &CaptionViewModel::isSwitchingChanged);
+  connect(&engine_, &EngineController::isDeviceMissingChanged, this,
+          &CaptionViewModel::isDeviceMissingChanged);
   connect(&engine_, &EngineController::eventOccurred, this,
           [this](const SpeechRecognitionEvent& event) {
             std::visit([this](const auto& alternative) { handle(alternative); }, event);

@@ -65,6 +65,8 @@ class CaptionViewModel final : public QObject {
   void stop() { engine_.stop(); }
   QCoro::Task<> shutdown() { return engine_.shutdown(); }
   void restart() { engine_.restart(); }
+  /// Captions wait for the chosen device, which is not connected; the status says so.
+  bool isDeviceMissing() const { return engine_.isDeviceMissing(); }
   void abandonEngine() { engine_.abandon(); }
   std::vector<float> meterBands() const { return engine_.meterBands(); }
 
@@ -104,6 +106,7 @@ class CaptionViewModel final : public QObject {
   void isRunningChanged();
   void isTransitioningChanged();
   void isSwitchingChanged();
+  void isDeviceMissingChanged();
   void localesChanged();
   void languagesChanged();
   void isSavingSessionChanged();

@@ -16,6 +16,8 @@ EngineController::EngineController(const AppSettings& settings,
     : QObject(parent), settings_(settings), engine_(std::move(engine)) {
   connect(engine_.get(), &SpeechRecognizing::eventOccurred, this, &EngineController::eventOccurred);
   connect(engine_.get(), &SpeechRecognizing::tooSlow, this, &EngineController::tooSlow);
+  connect(engine_.get(), &SpeechRecognizing::isDeviceMissingChanged, this,
+          &EngineController::isDeviceMissingChanged);
   connect(engine_.get(), &SpeechRecognizing::isDownloadingChanged, this,
           &EngineController::reportSwitching);
   connect(&chain_, &EngineChain::becameIdle, this, [this] { setTransitioning(false); });
@@ -53,8 +55,8 @@ QCoro::Task<> EngineController::runRestart(QPointer<EngineController> self, std:
   std::optional<QString> description;
   try {
     const QString localeID = self->settings_.localeID();
-    const bool useMic = self->settings_.useMic();
-    QCoro::Task<> starting = self->engine_->start(localeID, useMic, stop);
+    const AudioTarget target = self->target();
+    QCoro::Task<> starting = self->engine_->start(localeID, target, stop);
     co_await starting;
     isStarted = true;
   } catch (const Cancelled&) {
@@ -89,6 +91,16 @@ QCoro::Task<> EngineController::runStop(QPointer<EngineController> self) {
   QCoro::Task<> stopping = self->engine_->stop();
   co_await stopping;
   if (self) Q_EMIT self->stopped();
+}
+
+AudioTarget EngineController::target() const {
+  const bool isMicrophone = settings_.useMic();
+  const DeviceChoice& device = isMicrophone ? settings_.microphone() : settings_.output();
+  AudioTarget target;
+  target.kind = isMicrophone ? AudioTarget::Kind::input : AudioTarget::Kind::output;
+  target.id = device.id;
+  target.name = device.name;
+  return target;
 }
 
 std::vector<float> EngineController::meterBands() const {

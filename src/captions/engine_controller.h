@@ -53,6 +53,9 @@ class EngineController final : public QObject {
   /// Completes every pending `shutdown` and starts nothing more. The program is about to end.
   void abandon() { chain_.close(); }
 
+  /// The captions wait for the chosen device, which is not connected.
+  bool isDeviceMissing() const { return engine_->isDeviceMissing(); }
+
   /// Band levels in dB of the input, or empty while captions are off.
   std::vector<float> meterBands() const;
 
@@ -60,6 +63,7 @@ class EngineController final : public QObject {
   void isRunningChanged();
   void isTransitioningChanged();
   void isSwitchingChanged();
+  void isDeviceMissingChanged();
   /// The engine reported an event.
   void eventOccurred(const velun::SpeechRecognitionEvent& event);
   /// This machine cannot keep up with the audio.
@@ -74,6 +78,8 @@ class EngineController final : public QObject {
   static QCoro::Task<> runRestart(QPointer<EngineController> self, std::stop_token stop);
   static QCoro::Task<> runStop(QPointer<EngineController> self);
   OneShot<bool> beginShutdown();
+  /// What the settings of this moment say.
+  AudioTarget target() const;
   void setRunning(bool isRunning);
   void setTransitioning(bool isTransitioning);
   void reportSwitching();

@@ -23,6 +23,12 @@ void addOptions(QCommandLineParser& parser) {
              L("What to caption without a recording: computer (the default) or microphone.",
                "녹음 파일이 없을 때 자막으로 만들 소리: computer(기본값) 또는 microphone."),
              "input"),
+      Option({"d", "device"},
+             L("The output or microphone, by a name that --list-devices shows. The default is the "
+               "one that the computer uses.",
+               "출력 장치나 마이크. --list-devices에 나오는 이름으로 지정합니다. 기본값은 컴퓨터가 "
+               "쓰는 장치입니다."),
+             "name"),
       Option({"l", "language"},
              L("The spoken language, such as en_US. The default is that of Velun's window.",
                "말하는 언어(예: en_US). 기본값은 Velun 창에서 고른 언어입니다."),
@@ -45,6 +51,7 @@ void addOptions(QCommandLineParser& parser) {
       Option("list-models",
              L("List the recognizers of the language and whether they are installed.",
                "해당 언어의 인식기와 설치 여부를 나열.")),
+      Option("list-devices", L("List the outputs and microphones.", "출력 장치와 마이크를 나열.")),
       Option({"h", "help"}, L("Show this help.", "이 도움말 표시.")),
   });
 }
@@ -86,9 +93,11 @@ void check(const CaptionArguments& arguments, const QCommandLineParser& parser) 
                        "자막 파일에는 끝나지 않은 줄이 없습니다. --drafts는 text 또는 json 형식과 "
                        "함께 쓰십시오."));
   }
-  if (arguments.recording && parser.isSet("input")) {
-    throw UsageError(L("Either a recording or --input can be captioned, not both.",
-                       "녹음 파일과 --input 가운데 하나만 지정할 수 있습니다."));
+  for (const char* live : {"input", "device"}) {
+    if (!arguments.recording || !parser.isSet(live)) continue;
+    throw UsageError(L("Either a recording or --%1 can be captioned, not both.",
+                       "녹음 파일과 --%1 가운데 하나만 지정할 수 있습니다.")
+                         .arg(QLatin1String(live)));
   }
 }
 
@@ -114,6 +123,7 @@ CaptionArguments parseCaptionArguments(const QStringList& arguments) {
   }
   if (!recordings.isEmpty()) result.recording = recordings.first();
   result.input = inputOf(parser.value("input"));
+  result.device = parser.value("device");
   result.localeID = parser.value("language");
   result.model = parser.value("model");
   result.output = outputOf(parser.value("format"));
@@ -121,6 +131,7 @@ CaptionArguments parseCaptionArguments(const QStringList& arguments) {
   result.showsDrafts = parser.isSet("drafts");
   result.target = parser.value("translate");
   result.listsModels = parser.isSet("list-models");
+  result.listsDevices = parser.isSet("list-devices");
   check(result, parser);
   return result;
 }

@@ -18,6 +18,8 @@ struct CaptionArguments {
   /// The file to caption; "-" is the standard input; nullopt captions `input` live.
   std::optional<QString> recording = {};
   AudioInput input = AudioInput::computer;
+  /// The device of `input`, by its id or name; empty: the default one.
+  QString device = {};
   /// The locale, such as "en_US"; empty: that of the settings.
   QString localeID = {};
   /// A recognizer's id; empty: the one that the window would use.
@@ -30,6 +32,8 @@ struct CaptionArguments {
   QString target = {};
   /// List the recognizers instead.
   bool listsModels = false;
+  /// List the devices instead.
+  bool listsDevices = false;
 };
 
 /// Arguments that make no sense. The text is localized.

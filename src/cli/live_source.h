@@ -9,12 +9,12 @@
 
 namespace velun {
 
-/// The computer's sound or the microphone.
+/// The sound of an output or of a microphone.
 class LiveSource final : public CaptionSource {
   Q_OBJECT
 
  public:
-  LiveSource(std::unique_ptr<SpeechRecognizing> engine, QString localeID, AudioInput input);
+  LiveSource(std::unique_ptr<SpeechRecognizing> engine, QString localeID, AudioTarget target);
 
   void start() override;
   void stop() override;
@@ -25,7 +25,7 @@ class LiveSource final : public CaptionSource {
 
   std::unique_ptr<SpeechRecognizing> engine_;
   QString localeID_;
-  AudioInput input_;
+  AudioTarget target_;
   std::stop_source stop_;
   std::optional<QString> error_;
   bool isStopping_ = false;

@@ -18,6 +18,8 @@ AppSettings::AppSettings(PreferenceStore* preferences, QObject* parent)
     };
     language_ = appLanguageFromRawValue(text("language", QString())).value_or(AppLanguage::english);
     useMic_ = boolean("useMic", useMic_);
+    output_ = readDevice("output");
+    microphone_ = readDevice("microphone");
     localeID_ = text("localeID", localeID_);
     targetID_ = text("targetID", targetID_);
     fontSize_ = preferences_->get<double>(QStringLiteral("fontSize")).value_or(fontSize_);
@@ -54,6 +56,36 @@ void AppSettings::setLanguage(AppLanguage language) {
 void AppSettings::setUseMic(bool useMic) {
   const bool differs = set(useMic_, useMic, "useMic", &AppSettings::useMicChanged);
   if (differs) Q_EMIT changed(Change::input);
+}
+
+DeviceChoice AppSettings::readDevice(const char* key) const {
+  const QString name = QString::fromLatin1(key);
+  return {preferences_->get<QString>(name).value_or(QString()),
+          preferences_->get<QString>(name + QStringLiteral("Name")).value_or(QString())};
+}
+
+bool AppSettings::setDevice(DeviceChoice& property, const DeviceChoice& device, const char* key,
+                            void (AppSettings::*notify)()) {
+  const bool differs = property.id != device.id;
+  property = device;
+  if (preferences_) {
+    const QString name = QString::fromLatin1(key);
+    preferences_->set(name, device.id);
+    preferences_->set(name + QStringLiteral("Name"), device.name);
+  }
+  Q_EMIT(this->*notify)();
+  return differs;
+}
+
+void AppSettings::setOutput(const DeviceChoice& output) {
+  const bool differs = setDevice(output_, output, "output", &AppSettings::outputChanged);
+  if (differs && !useMic_) Q_EMIT changed(Change::input);
+}
+
+void AppSettings::setMicrophone(const DeviceChoice& microphone) {
+  const bool differs =
+      setDevice(microphone_, microphone, "microphone", &AppSettings::microphoneChanged);
+  if (differs && useMic_) Q_EMIT changed(Change::input);
 }
 
 void AppSettings::setLocaleID(const QString& localeID) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "language/app_language.h"
+#include "settings/device_choice.h"
 
 #include <QObject>
 #include <QString>
@@ -25,6 +26,9 @@ class AppSettings final : public QObject {
 
   AppLanguage language() const { return language_; }
   bool useMic() const { return useMic_; }
+  /// The output whose sound is captioned without `useMic`, and the microphone with it.
+  const DeviceChoice& output() const { return output_; }
+  const DeviceChoice& microphone() const { return microphone_; }
   /// The recognizer's locale identifier, such as "en_US".
   const QString& localeID() const { return localeID_; }
   /// The translation target's language identifier, such as "ko".
@@ -45,6 +49,8 @@ class AppSettings final : public QObject {
 
   void setLanguage(AppLanguage language);
   void setUseMic(bool useMic);
+  void setOutput(const DeviceChoice& output);
+  void setMicrophone(const DeviceChoice& microphone);
   void setLocaleID(const QString& localeID);
   void setTargetID(const QString& targetID);
   void setFontSize(double fontSize);
@@ -61,6 +67,8 @@ class AppSettings final : public QObject {
  Q_SIGNALS:
   void languageChanged();
   void useMicChanged();
+  void outputChanged();
+  void microphoneChanged();
   void localeIDChanged();
   void targetIDChanged();
   void fontSizeChanged();
@@ -81,9 +89,16 @@ class AppSettings final : public QObject {
   template <class Value>
   bool set(Value& property, const Value& value, const char* key, void (AppSettings::*notify)());
 
+  DeviceChoice readDevice(const char* key) const;
+  /// Returns whether the device differs.
+  bool setDevice(DeviceChoice& property, const DeviceChoice& device, const char* key,
+                 void (AppSettings::*notify)());
+
   PreferenceStore* preferences_;
   AppLanguage language_ = AppLanguage::english;
   bool useMic_ = false;
+  DeviceChoice output_;
+  DeviceChoice microphone_;
   QString localeID_ = QStringLiteral("en_US");
   QString targetID_ = QStringLiteral("ko");
   double fontSize_ = 16.0;

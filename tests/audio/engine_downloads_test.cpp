@@ -18,7 +18,7 @@ struct Fixture : test::EngineFixture {
   }
 
   QCoro::Task<> beginStart() {
-    QCoro::Task<> starting = engine->start("en_US", false, stopSource.get_token());
+    QCoro::Task<> starting = engine->start("en_US", {}, stopSource.get_token());
     test::settle();
     return starting;
   }

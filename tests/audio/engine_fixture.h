@@ -34,9 +34,9 @@ struct EngineFixture {
   }
 
   /// The description of the exception of the start, "cancelled", or nothing.
-  QString start(const QString& localeID = "en_US", bool useMic = false) {
+  QString start(const QString& localeID = "en_US", const AudioTarget& target = {}) {
     try {
-      await(engine->start(localeID, useMic, stopSource.get_token()));
+      await(engine->start(localeID, target, stopSource.get_token()));
     } catch (const Cancelled&) {
       return "cancelled";
     } catch (const Failure& failure) {

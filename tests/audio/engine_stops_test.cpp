@@ -120,7 +120,7 @@ class EngineStopsTest final : public test::Suite {
     recognizer->script->isSlow = !isLoading;
     LocalSpeechPlatform speech({recognizer}, clock);
     SpeechRecognitionEngine engine(speech, audio, clock);
-    test::await(engine.start("en_US", false));
+    test::await(engine.start("en_US", {}));
     audio.script->handler(test::tone(440, 0.1F, 1600));
     VERIFY_SOON(recognizer->script->isWaiting);
     QCoro::Task<> stopping = engine.stop();

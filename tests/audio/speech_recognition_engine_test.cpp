@@ -29,7 +29,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
 
   void useMicChoosesTheMicrophone() {
     Fixture f;
-    QCOMPARE(f.start("en_US", true), QString());
+    QCOMPARE(f.start("en_US", {AudioTarget::Kind::input, {}, {}}), QString());
     QCOMPARE(f.audio.script->calls, QStringList{"start input"});
     f.events.clear();
     f.speech.script->result("hello", true);
@@ -86,7 +86,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
   void stopEndsAStartThatWaitsForTheSoundServer() {
     Fixture f;
     f.audio.script->isSlow = true;
-    QCoro::Task<> starting = f.engine->start("en_US", false);
+    QCoro::Task<> starting = f.engine->start("en_US", {});
     test::settle();
     QCOMPARE(f.audio.script->calls, QStringList{"start output"});
     f.stop();
@@ -97,7 +97,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
   void stopRequestEndsAStartThatWaitsForTheSoundServer() {
     Fixture f;
     f.audio.script->isSlow = true;
-    QCoro::Task<> starting = f.engine->start("en_US", false, f.stopSource.get_token());
+    QCoro::Task<> starting = f.engine->start("en_US", {}, f.stopSource.get_token());
     test::settle();
     f.stopSource.request_stop();
     QVERIFY_THROWS_EXCEPTION(Cancelled, test::await(std::move(starting)));
@@ -227,7 +227,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
   void recognitionErrorDuringTheStartFailsTheStart() {
     Fixture f;
     f.audio.script->isSlow = true;
-    QCoro::Task<> starting = f.engine->start("en_US", false);
+    QCoro::Task<> starting = f.engine->start("en_US", {});
     test::settle();
     f.speech.script->end(QString("out of memory"));
     QCOMPARE(test::failureOf(std::move(starting)), QString("Recognition error: out of memory"));
@@ -269,7 +269,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     Fixture f;
     const auto offer = std::make_shared<test::ScriptedModelOffer>();
     f.speech.script->offer = offer;
-    QCoro::Task<> starting = f.engine->start("en_US", false);
+    QCoro::Task<> starting = f.engine->start("en_US", {});
     test::settle();
     f.engine.reset();
     offer->outcome.complete(true);
@@ -289,7 +289,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
         QStringList{"en_US"}, QStringList{"en_US"});
     LocalSpeechPlatform speech({recognizer}, clock);
     auto engine = std::make_unique<SpeechRecognitionEngine>(speech, audio, clock);
-    test::await(engine->start("en_US", false));
+    test::await(engine->start("en_US", {}));
     recognizer->script->isSlow = true;
     audio.script->handler(test::tone(440, 0.1F, 1600));
     VERIFY_SOON(recognizer->script->isWaiting);

@@ -50,6 +50,19 @@ class EngineControllerTest final : public test::Suite {
     QCOMPARE(fixture.engine->calls.filter("start ").first(), QString("start ko_KR microphone"));
   }
 
+  void capturesTheChosenDeviceOfTheInput() {
+    Fixture fixture;
+    fixture.settings.setOutput({"hdmi", "Television"});
+    fixture.settings.setMicrophone({"usb-mic", "Desk Microphone"});
+    fixture.start();
+    QCOMPARE(fixture.engine->calls.filter("start ").last(), QString("start en_US computer hdmi"));
+    fixture.settings.setUseMic(true);
+    fixture.controller->restart();
+    settle();
+    QCOMPARE(fixture.engine->calls.filter("start ").last(),
+             QString("start en_US microphone usb-mic"));
+  }
+
   void isNotRunningAsSoonAsItIsStopped() {
     Fixture fixture;
     fixture.start();

@@ -39,9 +39,10 @@ class CaptionArgumentsTest final : public test::Suite {
   }
 
   void everyOptionIsRead() {
-    const CaptionArguments live =
-        parsed("--input microphone -l ko_KR --model zipformer-ko --format json --drafts -t en");
+    const CaptionArguments live = parsed(
+        "--input microphone -d usb-mic -l ko_KR --model zipformer-ko --format json --drafts -t en");
     QCOMPARE(live.input, AudioInput::microphone);
+    QCOMPARE(live.device, QString("usb-mic"));
     QCOMPARE(live.localeID, QString("ko_KR"));
     QCOMPARE(live.model, QString("zipformer-ko"));
     QCOMPARE(live.output, CaptionOutput::json);
@@ -93,8 +94,9 @@ class CaptionArgumentsTest final : public test::Suite {
       } catch (const HelpRequested& help) {
         QVERIFY(help.text.startsWith(L("Usage: velun captions [options] [recording]\n",
                                        "사용법: velun captions [옵션] [녹음 파일]\n")));
-        for (const QString option : {"--input", "--language", "--model", "--format", "--translate",
-                                     "--times", "--drafts", "--list-models", "--help"}) {
+        for (const QString option :
+             {"--input", "--language", "--model", "--format", "--translate", "--times", "--drafts",
+              "--device", "--list-devices", "--list-models", "--help"}) {
           QVERIFY2(help.text.contains(option), qPrintable(option));
         }
       }

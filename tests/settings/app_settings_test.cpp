@@ -28,6 +28,8 @@ struct Noted {
 void checkDefaults(const AppSettings& settings) {
   QCOMPARE(settings.language(), AppLanguage::english);
   QCOMPARE(settings.useMic(), false);
+  QCOMPARE(settings.output(), DeviceChoice());
+  QCOMPARE(settings.microphone(), DeviceChoice());
   QCOMPARE(settings.localeID(), QString("en_US"));
   QCOMPARE(settings.targetID(), QString("ko"));
   QCOMPARE(settings.fontSize(), 16.0);
@@ -69,6 +71,9 @@ class AppSettingsTest final : public test::Suite {
     test::MemoryPreferences store;
     store.values = {{"language", QString("ko")},
                     {"useMic", true},
+                    {"output", QString("hdmi")},
+                    {"outputName", QString("Television")},
+                    {"microphone", QString("usb-mic")},
                     {"localeID", QString("xx_unsupported")},
                     {"targetID", QString("ja")},
                     {"fontSize", 400.0},
@@ -85,6 +90,8 @@ class AppSettingsTest final : public test::Suite {
     QCOMPARE(settings.language(), AppLanguage::korean);
     QCOMPARE(Localization::shared().language(), AppLanguage::korean);
     QCOMPARE(settings.useMic(), true);
+    QCOMPARE(settings.output(), (DeviceChoice{"hdmi", "Television"}));
+    QCOMPARE(settings.microphone(), (DeviceChoice{"usb-mic", {}}));
     QCOMPARE(settings.localeID(), QString("xx_unsupported"));
     QCOMPARE(settings.targetID(), QString("ja"));
     QCOMPARE(settings.fontSize(), 400.0);

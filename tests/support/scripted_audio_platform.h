@@ -21,7 +21,7 @@ struct AudioScript {
   bool isSlow = false;
   OneShot<std::monostate> started;
 
-  /// "start output", "start input" and "stop", in order.
+  /// "start output", "start input", with the id of a chosen device, and "stop", in order.
   QStringList calls;
   AudioSource::Handler handler;
 };
@@ -36,7 +36,9 @@ class ScriptedAudioSource final : public AudioSource {
 
   QCoro::Task<> start(Handler handler) override {
     const bool isOutput = target_.kind == AudioTarget::Kind::output;
-    script_->calls << (isOutput ? "start output" : "start input");
+    QString call = isOutput ? "start output" : "start input";
+    if (!target_.id.isEmpty()) call += ' ' + target_.id;
+    script_->calls << call;
     isStarted_ = true;
     if (script_->startFailure) throw Failure(*script_->startFailure);
     script_->handler = std::move(handler);
@@ -56,16 +58,35 @@ class ScriptedAudioSource final : public AudioSource {
   bool isStarted_ = false;
 };
 
+/// A list of devices that the test sets.
+class ScriptedAudioTargets final : public AudioTargets {
+ public:
+  std::vector<AudioTarget> list() const override { return targets_; }
+  void set(std::vector<AudioTarget> targets) {
+    targets_ = std::move(targets);
+    Q_EMIT changed();
+  }
+
+ private:
+  std::vector<AudioTarget> targets_;
+};
+
 /// An audio platform whose sources follow a script.
 class ScriptedAudioPlatform final : public AudioPlatform {
  public:
-  std::unique_ptr<AudioTargets> followTargets() override { return nullptr; }
+  std::unique_ptr<AudioTargets> followTargets() override {
+    auto made = std::make_unique<ScriptedAudioTargets>();
+    if (onFollow) onFollow(*made);
+    return made;
+  }
   std::unique_ptr<AudioSource> makeSource(const AudioTarget& target) override {
     auto made = std::make_unique<ScriptedAudioSource>(target, script);
     source = made.get();
     return made;
   }
 
+  /// Called with every new list.
+  std::function<void(ScriptedAudioTargets&)> onFollow;
   std::shared_ptr<AudioScript> script = std::make_shared<AudioScript>();
   /// The last source made, while it exists.
   QPointer<AudioSource> source;

@@ -43,6 +43,7 @@ class ScriptedRecognizer final : public SpeechRecognizing {
     bool isStarted = false;
     bool isStopRequested = false;
     bool isDownloading = false;
+    bool isDeviceMissing = false;
 
     /// Ends the held operation; `fail` ends a start with a failure.
     void release() const { gate.complete(true); }
@@ -74,11 +75,14 @@ class ScriptedRecognizer final : public SpeechRecognizing {
     Q_EMIT eventOccurred(happened);
   }
 
-  QCoro::Task<> start(QString localeID, bool useMic, std::stop_token stop) override {
+  QCoro::Task<> start(QString localeID, AudioTarget target, std::stop_token stop) override {
     const QPointer<ScriptedRecognizer> self(this);
     const std::shared_ptr<Script> script = script_;
     if (script->isStarted) ++script->overlaps;
-    script->begin("start " + localeID + (useMic ? " microphone" : " computer"));
+    const bool isMicrophone = target.kind == AudioTarget::Kind::input;
+    QString call = "start " + localeID + (isMicrophone ? " microphone" : " computer");
+    if (!target.id.isEmpty()) call += ' ' + target.id;
+    script->begin(call);
     std::exception_ptr error;
     try {
       const OneShot<bool> gate;
@@ -118,6 +122,13 @@ class ScriptedRecognizer final : public SpeechRecognizing {
   }
 
   bool isDownloading() const override { return script_->isDownloading; }
+  bool isDeviceMissing() const override { return script_->isDeviceMissing; }
+
+  /// The device of the run goes away or comes back.
+  void setDeviceMissing(bool isMissing) {
+    script_->isDeviceMissing = isMissing;
+    Q_EMIT isDeviceMissingChanged();
+  }
 
   std::vector<float> meterBands() const override { return script_->bands; }
 

@@ -37,6 +37,11 @@ class AudioSource : public QObject {
   void interrupted();
   /// The source has reconnected.
   void resumed();
+  /// The target's device, which has an id, is not there: the capture goes on when it comes back.
+  /// Also emitted by a start, which succeeds without the device. Never for the default device.
+  void deviceMissing();
+  /// It is back.
+  void deviceFound();
   /// Reconnecting has failed for too long, and the source has stopped. `message` says why and what
   /// to do. The source may be destroyed in a slot.
   void failed(const QString& message);

@@ -151,6 +151,27 @@ class PipeWireSourceTest final : public Suite {
     VERIFY_SOON(recorder.hearsOnly(2000, 1000));
   }
 
+  void aChosenOutputThatIsMissingIsWaitedFor() {
+    Recorder recorder;
+    const auto source = platform_.makeSource({AudioTarget::Kind::output, "television", {}});
+    QStringList presence;
+    connect(source.get(), &AudioSource::deviceMissing, this, [&] { presence << "missing"; });
+    connect(source.get(), &AudioSource::deviceFound, this, [&] { presence << "found"; });
+    await(source->start(recorder.handler()));
+    QCOMPARE(presence, QStringList{"missing"});
+    QVERIFY(server_.addSink("television"));
+    VERIFY_SOON(presence == (QStringList{"missing", "found"}));
+    {
+      const auto player = PlaybackStream::play("television", 2000);
+      VERIFY_SOON(recorder.hearsOnly(2000, 1000));
+    }
+    QVERIFY(server_.remove("television"));
+    VERIFY_SOON(presence == (QStringList{"missing", "found", "missing"}));
+    source->stop();
+    QVERIFY(server_.addSink("television"));
+    QCOMPARE(presence.size(), 3);
+  }
+
   void targetsFollowAServerThatRestarts() {
     const auto targets = platform_.followTargets();
     VERIFY_SOON(!targets->list().empty());

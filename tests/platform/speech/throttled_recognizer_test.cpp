@@ -47,7 +47,7 @@ class ThrottledRecognizerTest final : public test::Suite {
                 failure_ = failed->message;
               }
             });
-    await(captions->engine.start("en_US", false));
+    await(captions->engine.start("en_US", {}));
     captions->startPlaying();
     return captions;
   }

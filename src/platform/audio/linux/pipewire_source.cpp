@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <QLoggingCategory>
+#include <QPointer>
 #include <utility>
 
 namespace velun {
@@ -73,6 +74,7 @@ void PipeWireSource::failStart(CaptureProblem problem, int status) {
 void PipeWireSource::stop() {
   if (phase_ == Phase::starting) started_.fail(std::make_exception_ptr(Cancelled()));
   phase_ = Phase::stopped;
+  isDeviceMissing_ = false;
   interruptedSince_.reset();
   for (auto* call : {&startTimeout_, &deviceTimeout_, &reconnectCall_, &sessionTimeout_,
                      &relinkCall_, &suspendCall_}) {
@@ -113,7 +115,7 @@ PipeWireSource::Report PipeWireSource::reviewStart() {
     if (!deviceTimeout_) {
       const bool hasSession = connection.graph().hasSession();
       scheduleReview(&deviceTimeout_, hasSession ? kDefaultDeviceTimeout : kSessionStartTimeout,
-                     &PipeWireSource::failWithoutDevice);
+                     &PipeWireSource::startWithoutDevice);
     }
     return {};
   }
@@ -124,6 +126,10 @@ PipeWireSource::Report PipeWireSource::reviewStart() {
   }
   if (capture_->stream->isDead()) return startFailure(CaptureProblem::refused);
   if (!capture_->stream->isReady()) return {};
+  return becomeRunning();
+}
+
+PipeWireSource::Report PipeWireSource::becomeRunning() {
   startTimeout_.reset();
   phase_ = Phase::running;
   relinkDelay_ = kMinRelinkDelay;
@@ -137,9 +143,11 @@ PipeWireSource::Report PipeWireSource::startFailure(CaptureProblem problem, int 
   };
 }
 
-PipeWireSource::Report PipeWireSource::failWithoutDevice() {
-  const bool hasSession = capture_->connection->graph().hasSession();
-  return startFailure(hasSession ? CaptureProblem::noDevice : CaptureProblem::noSessionManager);
+PipeWireSource::Report PipeWireSource::startWithoutDevice() {
+  if (!capture_->connection->graph().hasSession()) {
+    return startFailure(CaptureProblem::noSessionManager);
+  }
+  return target_.id.isEmpty() ? startFailure(CaptureProblem::noDevice) : becomeRunning();
 }
 
 PipeWireSource::Report PipeWireSource::failWithoutAnswer() {
@@ -173,7 +181,19 @@ PipeWireSource::Report PipeWireSource::reviewStream() {
     scheduleReview(&relinkCall_, relinkDelay_, &PipeWireSource::relink);
   }
   updateAwakeStream();
+  // A missing device is not an interruption; `reconnect` ends one.
+  if (Report report = reviewDevice()) return report;
   return isStreamLinked() ? endInterruption() : Report();
+}
+
+PipeWireSource::Report PipeWireSource::reviewDevice() {
+  const bool isMissing = !target_.id.isEmpty() && !wantedDevice();
+  if (std::exchange(isDeviceMissing_, isMissing) == isMissing) return {};
+  return [this, isMissing, self = QPointer(this)] {
+    isMissing ? Q_EMIT deviceMissing() : Q_EMIT deviceFound();
+    // What else has changed; a slot may have stopped or destroyed the source.
+    if (self && phase_ == Phase::running) review(&PipeWireSource::reviewPhase);
+  };
 }
 
 void PipeWireSource::updateAwakeStream() {

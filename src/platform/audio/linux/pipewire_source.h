@@ -17,7 +17,8 @@
 
 namespace velun {
 
-/// Captures an output or an input of PipeWire. A target without an id follows the default device.
+/// Captures an output or an input of PipeWire. A target without an id follows the default device;
+/// one with an id is waited for.
 /// Recreates the stream when the device or the session manager returns. Reconnects when PipeWire
 /// ends (`reconnect`), and gives up after `kReconnectTimeout`.
 class PipeWireSource final : public AudioSource {
@@ -54,7 +55,9 @@ class PipeWireSource final : public AudioSource {
   Report reviewStart();
   Report reviewConnection();
   Report reviewStream();
-  Report failWithoutDevice();
+  Report reviewDevice();
+  Report becomeRunning();
+  Report startWithoutDevice();
   Report failWithoutAnswer();
   Report startFailure(CaptureProblem problem, int status = 0);
   Report beginInterruption();
@@ -89,6 +92,7 @@ class PipeWireSource final : public AudioSource {
   int streamSession_ = 0;
   SoundWatch sounds_;
   std::optional<double> interruptedSince_;
+  bool isDeviceMissing_ = false;
   std::chrono::milliseconds relinkDelay_{};
 
   std::unique_ptr<ScheduledCall> startTimeout_;
