@@ -2,6 +2,7 @@
 #include "app/information_windows.h"
 
 #include "language/localization.h"
+#include "platform/desktop/file_manager.h"
 #include "platform/foundation/main_task.h"
 #include "platform/updates/update_checker.h"
 #include "ui/common/window_presentation.h"
@@ -9,7 +10,6 @@
 #include "ui/menubar/update_view.h"
 
 #include <QCoreApplication>
-#include <QDesktopServices>
 #include <utility>
 
 namespace velun {
@@ -43,8 +43,9 @@ void InformationWindows::showAbout() {
 
 void InformationWindows::checkForUpdates() {
   if (!updates_) {
-    auto view = std::make_unique<UpdateView>(
-        [](const QUrl& page) { QDesktopServices::openUrl(page); }, [this] { updates_->close(); });
+    auto view =
+        std::make_unique<UpdateView>([this](const QUrl& page) { services_.files.openPage(page); },
+                                     [this] { updates_->close(); });
     updateView_ = view.get();
     updates_ = makeWindow(UpdateView::title(), kUpdateSize, std::move(view));
   }

@@ -273,7 +273,8 @@ RESTRICTED = [
       "platform/translation/translator_pool"}),  # of one thread: translators are not thread-safe
     (r"\bQSaveFile\b", "QSaveFile (use writeFileAtomically)", set()),
     (r"\bposix_spawnp?\b|\bQProcess\b|\bfork\(", "child processes (use ProcessPipeline)",
-     {"platform/foundation/process_pipeline"}),
+     {"platform/foundation/process_pipeline",
+      "platform/desktop/linux/open_outside"}),  # a program that outlives this one
 ]
 
 

@@ -41,19 +41,6 @@ class ProgramCase(unittest.TestCase):
             raise AssertionError(f"{error}; there are {self.application.children}") from None
         return window
 
-    def note_what_is_opened(self):
-        """Replaces xdg-open by a command that writes its argument to a file; returns the file. Call it
-        before launch().
-        """
-        opened = self.desktop.root / "opened"
-        tools = self.desktop.root / "bin"
-        tools.mkdir()
-        opener = tools / "xdg-open"
-        opener.write_text(f'#!/bin/sh\nprintf %s "$1" > {opened}\n')
-        opener.chmod(0o755)
-        self.desktop.environment["PATH"] = f"{tools}:{self.desktop.environment['PATH']}"
-        return opened
-
     def wait(self, what, condition):
         return self.desktop.wait(what, condition)
 

@@ -18,8 +18,11 @@ class ScriptedFileManager final : public FileManager {
     opened.append(folder);
   }
 
+  void openPage(const QUrl& page) override { pages.append(page); }
+
   QList<QUrl> revealed;
   QList<QUrl> opened;
+  QList<QUrl> pages;
   std::optional<QString> failure;
 };
 

@@ -5,7 +5,7 @@
 
 namespace velun {
 
-/// The desktop's file manager. Main thread.
+/// The desktop's file manager and its browser. Main thread.
 class FileManager {
  public:
   virtual ~FileManager() = default;
@@ -16,6 +16,9 @@ class FileManager {
 
   /// Opens a folder, creating it and its parents when missing. Throws `Failure`.
   virtual void openFolder(const QUrl& folder) = 0;
+
+  /// Opens a page in the browser.
+  virtual void openPage(const QUrl& page) = 0;
 };
 
 }  // namespace velun

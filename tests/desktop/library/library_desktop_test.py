@@ -10,6 +10,7 @@ from datetime import datetime, timedelta
 
 import session_files
 from library_case import LibraryCase
+from opener import Opener
 from session_files import UTC
 from velun_program import VelunProgram
 
@@ -302,15 +303,14 @@ class WithoutTrash(LibraryCase):
 
 class Revealing(LibraryCase):
     def test_without_a_file_manager_service_the_folder_is_opened(self):
-        opened = self.note_what_is_opened()
+        opener = Opener(self.desktop)
         self.open_library()
         self.select("Team call")
         more = self.library.wait_for("button menu", "More")
         self.open_menu(lambda: more.do("ShowMenu"))
         self.desktop.run("xdotool", "key", "Down", "Down", "Down", "Return")
-        self.wait("the opened folder", lambda: opened.exists() and opened.read_text())
-        self.assertIn(opened.read_text().removeprefix("file://").rstrip("/"),
-                      (str(self.program.sessions),))
+        self.wait("the opened folder", lambda: opener.opened)
+        self.assertEqual(opener.opened[0].rstrip("/"), self.program.sessions.as_uri())
         self.quit()
 
 

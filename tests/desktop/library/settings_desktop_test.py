@@ -5,6 +5,7 @@ import unittest
 from datetime import datetime
 
 import session_files
+from opener import Opener
 from program_case import ProgramCase
 from session_files import UTC
 
@@ -199,14 +200,13 @@ class Controls(SettingsCase):
 
 class SessionsFolder(SettingsCase):
     def test_the_folder_is_created_and_opened(self):
-        opened = self.note_what_is_opened()
+        opener = Opener(self.desktop)
         self.launch()
         self.open_settings()
         self.assertFalse(self.program.sessions.exists())
         self.settings.wait_for("push button", "Open Sessions Folder").press()
-        self.wait("the opened folder", lambda: opened.exists() and opened.read_text())
-        self.assertIn(opened.read_text(),
-                      (str(self.program.sessions), self.program.sessions.as_uri()))
+        self.wait("the opened folder", lambda: opener.opened)
+        self.assertEqual(opener.opened, [self.program.sessions.as_uri()])
         self.assertTrue(self.program.sessions.is_dir())
         self.quit()
 
@@ -214,10 +214,10 @@ class SessionsFolder(SettingsCase):
         earlier = self.program.sessions.parent.with_name("Parvelo") / "Sessions"
         earlier.mkdir(parents=True)
         (earlier / "kept.json").write_text("{}")
-        opened = self.note_what_is_opened()
+        opener = Opener(self.desktop)
         self.launch()
         self.program.action("open-sessions-folder")
-        self.wait("the opened folder", lambda: opened.exists() and opened.read_text())
+        self.wait("the opened folder", lambda: opener.opened)
         self.assertTrue((self.program.sessions / "kept.json").exists())
         self.quit()
 

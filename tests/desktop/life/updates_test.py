@@ -8,6 +8,7 @@ import subprocess
 import unittest
 from pathlib import Path
 
+from opener import Opener
 from private_desktop import end
 from program_case import ProgramCase
 
@@ -43,6 +44,7 @@ class Updates(ProgramCase):
         self.program.prefix = ["nsenter", "--target", str(self.server.pid), "--net", "--mount"]
 
     def test_every_outcome(self):
+        opener = Opener(self.desktop)
         self.launch()
         self.offer("0.1.0")
         self.check("Velun is up to date", "You have the latest version, 0.1.0.")
@@ -51,9 +53,8 @@ class Updates(ProgramCase):
         self.check("A new version of Velun is available",
                    "Version 0.2.0 is available; you have 0.1.0.")
         self.assertEqual(self.updates.find("label", "What’s New").text.strip(), "A quieter panel.")
-        opened = self.take_note_of_opening()
         self.updates.find("push button", "Open Release Page").press()
-        self.wait("the page", lambda: opened.exists() and PAGE in opened.read_text())
+        self.wait("the page", lambda: opener.opened == [PAGE])
 
         (self.files / "releases.xml").write_text("This is no list.")
         self.check("Couldn’t check for updates")
@@ -62,12 +63,6 @@ class Updates(ProgramCase):
         end(self.server)
         self.check("Couldn’t check for updates")
         self.quit()
-
-    def launch(self):
-        folder = self.desktop.root / "programs"
-        folder.mkdir()
-        self.desktop.environment["PATH"] = f"{folder}:{self.desktop.environment['PATH']}"
-        super().launch()
 
     def offer(self, version, notes=""):
         (self.files / "releases.xml").write_text(
@@ -82,13 +77,6 @@ class Updates(ProgramCase):
             self.updates.wait_for("notification", text)
         self.assertEqual(self.updates.find("push button", "Open Release Page").is_showing,
                          "available" in texts[0])
-
-    def take_note_of_opening(self):
-        note = self.desktop.root / "opened"
-        program = self.desktop.root / "programs" / "xdg-open"
-        program.write_text(f'#!/bin/sh\nprintf "%s\\n" "$1" >>"{note}"\n')
-        program.chmod(0o700)
-        return note
 
 
 if __name__ == "__main__":

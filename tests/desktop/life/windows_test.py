@@ -6,6 +6,7 @@ import re
 import unittest
 from pathlib import Path
 
+from opener import Opener
 from program_case import ProgramCase
 
 HERE = Path(__file__).resolve().parent
@@ -91,19 +92,31 @@ class Windows(ProgramCase):
         self.quit()
 
     def test_without_a_file_manager_on_the_bus_its_folder_is_opened(self):
-        opened = self.take_note_of_opening()
+        opener = Opener(self.desktop)
         file = self.reveal_saved_session()
-        self.wait("the folder", lambda: opened.exists() and str(file.parent) in opened.read_text())
+        self.wait("the folder", lambda: file.parent.as_uri() in map(without_slash, opener.opened))
         self.quit()
 
     def test_the_sessions_folder_is_created_and_opened(self):
-        opened = self.take_note_of_opening()
+        opener = Opener(self.desktop)
         self.launch()
         self.program.action("open-sessions-folder")
-        self.wait("the folder", lambda: opened.exists()
-                  and str(self.program.sessions) in opened.read_text())
+        self.wait("the folder",
+                  lambda: self.program.sessions.as_uri() in map(without_slash, opener.opened))
         self.assertTrue(self.program.sessions.is_dir())
         self.quit()
+
+    def test_what_it_opens_gets_the_environment_of_the_session(self):
+        opener = Opener(self.desktop)
+        for own in ({}, {"QT_QPA_PLATFORM": "xcb"}):
+            with self.subTest(**own):
+                self.desktop.environment |= own
+                before = len(opener.opened)
+                self.launch()
+                self.program.action("open-sessions-folder")
+                self.wait("the folder", lambda: len(opener.opened) > before)
+                self.assertEqual(opener.variables_of_qt(), own)
+                self.quit()
 
     def test_a_folder_that_no_program_opens_is_an_error(self):
         self.desktop.environment["PATH"] = str(self.desktop.root)
@@ -230,15 +243,6 @@ class Windows(ProgramCase):
         self.desktop.run("xdotool", "key", "Down", "Return")
         return file
 
-    def take_note_of_opening(self):
-        """Records what the desktop is asked to open; returns the file."""
-        folder, note = self.desktop.root / "programs", self.desktop.root / "opened"
-        folder.mkdir()
-        (folder / "xdg-open").write_text(f'#!/bin/sh\nprintf "%s\\n" "$1" >>"{note}"\n')
-        (folder / "xdg-open").chmod(0o700)
-        self.desktop.environment["PATH"] = f"{folder}:{self.desktop.environment['PATH']}"
-        return note
-
 
 class SmallScreen(ProgramCase):
     screen = "1024x600"
@@ -262,6 +266,10 @@ class SmallScreen(ProgramCase):
         extents = self.desktop.run("xprop", "-id", number_of_window(self.desktop, title), "-notype",
                                    "_NET_FRAME_EXTENTS")
         return [int(number) for number in re.findall(r"\d+", extents)]
+
+
+def without_slash(address):
+    return address.rstrip("/")
 
 
 def number_of_window(desktop, title):

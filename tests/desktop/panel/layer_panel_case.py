@@ -6,6 +6,7 @@ import unittest
 
 from accessibility import Accessibility
 from compositors import WIDTH
+from opener import Opener
 from private_desktop import end
 from spoken_case import EXECUTABLE
 from velun_program import APPLICATION, VelunProgram
@@ -278,6 +279,15 @@ class LayerPanelTests:
         self.assertFalse(self.is_ordinary())
         self.quit()
         self.assertEqual(self.program.read_preferences()["CaptionPanel"], " ".join(map(str, FRAME)))
+
+    def test_what_it_opens_gets_no_variables_of_its_own(self):
+        self.start_desktop()
+        opener = Opener(self.desktop)
+        self.launch_at()
+        self.program.action("open-sessions-folder")
+        self.wait("the folder", lambda: opener.opened)
+        self.assertEqual(opener.variables_of_qt(), {})
+        self.quit()
 
     def test_it_is_dragged_to_another_output(self):
         self.start_desktop(outputs=2)

@@ -2,6 +2,7 @@
 #include "platform/desktop/linux/dbus_file_manager.h"
 
 #include "language/localization.h"
+#include "platform/desktop/linux/open_outside.h"
 #include "platform/foundation/failure.h"
 #include "platform/foundation/file_access.h"
 #include "platform/foundation/file_error.h"
@@ -9,7 +10,6 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
-#include <QDesktopServices>
 
 namespace velun {
 
@@ -17,7 +17,7 @@ void DBusFileManager::reveal(const QUrl& file) {
   const QUrl folder = file.adjusted(QUrl::RemoveFilename);
   QDBusConnection bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) {
-    QDesktopServices::openUrl(folder);
+    openOutside(folder);
     return;
   }
   auto call = QDBusMessage::createMethodCall("org.freedesktop.FileManager1",
@@ -27,7 +27,7 @@ void DBusFileManager::reveal(const QUrl& file) {
   auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
   connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, folder] {
     watcher->deleteLater();
-    if (watcher->isError()) QDesktopServices::openUrl(folder);
+    if (watcher->isError()) openOutside(folder);
   });
 }
 
@@ -41,10 +41,14 @@ void DBusFileManager::openFolder(const QUrl& folder) {
                     "“" + path + "” 폴더를 만들지 못했습니다: " +
                         QString::fromStdString(error.code().message())));
   }
-  if (!QDesktopServices::openUrl(folder)) {
+  if (!openOutside(folder)) {
     throw Failure(L("No program that opens the folder “" + path + "” was found.",
                     "“" + path + "” 폴더를 열 프로그램을 찾지 못했습니다."));
   }
+}
+
+void DBusFileManager::openPage(const QUrl& page) {
+  openOutside(page);
 }
 
 }  // namespace velun

@@ -15,6 +15,7 @@ class DBusFileManager final : public QObject, public FileManager {
  public:
   void reveal(const QUrl& file) override;
   void openFolder(const QUrl& folder) override;
+  void openPage(const QUrl& page) override;
 };
 
 }  // namespace velun

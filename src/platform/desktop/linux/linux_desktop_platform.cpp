@@ -4,7 +4,6 @@
 #include "platform/desktop/desktop_services.h"
 #include "platform/desktop/linux/compositor_exclusion.h"
 #include "platform/desktop/linux/layer_windows.h"
-#include "platform/desktop/linux/wayland_session.h"
 #include "platform/desktop/linux/x11_bottom_anchor.h"
 #include "platform/desktop/linux/x11_display.h"
 #include "platform/desktop/linux/x11_full_screen_follower.h"
@@ -16,24 +15,6 @@
 #include <utility>
 
 namespace velun {
-
-void preferWindowSystem() {
-  const QByteArray chosen = qgetenv("QT_QPA_PLATFORM");
-  const bool isNative = chosen.isEmpty() ? offersLayerSurfaces() : chosen.startsWith("wayland");
-  if (isNative) {
-    // A window with Qt::BypassWindowManagerHint gets a surface without a role.
-    qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
-    // Otherwise Qt takes every window to lie at the corner of its screen.
-    qputenv("QT_WAYLAND_DISABLE_FIXED_POSITIONS", "1");
-  }
-  if (!chosen.isEmpty()) return;
-  if (isNative) {
-    qputenv("QT_QPA_PLATFORM", "wayland;xcb");
-  } else if (qEnvironmentVariableIsSet("DISPLAY")) {
-    // No other protocol of Wayland keeps a window above others; XWayland can.
-    qputenv("QT_QPA_PLATFORM", "xcb;wayland");
-  }
-}
 
 std::unique_ptr<DesktopPlatform> makeDesktopPlatform(Clock& clock) {
   return std::make_unique<LinuxDesktopPlatform>(clock);
