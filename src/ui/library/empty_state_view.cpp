@@ -5,8 +5,10 @@
 #include "ui/common/notice_label.h"
 #include "ui/common/symbol.h"
 
+#include <QAction>
 #include <QEvent>
 #include <QLabel>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace velun {
@@ -18,16 +20,28 @@ constexpr int kSymbolSize = 34;
 }  // namespace
 
 EmptyStateView::EmptyStateView(QWidget* parent)
-    : QWidget(parent), symbol_(new QLabel(this)), text_(new NoticeLabel(this)) {
+    : QWidget(parent),
+      symbol_(new QLabel(this)),
+      text_(new NoticeLabel(this)),
+      hint_(new SelectableLabel(this)),
+      button_(new QToolButton(this)) {
   hideFromAccessibility(*symbol_);
   symbol_->setAlignment(Qt::AlignCenter);
   text_->setAlignment(Qt::AlignCenter);
   text_->setWordWrap(true);
+  hint_->setAlignment(Qt::AlignCenter);
+  hint_->setWordWrap(true);
+  button_->setToolButtonStyle(Qt::ToolButtonTextOnly);
+  button_->setFocusPolicy(Qt::TabFocus);
+  setHint({});
   auto* column = new QVBoxLayout(this);
   column->addStretch(2);
   column->addWidget(symbol_);
   column->addSpacing(6);
   column->addWidget(text_);
+  column->addWidget(hint_);
+  column->addSpacing(6);
+  column->addWidget(button_, 0, Qt::AlignHCenter);
   column->addStretch(3);
 }
 
@@ -35,6 +49,21 @@ void EmptyStateView::show(const QString& symbol, const QString& text) {
   shownSymbol_ = symbol;
   text_->setNotice(text);
   drawSymbol();
+}
+
+void EmptyStateView::setHint(const QString& hint, QAction* action) {
+  hint_->setText(hint);
+  hint_->setVisible(!hint.isEmpty());
+  if (action) {
+    button_->setDefaultAction(action);
+  } else if (QAction* shown = button_->defaultAction()) {
+    button_->removeAction(shown);
+  }
+  button_->setVisible(action != nullptr);
+}
+
+QString EmptyStateView::hint() const {
+  return hint_->text();
 }
 
 void EmptyStateView::drawSymbol() {

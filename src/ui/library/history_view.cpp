@@ -33,6 +33,10 @@ constexpr int kSidebarWidth = 290;
 /// The width in average letters, which counts with a large font.
 constexpr int kSidebarLetters = 26;
 constexpr int kMinSidebarWidth = 200;
+/// Beside it, the button of the sidebar stands above the sidebar too.
+constexpr int kSearchLetters = kSidebarLetters - 4;
+/// At the size that the symbols are drawn for, their lines are thin. They grow with a large font.
+constexpr int kIconSide = 20;
 constexpr auto kDayCheckInterval = std::chrono::minutes(1);
 /// Qt's object name for the action of a field's clear button.
 const auto kClearAction = QStringLiteral("_q_qlineeditclearaction");
@@ -55,6 +59,7 @@ HistoryView::HistoryView(HistoryViewModel& library, AppSettings& settings, Histo
   makeActions();
   makeToolBar();
   makeBanner();
+  makeSearchField();
   makePanes();
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
@@ -105,6 +110,8 @@ void HistoryView::makeToolBar() {
   more_->setFocusPolicy(Qt::TabFocus);
   toolBar_ = new QToolBar(this);
   toolBar_->setMovable(false);
+  const int side = std::max(kIconSide, fontMetrics().height());
+  toolBar_->setIconSize(QSize(side, side));
   toolBar_->addAction(sidebar_);
   auto* space = new QWidget(toolBar_);
   space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
@@ -132,12 +139,7 @@ void HistoryView::makePanes() {
   splitter_ = new QSplitter(this);
   splitter_->addWidget(makeSidebar());
   // Created after the sidebar: the Tab key follows the order of creation.
-  detail_ = new SessionDetailView(settings_, clock_, splitter_);
-  auto* detailPane = new QWidget(splitter_);
-  auto* detailColumn = new QVBoxLayout(detailPane);
-  detailColumn->setContentsMargins(0, 0, 0, 0);
-  detailColumn->addWidget(detail_);
-  splitter_->addWidget(detailPane);
+  splitter_->addWidget(makeDetail());
   splitter_->setStretchFactor(1, 1);
   const int sidebarWidth =
       std::max(kSidebarWidth, kSidebarLetters * fontMetrics().averageCharWidth());
@@ -145,28 +147,43 @@ void HistoryView::makePanes() {
   splitter_->setChildrenCollapsible(false);
 }
 
+QWidget* HistoryView::makeDetail() {
+  auto* pane = new QWidget(splitter_);
+  // The background for reading; the sidebar has that of the window.
+  pane->setBackgroundRole(QPalette::Base);
+  pane->setAutoFillBackground(true);
+  detail_ = new SessionDetailView(settings_, clock_, pane);
+  nothingSelected_ = new EmptyStateView(pane);
+  nothingSelected_->setObjectName(QStringLiteral("nothingSelected"));
+  auto* column = new QVBoxLayout(pane);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->addWidget(detail_);
+  column->addWidget(nothingSelected_);
+  return pane;
+}
+
 QWidget* HistoryView::makeSidebar() {
   auto* sidebar = new QWidget(splitter_);
   sidebar->setMinimumWidth(kMinSidebarWidth);
-  makeSearchField(sidebar);
   makeList(sidebar);
   empty_ = new EmptyStateView(sidebar);
+  empty_->setObjectName(QStringLiteral("emptyList"));
   listOrEmpty_ = new QStackedWidget(sidebar);
   listOrEmpty_->addWidget(list_);
   listOrEmpty_->addWidget(empty_);
-  auto* searchRow = new QHBoxLayout;
-  searchRow->setContentsMargins(10, 8, 10, 8);
-  searchRow->addWidget(searchField_);
   auto* column = new QVBoxLayout(sidebar);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
-  column->addLayout(searchRow);
   column->addWidget(listOrEmpty_, 1);
   return sidebar;
 }
 
-void HistoryView::makeSearchField(QWidget* sidebar) {
-  searchField_ = new QLineEdit(sidebar);
+/// Made just before the sidebar: the Tab key goes from it to the sidebar.
+void HistoryView::makeSearchField() {
+  searchField_ = new QLineEdit(this);
+  toolBar_->insertWidget(toolBar_->actions().at(1), searchField_);
+  searchField_->setFixedWidth(
+      std::max(kSidebarWidth - 2 * kIconSide, kSearchLetters * fontMetrics().averageCharWidth()));
   searchField_->setObjectName(QStringLiteral("search"));
   searchField_->setClearButtonEnabled(true);
   keepEditingKeys(*searchField_);
@@ -190,6 +207,7 @@ void HistoryView::makeList(QWidget* sidebar) {
   list_->setModel(&rows_);
   list_->setItemDelegate(new SessionRowDelegate(list_));
   list_->setFrameShape(QFrame::NoFrame);
+  list_->viewport()->setBackgroundRole(QPalette::Window);
   list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   list_->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
   list_->setContextMenuPolicy(Qt::CustomContextMenu);
@@ -222,6 +240,8 @@ void HistoryView::followLibrary() {
   });
   connect(&search_, &SessionSearch::ready, this, &HistoryView::presentSessions);
   connect(searchField_, &QLineEdit::textChanged, this, &HistoryView::presentSessions);
+  // What was found is shown there.
+  connect(searchField_, &QLineEdit::textEdited, this, [this] { setSidebarVisible(true); });
   connect(&Localization::shared(), &Localization::languageChanged, this, &HistoryView::translate);
   search_.setSessions(library_.sessions());
 }
@@ -308,9 +328,27 @@ void HistoryView::presentSelection() {
     list_->clearSelection();
   }
   detail_->show(selected);
+  presentNothingSelected();
   detail_->highlight(searchField_->text());
   delete_->setEnabled(index.isValid());
   for (QAction* each : {export_, saveFile_, reveal_, find_}) each->setEnabled(selected != nullptr);
+}
+
+void HistoryView::presentNothingSelected() {
+  nothingSelected_->setVisible(library_.selectedSession() == nullptr);
+  nothingSelected_->show(library_.sessions().empty() ? QString() : QStringLiteral("text.bubble"),
+                         {});
+  if (library_.sessions().empty()) {
+    nothingSelected_->setHint(
+        L("Sessions that you save appear here.\nSave captions in the caption window, or choose in "
+          "Settings that every session is saved.",
+          "저장한 세션이 여기에 표시됩니다.\n자막 창에서 저장하거나, 설정에서 모든 세션을 "
+          "저장하도록 "
+          "선택하십시오."),
+        openFile_);
+  } else {
+    nothingSelected_->setHint(L("Select a session to read it.", "읽을 세션을 선택하십시오."));
+  }
 }
 
 void HistoryView::presentError() {

@@ -53,12 +53,14 @@ class HistoryView final : public QWidget {
   void makeBanner();
   void makePanes();
   QWidget* makeSidebar();
-  void makeSearchField(QWidget* sidebar);
+  QWidget* makeDetail();
+  void makeSearchField();
   void makeList(QWidget* sidebar);
   void followLibrary();
   void translate();
   void presentSessions();
   void presentSelection();
+  void presentNothingSelected();
   void presentError();
   void checkDayEveryMinute();
   void showContextMenu(const QPoint& position);
@@ -97,6 +99,8 @@ class HistoryView final : public QWidget {
   QStackedWidget* listOrEmpty_;
   EmptyStateView* empty_;
   SessionDetailView* detail_;
+  /// In place of the detail while no session is selected.
+  EmptyStateView* nothingSelected_;
 };
 
 }  // namespace velun
