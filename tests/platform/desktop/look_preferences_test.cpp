@@ -4,6 +4,7 @@
 #include "support/private_bus.h"
 #include "support/suite.h"
 
+#include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QSignalSpy>
 
@@ -11,6 +12,8 @@ using namespace velun;
 
 using SettingGroups = QMap<QString, QVariantMap>;
 Q_DECLARE_METATYPE(SettingGroups)
+using KeysByGroup = QMap<QString, QByteArrayList>;
+Q_DECLARE_METATYPE(KeysByGroup)
 
 namespace {
 
@@ -71,6 +74,8 @@ class LookPreferencesTest final : public test::Suite {
  private Q_SLOTS:
   void initTestCase() {
     qDBusRegisterMetaType<SettingGroups>();
+    qDBusRegisterMetaType<QByteArrayList>();
+    qDBusRegisterMetaType<KeysByGroup>();
     bus_ = std::make_unique<test::PrivateBus>();
   }
 
@@ -192,6 +197,20 @@ class LookPreferencesTest final : public test::Suite {
     QTRY_VERIFY(!preferences.isMotionReduced());
     portal.change(kKde, "ColorScheme", "BreezeDark");
     QTRY_VERIFY(!preferences.isContrastHigh());
+  }
+
+  void kdeTellsOfChangesThatItsPortalDoesNot() {
+    FakePortal portal(bus_->connect());
+    portal.settings[kKde]["ColorScheme"] = "BreezeDark";
+    LookPreferences preferences(bus_->connect());
+    QTRY_VERIFY(preferences.colorScheme() == ColorScheme::dark);
+    portal.settings["org.kde.kdeglobals.KDE"]["AnimationDurationFactor"] = "0";
+    QDBusMessage signal =
+        QDBusMessage::createSignal("/kdeglobals", "org.kde.kconfig.notify", "ConfigChanged");
+    signal << QVariant::fromValue(KeysByGroup{{"KDE", {"AnimationDurationFactor"}}});
+    QVERIFY(bus_->connect().send(signal));
+    QTRY_VERIFY(preferences.isMotionReduced());
+    QVERIFY(preferences.colorScheme() == ColorScheme::dark);
   }
 
   void reducedMotionHasTwoSources() {

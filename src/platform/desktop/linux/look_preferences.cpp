@@ -15,6 +15,8 @@ namespace {
 constexpr auto kService = "org.freedesktop.portal.Desktop";
 constexpr auto kPath = "/org/freedesktop/portal/desktop";
 constexpr auto kInterface = "org.freedesktop.portal.Settings";
+constexpr auto kKdePath = "/kdeglobals";
+constexpr auto kKdeInterface = "org.kde.kconfig.notify";
 
 const auto kShared = QStringLiteral("org.freedesktop.appearance");
 const auto kGnome = QStringLiteral("org.gnome.desktop.interface");
@@ -33,6 +35,8 @@ LookPreferences::LookPreferences(const QDBusConnection& bus) : bus_(bus) {
   // The slot takes the whole message: QtDBus has not registered QDBusVariant this early.
   bus_.connect(kService, kPath, kInterface, "SettingChanged", this,
                SLOT(settingChanged(QDBusMessage)));
+  // KDE's portal does not tell of every change, but KDE does.
+  bus_.connect({}, kKdePath, kKdeInterface, "ConfigChanged", this, SLOT(readAll()));
   // A portal that restarts may have other values.
   watcher_ = std::make_unique<QDBusServiceWatcher>(kService, bus_,
                                                    QDBusServiceWatcher::WatchForRegistration);

@@ -37,9 +37,9 @@ class LookPreferences final : public QObject {
 
  private Q_SLOTS:
   void settingChanged(const QDBusMessage& signal);
+  void readAll();
 
  private:
-  void readAll();
   void update();
   /// A key of GNOME's interface settings.
   QVariant gnome(const char* key) const;
