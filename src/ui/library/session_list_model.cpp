@@ -4,7 +4,42 @@
 #include "language/localization.h"
 #include "ui/library/session_sections.h"
 
+#include <algorithm>
+#include <QDateTime>
+#include <QLocale>
+
 namespace velun {
+
+namespace {
+
+/// Enough for the width of a sidebar.
+constexpr qsizetype kPreviewLength = 200;
+
+QString lengthText(std::chrono::seconds length) {
+  if (length < std::chrono::minutes(1)) return L("%1 s", "%1초").arg(length.count());
+  const auto minutes = std::chrono::round<std::chrono::minutes>(length).count();
+  constexpr auto kHour = 60;
+  if (minutes < kHour) return L("%1 min", "%1분").arg(minutes);
+  return L("%1 h %2 min", "%1시간 %2분").arg(minutes / kHour).arg(minutes % kHour);
+}
+
+QString preview(const CaptionSession& session) {
+  return session.lines.empty() ? QString() : session.lines.front().text.left(kPreviewLength);
+}
+
+}  // namespace
+
+QString sessionTimes(const CaptionSession& session) {
+  using std::chrono::floor;
+  using std::chrono::seconds;
+  const auto start = floor<seconds>(session.startedAt).time_since_epoch();
+  const QLocale locale(Localization::shared().locale());
+  QString text =
+      locale.toString(QDateTime::fromSecsSinceEpoch(start.count()).time(), QLocale::ShortFormat);
+  if (!session.endedAt) return text;
+  const auto length = floor<seconds>(*session.endedAt - session.startedAt);
+  return text + QStringLiteral(" · ") + lengthText(std::max(length, seconds(0)));
+}
 
 QString sessionSummary(const CaptionSession& session) {
   const auto count = session.lines.size();
@@ -59,6 +94,8 @@ QVariant SessionListModel::data(const QModelIndex& index, int role) const {
   const CaptionSession& session = row.session->session;
   if (role == Qt::DisplayRole) return session.title;
   if (role == summaryRole) return sessionSummary(session);
+  if (role == timesRole || role == Qt::AccessibleDescriptionRole) return sessionTimes(session);
+  if (role == previewRole) return preview(session);
   if (role == Qt::AccessibleTextRole) {
     return QStringLiteral("%1, %2").arg(session.title, sessionSummary(session));
   }

@@ -20,6 +20,10 @@ class SessionListModel final : public QAbstractListModel {
     isHeaderRole = Qt::UserRole,
     /// The text of sessionSummary().
     summaryRole,
+    /// The text of sessionTimes().
+    timesRole,
+    /// The first words.
+    previewRole,
   };
 
   using QAbstractListModel::QAbstractListModel;
@@ -51,5 +55,9 @@ class SessionListModel final : public QAbstractListModel {
 
 /// For example "12 sentences · with translation", in the interface language.
 QString sessionSummary(const CaptionSession& session);
+
+/// When a session began, in local time, and how long it was: "2:05 PM · 12 min". Without a known
+/// end only the first.
+QString sessionTimes(const CaptionSession& session);
 
 }  // namespace velun

@@ -64,12 +64,22 @@ void SessionRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
   const QFont small = smallFont(option.font);
   QRect line = inner.adjusted(0, kPadding, 0, 0);
   line.setHeight(titleHeight);
-  drawElided(painter, line, option.font, color, title);
+  // Dimmed text would lack contrast on the desktop's selection colour.
+  const QColor secondary = isSelected ? color : dimmed(color);
+  const QString times = index.data(SessionListModel::timesRole).toString();
+  const int timesWidth = QFontMetrics(small).size(Qt::TextSingleLine, times).width() + kMargin;
+  const QRect timesRect =
+      QStyle::alignedRect(option.direction, Qt::AlignRight, QSize(timesWidth, titleHeight), line);
+  drawElided(painter, timesRect, small, secondary, times);
+  const QSize titleSize(line.width() - timesWidth, titleHeight);
+  drawElided(painter, QStyle::alignedRect(option.direction, Qt::AlignLeft, titleSize, line),
+             option.font, color, title);
   line.translate(0, titleHeight + 2);
   line.setHeight(QFontMetrics(small).height());
-  // Dimmed text would lack contrast on the desktop's selection colour.
-  drawElided(painter, line, small, isSelected ? color : dimmed(color),
-             index.data(SessionListModel::summaryRole).toString());
+  for (const int role : {SessionListModel::previewRole, SessionListModel::summaryRole}) {
+    drawElided(painter, line, small, secondary, index.data(role).toString());
+    line.translate(0, line.height() + 2);
+  }
   painter->restore();
 }
 
@@ -79,7 +89,7 @@ QSize SessionRowDelegate::sizeHint(const QStyleOptionViewItem& option,
   if (index.data(SessionListModel::isHeaderRole).toBool()) {
     return {0, QFontMetrics(headerFont(option.font)).height() + 3 * kPadding};
   }
-  return {0, QFontMetrics(option.font).height() + 2 + small + 2 * kPadding};
+  return {0, QFontMetrics(option.font).height() + 2 * (2 + small) + 2 * kPadding};
 }
 
 }  // namespace velun

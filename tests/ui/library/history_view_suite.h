@@ -4,6 +4,7 @@
 #include "language/localization.h"
 #include "model/session_file/session_file.h"
 #include "support/manual_clock.h"
+#include "support/session_samples.h"
 #include "support/suite.h"
 #include "ui/caption/selectable_transcript_text_view.h"
 #include "ui/caption/transcript_view.h"

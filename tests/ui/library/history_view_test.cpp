@@ -53,10 +53,35 @@ class HistoryViewTest final : public test::HistoryViewSuite {
              QString("1 sentence · with translation"));
     QCOMPARE(list()->model()->index(3, 0).data(SessionListModel::summaryRole).toString(),
              QString("1 sentence"));
+    QCOMPARE(now.data(SessionListModel::previewRole).toString(), QString("a"));
     Localization::shared().setLanguage(AppLanguage::korean);
     QCOMPARE(rows().first(), QString("오늘"));
     QCOMPARE(list()->model()->index(1, 0).data(SessionListModel::summaryRole).toString(),
              QString("1문장 · 번역 포함"));
+  }
+
+  void aRowTellsTheTimeAndTheLength_data() {
+    QTest::addColumn<int>("seconds");
+    QTest::addColumn<QString>("english");
+    QTest::addColumn<QString>("korean");
+    QTest::newRow("seconds") << 42 << "9:05 AM · 42 s"
+                             << "오전 9:05 · 42초";
+    QTest::newRow("minutes") << 160 << "9:05 AM · 3 min"
+                             << "오전 9:05 · 3분";
+    QTest::newRow("hours") << 7500 << "9:05 AM · 2 h 5 min"
+                           << "오전 9:05 · 2시간 5분";
+    QTest::newRow("a clock that was set back") << -5 << "9:05 AM · 0 s"
+                                               << "오전 9:05 · 0초";
+  }
+  void aRowTellsTheTimeAndTheLength() {
+    QFETCH(int, seconds);
+    CaptionSession session;
+    session.startedAt = test::utc(2025, 3, 1, 9, 5, 0);
+    QCOMPARE(sessionTimes(session), QString("9:05 AM"));
+    session.endedAt = session.startedAt + std::chrono::seconds(seconds);
+    QTEST(sessionTimes(session), "english");
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QTEST(sessionTimes(session), "korean");
   }
 
   void sectionsChangeOnANewDay() {

@@ -2,6 +2,7 @@
 #include "ui/library/session_row_delegate.h"
 
 #include "support/suite.h"
+#include "ui/library/session_list_model.h"
 
 #include <QImage>
 #include <QPainter>
@@ -13,9 +14,11 @@ class SessionRowDelegateTest final : public test::Suite {
   Q_OBJECT
 
  private:
-  static QImage pictureOf(const QString& title) {
+  /// With a text in the role `extra`, if that is not 0.
+  static QImage pictureOf(const QString& title, int extra = 0) {
     QStandardItemModel rows;
     rows.appendRow(new QStandardItem(title));
+    if (extra) rows.item(0)->setData("Words", extra);
     const SessionRowDelegate delegate;
     QStyleOptionViewItem option;
     option.rect = QRect(QPoint(), QSize(200, 60));
@@ -30,6 +33,12 @@ class SessionRowDelegateTest final : public test::Suite {
   void drawsAMultilineTitleOnOneLine() {
     QVERIFY(pictureOf("One Two") != pictureOf(""));
     QCOMPARE(pictureOf("One\nTwo"), pictureOf("One Two"));
+  }
+
+  void drawsTheTimesAndTheFirstWords() {
+    for (const int role : {SessionListModel::timesRole, SessionListModel::previewRole}) {
+      QVERIFY(pictureOf("One", role) != pictureOf("One"));
+    }
   }
 };
 
