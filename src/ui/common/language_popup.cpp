@@ -142,9 +142,17 @@ void LanguagePopup::chooseCurrentRow() {
 
 bool LanguagePopup::event(QEvent* event) {
   if (event->type() == QEvent::WindowActivate) wasActive_ = true;
-  // The window manager may activate it only some time after it is shown.
-  if (event->type() == QEvent::WindowDeactivate && wasActive_) hide();
+  // The window manager may activate it only some time after it is shown, and may activate another
+  // window for a moment.
+  if (event->type() == QEvent::WindowDeactivate && wasActive_) {
+    QMetaObject::invokeMethod(this, &LanguagePopup::closeUnlessActive, Qt::QueuedConnection);
+  }
   return QWidget::event(event);
+}
+
+void LanguagePopup::closeUnlessActive() {
+  // It may have been closed and opened again meanwhile.
+  if (wasActive_ && !isActiveWindow()) hide();
 }
 
 void LanguagePopup::hideEvent(QHideEvent* event) {

@@ -17,7 +17,8 @@ class NoticeLabel;
 
 /// The list of languages to choose one from, in a small window with a search field: the one chooser
 /// of languages, opened by menus and forms. Typing filters the list, arrow keys move in it, Enter
-/// chooses, Escape closes. It closes when another window is activated. Main thread.
+/// chooses, Escape closes. It closes when another window is activated and stays active while the
+/// events that have arrived are handled. Main thread.
 ///
 /// It is not a pop-up window for the window system: with those, input methods do not work under
 /// X11, and Hangul could not be typed.
@@ -58,6 +59,7 @@ class LanguagePopup final : public QWidget {
   void selectRow(int row);
   void chooseCurrentRow();
   void place(const QRect& anchor);
+  void closeUnlessActive();
 
   LanguageChoiceModel* choices_;
   QLineEdit* search_;

@@ -158,6 +158,16 @@ class LanguagePopupTest final : public test::Suite {
     QTRY_VERIFY(!popup_->isVisible());
   }
 
+  void anotherWindowThatIsActiveForAMomentDoesNotCloseIt() {
+    open();
+    QEvent deactivated(QEvent::WindowDeactivate);
+    QApplication::sendEvent(popup_, &deactivated);
+    QEvent activated(QEvent::WindowActivate);
+    QApplication::sendEvent(popup_, &activated);
+    QCoreApplication::processEvents();
+    QVERIFY(popup_->isVisible());
+  }
+
   void nothingFoundIsSaidAndChoosesNothing() {
     QSignalSpy chosen(popup_, &LanguagePopup::chosen);
     open({100, 100, 200, 30}, "klingon");
