@@ -9,8 +9,6 @@ namespace velun {
 
 namespace {
 
-constexpr double kRate = 16000;
-
 /// Tokens after which the model is restarted in the next pause: half an hour of speech.
 constexpr std::size_t kManyTokens = 8000;
 
@@ -27,22 +25,8 @@ SentenceRecognizer::SentenceRecognizer(const sherpa::Library& library,
     : SherpaRecognizer(library, settings, punctuator) {}
 
 void SentenceRecognizer::acceptPiece(std::span<const float> piece) {
-  measureSilence(piece);
   stream().feed(amplified(piece));
   decodeReady();
-}
-
-void SentenceRecognizer::measureSilence(std::span<const float> samples) {
-  constexpr std::size_t kFrame = VoiceActivity::kFrameLength;
-  partialFrame_.insert(partialFrame_.end(), samples.begin(), samples.end());
-  const std::span<const float> all(partialFrame_);
-  std::size_t used = 0;
-  for (; used + kFrame <= all.size(); used += kFrame) {
-    const bool isVoice = activity_.isVoice(all.subspan(used, kFrame));
-    quiet_ = isVoice ? 0 : quiet_ + kFrame / kRate;
-  }
-  partialFrame_.erase(partialFrame_.begin(),
-                      partialFrame_.begin() + static_cast<std::ptrdiff_t>(used));
 }
 
 void SentenceRecognizer::decodeReady() {
@@ -52,8 +36,7 @@ void SentenceRecognizer::decodeReady() {
   }
   const double pause =
       tokens_.size() > kManyTokens ? settings().endpointSilence : settings().idleSilence;
-  const bool hasDecodedSpeech = stream().fedSeconds() - stream().decodedSeconds() < quiet_;
-  if (!tokens_.empty() && phrase().empty() && quiet_ >= pause && hasDecodedSpeech &&
+  if (!tokens_.empty() && phrase().empty() && hasDecodedSpeech() && silentSeconds() >= pause &&
       isSilent(pause)) {
     restart();
   }
@@ -107,7 +90,6 @@ void SentenceRecognizer::restart() {
   stream().begin();
   tokens_.clear();
   phraseBegin_ = 0;
-  quiet_ = 0;
 }
 
 }  // namespace velun

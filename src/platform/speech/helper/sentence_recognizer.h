@@ -2,7 +2,6 @@
 #pragma once
 
 #include "platform/speech/helper/sherpa_recognizer.h"
-#include "platform/speech/helper/voice_activity.h"
 
 namespace velun {
 
@@ -22,7 +21,6 @@ class SentenceRecognizer final : public SherpaRecognizer {
  private:
   void acceptPiece(std::span<const float> piece) override;
   void restart();
-  void measureSilence(std::span<const float> samples);
   void decodeReady();
   void updateLines();
   void endPhrase(double until);
@@ -30,9 +28,6 @@ class SentenceRecognizer final : public SherpaRecognizer {
   SpokenTokens phrase() const;
   QString phraseText() const;
 
-  VoiceActivity activity_;
-  std::vector<float> partialFrame_;
-  double quiet_ = 0;                         ///< seconds without voice at the end of the audio
   std::vector<SherpaStream::Token> tokens_;  ///< what was recognized since the restart
   std::size_t phraseBegin_ = 0;              ///< in the tokens
 };

@@ -31,7 +31,9 @@ void SherpaRecognizer::accept(std::span<const float> samples) {
   for (std::size_t at = 0; at < samples.size(); at += kPiece) {
     const auto piece = samples.subspan(at, std::min(kPiece, samples.size() - at));
     heard_ += piece.size();
-    acceptPiece(usableSamples(piece));
+    const std::vector<float> usable = usableSamples(piece);
+    silence_.add(usable);
+    acceptPiece(usable);
   }
 }
 

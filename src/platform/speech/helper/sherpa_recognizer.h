@@ -4,6 +4,7 @@
 #include "platform/speech/helper/phrase_lines.h"
 #include "platform/speech/helper/punctuator.h"
 #include "platform/speech/helper/sherpa_stream.h"
+#include "platform/speech/helper/silence_meter.h"
 #include "platform/speech/helper/slow_gain.h"
 #include "platform/speech/helper/spoken_tokens.h"
 #include "platform/speech/helper/stream_recognizer.h"
@@ -47,6 +48,13 @@ class SherpaRecognizer : public StreamRecognizer {
   /// The number of words of the phrase that are in lines.
   std::size_t finalCount() const { return lines_.finalCount(); }
 
+  /// Seconds since the last voice in the audio, by its level.
+  double silentSeconds() const { return silence_.seconds(); }
+  /// Whether the model has decoded all of the audio that has a voice.
+  bool hasDecodedSpeech() const {
+    return silentSeconds() > stream_.fedSeconds() - stream_.decodedSeconds();
+  }
+
   /// Silence after which the last word is recognized, in seconds.
   double tailSeconds() const;
 
@@ -61,6 +69,7 @@ class SherpaRecognizer : public StreamRecognizer {
   const Punctuator* punctuator_;
   PhraseLines lines_;
   SlowGain gain_;
+  SilenceMeter silence_;
   SherpaStream stream_;
   std::size_t heard_ = 0;  ///< samples accepted
   std::vector<TranscriptionResult> results_;

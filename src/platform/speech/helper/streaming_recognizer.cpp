@@ -66,12 +66,18 @@ void StreamingRecognizer::feed(std::span<const float> samples) {
 void StreamingRecognizer::decodeReady() {
   while (stream().decodeStep()) {
     readResult();
-    if (hasEnded() || stream().isEndpoint()) {
+    if (hasEnded() || (stream().isEndpoint() && canRestart())) {
       endPhrase(true);
     } else if (hasPaused()) {
       endPhrase(false);
     }
   }
+}
+
+/// After a long silence, a model is restarted although it has heard no word. It would lose what it
+/// knows of a word that begins now.
+bool StreamingRecognizer::canRestart() const {
+  return isInPhrase() || hasDecodedSpeech();
 }
 
 double StreamingRecognizer::segmentSeconds() const {

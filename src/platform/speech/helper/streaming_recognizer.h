@@ -31,6 +31,7 @@ class StreamingRecognizer final : public SherpaRecognizer {
   QString written(const SherpaStream::Hearing& hearing) const;
   bool hasPaused() const;
   bool hasEnded() const;
+  bool canRestart() const;
   void endPhrase(bool isPaused);
   void takeLateMark();
   double segmentSeconds() const;
