@@ -142,6 +142,20 @@ class FilePlacementTest final : public test::Suite {
     QCOMPARE(filesOf("models"), QStringList());
     QVERIFY(!isInstalled("speech"));
   }
+
+  void copiesOfAKilledProgramAreSetAside() {
+    const QString models = dir_->filePath("models");
+    QVERIFY(QDir().mkpath(models));
+    const QDateTime now = QDateTime::currentDateTime();
+    for (const auto& [name, age] : {std::pair(".added-old", 601), std::pair(".added-new", 500)}) {
+      QFile file(models + u'/' + name);
+      QVERIFY(file.open(QIODevice::WriteOnly));
+      QVERIFY(file.setFileTime(now.addSecs(-age), QFileDevice::FileModificationTime));
+    }
+    setAsideAbandonedCopies(models, models + "/.discarded", now);
+    QCOMPARE(filesOf("models"), QStringList(".added-new"));
+    QCOMPARE(filesOf("models/.discarded"), QStringList(".added-old"));
+  }
 };
 
 QTEST_GUILESS_MAIN(FilePlacementTest)

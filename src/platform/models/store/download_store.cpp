@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <QDateTime>
 #include <QDir>
 #include <QNetworkInformation>
 #include <QPointer>
@@ -75,6 +76,8 @@ DownloadStore::DownloadStore(const ModelCatalogue& catalogue, const ModelStoreOp
   connect(&verifier_, &ModelVerifier::damaged, this, &DownloadStore::reportDamage);
   verifier_.verify(catalogue_.models(), false);
   // Left by a run that was killed.
+  const auto seconds = std::chrono::floor<std::chrono::seconds>(clock_.now().time_since_epoch());
+  setAsideAbandonedCopies(root_, discardedFolder(), QDateTime::fromSecsSinceEpoch(seconds.count()));
   deleteOnThread(discardedFolder());
 }
 

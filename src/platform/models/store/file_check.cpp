@@ -6,7 +6,6 @@
 #include "platform/models/store/model_store_failures.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <fcntl.h>
 #include <QCryptographicHash>
 #include <QFile>
@@ -39,17 +38,6 @@ bool isFile(const QString& path, std::int64_t bytes, const QByteArray& sha256,
   const QFileInfo info(path);
   if (!info.isFile() || (bytes > 0 && info.size() != bytes)) return false;
   return sha256.isEmpty() || sha256OfFile(path, stop) == sha256;
-}
-
-void moveIntoPlace(const QString& from, const QString& to) {
-  QFile file(from);
-  if (!file.open(QIODevice::ReadWrite) || ::fsync(file.handle()) != 0) {
-    throw model_failures::notSaved(file.errorString());
-  }
-  file.close();
-  if (std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) != 0) {
-    throw model_failures::notSaved(qt_error_string(errno));
-  }
 }
 
 }  // namespace velun

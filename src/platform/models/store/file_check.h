@@ -17,8 +17,4 @@ QByteArray sha256OfFile(const QString& path, const std::stop_token& stop);
 bool isFile(const QString& path, std::int64_t bytes, const QByteArray& sha256,
             const std::stop_token& stop);
 
-/// Renames `from` to `to`, replacing it, after its contents are on the disk: a power failure leaves
-/// the old file or the complete new one. Throws `Failure`.
-void moveIntoPlace(const QString& from, const QString& to);
-
 }  // namespace velun

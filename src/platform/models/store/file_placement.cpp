@@ -4,6 +4,7 @@
 #include "platform/foundation/file_error.h"
 #include "platform/models/store/file_check.h"
 #include "platform/models/store/model_store_failures.h"
+#include "platform/models/store/move_into_place.h"
 
 #include <algorithm>
 #include <QCryptographicHash>
@@ -20,6 +21,9 @@ namespace velun {
 namespace {
 
 constexpr qint64 kBlockBytes = 1 << 20;
+/// Before the name of an unfinished copy.
+const auto kCopyPrefix = QStringLiteral(".added-");
+constexpr qint64 kAbandonedSeconds = 600;
 
 /// A file that can be put into the folder of a model: a download as it is, or one of the files
 /// that are packed in it.
@@ -79,7 +83,7 @@ class Copier {
     const QDir root = QFileInfo(installer_.folder(first.model->id)).dir();
     if (!QDir().mkpath(root.path())) throw model_failures::notSaved(root.path());
     const QString temporary =
-        root.filePath(".added-" + QUuid::createUuid().toString(QUuid::WithoutBraces));
+        root.filePath(kCopyPrefix + QUuid::createUuid().toString(QUuid::WithoutBraces));
     const auto remove = qScopeGuard([&temporary] { QFile::remove(temporary); });
     const QByteArray sha256 = copyHashing(path, temporary, first.bytes);
     const auto part = std::find_if(parts.begin(), parts.end(),
@@ -96,7 +100,7 @@ class Copier {
     QFile source(from);
     if (!source.open(QIODevice::ReadOnly)) throw model_failures::notRead(source.errorString());
     QFile target(to);
-    if (!target.open(QIODevice::WriteOnly)) throw model_failures::notSaved(target.errorString());
+    if (!target.open(QIODevice::WriteOnly)) throw model_failures::notWritten(target);
     QCryptographicHash hash(QCryptographicHash::Sha256);
     std::int64_t done = 0;
     while (true) {
@@ -104,14 +108,12 @@ class Copier {
       const QByteArray block = source.read(kBlockBytes);
       if (block.isEmpty()) break;
       hash.addData(block);
-      if (target.write(block) != block.size()) {
-        throw model_failures::notSaved(target.errorString());
-      }
+      if (target.write(block) != block.size()) throw model_failures::notWritten(target);
       done += block.size();
       progress_(std::min(1.0, static_cast<double>(done) / static_cast<double>(bytes)));
     }
     if (source.error() != QFileDevice::NoError) throw model_failures::notRead(source.errorString());
-    if (!target.flush()) throw model_failures::notSaved(target.errorString());
+    if (!target.flush()) throw model_failures::notWritten(target);
     return hash.result().toHex();
   }
 
@@ -189,6 +191,16 @@ PlacedModelFile placeModelFile(const ModelCatalogue& catalogue, const ModelInsta
     removePackedCopies(model, installer);
   }
   return placed;
+}
+
+void setAsideAbandonedCopies(const QString& root, const QString& target, const QDateTime& now) {
+  const QDir folder(root);
+  const QDateTime latest = now.addSecs(-kAbandonedSeconds);
+  for (const QFileInfo& copy :
+       folder.entryInfoList({kCopyPrefix + u'*'}, QDir::Files | QDir::Hidden)) {
+    if (copy.lastModified() > latest || !QDir().mkpath(target)) continue;
+    QDir().rename(copy.filePath(), target + u'/' + copy.fileName());
+  }
 }
 
 }  // namespace velun

@@ -5,6 +5,8 @@
 #include "platform/models/placed_model_file.h"
 #include "platform/models/store/model_installer.h"
 
+#include <QDateTime>
+
 namespace velun {
 
 /// Recognizes the file at `path` by its size and SHA-256 and copies it into the folder of its
@@ -13,5 +15,10 @@ namespace velun {
 PlacedModelFile placeModelFile(const ModelCatalogue& catalogue, const ModelInstaller& installer,
                                const QString& path, const std::function<void(double)>& progress,
                                const std::stop_token& stop);
+
+/// Moves the unfinished copies below `root` that a killed program has left to the folder `target`,
+/// which is made if it is needed. A copy that changed in the ten minutes before `now` may be that
+/// of another program that is running.
+void setAsideAbandonedCopies(const QString& root, const QString& target, const QDateTime& now);
 
 }  // namespace velun

@@ -56,12 +56,6 @@ class Attempt {
     setOffset(0);
   }
 
-  ModelFailure notSaved() const {
-    return file_.error() == QFileDevice::ResourceError
-               ? model_failures::diskFull()
-               : model_failures::notSaved(file_.errorString());
-  }
-
   QNetworkRequest request(const QUrl& address, std::chrono::milliseconds stallTimeout) const {
     QNetworkRequest request(address);
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
@@ -108,7 +102,7 @@ class Attempt {
       clear();
       fail(model_failures::unexpectedFile());
     } else if (file_.write(data) != data.size() || !file_.flush()) {
-      fail(notSaved());
+      fail(model_failures::notWritten(file_));
     } else {
       setOffset(offset_ + data.size());
     }

@@ -6,6 +6,7 @@
 #include "platform/models/store/file_check.h"
 #include "platform/models/store/model_lock.h"
 #include "platform/models/store/model_store_failures.h"
+#include "platform/models/store/move_into_place.h"
 #include "platform/models/store/unpack.h"
 
 #include <algorithm>

@@ -3,6 +3,9 @@
 
 #include "language/localization.h"
 
+#include <cerrno>
+#include <QFileDevice>
+
 namespace velun::model_failures {
 
 namespace {
@@ -15,31 +18,29 @@ QString megabytes(std::int64_t bytes) {
 
 ModelFailure unreachable(const QString& host) {
   return ModelFailure([host] {
-    return L(QString("The model couldn’t be downloaded: no connection to %1. Check the "
-                     "network connection, then try again.")
-                 .arg(host),
-             QString("모델을 다운로드할 수 없습니다. %1에 연결되지 않습니다. 네트워크 연결을 "
-                     "확인한 다음 다시 시도하십시오.")
-                 .arg(host));
+    return L("The model couldn’t be downloaded: no connection to %1. Check the "
+             "network connection, then try again.",
+             "모델을 다운로드할 수 없습니다. %1에 연결되지 않습니다. 네트워크 연결을 "
+             "확인한 다음 다시 시도하십시오.")
+        .arg(host);
   });
 }
 
 ModelFailure interrupted(const QString& reason) {
   return ModelFailure([reason] {
-    return L(
-        QString("The model download was interrupted (%1). Try again to continue it.").arg(reason),
-        QString("모델 다운로드가 중단되었습니다(%1). 다시 시도하면 이어서 받습니다.").arg(reason));
+    return L("The model download was interrupted (%1). Try again to continue it.",
+             "모델 다운로드가 중단되었습니다(%1). 다시 시도하면 이어서 받습니다.")
+        .arg(reason);
   });
 }
 
 ModelFailure refused(int httpStatus) {
   return ModelFailure([httpStatus] {
-    return L(QString("The model couldn’t be downloaded: the server returned error %1. "
-                     "Try again later.")
-                 .arg(httpStatus),
-             QString("모델을 다운로드할 수 없습니다. 서버가 오류 %1(으)로 응답했습니다. 나중에 "
-                     "다시 시도하십시오.")
-                 .arg(httpStatus));
+    return L("The model couldn’t be downloaded: the server returned error %1. "
+             "Try again later.",
+             "모델을 다운로드할 수 없습니다. 서버가 오류 %1(으)로 응답했습니다. 나중에 "
+             "다시 시도하십시오.")
+        .arg(httpStatus);
   });
 }
 
@@ -71,8 +72,9 @@ DamagedModel damaged() {
 
 ModelFailure damagedFiles(const QString& title) {
   return ModelFailure([title] {
-    return L(QString("The files of “%1” are damaged. Download it again in Settings.").arg(title),
-             QString("‘%1’의 파일이 손상되었습니다. 설정에서 다시 다운로드하십시오.").arg(title));
+    return L("The files of “%1” are damaged. Download it again in Settings.",
+             "‘%1’의 파일이 손상되었습니다. 설정에서 다시 다운로드하십시오.")
+        .arg(title);
   });
 }
 
@@ -80,19 +82,17 @@ ModelFailure noSpace(std::int64_t neededBytes, std::int64_t freeBytes) {
   const QString needed = megabytes(neededBytes);
   const QString free = megabytes(freeBytes);
   return ModelFailure([needed, free] {
-    return L(QString("There isn’t enough disk space for the model: %1 MB needed, %2 MB "
-                     "free. Free some space, then try again.")
-                 .arg(needed, free),
-             QString("모델을 저장할 디스크 공간이 부족합니다. %1MB가 필요하지만 %2MB만 남아 "
-                     "있습니다. 공간을 확보한 다음 다시 시도하십시오.")
-                 .arg(needed, free));
+    return L("There isn’t enough disk space for the model: %1 MB needed, %2 MB "
+             "free. Free some space, then try again.",
+             "모델을 저장할 디스크 공간이 부족합니다. %1MB가 필요하지만 %2MB만 남아 "
+             "있습니다. 공간을 확보한 다음 다시 시도하십시오.")
+        .arg(needed, free);
   });
 }
 
 ModelFailure notSaved(const QString& reason) {
   return ModelFailure([reason] {
-    return L(QString("The model couldn’t be saved: %1").arg(reason),
-             QString("모델을 저장할 수 없습니다: %1").arg(reason));
+    return L("The model couldn’t be saved: %1", "모델을 저장할 수 없습니다: %1").arg(reason);
   });
 }
 
@@ -102,6 +102,14 @@ ModelFailure diskFull() {
              "디스크가 가득 차서 모델을 저장할 수 없습니다. 공간을 확보한 다음 다시 "
              "시도하십시오.");
   });
+}
+
+ModelFailure notWritten(const QFileDevice& file) {
+  return file.error() == QFileDevice::ResourceError ? diskFull() : notSaved(file.errorString());
+}
+
+ModelFailure notWritten(int code) {
+  return code == ENOSPC || code == EDQUOT ? diskFull() : notSaved(qt_error_string(code));
 }
 
 ModelFailure cancelled() {
@@ -134,27 +142,26 @@ ModelFailure notRemoved() {
 
 ModelFailure notRead(const QString& reason) {
   return ModelFailure([reason] {
-    return L(QString("The file couldn’t be read: %1").arg(reason),
-             QString("파일을 읽을 수 없습니다: %1").arg(reason));
+    return L("The file couldn’t be read: %1", "파일을 읽을 수 없습니다: %1").arg(reason);
   });
 }
 
 ModelFailure unknownFile(const QString& name) {
   return ModelFailure([name] {
-    return L(QString("“%1” is not a file of a model that Velun knows, or it is damaged. Check "
-                     "where you downloaded it.")
-                 .arg(name),
-             QString("“%1”은(는) Velun이 아는 모델의 파일이 아니거나 손상되었습니다. 내려받은 "
-                     "곳을 확인하십시오.")
-                 .arg(name));
+    return L("“%1” is not a file of a model that Velun knows, or it is damaged. Check "
+             "where you downloaded it.",
+             "“%1”은(는) Velun이 아는 모델의 파일이 아니거나 손상되었습니다. 내려받은 "
+             "곳을 확인하십시오.")
+        .arg(name);
   });
 }
 
 ModelFailure unreadable(int code) {
   const QString reason = qt_error_string(code);
   return ModelFailure([reason] {
-    return L(QString("The downloaded model couldn’t be read: %1. Try again.").arg(reason),
-             QString("다운로드한 모델을 읽을 수 없습니다: %1. 다시 시도하십시오.").arg(reason));
+    return L("The downloaded model couldn’t be read: %1. Try again.",
+             "다운로드한 모델을 읽을 수 없습니다: %1. 다시 시도하십시오.")
+        .arg(reason);
   });
 }
 

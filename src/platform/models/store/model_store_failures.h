@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <QString>
 
+class QFileDevice;
+
 namespace velun {
 
 /// The downloaded data is not what the catalogue says.
@@ -28,8 +30,12 @@ DamagedModel damaged();
 ModelFailure damagedFiles(const QString& title);
 ModelFailure noSpace(std::int64_t neededBytes, std::int64_t freeBytes);
 ModelFailure notSaved(const QString& reason);
-/// The disk became full during a download.
+/// The disk became full.
 ModelFailure diskFull();
+/// The last operation on `file` failed, perhaps because the disk is full.
+ModelFailure notWritten(const QFileDevice& file);
+/// The same for an errno value.
+ModelFailure notWritten(int code);
 /// The user cancelled the download.
 ModelFailure cancelled();
 /// A model of this kind cannot be removed because it is in use.

@@ -69,7 +69,7 @@ Reader openPacked(ModelPacking packing, const QString& path) {
 void writeEntry(archive* reader, const QString& path, const std::stop_token& stop) {
   QFile file(path);
   if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered)) {
-    throw model_failures::notSaved(file.errorString());
+    throw model_failures::notWritten(file);
   }
   QByteArray block(1 << 18, Qt::Uninitialized);
   while (true) {
@@ -78,9 +78,7 @@ void writeEntry(archive* reader, const QString& path, const std::stop_token& sto
         archive_read_data(reader, block.data(), static_cast<std::size_t>(block.size()));
     if (count < 0) refuse(reader);
     if (count == 0) return;
-    if (file.write(block.constData(), count) != count) {
-      throw model_failures::notSaved(file.errorString());
-    }
+    if (file.write(block.constData(), count) != count) throw model_failures::notWritten(file);
   }
 }
 

@@ -53,7 +53,7 @@ void VerifiedRecord::write(const QString& folder) const {
   try {
     writeFileAtomically(recordPath(folder), json, true);
   } catch (const FileError& error) {
-    throw model_failures::notSaved(qt_error_string(error.code().value()));
+    throw model_failures::notWritten(error.code().value());
   }
 }
 
