@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/built_in_fixture.h"
-#include "platform/speech/local_speech_run.h"
 #include "platform/speech/neural_runs.h"
+#include "platform/speech/observed_run.h"
 #include "support/await.h"
-#include "support/manual_clock.h"
 #include "support/suite.h"
 
 #include <csignal>
@@ -16,21 +15,7 @@ using namespace velun::test;
 namespace {
 
 /// A run with real helper processes.
-struct Fixture {
-  void start(const std::vector<SpeechRecognizer>& recognizers) {
-    run = std::make_unique<LocalSpeechRun>(recognizers, input, clock);
-    QObject::connect(run.get(), &SpeechRun::resultReady, [this](const TranscriptionResult& result) {
-      (result.isFinal ? finals : drafts) << result.text;
-    });
-    QObject::connect(run.get(), &SpeechRun::noticed,
-                     [this](const QString& notice) { notices << notice; });
-    QObject::connect(run.get(), &SpeechRun::noticedBriefly,
-                     [this](const QString& notice) { notices << notice; });
-    QObject::connect(run.get(), &LocalSpeechRun::recognizerFailed,
-                     [this](const QString& id) { failed << id; });
-    QObject::connect(run.get(), &SpeechRun::ended,
-                     [this](const std::optional<QString>& error) { ends << error.value_or("-"); });
-  }
+struct Fixture : ObservedRun {
   void hear(const std::vector<float>& samples) {
     for (std::size_t at = 0; at < samples.size(); at += 320) {
       const std::size_t end = std::min(samples.size(), at + 320);
@@ -38,15 +23,6 @@ struct Fixture {
                      samples.begin() + static_cast<std::ptrdiff_t>(end)}});
     }
   }
-
-  ManualClock clock;
-  std::shared_ptr<SpeechInput> input = std::make_shared<SpeechInput>();
-  QStringList drafts;
-  QStringList finals;
-  QStringList notices;
-  QStringList failed;
-  QStringList ends;
-  std::unique_ptr<LocalSpeechRun> run;
 };
 
 SpeechRecognizer toy(const RecognizerSettings& settings = transducer()) {
@@ -102,7 +78,7 @@ class RecognizerProcessTest final : public Suite {
     f.hear({music_.begin() + half, music_.end()});
     test::await(f.run->finish());
     QCOMPARE(f.finals, QStringList(musicText_));
-    QVERIFY(f.notices.isEmpty() && f.failed.isEmpty());
+    QVERIFY(f.notices.isEmpty() && f.briefNotices.isEmpty() && f.failed.isEmpty());
     QCOMPARE(f.ends, QStringList("-"));
   }
 
@@ -149,7 +125,7 @@ class RecognizerProcessTest final : public Suite {
     QTRY_VERIFY_WITH_TIMEOUT(!f.drafts.isEmpty(), 60'000);
     f.run->setRecognizers({toy(), builtIn()});
     f.hear(silence(2));
-    QTRY_VERIFY_WITH_TIMEOUT(f.notices.contains("Captions now use “Toy”."), 60'000);
+    QTRY_VERIFY_WITH_TIMEOUT(f.briefNotices.contains("Captions now use “Toy”."), 60'000);
     const QString before = f.finals.join(u' ');
     QVERIFY2(before.startsWith("He was not"), qPrintable(before));
     f.hear(music_ + silence(1.2) + numbers_);

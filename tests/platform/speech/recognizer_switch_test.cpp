@@ -12,6 +12,12 @@ namespace {
 struct SwitchingRun : WordRun {
   SwitchingRun() { recognizers = {b.recognizer(), c.recognizer()}; }
 
+  /// B has heard five words, and three of them are in a draft.
+  void startWithDraft() {
+    start();
+    say(1, 5);
+    QVERIFY(QTest::qWaitFor([this] { return draft() == "B1 B2 B3"; }, 60'000));
+  }
   /// A becomes available.
   void offerA() { run->setRecognizers({a.recognizer(), b.recognizer(), c.recognizer()}); }
   void offerSlowA() {
@@ -33,9 +39,7 @@ class RecognizerSwitchTest final : public Suite {
  private Q_SLOTS:
   void betterRecognizerTakesOverAtTheEndOfThePhrase() {
     SwitchingRun f;
-    f.start();
-    f.say(1, 5);
-    QTRY_COMPARE(f.draft(), QString("B1 B2 B3"));
+    f.startWithDraft();
     f.offerSlowA();
     f.loadA();
     f.say(6, 7);
@@ -78,9 +82,7 @@ class RecognizerSwitchTest final : public Suite {
 
   void speechWithoutPausesIsHandedOverAfterASentence() {
     SwitchingRun f;
-    f.start();
-    f.say(1, 5);
-    QTRY_COMPARE(f.draft(), QString("B1 B2 B3"));
+    f.startWithDraft();
     f.offerA();
     VERIFY_SOON(f.a.script->loads == 1);
     f.say(6, 11);
@@ -125,9 +127,7 @@ class RecognizerSwitchTest final : public Suite {
 
   void loadingRecognizerTakesOverFromADyingOne() {
     SwitchingRun f;
-    f.start();
-    f.say(1, 5);
-    QTRY_COMPARE(f.draft(), QString("B1 B2 B3"));
+    f.startWithDraft();
     f.offerSlowA();
     f.b.script->fatalWord = 6;
     f.say(6, 8);
@@ -143,9 +143,7 @@ class RecognizerSwitchTest final : public Suite {
     SwitchingRun f;
     f.a.script->loading = WordScript::Loading::fails;
     f.b.script->deathsLeft = 1;
-    f.start();
-    f.say(1, 5);
-    QTRY_COMPARE(f.draft(), QString("B1 B2 B3"));
+    f.startWithDraft();
     f.offerSlowA();
     f.b.script->fatalWord = 6;
     f.say(6, 8);
@@ -164,9 +162,7 @@ class RecognizerSwitchTest final : public Suite {
   void stopDoesNotWaitForTheLoadingRecognizer() {
     QFETCH(bool, isCancelled);
     SwitchingRun f;
-    f.start();
-    f.say(1, 5);
-    QTRY_COMPARE(f.draft(), QString("B1 B2 B3"));
+    f.startWithDraft();
     f.offerSlowA();
     test::await(isCancelled ? f.run->cancel() : f.run->finish());
     QCOMPARE(f.ends, QStringList("-"));

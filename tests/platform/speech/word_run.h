@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/speech/local_speech_run.h"
+#include "platform/speech/observed_run.h"
 #include "support/await.h"
-#include "support/manual_clock.h"
 #include "support/word_backend.h"
 
 #include <QRegularExpression>
@@ -11,22 +10,9 @@
 
 namespace velun::test {
 
-/// A run of three recognizers of words, with what it emitted.
-struct WordRun {
-  void start() {
-    run = std::make_unique<LocalSpeechRun>(recognizers, input, clock);
-    QObject::connect(run.get(), &SpeechRun::resultReady, [this](const TranscriptionResult& result) {
-      (result.isFinal ? finals : drafts) << result.text;
-    });
-    QObject::connect(run.get(), &SpeechRun::noticed,
-                     [this](const QString& notice) { notices << notice; });
-    QObject::connect(run.get(), &SpeechRun::noticedBriefly,
-                     [this](const QString& notice) { briefNotices << notice; });
-    QObject::connect(run.get(), &LocalSpeechRun::recognizerFailed,
-                     [this](const QString& id) { failed << id; });
-    QObject::connect(run.get(), &SpeechRun::ended,
-                     [this](const std::optional<QString>& error) { ends << error.value_or("-"); });
-  }
+/// A run of three recognizers of words.
+struct WordRun : ObservedRun {
+  void start() { ObservedRun::start(recognizers); }
 
   /// Word by word.
   void say(int first, int last) {
@@ -49,19 +35,10 @@ struct WordRun {
   /// The last draft; null before the first.
   QString draft() const { return drafts.value(drafts.size() - 1); }
 
-  ManualClock clock;
   WordRecognizer a{"A"};
   WordRecognizer b{"B"};
   WordRecognizer c{"C"};
   std::vector<SpeechRecognizer> recognizers = {a.recognizer(), b.recognizer(), c.recognizer()};
-  std::shared_ptr<SpeechInput> input = std::make_shared<SpeechInput>();
-  QStringList drafts;
-  QStringList finals;
-  QStringList notices;
-  QStringList briefNotices;
-  QStringList failed;
-  QStringList ends;
-  std::unique_ptr<LocalSpeechRun> run;
 };
 
 inline QStringList numbers(int first, int last) {
