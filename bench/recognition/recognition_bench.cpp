@@ -106,6 +106,7 @@ struct FolderOptions {
   QString locale;
   bool isRealTime = false;
   QStringList listed;  ///< names and terms that are counted
+  QString model;       ///< the id of an installed model; empty for the first one of the locale
 };
 
 void measureFolder(RecognizerProvider& provider, const FolderOptions& options) {
@@ -119,17 +120,33 @@ void measureFolder(RecognizerProvider& provider, const FolderOptions& options) {
   if (options.isRealTime) printRealTime(outcome);
 }
 
-void measureDownloaded(const FolderOptions& options) {
+/// The whole catalogue, or that of one model and what it needs.
+ModelCatalogue catalogueOf(const QString& id) {
+  const ModelCatalogue all = ModelCatalogue::builtIn();
+  if (id.isEmpty()) return all;
+  std::vector<Model> models = all.ofKind(ModelKind::punctuation);
+  const Model* model = all.find(id);
+  if (!model || model->kind != ModelKind::recognition) {
+    throw std::runtime_error("there is no such recognition model: " + id.toStdString());
+  }
+  models.push_back(*model);
+  return ModelCatalogue(models);
+}
+
+void measureDownloaded(FolderOptions options, bool isLocaleSet) {
   SystemClock clock;
+  const ModelCatalogue catalogue = catalogueOf(options.model);
   ModelStoreOptions storeOptions;
   storeOptions.root = DownloadStore::standardRoot();
   // Reports a metered connection, so that nothing is downloaded in the background.
-  DownloadStore models(ModelCatalogue::builtIn(), storeOptions, clock, [] { return true; });
+  DownloadStore models(catalogue, storeOptions, clock, [] { return true; });
   NeuralRecognizerProvider provider(
-      ModelCatalogue::builtIn(), models,
-      QCoreApplication::applicationDirPath() + "/../bin/velun-recognizer");
+      catalogue, models, QCoreApplication::applicationDirPath() + "/../bin/velun-recognizer");
+  if (!options.model.isEmpty() && !isLocaleSet) {
+    options.locale = provider.supportedLocales().value(0);
+  }
   if (!provider.isInstalled(options.locale)) {
-    throw std::runtime_error("no model is installed for it");
+    throw std::runtime_error("no such model is installed");
   }
   measureFolder(provider, options);
 }
@@ -168,6 +185,7 @@ int main(int argc, char** argv) {
   parser.addPositionalArgument("folder", "WAV files, their transcription and lists of styles",
                                "[folder]");
   parser.addOptions({{"downloaded", "Measure the recognizer that was downloaded."},
+                     {"model", "The same, by the id of its model.", "id"},
                      {"locale", "The language of the clips.", "locale", kLocale},
                      {"real-time", "Play the clips in real time and measure the delays too."},
                      {"words", "Names and terms that the user has listed.", "file"},
@@ -193,9 +211,9 @@ int main(int argc, char** argv) {
       return 0;
     }
     const FolderOptions options{parser.positionalArguments().first(), parser.value("locale"),
-                                parser.isSet("real-time"), listed};
-    if (parser.isSet("downloaded"))
-      measureDownloaded(options);
+                                parser.isSet("real-time"), listed, parser.value("model")};
+    if (parser.isSet("downloaded") || parser.isSet("model"))
+      measureDownloaded(options, parser.isSet("locale"));
     else
       measureFolder(provider, options);
   } catch (const std::exception& error) {
