@@ -16,6 +16,8 @@ struct RecognizerCandidate {
   std::int64_t memoryBytes = 0;  ///< while it runs; 0 if unknown
   /// Whether the user has to read and agree to a licence before its download.
   bool needsAgreement = false;
+  /// Whether Velun adds the case and the punctuation that the model does not write.
+  bool getsPunctuation = false;
   bool isChosen = false;  ///< by the user, for this locale
   /// Whether this machine has the memory and the speed for it.
   bool isSuitable = true;

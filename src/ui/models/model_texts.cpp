@@ -15,12 +15,11 @@ QString text(const BilingualText& both) {
   return L(both.english, both.korean);
 }
 
-/// Whether errors are counted in characters, because the language has no blanks between words.
-bool hasNoBlanks(const QString& language) {
-  return language == "zh" || language == "ja" || language == "th" || language == "yue";
-}
-
-QString writesText(const Model& model) {
+QString writesText(const Model& model, bool getsPunctuation) {
+  if (getsPunctuation) {
+    return L("Writes words; Velun adds capital letters and punctuation",
+             "단어만 쓰며 대문자와 문장 부호는 Velun이 추가합니다");
+  }
   if (model.writesCase && model.writesPunctuation) {
     return L("Writes capital letters and punctuation", "대문자와 문장 부호를 씁니다");
   }
@@ -61,13 +60,12 @@ QString sourceText(ModelErrors::Source source) {
   return L("measured by others", "제삼자 측정");
 }
 
-QString qualityText(ModelQuality quality, const std::optional<ModelErrors>& errors,
-                    const QString& language) {
+QString qualityText(ModelQuality quality, const std::optional<ModelErrors>& errors) {
   const QString word = qualityWord(quality);
   if (!errors) return L("%1, not measured yet", "%1, 측정값 없음").arg(word);
   const QString percent = QLocale::c().toString(
       errors->percent, 'f', errors->percent == std::round(errors->percent) ? 0 : 1);
-  const QString share = hasNoBlanks(language)
+  const QString share = errors->areOfCharacters
                             ? L("%1% of characters wrong", "글자 오류 %1%").arg(percent)
                             : L("%1% of words wrong", "단어 오류 %1%").arg(percent);
   return L("%1: %2 in %3, %4", "%1: %3에서 %2, %4")
@@ -104,14 +102,14 @@ QString sizeText(std::int64_t bytes) {
   return QLocale::c().toString(megabytes, 'f', digits) + " MB";
 }
 
-QStringList factsText(const Model& model, const QString& language) {
+QStringList factsText(const Model& model, const QString& language, bool getsPunctuation) {
   QString memory;
   if (model.memoryBytes > 0) {
     memory = L("%1 of memory", "메모리 %1").arg(sizeText(model.memoryBytes));
   }
   const QString download = L("%1 to download", "다운로드 %1").arg(sizeText(model.downloadBytes()));
-  return {join({writesText(model), stepText(model.stepMs)}),
-          qualityText(model.qualityOf(language), model.errorsOf(language), language),
+  return {join({writesText(model, getsPunctuation), stepText(model.stepMs)}),
+          qualityText(model.qualityOf(language), model.errorsOf(language)),
           join({download, memory, licenceText(model)})};
 }
 
@@ -132,7 +130,7 @@ QStringList builtInFactsText() {
   const ModelErrors errors{
       28, {"speech of many kinds", "여러 종류의 음성"}, ModelErrors::Source::velun};
   return {L("Writes capital letters and punctuation", "대문자와 문장 부호를 씁니다"),
-          qualityText(ModelQuality::higherErrors, errors, "en"),
+          qualityText(ModelQuality::higherErrors, errors),
           L("Comes with Velun and needs no download",
             "Velun에 포함되어 있어 다운로드가 필요 없습니다")};
 }

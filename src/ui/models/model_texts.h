@@ -18,7 +18,7 @@ QString sizeText(std::int64_t bytes);
 
 /// The lines below a recognition model's title: what it writes, its quality in `language`, its
 /// sizes and its licence.
-QStringList factsText(const Model& model, const QString& language);
+QStringList factsText(const Model& model, const QString& language, bool getsPunctuation);
 
 /// The lines below a translation: the quality of `model`, the `bytes` to download for it and for
 /// what else it needs, and its licence.

@@ -110,8 +110,9 @@ ModelRow SpeechModels::row(const RecognizerCandidate& candidate, const QString& 
                               "이 컴퓨터에서 실행할 수 있는 가장 좋은 모델을 사용합니다")});
   }
   if (const Model* model = services_.catalogue->find(candidate.model)) {
-    made.facts = factsText(*model, languageOf(locale));
+    made.facts = factsText(*model, languageOf(locale), candidate.getsPunctuation);
     describe(made, *model, candidate);
+    describeMarks(made, missingMarks(*model, languageOf(locale)));
   } else {
     made.facts = builtInFactsText();
   }
@@ -135,6 +136,26 @@ void SpeechModels::describe(ModelRow& row, const Model& model,
   const std::vector<ModelRowAction> actions = storeActions(store, model);
   row.actions.insert(row.actions.end(), actions.begin(), actions.end());
   row.actions.push_back({ModelAction::showLicence, L("License…", "라이선스…"), {}});
+}
+
+/// The punctuation model that an installed model lacks; null if there is none.
+const Model* SpeechModels::missingMarks(const Model& model, const QString& language) const {
+  if (!services_.store.isInstalled(model)) return nullptr;
+  const Model* marks = services_.catalogue->punctuationFor(model, language);
+  return marks && !services_.store.isInstalled(*marks) ? marks : nullptr;
+}
+
+void SpeechModels::describeMarks(ModelRow& row, const Model* missing) const {
+  if (!missing) return;
+  const ModelState state = services_.store.state(*missing);
+  showState(row, state);
+  std::vector<ModelRowAction> actions = downloadActions(state.stage);
+  if (state.stage == ModelState::Stage::absent) {
+    row.facts.append(
+        L("Its punctuation model is not installed.", "문장 부호 모델이 설치되지 않았습니다."));
+    actions.front().text = L("Install Punctuation", "문장 부호 설치");
+  }
+  row.actions.insert(row.actions.begin(), actions.begin(), actions.end());
 }
 
 void SpeechModels::remove(const Model& model, const Model* marks) {
@@ -161,6 +182,15 @@ bool SpeechModels::isPunctuated(const Model& marks, const Model& except) const {
   return std::ranges::any_of(services_.catalogue->models(), needsIt);
 }
 
+/// What is to be downloaded so that a model can be used with its punctuation.
+std::vector<Model> SpeechModels::missingParts(const Model& model, const Model* marks) const {
+  std::vector<Model> missing;
+  for (const Model* each : {&model, marks}) {
+    if (each && !services_.store.isInstalled(*each)) missing.push_back(*each);
+  }
+  return missing;
+}
+
 void SpeechModels::perform(ModelAction action, const QString& group, const QString& model) {
   if (action == ModelAction::use) return services_.preferences.setChoice(group, model);
   if (action == ModelAction::chooseAutomatically) {
@@ -173,19 +203,21 @@ void SpeechModels::perform(ModelAction action, const QString& group, const QStri
   switch (action) {
     case ModelAction::install:
     case ModelAction::update: {
-      std::vector<Model> wanted = {chosen};
-      if (marks && !services_.store.isInstalled(*marks)) wanted.push_back(*marks);
+      const std::vector<Model> wanted = missingParts(chosen, marks);
       if (agreesToLicences(services_.question, wanted)) downloadAsked(services_, wanted);
       return;
     }
     case ModelAction::resume:
     case ModelAction::retry:
-      downloadAsked(services_, {chosen});
-      return;
+      return downloadAsked(services_, missingParts(chosen, marks));
     case ModelAction::pause:
-      return services_.store.pause(chosen);
+      services_.store.pause(chosen);
+      if (marks) services_.store.pause(*marks);
+      return;
     case ModelAction::cancel:
-      return services_.store.cancel(chosen);
+      services_.store.cancel(chosen);
+      if (marks && !isPunctuated(*marks, chosen)) services_.store.cancel(*marks);
+      return;
     case ModelAction::remove:
       return remove(chosen, marks);
     case ModelAction::showLicence:

@@ -25,6 +25,9 @@ class SpeechModels final : public ModelList {
   ModelGroup group(const QString& locale) const;
   ModelRow row(const RecognizerCandidate& candidate, const QString& locale, bool isUsed) const;
   void describe(ModelRow& row, const Model& model, const RecognizerCandidate& candidate) const;
+  void describeMarks(ModelRow& row, const Model* missing) const;
+  const Model* missingMarks(const Model& model, const QString& language) const;
+  std::vector<Model> missingParts(const Model& model, const Model* marks) const;
   QString summary(const std::vector<RecognizerCandidate>& candidates) const;
   void remove(const Model& model, const Model* marks);
   bool isPunctuated(const Model& marks, const Model& except) const;

@@ -103,6 +103,16 @@ class NeuralRecognizerProviderTest final : public test::Suite {
     QVERIFY(withoutHelper.candidates("en_US").empty());
   }
 
+  void punctuationIsAddedWhereThereIsAModelForIt() {
+    QStringList punctuated;
+    for (const QString& locale : provider_.supportedLocales()) {
+      for (const RecognizerCandidate& each : provider_.candidates(locale)) {
+        if (each.getsPunctuation) punctuated << each.id;
+      }
+    }
+    QCOMPARE(punctuated, QStringList({"nemo-fast-conformer-en-480ms", "zipformer-en-2023-06-26"}));
+  }
+
   void unclearLicenceHasToBeAgreedTo() {
     for (const RecognizerCandidate& each : provider_.candidates("de_DE")) {
       const bool isUnclear = !catalogue_.find(each.model)->licenceNotice.isEmpty();

@@ -37,6 +37,13 @@ Model speechModel(const QString& id, const QString& locale, std::int64_t megabyt
   return model;
 }
 
+ModelState at(ModelState::Stage stage, const QString& failure = {}) {
+  ModelState state;
+  state.stage = stage;
+  state.failure = failure;
+  return state;
+}
+
 ModelCatalogue someModels() {
   Model small = speechModel("small-en", "en_US", 70);
   small.options["punctuation"] = "none";
@@ -234,6 +241,46 @@ class ModelsPageTest final : public test::Suite {
     open();
     press("Install: SMALL-EN");
     QCOMPARE(f_->store.asked, QStringList({"small-en", "marks-en"}));
+  }
+
+  void punctuationIsPausedAndCancelledWithItsModel() {
+    f_->store.setState(model("small-en"), at(ModelState::Stage::downloading));
+    open();
+    press("Pause: SMALL-EN");
+    QCOMPARE(f_->store.paused, QStringList({"small-en", "marks-en"}));
+    f_->store.setState(model("small-en"), at(ModelState::Stage::paused));
+    press("Resume: SMALL-EN");
+    QCOMPARE(f_->store.asked, QStringList({"small-en", "marks-en"}));
+    press("Cancel: SMALL-EN");
+    QCOMPARE(f_->store.cancelled, QStringList({"small-en", "marks-en"}));
+  }
+
+  void punctuationThatAnotherModelNeedsIsNotCancelled() {
+    f_->store.setInstalled(model("other-en"));
+    f_->store.setState(model("small-en"), at(ModelState::Stage::paused));
+    open();
+    press("Cancel: SMALL-EN");
+    QCOMPARE(f_->store.cancelled, QStringList("small-en"));
+  }
+
+  void missingPunctuationOfAnInstalledModelIsInstalled() {
+    f_->store.setInstalled(model("small-en"));
+    open();
+    QVERIFY(shows("Its punctuation model is not installed."));
+    press("Install Punctuation: SMALL-EN");
+    QCOMPARE(f_->store.asked, QStringList("marks-en"));
+    f_->store.setState(model("marks-en"), at(ModelState::Stage::failed, "No connection."));
+    QVERIFY(shows("No connection."));
+    press("Try Again: SMALL-EN");
+    QCOMPARE(f_->store.asked, QStringList({"marks-en", "marks-en"}));
+    f_->store.setInstalled(model("marks-en"));
+    QVERIFY(!shows("No connection.") && !button("Install Punctuation: SMALL-EN"));
+    QVERIFY(button("Remove…: SMALL-EN"));
+  }
+
+  void punctuationThatIsAddedIsSaid() {
+    open();
+    QVERIFY(shows("Writes words; Velun adds capital letters and punctuation"));
   }
 
   void unclearLicenceHasToBeAgreedTo() {

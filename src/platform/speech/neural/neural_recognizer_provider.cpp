@@ -127,6 +127,9 @@ std::vector<RecognizerCandidate> NeuralRecognizerProvider::candidates(const QStr
     const Model* marks = catalogue_.punctuationFor(*model, languageCode(locale));
     candidate.needsAgreement =
         !model->licenceNotice.isEmpty() || (marks && !marks->licenceNotice.isEmpty());
+    const bool isSentenceWritten =
+        punctuation_ && runsInVosk(*model) && languageCode(locale) == QLatin1String("en");
+    candidate.getsPunctuation = marks || isSentenceWritten;
     all.push_back(candidate);
   }
   return all;
