@@ -1,8 +1,7 @@
-"""Tests the page of speech models that scripts/model-table writes."""
+"""Tests the page of models that scripts/model-table writes."""
 
 import importlib.machinery
 import importlib.util
-import json
 import unittest
 from pathlib import Path
 
@@ -17,7 +16,7 @@ def load(name):
 
 
 table = load("model-table")
-MODELS = json.loads(table.CATALOGUE.read_text())["models"]
+MODELS = table.catalogue()
 
 
 class ModelTableTest(unittest.TestCase):
@@ -28,8 +27,21 @@ class ModelTableTest(unittest.TestCase):
     def test_every_recognition_model_is_listed(self):
         page = table.page(MODELS)
         for model in MODELS:
-            self.assertEqual(f"| {model['title']} |" in page, model["kind"] == "recognition",
-                             model["id"])
+            is_listed = "title" in model and f"| {model['title']} |" in page
+            self.assertEqual(is_listed, model["kind"] == "recognition", model["id"])
+
+    def test_every_translation_model_is_listed(self):
+        translations = [model for model in MODELS if model["kind"] == "translation"]
+        table_rows = list(table.translation_table(translations))[2:]
+        self.assertEqual(len(table_rows), len(translations))
+        page = table.page(MODELS)
+        for row in table_rows:
+            self.assertIn(row, page)
+
+    def test_the_translation_model_with_the_highest_score_is_first(self):
+        low, high, unknown = ({"options": {"comet": score}} for score in (0.8, 0.9, None))
+        self.assertEqual(table.by_preference([low, high]), [high, low])
+        self.assertEqual(table.by_preference([low, unknown, high]), [low, unknown, high])
 
     def test_facts_of_a_language_replace_those_of_the_model(self):
         model = {"quality": "good", "languageFacts": {"vi": {"quality": "higherErrors"}}}

@@ -66,9 +66,10 @@ struct ModelErrors {
   /// Who measured them.
   enum class Source { velun, maker, others };
 
-  double percent = 0;    ///< of the words; of the characters in languages without blanks
+  double percent = 0;    ///< of the words or of the characters
   BilingualText speech;  ///< what was recognized
   Source source = Source::maker;
+  bool areOfCharacters = false;
 
   bool operator==(const ModelErrors&) const = default;
 };

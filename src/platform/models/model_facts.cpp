@@ -48,6 +48,9 @@ ModelErrors readErrors(const QJsonValue& value, const CatalogueChecker& checker)
   const auto source = sourceNamed(value["source"].toString());
   checker.require(source.has_value(), "errors without a source");
   errors.source = *source;
+  const QString unit = value["unit"].toString("words");
+  checker.require(unit == "words" || unit == "characters", "errors of an unknown unit");
+  errors.areOfCharacters = unit == "characters";
   return errors;
 }
 

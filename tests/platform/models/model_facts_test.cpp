@@ -15,20 +15,22 @@ QJsonObject speech(const QString& english) {
   return {{"en", english}, {"ko", "낭독"}};
 }
 
-QJsonObject errors(double percent) {
-  return {{"percent", percent}, {"speech", speech("read aloud")}, {"source", "maker"}};
+QJsonObject errors(double percent, const QString& unit = "words") {
+  return {
+      {"percent", percent}, {"unit", unit}, {"speech", speech("read aloud")}, {"source", "maker"}};
 }
 
 QJsonObject goodFacts() {
-  return {{"title", "Small"},
-          {"licenceNotice", QJsonObject{{"en", "Terms."}, {"ko", "조건."}}},
-          {"writes", QJsonArray{"case"}},
-          {"stepMs", 480},
-          {"memoryBytes", qint64{3'000'000'000}},
-          {"quality", "good"},
-          {"errors", errors(9.5)},
-          {"languageFacts",
-           QJsonObject{{"ko", QJsonObject{{"quality", "higherErrors"}, {"errors", errors(25)}}}}}};
+  return {
+      {"title", "Small"},
+      {"licenceNotice", QJsonObject{{"en", "Terms."}, {"ko", "조건."}}},
+      {"writes", QJsonArray{"case"}},
+      {"stepMs", 480},
+      {"memoryBytes", qint64{3'000'000'000}},
+      {"quality", "good"},
+      {"errors", errors(9.5)},
+      {"languageFacts", QJsonObject{{"ko", QJsonObject{{"quality", "higherErrors"},
+                                                       {"errors", errors(25, "characters")}}}}}};
 }
 
 Model read(const QJsonObject& entry, ModelKind kind = ModelKind::recognition) {
@@ -56,9 +58,10 @@ class ModelFactsTest final : public test::Suite {
     QCOMPARE(model.memoryBytes, 3'000'000'000);
     QCOMPARE(model.qualityOf("en"), ModelQuality::good);
     QCOMPARE(model.errorsOf("en"),
-             (ModelErrors{9.5, {"read aloud", "낭독"}, ModelErrors::Source::maker}));
+             (ModelErrors{9.5, {"read aloud", "낭독"}, ModelErrors::Source::maker, false}));
     QCOMPARE(model.qualityOf("ko"), ModelQuality::higherErrors);
     QCOMPARE(model.errorsOf("ko")->percent, 25);
+    QVERIFY(!model.errorsOf("en")->areOfCharacters && model.errorsOf("ko")->areOfCharacters);
   }
 
   void unknownFiguresAreOmitted() {
@@ -86,6 +89,7 @@ class ModelFactsTest final : public test::Suite {
     row("no quality", "quality", QJsonValue::Undefined);
     row("unknown quality", "quality", "best");
     row("negative errors", "errors", errors(-1));
+    row("errors of an unknown unit", "errors", errors(3, "letters"));
     row("errors without speech", "errors", QJsonObject{{"percent", 3}, {"source", "maker"}});
     row("errors without source", "errors", QJsonObject{{"percent", 3}, {"speech", speech("read")}});
     row("facts about another language", "languageFacts",
@@ -99,6 +103,18 @@ class ModelFactsTest final : public test::Suite {
     QJsonObject entry = goodFacts();
     entry[key] = value;
     QVERIFY_EXCEPTION_THROWN(read(entry), Failure);
+  }
+
+  void errorsInLanguagesWithoutBlanksAreOfCharacters() {
+    for (const Model& model : ModelCatalogue::builtIn().ofKind(ModelKind::recognition)) {
+      for (const QString& language : {QString("zh"), QString("ja")}) {
+        const auto errors = model.errorsOf(language);
+        if (!model.languages.contains(language) || !errors) continue;
+        QVERIFY2(errors->areOfCharacters, qPrintable(model.id));
+      }
+    }
+    const Model korean = *ModelCatalogue::builtIn().find("zipformer-ko-72m-chunk-16");
+    QVERIFY(korean.errorsOf("ko")->areOfCharacters);
   }
 
   void builtInModelsSayWhatTheyWrite() {
