@@ -13,8 +13,8 @@ class DecodingSpeed {
   /// thread.
   using Report = std::function<void(double realTimeFactor)>;
 
-  /// Less audio than this says too little. Seconds.
-  static constexpr double kMinSeconds = 5;
+  /// Less audio than this says too little: the first seconds after loading are slower. Seconds.
+  static constexpr double kMinSeconds = 20;
 
   /// Adds decoded audio and the time that it took. Seconds.
   void add(double audio, double decoding) {
