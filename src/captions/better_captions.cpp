@@ -53,7 +53,9 @@ std::optional<BetterCaptions::Offer> BetterCaptions::find() {
   });
   if (best == all.end()) return findToAgree(all, support->locale);
   if (!isNeeded && !best->isSuitable) return std::nullopt;
-  return makeOffer(best->id, isNeeded, modelsOf(*best, support->locale));
+  std::optional<Offer> offer = makeOffer(best->id, isNeeded, modelsOf(*best, support->locale));
+  if (offer) offer->isSuitable = best->isSuitable;
+  return offer;
 }
 
 std::optional<BetterCaptions::Offer> BetterCaptions::findToAgree(

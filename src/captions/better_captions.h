@@ -28,6 +28,7 @@ class BetterCaptions final : public QObject {
     bool isNeeded = false;  ///< nothing else can recognize the language
     /// Its licence has to be agreed to first, which the page "Languages & Models" asks for.
     bool needsAgreement = false;
+    bool isSuitable = true;  ///< this machine has the memory and the speed for it
     std::int64_t bytes = 0;  ///< the size of the whole download
     ModelState state;        ///< of all its models together
 

@@ -122,8 +122,12 @@ void DownloadOfferView::presentUntouched(const BetterCaptions::Offer& offer) {
     showText(L("This connection is metered.", "데이터 사용량에 따라 요금이 부과되는 연결입니다."));
     showButtons(L("Download %1 Anyway", "그래도 %1 다운로드").arg(size), notNow);
   } else if (offer.isNeeded) {
-    showText(L("Captions in this language need a download.",
-               "이 언어의 자막을 사용하려면 다운로드가 필요합니다."));
+    showText(offer.isSuitable
+                 ? L("Captions in this language need a download.",
+                     "이 언어의 자막을 사용하려면 다운로드가 필요합니다.")
+                 : L("Captions in this language need a large model. They may be slow on this "
+                     "computer.",
+                     "이 언어의 자막에는 큰 모델이 필요합니다. 이 컴퓨터에서는 느릴 수 있습니다."));
     showButtons(L("Download %1", "%1 다운로드").arg(size), notNow);
   } else {
     showButtons(L("Better captions: download %1", "더 나은 자막: %1 다운로드").arg(size), notNow);

@@ -134,6 +134,18 @@ class CaptionEmptyStateTest final : public Suite {
     QCOMPARE(f.store.asked, QStringList("best"));
   }
 
+  void modelThatIsTooLargeForTheComputerIsSaid() {
+    Fixture f;
+    f.speech.script->candidates.pop_back();
+    f.better.update();
+    QCOMPARE(f.text(), QString("Captions in this language need a download."));
+    f.speech.script->candidates.front().isSuitable = false;
+    f.better.update();
+    QCOMPARE(f.text(), QString("Captions in this language need a large model. They may be slow on "
+                               "this computer."));
+    QCOMPARE(f.buttons(), QStringList("Download 134 MB"));
+  }
+
   void licenceThatMustBeReadLeadsToTheModels() {
     Fixture f;
     f.speech.script->candidates.front().needsAgreement = true;
