@@ -151,8 +151,9 @@ bool LanguagePopup::event(QEvent* event) {
 }
 
 void LanguagePopup::closeUnlessActive() {
-  // It may have been closed and opened again meanwhile.
-  if (wasActive_ && !isActiveWindow()) hide();
+  // It may have been closed and opened again meanwhile. In some styles isActiveWindow() is true
+  // when the window below it is the active one.
+  if (wasActive_ && QApplication::activeWindow() != this) hide();
 }
 
 void LanguagePopup::hideEvent(QHideEvent* event) {

@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QProxyStyle>
 #include <QScreen>
 #include <QSignalSpy>
 
@@ -24,6 +25,16 @@ std::vector<LanguageChoice> choices() {
           {"bn", "Bangla", {}},
           {"ko_KR", "Korean (South Korea)", 70'000}};
 }
+
+/// Shares the activation of a window with its tools.
+class SharingStyle final : public QProxyStyle {
+ public:
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* data) const override {
+    return hint == SH_Widget_ShareActivation ? 1
+                                             : QProxyStyle::styleHint(hint, option, widget, data);
+  }
+};
 
 }  // namespace
 
@@ -152,10 +163,19 @@ class LanguagePopupTest final : public test::Suite {
     QCOMPARE(chosen[0][0].toString(), QString("fr_FR"));
   }
 
+  void anotherActiveWindowClosesIt_data() {
+    QTest::addColumn<bool>("sharesActivation");
+    QTest::newRow("most styles") << false;
+    QTest::newRow("a style in which tools are active with their window") << true;
+  }
   void anotherActiveWindowClosesIt() {
+    QFETCH(bool, sharesActivation);
+    SharingStyle style;
+    if (sharesActivation) popup_->setStyle(&style);
     open();
     owner_->activateWindow();
     QTRY_VERIFY(!popup_->isVisible());
+    popup_->setStyle(nullptr);
   }
 
   void anotherWindowThatIsActiveForAMomentDoesNotCloseIt() {
