@@ -80,6 +80,7 @@ void AppCoordinator::prepareWindow(QWidget* window) {
 WindowState AppCoordinator::windowState() const {
   return {.isPanelVisible = captionWindow_ && captionWindow_->isShown(),
           .canClickThrough = services_.desktop.capabilities().passesClicks,
+          .canPlacePanel = services_.desktop.capabilities().placesWindows,
           .isHistoryActive = sessions_ && sessions_->isKeyWindow(),
           .hasSelection = sessions_ && sessions_->hasSelection()};
 }
@@ -105,6 +106,10 @@ void AppCoordinator::perform(AppCommand command) {
       return captionWindow_->show();
     case AppCommand::restorePosition:
       return captionWindow_->restorePosition();
+    case AppCommand::movePanel:
+      return captionWindow_->moveToNextPlace();
+    case AppCommand::movePanelToNextScreen:
+      return captionWindow_->moveToNextScreen();
     case AppCommand::newSession:
       return ending_.newSession();
     case AppCommand::saveSession:
@@ -178,6 +183,8 @@ void AppCoordinator::observe() {
   connect(&services_.desktop, &DesktopPlatform::colorSchemeChanged, this, applyLook);
   connect(&services_.desktop, &DesktopPlatform::contrastChanged, this, applyLook);
   connect(&services_.desktop, &DesktopPlatform::motionChanged, this, applyLook);
+  connect(&services_.desktop, &DesktopPlatform::capabilitiesChanged, &commands_,
+          &AppCommands::refresh);
   applyLook();
 
   connect(&Localization::shared(), &Localization::languageChanged, this, [this] {

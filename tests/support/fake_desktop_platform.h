@@ -3,6 +3,8 @@
 
 #include "platform/desktop/desktop_platform.h"
 
+#include <QMargins>
+#include <QScreen>
 #include <QStringList>
 
 namespace velun::test {
@@ -12,6 +14,9 @@ class FakeDesktopPlatform final : public DesktopPlatform {
  public:
   const DesktopCapabilities& capabilities() const override { return can; }
   void refreshCapabilities() override { ++refreshes; }
+  QRect availableArea(const QScreen& screen) const override {
+    return screen.availableGeometry() - dock;
+  }
   void prepareToShow(QWindow&, bool keepOnTop) override {
     calls << (keepOnTop ? "prepare floating" : "prepare normal");
   }
@@ -64,6 +69,8 @@ class FakeDesktopPlatform final : public DesktopPlatform {
 
   DesktopCapabilities can;
   QStringList calls;
+  /// The edges of every screen that docks cover.
+  QMargins dock;
   QRegion blur;
   QRegion shape;
   QRect frame;

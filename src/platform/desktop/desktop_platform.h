@@ -5,8 +5,10 @@
 #include "platform/desktop/desktop_capabilities.h"
 
 #include <QObject>
+#include <QRect>
 #include <QRegion>
 
+class QScreen;
 class QWindow;
 
 namespace velun {
@@ -22,6 +24,9 @@ class DesktopPlatform : public QObject {
 
   /// Checks again what can change without a notification: whether casts can be watched.
   virtual void refreshCapabilities() = 0;
+
+  /// The part of a screen that no dock covers, in points.
+  virtual QRect availableArea(const QScreen& screen) const = 0;
 
   /// Sets a window's level, puts it on every virtual desktop and keeps it out of task lists. Call
   /// it before each show, once the native window exists.

@@ -68,7 +68,7 @@ void CaptionPanel::addEdges() {
     });
     connect(edges_[i], &PanelEdge::moved, this,
             [this](const QPoint& position) { drag_.follow(*this, position); });
-    connect(edges_[i], &PanelEdge::released, this, [this] { drag_.end(); });
+    connect(edges_[i], &PanelEdge::released, this, &CaptionPanel::endDrag);
   }
 }
 
@@ -162,7 +162,11 @@ void CaptionPanel::beginMove(const QPoint& globalPosition) {
 }
 
 bool CaptionPanel::event(QEvent* event) {
-  if (event->type() == QEvent::Enter) Q_EMIT hoveringChanged(true);
+  if (event->type() == QEvent::Enter) {
+    Q_EMIT hoveringChanged(true);
+    // The window manager holds the pointer while it moves the panel.
+    if (drag_.isByManager()) endDrag();
+  }
   // A window that is hidden under the pointer gets no leave event.
   if (event->type() == QEvent::Leave || event->type() == QEvent::Hide) {
     Q_EMIT hoveringChanged(false);
@@ -222,7 +226,11 @@ void CaptionPanel::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void CaptionPanel::mouseReleaseEvent(QMouseEvent*) {
-  drag_.end();
+  endDrag();
+}
+
+void CaptionPanel::endDrag() {
+  if (drag_.end(*this)) Q_EMIT moved();
 }
 
 }  // namespace velun

@@ -51,6 +51,8 @@ class CaptionPanel final : public QWidget {
   void hoveringChanged(bool hovering);
   /// The panel was moved or resized.
   void frameChanged();
+  /// The user has moved the panel with the mouse.
+  void moved();
   /// The window manager closed the panel.
   void closed();
 
@@ -72,6 +74,7 @@ class CaptionPanel final : public QWidget {
   void tellFrame();
   /// Updates the blurred region, or the shape of the window.
   void updateRegions();
+  void endDrag();
   QColor fill() const;
 
   DesktopPlatform& desktop_;

@@ -10,6 +10,7 @@
 #include "ui/caption/caption_view.h"
 #include "ui/caption/motion.h"
 #include "ui/caption/panel_frame.h"
+#include "ui/caption/panel_place.h"
 #include "ui/common/window_frame.h"
 
 #include <algorithm>
@@ -23,7 +24,7 @@ namespace velun {
 namespace {
 
 constexpr std::chrono::milliseconds kStoreDelay{500};
-const auto kFrameName = QStringLiteral("CaptionPanel");
+constexpr std::chrono::milliseconds kSnapTime{120};
 // The part of the panel that must stay on the screen, in points.
 constexpr int kMinInView = 16;
 
@@ -32,6 +33,12 @@ bool canBeReached(const QRect& frame, const QList<QRect>& areas) {
     const QRect inView = area & frame;
     return inView.width() >= kMinInView && inView.height() >= kMinInView;
   });
+}
+
+QList<QRect> screenFrames() {
+  QList<QRect> frames;
+  for (const QScreen* screen : QGuiApplication::screens()) frames << screen->geometry();
+  return frames;
 }
 
 }  // namespace
@@ -49,9 +56,11 @@ CaptionWindowController::CaptionWindowController(CaptionViewModel& model, AppCom
       },
       services.betterCaptions, services.smallerRecognizer);
   panel_->setContent(view_);
-  const QRect usual = defaultPanelFrame(availableArea(QApplication::primaryScreen()));
-  const std::optional<QRect> kept = readFrame(services.frames, kFrameName);
-  panel_->setGeometry(kept ? movedIntoView(*kept, freeAreas()) : usual);
+  const std::optional<QRect> kept = readPanelFrame(services.frames);
+  screens_ = screenFrames();
+  panel_->setGeometry(
+      kept ? movedIntoView(*kept, areas())
+           : defaultPanelFrame(areaOf(QApplication::primaryScreen()->geometry(), areas())));
   updateContentHeight();
   motion_.setEasingCurve(QEasingCurve::InOutCubic);
   connectToPanel();
@@ -80,18 +89,41 @@ void CaptionWindowController::connectToPanel() {
     if (animatingFrame_) panel_->setGeometry(value.toRect());
   });
   connect(&motion_, &QVariantAnimation::finished, this, &CaptionWindowController::finishMotion);
-  // The window manager may leave only a corner of the panel visible. Queued, because Qt still lists
-  // the removed screen during the signal.
-  connect(
-      qApp, &QGuiApplication::screenRemoved, this,
-      [this] {
-        if (panel_->isVisible()) moveTo(movedIntoView(settledFrame(), freeAreas()), 0);
-      },
-      Qt::QueuedConnection);
+  connect(panel_.get(), &CaptionPanel::moved, this, &CaptionWindowController::snap);
+  connectToScreens();
   connect(qApp, &QCoreApplication::aboutToQuit, this, [this] {
     setHeader(false, false);
     storeFrame();
   });
+}
+
+void CaptionWindowController::connectToScreens() {
+  // Queued, because Qt still lists a removed screen during the signal.
+  const auto follow = [this](QScreen* screen) {
+    connect(screen, &QScreen::geometryChanged, this, &CaptionWindowController::followScreens,
+            Qt::QueuedConnection);
+  };
+  for (QScreen* screen : QGuiApplication::screens()) follow(screen);
+  connect(qApp, &QGuiApplication::screenAdded, this, follow);
+  connect(qApp, &QGuiApplication::screenAdded, this, &CaptionWindowController::followScreens,
+          Qt::QueuedConnection);
+  connect(qApp, &QGuiApplication::screenRemoved, this, &CaptionWindowController::followScreens,
+          Qt::QueuedConnection);
+}
+
+QList<QRect> CaptionWindowController::areas() const {
+  QList<QRect> areas;
+  for (const QScreen* screen : QGuiApplication::screens()) {
+    areas << services_.desktop.availableArea(*screen);
+  }
+  return areas;
+}
+
+void CaptionWindowController::followScreens() {
+  if (const QList<QRect> now = screenFrames(); std::exchange(screens_, now) == now) return;
+  // The window manager may have moved the panel, or left only a corner of it visible.
+  const QRect frame = readPanelFrame(services_.frames).value_or(frameWithoutHeader());
+  place(movedIntoView(frame, areas()), 0);
 }
 
 void CaptionWindowController::connectToSettings() {
@@ -173,7 +205,7 @@ void CaptionWindowController::applyVisibility() {
   if (visible != panel_->isVisible()) {
     if (visible) {
       // Its screen may have been removed while it was hidden.
-      const QList<QRect> areas = freeAreas();
+      const QList<QRect> areas = this->areas();
       const QRect frame = panel_->geometry();
       const auto holds = [&frame](const QRect& area) {
         return area.intersects(frame);
@@ -236,20 +268,59 @@ void CaptionWindowController::setHeader(bool visible, bool animated) {
   headerShown_ = visible;
   QRect frame = settledFrame();
   if (visible) {
-    // Limited to the room above: a window manager would otherwise push the whole panel down.
-    const int room = frame.top() - availableArea(panel_->screen()).top();
-    headerGrowth_ = std::clamp(room, 0, CaptionAppearance::headerHeight);
-    frame.setTop(frame.top() - headerGrowth_);
+    growForHeader(frame);
     view_->setHeaderInSight(true);
   } else {
     panel_->setMinimumHeight(CaptionAppearance::minimumSize.height());
     frame.setTop(frame.top() + std::exchange(headerGrowth_, 0));
     // It may have been dragged to where only the header was visible.
-    const QList<QRect> areas = freeAreas();
+    const QList<QRect> areas = this->areas();
     if (!canBeReached(frame, areas)) frame = movedIntoView(frame, areas);
   }
   animatingHeader_ = animated;
   moveTo(frame, animated ? motionTime(*panel_, CaptionAppearance::headerDuration) : 0);
+}
+
+void CaptionWindowController::growForHeader(QRect& frame) {
+  // Limited to the room above: a window manager would otherwise push the whole panel down.
+  const int room = frame.top() - areaOf(frame, areas()).top();
+  headerGrowth_ = std::clamp(room, 0, CaptionAppearance::headerHeight);
+  frame.setTop(frame.top() - headerGrowth_);
+}
+
+QRect CaptionWindowController::frameWithoutHeader() const {
+  QRect frame = settledFrame();
+  frame.setTop(frame.top() + headerGrowth_);
+  return frame;
+}
+
+void CaptionWindowController::place(QRect frame, int milliseconds) {
+  panel_->setMinimumHeight(CaptionAppearance::minimumSize.height());
+  if (headerShown_) growForHeader(frame);
+  moveTo(frame, milliseconds);
+}
+
+void CaptionWindowController::snap() {
+  const QRect frame = frameWithoutHeader();
+  const QRect area = areaOf(frame, areas());
+  QRect target = snapped(frame, area);
+  // The header reaches the top before the captions do.
+  if (headerGrowth_ > 0 && panel_->y() < area.top() + kPlaceGap) {
+    target.moveTop(area.top() + kPlaceGap);
+  }
+  if (target != frame) place(target, motionTime(*panel_, kSnapTime));
+}
+
+void CaptionWindowController::moveToNextPlace() {
+  const QRect frame = frameWithoutHeader();
+  place(movedToNextPlace(frame, areaOf(frame, areas())),
+        motionTime(*panel_, CaptionAppearance::headerDuration));
+  show();
+}
+
+void CaptionWindowController::moveToNextScreen() {
+  place(movedToNextArea(frameWithoutHeader(), areas()), 0);
+  show();
 }
 
 void CaptionWindowController::moveTo(const QRect& frame, int milliseconds) {
@@ -276,10 +347,8 @@ void CaptionWindowController::finishMotion() {
 }
 
 void CaptionWindowController::restorePosition() {
-  const QScreen* screen = panel_->screen() ? panel_->screen() : QApplication::primaryScreen();
-  headerGrowth_ = headerShown_ ? CaptionAppearance::headerHeight : 0;
-  moveTo(defaultPanelFrame(availableArea(screen), headerGrowth_),
-         motionTime(*panel_, CaptionAppearance::headerDuration));
+  place(defaultPanelFrame(areaOf(panel_->geometry(), areas())),
+        motionTime(*panel_, CaptionAppearance::headerDuration));
   show();
 }
 
@@ -290,9 +359,7 @@ void CaptionWindowController::storeFrameLater() {
 void CaptionWindowController::storeFrame() {
   storing_.reset();
   if (!panel_->hasPlace()) return;
-  QRect frame = settledFrame();
-  frame.setTop(frame.top() + headerGrowth_);
-  writeFrame(services_.frames, kFrameName, frame);
+  writePanelFrame(services_.frames, frameWithoutHeader());
 }
 
 }  // namespace velun

@@ -70,6 +70,10 @@ class CaptionWindowController final : public QObject {
   void updateContentHeight();
   /// Moves the panel to its default frame and brings it to the front.
   void restorePosition();
+  /// Moves the panel to the next of nine places on its screen, and shows it.
+  void moveToNextPlace();
+  /// Moves the panel to the next screen, and shows it.
+  void moveToNextScreen();
 
  Q_SIGNALS:
   /// `isShown` or `isSuppressed` changed.
@@ -77,6 +81,7 @@ class CaptionWindowController final : public QObject {
 
  private:
   void connectToPanel();
+  void connectToScreens();
   void connectToSettings();
   void present();
   void applyPreferences();
@@ -86,8 +91,18 @@ class CaptionWindowController final : public QObject {
   void applyVisibility();
   void applyClickThrough();
   void orderFront();
+  /// The parts of the screens that no dock covers.
+  QList<QRect> areas() const;
+  void followScreens();
   /// The panel's frame, or its target frame while it is being animated.
   QRect settledFrame() const;
+  /// The same without the header.
+  QRect frameWithoutHeader() const;
+  /// Moves the panel to a frame without the header, to which a visible header is added.
+  void place(QRect frame, int milliseconds);
+  /// Moves a panel that the user has dropped near an edge onto it.
+  void snap();
+  void growForHeader(QRect& frame);
   void moveTo(const QRect& frame, int milliseconds);
   void finishMotion();
   void storeFrameLater();
@@ -108,6 +123,7 @@ class CaptionWindowController final : public QObject {
   bool wasSuppressed_ = false;
   bool wasKeptOnTop_ = false;
   std::unique_ptr<ScheduledCall> storing_;
+  QList<QRect> screens_;
 };
 
 }  // namespace velun

@@ -15,16 +15,20 @@ void PanelDrag::begin(QWidget& window, Qt::Edges edges, const QPoint& globalPosi
   const bool taken =
       byManager && handle && (edges ? handle->startSystemResize(edges) : handle->startSystemMove());
   following_ = !taken;
+  byManager_ = taken;
   edges_ = edges;
   start_ = globalPosition;
   frame_ = window.geometry();
   reported_ = !taken && handle && desktop_.followPointer(*handle);
 }
 
-void PanelDrag::end() {
+bool PanelDrag::end(const QWidget& window) {
   // Which reports for the last time.
   if (reported_) desktop_.stopFollowingPointer();
+  const bool wasDragging = following_ || byManager_;
   following_ = reported_ = false;
+  byManager_ = false;
+  return wasDragging && !edges_ && window.pos() != frame_.topLeft();
 }
 
 void PanelDrag::follow(QWidget& window, const QPoint& globalPosition) const {

@@ -24,7 +24,10 @@ class PanelDrag final {
   void follow(QWidget& window, const QPoint& globalPosition) const;
   /// Follows the pointer's reported motion since the press.
   void followBy(QWidget& window, const QPointF& by);
-  void end();
+  /// Whether the window manager may still be moving the window.
+  bool isByManager() const { return byManager_; }
+  /// Returns whether the window was moved, not resized.
+  bool end(const QWidget& window);
 
  private:
   void apply(QWidget& window, const QPoint& by) const;
@@ -33,6 +36,7 @@ class PanelDrag final {
   bool following_ = false;
   /// The desktop reports the pointer's motion.
   bool reported_ = false;
+  bool byManager_ = false;
   Qt::Edges edges_;
   QPoint start_;
   QRect frame_;

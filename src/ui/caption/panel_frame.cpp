@@ -2,7 +2,10 @@
 #include "ui/caption/panel_frame.h"
 
 #include "ui/caption/caption_appearance.h"
+#include "ui/caption/panel_place.h"
+#include "ui/common/window_frame.h"
 
+#include <QGuiApplication>
 #include <QScreen>
 
 namespace velun {
@@ -10,18 +13,33 @@ namespace velun {
 namespace {
 
 constexpr QRect kFallbackArea(0, 0, 1440, 900);
+const auto kName = QStringLiteral("CaptionPanel");
+
+/// The name of the frame for the present arrangement of screens.
+QString nameHere() {
+  QList<QRect> screens;
+  for (const QScreen* screen : QGuiApplication::screens()) screens << screen->geometry();
+  return kName + u' ' + nameOfArrangement(screens);
+}
 
 }  // namespace
 
-QRect availableArea(const QScreen* screen) {
-  return screen ? screen->availableGeometry() : kFallbackArea;
+QRect defaultPanelFrame(const QRect& area, int extraHeight) {
+  const QRect room = area.isEmpty() ? kFallbackArea : area;
+  const QSize size = CaptionAppearance::defaultSize + QSize(0, extraHeight);
+  const int left = room.x() + room.width() / 2 - size.width() / 2;
+  const int bottom = room.y() + room.height() - CaptionAppearance::defaultBottomGap;
+  return QRect(QPoint(left, bottom - size.height()), size);
 }
 
-QRect defaultPanelFrame(const QRect& area, int extraHeight) {
-  const QSize size = CaptionAppearance::defaultSize + QSize(0, extraHeight);
-  const int left = area.x() + area.width() / 2 - size.width() / 2;
-  const int bottom = area.y() + area.height() - CaptionAppearance::defaultBottomGap;
-  return QRect(QPoint(left, bottom - size.height()), size);
+std::optional<QRect> readPanelFrame(const PreferenceStore& frames) {
+  const std::optional<QRect> here = readFrame(frames, nameHere());
+  return here ? here : readFrame(frames, kName);
+}
+
+void writePanelFrame(PreferenceStore& frames, const QRect& frame) {
+  writeFrame(frames, kName, frame);
+  writeFrame(frames, nameHere(), frame);
 }
 
 }  // namespace velun

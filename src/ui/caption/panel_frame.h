@@ -1,17 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <optional>
 #include <QRect>
-
-class QScreen;
 
 namespace velun {
 
+class PreferenceStore;
+
 /// The caption panel's default frame: centred in a screen's available area, 60 points above its
-/// bottom, with `extraHeight` added at the top.
+/// bottom, with `extraHeight` added at the top. An empty area counts as 1440 × 900 at the origin.
 QRect defaultPanelFrame(const QRect& area, int extraHeight = 0);
 
-/// The available area of the screen; 1440 × 900 at the origin when `screen` is null.
-QRect availableArea(const QScreen* screen);
+/// The panel's frame that was last stored with the present arrangement of screens, or else with
+/// any; nullopt without one. Main thread.
+std::optional<QRect> readPanelFrame(const PreferenceStore& frames);
+
+/// Stores the frame for the present arrangement of screens and as the last one.
+void writePanelFrame(PreferenceStore& frames, const QRect& frame);
 
 }  // namespace velun

@@ -9,6 +9,7 @@
 #include <QActionGroup>
 #include <QGuiApplication>
 #include <QMenu>
+#include <QScreen>
 #include <QWindow>
 
 namespace velun {
@@ -39,7 +40,8 @@ std::vector<AppCommands::Row> AppCommands::rows() const {
   const AppSettings& settings = model_.settings();
   const bool isSettled = !model_.isSwitching();
   const bool hasLines = !model_.lines().empty();
-  const auto [isPanelVisible, canClickThrough, isHistoryActive, hasSelection] = windows_();
+  const auto [isPanelVisible, canClickThrough, canPlacePanel, isHistoryActive, hasSelection] =
+      windows_();
   const bool hasDocument = isHistoryActive ? hasSelection : hasLines;
   return {
       {.command = toggleCaptions,
@@ -78,6 +80,16 @@ std::vector<AppCommands::Row> AppCommands::rows() const {
       {.command = restorePosition,
        .name = "restore-position",
        .text = L("Restore Default Position", "기본 위치로 복원")},
+      {.command = movePanel,
+       .name = "move-panel",
+       .text = L("Move Caption Window", "자막 창 옮기기"),
+       .shortcut = Qt::CTRL | Qt::Key_M,
+       .isEnabled = canPlacePanel},
+      {.command = movePanelToNextScreen,
+       .name = "move-panel-to-next-screen",
+       .text = L("Move to Next Screen", "다음 화면으로 옮기기"),
+       .shortcut = Qt::CTRL | Qt::SHIFT | Qt::Key_M,
+       .isEnabled = canPlacePanel && QGuiApplication::screens().size() > 1},
       {.command = newSession,
        .name = "new-session",
        .text = L("New Session", "새 세션"),
@@ -155,6 +167,9 @@ AppCommands::AppCommands(const CaptionViewModel& model, std::function<WindowStat
   }
   connect(&Localization::shared(), &Localization::languageChanged, this, &AppCommands::refresh);
   connect(qApp, &QGuiApplication::focusWindowChanged, this, &AppCommands::refresh);
+  for (const auto signal : {&QGuiApplication::screenAdded, &QGuiApplication::screenRemoved}) {
+    connect(qApp, signal, this, &AppCommands::refresh, Qt::QueuedConnection);
+  }
   refresh();
 }
 

@@ -22,6 +22,9 @@ enum class AppCommand {
   togglePanel,
   showPanel,
   restorePosition,
+  /// Moves the panel to the next of nine places on its screen.
+  movePanel,
+  movePanelToNextScreen,
   newSession,
   saveSession,
   /// Saves what the active window shows: the selected saved session or the current one.
@@ -43,6 +46,8 @@ struct WindowState {
   bool isPanelVisible = false;
   /// The desktop can let the pointer through the panel.
   bool canClickThrough = false;
+  /// The program can choose the panel's place.
+  bool canPlacePanel = false;
   /// The saved-sessions window has the keyboard.
   bool isHistoryActive = false;
   /// A saved session is selected.

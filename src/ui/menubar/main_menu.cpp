@@ -49,7 +49,8 @@ void MainMenu::fill(AppCommands& commands) {
     applicationMenu_.addAction(&commands.action(command));
   }
   applicationMenu_.addSeparator();
-  for (const AppCommand command : {togglePanel, toggleClickThrough}) {
+  for (const AppCommand command :
+       {togglePanel, movePanel, movePanelToNextScreen, toggleClickThrough}) {
     applicationMenu_.addAction(&commands.action(command));
   }
   applicationMenu_.addSeparator();

@@ -71,6 +71,35 @@ class PanelScreens(PlainCase):
         self.wait_for_panel_at(1280 - SIZE[0], 300)
         self.quit()
 
+    def test_it_comes_back_with_its_screen(self):
+        self.launch_with_panel_at(100, 100)
+        self.wait_for_panel_at(100, 100)
+        self.program.action("move-panel-to-next-screen")
+        self.wait_for_panel_at(1380, 100)
+        both = "CaptionPanel 1280x800+0+0 1280x800+1280+0"
+        self.desktop.wait("the place to be kept",
+                          lambda: self.program.read_preferences().get(both) == "1380 100 560 250")
+        self.desktop.run("xrandr", "--delmonitor", "right")
+        self.wait_for_panel_at(1280 - SIZE[0], 100)
+        self.desktop.run("xrandr", "--setmonitor", "right", "1280/340x800/210+1280+0", "none")
+        self.wait_for_panel_at(1380, 100)
+        self.quit()
+
+    def test_it_stays_clear_of_a_dock(self):
+        self.desktop.start(["trayer", "--edge", "bottom", "--widthtype", "percent", "--width",
+                            "100", "--height", "50", "--SetDockType", "true", "--SetPartialStrut",
+                            "true"])
+        self.desktop.wait("the area without the dock",
+                          lambda: "750" in self.desktop.run("xprop", "-root", "_NET_WORKAREA"))
+        self.launch_with_panel_at(100, 700)
+        self.wait_for_panel_at(100, 750 - SIZE[1])
+        # From the nearest of the nine places to the ones after it.
+        self.program.action("move-panel")
+        self.wait_for_panel_at(12, 750 - 12 - SIZE[1])
+        self.program.action("move-panel")
+        self.wait_for_panel_at((1280 - SIZE[0]) // 2, 750 - 12 - SIZE[1])
+        self.quit()
+
 
 if __name__ == "__main__":
     unittest.main()

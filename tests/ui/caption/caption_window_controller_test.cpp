@@ -6,6 +6,7 @@
 #include "ui/caption/caption_header_view.h"
 #include "ui/caption/caption_notice.h"
 #include "ui/caption/panel_frame.h"
+#include "ui/caption/panel_place.h"
 #include "ui/caption/panel_stage.h"
 #include "ui/common/window_frame.h"
 
@@ -30,7 +31,7 @@ class CaptionWindowControllerTest final : public test::Suite {
 
   void defaultPositionWithoutAScreen() {
     // 60 points above the bottom of a screen of 900; y counts from the top.
-    QCOMPARE(defaultPanelFrame(availableArea(nullptr)), QRect(440, 590, 560, 250));
+    QCOMPARE(defaultPanelFrame(QRect()), QRect(440, 590, 560, 250));
   }
 
   void startsHiddenAtTheDefaultPosition() {
@@ -220,6 +221,67 @@ class CaptionWindowControllerTest final : public test::Suite {
     const PanelStage again({}, nullptr, &frames);
     QCOMPARE(again.panel().geometry(), frame);
     QVERIFY(!again.controller->headerShown());
+  }
+
+  void frameBelongsToTheArrangementOfScreens() {
+    test::MemoryPreferences frames;
+    writeFrame(frames, "CaptionPanel", QRect(10, 20, 560, 250));
+    const QRect screen = QGuiApplication::primaryScreen()->geometry();
+    const QString here = "CaptionPanel " + nameOfArrangement({screen});
+    {
+      PanelStage first({}, nullptr, &frames);
+      QCOMPARE(first.panel().geometry(), QRect(10, 20, 560, 250));
+      first.controller->show();
+      first.panel().setGeometry(30, 40, 600, 250);
+      first.clock.advance(1s);
+    }
+    QVERIFY(frames.values.contains(here));
+    // Another arrangement was used meanwhile.
+    writeFrame(frames, "CaptionPanel", QRect(50, 60, 560, 250));
+    const PanelStage again({}, nullptr, &frames);
+    QCOMPARE(again.panel().geometry(), QRect(30, 40, 600, 250));
+  }
+
+  void movesToTheNextOfNinePlacesWithItsHeader() {
+    PanelStage stage;
+    stage.controller->show();
+    stage.desktop.dock = QMargins(0, 0, 0, 40);
+    const QRect free = area() - stage.desktop.dock;
+    stage.panel().setGeometry(framedAt(4, stage.panel().geometry(), free));
+    stage.controller->setHeader(true, false);
+    stage.controller->moveToNextPlace();
+    QRect expected = framedAt(5, QRect(0, 0, 560, 250), free);
+    QCOMPARE(stage.panel().geometry(), expected.adjusted(0, -44, 0, 0));
+    stage.controller->setHeader(false, false);
+    QCOMPARE(stage.panel().geometry(), expected);
+    for (int step = 0; step < 3; ++step) stage.controller->moveToNextPlace();
+    QCOMPARE(stage.panel().geometry().bottom(), free.bottom() - kPlaceGap);
+    // At the top there is room for a part of the header only.
+    stage.controller->setHeader(true, false);
+    stage.controller->moveToNextPlace();
+    QCOMPARE(stage.panel().geometry(),
+             framedAt(0, QRect(0, 0, 560, 250), free).adjusted(0, -kPlaceGap, 0, 0));
+  }
+
+  void movingShowsAHiddenPanel() {
+    PanelStage stage;
+    stage.controller->moveToNextPlace();
+    QVERIFY(stage.controller->isShown());
+  }
+
+  void aDraggedPanelSnapsWithItsHeader() {
+    PanelStage stage;
+    stage.controller->show();
+    stage.controller->setHeader(true, false);
+    stage.panel().setGeometry(area().x() + 5, area().y() + 100, 560, 294);
+    Q_EMIT stage.panel().moved();
+    QCOMPARE(stage.panel().geometry(), QRect(area().x() + kPlaceGap, area().y() + 100, 560, 294));
+    // The header is at the top of the screen.
+    stage.panel().setGeometry(area().x() + 50, area().y() + 4, 560, 294);
+    Q_EMIT stage.panel().moved();
+    QCOMPARE(stage.panel().geometry(), QRect(area().x() + 50, area().y(), 560, 262));
+    stage.controller->setHeader(false, false);
+    QCOMPARE(stage.panel().geometry(), QRect(area().x() + 50, area().y() + kPlaceGap, 560, 250));
   }
 
   void frameOnNoScreenIsMovedOntoOne() {

@@ -61,7 +61,8 @@ class MainMenuTest final : public test::Suite {
     QCOMPARE(fixture.menu.menus()[0]->title(), QString("Velun"));
     QCOMPARE(fixture.items(0),
              QStringList({"About Velun", "Settings… Ctrl+,", "Check for Updates…", "-",
-                          "Show/Hide Caption Window Ctrl+L", "Click Through Captions Ctrl+Shift+L",
+                          "Show/Hide Caption Window Ctrl+L", "Move Caption Window Ctrl+M",
+                          "Move to Next Screen Ctrl+Shift+M", "Click Through Captions Ctrl+Shift+L",
                           "-", "Quit Velun Ctrl+Q"}));
     QCOMPARE(fixture.menu.menus()[1]->title(), QString("File"));
     QCOMPARE(fixture.items(1), QStringList({"New Session Ctrl+N", "Save Current Session Ctrl+S",
@@ -76,8 +77,9 @@ class MainMenuTest final : public test::Suite {
     Localization::shared().setLanguage(AppLanguage::korean);
     QCOMPARE(fixture.items(0),
              QStringList({"Velun 정보", "설정… Ctrl+,", "업데이트 확인…", "-",
-                          "자막 창 보기/숨기기 Ctrl+L", "자막 창 클릭 통과 Ctrl+Shift+L", "-",
-                          "Velun 종료 Ctrl+Q"}));
+                          "자막 창 보기/숨기기 Ctrl+L", "자막 창 옮기기 Ctrl+M",
+                          "다음 화면으로 옮기기 Ctrl+Shift+M", "자막 창 클릭 통과 Ctrl+Shift+L",
+                          "-", "Velun 종료 Ctrl+Q"}));
     QCOMPARE(fixture.menu.menus()[1]->title(), QString("파일"));
     QCOMPARE(fixture.items(1),
              QStringList({"새 세션 Ctrl+N", "현재 세션 저장 Ctrl+S", "내보내기… Ctrl+Shift+S",

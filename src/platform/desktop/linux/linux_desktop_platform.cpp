@@ -11,6 +11,9 @@
 #include "platform/desktop/linux/x11_window_manager.h"
 
 #include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QtMath>
 #include <QWindow>
 #include <utility>
 
@@ -94,6 +97,17 @@ void LinuxDesktopPlatform::updateCapabilities() {
 void LinuxDesktopPlatform::refreshCapabilities() {
   if (!watchesCasts_) canWatchCasts_ = ScreenCastWatch::isPossible();
   updateCapabilities();
+}
+
+QRect LinuxDesktopPlatform::availableArea(const QScreen& screen) const {
+  const QRect area = screen.availableGeometry();
+  if (!manager_) return area;
+  // On X11, Qt ignores docks when there are several screens.
+  const double ratio = screen.devicePixelRatio();
+  const QRect work = manager_->workArea();
+  const QRect free = area & QRect(qCeil(work.x() / ratio), qCeil(work.y() / ratio),
+                                  qFloor(work.width() / ratio), qFloor(work.height() / ratio));
+  return free.isEmpty() ? area : free;
 }
 
 void LinuxDesktopPlatform::prepareToShow(QWindow& window, bool keepOnTop) {

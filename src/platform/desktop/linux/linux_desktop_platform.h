@@ -27,6 +27,7 @@ class LinuxDesktopPlatform final : public DesktopPlatform {
 
   const DesktopCapabilities& capabilities() const override { return capabilities_; }
   void refreshCapabilities() override;
+  QRect availableArea(const QScreen& screen) const override;
   void prepareToShow(QWindow& window, bool keepOnTop) override;
   void confirmShown(QWindow& window, bool keepOnTop) override;
   bool setKeepOnTop(QWindow& window, bool keepOnTop) override;

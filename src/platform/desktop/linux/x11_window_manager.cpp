@@ -82,6 +82,22 @@ bool X11WindowManager::showsOnAllDesktops() const {
   return supports(ewmh_._NET_WM_STATE_STICKY) || supports(ewmh_._NET_WM_DESKTOP);
 }
 
+QRect X11WindowManager::workArea() const {
+  std::uint32_t current = 0;
+  xcb_ewmh_get_current_desktop_reply(&ewmh_, xcb_ewmh_get_current_desktop(&ewmh_, kScreen),
+                                     &current, nullptr);
+  xcb_ewmh_get_workarea_reply_t areas;
+  const auto cookie = xcb_ewmh_get_workarea(&ewmh_, kScreen);
+  if (!xcb_ewmh_get_workarea_reply(&ewmh_, cookie, &areas, nullptr)) return {};
+  QRect area;
+  if (current < areas.workarea_len) {
+    const auto& found = areas.workarea[current];
+    area = QRect(int(found.x), int(found.y), int(found.width), int(found.height));
+  }
+  xcb_ewmh_get_workarea_reply_wipe(&areas);
+  return area;
+}
+
 bool X11WindowManager::isCompositing() const {
   xcb_window_t owner = XCB_WINDOW_NONE;
   return xcb_ewmh_get_wm_cm_owner_reply(&ewmh_, xcb_ewmh_get_wm_cm_owner(&ewmh_, kScreen), &owner,

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <QRect>
 #include <xcb/xcb_ewmh.h>
 
 class QRegion;
@@ -29,6 +30,8 @@ class X11WindowManager final {
   bool showsOnAllDesktops() const;
   /// Whether it moves and resizes windows on request.
   bool movesWindows() const { return supports(ewmh_._NET_WM_MOVERESIZE); }
+  /// The area of the current virtual desktop that no dock covers, in pixels; empty if unknown.
+  QRect workArea() const;
   /// Whether a compositor runs.
   bool isCompositing() const;
   /// Whether the compositor blurs the background of windows that ask for it.
