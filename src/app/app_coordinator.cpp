@@ -47,7 +47,8 @@ void AppCoordinator::launch() {
                                        .smallerRecognizer = services_.smallerRecognizer};
   captionWindow_ = std::make_unique<CaptionWindowController>(model_, commands_, services);
   menuBar_ = std::make_unique<MenuBarController>(model_, services_.trayHost, commands_);
-  menuBar_->mainMenu().install(&captionWindow_->panel(), MainMenu::Place::globalOnly);
+  menuBar_->mainMenu().install(&captionWindow_->panel(), MainMenu::Place::globalOnly,
+                               [this] { return captionWindow_->makeMenu(); });
   observe();
   startTask(this, [this] { return model_.loadLanguages(); });
   services_.trayHost.search();

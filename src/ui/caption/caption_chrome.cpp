@@ -8,14 +8,11 @@ namespace velun {
 namespace {
 
 constexpr std::chrono::milliseconds kHideDelay{1500};
+constexpr std::chrono::milliseconds kRestTime{400};
 
 }  // namespace
 
-CaptionChrome::CaptionChrome(Clock& clock, std::function<void(bool)> setHeaderVisible,
-                             std::function<bool()> isPointerInside)
-    : clock_(clock),
-      setHeaderVisible_(std::move(setHeaderVisible)),
-      isPointerInside_(std::move(isPointerInside)) {}
+CaptionChrome::CaptionChrome(Clock& clock, Panel panel) : clock_(clock), panel_(std::move(panel)) {}
 
 void CaptionChrome::setHovering(bool hovering) {
   if (std::exchange(hovering_, hovering) != hovering) update();
@@ -34,20 +31,26 @@ void CaptionChrome::setLocked(bool locked) {
 }
 
 void CaptionChrome::update() {
-  hideTask_.reset();
-  if (locked_) {
-    hide();
-  } else if (!hovering_ && !menuTracking_ && !keyboardInHeader_) {
-    hideLater();
-  } else if (!showsChrome_) {
-    showsChrome_ = true;
-    setHeaderVisible_(true);
+  task_.reset();
+  if (locked_) return hide();
+  if (!hovering_ && !menuTracking_ && !keyboardInHeader_) return hideLater();
+  if (showsChrome_) return;
+  const bool onlyHovers = !menuTracking_ && !keyboardInHeader_;
+  if (onlyHovers && panel_.wouldCoverPointer && panel_.wouldCoverPointer()) {
+    task_ = clock_.callAfter(kRestTime, [this] { show(); });
+  } else {
+    show();
   }
 }
 
+void CaptionChrome::show() {
+  showsChrome_ = true;
+  panel_.setHeaderVisible(true);
+}
+
 void CaptionChrome::hideLater() {
-  hideTask_ = clock_.callAfter(kHideDelay, [this] {
-    if (showsChrome_ && isPointerInside_ && isPointerInside_()) {
+  task_ = clock_.callAfter(kHideDelay, [this] {
+    if (showsChrome_ && panel_.isPointerInside && panel_.isPointerInside()) {
       hideLater();
     } else {
       hide();
@@ -56,7 +59,7 @@ void CaptionChrome::hideLater() {
 }
 
 void CaptionChrome::hide() {
-  if (std::exchange(showsChrome_, false)) setHeaderVisible_(false);
+  if (std::exchange(showsChrome_, false)) panel_.setHeaderVisible(false);
 }
 
 }  // namespace velun

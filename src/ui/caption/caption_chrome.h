@@ -9,15 +9,23 @@
 namespace velun {
 
 /// Decides when the caption panel shows its header: while the pointer is over the panel, a menu of
-/// the header is open or the header has the keyboard focus, and for 1.5 seconds afterwards. Main
-/// thread.
+/// the header is open or the header has the keyboard focus, and for 1.5 seconds afterwards. A
+/// header that would cover what the pointer points at waits until the pointer has rested for
+/// 0.4 seconds. Main thread.
 class CaptionChrome final {
  public:
-  /// `setHeaderVisible` is called only with changes. `isPointerInside`, when set, is checked before
-  /// the header is hidden: a window manager that moves the panel grabs the pointer, which looks
-  /// like leaving the panel.
-  CaptionChrome(Clock& clock, std::function<void(bool)> setHeaderVisible,
-                std::function<bool()> isPointerInside = {});
+  /// What it needs of the panel; the last two may be empty.
+  struct Panel {
+    /// Shows or hides the header. Called only with changes.
+    std::function<void(bool)> setHeaderVisible;
+    /// Whether the pointer is over the panel now. Checked before the header is hidden: a window
+    /// manager that moves the panel grabs the pointer, which looks like leaving the panel.
+    std::function<bool()> isPointerInside = {};
+    /// Whether the header, if it were shown now, would be over the pointer.
+    std::function<bool()> wouldCoverPointer = {};
+  };
+
+  CaptionChrome(Clock& clock, Panel panel);
 
   void setHovering(bool hovering);
   void setMenuTracking(bool menuTracking);
@@ -27,23 +35,24 @@ class CaptionChrome final {
 
   bool hovering() const { return hovering_; }
   bool menuTracking() const { return menuTracking_; }
-  /// The last value passed to `setHeaderVisible`.
+  /// Whether the header is shown.
   bool showsChrome() const { return showsChrome_; }
 
  private:
   void update();
+  void show();
   void hideLater();
   void hide();
 
   Clock& clock_;
-  std::function<void(bool)> setHeaderVisible_;
-  std::function<bool()> isPointerInside_;
+  Panel panel_;
   bool hovering_ = false;
   bool menuTracking_ = false;
   bool keyboardInHeader_ = false;
   bool locked_ = false;
   bool showsChrome_ = false;
-  std::unique_ptr<ScheduledCall> hideTask_;
+  /// Shows or hides the header later.
+  std::unique_ptr<ScheduledCall> task_;
 };
 
 }  // namespace velun

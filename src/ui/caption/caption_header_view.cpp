@@ -5,7 +5,9 @@
 #include "language/localization.h"
 #include "ui/caption/caption_appearance.h"
 #include "ui/caption/caption_menu.h"
+#include "ui/caption/copy_transcript_button.h"
 #include "ui/caption/header_button.h"
+#include "ui/caption/header_state.h"
 #include "ui/caption/level_meter.h"
 #include "ui/caption/session_save_button.h"
 #include "ui/caption/translation_menu.h"
@@ -46,7 +48,7 @@ QPalette popupPalette(const CaptionColors& colors) {
 
 }  // namespace
 
-CaptionHeaderView::CaptionHeaderView(CaptionViewModel& model, AppCommands& commands,
+CaptionHeaderView::CaptionHeaderView(CaptionViewModel& model, AppCommands& commands, Clock& clock,
                                      QWidget* parent)
     : QWidget(parent),
       model_(model),
@@ -54,6 +56,7 @@ CaptionHeaderView::CaptionHeaderView(CaptionViewModel& model, AppCommands& comma
       inputSource_(new HeaderButton(this)),
       levelMeter_(new LevelMeter([&model] { return model.meterBands(); }, this)),
       saveButton_(new SessionSaveButton(model, commands, this)),
+      state_(new HeaderState(model, clock, this)),
       translation_(new HeaderButton(this)),
       startStop_(new HeaderButton(this, HeaderButton::Shape::filled)),
       session_(new HeaderButton(this)),
@@ -96,12 +99,14 @@ void CaptionHeaderView::arrange() {
   row->addSpacing(4);
   row->addWidget(saveButton_);
   row->addStretch(1);
+  row->addWidget(state_);
   row->addWidget(translation_);
   row->addWidget(startStop_);
   row->addWidget(session_);
   row->addWidget(hideButton_);
   setTabOrder(inputSource_, saveButton_);
-  setTabOrder(saveButton_, translation_);
+  setTabOrder(saveButton_, &state_->copyButton());
+  setTabOrder(&state_->copyButton(), translation_);
   setTabOrder(translation_, startStop_);
   setTabOrder(startStop_, session_);
   setTabOrder(session_, hideButton_);

@@ -13,7 +13,9 @@ namespace velun {
 class AppCommands;
 class CaptionMenu;
 class CaptionViewModel;
+class Clock;
 class HeaderButton;
+class HeaderState;
 class LanguagePopup;
 class LevelMeter;
 class SessionSaveButton;
@@ -23,8 +25,9 @@ class CaptionHeaderView final : public QWidget {
   Q_OBJECT
 
  public:
-  /// `model` and `commands` must outlive the view.
-  CaptionHeaderView(CaptionViewModel& model, AppCommands& commands, QWidget* parent = nullptr);
+  /// `model`, `commands` and `clock` must outlive the view.
+  CaptionHeaderView(CaptionViewModel& model, AppCommands& commands, Clock& clock,
+                    QWidget* parent = nullptr);
 
   /// Whether menus can have rounded corners.
   void setRoundedMenus(bool rounded);
@@ -33,6 +36,7 @@ class CaptionHeaderView final : public QWidget {
   HeaderButton& inputSource() const { return *inputSource_; }
   LevelMeter& levelMeter() const { return *levelMeter_; }
   SessionSaveButton& saveButton() const { return *saveButton_; }
+  HeaderState& state() const { return *state_; }
   HeaderButton& translation() const { return *translation_; }
   HeaderButton& startStop() const { return *startStop_; }
   HeaderButton& session() const { return *session_; }
@@ -72,6 +76,7 @@ class CaptionHeaderView final : public QWidget {
   HeaderButton* inputSource_;
   LevelMeter* levelMeter_;
   SessionSaveButton* saveButton_;
+  HeaderState* state_;
   HeaderButton* translation_;
   HeaderButton* startStop_;
   HeaderButton* session_;

@@ -4,6 +4,7 @@
 #include "platform/desktop/desktop_platform.h"
 #include "ui/caption/caption_appearance.h"
 #include "ui/caption/panel_edge.h"
+#include "ui/caption/panel_tool_tip.h"
 #include "ui/common/accessible_role.h"
 
 #include <QMouseEvent>
@@ -28,7 +29,10 @@ QRegion roundedRegion(const QRect& rect) {
 }  // namespace
 
 CaptionPanel::CaptionPanel(DesktopPlatform& desktop)
-    : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint), desktop_(desktop), drag_(desktop) {
+    : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint),
+      desktop_(desktop),
+      drag_(desktop),
+      toolTip_(new PanelToolTip(this)) {
   setAccessibleRole(*this, QAccessible::Window);
   setAttribute(Qt::WA_TranslucentBackground);
   setAttribute(Qt::WA_ShowWithoutActivating);
@@ -37,7 +41,9 @@ CaptionPanel::CaptionPanel(DesktopPlatform& desktop)
   setAttribute(Qt::WA_AlwaysShowToolTips);
   setMinimumSize(CaptionAppearance::minimumSize);
   addEdges();
+  toolTip_->setRounded(desktop.capabilities().compositing);
   connect(&desktop, &DesktopPlatform::capabilitiesChanged, this, [this] {
+    toolTip_->setRounded(desktop_.capabilities().compositing);
     updateRegions();
     update();
   });
@@ -89,6 +95,7 @@ void CaptionPanel::setContentHeight(int height) {
 void CaptionPanel::setColors(const CaptionColors& colors, bool opaque) {
   colors_ = colors;
   opaque_ = opaque;
+  toolTip_->setColors(colors);
   update();
 }
 

@@ -12,6 +12,7 @@ namespace velun {
 
 class DesktopPlatform;
 class PanelEdge;
+class PanelToolTip;
 
 /// The caption window: frameless, translucent and rounded, optionally above other windows. Does not
 /// take the focus when it is shown, only when it is clicked. Can be resized at its edges.
@@ -89,6 +90,7 @@ class CaptionPanel final : public QWidget {
   std::optional<QRect> place_;
   std::array<PanelEdge*, 8> edges_{};
   PanelDrag drag_;
+  PanelToolTip* toolTip_;
 };
 
 }  // namespace velun

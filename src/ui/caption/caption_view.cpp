@@ -8,8 +8,8 @@
 #include "ui/caption/caption_header_view.h"
 #include "ui/caption/caption_menu.h"
 #include "ui/caption/caption_notice.h"
-#include "ui/caption/caption_overlays.h"
 #include "ui/caption/caption_status_line.h"
+#include "ui/caption/header_state.h"
 #include "ui/caption/jump_button.h"
 #include "ui/caption/selectable_transcript_text_view.h"
 #include "ui/caption/smaller_recognizer_button.h"
@@ -26,7 +26,6 @@ namespace velun {
 
 namespace {
 
-constexpr int kOverlayGap = 10;
 constexpr int kJumpGap = 12;
 
 /// A change that includes both.
@@ -41,34 +40,26 @@ TranscriptChange merged(const TranscriptChange& a, const TranscriptChange& b) {
 }  // namespace
 
 CaptionView::CaptionView(CaptionViewModel& model, AppCommands& commands,
-                         TranslationPlatform& translation, Clock& clock,
-                         std::function<void(bool)> setHeaderVisible,
-                         std::function<bool()> isPointerInside, BetterCaptions* better,
-                         SmallerRecognizer* smaller)
+                         TranslationPlatform& translation, Clock& clock, CaptionChrome::Panel panel,
+                         BetterCaptions* better, SmallerRecognizer* smaller)
     : model_(model),
       better_(better),
-      chrome_(clock, std::move(setHeaderVisible), std::move(isPointerInside)),
-      header_(new CaptionHeaderView(model, commands, this)),
+      chrome_(clock, std::move(panel)),
+      header_(new CaptionHeaderView(model, commands, clock, this)),
       // In the order of the Tab key.
       emptyState_(new CaptionEmptyState(model, commands, better, this)),
       transcript_(new TranscriptView(this)),
       statusLine_(new CaptionStatusLine(model, translation, this)),
       smaller_(new SmallerRecognizerButton(smaller, this)),
-      overlays_(new CaptionOverlays(model, clock, this)),
       jumpButton_(new JumpButton(this)),
       notice_(new CaptionNotice(clock, this)) {
   header_->hide();
-  overlays_->hide();
-  transcript_->installEventFilter(this);
-  emptyState_->installEventFilter(this);
   emptyState_->setFocusProxy(transcript_);
-  emptyState_->stackUnder(overlays_);
-  overlays_->installEventFilter(this);
-  jumpButton_->installEventFilter(this);
+  emptyState_->stackUnder(jumpButton_);
   connect(header_, &CaptionHeaderView::menuTrackingChanged, this,
           [this](bool tracking) { chrome_.setMenuTracking(tracking); });
-  connect(transcript_, &TranscriptView::atBottomChanged, this, &CaptionView::updateOverlays);
-  connect(transcript_, &TranscriptView::isHeldChanged, this, &CaptionView::updateOverlays);
+  connect(transcript_, &TranscriptView::atBottomChanged, this, &CaptionView::updateJumpButton);
+  connect(transcript_, &TranscriptView::isHeldChanged, this, &CaptionView::updateJumpButton);
   connect(jumpButton_, &QAbstractButton::clicked, this, &CaptionView::jump);
   connect(statusLine_, &CaptionStatusLine::textChanged, this, &CaptionView::arrange);
   connect(smaller_, &SmallerRecognizerButton::offerChanged, this, &CaptionView::arrange);
@@ -83,7 +74,11 @@ CaptionView::CaptionView(CaptionViewModel& model, AppCommands& commands,
   connectToModel();
   updateTranscript();
   setFocusProxy(transcript_);
-  transcript_->textView().setMenuMaker([this] { return makeContextMenu(); });
+  transcript_->textView().setMenuMaker([this] {
+    std::unique_ptr<CaptionMenu> menu = makeMenu();
+    menu->setMargin(CaptionMenu::Margin::none);
+    return menu;
+  });
 }
 
 CaptionView::~CaptionView() {
@@ -153,8 +148,7 @@ void CaptionView::jump() {
   updateLater({.lines = TranscriptChange::Lines::added});
 }
 
-void CaptionView::updateOverlays() {
-  overlays_->setVisible(hoveringCaptions_);
+void CaptionView::updateJumpButton() {
   jumpButton_->setWanted(!transcript_->atBottom() || transcript_->isHeld());
 }
 
@@ -180,12 +174,11 @@ void CaptionView::setClickThrough(bool isThrough) {
 void CaptionView::setCapabilities(const DesktopCapabilities& capabilities) {
   roundedMenus_ = capabilities.compositing;
   header_->setRoundedMenus(roundedMenus_);
-  overlays_->setCapabilities(capabilities);
+  header_->state().setCapabilities(capabilities);
 }
 
-std::unique_ptr<QMenu> CaptionView::makeContextMenu() {
+std::unique_ptr<CaptionMenu> CaptionView::makeMenu() {
   auto menu = std::make_unique<CaptionMenu>(this);
-  menu->setMargin(CaptionMenu::Margin::none);
   menu->setRounded(roundedMenus_);
   menu->setColors(colors_);
   return menu;
@@ -195,7 +188,6 @@ void CaptionView::setColors(const CaptionColors& colors) {
   colors_ = colors;
   header_->setColors(colors);
   emptyState_->setColors(colors);
-  overlays_->setColors(colors);
   jumpButton_->setColors(colors);
   notice_->setColors(colors);
   smaller_->setColors(colors);
@@ -210,8 +202,6 @@ void CaptionView::arrange() {
   smaller_->setGeometry(0, height() - below, width(), below - status);
   statusLine_->setVisible(status > 0);
   statusLine_->setGeometry(0, height() - status, width(), status);
-  overlays_->adjustSize();
-  overlays_->move(width() - overlays_->width() - kOverlayGap, top + kOverlayGap);
   const QRect text = transcript_->geometry();
   emptyState_->setGeometry(text);
   notice_->place(text);
@@ -221,16 +211,6 @@ void CaptionView::arrange() {
 
 void CaptionView::resizeEvent(QResizeEvent*) {
   arrange();
-}
-
-bool CaptionView::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::Enter || event->type() == QEvent::Leave) {
-    hoveringCaptions_ = event->type() == QEvent::Enter || overlays_->underMouse();
-    updateOverlays();
-  } else if (watched == overlays_ && event->type() == QEvent::LayoutRequest) {
-    arrange();
-  }
-  return QWidget::eventFilter(watched, event);
 }
 
 bool CaptionView::focusNextPrevChild(bool next) {

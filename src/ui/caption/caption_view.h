@@ -8,16 +8,14 @@
 #include <memory>
 #include <QWidget>
 
-class QMenu;
-
 namespace velun {
 
 class AppCommands;
 class BetterCaptions;
 class CaptionEmptyState;
 class CaptionHeaderView;
+class CaptionMenu;
 class CaptionNotice;
-class CaptionOverlays;
 class CaptionStatusLine;
 class CaptionViewModel;
 class Clock;
@@ -34,12 +32,9 @@ class CaptionView final : public QWidget {
   Q_OBJECT
 
  public:
-  /// `setHeaderVisible` shows or hides the header; `isPointerInside` returns whether the pointer is
-  /// over the panel now. `better` and `smaller` may be null. All must outlive the
-  /// view.
+  /// `better` and `smaller` may be null. All must outlive the view.
   CaptionView(CaptionViewModel& model, AppCommands& commands, TranslationPlatform& translation,
-              Clock& clock, std::function<void(bool)> setHeaderVisible,
-              std::function<bool()> isPointerInside, BetterCaptions* better = nullptr,
+              Clock& clock, CaptionChrome::Panel panel, BetterCaptions* better = nullptr,
               SmallerRecognizer* smaller = nullptr);
   ~CaptionView() override;
 
@@ -56,9 +51,11 @@ class CaptionView final : public QWidget {
   /// What the desktop supports now. Rounded menus require a compositor.
   void setCapabilities(const DesktopCapabilities& capabilities);
 
+  /// Makes an empty menu in the look of the panel.
+  std::unique_ptr<CaptionMenu> makeMenu();
+
   CaptionHeaderView& header() const { return *header_; }
   TranscriptView& transcript() const { return *transcript_; }
-  CaptionOverlays& overlays() const { return *overlays_; }
   CaptionEmptyState& emptyState() const { return *emptyState_; }
   JumpButton& jumpButton() const { return *jumpButton_; }
   CaptionNotice& notice() const { return *notice_; }
@@ -68,7 +65,6 @@ class CaptionView final : public QWidget {
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
-  bool eventFilter(QObject* watched, QEvent* event) override;
   bool focusNextPrevChild(bool next) override;
   void keyPressEvent(QKeyEvent* event) override;
 
@@ -77,8 +73,7 @@ class CaptionView final : public QWidget {
   void updateLater(const TranscriptChange& change);
   void updateTranscript();
   void updateEmptyState();
-  void updateOverlays();
-  std::unique_ptr<QMenu> makeContextMenu();
+  void updateJumpButton();
   void jump();
   void arrange();
 
@@ -90,7 +85,6 @@ class CaptionView final : public QWidget {
   TranscriptView* transcript_;
   CaptionStatusLine* statusLine_;
   SmallerRecognizerButton* smaller_;
-  CaptionOverlays* overlays_;
   JumpButton* jumpButton_;
   CaptionNotice* notice_;
   // The change to show in the next update; nullopt while none is due.
@@ -98,7 +92,6 @@ class CaptionView final : public QWidget {
   CaptionColors colors_;
   bool roundedMenus_ = true;
   int jumpToLatest_ = 0;
-  bool hoveringCaptions_ = false;
 };
 
 }  // namespace velun

@@ -6,6 +6,7 @@
 #include "platform/desktop/desktop_platform.h"
 #include "ui/caption/caption_appearance.h"
 #include "ui/caption/caption_header_view.h"
+#include "ui/caption/caption_menu.h"
 #include "ui/caption/caption_panel.h"
 #include "ui/caption/caption_view.h"
 #include "ui/caption/motion.h"
@@ -50,10 +51,16 @@ CaptionWindowController::CaptionWindowController(CaptionViewModel& model, AppCom
   ownWindows_ = std::make_unique<OwnWindows>(*panel_);
   view_ = new CaptionView(
       model, commands, services.translation, services.clock,
-      [this](bool visible) { setHeader(visible, true); },
-      [this] {
-        return panel_->isVisible() && services_.desktop.isPointerOver(*panel_->windowHandle());
-      },
+      CaptionChrome::Panel{.setHeaderVisible = [this](bool visible) { setHeader(visible, true); },
+                           .isPointerInside =
+                               [this] {
+                                 return panel_->isVisible() &&
+                                        services_.desktop.isPointerOver(*panel_->windowHandle());
+                               },
+                           .wouldCoverPointer =
+                               [this] {
+                                 return wouldCover(QCursor::pos());
+                               }},
       services.betterCaptions, services.smallerRecognizer);
   panel_->setContent(view_);
   const std::optional<QRect> kept = readPanelFrame(services.frames);
@@ -253,6 +260,10 @@ void CaptionWindowController::toggle() {
   isShown_ ? hide() : show();
 }
 
+std::unique_ptr<QMenu> CaptionWindowController::makeMenu() const {
+  return view_->makeMenu();
+}
+
 void CaptionWindowController::updateContentHeight() {
   if (animatingHeader_) return;
   panel_->setContentHeight(panel_->height() + (headerShown_ ? 0 : CaptionAppearance::headerHeight));
@@ -282,9 +293,7 @@ void CaptionWindowController::setHeader(bool visible, bool animated) {
 }
 
 void CaptionWindowController::growForHeader(QRect& frame) {
-  // Limited to the room above: a window manager would otherwise push the whole panel down.
-  const int room = frame.top() - areaOf(frame, areas()).top();
-  headerGrowth_ = std::clamp(room, 0, CaptionAppearance::headerHeight);
+  headerGrowth_ = headerGrowthOver(frame);
   frame.setTop(frame.top() - headerGrowth_);
 }
 
@@ -321,6 +330,21 @@ void CaptionWindowController::moveToNextPlace() {
 void CaptionWindowController::moveToNextScreen() {
   place(movedToNextArea(frameWithoutHeader(), areas()), 0);
   show();
+}
+
+bool CaptionWindowController::wouldCover(const QPoint& point) const {
+  const QRect frame = frameWithoutHeader();
+  QRect grown = frame;
+  const int growth = headerGrowthOver(frame);
+  grown.setTop(frame.top() - growth);
+  grown.setHeight(CaptionAppearance::headerHeight);
+  return growth < CaptionAppearance::headerHeight && grown.contains(point);
+}
+
+int CaptionWindowController::headerGrowthOver(const QRect& frame) const {
+  // Limited to the room above: a window manager would otherwise push the whole panel down.
+  const int room = frame.top() - areaOf(frame, areas()).top();
+  return std::clamp(room, 0, CaptionAppearance::headerHeight);
 }
 
 void CaptionWindowController::moveTo(const QRect& frame, int milliseconds) {

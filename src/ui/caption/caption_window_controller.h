@@ -5,6 +5,7 @@
 #include "ui/caption/own_windows.h"
 
 #include <memory>
+#include <QMenu>
 #include <QObject>
 #include <QVariantAnimation>
 
@@ -51,6 +52,9 @@ class CaptionWindowController final : public QObject {
   bool isShown() const { return isShown_; }
   /// Whether the shown panel is hidden because a screen cast is running.
   bool isSuppressed() const;
+
+  /// Makes an empty menu in the look of the panel.
+  std::unique_ptr<QMenu> makeMenu() const;
 
   /// Keeps an ordinary window of the program readable: it is placed beside the panel, or the panel
   /// is not kept on top while the window is in front. The window may be destroyed at any
@@ -103,6 +107,10 @@ class CaptionWindowController final : public QObject {
   /// Moves a panel that the user has dropped near an edge onto it.
   void snap();
   void growForHeader(QRect& frame);
+  /// How far the header grows beyond a frame, in points.
+  int headerGrowthOver(const QRect& frame) const;
+  /// Whether the header would be over the point, instead of above the panel.
+  bool wouldCover(const QPoint& point) const;
   void moveTo(const QRect& frame, int milliseconds);
   void finishMotion();
   void storeFrameLater();

@@ -28,7 +28,7 @@ QAction* addEditing(QMenu& menu, const char* slot, const QKeySequence& shortcut)
 
 }  // namespace
 
-MainMenu::MainMenu(AppCommands& commands) {
+MainMenu::MainMenu(AppCommands& commands) : commands_(commands) {
   fill(commands);
   for (QMenu* menu : menus()) {
     popUp_.addMenu(menu);
@@ -71,7 +71,7 @@ void MainMenu::showTitles() {
   selectAll_->setText(L("Select All", "전체 선택"));
 }
 
-void MainMenu::install(QWidget* window, Place place) {
+void MainMenu::install(QWidget* window, Place place, MenuMaker makeMenu) {
   for (QMenu* menu : menus()) window->addActions(menu->actions());
   auto* bar = new QMenuBar(window);
   if (place == Place::insideToo && window->layout()) {
@@ -80,14 +80,27 @@ void MainMenu::install(QWidget* window, Place place) {
     // No global menu, and no room for a menu bar.
     delete bar;
     auto* open = new QShortcut(Qt::Key_F10, window);
-    connect(open, &QShortcut::activated, this, [this, window] { popUp(window); });
+    connect(open, &QShortcut::activated, this,
+            [this, window, makeMenu] { popUp(window, makeMenu); });
     return;
   }
   for (QMenu* menu : menus()) bar->addMenu(menu);
 }
 
-void MainMenu::popUp(QWidget* window) {
-  popUp_.popup(window->mapToGlobal(QPoint(0, 0)));
+void MainMenu::popUp(QWidget* window, const MenuMaker& makeMenu) {
+  const QPoint corner = window->mapToGlobal(QPoint(0, 0));
+  if (!makeMenu) return popUp_.popup(corner);
+  commands_.refresh();
+  QMenu* menu = makeMenu().release();
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  for (const QMenu* part : menus()) {
+    QMenu* own = makeMenu().release();
+    own->setParent(menu, own->windowFlags());
+    own->setTitle(part->title());
+    own->addActions(part->actions());
+    menu->addMenu(own);
+  }
+  menu->popup(corner);
 }
 
 }  // namespace velun

@@ -27,8 +27,12 @@ class MainMenu final : public QObject {
   /// `commands` must outlive the menu.
   explicit MainMenu(AppCommands& commands);
 
-  /// Call it once for each window, before it is first shown.
-  void install(QWidget* window, Place place);
+  /// Makes an empty menu in a window's own look.
+  using MenuMaker = std::function<std::unique_ptr<QMenu>()>;
+
+  /// Call it once for each window, before it is first shown. Where the window has no menu bar, F10
+  /// opens the menus; `makeMenu` makes them if it is given.
+  void install(QWidget* window, Place place, MenuMaker makeMenu = {});
 
   /// The menus in order: the application's, File, Edit.
   std::array<QMenu*, 3> menus();
@@ -36,8 +40,9 @@ class MainMenu final : public QObject {
  private:
   void fill(AppCommands& commands);
   void showTitles();
-  void popUp(QWidget* window);
+  void popUp(QWidget* window, const MenuMaker& makeMenu);
 
+  AppCommands& commands_;
   QMenu applicationMenu_;
   QMenu fileMenu_;
   QMenu editMenu_;

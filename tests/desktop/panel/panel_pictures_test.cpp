@@ -6,9 +6,9 @@
 #include "support/suite.h"
 #include "support/virtual_display.h"
 #include "ui/caption/caption_header_view.h"
-#include "ui/caption/caption_overlays.h"
 #include "ui/caption/copy_transcript_button.h"
 #include "ui/caption/header_button.h"
+#include "ui/caption/header_state.h"
 #include "ui/caption/panel_stage.h"
 #include "ui/caption/transcript_view.h"
 #include "ui/common/find_bar.h"
@@ -128,7 +128,7 @@ class PanelPicturesTest final : public test::Suite {
     hover(stage, true);
     stage.panel().activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&stage.panel()));
-    const CopyTranscriptButton& copy = stage.view->overlays().copyButton();
+    const CopyTranscriptButton& copy = stage.view->header().state().copyButton();
     for (int i = 0; i < 10 && !copy.hasFocus(); ++i) {
       QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     }

@@ -15,10 +15,15 @@ class CaptionChromeTest final : public test::Suite {
     test::ManualClock clock;
     QStringList asked;
     bool pointerInside = false;
-    CaptionChrome chrome{clock, [this](bool visible) { asked << (visible ? "show" : "hide"); },
-                         [this] {
-                           return pointerInside;
-                         }};
+    bool covers = false;
+    CaptionChrome chrome{
+        clock,
+        {.setHeaderVisible = [this](bool visible) { asked << (visible ? "show" : "hide"); },
+         .isPointerInside = [this] { return pointerInside; },
+         .wouldCoverPointer =
+             [this] {
+               return covers;
+             }}};
   };
 
  private Q_SLOTS:
@@ -32,6 +37,29 @@ class CaptionChromeTest final : public test::Suite {
     stage.clock.advance(1ms);
     QCOMPARE(stage.asked, (QStringList{"show", "hide"}));
     QVERIFY(!stage.chrome.showsChrome());
+  }
+
+  void waitsForAPointerThatItWouldCover() {
+    Stage stage;
+    stage.covers = true;
+    stage.chrome.setHovering(true);
+    stage.clock.advance(399ms);
+    QVERIFY(stage.asked.isEmpty());
+    // The pointer passes by.
+    stage.chrome.setHovering(false);
+    stage.clock.advance(10s);
+    QVERIFY(stage.asked.isEmpty());
+    stage.chrome.setHovering(true);
+    stage.clock.advance(400ms);
+    QCOMPARE(stage.asked, QStringList{"show"});
+  }
+
+  void theKeyboardDoesNotWaitForThePointer() {
+    Stage stage;
+    stage.covers = true;
+    stage.chrome.setHovering(true);
+    stage.chrome.setKeyboardInHeader(true);
+    QCOMPARE(stage.asked, QStringList{"show"});
   }
 
   void returningInTimeKeepsTheHeader() {

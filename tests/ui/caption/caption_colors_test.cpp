@@ -4,9 +4,9 @@
 #include "support/suite.h"
 #include "ui/caption/caption_header_view.h"
 #include "ui/caption/caption_menu.h"
-#include "ui/caption/caption_overlays.h"
 #include "ui/caption/copy_transcript_button.h"
 #include "ui/caption/header_button.h"
+#include "ui/caption/header_state.h"
 #include "ui/caption/panel_stage.h"
 #include "ui/common/contrast_ratio.h"
 #include "ui/common/language_popup.h"
@@ -98,19 +98,18 @@ class CaptionColorsTest final : public test::Suite {
     stage.controller->show();
     stage.panel().activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&stage.panel()));
-    CaptionOverlays& overlays = stage.view->overlays();
-    overlays.show();
-    CopyTranscriptButton& button = overlays.copyButton();
+    stage.controller->setHeader(true, false);
+    CopyTranscriptButton& button = stage.view->header().state().copyButton();
     const auto side = [&button] {
       QImage image(button.size(), QImage::Format_ARGB32);
       image.fill(Qt::transparent);
       button.render(&image, QPoint(), QRegion(), {});
       return image.pixelColor(1, image.height() / 2);
     };
-    QVERIFY(contrastRatio(side(), CaptionColors().raised) < 3);
+    QVERIFY(contrastRatio(side(), CaptionColors().panel) < 3);
     button.setFocus(Qt::TabFocusReason);
     for (const CaptionColors& colors : {CaptionColors(), CaptionColors::highContrast()}) {
-      QVERIFY(contrastRatio(side(), colors.raised) >= 3);
+      QVERIFY(contrastRatio(side(), colors.panel) >= 3);
     }
   }
 

@@ -4,9 +4,9 @@
 #include "language/localization.h"
 #include "support/suite.h"
 #include "ui/caption/caption_menu.h"
-#include "ui/caption/caption_overlays.h"
 #include "ui/caption/caption_status_line.h"
 #include "ui/caption/copy_transcript_button.h"
+#include "ui/caption/header_state.h"
 #include "ui/caption/jump_button.h"
 #include "ui/caption/panel_stage.h"
 #include "ui/caption/selectable_transcript_text_view.h"
@@ -192,7 +192,7 @@ class CaptionViewTest final : public test::Suite {
     stage.start();
     stage.final("One.");
     stage.draft("two");
-    CopyTranscriptButton& button = stage.view->overlays().copyButton();
+    CopyTranscriptButton& button = stage.view->header().state().copyButton();
     QCOMPARE(button.accessibleName(), QString("Copy All"));
     button.click();
     QCOMPARE(QApplication::clipboard()->text(), QString("One.\n\ntwo"));

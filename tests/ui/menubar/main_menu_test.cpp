@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QPointer>
 #include <QVBoxLayout>
 
 using namespace velun;
@@ -156,6 +157,35 @@ class MainMenuTest final : public test::Suite {
     QTest::keyClick(&window, Qt::Key_F10);
     QTRY_VERIFY(QApplication::activePopupWidget());
     QApplication::activePopupWidget()->close();
+  }
+
+  void f10OpensMenusInTheLookOfTheWindow() {
+    Fixture fixture;
+    QWidget window;
+    int made = 0;
+    fixture.menu.install(&window, MainMenu::Place::globalOnly, [&made] {
+      auto menu = std::make_unique<QMenu>();
+      menu->setObjectName(QString::number(++made));
+      return menu;
+    });
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support raise()");
+    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support grabbing the keyboard");
+    QTest::keyClick(&window, Qt::Key_F10);
+    QTRY_VERIFY(QApplication::activePopupWidget());
+    QPointer<QWidget> open = QApplication::activePopupWidget();
+    QCOMPARE(open->objectName(), QString("1"));
+    QStringList titles;
+    for (const QAction* action : open->actions()) {
+      titles << action->text();
+      QVERIFY(!action->menu()->objectName().isEmpty());
+      QVERIFY(!action->menu()->actions().isEmpty());
+    }
+    QCOMPARE(titles, QStringList({"Velun", "File", "Edit"}));
+    open->close();
+    QTRY_VERIFY(!open);
   }
 
   void editingCommandsReachTheFocusedWidget() {

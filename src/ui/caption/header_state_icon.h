@@ -6,13 +6,13 @@
 namespace velun {
 
 /// A small symbol that shows a state of the caption window.
-class CaptionOverlayIcon final : public QWidget {
+class HeaderStateIcon final : public QWidget {
   Q_OBJECT
 
  public:
   static constexpr int side = 22;
 
-  explicit CaptionOverlayIcon(const QString& systemName, QWidget* parent = nullptr);
+  explicit HeaderStateIcon(const QString& systemName, QWidget* parent = nullptr);
 
   void setSymbol(const QString& systemName);
   const QString& symbol() const { return systemName_; }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/caption/caption_overlay_icon.h"
+#include "ui/caption/header_state_icon.h"
 
 #include "ui/caption/caption_appearance.h"
 #include "ui/common/accessible_role.h"
@@ -16,23 +16,23 @@ constexpr int kSymbolSize = 14;
 
 }  // namespace
 
-CaptionOverlayIcon::CaptionOverlayIcon(const QString& systemName, QWidget* parent)
+HeaderStateIcon::HeaderStateIcon(const QString& systemName, QWidget* parent)
     : QWidget(parent), systemName_(systemName) {
   setFixedSize(side, side);
   setAccessibleRole(*this, QAccessible::Graphic);
 }
 
-void CaptionOverlayIcon::setSymbol(const QString& systemName) {
+void HeaderStateIcon::setSymbol(const QString& systemName) {
   systemName_ = systemName;
   update();
 }
 
-void CaptionOverlayIcon::setLabel(const QString& label) {
+void HeaderStateIcon::setLabel(const QString& label) {
   setToolTip(label);
   setAccessibleName(label);
 }
 
-void CaptionOverlayIcon::paintEvent(QPaintEvent*) {
+void HeaderStateIcon::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   const int inset = (side - kSymbolSize) / 2;
   painter.drawPixmap(inset, inset,

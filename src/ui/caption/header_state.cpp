@@ -1,40 +1,38 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/caption/caption_overlays.h"
+#include "ui/caption/header_state.h"
 
 #include "captions/caption_view_model.h"
 #include "language/localization.h"
-#include "ui/caption/caption_overlay_icon.h"
 #include "ui/caption/copy_transcript_button.h"
+#include "ui/caption/header_state_icon.h"
 
 #include <QHBoxLayout>
-#include <QPainter>
 
 namespace velun {
 
-CaptionOverlays::CaptionOverlays(CaptionViewModel& model, Clock& clock, QWidget* parent)
+HeaderState::HeaderState(CaptionViewModel& model, Clock& clock, QWidget* parent)
     : QWidget(parent),
       model_(model),
-      keptOnTop_(new CaptionOverlayIcon(QStringLiteral("pin"), this)),
-      hiddenFromSharing_(new CaptionOverlayIcon(QStringLiteral("eye.slash"), this)),
+      keptOnTop_(new HeaderStateIcon(QStringLiteral("pin"), this)),
+      hiddenFromSharing_(new HeaderStateIcon(QStringLiteral("eye.slash"), this)),
       copyButton_(
           new CopyTranscriptButton([&model] { return model.captionText(); }, true, clock, this)) {
   auto* row = new QHBoxLayout(this);
-  row->setContentsMargins(4, 2, 2, 2);
+  row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(2);
-  row->setSizeConstraint(QLayout::SetFixedSize);
   row->addWidget(keptOnTop_);
   row->addWidget(hiddenFromSharing_);
   row->addWidget(copyButton_);
   const AppSettings& settings = model.settings();
-  connect(&settings, &AppSettings::keepOnTopChanged, this, &CaptionOverlays::present);
-  connect(&settings, &AppSettings::hideFromScreenSharingChanged, this, &CaptionOverlays::present);
-  connect(&model, &CaptionViewModel::sessionChanged, this, &CaptionOverlays::present);
-  connect(&model, &CaptionViewModel::volatileTextChanged, this, &CaptionOverlays::present);
-  connect(&Localization::shared(), &Localization::languageChanged, this, &CaptionOverlays::present);
+  connect(&settings, &AppSettings::keepOnTopChanged, this, &HeaderState::present);
+  connect(&settings, &AppSettings::hideFromScreenSharingChanged, this, &HeaderState::present);
+  connect(&model, &CaptionViewModel::sessionChanged, this, &HeaderState::present);
+  connect(&model, &CaptionViewModel::volatileTextChanged, this, &HeaderState::present);
+  connect(&Localization::shared(), &Localization::languageChanged, this, &HeaderState::present);
   present();
 }
 
-void CaptionOverlays::present() {
+void HeaderState::present() {
   keptOnTop_->setVisible(model_.settings().keepOnTop());
   presentLevel();
   hiddenFromSharing_->setVisible(model_.settings().hideFromScreenSharing());
@@ -42,7 +40,7 @@ void CaptionOverlays::present() {
   copyButton_->setEnabled(!model_.lines().empty() || !model_.volatileText().isEmpty());
 }
 
-void CaptionOverlays::presentLevel() {
+void HeaderState::presentLevel() {
   const bool isImpossible = capabilities_.hidesPlaces && !capabilities_.keepsOnTop;
   keptOnTop_->setSymbol(isImpossible ? QStringLiteral("exclamationmark.triangle")
                                      : QStringLiteral("pin"));
@@ -51,7 +49,7 @@ void CaptionOverlays::presentLevel() {
                                     : L("Kept above other windows", "다른 창 위에 표시 중"));
 }
 
-void CaptionOverlays::presentHiding() {
+void HeaderState::presentHiding() {
   const auto show = [this](const QString& symbol, const QString& label) {
     hiddenFromSharing_->setSymbol(symbol);
     hiddenFromSharing_->setLabel(label);
@@ -71,23 +69,10 @@ void CaptionOverlays::presentHiding() {
   }
 }
 
-void CaptionOverlays::setCapabilities(const DesktopCapabilities& capabilities) {
+void HeaderState::setCapabilities(const DesktopCapabilities& capabilities) {
   capabilities_ = capabilities;
   presentLevel();
   presentHiding();
-}
-
-void CaptionOverlays::setColors(const CaptionColors& colors) {
-  colors_ = colors;
-  update();
-}
-
-void CaptionOverlays::paintEvent(QPaintEvent*) {
-  QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(colors_.edge);
-  painter.setBrush(colors_.raised);
-  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 9, 9);
 }
 
 }  // namespace velun

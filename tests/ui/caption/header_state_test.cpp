@@ -1,88 +1,73 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/caption/caption_overlays.h"
+#include "ui/caption/header_state.h"
 
 #include "language/localization.h"
 #include "support/suite.h"
-#include "ui/caption/caption_overlay_icon.h"
+#include "ui/caption/caption_header_view.h"
 #include "ui/caption/copy_transcript_button.h"
+#include "ui/caption/header_state_icon.h"
 #include "ui/caption/panel_stage.h"
 #include "ui/caption/transcript_view.h"
 
 #include <QApplication>
-#include <QEnterEvent>
 
 using namespace velun;
 using test::PanelStage;
-using test::settle;
 
-class CaptionOverlaysTest final : public test::Suite {
+class HeaderStateTest final : public test::Suite {
   Q_OBJECT
-
- private:
-  static void enter(QWidget& widget) {
-    const QPointF middle = QRectF(widget.rect()).center();
-    QEnterEvent event(middle, middle, widget.mapToGlobal(middle));
-    QApplication::sendEvent(&widget, &event);
-  }
-  static void leave(QWidget& widget) {
-    QEvent event(QEvent::Leave);
-    QApplication::sendEvent(&widget, &event);
-  }
 
  private Q_SLOTS:
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
-  void appearWhileThePointerIsOverTheTranscript() {
+  void neverCoversWords() {
     const PanelStage stage;
     stage.panel().setAttribute(Qt::WA_DontShowOnScreen);
     stage.controller->show();
-    const CaptionOverlays& overlays = stage.view->overlays();
-    QVERIFY(!overlays.isVisible());
-    enter(stage.view->transcript());
-    QVERIFY(overlays.isVisible());
-    QVERIFY(overlays.copyButton().isVisible());
-    QVERIFY(overlays.keptOnTop().isVisible());
-    // In the upper trailing corner of the transcript.
-    const QRect text = stage.view->transcript().geometry();
-    QVERIFY(text.contains(overlays.geometry()));
-    QVERIFY(overlays.geometry().center().x() > text.center().x());
-    QVERIFY(overlays.geometry().center().y() < text.center().y());
-    leave(stage.view->transcript());
-    QVERIFY(!overlays.isVisible());
+    const HeaderState& state = stage.view->header().state();
+    QVERIFY(!state.isVisible());
+    stage.view->setHovering(true);
+    QVERIFY(state.copyButton().isVisible());
+    QVERIFY(state.keptOnTop().isVisible());
+    for (const QSize& size : {QSize(560, 294), stage.panel().minimumSize()}) {
+      stage.panel().resize(size);
+      const QRect shown(state.mapTo(stage.view, QPoint()), state.size());
+      QVERIFY(!shown.intersects(stage.view->transcript().geometry()));
+      QVERIFY(stage.view->rect().contains(shown));
+    }
   }
 
-  void stayWhileThePointerIsOverThem() {
-    const PanelStage stage;
-    stage.panel().setAttribute(Qt::WA_DontShowOnScreen);
+  void copyingIsReachedWithTheKeyboard() {
+    PanelStage stage;
+    stage.start();
+    stage.final("One.");
     stage.controller->show();
-    CaptionOverlays& overlays = stage.view->overlays();
-    enter(stage.view->transcript());
-    // Qt sets this state before it sends the events.
-    overlays.setAttribute(Qt::WA_UnderMouse);
-    leave(stage.view->transcript());
-    enter(overlays);
-    QVERIFY(overlays.isVisible());
-    overlays.setAttribute(Qt::WA_UnderMouse, false);
-    leave(overlays);
-    QVERIFY(!overlays.isVisible());
+    stage.panel().activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&stage.panel()));
+    const CopyTranscriptButton& copy = stage.view->header().state().copyButton();
+    for (int i = 0; i < 12 && !copy.hasFocus(); ++i) {
+      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    QVERIFY(copy.hasFocus());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    QVERIFY(copy.copied());
   }
 
   void showTheWindowState() {
     PanelStage stage;
-    const CaptionOverlays& overlays = stage.view->overlays();
-    QVERIFY(!overlays.isVisibleTo(stage.view));
-    QVERIFY(overlays.keptOnTop().isVisibleTo(&overlays));
-    QVERIFY(!overlays.hiddenFromSharing().isVisibleTo(&overlays));
+    const HeaderState& state = stage.view->header().state();
+    QVERIFY(state.keptOnTop().isVisibleTo(&state));
+    QVERIFY(!state.hiddenFromSharing().isVisibleTo(&state));
     stage.settings.setKeepOnTop(false);
     stage.settings.setHideFromScreenSharing(true);
-    QVERIFY(!overlays.keptOnTop().isVisibleTo(&overlays));
-    QVERIFY(overlays.hiddenFromSharing().isVisibleTo(&overlays));
-    QCOMPARE(overlays.keptOnTop().size(), QSize(22, 22));
+    QVERIFY(!state.keptOnTop().isVisibleTo(&state));
+    QVERIFY(state.hiddenFromSharing().isVisibleTo(&state));
+    QCOMPARE(state.keptOnTop().size(), QSize(22, 22));
   }
 
   void thePinSaysWhenTheDesktopKeepsNoWindowAbove() {
     PanelStage stage;
-    const CaptionOverlays& overlays = stage.view->overlays();
+    const HeaderState& overlays = stage.view->header().state();
     QCOMPARE(overlays.keptOnTop().accessibleName(), QStringLiteral("Kept above other windows"));
     stage.desktop.setCapabilities({.keepsOnTop = false, .hidesPlaces = true});
     QCOMPARE(overlays.keptOnTop().accessibleName(),
@@ -128,7 +113,7 @@ class CaptionOverlaysTest final : public test::Suite {
     can.captureHiding = hiding;
     can.readsWithoutCast = readsWithoutCast;
     stage.desktop.setCapabilities(can);
-    const CaptionOverlayIcon& icon = stage.view->overlays().hiddenFromSharing();
+    const HeaderStateIcon& icon = stage.view->header().state().hiddenFromSharing();
     QCOMPARE(icon.symbol(), symbol);
     QCOMPARE(icon.toolTip(), english);
     QCOMPARE(icon.accessibleName(), english);
@@ -137,5 +122,5 @@ class CaptionOverlaysTest final : public test::Suite {
   }
 };
 
-QTEST_MAIN(CaptionOverlaysTest)
-#include "caption_overlays_test.moc"
+QTEST_MAIN(HeaderStateTest)
+#include "header_state_test.moc"
