@@ -14,6 +14,7 @@
 #include "platform/foundation/preference_store.h"
 #include "ui/caption/caption_panel.h"
 #include "ui/caption/caption_window_controller.h"
+#include "ui/common/frame_keeper.h"
 #include "ui/common/window_presentation.h"
 #include "ui/library/settings_window_controller.h"
 #include "ui/menubar/menu_bar_controller.h"
@@ -71,6 +72,7 @@ void AppCoordinator::open(const QList<QUrl>& files) {
 }
 
 void AppCoordinator::prepareWindow(QWidget* window) {
+  if (!window->objectName().isEmpty()) new FrameKeeper(*window, services_.preferences);
   captionWindow_->keepReadable(*window);
   // The content of a window of fixed size leaves no room for a menu bar.
   const bool isFixed = window->minimumSize() == window->maximumSize();
@@ -160,7 +162,7 @@ void AppCoordinator::showSettings() {
   if (!settingsWindow_) {
     settingsWindow_ = std::make_unique<SettingsWindowController>(
         model_, [this] { perform(AppCommand::openSessionsFolder); }, services_.notes,
-        services_.models);
+        services_.models, services_.loginStart);
     prepareWindow(&settingsWindow_->window());
   }
   // Its notes depend on them.

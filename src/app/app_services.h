@@ -17,6 +17,7 @@ class BetterCaptions;
 class Clock;
 class DesktopPlatform;
 class FileManager;
+class LoginStart;
 class PreferenceStore;
 class SmallerRecognizer;
 class TranslationPlatform;
@@ -44,6 +45,8 @@ struct AppServices {
   BetterCaptions* betterCaptions = nullptr;
   /// May be null.
   SmallerRecognizer* smallerRecognizer = nullptr;
+  /// May be null.
+  LoginStart* loginStart = nullptr;
   /// Listed in "About Velun".
   std::vector<Credit> credits;
 };

@@ -9,6 +9,7 @@
 #include "captions/caption_view_model.h"
 #include "captions/smaller_recognizer.h"
 #include "platform/desktop/desktop_services.h"
+#include "platform/desktop/linux/autostart_entry.h"
 #include "platform/desktop/linux/dbus_file_manager.h"
 #include "platform/desktop/linux/linux_tray_host.h"
 #include "platform/foundation/file_preferences.h"
@@ -57,6 +58,8 @@ struct Composition::Parts {
   std::unique_ptr<DesktopPlatform> desktop = makeDesktopPlatform(engine.clock);
   LinuxTrayHost trayHost{engine.clock};
   DBusFileManager files;
+  AutostartEntry loginStart{QCoreApplication::applicationName(),
+                            QCoreApplication::applicationFilePath()};
   UpdateChecker updater{VELUN_VERSION, VELUN_IS_PACKAGED, updateFeed()};
   AlertQuestion question;
   SettingsNotesText notes{
@@ -117,6 +120,7 @@ AppServices Composition::services() {
           .models = &parts_->modelServices,
           .betterCaptions = &parts_->betterCaptions,
           .smallerRecognizer = &parts_->smallerRecognizer,
+          .loginStart = &parts_->loginStart,
           .credits = credits(*parts_->engine.catalogue)};
 }
 

@@ -36,7 +36,7 @@ void InformationWindows::showAbout() {
   if (!about_) {
     auto view =
         std::make_unique<AboutView>(QCoreApplication::applicationVersion(), services_.credits);
-    about_ = makeWindow(AboutView::title(), kAboutSize, std::move(view));
+    about_ = makeWindow(AboutView::title(), kAboutSize, std::move(view), "About");
   }
   WindowPresentation::present(*about_);
 }
@@ -47,7 +47,7 @@ void InformationWindows::checkForUpdates() {
         std::make_unique<UpdateView>([this](const QUrl& page) { services_.files.openPage(page); },
                                      [this] { updates_->close(); });
     updateView_ = view.get();
-    updates_ = makeWindow(UpdateView::title(), kUpdateSize, std::move(view));
+    updates_ = makeWindow(UpdateView::title(), kUpdateSize, std::move(view), "Updates");
   }
   if (!std::exchange(isChecking_, true)) {
     updateView_->show(std::nullopt);
@@ -57,8 +57,10 @@ void InformationWindows::checkForUpdates() {
 }
 
 std::unique_ptr<QWidget> InformationWindows::makeWindow(const QString& title, QSize size,
-                                                        std::unique_ptr<QWidget> view) {
+                                                        std::unique_ptr<QWidget> view,
+                                                        const QString& frameName) {
   auto window = WindowPresentation::makeWindow(title, size, std::move(view), false);
+  window->setObjectName(frameName);
   windowMade_(window.get());
   return window;
 }

@@ -33,7 +33,7 @@ class InformationWindows final : public QObject {
  private:
   static QCoro::Task<> check(QPointer<InformationWindows> self);
   std::unique_ptr<QWidget> makeWindow(const QString& title, QSize size,
-                                      std::unique_ptr<QWidget> view);
+                                      std::unique_ptr<QWidget> view, const QString& frameName);
 
   AppServices services_;
   std::function<void(QWidget*)> windowMade_;

@@ -10,6 +10,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QShortcut>
 #include <QWindow>
 #include <utility>
 
@@ -41,6 +42,8 @@ CaptionPanel::CaptionPanel(DesktopPlatform& desktop)
   setAttribute(Qt::WA_AlwaysShowToolTips);
   setMinimumSize(CaptionAppearance::minimumSize);
   addEdges();
+  const auto* closing = new QShortcut(QKeySequence::Close, this);
+  connect(closing, &QShortcut::activated, this, &QWidget::close);
   toolTip_->setRounded(desktop.capabilities().compositing);
   connect(&desktop, &DesktopPlatform::capabilitiesChanged, this, [this] {
     toolTip_->setRounded(desktop_.capabilities().compositing);

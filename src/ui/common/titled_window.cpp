@@ -5,7 +5,9 @@
 #include "ui/common/window_frame.h"
 
 #include <algorithm>
+#include <QKeyEvent>
 #include <QScreen>
+#include <QShortcut>
 #include <QShowEvent>
 #include <QVBoxLayout>
 
@@ -32,6 +34,8 @@ TitledWindow::TitledWindow(std::unique_ptr<QWidget> view, QSize size, bool resiz
   layout->addWidget(view.release());
   resize(size_);
   fit();
+  const auto* closing = new QShortcut(QKeySequence::Close, this);
+  connect(closing, &QShortcut::activated, this, &QWidget::close);
 }
 
 void TitledWindow::fit() {
@@ -49,6 +53,14 @@ bool TitledWindow::event(QEvent* event) {
   const bool isHandled = QWidget::event(event);
   if (event->type() == QEvent::LayoutRequest) fit();
   return isHandled;
+}
+
+void TitledWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape && !resizable_) {
+    close();
+  } else {
+    QWidget::keyPressEvent(event);
+  }
 }
 
 void TitledWindow::showEvent(QShowEvent* event) {

@@ -6,8 +6,9 @@
 
 namespace velun {
 
-/// An ordinary window with a given content size around one view. Escape does nothing, closing hides
-/// it. Centred on the screen when first shown, unless it was positioned before.
+/// An ordinary window with a given content size around one view. Ctrl+W closes it, Escape only one
+/// that is not resizable, which is used like a dialogue; closing hides it. Centred on the screen
+/// when first shown, unless it was positioned before.
 class TitledWindow final : public QWidget {
   Q_OBJECT
 
@@ -19,6 +20,7 @@ class TitledWindow final : public QWidget {
  protected:
   bool event(QEvent* event) override;
   void showEvent(QShowEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void fit();

@@ -32,6 +32,7 @@ void ExportWindowController::show(const CaptionSession& session,
       session, selected, [this] { close(); },
       [this, session](const ExportOptions& options) { exportSession(session, options); });
   window_ = WindowPresentation::makeWindow(windowTitle(), kContentSize, std::move(view), false);
+  window_->setObjectName("Export");
   windowMade_(window_.get());
   WindowPresentation::present(*window_);
 }

@@ -4,6 +4,7 @@
 #include "language/localization.h"
 #include "ui/common/symbol.h"
 #include "ui/library/language_chooser.h"
+#include "ui/library/login_start_toggle.h"
 #include "ui/library/settings_form.h"
 #include "ui/library/user_words_editor.h"
 
@@ -45,13 +46,13 @@ void setNote(QLabel* label, const QString& text) {
 }  // namespace
 
 SettingsView::SettingsView(CaptionViewModel& model, std::function<void()> openRecordsFolder,
-                           const SettingsNotes* notes, QWidget* parent)
+                           const SettingsNotes* notes, LoginStart* login, QWidget* parent)
     : QScrollArea(parent), model_(model), settings_(model.settings()), notes_(notes) {
   auto* content = new QWidget(this);
   auto* form = new QVBoxLayout(content);
   form->setContentsMargins(22, 16, 22, 18);
   form->setSpacing(7);
-  addLanguageSection(form);
+  addLanguageSection(form, login);
   addCaptionsSection(form);
   addTranslationSection(form);
   addSavingSection(form);
@@ -67,10 +68,11 @@ SettingsView::SettingsView(CaptionViewModel& model, std::function<void()> openRe
   present();
 }
 
-void SettingsView::addLanguageSection(QVBoxLayout* form) {
+void SettingsView::addLanguageSection(QVBoxLayout* form, LoginStart* login) {
   languageHeading_ = addHeading(form);
   language_ = addChooser(form, nullptr);
   languageHeading_->setBuddy(language_);
+  form->addWidget(new LoginStartToggle(login));
   for (const AppLanguage language : allAppLanguages) language_->addItem(title(language));
   connect(language_, &QComboBox::activated, this, [this](int index) {
     settings_.setLanguage(allAppLanguages[static_cast<std::size_t>(index)]);

@@ -16,6 +16,7 @@ class QVBoxLayout;
 namespace velun {
 
 class LanguageChooser;
+class LoginStart;
 
 /// The form of all settings. Every control writes its setting at once. A combo box writes only when
 /// the user chooses, and also shows a stored value that is not in its list. Main thread.
@@ -23,15 +24,15 @@ class SettingsView final : public QScrollArea {
   Q_OBJECT
 
  public:
-  /// `model` and `notes` must outlive the view; `notes` may be null.
+  /// `model`, `notes` and `login` must outlive the view; the last two may be null.
   SettingsView(CaptionViewModel& model, std::function<void()> openRecordsFolder,
-               const SettingsNotes* notes, QWidget* parent = nullptr);
+               const SettingsNotes* notes, LoginStart* login = nullptr, QWidget* parent = nullptr);
 
   /// The width of the controls; the form scrolls vertically.
   QSize minimumSizeHint() const override;
 
  private:
-  void addLanguageSection(QVBoxLayout* form);
+  void addLanguageSection(QVBoxLayout* form, LoginStart* login);
   void addCaptionsSection(QVBoxLayout* form);
   void addTranslationSection(QVBoxLayout* form);
   void addSavingSection(QVBoxLayout* form);

@@ -18,13 +18,15 @@ constexpr QSize kContentSize(460, 760);
 SettingsWindowController::SettingsWindowController(CaptionViewModel& model,
                                                    std::function<void()> openRecordsFolder,
                                                    const SettingsNotes* notes,
-                                                   const ModelServices* models, QObject* parent)
+                                                   const ModelServices* models, LoginStart* login,
+                                                   QObject* parent)
     : QObject(parent) {
-  auto* general = new SettingsView(model, std::move(openRecordsFolder), notes);
+  auto* general = new SettingsView(model, std::move(openRecordsFolder), notes, login);
   auto pages =
       std::make_unique<SettingsPages>(general, models ? new ModelsPage(model, *models) : nullptr);
   pages_ = pages.get();
   window_ = WindowPresentation::makeWindow(title(), kContentSize, std::move(pages), false);
+  window_->setObjectName("Settings");
 }
 
 SettingsWindowController::~SettingsWindowController() = default;

@@ -19,11 +19,11 @@ class SettingsWindowController final : public QObject {
   Q_OBJECT
 
  public:
-  /// `model`, `notes` and everything in `models` must outlive this object. `notes` may be null;
-  /// without `models` there is no page for them.
+  /// `model`, `notes` and everything in `models` must outlive this object. `notes` and
+  /// `login` may be null; without `models` there is no page for them.
   SettingsWindowController(CaptionViewModel& model, std::function<void()> openRecordsFolder,
                            const SettingsNotes* notes, const ModelServices* models = nullptr,
-                           QObject* parent = nullptr);
+                           LoginStart* login = nullptr, QObject* parent = nullptr);
   ~SettingsWindowController() override;
 
   void show();

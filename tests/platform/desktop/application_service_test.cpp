@@ -108,6 +108,19 @@ class ApplicationServiceTest final : public test::Suite {
     QCOMPARE(claim, ApplicationService::Claim::forwarded);
   }
 
+  void theTokenOfALaunchIsKeptForTheNextWindow() {
+    QCOMPARE(service->claim(), ApplicationService::Claim::granted);
+    const auto tokenAfter = [this](const QVariantMap& data) {
+      qunsetenv("XDG_ACTIVATION_TOKEN");
+      call(bus->connect(), kApplication, "Activate", {data});
+      return qgetenv("XDG_ACTIVATION_TOKEN");
+    };
+    QCOMPARE(tokenAfter({{"activation-token", "one"}, {"desktop-startup-id", "old"}}), "one");
+    QCOMPARE(tokenAfter({{"desktop-startup-id", "two"}}), "two");
+    QCOMPARE(tokenAfter({}), QByteArray());
+    qunsetenv("XDG_ACTIVATION_TOKEN");
+  }
+
   void unresponsiveInstanceIsReported() {
     QCOMPARE(service->claim(), ApplicationService::Claim::granted);
     // Asked from the thread that would have to answer.

@@ -39,6 +39,25 @@ class WindowPresentationTest final : public test::Suite {
  private Q_SLOTS:
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
+  void ctrlWClosesEveryWindowAndEscapeThoseOfFixedSize_data() {
+    QTest::addColumn<bool>("resizable");
+    QTest::newRow("resizable") << true;
+    QTest::newRow("fixed size") << false;
+  }
+  void ctrlWClosesEveryWindowAndEscapeThoseOfFixedSize() {
+    QFETCH(bool, resizable);
+    const auto window = WindowPresentation::makeWindow("Window", QSize(200, 100),
+                                                       std::make_unique<QWidget>(), resizable);
+    WindowPresentation::present(*window);
+    QVERIFY(QTest::qWaitForWindowActive(window.get()));
+    QTest::keyClick(window.get(), Qt::Key_Escape);
+    QCOMPARE(window->isVisible(), resizable);
+    WindowPresentation::present(*window);
+    QVERIFY(QTest::qWaitForWindowActive(window.get()));
+    QTest::keyClick(window.get(), Qt::Key_W, Qt::ControlModifier);
+    QVERIFY(!window->isVisible());
+  }
+
   void errorAlertShowsTheFailure_data() {
     QTest::addColumn<AppLanguage>("language");
     QTest::addColumn<QString>("message");
