@@ -8,6 +8,7 @@
 #include "platform/desktop/application_service.h"
 #include "platform/desktop/desktop_platform.h"
 #include "platform/desktop/file_manager.h"
+#include "platform/desktop/sound_settings.h"
 #include "platform/desktop/tray_host.h"
 #include "platform/foundation/failure.h"
 #include "platform/foundation/main_task.h"
@@ -84,6 +85,7 @@ WindowState AppCoordinator::windowState() const {
   return {.isPanelVisible = captionWindow_ && captionWindow_->isShown(),
           .canClickThrough = services_.desktop.capabilities().passesClicks,
           .canPlacePanel = services_.desktop.capabilities().placesWindows,
+          .canOpenSoundSettings = services_.soundSettings && services_.soundSettings->isAvailable(),
           .isHistoryActive = sessions_ && sessions_->isKeyWindow(),
           .hasSelection = sessions_ && sessions_->hasSelection()};
 }
@@ -132,6 +134,8 @@ void AppCoordinator::perform(AppCommand command) {
     case AppCommand::showModels:
       showSettings();
       return settingsWindow_->showModels();
+    case AppCommand::openSoundSettings:
+      return services_.soundSettings->open();
     case AppCommand::checkForUpdates:
       return information_->checkForUpdates();
     case AppCommand::showAbout:

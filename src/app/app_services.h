@@ -20,6 +20,7 @@ class FileManager;
 class LoginStart;
 class PreferenceStore;
 class SmallerRecognizer;
+class SoundSettings;
 class TranslationPlatform;
 class TrayHost;
 class UpdateChecker;
@@ -47,6 +48,8 @@ struct AppServices {
   SmallerRecognizer* smallerRecognizer = nullptr;
   /// May be null.
   LoginStart* loginStart = nullptr;
+  /// May be null.
+  SoundSettings* soundSettings = nullptr;
   /// Listed in "About Velun".
   std::vector<Credit> credits;
 };

@@ -11,6 +11,7 @@
 #include "platform/desktop/desktop_services.h"
 #include "platform/desktop/linux/autostart_entry.h"
 #include "platform/desktop/linux/dbus_file_manager.h"
+#include "platform/desktop/linux/linux_sound_settings.h"
 #include "platform/desktop/linux/linux_tray_host.h"
 #include "platform/foundation/file_preferences.h"
 #include "platform/speech/built_in/built_in_recognizer_provider.h"
@@ -58,6 +59,7 @@ struct Composition::Parts {
   std::unique_ptr<DesktopPlatform> desktop = makeDesktopPlatform(engine.clock);
   LinuxTrayHost trayHost{engine.clock};
   DBusFileManager files;
+  LinuxSoundSettings soundSettings;
   AutostartEntry loginStart{QCoreApplication::applicationName(),
                             QCoreApplication::applicationFilePath()};
   UpdateChecker updater{VELUN_VERSION, VELUN_IS_PACKAGED, updateFeed()};
@@ -121,6 +123,7 @@ AppServices Composition::services() {
           .betterCaptions = &parts_->betterCaptions,
           .smallerRecognizer = &parts_->smallerRecognizer,
           .loginStart = &parts_->loginStart,
+          .soundSettings = &parts_->soundSettings,
           .credits = credits(*parts_->engine.catalogue)};
 }
 

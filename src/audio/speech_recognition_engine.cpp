@@ -2,6 +2,7 @@
 #include "audio/speech_recognition_engine.h"
 
 #include "audio/audio_feeder.h"
+#include "audio/start_failure.h"
 #include "language/localization.h"
 #include "platform/foundation/failure.h"
 #include "platform/foundation/main_task.h"
@@ -46,6 +47,17 @@ QString missingDevice(const AudioTarget& target) {
       .arg(target.name.isEmpty() ? target.id : target.name);
 }
 
+/// The error of a start at that stage; a cancellation stays one.
+std::exception_ptr startError(const std::exception_ptr& error, FailureStage stage) {
+  try {
+    std::rethrow_exception(error);
+  } catch (const Cancelled&) {
+    return error;
+  } catch (const std::exception& failure) {
+    return std::make_exception_ptr(StartFailure(descriptionOf(failure), stage));
+  }
+}
+
 }  // namespace
 
 SpeechRecognitionEngine::SpeechRecognitionEngine(SpeechPlatform& speech, AudioPlatform& audio,
@@ -76,7 +88,11 @@ QCoro::Task<> SpeechRecognitionEngine::start(QString localeID, AudioTarget targe
   const bool isCurrent = self && engineToken_ == run.token;
   if (isCurrent) {
     isStarting_ = false;
-    if (startFailure_) error = std::make_exception_ptr(Failure(*startFailure_));
+    if (startFailure_) {
+      error = std::make_exception_ptr(StartFailure(startFailure_->message, startFailure_->stage));
+    } else if (error) {
+      error = startError(error, startStage_);
+    }
   }
   if (!error) co_return;
   // If the run was replaced meanwhile, `stop` has already cleaned it up.
@@ -89,16 +105,20 @@ QCoro::Task<> SpeechRecognitionEngine::start(QString localeID, AudioTarget targe
 
 QCoro::Task<> SpeechRecognitionEngine::setUp(Run run, std::stop_token stop) {
   const QPointer<SpeechRecognitionEngine> self(this);
+  startStage_ = FailureStage::recognition;
   const std::optional<SpeechSupport> support = speech_.support(run.sourceID);
   if (!support) throw unsupportedLanguage(run.sourceID);
   checkCancellation(self, run.token, stop);
   if (support->needsAgreement) throw licenceToAgreeTo(run.sourceID);
   if (support->offer) {
+    startStage_ = FailureStage::download;
     QCoro::Task<> installing = installModel(support->offer, run.token, stop);
     co_await installing;
     checkCancellation(self, run.token, stop);
   }
+  startStage_ = FailureStage::recognition;
   startRecognition(support->locale, run);
+  startStage_ = FailureStage::sound;
   QCoro::Task<> startingAudio = startAudio(run, stop);
   co_await startingAudio;
   checkCancellation(self, run.token, stop);
@@ -149,7 +169,9 @@ void SpeechRecognitionEngine::startRecognition(const QString& locale, const Run&
           [this](const QString& notice) { showBriefly(notice); });
   connect(recognition_.get(), &SpeechRun::ended, this, [this](const std::optional<QString>& error) {
     if (!error) return;
-    fail(L(QStringLiteral("Recognition error: ") + *error, QStringLiteral("인식 오류: ") + *error));
+    const QString text =
+        L(QStringLiteral("Recognition error: ") + *error, QStringLiteral("인식 오류: ") + *error);
+    fail({text, FailureStage::recognition});
   });
 }
 
@@ -197,7 +219,7 @@ void SpeechRecognitionEngine::followSource(const AudioSource& source, QUuid toke
   connect(&source, &AudioSource::deviceMissing, this, [setMissing] { setMissing(true); });
   connect(&source, &AudioSource::deviceFound, this, [setMissing] { setMissing(false); });
   connect(&source, &AudioSource::failed, this, [this, token](const QString& message) {
-    if (engineToken_ == token) fail(message);
+    if (engineToken_ == token) fail({message, FailureStage::sound});
   });
 }
 
@@ -286,8 +308,9 @@ QCoro::Task<> SpeechRecognitionEngine::finishRecognition() {
 /// The draft becomes final, because the recognizer will not finish it in time.
 void SpeechRecognitionEngine::giveUpUndecoded() {
   if (!volatileText_.isEmpty()) handle({volatileText_, true});
-  fail(L("Captions stopped before the last words were recognized.",
-         "마지막 말이 인식되기 전에 자막이 중지되었습니다."));
+  const QString text = L("Captions stopped before the last words were recognized.",
+                         "마지막 말이 인식되기 전에 자막이 중지되었습니다.");
+  fail({text, FailureStage::recognition});
   startTask(this, [this] { return cancelRecognition(); });
 }
 
@@ -353,10 +376,10 @@ void SpeechRecognitionEngine::updateStatus() {
   Q_EMIT eventOccurred(StatusEvent{status});
 }
 
-/// The message replaces any status. During a start, it becomes the failure of the start.
-void SpeechRecognitionEngine::fail(const QString& message) {
+/// Replaces any status. During a start, it becomes the failure of the start.
+void SpeechRecognitionEngine::fail(const FailureEvent& failure) {
   if (isStarting_) {
-    startFailure_ = message;
+    startFailure_ = failure;
     if (audio_) audio_->stop();
     return;
   }
@@ -367,7 +390,7 @@ void SpeechRecognitionEngine::fail(const QString& message) {
   briefNotice_.reset();
   briefNoticeEnd_.reset();
   shownStatus_.reset();
-  Q_EMIT eventOccurred(FailureEvent{message});
+  Q_EMIT eventOccurred(failure);
 }
 
 }  // namespace velun

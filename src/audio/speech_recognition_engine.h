@@ -71,7 +71,7 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   QCoro::Task<> cancelRecognition();
   void showBriefly(const QString& notice);
   void updateStatus();
-  void fail(const QString& message);
+  void fail(const FailureEvent& failure);
   void forgetRun();
 
   SpeechPlatform& speech_;
@@ -95,7 +95,9 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   bool isStarting_ = false;
   bool isDownloading_ = false;
   /// Why recognition or the audio source failed during the start.
-  std::optional<QString> startFailure_;
+  std::optional<FailureEvent> startFailure_;
+  /// What the start is doing.
+  FailureStage startStage_ = FailureStage::recognition;
   /// The last draft.
   QString volatileText_;
   bool isInterrupted_ = false;

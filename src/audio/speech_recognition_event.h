@@ -38,9 +38,20 @@ struct StatusEvent {
   bool operator==(const StatusEvent&) const = default;
 };
 
+/// What has failed.
+enum class FailureStage {
+  /// The capture of sound.
+  sound,
+  /// The recognizer, or there is none for the language.
+  recognition,
+  /// The download of a speech model.
+  download,
+};
+
 /// A localized error. The consumer must then stop the engine.
 struct FailureEvent {
   QString message;
+  FailureStage stage = FailureStage::recognition;
   bool operator==(const FailureEvent&) const = default;
 };
 

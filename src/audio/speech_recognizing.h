@@ -17,7 +17,7 @@ class SpeechRecognizing : public QObject {
   Q_OBJECT
 
  public:
-  /// Starts one run with the sound of `target`. Throws `Failure` (or `Cancelled` once `stop` was
+  /// Starts one run with the sound of `target`. Throws `StartFailure` (or `Cancelled` once `stop` was
   /// requested) after cleaning up. A model that is missing is downloaded first.
   virtual QCoro::Task<> start(QString localeID, AudioTarget target, std::stop_token stop = {}) = 0;
 

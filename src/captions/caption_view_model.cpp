@@ -72,14 +72,18 @@ void CaptionViewModel::start() {
   engine_.start();
 }
 
-void CaptionViewModel::engineFailed(const std::optional<QString>& description) {
+void CaptionViewModel::engineFailed(const std::optional<FailureEvent>& failure) {
   if (lines().size() == lineCountAtStart_ && endBeforeStart_) {
     setTimes(session().startedAt, endBeforeStart_);
   } else {
     setEnd();
   }
   saver_.saveIfNeeded(SessionSaver::Sync::now);
-  setStatus(description);
+  if (failure) {
+    setStatus(failure->message, failure->stage);
+  } else {
+    setStatus(std::nullopt);
+  }
   endUnneededTranslation();
 }
 
@@ -145,7 +149,7 @@ void CaptionViewModel::handle(const StatusEvent& event) {
 }
 
 void CaptionViewModel::handle(const FailureEvent& event) {
-  setStatus(event.message);
+  setStatus(event.message, event.stage);
   stop();
 }
 
@@ -193,8 +197,10 @@ void CaptionViewModel::setVolatileText(const QString& text) {
   if (update(volatileText_, text)) Q_EMIT volatileTextChanged();
 }
 
-void CaptionViewModel::setStatus(const std::optional<QString>& status) {
-  if (update(status_, status)) Q_EMIT statusChanged();
+void CaptionViewModel::setStatus(const std::optional<QString>& status,
+                                 const std::optional<FailureStage>& failure) {
+  const bool isOtherFailure = update(failure_, failure);
+  if (update(status_, status) || isOtherFailure) Q_EMIT statusChanged();
 }
 
 void CaptionViewModel::setTranslationStatus(const std::optional<QString>& status) {

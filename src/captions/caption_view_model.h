@@ -40,6 +40,8 @@ class CaptionViewModel final : public QObject {
   const QString& volatileText() const { return volatileText_; }
   /// The engine's last message, localized when it was set.
   const std::optional<QString>& status() const { return status_; }
+  /// What has failed and ended captions, which `status` describes; nullopt once they start again.
+  const std::optional<FailureStage>& failure() const { return failure_; }
   /// Why the last translation failed; nullopt after one that succeeded.
   const std::optional<QString>& translationStatus() const { return translationStatus_; }
   /// Whether translation is on but only the original is shown, and why.
@@ -130,13 +132,14 @@ class CaptionViewModel final : public QObject {
   void translated(const QUuid& id, const QString& language, const QString& text);
   void engineStopped();
   /// The engine could not start: captions have ended, or have not begun again.
-  void engineFailed(const std::optional<QString>& description);
+  void engineFailed(const std::optional<FailureEvent>& failure);
   /// Sets the end of a session that has lines and no end.
   void setEnd();
 
   void setTimes(Instant startedAt, const std::optional<Instant>& endedAt);
   void setVolatileText(const QString& text);
-  void setStatus(const std::optional<QString>& status);
+  void setStatus(const std::optional<QString>& status,
+                 const std::optional<FailureStage>& failure = std::nullopt);
   void setTranslationStatus(const std::optional<QString>& status);
 
   AppSettings& settings_;
@@ -147,6 +150,7 @@ class CaptionViewModel final : public QObject {
   std::size_t lineCountAtStart_ = 0;
   QString volatileText_;
   std::optional<QString> status_;
+  std::optional<FailureStage> failure_;
   std::optional<QString> translationStatus_;
   CaptionLanguages languages_;
   SessionSaver saver_;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "captions/engine_controller.h"
 
+#include "audio/start_failure.h"
 #include "captions/update.h"
 #include "platform/foundation/failure.h"
 #include "platform/foundation/one_shot.h"
@@ -52,7 +53,7 @@ QCoro::Task<> EngineController::runRestart(QPointer<EngineController> self, std:
   if (!self || !self->isRunning_) co_return;
 
   bool isStarted = false;
-  std::optional<QString> description;
+  std::optional<FailureEvent> failure;
   try {
     const QString localeID = self->settings_.localeID();
     const AudioTarget target = self->target();
@@ -61,14 +62,16 @@ QCoro::Task<> EngineController::runRestart(QPointer<EngineController> self, std:
     isStarted = true;
   } catch (const Cancelled&) {
     // The user turned captions off or changed a setting, which needs no message.
+  } catch (const StartFailure& error) {
+    failure = FailureEvent(error.errorDescription(), error.stage());
   } catch (const std::exception& error) {
-    description = descriptionOf(error);
+    failure = FailureEvent(descriptionOf(error), FailureStage::recognition);
   }
   if (!self || isStarted) co_return;
   // A restart has replaced this one.
   if (self->isRunning_ && stop.stop_requested()) co_return;
   self->setRunning(false);
-  Q_EMIT self->startFailed(description);
+  Q_EMIT self->startFailed(failure);
 }
 
 void EngineController::stop() {

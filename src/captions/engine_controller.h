@@ -68,8 +68,8 @@ class EngineController final : public QObject {
   void eventOccurred(const velun::SpeechRecognitionEvent& event);
   /// This machine cannot keep up with the audio.
   void tooSlow();
-  /// A start failed and captions are off. Without a description it was cancelled.
-  void startFailed(const std::optional<QString>& description);
+  /// A start failed and captions are off. Without a failure it was cancelled.
+  void startFailed(const std::optional<velun::FailureEvent>& failure);
   /// `stop` or `shutdown` has stopped the engine, and all its results have arrived. The transition
   /// ends afterwards.
   void stopped();

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "audio/speech_recognition_engine.h"
-#include "platform/foundation/failure.h"
+#include "audio/start_failure.h"
 #include "support/await.h"
 #include "support/manual_clock.h"
 #include "support/scripted_audio_platform.h"
@@ -39,6 +39,9 @@ struct EngineFixture {
       await(engine->start(localeID, target, stopSource.get_token()));
     } catch (const Cancelled&) {
       return "cancelled";
+    } catch (const StartFailure& failure) {
+      failedStage = failure.stage();
+      return failure.errorDescription();
     } catch (const Failure& failure) {
       return failure.errorDescription();
     }
@@ -57,6 +60,8 @@ struct EngineFixture {
   ScriptedAudioPlatform audio;
   std::stop_source stopSource;
   QStringList events;
+  /// What the last start that failed was doing.
+  std::optional<FailureStage> failedStage;
   std::unique_ptr<SpeechRecognitionEngine> engine =
       std::make_unique<SpeechRecognitionEngine>(speech, audio, clock);
 };

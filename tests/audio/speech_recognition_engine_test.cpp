@@ -68,6 +68,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     Fixture f;
     f.speech.script->startFailure = "No model";
     QCOMPARE(f.start(), QString("No model"));
+    QCOMPARE(f.failedStage, std::optional(FailureStage::recognition));
     QVERIFY(f.audio.script->calls.isEmpty());
     f.speech.script->startFailure.reset();
     QCOMPARE(f.start(), QString());
@@ -78,6 +79,7 @@ class SpeechRecognitionEngineTest final : public test::Suite {
     Fixture f;
     f.audio.script->startFailure = "No output device";
     QCOMPARE(f.start(), QString("No output device"));
+    QCOMPARE(f.failedStage, std::optional(FailureStage::sound));
     QCOMPARE(f.audio.script->calls, QStringList({"start output", "stop"}));
     QCOMPARE(f.speech.script->calls.last(), QString("cancel"));
     QVERIFY(f.engine->meterBands().empty());

@@ -31,8 +31,9 @@ struct EngineControllerFixture {
     QObject::connect(observed, &EngineController::eventOccurred,
                      [this] { signalled.append("event"); });
     QObject::connect(observed, &EngineController::startFailed,
-                     [this](const std::optional<QString>& description) {
-                       signalled.append("start failed: " + description.value_or("cancelled"));
+                     [this](const std::optional<FailureEvent>& failure) {
+                       const QString text = failure ? failure->message : "cancelled";
+                       signalled.append("start failed: " + text);
                      });
     QObject::connect(&settings, &AppSettings::useMicChanged, observed, &EngineController::restart);
   }

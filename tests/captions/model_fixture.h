@@ -58,7 +58,9 @@ struct ModelFixture : SessionsFolder {
     recognizer->emitEvent(FinalEvent{text, source, input});
   }
   void status(const std::optional<QString>& text) { recognizer->emitEvent(StatusEvent{text}); }
-  void failure(const QString& message) { recognizer->emitEvent(FailureEvent{message}); }
+  void failure(const QString& message, FailureStage stage = FailureStage::recognition) {
+    recognizer->emitEvent(FailureEvent{message, stage});
+  }
 
   /// From the next configuration on, translations are the texts in upper case.
   void translateToUpperCase() {

@@ -13,12 +13,14 @@
 #include <QAction>
 #include <QLabel>
 #include <QVBoxLayout>
+#include <utility>
 
 namespace velun {
 
 namespace {
 
 constexpr double kTitleSize = 13;
+constexpr double kHintSize = 11;
 constexpr int kGap = 8;
 
 }  // namespace
@@ -30,13 +32,16 @@ CaptionEmptyState::CaptionEmptyState(CaptionViewModel& model, AppCommands& comma
       commands_(commands),
       title_(new QLabel(this)),
       start_(new CaptionButton(this)),
+      hint_(new QLabel(this)),
       offer_(new DownloadOfferView(model, better, this)) {
-  title_->setFont(systemFont(kTitleSize));
-  title_->setAlignment(Qt::AlignCenter);
-  title_->setWordWrap(true);
-  QPalette colors = title_->palette();
-  colors.setColor(QPalette::WindowText, CaptionAppearance::secondaryText);
-  title_->setPalette(colors);
+  for (const auto& [label, size] : {std::pair(title_, kTitleSize), std::pair(hint_, kHintSize)}) {
+    label->setFont(systemFont(size));
+    label->setAlignment(Qt::AlignCenter);
+    label->setWordWrap(true);
+    QPalette colors = label->palette();
+    colors.setColor(QPalette::WindowText, CaptionAppearance::secondaryText);
+    label->setPalette(colors);
+  }
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(TranscriptLayout::horizontalInset, 0,
                              TranscriptLayout::horizontalInset, 0);
@@ -44,6 +49,7 @@ CaptionEmptyState::CaptionEmptyState(CaptionViewModel& model, AppCommands& comma
   column->addStretch(1);
   column->addWidget(title_);
   column->addWidget(start_, 0, Qt::AlignHCenter);
+  column->addWidget(hint_);
   column->addWidget(offer_);
   column->addStretch(1);
   connect(start_, &CaptionButton::clicked, &commands.action(AppCommand::toggleCaptions),
@@ -54,6 +60,8 @@ CaptionEmptyState::CaptionEmptyState(CaptionViewModel& model, AppCommands& comma
     connect(&object, signal, this, &CaptionEmptyState::present);
   };
   follow(model, &CaptionViewModel::isRunningChanged);
+  follow(model, &CaptionViewModel::statusChanged);
+  follow(*offer_, &DownloadOfferView::shownChanged);
   follow(commands, &AppCommands::refreshed);
   follow(model.settings(), &AppSettings::useMicChanged);
   follow(model.settings(), &AppSettings::localeIDChanged);
@@ -68,12 +76,22 @@ void CaptionEmptyState::present() {
                                      : velun::title(input) + QStringLiteral(" · ") +
                                            languageName(settings.localeID()));
   const QAction& command = commands_.action(AppCommand::toggleCaptions);
+  const bool canStart = !model_.isRunning() && !givesWay();
   // Qt would move the focus of a hidden button into the header and show it.
-  if (model_.isRunning() && start_->hasFocus()) setFocus();
-  start_->setVisible(!model_.isRunning());
+  if (!canStart && start_->hasFocus()) setFocus();
+  title_->setVisible(!givesWay());
+  start_->setVisible(canStart);
+  hint_->setText(
+      L("Press Start, or use the status icon.", "‘시작’을 누르거나 상태 아이콘을 사용하세요."));
+  hint_->setVisible(canStart && !offer_->isVisibleTo(this));
   start_->setText(L("Start", "시작"));
   start_->setToolTip(command.text());
   start_->setEnabled(command.isEnabled());
+  Q_EMIT changed();
+}
+
+bool CaptionEmptyState::givesWay() const {
+  return model_.status() && !model_.status()->isEmpty() && !offer_->isVisibleTo(this);
 }
 
 void CaptionEmptyState::mousePressEvent(QMouseEvent* event) {

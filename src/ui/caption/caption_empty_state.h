@@ -28,10 +28,20 @@ class CaptionEmptyState final : public QWidget {
 
   void setColors(const CaptionColors& colors);
 
+  /// Whether the status is shown instead of the texts and the start button: it says why there are
+  /// no captions.
+  bool givesWay() const;
+
   /// What is captioned, or the hint.
   QLabel& title() const { return *title_; }
+  /// How captions are started.
+  QLabel& hint() const { return *hint_; }
   CaptionButton& startButton() const { return *start_; }
   DownloadOfferView& offerView() const { return *offer_; }
+
+ Q_SIGNALS:
+  /// givesWay() may have changed.
+  void changed();
 
  protected:
   /// Gives the keyboard to the focus proxy.
@@ -44,6 +54,7 @@ class CaptionEmptyState final : public QWidget {
   AppCommands& commands_;
   QLabel* title_;
   CaptionButton* start_;
+  QLabel* hint_;
   DownloadOfferView* offer_;
 };
 

@@ -9,6 +9,7 @@
 #include "ui/caption/caption_menu.h"
 #include "ui/caption/caption_notice.h"
 #include "ui/caption/caption_status_line.h"
+#include "ui/caption/failure_buttons.h"
 #include "ui/caption/header_state.h"
 #include "ui/caption/jump_button.h"
 #include "ui/caption/selectable_transcript_text_view.h"
@@ -51,11 +52,12 @@ CaptionView::CaptionView(CaptionViewModel& model, AppCommands& commands,
       transcript_(new TranscriptView(this)),
       statusLine_(new CaptionStatusLine(model, translation, this)),
       smaller_(new SmallerRecognizerButton(smaller, this)),
+      failureButtons_(new FailureButtons(model, commands, this)),
       jumpButton_(new JumpButton(this)),
       notice_(new CaptionNotice(clock, this)) {
   header_->hide();
   emptyState_->setFocusProxy(transcript_);
-  emptyState_->stackUnder(jumpButton_);
+  emptyState_->stackUnder(statusLine_);
   connect(header_, &CaptionHeaderView::menuTrackingChanged, this,
           [this](bool tracking) { chrome_.setMenuTracking(tracking); });
   connect(transcript_, &TranscriptView::atBottomChanged, this, &CaptionView::updateJumpButton);
@@ -65,6 +67,8 @@ CaptionView::CaptionView(CaptionViewModel& model, AppCommands& commands,
   connect(smaller_, &SmallerRecognizerButton::offerChanged, this, &CaptionView::arrange);
   connect(smaller_, &SmallerRecognizerButton::modelsRequested,
           &commands.action(AppCommand::showModels), &QAction::trigger);
+  connect(failureButtons_, &FailureButtons::changed, this, &CaptionView::arrange);
+  connect(emptyState_, &CaptionEmptyState::changed, this, &CaptionView::arrange);
   // The header gets the focus by focusNextPrevChild(), on return from one of its menus or another
   // window, and from screen readers, which also focus invisible buttons. A window that is being
   // hidden moves the focus around.
@@ -188,6 +192,7 @@ void CaptionView::setColors(const CaptionColors& colors) {
   colors_ = colors;
   header_->setColors(colors);
   emptyState_->setColors(colors);
+  failureButtons_->setColors(colors);
   jumpButton_->setColors(colors);
   notice_->setColors(colors);
   smaller_->setColors(colors);
@@ -195,18 +200,46 @@ void CaptionView::setColors(const CaptionColors& colors) {
 
 void CaptionView::arrange() {
   const int top = CaptionAppearance::headerHeight;
-  const int status = statusLine_->neededHeight(width());
+  // The height that the status takes from the transcript.
+  const int status = statusReplacesEmptyState() ? 0 : statusHeights().total();
   header_->setGeometry(0, 0, width(), top);
-  const int below = status + smaller_->neededHeight();
-  transcript_->setGeometry(0, top, width(), std::max(height() - top - below, 0));
-  smaller_->setGeometry(0, height() - below, width(), below - status);
-  statusLine_->setVisible(status > 0);
-  statusLine_->setGeometry(0, height() - status, width(), status);
+  transcript_->setGeometry(0, top, width(), std::max(height() - top - status, 0));
   const QRect text = transcript_->geometry();
   emptyState_->setGeometry(text);
   notice_->place(text);
+  arrangeStatus();
   jumpButton_->move(text.center().x() - JumpButton::side / 2,
                     text.bottom() + 1 - kJumpGap - JumpButton::side);
+}
+
+bool CaptionView::statusReplacesEmptyState() const {
+  return emptyState_->isVisibleTo(this) && emptyState_->givesWay();
+}
+
+CaptionView::StatusHeights CaptionView::statusHeights() const {
+  StatusHeights heights;
+  heights.smaller = smaller_->neededHeight();
+  heights.line = statusLine_->neededHeight(width());
+  if (failureButtons_->isWanted()) heights.buttons = failureButtons_->sizeHint().height();
+  return heights;
+}
+
+void CaptionView::arrangeStatus() {
+  const bool isInMiddle = statusReplacesEmptyState();
+  const StatusHeights heights = statusHeights();
+  const int room = height() - CaptionAppearance::headerHeight;
+  const int space = room - heights.total();
+  int y = CaptionAppearance::headerHeight + (isInMiddle ? std::max(0, space / 2) : space);
+  statusLine_->setAlignment(isInMiddle ? Qt::AlignHCenter | Qt::AlignTop
+                                       : Qt::AlignLeft | Qt::AlignTop);
+  statusLine_->setVisible(heights.line > 0);
+  const auto place = [&](QWidget* view, int viewHeight) {
+    view->setGeometry(0, y, width(), viewHeight);
+    y += viewHeight;
+  };
+  place(smaller_, heights.smaller);
+  place(statusLine_, heights.line);
+  place(failureButtons_, heights.buttons);
 }
 
 void CaptionView::resizeEvent(QResizeEvent*) {

@@ -18,6 +18,7 @@ class CaptionMenu;
 class CaptionNotice;
 class CaptionStatusLine;
 class CaptionViewModel;
+class FailureButtons;
 class Clock;
 struct DesktopCapabilities;
 class JumpButton;
@@ -59,6 +60,7 @@ class CaptionView final : public QWidget {
   CaptionEmptyState& emptyState() const { return *emptyState_; }
   JumpButton& jumpButton() const { return *jumpButton_; }
   CaptionNotice& notice() const { return *notice_; }
+  FailureButtons& failureButtons() const { return *failureButtons_; }
   CaptionStatusLine& statusLine() const { return *statusLine_; }
   SmallerRecognizerButton& smallerRecognizer() const { return *smaller_; }
   const CaptionChrome& chrome() const { return chrome_; }
@@ -76,6 +78,18 @@ class CaptionView final : public QWidget {
   void updateJumpButton();
   void jump();
   void arrange();
+  /// Whether the status is shown in the middle, in place of the empty state's texts.
+  bool statusReplacesEmptyState() const;
+  /// The heights of the status and its buttons, from top to bottom.
+  struct StatusHeights {
+    int smaller = 0;
+    int line = 0;
+    int buttons = 0;
+
+    int total() const { return smaller + line + buttons; }
+  };
+  StatusHeights statusHeights() const;
+  void arrangeStatus();
 
   CaptionViewModel& model_;
   BetterCaptions* better_;
@@ -85,6 +99,7 @@ class CaptionView final : public QWidget {
   TranscriptView* transcript_;
   CaptionStatusLine* statusLine_;
   SmallerRecognizerButton* smaller_;
+  FailureButtons* failureButtons_;
   JumpButton* jumpButton_;
   CaptionNotice* notice_;
   // The change to show in the next update; nullopt while none is due.

@@ -76,7 +76,9 @@ void DownloadOfferView::setColors(const CaptionColors& colors) {
 
 void DownloadOfferView::present() {
   const bool isOffered = better_ && better_->offer();
+  const bool wasOffered = !isHidden();
   setVisible(isOffered);
+  if (wasOffered != isOffered) Q_EMIT shownChanged();
   if (!isOffered) return;
   presentOffer(*better_->offer());
   const bool isNews = std::exchange(stage_, better_->offer()->state.stage) != stage_;

@@ -35,6 +35,8 @@ class DownloadOfferView final : public QWidget {
  Q_SIGNALS:
   /// The user wants to see the page "Languages & Models".
   void modelsRequested();
+  /// The view was shown or hidden.
+  void shownChanged();
 
  private:
   void arrange();

@@ -40,9 +40,8 @@ std::vector<AppCommands::Row> AppCommands::rows() const {
   const AppSettings& settings = model_.settings();
   const bool isSettled = !model_.isSwitching();
   const bool hasLines = !model_.lines().empty();
-  const auto [isPanelVisible, canClickThrough, canPlacePanel, isHistoryActive, hasSelection] =
-      windows_();
-  const bool hasDocument = isHistoryActive ? hasSelection : hasLines;
+  const WindowState windows = windows_();
+  const bool hasDocument = windows.isHistoryActive ? windows.hasSelection : hasLines;
   return {
       {.command = toggleCaptions,
        .name = "toggle-captions",
@@ -68,14 +67,14 @@ std::vector<AppCommands::Row> AppCommands::rows() const {
        .name = "toggle-click-through",
        .text = L("Click Through Captions", "자막 창 클릭 통과"),
        .shortcut = Qt::CTRL | Qt::SHIFT | Qt::Key_L,
-       .isEnabled = canClickThrough,
+       .isEnabled = windows.canClickThrough,
        .mark = settings.clickThrough(),
        .state = settings.clickThrough()},
       {.command = togglePanel,
        .name = "toggle-panel",
        .text = L("Show/Hide Caption Window", "자막 창 보기/숨기기"),
        .shortcut = Qt::CTRL | Qt::Key_L,
-       .state = isPanelVisible},
+       .state = windows.isPanelVisible},
       {.command = showPanel, .name = "show-panel"},
       {.command = restorePosition,
        .name = "restore-position",
@@ -84,12 +83,12 @@ std::vector<AppCommands::Row> AppCommands::rows() const {
        .name = "move-panel",
        .text = L("Move Caption Window", "자막 창 옮기기"),
        .shortcut = Qt::CTRL | Qt::Key_M,
-       .isEnabled = canPlacePanel},
+       .isEnabled = windows.canPlacePanel},
       {.command = movePanelToNextScreen,
        .name = "move-panel-to-next-screen",
        .text = L("Move to Next Screen", "다음 화면으로 옮기기"),
        .shortcut = Qt::CTRL | Qt::SHIFT | Qt::Key_M,
-       .isEnabled = canPlacePanel && QGuiApplication::screens().size() > 1},
+       .isEnabled = windows.canPlacePanel && QGuiApplication::screens().size() > 1},
       {.command = newSession,
        .name = "new-session",
        .text = L("New Session", "새 세션"),
@@ -100,8 +99,8 @@ std::vector<AppCommands::Row> AppCommands::rows() const {
        .text = L("Save Current Session", "현재 세션 저장"),
        .isEnabled = hasLines},
       {.command = saveDocument,
-       .text = isHistoryActive ? L("Save Session File…", "기록 파일 저장…")
-                               : L("Save Current Session", "현재 세션 저장"),
+       .text = windows.isHistoryActive ? L("Save Session File…", "기록 파일 저장…")
+                                       : L("Save Current Session", "현재 세션 저장"),
        .shortcut = Qt::CTRL | Qt::Key_S,
        .isEnabled = hasDocument},
       {.command = exportCurrentSession,
@@ -122,7 +121,12 @@ std::vector<AppCommands::Row> AppCommands::rows() const {
        .name = "show-settings",
        .text = L("Settings…", "설정…"),
        .shortcut = Qt::CTRL | Qt::Key_Comma},
-      {.command = showModels, .name = "show-models"},
+      {.command = showModels,
+       .name = "show-models",
+       .text = L("Choose Another Recognizer", "다른 인식기 선택")},
+      {.command = openSoundSettings,
+       .text = L("Open Sound Settings", "소리 설정 열기"),
+       .isEnabled = windows.canOpenSoundSettings},
       {.command = checkForUpdates,
        .name = "check-for-updates",
        .text = L("Check for Updates…", "업데이트 확인…")},

@@ -36,6 +36,7 @@ enum class AppCommand {
   showSettings,
   /// The page "Languages & Models" of the settings.
   showModels,
+  openSoundSettings,
   checkForUpdates,
   showAbout,
   terminate,
@@ -48,6 +49,8 @@ struct WindowState {
   bool canClickThrough = false;
   /// The program can choose the panel's place.
   bool canPlacePanel = false;
+  /// A program for the desktop's sound settings is installed.
+  bool canOpenSoundSettings = false;
   /// The saved-sessions window has the keyboard.
   bool isHistoryActive = false;
   /// A saved session is selected.

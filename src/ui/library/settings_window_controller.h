@@ -35,8 +35,9 @@ class SettingsWindowController final : public QObject {
   QWidget& window() const { return *window_; }
 
  private:
-  SettingsPages* pages_;
   std::unique_ptr<QWidget> window_;
+  /// In the window.
+  SettingsPages* pages_;
 };
 
 }  // namespace velun

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "ui/caption/caption_colors.h"
+
+#include <QWidget>
+
+namespace velun {
+
+class AppCommands;
+class CaptionButton;
+class CaptionViewModel;
+
+/// What the user can do about a failure that has ended captions, as buttons in a row. Hidden while
+/// there is none. Main thread.
+class FailureButtons final : public QWidget {
+  Q_OBJECT
+
+ public:
+  /// `model` and `commands` must outlive the view.
+  FailureButtons(CaptionViewModel& model, AppCommands& commands, QWidget* parent);
+
+  void setColors(const CaptionColors& colors);
+  /// Whether there is a failure, and the buttons are to be shown.
+  bool isWanted() const;
+
+  CaptionButton& tryAgain() const { return *tryAgain_; }
+  CaptionButton& openSoundSettings() const { return *openSoundSettings_; }
+  CaptionButton& chooseRecognizer() const { return *chooseRecognizer_; }
+
+ Q_SIGNALS:
+  /// isWanted() may have changed.
+  void changed();
+
+ private:
+  void present();
+
+  CaptionViewModel& model_;
+  AppCommands& commands_;
+  CaptionButton* tryAgain_;
+  CaptionButton* openSoundSettings_;
+  CaptionButton* chooseRecognizer_;
+};
+
+}  // namespace velun
