@@ -16,6 +16,7 @@
 #include "ui/caption/caption_panel.h"
 #include "ui/caption/caption_window_controller.h"
 #include "ui/common/frame_keeper.h"
+#include "ui/common/shortcut_set.h"
 #include "ui/common/window_presentation.h"
 #include "ui/library/settings_window_controller.h"
 #include "ui/menubar/menu_bar_controller.h"
@@ -52,6 +53,10 @@ void AppCoordinator::launch() {
   menuBar_->mainMenu().install(&captionWindow_->panel(), MainMenu::Place::globalOnly,
                                [this] { return captionWindow_->makeMenu(); });
   observe();
+  if (services_.shortcuts) {
+    shortcuts_ =
+        std::make_unique<ShortcutSet>(commands_, *services_.shortcuts, services_.preferences);
+  }
   startTask(this, [this] { return model_.loadLanguages(); });
   services_.trayHost.search();
 }
@@ -166,7 +171,8 @@ void AppCoordinator::showSettings() {
   if (!settingsWindow_) {
     settingsWindow_ = std::make_unique<SettingsWindowController>(
         model_, [this] { perform(AppCommand::openSessionsFolder); }, services_.notes,
-        services_.models, services_.loginStart);
+        services_.models,
+        DesktopSettings{.login = services_.loginStart, .shortcuts = shortcuts_.get()});
     prepareWindow(&settingsWindow_->window());
   }
   // Its notes depend on them.

@@ -20,6 +20,7 @@ class MenuBarController;
 class RemoteCommands;
 class SessionLibrary;
 class SettingsWindowController;
+class ShortcutSet;
 
 /// Owns the windows, the status icon and the commands, and carries out the commands. Main thread.
 class AppCoordinator final : public QObject {
@@ -76,6 +77,8 @@ class AppCoordinator final : public QObject {
   /// After the windows, whose state they depend on.
   AppCommands commands_;
   std::unique_ptr<RemoteCommands> remote_;
+  /// Null without global shortcuts.
+  std::unique_ptr<ShortcutSet> shortcuts_;
 };
 
 }  // namespace velun

@@ -17,6 +17,7 @@ class BetterCaptions;
 class Clock;
 class DesktopPlatform;
 class FileManager;
+class GlobalShortcuts;
 class LoginStart;
 class PreferenceStore;
 class SmallerRecognizer;
@@ -50,6 +51,8 @@ struct AppServices {
   LoginStart* loginStart = nullptr;
   /// May be null.
   SoundSettings* soundSettings = nullptr;
+  /// May be null.
+  GlobalShortcuts* shortcuts = nullptr;
   /// Listed in "About Velun".
   std::vector<Credit> credits;
 };

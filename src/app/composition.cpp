@@ -57,6 +57,7 @@ struct Composition::Parts {
   SmallerRecognizer smallerRecognizer{engine.speech, *engine.recognizerPreferences,
                                       engine.settings};
   std::unique_ptr<DesktopPlatform> desktop = makeDesktopPlatform(engine.clock);
+  std::unique_ptr<GlobalShortcuts> shortcuts = makeGlobalShortcuts();
   LinuxTrayHost trayHost{engine.clock};
   DBusFileManager files;
   LinuxSoundSettings soundSettings;
@@ -124,6 +125,7 @@ AppServices Composition::services() {
           .smallerRecognizer = &parts_->smallerRecognizer,
           .loginStart = &parts_->loginStart,
           .soundSettings = &parts_->soundSettings,
+          .shortcuts = parts_->shortcuts.get(),
           .credits = credits(*parts_->engine.catalogue)};
 }
 

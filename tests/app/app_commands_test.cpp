@@ -259,7 +259,7 @@ class AppCommandsTest final : public test::Suite {
     blocker.setModal(true);
     blocker.show();
     const std::vector<ApplicationAction> actions = stage.application.actions;
-    QCOMPARE(actions.size(), std::size_t(21));
+    QCOMPARE(actions.size(), std::size_t(23));
     for (const ApplicationAction& action : actions) {
       Q_EMIT stage.application.actionRequested(
           action.name, action.parameterType.isEmpty() ? QVariant() : action.state);

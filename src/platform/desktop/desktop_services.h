@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/desktop/desktop_platform.h"
+#include "platform/desktop/global_shortcuts.h"
 
 #include <memory>
 
@@ -15,5 +16,8 @@ void preferWindowSystem();
 
 /// Creates the services of the current desktop. `clock` must outlive the result.
 std::unique_ptr<DesktopPlatform> makeDesktopPlatform(Clock& clock);
+
+/// Creates the shortcuts of the current desktop. Call it once the application object exists.
+std::unique_ptr<GlobalShortcuts> makeGlobalShortcuts();
 
 }  // namespace velun

@@ -6,6 +6,7 @@
 #include "ui/library/language_chooser.h"
 #include "ui/library/login_start_toggle.h"
 #include "ui/library/settings_form.h"
+#include "ui/library/shortcuts_editor.h"
 #include "ui/library/user_words_editor.h"
 
 #include <array>
@@ -46,16 +47,21 @@ void setNote(QLabel* label, const QString& text) {
 }  // namespace
 
 SettingsView::SettingsView(CaptionViewModel& model, std::function<void()> openRecordsFolder,
-                           const SettingsNotes* notes, LoginStart* login, QWidget* parent)
+                           const SettingsNotes* notes, const DesktopSettings& desktop,
+                           QWidget* parent)
     : QScrollArea(parent), model_(model), settings_(model.settings()), notes_(notes) {
   auto* content = new QWidget(this);
   auto* form = new QVBoxLayout(content);
   form->setContentsMargins(22, 16, 22, 18);
   form->setSpacing(7);
-  addLanguageSection(form, login);
+  addLanguageSection(form, desktop.login);
   addCaptionsSection(form);
   addTranslationSection(form);
   addSavingSection(form);
+  if (desktop.shortcuts) {
+    form->addSpacing(10);
+    form->addWidget(new ShortcutsEditor(*desktop.shortcuts));
+  }
   form->addStretch();
   setFrameShape(QFrame::NoFrame);
   setWidgetResizable(true);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "captions/caption_view_model.h"
+#include "ui/library/desktop_settings.h"
 #include "ui/library/settings_notes.h"
 
 #include <functional>
@@ -24,9 +25,10 @@ class SettingsView final : public QScrollArea {
   Q_OBJECT
 
  public:
-  /// `model`, `notes` and `login` must outlive the view; the last two may be null.
+  /// `model`, `notes` and everything in `desktop` must outlive the view; `notes` may be null.
   SettingsView(CaptionViewModel& model, std::function<void()> openRecordsFolder,
-               const SettingsNotes* notes, LoginStart* login = nullptr, QWidget* parent = nullptr);
+               const SettingsNotes* notes, const DesktopSettings& desktop = {},
+               QWidget* parent = nullptr);
 
   /// The width of the controls; the form scrolls vertically.
   QSize minimumSizeHint() const override;

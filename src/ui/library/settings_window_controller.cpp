@@ -18,10 +18,10 @@ constexpr QSize kContentSize(460, 760);
 SettingsWindowController::SettingsWindowController(CaptionViewModel& model,
                                                    std::function<void()> openRecordsFolder,
                                                    const SettingsNotes* notes,
-                                                   const ModelServices* models, LoginStart* login,
-                                                   QObject* parent)
+                                                   const ModelServices* models,
+                                                   const DesktopSettings& desktop, QObject* parent)
     : QObject(parent) {
-  auto* general = new SettingsView(model, std::move(openRecordsFolder), notes, login);
+  auto* general = new SettingsView(model, std::move(openRecordsFolder), notes, desktop);
   auto pages =
       std::make_unique<SettingsPages>(general, models ? new ModelsPage(model, *models) : nullptr);
   pages_ = pages.get();

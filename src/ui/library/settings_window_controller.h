@@ -2,6 +2,7 @@
 #pragma once
 
 #include "captions/caption_view_model.h"
+#include "ui/library/desktop_settings.h"
 #include "ui/library/settings_notes.h"
 #include "ui/models/model_services.h"
 
@@ -19,11 +20,11 @@ class SettingsWindowController final : public QObject {
   Q_OBJECT
 
  public:
-  /// `model`, `notes` and everything in `models` must outlive this object. `notes` and
-  /// `login` may be null; without `models` there is no page for them.
+  /// `model`, `notes` and everything in `models` and `desktop` must outlive this object. `notes`
+  /// may be null; without `models` there is no page for them.
   SettingsWindowController(CaptionViewModel& model, std::function<void()> openRecordsFolder,
                            const SettingsNotes* notes, const ModelServices* models = nullptr,
-                           LoginStart* login = nullptr, QObject* parent = nullptr);
+                           const DesktopSettings& desktop = {}, QObject* parent = nullptr);
   ~SettingsWindowController() override;
 
   void show();

@@ -210,7 +210,7 @@ class Announcements(KeyboardCase):
 
 
 class Settings(KeyboardCase):
-    STOPS = ["Language · 언어", "Input Source", "Recognition Language", "Font Size",
+    STOPS = ["Language · 언어", "Start at Login", "Input Source", "Recognition Language", "Font Size",
              "Keep caption window on top", "Let clicks through the caption window",
              "Hide caption window from screen sharing and recording",
              "Numbers as digits", "Names and Terms", "Live Translation", "Translation Language",

@@ -56,6 +56,7 @@ class Controls(SettingsCase):
                  and node.role in ("label", "check box", "push button")]
         self.assertEqual(shown, [
             ("label", LANGUAGE),
+            ("check box", "Start at Login"),
             ("label", "Captions"),
             ("label", "Input Source"),
             ("label", "Recognition Language"),

@@ -4,9 +4,11 @@
 #include "platform/desktop/desktop_services.h"
 #include "platform/desktop/linux/compositor_exclusion.h"
 #include "platform/desktop/linux/layer_windows.h"
+#include "platform/desktop/linux/portal_shortcuts.h"
 #include "platform/desktop/linux/x11_bottom_anchor.h"
 #include "platform/desktop/linux/x11_display.h"
 #include "platform/desktop/linux/x11_full_screen_follower.h"
+#include "platform/desktop/linux/x11_key_grabs.h"
 #include "platform/desktop/linux/x11_selection_watch.h"
 #include "platform/desktop/linux/x11_window_manager.h"
 
@@ -21,6 +23,13 @@ namespace velun {
 
 std::unique_ptr<DesktopPlatform> makeDesktopPlatform(Clock& clock) {
   return std::make_unique<LinuxDesktopPlatform>(clock);
+}
+
+std::unique_ptr<GlobalShortcuts> makeGlobalShortcuts() {
+  xcb_connection_t* x11 = x11Connection();
+  // On XWayland, keys can be taken only while an X window has the keyboard.
+  if (x11 && !isXWayland(x11)) return std::make_unique<X11KeyGrabs>(x11);
+  return std::make_unique<PortalShortcuts>(QDBusConnection::sessionBus());
 }
 
 LinuxDesktopPlatform::LinuxDesktopPlatform(Clock& clock)

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/desktop/linux/linux_sound_settings.h"
 
+#include "platform/desktop/linux/open_outside.h"
+
 #include <array>
-#include <QProcess>
 #include <QStandardPaths>
 
 namespace velun {
@@ -48,7 +49,7 @@ void LinuxSoundSettings::open() {
   QStringList arguments = command();
   if (arguments.isEmpty()) return;
   const QString program = arguments.takeFirst();
-  QProcess::startDetached(program, arguments);
+  startOutside(program, arguments);
 }
 
 }  // namespace velun

@@ -12,9 +12,13 @@ namespace velun {
 bool openOutside(const QUrl& url) {
   const QString opener = QStandardPaths::findExecutable("xdg-open");
   if (opener.isEmpty()) return QDesktopServices::openUrl(url);
+  return startOutside(opener, {url.toString(QUrl::FullyEncoded)});
+}
+
+bool startOutside(const QString& program, const QStringList& arguments) {
   QProcess process;
-  process.setProgram(opener);
-  process.setArguments({url.toString(QUrl::FullyEncoded)});
+  process.setProgram(program);
+  process.setArguments(arguments);
   process.setProcessEnvironment(environmentAtStart());
   return process.startDetached();
 }
