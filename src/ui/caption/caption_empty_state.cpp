@@ -6,6 +6,7 @@
 #include "ui/caption/caption_appearance.h"
 #include "ui/caption/caption_button.h"
 #include "ui/caption/download_offer_view.h"
+#include "ui/caption/level_meter.h"
 #include "ui/caption/transcript_formats.h"
 #include "ui/caption/transcript_layout.h"
 #include "ui/common/app_commands.h"
@@ -33,6 +34,7 @@ CaptionEmptyState::CaptionEmptyState(CaptionViewModel& model, AppCommands& comma
       title_(new QLabel(this)),
       start_(new CaptionButton(this)),
       hint_(new QLabel(this)),
+      meter_(new LevelMeter([&model] { return model.meterBands(); }, this)),
       offer_(new DownloadOfferView(model, better, this)) {
   for (const auto& [label, size] : {std::pair(title_, kTitleSize), std::pair(hint_, kHintSize)}) {
     label->setFont(systemFont(size));
@@ -50,6 +52,7 @@ CaptionEmptyState::CaptionEmptyState(CaptionViewModel& model, AppCommands& comma
   column->addWidget(title_);
   column->addWidget(start_, 0, Qt::AlignHCenter);
   column->addWidget(hint_);
+  column->addWidget(meter_, 0, Qt::AlignHCenter);
   column->addWidget(offer_);
   column->addStretch(1);
   connect(start_, &CaptionButton::clicked, &commands.action(AppCommand::toggleCaptions),
@@ -72,18 +75,23 @@ CaptionEmptyState::CaptionEmptyState(CaptionViewModel& model, AppCommands& comma
 void CaptionEmptyState::present() {
   const AppSettings& settings = model_.settings();
   const AudioInput input = settings.useMic() ? AudioInput::microphone : AudioInput::computer;
+  const QString source =
+      velun::title(input) + QStringLiteral(" · ") + languageName(settings.localeID());
   title_->setText(model_.isRunning() ? L("Captions appear here", "자막이 여기에 표시됩니다")
-                                     : velun::title(input) + QStringLiteral(" · ") +
-                                           languageName(settings.localeID()));
+                                     : source);
   const QAction& command = commands_.action(AppCommand::toggleCaptions);
   const bool canStart = !model_.isRunning() && !givesWay();
   // Qt would move the focus of a hidden button into the header and show it.
   if (!canStart && start_->hasFocus()) setFocus();
   title_->setVisible(!givesWay());
   start_->setVisible(canStart);
-  hint_->setText(
-      L("Press Start, or use the status icon.", "‘시작’을 누르거나 상태 아이콘을 사용하세요."));
-  hint_->setVisible(canStart && !offer_->isVisibleTo(this));
+  hint_->setText(model_.isRunning() ? source
+                                    : L("Press Start, or use the status icon.",
+                                        "‘시작’을 누르거나 상태 아이콘을 사용하세요."));
+  const bool hasRoom = !givesWay() && !offer_->isVisibleTo(this);
+  hint_->setVisible(hasRoom);
+  meter_->setRunning(model_.isRunning());
+  meter_->setVisible(hasRoom && model_.isRunning());
   start_->setText(L("Start", "시작"));
   start_->setToolTip(command.text());
   start_->setEnabled(command.isEnabled());

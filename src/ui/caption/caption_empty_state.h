@@ -14,6 +14,7 @@ class BetterCaptions;
 class CaptionButton;
 class CaptionViewModel;
 class DownloadOfferView;
+class LevelMeter;
 
 /// The panel's content before the first words: the source, the language and the start button, or
 /// "Captions appear here" while captions run; below, the download that the language needs or that
@@ -34,8 +35,10 @@ class CaptionEmptyState final : public QWidget {
 
   /// What is captioned, or the hint.
   QLabel& title() const { return *title_; }
-  /// How captions are started.
+  /// How captions are started or, while they run, what is captioned.
   QLabel& hint() const { return *hint_; }
+  /// Whether sound arrives, while captions run.
+  LevelMeter& levelMeter() const { return *meter_; }
   CaptionButton& startButton() const { return *start_; }
   DownloadOfferView& offerView() const { return *offer_; }
 
@@ -55,6 +58,7 @@ class CaptionEmptyState final : public QWidget {
   QLabel* title_;
   CaptionButton* start_;
   QLabel* hint_;
+  LevelMeter* meter_;
   DownloadOfferView* offer_;
 };
 

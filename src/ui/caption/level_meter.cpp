@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <QPainter>
+#include <utility>
 
 namespace velun {
 
@@ -37,7 +38,9 @@ void LevelMeter::tick() {
   const std::vector<float> bands = bands_();
   levels_.advance(bands);
   if (!running_ && bands.empty() && levels_.isSettled()) timer_.stop();
-  update();
+  // In silence nothing is painted.
+  std::vector<QRectF> now = bars(levels_.heights(), QSizeF(frame));
+  if (std::exchange(shown_, std::move(now)) != shown_) update();
 }
 
 std::vector<QRectF> LevelMeter::bars(const LevelMeterLevels::Heights& heights, QSizeF size) {

@@ -41,6 +41,7 @@ class LevelMeter final : public QWidget {
  private:
   std::function<std::vector<float>()> bands_;
   LevelMeterLevels levels_;
+  std::vector<QRectF> shown_;
   bool running_ = false;
   QTimer timer_{this};
 };

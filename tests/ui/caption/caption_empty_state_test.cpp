@@ -6,8 +6,11 @@
 #include "support/scripted_model_store.h"
 #include "support/suite.h"
 #include "ui/caption/caption_button.h"
+#include "ui/caption/caption_status_line.h"
 #include "ui/caption/caption_view.h"
 #include "ui/caption/download_offer_view.h"
+#include "ui/caption/failure_buttons.h"
+#include "ui/caption/level_meter.h"
 #include "ui/caption/panel_stage.h"
 #include "ui/caption/transcript_view.h"
 #include "ui/common/download_text.h"
@@ -80,6 +83,74 @@ class CaptionEmptyStateTest final : public Suite {
 
  private Q_SLOTS:
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
+
+  void saysWhatIsCaptionedAndWhetherSoundArrives() {
+    PanelStage stage;
+    stage.controller->show();
+    CaptionEmptyState& empty = stage.view->emptyState();
+    QCOMPARE(empty.title().text(), QString("Computer Audio · English (United States)"));
+    QCOMPARE(empty.hint().text(), QString("Press Start, or use the status icon."));
+    QVERIFY(!empty.levelMeter().isVisible());
+    stage.start();
+    QCOMPARE(empty.title().text(), QString("Captions appear here"));
+    QCOMPARE(empty.hint().text(), QString("Computer Audio · English (United States)"));
+    QVERIFY(empty.levelMeter().isVisible());
+    stage.settings.setUseMic(true);
+    settle();
+    QVERIFY(empty.hint().text().startsWith("Microphone"));
+  }
+
+  void givesWayToAFailureWithItsButtons_data() {
+    QTest::addColumn<FailureStage>("failed");
+    QTest::addColumn<bool>("choosesRecognizer");
+    QTest::newRow("sound") << FailureStage::sound << false;
+    QTest::newRow("recognition") << FailureStage::recognition << true;
+    QTest::newRow("download") << FailureStage::download << false;
+  }
+  void givesWayToAFailureWithItsButtons() {
+    QFETCH(FailureStage, failed);
+    QFETCH(bool, choosesRecognizer);
+    PanelStage stage;
+    stage.controller->show();
+    stage.start();
+    stage.failure("It has failed. Try again.", failed);
+    settle();
+    CaptionEmptyState& empty = stage.view->emptyState();
+    FailureButtons& buttons = stage.view->failureButtons();
+    QVERIFY(!empty.title().isVisible());
+    QVERIFY(!empty.startButton().isVisible());
+    QVERIFY(!empty.hint().isVisible());
+    QVERIFY(buttons.tryAgain().isVisible());
+    QCOMPARE(buttons.chooseRecognizer().isVisible(), choosesRecognizer);
+    QVERIFY2(!buttons.openSoundSettings().isVisible(), "no program for it is installed");
+    // In the middle of the panel, the buttons below the text.
+    const QRect text = stage.view->statusLine().geometry();
+    QVERIFY(text.top() > stage.view->transcript().geometry().top() + 20);
+    QVERIFY(buttons.geometry().top() >= text.bottom());
+    QVERIFY(buttons.geometry().bottom() < stage.view->height() - 20);
+    buttons.tryAgain().click();
+    settle();
+    QVERIFY(stage.model->isRunning());
+    QVERIFY(!buttons.isVisible());
+    QVERIFY(empty.title().isVisible());
+  }
+
+  void aFailureAfterTheFirstWordsStaysBelowThem() {
+    PanelStage stage;
+    stage.controller->show();
+    stage.start();
+    stage.final("One.");
+    stage.failure("It has failed. Try again.");
+    settle();
+    const FailureButtons& buttons = stage.view->failureButtons();
+    QVERIFY(buttons.isVisible());
+    QCOMPARE(buttons.geometry().bottom(), stage.view->rect().bottom());
+    QVERIFY(stage.view->transcript().geometry().bottom() < stage.view->statusLine().y());
+    stage.final("Two.");
+    QVERIFY(buttons.isVisible());
+    stage.model->newSession();
+    QVERIFY(!buttons.isVisible());
+  }
 
   void sourceLanguageAndStartAreVisible() {
     Fixture f;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/caption/level_meter.h"
 
+#include "support/settle.h"
 #include "support/suite.h"
 
 #include <cmath>
@@ -82,6 +83,32 @@ class LevelMeterTest final : public test::Suite {
       QCOMPARE(bar.center().y(), 8.0);
     }
     QCOMPARE(bars.back().right(), 72.0);
+  }
+
+  void paintsOnlyWhenABarChanges() {
+    std::vector<float> bands;
+    LevelMeter meter([&bands] { return bands; });
+    meter.setRunning(true);
+    meter.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&meter));
+    meter.tick();
+    test::settle();
+    struct Paints final : QObject {
+      bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint) ++count;
+        return false;
+      }
+      int count = 0;
+    } paints;
+    meter.installEventFilter(&paints);
+    for (int i = 0; i < 60; ++i) {
+      meter.tick();
+      test::settle();
+    }
+    QCOMPARE(paints.count, 0);
+    bands = all(-30);
+    meter.tick();
+    QTRY_VERIFY(paints.count > 0);
   }
 
   void animatesOnlyWithSomethingToShow() {

@@ -130,7 +130,7 @@ std::vector<xcb_keycode_t> X11KeyGrabs::codesOf(xcb_keysym_t symbol) const {
     const xcb_keysym_t* first = symbols + std::ptrdiff_t(i) * width;
     // Without and with Shift.
     const xcb_keysym_t* end = first + std::min(width, 2);
-    if (std::find(first, end, symbol) != end) codes.push_back(setup->min_keycode + i);
+    if (std::find(first, end, symbol) != end) codes.push_back(xcb_keycode_t(setup->min_keycode + i));
   }
   return codes;
 }

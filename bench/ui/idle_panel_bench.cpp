@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A visible panel with captions on while nothing is said.
+#include "measure.h"
+#include "ui/caption/panel_stage.h"
+
+#include <QApplication>
+#include <QDeadlineTimer>
+
+using namespace velun;
+using bench::report;
+
+namespace {
+
+constexpr int kSeconds = 5;
+
+/// Counts what the panel's widgets do.
+class Activity final : public QObject {
+ public:
+  explicit Activity(QWidget& panel) : panel_(panel) { qApp->installEventFilter(this); }
+
+  int paints = 0;
+  int timers = 0;
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::Timer) ++timers;
+    const auto* widget = qobject_cast<const QWidget*>(watched);
+    if (event->type() == QEvent::Paint && widget && widget->window() == &panel_) ++paints;
+    return false;
+  }
+
+ private:
+  QWidget& panel_;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  test::PanelStage stage;
+  stage.controller->show();
+  stage.start();
+  stage.final("Nothing is said after this line.");
+  test::settle();
+  Activity activity(stage.panel());
+  const QDeadlineTimer end(std::chrono::seconds{kSeconds});
+  while (!end.hasExpired()) {
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents,
+                                    int(end.remainingTime()));
+  }
+  report("panel_idle_repaints_per_s", double(activity.paints) / kSeconds, "/s");
+  report("panel_idle_timers_per_s", double(activity.timers) / kSeconds, "/s");
+}
