@@ -25,6 +25,8 @@ class PanelScreens(PlainCase):
         frame = " ".join(str(number) for number in (left, top, *SIZE))
         self.program.write_preferences(statusItemExplained=True, CaptionPanel=frame)
         self.program.launch()
+        # The panel shows itself only without a tray.
+        self.program.action("show-panel")
         self.desktop.wait_for_window(PANEL)
 
     def wait_for_panel_at(self, left, top):

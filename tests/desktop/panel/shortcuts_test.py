@@ -42,6 +42,7 @@ class Shortcuts(PlainCase):
 
     def test_without_chosen_keys_nothing_is_taken(self):
         self.launch()
+        self.program.wait_for_state("toggle-panel", True)
         self.activate_other()
         self.desktop.key("ctrl+alt+v")
         log = self.desktop.log_path("other")
