@@ -8,6 +8,7 @@
 #include <QGridLayout>
 #include <QKeySequenceEdit>
 #include <QLabel>
+#include <QLineEdit>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
@@ -41,8 +42,10 @@ void ShortcutsEditor::addLines(QGridLayout& grid) {
     const Line line{row.id, new QLabel(this), new QKeySequenceEdit(this)};
     line.label->setBuddy(line.keys);
     line.keys->setClearButtonEnabled(true);
-    connect(line.keys, &QKeySequenceEdit::editingFinished, this,
-            [this, line] { shortcuts_.setKeys(line.id, line.keys->keySequence()); });
+    connect(line.keys, &QKeySequenceEdit::editingFinished, this, [this, line] {
+      shortcuts_.setKeys(line.id, line.keys->keySequence());
+      present();
+    });
     // The clear button ends no editing.
     connect(line.keys, &QKeySequenceEdit::keySequenceChanged, this,
             [this, line](const QKeySequence& keys) {
@@ -63,6 +66,11 @@ void ShortcutsEditor::present() {
     const Line& line = lines_[i];
     line.label->setText(rows[i].title);
     nameControl(line.keys, rows[i].title);
+    if (auto* field = line.keys->findChild<QLineEdit*>()) {
+      field->setAccessibleName(rows[i].title);
+      // Qt has no Korean for its own.
+      field->setPlaceholderText(L("Press keys", "키를 누르세요"));
+    }
     line.keys->setAccessibleDescription(
         rows[i].isTaken ? L("Another program uses this key.", "다른 프로그램이 이 키를 사용합니다.")
                         : QString());

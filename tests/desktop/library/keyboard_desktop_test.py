@@ -216,7 +216,8 @@ class Settings(KeyboardCase):
              "Numbers as digits", "Names and Terms", "Live Translation", "Translation Language",
              "Show Translation Only",
              "Save new sessions automatically", "Ask to save before a new session or quitting",
-             "Open Sessions Folder", "General"]
+             "Open Sessions Folder", "Start or Stop Captions", "Show or Hide the Caption Window",
+             "Click Through Captions", "General"]
 
     def setUp(self):
         super().setUp()

@@ -85,7 +85,12 @@ class Controls(SettingsCase):
             ("check box", "Ask to save before a new session or quitting"),
             ("label", "Unsaved captions are kept in memory only and are lost when the app quits. "
                       "Audio is never saved."),
-            ("push button", "Open Sessions Folder")])
+            ("push button", "Open Sessions Folder"),
+            ("label", "Keys in Every Window"),
+            ("label", "Start or Stop Captions"),
+            ("label", "Show or Hide the Caption Window"),
+            ("label", "Click Through Captions"),
+            ("label", "These keys work while any window is in front.")])
         for title in ("Hide caption window from screen sharing and recording",
                       "Save new sessions automatically",
                       "Ask to save before a new session or quitting"):
