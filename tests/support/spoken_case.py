@@ -23,6 +23,18 @@ class PlainCase(unittest.TestCase):
         self.desktop = self.enterContext(PrivateDesktop())
         self.program = VelunProgram(self.desktop, EXECUTABLE)
 
+    def start_other_window(self, title, *options, log):
+        """Shows a window of xev, which writes its events to the log. On a busy machine xev sometimes
+        starts without a visible window; then it starts anew.
+        """
+        for _ in range(3):
+            xev = self.desktop.start(["stdbuf", "-oL", "xev", "-name", title, *options], log=log)
+            try:
+                return self.desktop.wait(title, lambda: title in self.desktop.windows(), 12)
+            except AssertionError:
+                end(xev)
+        self.fail("xev has no window")
+
     def quit(self):
         self.assertEqual(self.program.quit(), 0, self.program.log())
         self.assertFalse(self.program.owns_name())

@@ -2,7 +2,6 @@
 
 import unittest
 
-from private_desktop import end
 from spoken_case import EXECUTABLE, PANEL, PlainCase
 
 BENEATH = "Window Beneath"
@@ -12,18 +11,8 @@ class ClickThrough(PlainCase):
     def setUp(self):
         super().setUp()
         self.desktop.run("xdotool", "mousemove", 5, 5)
-        self.start_window_beneath()
-
-    def start_window_beneath(self):
-        """On a busy machine xev sometimes starts without a visible window; then it starts anew."""
-        for _ in range(3):
-            xev = self.desktop.start(["stdbuf", "-oL", "xev", "-event", "button", "-name", BENEATH,
-                                      "-geometry", "1200x700+20+20"], log="beneath")
-            try:
-                return self.desktop.wait(BENEATH, lambda: BENEATH in self.desktop.windows(), 12)
-            except AssertionError:
-                end(xev)
-        self.fail("xev has no window")
+        self.start_other_window(BENEATH, "-event", "button", "-geometry", "1200x700+20+20",
+                                log="beneath")
 
     def launch(self, **preferences):
         self.program.write_preferences(statusItemExplained=True, **preferences)

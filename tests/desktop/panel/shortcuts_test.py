@@ -10,8 +10,7 @@ OTHER = "Other Window"
 class Shortcuts(PlainCase):
     def setUp(self):
         super().setUp()
-        self.desktop.start(["xev", "-event", "keyboard", "-name", OTHER], log="other")
-        self.desktop.wait_for_window(OTHER)
+        self.start_other_window(OTHER, "-event", "keyboard", log="other")
 
     def launch(self, **preferences):
         self.program.write_preferences(statusItemExplained=True, **preferences)

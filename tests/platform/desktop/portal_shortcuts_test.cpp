@@ -17,7 +17,6 @@ struct Offered {
   QString id;
   QVariantMap options;
 };
-using OfferedList = QList<Offered>;
 Q_DECLARE_METATYPE(Offered)
 
 QDBusArgument& operator<<(QDBusArgument& argument, const Offered& offered) {
@@ -47,10 +46,9 @@ class FakePortal final : public QObject {
  public:
   explicit FakePortal(const QDBusConnection& bus) : bus_(bus) {
     qDBusRegisterMetaType<Offered>();
-    qDBusRegisterMetaType<OfferedList>();
-    if (!bus_.registerObject(kPath, this,
-                             QDBusConnection::ExportAllSlots |
-                                 QDBusConnection::ExportAllProperties) ||
+    qDBusRegisterMetaType<QList<Offered>>();
+    if (!bus_.registerObject(
+            kPath, this, QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllProperties) ||
         !bus_.registerService("org.freedesktop.portal.Desktop")) {
       throw std::runtime_error("there is a portal already");
     }
@@ -65,7 +63,7 @@ class FakePortal final : public QObject {
   }
 
   QStringList sessions;
-  QList<OfferedList> bound;
+  QList<QList<Offered>> bound;
 
  public Q_SLOTS:
   QDBusObjectPath CreateSession(const QVariantMap& options, const QDBusMessage& message) {
@@ -73,7 +71,7 @@ class FakePortal final : public QObject {
     sessions << session;
     return respond(options, {{"session_handle", session}}, message);
   }
-  QDBusObjectPath BindShortcuts(const QDBusObjectPath& session, const OfferedList& offered,
+  QDBusObjectPath BindShortcuts(const QDBusObjectPath& session, const QList<Offered>& offered,
                                 const QString&, const QVariantMap& options,
                                 const QDBusMessage& message) {
     if (session.path() == sessions.last()) bound << offered;
@@ -86,8 +84,7 @@ class FakePortal final : public QObject {
     const QString path = QString("%1/request/%2/%3")
                              .arg(kPath, message.service().mid(1).replace('.', '_'),
                                   options["handle_token"].toString());
-    auto signal =
-        QDBusMessage::createSignal(path, "org.freedesktop.portal.Request", "Response");
+    auto signal = QDBusMessage::createSignal(path, "org.freedesktop.portal.Request", "Response");
     signal << 0U << results;
     bus_.send(signal);
     return QDBusObjectPath(path);

@@ -3,6 +3,7 @@
 
 #include "language/localization.h"
 #include "support/suite.h"
+#include "ui/caption/caption_header_view.h"
 #include "ui/caption/caption_menu.h"
 #include "ui/caption/caption_status_line.h"
 #include "ui/caption/copy_transcript_button.h"

@@ -67,8 +67,8 @@ class ShortcutSetTest final : public test::Suite {
     shortcuts.setKeys("toggle-panel", QKeySequence("Ctrl+Alt+V, Ctrl+X"));
     QCOMPARE(changed.count(), 1);
     QCOMPARE(fixture.keys.set,
-             std::vector<GlobalShortcut>(
-                 {{"toggle-panel", "Show or Hide the Caption Window", QKeySequence("Ctrl+Alt+V")}}));
+             std::vector<GlobalShortcut>({{"toggle-panel", "Show or Hide the Caption Window",
+                                           QKeySequence("Ctrl+Alt+V")}}));
     QCOMPARE(fixture.preferences.get<QString>("shortcut toggle-panel"),
              std::optional<QString>("Ctrl+Alt+V"));
     const ShortcutSet again(fixture.commands, fixture.keys, fixture.preferences);

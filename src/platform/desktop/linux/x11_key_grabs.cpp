@@ -96,11 +96,7 @@ void X11KeyGrabs::grabAll() {
 }
 
 void X11KeyGrabs::ungrabAll() {
-  for (const Grab& grab : grabs_) {
-    for (const std::uint16_t locks : kLocks) {
-      xcb_ungrab_key(connection_, grab.code, root_, grab.modifiers | locks);
-    }
-  }
+  for (const Grab& grab : grabs_) ungrab(grab);
   grabs_.clear();
   xcb_flush(connection_);
 }
@@ -113,7 +109,15 @@ bool X11KeyGrabs::grab(const Grab& grab) const {
     const auto error = owned(xcb_request_check(connection_, cookie));
     isGranted = isGranted && !error;
   }
+  // Another program may have the key with one state of the locks only.
+  if (!isGranted) ungrab(grab);
   return isGranted;
+}
+
+void X11KeyGrabs::ungrab(const Grab& grab) const {
+  for (const std::uint16_t locks : kLocks) {
+    xcb_ungrab_key(connection_, grab.code, root_, grab.modifiers | locks);
+  }
 }
 
 std::vector<xcb_keycode_t> X11KeyGrabs::codesOf(xcb_keysym_t symbol) const {
@@ -130,7 +134,8 @@ std::vector<xcb_keycode_t> X11KeyGrabs::codesOf(xcb_keysym_t symbol) const {
     const xcb_keysym_t* first = symbols + std::ptrdiff_t(i) * width;
     // Without and with Shift.
     const xcb_keysym_t* end = first + std::min(width, 2);
-    if (std::find(first, end, symbol) != end) codes.push_back(xcb_keycode_t(setup->min_keycode + i));
+    if (std::find(first, end, symbol) != end)
+      codes.push_back(xcb_keycode_t(setup->min_keycode + i));
   }
   return codes;
 }

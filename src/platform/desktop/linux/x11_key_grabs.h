@@ -37,6 +37,7 @@ class X11KeyGrabs final : public GlobalShortcuts, public QAbstractNativeEventFil
   void ungrabAll();
   /// Returns whether no other program has the keys.
   bool grab(const Grab& grab) const;
+  void ungrab(const Grab& grab) const;
   std::vector<xcb_keycode_t> codesOf(xcb_keysym_t symbol) const;
   void press(const xcb_key_press_event_t& event);
 
