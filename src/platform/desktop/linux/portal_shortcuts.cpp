@@ -64,6 +64,8 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, PortalShortcut& s
 }
 
 PortalShortcuts::PortalShortcuts(const QDBusConnection& bus) : bus_(bus) {
+  // Qt finds the slot below by the names of its types, and knows this one only after its first use.
+  qRegisterMetaType<QDBusObjectPath>();
   qDBusRegisterMetaType<PortalShortcut>();
   qDBusRegisterMetaType<QList<PortalShortcut>>();
   bus_.connect(kService, kPath, kInterface, "Activated", this,
