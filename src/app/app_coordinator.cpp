@@ -120,6 +120,12 @@ void AppCoordinator::perform(AppCommand command) {
       return captionWindow_->moveToNextPlace();
     case AppCommand::movePanelToNextScreen:
       return captionWindow_->moveToNextScreen();
+    case AppCommand::biggerText:
+      return settings.stepFontSize(1);
+    case AppCommand::smallerText:
+      return settings.stepFontSize(-1);
+    case AppCommand::defaultTextSize:
+      return settings.setFontSize(kDefaultTextSize);
     case AppCommand::newSession:
       return ending_.newSession();
     case AppCommand::saveSession:

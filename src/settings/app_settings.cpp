@@ -5,7 +5,18 @@
 #include "platform/foundation/preference_store.h"
 #include "settings/user_words.h"
 
+#include <algorithm>
+
 namespace velun {
+
+namespace {
+
+/// The key of the changes to a set's style.
+QString styleKey(PanelSet set) {
+  return QStringLiteral("panelStyle.") + rawValue(set);
+}
+
+}  // namespace
 
 AppSettings::AppSettings(PreferenceStore* preferences, QObject* parent)
     : QObject(parent), preferences_(preferences) {
@@ -32,8 +43,24 @@ AppSettings::AppSettings(PreferenceStore* preferences, QObject* parent)
     hideFromScreenSharing_ = boolean("hideFromScreenSharing", hideFromScreenSharing_);
     numbersAsDigits_ = boolean("numbersAsDigits", numbersAsDigits_);
     userWords_ = normalizedUserWords(text("userWords", userWords_));
+    followsHighContrast_ = boolean("followsHighContrast", followsHighContrast_);
+    const double lines = preferences_->get<double>(QStringLiteral("captionLines")).value_or(0);
+    captionLines_ = static_cast<int>(std::clamp(lines, 0.0, double(maxCaptionLines)));
   }
+  readStyles();
   Localization::shared().setLanguage(language_);
+}
+
+void AppSettings::readStyles() {
+  for (const PanelSet set : allPanelSets) {
+    PanelStyle& style = styles_[static_cast<std::size_t>(set)];
+    style = standardStyle(set);
+    const auto changes = preferences_ ? preferences_->get<QString>(styleKey(set)) : std::nullopt;
+    if (changes) style = decodeStyle(*changes, style);
+  }
+  const auto set = preferences_ ? preferences_->get<QString>(QStringLiteral("panelSet"))
+                                : std::optional<QString>();
+  if (set) panelSet_ = panelSetFromRawValue(*set).value_or(panelSet_);
 }
 
 template <class Value>
@@ -102,6 +129,10 @@ void AppSettings::setFontSize(double fontSize) {
   set(fontSize_, fontSize, "fontSize", &AppSettings::fontSizeChanged);
 }
 
+void AppSettings::stepFontSize(int steps) {
+  setFontSize(steppedTextSize(fontSize_, steps));
+}
+
 void AppSettings::setTranslate(bool translate) {
   const bool differs = set(translate_, translate, "translate", &AppSettings::translateChanged);
   if (differs) Q_EMIT changed(Change::translation);
@@ -137,6 +168,31 @@ void AppSettings::setHideFromScreenSharing(bool hideFromScreenSharing) {
 
 void AppSettings::setNumbersAsDigits(bool numbersAsDigits) {
   set(numbersAsDigits_, numbersAsDigits, "numbersAsDigits", &AppSettings::numbersAsDigitsChanged);
+}
+
+void AppSettings::setPanelSet(PanelSet set) {
+  panelSet_ = set;
+  if (preferences_) preferences_->set(QStringLiteral("panelSet"), rawValue(set));
+  Q_EMIT panelStyleChanged();
+}
+
+void AppSettings::setPanelStyle(const PanelStyle& style) {
+  styles_[static_cast<std::size_t>(panelSet_)] = style;
+  if (preferences_) {
+    preferences_->set(styleKey(panelSet_), encodeStyle(style, standardStyle(panelSet_)));
+  }
+  Q_EMIT panelStyleChanged();
+}
+
+void AppSettings::setFollowsHighContrast(bool follows) {
+  set(followsHighContrast_, follows, "followsHighContrast",
+      &AppSettings::followsHighContrastChanged);
+}
+
+void AppSettings::setCaptionLines(int lines) {
+  captionLines_ = std::clamp(lines, 0, maxCaptionLines);
+  if (preferences_) preferences_->set(QStringLiteral("captionLines"), double(captionLines_));
+  Q_EMIT captionLinesChanged();
 }
 
 void AppSettings::setUserWords(const QString& userWords) {

@@ -3,6 +3,8 @@
 
 #include "language/app_language.h"
 #include "settings/device_choice.h"
+#include "settings/panel_style.h"
+#include "settings/text_size.h"
 
 #include <QObject>
 #include <QString>
@@ -47,6 +49,16 @@ class AppSettings final : public QObject {
   /// Names and terms that recognizers prefer, one a line, as `normalizedUserWords` gives them.
   const QString& userWords() const { return userWords_; }
 
+  /// The ready set in use, and its style with the user's changes.
+  PanelSet panelSet() const { return panelSet_; }
+  const PanelStyle& panelStyle() const { return styles_[static_cast<std::size_t>(panelSet_)]; }
+  /// Whether the panel has plain colours while the desktop asks for high contrast.
+  bool followsHighContrast() const { return followsHighContrast_; }
+  /// The number of text lines that the panel's height is made for, up to `maxCaptionLines`; 0 for a
+  /// panel of any size.
+  int captionLines() const { return captionLines_; }
+  static constexpr int maxCaptionLines = 6;
+
   void setLanguage(AppLanguage language);
   void setUseMic(bool useMic);
   void setOutput(const DeviceChoice& output);
@@ -54,6 +66,8 @@ class AppSettings final : public QObject {
   void setLocaleID(const QString& localeID);
   void setTargetID(const QString& targetID);
   void setFontSize(double fontSize);
+  /// Sets the size `steps` sizes above the present one (`steppedTextSize`).
+  void stepFontSize(int steps);
   void setTranslate(bool translate);
   void setShowTranslationOnly(bool showTranslationOnly);
   void setAutoSaveSessions(bool autoSaveSessions);
@@ -63,6 +77,11 @@ class AppSettings final : public QObject {
   void setHideFromScreenSharing(bool hideFromScreenSharing);
   void setNumbersAsDigits(bool numbersAsDigits);
   void setUserWords(const QString& userWords);
+  void setPanelSet(PanelSet set);
+  /// Changes the style of the set in use.
+  void setPanelStyle(const PanelStyle& style);
+  void setFollowsHighContrast(bool follows);
+  void setCaptionLines(int lines);
 
  Q_SIGNALS:
   void languageChanged();
@@ -81,6 +100,10 @@ class AppSettings final : public QObject {
   void hideFromScreenSharingChanged();
   void numbersAsDigitsChanged();
   void userWordsChanged();
+  /// The set or its style.
+  void panelStyleChanged();
+  void followsHighContrastChanged();
+  void captionLinesChanged();
   /// Emitted from inside the setter, once the new value is in force and stored.
   void changed(AppSettings::Change change);
 
@@ -93,6 +116,7 @@ class AppSettings final : public QObject {
   /// Returns whether the device differs.
   bool setDevice(DeviceChoice& property, const DeviceChoice& device, const char* key,
                  void (AppSettings::*notify)());
+  void readStyles();
 
   PreferenceStore* preferences_;
   AppLanguage language_ = AppLanguage::english;
@@ -101,7 +125,7 @@ class AppSettings final : public QObject {
   DeviceChoice microphone_;
   QString localeID_ = QStringLiteral("en_US");
   QString targetID_ = QStringLiteral("ko");
-  double fontSize_ = 16.0;
+  double fontSize_ = kDefaultTextSize;
   bool translate_ = false;
   bool showTranslationOnly_ = false;
   bool autoSaveSessions_ = false;
@@ -111,6 +135,10 @@ class AppSettings final : public QObject {
   bool hideFromScreenSharing_ = false;
   bool numbersAsDigits_ = true;
   QString userWords_;
+  PanelSet panelSet_ = PanelSet::calm;
+  std::array<PanelStyle, allPanelSets.size()> styles_;
+  bool followsHighContrast_ = true;
+  int captionLines_ = 0;
 };
 
 }  // namespace velun

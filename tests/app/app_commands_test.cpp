@@ -250,6 +250,21 @@ class AppCommandsTest final : public test::Suite {
     QVERIFY(stage.application.action("save-session").isEnabled);
   }
 
+  void textSizeCommandsStayWithinNineAndNinetySixPoints() {
+    AppStage stage;
+    const auto ask = [&stage](const char* name) {
+      Q_EMIT stage.application.actionRequested(name, {});
+      return stage.settings.fontSize();
+    };
+    QCOMPARE(ask("bigger-text"), 18.0);
+    QCOMPARE(ask("smaller-text"), 16.0);
+    for (int i = 0; i < 30; ++i) ask("bigger-text");
+    QCOMPARE(stage.settings.fontSize(), 96.0);
+    for (int i = 0; i < 30; ++i) ask("smaller-text");
+    QCOMPARE(stage.settings.fontSize(), 9.0);
+    QCOMPARE(ask("default-text-size"), 16.0);
+  }
+
   void everyPublishedNameTriggersItsCommand() {
     AppStage stage;
     stage.desktop.setCapabilities({.passesClicks = true});
@@ -259,7 +274,7 @@ class AppCommandsTest final : public test::Suite {
     blocker.setModal(true);
     blocker.show();
     const std::vector<ApplicationAction> actions = stage.application.actions;
-    QCOMPARE(actions.size(), std::size_t(23));
+    QCOMPARE(actions.size(), std::size_t(26));
     for (const ApplicationAction& action : actions) {
       Q_EMIT stage.application.actionRequested(
           action.name, action.parameterType.isEmpty() ? QVariant() : action.state);

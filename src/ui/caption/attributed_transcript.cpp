@@ -58,10 +58,14 @@ void appendTranslations(const TranscriptInputs& inputs, const Line& line,
 
 void appendLine(const TranscriptInputs& inputs, const Line& line, TranscriptParagraphs& to) {
   if (inputs.showsMetadata) appendMetadata(line, to);
+  const bool translationFirst =
+      inputs.captionStyle && inputs.style.order == VoiceOrder::translationFirst;
+  const bool translations = inputs.content != TranscriptContent::original;
+  if (translations && translationFirst) appendTranslations(inputs, line, to);
   if (inputs.content != TranscriptContent::translation) {
     appendText(line.text, TranscriptStyle::body, to);
   }
-  if (inputs.content != TranscriptContent::original) appendTranslations(inputs, line, to);
+  if (translations && !translationFirst) appendTranslations(inputs, line, to);
   if (inputs.content == TranscriptContent::translation &&
       inputs.pendingTranslationIDs.contains(line.id)) {
     appendPending(L("Translating", "번역 중"), to);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/caption/bottom_pinned_scroll_view.h"
 
+#include "ui/caption/transcript_document.h"
 #include "ui/caption/transcript_layout.h"
 
 #include <QScopedValueRollback>
@@ -17,11 +18,10 @@ constexpr std::chrono::microseconds kIdleSlice{3000};
 
 }  // namespace
 
-BottomPinnedScrollView::BottomPinnedScrollView(QTextDocument& document, TranscriptLayout& layout,
-                                               QWidget* parent)
-    : QTextEdit(parent), layout_(layout) {
+BottomPinnedScrollView::BottomPinnedScrollView(TranscriptDocument& document, QWidget* parent)
+    : QTextEdit(parent), document_(document), layout_(document.layout()) {
   setReadOnly(true);
-  setDocument(&document);
+  setDocument(&document.text());
   setFrameShape(QFrame::NoFrame);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setAutoFillBackground(false);
@@ -96,13 +96,13 @@ bool BottomPinnedScrollView::layOutInView() {
   bool moved = false;
   for (QTextBlock block = layout_.blockAt(top); block.isValid() && layout_.blockTop(block) < bottom;
        block = block.next()) {
-    moved |= layout_.layOut(block);
+    moved |= document_.layOut(block);
   }
   return moved;
 }
 
 void BottomPinnedScrollView::layOutRest() {
-  keepPlace(isAtBottom(kResizeSlack), [this] { isBehind_ = layout_.layOutMore(kIdleSlice); });
+  keepPlace(isAtBottom(kResizeSlack), [this] { isBehind_ = document_.layOutMore(kIdleSlice); });
   if (!isBehind_) rest_.stop();
 }
 

@@ -8,6 +8,7 @@
 
 namespace velun {
 
+class TranscriptDocument;
 class TranscriptLayout;
 
 /// A scrolling text that, when resized, keeps its end in view if it was there, and otherwise the
@@ -16,8 +17,8 @@ class BottomPinnedScrollView : public QTextEdit {
   Q_OBJECT
 
  public:
-  /// `layout` is the layout of `document`; both must outlive the view.
-  BottomPinnedScrollView(QTextDocument& document, TranscriptLayout& layout, QWidget* parent);
+  /// `document` must outlive the view.
+  BottomPinnedScrollView(TranscriptDocument& document, QWidget* parent);
 
   /// Whether the end of the document is no more than `slack` points below the view.
   bool isAtBottom(int slack) const;
@@ -41,6 +42,7 @@ class BottomPinnedScrollView : public QTextEdit {
   bool layOutInView();
   void layOutRest();
 
+  TranscriptDocument& document_;
   TranscriptLayout& layout_;
   QTimer rest_;
   bool isBehind_ = false;

@@ -8,7 +8,7 @@ namespace velun {
 /// The colours of the caption panel's surfaces and outlines, with ordinary or high contrast. Texts,
 /// symbols and focus rings have the same colours in both (`CaptionAppearance`).
 struct CaptionColors {
-  /// The panel itself; its opacity is applied elsewhere.
+  /// Behind the panel's controls where the background of its style is too light for them.
   QColor panel{18, 18, 21};
   /// Around the panel and around controls over the text: white at 0.08.
   QColor edge{255, 255, 255, 20};

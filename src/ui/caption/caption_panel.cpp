@@ -4,6 +4,7 @@
 #include "platform/desktop/desktop_platform.h"
 #include "ui/caption/caption_appearance.h"
 #include "ui/caption/panel_edge.h"
+#include "ui/caption/panel_surface.h"
 #include "ui/caption/panel_tool_tip.h"
 #include "ui/common/accessible_role.h"
 
@@ -18,12 +19,9 @@ namespace velun {
 
 namespace {
 
-constexpr float kOpacityOverBlur = 0.78F;
-constexpr float kOpacityWithoutBlur = 0.90F;
-
-QRegion roundedRegion(const QRect& rect) {
+QRegion roundedRegion(const QRect& rect, int corner) {
   QPainterPath path;
-  path.addRoundedRect(rect, CaptionAppearance::cornerRadius, CaptionAppearance::cornerRadius);
+  path.addRoundedRect(rect, corner, corner);
   return QRegion(path.toFillPolygon().toPolygon());
 }
 
@@ -95,10 +93,12 @@ void CaptionPanel::setContentHeight(int height) {
   arrange();
 }
 
-void CaptionPanel::setColors(const CaptionColors& colors, bool opaque) {
+void CaptionPanel::setLook(const PanelStyle& style, const CaptionColors& colors, bool opaque) {
+  style_ = style;
   colors_ = colors;
   opaque_ = opaque;
   toolTip_->setColors(colors);
+  updateRegions();
   update();
 }
 
@@ -153,17 +153,17 @@ void CaptionPanel::setClickThrough(bool isThrough) {
 void CaptionPanel::updateRegions() {
   if (!windowHandle()) return;
   const DesktopCapabilities& can = desktop_.capabilities();
-  const QRegion rounded = roundedRegion(rect());
-  if (can.blursBehind) desktop_.setBlurBehind(*windowHandle(), rounded);
+  const QRegion rounded = roundedRegion(rect(), style_.corner);
+  if (can.blursBehind) {
+    desktop_.setBlurBehind(*windowHandle(), fill().alpha() == 0 ? QRegion() : rounded);
+  }
   desktop_.setShape(*windowHandle(), can.compositing ? QRegion() : rounded);
 }
 
 QColor CaptionPanel::fill() const {
   const DesktopCapabilities& can = desktop_.capabilities();
-  QColor fill = colors_.panel;
-  if (can.compositing && !opaque_) {
-    fill.setAlphaF(can.blursBehind ? kOpacityOverBlur : kOpacityWithoutBlur);
-  }
+  QColor fill = panelFill(style_, can.blursBehind);
+  if (!can.compositing || opaque_) fill.setAlpha(255);
   return fill;
 }
 
@@ -205,14 +205,7 @@ void CaptionPanel::paintEvent(QPaintEvent*) {
   painter.fillRect(rect(), Qt::transparent);
   painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
   painter.setRenderHint(QPainter::Antialiasing);
-  constexpr double corner = CaptionAppearance::cornerRadius;
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(fill());
-  painter.drawRoundedRect(QRectF(rect()), corner, corner);
-  painter.setPen(colors_.edge);
-  painter.setBrush(Qt::NoBrush);
-  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), corner - 0.5,
-                          corner - 0.5);
+  paintPanelSurface(painter, rect(), style_.corner, fill(), colors_.edge);
 }
 
 void CaptionPanel::resizeEvent(QResizeEvent*) {

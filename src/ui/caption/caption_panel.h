@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "settings/panel_style.h"
 #include "ui/caption/caption_colors.h"
 #include "ui/caption/panel_drag.h"
 
@@ -30,8 +31,8 @@ class CaptionPanel final : public QWidget {
   void setContentHeight(int height);
   int contentHeight() const { return contentHeight_; }
 
-  /// `opaque` disables translucency.
-  void setColors(const CaptionColors& colors, bool opaque);
+  /// `opaque` disables translucency. The background is the style's.
+  void setLook(const PanelStyle& style, const CaptionColors& colors, bool opaque);
 
   /// Shows the panel in front of the other windows, without activating it.
   void orderFront(bool keepOnTop);
@@ -81,6 +82,7 @@ class CaptionPanel final : public QWidget {
   DesktopPlatform& desktop_;
   QWidget* content_ = nullptr;
   int contentHeight_ = 0;
+  PanelStyle style_;
   CaptionColors colors_;
   bool opaque_ = false;
   bool isClickThrough_ = false;

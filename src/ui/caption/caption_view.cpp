@@ -12,22 +12,30 @@
 #include "ui/caption/failure_buttons.h"
 #include "ui/caption/header_state.h"
 #include "ui/caption/jump_button.h"
+#include "ui/caption/panel_surface.h"
 #include "ui/caption/selectable_transcript_text_view.h"
 #include "ui/caption/smaller_recognizer_button.h"
+#include "ui/caption/text_size_gestures.h"
+#include "ui/caption/text_size_notice.h"
 #include "ui/caption/transcript_formats.h"
 #include "ui/caption/transcript_view.h"
 #include "ui/common/app_commands.h"
+#include "ui/common/find_bar.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <QAbstractButton>
 #include <QApplication>
 #include <QKeyEvent>
+#include <QPainter>
+#include <utility>
 
 namespace velun {
 
 namespace {
 
 constexpr int kJumpGap = 12;
+constexpr int kControlSurfaceAlpha = 236;
 
 /// A change that includes both.
 TranscriptChange merged(const TranscriptChange& a, const TranscriptChange& b) {
@@ -54,10 +62,14 @@ CaptionView::CaptionView(CaptionViewModel& model, AppCommands& commands,
       smaller_(new SmallerRecognizerButton(smaller, this)),
       failureButtons_(new FailureButtons(model, commands, this)),
       jumpButton_(new JumpButton(this)),
-      notice_(new CaptionNotice(clock, this)) {
+      notice_(new CaptionNotice(clock, this)),
+      sizeNotice_(new TextSizeNotice(model.settings(), clock, *transcript_)) {
   header_->hide();
   emptyState_->setFocusProxy(transcript_);
   emptyState_->stackUnder(statusLine_);
+  auto* gestures = new TextSizeGestures(model.settings(), this);
+  gestures->watch(*transcript_->textView().viewport());
+  gestures->watch(*emptyState_);
   connect(header_, &CaptionHeaderView::menuTrackingChanged, this,
           [this](bool tracking) { chrome_.setMenuTracking(tracking); });
   connect(transcript_, &TranscriptView::atBottomChanged, this, &CaptionView::updateJumpButton);
@@ -130,6 +142,7 @@ void CaptionView::updateTranscript() {
   inputs.language = model_.settings().targetID();
   inputs.followsLatest = true;
   inputs.captionStyle = true;
+  inputs.style = style_;
   inputs.pendingTranslationIDs = model_.pendingTranslationIDs();
   inputs.showsPendingInput =
       inputs.content == TranscriptContent::translation && !inputs.volatileText.isEmpty();
@@ -188,14 +201,35 @@ std::unique_ptr<CaptionMenu> CaptionView::makeMenu() {
   return menu;
 }
 
-void CaptionView::setColors(const CaptionColors& colors) {
+void CaptionView::setLook(const PanelStyle& style, const CaptionColors& colors) {
   colors_ = colors;
+  if (std::exchange(style_, style) != style) updateLater({.lines = TranscriptChange::Lines::added});
   header_->setColors(colors);
   emptyState_->setColors(colors);
   failureButtons_->setColors(colors);
   jumpButton_->setColors(colors);
   notice_->setColors(colors);
   smaller_->setColors(colors);
+  sizeNotice_->setColors(colors);
+  update();
+}
+
+void CaptionView::paintEvent(QPaintEvent*) {
+  if (!needsControlSurface(style_)) return;
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  QColor surface = colors_.panel;
+  surface.setAlpha(kControlSurfaceAlpha);
+  painter.setPen(colors_.edge);
+  painter.setBrush(surface);
+  const QWidget* find = transcript_->findBar();
+  for (const QWidget* part : std::initializer_list<const QWidget*>{
+           header_, emptyState_, smaller_, statusLine_, failureButtons_, find}) {
+    if (!part || !part->isVisible()) continue;
+    const QPoint at = part->mapTo(this, QPoint());
+    painter.drawRoundedRect(QRectF(QRect(at, part->size())).adjusted(0.5, 0.5, -0.5, -0.5),
+                            style_.corner, style_.corner);
+  }
 }
 
 void CaptionView::arrange() {

@@ -24,6 +24,7 @@ struct DesktopCapabilities;
 class JumpButton;
 class SmallerRecognizer;
 class SmallerRecognizerButton;
+class TextSizeNotice;
 class TranscriptView;
 class TranslationPlatform;
 
@@ -48,7 +49,7 @@ class CaptionView final : public QWidget {
   /// While the pointer goes through the panel, the header stays hidden.
   void setClickThrough(bool isThrough);
 
-  void setColors(const CaptionColors& colors);
+  void setLook(const PanelStyle& style, const CaptionColors& colors);
   /// What the desktop supports now. Rounded menus require a compositor.
   void setCapabilities(const DesktopCapabilities& capabilities);
 
@@ -61,11 +62,13 @@ class CaptionView final : public QWidget {
   JumpButton& jumpButton() const { return *jumpButton_; }
   CaptionNotice& notice() const { return *notice_; }
   FailureButtons& failureButtons() const { return *failureButtons_; }
+  TextSizeNotice& sizeNotice() const { return *sizeNotice_; }
   CaptionStatusLine& statusLine() const { return *statusLine_; }
   SmallerRecognizerButton& smallerRecognizer() const { return *smaller_; }
   const CaptionChrome& chrome() const { return chrome_; }
 
  protected:
+  void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   bool focusNextPrevChild(bool next) override;
   void keyPressEvent(QKeyEvent* event) override;
@@ -102,8 +105,10 @@ class CaptionView final : public QWidget {
   FailureButtons* failureButtons_;
   JumpButton* jumpButton_;
   CaptionNotice* notice_;
+  TextSizeNotice* sizeNotice_;
   // The change to show in the next update; nullopt while none is due.
   std::optional<TranscriptChange> due_;
+  PanelStyle style_;
   CaptionColors colors_;
   bool roundedMenus_ = true;
   int jumpToLatest_ = 0;

@@ -12,6 +12,7 @@
 #include "ui/caption/motion.h"
 #include "ui/caption/panel_frame.h"
 #include "ui/caption/panel_place.h"
+#include "ui/caption/panel_surface.h"
 #include "ui/common/window_frame.h"
 
 #include <algorithm>
@@ -72,7 +73,7 @@ CaptionWindowController::CaptionWindowController(CaptionViewModel& model, AppCom
   motion_.setEasingCurve(QEasingCurve::InOutCubic);
   connectToPanel();
   connectToSettings();
-  applyContrast();
+  applyLook();
   applyClickThrough();
   present();
 }
@@ -148,7 +149,10 @@ void CaptionWindowController::connectToSettings() {
   connect(&services_.desktop, &DesktopPlatform::screenCastChanged, this,
           &CaptionWindowController::applyVisibility);
   connect(&services_.desktop, &DesktopPlatform::contrastChanged, this,
-          &CaptionWindowController::applyContrast);
+          &CaptionWindowController::applyLook);
+  connect(&settings, &AppSettings::panelStyleChanged, this, &CaptionWindowController::applyLook);
+  connect(&settings, &AppSettings::followsHighContrastChanged, this,
+          &CaptionWindowController::applyLook);
   connect(&Localization::shared(), &Localization::languageChanged, this,
           &CaptionWindowController::present);
 }
@@ -199,11 +203,14 @@ void CaptionWindowController::applyLevel() {
   if (!keepsOnTop) ownWindows_->raiseFront();
 }
 
-void CaptionWindowController::applyContrast() {
-  const bool high = services_.desktop.prefersHighContrast();
+void CaptionWindowController::applyLook() {
+  const AppSettings& settings = model_.settings();
+  const bool high = settings.followsHighContrast() && services_.desktop.prefersHighContrast();
+  const PanelStyle& chosen = settings.panelStyle();
+  const PanelStyle style = high ? highContrastStyle(chosen) : chosen;
   const CaptionColors colors = high ? CaptionColors::highContrast() : CaptionColors();
-  panel_->setColors(colors, high);
-  view_->setColors(colors);
+  panel_->setLook(style, colors, high);
+  view_->setLook(style, colors);
 }
 
 void CaptionWindowController::applyVisibility() {

@@ -91,7 +91,7 @@ class CaptionWindowController final : public QObject {
   void applyPreferences();
   bool keepsOnTop() const;
   void applyLevel();
-  void applyContrast();
+  void applyLook();
   void applyVisibility();
   void applyClickThrough();
   void orderFront();

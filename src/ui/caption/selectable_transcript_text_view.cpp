@@ -4,7 +4,7 @@
 #include "language/localization.h"
 #include "ui/caption/caption_appearance.h"
 #include "ui/caption/pending_indicator.h"
-#include "ui/caption/transcript_formats.h"
+#include "ui/caption/transcript_document.h"
 #include "ui/caption/transcript_layout.h"
 
 #include <algorithm>
@@ -32,10 +32,9 @@ QString pendingLabel(const QTextBlock& block) {
 
 }  // namespace
 
-SelectableTranscriptTextView::SelectableTranscriptTextView(QTextDocument& document,
-                                                           TranscriptLayout& layout,
+SelectableTranscriptTextView::SelectableTranscriptTextView(TranscriptDocument& document,
                                                            QWidget* parent)
-    : BottomPinnedScrollView(document, layout, parent), layout_(layout) {
+    : BottomPinnedScrollView(document, parent), layout_(document.layout()) {
   setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   setTabChangesFocus(true);
   setAcceptDrops(false);
@@ -50,16 +49,16 @@ void SelectableTranscriptTextView::clearSelection() {
   setTextCursor(cursor);
 }
 
-void SelectableTranscriptTextView::setCaptionStyle(bool captionStyle) {
-  setVerticalScrollBarPolicy(captionStyle ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
+void SelectableTranscriptTextView::setPanelStyle(const PanelStyle* style) {
+  setVerticalScrollBarPolicy(style ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
   QPalette palette;
   palette.setColor(QPalette::Base, Qt::transparent);
-  if (captionStyle) {
+  if (style) {
     QColor selection = CaptionAppearance::accent;
     selection.setAlphaF(0.45F);
-    palette.setColor(QPalette::Text, CaptionAppearance::text);
+    palette.setColor(QPalette::Text, style->text);
     palette.setColor(QPalette::Highlight, selection);
-    palette.setColor(QPalette::HighlightedText, CaptionAppearance::text);
+    palette.setColor(QPalette::HighlightedText, style->text);
   }
   setPalette(palette);
 }

@@ -12,6 +12,7 @@ class QMenu;
 namespace velun {
 
 class PendingIndicator;
+struct PanelStyle;
 
 /// The text of a transcript, which can be selected, copied and searched but not edited. Shows a
 /// spinner at each visible placeholder.
@@ -19,16 +20,16 @@ class SelectableTranscriptTextView final : public BottomPinnedScrollView {
   Q_OBJECT
 
  public:
-  SelectableTranscriptTextView(QTextDocument& document, TranscriptLayout& layout,
-                               QWidget* parent = nullptr);
+  /// `document` must outlive the view.
+  explicit SelectableTranscriptTextView(TranscriptDocument& document, QWidget* parent = nullptr);
 
   /// True from the press of the left mouse button until its release.
   bool isSelectingText() const { return isSelectingText_; }
   bool hasSelection() const { return textCursor().hasSelection(); }
   void clearSelection();
 
-  /// Switches between white text without a scroll bar on the dark panel and the desktop's look.
-  void setCaptionStyle(bool captionStyle);
+  /// Switches to the look of a panel of this style, without a scroll bar; null: the desktop's look.
+  void setPanelStyle(const PanelStyle* style);
 
   /// Sets the factory of empty menus for contextMenu(); by default they have the desktop's look.
   void setMenuMaker(std::function<std::unique_ptr<QMenu>()> makeMenu);

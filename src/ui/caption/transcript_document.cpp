@@ -5,12 +5,16 @@
 
 #include <algorithm>
 #include <QScopedValueRollback>
+#include <QSignalBlocker>
 #include <QTextBlock>
 #include <QTextCursor>
 
 namespace velun {
 
 namespace {
+
+// A text of more paragraphs is formatted lazily.
+constexpr std::size_t kMaxEagerParagraphs = 64;
 
 using Index = TranscriptParagraphs::difference_type;
 
@@ -51,9 +55,53 @@ bool TranscriptDocument::replace(std::size_t first, std::size_t count,
 
 void TranscriptDocument::setFormats(const TranscriptFormats& formats) {
   formats_ = formats;
+  if (isIntact_ && shown_.size() > kMaxEagerParagraphs) {
+    formatted_ = 0;
+    Q_EMIT layout_->fellBehind();
+    return;
+  }
   const TranscriptParagraphs all = shown_;
   rewrite(0, all.size(), all);
+  formatted_ = kAllFormatted;
   isIntact_ = true;
+}
+
+bool TranscriptDocument::layOut(const QTextBlock& block) {
+  const int before = layout_->blockHeight(block);
+  if (formatted_ != kAllFormatted) format(block);
+  layout_->layOut(block);
+  return layout_->blockHeight(block) != before;
+}
+
+bool TranscriptDocument::layOutMore(std::chrono::microseconds time) {
+  const auto end = std::chrono::steady_clock::now() + time;
+  while (formatted_ < shown_.size()) {
+    format(text_->findBlockByNumber(static_cast<int>(formatted_++)));
+    if (formatted_ % 16 == 0 && std::chrono::steady_clock::now() >= end) return true;
+  }
+  formatted_ = kAllFormatted;
+  const auto rest = end - std::chrono::steady_clock::now();
+  return layout_->layOutMore(std::chrono::duration_cast<std::chrono::microseconds>(rest));
+}
+
+void TranscriptDocument::format(const QTextBlock& block) {
+  const auto number = static_cast<std::size_t>(block.blockNumber());
+  if (number >= shown_.size()) return;
+  const TranscriptParagraph& paragraph = shown_[number];
+  // A text begins with a block of the body's style.
+  const QTextCharFormat& ofBlock =
+      formats_.charFormat(number == 0 ? TranscriptStyle::body : paragraph.style);
+  if (block.blockFormat() == formats_.blockFormat() && block.charFormat() == ofBlock) return;
+  const QScopedValueRollback writing(isWriting_, true);
+  // Screen readers would hear the whole text again.
+  const QSignalBlocker silent(text_.get());
+  QTextCursor cursor(block);
+  cursor.beginEditBlock();
+  cursor.setBlockFormat(formats_.blockFormat());
+  cursor.setBlockCharFormat(ofBlock);
+  cursor.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
+  cursor.setCharFormat(formats_.charFormat(paragraph));
+  cursor.endEditBlock();
 }
 
 void TranscriptDocument::rewriteText(std::size_t at, const QString& text) {
@@ -72,6 +120,8 @@ void TranscriptDocument::rewriteText(std::size_t at, const QString& text) {
 void TranscriptDocument::rewrite(std::size_t first, std::size_t count,
                                  std::span<const TranscriptParagraph> paragraphs) {
   const QScopedValueRollback writing(isWriting_, true);
+  // Paragraphs that are not formatted yet may move to an earlier place.
+  if (formatted_ != kAllFormatted) formatted_ = std::min(formatted_, first);
   const auto isPlain = [](const TranscriptParagraph& p) {
     return p.pendingLabel.isEmpty();
   };

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/caption/transcript_formats.h"
 
+#include "ui/caption/text_halo.h"
+
+#include <algorithm>
 #include <QGuiApplication>
 #include <QPalette>
 
@@ -11,15 +14,17 @@ namespace {
 constexpr double kSmallSystemFontSize = 11.0;
 constexpr double kLineSpacing = 0.15;
 constexpr double kParagraphSpacing = 0.35;
+// How much more space there is between paragraphs than between lines.
+constexpr double kMoreBetweenParagraphs = 0.2;
 // Opacities on the panel and on the lighter surfaces of other windows.
 constexpr float kCaptionSecondary = 0.65F;
 constexpr float kLabelSecondary = 0.72F;
 // A typographic point is 1/72 inch; a point of the interface is 1/96.
 constexpr double kTypographicPoints = 72.0 / 96.0;
 
-QTextCharFormat format(double size, const QColor& color) {
+QTextCharFormat format(const QFont& font, const QColor& color) {
   QTextCharFormat format;
-  format.setFont(systemFont(size));
+  format.setFont(font);
   format.setForeground(color);
   return format;
 }
@@ -32,17 +37,60 @@ QFont systemFont(double size) {
   return font;
 }
 
+QFont captionFont(const PanelStyle& style, double size) {
+  QFont font = systemFont(size);
+  if (!style.fontFamily.isEmpty()) font.setFamilies({style.fontFamily});
+  if (style.fontWeight != 0) font.setWeight(static_cast<QFont::Weight>(style.fontWeight));
+  return font;
+}
+
+QColor dimmedTranslation(const PanelStyle& style) {
+  if (style.translation) return *style.translation;
+  QColor dimmed = style.text;
+  if (style.edge == TextEdge::none) {
+    dimmed.setAlphaF(kCaptionSecondary);
+    return dimmed;
+  }
+  // The outline would show through translucent letters.
+  const QColor behind = haloColor(style.text);
+  const auto mix = [](float front, float back) {
+    return front * kCaptionSecondary + back * (1 - kCaptionSecondary);
+  };
+  return QColor::fromRgbF(mix(dimmed.redF(), behind.redF()), mix(dimmed.greenF(), behind.greenF()),
+                          mix(dimmed.blueF(), behind.blueF()));
+}
+
 TranscriptFormats::TranscriptFormats(const TranscriptInputs& inputs, const QPalette& palette) {
-  const QColor primary = inputs.captionStyle ? CaptionAppearance::text
-                                             : palette.color(QPalette::Active, QPalette::Text);
+  if (inputs.captionStyle) {
+    setCaptionFormats(inputs);
+    return;
+  }
+  const QColor primary = palette.color(QPalette::Active, QPalette::Text);
   QColor secondary = primary;
-  secondary.setAlphaF(inputs.captionStyle ? kCaptionSecondary : kLabelSecondary);
+  secondary.setAlphaF(kLabelSecondary);
   const bool dimmed = inputs.content == TranscriptContent::both;
-  const QTextCharFormat body = format(inputs.fontSize, primary);
-  chars_ = {body, format(kSmallSystemFontSize, secondary),
-            format(inputs.fontSize, dimmed ? secondary : primary), body};
+  const QFont font = systemFont(inputs.fontSize);
+  const QTextCharFormat body = format(font, primary);
+  chars_ = {body, format(systemFont(kSmallSystemFontSize), secondary),
+            format(font, dimmed ? secondary : primary), body};
   block_.setLineHeight(inputs.fontSize * kLineSpacing, QTextBlockFormat::LineDistanceHeight);
   block_.setBottomMargin(inputs.fontSize * kParagraphSpacing);
+}
+
+void TranscriptFormats::setCaptionFormats(const TranscriptInputs& inputs) {
+  const PanelStyle& style = inputs.style;
+  QColor secondary = style.text;
+  secondary.setAlphaF(kCaptionSecondary);
+  const bool dimmed = inputs.content == TranscriptContent::both;
+  const QColor translation =
+      dimmed ? dimmedTranslation(style) : style.translation.value_or(style.text);
+  const double translationSize = inputs.fontSize * style.translationRatio;
+  const QTextCharFormat body = format(captionFont(style, inputs.fontSize), style.text);
+  chars_ = {body, format(captionFont(style, kSmallSystemFontSize), secondary),
+            format(captionFont(style, translationSize), translation), body};
+  block_.setLineHeight(inputs.fontSize * style.lineSpacing, QTextBlockFormat::LineDistanceHeight);
+  block_.setBottomMargin(inputs.fontSize *
+                         std::max(kParagraphSpacing, style.lineSpacing + kMoreBetweenParagraphs));
 }
 
 const QTextCharFormat& TranscriptFormats::charFormat(TranscriptStyle style) const {

@@ -24,12 +24,15 @@ class TranscriptFormats final {
   QTextCharFormat charFormat(const TranscriptParagraph& paragraph) const;
   /// The format of a style, without a label.
   const QTextCharFormat& charFormat(TranscriptStyle style) const;
-  /// The format of all paragraphs: line spacing 0.15 and paragraph spacing 0.35 of the font size.
+  /// The format of all paragraphs: their spacing, of the panel's style or 0.15 of the font size
+  /// between lines and 0.35 between paragraphs.
   const QTextBlockFormat& blockFormat() const { return block_; }
 
   bool operator==(const TranscriptFormats&) const = default;
 
  private:
+  void setCaptionFormats(const TranscriptInputs& inputs);
+
   std::array<QTextCharFormat, 4> chars_;
   QTextBlockFormat block_;
 };
@@ -37,5 +40,11 @@ class TranscriptFormats final {
 /// The desktop's font at a size in points of the interface (a pixel at scale 1), scaled by the
 /// desktop's text size.
 QFont systemFont(double size);
+
+/// The font of a style, for a text size as of `systemFont`.
+QFont captionFont(const PanelStyle& style, double size);
+
+/// The colour of a translation below its original.
+QColor dimmedTranslation(const PanelStyle& style);
 
 }  // namespace velun

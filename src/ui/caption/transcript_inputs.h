@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/transcript_content.h"
+#include "settings/panel_style.h"
 #include "ui/caption/caption_appearance.h"
 
 #include <optional>
@@ -29,8 +30,9 @@ struct TranscriptInputs {
   bool showsMetadata = false;
   /// Keeps the newest text in view.
   bool followsLatest = false;
-  /// White text on the dark panel instead of the desktop's colours.
+  /// The look of the panel (`style`) instead of the desktop's.
   bool captionStyle = false;
+  PanelStyle style;
   /// The lines whose translation is pending.
   QSet<QUuid> pendingTranslationIDs;
   /// Shows the placeholder of a draft that `content` hides.

@@ -38,6 +38,12 @@ QList<QTextLayout::FormatRange> selectionsIn(
 TranscriptLayout::TranscriptLayout(QTextDocument* document)
     : QAbstractTextDocumentLayout(document) {}
 
+void TranscriptLayout::setEdge(TextEdge edge, double radius) {
+  if (halos_.edge() == edge && halos_.radius() == radius) return;
+  halos_.setEdge(edge, radius);
+  Q_EMIT update();
+}
+
 QTextBlock TranscriptLayout::blockAt(int y) const {
   const int last = document()->lineCount() - 1;
   return document()->findBlockByLineNumber(std::clamp(y - verticalInset, 0, std::max(last, 0)));
@@ -106,6 +112,7 @@ void TranscriptLayout::documentChanged(int from, int, int charsAdded) {
   const int width = std::max(static_cast<int>(document()->pageSize().width()), 1);
   if (std::exchange(width_, width) != width) {
     ++generation_;
+    halos_.clear();
     nextBlock_ = 0;
     publishedHeight_ = -1;
     publishSize();
@@ -128,7 +135,7 @@ void TranscriptLayout::documentChanged(int from, int, int charsAdded) {
     block = block.next();
   }
   publishSize();
-  Q_EMIT update(QRectF(0, blockTop(first), width_, documentSize().height()));
+  Q_EMIT update(QRectF(0, blockTop(first) - halos_.reach(), width_, documentSize().height()));
   if (!atOnce) {
     nextBlock_ = std::min(nextBlock_, first.blockNumber());
     Q_EMIT fellBehind();
@@ -179,8 +186,22 @@ int TranscriptLayout::hitTest(const QPointF& point, Qt::HitTestAccuracy accuracy
   return accuracy == Qt::ExactHit ? -1 : block.position() + place;
 }
 
+/// Before the letters, so that no halo covers those of the paragraph above.
+void TranscriptLayout::drawHalos(QPainter* painter, const QRectF& clip) {
+  QTextBlock block = blockAt(static_cast<int>(std::floor(clip.top())) - halos_.reach());
+  int top = blockTop(block);
+  while (block.isValid() && top - halos_.reach() <= clip.bottom()) {
+    layOut(block);
+    block.layout()->setPosition(QPointF(0, top));
+    halos_.paint(*painter, block);
+    top += blockHeight(block);
+    block = block.next();
+  }
+}
+
 void TranscriptLayout::draw(QPainter* painter, const PaintContext& context) {
   const QRectF clip = context.clip.isValid() ? context.clip : QRectF(QPointF(), documentSize());
+  if (halos_.edge() != TextEdge::none) drawHalos(painter, clip);
   painter->setPen(context.palette.color(QPalette::Text));
   QTextBlock block = blockAt(static_cast<int>(std::floor(clip.top())));
   int top = blockTop(block);

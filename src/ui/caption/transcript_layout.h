@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "ui/caption/halo_cache.h"
+
 #include <chrono>
 #include <QAbstractTextDocumentLayout>
 #include <QTextBlock>
@@ -22,6 +24,9 @@ class TranscriptLayout final : public QAbstractTextDocumentLayout {
   static constexpr int verticalInset = 10;
 
   explicit TranscriptLayout(QTextDocument* document);
+
+  /// What is painted around the letters; `radius` is in points.
+  void setEdge(TextEdge edge, double radius);
 
   void draw(QPainter* painter, const PaintContext& context) override;
   int hitTest(const QPointF& point, Qt::HitTestAccuracy accuracy) const override;
@@ -55,6 +60,7 @@ class TranscriptLayout final : public QAbstractTextDocumentLayout {
   void documentChanged(int from, int charsRemoved, int charsAdded) override;
 
  private:
+  void drawHalos(QPainter* painter, const QRectF& clip);
   int estimatedHeight(const QTextBlock& block) const;
 
   // Stored in each block that is laid out; a new width increments it.
@@ -62,6 +68,7 @@ class TranscriptLayout final : public QAbstractTextDocumentLayout {
   int width_ = 0;
   int publishedHeight_ = -1;
   int nextBlock_ = 0;
+  HaloCache halos_;
 };
 
 }  // namespace velun

@@ -4,6 +4,7 @@
 #include "language/localization.h"
 #include "model/caption_session.h"
 #include "ui/caption/selectable_transcript_text_view.h"
+#include "ui/caption/text_halo.h"
 #include "ui/caption/transcript_layout.h"
 #include "ui/common/find_bar.h"
 
@@ -31,9 +32,7 @@ const std::vector<Line>& shownLines(const TranscriptInputs& inputs) {
 }  // namespace
 
 TranscriptView::TranscriptView(QWidget* parent)
-    : QWidget(parent),
-      textView_(std::make_unique<SelectableTranscriptTextView>(document_.text(), document_.layout(),
-                                                               this)) {
+    : QWidget(parent), textView_(std::make_unique<SelectableTranscriptTextView>(document_, this)) {
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
@@ -56,9 +55,12 @@ TranscriptView::TranscriptView(QWidget* parent)
 TranscriptView::~TranscriptView() = default;
 
 void TranscriptView::update(const TranscriptInputs& inputs, const TranscriptChange& change) {
-  const bool restyled = !presentation_ || inputs.captionStyle != inputs_.captionStyle;
+  const bool restyled = !presentation_ || inputs.captionStyle != inputs_.captionStyle ||
+                        inputs.style != inputs_.style;
   inputs_ = inputs;
-  if (restyled) textView_->setCaptionStyle(inputs_.captionStyle);
+  if (restyled) textView_->setPanelStyle(inputs_.captionStyle ? &inputs_.style : nullptr);
+  document_.layout().setEdge(inputs_.captionStyle ? inputs_.style.edge : TextEdge::none,
+                             haloRadius(inputs_.fontSize));
   apply(isHeld_ ? TranscriptChange() : change);
 }
 

@@ -41,6 +41,9 @@ class TranscriptView final : public QWidget {
   /// Opens the bar that searches the transcript.
   void openFindBar();
 
+  /// The bar that searches the transcript; null before it is first opened.
+  const FindBar* findBar() const { return findBar_; }
+
   SelectableTranscriptTextView& textView() const { return *textView_; }
 
  Q_SIGNALS:

@@ -19,6 +19,8 @@ struct AppCommands::Row {
   const char* name = "";
   QString text = {};
   QKeySequence shortcut = {};
+  /// The same command on keyboards where the first is hard to reach.
+  QKeySequence otherShortcut = {};
   bool isEnabled = true;
   /// Whether it is checked; none if it has no check mark.
   std::optional<bool> mark = {};
@@ -89,6 +91,19 @@ std::vector<AppCommands::Row> AppCommands::rows() const {
        .text = L("Move to Next Screen", "다음 화면으로 옮기기"),
        .shortcut = Qt::CTRL | Qt::SHIFT | Qt::Key_M,
        .isEnabled = windows.canPlacePanel && QGuiApplication::screens().size() > 1},
+      {.command = biggerText,
+       .name = "bigger-text",
+       .text = L("Bigger Text", "글자 크게"),
+       .shortcut = Qt::CTRL | Qt::Key_Plus,
+       .otherShortcut = Qt::CTRL | Qt::Key_Equal},
+      {.command = smallerText,
+       .name = "smaller-text",
+       .text = L("Smaller Text", "글자 작게"),
+       .shortcut = Qt::CTRL | Qt::Key_Minus},
+      {.command = defaultTextSize,
+       .name = "default-text-size",
+       .text = L("Default Text Size", "기본 글자 크기"),
+       .shortcut = Qt::CTRL | Qt::Key_0},
       {.command = newSession,
        .name = "new-session",
        .text = L("New Session", "새 세션"),
@@ -144,7 +159,7 @@ AppCommands::AppCommands(const CaptionViewModel& model, std::function<WindowStat
     Q_ASSERT(actions_.size() == static_cast<std::size_t>(row.command));
     auto* action = new QAction(this);
     action->setObjectName(row.name);
-    action->setShortcut(row.shortcut);
+    action->setShortcuts({row.shortcut, row.otherShortcut});
     action->setCheckable(row.mark.has_value());
     // Qt would otherwise choose a menu by the text.
     action->setMenuRole(QAction::NoRole);

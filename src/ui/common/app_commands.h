@@ -25,6 +25,9 @@ enum class AppCommand {
   /// Moves the panel to the next of nine places on its screen.
   movePanel,
   movePanelToNextScreen,
+  biggerText,
+  smallerText,
+  defaultTextSize,
   newSession,
   saveSession,
   /// Saves what the active window shows: the selected saved session or the current one.

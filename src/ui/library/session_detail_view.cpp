@@ -5,6 +5,8 @@
 #include "model/session_store.h"
 #include "ui/caption/copy_transcript_button.h"
 #include "ui/caption/selectable_transcript_text_view.h"
+#include "ui/caption/text_size_gestures.h"
+#include "ui/caption/text_size_notice.h"
 #include "ui/caption/transcript_view.h"
 #include "ui/library/language_label.h"
 #include "ui/library/session_search.h"
@@ -66,6 +68,10 @@ SessionDetailView::SessionDetailView(AppSettings& settings, Clock& clock, QWidge
   column->setSpacing(0);
   column->addLayout(bar_);
   column->addWidget(transcript_, 1);
+
+  new TextSizeNotice(settings, clock, *transcript_);
+  auto* gestures = new TextSizeGestures(settings, this);
+  gestures->watch(*transcript_->textView().viewport());
 
   connect(contents_, &QComboBox::activated, this, [this](int index) {
     content_ = allTranscriptContents[static_cast<std::size_t>(index)];

@@ -2,6 +2,7 @@
 #include "ui/library/settings_pages.h"
 
 #include "language/localization.h"
+#include "ui/library/appearance_view.h"
 #include "ui/models/models_page.h"
 
 #include <QApplication>
@@ -10,7 +11,8 @@
 
 namespace velun {
 
-SettingsPages::SettingsPages(QWidget* general, QWidget* models) : models_(models) {
+SettingsPages::SettingsPages(QWidget* general, QWidget* appearance, QWidget* models)
+    : models_(models) {
   setDocumentMode(true);
   // The tabs take the focus themselves.
   setFocusProxy(nullptr);
@@ -18,6 +20,7 @@ SettingsPages::SettingsPages(QWidget* general, QWidget* models) : models_(models
   tabBar()->setFocusPolicy(Qt::TabFocus);
   tabBar()->setExpanding(true);
   addTab(general, QString());
+  addTab(appearance, QString());
   if (models) addTab(models, QString());
   setTabBarAutoHide(true);
   // A scroll area does so only for controls that get the focus from another one inside it.
@@ -51,7 +54,8 @@ void SettingsPages::showFocused(QWidget* control) {
 void SettingsPages::translate() {
   setTabText(0, L("General", "일반"));
   // An ampersand in a tab's text begins a shortcut.
-  if (count() > 1) setTabText(1, ModelsPage::title().replace('&', "&&"));
+  setTabText(1, AppearanceView::title());
+  if (count() > 2) setTabText(2, ModelsPage::title().replace('&', "&&"));
 }
 
 }  // namespace velun

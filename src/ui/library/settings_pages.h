@@ -11,7 +11,7 @@ class SettingsPages final : public QTabWidget {
 
  public:
   /// Takes ownership of the pages; `models` may be null.
-  SettingsPages(QWidget* general, QWidget* models);
+  SettingsPages(QWidget* general, QWidget* appearance, QWidget* models);
 
   /// Shows the page "Languages & Models".
   void showModels();

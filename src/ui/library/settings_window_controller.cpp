@@ -3,6 +3,7 @@
 
 #include "language/localization.h"
 #include "ui/common/window_presentation.h"
+#include "ui/library/appearance_view.h"
 #include "ui/library/settings_pages.h"
 #include "ui/library/settings_view.h"
 #include "ui/models/models_page.h"
@@ -22,8 +23,9 @@ SettingsWindowController::SettingsWindowController(CaptionViewModel& model,
                                                    const DesktopSettings& desktop, QObject* parent)
     : QObject(parent) {
   auto* general = new SettingsView(model, std::move(openRecordsFolder), notes, desktop);
-  auto pages =
-      std::make_unique<SettingsPages>(general, models ? new ModelsPage(model, *models) : nullptr);
+  auto* appearance = new AppearanceView(model.settings());
+  auto pages = std::make_unique<SettingsPages>(general, appearance,
+                                               models ? new ModelsPage(model, *models) : nullptr);
   pages_ = pages.get();
   window_ = WindowPresentation::makeWindow(title(), kContentSize, std::move(pages), false);
   window_->setObjectName("Settings");

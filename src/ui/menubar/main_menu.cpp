@@ -39,8 +39,8 @@ MainMenu::MainMenu(AppCommands& commands) : commands_(commands) {
   showTitles();
 }
 
-std::array<QMenu*, 3> MainMenu::menus() {
-  return {&applicationMenu_, &fileMenu_, &editMenu_};
+std::array<QMenu*, 4> MainMenu::menus() {
+  return {&applicationMenu_, &fileMenu_, &editMenu_, &viewMenu_};
 }
 
 void MainMenu::fill(AppCommands& commands) {
@@ -59,6 +59,9 @@ void MainMenu::fill(AppCommands& commands) {
        {newSession, saveDocument, exportCurrentSession, openSessionFile, showHistory}) {
     fileMenu_.addAction(&commands.action(command));
   }
+  for (const AppCommand command : {biggerText, smallerText, defaultTextSize}) {
+    viewMenu_.addAction(&commands.action(command));
+  }
   copy_ = addEditing(editMenu_, "copy", Qt::CTRL | Qt::Key_C);
   selectAll_ = addEditing(editMenu_, "selectAll", Qt::CTRL | Qt::Key_A);
 }
@@ -67,6 +70,7 @@ void MainMenu::showTitles() {
   applicationMenu_.setTitle(QStringLiteral("Velun"));
   fileMenu_.setTitle(L("File", "파일"));
   editMenu_.setTitle(L("Edit", "편집"));
+  viewMenu_.setTitle(L("View", "보기"));
   copy_->setText(L("Copy", "복사"));
   selectAll_->setText(L("Select All", "전체 선택"));
 }

@@ -34,8 +34,8 @@ class MainMenu final : public QObject {
   /// opens the menus; `makeMenu` makes them if it is given.
   void install(QWidget* window, Place place, MenuMaker makeMenu = {});
 
-  /// The menus in order: the application's, File, Edit.
-  std::array<QMenu*, 3> menus();
+  /// The menus in order: the application's, File, Edit, View.
+  std::array<QMenu*, 4> menus();
 
  private:
   void fill(AppCommands& commands);
@@ -46,7 +46,8 @@ class MainMenu final : public QObject {
   QMenu applicationMenu_;
   QMenu fileMenu_;
   QMenu editMenu_;
-  /// Holds the three where there is no menu bar.
+  QMenu viewMenu_;
+  /// Holds them all where there is no menu bar.
   QMenu popUp_;
   QAction* copy_ = nullptr;
   QAction* selectAll_ = nullptr;

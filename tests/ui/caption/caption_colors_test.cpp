@@ -12,7 +12,6 @@
 #include "ui/common/language_popup.h"
 
 using namespace velun;
-using test::contrastRatio;
 using test::PanelStage;
 
 class CaptionColorsTest final : public test::Suite {
@@ -42,25 +41,25 @@ class CaptionColorsTest final : public test::Suite {
     const CaptionColors colors;
     const int mixed = qRound(colors.panel.red() * 0.78 + 255 * 0.22);
     const QColor behind(mixed, mixed, mixed);
-    QVERIFY(contrastRatio(CaptionAppearance::text, behind) >= 4.5);
-    QVERIFY(contrastRatio(CaptionAppearance::secondaryText, behind) >= 4.5);
-    QVERIFY(contrastRatio(CaptionAppearance::symbol, behind) >= 4.5);
-    QVERIFY(contrastRatio(CaptionAppearance::accent, behind) >= 3);
-    QVERIFY(contrastRatio(CaptionAppearance::text, colors.menuSelection) >= 4.5);
+    QVERIFY(test::contrastRatio(CaptionAppearance::text, behind) >= 4.5);
+    QVERIFY(test::contrastRatio(CaptionAppearance::secondaryText, behind) >= 4.5);
+    QVERIFY(test::contrastRatio(CaptionAppearance::symbol, behind) >= 4.5);
+    QVERIFY(test::contrastRatio(CaptionAppearance::accent, behind) >= 3);
+    QVERIFY(test::contrastRatio(CaptionAppearance::text, colors.menuSelection) >= 4.5);
   }
 
   void higherContrastReachesSevenForTextAndThreeForOutlines() {
     const CaptionColors colors = CaptionColors::highContrast();
     for (const QColor& surface : {colors.panel, colors.raised, colors.raisedHover, colors.menu}) {
       QCOMPARE(surface.alpha(), 255);
-      QVERIFY(contrastRatio(CaptionAppearance::symbol, surface) >= 7);
+      QVERIFY(test::contrastRatio(CaptionAppearance::symbol, surface) >= 7);
     }
-    QVERIFY(contrastRatio(CaptionAppearance::secondaryText, colors.panel) >= 7);
-    QVERIFY(contrastRatio(CaptionAppearance::text, colors.menuSelection) >= 7);
-    QVERIFY(contrastRatio(CaptionAppearance::accent, colors.panel) >= 3);
+    QVERIFY(test::contrastRatio(CaptionAppearance::secondaryText, colors.panel) >= 7);
+    QVERIFY(test::contrastRatio(CaptionAppearance::text, colors.menuSelection) >= 7);
+    QVERIFY(test::contrastRatio(CaptionAppearance::accent, colors.panel) >= 3);
     for (const QColor& line : {colors.edge, colors.hairline, colors.buttonEdge, colors.menuEdge,
                                colors.menuSelectionEdge}) {
-      QVERIFY(contrastRatio(line, colors.panel) >= 3);
+      QVERIFY(test::contrastRatio(line, colors.panel) >= 3);
     }
   }
 
@@ -71,7 +70,7 @@ class CaptionColorsTest final : public test::Suite {
     stage.desktop.setHighContrast(true);
     QCOMPARE(stage.painted().pixelColor(inside), QColor(Qt::black));
     const QColor edge = stage.painted().pixelColor(0, 150);
-    QVERIFY(contrastRatio(edge, Qt::black) >= 3);
+    QVERIFY(test::contrastRatio(edge, Qt::black) >= 3);
     stage.desktop.setHighContrast(false);
     QCOMPARE(stage.painted().pixelColor(inside).alpha(), 230);
   }
@@ -106,10 +105,10 @@ class CaptionColorsTest final : public test::Suite {
       button.render(&image, QPoint(), QRegion(), {});
       return image.pixelColor(1, image.height() / 2);
     };
-    QVERIFY(contrastRatio(side(), CaptionColors().panel) < 3);
+    QVERIFY(test::contrastRatio(side(), CaptionColors().panel) < 3);
     button.setFocus(Qt::TabFocusReason);
     for (const CaptionColors& colors : {CaptionColors(), CaptionColors::highContrast()}) {
-      QVERIFY(contrastRatio(side(), colors.panel) >= 3);
+      QVERIFY(test::contrastRatio(side(), colors.panel) >= 3);
     }
   }
 

@@ -71,6 +71,9 @@ class MainMenuTest final : public test::Suite {
                                             "Saved Sessions… Ctrl+Shift+H"}));
     QCOMPARE(fixture.menu.menus()[2]->title(), QString("Edit"));
     QCOMPARE(fixture.items(2), QStringList({"Copy Ctrl+C", "Select All Ctrl+A"}));
+    QCOMPARE(fixture.menu.menus()[3]->title(), QString("View"));
+    QCOMPARE(fixture.items(3), QStringList({"Bigger Text Ctrl++", "Smaller Text Ctrl+-",
+                                            "Default Text Size Ctrl+0"}));
   }
 
   void followsTheInterfaceLanguage() {
@@ -87,6 +90,9 @@ class MainMenuTest final : public test::Suite {
                           "기록 파일 열기… Ctrl+O", "저장 기록… Ctrl+Shift+H"}));
     QCOMPARE(fixture.menu.menus()[2]->title(), QString("편집"));
     QCOMPARE(fixture.items(2), QStringList({"복사 Ctrl+C", "전체 선택 Ctrl+A"}));
+    QCOMPARE(fixture.menu.menus()[3]->title(), QString("보기"));
+    QCOMPARE(fixture.items(3),
+             QStringList({"글자 크게 Ctrl++", "글자 작게 Ctrl+-", "기본 글자 크기 Ctrl+0"}));
   }
 
   void shortcutsWorkInEveryWindowInBothLanguages() {
@@ -142,7 +148,7 @@ class MainMenuTest final : public test::Suite {
     fixture.menu.install(&window, MainMenu::Place::insideToo);
     const auto* bar = qobject_cast<QMenuBar*>(layout->menuBar());
     QVERIFY(bar);
-    QCOMPARE(bar->actions().size(), 3);
+    QCOMPARE(bar->actions().size(), 4);
   }
 
   void f10OpensTheMenuWithoutAMenuBar() {

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "ui/library/settings_form.h"
+
+#include <vector>
+
+namespace velun {
+
+/// The entries of the page "Appearance", in the interface language. Each value is that of
+/// `PanelStyle`.
+std::vector<Choice> familyChoices();
+std::vector<Choice> weightChoices();
+std::vector<Choice> spacingChoices();
+std::vector<Choice> edgeChoices();
+std::vector<Choice> cornerChoices();
+std::vector<Choice> ratioChoices();
+std::vector<Choice> orderChoices();
+/// Text sizes in points.
+std::vector<Choice> sizeChoices();
+
+/// The entry of a text size.
+Choice sizeChoice(double points);
+/// The entry of a part of a whole, such as "80%".
+Choice percentChoice(double part);
+/// The entry of a space between lines.
+Choice spacingChoice(double spacing);
+/// The entry of a font family; empty: the desktop's.
+Choice familyChoice(const QString& family);
+/// The entry with this value, or one that shows the value itself.
+Choice choiceOf(const std::vector<Choice>& choices, const QVariant& value);
+
+}  // namespace velun
