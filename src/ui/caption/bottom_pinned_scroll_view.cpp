@@ -4,8 +4,11 @@
 #include "ui/caption/transcript_document.h"
 #include "ui/caption/transcript_layout.h"
 
+#include <algorithm>
+#include <optional>
 #include <QScopedValueRollback>
 #include <QScrollBar>
+#include <QWheelEvent>
 
 namespace velun {
 
@@ -13,6 +16,8 @@ namespace {
 
 // Tolerance for being at the end when the view is resized.
 constexpr int kResizeSlack = 2;
+constexpr double kNotch = QWheelEvent::DefaultDeltasPerStep;
+constexpr double kLinesPerNotch = 3;
 constexpr std::chrono::milliseconds kIdlePause{4};
 constexpr std::chrono::microseconds kIdleSlice{3000};
 
@@ -110,9 +115,31 @@ void BottomPinnedScrollView::resizeEvent(QResizeEvent* event) {
   keepPlace(isAtBottom(kResizeSlack), [this, event] { QTextEdit::resizeEvent(event); });
 }
 
+void BottomPinnedScrollView::paintEvent(QPaintEvent* event) {
+  layout_.setFadeTop(pitch_ > 0 ? std::optional(verticalScrollBar()->value()) : std::nullopt);
+  QTextEdit::paintEvent(event);
+}
+
+void BottomPinnedScrollView::wheelEvent(QWheelEvent* event) {
+  if (pitch_ == 0) return QTextEdit::wheelEvent(event);
+  event->accept();
+  const double inView = std::max(viewport()->height() / pitch_, 1);
+  turned_ -= event->angleDelta().y() / kNotch * std::min(kLinesPerNotch, inView);
+  const int lines = static_cast<int>(turned_);
+  turned_ -= lines;
+  verticalScrollBar()->setValue(verticalScrollBar()->value() + lines * pitch_);
+}
+
 void BottomPinnedScrollView::scrollContentsBy(int dx, int dy) {
   QTextEdit::scrollContentsBy(dx, dy);
-  if (isSettling_ || !isBehind_) return;
+  if (isSettling_) return;
+  if (pitch_ > 0) {
+    // The keyboard and a selection that is dragged also scroll.
+    QScrollBar* bar = verticalScrollBar();
+    const int whole = (bar->value() + pitch_ / 2) / pitch_ * pitch_;
+    if (whole != bar->value() && whole <= bar->maximum()) return bar->setValue(whole);
+  }
+  if (!isBehind_) return;
   keepPlace(false, [] {});
 }
 

@@ -24,6 +24,9 @@ class BottomPinnedScrollView : public QTextEdit {
   bool isAtBottom(int slack) const;
   void scrollToEnd();
 
+  /// The height of a line of a text that is scrolled by whole lines, in points; 0: by any amount.
+  void setLinePitch(int pitch) { pitch_ = pitch; }
+
   /// Calls `change`, then scrolls to the end (`pinned`) or so that the text that was at the top of
   /// the view is there again.
   void keepPlace(bool pinned, const std::function<void()>& change);
@@ -31,6 +34,8 @@ class BottomPinnedScrollView : public QTextEdit {
   void keepOrigin(bool pinned, const std::function<void()>& change);
 
  protected:
+  void paintEvent(QPaintEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void scrollContentsBy(int dx, int dy) override;
   void hideEvent(QHideEvent* event) override;
@@ -45,6 +50,9 @@ class BottomPinnedScrollView : public QTextEdit {
   TranscriptDocument& document_;
   TranscriptLayout& layout_;
   QTimer rest_;
+  int pitch_ = 0;
+  // Turns of the wheel that make no whole line yet.
+  double turned_ = 0;
   bool isBehind_ = false;
   bool isSettling_ = false;
 };

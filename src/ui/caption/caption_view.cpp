@@ -66,6 +66,9 @@ CaptionView::CaptionView(CaptionViewModel& model, AppCommands& commands,
       sizeNotice_(new TextSizeNotice(model.settings(), clock, *transcript_)) {
   header_->hide();
   emptyState_->setFocusProxy(transcript_);
+  for (QWidget* each : std::initializer_list<QWidget*>{transcript_, emptyState_}) {
+    each->installEventFilter(this);
+  }
   emptyState_->stackUnder(statusLine_);
   auto* gestures = new TextSizeGestures(model.settings(), this);
   gestures->watch(*transcript_->textView().viewport());
@@ -75,12 +78,16 @@ CaptionView::CaptionView(CaptionViewModel& model, AppCommands& commands,
   connect(transcript_, &TranscriptView::atBottomChanged, this, &CaptionView::updateJumpButton);
   connect(transcript_, &TranscriptView::isHeldChanged, this, &CaptionView::updateJumpButton);
   connect(jumpButton_, &QAbstractButton::clicked, this, &CaptionView::jump);
-  connect(statusLine_, &CaptionStatusLine::textChanged, this, &CaptionView::arrange);
-  connect(smaller_, &SmallerRecognizerButton::offerChanged, this, &CaptionView::arrange);
+  const auto rearrange = [this] {
+    arrange();
+    Q_EMIT linesHeightChanged();
+  };
+  connect(statusLine_, &CaptionStatusLine::textChanged, this, rearrange);
+  connect(smaller_, &SmallerRecognizerButton::offerChanged, this, rearrange);
   connect(smaller_, &SmallerRecognizerButton::modelsRequested,
           &commands.action(AppCommand::showModels), &QAction::trigger);
-  connect(failureButtons_, &FailureButtons::changed, this, &CaptionView::arrange);
-  connect(emptyState_, &CaptionEmptyState::changed, this, &CaptionView::arrange);
+  connect(failureButtons_, &FailureButtons::changed, this, rearrange);
+  connect(emptyState_, &CaptionEmptyState::changed, this, rearrange);
   // The header gets the focus by focusNextPrevChild(), on return from one of its menus or another
   // window, and from screen readers, which also focus invisible buttons. A window that is being
   // hidden moves the focus around.
@@ -113,6 +120,7 @@ void CaptionView::connectToModel() {
   follow(model_, &CaptionViewModel::translationStatusChanged);
   follow(model_, &CaptionViewModel::isRunningChanged);
   follow(model_.settings(), &AppSettings::fontSizeChanged);
+  follow(model_.settings(), &AppSettings::captionLinesChanged);
   follow(model_.settings(), &AppSettings::translateChanged);
   follow(model_.settings(), &AppSettings::showTranslationOnlyChanged);
   follow(model_.settings(), &AppSettings::localeIDChanged);
@@ -143,12 +151,14 @@ void CaptionView::updateTranscript() {
   inputs.followsLatest = true;
   inputs.captionStyle = true;
   inputs.style = style_;
+  inputs.wholeLines = model_.settings().captionLines() > 0;
   inputs.pendingTranslationIDs = model_.pendingTranslationIDs();
   inputs.showsPendingInput =
       inputs.content == TranscriptContent::translation && !inputs.volatileText.isEmpty();
   inputs.jumpToLatest = jumpToLatest_;
   transcript_->update(inputs, change);
   updateEmptyState();
+  Q_EMIT linesHeightChanged();
 }
 
 void CaptionView::updateEmptyState() {
@@ -157,6 +167,14 @@ void CaptionView::updateEmptyState() {
   emptyState_->setVisible(isEmpty);
   // The words are the proof that the download is used.
   if (!isEmpty && better_) better_->acknowledge();
+}
+
+int CaptionView::linesHeight() const {
+  const int status = statusHeights().total();
+  const int text = transcript_->heightForLines(std::max(model_.settings().captionLines(), 1));
+  const int empty = emptyState_->isVisibleTo(this) ? emptyState_->sizeHint().height() : 0;
+  if (statusReplacesEmptyState()) return std::max({text, empty, status});
+  return std::max(text, empty) + status;
 }
 
 void CaptionView::jump() {
@@ -278,6 +296,12 @@ void CaptionView::arrangeStatus() {
 
 void CaptionView::resizeEvent(QResizeEvent*) {
   arrange();
+}
+
+bool CaptionView::eventFilter(QObject* watched, QEvent* event) {
+  // The search bar has opened or closed, or the empty state has other controls.
+  if (event->type() == QEvent::LayoutRequest) Q_EMIT linesHeightChanged();
+  return QWidget::eventFilter(watched, event);
 }
 
 bool CaptionView::focusNextPrevChild(bool next) {

@@ -56,6 +56,10 @@ class CaptionView final : public QWidget {
   /// Makes an empty menu in the look of the panel.
   std::unique_ptr<CaptionMenu> makeMenu();
 
+  /// The height for the chosen number of lines, without the header: of the text, the status and, as
+  /// long as it is shown, the empty state. In points.
+  int linesHeight() const;
+
   CaptionHeaderView& header() const { return *header_; }
   TranscriptView& transcript() const { return *transcript_; }
   CaptionEmptyState& emptyState() const { return *emptyState_; }
@@ -67,9 +71,14 @@ class CaptionView final : public QWidget {
   SmallerRecognizerButton& smallerRecognizer() const { return *smaller_; }
   const CaptionChrome& chrome() const { return chrome_; }
 
+ Q_SIGNALS:
+  /// What linesHeight() depends on may have changed.
+  void linesHeightChanged();
+
  protected:
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
   bool focusNextPrevChild(bool next) override;
   void keyPressEvent(QKeyEvent* event) override;
 

@@ -69,6 +69,7 @@ CaptionWindowController::CaptionWindowController(CaptionViewModel& model, AppCom
   panel_->setGeometry(
       kept ? movedIntoView(*kept, areas())
            : defaultPanelFrame(areaOf(QApplication::primaryScreen()->geometry(), areas())));
+  freeHeight_ = panel_->height();
   updateContentHeight();
   motion_.setEasingCurve(QEasingCurve::InOutCubic);
   connectToPanel();
@@ -76,6 +77,7 @@ CaptionWindowController::CaptionWindowController(CaptionViewModel& model, AppCom
   applyLook();
   applyClickThrough();
   present();
+  applyLines();
 }
 
 CaptionWindowController::~CaptionWindowController() {
@@ -150,6 +152,8 @@ void CaptionWindowController::connectToSettings() {
           &CaptionWindowController::applyVisibility);
   connect(&services_.desktop, &DesktopPlatform::contrastChanged, this,
           &CaptionWindowController::applyLook);
+  connect(&settings, &AppSettings::captionLinesChanged, this, &CaptionWindowController::applyLines);
+  connect(view_, &CaptionView::linesHeightChanged, this, &CaptionWindowController::applyLines);
   connect(&settings, &AppSettings::panelStyleChanged, this, &CaptionWindowController::applyLook);
   connect(&settings, &AppSettings::followsHighContrastChanged, this,
           &CaptionWindowController::applyLook);
@@ -289,12 +293,13 @@ void CaptionWindowController::setHeader(bool visible, bool animated) {
     growForHeader(frame);
     view_->setHeaderInSight(true);
   } else {
-    panel_->setMinimumHeight(CaptionAppearance::minimumSize.height());
+    panel_->setMinimumHeight(minimumHeight());
     frame.setTop(frame.top() + std::exchange(headerGrowth_, 0));
     // It may have been dragged to where only the header was visible.
     const QList<QRect> areas = this->areas();
     if (!canBeReached(frame, areas)) frame = movedIntoView(frame, areas);
   }
+  panel_->setMaximumHeight(QWIDGETSIZE_MAX);
   animatingHeader_ = animated;
   moveTo(frame, animated ? motionTime(*panel_, CaptionAppearance::headerDuration) : 0);
 }
@@ -311,7 +316,9 @@ QRect CaptionWindowController::frameWithoutHeader() const {
 }
 
 void CaptionWindowController::place(QRect frame, int milliseconds) {
-  panel_->setMinimumHeight(CaptionAppearance::minimumSize.height());
+  if (hasLines()) frame.setTop(frame.bottom() + 1 - minimumHeight());
+  panel_->setMaximumHeight(QWIDGETSIZE_MAX);
+  panel_->setMinimumHeight(minimumHeight());
   if (headerShown_) growForHeader(frame);
   moveTo(frame, milliseconds);
 }
@@ -373,7 +380,40 @@ void CaptionWindowController::finishMotion() {
   animatingFrame_ = false;
   animatingHeader_ = false;
   if (!headerShown_) view_->setHeaderInSight(false);
-  panel_->setMinimumHeight(CaptionAppearance::minimumSize.height() + headerGrowth_);
+  applyLines();
+  limitHeight();
+  updateContentHeight();
+}
+
+bool CaptionWindowController::hasLines() const {
+  return model_.settings().captionLines() > 0;
+}
+
+int CaptionWindowController::minimumHeight() const {
+  return hasLines() ? view_->linesHeight() : CaptionAppearance::minimumSize.height();
+}
+
+void CaptionWindowController::limitHeight() {
+  const int least = minimumHeight() + headerGrowth_;
+  // In this order: a maximum below the minimum would lower it.
+  panel_->setMaximumHeight(QWIDGETSIZE_MAX);
+  panel_->setMinimumHeight(least);
+  if (hasLines()) panel_->setMaximumHeight(least);
+}
+
+void CaptionWindowController::applyLines() {
+  // finishMotion() calls it again.
+  if (animatingFrame_) return;
+  const bool wasSized = std::exchange(isSizedByLines_, hasLines());
+  if (!hasLines() && !wasSized) return;
+  QRect frame = settledFrame();
+  const int height = (hasLines() ? minimumHeight() : freeHeight_) + headerGrowth_;
+  if (frame.height() == height && wasSized == hasLines()) return;
+  frame.setTop(frame.bottom() + 1 - height);
+  panel_->setMaximumHeight(QWIDGETSIZE_MAX);
+  panel_->setMinimumHeight(std::min(panel_->minimumHeight(), height));
+  panel_->setGeometry(frame);
+  limitHeight();
   updateContentHeight();
 }
 
@@ -390,7 +430,13 @@ void CaptionWindowController::storeFrameLater() {
 void CaptionWindowController::storeFrame() {
   storing_.reset();
   if (!panel_->hasPlace()) return;
-  writePanelFrame(services_.frames, frameWithoutHeader());
+  QRect frame = frameWithoutHeader();
+  if (hasLines()) {
+    frame.setTop(frame.bottom() + 1 - freeHeight_);
+  } else {
+    freeHeight_ = frame.height();
+  }
+  writePanelFrame(services_.frames, frame);
 }
 
 }  // namespace velun

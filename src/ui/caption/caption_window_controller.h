@@ -94,6 +94,12 @@ class CaptionWindowController final : public QObject {
   void applyLook();
   void applyVisibility();
   void applyClickThrough();
+  /// Makes the panel as high as its lines, or as before when it had none. Its bottom stays.
+  void applyLines();
+  /// Without the header.
+  int minimumHeight() const;
+  bool hasLines() const;
+  void limitHeight();
   void orderFront();
   /// The parts of the screens that no dock covers.
   QList<QRect> areas() const;
@@ -125,6 +131,9 @@ class CaptionWindowController final : public QObject {
   bool animatingHeader_ = false;
   // The height added to the panel for its header, in points.
   int headerGrowth_ = 0;
+  // Of the panel without header and with any height, kept while it is made for lines.
+  int freeHeight_ = 0;
+  bool isSizedByLines_ = false;
   QVariantAnimation motion_{this};
   bool animatingFrame_ = false;
   bool isShown_ = false;

@@ -4,8 +4,10 @@
 #include "ui/caption/text_halo.h"
 
 #include <algorithm>
+#include <cmath>
 #include <QGuiApplication>
 #include <QPalette>
+#include <QTextLayout>
 
 namespace velun {
 
@@ -21,6 +23,15 @@ constexpr float kCaptionSecondary = 0.65F;
 constexpr float kLabelSecondary = 0.72F;
 // A typographic point is 1/72 inch; a point of the interface is 1/96.
 constexpr double kTypographicPoints = 72.0 / 96.0;
+
+/// The height of a line that mixes scripts, whose fonts differ in height.
+double lineHeight(const QFont& font) {
+  QTextLayout layout(QStringLiteral("Ág 가한"), font);
+  layout.beginLayout();
+  const QTextLine line = layout.createLine();
+  layout.endLayout();
+  return line.height();
+}
 
 QTextCharFormat format(const QFont& font, const QColor& color) {
   QTextCharFormat format;
@@ -42,6 +53,18 @@ QFont captionFont(const PanelStyle& style, double size) {
   if (!style.fontFamily.isEmpty()) font.setFamilies({style.fontFamily});
   if (style.fontWeight != 0) font.setWeight(static_cast<QFont::Weight>(style.fontWeight));
   return font;
+}
+
+int linePitch(const PanelStyle& style, double textSize) {
+  // Asked for with every draft, and nearly always for the same font.
+  static QFont measured;
+  static double height = 0;
+  const QFont font = captionFont(style, textSize * std::max(style.translationRatio, 1.0));
+  if (height == 0 || font != measured) {
+    measured = font;
+    height = lineHeight(font);
+  }
+  return static_cast<int>(std::ceil(height + textSize * style.lineSpacing));
 }
 
 QColor dimmedTranslation(const PanelStyle& style) {
@@ -88,6 +111,10 @@ void TranscriptFormats::setCaptionFormats(const TranscriptInputs& inputs) {
   const QTextCharFormat body = format(captionFont(style, inputs.fontSize), style.text);
   chars_ = {body, format(captionFont(style, kSmallSystemFontSize), secondary),
             format(captionFont(style, translationSize), translation), body};
+  if (inputs.wholeLines) {
+    block_.setLineHeight(linePitch(style, inputs.fontSize), QTextBlockFormat::FixedHeight);
+    return;
+  }
   block_.setLineHeight(inputs.fontSize * style.lineSpacing, QTextBlockFormat::LineDistanceHeight);
   block_.setBottomMargin(inputs.fontSize *
                          std::max(kParagraphSpacing, style.lineSpacing + kMoreBetweenParagraphs));

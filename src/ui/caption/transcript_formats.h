@@ -44,6 +44,10 @@ QFont systemFont(double size);
 /// The font of a style, for a text size as of `systemFont`.
 QFont captionFont(const PanelStyle& style, double size);
 
+/// The height of every line of a panel that shows whole lines, in points: room for letters of every
+/// script at a text size.
+int linePitch(const PanelStyle& style, double textSize);
+
 /// The colour of a translation below its original.
 QColor dimmedTranslation(const PanelStyle& style);
 

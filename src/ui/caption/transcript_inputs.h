@@ -33,6 +33,8 @@ struct TranscriptInputs {
   /// The look of the panel (`style`) instead of the desktop's.
   bool captionStyle = false;
   PanelStyle style;
+  /// In the panel: all lines have the same height and the view shows whole lines only.
+  bool wholeLines = false;
   /// The lines whose translation is pending.
   QSet<QUuid> pendingTranslationIDs;
   /// Shows the placeholder of a draft that `content` hides.

@@ -65,12 +65,18 @@ bool TranscriptLayout::layOut(QTextBlock block) const {
   layout->setTextOption(option);
 
   const qreal width = std::max(width_ - 2 * horizontalInset, 1);
+  const bool isFixed = format.lineHeightType() == QTextBlockFormat::FixedHeight;
   qreal y = 0;
   layout->beginLayout();
   for (QTextLine line = layout->createLine(); line.isValid(); line = layout->createLine()) {
     line.setLineWidth(width);
-    line.setPosition(QPointF(horizontalInset, y));
-    y += std::ceil(line.height()) + format.lineHeight();
+    if (isFixed) {
+      line.setPosition(QPointF(horizontalInset, y + (format.lineHeight() - line.height()) / 2));
+      y += format.lineHeight();
+    } else {
+      line.setPosition(QPointF(horizontalInset, y));
+      y += std::ceil(line.height()) + format.lineHeight();
+    }
   }
   layout->endLayout();
 
@@ -85,8 +91,9 @@ int TranscriptLayout::estimatedHeight(const QTextBlock& block) const {
   const qreal width = std::max(width_ - 2 * horizontalInset, 1);
   const int lines = 1 + static_cast<int>(block.length() * metrics.averageCharWidth() / width);
   const QTextBlockFormat format = block.blockFormat();
-  return std::max(qRound(lines * (metrics.height() + format.lineHeight()) + format.bottomMargin()),
-                  1);
+  const bool isFixed = format.lineHeightType() == QTextBlockFormat::FixedHeight;
+  const qreal height = (isFixed ? 0 : metrics.height()) + format.lineHeight();
+  return std::max(qRound(lines * height + format.bottomMargin()), 1);
 }
 
 bool TranscriptLayout::layOutMore(std::chrono::microseconds time) {
@@ -186,8 +193,41 @@ int TranscriptLayout::hitTest(const QPointF& point, Qt::HitTestAccuracy accuracy
   return accuracy == Qt::ExactHit ? -1 : block.position() + place;
 }
 
+void TranscriptLayout::drawBlock(QPainter* painter, const QTextBlock& block,
+                                 const PaintContext& context, const QRectF& clip) const {
+  if (fadeTop_ && blockTop(block) < *fadeTop_ + verticalInset) {
+    drawFadingLines(painter, block, context, clip);
+  } else {
+    block.layout()->draw(painter, QPointF(), selectionsIn(block, context.selections), clip);
+  }
+}
+
+/// A line that the top of the view cuts is transparent; one that enters becomes opaque on its way
+/// to its place.
+void TranscriptLayout::drawFadingLines(QPainter* painter, const QTextBlock& block,
+                                       const PaintContext& context, const QRectF& clip) const {
+  const QTextLayout& layout = *block.layout();
+  const int pitch = blockHeight(block) / std::max(layout.lineCount(), 1);
+  for (int i = 0; i < layout.lineCount(); ++i) {
+    const QRectF line(0, blockTop(block) + i * pitch, width_, pitch);
+    const double opacity = std::clamp((line.top() - *fadeTop_) / verticalInset, 0.0, 1.0);
+    if (opacity <= 0 || !line.intersects(clip)) continue;
+    painter->save();
+    painter->setClipRect(line, Qt::IntersectClip);
+    painter->setOpacity(opacity);
+    layout.draw(painter, QPointF(), selectionsIn(block, context.selections), line);
+    painter->restore();
+  }
+}
+
 /// Before the letters, so that no halo covers those of the paragraph above.
 void TranscriptLayout::drawHalos(QPainter* painter, const QRectF& clip) {
+  painter->save();
+  if (fadeTop_) {
+    const int top = *fadeTop_ + verticalInset - halos_.reach();
+    painter->setClipRect(clip.intersected(QRectF(0, top, width_, clip.bottom() - top)),
+                         Qt::IntersectClip);
+  }
   QTextBlock block = blockAt(static_cast<int>(std::floor(clip.top())) - halos_.reach());
   int top = blockTop(block);
   while (block.isValid() && top - halos_.reach() <= clip.bottom()) {
@@ -197,6 +237,7 @@ void TranscriptLayout::drawHalos(QPainter* painter, const QRectF& clip) {
     top += blockHeight(block);
     block = block.next();
   }
+  painter->restore();
 }
 
 void TranscriptLayout::draw(QPainter* painter, const PaintContext& context) {
@@ -209,7 +250,7 @@ void TranscriptLayout::draw(QPainter* painter, const PaintContext& context) {
     layOut(block);
     // Screen readers read the layout's position to find the visible text.
     block.layout()->setPosition(QPointF(0, top));
-    block.layout()->draw(painter, QPointF(), selectionsIn(block, context.selections), clip);
+    drawBlock(painter, block, context, clip);
     const int cursor = context.cursorPosition - block.position();
     if (cursor >= 0 && cursor < block.length()) {
       block.layout()->drawCursor(painter, QPointF(), cursor);

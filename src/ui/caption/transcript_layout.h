@@ -4,6 +4,7 @@
 #include "ui/caption/halo_cache.h"
 
 #include <chrono>
+#include <optional>
 #include <QAbstractTextDocumentLayout>
 #include <QTextBlock>
 
@@ -27,6 +28,9 @@ class TranscriptLayout final : public QAbstractTextDocumentLayout {
 
   /// What is painted around the letters; `radius` is in points.
   void setEdge(TextEdge edge, double radius);
+
+  /// The top of the view, at which lines that are not whole fade out; nullopt: they are cut.
+  void setFadeTop(std::optional<int> top) { fadeTop_ = top; }
 
   void draw(QPainter* painter, const PaintContext& context) override;
   int hitTest(const QPointF& point, Qt::HitTestAccuracy accuracy) const override;
@@ -60,6 +64,10 @@ class TranscriptLayout final : public QAbstractTextDocumentLayout {
   void documentChanged(int from, int charsRemoved, int charsAdded) override;
 
  private:
+  void drawBlock(QPainter* painter, const QTextBlock& block, const PaintContext& context,
+                 const QRectF& clip) const;
+  void drawFadingLines(QPainter* painter, const QTextBlock& block, const PaintContext& context,
+                       const QRectF& clip) const;
   void drawHalos(QPainter* painter, const QRectF& clip);
   int estimatedHeight(const QTextBlock& block) const;
 
@@ -69,6 +77,7 @@ class TranscriptLayout final : public QAbstractTextDocumentLayout {
   int publishedHeight_ = -1;
   int nextBlock_ = 0;
   HaloCache halos_;
+  std::optional<int> fadeTop_;
 };
 
 }  // namespace velun

@@ -59,6 +59,7 @@ void TranscriptView::update(const TranscriptInputs& inputs, const TranscriptChan
                         inputs.style != inputs_.style;
   inputs_ = inputs;
   if (restyled) textView_->setPanelStyle(inputs_.captionStyle ? &inputs_.style : nullptr);
+  textView_->setLinePitch(inputs_.wholeLines ? linePitch(inputs_.style, inputs_.fontSize) : 0);
   document_.layout().setEdge(inputs_.captionStyle ? inputs_.style.edge : TextEdge::none,
                              haloRadius(inputs_.fontSize));
   apply(isHeld_ ? TranscriptChange() : change);
@@ -236,6 +237,12 @@ void TranscriptView::scrollOnJump() {
 
 void TranscriptView::setHeld(bool held) {
   if (std::exchange(isHeld_, held) != held) Q_EMIT isHeldChanged(held);
+}
+
+int TranscriptView::heightForLines(int lines) const {
+  const int find = findBar_ && findBar_->isVisibleTo(this) ? findBar_->sizeHint().height() : 0;
+  return lines * linePitch(inputs_.style, inputs_.fontSize) + 2 * TranscriptLayout::verticalInset +
+         find;
 }
 
 void TranscriptView::clearSelection() {

@@ -41,6 +41,9 @@ class TranscriptView final : public QWidget {
   /// Opens the bar that searches the transcript.
   void openFindBar();
 
+  /// The height at which the view shows this many whole lines, in points.
+  int heightForLines(int lines) const;
+
   /// The bar that searches the transcript; null before it is first opened.
   const FindBar* findBar() const { return findBar_; }
 

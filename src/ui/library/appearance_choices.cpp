@@ -2,6 +2,7 @@
 #include "ui/library/appearance_choices.h"
 
 #include "language/localization.h"
+#include "settings/app_settings.h"
 #include "settings/panel_style.h"
 #include "settings/text_size.h"
 
@@ -67,6 +68,15 @@ std::vector<Choice> ratioChoices() {
 std::vector<Choice> orderChoices() {
   return {{L("Original First", "원문 먼저"), int(VoiceOrder::originalFirst)},
           {L("Translation First", "번역 먼저"), int(VoiceOrder::translationFirst)}};
+}
+
+std::vector<Choice> lineChoices() {
+  std::vector<Choice> choices = {{L("Any Size", "자유 크기"), 0}, {L("1 Line", "1줄"), 1}};
+  for (int lines = 2; lines <= AppSettings::maxCaptionLines; ++lines) {
+    const QString count = QString::number(lines);
+    choices.push_back({L(count + " Lines", count + "줄"), lines});
+  }
+  return choices;
 }
 
 Choice sizeChoice(double points) {

@@ -16,6 +16,8 @@ std::vector<Choice> edgeChoices();
 std::vector<Choice> cornerChoices();
 std::vector<Choice> ratioChoices();
 std::vector<Choice> orderChoices();
+/// The heights of the panel; each value is a number of lines.
+std::vector<Choice> lineChoices();
 /// Text sizes in points.
 std::vector<Choice> sizeChoices();
 

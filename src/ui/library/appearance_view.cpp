@@ -71,8 +71,9 @@ AppearanceView::AppearanceView(AppSettings& settings, QWidget* parent)
   column->setSpacing(0);
   column->addLayout(top);
   column->addWidget(scroll_, 1);
-  for (const auto signal : {&AppSettings::panelStyleChanged, &AppSettings::fontSizeChanged,
-                            &AppSettings::followsHighContrastChanged}) {
+  for (const auto signal :
+       {&AppSettings::panelStyleChanged, &AppSettings::fontSizeChanged,
+        &AppSettings::followsHighContrastChanged, &AppSettings::captionLinesChanged}) {
     connect(&settings_, signal, this, &AppearanceView::presentStyle);
   }
   connect(&Localization::shared(), &Localization::languageChanged, this, &AppearanceView::present);
@@ -190,6 +191,8 @@ void AppearanceView::addTranslation(QVBoxLayout* form) {
 
 void AppearanceView::addPanel(QVBoxLayout* form) {
   panelHeading_ = addHeading(form);
+  lines_ = addChooser(form, &linesLabel_);
+  connect(lines_, &QComboBox::activated, &settings_, &AppSettings::setCaptionLines);
   highContrast_ = addToggle(form);
   connect(highContrast_, &QCheckBox::toggled, &settings_, &AppSettings::setFollowsHighContrast);
 }
@@ -228,6 +231,7 @@ void AppearanceView::presentTexts() {
   labelChooser(ratioLabel_, ratio_, L("Translation Size", "번역 크기"));
   labelChooser(orderLabel_, order_, L("Order", "순서"));
   panelHeading_->setText(L("Caption Window", "자막 창"));
+  labelChooser(linesLabel_, lines_, L("Height", "높이"));
   labelToggle(highContrast_, L("Follow the desktop’s high contrast", "데스크톱의 고대비 따르기"));
   color_->translate();
   background_->translate();
@@ -257,6 +261,7 @@ void AppearanceView::presentStyle() {
   fillChooser(corner_, cornerChoices(), choiceOf(cornerChoices(), style.corner));
   fillChooser(ratio_, ratioChoices(), percentChoice(style.translationRatio));
   fillChooser(order_, orderChoices(), choiceOf(orderChoices(), int(style.order)));
+  fillChooser(lines_, lineChoices(), choiceOf(lineChoices(), settings_.captionLines()));
   color_->setColor(style.text);
   background_->setColor(style.background);
   translationColor_->setColor(style.translation);

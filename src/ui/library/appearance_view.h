@@ -86,6 +86,8 @@ class AppearanceView final : public QWidget {
   QLabel* orderLabel_ = nullptr;
   QComboBox* order_ = nullptr;
   QLabel* panelHeading_ = nullptr;
+  QLabel* linesLabel_ = nullptr;
+  QComboBox* lines_ = nullptr;
   QCheckBox* highContrast_ = nullptr;
 };
 
