@@ -152,6 +152,26 @@ int main(int argc, char** argv) {
   });
   bench::report("transcript_translation_10k_ms", quantile(translations, 0.5), "ms");
 
+  for (const auto& [edge, figure] :
+       {std::pair(TextEdge::outline, "transcript_draft_outlined_10k_ms"),
+        std::pair(TextEdge::shadow, "transcript_draft_shaded_10k_ms")}) {
+    stage.inputs.style.edge = edge;
+    stage.inputs.volatileText.clear();
+    stage.view.update(stage.inputs, kAdded);
+    stage.rest();
+    bench::report(figure, quantile(stage.measure(300, growDraft), 0.5), "ms");
+  }
+
+  const auto styles = stage.measure(60, [&](int i) {
+    stage.inputs.style =
+        standardStyle(allPanelSets[static_cast<std::size_t>(i) % allPanelSets.size()]);
+    stage.view.update(stage.inputs, kAdded);
+  });
+  bench::report("panel_style_change_ms", quantile(styles, 0.95), "ms");
+  stage.inputs.style = PanelStyle();
+  stage.view.update(stage.inputs, kAdded);
+  stage.rest();
+
   const auto resizes = stage.measure(
       60, [&](int i) { stage.view.resize(kPanelSize + QSize(i % 2 ? 3 * i : -i, i)); });
   bench::report("transcript_resize_10k_ms", quantile(resizes, 0.5), "ms");

@@ -19,6 +19,7 @@ PROPERTIES = "org.freedesktop.DBus.Properties"
 REGISTRY = "org.a11y.atspi.Registry"
 ROOT = "/org/a11y/atspi/accessible/root"
 TEXT = "org.a11y.atspi.Text"
+VALUE = "org.a11y.atspi.Value"
 
 LABELLED_BY = 2  # a kind of relation
 SCREEN = 0  # what positions count from
@@ -234,6 +235,10 @@ class Node:
 
     def set_text(self, text):
         self._send(EDITABLE_TEXT, "SetTextContents", "s", text)
+
+    def set_value(self, value):
+        """Moves a slider."""
+        self._send(PROPERTIES, "Set", "ssv", VALUE, "CurrentValue", float(value))
 
     def click(self, button=1):
         """Clicks its center with the pointer."""
