@@ -4,6 +4,7 @@
 #include "ui/caption/text_halo.h"
 
 #include <cmath>
+#include <QPaintEngine>
 #include <QPainter>
 #include <QTextBlock>
 #include <QTextLayout>
@@ -36,7 +37,8 @@ int HaloCache::reach() const {
 void HaloCache::paint(QPainter& painter, const QTextBlock& block) {
   const QTextBlock::iterator first = block.begin();
   if (edge_ == TextEdge::none || first.atEnd()) return;
-  const double ratio = painter.device()->devicePixelRatioF();
+  // Not the painter's device, which is the widget even while it is rendered into a picture.
+  const double ratio = painter.paintEngine()->paintDevice()->devicePixelRatioF();
   const Key key{block.text(), first.fragment().charFormatIndex(), ratio};
   Halo* halo = halos_.object(key);
   if (!halo) {
