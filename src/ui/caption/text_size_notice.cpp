@@ -40,6 +40,7 @@ TextSizeNotice::TextSizeNotice(AppSettings& settings, Clock& clock, QWidget& ove
 TextSizeNotice::~TextSizeNotice() = default;
 
 void TextSizeNotice::present() {
+  if (!over_.isVisible()) return;
   const QString size = QString::number(settings_.fontSize());
   text_ = L(size + " pt", size + "포인트");
   setAccessibleName(L("Text size " + size + " points", "글자 크기 " + size + "포인트"));

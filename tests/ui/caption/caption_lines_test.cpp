@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/settle.h"
 #include "support/suite.h"
+#include "ui/caption/caption_empty_state.h"
 #include "ui/caption/panel_stage.h"
 #include "ui/caption/selectable_transcript_text_view.h"
 #include "ui/caption/transcript_formats.h"

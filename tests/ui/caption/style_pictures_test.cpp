@@ -102,14 +102,15 @@ class StylePicturesTest final : public test::Suite {
     QFETCH(AppLanguage, language);
     QFETCH(int, scale);
     Localization::shared().setLanguage(language);
-    PanelStage stage;
+    PanelStage stage([&](AppSettings& settings) {
+      settings.setLanguage(language);
+      settings.setFontSize(20);
+      settings.setPanelSet(set);
+      settings.setCaptionLines(lines);
+    });
     DesktopCapabilities can;
     can.compositing = true;
     stage.desktop.setCapabilities(can);
-    stage.settings.setLanguage(language);
-    stage.settings.setFontSize(20);
-    stage.settings.setPanelSet(set);
-    stage.settings.setCaptionLines(lines);
     stage.panel().setAttribute(Qt::WA_DontShowOnScreen);
     stage.panel().resize(kPanel);
     stage.controller->show();
