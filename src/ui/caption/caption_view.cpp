@@ -62,7 +62,7 @@ CaptionView::CaptionView(CaptionViewModel& model, AppCommands& commands,
       smaller_(new SmallerRecognizerButton(smaller, this)),
       failureButtons_(new FailureButtons(model, commands, this)),
       jumpButton_(new JumpButton(this)),
-      notice_(new CaptionNotice(clock, this)),
+      notice_(new CaptionNotice(CaptionNotice::Kind::message, clock, this)),
       sizeNotice_(new TextSizeNotice(model.settings(), clock, *transcript_)) {
   header_->hide();
   emptyState_->setFocusProxy(transcript_);
