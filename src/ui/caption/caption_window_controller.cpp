@@ -407,7 +407,7 @@ void CaptionWindowController::applyLines() {
   const bool wasSized = std::exchange(isSizedByLines_, hasLines());
   if (!hasLines() && !wasSized) return;
   QRect frame = settledFrame();
-  if (!wasLimited) freeHeight_ = frame.height() - headerGrowth_;
+  if (!wasSized) freeHeight_ = frame.height() - headerGrowth_;
   const int height = (hasLines() ? minimumHeight() : freeHeight_) + headerGrowth_;
   if (frame.height() == height && wasSized == hasLines()) return;
   frame.setTop(frame.bottom() + 1 - height);
