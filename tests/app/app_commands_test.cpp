@@ -267,7 +267,7 @@ class AppCommandsTest final : public test::Suite {
 
   void everyPublishedNameTriggersItsCommand() {
     AppStage stage;
-    stage.desktop.setCapabilities({.passesClicks = true});
+    stage.desktop.setCapabilities({.placesWindows = true, .passesClicks = true});
     stage.startWithLine();  // enables all of them
     QSignalSpy triggered(&stage.coordinator().commands(), &AppCommands::triggered);
     QDialog blocker;  // so that nothing is carried out

@@ -129,7 +129,7 @@ class PanelPicturesTest final : public test::Suite {
     stage.panel().activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&stage.panel()));
     const CopyTranscriptButton& copy = stage.view->header().state().copyButton();
-    for (int i = 0; i < 10 && !copy.hasFocus(); ++i) {
+    for (int i = 0; i < 30 && !copy.hasFocus(); ++i) {
       QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     }
     QVERIFY(copy.hasFocus());

@@ -169,7 +169,8 @@ class CaptionWindowControllerTest final : public test::Suite {
     stage.view->setHovering(true);
     QVERIFY(!stage.controller->headerShown());
     stage.clock.advance(4s);
-    QVERIFY(!stage.view->notice().isVisible());
+    // It fades.
+    QTRY_VERIFY(!stage.view->notice().isVisible());
     stage.settings.setClickThrough(false);
     QVERIFY(!stage.desktop.passesClicks);
     QVERIFY(stage.controller->headerShown());

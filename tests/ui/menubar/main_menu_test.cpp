@@ -189,7 +189,7 @@ class MainMenuTest final : public test::Suite {
       QVERIFY(!action->menu()->objectName().isEmpty());
       QVERIFY(!action->menu()->actions().isEmpty());
     }
-    QCOMPARE(titles, QStringList({"Velun", "File", "Edit"}));
+    QCOMPARE(titles, QStringList({"Velun", "File", "Edit", "View"}));
     open->close();
     QTRY_VERIFY(!open);
   }
