@@ -284,6 +284,7 @@ void CaptionView::arrangeStatus() {
   int y = CaptionAppearance::headerHeight + (isInMiddle ? std::max(0, space / 2) : space);
   statusLine_->setAlignment(isInMiddle ? Qt::AlignHCenter | Qt::AlignTop
                                        : Qt::AlignLeft | Qt::AlignTop);
+  failureButtons_->setCentered(isInMiddle);
   statusLine_->setVisible(heights.line > 0);
   const auto place = [&](QWidget* view, int viewHeight) {
     view->setGeometry(0, y, width(), viewHeight);

@@ -30,7 +30,7 @@ FailureButtons::FailureButtons(CaptionViewModel& model, AppCommands& commands, Q
   row->setContentsMargins(TranscriptLayout::horizontalInset, 0, TranscriptLayout::horizontalInset,
                           kBottom);
   row->setSpacing(kGap);
-  row->addStretch(1);
+  row->addStretch(0);
   const auto add = [&](CaptionButton* button, AppCommand command) {
     row->addWidget(button);
     connect(button, &CaptionButton::clicked, &commands.action(command), &QAction::trigger);
@@ -50,6 +50,10 @@ void FailureButtons::setColors(const CaptionColors& colors) {
   for (CaptionButton* button : {tryAgain_, openSoundSettings_, chooseRecognizer_}) {
     button->setColors(colors);
   }
+}
+
+void FailureButtons::setCentered(bool isCentered) {
+  static_cast<QHBoxLayout*>(layout())->setStretch(0, isCentered ? 1 : 0);
 }
 
 bool FailureButtons::isWanted() const {

@@ -21,6 +21,8 @@ class FailureButtons final : public QWidget {
   FailureButtons(CaptionViewModel& model, AppCommands& commands, QWidget* parent);
 
   void setColors(const CaptionColors& colors);
+  /// Whether the row stands in the middle, and not at the left. It stands at the left at first.
+  void setCentered(bool isCentered);
   /// Whether there is a failure, and the buttons are to be shown.
   bool isWanted() const;
 

@@ -12,6 +12,7 @@
 #include "ui/caption/failure_buttons.h"
 #include "ui/caption/level_meter.h"
 #include "ui/caption/panel_stage.h"
+#include "ui/caption/transcript_layout.h"
 #include "ui/caption/transcript_view.h"
 #include "ui/common/download_text.h"
 
@@ -128,6 +129,7 @@ class CaptionEmptyStateTest final : public Suite {
     QVERIFY(text.top() > stage.view->transcript().geometry().top() + 20);
     QVERIFY(buttons.geometry().top() >= text.bottom());
     QVERIFY(buttons.geometry().bottom() < stage.view->height() - 20);
+    QVERIFY(buttons.tryAgain().x() > stage.view->width() / 4);
     buttons.tryAgain().click();
     settle();
     QVERIFY(stage.model->isRunning());
@@ -148,6 +150,7 @@ class CaptionEmptyStateTest final : public Suite {
     const FailureButtons& buttons = stage.view->failureButtons();
     QVERIFY(buttons.isVisible());
     QCOMPARE(buttons.geometry().bottom(), stage.view->rect().bottom());
+    QCOMPARE(buttons.tryAgain().x(), TranscriptLayout::horizontalInset);
     QVERIFY(stage.view->transcript().geometry().bottom() < stage.view->statusLine().y());
     stage.final("Two.");
     QVERIFY(buttons.isVisible());
