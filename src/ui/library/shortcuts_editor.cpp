@@ -2,6 +2,7 @@
 #include "ui/library/shortcuts_editor.h"
 
 #include "language/localization.h"
+#include "ui/common/accessible_role.h"
 #include "ui/common/shortcut_set.h"
 #include "ui/library/settings_form.h"
 
@@ -41,6 +42,8 @@ void ShortcutsEditor::addLines(QGridLayout& grid) {
   for (const ShortcutSet::Row& row : shortcuts_.rows()) {
     const Line line{row.id, new QLabel(this), new QKeySequenceEdit(this)};
     line.label->setBuddy(line.keys);
+    // Qt reports only the field inside it, which does not get the keyboard, as one for text.
+    setAccessibleRole(*line.keys, QAccessible::EditableText);
     line.keys->setClearButtonEnabled(true);
     connect(line.keys, &QKeySequenceEdit::editingFinished, this, [this, line] {
       shortcuts_.setKeys(line.id, line.keys->keySequence());

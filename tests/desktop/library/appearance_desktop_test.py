@@ -70,7 +70,8 @@ class Appearance(ProgramCase):
 
     def test_the_panel_follows_at_once(self):
         self.program.action("show-panel")
-        panel = self.window("Velun Captions")
+        # The settings stay active.
+        panel = self.application.wait_for("frame", "Velun Captions")
         height = panel.extents[3]
         self.choose("Height", "1 Line")
         self.wait("a lower panel", lambda: panel.extents[3] < height)

@@ -217,7 +217,7 @@ class Settings(KeyboardCase):
              "Show Translation Only",
              "Save new sessions automatically", "Ask to save before a new session or quitting",
              "Open Sessions Folder", "Start or Stop Captions", "Show or Hide the Caption Window",
-             "Click Through Captions", "General"]
+             "Click Through Captions", "Bigger Text", "Smaller Text", "General"]
 
     def setUp(self):
         super().setUp()
