@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/library/device_chooser.h"
+
+#include "language/localization.h"
+#include "ui/library/settings_form.h"
+
+#include <QWheelEvent>
+
+namespace velun {
+
+DeviceChooser::DeviceChooser(AppSettings& settings, AudioPlatform& audio, QWidget* parent)
+    : QComboBox(parent), settings_(settings), audio_(audio) {
+  setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  connect(this, &QComboBox::activated, this, &DeviceChooser::choose);
+  for (const auto signal : {&AppSettings::useMicChanged, &AppSettings::outputChanged,
+                            &AppSettings::microphoneChanged}) {
+    connect(&settings_, signal, this, &DeviceChooser::present);
+  }
+  connect(&Localization::shared(), &Localization::languageChanged, this, &DeviceChooser::present);
+  present();
+}
+
+DeviceChooser::~DeviceChooser() = default;
+
+void DeviceChooser::showEvent(QShowEvent* event) {
+  QComboBox::showEvent(event);
+  if (event->spontaneous() || targets_) return;
+  targets_ = audio_.followTargets();
+  connect(targets_.get(), &AudioTargets::changed, this, &DeviceChooser::present);
+  present();
+}
+
+void DeviceChooser::hideEvent(QHideEvent* event) {
+  QComboBox::hideEvent(event);
+  if (!event->spontaneous()) targets_.reset();
+}
+
+void DeviceChooser::wheelEvent(QWheelEvent* event) {
+  event->ignore();
+}
+
+void DeviceChooser::present() {
+  const bool isMicrophone = settings_.useMic();
+  const auto kind = isMicrophone ? AudioTarget::Kind::input : AudioTarget::Kind::output;
+  const DeviceChoice& chosen = isMicrophone ? settings_.microphone() : settings_.output();
+  std::vector<Choice> devices{{isMicrophone
+                                   ? L("The Computer’s Default Microphone", "컴퓨터의 기본 마이크")
+                                   : L("The Computer’s Default Output", "컴퓨터의 기본 출력 장치"),
+                               QString()}};
+  const auto known = targets_ ? targets_->list() : std::vector<AudioTarget>();
+  for (const AudioTarget& target : known) {
+    if (target.kind == kind) devices.push_back({target.name, target.id});
+  }
+  QString name = chosen.name.isEmpty() ? chosen.id : chosen.name;
+  // Without any device, the sound server has not answered.
+  if (!known.empty()) name = L("%1 (not connected)", "%1(연결 안 됨)").arg(name);
+  fillChooser(this, std::move(devices), {name, chosen.id});
+}
+
+void DeviceChooser::choose(int index) {
+  const QString id = itemData(index).toString();
+  const bool isMicrophone = settings_.useMic();
+  const DeviceChoice& current = isMicrophone ? settings_.microphone() : settings_.output();
+  // The text of the chosen device may say that it is not connected.
+  const DeviceChoice chosen = id == current.id ? current
+                              : id.isEmpty()   ? DeviceChoice()
+                                               : DeviceChoice{id, itemText(index)};
+  isMicrophone ? settings_.setMicrophone(chosen) : settings_.setOutput(chosen);
+}
+
+}  // namespace velun

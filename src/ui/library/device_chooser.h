@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/audio/audio_platform.h"
+#include "settings/app_settings.h"
+
+#include <memory>
+#include <QComboBox>
+
+namespace velun {
+
+/// Chooses the device of the current input: the output that is captioned, or the microphone. The
+/// first entry follows the computer's default device. A chosen device that is not connected stays
+/// in the list. The devices are followed only while the chooser is visible. Main thread.
+class DeviceChooser final : public QComboBox {
+  Q_OBJECT
+
+ public:
+  /// Both must outlive the chooser.
+  DeviceChooser(AppSettings& settings, AudioPlatform& audio, QWidget* parent = nullptr);
+  ~DeviceChooser() override;
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+  /// Ignored, so that scrolling a form changes no setting.
+  void wheelEvent(QWheelEvent* event) override;
+
+ private:
+  void present();
+  void choose(int index);
+
+  AppSettings& settings_;
+  AudioPlatform& audio_;
+  /// Null while hidden.
+  std::unique_ptr<AudioTargets> targets_;
+};
+
+}  // namespace velun
