@@ -178,7 +178,9 @@ void AppCoordinator::showSettings() {
     settingsWindow_ = std::make_unique<SettingsWindowController>(
         model_, [this] { perform(AppCommand::openSessionsFolder); }, services_.notes,
         services_.models,
-        DesktopSettings{.login = services_.loginStart, .shortcuts = shortcuts_.get()});
+        DesktopSettings{.audio = services_.audio,
+                        .login = services_.loginStart,
+                        .shortcuts = shortcuts_.get()});
     prepareWindow(&settingsWindow_->window());
   }
   // Its notes depend on them.

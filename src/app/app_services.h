@@ -13,6 +13,7 @@
 namespace velun {
 
 class ApplicationService;
+class AudioPlatform;
 class BetterCaptions;
 class Clock;
 class DesktopPlatform;
@@ -49,6 +50,8 @@ struct AppServices {
   SmallerRecognizer* smallerRecognizer = nullptr;
   /// May be null.
   LoginStart* loginStart = nullptr;
+  /// Null where devices cannot be chosen.
+  AudioPlatform* audio = nullptr;
   /// May be null.
   SoundSettings* soundSettings = nullptr;
   /// May be null.

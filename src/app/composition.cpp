@@ -124,6 +124,7 @@ AppServices Composition::services() {
           .betterCaptions = &parts_->betterCaptions,
           .smallerRecognizer = &parts_->smallerRecognizer,
           .loginStart = &parts_->loginStart,
+          .audio = &parts_->engine.audio,
           .soundSettings = &parts_->soundSettings,
           .shortcuts = parts_->shortcuts.get(),
           .credits = credits(*parts_->engine.catalogue)};

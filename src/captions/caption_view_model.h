@@ -69,6 +69,8 @@ class CaptionViewModel final : public QObject {
   void restart() { engine_.restart(); }
   /// Captions wait for the chosen device, which is not connected; the status says so.
   bool isDeviceMissing() const { return engine_.isDeviceMissing(); }
+  /// Captions the default device of the current input from now on.
+  void useDefaultDevice();
   void abandonEngine() { engine_.abandon(); }
   std::vector<float> meterBands() const { return engine_.meterBands(); }
 

@@ -62,6 +62,8 @@ struct ModelFixture : SessionsFolder {
     recognizer->emitEvent(FailureEvent{message, stage});
   }
 
+  void deviceMissing(bool isMissing) { recognizer->setDeviceMissing(isMissing); }
+
   /// From the next configuration on, translations are the texts in upper case.
   void translateToUpperCase() {
     translation.translate = [](const QString& text) {

@@ -11,8 +11,8 @@ class AppCommands;
 class CaptionButton;
 class CaptionViewModel;
 
-/// What the user can do about a failure that has ended captions, as buttons in a row. Hidden while
-/// there is none. Main thread.
+/// What the user can do about a failure that has ended captions, or about a device that captions
+/// wait for, as buttons in a row. Hidden while there is neither. Main thread.
 class FailureButtons final : public QWidget {
   Q_OBJECT
 
@@ -23,11 +23,12 @@ class FailureButtons final : public QWidget {
   void setColors(const CaptionColors& colors);
   /// Whether the row stands in the middle, and not at the left. It stands at the left at first.
   void setCentered(bool isCentered);
-  /// Whether there is a failure, and the buttons are to be shown.
+  /// Whether the buttons are to be shown.
   bool isWanted() const;
 
   CaptionButton& tryAgain() const { return *tryAgain_; }
   CaptionButton& openSoundSettings() const { return *openSoundSettings_; }
+  CaptionButton& useDefaultDevice() const { return *useDefaultDevice_; }
   CaptionButton& chooseRecognizer() const { return *chooseRecognizer_; }
 
  Q_SIGNALS:
@@ -36,10 +37,12 @@ class FailureButtons final : public QWidget {
 
  private:
   void present();
+  bool hasFailure() const;
 
   CaptionViewModel& model_;
   AppCommands& commands_;
   CaptionButton* tryAgain_;
+  CaptionButton* useDefaultDevice_;
   CaptionButton* openSoundSettings_;
   CaptionButton* chooseRecognizer_;
 };

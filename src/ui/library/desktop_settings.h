@@ -3,11 +3,14 @@
 
 namespace velun {
 
+class AudioPlatform;
 class LoginStart;
 class ShortcutSet;
 
-/// The settings that the desktop keeps, for the settings window. Each may be null.
+/// What the settings window shows and changes of the system. Each may be null.
 struct DesktopSettings {
+  /// The devices that can be captioned.
+  AudioPlatform* audio = nullptr;
   LoginStart* login = nullptr;
   ShortcutSet* shortcuts = nullptr;
 };

@@ -3,6 +3,7 @@
 
 #include "language/localization.h"
 #include "ui/common/symbol.h"
+#include "ui/library/device_chooser.h"
 #include "ui/library/language_chooser.h"
 #include "ui/library/login_start_toggle.h"
 #include "ui/library/settings_form.h"
@@ -55,7 +56,7 @@ SettingsView::SettingsView(CaptionViewModel& model, std::function<void()> openRe
   form->setContentsMargins(22, 16, 22, 18);
   form->setSpacing(7);
   addLanguageSection(form, desktop.login);
-  addCaptionsSection(form);
+  addCaptionsSection(form, desktop.audio);
   addTranslationSection(form);
   addSavingSection(form);
   if (desktop.shortcuts) {
@@ -85,9 +86,13 @@ void SettingsView::addLanguageSection(QVBoxLayout* form, LoginStart* login) {
   });
 }
 
-void SettingsView::addCaptionsSection(QVBoxLayout* form) {
+void SettingsView::addCaptionsSection(QVBoxLayout* form, AudioPlatform* audio) {
   captionsHeading_ = addHeading(form);
   input_ = addChooser(form, &inputLabel_);
+  if (audio) {
+    device_ = new DeviceChooser(settings_, *audio);
+    addChooser(form, device_, &deviceLabel_);
+  }
   locale_ = new LanguageChooser([this] { return model_.localeChoices(); });
   addChooser(form, locale_, &localeLabel_);
   downloadNote_ = addNote(form);
@@ -180,6 +185,7 @@ void SettingsView::presentTexts() {
   nameControl(language_, languageHeading_->text());
   captionsHeading_->setText(L("Captions", "자막"));
   labelChooser(inputLabel_, input_, L("Input Source", "입력 소스"));
+  if (device_) labelChooser(deviceLabel_, device_, L("Device", "장치"));
   labelChooser(localeLabel_, locale_, L("Recognition Language", "인식 언어"));
   labelChooser(fontSizeLabel_, fontSize_, L("Font Size", "글자 크기"));
   labelToggle(numbers_, L("Numbers as digits", "숫자를 아라비아 숫자로 표시"));

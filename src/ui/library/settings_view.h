@@ -17,6 +17,7 @@ class QVBoxLayout;
 namespace velun {
 
 class LanguageChooser;
+class DeviceChooser;
 class LoginStart;
 
 /// The form of all settings. Every control writes its setting at once. A combo box writes only when
@@ -35,7 +36,7 @@ class SettingsView final : public QScrollArea {
 
  private:
   void addLanguageSection(QVBoxLayout* form, LoginStart* login);
-  void addCaptionsSection(QVBoxLayout* form);
+  void addCaptionsSection(QVBoxLayout* form, AudioPlatform* audio);
   void addTranslationSection(QVBoxLayout* form);
   void addSavingSection(QVBoxLayout* form);
   void followSettings();
@@ -54,6 +55,9 @@ class SettingsView final : public QScrollArea {
   QLabel* captionsHeading_;
   QLabel* inputLabel_;
   QComboBox* input_;
+  QLabel* deviceLabel_ = nullptr;
+  /// Null if the devices are not known.
+  DeviceChooser* device_ = nullptr;
   QLabel* localeLabel_;
   LanguageChooser* locale_;
   QLabel* downloadNote_;

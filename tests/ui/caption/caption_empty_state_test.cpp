@@ -158,6 +158,25 @@ class CaptionEmptyStateTest final : public Suite {
     QVERIFY(!buttons.isVisible());
   }
 
+  void aMissingDeviceOffersTheDefaultOne() {
+    PanelStage stage;
+    stage.settings.setOutput({"hdmi", "Television"});
+    stage.controller->show();
+    stage.start();
+    stage.deviceMissing(true);
+    stage.status("“Television” is not connected. Captions will go on when it is back.");
+    settle();
+    const FailureButtons& buttons = stage.view->failureButtons();
+    QVERIFY(buttons.useDefaultDevice().isVisible());
+    QVERIFY(!buttons.tryAgain().isVisible());
+    QVERIFY(!buttons.chooseRecognizer().isVisible());
+    QCOMPARE(buttons.useDefaultDevice().text(), QString("Use the Default Device"));
+    buttons.useDefaultDevice().click();
+    QCOMPARE(stage.settings.output(), DeviceChoice());
+    stage.deviceMissing(false);
+    QVERIFY(!buttons.isVisible());
+  }
+
   void sourceLanguageAndStartAreVisible() {
     Fixture f;
     QCOMPARE(f.empty().title().text(), QString("Computer Audio · English (United States)"));

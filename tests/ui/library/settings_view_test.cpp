@@ -4,6 +4,7 @@
 #include "language/localization.h"
 #include "support/manual_clock.h"
 #include "support/memory_preferences.h"
+#include "support/scripted_audio_platform.h"
 #include "support/scripted_recognizer.h"
 #include "support/scripted_speech_platform.h"
 #include "support/scripted_translation_platform.h"
@@ -49,6 +50,7 @@ class SettingsViewTest final : public test::Suite {
   std::unique_ptr<AppSettings> settings_;
   test::ScriptedSpeechPlatform speech_;
   test::ScriptedTranslationPlatform translation_;
+  test::ScriptedAudioPlatform audio_;
   std::unique_ptr<CaptionViewModel> model_;
   std::unique_ptr<SettingsView> view_;
   int folderOpenings_ = 0;
@@ -64,7 +66,7 @@ class SettingsViewTest final : public test::Suite {
                                                 std::make_unique<test::ScriptedRecognizer>(script),
                                                 speech_, translation_, clock_);
     view_ = std::make_unique<SettingsView>(
-        *model_, [this] { ++folderOpenings_; }, &notes_);
+        *model_, [this] { ++folderOpenings_; }, &notes_, DesktopSettings{.audio = &audio_});
     view_->resize(460, 760);
     view_->show();
   }
@@ -121,8 +123,8 @@ class SettingsViewTest final : public test::Suite {
     for (const char* heading : {"Language · 언어", "Captions", "Translation", "Saving Sessions"}) {
       QVERIFY2(shows(QString::fromUtf8(heading)), heading);
     }
-    for (const char* name : {"Language · 언어", "Input Source", "Recognition Language", "Font Size",
-                             "Translation Language"}) {
+    for (const char* name : {"Language · 언어", "Input Source", "Device", "Recognition Language",
+                             "Font Size", "Translation Language"}) {
       QVERIFY2(named<QComboBox>(QString::fromUtf8(name)), name);
     }
     for (const char* name :
