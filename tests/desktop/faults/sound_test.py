@@ -74,6 +74,28 @@ class Sound(FaultCase):
         self.wait_for_status()
         self.quit()
 
+    def test_captions_wait_for_a_chosen_output(self):
+        self.program.write_preferences(**self.program.read_preferences(), output="headphones",
+                                       outputName="Headphones")
+        self.desktop.start_sound()
+        self.launch()
+        self.toggle_captions()
+        missing = "“Headphones” is not connected. Captions will go on when it is back."
+        self.wait_for_status(missing)
+        self.desktop.add_output("headphones")
+        self.wait_for_status()
+        self.desktop.wait("it to be captured", lambda: "headphones:monitor" in self.desktop.run(
+            "pw-link", "-o", "-l"))
+        self.desktop.remove_output("headphones")
+        self.wait_for_status(missing)
+        self.assertEqual(self.program.state()["running"], True)
+        self.application.wait_for("push button", "Use the Default Device").press()
+        self.wait_for_status()
+        self.program.wait_until_capturing()
+        self.assertEqual(self.program.read_preferences()["output"], "")
+        self.speak()
+        self.quit()
+
     def test_captions_continue_when_the_session_manager_returns(self):
         self.start_captions()
         lines = self.speak()
