@@ -17,8 +17,8 @@ class SpeechRecognizing : public QObject {
   Q_OBJECT
 
  public:
-  /// Starts one run with the sound of `target`. Throws `StartFailure` (or `Cancelled` once `stop` was
-  /// requested) after cleaning up. A model that is missing is downloaded first.
+  /// Starts one run with the sound of `target`. Throws `StartFailure` (or `Cancelled` once `stop`
+  /// was requested) after cleaning up. A model that is missing is downloaded first.
   virtual QCoro::Task<> start(QString localeID, AudioTarget target, std::stop_token stop = {}) = 0;
 
   /// Ends the run; its last final results are delivered before this returns. Never fails.

@@ -10,8 +10,8 @@ namespace velun {
 /// program was started with. Returns whether a program was started. Main thread.
 bool openOutside(const QUrl& url);
 
-/// Starts a program that outlives this one, with the environment that this program was started with.
-/// Returns whether it was started. Main thread.
+/// Starts a program that outlives this one, with the environment that this program was started
+/// with. Returns whether it was started. Main thread.
 bool startOutside(const QString& program, const QStringList& arguments);
 
 }  // namespace velun
