@@ -3,6 +3,7 @@
 
 #include "platform/foundation/preference_store.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace velun {
@@ -15,6 +16,10 @@ QString choiceKey(const QString& locale) {
 
 QString speedKey(const QString& id) {
   return "recognizerSpeed." + id;
+}
+
+QString lastSpeedKey(const QString& id) {
+  return "recognizerLastSpeed." + id;
 }
 
 }  // namespace
@@ -36,18 +41,28 @@ void RecognizerPreferences::setChoice(const QString& locale, const QString& id) 
 }
 
 std::optional<double> RecognizerPreferences::realTimeFactor(const QString& id) const {
-  const auto found = factors_.constFind(id);
+  return factor(speedKey(id));
+}
+
+void RecognizerPreferences::addRealTimeFactor(const QString& id, double factor) {
+  const double before =
+      this->factor(lastSpeedKey(id)).value_or(realTimeFactor(id).value_or(factor));
+  setFactor(speedKey(id), std::min(before, factor));
+  setFactor(lastSpeedKey(id), factor);
+}
+
+std::optional<double> RecognizerPreferences::factor(const QString& key) const {
+  const auto found = factors_.constFind(key);
   if (found != factors_.constEnd()) return *found;
   if (!preferences_) return std::nullopt;
-  const std::optional<double> stored = preferences_->get<double>(speedKey(id));
+  const std::optional<double> stored = preferences_->get<double>(key);
   const bool isUsable = stored && std::isfinite(*stored) && *stored >= 0;
   return isUsable ? stored : std::nullopt;
 }
 
-void RecognizerPreferences::addRealTimeFactor(const QString& id, double factor) {
-  const double mean = (realTimeFactor(id).value_or(factor) + factor) / 2;
-  factors_[id] = mean;
-  if (preferences_) preferences_->set(speedKey(id), mean);
+void RecognizerPreferences::setFactor(const QString& key, double factor) {
+  factors_[key] = factor;
+  if (preferences_) preferences_->set(key, factor);
 }
 
 std::function<void(const QString&, double)> speedKeeper(

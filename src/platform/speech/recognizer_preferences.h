@@ -24,19 +24,22 @@ class RecognizerPreferences final : public QObject {
   QString choice(const QString& locale) const;
   void setChoice(const QString& locale, const QString& id);
 
-  /// The time of decoding per time of audio in recent runs of a recognizer; nullopt before the
-  /// first.
+  /// The time of decoding per time of audio in the faster one of the last two runs of a recognizer,
+  /// because other programs may have been busy during one of them; nullopt before the first.
   std::optional<double> realTimeFactor(const QString& id) const;
-  /// Adds the measurement of a run. Earlier runs count for half.
+  /// Adds the measurement of a run.
   void addRealTimeFactor(const QString& id, double factor);
 
  Q_SIGNALS:
   void choiceChanged(const QString& locale);
 
  private:
+  std::optional<double> factor(const QString& key) const;
+  void setFactor(const QString& key, double factor);
+
   PreferenceStore* preferences_;
   QHash<QString, QString> choices_;
-  QHash<QString, double> factors_;
+  QHash<QString, double> factors_;  ///< by the key of their preference
 };
 
 /// Adds measured times of decoding per time of audio to `preferences`, on the main thread. The

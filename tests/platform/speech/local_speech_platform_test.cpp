@@ -152,6 +152,9 @@ class LocalSpeechPlatformTest final : public test::Suite {
     QCOMPARE(f.order(), QStringList({"better", "lesser"}));
     f.preferences->addRealTimeFactor("lesser", 0.1);
     f.preferences->addRealTimeFactor("better", 1.4);
+    // The computer may have been busy with something else.
+    QCOMPARE(f.order(), QStringList({"better", "lesser"}));
+    f.preferences->addRealTimeFactor("better", 1.4);
     QCOMPARE(f.order(), QStringList({"lesser", "better"}));
   }
 

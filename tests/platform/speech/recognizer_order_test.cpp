@@ -115,8 +115,18 @@ class RecognizerOrderTest final : public test::Suite {
     const RecognizerPreferences second(&store);
     QCOMPARE(second.choice("en_US"), QString("built-in"));
     QCOMPARE(second.choice("ko_KR"), QString());
-    QCOMPARE(second.realTimeFactor("small").value(), 0.3);
+    QCOMPARE(second.realTimeFactor("small").value(), 0.2);
     QVERIFY(!second.realTimeFactor("big"));
+  }
+
+  void speedIsThatOfTheFasterOneOfTheLastTwoRuns() {
+    test::MemoryPreferences store;
+    store.set("recognizerSpeed.small", 0.1);
+    for (const auto& [measured, expected] :
+         {std::pair(1.4, 0.1), std::pair(0.9, 0.9), std::pair(1.2, 0.9), std::pair(0.2, 0.2)}) {
+      RecognizerPreferences(&store).addRealTimeFactor("small", measured);
+      QCOMPARE(RecognizerPreferences(&store).realTimeFactor("small").value(), expected);
+    }
   }
 
   void choicesAndSpeedsLastForARunWithoutAStore() {
