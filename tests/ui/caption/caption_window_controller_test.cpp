@@ -371,12 +371,8 @@ class CaptionWindowControllerTest final : public test::Suite {
 
   void panelYieldsToAnOwnWindowInFrontOfIt() {
     PanelStage stage;
-    stage.controller->show();
     QWidget window;
-    window.setGeometry(stage.panel().geometry());
-    stage.controller->keepReadable(window);
-    stage.desktop.calls.clear();
-    window.show();
+    stage.showBeneath(window);
     QCOMPARE(stage.desktop.calls, QStringList{"normal"});
     // It overlaps no longer, then again.
     window.move(stage.panel().geometry().topRight() + QPoint(1, 0));
@@ -407,12 +403,8 @@ class CaptionWindowControllerTest final : public test::Suite {
   void panelThatMustBeShownAnewYieldsToo() {
     PanelStage stage;
     stage.desktop.changesLevelWhileShown = false;
-    stage.controller->show();
     QWidget window;
-    window.setGeometry(stage.panel().geometry());
-    stage.controller->keepReadable(window);
-    stage.desktop.calls.clear();
-    window.show();
+    stage.showBeneath(window);
     QVERIFY(stage.panel().isVisible());
     QVERIFY(stage.desktop.calls.contains("prepare normal"));
     QVERIFY(!stage.desktop.calls.contains("prepare floating"));

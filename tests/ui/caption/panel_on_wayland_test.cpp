@@ -66,12 +66,8 @@ class PanelOnWaylandTest : public QObject {
   void itStaysAboveOwnWindowsWhosePlaceIsNotKnown() {
     PanelStage stage;
     stage.desktop.setCapabilities(kLayer);
-    stage.controller->show();
     QWidget window;
-    window.setGeometry(stage.panel().geometry());
-    stage.controller->keepReadable(window);
-    stage.desktop.calls.clear();
-    window.show();
+    stage.showBeneath(window);
     QVERIFY(!stage.desktop.calls.contains("normal"));
   }
 

@@ -57,6 +57,16 @@ struct PanelStage : ModelFixture {
 
   CaptionPanel& panel() const { return controller->panel(); }
 
+  /// Shows the panel, then one of the program's other windows in its place. The desktop's calls are
+  /// those for the window.
+  void showBeneath(QWidget& window) {
+    controller->show();
+    window.setGeometry(panel().geometry());
+    controller->keepReadable(window);
+    desktop.calls.clear();
+    window.show();
+  }
+
   FakeDesktopPlatform desktop;
   MemoryPreferences frames;
   QStringList asked;
