@@ -1,47 +1,31 @@
-"""What is checked on each desktop. A check returns a mark and, if need be, a note."""
+"""What is checked on each desktop."""
 
 import pictures
+from check_base import COLOUR, HEADER, NO, PANEL_TITLE, UNKNOWN, WINDOW, YES, run_checks
+from look_checks import LookChecks
 from private_desktop import end
-from session import Session
+from sharing_checks import SharingChecks
+from start_checks import StartChecks
 
-YES, NO, UNKNOWN = "yes", "no", "–"
-COLOUR = "#802040"
 OTHER_COLOUR = "#204080"
-PANEL = (220, 40)  # the least size, in pixels, of what counts as the panel
 MENU = (80, 120)
-WINDOW = (300, 150)
 ICON = (8, 48)
 READABLE = 3.0
 
 
-class Checks:
-    """`keep` stores a picture of a moment under a name."""
-
-    def __init__(self, session: Session, program, accessible, keep):
-        self._session = session
-        self._program = program
-        self._accessible = accessible
-        self._keep = keep
-        self._icon = None
+class Checks(LookChecks, SharingChecks, StartChecks):
+    _icon = None
 
     def all(self):
         """The results by name, in the order of the page's columns."""
-        results = {}
-        for name, check in (("tray icon", self.tray_icon), ("its menu", self.menu),
-                            ("notice without a tray", self.notice),
-                            ("above a window", self.above_window),
-                            ("above full screen", self.above_full_screen),
-                            ("every workspace", self.workspaces),
-                            ("place kept", self.place),
-                            ("windows come to the front", self.front),
-                            ("dark and light", self.dark),
-                            ("high contrast", self.contrast)):
-            try:
-                results[name] = check()
-            except (AssertionError, NotImplementedError) as error:
-                results[name] = (UNKNOWN, str(error).splitlines()[0] if str(error) else "not possible here")
-            print(f"  {name}: {' '.join(results[name])}", flush=True)
-        return results
+        return run_checks({
+            "tray icon": self.tray_icon, "its menu": self.menu,
+            "notice without a tray": self.notice, "start from the menu": self.start_from_menu,
+            "above a window": self.above_window, "above full screen": self.above_full_screen,
+            "every workspace": self.workspaces, "place kept": self.place,
+            "windows come to the front": self.front, "dark and light": self.dark,
+            "high contrast": self.contrast, "less motion": self.motion,
+            "hidden while shared": self.sharing})
 
     # The icon and its menu
 
@@ -108,15 +92,6 @@ class Checks:
 
     # The panel
 
-    def seen_panel(self, name=None):
-        """Where the panel is seen: what differs once it is hidden. None if it is covered."""
-        shown = self._session.steady_picture()
-        if name:
-            self._keep(name, shown)
-        self._program.show_panel(False)
-        hidden = self._session.steady_picture()
-        return pictures.area_of(pictures.differing(shown, hidden), *PANEL)
-
     def above_window(self):
         return self._above(COLOUR, full_screen=False, name="window")
 
@@ -147,12 +122,12 @@ class Checks:
 
     def place(self):
         self._program.show_panel()
+        # Nothing but the pointer moves a layer surface.
         if not self._session.move_panel(90, 120):
-            return UNKNOWN, "its window cannot be moved from outside"
+            self._drag_panel(-200, -150)
         self._session.steady_picture()
         before = self.seen_panel()
-        self._program.quit()
-        self._program.launch()
+        self.launch_again()
         self._program.show_panel()
         after = self.seen_panel()
         if not before or not after:
@@ -160,56 +135,27 @@ class Checks:
         moved = max(abs(a - b) for a, b in zip(before, after))
         return (YES, "") if moved <= 2 else (NO, f"{moved} pixels away")
 
+    def _drag_panel(self, *by):
+        panel = self._accessible().wait_for("frame", PANEL_TITLE)
+        left, top, width, closed = panel.extents
+        with self._session.pointer_at(left + width // 2, top + closed // 2):
+            button = panel.wait_for("button menu", "Translation Settings")
+            self._session.wait("the header", lambda: panel.extents[3] == closed + HEADER)
+            left, top, _, height = button.extents
+            # Beside the button the header is empty.
+            self._session.drag(left - 20, top + height // 2, by)
+        self._session.wait("the header to close", lambda: panel.extents[3] == closed)
+
     # The other windows
 
     def front(self):
         window = self._session.show_obstacle(self._session.OBSTACLES[-1], COLOUR, False)
         try:
             before = self._session.steady_picture()
-            self._program.action("show-settings")
-            self._accessible().wait_for("frame", "Velun Settings")
+            self.settings()
             after = self._session.steady_picture()
             self._keep("settings", after)
             seen = pictures.area_of(pictures.differing(before, after), *WINDOW)
             return (YES if seen else NO), ""
         finally:
             end(window)
-
-    def settings_colour(self):
-        """The most usual colour of the settings window, which is the only one that is open."""
-        after = self._session.steady_picture()
-        window = self._accessible().find("frame", "Velun Settings")
-        if not window:
-            return None
-        left, top, width, height = window.extents
-        area = (max(left, 0), max(top, 0), width, height)
-        return pictures.median_colour(pictures.cut(after, area))
-
-    def dark(self):
-        self._program.show_panel(False)
-        self._program.action("show-settings")
-        self._accessible().wait_for("frame", "Velun Settings")
-        self._session.set_dark(True)
-        dark = self._wait_for_colour(lambda light: light < 0.2)
-        self._keep("dark", self._session.steady_picture())
-        self._session.set_dark(False)
-        light = self._wait_for_colour(lambda light: light > 0.5)
-        return (YES if dark and light else NO), ""
-
-    def contrast(self):
-        self._session.set_high_contrast(True)
-        high = self._wait_for_colour(lambda light: light in (0, 1))
-        self._keep("contrast", self._session.steady_picture())
-        self._session.set_high_contrast(False)
-        usual = self._wait_for_colour(lambda light: light not in (0, 1))
-        return (YES if high and usual else NO), ""
-
-    def _wait_for_colour(self, fits):
-        """Whether the settings window gets such a luminance, 0 to 1."""
-        def is_so():
-            colour = self.settings_colour()
-            return colour is not None and fits(round(float(pictures.luminance(colour)), 4))
-        try:
-            return self._session.wait("the colours", is_so, 15)
-        except AssertionError:
-            return False

@@ -1,14 +1,19 @@
 """GNOME Shell with its tray extension."""
 
 import re
+from contextlib import contextmanager
 
 import dbus
 
+import cast
+from session import ASIDE
 from wayland import SOCKET, WaylandSession
 
 SHELL = ("gdbus", "call", "--session", "--dest", "org.gnome.Shell", "--object-path",
          "/org/gnome/Shell", "--method")
 REMOTE = "org.gnome.Mutter.RemoteDesktop"
+CAST = "org.gnome.Mutter.ScreenCast"
+SCREENS = "org.gnome.Mutter.DisplayConfig"
 BUTTONS = {"left": 0x110, "right": 0x111}  # as in the kernel's list
 FAR = 10000.0  # pixels, more than any screen has
 
@@ -19,6 +24,8 @@ class Gnome(WaylandSession):
     PACKAGE = "gnome-shell"
     DESKTOP = "GNOME"
     PORTALS = ("gnome", "gtk")
+    CAST = "a real cast"
+    MENU = "by the grid of applications"
     EXTENSION = "ubuntu-appindicators@ubuntu.com"
 
     def _start_display(self):
@@ -34,7 +41,8 @@ class Gnome(WaylandSession):
                 (interface, "enable-hot-corners", "false")):
             self.run("gsettings", "set", place, key, value)
         self.start(["gnome-shell", "--headless", "--wayland", "--unsafe-mode", "--wayland-display",
-                    SOCKET, "--virtual-monitor", "%dx%d" % self.SIZE], log="manager")
+                    SOCKET, *["--virtual-monitor", "%dx%d" % self.SIZE] * self.outputs],
+                   log="manager")
         self.wait("GNOME Shell", lambda: self.owns("org.gnome.Shell"), 60)
         run = self.root / "run"
         self.wait_for_socket(run / SOCKET)
@@ -58,7 +66,26 @@ class Gnome(WaylandSession):
                  "org.gnome.Shell.Screenshot.Screenshot", "false", "false", path)
 
     def click(self, x, y, button="left"):
-        """While a remote session lasts, its sign in the bar moves the icons: it ends at once."""
+        with self._remote_pointer(x, y) as call:
+            for is_pressed in (True, False):
+                call("NotifyPointerButton", "ib", BUTTONS[button], is_pressed)
+            self.steady_picture()
+
+    def set_less_motion(self, less):
+        raise NotImplementedError("GNOME Shell wants none without a graphics card")
+
+    @contextmanager
+    def pointer_at(self, x, y):
+        with self._remote_pointer(x, y) as call:
+            yield
+            call("NotifyPointerMotionRelative", "dd", -FAR, -FAR)
+            call("NotifyPointerMotionRelative", "dd", *map(float, ASIDE))
+            # The pointer goes with its session, and would otherwise leave no window.
+            self.steady_picture()
+
+    @contextmanager
+    def _remote_pointer(self, x, y):
+        """A pointer that is there until the end: meanwhile a sign in the bar moves the icons."""
         bus = dbus.bus.BusConnection(self.environment["DBUS_SESSION_BUS_ADDRESS"])
         path = str(bus.call_blocking(REMOTE, "/org/gnome/Mutter/RemoteDesktop", REMOTE,
                                      "CreateSession", "", []))
@@ -69,10 +96,10 @@ class Gnome(WaylandSession):
         call("Start")
         call("NotifyPointerMotionRelative", "dd", -FAR, -FAR)
         call("NotifyPointerMotionRelative", "dd", float(x) - self.shift(x, y), float(y))
-        for is_pressed in (True, False):
-            call("NotifyPointerButton", "ib", BUTTONS[button], is_pressed)
-        self.steady_picture()
-        bus.close()
+        try:
+            yield call
+        finally:
+            bus.close()
 
     def shift(self, x, y):
         """How far the sign has moved what is at this point of the bar."""
@@ -89,3 +116,35 @@ class Gnome(WaylandSession):
     def show_first_workspace(self):
         self.evaluate("global.workspace_manager.get_workspace_by_index(0).activate("
                       "global.get_current_time()); 0")
+
+    def start_from_menu(self):
+        self.evaluate("imports.gi.Shell.AppSystem.get_default().lookup_app("
+                      "'app.velun.Velun.desktop').activate(); 0")
+
+    @contextmanager
+    def cast(self):
+        """A cast of the whole screen, as the portal starts it for a video conference."""
+        bus = dbus.bus.BusConnection(self.environment["DBUS_SESSION_BUS_ADDRESS"])
+        try:
+            session = bus.call_blocking(CAST, "/org/gnome/Mutter/ScreenCast", CAST, "CreateSession",
+                                        "a{sv}", [{}])
+            bus.call_blocking(CAST, session, CAST + ".Session", "RecordMonitor", "sa{sv}", ["", {}])
+            bus.call_blocking(CAST, session, CAST + ".Session", "Start", "", [])
+            with cast.consumer(self, lambda properties:
+                               properties.get("media.name") == "meta-screen-cast-src"):
+                yield
+        finally:
+            bus.close()
+
+    def remove_output(self):
+        """As the settings for displays do it."""
+        bus = dbus.bus.BusConnection(self.environment["DBUS_SESSION_BUS_ADDRESS"])
+        try:
+            place = (SCREENS, "/org/gnome/Mutter/DisplayConfig", SCREENS)
+            serial, monitors, _, _ = bus.call_blocking(*place, "GetCurrentState", "", [])
+            (connector, *_), modes, _ = monitors[0]
+            only = (0, 0, 1.0, dbus.UInt32(0), True, [(connector, modes[0][0], {})])
+            bus.call_blocking(*place, "ApplyMonitorsConfig", "uua(iiduba(ssa{sv}))a{sv}",
+                              [serial, dbus.UInt32(1), [only], {}])
+        finally:
+            bus.close()

@@ -14,6 +14,8 @@ SHOOT = "shoot_kwin.py"
 class Plasma:
     """What both have in common; mixed into a session."""
 
+    MENU = "by Plasma's own starter"
+
     def start_shell(self, platform):
         self.environment |= {"QT_QUICK_BACKEND": "software"}
         self.start(["kded5"], log="services")
@@ -36,6 +38,18 @@ class Plasma:
     def set_dark(self, dark):
         self.run("plasma-apply-colorscheme", "BreezeDark" if dark else "BreezeLight")
 
+    def set_less_motion(self, less):
+        """Plasma's settings write the key and announce it."""
+        key = "AnimationDurationFactor"
+        self.run("kwriteconfig5", "--file", "kdeglobals", "--group", "KDE", "--key", key,
+                 "0" if less else "1")
+        name = ", ".join(f"byte {code}" for code in key.encode())
+        self.run("gdbus", "emit", "--session", "--object-path", "/kdeglobals", "--signal",
+                 "org.kde.kconfig.notify.ConfigChanged", f"{{'KDE': [[{name}]]}}")
+
+    def start_from_menu(self):
+        self.start(["kstart5", "--application", "app.velun.Velun"])
+
     def set_high_contrast(self, high):
         raise NotImplementedError("Plasma 5.27 has no such setting")
 
@@ -48,8 +62,8 @@ class PlasmaWayland(Plasma, WaylandSession):
     TRAY_BUTTON = "right"
     PORTALS = ("kde",)
 
-    def __init__(self):
-        super().__init__()
+    def __init__(self, outputs=1):
+        super().__init__(outputs)
         self.environment |= {"KDE_FULL_SESSION": "true", "KDE_SESSION_VERSION": "5",
                              "KWIN_SCREENSHOT_NO_PERMISSION_CHECKS": "1",
                              "KWIN_WAYLAND_NO_PERMISSION_CHECKS": "1"}
@@ -60,8 +74,8 @@ class PlasmaWayland(Plasma, WaylandSession):
         folder.mkdir()
         kwin = shutil.copy("/usr/bin/kwin_wayland", folder)
         self.start([kwin, "--virtual", "--width", self.SIZE[0], "--height", self.SIZE[1],
-                    "--xwayland", "--socket", SOCKET, "--no-lockscreen", "--no-global-shortcuts"],
-                   log="manager")
+                    "--output-count", self.outputs, "--xwayland", "--socket", SOCKET,
+                    "--no-lockscreen", "--no-global-shortcuts"], log="manager")
         run = self.root / "run"
         self.wait_for_socket(run / SOCKET)
         self.wait("KWin", lambda: self.owns("org.kde.KWin"))
@@ -76,6 +90,9 @@ class PlasmaWayland(Plasma, WaylandSession):
     def take_picture(self, path):
         self.run("python3", "-B", self.helper(SHOOT), path)
 
+    def remove_output(self):
+        self.run("kscreen-doctor", f"output.{self.outputs}.disable")
+
 
 class PlasmaX11(Plasma, X11Session):
     NAME = "plasma-x11"
@@ -86,10 +103,9 @@ class PlasmaX11(Plasma, X11Session):
     TRAY_BUTTON = "right"
     PORTALS = ("kde",)
 
-    def __init__(self):
-        super().__init__()
+    def __init__(self, outputs=1):
+        super().__init__(outputs)
         self.environment |= {"KDE_FULL_SESSION": "true", "KDE_SESSION_VERSION": "5"}
 
     def start_bar(self):
-        super().start_bar()
         self.start_shell("xcb")

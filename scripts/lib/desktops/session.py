@@ -3,14 +3,18 @@
 import shutil
 import subprocess
 import sys
+from contextlib import contextmanager
 from pathlib import Path
 
 from private_desktop import PrivateDesktop, polling
 
+import cast
 import pictures
 
 PORTALS = Path("/usr/share/xdg-desktop-portal/portals")
 STEADY = 4  # equal pictures in a row
+ASIDE = (6, 600)  # a place that no window covers
+ENTRY = "/usr/share/applications/app.velun.Velun.desktop"
 OBSTACLE = Path(__file__).with_name("obstacle.py")
 
 
@@ -26,10 +30,15 @@ class Session(PrivateDesktop):
     TRAY_BUTTON = "left"  # opens the icon's menu
     PORTALS = ("gtk",)
     OBSTACLES = ("x11",)  # which windows can stand in the way
-    SIZE = (1280, 800)
+    SIZE = (1280, 800)  # of each output
+    CAST = ""  # what stands for a shared screen, unless it is a real one
+    MENU = ""  # what starts programs
+    KEEPS_OUTPUTS = ""  # why no output can be removed
 
-    def __init__(self):
-        super().__init__("%dx%d" % self.SIZE)
+    def __init__(self, outputs=1):
+        """The outputs lie side by side."""
+        super().__init__("%dx%d" % (outputs * self.SIZE[0], self.SIZE[1]))
+        self.outputs = outputs
         (self.root / "portals").mkdir()
         for name in self.PORTALS:
             shutil.copy(PORTALS / f"{name}.portal", self.root / "portals")
@@ -76,14 +85,33 @@ class Session(PrivateDesktop):
             "IsStatusNotifierHostRegistered"))
         self.steady_picture()
 
-    def version(self):
-        return self.run("dpkg-query", "-W", "-f", "${Version}", self.PACKAGE)
-
     def click(self, x, y, button="left"):
         raise NotImplementedError
 
     def move_to(self, x, y):
-        raise NotImplementedError
+        raise NotImplementedError("nothing moves the pointer here")
+
+    @contextmanager
+    def pointer_at(self, x, y):
+        """Keeps the pointer there, and beside everything before and after."""
+        self.move_to(*ASIDE)
+        self.move_to(x, y)
+        yield
+        self.move_to(*ASIDE)
+
+    def remove_output(self):
+        """Takes the last output away."""
+        raise NotImplementedError(self.KEEPS_OUTPUTS)
+
+    def start_from_menu(self):
+        """Starts the program as the desktop's menu does."""
+        raise NotImplementedError("no menu")
+
+    @contextmanager
+    def cast(self):
+        """Shares the screen with another program."""
+        with cast.stand_in(self):
+            yield
 
     def show_next_workspace(self):
         """Goes to another workspace, which is empty."""
@@ -106,6 +134,10 @@ class Session(PrivateDesktop):
         """Prefers dark or light windows, as the desktop's settings do."""
         self.run("gsettings", "set", "org.gnome.desktop.interface", "color-scheme",
                  "prefer-dark" if dark else "prefer-light")
+
+    def set_less_motion(self, less):
+        self.run("gsettings", "set", "org.gnome.desktop.interface", "enable-animations",
+                 str(not less).lower())
 
     def set_high_contrast(self, high):
         self.run("gsettings", "set", "org.gnome.desktop.a11y.interface", "high-contrast",

@@ -21,7 +21,8 @@ class WaylandSession(Session):
 
     def start_bar(self):
         self._pointer = WaylandPointer(
-            self.root / "run" / self.environment["WAYLAND_DISPLAY"], self.SIZE)
+            self.root / "run" / self.environment["WAYLAND_DISPLAY"],
+            (self.outputs * self.SIZE[0], self.SIZE[1]))
 
     def click(self, x, y, button="left"):
         self._pointer.click(x, y, button)
@@ -29,12 +30,12 @@ class WaylandSession(Session):
     def move_to(self, x, y):
         self._pointer.move_to(x, y)
 
-    def drag(self, start, end):
+    def drag(self, x, y, by):
         """Drags with the left button, in steps as a hand does."""
-        self._pointer.move_to(*start)
+        self._pointer.move_to(x, y)
         self._pointer.button("left", True)
-        for step in range(1, 11):
-            self._pointer.move_to(*(a + (b - a) * step / 10 for a, b in zip(start, end)))
+        for _ in range(10):
+            self._pointer.move_by(by[0] / 10, by[1] / 10)
         self._pointer.button("left", False)
 
     def wait_for_socket(self, path):
@@ -58,7 +59,8 @@ class Sway(WaylandSession):
     DESKTOP = "sway"
     HAS_TRAY = False
     PORTALS = ("wlr", "gtk")
-    OUTPUTS = 1
+    MENU = "by the command of its menu"
+    KEEPS_OUTPUTS = "sway 1.7 without a screen keeps its outputs"
     CONFIGURATION = """output * resolution 1280x800 bg #5d7389 solid_color
 default_border pixel 1
 xwayland enable
@@ -66,7 +68,7 @@ xwayland enable
 
     def _start_display(self):
         self.environment |= {"WLR_BACKENDS": "headless", "WLR_LIBINPUT_NO_DEVICES": "1",
-                             "WLR_RENDERER": "pixman", "WLR_HEADLESS_OUTPUTS": str(self.OUTPUTS)}
+                             "WLR_RENDERER": "pixman", "WLR_HEADLESS_OUTPUTS": str(self.outputs)}
         path = self.root / "sway.conf"
         path.write_text(self.CONFIGURATION)
         self.start(["sway", "-d", "-c", path], log="manager")
@@ -81,6 +83,10 @@ xwayland enable
 
     def take_picture(self, path):
         self.run("grim", path)
+
+    def start_from_menu(self):
+        """Its menu lists programs, not entries."""
+        self.run("swaymsg", "exec", "velun")
 
     def show_next_workspace(self):
         self.run("swaymsg", "workspace", "2")
@@ -109,6 +115,7 @@ class Weston(WaylandSession):
     TITLE = "Weston"
     PACKAGE = "weston"
     DESKTOP = "weston"
+    KEEPS_OUTPUTS = "Weston without a screen keeps its outputs"
     HAS_TRAY = False
 
     def _start_display(self):
@@ -120,6 +127,9 @@ class Weston(WaylandSession):
 
     def start_bar(self):
         """It lets no other program move the pointer."""
+
+    def move_to(self, x, y):
+        raise NotImplementedError("Weston lets no program move the pointer")
 
     def take_picture(self, path):
         for old in self.root.glob("wayland-screenshot-*.png"):

@@ -39,6 +39,10 @@ class WaylandPointer:
         self._device.move_to(x, y)
         self._round_trip()
 
+    def move_by(self, x, y):
+        self._device.move_by(x, y)
+        self._round_trip()
+
     def button(self, name, is_pressed):
         self._device.button(BUTTONS[name], int(is_pressed))
         self._round_trip()
@@ -118,7 +122,7 @@ class WaylandPointer:
 
 
 class _WlrootsDevice:
-    MOTION_ABSOLUTE, BUTTON, FRAME = 1, 2, 4
+    MOTION, MOTION_ABSOLUTE, BUTTON, FRAME = 0, 1, 2, 4
 
     def __init__(self, pointer, names):
         self._pointer = pointer
@@ -132,6 +136,11 @@ class _WlrootsDevice:
                         *pointer.size)
         pointer.request(self._id, self.FRAME)
 
+    def move_by(self, x, y):
+        pointer = self._pointer
+        pointer.request(self._id, self.MOTION, pointer.time(), fixed(x), fixed(y))
+        pointer.request(self._id, self.FRAME)
+
     def button(self, code, state):
         pointer = self._pointer
         pointer.request(self._id, self.BUTTON, pointer.time(), code, state)
@@ -139,7 +148,7 @@ class _WlrootsDevice:
 
 
 class _KWinDevice:
-    AUTHENTICATE, BUTTON, MOTION_ABSOLUTE = 0, 2, 9
+    AUTHENTICATE, MOTION, BUTTON, MOTION_ABSOLUTE = 0, 1, 2, 9
 
     def __init__(self, pointer, names):
         self._pointer = pointer
@@ -147,7 +156,15 @@ class _KWinDevice:
         pointer.request_texts(self._id, self.AUTHENTICATE, "desktops", "tests")
 
     def move_to(self, x, y):
-        self._pointer.request(self._id, self.MOTION_ABSOLUTE, int(x * 256), int(y * 256))
+        self._pointer.request(self._id, self.MOTION_ABSOLUTE, fixed(x), fixed(y))
+
+    def move_by(self, x, y):
+        self._pointer.request(self._id, self.MOTION, fixed(x), fixed(y))
 
     def button(self, code, state):
         self._pointer.request(self._id, self.BUTTON, code, state)
+
+
+def fixed(number):
+    """As the protocol writes numbers with a fraction."""
+    return int(number * 256)

@@ -1,16 +1,35 @@
 """Desktops on a virtual X display."""
 
-from session import Session
+from session import ENTRY, Session
+
+MONITOR = "%d/340x%d/210+%d+0"  # size in pixels and millimetres, and left edge
 
 
 class X11Session(Session):
     MANAGER = ()
+    BAR = ()
 
     def _start_manager(self):
         self.window_manager = self.start(self.MANAGER, log="manager")
 
+    def _start_display(self):
+        super()._start_display()
+        # The display has one output, of which several are made.
+        for number in range(self.outputs if self.outputs > 1 else 0):
+            self.run("xrandr", "--setmonitor", f"part{number}",
+                     MONITOR % (*self.SIZE, number * self.SIZE[0]), "none" if number else "screen")
+
     def start_bar(self):
         self.run("xsetroot", "-solid", "#5d7389")
+        self.prepare_bar()
+        self.start(self.BAR, log="bar")
+        self.wait_for_tray()
+
+    def prepare_bar(self):
+        """Writes the bar's settings."""
+
+    def remove_output(self):
+        self.run("xrandr", "--delmonitor", f"part{self.outputs - 1}")
 
     def click(self, x, y, button="left"):
         number = {"left": 1, "middle": 2, "right": 3}[button]
@@ -39,9 +58,10 @@ class Xfce(X11Session):
     PACKAGE = "xfwm4"
     DESKTOP = "XFCE"
     MANAGER = ["xfwm4"]
+    BAR = ["xfce4-panel", "--disable-wm-check"]
+    MENU = "by exo-open"
 
-    def start_bar(self):
-        super().start_bar()
+    def prepare_bar(self):
         self.start(["/usr/lib/x86_64-linux-gnu/xfce4/xfconf/xfconfd"], log="settings")
         self.wait("Xfce's settings", lambda: self.owns("org.xfce.Xfconf"))
         for name, kind, *values in (
@@ -56,8 +76,9 @@ class Xfce(X11Session):
             self.run("xfconf-query", "-c", "xfce4-panel", "-n", "-p", name,
                      *(["-a"] if is_list else []),
                      *[part for value in values for part in ("-t", kind, "-s", value)])
-        self.start(["xfce4-panel", "--disable-wm-check"], log="bar")
-        self.wait_for_tray()
+
+    def start_from_menu(self):
+        self.start(["exo-open", ENTRY])
 
 
 class Mate(X11Session):
@@ -66,11 +87,11 @@ class Mate(X11Session):
     PACKAGE = "marco"
     DESKTOP = "MATE"
     MANAGER = ["marco"]
+    BAR = ["mate-panel"]
+    MENU = "by GLib, as the panel's menu"
 
-    def start_bar(self):
-        super().start_bar()
-        self.start(["mate-panel"], log="bar")
-        self.wait_for_tray()
+    def start_from_menu(self):
+        self.start(["gio", "launch", ENTRY])
 
 
 class Lxqt(X11Session):
@@ -79,25 +100,35 @@ class Lxqt(X11Session):
     PACKAGE = "lxqt-panel"
     DESKTOP = "LXQt"
     MANAGER = ["openbox"]
+    BAR = ["lxqt-panel"]
+    MENU = "in the panel's menu"
     PANEL = """[General]
 __userfile__=true
 panels=panel1
 [panel1]
-plugins=taskbar,statusnotifier
+plugins=mainmenu,taskbar,statusnotifier
 position=Bottom
 panelSize=32
 width-percent=true
 width=100
+[mainmenu]
+type=mainmenu
 [taskbar]
 type=taskbar
 [statusnotifier]
 type=statusnotifier
 """
 
-    def start_bar(self):
-        super().start_bar()
+    def prepare_bar(self):
         folder = self.home / "config" / "lxqt"
         folder.mkdir()
         (folder / "panel.conf").write_text(self.PANEL)
-        self.start(["lxqt-panel"], log="bar")
-        self.wait_for_tray()
+
+    def start_from_menu(self):
+        """The menu searches for what is typed."""
+        self.click(16, self.SIZE[1] - 16)
+        self.steady_picture()
+        self.run("xdotool", "key", "ctrl+a")
+        self.run("xdotool", "type", "velun")
+        self.steady_picture()
+        self.run("xdotool", "key", "Return")

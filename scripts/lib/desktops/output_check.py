@@ -1,0 +1,34 @@
+"""Whether the panel goes to the remaining output, in a session with two of them."""
+
+from check_base import NO, PANEL_TITLE, YES, CheckBase
+
+FRAME = (420, 380, 560, 250)  # of the panel on an output, in points
+LEFT, WIDTH = 0, 2  # of a frame
+
+
+class OutputCheck(CheckBase):
+    def panel_on_removed_output(self):
+        width = self._session.SIZE[0]
+        left, *rest = FRAME
+        self._program.quit()
+        self._program.write_preferences(
+            language="en", statusItemExplained=True,
+            CaptionPanel=" ".join(map(str, (left + width, *rest))))
+        self._program.launch()
+        self._program.show_panel()
+        before = self.seen_panel("two-outputs")
+        if not before or before[LEFT] < width:
+            return NO, "it is not where it was on the second output"
+        self._program.show_panel()
+        panel = self._accessible().wait_for("frame", PANEL_TITLE)
+        self._session.remove_output()
+
+        def is_on_first():
+            left, _, width, _ = panel.extents
+            return left >= 0 and left + width <= self._session.SIZE[0]
+
+        moved = self.becomes("the panel on the remaining output", is_on_first)
+        after = self.seen_panel("one-output")
+        if not moved or not after or after[LEFT] + after[WIDTH] > width:
+            return NO, "it is not seen on the remaining output"
+        return YES, ""

@@ -1,0 +1,30 @@
+"""Whether the panel hides while the screen is shared."""
+
+import pictures
+from check_base import NO, PANEL, YES, CheckBase
+
+PROMISE = "Keeps the caption window off"  # the beginning of the setting's note
+
+
+class SharingChecks(CheckBase):
+    def sharing(self):
+        """Only where the settings promise it must it be hidden from everyone."""
+        is_promised = any(label.name.startswith(PROMISE) and label.is_showing
+                          for label in self.settings().find_all("label"))
+        self.launch_again()
+        self._program.show_panel()
+        shown = self._session.steady_picture()
+
+        def hides_panel():
+            now = self._session.picture()
+            return pictures.area_of(pictures.differing(shown, now), *PANEL) is not None
+
+        with self._session.cast():
+            hidden = self.becomes("the panel to hide", hides_panel)
+            self._keep("sharing", self._session.steady_picture())
+        returned = self.becomes("the panel to return", lambda: not hides_panel())
+        if not hidden or not returned:
+            return NO, "is not hidden" if not hidden else "does not return"
+        if is_promised:
+            return YES, self._session.CAST
+        return "not promised", "hidden while PipeWire shares the screen"
