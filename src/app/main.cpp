@@ -10,6 +10,7 @@
 #include "ui/common/qt_translation.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <malloc.h>
 #include <QApplication>
 #include <QIcon>
@@ -37,6 +38,14 @@ int runProgram(velun::ApplicationService& service) {
   const int status = QApplication::exec();
   delegate.applicationWillTerminate();
   return status;
+}
+
+/// Ends the process where Qt 6.4 can wait for ever at its end: on Wayland, for its thread that reads
+/// from the compositor. By now everything is saved, and the helpers have ended.
+void endWithoutQt(int status) {
+  if (!QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) return;
+  std::fflush(nullptr);
+  std::_Exit(status);
 }
 
 }  // namespace
@@ -72,5 +81,6 @@ int main(int argc, char** argv) {
   const int status = runProgram(service);
   // The services have ended what tasks still waited for; those go on, which frees them.
   QCoreApplication::sendPostedEvents();
+  endWithoutQt(status);
   return status;
 }

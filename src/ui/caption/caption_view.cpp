@@ -96,7 +96,6 @@ CaptionView::CaptionView(CaptionViewModel& model, AppCommands& commands,
   });
   connectToModel();
   updateTranscript();
-  setFocusProxy(transcript_);
   transcript_->textView().setMenuMaker([this] {
     std::unique_ptr<CaptionMenu> menu = makeMenu();
     menu->setMargin(CaptionMenu::Margin::none);
@@ -303,6 +302,12 @@ bool CaptionView::eventFilter(QObject* watched, QEvent* event) {
   // The search bar has opened or closed, or the empty state has other controls.
   if (event->type() == QEvent::LayoutRequest) Q_EMIT linesHeightChanged();
   return QWidget::eventFilter(watched, event);
+}
+
+/// Not by a focus proxy: the Tab key would go from the last control to the proxy and never to the
+/// header, which comes before it.
+void CaptionView::focusInEvent(QFocusEvent* event) {
+  transcript_->setFocus(event->reason());
 }
 
 bool CaptionView::focusNextPrevChild(bool next) {

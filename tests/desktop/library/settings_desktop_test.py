@@ -59,6 +59,7 @@ class Controls(SettingsCase):
             ("check box", "Start at Login"),
             ("label", "Captions"),
             ("label", "Input Source"),
+            ("label", "Device"),
             ("label", "Recognition Language"),
             ("label", "Font Size"),
             ("check box", "Keep caption window on top"),

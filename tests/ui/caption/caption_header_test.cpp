@@ -298,6 +298,23 @@ class CaptionHeaderTest final : public test::Suite {
     QVERIFY(!stage.controller->headerShown());
   }
 
+  void theTabKeyReachesTheHeaderAlsoBehindOtherButtons() {
+    PanelStage stage;
+    stage.controller->show();
+    stage.panel().activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&stage.panel()));
+    stage.start();
+    stage.failure("It has failed.");
+    const CaptionHeaderView& header = stage.view->header();
+    const auto tab = [] {
+      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    };
+    for (int i = 0; i < 5 && !header.inputSource().hasFocus(); ++i) tab();
+    QVERIFY(header.inputSource().hasFocus());
+    for (int i = 0; i < 10 && !stage.view->transcript().textView().hasFocus(); ++i) tab();
+    QVERIFY(stage.view->transcript().textView().hasFocus());
+  }
+
   void focusReturnsToTheHeaderFromItsMenus() {
     PanelStage stage;
     stage.controller->show();
