@@ -112,9 +112,9 @@ class LayerPanelCase(unittest.TestCase):
         """`frame` is the one without the header."""
         self.enter_panel(frame)
         button = self.panel.wait_for("button menu", "Translation Settings")
-        left, top, _, height = button.extents
-        # Beside the button the header is empty.
-        self.drag((left - 20, top + height // 2), x, y)
+        _, top, _, height = button.extents
+        # In the middle the header is empty.
+        self.drag((frame[0] + frame[2] // 2, top + height // 2), x, y)
 
     def click_on(self, node):
         left, top, width, height = node.extents
