@@ -107,11 +107,19 @@ void StylePreview::build() {
   document_.layout().setEdge(style_.edge, haloRadius(fontSize_));
   document_.setFormats(TranscriptFormats(inputs, palette()));
   document_.replace(0, document_.shown().size(), attributedTranscript(inputs));
+  layOut();
   update();
+}
+
+/// All at once, because two sentences are short and the height of the whole is needed.
+void StylePreview::layOut() {
+  while (document_.layOutMore(std::chrono::milliseconds(1))) {
+  }
 }
 
 void StylePreview::resizeEvent(QResizeEvent*) {
   document_.text().setPageSize(QSizeF(panelRect().width(), -1));
+  layOut();
 }
 
 void StylePreview::paintBackdrop(QPainter& painter) const {

@@ -31,6 +31,7 @@ class StylePreview final : public QWidget {
 
  private:
   void build();
+  void layOut();
   QRect panelRect() const;
   void paintBackdrop(QPainter& painter) const;
 

@@ -25,6 +25,20 @@ class Appearance(ProgramCase):
 
         self.wait(f"{key} of {panel_set} to be {value!r}", is_stored)
 
+    def white_pixels(self):
+        """How many pixels of the preview are white, the colour of the text."""
+        left, top, width, height = self.settings.wait_for("graphic", "Preview").extents
+        picture = self.desktop.root / "screen.png"
+        self.desktop.take_picture(picture)
+        colors = self.desktop.run("convert", picture, "-crop", f"{width}x{height}+{left}+{top}",
+                                  "-format", "%c", "histogram:info:-")
+        return sum(int(line.split(":")[0]) for line in colors.splitlines()
+                   if "#FFFFFF" in line.upper())
+
+    def test_the_preview_shows_text(self):
+        self.wait("white letters", lambda: self.white_pixels() > 200)
+        self.quit()
+
     def test_every_control_changes_the_style_of_its_set(self):
         self.assertEqual(self.settings.find("combo box", label="Ready Set").entries(),
                          ["Calm", "Clear on Dark", "Yellow on Black", "Black on White", "Subtitle"])
