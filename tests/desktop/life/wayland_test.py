@@ -123,8 +123,8 @@ class OnXWayland(WaylandTest):
     def drag_header(self):
         """Drags left and up until the panel has moved far enough."""
         left, top, width, height = self.start_button().extents
-        # Beside the button, where the header is empty.
-        self.input.move_to(left - 2 * width, top + height // 2)
+        # In the middle, where the header is empty.
+        self.input.move_to(left - 6 * width, top + height // 2)
         left, top = self.place()
 
         def follows():
