@@ -39,7 +39,10 @@ AppCoordinator::AppCoordinator(CaptionViewModel& model, const AppServices& servi
   information_ = std::make_unique<InformationWindows>(services, windowMade);
 }
 
-AppCoordinator::~AppCoordinator() = default;
+AppCoordinator::~AppCoordinator() {
+  // Its editor of keys reports to the commands until the end, when it loses the keyboard.
+  settingsWindow_.reset();
+}
 
 void AppCoordinator::launch() {
   const CaptionWindowServices services{.desktop = services_.desktop,
