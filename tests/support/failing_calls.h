@@ -14,14 +14,14 @@
 namespace velun::test {
 
 /// Runs `work` in a child process in which every call of the system call `number` (`SYS_read` …)
-/// fails with the errno value `code`, as on a failing disk. Of SYS_write only calls with 1 KiB or
-/// more: the sanitizers write a few bytes to pipes of their own. Returns false if that is
+/// fails with the errno value `code`, as on a failing disk. Of SYS_write only calls with 17 bytes
+/// or more: the sanitizers write up to 16 to pipes of their own. Returns false if that is
 /// impossible here or the child ended early.
 inline bool runWithFailingCall(int number, int code, const std::function<void()>& work) {
   const pid_t child = ::fork();
   if (child == 0) {
     const auto error = SECCOMP_RET_ERRNO | (static_cast<unsigned>(code) & SECCOMP_RET_DATA);
-    const unsigned least = number == SYS_write ? 1024 : 0;
+    const unsigned least = number == SYS_write ? 17 : 0;
     sock_filter rules[] = {
         BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
         BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<unsigned>(number), 0, 3),
