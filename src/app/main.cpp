@@ -40,8 +40,8 @@ int runProgram(velun::ApplicationService& service) {
   return status;
 }
 
-/// Ends the process where Qt 6.4 can wait for ever at its end: on Wayland, for its thread that reads
-/// from the compositor. By now everything is saved, and the helpers have ended.
+/// Ends the process where Qt 6.4 can wait for ever at its end: on Wayland, for its thread that
+/// reads from the compositor. By now everything is saved, and the helpers have ended.
 void endWithoutQt(int status) {
   if (!QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) return;
   std::fflush(nullptr);
