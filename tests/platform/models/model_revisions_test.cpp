@@ -10,6 +10,8 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <stop_token>
+#include <thread>
 
 using namespace velun;
 using namespace velun::test;
@@ -92,6 +94,19 @@ class ModelRevisionsTest final : public test::Suite {
     store_->remove(new_);
     QVERIFY(!store_->installation(new_));
     QVERIFY(!QDir(dir_->filePath("one")).exists());
+  }
+
+  void removalIsWholeWhileAnotherStartDeletesDiscardedFiles() {
+    const std::jthread deletion([path = dir_->filePath(".discarded")](const std::stop_token& stop) {
+      while (!stop.stop_requested()) QDir(path).removeRecursively();
+    });
+    for (int round = 0; round < 40; ++round) {
+      install(old_);
+      open(new_);
+      store_->remove(new_);
+      QVERIFY(!store_->installation(new_));
+      QVERIFY(!QDir(dir_->filePath("one")).exists());
+    }
   }
 
   void failedRemovalIsReportedAndKeepsTheModel() {

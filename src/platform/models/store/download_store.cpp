@@ -221,7 +221,8 @@ void DownloadStore::cancel(const Model& model) {
 void DownloadStore::remove(const Model& model) {
   if (isUsed(model)) throw model_failures::inUse(model.kind);
   discard(model);
-  const bool isGone = downloads_.contains(model.id) || !isInstalled(model);
+  const bool isGone =
+      downloads_.contains(model.id) || (!isInstalled(model) && !installation(model));
   if (!isGone) throw model_failures::notRemoved();
 }
 

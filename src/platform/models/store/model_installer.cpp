@@ -50,6 +50,15 @@ bool isVerified(const ModelDownload& download, const QString& path, const std::s
   }
 }
 
+/// Moves what is at `path` to `name` in the folder `target`. A program that starts deletes the
+/// folders of discarded files, perhaps between two steps of this.
+void moveAside(const QString& path, const QString& target, const QString& name) {
+  constexpr int kAttempts = 10;
+  for (int attempt = 0; attempt < kAttempts && QFileInfo::exists(path); ++attempt) {
+    if (QDir().mkpath(target) && QDir().rename(path, target + u'/' + name)) return;
+  }
+}
+
 QByteArray hashOfUnpacked(const QString& path, const std::stop_token& stop) {
   try {
     return sha256OfFile(path, stop);
@@ -160,8 +169,7 @@ std::int64_t ModelInstaller::diskBytes(const Model& model) const {
 }
 
 void ModelInstaller::setAside(const Model& model, const QString& target) const {
-  if (!QDir().mkpath(target)) return;
-  QDir().rename(partialFolder(model), target + "/partial");
+  moveAside(partialFolder(model), target, "partial");
   const QDir dir(folder(model.id));
   const VerifiedRecord record = VerifiedRecord::read(dir.path());
   // Also the files of another revision, which may have other names.
@@ -171,7 +179,7 @@ void ModelInstaller::setAside(const Model& model, const QString& target) const {
   for (const ModelDownload& download : model.downloads) {
     if (sizeOf(dir.filePath(download.fileName())) == download.bytes) names += download.fileName();
   }
-  for (const QString& name : names) QDir().rename(dir.filePath(name), target + u'/' + name);
+  for (const QString& name : names) moveAside(dir.filePath(name), target, name);
   QDir().rmdir(dir.path());
 }
 
