@@ -26,8 +26,8 @@ HeaderState::HeaderState(CaptionViewModel& model, Clock& clock, QWidget* parent)
   const AppSettings& settings = model.settings();
   connect(&settings, &AppSettings::keepOnTopChanged, this, &HeaderState::present);
   connect(&settings, &AppSettings::hideFromScreenSharingChanged, this, &HeaderState::present);
-  connect(&model, &CaptionViewModel::sessionChanged, this, &HeaderState::present);
-  connect(&model, &CaptionViewModel::volatileTextChanged, this, &HeaderState::present);
+  connect(&model, &CaptionViewModel::sessionChanged, this, &HeaderState::presentCopying);
+  connect(&model, &CaptionViewModel::volatileTextChanged, this, &HeaderState::presentCopying);
   connect(&Localization::shared(), &Localization::languageChanged, this, &HeaderState::present);
   present();
 }
@@ -37,6 +37,11 @@ void HeaderState::present() {
   presentLevel();
   hiddenFromSharing_->setVisible(model_.settings().hideFromScreenSharing());
   presentHiding();
+  presentCopying();
+}
+
+/// Alone on each draft: setting a name again tells screen readers that it has changed.
+void HeaderState::presentCopying() {
   copyButton_->setEnabled(!model_.lines().empty() || !model_.volatileText().isEmpty());
 }
 

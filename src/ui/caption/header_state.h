@@ -31,6 +31,7 @@ class HeaderState final : public QWidget {
   void present();
   void presentLevel();
   void presentHiding();
+  void presentCopying();
 
   CaptionViewModel& model_;
   DesktopCapabilities capabilities_;

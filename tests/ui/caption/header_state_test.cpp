@@ -9,10 +9,24 @@
 #include "ui/caption/panel_stage.h"
 #include "ui/caption/transcript_view.h"
 
+#include <private/qguiapplication_p.h>
+#include <QAccessible>
 #include <QApplication>
+#include <qpa/qplatformaccessibility.h>
+#include <qpa/qplatformintegration.h>
 
 using namespace velun;
 using test::PanelStage;
+
+namespace {
+
+int renamings = 0;
+
+void countRenamings(QAccessibleEvent* event) {
+  if (event->type() == QAccessible::NameChanged) ++renamings;
+}
+
+}  // namespace
 
 class HeaderStateTest final : public test::Suite {
   Q_OBJECT
@@ -51,6 +65,23 @@ class HeaderStateTest final : public test::Suite {
     QVERIFY(copy.hasFocus());
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     QVERIFY(copy.copied());
+  }
+
+  void draftsTellScreenReadersOfNoNewNames() {
+    PanelStage stage;
+    stage.start();
+    renamings = 0;
+    QPlatformAccessibility* reader = QGuiApplicationPrivate::platformIntegration()->accessibility();
+    reader->setActive(true);
+    const auto before = QAccessible::installUpdateHandler(countRenamings);
+    stage.draft("One");
+    stage.draft("One two");
+    QCOMPARE(renamings, 0);
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QVERIFY(renamings > 0);
+    QAccessible::installUpdateHandler(before);
+    reader->setActive(false);
+    QVERIFY(stage.view->header().state().copyButton().isEnabled());
   }
 
   void showTheWindowState() {
