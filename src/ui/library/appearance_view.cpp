@@ -165,9 +165,13 @@ void AppearanceView::addOpacity(QVBoxLayout* form) {
   row->addWidget(opacity_);
   row->addWidget(opacityValue_);
   form->addLayout(row);
-  connect(opacity_, &QSlider::valueChanged, this, [this](int percent) {
-    change([&](PanelStyle& style) { style.opacity = percent / 100.0; });
-  });
+  const auto store = [this] {
+    change([&](PanelStyle& style) { style.opacity = opacity_->value() / 100.0; });
+  };
+  // Each change is written to the disk, so a drag only moves the preview until it ends.
+  connect(opacity_, &QSlider::valueChanged, this,
+          [this, store] { opacity_->isSliderDown() ? previewOpacity() : store(); });
+  connect(opacity_, &QSlider::sliderReleased, this, store);
 }
 
 void AppearanceView::addTranslation(QVBoxLayout* form) {
@@ -278,6 +282,13 @@ void AppearanceView::presentOpacity() {
   const QSignalBlocker blocker(opacity_);
   opacity_->setValue(percent);
   opacityValue_->setText(QStringLiteral("%1%").arg(percent));
+}
+
+void AppearanceView::previewOpacity() {
+  PanelStyle style = settings_.panelStyle();
+  style.opacity = opacity_->value() / 100.0;
+  preview_->setStyle(style, settings_.fontSize());
+  opacityValue_->setText(QStringLiteral("%1%").arg(opacity_->value()));
 }
 
 void AppearanceView::presentContrast() {

@@ -44,6 +44,8 @@ class AppearanceView final : public QWidget {
   void presentStyle();
   void presentContrast();
   void presentOpacity();
+  /// Shows the slider's value without storing it.
+  void previewOpacity();
   /// Changes one value of the style in use.
   template <class Change>
   void change(Change change);
