@@ -2,6 +2,7 @@
 #include "audio/speech_recognition_engine.h"
 
 #include "audio/audio_feeder.h"
+#include "audio/audio_input_kind.h"
 #include "audio/start_failure.h"
 #include "language/localization.h"
 #include "platform/foundation/failure.h"
@@ -240,7 +241,7 @@ void SpeechRecognitionEngine::handle(const TranscriptionResult& result) {
   if (text.isEmpty()) {
     Q_EMIT eventOccurred(DraftEvent{});
   } else {
-    FinalEvent event{text, run_->sourceID, run_->input()};
+    FinalEvent event{text, run_->sourceID, inputOf(run_->target.kind)};
     if (result.spoken)
       event.spoken = {wallTime(result.spoken->start), wallTime(result.spoken->end)};
     Q_EMIT eventOccurred(event);

@@ -40,10 +40,6 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   struct Run {
     Run(QUuid runToken, QString localeID, AudioTarget audioTarget)
         : token(runToken), sourceID(std::move(localeID)), target(std::move(audioTarget)) {}
-    AudioInput input() const {
-      return target.kind == AudioTarget::Kind::input ? AudioInput::microphone
-                                                     : AudioInput::computer;
-    }
     QUuid token;
     QString sourceID;
     AudioTarget target;

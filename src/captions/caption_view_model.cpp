@@ -87,10 +87,6 @@ void CaptionViewModel::engineFailed(const std::optional<FailureEvent>& failure) 
   endUnneededTranslation();
 }
 
-void CaptionViewModel::useDefaultDevice() {
-  settings_.useMic() ? settings_.setMicrophone({}) : settings_.setOutput({});
-}
-
 void CaptionViewModel::setEnd() {
   // Quitting long after captions have ended does not move the end.
   if (lines().empty() || session().endedAt) return;

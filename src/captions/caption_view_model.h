@@ -70,7 +70,7 @@ class CaptionViewModel final : public QObject {
   /// Captions wait for the chosen device, which is not connected; the status says so.
   bool isDeviceMissing() const { return engine_.isDeviceMissing(); }
   /// Captions the default device of the current input from now on.
-  void useDefaultDevice();
+  void useDefaultDevice() { settings_.setDevice({}); }
   void abandonEngine() { engine_.abandon(); }
   std::vector<float> meterBands() const { return engine_.meterBands(); }
 

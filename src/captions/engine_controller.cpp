@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "captions/engine_controller.h"
 
+#include "audio/audio_input_kind.h"
 #include "audio/start_failure.h"
 #include "captions/update.h"
 #include "platform/foundation/failure.h"
@@ -97,13 +98,8 @@ QCoro::Task<> EngineController::runStop(QPointer<EngineController> self) {
 }
 
 AudioTarget EngineController::target() const {
-  const bool isMicrophone = settings_.useMic();
-  const DeviceChoice& device = isMicrophone ? settings_.microphone() : settings_.output();
-  AudioTarget target;
-  target.kind = isMicrophone ? AudioTarget::Kind::input : AudioTarget::Kind::output;
-  target.id = device.id;
-  target.name = device.name;
-  return target;
+  const auto input = settings_.useMic() ? AudioInput::microphone : AudioInput::computer;
+  return {deviceKind(input), settings_.device().id, settings_.device().name};
 }
 
 std::vector<float> EngineController::meterBands() const {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/caption_devices.h"
 
+#include "audio/audio_input_kind.h"
 #include "language/localization.h"
 #include "platform/foundation/failure.h"
 
@@ -21,28 +22,26 @@ std::vector<AudioTarget> currentDevices(AudioPlatform& audio, Clock& clock) {
 
 AudioTarget deviceNamed(const QString& wanted, AudioInput input,
                         const std::vector<AudioTarget>& devices) {
-  const bool isMicrophone = input == AudioInput::microphone;
   AudioTarget target;
-  target.kind = isMicrophone ? AudioTarget::Kind::input : AudioTarget::Kind::output;
+  target.kind = deviceKind(input);
   if (wanted.isEmpty()) return target;
   const auto found = std::ranges::find_if(devices, [&](const AudioTarget& device) {
     return device.kind == target.kind &&
            (device.id == wanted || device.name.compare(wanted, Qt::CaseInsensitive) == 0);
   });
   if (found != devices.end()) return *found;
-  throw Failure((isMicrophone ? L("There is no microphone “%1”; --list-devices shows them.",
-                                  "“%1” 마이크가 없습니다. --list-devices로 볼 수 있습니다.")
-                              : L("There is no output “%1”; --list-devices shows them.",
-                                  "“%1” 출력 장치가 없습니다. --list-devices로 볼 수 있습니다."))
+  throw Failure((input == AudioInput::microphone
+                     ? L("There is no microphone “%1”; --list-devices shows them.",
+                         "“%1” 마이크가 없습니다. --list-devices로 볼 수 있습니다.")
+                     : L("There is no output “%1”; --list-devices shows them.",
+                         "“%1” 출력 장치가 없습니다. --list-devices로 볼 수 있습니다."))
                     .arg(wanted));
 }
 
 QString deviceList(const std::vector<AudioTarget>& devices) {
   QString list;
   for (const AudioTarget& device : devices) {
-    const bool isInput = device.kind == AudioTarget::Kind::input;
-    const AudioInput input = isInput ? AudioInput::microphone : AudioInput::computer;
-    list += rawValue(input) + u'\t' + device.id + u'\t' + device.name + u'\n';
+    list += rawValue(inputOf(device.kind)) + u'\t' + device.id + u'\t' + device.name + u'\n';
   }
   return list;
 }

@@ -91,8 +91,8 @@ DeviceChoice AppSettings::readDevice(const char* key) const {
           preferences_->get<QString>(name + QStringLiteral("Name")).value_or(QString())};
 }
 
-bool AppSettings::setDevice(DeviceChoice& property, const DeviceChoice& device, const char* key,
-                            void (AppSettings::*notify)()) {
+bool AppSettings::storeDevice(DeviceChoice& property, const DeviceChoice& device, const char* key,
+                              void (AppSettings::*notify)()) {
   const bool differs = property.id != device.id;
   property = device;
   if (preferences_) {
@@ -105,14 +105,18 @@ bool AppSettings::setDevice(DeviceChoice& property, const DeviceChoice& device, 
 }
 
 void AppSettings::setOutput(const DeviceChoice& output) {
-  const bool differs = setDevice(output_, output, "output", &AppSettings::outputChanged);
+  const bool differs = storeDevice(output_, output, "output", &AppSettings::outputChanged);
   if (differs && !useMic_) Q_EMIT changed(Change::input);
 }
 
 void AppSettings::setMicrophone(const DeviceChoice& microphone) {
   const bool differs =
-      setDevice(microphone_, microphone, "microphone", &AppSettings::microphoneChanged);
+      storeDevice(microphone_, microphone, "microphone", &AppSettings::microphoneChanged);
   if (differs && useMic_) Q_EMIT changed(Change::input);
+}
+
+void AppSettings::setDevice(const DeviceChoice& device) {
+  useMic_ ? setMicrophone(device) : setOutput(device);
 }
 
 void AppSettings::setLocaleID(const QString& localeID) {

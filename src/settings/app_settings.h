@@ -31,6 +31,8 @@ class AppSettings final : public QObject {
   /// The output whose sound is captioned without `useMic`, and the microphone with it.
   const DeviceChoice& output() const { return output_; }
   const DeviceChoice& microphone() const { return microphone_; }
+  /// That of the two which `useMic` selects.
+  const DeviceChoice& device() const { return useMic_ ? microphone_ : output_; }
   /// The recognizer's locale identifier, such as "en_US".
   const QString& localeID() const { return localeID_; }
   /// The translation target's language identifier, such as "ko".
@@ -63,6 +65,8 @@ class AppSettings final : public QObject {
   void setUseMic(bool useMic);
   void setOutput(const DeviceChoice& output);
   void setMicrophone(const DeviceChoice& microphone);
+  /// Sets that of the two which `useMic` selects.
+  void setDevice(const DeviceChoice& device);
   void setLocaleID(const QString& localeID);
   void setTargetID(const QString& targetID);
   void setFontSize(double fontSize);
@@ -114,8 +118,8 @@ class AppSettings final : public QObject {
 
   DeviceChoice readDevice(const char* key) const;
   /// Returns whether the device differs.
-  bool setDevice(DeviceChoice& property, const DeviceChoice& device, const char* key,
-                 void (AppSettings::*notify)());
+  bool storeDevice(DeviceChoice& property, const DeviceChoice& device, const char* key,
+                   void (AppSettings::*notify)());
   void readStyles();
 
   PreferenceStore* preferences_;

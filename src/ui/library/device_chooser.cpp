@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/library/device_chooser.h"
 
+#include "audio/audio_input_kind.h"
 #include "language/localization.h"
 #include "ui/library/settings_form.h"
 
@@ -41,8 +42,8 @@ void DeviceChooser::wheelEvent(QWheelEvent* event) {
 
 void DeviceChooser::present() {
   const bool isMicrophone = settings_.useMic();
-  const auto kind = isMicrophone ? AudioTarget::Kind::input : AudioTarget::Kind::output;
-  const DeviceChoice& chosen = isMicrophone ? settings_.microphone() : settings_.output();
+  const auto kind = deviceKind(isMicrophone ? AudioInput::microphone : AudioInput::computer);
+  const DeviceChoice& chosen = settings_.device();
   std::vector<Choice> devices{{isMicrophone
                                    ? L("The Computer’s Default Microphone", "컴퓨터의 기본 마이크")
                                    : L("The Computer’s Default Output", "컴퓨터의 기본 출력 장치"),
@@ -59,13 +60,9 @@ void DeviceChooser::present() {
 
 void DeviceChooser::choose(int index) {
   const QString id = itemData(index).toString();
-  const bool isMicrophone = settings_.useMic();
-  const DeviceChoice& current = isMicrophone ? settings_.microphone() : settings_.output();
   // The text of the chosen device may say that it is not connected.
-  const DeviceChoice chosen = id == current.id ? current
-                              : id.isEmpty()   ? DeviceChoice()
-                                               : DeviceChoice{id, itemText(index)};
-  isMicrophone ? settings_.setMicrophone(chosen) : settings_.setOutput(chosen);
+  if (id == settings_.device().id) return;
+  settings_.setDevice(id.isEmpty() ? DeviceChoice() : DeviceChoice{id, itemText(index)});
 }
 
 }  // namespace velun
