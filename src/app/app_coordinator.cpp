@@ -4,6 +4,8 @@
 #include "app/information_windows.h"
 #include "app/remote_commands.h"
 #include "app/session_library.h"
+#include "captions/caption_file.h"
+#include "captions/caption_publisher.h"
 #include "language/localization.h"
 #include "platform/desktop/application_service.h"
 #include "platform/desktop/desktop_platform.h"
@@ -56,6 +58,7 @@ void AppCoordinator::launch() {
   menuBar_->mainMenu().install(&captionWindow_->panel(), MainMenu::Place::globalOnly,
                                [this] { return captionWindow_->makeMenu(); });
   observe();
+  shareCaptions();
   if (services_.shortcuts) {
     shortcuts_ =
         std::make_unique<ShortcutSet>(commands_, *services_.shortcuts, services_.preferences);
@@ -183,7 +186,9 @@ void AppCoordinator::showSettings() {
         services_.models,
         DesktopSettings{.audio = services_.audio,
                         .login = services_.loginStart,
-                        .shortcuts = shortcuts_.get()});
+                        .shortcuts = shortcuts_.get(),
+                        .sharing = services_.sharing,
+                        .captionFile = captionFile_.get()});
     prepareWindow(&settingsWindow_->window());
   }
   // Its notes depend on them.
@@ -229,6 +234,17 @@ void AppCoordinator::observe() {
   connect(&services_.application, &ApplicationService::activated, this, &AppCoordinator::reopen);
   connect(&services_.application, &ApplicationService::openRequested, this, &AppCoordinator::open);
   connect(&services_.trayHost, &TrayHost::missing, this, &AppCoordinator::explainMissingTray);
+}
+
+void AppCoordinator::shareCaptions() {
+  if (!services_.sharing) return;
+  if (services_.feed) {
+    publisher_ = std::make_unique<CaptionPublisher>(model_, *services_.sharing, *services_.feed);
+  }
+  captionFile_ = std::make_unique<CaptionFile>(model_, *services_.sharing);
+  connect(captionFile_.get(), &CaptionFile::errorChanged, this, [this] {
+    if (captionFile_->error()) captionWindow_->notify(*captionFile_->error());
+  });
 }
 
 void AppCoordinator::explainMissingTray() {

@@ -14,6 +14,8 @@ class QWidget;
 
 namespace velun {
 
+class CaptionFile;
+class CaptionPublisher;
 class CaptionWindowController;
 class InformationWindows;
 class MenuBarController;
@@ -61,6 +63,7 @@ class AppCoordinator final : public QObject {
   void openSessionsFolder();
   void showSettings();
   void observe();
+  void shareCaptions();
   void explainMissingTray();
   void prepareWindow(QWidget* window);
   WindowState windowState() const;
@@ -73,6 +76,9 @@ class AppCoordinator final : public QObject {
   std::unique_ptr<MenuBarController> menuBar_;
   std::unique_ptr<SessionLibrary> sessions_;
   std::unique_ptr<InformationWindows> information_;
+  /// Null unless other programs may get captions.
+  std::unique_ptr<CaptionPublisher> publisher_;
+  std::unique_ptr<CaptionFile> captionFile_;
   std::unique_ptr<SettingsWindowController> settingsWindow_;
   /// After the windows, whose state they depend on.
   AppCommands commands_;

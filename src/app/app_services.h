@@ -15,12 +15,14 @@ namespace velun {
 class ApplicationService;
 class AudioPlatform;
 class BetterCaptions;
+class CaptionFeed;
 class Clock;
 class DesktopPlatform;
 class FileManager;
 class GlobalShortcuts;
 class LoginStart;
 class PreferenceStore;
+class SharingSettings;
 class SmallerRecognizer;
 class SoundSettings;
 class TranslationPlatform;
@@ -56,6 +58,10 @@ struct AppServices {
   SoundSettings* soundSettings = nullptr;
   /// May be null.
   GlobalShortcuts* shortcuts = nullptr;
+  /// May be null: then other programs get nothing of the captions.
+  SharingSettings* sharing = nullptr;
+  /// May be null.
+  CaptionFeed* feed = nullptr;
   /// Listed in "About Velun".
   std::vector<Credit> credits;
 };

@@ -10,6 +10,7 @@
 #include "captions/smaller_recognizer.h"
 #include "platform/desktop/desktop_services.h"
 #include "platform/desktop/linux/autostart_entry.h"
+#include "platform/desktop/linux/dbus_caption_feed.h"
 #include "platform/desktop/linux/dbus_file_manager.h"
 #include "platform/desktop/linux/linux_sound_settings.h"
 #include "platform/desktop/linux/linux_tray_host.h"
@@ -17,6 +18,7 @@
 #include "platform/speech/built_in/built_in_recognizer_provider.h"
 #include "platform/updates/https_update_feed.h"
 #include "platform/updates/update_checker.h"
+#include "settings/sharing_settings.h"
 #include "ui/common/window_presentation.h"
 #include "ui/library/session_trash.h"
 
@@ -65,6 +67,8 @@ struct Composition::Parts {
                             QCoreApplication::applicationFilePath()};
   UpdateChecker updater{VELUN_VERSION, VELUN_IS_PACKAGED, updateFeed()};
   AlertQuestion question;
+  SharingSettings sharing{&preferences};
+  DBusCaptionFeed feed;
   SettingsNotesText notes{
       *desktop,
       engine.translation,
@@ -127,6 +131,8 @@ AppServices Composition::services() {
           .audio = &parts_->engine.audio,
           .soundSettings = &parts_->soundSettings,
           .shortcuts = parts_->shortcuts.get(),
+          .sharing = &parts_->sharing,
+          .feed = &parts_->feed,
           .credits = credits(*parts_->engine.catalogue)};
 }
 

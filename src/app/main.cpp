@@ -7,6 +7,7 @@
 #include "platform/desktop/linux/dbus_application_service.h"
 #include "platform/desktop/linux/termination_signals.h"
 #include "platform/foundation/file_preferences.h"
+#include "platform/foundation/latest_job.h"
 #include "ui/common/qt_translation.h"
 
 #include <cstdio>
@@ -41,9 +42,11 @@ int runProgram(velun::ApplicationService& service) {
 }
 
 /// Ends the process where Qt 6.4 can wait for ever at its end: on Wayland, for its thread that
-/// reads from the compositor. By now everything is saved, and the helpers have ended.
+/// reads from the compositor. By now everything is saved but for the caption file, and the helpers
+/// have ended.
 void endWithoutQt(int status) {
   if (!QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) return;
+  velun::LatestJob::waitForAll();
   std::fflush(nullptr);
   std::_Exit(status);
 }

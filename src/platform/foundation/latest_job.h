@@ -46,6 +46,10 @@ class LatestJob {
     isRunning_ = false;
   }
 
+  /// Waits for the work of all jobs, cancelled ones included, as the application object does when
+  /// it is destroyed. For the end of a process that skips that.
+  static void waitForAll() { QThreadPool::globalInstance()->waitForDone(); }
+
   /// Whether a result is still expected.
   bool isRunning() const { return isRunning_; }
 

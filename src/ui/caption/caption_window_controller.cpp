@@ -7,6 +7,7 @@
 #include "ui/caption/caption_appearance.h"
 #include "ui/caption/caption_header_view.h"
 #include "ui/caption/caption_menu.h"
+#include "ui/caption/caption_notice.h"
 #include "ui/caption/caption_panel.h"
 #include "ui/caption/caption_view.h"
 #include "ui/caption/motion.h"
@@ -344,6 +345,10 @@ void CaptionWindowController::moveToNextPlace() {
 void CaptionWindowController::moveToNextScreen() {
   place(movedToNextArea(frameWithoutHeader(), areas()), 0);
   show();
+}
+
+void CaptionWindowController::notify(const QString& text) {
+  view_->notice().showText(text);
 }
 
 bool CaptionWindowController::wouldCover(const QPoint& point) const {

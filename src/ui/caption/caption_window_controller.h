@@ -79,6 +79,9 @@ class CaptionWindowController final : public QObject {
   /// Moves the panel to the next screen, and shows it.
   void moveToNextScreen();
 
+  /// Shows a short text over the captions for a moment.
+  void notify(const QString& text);
+
  Q_SIGNALS:
   /// `isShown` or `isSuppressed` changed.
   void visibilityChanged();

@@ -4,7 +4,9 @@
 namespace velun {
 
 class AudioPlatform;
+class CaptionFile;
 class LoginStart;
+class SharingSettings;
 class ShortcutSet;
 
 /// What the settings window shows and changes of the system. Each may be null.
@@ -13,6 +15,9 @@ struct DesktopSettings {
   AudioPlatform* audio = nullptr;
   LoginStart* login = nullptr;
   ShortcutSet* shortcuts = nullptr;
+  /// What other programs get of the captions.
+  SharingSettings* sharing = nullptr;
+  const CaptionFile* captionFile = nullptr;
 };
 
 }  // namespace velun

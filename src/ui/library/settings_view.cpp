@@ -7,6 +7,7 @@
 #include "ui/library/language_chooser.h"
 #include "ui/library/login_start_toggle.h"
 #include "ui/library/settings_form.h"
+#include "ui/library/sharing_section.h"
 #include "ui/library/shortcuts_editor.h"
 #include "ui/library/user_words_editor.h"
 
@@ -59,6 +60,10 @@ SettingsView::SettingsView(CaptionViewModel& model, std::function<void()> openRe
   addCaptionsSection(form, desktop.audio);
   addTranslationSection(form);
   addSavingSection(form);
+  if (desktop.sharing) {
+    form->addSpacing(10);
+    form->addWidget(new SharingSection(*desktop.sharing, desktop.captionFile, systemFilePanels()));
+  }
   if (desktop.shortcuts) {
     form->addSpacing(10);
     form->addWidget(new ShortcutsEditor(*desktop.shortcuts));
