@@ -171,9 +171,12 @@ class PrivateDesktop:
         os.close(writer)
         with os.fdopen(reader) as number:
             self.environment["DISPLAY"] = f":{number.readline().strip()}"
-        self.window_manager = self.start(["openbox"])
+        self._start_manager()
         self.wait("the window manager",
                   lambda: "window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"))
+
+    def _start_manager(self):
+        self.window_manager = self.start(["openbox"])
 
 
 def polling(seconds):

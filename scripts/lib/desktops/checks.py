@@ -11,6 +11,7 @@ OTHER_COLOUR = "#204080"
 MENU = (80, 120)
 ICON = (8, 48)
 READABLE = 3.0
+TRIES = 3
 
 
 class Checks(LookChecks, SharingChecks, StartChecks):
@@ -32,6 +33,21 @@ class Checks(LookChecks, SharingChecks, StartChecks):
     def tray_icon(self):
         if not self._session.HAS_TRAY:
             return UNKNOWN, "no tray"
+        # A desktop may show something else of its own while it starts.
+        for _ in range(TRIES):
+            before, after = self._without_and_with_icon()
+            spots = pictures.spots(pictures.differing(before, after), *ICON)
+            if spots:
+                break
+        else:
+            return NO, "nothing of the icon is seen"
+        self._icon = max(spots, key=lambda area: area[2] * area[3])
+        drawn = pictures.luminance(pictures.cut(after, self._icon))
+        bar = pictures.luminance(pictures.median_colour(pictures.cut(before, self._icon)))
+        ratio = max(pictures.contrast(drawn.max(), bar), pictures.contrast(drawn.min(), bar))
+        return (YES if ratio >= READABLE else NO), f"{ratio:.0f}:1"
+
+    def _without_and_with_icon(self):
         if self._program.owns_name():
             self._program.quit()
         before = self._session.steady_picture()
@@ -39,15 +55,8 @@ class Checks(LookChecks, SharingChecks, StartChecks):
         self._session.wait("the icon's item", lambda: self._program.icon_name() is not None)
         self._program.show_panel(False)
         after = self._session.steady_picture()
-        spots = pictures.spots(pictures.differing(before, after), *ICON)
         self._keep("icon", after)
-        if not spots:
-            return NO, "nothing of the icon is seen"
-        self._icon = max(spots, key=lambda area: area[2] * area[3])
-        drawn = pictures.luminance(pictures.cut(after, self._icon))
-        bar = pictures.luminance(pictures.median_colour(pictures.cut(before, self._icon)))
-        ratio = max(pictures.contrast(drawn.max(), bar), pictures.contrast(drawn.min(), bar))
-        return (YES if ratio >= READABLE else NO), f"{ratio:.0f}:1"
+        return before, after
 
     def menu(self):
         if not self._icon:
@@ -138,13 +147,14 @@ class Checks(LookChecks, SharingChecks, StartChecks):
     def _drag_panel(self, *by):
         panel = self._accessible().wait_for("frame", PANEL_TITLE)
         left, top, width, closed = panel.extents
-        with self._session.pointer_at(left + width // 2, top + closed // 2):
+        with self._session.pointer_at(left + width // 2, top + closed // 2) as leave:
             button = panel.wait_for("button menu", "Translation Settings")
             self._session.wait("the header", lambda: panel.extents[3] == closed + HEADER)
             left, top, _, height = button.extents
             # Beside the button the header is empty.
             self._session.drag(left - 20, top + height // 2, by)
-        self._session.wait("the header to close", lambda: panel.extents[3] == closed)
+            leave()
+            self._session.wait("the header to close", lambda: panel.extents[3] == closed)
 
     # The other windows
 

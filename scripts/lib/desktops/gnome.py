@@ -26,6 +26,7 @@ class Gnome(WaylandSession):
     PORTALS = ("gnome", "gtk")
     CAST = "a real cast"
     MENU = "by the grid of applications"
+    LOGIN = ["gnome-session", "--builtin", "--session", "velun"]
     EXTENSION = "ubuntu-appindicators@ubuntu.com"
 
     def _start_display(self):
@@ -53,9 +54,18 @@ class Gnome(WaylandSession):
         self.wait("the end of the start", lambda: "false" in self.evaluate(
             "Main.layoutManager._startingUp"), 60)
         self.evaluate("Main.overview.hide()")
+        # Otherwise it asks programs for none, as there is no graphics card.
+        self.evaluate("imports.gi.St.Settings.get().uninhibit_animations(); 0")
 
     def start_bar(self):
         self.wait_for_tray()
+        if self.logs_in:
+            folder = self.home / "config" / "gnome-session" / "sessions"
+            folder.mkdir(parents=True)
+            # The shell runs already.
+            (folder / "velun.session").write_text(
+                "[GNOME Session]\nName=Velun\nRequiredComponents=\n")
+            self.start(self.LOGIN, log="session")
 
     def evaluate(self, script):
         return self.run(*SHELL, "org.gnome.Shell.Eval", script)
@@ -71,21 +81,33 @@ class Gnome(WaylandSession):
                 call("NotifyPointerButton", "ib", BUTTONS[button], is_pressed)
             self.steady_picture()
 
-    def set_less_motion(self, less):
-        raise NotImplementedError("GNOME Shell wants none without a graphics card")
-
     @contextmanager
     def pointer_at(self, x, y):
+        # One pointer stays to the end: for X programs it never leaves when there is none left.
+        if not self._pointer:
+            self._pointer, _ = self._new_pointer()
         with self._remote_pointer(x, y) as call:
-            yield
-            call("NotifyPointerMotionRelative", "dd", -FAR, -FAR)
-            call("NotifyPointerMotionRelative", "dd", *map(float, ASIDE))
-            # The pointer goes with its session, and would otherwise leave no window.
-            self.steady_picture()
+            def leave():
+                call("NotifyPointerMotionRelative", "dd", -FAR, -FAR)
+                call("NotifyPointerMotionRelative", "dd", *map(float, ASIDE))
+
+            yield leave
 
     @contextmanager
     def _remote_pointer(self, x, y):
-        """A pointer that is there until the end: meanwhile a sign in the bar moves the icons."""
+        """A pointer at a place until the end."""
+        bus, call = self._new_pointer()
+        call("NotifyPointerMotionRelative", "dd", -FAR, -FAR)
+        call("NotifyPointerMotionRelative", "dd", float(x) - self.shift(x, y), float(y))
+        try:
+            yield call
+        finally:
+            bus.close()
+
+    def _new_pointer(self):
+        """The connection with which it ends, and a function that calls its methods. While there is
+        one, a sign in the bar moves the icons.
+        """
         bus = dbus.bus.BusConnection(self.environment["DBUS_SESSION_BUS_ADDRESS"])
         path = str(bus.call_blocking(REMOTE, "/org/gnome/Mutter/RemoteDesktop", REMOTE,
                                      "CreateSession", "", []))
@@ -94,12 +116,7 @@ class Gnome(WaylandSession):
             bus.call_blocking(REMOTE, path, REMOTE + ".Session", method, signature, arguments)
 
         call("Start")
-        call("NotifyPointerMotionRelative", "dd", -FAR, -FAR)
-        call("NotifyPointerMotionRelative", "dd", float(x) - self.shift(x, y), float(y))
-        try:
-            yield call
-        finally:
-            bus.close()
+        return bus, call
 
     def shift(self, x, y):
         """How far the sign has moved what is at this point of the bar."""
@@ -137,14 +154,21 @@ class Gnome(WaylandSession):
             bus.close()
 
     def remove_output(self):
-        """As the settings for displays do it."""
+        self._use_outputs(self.outputs - 1)
+
+    def return_output(self):
+        self._use_outputs(self.outputs)
+
+    def _use_outputs(self, count):
+        """The first ones, side by side, as the settings for displays do it."""
         bus = dbus.bus.BusConnection(self.environment["DBUS_SESSION_BUS_ADDRESS"])
         try:
             place = (SCREENS, "/org/gnome/Mutter/DisplayConfig", SCREENS)
             serial, monitors, _, _ = bus.call_blocking(*place, "GetCurrentState", "", [])
-            (connector, *_), modes, _ = monitors[0]
-            only = (0, 0, 1.0, dbus.UInt32(0), True, [(connector, modes[0][0], {})])
+            used = [(number * self.SIZE[0], 0, 1.0, dbus.UInt32(0), number == 0,
+                     [(connector, modes[0][0], {})])
+                    for number, ((connector, *_), modes, _) in enumerate(monitors[:count])]
             bus.call_blocking(*place, "ApplyMonitorsConfig", "uua(iiduba(ssa{sv}))a{sv}",
-                              [serial, dbus.UInt32(1), [only], {}])
+                              [serial, dbus.UInt32(1), used, {}])
         finally:
             bus.close()

@@ -1,8 +1,7 @@
 """Whether the program follows the desktop's wishes for the look of programs."""
 
 import pictures
-from check_base import COLOUR, HEADER, NO, PANEL_TITLE, UNKNOWN, WINDOW, YES, CheckBase
-from private_desktop import end
+from check_base import HEADER, NO, PANEL_TITLE, UNKNOWN, WINDOW, YES, CheckBase
 
 TRIES = 4
 
@@ -53,14 +52,6 @@ class LookChecks(CheckBase):
         """
         self.launch_again()
         self._program.show_panel()
-        # The pointer goes to this window: the X server is not told that it left for the desktop.
-        window = self._session.show_obstacle(self._session.OBSTACLES[0], COLOUR, True)
-        try:
-            return self._follows_motion()
-        finally:
-            end(window)
-
-    def _follows_motion(self):
         self._session.set_less_motion(False)
         if not any(len(self._heights_between()) > 1 for _ in range(TRIES)):
             return UNKNOWN, "no motion is seen"
@@ -82,7 +73,8 @@ class LookChecks(CheckBase):
             heights.add(panel.extents[3])
             return height + HEADER in heights
 
-        with self._session.pointer_at(left + width // 2, top + height // 2):
+        with self._session.pointer_at(left + width // 2, top + height // 2) as leave:
             self._session.wait("the header", is_open)
-        self._session.wait("the header to close", lambda: panel.extents[3] == height)
+            leave()
+            self._session.wait("the header to close", lambda: panel.extents[3] == height)
         return heights - {height, height + HEADER}

@@ -1,4 +1,4 @@
-"""Whether the panel goes to the remaining output, in a session with two of them."""
+"""Whether the panel goes to the remaining output, in a session with two of them, and returns."""
 
 from check_base import NO, PANEL_TITLE, YES, CheckBase
 
@@ -7,6 +7,8 @@ LEFT, WIDTH = 0, 2  # of a frame
 
 
 class OutputCheck(CheckBase):
+    _before = None
+
     def panel_on_removed_output(self):
         width = self._session.SIZE[0]
         left, *rest = FRAME
@@ -16,7 +18,7 @@ class OutputCheck(CheckBase):
             CaptionPanel=" ".join(map(str, (left + width, *rest))))
         self._program.launch()
         self._program.show_panel()
-        before = self.seen_panel("two-outputs")
+        before = self._before = self.seen_panel("two-outputs")
         if not before or before[LEFT] < width:
             return NO, "it is not where it was on the second output"
         self._program.show_panel()
@@ -32,3 +34,16 @@ class OutputCheck(CheckBase):
         if not moved or not after or after[LEFT] + after[WIDTH] > width:
             return NO, "it is not seen on the remaining output"
         return YES, ""
+
+    def panel_returns(self):
+        """To its place, when its output is there again."""
+        self._program.show_panel()
+        panel = self._accessible().wait_for("frame", PANEL_TITLE)
+        self._session.return_output()
+        returned = self.becomes("the panel on its output",
+                                lambda: panel.extents[LEFT] >= self._session.SIZE[0])
+        after = self.seen_panel("output-back")
+        if not returned or not after or not self._before:
+            return NO, "it stays on the other output"
+        moved = max(abs(a - b) for a, b in zip(self._before, after))
+        return (YES, "") if moved <= 2 else (NO, f"{moved} pixels away")

@@ -15,9 +15,13 @@ class Plasma:
     """What both have in common; mixed into a session."""
 
     MENU = "by Plasma's own starter"
+    LOGIN = ["plasma_session"]
 
     def start_shell(self, platform):
         self.environment |= {"QT_QUICK_BACKEND": "software"}
+        if self.logs_in:
+            self.start(["env", f"QT_QPA_PLATFORM={platform}", *self.LOGIN], log="session")
+            return
         self.start(["kded5"], log="services")
         self.start([ACTIVITIES], log="activities")
         self.start(["env", f"QT_QPA_PLATFORM={platform}", "plasmashell", "--no-respawn"],
@@ -62,8 +66,8 @@ class PlasmaWayland(Plasma, WaylandSession):
     TRAY_BUTTON = "right"
     PORTALS = ("kde",)
 
-    def __init__(self, outputs=1):
-        super().__init__(outputs)
+    def __init__(self, *arguments, **options):
+        super().__init__(*arguments, **options)
         self.environment |= {"KDE_FULL_SESSION": "true", "KDE_SESSION_VERSION": "5",
                              "KWIN_SCREENSHOT_NO_PERMISSION_CHECKS": "1",
                              "KWIN_WAYLAND_NO_PERMISSION_CHECKS": "1"}
@@ -93,6 +97,11 @@ class PlasmaWayland(Plasma, WaylandSession):
     def remove_output(self):
         self.run("kscreen-doctor", f"output.{self.outputs}.disable")
 
+    def return_output(self):
+        number = self.outputs
+        self.run("kscreen-doctor", f"output.{number}.enable",
+                 f"output.{number}.position.{(number - 1) * self.SIZE[0]},0")
+
 
 class PlasmaX11(Plasma, X11Session):
     NAME = "plasma-x11"
@@ -100,12 +109,17 @@ class PlasmaX11(Plasma, X11Session):
     PACKAGE = "plasma-workspace"
     DESKTOP = "KDE"
     MANAGER = ["kwin_x11"]
+    MANAGER_NAME = "KWin"
     TRAY_BUTTON = "right"
     PORTALS = ("kde",)
 
-    def __init__(self, outputs=1):
-        super().__init__(outputs)
+    def __init__(self, *arguments, **options):
+        super().__init__(*arguments, **options)
         self.environment |= {"KDE_FULL_SESSION": "true", "KDE_SESSION_VERSION": "5"}
+
+    def _start_manager(self):
+        """Plasma's session is begun by what starts the shell."""
+        self.window_manager = self.start(self.MANAGER, log="manager")
 
     def start_bar(self):
         self.start_shell("xcb")

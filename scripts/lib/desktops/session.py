@@ -34,11 +34,18 @@ class Session(PrivateDesktop):
     CAST = ""  # what stands for a shared screen, unless it is a real one
     MENU = ""  # what starts programs
     KEEPS_OUTPUTS = ""  # why no output can be removed
+    LOGIN = ()  # the command that begins a session of the user and starts the entries of autostart
+    NO_LOGIN = ""  # why there is none
 
-    def __init__(self, outputs=1):
-        """The outputs lie side by side."""
+    def __init__(self, outputs=1, autostart=None):
+        """The outputs lie side by side. With `autostart`, the folder of such entries, the desktop
+        begins a session of the user as after a log-in.
+        """
         super().__init__("%dx%d" % (outputs * self.SIZE[0], self.SIZE[1]))
         self.outputs = outputs
+        self.logs_in = autostart is not None
+        if self.logs_in:
+            shutil.copytree(autostart, self.autostart)
         (self.root / "portals").mkdir()
         for name in self.PORTALS:
             shutil.copy(PORTALS / f"{name}.portal", self.root / "portals")
@@ -69,6 +76,11 @@ class Session(PrivateDesktop):
         self.start(["python3", "-m", "dbusmock", "--system", "--template", "logind"], log="logins")
         self.wait("the manager of logins", lambda: self.owns("org.freedesktop.login1", "--system"))
 
+    @property
+    def autostart(self):
+        """The user's folder of entries that are started after a log-in."""
+        return self.home / "config" / "autostart"
+
     def owns(self, name, bus="--session"):
         return "true" in self.run("gdbus", "call", bus, "--dest", "org.freedesktop.DBus",
                                   "--object-path", "/org/freedesktop/DBus", "--method",
@@ -93,14 +105,19 @@ class Session(PrivateDesktop):
 
     @contextmanager
     def pointer_at(self, x, y):
-        """Keeps the pointer there, and beside everything before and after."""
+        """Moves the pointer there from beside everything; gives a function that moves it back. It
+        may exist only until the end of the context.
+        """
         self.move_to(*ASIDE)
         self.move_to(x, y)
-        yield
-        self.move_to(*ASIDE)
+        yield lambda: self.move_to(*ASIDE)
 
     def remove_output(self):
         """Takes the last output away."""
+        raise NotImplementedError(self.KEEPS_OUTPUTS)
+
+    def return_output(self):
+        """Brings it back to its place."""
         raise NotImplementedError(self.KEEPS_OUTPUTS)
 
     def start_from_menu(self):
@@ -148,10 +165,17 @@ class Session(PrivateDesktop):
 
     def picture(self):
         path = self.root / "picture.png"
-        path.unlink(missing_ok=True)
-        self.take_picture(path)
-        assert path.exists(), "no picture could be taken"
-        return pictures.load(path)
+
+        def taken():
+            """In a list: a picture has no truth value. Now and then a tool writes no whole file."""
+            path.unlink(missing_ok=True)
+            self.take_picture(path)
+            try:
+                return [pictures.load(path)]
+            except OSError:
+                return None
+
+        return self.wait("a picture", taken)[0]
 
     def steady_picture(self, seconds=20):
         """A picture of a screen on which nothing large changes any more."""

@@ -20,3 +20,8 @@ class StartChecks(CheckBase):
         if not shown or not self.seen_panel("menu-start"):
             return NO, "the second start does not show the panel"
         return YES, self._session.MENU
+
+    def start_at_login(self):
+        """Switches it on in the settings."""
+        self.settings().wait_for("check box", "Start at Login").toggle()
+        self._session.wait("the entry", lambda: any(self._session.autostart.glob("*.desktop")))

@@ -61,6 +61,7 @@ class Sway(WaylandSession):
     PORTALS = ("wlr", "gtk")
     MENU = "by the command of its menu"
     KEEPS_OUTPUTS = "sway 1.7 without a screen keeps its outputs"
+    NO_LOGIN = "sway starts what its configuration names"
     CONFIGURATION = """output * resolution 1280x800 bg #5d7389 solid_color
 default_border pixel 1
 xwayland enable
@@ -116,6 +117,7 @@ class Weston(WaylandSession):
     PACKAGE = "weston"
     DESKTOP = "weston"
     KEEPS_OUTPUTS = "Weston without a screen keeps its outputs"
+    NO_LOGIN = "Weston starts what its configuration names"
     HAS_TRAY = False
 
     def _start_display(self):

@@ -7,19 +7,35 @@ MONITOR = "%d/340x%d/210+%d+0"  # size in pixels and millimetres, and left edge
 
 class X11Session(Session):
     MANAGER = ()
+    MANAGER_NAME = ""  # which it tells on the display
     BAR = ()
 
     def _start_manager(self):
-        self.window_manager = self.start(self.MANAGER, log="manager")
+        """After a log-in the desktop starts it, and the bar."""
+        self.window_manager = self.start(self.LOGIN if self.logs_in else self.MANAGER,
+                                         log="session" if self.logs_in else "manager")
 
     def _start_display(self):
+        if self.logs_in:
+            self.prepare_login()
         super()._start_display()
+        self.wait(f"the window manager {self.MANAGER_NAME}",
+                  lambda: self.manager_name() == self.MANAGER_NAME)
         # The display has one output, of which several are made.
         for number in range(self.outputs if self.outputs > 1 else 0):
-            self.run("xrandr", "--setmonitor", f"part{number}",
-                     MONITOR % (*self.SIZE, number * self.SIZE[0]), "none" if number else "screen")
+            self._make_part(number)
+
+    def prepare_login(self):
+        """Writes the settings of a log-in."""
+
+    def manager_name(self):
+        window = self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK").split()[-1:]
+        told = self.run("xprop", "-id", *window, "_NET_WM_NAME")
+        return told.split('"')[1] if '"' in told else ""
 
     def start_bar(self):
+        if self.logs_in:
+            return
         self.run("xsetroot", "-solid", "#5d7389")
         self.prepare_bar()
         self.start(self.BAR, log="bar")
@@ -30,6 +46,14 @@ class X11Session(Session):
 
     def remove_output(self):
         self.run("xrandr", "--delmonitor", f"part{self.outputs - 1}")
+
+    def return_output(self):
+        self._make_part(self.outputs - 1)
+
+    def _make_part(self, number):
+        """Of the display's only output."""
+        self.run("xrandr", "--setmonitor", f"part{number}",
+                 MONITOR % (*self.SIZE, number * self.SIZE[0]), "none" if number else "screen")
 
     def click(self, x, y, button="left"):
         number = {"left": 1, "middle": 2, "right": 3}[button]
@@ -58,6 +82,8 @@ class Xfce(X11Session):
     PACKAGE = "xfwm4"
     DESKTOP = "XFCE"
     MANAGER = ["xfwm4"]
+    MANAGER_NAME = "Xfwm4"
+    LOGIN = ["xfce4-session"]
     BAR = ["xfce4-panel", "--disable-wm-check"]
     MENU = "by exo-open"
 
@@ -87,6 +113,8 @@ class Mate(X11Session):
     PACKAGE = "marco"
     DESKTOP = "MATE"
     MANAGER = ["marco"]
+    MANAGER_NAME = "Metacity (Marco)"
+    LOGIN = ["mate-session"]
     BAR = ["mate-panel"]
     MENU = "by GLib, as the panel's menu"
 
@@ -100,6 +128,8 @@ class Lxqt(X11Session):
     PACKAGE = "lxqt-panel"
     DESKTOP = "LXQt"
     MANAGER = ["openbox"]
+    MANAGER_NAME = "Openbox"
+    LOGIN = ["lxqt-session"]
     BAR = ["lxqt-panel"]
     MENU = "in the panel's menu"
     PANEL = """[General]
@@ -120,9 +150,16 @@ type=statusnotifier
 """
 
     def prepare_bar(self):
+        self._configure("panel", self.PANEL)
+
+    def prepare_login(self):
+        """Otherwise it asks which window manager there is to be."""
+        self._configure("session", "[General]\nwindow_manager=openbox\n")
+
+    def _configure(self, name, text):
         folder = self.home / "config" / "lxqt"
         folder.mkdir()
-        (folder / "panel.conf").write_text(self.PANEL)
+        (folder / f"{name}.conf").write_text(text)
 
     def start_from_menu(self):
         """The menu searches for what is typed."""
