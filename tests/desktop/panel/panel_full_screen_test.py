@@ -24,6 +24,9 @@ class PanelAndFullScreen(PlainCase):
         ids = text.partition("#")[2].replace(",", " ").split()
         return self.desktop.run("xdotool", "getwindowname", ids[-1]).strip() if ids else ""
 
+    def panel_type(self):
+        return self.desktop.run("xprop", "-id", self.window(PANEL), "_NET_WM_WINDOW_TYPE")
+
     def fill_the_screen(self):
         """Shows the other window full screen, with the keyboard."""
         self.desktop.start(["xev", "-name", OTHER])
@@ -41,9 +44,12 @@ class PanelAndFullScreen(PlainCase):
     def test_panel_stays_in_front_while_another_window_fills_the_screen(self):
         other = self.fill_the_screen()
         self.desktop.wait("the panel in front", lambda: self.front() == PANEL)
+        # Openbox would do without it, but not MATE's window manager.
+        self.assertIn("TYPE_UTILITY", self.panel_type())
         # Without its level it goes behind.
         self.program.action("toggle-keep-on-top")
         self.desktop.wait("the other in front", lambda: self.front() == OTHER)
+        self.assertIn("TYPE_NORMAL", self.panel_type())
         self.program.action("toggle-keep-on-top")
         self.desktop.wait("the panel in front again", lambda: self.front() == PANEL)
         # Hidden and shown anew it is there, too.

@@ -47,6 +47,9 @@ X11FullScreenFollower::X11FullScreenFollower(xcb_connection_t* connection)
       states_(atomNamed(connection, "_NET_WM_STATE")),
       fullScreen_(atomNamed(connection, "_NET_WM_STATE_FULLSCREEN")),
       stacking_(atomNamed(connection, "_NET_CLIENT_LIST_STACKING")),
+      type_(atomNamed(connection, "_NET_WM_WINDOW_TYPE")),
+      normal_(atomNamed(connection, "_NET_WM_WINDOW_TYPE_NORMAL")),
+      utility_(atomNamed(connection, "_NET_WM_WINDOW_TYPE_UTILITY")),
       iconState_(atomNamed(connection, "WM_STATE")) {
   // Qt watches the root window's properties.
   QCoreApplication::instance()->installNativeEventFilter(this);
@@ -122,6 +125,7 @@ void X11FullScreenFollower::attach(xcb_window_t owner) {
     }
     owner_ = owner;
     attempts_ = 0;
+    writeType(normal_, utility_);
   } else if (!isBelowOwner() || attempts_ == kMaxAttempts) {
     return;
   }
@@ -144,6 +148,14 @@ void X11FullScreenFollower::write(xcb_window_t owner) {
   xcb_flush(connection_);
 }
 
+void X11FullScreenFollower::writeType(xcb_atom_t from, xcb_atom_t to) {
+  const auto id = static_cast<xcb_window_t>(window_->winId());
+  std::vector<std::uint32_t> types = readValues(connection_, id, type_);
+  std::ranges::replace(types, from, to);
+  xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, id, type_, XCB_ATOM_ATOM, 32,
+                      static_cast<std::uint32_t>(types.size()), types.data());
+}
+
 void X11FullScreenFollower::release() {
   if (std::exchange(owner_, XCB_WINDOW_NONE) == XCB_WINDOW_NONE || !window_) return;
   const auto id = static_cast<xcb_window_t>(window_->winId());
@@ -153,6 +165,7 @@ void X11FullScreenFollower::release() {
     xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, id, XCB_ATOM_WM_TRANSIENT_FOR,
                         XCB_ATOM_WINDOW, 32, 1, &before_);
   }
+  writeType(utility_, normal_);
   // It may have been iconified together with its owner.
   if (isIconified(id)) xcb_map_window(connection_, id);
   xcb_flush(connection_);

@@ -11,8 +11,9 @@ namespace velun {
 
 /// Keeps a window above the full-screen window that has the keyboard. Window managers put that one
 /// above all others, also above those with the state “above”; but a window that is transient for it
-/// stays above it, so the window becomes so for as long as the other fills the screen. Main
-/// thread.
+/// stays above it, so the window becomes so for as long as the other fills the screen. For MATE's
+/// window manager it also becomes a utility window: that one leaves a normal window in its layer.
+/// Main thread.
 class X11FullScreenFollower final : public QObject, public QAbstractNativeEventFilter {
   Q_OBJECT
 
@@ -36,6 +37,7 @@ class X11FullScreenFollower final : public QObject, public QAbstractNativeEventF
   /// Whether the window is still below its owner.
   bool isBelowOwner() const;
   void write(xcb_window_t owner);
+  void writeType(xcb_atom_t from, xcb_atom_t to);
   void release();
 
   xcb_connection_t* connection_;
@@ -43,6 +45,9 @@ class X11FullScreenFollower final : public QObject, public QAbstractNativeEventF
   xcb_atom_t states_;
   xcb_atom_t fullScreen_;
   xcb_atom_t stacking_;
+  xcb_atom_t type_;
+  xcb_atom_t normal_;
+  xcb_atom_t utility_;
   xcb_atom_t iconState_;
   QPointer<QWindow> window_;
   bool above_ = false;
