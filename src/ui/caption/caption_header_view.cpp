@@ -77,6 +77,7 @@ CaptionHeaderView::CaptionHeaderView(CaptionViewModel& model, AppCommands& comma
           &QAction::trigger);
   connect(hideButton_, &QToolButton::clicked, &commands.action(AppCommand::togglePanel),
           &QAction::trigger);
+  setOpensPopup(*translation_, *languagePopup_);
   connect(languagePopup_, &LanguagePopup::opened, this,
           [this] { Q_EMIT menuTrackingChanged(true); });
   connect(languagePopup_, &LanguagePopup::closed, this,

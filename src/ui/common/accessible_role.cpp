@@ -11,6 +11,7 @@ namespace velun {
 namespace {
 
 constexpr auto kRole = "velunAccessibleRole";
+constexpr auto kPopup = "velunAccessiblePopup";
 
 /// The interface of a widget that is hidden from screen readers.
 class HiddenWidget final : public QAccessibleWidget {
@@ -25,7 +26,8 @@ class HiddenWidget final : public QAccessibleWidget {
 };
 
 /// Qt's interface has no action that opens the menu, and the menu is not its child, so screen
-/// readers cannot find its items.
+/// readers cannot find its items. The same is true of another popup that a command of the menu
+/// opens.
 class MenuButton final : public QAccessibleWidget {
  public:
   explicit MenuButton(QToolButton* button)
@@ -38,14 +40,14 @@ class MenuButton final : public QAccessibleWidget {
     return state;
   }
 
-  int childCount() const override { return button_->menu() ? 1 : 0; }
+  int childCount() const override { return int(popups().size()); }
 
   QAccessibleInterface* child(int index) const override {
-    return index == 0 ? QAccessible::queryAccessibleInterface(button_->menu()) : nullptr;
+    return QAccessible::queryAccessibleInterface(popups().value(index));
   }
 
   int indexOfChild(const QAccessibleInterface* child) const override {
-    return child && button_->menu() && child->object() == button_->menu() ? 0 : -1;
+    return child ? int(popups().indexOf(child->object())) : -1;
   }
 
   QStringList actionNames() const override {
@@ -61,6 +63,15 @@ class MenuButton final : public QAccessibleWidget {
   }
 
  private:
+  QObjectList popups() const {
+    QObjectList popups;
+    if (button_->menu()) popups << button_->menu();
+    auto* popup = qvariant_cast<QWidget*>(button_->property(kPopup));
+    // Other windows are children of the application.
+    if (popup && popup->windowType() == Qt::Popup) popups << popup;
+    return popups;
+  }
+
   QToolButton* button_;
 };
 
@@ -85,6 +96,10 @@ void setAccessibleRole(QWidget& widget, QAccessible::Role role) {
 
 void setOpensMenu(QToolButton& button) {
   setAccessibleRole(button, QAccessible::ButtonMenu);
+}
+
+void setOpensPopup(QToolButton& button, QWidget& popup) {
+  button.setProperty(kPopup, QVariant::fromValue(&popup));
 }
 
 void announce(QWidget& notification) {

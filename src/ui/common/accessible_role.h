@@ -16,6 +16,10 @@ void setAccessibleRole(QWidget& widget, QAccessible::Role role);
 /// nothing. Call it when the button is created. Main thread.
 void setOpensMenu(QToolButton& button);
 
+/// Lets screen readers find a popup that a command in the menu of the button opens; Qt lists no
+/// popups. The popup must outlive the button. Main thread.
+void setOpensPopup(QToolButton& button, QWidget& popup);
+
 /// Makes screen readers announce a visible notification whose text has changed. They announce one
 /// that appears without this. Main thread.
 void announce(QWidget& notification);

@@ -43,15 +43,23 @@ bool isTyped(const QKeyEvent& key) {
   return (isText && !isCommand) || key.key() == Qt::Key_Backspace;
 }
 
+/// A Wayland compositor places every window but popups, and gives those the keyboard. On X11 input
+/// methods do not work in a popup.
+Qt::WindowType popupType() {
+  return QGuiApplication::platformName().startsWith(u"wayland") ? Qt::Popup : Qt::Tool;
+}
+
 }  // namespace
 
 LanguagePopup::LanguagePopup(QWidget* parent)
-    : QWidget(parent, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint),
+    : QWidget(parent, popupType() | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint),
       choices_(new LanguageChoiceModel(this)),
       search_(new QLineEdit(this)),
       list_(new QListView(this)),
       notice_(new NoticeLabel(this)) {
   setAttribute(Qt::WA_QuitOnClose, false);
+  // A click on what opened it only closes it.
+  setAttribute(Qt::WA_NoMouseReplay);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   column->setSpacing(kMargin);

@@ -34,12 +34,12 @@ class AccessibleChooser final : public QAccessibleWidget {
     return isValue ? chooser_->currentText() : QAccessibleWidget::text(text);
   }
 
-  int childCount() const override { return 1; }
+  int childCount() const override { return int(children().size()); }
   QAccessibleInterface* child(int index) const override {
-    return index == 0 ? QAccessible::queryAccessibleInterface(chooser_->view()) : nullptr;
+    return QAccessible::queryAccessibleInterface(children().value(index));
   }
   int indexOfChild(const QAccessibleInterface* child) const override {
-    return child && child->object() == chooser_->view() ? 0 : -1;
+    return child ? int(children().indexOf(child->object())) : -1;
   }
 
   QStringList actionNames() const override {
@@ -52,6 +52,13 @@ class AccessibleChooser final : public QAccessibleWidget {
   }
 
  private:
+  /// Qt lists no popups as children of the application, but other windows.
+  QObjectList children() const {
+    QObjectList children{chooser_->view()};
+    if (chooser_->list().windowType() == Qt::Popup) children << &chooser_->list();
+    return children;
+  }
+
   LanguageChooser* chooser_;
 };
 
@@ -83,6 +90,10 @@ void LanguageChooser::setCurrent(const QString& current) {
     items.push_back({choice.name, choice.identifier});
   }
   fillChooser(this, std::move(items), {languageName(current), current});
+}
+
+QWidget& LanguageChooser::list() const {
+  return *popup_;
 }
 
 bool LanguageChooser::isOpen() const {

@@ -26,6 +26,8 @@ class LanguageChooser final : public QComboBox {
   void showPopup() override;
   void hidePopup() override;
   bool isOpen() const;
+  /// The list that it opens, a window.
+  QWidget& list() const;
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;

@@ -211,6 +211,24 @@ class LayerPanelTests:
         self.application.wait_for(name="Velun Settings")
         self.quit()
 
+    def test_languages_are_searched_beside_it(self):
+        self.start_desktop()
+        self.start_other("red", "--fullscreen")
+        self.launch_at()
+        self.enter_panel(FRAME)
+        menu = self.open_menu("Translation Settings")
+        self.click_on(next(item for item in menu.walk() if item.name.startswith("Input Language")))
+        search = self.application.wait_for("text", "Search Languages")
+        left, top, width, height = search.extents
+        self.wait("the search", lambda: self.desktop.pixel(left + width // 2, top - 3) != RED)
+        self.assertEqual(self.desktop.pixel(*FAR), RED)
+        self.input.key(KEY_K)
+        self.wait("the letter", lambda: search.text == "k")
+        self.input.move_to(*FAR)
+        self.input.click()
+        self.wait("the search to close", lambda: not search.is_showing)
+        self.quit()
+
     def test_it_takes_the_keyboard_only_when_it_is_clicked(self):
         self.start_desktop()
         other = self.start_other("red", "--fullscreen")

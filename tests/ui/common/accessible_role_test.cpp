@@ -77,6 +77,23 @@ class AccessibleRoleTest final : public Suite {
     QVERIFY(!found->child(1));
   }
 
+  void popupIsAChildOfItsButtonAndOtherWindowsAreNot() {
+    QToolButton button;
+    setOpensMenu(button);
+    QMenu menu;
+    button.setMenu(&menu);
+    QWidget popup(nullptr, Qt::Popup);
+    setOpensPopup(button, popup);
+    QAccessibleInterface* found = QAccessible::queryAccessibleInterface(&button);
+    QCOMPARE(found->childCount(), 2);
+    QCOMPARE(found->child(1)->object(), &popup);
+    QCOMPARE(found->indexOfChild(found->child(1)), 1);
+    QVERIFY(!found->child(2));
+    // The application lists it.
+    popup.setWindowFlags(Qt::Tool);
+    QCOMPARE(found->childCount(), 1);
+  }
+
   void decorativeWidgetsAreHidden() {
     QWidget meter;
     hideFromAccessibility(meter);

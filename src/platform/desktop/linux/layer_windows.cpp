@@ -148,7 +148,7 @@ void LayerWindows::handle(QWindow& window, QEvent& event) {
       break;
     case QEvent::Leave:
       entry->isPointerOver = false;
-      if (entry->layer && !hasPopup(window)) entry->layer->setKeyboard(false);
+      releaseKeyboard(window, *entry);
       break;
     case QEvent::MouseButtonPress:
       if (entry->layer) entry->layer->setKeyboard(true);
@@ -240,9 +240,17 @@ void LayerWindows::detach(QWindow& window) {
   if (!entry) return;
   entry->popup.reset();
   entry->layer.reset();
-  Entry* parent = entryOf(std::exchange(entry->parent, nullptr));
-  // After a menu nobody tells that the pointer has left meanwhile.
-  if (parent && parent->layer && !parent->isPointerOver) parent->layer->setKeyboard(false);
+  if (!std::exchange(entry->parent, nullptr)) return;
+  // After a menu nobody tells that the pointer has left meanwhile. A timer, so that a command of
+  // the menu, which is a posted event, may open another popup first: it needs the keyboard.
+  releasing_ = clock_.callAfter(std::chrono::milliseconds{0}, [this] {
+    for (const auto& [shown, itsEntry] : entries_) releaseKeyboard(*shown, itsEntry);
+  });
+}
+
+void LayerWindows::releaseKeyboard(const QWindow& window, const Entry& entry) const {
+  if (!entry.layer || entry.isPointerOver || hasPopup(window)) return;
+  entry.layer->setKeyboard(false);
 }
 
 void LayerWindows::closePopupsOver(const QWindow& window) {

@@ -73,6 +73,8 @@ class LayerWindows final : public QObject {
   void attachPopup(QWindow& window, Entry& entry);
   void closePopupsOver(const QWindow& window);
   bool hasPopup(const QWindow& window) const;
+  /// Unless the pointer or a popup is over the window.
+  void releaseKeyboard(const QWindow& window, const Entry& entry) const;
   void layerClosed();
   /// Asks for another showing if a layer surface is not on its output. One that was `closed` counts
   /// as such even if its output is still there.
@@ -88,6 +90,7 @@ class LayerWindows final : public QObject {
   PointerMotion motion_{*connection_};
   Clock& clock_;
   std::unique_ptr<ScheduledCall> closing_;
+  std::unique_ptr<ScheduledCall> releasing_;
   bool isPossible_ = false;
   std::map<const QWindow*, Entry> entries_;
   /// Qt's objects behind the windows.
