@@ -307,6 +307,19 @@ class LayerPanelTests:
         self.assertEqual(opener.variables_of_qt(), {})
         self.quit()
 
+    def test_it_ends_without_qts_thread_that_reads_from_the_compositor(self):
+        self.start_desktop()
+        stuck = self.desktop.root / "stuck"
+        # The library is loaded before the sanitizer's, if there is one.
+        self.program.prefix = ["env", f"LD_PRELOAD={os.environ['VELUN_STUCK_READER']}",
+                               f"VELUN_STUCK={stuck}", "ASAN_OPTIONS=verify_asan_link_order=0"]
+        self.launch_at()
+        left, top, width, height = FRAME
+        self.input.move_to(left + width // 2, top + height // 2)
+        stuck.touch()
+        self.wait("the thread", lambda: self.input.move_by(1, 0) or stuck.read_text() == "stuck")
+        self.quit()
+
     def test_it_is_dragged_to_another_output(self):
         self.start_desktop(outputs=2)
         self.launch_at(moved(FRAME, WIDTH, 0))
