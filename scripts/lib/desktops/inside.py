@@ -19,6 +19,7 @@ from check_base import UNKNOWN, YES, run_checks  # noqa: E402
 from checks import Checks  # noqa: E402
 from output_check import OutputCheck  # noqa: E402
 from program import PackagedProgram  # noqa: E402
+from session import START  # noqa: E402
 from velun_program import APPLICATION  # noqa: E402
 
 LOGIN, REMOVED, RETURNED = "start at login", "its output removed", "its output is back"
@@ -61,7 +62,7 @@ def start_at_login(kind, autostart, folder):
     with kind(autostart=autostart) as session:
         program = PackagedProgram(session)
         try:
-            session.wait("the program", program.owns_name, 60)
+            session.wait("the program", program.owns_name, START)
             session.wait("its actions", program.state)
         finally:
             keep_logs(session, folder)

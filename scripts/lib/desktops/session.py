@@ -13,6 +13,7 @@ import pictures
 
 PORTALS = Path("/usr/share/xdg-desktop-portal/portals")
 STEADY = 4  # equal pictures in a row
+START = 90  # seconds for the parts of a desktop on a busy machine
 ASIDE = (6, 600)  # a place that no window covers
 ENTRY = "/usr/share/applications/app.velun.Velun.desktop"
 OBSTACLE = Path(__file__).with_name("obstacle.py")
@@ -94,7 +95,7 @@ class Session(PrivateDesktop):
             "gdbus", "call", "--session", "--dest", "org.kde.StatusNotifierWatcher",
             "--object-path", "/StatusNotifierWatcher", "--method",
             "org.freedesktop.DBus.Properties.Get", "org.kde.StatusNotifierWatcher",
-            "IsStatusNotifierHostRegistered"))
+            "IsStatusNotifierHostRegistered"), START)
         self.steady_picture()
 
     def click(self, x, y, button="left"):

@@ -15,14 +15,16 @@ class SharingChecks(CheckBase):
         self._program.show_panel()
         shown = self._session.steady_picture()
 
-        def hides_panel():
+        def differs_from(before):
             now = self._session.picture()
-            return pictures.area_of(pictures.differing(shown, now), *PANEL) is not None
+            return pictures.area_of(pictures.differing(before, now), *PANEL) is not None
 
         with self._session.cast():
-            hidden = self.becomes("the panel to hide", hides_panel)
-            self._keep("sharing", self._session.steady_picture())
-        returned = self.becomes("the panel to return", lambda: not hides_panel())
+            hidden = self.becomes("the panel to hide", lambda: differs_from(shown))
+            without = self._session.steady_picture()
+            self._keep("sharing", without)
+        # Perhaps at another place.
+        returned = self.becomes("the panel to return", lambda: differs_from(without))
         if not hidden or not returned:
             return NO, "is not hidden" if not hidden else "does not return"
         if is_promised:

@@ -98,7 +98,7 @@ class DesktopSystem:
             found |= {f"{inside.rstrip('/')}/{name}" for name in names}
         return {path for path in found if not path.startswith(KEPT_CHANGES)}
 
-    def run(self, output, *command, timeout=600):
+    def run(self, output, *command, timeout=1200):
         """Runs a command as an ordinary user, without a network. `output` is its folder for files,
         /velun/output inside; the repository is /velun/source. Returns the exit status.
         """
