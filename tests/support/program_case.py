@@ -41,6 +41,11 @@ class ProgramCase(unittest.TestCase):
             raise AssertionError(f"{error}; there are {self.application.children}") from None
         return window
 
+    @staticmethod
+    def show_page(settings, title):
+        """Shows a page of the settings window."""
+        settings.wait_for("list item", title).select()
+
     def wait(self, what, condition):
         return self.desktop.wait(what, condition)
 

@@ -135,4 +135,19 @@ void labelToggle(QCheckBox* toggle, const QString& text) {
   nameControl(toggle, text);
 }
 
+void explainToggle(QCheckBox* toggle, QLabel* note, const QString& text) {
+  note->setText(text);
+  toggle->setAccessibleDescription(text);
+}
+
+void checkToggle(QCheckBox* toggle, bool checked) {
+  const QSignalBlocker blocker(toggle);
+  toggle->setChecked(checked);
+}
+
+void setNote(QLabel* note, const QString& text) {
+  note->setText(text);
+  note->setVisible(!text.isEmpty());
+}
+
 }  // namespace velun

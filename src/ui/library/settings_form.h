@@ -39,5 +39,11 @@ void fillChooser(QComboBox* chooser, std::vector<Choice> choices, const Choice& 
 void nameControl(QWidget* control, const QString& name);
 void labelChooser(QLabel* label, QComboBox* chooser, const QString& text);
 void labelToggle(QCheckBox* toggle, const QString& text);
+/// Makes the note below a check box its accessible description.
+void explainToggle(QCheckBox* toggle, QLabel* note, const QString& text);
+/// Writes no setting.
+void checkToggle(QCheckBox* toggle, bool checked);
+/// Hides an empty note.
+void setNote(QLabel* note, const QString& text);
 
 }  // namespace velun

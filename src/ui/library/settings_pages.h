@@ -1,31 +1,52 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QTabWidget>
+#include <QString>
+#include <QWidget>
+#include <vector>
+
+class QListWidget;
+class QStackedWidget;
 
 namespace velun {
 
-/// The pages of the settings window. Main thread.
-class SettingsPages final : public QTabWidget {
+/// The pages of the settings window: a list of their titles, and the chosen page beside it.
+/// Ctrl+Tab and Ctrl+Page Down show the next page from anywhere. Main thread.
+class SettingsPages final : public QWidget {
   Q_OBJECT
 
  public:
-  /// Takes ownership of the pages; `models` may be null.
-  SettingsPages(QWidget* general, QWidget* appearance, QWidget* models);
+  /// One entry of the list.
+  struct Page {
+    QWidget* widget;
+    /// The name of its symbol.
+    QString symbol;
+    /// Its title in the interface language.
+    QString (*title)();
+  };
 
-  /// Shows the page "Languages & Models".
-  void showModels();
+  /// Takes ownership of the widgets.
+  explicit SettingsPages(std::vector<Page> pages, QWidget* parent = nullptr);
+
+  /// Shows one of the pages.
+  void showPage(const QWidget& page);
 
  protected:
-  /// The keyboard begins at the first control of the page, not at the tabs.
-  void showEvent(QShowEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
-  /// Scrolls to a control that gets the focus from the tabs.
+  void makeList();
+  void addShortcuts();
+  /// Shows the page at a distance in the list; the first follows the last.
+  void step(int distance);
+  /// Scrolls to a control that gets the focus from the list.
   void showFocused(QWidget* control);
   void translate();
+  void fitList();
 
-  QWidget* models_;
+  std::vector<Page> pages_;
+  QListWidget* list_;
+  QStackedWidget* stack_;
 };
 
 }  // namespace velun

@@ -4,15 +4,18 @@
 #include "language/localization.h"
 #include "ui/common/window_presentation.h"
 #include "ui/library/appearance_view.h"
+#include "ui/library/captions_page.h"
+#include "ui/library/general_page.h"
+#include "ui/library/sessions_page.h"
 #include "ui/library/settings_pages.h"
-#include "ui/library/settings_view.h"
+#include "ui/library/translation_page.h"
 #include "ui/models/models_page.h"
 
 namespace velun {
 
 namespace {
 
-constexpr QSize kContentSize(460, 760);
+constexpr QSize kContentSize(640, 620);
 
 }  // namespace
 
@@ -22,12 +25,21 @@ SettingsWindowController::SettingsWindowController(CaptionViewModel& model,
                                                    const ModelServices* models,
                                                    const DesktopSettings& desktop, QObject* parent)
     : QObject(parent) {
-  auto* general = new SettingsView(model, std::move(openRecordsFolder), notes, desktop);
-  auto* appearance = new AppearanceView(model.settings());
-  auto pages = std::make_unique<SettingsPages>(general, appearance,
-                                               models ? new ModelsPage(model, *models) : nullptr);
-  pages_ = pages.get();
-  window_ = WindowPresentation::makeWindow(title(), kContentSize, std::move(pages), false);
+  AppSettings& settings = model.settings();
+  std::vector<SettingsPages::Page> pages{
+      {new GeneralPage(settings, desktop), "gearshape", &GeneralPage::title},
+      {new CaptionsPage(model, notes, desktop), "text.bubble", &CaptionsPage::title},
+      {new AppearanceView(settings), "textformat", &AppearanceView::title}};
+  if (models) {
+    models_ = new ModelsPage(model, *models);
+    pages.push_back({models_, "globe", &ModelsPage::title});
+  }
+  pages.push_back({new TranslationPage(model), "translate", &TranslationPage::title});
+  pages.push_back({new SessionsPage(settings, std::move(openRecordsFolder), desktop), "folder",
+                   &SessionsPage::title});
+  auto view = std::make_unique<SettingsPages>(std::move(pages));
+  pages_ = view.get();
+  window_ = WindowPresentation::makeWindow(title(), kContentSize, std::move(view), false);
   window_->setObjectName("Settings");
 }
 
@@ -38,7 +50,7 @@ void SettingsWindowController::show() {
 }
 
 void SettingsWindowController::showModels() {
-  pages_->showModels();
+  if (models_) pages_->showPage(*models_);
 }
 
 void SettingsWindowController::updateTitle() {

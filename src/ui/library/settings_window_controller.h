@@ -13,6 +13,7 @@
 
 namespace velun {
 
+class ModelsPage;
 class SettingsPages;
 
 /// Owns the settings window, which is created once and reused. Main thread.
@@ -37,8 +38,9 @@ class SettingsWindowController final : public QObject {
 
  private:
   std::unique_ptr<QWidget> window_;
-  /// In the window.
+  // In the window, as the page below, which may be null.
   SettingsPages* pages_;
+  ModelsPage* models_ = nullptr;
 };
 
 }  // namespace velun

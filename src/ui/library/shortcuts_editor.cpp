@@ -33,6 +33,8 @@ ShortcutsEditor::ShortcutsEditor(ShortcutSet& shortcuts, QWidget* parent)
   addLines(*grid);
   form->addLayout(grid);
   note_ = addNote(form);
+  // Below the keys, not below a check box.
+  note_->setContentsMargins({});
   note_->setTextInteractionFlags(Qt::TextSelectableByMouse);
   connect(&shortcuts, &ShortcutSet::changed, this, &ShortcutsEditor::present);
   present();

@@ -28,6 +28,8 @@ UserWordsEditor::UserWordsEditor(AppSettings& settings, const SettingsNotes* not
   column->addWidget(list_);
   note_ = addNote(column);
   unknown_ = addNote(column);
+  // Below the list, not below a check box.
+  for (QLabel* note : {note_, unknown_}) note->setContentsMargins({});
   label_->setBuddy(list_);
   list_->setTabChangesFocus(true);
   list_->setLineWrapMode(QPlainTextEdit::NoWrap);

@@ -107,6 +107,7 @@ class Download(FaultCase):
         self.wait_for_requests(server, 3)
         self.assertGreater(offsets(server)[2], 0)
         self.program.action("show-settings")
+        self.application.wait_for("list item", "Captions").select()
         self.application.wait_for("combo box", label="Recognition Language").choose(
             "English (United States)")
         self.program.wait_until_capturing()

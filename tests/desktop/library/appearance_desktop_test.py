@@ -11,7 +11,7 @@ class Appearance(ProgramCase):
         super().setUp()
         self.launch()
         self.settings = self.open_window("show-settings", "Velun Settings")
-        self.settings.wait_for("page tab", "Appearance").press()
+        self.show_page(self.settings, "Appearance")
         self.settings.wait_for("combo box", label="Ready Set")
 
     def choose(self, label, entry):

@@ -17,6 +17,8 @@ class LargeText(LibraryCase):
         self.desktop.key("ctrl+shift+s")
         self.export = self.window("Export Session")
         self.settings = self.open_window("show-settings", "Velun Settings")
+        self.show_page(self.settings, "Captions")
+        self.settings.wait_for("label", "Input Source")
 
     def check_inside(self, window, line=10):
         """Every control is inside its window and at least as high as a line of its text."""
@@ -40,7 +42,7 @@ class LargeText(LibraryCase):
     def test_on_a_dense_screen_windows_keep_their_size(self):
         self.desktop.environment["QT_SCALE_FACTOR"] = "2"
         self.open_all()
-        self.assertEqual(self.settings.extents[2:], (460, 760))
+        self.assertEqual(self.settings.extents[2:], (640, 620))
         self.assertEqual(self.export.extents[2:], (420, 345))
         self.assertEqual(self.library.extents[2:], (960, 620))
         for window in (self.settings, self.export):
@@ -55,9 +57,10 @@ class LargeText(LibraryCase):
         self.check_apart(self.check_inside(self.export, LARGE_LINE))
         self.assertGreater(self.export.extents[3], 305)
         self.check_inside(self.settings, LARGE_LINE)
-        self.assertGreater(self.settings.extents[2], 460)
-        self.assertEqual(self.settings.extents[3], 760)
-        last = self.settings.find("push button", "Open Sessions Folder")
+        self.assertGreater(self.settings.extents[2], 640)
+        self.assertEqual(self.settings.extents[3], 620)
+        last = self.settings.find("check box",
+                                  "Hide caption window from screen sharing and recording")
         _, top, _, height = self.settings.extents
 
         def is_in_view():
@@ -65,8 +68,7 @@ class LargeText(LibraryCase):
             return top <= y and y + h <= top + height
 
         self.assertFalse(is_in_view())
-        # To the tabs, then to the last control of the form, which scrolls to it.
-        self.desktop.key("shift+Tab")
+        # From the list of pages to the last control of the form, which scrolls to it.
         self.desktop.key("shift+Tab")
         self.wait("the last control to come into view", is_in_view)
 

@@ -13,11 +13,12 @@
 #include "ui/library/export_view.h"
 #include "ui/library/history_view.h"
 #include "ui/library/history_window_controller.h"
-#include "ui/library/settings_view.h"
+#include "ui/library/settings_window_controller.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QScopeGuard>
 #include <QSignalSpy>
 #include <QStyleFactory>
@@ -97,9 +98,12 @@ class LibraryPicturesTest final : public test::Suite {
                            std::make_unique<test::ScriptedRecognizer>(
                                std::make_shared<test::ScriptedRecognizer::Script>()),
                            speech, translation, clock);
-    SettingsView form(model, {}, {});
-    form.resize(460, 760);
-    picture(form, "settings");
+    SettingsWindowController settingsWindow(model, {}, nullptr);
+    auto* pages = settingsWindow.window().findChild<QListWidget*>();
+    for (int row = 0; row < pages->count(); ++row) {
+      pages->setCurrentRow(row);
+      picture(settingsWindow.window(), QStringLiteral("settings-%1").arg(row));
+    }
     ExportView exporting(library.sessions().front()->session, {}, {}, {});
     exporting.resize(420, 345);
     picture(exporting, "export");

@@ -11,7 +11,6 @@
 #include <QDir>
 #include <QStyle>
 #include <QStyleFactory>
-#include <QTabWidget>
 
 using namespace velun;
 
@@ -55,8 +54,7 @@ class ModelsPicturesTest final : public test::Suite {
         f.captions, [] {}, nullptr, &services);
     QWidget& window = controller.window();
     QTRY_VERIFY(!f.captions.locales().isEmpty());
-    auto* pages = window.findChild<QTabWidget*>();
-    pages->setCurrentIndex(1);
+    controller.showModels();
     controller.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
     for (GroupHeader* header : window.findChildren<GroupHeader*>()) {

@@ -9,21 +9,82 @@ from opener import Opener
 from program_case import ProgramCase
 from session_files import UTC
 
-TOGGLES = [("Keep caption window on top", "keepOnTop", True),
-           ("Let clicks through the caption window", "clickThrough", False),
-           ("Hide caption window from screen sharing and recording", "hideFromScreenSharing",
-            False),
-           ("Numbers as digits", "numbersAsDigits", True),
-           ("Live Translation", "translate", False),
-           ("Show Translation Only", "showTranslationOnly", False),
-           ("Save new sessions automatically", "autoSaveSessions", False),
-           ("Ask to save before a new session or quitting", "askBeforeDiscarding", True)]
+# The page of each, its title, its key and its default.
+TOGGLES = [("Captions", "Numbers as digits", "numbersAsDigits", True),
+           ("Captions", "Keep caption window on top", "keepOnTop", True),
+           ("Captions", "Let clicks through the caption window", "clickThrough", False),
+           ("Captions", "Hide caption window from screen sharing and recording",
+            "hideFromScreenSharing", False),
+           ("Translation", "Live Translation", "translate", False),
+           ("Translation", "Show Translation Only", "showTranslationOnly", False),
+           ("Sessions", "Save new sessions automatically", "autoSaveSessions", False),
+           ("Sessions", "Ask to save before a new session or quitting", "askBeforeDiscarding",
+            True)]
+PAGES = {
+    "General": [
+        ("label", "Language · 언어"),
+        ("check box", "Start at Login"),
+        ("label", "Keys in Every Window"),
+        ("label", "Start or Stop Captions"),
+        ("label", "Show or Hide the Caption Window"),
+        ("label", "Click Through Captions"),
+        ("label", "Bigger Text"),
+        ("label", "Smaller Text"),
+        ("label", "These keys work while any window is in front.")],
+    "Captions": [
+        ("label", "Captions"),
+        ("label", "Input Source"),
+        ("label", "Device"),
+        ("label", "Recognition Language"),
+        ("check box", "Numbers as digits"),
+        ("label", "English captions say “12%” instead of “twelve percent”."),
+        ("label", "Names and Terms"),
+        ("label", "Captions prefer these words where they sound alike. The list stays on this "
+                  "computer and applies from the next start of captions."),
+        ("label", "Caption Window"),
+        ("label", "Font Size"),
+        ("check box", "Keep caption window on top"),
+        ("check box", "Let clicks through the caption window"),
+        ("label", "They reach the window beneath. Starting Velun once more ends this, and so "
+                  "does the status icon’s menu."),
+        ("check box", "Hide caption window from screen sharing and recording"),
+        # Without PipeWire nothing is promised.
+        ("label", "This desktop offers no way to hide a window from screen sharing and "
+                  "recording. Close the caption window while you share your screen.")],
+    "Translation": [
+        ("label", "Translation"),
+        ("check box", "Live Translation"),
+        ("label", "Translation Language"),
+        ("check box", "Show Translation Only")],
+    "Sessions": [
+        ("label", "Saving Sessions"),
+        ("check box", "Save new sessions automatically"),
+        ("label", "Sessions are saved only when you click Save Session; later captions are "
+                  "then saved too. Auto-save applies from the next new session."),
+        ("check box", "Ask to save before a new session or quitting"),
+        ("label", "Unsaved captions are kept in memory only and are lost when the app quits. "
+                  "Audio is never saved."),
+        ("push button", "Open Sessions Folder"),
+        ("label", "For Other Programs"),
+        ("check box", "Offer captions to other programs"),
+        ("label", "While captions run, every program of your desktop session can read them over "
+                  "D-Bus. Nothing leaves this computer."),
+        ("label", "Caption File"),
+        ("push button", "Choose Caption File…"),
+        ("push button", "Write No Caption File"),
+        ("label", "The last finished lines, for the text source of streaming software. The file "
+                  "is replaced with every line."),
+        ("label", "Lines in the File"),
+        ("label", "When Captions Stop")]}
 LANGUAGE = "Language · 언어"
 
 
 class SettingsCase(ProgramCase):
     def open_settings(self, title="Velun Settings"):
         self.settings = self.open_window("show-settings", title)
+
+    def page(self, title):
+        self.show_page(self.settings, title)
 
     def chooser(self, label):
         return self.settings.wait_for("combo box", label=label)
@@ -51,70 +112,45 @@ class Controls(SettingsCase):
         self.launch()
         self.open_settings()
 
-    def test_controls_and_notes_have_their_order(self):
-        shown = [(node.role, node.name) for node in self.settings.walk() if node.is_showing
-                 and node.role in ("label", "check box", "push button")]
-        self.assertEqual(shown, [
-            ("label", LANGUAGE),
-            ("check box", "Start at Login"),
-            ("label", "Captions"),
-            ("label", "Input Source"),
-            ("label", "Device"),
-            ("label", "Recognition Language"),
-            ("label", "Font Size"),
-            ("check box", "Keep caption window on top"),
-            ("check box", "Let clicks through the caption window"),
-            ("label", "They reach the window beneath. Starting Velun once more ends this, and so "
-                      "does the status icon’s menu."),
-            ("check box", "Hide caption window from screen sharing and recording"),
-            # Without PipeWire nothing is promised.
-            ("label", "This desktop offers no way to hide a window from screen sharing and "
-                      "recording. Close the caption window while you share your screen."),
-            ("check box", "Numbers as digits"),
-            ("label", "English captions say “12%” instead of “twelve percent”."),
-            ("label", "Names and Terms"),
-            ("label", "Captions prefer these words where they sound alike. The list stays on this "
-                      "computer and applies from the next start of captions."),
-            ("label", "Translation"),
-            ("check box", "Live Translation"),
-            ("label", "Translation Language"),
-            ("check box", "Show Translation Only"),
-            ("label", "Saving Sessions"),
-            ("check box", "Save new sessions automatically"),
-            ("label", "Sessions are saved only when you click Save Session; later captions are "
-                      "then saved too. Auto-save applies from the next new session."),
-            ("check box", "Ask to save before a new session or quitting"),
-            ("label", "Unsaved captions are kept in memory only and are lost when the app quits. "
-                      "Audio is never saved."),
-            ("push button", "Open Sessions Folder"),
-            ("label", "Keys in Every Window"),
-            ("label", "Start or Stop Captions"),
-            ("label", "Show or Hide the Caption Window"),
-            ("label", "Click Through Captions"),
-            ("label", "Bigger Text"),
-            ("label", "Smaller Text"),
-            ("label", "These keys work while any window is in front.")])
-        for title in ("Hide caption window from screen sharing and recording",
-                      "Save new sessions automatically",
-                      "Ask to save before a new session or quitting"):
-            note = shown[shown.index(("check box", title)) + 1][1]
-            self.assertEqual(self.settings.find("check box", title).description, note)
+    def shown(self):
+        return [(node.role, node.name) for node in self.settings.walk() if node.is_showing
+                and node.role in ("label", "check box", "push button")]
+
+    def test_pages_have_their_controls_and_notes_in_order(self):
+        rows = self.settings.find("list", "Settings Pages").children
+        self.assertEqual([row.name for row in rows],
+                         ["General", "Captions", "Appearance", "Languages & Models",
+                          "Translation", "Sessions"])
+        for page, controls in PAGES.items():
+            self.page(page)
+            self.wait(f"the page {page}", lambda first=controls[0]: first in self.shown())
+            self.assertEqual(self.shown(), controls)
+            for title, note in (("Hide caption window from screen sharing and recording", -1),
+                                ("Save new sessions automatically", 2),
+                                ("Ask to save before a new session or quitting", 4)):
+                if ("check box", title) in controls:
+                    self.assertEqual(self.settings.find("check box", title).description,
+                                     controls[note][1])
+        self.assertEqual(self.settings.extents[2:], (640, 620))
+        self.quit()
+
+    def test_choosers_offer_their_values(self):
         self.assertEqual(self.chooser(LANGUAGE).entries(), ["English", "한국어"])
+        self.page("Captions")
         self.assertEqual(self.chooser("Input Source").entries(), ["Computer Audio", "Microphone"])
         self.assertEqual(self.chooser("Font Size").entries(),
                          ["9pt", "11pt", "13pt", "16pt", "20pt", "24pt", "30pt"])
         self.assertEqual(self.chooser("Font Size").name, "16pt")
         self.assertEqual(self.chooser("Recognition Language").name, "English (United States)")
+        self.page("Translation")
         self.languages("Translation Language", "Korean")
-        for title, _, checked in TOGGLES:
-            self.assertEqual(self.toggle(title).is_checked, checked, title)
-        left, top, width, height = self.settings.extents
-        self.assertEqual((width, height), (460, 760))
         self.quit()
 
     def test_toggles_write_their_settings_at_once(self):
-        for title, key, before in TOGGLES:
+        for page, title, key, before in TOGGLES:
+            self.page(page)
             toggle = self.toggle(title)
+            self.assertEqual(toggle.is_checked, before, title)
             for wanted in (not before, before):
                 toggle.toggle()
                 self.wait_for_preference(key, wanted)
@@ -122,16 +158,19 @@ class Controls(SettingsCase):
         self.quit()
 
     def test_choosers_write_their_settings_at_once(self):
+        self.page("Captions")
         self.chooser("Input Source").choose("Microphone")
         self.wait_for_preference("useMic", True)
         self.program.wait_for_state("input", "microphone")
         self.chooser("Font Size").choose("30pt")
         self.wait_for_preference("fontSize", 30)
+        self.page("Translation")
         self.chooser("Translation Language").choose("Spanish")
         self.wait_for_preference("targetID", "es")
         self.quit()
 
     def test_names_and_terms_are_stored_and_those_that_are_unknown_are_told(self):
+        self.page("Captions")
         names = self.settings.wait_for("text", "Names and Terms")
         names.set_text("Huebner\nZzyzx")
         self.wait_for_preference("userWords", "Huebner\nZzyzx")
@@ -140,6 +179,7 @@ class Controls(SettingsCase):
         self.quit()
 
     def test_changes_made_elsewhere_are_shown(self):
+        self.page("Captions")
         self.program.action("input", "microphone")
         self.wait("the input", lambda: self.chooser("Input Source").name == "Microphone")
         self.program.action("toggle-keep-on-top")
@@ -160,6 +200,7 @@ class Controls(SettingsCase):
                 "xprop", "-name", "Velun Captions", "_NET_WM_STATE")
 
         self.wait("the panel to be above", is_above)
+        self.page("Captions")
         toggle = self.toggle("Keep caption window on top")
         toggle.toggle()
         self.wait("the panel not to be above", lambda: not is_above())
@@ -183,6 +224,7 @@ class Controls(SettingsCase):
         self.wait("the text", lambda: height() > 0)
         before = height()
         self.open_settings()
+        self.page("Captions")
         self.chooser("Font Size").choose("30pt")
         self.wait("larger text", lambda: height() > 1.6 * before)
         self.chooser("Font Size").choose("9pt")
@@ -190,18 +232,24 @@ class Controls(SettingsCase):
         self.quit()
 
     def test_everything_is_kept_after_a_restart(self):
-        for title, _, _ in TOGGLES:
+        for page, title, _, _ in TOGGLES:
+            self.page(page)
             self.toggle(title).toggle()
+        self.page("Captions")
         self.chooser("Input Source").choose("Microphone")
         self.chooser("Font Size").choose("11pt")
+        self.page("Translation")
         self.chooser("Translation Language").choose("Spanish")
         self.quit()
         self.launch()
         self.open_settings()
-        for title, _, before in TOGGLES:
+        for page, title, _, before in TOGGLES:
+            self.page(page)
             self.assertEqual(self.toggle(title).is_checked, not before, title)
+        self.page("Captions")
         self.assertEqual(self.chooser("Input Source").name, "Microphone")
         self.assertEqual(self.chooser("Font Size").name, "11pt")
+        self.page("Translation")
         self.assertEqual(self.chooser("Translation Language").name, "Spanish")
         self.program.wait_for_state("toggle-keep-on-top", False)
         self.quit()
@@ -213,6 +261,7 @@ class SessionsFolder(SettingsCase):
         self.launch()
         self.open_settings()
         self.assertFalse(self.program.sessions.exists())
+        self.page("Sessions")
         self.settings.wait_for("push button", "Open Sessions Folder").press()
         self.wait("the opened folder", lambda: opener.opened)
         self.assertEqual(opener.opened, [self.program.sessions.as_uri()])
@@ -305,8 +354,11 @@ class Languages(SettingsCase):
 
     def test_the_lists_are_sorted_by_their_names_in_the_language(self):
         self.open_settings()
+        self.page("Translation")
         english = self.languages("Translation Language", "Korean")
+        self.page("General")
         self.chooser(LANGUAGE).choose("한국어")
+        self.page("번역")
         self.settings.wait_for("label", "번역 언어")
         self.assertEqual(len(self.languages("번역 언어", "한국어")), len(english))
         self.assertEqual(self.chooser("번역 언어").name, "한국어")

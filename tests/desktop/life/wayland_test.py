@@ -76,6 +76,7 @@ class OnXWayland(WaylandTest):
 
     def test_settings_promise_hiding_while_the_screen_is_shared(self):
         self.program.action("show-settings")
+        self.application.wait_for("list item", "Captions").select()
         self.assertEqual(self.capture_notes(), ["This desktop offers no way"])
         self.desktop.start_sound()
         self.program.action("show-settings")

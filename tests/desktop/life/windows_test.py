@@ -46,6 +46,7 @@ class Windows(ProgramCase):
         self.program.write_preferences(hideFromScreenSharing=True)
         self.launch()
         settings = self.open_window("show-settings", SETTINGS)
+        self.show_page(settings, "Captions")
         self.wait("the note", lambda: self.notes(settings, "This desktop offers no way"))
         self.assertFalse(self.notes(settings, "Keeps the caption window off"))
         # PipeWire starts later and ends: the note follows.
@@ -62,6 +63,7 @@ class Windows(ProgramCase):
     def test_reopened_settings_know_whether_pipewire_runs(self):
         self.launch()
         settings = self.open_window("show-settings", SETTINGS)
+        self.show_page(settings, "Captions")
         self.assertTrue(self.notes(settings, "This desktop offers no way"))
         self.desktop.start_sound()
         self.program.action("show-settings")

@@ -38,6 +38,8 @@ class SymbolTest final : public test::Suite {
                              "exclamationmark.triangle",
                              "eye.slash",
                              "folder",
+                             "gearshape",
+                             "globe",
                              "magnifyingglass",
                              "mic.fill",
                              "pause.fill",
@@ -48,6 +50,7 @@ class SymbolTest final : public test::Suite {
                              "square.and.arrow.down",
                              "square.and.arrow.up",
                              "text.bubble",
+                             "textformat",
                              "translate",
                              "trash",
                              "xmark"}) {

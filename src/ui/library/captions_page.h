@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "captions/caption_view_model.h"
+#include "ui/library/desktop_settings.h"
+#include "ui/library/settings_notes.h"
+#include "ui/library/settings_page.h"
+
+class QCheckBox;
+class QComboBox;
+class QLabel;
+
+namespace velun {
+
+class DeviceChooser;
+class LanguageChooser;
+
+/// The settings page "Captions": what is captioned, how words are written, and the caption window.
+/// Main thread.
+class CaptionsPage final : public SettingsPage {
+  Q_OBJECT
+
+ public:
+  /// `model`, `notes` and everything in `desktop` must outlive the page; `notes` may be null.
+  CaptionsPage(CaptionViewModel& model, const SettingsNotes* notes,
+               const DesktopSettings& desktop = {}, QWidget* parent = nullptr);
+
+  /// The title of the page in the interface language.
+  static QString title();
+
+ private:
+  void addCaptions(AudioPlatform* audio);
+  void addWindow();
+  void followSettings();
+  void present();
+  void presentTexts();
+  void presentChoices();
+  void presentToggles();
+  void presentNotes();
+
+  CaptionViewModel& model_;
+  AppSettings& settings_;
+  const SettingsNotes* notes_;
+
+  QLabel* captionsHeading_;
+  QLabel* inputLabel_;
+  QComboBox* input_;
+  QLabel* deviceLabel_ = nullptr;
+  /// Null if the devices are not known.
+  DeviceChooser* device_ = nullptr;
+  QLabel* localeLabel_;
+  LanguageChooser* locale_;
+  QLabel* downloadNote_;
+  QLabel* fontSizeLabel_;
+  QComboBox* fontSize_;
+  QCheckBox* numbers_;
+  QLabel* numbersNote_;
+  QLabel* windowHeading_;
+  QCheckBox* keepOnTop_;
+  QCheckBox* clickThrough_;
+  QLabel* clickThroughNote_;
+  QCheckBox* hideFromSharing_;
+  QLabel* hideFromSharingNote_;
+  QLabel* hideFromSharingHere_;
+};
+
+}  // namespace velun
