@@ -142,6 +142,8 @@ void AppCoordinator::perform(AppCommand command) {
       return sessions_->exportCurrentSession();
     case AppCommand::openSessionFile:
       return sessions_->openSessionFile();
+    case AppCommand::captionRecording:
+      return sessions_->captionRecording();
     case AppCommand::openSessionsFolder:
       return openSessionsFolder();
     case AppCommand::showHistory:

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "captions/modal_question.h"
+#include "captions/recording_queue.h"
 #include "ui/common/file_panels.h"
 #include "ui/library/history_view_model.h"
 #include "ui/library/settings_notes.h"
@@ -62,6 +63,8 @@ struct AppServices {
   SharingSettings* sharing = nullptr;
   /// May be null.
   CaptionFeed* feed = nullptr;
+  /// Null where recordings cannot be captioned.
+  RecordingQueue::MakeSource recordingSource = {};
   /// Listed in "About Velun".
   std::vector<Credit> credits;
 };

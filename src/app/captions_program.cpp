@@ -3,10 +3,10 @@
 
 #include "app/engine_services.h"
 #include "audio/speech_recognition_engine.h"
+#include "captions/recording_source.h"
 #include "cli/caption_devices.h"
 #include "cli/captions_command.h"
 #include "cli/live_source.h"
-#include "cli/recording_source.h"
 #include "language/localization.h"
 #include "platform/desktop/linux/termination_signals.h"
 #include "platform/foundation/failure.h"

@@ -7,6 +7,7 @@
 #include "audio/speech_recognition_engine.h"
 #include "captions/better_captions.h"
 #include "captions/caption_view_model.h"
+#include "captions/recording_source.h"
 #include "captions/smaller_recognizer.h"
 #include "platform/desktop/desktop_services.h"
 #include "platform/desktop/linux/autostart_entry.h"
@@ -133,6 +134,13 @@ AppServices Composition::services() {
           .shortcuts = parts_->shortcuts.get(),
           .sharing = &parts_->sharing,
           .feed = &parts_->feed,
+          .recordingSource =
+              [this](const QString& path, const QString& localeID, Instant start) {
+                return std::make_unique<RecordingSource>(
+                    parts_->engine.speech,
+                    QCoreApplication::applicationDirPath() + QStringLiteral("/velun-decoder"), path,
+                    localeID, start);
+              },
           .credits = credits(*parts_->engine.catalogue)};
 }
 

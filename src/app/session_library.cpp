@@ -5,18 +5,33 @@
 #include "language/localization.h"
 #include "platform/desktop/file_manager.h"
 #include "platform/foundation/failure.h"
+#include "ui/common/window_presentation.h"
 #include "ui/library/export_window_controller.h"
 #include "ui/library/history_window_controller.h"
+#include "ui/library/recordings_view.h"
 #include "ui/library/save_session_file.h"
 
 namespace velun {
+
+namespace {
+
+constexpr QSize kRecordingsSize(520, 420);
+
+QString recordingsTitle() {
+  return L("Caption Recordings", "녹음 파일 자막 만들기");
+}
+
+}  // namespace
 
 SessionLibrary::SessionLibrary(CaptionViewModel& model, const AppServices& services,
                                std::function<void(QWidget*)> windowMade)
     : model_(model),
       services_(services),
       windowMade_(std::move(windowMade)),
-      library_(model.store(), services.trash) {
+      library_(model.store(), services.trash),
+      recordings_(model.settings(), model.store(), services.recordingSource, services.translation,
+                  services.clock) {
+  connect(&recordings_, &RecordingQueue::sessionSaved, &library_, &HistoryViewModel::reload);
   connect(&library_, &HistoryViewModel::selectionChanged, this, &SessionLibrary::selectionChanged);
   connect(&library_, &HistoryViewModel::filesOpened, this,
           [this](int count, const QStringList& problems) {
@@ -50,6 +65,9 @@ HistoryActions SessionLibrary::historyActions() {
   actions.exportSession = [this](const CaptionSession& session,
                                  const std::optional<LineRange>& selected) {
     exportSession(session, selected);
+  };
+  actions.openFiles = [this](const QList<QUrl>& files) {
+    open(files);
   };
   actions.deleteSelection = [this](const QList<QUrl>& visible) {
     deleteHistorySelection(visible);
@@ -91,7 +109,49 @@ void SessionLibrary::openSessionFile() {
 }
 
 void SessionLibrary::open(const QList<QUrl>& files) {
-  if (!files.isEmpty()) library_.open(files);
+  QList<QUrl> sessions;
+  QStringList recordings;
+  for (const QUrl& file : files) {
+    const bool isSound = services_.recordingSource && isRecording(file);
+    if (isSound) recordings.append(file.toLocalFile());
+    if (!isSound) sessions.append(file);
+  }
+  if (!sessions.isEmpty()) library_.open(sessions);
+  if (recordings.isEmpty()) return;
+  recordings_.add(recordings);
+  showRecordings();
+}
+
+void SessionLibrary::captionRecording() {
+  if (recordings_.items().empty()) {
+    chooseRecordings();
+  } else {
+    showRecordings();
+  }
+}
+
+void SessionLibrary::chooseRecordings() {
+  const OpenPanelRequest request{
+      .title = recordingsTitle(),
+      .message = L("Choose a sound or video file.", "소리나 영상 파일을 선택하세요."),
+      .filterName = L("Sound and video", "소리와 영상"),
+      .patterns = {"*"}};
+  if (const auto file = services_.panels.open(request)) open({*file});
+}
+
+void SessionLibrary::showRecordings() {
+  if (!recordingsWindow_) {
+    auto view = std::make_unique<RecordingsView>(
+        recordings_, RecordingsView::Actions{[this] { chooseRecordings(); },
+                                             [this](const QUrl& file) {
+                                               open({file});
+                                             }});
+    recordingsWindow_ =
+        WindowPresentation::makeWindow(recordingsTitle(), kRecordingsSize, std::move(view), true);
+    recordingsWindow_->setObjectName("Recordings");
+    windowMade_(recordingsWindow_.get());
+  }
+  WindowPresentation::present(*recordingsWindow_);
 }
 
 void SessionLibrary::saveHistoryFile() {
@@ -133,6 +193,7 @@ void SessionLibrary::deleteHistorySelection(const QList<QUrl>& visible) {
 void SessionLibrary::updateTitles() {
   if (historyWindow_) historyWindow_->updateTitle();
   if (exportWindow_) exportWindow_->updateTitle();
+  if (recordingsWindow_) recordingsWindow_->setWindowTitle(recordingsTitle());
 }
 
 void SessionLibrary::showError(const QString& message) {

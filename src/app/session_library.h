@@ -40,6 +40,9 @@ class SessionLibrary final : public QObject {
   /// Shows the files among the saved sessions, and an alert for those that cannot be read.
   void open(const QList<QUrl>& files);
 
+  /// Shows the recordings that are captioned; without one, lets the user choose it first.
+  void captionRecording();
+
   /// Lets the user choose a file and writes the selected session to it, if there is one.
   void saveHistoryFile();
   void revealHistoryFile();
@@ -58,6 +61,8 @@ class SessionLibrary final : public QObject {
 
  private:
   HistoryWindowController& historyWindow();
+  void chooseRecordings();
+  void showRecordings();
   HistoryActions historyActions();
   void exportSession(const CaptionSession& session, const std::optional<LineRange>& selected = {});
   void saveFile(const CaptionSession& session);
@@ -70,6 +75,8 @@ class SessionLibrary final : public QObject {
   HistoryViewModel library_;
   std::unique_ptr<HistoryWindowController> historyWindow_;
   std::unique_ptr<ExportWindowController> exportWindow_;
+  RecordingQueue recordings_;
+  std::unique_ptr<QWidget> recordingsWindow_;
 };
 
 }  // namespace velun

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "cli/caption_source.h"
+#include "captions/caption_source.h"
 #include "cli/line_printer.h"
 #include "cli/terminal_progress.h"
 #include "model/caption_session.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/line_printer.h"
 
-#include "cli/clock_text.h"
+#include "captions/clock_text.h"
 #include "model/subtitles/subtitle_files.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "audio/speech_recognizing.h"
-#include "cli/caption_source.h"
+#include "captions/caption_source.h"
 
 #include <memory>
 #include <QPointer>

@@ -22,9 +22,6 @@ class TerminalProgress {
   /// Call before something else is written to the terminal.
   void erase();
 
-  /// The text: "12:30 of 45:00, 3 min left".
-  static QString text(double position, std::optional<double> duration, double elapsed);
-
  private:
   std::FILE* out_;
   bool isTerminal_;

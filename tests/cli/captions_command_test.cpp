@@ -2,6 +2,7 @@
 #include "cli/captions_command.h"
 
 #include "support/manual_clock.h"
+#include "support/scripted_source.h"
 #include "support/scripted_translation_platform.h"
 #include "support/suite.h"
 #include "written_file.h"
@@ -9,21 +10,6 @@
 #include <QSignalSpy>
 
 using namespace velun;
-
-namespace {
-
-class ScriptedSource final : public CaptionSource {
- public:
-  void start() override { isStarted = true; }
-  void stop() override { isStopped = true; }
-
-  void say(const QString& text) { Q_EMIT eventOccurred(FinalEvent{text, "en_US"}); }
-
-  bool isStarted = false;
-  bool isStopped = false;
-};
-
-}  // namespace
 
 class CaptionsCommandTest final : public test::Suite {
   Q_OBJECT
@@ -34,7 +20,7 @@ class CaptionsCommandTest final : public test::Suite {
   std::unique_ptr<test::WrittenFile> messages_;
   std::unique_ptr<LinePrinter> printer_;
   std::unique_ptr<CaptionsCommand> command_;
-  ScriptedSource* source_ = nullptr;
+  test::ScriptedSource* source_ = nullptr;
   std::vector<int> finished_;
 
   void start(const CaptionArguments& arguments = {}) {
@@ -42,7 +28,7 @@ class CaptionsCommandTest final : public test::Suite {
     out_ = std::make_unique<test::WrittenFile>();
     messages_ = std::make_unique<test::WrittenFile>();
     printer_ = makeLinePrinter(arguments, out_->file(), clock_.now());
-    auto source = std::make_unique<ScriptedSource>();
+    auto source = std::make_unique<test::ScriptedSource>();
     source_ = source.get();
     CaptionSession session;
     session.startedAt = clock_.now();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/line_printer.h"
 
+#include "captions/recording_progress.h"
 #include "cli/terminal_progress.h"
 #include "language/localization.h"
 #include "support/session_samples.h"
@@ -148,12 +149,12 @@ class LinePrinterTest final : public test::Suite {
   }
 
   void progressSaysTheTimeLeft() {
-    QCOMPARE(TerminalProgress::text(750, 2700, 60), QString("12:30 of 45:00, 3 min left"));
-    QCOMPARE(TerminalProgress::text(3725, 7200, 1), QString("1:02:05 of 2:00:00"));
-    QCOMPARE(TerminalProgress::text(100.2, 100, 60), QString("1:40 of 1:40, 1 s left"));
-    QCOMPARE(TerminalProgress::text(12, std::nullopt, 60), QString("0:12"));
+    QCOMPARE(recordingProgress(750, 2700, 60), QString("12:30 of 45:00, 3 min left"));
+    QCOMPARE(recordingProgress(3725, 7200, 1), QString("1:02:05 of 2:00:00"));
+    QCOMPARE(recordingProgress(100.2, 100, 60), QString("1:40 of 1:40, 1 s left"));
+    QCOMPARE(recordingProgress(12, std::nullopt, 60), QString("0:12"));
     Localization::shared().setLanguage(AppLanguage::korean);
-    QCOMPARE(TerminalProgress::text(750, 2700, 60), QString("45:00 중 12:30, 3분 남음"));
+    QCOMPARE(recordingProgress(750, 2700, 60), QString("45:00 중 12:30, 3분 남음"));
   }
 };
 

@@ -34,6 +34,8 @@ enum class AppCommand {
   saveDocument,
   exportCurrentSession,
   openSessionFile,
+  /// Shows the recordings that are captioned, and lets the user choose one.
+  captionRecording,
   openSessionsFolder,
   showHistory,
   showSettings,

@@ -12,6 +12,8 @@ namespace velun {
 /// The commands of the window of saved sessions. Main thread.
 struct HistoryActions {
   std::function<void()> openFile;
+  /// Files that were dropped on the window: sessions are shown, recordings are captioned.
+  std::function<void(const QList<QUrl>&)> openFiles;
   std::function<void(const CaptionSession&)> saveFile;
   std::function<void(const QUrl&)> revealFile;
   /// With the lines that are selected in its transcript.

@@ -15,9 +15,12 @@
 
 #include <algorithm>
 #include <QAction>
+#include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QLineEdit>
 #include <QListView>
 #include <QMenu>
+#include <QMimeData>
 #include <QScopedValueRollback>
 #include <QSplitter>
 #include <QStackedWidget>
@@ -56,6 +59,7 @@ HistoryView::HistoryView(HistoryViewModel& library, AppSettings& settings, Histo
       settings_(settings),
       actions_(std::move(actions)),
       clock_(clock) {
+  setAcceptDrops(true);
   makeActions();
   makeToolBar();
   makeBanner();
@@ -265,6 +269,16 @@ void HistoryView::hideEvent(QHideEvent* event) {
   QWidget::hideEvent(event);
   dayCheck_.reset();
   search_.forget();
+}
+
+void HistoryView::dragEnterEvent(QDragEnterEvent* event) {
+  // Not the window's own rows, which are files too.
+  if (event->mimeData()->hasUrls() && !event->source()) event->acceptProposedAction();
+}
+
+void HistoryView::dropEvent(QDropEvent* event) {
+  event->acceptProposedAction();
+  actions_.openFiles(event->mimeData()->urls());
 }
 
 void HistoryView::translate() {

@@ -37,9 +37,9 @@ class CaptionsProgram(unittest.TestCase):
         return {name: value for name, value in self.desktop.environment.items()
                 if name not in ("DISPLAY", "WAYLAND_DISPLAY")}
 
-    def run_captions(self, *arguments, **options):
+    def run_captions(self, *arguments, timeout=120, **options):
         return subprocess.run([EXECUTABLE, "captions", *map(str, arguments)], check=False,
-                              capture_output=True, env=self.environment(), timeout=120, **options)
+                              capture_output=True, env=self.environment(), timeout=timeout, **options)
 
     def captions(self, *arguments, **options):
         done = self.run_captions(*arguments, **options)
@@ -48,6 +48,35 @@ class CaptionsProgram(unittest.TestCase):
 
     def test_a_video_becomes_text(self):
         self.assertEqual(self.captions(self.recording), f"{SAID}\n{SAID}\n")
+
+    def test_files_of_every_kind_are_captioned(self):
+        for name in ("a.mp3", "b.opus", "c.flac", "d.mp4"):
+            with self.subTest(name=name):
+                file = self.desktop.root / name
+                # As recorders write them: the defaults for a clip of 16 kHz lose half of the sound.
+                self.ffmpeg("-i", self.clip, "-ar", "48000", "-b:a", "192k", file)
+                self.assertEqual(self.captions(file), f"{SAID}\n")
+
+    def test_six_hours_of_silence_have_no_words(self):
+        silence = self.desktop.root / "silence.flac"
+        self.ffmpeg("-f", "lavfi", "-i", "anullsrc=r=8000:cl=mono", "-t", "21600", silence)
+        self.assertEqual(self.captions(silence, timeout=600), "")
+
+    def test_files_that_cannot_be_captioned_are_refused(self):
+        root = self.desktop.root
+        (root / "empty.mp3").write_bytes(b"")
+        (root / "broken.mkv").write_bytes(self.recording.read_bytes()[:300])
+        (root / "text.txt").write_text("no sound here")
+        self.ffmpeg("-f", "lavfi", "-i", "color=s=64x64:d=1", root / "mute.mp4")
+        for name, text in (
+                ("empty.mp3", "“empty.mp3” isn’t a sound or video file, or it is damaged."),
+                ("broken.mkv", "“broken.mkv” couldn’t be read."),
+                ("text.txt", "“text.txt” isn’t a sound or video file, or it is damaged."),
+                ("mute.mp4", "“mute.mp4” has no sound.")):
+            with self.subTest(name=name):
+                done = self.run_captions(root / name)
+                self.assertEqual((done.returncode, done.stdout), (1, b""))
+                self.assertEqual(done.stderr.decode(), f"velun: {text}\n")
 
     def test_subtitles_have_the_times_of_the_words(self):
         first, second = srt.parse(self.captions("-f", "srt", self.recording))

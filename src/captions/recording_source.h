@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "cli/caption_source.h"
+#include "captions/caption_source.h"
 #include "platform/recording/recording_feed.h"
 #include "platform/speech/speech_platform.h"
 

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "cli/recording_source.h"
+#include "captions/recording_source.h"
 
+#include "language/localization.h"
 #include "platform/foundation/failure.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace velun {
@@ -20,7 +22,14 @@ RecordingSource::~RecordingSource() = default;
 void RecordingSource::start() {
   try {
     const std::optional<SpeechSupport> support = speech_.support(localeID_);
-    run_ = speech_.start(support ? support->locale : localeID_, input_);
+    const QString locale = support ? support->locale : localeID_;
+    if (std::ranges::none_of(speech_.candidates(locale), &RecognizerCandidate::isInstalled)) {
+      return end(
+          L("The recognizer isn’t installed. Download it in Velun’s settings, under Languages & "
+            "Models.",
+            "인식기가 설치되어 있지 않습니다. Velun 설정의 언어 및 모델에서 다운로드하십시오."));
+    }
+    run_ = speech_.start(locale, input_);
   } catch (const std::exception& failure) {
     return end(descriptionOf(failure));
   }

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "captions/recording_captions.h"
+#include "model/session_store.h"
+#include "settings/app_settings.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <QObject>
+#include <QStringList>
+#include <QUrl>
+#include <vector>
+
+namespace velun {
+
+/// Recordings that are captioned one after another with the languages of the settings; each becomes
+/// a session in the folder of the saved sessions. Main thread.
+class RecordingQueue final : public QObject {
+  Q_OBJECT
+
+ public:
+  enum class State { waiting, running, done, failed };
+
+  struct Item {
+    int id = 0;
+    QString path;
+    State state = State::waiting;
+    /// While it runs, see `recordingProgress`.
+    QString progress = {};
+    /// From 0 to 1; nullopt if the recording does not tell its length.
+    std::optional<double> fraction = {};
+    /// What failed and what to do, localized.
+    QString error = {};
+    /// The session's file, once it is done.
+    QUrl session = {};
+  };
+
+  /// Makes the source of a recording, not started: its path, the locale and the session's start.
+  using MakeSource =
+      std::function<std::unique_ptr<CaptionSource>(const QString&, const QString&, Instant)>;
+
+  /// All references must outlive the queue.
+  RecordingQueue(const AppSettings& settings, SessionStore store, MakeSource makeSource,
+                 TranslationPlatform& translation, const Clock& clock);
+  ~RecordingQueue() override;
+
+  const std::vector<Item>& items() const { return items_; }
+  /// Recordings wait or run.
+  bool isBusy() const;
+
+  void add(const QStringList& paths);
+  /// Ends the work on an item and removes it; nothing of it is kept but a session that is done.
+  void remove(int id);
+  /// Captions a failed item again; one whose session could not be written is only written again.
+  void retry(int id);
+
+ Q_SIGNALS:
+  /// Items were added, removed or have changed.
+  void changed();
+  void sessionSaved(const QUrl& file);
+
+ private:
+  Item* find(int id);
+  Item* running() { return find(runningID_); }
+  void next();
+  void advanced();
+  void finished(const std::optional<QString>& error);
+  void save(Item& item, const CaptionSession& session);
+
+  const AppSettings& settings_;
+  SessionStore store_;
+  MakeSource makeSource_;
+  TranslationPlatform& translation_;
+  const Clock& clock_;
+  std::vector<Item> items_;
+  /// Sessions that could not be written, by item.
+  std::vector<std::pair<int, CaptionSession>> unwritten_;
+  int lastID_ = 0;
+  int runningID_ = 0;
+  double startedAt_ = 0;
+  std::unique_ptr<RecordingCaptions> captions_;
+};
+
+}  // namespace velun
