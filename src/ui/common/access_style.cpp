@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/common/access_style.h"
 
+#include <QAbstractScrollArea>
 #include <QPainter>
 #include <QStyleOption>
 
@@ -11,8 +12,11 @@ namespace {
 constexpr double kLine = 1;
 constexpr double kFocusLine = 2;
 constexpr double kCorner = 2;
+constexpr float kSoftness = 0.5F;
+/// A selection's colour is too dark for a line in a dark window.
+constexpr QPalette::ColorRole kFocusRole = QPalette::Link;
 
-void drawOutline(QPainter& painter, const QRect& rect, const QColor& color, double width) {
+void drawRounded(QPainter& painter, const QRect& rect, const QColor& color, double width) {
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(QPen(color, width));
@@ -22,14 +26,21 @@ void drawOutline(QPainter& painter, const QRect& rect, const QColor& color, doub
   painter.restore();
 }
 
-void drawOutline(QPainter& painter, const QStyleOption& option) {
-  const bool hasKeyboard =
-      option.state.testFlag(QStyle::State_HasFocus) && option.state.testFlag(QStyle::State_Enabled);
-  const QPalette::ColorRole role = hasKeyboard ? QPalette::Highlight : QPalette::WindowText;
-  drawOutline(painter, option.rect, option.palette.color(role), hasKeyboard ? kFocusLine : kLine);
+/// Of a text or a list; other frames only group things.
+bool isOfScrollArea(const QWidget* widget) {
+  const auto* area = qobject_cast<const QAbstractScrollArea*>(widget);
+  return area && area->frameShape() != QFrame::NoFrame;
 }
 
 }  // namespace
+
+void AccessStyle::drawOutline(QPainter& painter, const QStyleOption& option) const {
+  const bool hasKeyboard =
+      option.state.testFlag(QStyle::State_HasFocus) && option.state.testFlag(QStyle::State_Enabled);
+  QColor color = option.palette.color(hasKeyboard ? kFocusRole : QPalette::WindowText);
+  if (!hasKeyboard && outlines_ == Outlines::soft) color.setAlphaF(kSoftness);
+  drawRounded(painter, option.rect, color, hasKeyboard ? kFocusLine : kLine);
+}
 
 int AccessStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                            QStyleHintReturn* returned) const {
@@ -39,12 +50,12 @@ int AccessStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWi
 
 void AccessStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
                                 QPainter* painter, const QWidget* widget) const {
-  if (outlines_ && element == PE_FrameFocusRect) {
-    drawOutline(*painter, option->rect, option->palette.color(QPalette::Highlight), kFocusLine);
+  if (outlines_ != Outlines::none && element == PE_FrameFocusRect) {
+    drawRounded(*painter, option->rect, option->palette.color(kFocusRole), kFocusLine);
     return;
   }
   QProxyStyle::drawPrimitive(element, option, painter, widget);
-  if (!outlines_) return;
+  if (outlines_ == Outlines::none) return;
   switch (element) {
     case PE_PanelButtonCommand:
     case PE_FrameLineEdit:
@@ -52,6 +63,9 @@ void AccessStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* op
     case PE_FrameMenu:
     case PE_PanelTipLabel:
       drawOutline(*painter, *option);
+      break;
+    case PE_Frame:
+      if (isOfScrollArea(widget)) drawOutline(*painter, *option);
       break;
     default:
       break;
@@ -61,7 +75,7 @@ void AccessStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* op
 void AccessStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                                      QPainter* painter, const QWidget* widget) const {
   QProxyStyle::drawComplexControl(control, option, painter, widget);
-  if (outlines_ && control == CC_ComboBox) drawOutline(*painter, *option);
+  if (outlines_ != Outlines::none && control == CC_ComboBox) drawOutline(*painter, *option);
 }
 
 }  // namespace velun

@@ -5,14 +5,18 @@
 
 namespace velun {
 
-/// Adapts a style to accessibility preferences: draws outlines in the text colour around controls
-/// and a thicker one in the highlight colour around the focused control, and stops animations.
+/// Adapts a style to accessibility preferences and to colours that it is not made for: draws
+/// outlines around controls and a thicker one in the links' colour around the focused control,
+/// and stops animations.
 class AccessStyle final : public QProxyStyle {
   Q_OBJECT
 
  public:
+  /// `soft` outlines have half the strength of the text colour, `strong` ones all of it.
+  enum class Outlines { none, soft, strong };
+
   /// `styleName` is a key of QStyleFactory.
-  AccessStyle(const QString& styleName, bool outlines, bool reducedMotion)
+  AccessStyle(const QString& styleName, Outlines outlines, bool reducedMotion)
       : QProxyStyle(styleName), outlines_(outlines), reducedMotion_(reducedMotion) {}
 
   int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
@@ -23,7 +27,9 @@ class AccessStyle final : public QProxyStyle {
                           QPainter* painter, const QWidget* widget) const override;
 
  private:
-  bool outlines_;
+  void drawOutline(QPainter& painter, const QStyleOption& option) const;
+
+  Outlines outlines_;
   bool reducedMotion_;
 };
 

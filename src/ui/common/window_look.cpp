@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/common/window_look.h"
 
-#include "ui/common/access_style.h"
-
 #include <QApplication>
 #include <utility>
 
@@ -65,19 +63,28 @@ QPalette schemePalette(bool dark) {
 }
 
 void WindowLook::set(ColorScheme scheme, bool highContrast, bool reducedMotion) {
-  const bool isNewStyle = highContrast != highContrast_ || reducedMotion != reducedMotion_;
   const bool isNewPalette = highContrast != highContrast_ || scheme != scheme_;
   scheme_ = scheme;
   highContrast_ = highContrast;
   reducedMotion_ = reducedMotion;
-  if (isNewStyle) applyStyle();
   if (isNewPalette) applyPalette();
+  applyStyle();
+}
+
+AccessStyle::Outlines WindowLook::outlines() const {
+  if (highContrast_) return AccessStyle::Outlines::strong;
+  // Styles derive their lines from the window's colour, darker: in a dark one they are not seen.
+  const bool isDarkened = hasOwnPalette_ && isDark(QApplication::palette());
+  return isDarkened ? AccessStyle::Outlines::soft : AccessStyle::Outlines::none;
 }
 
 void WindowLook::applyStyle() {
+  const AccessStyle::Outlines wanted = outlines();
+  const bool isOld = std::exchange(styledOutlines_, wanted) == wanted;
+  if (std::exchange(styledMotion_, reducedMotion_) == reducedMotion_ && isOld) return;
   if (styleName_.isEmpty()) styleName_ = QApplication::style()->name();
-  if (highContrast_ || reducedMotion_) {
-    QApplication::setStyle(new AccessStyle(styleName_, highContrast_, reducedMotion_));
+  if (wanted != AccessStyle::Outlines::none || reducedMotion_) {
+    QApplication::setStyle(new AccessStyle(styleName_, wanted, reducedMotion_));
   } else {
     QApplication::setStyle(std::exchange(styleName_, QString()));
   }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/desktop/color_scheme.h"
+#include "ui/common/access_style.h"
 
 #include <QPalette>
 #include <QString>
@@ -21,18 +22,22 @@ QPalette schemePalette(bool dark);
 class WindowLook final {
  public:
   /// Applies to all windows at once. `highContrast` means strong colours and outlines,
-  /// `reducedMotion` means no animations. With ColorScheme::any the desktop's palette decides
-  /// between light and dark.
+  /// ColorScheme::dark soft ones where the desktop's own colours are light, `reducedMotion` means
+  /// no animations. With ColorScheme::any the desktop's palette decides between light and dark.
   void set(ColorScheme scheme, bool highContrast, bool reducedMotion);
 
  private:
-  void applyStyle();
   void applyPalette();
+  AccessStyle::Outlines outlines() const;
+  void applyStyle();
 
   ColorScheme scheme_ = ColorScheme::any;
   bool highContrast_ = false;
   bool reducedMotion_ = false;
   bool hasOwnPalette_ = false;
+  // Of the style in use.
+  AccessStyle::Outlines styledOutlines_ = AccessStyle::Outlines::none;
+  bool styledMotion_ = false;
   // The desktop's style while it is replaced; otherwise empty.
   QString styleName_;
 };

@@ -70,7 +70,7 @@ struct PanelStage : ModelFixture {
   FakeDesktopPlatform desktop;
   MemoryPreferences frames;
   QStringList asked;
-  AccessStyle still{"fusion", false, true};
+  AccessStyle still{"fusion", AccessStyle::Outlines::none, true};
   std::unique_ptr<CaptionWindowController> controller;
   AppCommands commands{*model, [this] {
                          return WindowState{.isPanelVisible = controller && controller->isShown()};

@@ -8,6 +8,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QStyleFactory>
 
@@ -139,7 +140,8 @@ class WindowLookTest final : public test::Suite {
     QComboBox chooser;
     QLineEdit field;
     QCheckBox box;
-    const std::vector<QWidget*> controls = {&button, &chooser, &field, &box};
+    QPlainTextEdit lines;
+    const std::vector<QWidget*> controls = {&button, &chooser, &field, &box, &lines};
     std::vector<QImage> before;
     for (QWidget* control : controls) {
       control->resize(control->sizeHint());
@@ -157,6 +159,26 @@ class WindowLookTest final : public test::Suite {
     for (std::size_t i = 0; i < controls.size(); ++i) {
       QCOMPARE(controls[i]->grab().toImage(), before[i]);
     }
+  }
+
+  void outlinesAreVisibleInTheDarkScheme() {
+    QComboBox chooser;
+    QLineEdit field;
+    QCheckBox box;
+    QPlainTextEdit lines;
+    WindowLook look;
+    look.set(ColorScheme::dark, false, false);
+    for (QWidget* control : std::initializer_list<QWidget*>{&chooser, &field, &box, &lines}) {
+      control->resize(control->sizeHint());
+      QVERIFY2(outlineOf(*control) >= 3, control->metaObject()->className());
+    }
+    chooser.show();
+    chooser.activateWindow();
+    chooser.setFocus();
+    QTRY_VERIFY(chooser.hasFocus());
+    QVERIFY(outlineOf(chooser) >= 3);
+    look.set(ColorScheme::any, false, false);
+    QCOMPARE(QApplication::style()->name(), QString("fusion"));
   }
 
   void reducedMotionStopsAnimations() {
