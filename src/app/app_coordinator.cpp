@@ -6,6 +6,7 @@
 #include "app/session_library.h"
 #include "captions/caption_file.h"
 #include "captions/caption_publisher.h"
+#include "captions/session_titler.h"
 #include "language/localization.h"
 #include "platform/desktop/application_service.h"
 #include "platform/desktop/desktop_platform.h"
@@ -140,6 +141,8 @@ void AppCoordinator::perform(AppCommand command) {
       return sessions_->isKeyWindow() ? sessions_->saveHistoryFile() : saveSession();
     case AppCommand::exportCurrentSession:
       return sessions_->exportCurrentSession();
+    case AppCommand::renameSession:
+      return sessions_->renameSession();
     case AppCommand::openSessionFile:
       return sessions_->openSessionFile();
     case AppCommand::captionRecording:
@@ -190,7 +193,8 @@ void AppCoordinator::showSettings() {
                         .login = services_.loginStart,
                         .shortcuts = shortcuts_.get(),
                         .sharing = services_.sharing,
-                        .captionFile = captionFile_.get()});
+                        .captionFile = captionFile_.get(),
+                        .library = services_.library});
     prepareWindow(&settingsWindow_->window());
   }
   // Its notes depend on them.
@@ -239,6 +243,7 @@ void AppCoordinator::observe() {
 }
 
 void AppCoordinator::shareCaptions() {
+  if (services_.library) titler_ = std::make_unique<SessionTitler>(model_, *services_.library);
   if (!services_.sharing) return;
   if (services_.feed) {
     publisher_ = std::make_unique<CaptionPublisher>(model_, *services_.sharing, *services_.feed);

@@ -21,6 +21,7 @@ class InformationWindows;
 class MenuBarController;
 class RemoteCommands;
 class SessionLibrary;
+class SessionTitler;
 class SettingsWindowController;
 class ShortcutSet;
 
@@ -79,6 +80,7 @@ class AppCoordinator final : public QObject {
   /// Null unless other programs may get captions.
   std::unique_ptr<CaptionPublisher> publisher_;
   std::unique_ptr<CaptionFile> captionFile_;
+  std::unique_ptr<SessionTitler> titler_;
   std::unique_ptr<SettingsWindowController> settingsWindow_;
   /// After the windows, whose state they depend on.
   AppCommands commands_;

@@ -9,6 +9,8 @@
 #include "ui/menubar/credit.h"
 #include "ui/models/model_services.h"
 
+#include <functional>
+#include <optional>
 #include <vector>
 
 namespace velun {
@@ -21,6 +23,7 @@ class Clock;
 class DesktopPlatform;
 class FileManager;
 class GlobalShortcuts;
+class LibrarySettings;
 class LoginStart;
 class PreferenceStore;
 class SharingSettings;
@@ -63,6 +66,10 @@ struct AppServices {
   SharingSettings* sharing = nullptr;
   /// May be null.
   CaptionFeed* feed = nullptr;
+  /// Asks for a title, beginning with the present one; nullopt: the user has cancelled.
+  std::function<std::optional<QString>(const QString&)> askTitle = {};
+  /// May be null: then no session gets a title by itself.
+  LibrarySettings* library = nullptr;
   /// Null where recordings cannot be captioned.
   RecordingQueue::MakeSource recordingSource = {};
   /// Listed in "About Velun".

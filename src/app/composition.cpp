@@ -19,7 +19,9 @@
 #include "platform/speech/built_in/built_in_recognizer_provider.h"
 #include "platform/updates/https_update_feed.h"
 #include "platform/updates/update_checker.h"
+#include "settings/library_settings.h"
 #include "settings/sharing_settings.h"
+#include "ui/common/title_question.h"
 #include "ui/common/window_presentation.h"
 #include "ui/library/session_trash.h"
 
@@ -70,6 +72,7 @@ struct Composition::Parts {
   AlertQuestion question;
   SharingSettings sharing{&preferences};
   DBusCaptionFeed feed;
+  LibrarySettings library{&preferences};
   SettingsNotesText notes{
       *desktop,
       engine.translation,
@@ -134,6 +137,8 @@ AppServices Composition::services() {
           .shortcuts = parts_->shortcuts.get(),
           .sharing = &parts_->sharing,
           .feed = &parts_->feed,
+          .askTitle = askTitle,
+          .library = &parts_->library,
           .recordingSource =
               [this](const QString& path, const QString& localeID, Instant start) {
                 return std::make_unique<RecordingSource>(

@@ -3,6 +3,7 @@
 
 #include "captions/caption_view_model.h"
 #include "language/localization.h"
+#include "model/session_work.h"
 #include "platform/desktop/file_manager.h"
 #include "platform/foundation/failure.h"
 #include "ui/common/window_presentation.h"
@@ -65,6 +66,23 @@ HistoryActions SessionLibrary::historyActions() {
   actions.exportSession = [this](const CaptionSession& session,
                                  const std::optional<LineRange>& selected) {
     exportSession(session, selected);
+  };
+  actions.renameSession = [this](const SavedSession& saved) {
+    rename(saved);
+  };
+  actions.showStatistics = [this](const CaptionSession& session) {
+    services_.question.ask({.message = session.title,
+                            .informativeText = statisticsText(session),
+                            .buttons = {L("OK", "확인")}});
+  };
+  actions.combineSessions = [this](const SavedSessions& sessions) {
+    combine(sessions);
+  };
+  actions.deleteSessions = [this](const QList<QUrl>& urls) {
+    deleteSessions(urls);
+  };
+  actions.undoDelete = [this] {
+    undoDelete();
   };
   actions.openFiles = [this](const QList<QUrl>& files) {
     open(files);
@@ -187,6 +205,61 @@ void SessionLibrary::deleteHistorySelection(const QList<QUrl>& visible) {
     const QString description = descriptionOf(error);
     showError(L("Couldn’t delete the session: " + description,
                 "기록을 삭제하지 못했습니다: " + description));
+  }
+}
+
+void SessionLibrary::deleteSessions(const QList<QUrl>& urls) {
+  std::exception_ptr failed;
+  for (const QUrl& deleted : library_.deleteSessions(urls, failed)) {
+    model_.savedFileWasDeleted(deleted);
+  }
+  library_.reload();
+  try {
+    if (failed) std::rethrow_exception(failed);
+  } catch (const std::exception& error) {
+    const QString description = descriptionOf(error);
+    showError(L("Couldn’t delete the session: " + description,
+                "기록을 삭제하지 못했습니다: " + description));
+  }
+}
+
+void SessionLibrary::undoDelete() {
+  try {
+    library_.undoDelete();
+  } catch (const std::exception& error) {
+    showError(descriptionOf(error));
+  }
+}
+
+void SessionLibrary::renameSession() {
+  const auto selected = isKeyWindow() ? library_.selectedSession() : nullptr;
+  if (selected) return rename(*selected);
+  if (const auto title = services_.askTitle(model_.session().title)) model_.setTitle(*title);
+}
+
+void SessionLibrary::rename(const SavedSession& saved) {
+  const auto title = services_.askTitle(saved.session.title);
+  if (!title) return;
+  try {
+    if (saved.session.id == model_.session().id && model_.savedURL()) {
+      // The current session writes its file itself, with lines that are newer than the listing.
+      model_.setTitle(*title);
+      library_.reload();
+    } else {
+      library_.rename(saved.url, *title);
+    }
+  } catch (const std::exception& error) {
+    showError(descriptionOf(error));
+  }
+}
+
+void SessionLibrary::combine(const SavedSessions& sessions) {
+  std::vector<CaptionSession> parts;
+  for (const auto& saved : sessions) parts.push_back(saved->session);
+  try {
+    open({model_.store().save(combined(std::move(parts)))});
+  } catch (const std::exception& error) {
+    showError(descriptionOf(error));
   }
 }
 

@@ -49,6 +49,10 @@ class SessionLibrary final : public QObject {
   /// Deletes the selected session. `visible` are the listed files in display order.
   void deleteHistorySelection(const QList<QUrl>& visible);
 
+  /// Asks for another title of the selected session if the saved-sessions window is active, else of
+  /// the current one.
+  void renameSession();
+
   /// Whether the saved-sessions window has the keyboard.
   bool isKeyWindow() const;
   bool hasSelection() const { return library_.selectedSession() != nullptr; }
@@ -64,6 +68,10 @@ class SessionLibrary final : public QObject {
   void chooseRecordings();
   void showRecordings();
   HistoryActions historyActions();
+  void rename(const SavedSession& saved);
+  void combine(const SavedSessions& sessions);
+  void deleteSessions(const QList<QUrl>& urls);
+  void undoDelete();
   void exportSession(const CaptionSession& session, const std::optional<LineRange>& selected = {});
   void saveFile(const CaptionSession& session);
   void reveal(const QUrl& file);

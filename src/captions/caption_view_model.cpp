@@ -115,6 +115,12 @@ void CaptionViewModel::newSession() {
   updateTranslation();
 }
 
+void CaptionViewModel::setTitle(const QString& title) {
+  if (!current_.setTitle(title)) return;
+  Q_EMIT sessionChanged();
+  saver_.saveIfNeeded();
+}
+
 void CaptionViewModel::settingsChanged(AppSettings::Change change) {
   using Change = AppSettings::Change;
   if (change == Change::input || change == Change::sourceLanguage) restart();

@@ -90,6 +90,8 @@ class CaptionViewModel final : public QObject {
 
   /// Replaces the session by an empty one, if captions are off and the engine has stopped.
   void newSession();
+  /// Gives the session a title; an empty one is the default title. The file follows.
+  void setTitle(const QString& title);
   QCoro::Task<> loadLanguages() { return languages_.load(); }
 
   /// Which texts the caption window shows.

@@ -20,6 +20,11 @@ bool CurrentSession::setTimes(Instant startedAt, const std::optional<Instant>& e
   return update(session_.endedAt, endedAt) || isStartNew;
 }
 
+bool CurrentSession::setTitle(const QString& title) {
+  const QString trimmed = title.trimmed();
+  return update(session_.title, trimmed.isEmpty() ? defaultSessionTitle() : trimmed);
+}
+
 void CurrentSession::append(Line line) {
   indexOfLine_.insert(line.id, lines().size());
   session_.lines.push_back(std::move(line));

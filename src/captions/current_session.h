@@ -28,6 +28,8 @@ class CurrentSession final {
   void reset(Instant startedAt);
   /// Returns whether a time has changed.
   bool setTimes(Instant startedAt, const std::optional<Instant>& endedAt);
+  /// Returns whether the title has changed; an empty one is the default title.
+  bool setTitle(const QString& title);
   /// Adds a line at the end.
   void append(Line line);
   /// Stores a translation, over an earlier one into the same language. Returns the index of the

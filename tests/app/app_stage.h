@@ -54,6 +54,11 @@ struct AppStage : ModelFixture {
                   QFile::remove(url.toLocalFile());
                   trashed.append(url);
                 },
+            .askTitle =
+                [this](const QString& title) {
+                  askedTitles.append(title);
+                  return chosenTitle;
+                },
             .credits = {}};
   }
 
@@ -91,6 +96,8 @@ struct AppStage : ModelFixture {
   std::vector<OpenPanelRequest> openRequests;
   std::vector<SavePanelRequest> saveRequests;
   std::optional<QUrl> chosenFile;
+  QStringList askedTitles;
+  std::optional<QString> chosenTitle;
   std::optional<QString> trashFailure;
   QList<QUrl> trashed;
   std::vector<bool> replies;

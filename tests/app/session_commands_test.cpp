@@ -11,6 +11,17 @@ class SessionCommandsTest final : public test::Suite {
   Q_OBJECT
 
  private Q_SLOTS:
+  void theCurrentSessionGetsATitleWhileCaptionsRun() {
+    test::AppStage stage;
+    stage.startWithLine();
+    stage.perform(AppCommand::renameSession);
+    QCOMPARE(stage.model->session().title, defaultSessionTitle());
+    stage.chosenTitle = "Biology";
+    stage.perform(AppCommand::renameSession);
+    QCOMPARE(stage.model->session().title, "Biology");
+    QCOMPARE(stage.askedTitles, QStringList({defaultSessionTitle(), defaultSessionTitle()}));
+  }
+
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
   void savingNeedsALine() {

@@ -33,6 +33,7 @@ enum class AppCommand {
   /// Saves what the active window shows: the selected saved session or the current one.
   saveDocument,
   exportCurrentSession,
+  renameSession,
   openSessionFile,
   /// Shows the recordings that are captioned, and lets the user choose one.
   captionRecording,

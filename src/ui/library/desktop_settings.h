@@ -5,6 +5,7 @@ namespace velun {
 
 class AudioPlatform;
 class CaptionFile;
+class LibrarySettings;
 class LoginStart;
 class SharingSettings;
 class ShortcutSet;
@@ -18,6 +19,8 @@ struct DesktopSettings {
   /// What other programs get of the captions.
   SharingSettings* sharing = nullptr;
   const CaptionFile* captionFile = nullptr;
+  /// How saved sessions are named.
+  LibrarySettings* library = nullptr;
 };
 
 }  // namespace velun

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/caption_session.h"
+#include "ui/library/history_view_model.h"
 
 #include <functional>
 #include <QList>
@@ -18,6 +19,13 @@ struct HistoryActions {
   std::function<void(const QUrl&)> revealFile;
   /// With the lines that are selected in its transcript.
   std::function<void(const CaptionSession&, std::optional<LineRange>)> exportSession;
+  /// Asks for another title.
+  std::function<void(const SavedSession&)> renameSession;
+  std::function<void(const CaptionSession&)> showStatistics;
+  /// Makes one session of several.
+  std::function<void(const SavedSessions&)> combineSessions;
+  std::function<void(const QList<QUrl>&)> deleteSessions;
+  std::function<void()> undoDelete;
   /// Deletes the selected session if it is among the visible ones, given in display order.
   std::function<void(const QList<QUrl>&)> deleteSelection;
 };

@@ -2,6 +2,7 @@
 #include "ui/library/history_view.h"
 
 #include "language/localization.h"
+#include "model/session_work.h"
 #include "ui/caption/transcript_view.h"
 #include "ui/common/accessible_role.h"
 #include "ui/common/editing_keys.h"
@@ -96,6 +97,10 @@ void HistoryView::makeActions() {
     if (const auto selected = library_.selectedSession()) actions_.saveFile(selected->session);
   });
   reveal_ = action({}, {}, [this] { revealSelected(); });
+  rename_ = action({}, QKeySequence(Qt::Key_F2), [this] { renameSelected(); });
+  statistics_ = action({}, {}, [this] { showStatistics(); });
+  combine_ = action({}, {}, [this] { combineSelected(); });
+  undo_ = action({}, QKeySequence::Undo, [this] { actions_.undoDelete(); });
   refresh_ = action({}, QKeySequence(Qt::Key_F5), [this] { library_.reload(); });
   sidebar_ = action(QStringLiteral("sidebar.left"), QKeySequence(Qt::Key_F9),
                     [this] { setSidebarVisible(!isSidebarVisible()); });
@@ -106,7 +111,8 @@ void HistoryView::makeToolBar() {
   more_ = new QToolButton(this);
   moreMenu_ = new QMenu(more_);
   closeWhenChosen(*moreMenu_);
-  moreMenu_->addActions({openFile_, saveFile_, reveal_, refresh_});
+  moreMenu_->addActions(
+      {openFile_, saveFile_, reveal_, rename_, combine_, statistics_, undo_, refresh_});
   more_->setIcon(symbolIcon(QStringLiteral("ellipsis.circle")));
   setOpensMenu(*more_);
   more_->setMenu(moreMenu_);
@@ -210,6 +216,7 @@ void HistoryView::makeList(QWidget* sidebar) {
   list_->setObjectName(QStringLiteral("sessions"));
   list_->setModel(&rows_);
   list_->setItemDelegate(new SessionRowDelegate(list_));
+  list_->setSelectionMode(QAbstractItemView::ExtendedSelection);
   list_->setFrameShape(QFrame::NoFrame);
   list_->viewport()->setBackgroundRole(QPalette::Window);
   list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -224,8 +231,12 @@ void HistoryView::makeList(QWidget* sidebar) {
   connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
     if (isPresenting_) return;
     const QModelIndexList rows = list_->selectionModel()->selectedIndexes();
-    const auto session = rows.isEmpty() ? nullptr : rows_.sessionAt(rows.constFirst());
+    // Of several, the one that was chosen last is shown.
+    const QModelIndex current = list_->currentIndex();
+    const QModelIndex shown = rows.contains(current) || rows.isEmpty() ? current : rows.constLast();
+    const auto session = rows.isEmpty() ? nullptr : rows_.sessionAt(shown);
     library_.select(session ? std::optional(session->url) : std::nullopt);
+    enableActions();
   });
   connect(list_, &QWidget::customContextMenuRequested, this, &HistoryView::showContextMenu);
 }
@@ -289,6 +300,10 @@ void HistoryView::translate() {
   label(openFile_, L("Open File…", "파일 열기…"));
   label(saveFile_, L("Save as File…", "파일로 저장…"));
   label(reveal_, L("Show in File Manager", "파일 관리자에서 보기"));
+  label(rename_, L("Rename…", "이름 변경…"));
+  label(statistics_, L("Statistics", "통계"));
+  label(combine_, L("Combine Sessions", "세션 합치기"));
+  label(undo_, L("Undo Delete", "삭제 취소"));
   label(refresh_, L("Refresh", "새로고침"));
   label(sidebar_, L("Show/Hide Sidebar", "사이드바 보기/숨기기"));
   label(find_, L("Find in Transcript", "자막에서 찾기"));
@@ -335,7 +350,9 @@ void HistoryView::presentSelection() {
   const QScopedValueRollback presenting(isPresenting_, true);
   const QModelIndex index = selected ? rows_.indexOf(selected->url) : QModelIndex();
   if (index.isValid()) {
-    list_->setCurrentIndex(index);
+    // It may be one of several.
+    const QModelIndexList rows = list_->selectionModel()->selectedIndexes();
+    if (rows.size() < 2 || !rows.contains(index)) list_->setCurrentIndex(index);
     list_->scrollTo(index);
   } else {
     list_->setCurrentIndex({});
@@ -344,8 +361,26 @@ void HistoryView::presentSelection() {
   detail_->show(selected);
   presentNothingSelected();
   detail_->highlight(searchField_->text());
+  for (QAction* each : {export_, saveFile_, reveal_, find_, rename_, statistics_}) {
+    each->setEnabled(selected != nullptr);
+  }
   delete_->setEnabled(index.isValid());
-  for (QAction* each : {export_, saveFile_, reveal_, find_}) each->setEnabled(selected != nullptr);
+  enableActions();
+}
+
+void HistoryView::enableActions() {
+  combine_->setEnabled(list_->selectionModel()->selectedIndexes().size() > 1);
+  undo_->setEnabled(library_.canUndoDelete());
+}
+
+SavedSessions HistoryView::selectedSessions() const {
+  QModelIndexList rows = list_->selectionModel()->selectedIndexes();
+  std::sort(rows.begin(), rows.end());
+  SavedSessions sessions;
+  for (const QModelIndex& row : rows) {
+    if (auto session = rows_.sessionAt(row)) sessions.push_back(std::move(session));
+  }
+  return sessions;
 }
 
 void HistoryView::presentNothingSelected() {
@@ -380,20 +415,52 @@ void HistoryView::checkDayEveryMinute() {
 void HistoryView::showContextMenu(const QPoint& position) {
   const auto session = rows_.sessionAt(list_->indexAt(position));
   if (!session) return;
-  library_.select(session->url);
+  if (!list_->selectionModel()->isSelected(list_->indexAt(position))) library_.select(session->url);
   QMenu menu(this);
   menu.addAction(L("Show in File Manager", "파일 관리자에서 보기"), this,
                  &HistoryView::revealSelected);
   menu.addAction(L("Export…", "내보내기…"), this, &HistoryView::exportSelected);
   menu.addAction(L("Delete", "삭제"), this, &HistoryView::deleteSelected);
+  menu.addAction(rename_);
+  if (combine_->isEnabled()) menu.addAction(combine_);
+  menu.addAction(statistics_);
   menu.exec(list_->viewport()->mapToGlobal(position));
 }
 
+namespace {
+
+CaptionSession combined(const SavedSessions& sessions) {
+  std::vector<CaptionSession> parts;
+  for (const auto& saved : sessions) parts.push_back(saved->session);
+  return velun::combined(std::move(parts));
+}
+
+}  // namespace
+
 void HistoryView::deleteSelected() {
-  actions_.deleteSelection(visibleURLs());
+  const SavedSessions selected = selectedSessions();
+  if (selected.size() < 2) return actions_.deleteSelection(visibleURLs());
+  QList<QUrl> urls;
+  for (const auto& session : selected) urls.append(session->url);
+  actions_.deleteSessions(urls);
+}
+
+void HistoryView::renameSelected() {
+  if (const auto selected = library_.selectedSession()) actions_.renameSession(*selected);
+}
+
+void HistoryView::combineSelected() {
+  actions_.combineSessions(selectedSessions());
+}
+
+void HistoryView::showStatistics() {
+  if (const auto selected = library_.selectedSession()) actions_.showStatistics(selected->session);
 }
 
 void HistoryView::exportSelected() {
+  if (const SavedSessions several = selectedSessions(); several.size() > 1) {
+    return actions_.exportSession(combined(several), std::nullopt);
+  }
   if (const auto selected = library_.selectedSession()) {
     actions_.exportSession(selected->session, detail_->transcript().selectedLines());
   }

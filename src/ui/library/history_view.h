@@ -67,6 +67,13 @@ class HistoryView final : public QWidget {
   void checkDayEveryMinute();
   void showContextMenu(const QPoint& position);
   void deleteSelected();
+  void renameSelected();
+  void combineSelected();
+  void showStatistics();
+  /// The selected sessions in display order.
+  SavedSessions selectedSessions() const;
+  /// Enables the actions that fit the selection.
+  void enableActions();
   void exportSelected();
   void revealSelected();
 
@@ -87,6 +94,10 @@ class HistoryView final : public QWidget {
   QAction* openFile_;
   QAction* saveFile_;
   QAction* reveal_;
+  QAction* rename_;
+  QAction* statistics_;
+  QAction* combine_;
+  QAction* undo_;
   QAction* refresh_;
   QAction* sidebar_;
   QAction* find_;

@@ -3,8 +3,11 @@
 
 #include "language/localization.h"
 #include "model/file_error_text.h"
+#include "model/session_file/session_file.h"
 #include "model/session_files.h"
+#include "platform/foundation/atomic_file.h"
 #include "platform/foundation/failure.h"
+#include "platform/foundation/file_access.h"
 
 #include <algorithm>
 #include <QFileInfo>
@@ -198,14 +201,85 @@ std::optional<QUrl> HistoryViewModel::deleteSelection(const QList<QUrl>& visible
   for (const QUrl& opened : openedFiles_) {
     if (canonicalPath(opened) != path) othersOpened.append(opened);
   }
-  trash_(url);
-  std::erase_if(sessions_, [&url](const Entry& entry) { return entry->url == url; });
+  deleted_.clear();
+  discard(url);
   openedFiles_ = othersOpened;
   const std::optional<QUrl> neighbour = neighbourOf(index, visible);
   Q_EMIT sessionsChanged();
   select(neighbour);
   restartReload();
   return url;
+}
+
+void HistoryViewModel::discard(const QUrl& url) {
+  std::optional<QByteArray> bytes;
+  try {
+    bytes = readWholeFile(url.toLocalFile(), kMaxSessionFileSize);
+  } catch (const FileError&) {
+    // It can still be moved to the trash, from where the file manager brings it back.
+  }
+  trash_(url);
+  if (bytes) deleted_.emplace_back(url, std::move(*bytes));
+  std::erase_if(sessions_, [&url](const Entry& entry) { return entry->url == url; });
+}
+
+QList<QUrl> HistoryViewModel::deleteSessions(const QList<QUrl>& urls, std::exception_ptr& failed) {
+  deleted_.clear();
+  QList<QUrl> moved;
+  try {
+    for (const QUrl& url : urls) {
+      if (!isListed(url)) continue;
+      const QString path = canonicalPath(url);
+      discard(url);
+      openedFiles_.removeIf([&path](const QUrl& other) { return canonicalPath(other) == path; });
+      moved.append(url);
+    }
+  } catch (...) {
+    failed = std::current_exception();
+  }
+  Q_EMIT sessionsChanged();
+  if (selection_ && !isListed(*selection_)) setSelection(std::nullopt);
+  restartReload();
+  return moved;
+}
+
+void HistoryViewModel::undoDelete() {
+  try {
+    while (!deleted_.empty()) {
+      const auto& [url, bytes] = deleted_.back();
+      writeFileAtomically(url.toLocalFile(), bytes, true);
+      deleted_.pop_back();
+    }
+  } catch (const FileError& error) {
+    reload();
+    throw Failure(fileErrorText(error));
+  }
+  reload();
+}
+
+void HistoryViewModel::rename(const QUrl& url, const QString& title) {
+  const auto found = std::find_if(sessions_.begin(), sessions_.end(),
+                                  [&url](const Entry& entry) { return entry->url == url; });
+  if (found == sessions_.end()) return;
+  if (isLegacyFile(url.toLocalFile())) {
+    throw Failure(
+        L("A transcript of an earlier version has no place for a title. Save it as a session file "
+          "first.",
+          "이전 버전의 기록에는 제목을 저장할 수 없습니다. 먼저 기록 파일로 저장하십시오."));
+  }
+  const QString path = url.toLocalFile();
+  const QString trimmed = title.trimmed();
+  try {
+    // Again: it may have changed since it was listed.
+    SavedSession renamed{url, readSessionFile(path, defaultSessionTitle())};
+    renamed.session.title = trimmed.isEmpty() ? defaultSessionTitle() : trimmed;
+    writeFileAtomically(path, encodeSession(renamed.session), true);
+    *found = std::make_shared<const SavedSession>(std::move(renamed));
+  } catch (...) {
+    throw Failure(readingErrorText(std::current_exception(), path));
+  }
+  Q_EMIT sessionsChanged();
+  restartReload();
 }
 
 void HistoryViewModel::setSelection(const std::optional<QUrl>& url) {

@@ -5,13 +5,16 @@
 #include "platform/foundation/file_error.h"
 #include "platform/foundation/latest_job.h"
 
+#include <exception>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <QByteArray>
 #include <QList>
 #include <QObject>
 #include <QStringList>
 #include <QUrl>
+#include <utility>
 #include <vector>
 
 namespace velun {
@@ -58,6 +61,17 @@ class HistoryViewModel final : public QObject {
   /// shown sessions in display order. Returns the deleted file, or nullopt when the selection is
   /// not in `visible`. Throws `Failure` and changes nothing when the file cannot be moved.
   std::optional<QUrl> deleteSelection(const QList<QUrl>& visible);
+  /// Moves several files to the trash. Returns those that were moved, also when `failed` gets the
+  /// reason why the next one could not be.
+  QList<QUrl> deleteSessions(const QList<QUrl>& urls, std::exception_ptr& failed);
+  /// Whether the last deletion can be undone.
+  bool canUndoDelete() const { return !deleted_.empty(); }
+  /// Writes the files of the last deletion again; their copies stay in the trash. Throws `Failure`.
+  void undoDelete();
+
+  /// Writes a session file again with another title; an empty one is the default title. Throws
+  /// `Failure`: transcripts of an earlier version have no place for a title.
+  void rename(const QUrl& url, const QString& title);
 
  Q_SIGNALS:
   void sessionsChanged();
@@ -78,6 +92,8 @@ class HistoryViewModel final : public QObject {
   void readNextFiles();
   void applyFiles(std::vector<ReadFile> files);
   void add(const QUrl& url, CaptionSession session);
+  /// Keeps the bytes of a file and moves it to the trash.
+  void discard(const QUrl& url);
   void setSelection(const std::optional<QUrl>& url);
   /// Updates the error text from the last listing.
   void presentError();
@@ -94,6 +110,8 @@ class HistoryViewModel final : public QObject {
   int unreadableCount_ = 0;
   std::optional<QString> error_;
   QList<QUrl> openedFiles_;
+  /// The files of the last deletion and their bytes.
+  std::vector<std::pair<QUrl, QByteArray>> deleted_;
   /// Files to open after those that are being read.
   QList<QUrl> unread_;
   LatestJob listing_;

@@ -2,6 +2,7 @@
 #include "ui/library/sessions_page.h"
 
 #include "language/localization.h"
+#include "settings/library_settings.h"
 #include "ui/common/symbol.h"
 #include "ui/library/settings_form.h"
 #include "ui/library/sharing_section.h"
@@ -15,12 +16,14 @@ namespace velun {
 
 SessionsPage::SessionsPage(AppSettings& settings, std::function<void()> openRecordsFolder,
                            const DesktopSettings& desktop, QWidget* parent)
-    : SettingsPage(parent), settings_(settings) {
+    : SettingsPage(parent), settings_(settings), library_(desktop.library) {
   heading_ = addHeading(&form());
   autoSave_ = addToggle(&form());
   autoSaveNote_ = addNote(&form());
   ask_ = addToggle(&form());
   askNote_ = addNote(&form());
+  titles_ = addToggle(&form());
+  titles_->setVisible(library_ != nullptr);
   openFolder_ = new QPushButton;
   openFolder_->setIcon(symbolIcon(QStringLiteral("folder")));
   openFolder_->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
@@ -32,6 +35,11 @@ SessionsPage::SessionsPage(AppSettings& settings, std::function<void()> openReco
   }
   connect(autoSave_, &QCheckBox::toggled, &settings_, &AppSettings::setAutoSaveSessions);
   connect(ask_, &QCheckBox::toggled, &settings_, &AppSettings::setAskBeforeDiscarding);
+  if (library_) {
+    connect(titles_, &QCheckBox::toggled, library_, &LibrarySettings::setTitlesFromFirstSentence);
+    connect(library_, &LibrarySettings::titlesFromFirstSentenceChanged, this,
+            &SessionsPage::presentToggles);
+  }
   connect(openFolder_, &QPushButton::clicked, this, std::move(openRecordsFolder));
   connect(&settings_, &AppSettings::autoSaveSessionsChanged, this, &SessionsPage::presentToggles);
   connect(&settings_, &AppSettings::askBeforeDiscardingChanged, this,
@@ -62,6 +70,8 @@ void SessionsPage::present() {
         "saved.",
         "저장하지 않은 자막은 메모리에만 보관되며 앱이 종료되면 사라집니다. 오디오 파일은 저장하지 "
         "않습니다."));
+  labelToggle(titles_,
+              L("Name sessions after their first sentence", "첫 문장을 세션 제목으로 쓰기"));
   openFolder_->setText(L("Open Sessions Folder", "기록 폴더 열기"));
   openFolder_->setToolTip(openFolder_->text());
   presentToggles();
@@ -71,6 +81,7 @@ void SessionsPage::present() {
 void SessionsPage::presentToggles() {
   checkToggle(autoSave_, settings_.autoSaveSessions());
   checkToggle(ask_, settings_.askBeforeDiscarding());
+  checkToggle(titles_, library_ && library_->titlesFromFirstSentence());
 }
 
 }  // namespace velun

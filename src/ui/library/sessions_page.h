@@ -31,11 +31,14 @@ class SessionsPage final : public SettingsPage {
   void presentToggles();
 
   AppSettings& settings_;
+  /// May be null.
+  LibrarySettings* library_;
   QLabel* heading_;
   QCheckBox* autoSave_;
   QLabel* autoSaveNote_;
   QCheckBox* ask_;
   QLabel* askNote_;
+  QCheckBox* titles_;
   QPushButton* openFolder_;
 };
 

@@ -55,8 +55,8 @@ void MainMenu::fill(AppCommands& commands) {
   }
   applicationMenu_.addSeparator();
   applicationMenu_.addAction(&commands.action(terminate));
-  for (const AppCommand command : {newSession, saveDocument, exportCurrentSession, openSessionFile,
-                                   captionRecording, showHistory}) {
+  for (const AppCommand command : {newSession, saveDocument, exportCurrentSession, renameSession,
+                                   openSessionFile, captionRecording, showHistory}) {
     fileMenu_.addAction(&commands.action(command));
   }
   for (const AppCommand command : {biggerText, smallerText, defaultTextSize}) {

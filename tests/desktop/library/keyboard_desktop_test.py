@@ -220,8 +220,8 @@ class Settings(KeyboardCase):
              "Translation": ["Live Translation", "Translation Language", "Show Translation Only"],
              "Sessions": ["Save new sessions automatically",
                           "Ask to save before a new session or quitting",
-                          "Open Sessions Folder", "Offer captions to other programs",
-                          "Choose Caption File…"]}
+                          "Name sessions after their first sentence", "Open Sessions Folder",
+                          "Offer captions to other programs", "Choose Caption File…"]}
     LIST = "Settings Pages"
 
     def setUp(self):

@@ -63,7 +63,12 @@ class LibraryCase(ProgramCase):
         return next(row for row in self.list().children if row.name.startswith(f"{title}, "))
 
     def select(self, title):
-        self.row(title).select()
+        row = self.row(title)
+        row.select()
+        # Several can be selected, so that the others stay selected.
+        for other in self.list().children:
+            if "selected" in other.states and other != row:
+                other.toggle()
         self.wait_for_selection(title)
 
     def open_menu(self, ask):

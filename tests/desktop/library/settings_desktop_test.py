@@ -64,6 +64,7 @@ PAGES = {
         ("check box", "Ask to save before a new session or quitting"),
         ("label", "Unsaved captions are kept in memory only and are lost when the app quits. "
                   "Audio is never saved."),
+        ("check box", "Name sessions after their first sentence"),
         ("push button", "Open Sessions Folder"),
         ("label", "For Other Programs"),
         ("check box", "Offer captions to other programs"),

@@ -78,12 +78,14 @@ class HistoryCommandsTest final : public test::HistoryViewSuite {
     reload();
     list()->setCurrentIndex(list()->model()->index(1, 0));
     const QModelIndex row = list()->model()->index(3, 0);
-    QCOMPARE(choose(row, 0), QStringList({"Show in File Manager", "Export…", "Delete"}));
+    QCOMPARE(choose(row, 0),
+             QStringList({"Show in File Manager", "Export…", "Delete", "Rename…", "Statistics"}));
     QCOMPARE(library_->selection().value_or(QUrl()), call);
     choose(row, 1);
     QCOMPARE(calls_, QStringList({"reveal Call.json", "export Call"}));
     Localization::shared().setLanguage(AppLanguage::korean);
-    QCOMPARE(choose(row, 2), QStringList({"파일 관리자에서 보기", "내보내기…", "삭제"}));
+    QCOMPARE(choose(row, 2),
+             QStringList({"파일 관리자에서 보기", "내보내기…", "삭제", "이름 변경…", "통계"}));
     QCOMPARE(library_->sessions().size(), std::size_t{1});
     QVERIFY(!QFile::exists(call.toLocalFile()));
   }

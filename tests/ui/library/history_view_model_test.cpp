@@ -248,6 +248,64 @@ class HistoryViewModelTest final : public test::Suite {
     QVERIFY(library_->sessions().empty());
   }
 
+  void severalAreDeletedAndBroughtBack() {
+    const QUrl a = write("Sessions/a.json", 3);
+    const QUrl b = write("Sessions/b.json", 2);
+    write("Sessions/c.json", 1);
+    reload();
+    library_->select(b);
+    QVERIFY(!library_->canUndoDelete());
+    std::exception_ptr failed;
+    QCOMPARE(library_->deleteSessions({a, b}, failed), QList<QUrl>({a, b}));
+    QVERIFY(!failed);
+    QVERIFY(!QFile::exists(a.toLocalFile()));
+    QCOMPARE(titles(), QStringList({"Sessions/c.json"}));
+    QVERIFY(!library_->selection());
+    QVERIFY(library_->canUndoDelete());
+    library_->undoDelete();
+    QTRY_COMPARE(titles(), QStringList({"Sessions/a.json", "Sessions/b.json", "Sessions/c.json"}));
+    QVERIFY(!library_->canUndoDelete());
+  }
+
+  void aDeletionOfOneIsUndoneToo() {
+    const QUrl a = write("Sessions/a.json", 3);
+    reload();
+    library_->select(a);
+    library_->deleteSelection(visible());
+    QVERIFY(library_->canUndoDelete());
+    library_->undoDelete();
+    QTRY_COMPARE(titles(), QStringList({"Sessions/a.json"}));
+  }
+
+  void deletionOfSeveralEndsAtAFailure() {
+    const QUrl a = write("Sessions/a.json", 3);
+    reload();
+    trashRefuses_ = "no trash";
+    std::exception_ptr failed;
+    QCOMPARE(library_->deleteSessions({a}, failed), QList<QUrl>());
+    QVERIFY(failed);
+    QVERIFY(QFile::exists(a.toLocalFile()));
+    QVERIFY(!library_->canUndoDelete());
+  }
+
+  void aSessionGetsAnotherTitle() {
+    const QUrl a = write("Sessions/a.json", 3);
+    reload();
+    const CaptionSession before = library_->sessions()[0]->session;
+    library_->rename(a, " Biology ");
+    QCOMPARE(titles(), QStringList({"Biology"}));
+    reload();
+    CaptionSession after = library_->sessions()[0]->session;
+    QCOMPARE(after.title, "Biology");
+    after.title = before.title;
+    QVERIFY(after == before);
+    library_->rename(a, "");
+    QCOMPARE(titles(), QStringList({defaultSessionTitle()}));
+    QVERIFY(QFile::remove(a.toLocalFile()));
+    QVERIFY_EXCEPTION_THROWN(library_->rename(a, "C"), Failure);
+    QVERIFY(!QFile::exists(a.toLocalFile()));
+  }
+
   void deletingSelectsAVisibleNeighbour() {
     const QUrl a = write("Sessions/a.json", 3);
     write("Sessions/hidden.json", 2);

@@ -68,7 +68,7 @@ class MainMenuTest final : public test::Suite {
     QCOMPARE(fixture.menu.menus()[1]->title(), QString("File"));
     QCOMPARE(fixture.items(1),
              QStringList({"New Session Ctrl+N", "Save Current Session Ctrl+S",
-                          "Export… Ctrl+Shift+S", "Open Session File… Ctrl+O",
+                          "Export… Ctrl+Shift+S", "Rename Session…", "Open Session File… Ctrl+O",
                           "Caption a Recording…", "Saved Sessions… Ctrl+Shift+H"}));
     QCOMPARE(fixture.menu.menus()[2]->title(), QString("Edit"));
     QCOMPARE(fixture.items(2), QStringList({"Copy Ctrl+C", "Select All Ctrl+A"}));
@@ -86,9 +86,10 @@ class MainMenuTest final : public test::Suite {
                           "다음 화면으로 옮기기 Ctrl+Shift+M", "자막 창 클릭 통과 Ctrl+Shift+L",
                           "-", "Velun 종료 Ctrl+Q"}));
     QCOMPARE(fixture.menu.menus()[1]->title(), QString("파일"));
-    QCOMPARE(fixture.items(1), QStringList({"새 세션 Ctrl+N", "현재 세션 저장 Ctrl+S",
-                                            "내보내기… Ctrl+Shift+S", "기록 파일 열기… Ctrl+O",
-                                            "녹음 파일 자막 만들기…", "저장 기록… Ctrl+Shift+H"}));
+    QCOMPARE(fixture.items(1),
+             QStringList({"새 세션 Ctrl+N", "현재 세션 저장 Ctrl+S", "내보내기… Ctrl+Shift+S",
+                          "세션 이름 변경…", "기록 파일 열기… Ctrl+O", "녹음 파일 자막 만들기…",
+                          "저장 기록… Ctrl+Shift+H"}));
     QCOMPARE(fixture.menu.menus()[2]->title(), QString("편집"));
     QCOMPARE(fixture.items(2), QStringList({"복사 Ctrl+C", "전체 선택 Ctrl+A"}));
     QCOMPARE(fixture.menu.menus()[3]->title(), QString("보기"));
