@@ -15,7 +15,6 @@ class Plasma:
     """What both have in common; mixed into a session."""
 
     MENU = "by Plasma's own starter"
-    LOGIN = ["plasma_session"]
 
     def start_shell(self, platform):
         self.environment |= {"QT_QUICK_BACKEND": "software"}
@@ -65,6 +64,7 @@ class PlasmaWayland(Plasma, WaylandSession):
     DESKTOP = "KDE"
     TRAY_BUTTON = "right"
     PORTALS = ("kde",)
+    NO_LOGIN = "not tried: Plasma's session starts a compositor of its own"
 
     def __init__(self, *arguments, **options):
         super().__init__(*arguments, **options)
@@ -109,6 +109,7 @@ class PlasmaX11(Plasma, X11Session):
     PACKAGE = "plasma-workspace"
     DESKTOP = "KDE"
     MANAGER = ["kwin_x11"]
+    LOGIN = ["plasma_session"]
     MANAGER_NAME = "KWin"
     TRAY_BUTTON = "right"
     PORTALS = ("kde",)

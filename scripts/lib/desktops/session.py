@@ -170,13 +170,13 @@ class Session(PrivateDesktop):
         def taken():
             """In a list: a picture has no truth value. Now and then a tool writes no whole file."""
             path.unlink(missing_ok=True)
-            self.take_picture(path)
             try:
+                self.take_picture(path)
                 return [pictures.load(path)]
-            except OSError:
+            except (OSError, subprocess.TimeoutExpired):
                 return None
 
-        return self.wait("a picture", taken)[0]
+        return self.wait("a picture", taken, START)[0]
 
     def steady_picture(self, seconds=20):
         """A picture of a screen on which nothing large changes any more."""

@@ -3,14 +3,18 @@
 import pictures
 from check_base import NO, PANEL, YES, CheckBase
 
+SETTING = "Hide caption window from screen sharing and recording"
 PROMISE = "Keeps the caption window off"  # the beginning of the setting's note
 
 
 class SharingChecks(CheckBase):
     def sharing(self):
         """Only where the settings promise it must it be hidden from everyone."""
+        settings = self.settings()
+        settings.wait_for("list item", "Captions").select()
+        settings.wait_for("check box", SETTING)
         is_promised = any(label.name.startswith(PROMISE) and label.is_showing
-                          for label in self.settings().find_all("label"))
+                          for label in settings.find_all("label"))
         self.launch_again()
         self._program.show_panel()
         shown = self._session.steady_picture()
