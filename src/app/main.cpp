@@ -14,7 +14,9 @@
 #include <cstdlib>
 #include <malloc.h>
 #include <QApplication>
+#include <QDir>
 #include <QIcon>
+#include <QUrl>
 #include <string_view>
 
 namespace {
@@ -26,6 +28,16 @@ constexpr auto kApplicationID = "app.velun.Velun";
 /// value glibc raises the threshold at the first large free and then keeps the memory of a
 /// recognizer's tables.
 constexpr int kMmapThreshold = 1 << 20;
+
+/// The files that the command line names, such as those of "Open With" in a file manager.
+QList<QUrl> filesToOpen() {
+  QList<QUrl> files;
+  for (const QString& argument : QCoreApplication::arguments().sliced(1)) {
+    if (argument.startsWith(QLatin1Char('-'))) continue;
+    files.append(QUrl::fromUserInput(argument, QDir::currentPath(), QUrl::AssumeLocalFile));
+  }
+  return files;
+}
 
 /// Returns the exit status.
 int runProgram(velun::ApplicationService& service) {
@@ -68,6 +80,7 @@ int main(int argc, char** argv) {
   QtTranslation qtTranslation;
 
   DBusApplicationService service(kApplicationID);
+  service.setFiles(filesToOpen());
   switch (service.claim()) {
     case ApplicationService::Claim::granted:
       break;

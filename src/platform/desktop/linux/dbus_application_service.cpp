@@ -40,25 +40,34 @@ DBusApplicationService::DBusApplicationService(const QString& name, const QDBusC
 }
 
 ApplicationService::Claim DBusApplicationService::claim() {
-  if (!bus_.isConnected()) return Claim::granted;
+  if (!bus_.isConnected()) return granted();
   // The object first: a launcher calls it as soon as the name exists.
   bus_.registerObject(path_, this, QDBusConnection::ExportAdaptors);
   const auto reply =
       bus_.interface()->registerService(name_, QDBusConnectionInterface::DontQueueService,
                                         QDBusConnectionInterface::DontAllowReplacement);
   if (!reply.isValid() || reply.value() == QDBusConnectionInterface::ServiceRegistered) {
-    return Claim::granted;
+    return granted();
   }
   bus_.unregisterObject(path_);
   return forwardLaunch();
 }
 
 ApplicationService::Claim DBusApplicationService::forwardLaunch() {
-  auto call =
-      QDBusMessage::createMethodCall(name_, path_, "org.freedesktop.Application", "Activate");
+  auto call = QDBusMessage::createMethodCall(name_, path_, "org.freedesktop.Application",
+                                             files_.isEmpty() ? "Activate" : "Open");
+  if (!files_.isEmpty()) call << QUrl::toStringList(files_, QUrl::FullyEncoded);
   call << platformData();
   const QDBusMessage reply = bus_.call(call, QDBus::Block, kForwardTimeout);
   return reply.type() == QDBusMessage::ReplyMessage ? Claim::forwarded : Claim::unanswered;
+}
+
+ApplicationService::Claim DBusApplicationService::granted() {
+  if (!files_.isEmpty()) {
+    QMetaObject::invokeMethod(
+        this, [this] { Q_EMIT openRequested(files_); }, Qt::QueuedConnection);
+  }
+  return Claim::granted;
 }
 
 void DBusApplicationService::setActions(const std::vector<ApplicationAction>& actions) {

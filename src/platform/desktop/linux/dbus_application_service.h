@@ -20,6 +20,9 @@ class DBusApplicationService final : public ApplicationService {
                                   const QDBusConnection& bus = QDBusConnection::sessionBus());
 
   Claim claim() override;
+  /// Files that this launch shall open: passed on to the running instance by `claim`, or announced
+  /// by `openRequested` once the event loop runs. Call it before `claim`.
+  void setFiles(const QList<QUrl>& files) { files_ = files; }
   void setActions(const std::vector<ApplicationAction>& actions) override;
 
   const QDBusConnection& bus() const { return bus_; }
@@ -32,12 +35,14 @@ class DBusApplicationService final : public ApplicationService {
 
  private:
   Claim forwardLaunch();
+  Claim granted();
 
   QString name_;
   QString path_;
   QDBusConnection bus_;
   StateAdaptor* state_;
   std::vector<ApplicationAction> actions_;
+  QList<QUrl> files_;
 };
 
 }  // namespace velun
