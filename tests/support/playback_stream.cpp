@@ -56,7 +56,7 @@ struct PlaybackStream::Implementation {
 };
 
 PlaybackStream::PlaybackStream(const PlaybackFormat& format, const std::string& target, Fill fill,
-                               int channel)
+                               int channel, const std::string& program)
     : implementation_(std::make_unique<Implementation>()) {
   Implementation& self = *implementation_;
   self.format = format;
@@ -68,8 +68,9 @@ PlaybackStream::PlaybackStream(const PlaybackFormat& format, const std::string& 
   self.loop = pw_thread_loop_new("playback", nullptr);
   pw_thread_loop_start(self.loop);
   pw_thread_loop_lock(self.loop);
-  pw_properties* properties = pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY,
-                                                "Playback", PW_KEY_NODE_NAME, "player", nullptr);
+  pw_properties* properties =
+      pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Playback",
+                        PW_KEY_NODE_NAME, "player", PW_KEY_APP_NAME, program.c_str(), nullptr);
   pw_properties_set(properties, PW_KEY_NODE_LATENCY, "1024/48000");
   if (!target.empty()) pw_properties_set(properties, PW_KEY_TARGET_OBJECT, target.c_str());
   self.stream = pw_stream_new_simple(pw_thread_loop_get_loop(self.loop), "player", properties,
@@ -113,9 +114,11 @@ PlaybackStream::Fill PlaybackStream::tone(double frequency, double sampleRate, f
   };
 }
 
-std::unique_ptr<PlaybackStream> PlaybackStream::play(const std::string& target, double frequency) {
+std::unique_ptr<PlaybackStream> PlaybackStream::play(const std::string& target, double frequency,
+                                                     const std::string& program) {
   const PlaybackFormat stereo;
-  return std::make_unique<PlaybackStream>(stereo, target, tone(frequency, stereo.sampleRate, 0.5F));
+  return std::make_unique<PlaybackStream>(stereo, target, tone(frequency, stereo.sampleRate, 0.5F),
+                                          everyChannel, program);
 }
 
 }  // namespace velun::test

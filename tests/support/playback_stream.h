@@ -25,16 +25,17 @@ class PlaybackStream {
 
   /// Plays to `target`, a device name, and nowhere else, or to the default output when empty; the
   /// same in every channel or in one only. Six channels are FL FR FC LFE RL RR, more are AUX0, AUX1
-  /// and so on.
+  /// and so on. `program` is the name of the program to which mixers count the stream.
   PlaybackStream(const PlaybackFormat& format, const std::string& target, Fill fill,
-                 int channel = everyChannel);
+                 int channel = everyChannel, const std::string& program = "Player");
   ~PlaybackStream();
 
   /// A sine that plays until the stream is destroyed.
   static Fill tone(double frequency, double sampleRate, float amplitude);
 
   /// A sine of amplitude 0.5 in stereo at 48 kHz.
-  static std::unique_ptr<PlaybackStream> play(const std::string& target, double frequency);
+  static std::unique_ptr<PlaybackStream> play(const std::string& target, double frequency,
+                                              const std::string& program = "Player");
 
  private:
   struct Implementation;

@@ -9,14 +9,14 @@
 
 namespace velun {
 
-/// The devices whose sound can be captured. The list is updated while this object exists. Main
-/// thread.
+/// The devices and the programs whose sound can be captured. The list is updated while this object
+/// exists. Main thread.
 class AudioTargets : public QObject {
   Q_OBJECT
 
  public:
-  /// Outputs first, then inputs, each sorted by name. Empty while there is no connection to the
-  /// sound server.
+  /// Outputs first, then inputs, then the programs that play now, each sorted by name; nothing of
+  /// kind `otherPrograms`. Empty while there is no connection to the sound server.
   virtual std::vector<AudioTarget> list() const = 0;
 
  Q_SIGNALS:

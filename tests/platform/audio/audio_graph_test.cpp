@@ -43,10 +43,10 @@ class AudioGraphTest final : public test::Suite {
 
   void channelsWithoutPositionsAreCounted() {
     AudioGraph graph = graphWithDevices();
-    graph.addPort(31, 20, "AUX0");
-    graph.addPort(32, 20, "AUX1");
-    graph.addPort(33, 20, "FL");
-    graph.addPort(34, 10, "AUX0");
+    graph.addPort(31, {20, true, "AUX0"});
+    graph.addPort(32, {20, true, "AUX1"});
+    graph.addPort(33, {20, true, "FL"});
+    graph.addPort(34, {10, true, "AUX0"});
     QCOMPARE(graph.auxChannelCount(20), 2U);
     QCOMPARE(graph.auxChannelCount(11), 0U);
     graph.remove(32);

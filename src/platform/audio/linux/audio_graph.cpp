@@ -27,6 +27,10 @@ bool AudioDevice::isSource() const {
          mediaClass == "Audio/Duplex";
 }
 
+bool AudioDevice::isPlayback() const {
+  return mediaClass == "Stream/Output/Audio" && !program.empty();
+}
+
 void AudioGraph::addDevice(const AudioDevice& device) {
   devices_[device.id] = device;
 }
@@ -35,13 +39,13 @@ void AudioGraph::addLink(std::uint32_t link, std::uint32_t outputNode, std::uint
   links_[link] = {outputNode, inputNode};
 }
 
-void AudioGraph::addPort(std::uint32_t port, std::uint32_t device, const std::string& channel) {
-  if (channel.starts_with("AUX")) auxPorts_[port] = device;
+void AudioGraph::addPort(std::uint32_t port, const AudioPort& description) {
+  ports_[port] = description;
 }
 
 void AudioGraph::remove(std::uint32_t id) {
   devices_.erase(id);
-  auxPorts_.erase(id);
+  ports_.erase(id);
   links_.erase(id);
 }
 
@@ -80,10 +84,11 @@ const AudioDevice* AudioGraph::source(const std::string& name) const {
 }
 
 std::uint32_t AudioGraph::auxChannelCount(std::uint32_t device) const {
-  const auto isOfDevice = [device](const auto& port) {
-    return port.second == device;
+  const auto isOfDevice = [device](const auto& entry) {
+    const AudioPort& port = entry.second;
+    return port.node == device && port.isOutput && port.channel.starts_with("AUX");
   };
-  return std::uint32_t(std::ranges::count_if(auxPorts_, isOfDevice));
+  return std::uint32_t(std::ranges::count_if(ports_, isOfDevice));
 }
 
 bool AudioGraph::isLinked(std::uint32_t outputNode, std::uint32_t inputNode) const {

@@ -7,7 +7,7 @@
 
 namespace velun {
 
-/// A sink or source of PipeWire.
+/// A sink or source of PipeWire, or a stream that a program plays.
 struct AudioDevice {
   std::uint32_t id = 0;
   /// Stable across restarts.
@@ -16,20 +16,32 @@ struct AudioDevice {
   std::string mediaClass;
   /// The name to show.
   std::string description;
+  /// The program's name; empty for most devices.
+  std::string program = {};
 
   bool isSink() const;
   /// False for the monitor of a sink.
   bool isSource() const;
+  /// A stream that a program plays, and that mixers show as one of that program.
+  bool isPlayback() const;
   bool operator==(const AudioDevice&) const = default;
 };
 
-/// PipeWire's devices and links, and the default devices that its session manager has chosen.
+/// A connection point of a node, for one channel.
+struct AudioPort {
+  std::uint32_t node = 0;
+  bool isOutput = false;
+  /// Such as "FL", "MONO" or "AUX3".
+  std::string channel;
+};
+
+/// PipeWire's devices, streams and links, and the default devices that its session manager has
+/// chosen.
 class AudioGraph {
  public:
   void addDevice(const AudioDevice& device);
   void addLink(std::uint32_t link, std::uint32_t outputNode, std::uint32_t inputNode);
-  /// Adds an output port of a device, for the channel with this name such as "FL" or "AUX3".
-  void addPort(std::uint32_t port, std::uint32_t device, const std::string& channel);
+  void addPort(std::uint32_t port, const AudioPort& description);
   /// Removes the device, link or port with this id.
   void remove(std::uint32_t id);
 
@@ -45,7 +57,9 @@ class AudioGraph {
   /// The number of session managers seen so far.
   int sessionNumber() const { return sessionNumber_; }
 
+  /// With the streams that programs play.
   const std::map<std::uint32_t, AudioDevice>& devices() const { return devices_; }
+  const std::map<std::uint32_t, AudioPort>& ports() const { return ports_; }
   /// Null while the device that was chosen does not exist.
   const AudioDevice* defaultSink() const;
   /// The default microphone. Null when the session manager has chosen the monitor of a sink because
@@ -70,8 +84,7 @@ class AudioGraph {
 
   std::map<std::uint32_t, AudioDevice> devices_;
   std::map<std::uint32_t, Link> links_;
-  /// The device of each port without a position.
-  std::map<std::uint32_t, std::uint32_t> auxPorts_;
+  std::map<std::uint32_t, AudioPort> ports_;
   std::string defaultSinkName_;
   std::string defaultSourceName_;
   bool hasSession_ = false;

@@ -10,7 +10,7 @@ namespace velun {
 namespace {
 
 QString stage(CaptureProblem problem, AudioTarget::Kind kind) {
-  const bool isOutput = kind == AudioTarget::Kind::output;
+  const bool isOutput = kind != AudioTarget::Kind::input;
   if (problem == CaptureProblem::lost) {
     return L("Audio capture was interrupted.", "오디오 캡처가 중단되었습니다.");
   }
@@ -23,7 +23,7 @@ QString stage(CaptureProblem problem, AudioTarget::Kind kind) {
 }
 
 QString noDevice(AudioTarget::Kind kind) {
-  if (kind == AudioTarget::Kind::output) {
+  if (kind != AudioTarget::Kind::input) {
     return L("No output device was found. Connect one, or turn one on in the sound settings.",
              "출력 장치를 찾을 수 없습니다. 장치를 연결하거나 사운드 설정에서 켜세요.");
   }

@@ -30,6 +30,7 @@ PipeWireCapture::~PipeWireCapture() {
 void PipeWireCapture::endStreams() {
   awakeStream.reset();
   stream.reset();
+  links = {};
 }
 
 void PipeWireCapture::disconnect() {

@@ -4,6 +4,7 @@
 #include "platform/audio/linux/pipewire_connection.h"
 #include "platform/audio/linux/pipewire_loop.h"
 #include "platform/audio/linux/pipewire_stream.h"
+#include "platform/audio/linux/program_links.h"
 #include "platform/foundation/clock.h"
 
 #include <memory>
@@ -28,6 +29,8 @@ struct PipeWireCapture {
   std::unique_ptr<PipeWireStream> stream;
   /// Captures the same output without a handler, so that the output stays awake.
   std::unique_ptr<PipeWireStream> awakeStream;
+  /// The links of the stream, where it captures programs.
+  ProgramLinks links;
 };
 
 /// Destroys captures, each once PipeWire has replied to the requests of its streams: libpipewire

@@ -18,17 +18,17 @@ class PipeWireConnection::Listener final : public PipeWireRegistry::Listener {
     if (kind == PW_TYPE_INTERFACE_Node) {
       const AudioDevice device{id, propertyText(properties, PW_KEY_NODE_NAME),
                                propertyText(properties, PW_KEY_MEDIA_CLASS),
-                               propertyText(properties, PW_KEY_NODE_DESCRIPTION)};
-      if (!device.isSink() && !device.isSource()) return;
+                               propertyText(properties, PW_KEY_NODE_DESCRIPTION),
+                               propertyText(properties, PW_KEY_APP_NAME)};
+      if (!device.isSink() && !device.isSource() && !device.isPlayback()) return;
       connection_.graph_.addDevice(device);
     } else if (kind == PW_TYPE_INTERFACE_Link) {
       connection_.graph_.addLink(id, propertyNumber(properties, PW_KEY_LINK_OUTPUT_NODE),
                                  propertyNumber(properties, PW_KEY_LINK_INPUT_NODE));
     } else if (kind == PW_TYPE_INTERFACE_Port) {
-      if (propertyText(properties, PW_KEY_PORT_DIRECTION) != "out") return;
-      connection_.graph_.addPort(id, propertyNumber(properties, PW_KEY_NODE_ID),
-                                 propertyText(properties, PW_KEY_AUDIO_CHANNEL));
-      return;
+      connection_.graph_.addPort(id, {propertyNumber(properties, PW_KEY_NODE_ID),
+                                      propertyText(properties, PW_KEY_PORT_DIRECTION) == "out",
+                                      propertyText(properties, PW_KEY_AUDIO_CHANNEL)});
     } else if (kind == PW_TYPE_INTERFACE_Metadata &&
                propertyText(properties, PW_KEY_METADATA_NAME) == "default") {
       dropDefaults();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/audio/linux/pipewire_source.h"
 
+#include "platform/audio/linux/wanted_stream.h"
 #include "platform/foundation/failure.h"
 
 #include <algorithm>
@@ -52,7 +53,8 @@ void PipeWireSource::begin(Handler handler) {
   handler_ = std::move(handler);
   phase_ = Phase::starting;
   int status = 0;
-  auto loop = PipeWireLoop::start(isOutput() ? "SystemAudio" : "Microphone", &status);
+  const bool isInput = target_.kind == AudioTarget::Kind::input;
+  auto loop = PipeWireLoop::start(isInput ? "Microphone" : "SystemAudio", &status);
   if (!loop) return failStart(problemOf(status), status);
   capture_ = std::make_unique<PipeWireCapture>(std::move(loop));
   {
@@ -111,7 +113,7 @@ PipeWireSource::Report PipeWireSource::reviewStart() {
   const PipeWireConnection& connection = *capture_->connection;
   if (connection.isLost()) return startFailure(CaptureProblem::notRunning);
   if (!connection.isComplete()) return {};
-  if (!wantedDevice()) {
+  if (!isTargetThere()) {
     if (!deviceTimeout_) {
       const bool hasSession = connection.graph().hasSession();
       scheduleReview(&deviceTimeout_, hasSession ? kDefaultDeviceTimeout : kSessionStartTimeout,
@@ -172,22 +174,23 @@ PipeWireSource::Report PipeWireSource::reviewStream() {
   if (isStreamStale()) capture_->endStreams();
   // Without a chosen device the session manager is still starting, and it does not link streams
   // that were created before it is ready.
-  if (!capture_->stream && wantedDevice()) makeStream();
+  if (!capture_->stream && isTargetThere()) makeStream();
+  updateLinks();
 
-  if (isStreamLinked() || !wantedDevice()) {
+  if (isStreamLinked() || !isTargetThere()) {
     relinkCall_.reset();
     relinkDelay_ = kMinRelinkDelay;
   } else if (!relinkCall_) {
     scheduleReview(&relinkCall_, relinkDelay_, &PipeWireSource::relink);
   }
-  updateAwakeStream();
+  updateWakefulness();
   // A missing device is not an interruption; `reconnect` ends one.
   if (Report report = reviewDevice()) return report;
   return isStreamLinked() ? endInterruption() : Report();
 }
 
 PipeWireSource::Report PipeWireSource::reviewDevice() {
-  const bool isMissing = !target_.id.isEmpty() && !wantedDevice();
+  const bool isMissing = !target_.id.isEmpty() && !isTargetThere();
   if (std::exchange(isDeviceMissing_, isMissing) == isMissing) return {};
   return [this, isMissing, self = QPointer(this)] {
     isMissing ? Q_EMIT deviceMissing() : Q_EMIT deviceFound();
@@ -196,28 +199,42 @@ PipeWireSource::Report PipeWireSource::reviewDevice() {
   };
 }
 
-void PipeWireSource::updateAwakeStream() {
+/// Links programs that have begun to play.
+void PipeWireSource::updateLinks() {
+  if (!target_.isProgram() || !capture_->stream) return;
+  const auto wanted =
+      linksToPrograms(target_, capture_->stream->nodeID(), capture_->connection->graph());
+  capture_->links.update(wanted, *capture_->connection);
+}
+
+void PipeWireSource::updateWakefulness() {
   const double quiet = clock_.monotonicSeconds() - sounds_.lastSound();
   const auto left = wakefulness_ - std::chrono::milliseconds(std::lround(quiet * 1000));
-  if (!isOutput() || !capture_->stream || left <= 0ms) {
+  const bool isAwake = capture_->stream && target_.kind != AudioTarget::Kind::input && left > 0ms;
+  keepAwake(isAwake);
+  if (!isAwake) {
     suspendCall_.reset();
-    capture_->awakeStream.reset();
-    return;
+  } else if (!suspendCall_) {
+    scheduleReview(&suspendCall_, left, &PipeWireSource::allowSuspend);
   }
-  if (!capture_->awakeStream) {
-    PipeWireStreamOptions options;
-    options.nodeName = nodeName();
-    options.capturesSink = true;
+}
+
+void PipeWireSource::keepAwake(bool isAwake) {
+  if (target_.isProgram()) {
+    // What a program said last is only finished by the silence after it, also when it has ended.
+    if (capture_->stream) capture_->stream->keepAwake(isAwake);
+  } else if (!isAwake) {
+    capture_->awakeStream.reset();
+  } else if (!capture_->awakeStream) {
+    PipeWireStreamOptions options = streamOptions_;
     options.keepsAwake = true;
-    options.target = streamTarget_;
     capture_->awakeStream =
         std::make_unique<PipeWireStream>(*capture_->loop, *capture_->connection, options, nullptr);
   }
-  if (!suspendCall_) scheduleReview(&suspendCall_, left, &PipeWireSource::allowSuspend);
 }
 
 PipeWireSource::Report PipeWireSource::allowSuspend() {
-  if (capture_->connection) updateAwakeStream();
+  if (capture_->connection) updateWakefulness();
   return {};
 }
 
@@ -261,7 +278,7 @@ PipeWireSource::Report PipeWireSource::reconnect() {
   if (Report report = reviewConnection()) return report;
   // Only a device is missing, and a missing device is not an interruption.
   const bool isComplete = capture_->connection && capture_->connection->isComplete() &&
-                          capture_->connection->graph().hasSession() && !wantedDevice();
+                          capture_->connection->graph().hasSession() && !isTargetThere();
   return isComplete ? endInterruption() : Report();
 }
 
@@ -273,20 +290,15 @@ PipeWireSource::Report PipeWireSource::relink() {
 
 /// Returns 0 or a negative errno.
 int PipeWireSource::makeStream() {
-  PipeWireStreamOptions options;
-  options.nodeName = nodeName();
-  options.capturesSink = isOutput();
-  if (isBound()) options.target = wantedDevice()->name;
-  options.auxChannelCount = capture_->connection->graph().auxChannelCount(wantedDevice()->id);
-  streamTarget_ = options.target;
+  streamOptions_ = streamFor(target_, capture_->connection->graph());
   streamSession_ = capture_->connection->graph().sessionNumber();
   const double quiet = std::chrono::duration<double>(wakefulness_).count();
   const auto handler = [this, quiet](std::span<const float> samples) {
     if (sounds_.note(samples, clock_.monotonicSeconds(), quiet)) capture_->loop->notify();
     handler_(samples);
   };
-  capture_->stream =
-      std::make_unique<PipeWireStream>(*capture_->loop, *capture_->connection, options, handler);
+  capture_->stream = std::make_unique<PipeWireStream>(*capture_->loop, *capture_->connection,
+                                                      streamOptions_, handler);
   return capture_->stream->error();
 }
 
@@ -294,27 +306,26 @@ int PipeWireSource::makeStream() {
 bool PipeWireSource::isStreamStale() const {
   if (!capture_->stream) return false;
   // A session manager does not link streams that are older than itself.
-  const int session = capture_->connection->graph().sessionNumber();
-  if (capture_->stream->isDead() || streamSession_ != session) return true;
-  const AudioDevice* device = wantedDevice();
-  return isBound() && (!device || device->name != streamTarget_);
+  const AudioGraph& graph = capture_->connection->graph();
+  if (capture_->stream->isDead() || streamSession_ != graph.sessionNumber()) return true;
+  return !isCapturedBy(streamOptions_, target_, graph);
 }
 
 bool PipeWireSource::isStreamLinked() const {
-  const AudioDevice* device = wantedDevice();
-  return capture_->stream && device &&
-         capture_->connection->graph().isLinked(device->id, capture_->stream->nodeID());
-}
-
-const AudioDevice* PipeWireSource::wantedDevice() const {
+  if (!capture_->stream) return false;
   const AudioGraph& graph = capture_->connection->graph();
-  if (target_.id.isEmpty()) return isOutput() ? graph.defaultSink() : graph.defaultSource();
-  const std::string name = target_.id.toStdString();
-  return isOutput() ? graph.sink(name) : graph.source(name);
+  const std::uint32_t node = capture_->stream->nodeID();
+  if (target_.isProgram()) {
+    return std::ranges::all_of(linksToPrograms(target_, node, graph), [&](const PortPair& pair) {
+      return graph.isLinked(graph.ports().at(pair.output).node, node);
+    });
+  }
+  const AudioDevice* device = deviceOf(target_, graph);
+  return device && graph.isLinked(device->id, node);
 }
 
-const char* PipeWireSource::nodeName() const {
-  return isOutput() ? "Velun Tap" : "Velun Microphone";
+bool PipeWireSource::isTargetThere() const {
+  return canBeCaptured(target_, capture_->connection->graph());
 }
 
 }  // namespace velun

@@ -12,13 +12,12 @@
 #include <chrono>
 #include <functional>
 #include <optional>
-#include <string>
 #include <variant>
 
 namespace velun {
 
-/// Captures an output or an input of PipeWire. A target without an id follows the default device;
-/// one with an id is waited for.
+/// Captures an output, an input or programs of PipeWire. A device without an id is the default one,
+/// which is followed; one with an id is waited for, and so is a program.
 /// Recreates the stream when the device or the session manager returns. Reconnects when PipeWire
 /// ends (`reconnect`), and gives up after `kReconnectTimeout`.
 class PipeWireSource final : public AudioSource {
@@ -66,17 +65,13 @@ class PipeWireSource final : public AudioSource {
   Report reconnect();
   Report relink();
   Report allowSuspend();
-  void updateAwakeStream();
+  void updateLinks();
+  void updateWakefulness();
+  void keepAwake(bool isAwake);
   int makeStream();
   bool isStreamStale() const;
   bool isStreamLinked() const;
-  /// Null while the device does not exist.
-  const AudioDevice* wantedDevice() const;
-  bool isOutput() const { return target_.kind == AudioTarget::Kind::output; }
-  /// The stream of an input is bound to its device, because the session manager would otherwise
-  /// move it to the monitor of a sink when the last microphone goes.
-  bool isBound() const { return !isOutput() || !target_.id.isEmpty(); }
-  const char* nodeName() const;
+  bool isTargetThere() const;
 
   const AudioTarget target_;
   Clock& clock_;
@@ -87,7 +82,7 @@ class PipeWireSource final : public AudioSource {
   Handler handler_;
   OneShot<std::monostate> started_;
   std::unique_ptr<PipeWireCapture> capture_;
-  std::string streamTarget_;
+  PipeWireStreamOptions streamOptions_;
   /// The session manager that links the stream.
   int streamSession_ = 0;
   SoundWatch sounds_;

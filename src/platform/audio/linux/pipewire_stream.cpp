@@ -20,6 +20,14 @@ namespace {
 // them.
 constexpr const char* kLatency = "1024/48000";
 
+/// Whether a stream runs without links.
+spa_dict awakeProperties(bool isAwake) {
+  static constexpr spa_dict_item items[][2] = {
+      {{PW_KEY_NODE_ALWAYS_PROCESS, "false"}, {PW_KEY_NODE_WANT_DRIVER, "false"}},
+      {{PW_KEY_NODE_ALWAYS_PROCESS, "true"}, {PW_KEY_NODE_WANT_DRIVER, "true"}}};
+  return SPA_DICT_INIT(items[isAwake ? 1 : 0], 2);
+}
+
 void setProperties(pw_properties* properties, const PipeWireStreamOptions& options) {
   pw_properties_set(properties, PW_KEY_NODE_NAME, options.nodeName.c_str());
   if (options.capturesSink) {
@@ -29,6 +37,10 @@ void setProperties(pw_properties* properties, const PipeWireStreamOptions& optio
     if (!options.keepsAwake) pw_properties_set(properties, PW_KEY_NODE_PASSIVE, "true");
     pw_properties_set(properties, "state.restore-props", "false");
     pw_properties_set(properties, "state.restore-target", "false");
+  }
+  if (options.isLinkedByOwner) {
+    const spa_dict awake = awakeProperties(options.keepsAwake);
+    pw_properties_update(properties, &awake);
   }
   if (!options.target.empty()) {
     pw_properties_set(properties, PW_KEY_TARGET_OBJECT, options.target.c_str());
@@ -123,7 +135,8 @@ PipeWireStream::PipeWireStream(PipeWireLoop& loop, PipeWireConnection& connectio
                                const PipeWireStreamOptions& options, AudioSource::Handler handler)
     : implementation_(std::make_unique<Implementation>(*this)),
       loop_(loop),
-      handler_(std::move(handler)) {
+      handler_(std::move(handler)),
+      isKeptAwake_(options.keepsAwake) {
   pw_properties* properties = pw_properties_new(
       PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Capture", PW_KEY_MEDIA_ROLE,
       "Accessibility", PW_KEY_MEDIA_NAME, "Live captions", PW_KEY_APP_NAME, "Velun", PW_KEY_APP_ID,
@@ -141,13 +154,25 @@ PipeWireStream::PipeWireStream(PipeWireLoop& loop, PipeWireConnection& connectio
   spa_pod_builder builder{};
   spa_pod_builder_init(&builder, room, sizeof room);
   const spa_pod* format = buildFormat(&builder, options);
-  auto flags = PW_STREAM_FLAG_AUTOCONNECT | PW_STREAM_FLAG_MAP_BUFFERS;
+  auto flags = static_cast<int>(PW_STREAM_FLAG_MAP_BUFFERS);
+  if (!options.isLinkedByOwner) flags |= PW_STREAM_FLAG_AUTOCONNECT;
   if (!options.target.empty()) flags |= PW_STREAM_FLAG_DONT_RECONNECT;
   error_ = std::min(0, pw_stream_connect(implementation_->stream, PW_DIRECTION_INPUT, PW_ID_ANY,
                                          static_cast<pw_stream_flags>(flags), &format, 1));
 }
 
 PipeWireStream::~PipeWireStream() = default;
+
+void PipeWireStream::keepAwake(bool isAwake) {
+  if (std::exchange(isKeptAwake_, isAwake) == isAwake) return;
+  const spa_dict properties = awakeProperties(isAwake);
+  pw_stream_update_properties(implementation_->stream, &properties);
+  if (isAwake) return;
+  // PipeWire looks at the properties again when the activity or the links change. Waking up needs
+  // none of this: sound has arrived, so the stream runs until the program ends, which is a change.
+  pw_stream_set_active(implementation_->stream, false);
+  pw_stream_set_active(implementation_->stream, true);
+}
 
 std::uint32_t PipeWireStream::nodeID() const {
   return implementation_->stream ? pw_stream_get_node_id(implementation_->stream) : SPA_ID_INVALID;

@@ -14,10 +14,13 @@ namespace velun {
 /// What a stream captures, and how it shows among the nodes of PipeWire.
 struct PipeWireStreamOptions {
   std::string nodeName;
-  /// Captures what a sink plays; else a source.
+  /// Captures what a sink or programs play; else a source.
   bool capturesSink = false;
+  /// Is linked by its owner; else by the session manager.
+  bool isLinkedByOwner = false;
   /// Keeps the sink running although nothing plays; else the stream does not prevent the sink from
-  /// being suspended.
+  /// being suspended. A stream that is linked by its owner then runs without links, too: its
+  /// handler gets silence.
   bool keepsAwake = false;
   /// The name of the only device to capture; the stream ends with it. Empty for the default device,
   /// which the stream then follows.
@@ -45,6 +48,9 @@ class PipeWireStream {
   bool isDead() const { return isDead_; }
   /// The id of its node, once it is ready.
   std::uint32_t nodeID() const;
+  /// Changes `keepsAwake` of a stream that is linked by its owner. Going to sleep drops some
+  /// milliseconds of sound.
+  void keepAwake(bool isAwake);
   /// The handler is not called any more.
   void silence() { handler_ = nullptr; }
 
@@ -56,6 +62,7 @@ class PipeWireStream {
   AudioSource::Handler handler_;
   int error_ = 0;
   bool isReady_ = false;
+  bool isKeptAwake_ = false;
   bool isDead_ = false;
 };
 

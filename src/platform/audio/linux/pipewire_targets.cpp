@@ -2,6 +2,8 @@
 #include "platform/audio/linux/pipewire_targets.h"
 
 #include <algorithm>
+#include <set>
+#include <string>
 
 namespace velun {
 
@@ -18,10 +20,16 @@ std::vector<AudioTarget> targetsOf(const AudioGraph& graph) {
     const QString name = QString::fromStdString(device.description);
     targets.push_back({kind, id, name.isEmpty() ? id : name});
   };
+  std::set<std::string> programs;
   for (const auto& [id, device] : graph.devices()) {
+    if (device.isPlayback()) programs.insert(device.program);
     if (device.name.empty()) continue;
     if (device.isSink()) add(AudioTarget::Kind::output, device);
     if (device.isSource()) add(AudioTarget::Kind::input, device);
+  }
+  for (const std::string& program : programs) {
+    const QString name = QString::fromStdString(program);
+    targets.push_back({AudioTarget::Kind::program, name, name});
   }
   std::ranges::sort(targets, [](const AudioTarget& a, const AudioTarget& b) {
     if (a.kind != b.kind) return a.kind < b.kind;

@@ -10,7 +10,8 @@
 
 namespace velun {
 
-/// The sinks and sources of PipeWire. Connects again when PipeWire has ended.
+/// The sinks and sources of PipeWire, and the programs that play. Connects again when PipeWire has
+/// ended.
 class PipeWireTargets final : public AudioTargets {
   Q_OBJECT
 
