@@ -10,7 +10,11 @@ _velun() {
     -f | --format) mapfile -t COMPREPLY < <(compgen -W "text srt vtt json" -- "$word") ;;
     -d | --device)
       local IFS=$'\n'
-      mapfile -t COMPREPLY < <(compgen -W "$(velun captions --list-devices | cut -f2)" -- "$word")
+      mapfile -t COMPREPLY < <(compgen -W "$(velun captions --list-devices | grep -v ^program | cut -f2)" -- "$word")
+      ;;
+    -p | --program | -x | --except)
+      local IFS=$'\n'
+      mapfile -t COMPREPLY < <(compgen -W "$(velun captions --list-devices | grep ^program | cut -f2)" -- "$word")
       ;;
     -m | --model)
       mapfile -t COMPREPLY < <(compgen -W "$(velun captions --list-models | cut -f1)" -- "$word")
@@ -18,7 +22,7 @@ _velun() {
     -l | --language | -t | --translate) COMPREPLY=() ;;
     *)
       if [[ $word == -* ]]; then
-        mapfile -t COMPREPLY < <(compgen -W "--input --device --language --model --format --translate \
+        mapfile -t COMPREPLY < <(compgen -W "--input --device --program --except --language --model --format --translate \
           --times --drafts --list-devices --list-models --help" -- "$word")
       else
         compopt -o filenames

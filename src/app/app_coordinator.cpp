@@ -53,7 +53,8 @@ void AppCoordinator::launch() {
                                        .frames = services_.preferences,
                                        .clock = services_.clock,
                                        .betterCaptions = services_.betterCaptions,
-                                       .smallerRecognizer = services_.smallerRecognizer};
+                                       .smallerRecognizer = services_.smallerRecognizer,
+                                       .audio = services_.audio};
   captionWindow_ = std::make_unique<CaptionWindowController>(model_, commands_, services);
   menuBar_ = std::make_unique<MenuBarController>(model_, services_.trayHost, commands_);
   menuBar_->mainMenu().install(&captionWindow_->panel(), MainMenu::Place::globalOnly,

@@ -3,6 +3,7 @@
 
 #include "app/engine_services.h"
 #include "audio/speech_recognition_engine.h"
+#include "captions/caption_target.h"
 #include "captions/recording_source.h"
 #include "cli/caption_devices.h"
 #include "cli/captions_command.h"
@@ -107,9 +108,12 @@ std::unique_ptr<CaptionSource> makeSource(EngineServices& services,
   if (!arguments.recording) {
     std::vector<AudioTarget> devices;
     if (!arguments.device.isEmpty()) devices = currentDevices(services.audio, services.clock);
+    const bool isOfProgram = arguments.program.scope != ProgramChoice::Scope::all;
     return std::make_unique<LiveSource>(
         std::make_unique<SpeechRecognitionEngine>(services.speech, services.audio, services.clock),
-        localeID, deviceNamed(arguments.device, arguments.input, devices));
+        localeID,
+        isOfProgram ? targetOf(arguments.program)
+                    : deviceNamed(arguments.device, arguments.input, devices));
   }
   const QString path = arguments.recording == QLatin1String("-") ? RecordingStream::standardInput()
                                                                  : *arguments.recording;

@@ -12,6 +12,30 @@ namespace {
 /// An additional action for both inputs. Its parameter and its state are the raw value of the
 /// input.
 const auto kInput = QStringLiteral("input");
+/// The device of the input, by its id; empty for the computer's default one.
+const auto kDevice = QStringLiteral("device");
+/// The program that is captioned alone, or not at all; empty for all programs.
+const auto kOnlyProgram = QStringLiteral("only-program");
+const auto kExceptProgram = QStringLiteral("except-program");
+
+/// The actions that choose what is captioned, with their states.
+std::vector<std::pair<QString, QString>> sourceStates(const AppSettings& settings) {
+  const ProgramChoice& program = settings.program();
+  const bool isOnly = program.scope == ProgramChoice::Scope::only;
+  return {{kDevice, settings.device().id},
+          {kOnlyProgram, isOnly ? program.name : QString()},
+          {kExceptProgram, isOnly ? QString() : program.name}};
+}
+
+bool choosesSource(const QString& name) {
+  return name == kDevice || name == kOnlyProgram || name == kExceptProgram;
+}
+
+void chooseSource(AppSettings& settings, const QString& name, const QString& value) {
+  if (name == kDevice) return settings.setDevice({value, {}});
+  const bool isOnly = name == kOnlyProgram;
+  settings.setProgram({isOnly ? ProgramChoice::Scope::only : ProgramChoice::Scope::allBut, value});
+}
 
 }  // namespace
 
@@ -19,6 +43,10 @@ RemoteCommands::RemoteCommands(const AppCommands& commands, const CaptionViewMod
                                ApplicationService& application)
     : commands_(commands), model_(model), application_(application) {
   connect(&commands, &AppCommands::refreshed, this, &RemoteCommands::publish);
+  for (const auto signal : {&AppSettings::outputChanged, &AppSettings::microphoneChanged,
+                            &AppSettings::programChanged}) {
+    connect(&model.settings(), signal, this, &RemoteCommands::publish);
+  }
   connect(&application, &ApplicationService::actionRequested, this, &RemoteCommands::carryOut);
   publish();
 }
@@ -37,6 +65,12 @@ void RemoteCommands::publish() {
                      .parameterType = "s",
                      .isEnabled = commands_.action(AppCommand::selectComputer).isEnabled(),
                      .state = rawValue(useMic ? AudioInput::microphone : AudioInput::computer)});
+  for (const auto& [name, state] : sourceStates(model_.settings())) {
+    actions.push_back({.name = name,
+                       .parameterType = "s",
+                       .isEnabled = commands_.action(AppCommand::selectComputer).isEnabled(),
+                       .state = state});
+  }
   application_.setActions(actions);
 }
 
@@ -46,6 +80,10 @@ void RemoteCommands::carryOut(const QString& name, const QVariant& parameter) {
     if (!input) return;
     const bool useMic = *input == AudioInput::microphone;
     commands_.action(useMic ? AppCommand::selectMicrophone : AppCommand::selectComputer).trigger();
+  } else if (choosesSource(name)) {
+    if (commands_.action(AppCommand::selectComputer).isEnabled()) {
+      chooseSource(model_.settings(), name, parameter.toString());
+    }
   } else if (QAction* action = commands_.find(name)) {
     action->trigger();
   }

@@ -11,7 +11,7 @@ constexpr AudioTarget::Kind deviceKind(AudioInput input) {
   return input == AudioInput::microphone ? AudioTarget::Kind::input : AudioTarget::Kind::output;
 }
 
-/// The input of a line that was heard on a device of this kind.
+/// The input of a line that was heard on a target of this kind.
 constexpr AudioInput inputOf(AudioTarget::Kind kind) {
   return kind == AudioTarget::Kind::input ? AudioInput::microphone : AudioInput::computer;
 }

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "captions/engine_controller.h"
 
-#include "audio/audio_input_kind.h"
 #include "audio/start_failure.h"
+#include "captions/caption_target.h"
 #include "captions/update.h"
 #include "platform/foundation/failure.h"
 #include "platform/foundation/one_shot.h"
-#include "settings/app_settings.h"
 
 #include <exception>
 #include <utility>
@@ -57,7 +56,7 @@ QCoro::Task<> EngineController::runRestart(QPointer<EngineController> self, std:
   std::optional<FailureEvent> failure;
   try {
     const QString localeID = self->settings_.localeID();
-    const AudioTarget target = self->target();
+    const AudioTarget target = captionTarget(self->settings_);
     QCoro::Task<> starting = self->engine_->start(localeID, target, stop);
     co_await starting;
     isStarted = true;
@@ -95,11 +94,6 @@ QCoro::Task<> EngineController::runStop(QPointer<EngineController> self) {
   QCoro::Task<> stopping = self->engine_->stop();
   co_await stopping;
   if (self) Q_EMIT self->stopped();
-}
-
-AudioTarget EngineController::target() const {
-  const auto input = settings_.useMic() ? AudioInput::microphone : AudioInput::computer;
-  return {deviceKind(input), settings_.device().id, settings_.device().name};
 }
 
 std::vector<float> EngineController::meterBands() const {

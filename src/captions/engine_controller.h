@@ -79,7 +79,6 @@ class EngineController final : public QObject {
   static QCoro::Task<> runStop(QPointer<EngineController> self);
   OneShot<bool> beginShutdown();
   /// What the settings of this moment say.
-  AudioTarget target() const;
   void setRunning(bool isRunning);
   void setTransitioning(bool isTransitioning);
   void reportSwitching();

@@ -29,6 +29,14 @@ void addOptions(QCommandLineParser& parser) {
                "출력 장치나 마이크. --list-devices에 나오는 이름으로 지정합니다. 기본값은 컴퓨터가 "
                "쓰는 장치입니다."),
              "name"),
+      Option({"p", "program"},
+             L("Caption this program only, by a name that --list-devices shows while it plays.",
+               "이 프로그램의 소리만 자막으로. 소리를 내는 동안 --list-devices에 나오는 이름으로 "
+               "지정합니다."),
+             "name"),
+      Option({"x", "except"},
+             L("Caption all programs but this one.", "이 프로그램을 뺀 모든 소리를 자막으로."),
+             "name"),
       Option({"l", "language"},
              L("The spoken language, such as en_US. The default is that of Velun's window.",
                "말하는 언어(예: en_US). 기본값은 Velun 창에서 고른 언어입니다."),
@@ -51,7 +59,8 @@ void addOptions(QCommandLineParser& parser) {
       Option("list-models",
              L("List the recognizers of the language and whether they are installed.",
                "해당 언어의 인식기와 설치 여부를 나열.")),
-      Option("list-devices", L("List the outputs and microphones.", "출력 장치와 마이크를 나열.")),
+      Option("list-devices", L("List the outputs, the microphones and the programs that play.",
+                               "출력 장치, 마이크, 소리를 내는 프로그램을 나열.")),
       Option({"h", "help"}, L("Show this help.", "이 도움말 표시.")),
   });
 }
@@ -82,6 +91,39 @@ CaptionOutput outputOf(const QString& value) {
   return found->second;
 }
 
+ProgramChoice programOf(const QCommandLineParser& parser) {
+  if (parser.isSet("program")) return {ProgramChoice::Scope::only, parser.value("program")};
+  if (parser.isSet("except")) return {ProgramChoice::Scope::allBut, parser.value("except")};
+  return {};
+}
+
+/// At most one of these says what to caption.
+void checkSource(const CaptionArguments& arguments, const QCommandLineParser& parser) {
+  for (const char* live : {"input", "device", "program", "except"}) {
+    if (!arguments.recording || !parser.isSet(live)) continue;
+    throw UsageError(L("Either a recording or --%1 can be captioned, not both.",
+                       "녹음 파일과 --%1 가운데 하나만 지정할 수 있습니다.")
+                         .arg(QLatin1String(live)));
+  }
+  const bool isMicrophone = arguments.input == AudioInput::microphone;
+  for (const char* program : {"program", "except"}) {
+    if (!parser.isSet(program)) continue;
+    if (parser.value(program).isEmpty()) {
+      throw UsageError(
+          L("--%1 needs the name of a program.", "--%1에는 프로그램 이름이 필요합니다.")
+              .arg(QLatin1String(program)));
+    }
+    if (isMicrophone || parser.isSet("device") ||
+        (parser.isSet("program") && parser.isSet("except"))) {
+      throw UsageError(L("--%1 is for the computer’s sound and cannot be combined with --device or "
+                         "another program.",
+                         "--%1은 컴퓨터 소리에만 쓰며 --device나 다른 프로그램과 함께 쓸 수 "
+                         "없습니다.")
+                           .arg(QLatin1String(program)));
+    }
+  }
+}
+
 void check(const CaptionArguments& arguments, const QCommandLineParser& parser) {
   const bool isText = arguments.output == CaptionOutput::text;
   if (arguments.showsTimes && !isText) {
@@ -93,12 +135,7 @@ void check(const CaptionArguments& arguments, const QCommandLineParser& parser) 
                        "자막 파일에는 끝나지 않은 줄이 없습니다. --drafts는 text 또는 json 형식과 "
                        "함께 쓰십시오."));
   }
-  for (const char* live : {"input", "device"}) {
-    if (!arguments.recording || !parser.isSet(live)) continue;
-    throw UsageError(L("Either a recording or --%1 can be captioned, not both.",
-                       "녹음 파일과 --%1 가운데 하나만 지정할 수 있습니다.")
-                         .arg(QLatin1String(live)));
-  }
+  checkSource(arguments, parser);
 }
 
 }  // namespace
@@ -124,6 +161,7 @@ CaptionArguments parseCaptionArguments(const QStringList& arguments) {
   if (!recordings.isEmpty()) result.recording = recordings.first();
   result.input = inputOf(parser.value("input"));
   result.device = parser.value("device");
+  result.program = programOf(parser);
   result.localeID = parser.value("language");
   result.model = parser.value("model");
   result.output = outputOf(parser.value("format"));

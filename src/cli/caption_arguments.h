@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/audio_input.h"
+#include "settings/program_choice.h"
 
 #include <optional>
 #include <QString>
@@ -20,6 +21,8 @@ struct CaptionArguments {
   AudioInput input = AudioInput::computer;
   /// The device of `input`, by its id or name; empty: the default one.
   QString device = {};
+  /// Whose sound of the computer's.
+  ProgramChoice program = {};
   /// The locale, such as "en_US"; empty: that of the settings.
   QString localeID = {};
   /// A recognizer's id; empty: the one that the window would use.

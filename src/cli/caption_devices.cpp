@@ -41,7 +41,9 @@ AudioTarget deviceNamed(const QString& wanted, AudioInput input,
 QString deviceList(const std::vector<AudioTarget>& devices) {
   QString list;
   for (const AudioTarget& device : devices) {
-    list += rawValue(inputOf(device.kind)) + u'\t' + device.id + u'\t' + device.name + u'\n';
+    const QString kind =
+        device.isProgram() ? QStringLiteral("program") : rawValue(inputOf(device.kind));
+    list += kind + u'\t' + device.id + u'\t' + device.name + u'\n';
   }
   return list;
 }

@@ -9,8 +9,8 @@
 
 namespace velun {
 
-/// The devices that the sound server knows; empty if it has not answered after two seconds. Runs
-/// the event loop meanwhile. Main thread.
+/// The devices and programs that the sound server knows; empty if it has not answered after two
+/// seconds. Runs the event loop meanwhile. Main thread.
 std::vector<AudioTarget> currentDevices(AudioPlatform& audio, Clock& clock);
 
 /// The device of `input` whose id or name is `wanted`, in any case of letters; with an empty one
@@ -18,7 +18,7 @@ std::vector<AudioTarget> currentDevices(AudioPlatform& audio, Clock& clock);
 AudioTarget deviceNamed(const QString& wanted, AudioInput input,
                         const std::vector<AudioTarget>& devices);
 
-/// One line for each: the input, the id and the name.
+/// One line for each: the input, or "program", the id and the name.
 QString deviceList(const std::vector<AudioTarget>& devices);
 
 }  // namespace velun

@@ -31,6 +31,7 @@ AppSettings::AppSettings(PreferenceStore* preferences, QObject* parent)
     useMic_ = boolean("useMic", useMic_);
     output_ = readDevice("output");
     microphone_ = readDevice("microphone");
+    program_ = readProgram();
     localeID_ = text("localeID", localeID_);
     targetID_ = text("targetID", targetID_);
     fontSize_ = preferences_->get<double>(QStringLiteral("fontSize")).value_or(fontSize_);
@@ -117,6 +118,29 @@ void AppSettings::setMicrophone(const DeviceChoice& microphone) {
 
 void AppSettings::setDevice(const DeviceChoice& device) {
   useMic_ ? setMicrophone(device) : setOutput(device);
+}
+
+ProgramChoice AppSettings::readProgram() const {
+  const QString name = preferences_->get<QString>(QStringLiteral("program")).value_or(QString());
+  if (name.isEmpty()) return {};
+  const bool isExcluded =
+      preferences_->get<bool>(QStringLiteral("programExcluded")).value_or(false);
+  return {isExcluded ? ProgramChoice::Scope::allBut : ProgramChoice::Scope::only, name};
+}
+
+void AppSettings::setProgram(const ProgramChoice& program) {
+  const ProgramChoice valid = program.name.isEmpty() || program.scope == ProgramChoice::Scope::all
+                                  ? ProgramChoice()
+                                  : program;
+  const bool differs = program_ != valid;
+  program_ = valid;
+  if (preferences_) {
+    preferences_->set(QStringLiteral("program"), valid.name);
+    preferences_->set(QStringLiteral("programExcluded"),
+                      valid.scope == ProgramChoice::Scope::allBut);
+  }
+  Q_EMIT programChanged();
+  if (differs && !useMic_) Q_EMIT changed(Change::input);
 }
 
 void AppSettings::setLocaleID(const QString& localeID) {

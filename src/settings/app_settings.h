@@ -4,6 +4,7 @@
 #include "language/app_language.h"
 #include "settings/device_choice.h"
 #include "settings/panel_style.h"
+#include "settings/program_choice.h"
 #include "settings/text_size.h"
 
 #include <QObject>
@@ -33,6 +34,9 @@ class AppSettings final : public QObject {
   const DeviceChoice& microphone() const { return microphone_; }
   /// That of the two which `useMic` selects.
   const DeviceChoice& device() const { return useMic_ ? microphone_ : output_; }
+  /// Whose sound is captioned without `useMic`. With one program, or all but one, the output does
+  /// not matter.
+  const ProgramChoice& program() const { return program_; }
   /// The recognizer's locale identifier, such as "en_US".
   const QString& localeID() const { return localeID_; }
   /// The translation target's language identifier, such as "ko".
@@ -67,6 +71,7 @@ class AppSettings final : public QObject {
   void setMicrophone(const DeviceChoice& microphone);
   /// Sets that of the two which `useMic` selects.
   void setDevice(const DeviceChoice& device);
+  void setProgram(const ProgramChoice& program);
   void setLocaleID(const QString& localeID);
   void setTargetID(const QString& targetID);
   void setFontSize(double fontSize);
@@ -92,6 +97,7 @@ class AppSettings final : public QObject {
   void useMicChanged();
   void outputChanged();
   void microphoneChanged();
+  void programChanged();
   void localeIDChanged();
   void targetIDChanged();
   void fontSizeChanged();
@@ -117,6 +123,7 @@ class AppSettings final : public QObject {
   bool set(Value& property, const Value& value, const char* key, void (AppSettings::*notify)());
 
   DeviceChoice readDevice(const char* key) const;
+  ProgramChoice readProgram() const;
   /// Returns whether the device differs.
   bool storeDevice(DeviceChoice& property, const DeviceChoice& device, const char* key,
                    void (AppSettings::*notify)());
@@ -127,6 +134,7 @@ class AppSettings final : public QObject {
   bool useMic_ = false;
   DeviceChoice output_;
   DeviceChoice microphone_;
+  ProgramChoice program_;
   QString localeID_ = QStringLiteral("en_US");
   QString targetID_ = QStringLiteral("ko");
   double fontSize_ = kDefaultTextSize;

@@ -15,6 +15,13 @@
 using namespace velun;
 using namespace velun::test;
 
+namespace {
+
+/// They change a setting, without a command.
+const QStringList kSourceActions = {"device", "only-program", "except-program"};
+
+}  // namespace
+
 class AppCommandsTest final : public test::Suite {
   Q_OBJECT
 
@@ -250,6 +257,24 @@ class AppCommandsTest final : public test::Suite {
     QVERIFY(stage.application.action("save-session").isEnabled);
   }
 
+  void otherProgramsChooseWhatIsCaptioned() {
+    AppStage stage;
+    const auto ask = [&stage](const QString& name, const QString& value) {
+      Q_EMIT stage.application.actionRequested(name, value);
+      return stage.application.action(name).state.toString();
+    };
+    QCOMPARE(ask("device", "hdmi"), QString("hdmi"));
+    QCOMPARE(stage.settings.output().id, QString("hdmi"));
+    QCOMPARE(ask("only-program", "Firefox"), QString("Firefox"));
+    QCOMPARE(ask("except-program", "Music"), QString("Music"));
+    QCOMPARE(stage.application.action("only-program").state, QString());
+    QCOMPARE(stage.settings.program(), (ProgramChoice{ProgramChoice::Scope::allBut, "Music"}));
+    QCOMPARE(ask("only-program", {}), QString());
+    QCOMPARE(stage.settings.program(), ProgramChoice());
+    QCOMPARE(ask("device", {}), QString());
+    for (const QString& name : kSourceActions) QVERIFY(stage.application.action(name).isEnabled);
+  }
+
   void textSizeCommandsStayWithinNineAndNinetySixPoints() {
     AppStage stage;
     const auto ask = [&stage](const char* name) {
@@ -274,8 +299,9 @@ class AppCommandsTest final : public test::Suite {
     blocker.setModal(true);
     blocker.show();
     const std::vector<ApplicationAction> actions = stage.application.actions;
-    QCOMPARE(actions.size(), std::size_t(26));
+    QCOMPARE(actions.size(), std::size_t(29));
     for (const ApplicationAction& action : actions) {
+      if (kSourceActions.contains(action.name)) continue;
       Q_EMIT stage.application.actionRequested(
           action.name, action.parameterType.isEmpty() ? QVariant() : action.state);
       // There is only one screen.

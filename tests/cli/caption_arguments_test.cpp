@@ -53,6 +53,9 @@ class CaptionArgumentsTest final : public test::Suite {
     QVERIFY(parsed("--times a.wav").showsTimes);
     QCOMPARE(parsed("-- -talk.mp3").recording, std::optional(QString("-talk.mp3")));
     QVERIFY(parsed("--list-models").listsModels);
+    using Scope = ProgramChoice::Scope;
+    QCOMPARE(parsed("-p Firefox").program, (ProgramChoice{Scope::only, "Firefox"}));
+    QCOMPARE(parsed("--except Music").program, (ProgramChoice{Scope::allBut, "Music"}));
   }
 
   void refusesWhatMakesNoSense_data() {

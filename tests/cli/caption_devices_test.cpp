@@ -58,6 +58,8 @@ class CaptionDevicesTest final : public test::Suite {
   void everyDeviceIsListed() {
     QCOMPARE(deviceList(kDevices), QString("computer\thdmi\tTelevision\n"
                                            "microphone\tusb-mic\tDesk Microphone\n"));
+    QCOMPARE(deviceList({{AudioTarget::Kind::program, "Firefox", "Firefox"}}),
+             QString("program\tFirefox\tFirefox\n"));
   }
 
   void theListIsWaitedFor() {

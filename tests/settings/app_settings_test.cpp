@@ -30,6 +30,7 @@ void checkDefaults(const AppSettings& settings) {
   QCOMPARE(settings.useMic(), false);
   QCOMPARE(settings.output(), DeviceChoice());
   QCOMPARE(settings.microphone(), DeviceChoice());
+  QCOMPARE(settings.program(), ProgramChoice());
   QCOMPARE(settings.localeID(), QString("en_US"));
   QCOMPARE(settings.targetID(), QString("ko"));
   QCOMPARE(settings.fontSize(), 16.0);
@@ -74,6 +75,8 @@ class AppSettingsTest final : public test::Suite {
                     {"output", QString("hdmi")},
                     {"outputName", QString("Television")},
                     {"microphone", QString("usb-mic")},
+                    {"program", QString("Firefox")},
+                    {"programExcluded", true},
                     {"localeID", QString("xx_unsupported")},
                     {"targetID", QString("ja")},
                     {"fontSize", 400.0},
@@ -92,6 +95,7 @@ class AppSettingsTest final : public test::Suite {
     QCOMPARE(settings.useMic(), true);
     QCOMPARE(settings.output(), (DeviceChoice{"hdmi", "Television"}));
     QCOMPARE(settings.microphone(), (DeviceChoice{"usb-mic", {}}));
+    QCOMPARE(settings.program(), (ProgramChoice{ProgramChoice::Scope::allBut, "Firefox"}));
     QCOMPARE(settings.localeID(), QString("xx_unsupported"));
     QCOMPARE(settings.targetID(), QString("ja"));
     QCOMPARE(settings.fontSize(), 400.0);
@@ -105,6 +109,25 @@ class AppSettingsTest final : public test::Suite {
     QCOMPARE(settings.numbersAsDigits(), false);
     QCOMPARE(settings.userWords(), QString("Huebner\nDelhi"));
     QCOMPARE(store.writes, 0);
+  }
+
+  void aProgramIsStoredAndForgotten() {
+    using Scope = ProgramChoice::Scope;
+    test::MemoryPreferences store;
+    AppSettings settings(&store);
+    QSignalSpy changes(&settings, &AppSettings::changed);
+    settings.setProgram({Scope::only, "Firefox"});
+    QCOMPARE(AppSettings(&store).program(), (ProgramChoice{Scope::only, "Firefox"}));
+    settings.setProgram({Scope::only, "Firefox"});
+    QCOMPARE(changes.size(), 1);
+    settings.setUseMic(true);
+    settings.setProgram({Scope::allBut, "Firefox"});
+    // The microphone is captioned as before.
+    QCOMPARE(changes.size(), 2);
+    settings.setProgram({Scope::all, "Firefox"});
+    QCOMPARE(AppSettings(&store).program(), ProgramChoice());
+    settings.setProgram({Scope::only, {}});
+    QCOMPARE(settings.program(), ProgramChoice());
   }
 
   void storedValuesOfAnotherTypeGiveTheDefaults() {

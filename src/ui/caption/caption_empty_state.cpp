@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/caption/caption_empty_state.h"
 
+#include "captions/caption_target.h"
 #include "captions/caption_view_model.h"
 #include "language/localization.h"
 #include "ui/caption/caption_appearance.h"
@@ -67,6 +68,7 @@ CaptionEmptyState::CaptionEmptyState(CaptionViewModel& model, AppCommands& comma
   follow(*offer_, &DownloadOfferView::shownChanged);
   follow(commands, &AppCommands::refreshed);
   follow(model.settings(), &AppSettings::useMicChanged);
+  follow(model.settings(), &AppSettings::programChanged);
   follow(model.settings(), &AppSettings::localeIDChanged);
   follow(Localization::shared(), &Localization::languageChanged);
   present();
@@ -74,9 +76,8 @@ CaptionEmptyState::CaptionEmptyState(CaptionViewModel& model, AppCommands& comma
 
 void CaptionEmptyState::present() {
   const AppSettings& settings = model_.settings();
-  const AudioInput input = settings.useMic() ? AudioInput::microphone : AudioInput::computer;
   const QString source =
-      velun::title(input) + QStringLiteral(" · ") + languageName(settings.localeID());
+      captionSourceTitle(settings) + QStringLiteral(" · ") + languageName(settings.localeID());
   title_->setText(model_.isRunning() ? L("Captions appear here", "자막이 여기에 표시됩니다")
                                      : source);
   const QAction& command = commands_.action(AppCommand::toggleCaptions);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/caption/caption_header_view.h"
 
+#include "captions/caption_target.h"
 #include "captions/caption_view_model.h"
 #include "language/localization.h"
 #include "ui/caption/caption_appearance.h"
@@ -9,6 +10,7 @@
 #include "ui/caption/header_button.h"
 #include "ui/caption/header_state.h"
 #include "ui/caption/level_meter.h"
+#include "ui/caption/program_items.h"
 #include "ui/caption/session_save_button.h"
 #include "ui/caption/translation_menu.h"
 #include "ui/common/accessible_role.h"
@@ -90,6 +92,25 @@ CaptionHeaderView::CaptionHeaderView(CaptionViewModel& model, AppCommands& comma
   present();
 }
 
+void CaptionHeaderView::offerPrograms(AudioPlatform& audio) {
+  programs_ = new ProgramItems(model_.settings(), audio, this);
+  // A program that begins or ends while the menu is open.
+  connect(programs_, &ProgramItems::changed, this, [this] {
+    if (inputSourceMenu_->isVisible()) fillInputSourceMenu();
+  });
+}
+
+void CaptionHeaderView::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  // From here on, so that the menu has its items when it opens.
+  if (programs_) programs_->setFollowing(true);
+}
+
+void CaptionHeaderView::hideEvent(QHideEvent* event) {
+  QWidget::hideEvent(event);
+  if (programs_) programs_->setFollowing(false);
+}
+
 void CaptionHeaderView::arrange() {
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(10, 0, 8, 0);
@@ -118,6 +139,7 @@ void CaptionHeaderView::connectToModel() {
   connect(&model_, &CaptionViewModel::isRunningChanged, this, &CaptionHeaderView::present);
   connect(&commands_, &AppCommands::refreshed, this, &CaptionHeaderView::presentStartStop);
   connect(&settings, &AppSettings::useMicChanged, this, &CaptionHeaderView::present);
+  connect(&settings, &AppSettings::programChanged, this, &CaptionHeaderView::present);
   connect(&settings, &AppSettings::translateChanged, this, &CaptionHeaderView::present);
   connect(&settings, &AppSettings::targetIDChanged, this, &CaptionHeaderView::present);
   connect(&Localization::shared(), &Localization::languageChanged, this,
@@ -159,6 +181,8 @@ void CaptionHeaderView::fillInputSourceMenu() {
     addItem(*inputSourceMenu_, commands_.action(command))
         ->setIcon(symbolIcon(symbolName(input), CaptionAppearance::symbol));
   }
+  if (!programs_) return;
+  programs_->addTo(*inputSourceMenu_, commands_.action(AppCommand::selectComputer).isEnabled());
 }
 
 void CaptionHeaderView::fillSessionMenu() {
@@ -199,7 +223,7 @@ void CaptionHeaderView::present() {
   const AudioInput input = settings.useMic() ? AudioInput::microphone : AudioInput::computer;
   inputSource_->setSymbol(symbolName(input));
   inputSource_->setLabel(L("Input Source", "입력 소스"));
-  inputSource_->setAccessibleDescription(title(input));
+  inputSource_->setAccessibleDescription(captionSourceTitle(settings));
 
   const QString target = languageName(settings.targetID());
   const QString on = L("Translation on · " + target, "번역 켜짐 · " + target);

@@ -11,6 +11,7 @@
 namespace velun {
 
 class AppCommands;
+class AudioPlatform;
 class CaptionMenu;
 class CaptionViewModel;
 class Clock;
@@ -18,6 +19,7 @@ class HeaderButton;
 class HeaderState;
 class LanguagePopup;
 class LevelMeter;
+class ProgramItems;
 class SessionSaveButton;
 
 /// The controls of the current session. Dragging its empty space moves the panel.
@@ -28,6 +30,9 @@ class CaptionHeaderView final : public QWidget {
   /// `model`, `commands` and `clock` must outlive the view.
   CaptionHeaderView(CaptionViewModel& model, AppCommands& commands, Clock& clock,
                     QWidget* parent = nullptr);
+
+  /// Offers to caption one program, or all but one. `audio` must outlive the view.
+  void offerPrograms(AudioPlatform& audio);
 
   /// Whether menus can have rounded corners.
   void setRoundedMenus(bool rounded);
@@ -57,6 +62,8 @@ class CaptionHeaderView final : public QWidget {
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
 
  private:
   void arrange();
@@ -74,6 +81,8 @@ class CaptionHeaderView final : public QWidget {
   AppCommands& commands_;
   CaptionColors colors_;
   HeaderButton* inputSource_;
+  /// Null where programs cannot be chosen.
+  ProgramItems* programs_ = nullptr;
   LevelMeter* levelMeter_;
   SessionSaveButton* saveButton_;
   HeaderState* state_;

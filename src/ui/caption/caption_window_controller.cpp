@@ -64,6 +64,7 @@ CaptionWindowController::CaptionWindowController(CaptionViewModel& model, AppCom
                                  return wouldCover(QCursor::pos());
                                }},
       services.betterCaptions, services.smallerRecognizer);
+  if (services.audio) view_->header().offerPrograms(*services.audio);
   panel_->setContent(view_);
   const std::optional<QRect> kept = readPanelFrame(services.frames);
   screens_ = screenFrames();

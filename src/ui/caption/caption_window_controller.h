@@ -17,6 +17,7 @@ class CaptionPanel;
 class CaptionView;
 class CaptionViewModel;
 class DesktopPlatform;
+class AudioPlatform;
 class PreferenceStore;
 class SmallerRecognizer;
 class TranslationPlatform;
@@ -32,6 +33,8 @@ struct CaptionWindowServices {
   BetterCaptions* betterCaptions = nullptr;
   /// Offered while the machine is too slow; may be null.
   SmallerRecognizer* smallerRecognizer = nullptr;
+  /// Lists the programs that play; null where they cannot be chosen.
+  AudioPlatform* audio = nullptr;
 };
 
 /// Owns the caption panel and controls its position, its size with and without the header, and its

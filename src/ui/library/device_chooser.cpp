@@ -9,12 +9,37 @@
 
 namespace velun {
 
+namespace {
+
+using Scope = ProgramChoice::Scope;
+
+/// The entry of a program has a list as its value, that of a device its id.
+Choice entryOf(const ProgramChoice& program) {
+  const bool isOnly = program.scope == Scope::only;
+  return {title(program), QStringList{isOnly ? "only" : "allBut", program.name}};
+}
+
+ProgramChoice programOf(const QVariant& value) {
+  const QStringList parts = value.toStringList();
+  return {parts.first() == QLatin1String("only") ? Scope::only : Scope::allBut, parts.last()};
+}
+
+void addPrograms(std::vector<Choice>& choices, const std::vector<AudioTarget>& known) {
+  for (const Scope scope : {Scope::only, Scope::allBut}) {
+    for (const AudioTarget& target : known) {
+      if (target.isProgram()) choices.push_back(entryOf({scope, target.id}));
+    }
+  }
+}
+
+}  // namespace
+
 DeviceChooser::DeviceChooser(AppSettings& settings, AudioPlatform& audio, QWidget* parent)
     : QComboBox(parent), settings_(settings), audio_(audio) {
   setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   connect(this, &QComboBox::activated, this, &DeviceChooser::choose);
   for (const auto signal : {&AppSettings::useMicChanged, &AppSettings::outputChanged,
-                            &AppSettings::microphoneChanged}) {
+                            &AppSettings::microphoneChanged, &AppSettings::programChanged}) {
     connect(&settings_, signal, this, &DeviceChooser::present);
   }
   connect(&Localization::shared(), &Localization::languageChanged, this, &DeviceChooser::present);
@@ -52,6 +77,11 @@ void DeviceChooser::present() {
   for (const AudioTarget& target : known) {
     if (target.kind == kind) devices.push_back({target.name, target.id});
   }
+  if (!isMicrophone) addPrograms(devices, known);
+  if (!isMicrophone && settings_.program().scope != ProgramChoice::Scope::all) {
+    const Choice program = entryOf(settings_.program());
+    return fillChooser(this, std::move(devices), program);
+  }
   QString name = chosen.name.isEmpty() ? chosen.id : chosen.name;
   // Without any device, the sound server has not answered.
   if (!known.empty()) name = L("%1 (not connected)", "%1(연결 안 됨)").arg(name);
@@ -59,7 +89,10 @@ void DeviceChooser::present() {
 }
 
 void DeviceChooser::choose(int index) {
-  const QString id = itemData(index).toString();
+  const QVariant value = itemData(index);
+  if (value.typeId() == QMetaType::QStringList) return settings_.setProgram(programOf(value));
+  if (!settings_.useMic()) settings_.setProgram({});
+  const QString id = value.toString();
   // The text of the chosen device may say that it is not connected.
   if (id == settings_.device().id) return;
   settings_.setDevice(id.isEmpty() ? DeviceChoice() : DeviceChoice{id, itemText(index)});

@@ -10,8 +10,9 @@
 namespace velun {
 
 /// Chooses the device of the current input: the output that is captioned, or the microphone. The
-/// first entry follows the computer's default device. A chosen device that is not connected stays
-/// in the list. The devices are followed only while the chooser is visible. Main thread.
+/// first entry follows the computer's default device. Instead of an output, a program that plays
+/// can be chosen, or all but it. What is chosen stays in the list while it is not connected.
+/// Devices and programs are followed only while the chooser is visible. Main thread.
 class DeviceChooser final : public QComboBox {
   Q_OBJECT
 

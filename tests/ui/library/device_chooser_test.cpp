@@ -74,6 +74,28 @@ class DeviceChooserTest final : public test::Suite {
     QCOMPARE(f.settings.output(), DeviceChoice());
   }
 
+  void aProgramCanBeChosenInsteadOfAnOutput() {
+    using Scope = ProgramChoice::Scope;
+    Fixture f;
+    f.chooser.show();
+    auto playing = kDevices;
+    playing.push_back({AudioTarget::Kind::program, "Firefox", "Firefox"});
+    f.targets->set(playing);
+    QCOMPARE(f.items(), (QStringList{"The Computer’s Default Output", "Television", "Speakers",
+                                     "Only Firefox", "All Except Firefox"}));
+    f.choose(4);
+    QCOMPARE(f.settings.program(), (ProgramChoice{Scope::allBut, "Firefox"}));
+    QCOMPARE(f.chooser.currentIndex(), 4);
+    f.targets->set(kDevices);
+    QCOMPARE(f.chooser.currentText(), QString("All Except Firefox"));
+    f.settings.setUseMic(true);
+    QCOMPARE(f.items(), (QStringList{"The Computer’s Default Microphone", "Desk Microphone"}));
+    f.settings.setUseMic(false);
+    f.choose(1);
+    QCOMPARE(f.settings.program(), ProgramChoice());
+    QCOMPARE(f.settings.output(), (DeviceChoice{"hdmi", "Television"}));
+  }
+
   void aMissingDeviceStaysChosen() {
     Fixture f;
     f.settings.setOutput({"hdmi", "Television"});

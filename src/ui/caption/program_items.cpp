@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/caption/program_items.h"
+
+#include "ui/common/program_icon.h"
+
+#include <QMenu>
+
+namespace velun {
+
+using Scope = ProgramChoice::Scope;
+
+ProgramItems::ProgramItems(AppSettings& settings, AudioPlatform& audio, QObject* parent)
+    : QObject(parent), settings_(settings), audio_(audio) {}
+
+ProgramItems::~ProgramItems() = default;
+
+void ProgramItems::setFollowing(bool isFollowing) {
+  if (!isFollowing) targets_.reset();
+  if (!isFollowing || targets_) return;
+  targets_ = audio_.followTargets();
+  connect(targets_.get(), &AudioTargets::changed, this, &ProgramItems::changed);
+}
+
+void ProgramItems::addTo(QMenu& menu, bool isEnabled) {
+  const QStringList names = programs();
+  if (names.isEmpty()) return;
+  menu.addSeparator();
+  add(menu, {}, isEnabled);
+  for (const Scope scope : {Scope::only, Scope::allBut}) {
+    for (const QString& name : names) add(menu, {scope, name}, isEnabled);
+  }
+}
+
+void ProgramItems::add(QMenu& menu, const ProgramChoice& choice, bool isEnabled) {
+  // A name may contain what marks the key of an item.
+  QAction* action = menu.addAction(title(choice).replace(u'&', QLatin1String("&&")));
+  if (choice.scope != Scope::all) action->setIcon(programIcon(choice.name));
+  action->setCheckable(true);
+  action->setChecked(!settings_.useMic() && settings_.program() == choice);
+  action->setEnabled(isEnabled);
+  connect(action, &QAction::triggered, this, [this, choice] {
+    // In this order captions start anew only once.
+    settings_.setProgram(choice);
+    if (settings_.useMic()) settings_.setUseMic(false);
+  });
+}
+
+QStringList ProgramItems::programs() const {
+  QStringList names;
+  const auto targets = targets_ ? targets_->list() : std::vector<AudioTarget>();
+  for (const AudioTarget& target : targets) {
+    if (target.kind == AudioTarget::Kind::program) names << target.id;
+  }
+  const QString& chosen = settings_.program().name;
+  if (!chosen.isEmpty() && !names.contains(chosen)) names << chosen;
+  return names;
+}
+
+}  // namespace velun
