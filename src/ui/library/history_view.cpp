@@ -101,6 +101,8 @@ void HistoryView::makeActions() {
   statistics_ = action({}, {}, [this] { showStatistics(); });
   combine_ = action({}, {}, [this] { combineSelected(); });
   undo_ = action({}, QKeySequence::Undo, [this] { actions_.undoDelete(); });
+  action({}, QKeySequence::FindNext, [this] { stepToMatch(true); });
+  action({}, QKeySequence::FindPrevious, [this] { stepToMatch(false); });
   refresh_ = action({}, QKeySequence(Qt::Key_F5), [this] { library_.reload(); });
   sidebar_ = action(QStringLiteral("sidebar.left"), QKeySequence(Qt::Key_F9),
                     [this] { setSidebarVisible(!isSidebarVisible()); });
@@ -443,6 +445,18 @@ void HistoryView::deleteSelected() {
   QList<QUrl> urls;
   for (const auto& session : selected) urls.append(session->url);
   actions_.deleteSessions(urls);
+}
+
+void HistoryView::stepToMatch(bool forward) {
+  const QList<QUrl> urls = visibleURLs();
+  if (searchField_->text().isEmpty() || urls.isEmpty() || detail_->stepToMatch(forward)) return;
+  const auto selected = library_.selection();
+  const qsizetype place = selected ? urls.indexOf(*selected) : -1;
+  const qsizetype last = urls.size() - 1;
+  // Around the ends of the list.
+  const qsizetype next = forward ? (place < last ? place + 1 : 0) : (place > 0 ? place - 1 : last);
+  library_.select(urls[next]);
+  detail_->showMatchAtEnd(!forward);
 }
 
 void HistoryView::renameSelected() {

@@ -68,6 +68,8 @@ class HistoryView final : public QWidget {
   void showContextMenu(const QPoint& position);
   void deleteSelected();
   void renameSelected();
+  /// Goes to the next match of the search, or to the one before, also in the neighbouring session.
+  void stepToMatch(bool forward);
   void combineSelected();
   void showStatistics();
   /// The selected sessions in display order.

@@ -142,15 +142,37 @@ void SessionDetailView::highlight(const QString& text) {
   }
   view.setExtraSelections(marks);
   if (text != highlighted_ && !marks.isEmpty()) {
-    QTextCursor first = marks.constFirst().cursor;
-    first.clearSelection();
-    view.setTextCursor(first);
-    view.ensureCursorVisible();
-    // Keep some context visible around the match.
-    QScrollBar& bar = *view.verticalScrollBar();
-    bar.setValue(bar.value() + view.cursorRect().center().y() - view.viewport()->height() / 2);
+    showMatch(marks.constFirst().cursor);
   }
   highlighted_ = text;
+}
+
+void SessionDetailView::showMatch(QTextCursor match) {
+  QTextEdit& view = transcript_->textView();
+  match.setPosition(match.selectionStart());
+  view.setTextCursor(match);
+  view.ensureCursorVisible();
+  // Keep some context visible around the match.
+  QScrollBar& bar = *view.verticalScrollBar();
+  bar.setValue(bar.value() + view.cursorRect().center().y() - view.viewport()->height() / 2);
+}
+
+bool SessionDetailView::stepToMatch(bool forward) {
+  QTextEdit& view = transcript_->textView();
+  const int place = view.textCursor().selectionStart();
+  std::optional<QTextCursor> next;
+  for (const QTextEdit::ExtraSelection& mark : view.extraSelections()) {
+    const int start = mark.cursor.selectionStart();
+    // They are in the order of the text.
+    if (forward ? start > place && !next : start < place) next = mark.cursor;
+  }
+  if (next) showMatch(*next);
+  return next.has_value();
+}
+
+void SessionDetailView::showMatchAtEnd(bool last) {
+  const auto marks = transcript_->textView().extraSelections();
+  if (!marks.isEmpty()) showMatch(last ? marks.constLast().cursor : marks.constFirst().cursor);
 }
 
 void SessionDetailView::translate() {

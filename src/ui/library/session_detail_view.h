@@ -11,6 +11,7 @@
 class QComboBox;
 class QGridLayout;
 class QLabel;
+class QTextCursor;
 
 namespace velun {
 
@@ -34,6 +35,11 @@ class SessionDetailView final : public QWidget {
   /// empty text removes the highlights.
   void highlight(const QString& text);
 
+  /// Scrolls to the next highlighted match, or to the one before. Returns whether there is one.
+  bool stepToMatch(bool forward);
+  /// Scrolls to the first highlighted match, or to the last one, if there is one.
+  void showMatchAtEnd(bool last);
+
   TranscriptContent content() const { return content_; }
   /// The chosen translation language; nullopt means all.
   const std::optional<QString>& language() const { return language_; }
@@ -45,6 +51,7 @@ class SessionDetailView final : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
+  void showMatch(QTextCursor match);
   /// Puts both choosers into one row where there is room.
   void arrangeBar();
   void translate();

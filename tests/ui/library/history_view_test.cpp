@@ -213,6 +213,32 @@ class HistoryViewTest final : public test::HistoryViewSuite {
       return label->isVisible() && label->text().startsWith("Couldn’t read 1 session.");
     }));
   }
+
+  void matchesAreSteppedThroughAcrossSessions() {
+    const QUrl lecture = write("Lecture", 0, "sea and river, river and sea");
+    const QUrl call = write("Call", 1, "a river");
+    reload();
+    search()->setText("river");
+    QTRY_COMPARE(rows(), QStringList({"Today", "Lecture", "Yesterday", "Call"}));
+    const auto press = [this](Qt::KeyboardModifiers modifiers) {
+      for (QAction* each : view_->actions()) {
+        if (each->shortcut() == QKeySequence(modifiers | Qt::Key_F3)) each->trigger();
+      }
+      const QTextEdit& text = detail()->transcript().textView();
+      return text.textCursor().position() - text.toPlainText().indexOf("river");
+    };
+    QCOMPARE(press({}), 0);
+    QCOMPARE(library_->selection().value_or(QUrl()), lecture);
+    QCOMPARE(press({}), 7);
+    QCOMPARE(press({}), 0);
+    QCOMPARE(library_->selection().value_or(QUrl()), call);
+    QCOMPARE(press({}), 0);
+    QCOMPARE(library_->selection().value_or(QUrl()), lecture);
+    press(Qt::ShiftModifier);
+    QCOMPARE(library_->selection().value_or(QUrl()), call);
+    QCOMPARE(press(Qt::ShiftModifier), 7);
+    QCOMPARE(library_->selection().value_or(QUrl()), lecture);
+  }
 };
 
 QTEST_MAIN(HistoryViewTest)
