@@ -19,7 +19,7 @@ libdrm libgbm libvulkan libwayland-client libwayland-egl libwayland-server
 libfontconfig libfreetype libharfbuzz libgraphite2 libexpat libz libuuid libpng16
 libpipewire-0.3 libdbus-1 libsystemd libudev libcap libgcrypt libgpg-error libbsd libmd libffi
 libglib-2.0 libgobject-2.0 libgio-2.0 libgmodule-2.0 libpcre2-8 libmount libblkid libselinux
-libssl libcrypto libcom_err libkeyutils""".split()
+libssl libcrypto""".split()
 PLUGINS = ("platforms/libqxcb.so", "platforms/libqwayland-generic.so", "platforms/libqwayland-egl.so",
            "platforms/libqoffscreen.so", "iconengines/libqsvgicon.so", "imageformats/libqsvg.so",
            "platforminputcontexts", "tls", "wayland-decoration-client", "wayland-shell-integration",

@@ -14,7 +14,7 @@ from velun_program import VelunProgram
 OF_A_DESKTOP = ("libegl1", "libfontconfig1", "libgl1", "libopengl0", "libpipewire-0.3-0t64",
                 "pipewire", "wireplumber", "libglib2.0-0t64", "libdbus-1-3", "libxcb-randr0", "libxcb-shape0",
                 "libx11-xcb1", "libxcb-shm0", "libxcb-sync1", "libxcb-xfixes0", "libxcb-render0",
-                "fonts-dejavu-core")
+                "libharfbuzz0b", "fonts-dejavu-core")
 
 
 class NewerDesktop(PrivateDesktop):
