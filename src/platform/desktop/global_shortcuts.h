@@ -43,10 +43,14 @@ class GlobalShortcuts : public QObject {
   /// The ids of the shortcuts whose keys another program has.
   virtual QStringList taken() const = 0;
 
+  /// Whether the desktop, or the user whom it has asked, refuses the keys. It asks again when they
+  /// change.
+  virtual bool isRefused() const { return false; }
+
  Q_SIGNALS:
   /// The user pressed the keys. Not repeated while they are held.
   void triggered(const QString& id);
-  /// way() or taken() has changed.
+  /// way(), taken() or isRefused() has changed.
   void changed();
 };
 

@@ -29,12 +29,14 @@ class ShortcutSet final : public QObject {
   ShortcutSet(AppCommands& commands, GlobalShortcuts& shortcuts, PreferenceStore& preferences);
 
   GlobalShortcuts::Way way() const { return shortcuts_.way(); }
+  /// As in `GlobalShortcuts`.
+  bool isRefused() const { return shortcuts_.isRefused(); }
   std::vector<Row> rows() const;
   /// Chooses keys, of which only the first one counts, and stores them. Empty keys remove them.
   void setKeys(const QString& id, const QKeySequence& keys);
 
  Q_SIGNALS:
-  /// The way, the rows or their titles have changed.
+  /// The way, a refusal, the rows or their titles have changed.
   void changed();
 
  private:

@@ -105,6 +105,14 @@ QString ShortcutsEditor::noteText() const {
       return L("These keys work while any window is in front.",
                "어느 창이 앞에 있어도 이 키를 사용할 수 있습니다.");
     case GlobalShortcuts::Way::desktop:
+      if (shortcuts_.isRefused()) {
+        return L("The desktop has not allowed these keys. Change one to be asked again, or add a "
+                 "shortcut in the desktop’s keyboard settings with one of these commands:",
+                 "데스크톱이 이 키를 허용하지 않았습니다. 키를 바꾸면 다시 묻습니다. 또는 "
+                 "데스크톱의 "
+                 "키보드 설정에서 다음 명령 중 하나로 단축키를 추가하세요:") +
+               u'\n' + commands.join(u'\n');
+      }
       return L("The desktop asks you to confirm these keys and can change them in its settings.",
                "데스크톱이 이 키를 확인하도록 요청하며, 데스크톱 설정에서 바꿀 수 있습니다.");
     case GlobalShortcuts::Way::none:

@@ -9,6 +9,7 @@
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QSignalSpy>
+#include <utility>
 
 using namespace velun;
 
@@ -37,7 +38,24 @@ namespace {
 constexpr auto kPath = "/org/freedesktop/portal/desktop";
 constexpr auto kInterface = "org.freedesktop.portal.GlobalShortcuts";
 
-/// A double of the global-shortcuts portal, which agrees to everything.
+/// A session of the portal, which notes that it was closed.
+class FakeSession final : public QObject {
+  Q_OBJECT
+  Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Session")
+
+ public:
+  FakeSession(const QString& path, QStringList& closed, QObject* parent)
+      : QObject(parent), path_(path), closed_(closed) {}
+
+ public Q_SLOTS:
+  void Close() { closed_ << path_; }
+
+ private:
+  QString path_;
+  QStringList& closed_;
+};
+
+/// A double of the global-shortcuts portal, which agrees to everything unless told otherwise.
 class FakePortal final : public QObject {
   Q_OBJECT
   Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.GlobalShortcuts")
@@ -64,33 +82,46 @@ class FakePortal final : public QObject {
 
   QStringList sessions;
   QList<QList<Offered>> bound;
+  /// The responses to requests: 0 agrees, 1 is the user's refusal.
+  uint createResponse = 0;
+  uint bindResponse = 0;
+  /// Requests that are answered only by `answer`.
+  bool isSlow = false;
+  QStringList closed;
+
+  void answer() {
+    for (const QDBusMessage& signal : std::exchange(waiting_, {})) bus_.send(signal);
+  }
 
  public Q_SLOTS:
   QDBusObjectPath CreateSession(const QVariantMap& options, const QDBusMessage& message) {
     const QString session = "/session/" + options["session_handle_token"].toString();
     sessions << session;
-    return respond(options, {{"session_handle", session}}, message);
+    bus_.registerObject(session, new FakeSession(session, closed, this),
+                        QDBusConnection::ExportAllSlots);
+    return respond(options, createResponse, {{"session_handle", session}}, message);
   }
   QDBusObjectPath BindShortcuts(const QDBusObjectPath& session, const QList<Offered>& offered,
                                 const QString&, const QVariantMap& options,
                                 const QDBusMessage& message) {
     if (session.path() == sessions.last()) bound << offered;
-    return respond(options, {}, message);
+    return respond(options, bindResponse, {}, message);
   }
 
  private:
-  QDBusObjectPath respond(const QVariantMap& options, const QVariantMap& results,
+  QDBusObjectPath respond(const QVariantMap& options, uint response, const QVariantMap& results,
                           const QDBusMessage& message) {
     const QString path = QString("%1/request/%2/%3")
                              .arg(kPath, message.service().mid(1).replace('.', '_'),
                                   options["handle_token"].toString());
     auto signal = QDBusMessage::createSignal(path, "org.freedesktop.portal.Request", "Response");
-    signal << 0U << results;
-    bus_.send(signal);
+    signal << response << results;
+    isSlow ? waiting_.append(signal) : void(bus_.send(signal));
     return QDBusObjectPath(path);
   }
 
   QDBusConnection bus_;
+  QList<QDBusMessage> waiting_;
 };
 
 }  // namespace
@@ -143,6 +174,42 @@ class PortalShortcutsTest final : public test::Suite {
     QTRY_COMPARE(portal.bound.size(), 2);
     QVERIFY(portal.sessions.first() != portal.sessions.last());
     QCOMPARE(portal.bound[1][0].options["preferred_trigger"].toString(), QString("LOGO+F9"));
+  }
+
+  void aRefusalIsTold_data() {
+    QTest::addColumn<bool>("isOfSession");
+    QTest::newRow("of the session") << true;
+    QTest::newRow("of the keys, by the user") << false;
+  }
+  void aRefusalIsTold() {
+    QFETCH(bool, isOfSession);
+    FakePortal portal(bus_->connect());
+    (isOfSession ? portal.createResponse : portal.bindResponse) = 1;
+    PortalShortcuts shortcuts(bus_->connect());
+    shortcuts.setShortcuts(oneShortcut("Ctrl+Alt+V"));
+    QSignalSpy changes(&shortcuts, &GlobalShortcuts::changed);
+    QTRY_VERIFY(shortcuts.isRefused());
+    QCOMPARE(changes.count(), 2);  // of the way, and this
+    portal.createResponse = 0;
+    portal.bindResponse = 0;
+    shortcuts.setShortcuts(oneShortcut("Meta+F9"));
+    QVERIFY(!shortcuts.isRefused());
+    QTRY_COMPARE(portal.bound.size(), isOfSession ? 1 : 2);
+    QVERIFY(!shortcuts.isRefused());
+  }
+
+  void aSessionThatIsGrantedTooLateIsClosed() {
+    FakePortal portal(bus_->connect());
+    portal.isSlow = true;
+    PortalShortcuts shortcuts(bus_->connect());
+    shortcuts.setShortcuts(oneShortcut("Ctrl+Alt+V"));
+    QTRY_COMPARE(portal.sessions.size(), 1);
+    shortcuts.setShortcuts(oneShortcut("Meta+F9"));
+    QTRY_COMPARE(portal.sessions.size(), 2);
+    portal.isSlow = false;
+    portal.answer();
+    QTRY_COMPARE(portal.bound.size(), 1);
+    QTRY_COMPARE(portal.closed, QStringList(portal.sessions.first()));
   }
 
   void withoutChosenKeysTheDesktopAsksNothing() {

@@ -4,6 +4,7 @@
 #include "captions/model_fixture.h"
 #include "language/localization.h"
 #include "support/memory_preferences.h"
+#include "support/scripted_shortcuts.h"
 #include "support/suite.h"
 #include "ui/common/app_commands.h"
 
@@ -12,23 +13,6 @@
 using namespace velun;
 
 namespace {
-
-class ScriptedShortcuts final : public GlobalShortcuts {
- public:
-  Way way() const override { return Way::program; }
-  void setShortcuts(const std::vector<GlobalShortcut>& shortcuts) override { set = shortcuts; }
-  QStringList taken() const override { return taken_; }
-
-  void take(const QString& id) {
-    taken_ << id;
-    Q_EMIT changed();
-  }
-
-  std::vector<GlobalShortcut> set;
-
- private:
-  QStringList taken_;
-};
 
 struct Fixture : test::ModelFixture {
   Fixture() {
@@ -39,7 +23,7 @@ struct Fixture : test::ModelFixture {
   AppCommands commands{*model, [] {
                          return WindowState{.canClickThrough = true};
                        }};
-  ScriptedShortcuts keys;
+  test::ScriptedShortcuts keys;
   test::MemoryPreferences preferences;
   std::vector<AppCommand> performed;
 };

@@ -8,6 +8,7 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
+#include <utility>
 
 namespace velun {
 
@@ -114,32 +115,53 @@ void PortalShortcuts::setShortcuts(const std::vector<GlobalShortcut>& shortcuts)
 /// A session's shortcuts can be bound only once.
 void PortalShortcuts::openSession() {
   closeSession();
+  ++number_;
+  setRefused(false);
   const auto hasKeys = [](const GlobalShortcut& shortcut) {
     return !shortcut.keys.isEmpty();
   };
   if (std::ranges::none_of(shortcuts_, hasKeys)) return;
-  const QString name = QStringLiteral("velun%1").arg(++number_);
+  const QString name = QStringLiteral("velun%1").arg(number_);
   const QVariantMap options{{"handle_token", "create" + name}, {"session_handle_token", name}};
   request("create" + name, "CreateSession", {options});
 }
 
+QString PortalShortcuts::requestPath(const QString& token) const {
+  return QStringLiteral("/org/freedesktop/portal/desktop/request/%1/%2").arg(senderOf(bus_), token);
+}
+
 void PortalShortcuts::request(const QString& token, const QString& method,
                               const QVariantList& arguments) {
-  const QString path =
-      QStringLiteral("/org/freedesktop/portal/desktop/request/%1/%2").arg(senderOf(bus_), token);
-  bus_.connect(kService, path, kRequest, "Response", this,
+  bus_.connect(kService, requestPath(token), kRequest, "Response", this,
                SLOT(responded(uint, QVariantMap, QDBusMessage)));
   auto call = QDBusMessage::createMethodCall(kService, kPath, kInterface, method);
   call.setArguments(arguments);
-  bus_.asyncCall(call);
+  auto* watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
+  connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, number = number_] {
+    watcher->deleteLater();
+    if (watcher->isError() && number == number_) setRefused(true);
+  });
 }
 
 void PortalShortcuts::responded(uint response, const QVariantMap& results,
                                 const QDBusMessage& message) {
+  bus_.disconnect(kService, message.path(), kRequest, "Response", this,
+                  SLOT(responded(uint, QVariantMap, QDBusMessage)));
   const QString token = message.path().section(u'/', -1);
-  if (response != 0 || token != QStringLiteral("createvelun%1").arg(number_)) return;
-  session_ = results.value("session_handle").toString();
-  bind();
+  const QString session = results.value("session_handle").toString();
+  if (!token.endsWith(QStringLiteral("velun%1").arg(number_))) {
+    // The shortcuts have changed since the request.
+    if (!session.isEmpty()) close(session);
+  } else if (response != 0) {
+    setRefused(true);
+  } else if (token.startsWith(QLatin1String("create"))) {
+    session_ = session;
+    bind();
+  }
+}
+
+void PortalShortcuts::setRefused(bool isRefused) {
+  if (std::exchange(isRefused_, isRefused) != isRefused) Q_EMIT changed();
 }
 
 void PortalShortcuts::bind() {
@@ -158,10 +180,12 @@ void PortalShortcuts::bind() {
 }
 
 void PortalShortcuts::closeSession() {
-  if (session_.isEmpty()) return;
-  bus_.asyncCall(QDBusMessage::createMethodCall(kService, session_,
-                                                "org.freedesktop.portal.Session", "Close"));
-  session_.clear();
+  if (!session_.isEmpty()) close(std::exchange(session_, {}));
+}
+
+void PortalShortcuts::close(const QString& session) {
+  bus_.asyncCall(
+      QDBusMessage::createMethodCall(kService, session, "org.freedesktop.portal.Session", "Close"));
 }
 
 void PortalShortcuts::activated(const QDBusObjectPath& session, const QString& id, qulonglong,

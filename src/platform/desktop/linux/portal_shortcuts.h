@@ -23,6 +23,7 @@ class PortalShortcuts final : public GlobalShortcuts {
   Way way() const override { return isThere_ ? Way::desktop : Way::none; }
   void setShortcuts(const std::vector<GlobalShortcut>& shortcuts) override;
   QStringList taken() const override { return {}; }
+  bool isRefused() const override { return isRefused_; }
 
   /// The keys in the portal's notation, such as "CTRL+ALT+c"; empty for keys without one.
   static QString triggerOf(const QKeySequence& keys);
@@ -37,11 +38,15 @@ class PortalShortcuts final : public GlobalShortcuts {
   void openSession();
   void bind();
   void closeSession();
+  void close(const QString& session);
+  void setRefused(bool isRefused);
   /// Calls a method whose response arrives as a signal of the object named by `token`.
   void request(const QString& token, const QString& method, const QVariantList& arguments);
+  QString requestPath(const QString& token) const;
 
   QDBusConnection bus_;
   bool isThere_ = false;
+  bool isRefused_ = false;
   std::vector<GlobalShortcut> shortcuts_;
   QString session_;
   /// Counts the sessions, which are closed when the shortcuts change.
