@@ -52,7 +52,7 @@ void RecordingQueue::remove(int id) {
 
 void RecordingQueue::retry(int id) {
   Item* item = find(id);
-  if (!item || item->state != State::failed) return;
+  if (!item || item->error.isEmpty()) return;
   const auto unwritten = std::ranges::find(unwritten_, id, &std::pair<int, CaptionSession>::first);
   if (unwritten != unwritten_.end()) {
     const CaptionSession session = std::move(unwritten->second);
@@ -111,17 +111,16 @@ void RecordingQueue::finished(const std::optional<QString>& error) {
   const CaptionSession session = captions_->session();
   captions_.release()->deleteLater();
   Item* item = find(std::exchange(runningID_, 0));
-  if (error) {
-    item->state = State::failed;
-    item->error = *error;
-  } else if (session.lines.empty()) {
+  if (!session.lines.empty()) {
+    save(*item, session);
+    if (error && item->state == State::done) item->error = *error;
+  } else {
     item->state = State::failed;
     item->error =
-        L("No words were recognized. Check that the recognition language is the one that "
-          "is spoken.",
-          "인식된 말이 없습니다. 인식 언어가 녹음의 언어와 같은지 확인하십시오.");
-  } else {
-    save(*item, session);
+        error ? *error
+              : L("No words were recognized. Check that the recognition language is the one that "
+                  "is spoken.",
+                  "인식된 말이 없습니다. 인식 언어가 녹음의 언어와 같은지 확인하십시오.");
   }
   next();
   Q_EMIT changed();

@@ -31,7 +31,8 @@ class RecordingQueue final : public QObject {
     QString progress = {};
     /// From 0 to 1; nullopt if the recording does not tell its length.
     std::optional<double> fraction = {};
-    /// What failed and what to do, localized.
+    /// What failed and what to do, localized. Also of a recording that is done, but only up to
+    /// where it failed.
     QString error = {};
     /// The session's file, once it is done.
     QUrl session = {};

@@ -157,6 +157,23 @@ class RecordingQueueTest final : public test::Suite {
     QCOMPARE(f.made.size(), 3);
   }
 
+  void whatWasCaptionedBeforeAFailureIsKept() {
+    QueueFixture f;
+    f.queue.add({"/1.mp3"});
+    f.source().say("One.");
+    f.end("“1.mp3” is damaged.");
+    QCOMPARE(f.item().state, State::done);
+    QCOMPARE(f.item().error, "“1.mp3” is damaged.");
+    QCOMPARE(f.saved.size(), 1);
+    QCOMPARE(f.store.read(f.item().session).lines[0].text, "One.");
+    f.queue.retry(f.item().id);
+    QCOMPARE(f.item().state, State::running);
+    f.source().say("One.");
+    f.end();
+    QCOMPARE(f.item().error, "");
+    QCOMPARE(f.saved.size(), 2);
+  }
+
   void aRecordingWithoutWordsMakesNoSession() {
     QueueFixture f;
     f.queue.add({"/1.mp3"});

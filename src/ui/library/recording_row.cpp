@@ -27,8 +27,12 @@ QString statusText(const RecordingQueue::Item& item) {
       return item.progress.isEmpty() ? L("Opening the recording…", "녹음을 여는 중…")
                                      : item.progress;
     case State::done:
-      return L("Done. The session is among the saved sessions.",
-               "완료되었습니다. 저장 기록에서 볼 수 있습니다.");
+      return item.error.isEmpty()
+                 ? L("Done. The session is among the saved sessions.",
+                     "완료되었습니다. 저장 기록에서 볼 수 있습니다.")
+                 : L("Only a part was captioned, which is among the saved sessions. %1",
+                     "일부만 자막으로 만들었으며 저장 기록에서 볼 수 있습니다. %1")
+                       .arg(item.error);
     case State::failed:
       break;
   }
@@ -81,7 +85,7 @@ void RecordingRow::show(const RecordingQueue::Item& item) {
   show_->setText(L("Show Session", "기록 보기"));
   show_->setVisible(item.state == State::done);
   retry_->setText(L("Try Again", "다시 시도"));
-  retry_->setVisible(item.state == State::failed);
+  retry_->setVisible(!item.error.isEmpty());
   remove_->setText(isEnded ? L("Remove from List", "목록에서 제거") : L("Cancel", "취소"));
   for (QPushButton* each : {show_, retry_, remove_}) {
     each->setAccessibleName(each->text());
