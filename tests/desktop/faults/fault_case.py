@@ -78,7 +78,12 @@ class FaultCase(unittest.TestCase):
         def finished():
             lines = self.saved_lines()
             return lines if len(lines) >= count and all(t for _, t in lines) else None
-        lines = self.desktop.wait(f"{count} translated lines in the file", finished, PATIENCE)
+        try:
+            lines = self.desktop.wait(f"{count} translated lines in the file", finished, PATIENCE)
+        except AssertionError as error:
+            raise AssertionError(f"{error}; there are {self.saved_lines()}, shown is "
+                                 f"{self.shown_paragraphs()}, the status {self.shown_status()!r}; "
+                                 f"{self.program.log()}") from None
         self.desktop.wait("them to be shown", lambda: self.shown_lines() == lines, PATIENCE)
         return lines
 
