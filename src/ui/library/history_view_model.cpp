@@ -247,7 +247,9 @@ void HistoryViewModel::undoDelete() {
   try {
     while (!deleted_.empty()) {
       const auto& [url, bytes] = deleted_.back();
-      writeFileAtomically(url.toLocalFile(), bytes, true);
+      // Captions that go on have written their session again, with more lines.
+      const QString path = url.toLocalFile();
+      if (!QFileInfo::exists(path)) writeFileAtomically(path, bytes, true);
       deleted_.pop_back();
     }
   } catch (const FileError& error) {

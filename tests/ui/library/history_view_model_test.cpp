@@ -277,6 +277,18 @@ class HistoryViewModelTest final : public test::Suite {
     QTRY_COMPARE(titles(), QStringList({"Sessions/a.json"}));
   }
 
+  void undoReplacesNoSessionThatWasWrittenAgain() {
+    const QUrl a = write("Sessions/a.json", 3);
+    reload();
+    library_->select(a);
+    library_->deleteSelection(visible());
+    write("Sessions/a.json", 5);
+    library_->undoDelete();
+    QTRY_COMPARE(titles(), QStringList({"Sessions/a.json"}));
+    QCOMPARE(library_->sessions()[0]->session.startedAt, Instant(std::chrono::hours(24 * 365 + 5)));
+    QVERIFY(!library_->canUndoDelete());
+  }
+
   void deletionOfSeveralEndsAtAFailure() {
     const QUrl a = write("Sessions/a.json", 3);
     reload();
