@@ -75,8 +75,8 @@ HistoryActions SessionLibrary::historyActions() {
                             .informativeText = statisticsText(session),
                             .buttons = {L("OK", "확인")}});
   };
-  actions.combineSessions = [this](const SavedSessions& sessions) {
-    combine(sessions);
+  actions.saveCombined = [this](const CaptionSession& session) {
+    saveCombined(session);
   };
   actions.deleteSessions = [this](const QList<QUrl>& urls) {
     deleteSessions(urls);
@@ -253,11 +253,9 @@ void SessionLibrary::rename(const SavedSession& saved) {
   }
 }
 
-void SessionLibrary::combine(const SavedSessions& sessions) {
-  std::vector<CaptionSession> parts;
-  for (const auto& saved : sessions) parts.push_back(saved->session);
+void SessionLibrary::saveCombined(const CaptionSession& session) {
   try {
-    open({model_.store().save(combined(std::move(parts)))});
+    open({model_.store().save(session)});
   } catch (const std::exception& error) {
     showError(descriptionOf(error));
   }

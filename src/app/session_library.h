@@ -69,7 +69,7 @@ class SessionLibrary final : public QObject {
   void showRecordings();
   HistoryActions historyActions();
   void rename(const SavedSession& saved);
-  void combine(const SavedSessions& sessions);
+  void saveCombined(const CaptionSession& session);
   void deleteSessions(const QList<QUrl>& urls);
   void undoDelete();
   void exportSession(const CaptionSession& session, const std::optional<LineRange>& selected = {});

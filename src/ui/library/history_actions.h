@@ -22,8 +22,8 @@ struct HistoryActions {
   /// Asks for another title.
   std::function<void(const SavedSession&)> renameSession;
   std::function<void(const CaptionSession&)> showStatistics;
-  /// Makes one session of several.
-  std::function<void(const SavedSessions&)> combineSessions;
+  /// Keeps the session that several were combined to.
+  std::function<void(const CaptionSession&)> saveCombined;
   std::function<void(const QList<QUrl>&)> deleteSessions;
   std::function<void()> undoDelete;
   /// Deletes the selected session if it is among the visible ones, given in display order.

@@ -51,6 +51,12 @@ void label(QAction* action, const QString& text, const QString& help = QString()
   action->setToolTip(help.isEmpty() ? text : help);
 }
 
+CaptionSession combined(const SavedSessions& sessions) {
+  std::vector<CaptionSession> parts;
+  for (const auto& saved : sessions) parts.push_back(saved->session);
+  return velun::combined(std::move(parts));
+}
+
 }  // namespace
 
 HistoryView::HistoryView(HistoryViewModel& library, AppSettings& settings, HistoryActions actions,
@@ -429,16 +435,6 @@ void HistoryView::showContextMenu(const QPoint& position) {
   menu.exec(list_->viewport()->mapToGlobal(position));
 }
 
-namespace {
-
-CaptionSession combined(const SavedSessions& sessions) {
-  std::vector<CaptionSession> parts;
-  for (const auto& saved : sessions) parts.push_back(saved->session);
-  return velun::combined(std::move(parts));
-}
-
-}  // namespace
-
 void HistoryView::deleteSelected() {
   const SavedSessions selected = selectedSessions();
   if (selected.size() < 2) return actions_.deleteSelection(visibleURLs());
@@ -464,7 +460,7 @@ void HistoryView::renameSelected() {
 }
 
 void HistoryView::combineSelected() {
-  actions_.combineSessions(selectedSessions());
+  actions_.saveCombined(combined(selectedSessions()));
 }
 
 void HistoryView::showStatistics() {
