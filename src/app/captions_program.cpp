@@ -117,9 +117,7 @@ std::unique_ptr<CaptionSource> makeSource(EngineServices& services,
   }
   const QString path = arguments.recording == QLatin1String("-") ? RecordingStream::standardInput()
                                                                  : *arguments.recording;
-  return std::make_unique<RecordingSource>(
-      services.speech, QCoreApplication::applicationDirPath() + QStringLiteral("/velun-decoder"),
-      path, localeID, start);
+  return services.makeRecordingSource(path, localeID, start);
 }
 
 int caption(EngineServices& services, const CaptionArguments& arguments, const QString& localeID) {

@@ -7,7 +7,6 @@
 #include "audio/speech_recognition_engine.h"
 #include "captions/better_captions.h"
 #include "captions/caption_view_model.h"
-#include "captions/recording_source.h"
 #include "captions/smaller_recognizer.h"
 #include "platform/desktop/desktop_services.h"
 #include "platform/desktop/linux/autostart_entry.h"
@@ -141,10 +140,7 @@ AppServices Composition::services() {
           .library = &parts_->library,
           .recordingSource =
               [this](const QString& path, const QString& localeID, Instant start) {
-                return std::make_unique<RecordingSource>(
-                    parts_->engine.speech,
-                    QCoreApplication::applicationDirPath() + QStringLiteral("/velun-decoder"), path,
-                    localeID, start);
+                return parts_->engine.makeRecordingSource(path, localeID, start);
               },
           .credits = credits(*parts_->engine.catalogue)};
 }

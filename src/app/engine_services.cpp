@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/engine_services.h"
 
+#include "captions/recording_source.h"
 #include "platform/foundation/language_identifier.h"
 #include "platform/models/model_catalogue.h"
 #include "platform/speech/built_in/built_in_punctuation.h"
@@ -91,6 +92,13 @@ EngineServices::EngineServices(PreferenceStore& preferences)
                    });
   QObject::connect(&models, &DownloadStore::damageFound, &speech,
                    &LocalSpeechPlatform::showBriefly);
+}
+
+std::unique_ptr<CaptionSource> EngineServices::makeRecordingSource(const QString& path,
+                                                                   const QString& localeID,
+                                                                   Instant start) {
+  const QString decoder = QCoreApplication::applicationDirPath() + QStringLiteral("/velun-decoder");
+  return std::make_unique<RecordingSource>(speech, decoder, path, localeID, start);
 }
 
 }  // namespace velun

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "captions/caption_source.h"
 #include "platform/audio/linux/pipewire_audio_platform.h"
 #include "platform/foundation/system_clock.h"
 #include "platform/models/store/download_store.h"
@@ -26,6 +27,11 @@ struct EngineServices {
   std::shared_ptr<RecognizerPreferences> recognizerPreferences;
   LocalSpeechPlatform speech;
   LocalTranslationPlatform translation;
+
+  /// The captions of the recording at `path`, which begins at `start`; not started. The services
+  /// must outlive the source.
+  std::unique_ptr<CaptionSource> makeRecordingSource(const QString& path, const QString& localeID,
+                                                     Instant start);
 };
 
 }  // namespace velun
