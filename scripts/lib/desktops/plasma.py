@@ -1,10 +1,12 @@
 """Plasma 5 on Wayland and X11."""
 
 import shutil
+from pathlib import Path
 
 from wayland import SOCKET, WaylandSession
 from x11 import X11Session
 
+WRAPPER = Path("/usr/bin/kwin_wayland_wrapper")
 ACTIVITIES = "/usr/lib/x86_64-linux-gnu/libexec/kactivitymanagerd"
 KWIN = ("gdbus", "call", "--session", "--dest", "org.kde.KWin", "--object-path")
 # Asks for a picture of the whole workspace; raw pixels come through a pipe.
@@ -64,7 +66,7 @@ class PlasmaWayland(Plasma, WaylandSession):
     DESKTOP = "KDE"
     TRAY_BUTTON = "right"
     PORTALS = ("kde",)
-    NO_LOGIN = "not tried: Plasma's session starts a compositor of its own"
+    LOGIN = ["plasma_session"]
 
     def __init__(self, *arguments, **options):
         super().__init__(*arguments, **options)
@@ -73,21 +75,35 @@ class PlasmaWayland(Plasma, WaylandSession):
                              "KWIN_WAYLAND_NO_PERMISSION_CHECKS": "1"}
 
     def _start_display(self):
+        """Plasma's session starts the compositor itself, by a command of this name."""
+        options = ["--virtual", "--width", self.SIZE[0], "--height", self.SIZE[1],
+                   "--output-count", self.outputs, "--no-lockscreen", "--no-global-shortcuts"]
         # A copy has no file capabilities, which may not be used here; its name must stay.
         folder = self.root / "bin"
         folder.mkdir()
         kwin = shutil.copy("/usr/bin/kwin_wayland", folder)
-        self.start([kwin, "--virtual", "--width", self.SIZE[0], "--height", self.SIZE[1],
-                    "--output-count", self.outputs, "--xwayland", "--socket", SOCKET,
-                    "--no-lockscreen", "--no-global-shortcuts"], log="manager")
+        if self.logs_in:
+            wrapper = folder / WRAPPER.name
+            wrapper.write_text(f'#!/bin/sh\nexec {WRAPPER} {" ".join(map(str, options))} "$@"\n')
+            wrapper.chmod(0o755)
+            self.environment["PATH"] = f"{folder}:{self.environment['PATH']}"
+            return
+        self.start([kwin, *options, "--xwayland", "--socket", SOCKET], log="manager")
+        self._wait_for_kwin(SOCKET)
+
+    def _wait_for_kwin(self, socket):
         run = self.root / "run"
-        self.wait_for_socket(run / SOCKET)
+        self.wait_for_socket(run / socket)
         self.wait("KWin", lambda: self.owns("org.kde.KWin"))
         self.wait_for_any_x_server()
         if cookies := next(run.glob("xauth_*"), None):
             self.environment["XAUTHORITY"] = str(cookies)
 
     def start_bar(self):
+        if self.logs_in:
+            self.start_shell("wayland")
+            self._wait_for_kwin("wayland-0")
+            return
         super().start_bar()
         self.start_shell("wayland")
 

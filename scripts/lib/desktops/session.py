@@ -1,9 +1,11 @@
 """A session of a real desktop without a screen, inside the system that scripts/desktops builds."""
 
+import os
 import shutil
+import signal
 import subprocess
 import sys
-from contextlib import contextmanager
+from contextlib import contextmanager, suppress
 from pathlib import Path
 
 from private_desktop import PrivateDesktop, polling
@@ -66,6 +68,28 @@ class Session(PrivateDesktop):
             self.__exit__()
             raise
         return self
+
+    def __exit__(self, *_):
+        if self.logs_in:
+            self._end_all()
+        super().__exit__()
+
+    def _end_all(self):
+        """A session of the user starts programs that outlive it."""
+        for process in self._processes_of_session():
+            with suppress(ProcessLookupError):
+                os.kill(process, signal.SIGKILL)
+        self.wait("the session's programs to end", lambda: not self._processes_of_session())
+
+    def _processes_of_session(self):
+        """Every one with this session's folder; one that has ended tells no environment."""
+        folder = f"XDG_RUNTIME_DIR={self.environment['XDG_RUNTIME_DIR']}".encode()
+        found = []
+        for path in Path("/proc").glob("[0-9]*/environ"):
+            with suppress(OSError):
+                if folder in path.read_bytes().split(b"\0"):
+                    found.append(int(path.parent.name))
+        return found
 
     def _start_bus(self):
         super()._start_bus()
