@@ -32,7 +32,8 @@ class CompositorDesktop(PrivateDesktop):
         self.input = None
 
     def _start_display(self):
-        self.environment |= {"LIBGL_ALWAYS_SOFTWARE": "1", "XDG_SESSION_TYPE": "wayland"}
+        self.environment |= {"LIBGL_ALWAYS_SOFTWARE": "1", "XDG_SESSION_TYPE": "wayland",
+                             "XKB_DEFAULT_OPTIONS": "compose:ralt"}
         self.start_compositor_of_session()
         self.input = Input(self)
 

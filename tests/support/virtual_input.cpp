@@ -34,7 +34,7 @@ constexpr char kKeymap[] =
     " xkb_keycodes { include \"evdev+aliases(qwerty)\" };"
     " xkb_types { include \"complete\" };"
     " xkb_compat { include \"complete\" };"
-    " xkb_symbols { include \"pc+us+inet(evdev)\" };"
+    " xkb_symbols { include \"pc+us+inet(evdev)+compose(ralt)\" };"
     "};";
 
 std::uint32_t now() {

@@ -3,6 +3,7 @@
 
 #include "language/localization.h"
 #include "ui/common/editing_keys.h"
+#include "ui/common/input_method_relay.h"
 #include "ui/common/language_choice_delegate.h"
 #include "ui/common/language_choice_model.h"
 #include "ui/common/notice_label.h"
@@ -76,6 +77,7 @@ LanguagePopup::LanguagePopup(QWidget* parent)
   list_->setUniformItemSizes(true);
   list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  if (windowType() == Qt::Popup) relay_ = new InputMethodRelay(*this, *search_);
   connect(search_, &QLineEdit::textChanged, this, &LanguagePopup::filter);
   connect(list_, &QListView::clicked, this, &LanguagePopup::chooseCurrentRow);
 }
@@ -95,6 +97,7 @@ void LanguagePopup::open(const QString& title, std::vector<LanguageChoice> choic
   filter();
   place(anchor);
   wasActive_ = false;
+  if (relay_) relay_->begin();
   show();
   raise();
   activateWindow();
@@ -166,6 +169,7 @@ void LanguagePopup::closeUnlessActive() {
 
 void LanguagePopup::hideEvent(QHideEvent* event) {
   QWidget::hideEvent(event);
+  if (relay_) relay_->end();
   Q_EMIT closed();
 }
 

@@ -12,6 +12,7 @@ class QListView;
 
 namespace velun {
 
+class InputMethodRelay;
 class LanguageChoiceModel;
 class NoticeLabel;
 
@@ -65,6 +66,7 @@ class LanguagePopup final : public QWidget {
   QLineEdit* search_;
   QListView* list_;
   NoticeLabel* notice_;
+  InputMethodRelay* relay_ = nullptr;
   QString current_;
   bool wasActive_ = false;
 };

@@ -12,6 +12,12 @@ bool isDark(const QPalette& palette) {
   return palette.color(QPalette::Window).lightness() < 128;
 }
 
+/// What Qt's theme for KDE takes where the user has chosen no colours (a grey of KDE 4): the
+/// desktop itself shows others then.
+bool isStandIn(const QPalette& palette) {
+  return palette.color(QPalette::Window) == QColor(0xd6, 0xd2, 0xd0);
+}
+
 }  // namespace
 
 QPalette highContrastPalette(bool dark) {
@@ -63,7 +69,8 @@ QPalette schemePalette(bool dark) {
 }
 
 void WindowLook::set(ColorScheme scheme, bool highContrast, bool reducedMotion) {
-  const bool isNewPalette = highContrast != highContrast_ || scheme != scheme_;
+  const bool isNewPalette =
+      !std::exchange(isSet_, true) || highContrast != highContrast_ || scheme != scheme_;
   scheme_ = scheme;
   highContrast_ = highContrast;
   reducedMotion_ = reducedMotion;
@@ -95,7 +102,7 @@ void WindowLook::applyPalette() {
   if (std::exchange(hasOwnPalette_, false)) QApplication::setPalette(QPalette());
   const bool isDesktopDark = isDark(QApplication::palette());
   const bool dark = scheme_ == ColorScheme::any ? isDesktopDark : scheme_ == ColorScheme::dark;
-  hasOwnPalette_ = highContrast_ || dark != isDesktopDark;
+  hasOwnPalette_ = highContrast_ || dark != isDesktopDark || isStandIn(QApplication::palette());
   if (!hasOwnPalette_) return;
   QApplication::setPalette(highContrast_ ? highContrastPalette(dark) : schemePalette(dark));
 }

@@ -32,6 +32,7 @@ class WindowLook final {
   void applyStyle();
 
   ColorScheme scheme_ = ColorScheme::any;
+  bool isSet_ = false;
   bool highContrast_ = false;
   bool reducedMotion_ = false;
   bool hasOwnPalette_ = false;

@@ -19,6 +19,7 @@ BRIGHT = 140  # less than its text has
 NEAR = 10  # points beside the panel
 FAR = (20, 20)  # a place without a panel
 KEY_A, KEY_B, KEY_K, KEY_ESCAPE = 30, 48, 37, 1  # the kernel's codes
+KEY_COMPOSE = 100  # the right Alt key, by an option of the keyboard's layout
 STEP = 6  # points that the pointer moves at a time
 
 
@@ -227,6 +228,21 @@ class LayerPanelTests:
         self.input.move_to(*FAR)
         self.input.click()
         self.wait("the search to close", lambda: not search.is_showing)
+        self.quit()
+
+    def test_an_input_method_writes_into_the_search_for_languages(self):
+        self.start_desktop()
+        table = self.desktop.root / "compose"
+        table.write_text('<Multi_key> <k> : "한"\n', encoding="utf-8")
+        self.desktop.environment |= {"QT_IM_MODULE": "compose", "XCOMPOSEFILE": str(table)}
+        self.launch_at()
+        self.enter_panel(FRAME)
+        menu = self.open_menu("Translation Settings")
+        self.click_on(next(item for item in menu.walk() if item.name.startswith("Input Language")))
+        search = self.application.wait_for("text", "Search Languages")
+        for key in (KEY_COMPOSE, KEY_K, KEY_A):
+            self.input.key(key)
+        self.wait("both ways of typing", lambda: search.text == "한a")
         self.quit()
 
     def test_it_takes_the_keyboard_only_when_it_is_clicked(self):

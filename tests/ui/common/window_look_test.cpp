@@ -181,6 +181,15 @@ class WindowLookTest final : public test::Suite {
     QCOMPARE(QApplication::style()->name(), QString("fusion"));
   }
 
+  void coloursThatTheDesktopDoesNotShowAreReplaced() {
+    // Qt's theme for KDE gives these where the user has chosen none.
+    QApplication::setPalette(QPalette(QColor(0xdf, 0xdc, 0xd9), QColor(0xd6, 0xd2, 0xd0)));
+    WindowLook look;
+    look.set(ColorScheme::any, false, false);
+    QCOMPARE(QApplication::palette().color(QPalette::Window),
+             schemePalette(false).color(QPalette::Window));
+  }
+
   void reducedMotionStopsAnimations() {
     const auto duration = [] {
       return QApplication::style()->styleHint(QStyle::SH_Widget_Animation_Duration);
