@@ -37,6 +37,7 @@ void appendMetadata(const Line& line, TranscriptParagraphs& to) {
   QStringList parts = {line.timestamp()};
   if (line.input) parts << title(*line.input);
   if (line.sourceLanguage) parts << languageName(*line.sourceLanguage);
+  if (line.original) parts << L("Corrected", "교정됨");
   parts.removeAll(QString());
   appendText(parts.join(QStringLiteral(" · ")), TranscriptStyle::meta, to);
 }

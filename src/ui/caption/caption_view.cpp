@@ -125,8 +125,11 @@ void CaptionView::connectToModel() {
   follow(model_.settings(), &AppSettings::localeIDChanged);
   follow(model_.settings(), &AppSettings::targetIDChanged);
   follow(Localization::shared(), &Localization::languageChanged);
-  connect(&model_, &CaptionViewModel::translationChanged, this,
-          [this](int index) { updateLater({.lines = Lines::one, .index = index}); });
+  const auto updateLine = [this](int index) {
+    updateLater({.lines = Lines::one, .index = index});
+  };
+  connect(&model_, &CaptionViewModel::translationChanged, this, updateLine);
+  connect(&model_, &CaptionViewModel::lineCorrected, this, updateLine);
 }
 
 void CaptionView::updateLater(const TranscriptChange& change) {

@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/foundation/clock.h"
 #include "ui/caption/own_windows.h"
 
 #include <memory>
 #include <QMenu>
 #include <QObject>
-#include <QVariantAnimation>
 
 namespace velun {
 
@@ -16,8 +14,10 @@ class BetterCaptions;
 class CaptionPanel;
 class CaptionView;
 class CaptionViewModel;
+class Clock;
 class DesktopPlatform;
 class AudioPlatform;
+class PanelGeometry;
 class PreferenceStore;
 class SmallerRecognizer;
 class TranslationPlatform;
@@ -37,8 +37,8 @@ struct CaptionWindowServices {
   AudioPlatform* audio = nullptr;
 };
 
-/// Owns the caption panel and controls its position, its size with and without the header, and its
-/// visibility. One per run of the program. Main thread.
+/// Owns the caption panel and controls its visibility, its level among the windows and its look.
+/// Its position and size are those of PanelGeometry. One per run of the program. Main thread.
 class CaptionWindowController final : public QObject {
   Q_OBJECT
 
@@ -72,9 +72,7 @@ class CaptionWindowController final : public QObject {
 
   /// Shows or hides the header. The panel's bottom edge stays in place.
   void setHeader(bool visible, bool animated);
-  bool headerShown() const { return headerShown_; }
-  /// Adjusts the height of the panel's content to the panel, unless the header is being animated.
-  void updateContentHeight();
+  bool headerShown() const;
   /// Moves the panel to its default frame and brings it to the front.
   void restorePosition();
   /// Moves the panel to the next of nine places on its screen, and shows it.
@@ -91,7 +89,6 @@ class CaptionWindowController final : public QObject {
 
  private:
   void connectToPanel();
-  void connectToScreens();
   void connectToSettings();
   void present();
   void applyPreferences();
@@ -100,53 +97,17 @@ class CaptionWindowController final : public QObject {
   void applyLook();
   void applyVisibility();
   void applyClickThrough();
-  /// Makes the panel as high as its lines, or as before when it had none. Its bottom stays.
-  void applyLines();
-  /// Without the header.
-  int minimumHeight() const;
-  bool hasLines() const;
-  void limitHeight();
   void orderFront();
-  /// The parts of the screens that no dock covers.
-  QList<QRect> areas() const;
-  void followScreens();
-  /// The panel's frame, or its target frame while it is being animated.
-  QRect settledFrame() const;
-  /// The same without the header.
-  QRect frameWithoutHeader() const;
-  /// Moves the panel to a frame without the header, to which a visible header is added.
-  void place(QRect frame, int milliseconds);
-  /// Moves a panel that the user has dropped near an edge onto it.
-  void snap();
-  void growForHeader(QRect& frame);
-  /// How far the header grows beyond a frame, in points.
-  int headerGrowthOver(const QRect& frame) const;
-  /// Whether the header would be over the point, instead of above the panel.
-  bool wouldCover(const QPoint& point) const;
-  void moveTo(const QRect& frame, int milliseconds);
-  void finishMotion();
-  void storeFrameLater();
-  void storeFrame();
 
   CaptionViewModel& model_;
   CaptionWindowServices services_;
   std::unique_ptr<CaptionPanel> panel_;
   std::unique_ptr<OwnWindows> ownWindows_;
   CaptionView* view_ = nullptr;
-  bool headerShown_ = false;
-  bool animatingHeader_ = false;
-  // The height added to the panel for its header, in points.
-  int headerGrowth_ = 0;
-  // Of the panel without header and with any height, kept while it is made for lines.
-  int freeHeight_ = 0;
-  bool isSizedByLines_ = false;
-  QVariantAnimation motion_{this};
-  bool animatingFrame_ = false;
+  std::unique_ptr<PanelGeometry> geometry_;
   bool isShown_ = false;
   bool wasSuppressed_ = false;
   bool wasKeptOnTop_ = false;
-  std::unique_ptr<ScheduledCall> storing_;
-  QList<QRect> screens_;
 };
 
 }  // namespace velun

@@ -15,14 +15,18 @@ namespace {
 constexpr QRect kFallbackArea(0, 0, 1440, 900);
 const auto kName = QStringLiteral("CaptionPanel");
 
-/// The name of the frame for the present arrangement of screens.
-QString nameHere() {
-  QList<QRect> screens;
-  for (const QScreen* screen : QGuiApplication::screens()) screens << screen->geometry();
+/// The name of the frame for an arrangement of screens.
+QString nameFor(const QList<QRect>& screens) {
   return kName + u' ' + nameOfArrangement(screens);
 }
 
 }  // namespace
+
+QList<QRect> screenFrames() {
+  QList<QRect> frames;
+  for (const QScreen* screen : QGuiApplication::screens()) frames << screen->geometry();
+  return frames;
+}
 
 QRect defaultPanelFrame(const QRect& area, int extraHeight) {
   const QRect room = area.isEmpty() ? kFallbackArea : area;
@@ -33,13 +37,18 @@ QRect defaultPanelFrame(const QRect& area, int extraHeight) {
 }
 
 std::optional<QRect> readPanelFrame(const PreferenceStore& frames) {
-  const std::optional<QRect> here = readFrame(frames, nameHere());
+  const std::optional<QRect> here = readFrame(frames, nameFor(screenFrames()));
   return here ? here : readFrame(frames, kName);
 }
 
 void writePanelFrame(PreferenceStore& frames, const QRect& frame) {
   writeFrame(frames, kName, frame);
-  writeFrame(frames, nameHere(), frame);
+  writeFrame(frames, nameFor(screenFrames()), frame);
+}
+
+void keepPanelFrame(PreferenceStore& frames, const QRect& frame, const QList<QRect>& screens) {
+  const QString name = nameFor(screens);
+  if (!readFrame(frames, name)) writeFrame(frames, name, frame);
 }
 
 }  // namespace velun

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <QList>
 #include <QRect>
 
 namespace velun {
@@ -16,7 +17,14 @@ QRect defaultPanelFrame(const QRect& area, int extraHeight = 0);
 /// any; nullopt without one. Main thread.
 std::optional<QRect> readPanelFrame(const PreferenceStore& frames);
 
+/// The geometries of all screens.
+QList<QRect> screenFrames();
+
 /// Stores the frame for the present arrangement of screens and as the last one.
 void writePanelFrame(PreferenceStore& frames, const QRect& frame);
+
+/// Stores the frame for an arrangement of screens that has none: the panel was not moved while it
+/// lasted.
+void keepPanelFrame(PreferenceStore& frames, const QRect& frame, const QList<QRect>& screens);
 
 }  // namespace velun

@@ -22,6 +22,7 @@ namespace velun {
 namespace {
 
 constexpr int kMaxSpinnerSize = 16;
+constexpr int kCaretWidth = 1;
 
 /// The label of a paragraph's placeholder; empty when it has none.
 QString pendingLabel(const QTextBlock& block) {
@@ -35,7 +36,8 @@ QString pendingLabel(const QTextBlock& block) {
 SelectableTranscriptTextView::SelectableTranscriptTextView(TranscriptDocument& document,
                                                            QWidget* parent)
     : BottomPinnedScrollView(document, parent), layout_(document.layout()) {
-  setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  setTextInteractionFlags(Qt::TextSelectableByMouse);
+  setCursorWidth(0);
   setTabChangesFocus(true);
   setAcceptDrops(false);
   connect(this, &QTextEdit::selectionChanged, this,
@@ -95,6 +97,7 @@ void SelectableTranscriptTextView::positionPendingIndicators() {
 
 void SelectableTranscriptTextView::mousePressEvent(QMouseEvent* event) {
   if (event->button() == Qt::LeftButton) isSelectingText_ = true;
+  setHasCaret(false);
   BottomPinnedScrollView::mousePressEvent(event);
 }
 
@@ -113,7 +116,30 @@ void SelectableTranscriptTextView::endSelecting() {
   if (std::exchange(isSelectingText_, false)) Q_EMIT selectionSettled();
 }
 
+void SelectableTranscriptTextView::focusInEvent(QFocusEvent* event) {
+  if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason) {
+    setHasCaret(true);
+  }
+  BottomPinnedScrollView::focusInEvent(event);
+}
+
+void SelectableTranscriptTextView::focusOutEvent(QFocusEvent* event) {
+  BottomPinnedScrollView::focusOutEvent(event);
+  if (event->reason() != Qt::PopupFocusReason) setHasCaret(false);
+}
+
+/// Without it the text can still be selected with the mouse. The flags end its blinking, the width
+/// hides it: with the flags alone one that was moved stays.
+void SelectableTranscriptTextView::setHasCaret(bool has) {
+  const Qt::TextInteractionFlags flags =
+      has ? Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard : Qt::TextSelectableByMouse;
+  if (flags == textInteractionFlags()) return;
+  setTextInteractionFlags(flags);
+  setCursorWidth(has ? kCaretWidth : 0);
+}
+
 void SelectableTranscriptTextView::keyPressEvent(QKeyEvent* event) {
+  setHasCaret(true);
   if (event->matches(QKeySequence::Find)) {
     Q_EMIT findRequested();
   } else if (event->key() == Qt::Key_Escape && hasSelection()) {
@@ -143,7 +169,9 @@ std::unique_ptr<QMenu> SelectableTranscriptTextView::contextMenu() {
 }
 
 void SelectableTranscriptTextView::contextMenuEvent(QContextMenuEvent* event) {
-  contextMenu()->exec(event->globalPos());
+  const std::unique_ptr<QMenu> menu = contextMenu();
+  Q_EMIT menuOpening(*menu, event->pos());
+  menu->exec(event->globalPos());
 }
 
 void SelectableTranscriptTextView::scrollContentsBy(int dx, int dy) {

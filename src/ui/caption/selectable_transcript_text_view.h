@@ -15,7 +15,8 @@ class PendingIndicator;
 struct PanelStyle;
 
 /// The text of a transcript, which can be selected, copied and searched but not edited. Shows a
-/// spinner at each visible placeholder.
+/// spinner at each visible placeholder, and a caret only while it is used with the keyboard: one
+/// that blinks disturbs who reads.
 class SelectableTranscriptTextView final : public BottomPinnedScrollView {
   Q_OBJECT
 
@@ -45,12 +46,16 @@ class SelectableTranscriptTextView final : public BottomPinnedScrollView {
   /// The selection changed or the mouse was released.
   void selectionSettled();
   void findRequested();
+  /// The menu of a right click opens at `position` of the viewport; more can be added to it.
+  void menuOpening(QMenu& menu, const QPoint& position);
 
  protected:
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void scrollContentsBy(int dx, int dy) override;
   void resizeEvent(QResizeEvent* event) override;
@@ -60,6 +65,7 @@ class SelectableTranscriptTextView final : public BottomPinnedScrollView {
   QMimeData* createMimeDataFromSelection() const override;
 
  private:
+  void setHasCaret(bool has);
   void endSelecting();
   void positionPendingIndicators();
 

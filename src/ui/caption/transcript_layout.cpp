@@ -244,6 +244,8 @@ void TranscriptLayout::draw(QPainter* painter, const PaintContext& context) {
   const QRectF clip = context.clip.isValid() ? context.clip : QRectF(QPointF(), documentSize());
   if (halos_.edge() != TextEdge::none) drawHalos(painter, clip);
   painter->setPen(context.palette.color(QPalette::Text));
+  // QTextEdit sets it.
+  const int caretWidth = property("cursorWidth").toInt();
   QTextBlock block = blockAt(static_cast<int>(std::floor(clip.top())));
   int top = blockTop(block);
   while (block.isValid() && top <= clip.bottom()) {
@@ -252,8 +254,8 @@ void TranscriptLayout::draw(QPainter* painter, const PaintContext& context) {
     block.layout()->setPosition(QPointF(0, top));
     drawBlock(painter, block, context, clip);
     const int cursor = context.cursorPosition - block.position();
-    if (cursor >= 0 && cursor < block.length()) {
-      block.layout()->drawCursor(painter, QPointF(), cursor);
+    if (caretWidth > 0 && cursor >= 0 && cursor < block.length()) {
+      block.layout()->drawCursor(painter, QPointF(), cursor, caretWidth);
     }
     top += blockHeight(block);
     block = block.next();

@@ -160,6 +160,13 @@ std::optional<LineRange> TranscriptView::selectedLines() const {
   return LineRange{first, last - first};
 }
 
+std::optional<std::size_t> TranscriptView::lineAtCursor() const {
+  const QTextCursor cursor = textView_->textCursor();
+  const int start = cursor.selectionStart();
+  const std::size_t line = lineOfBlock(document_.text().findBlock(start).blockNumber());
+  return line < lineSizes_.size() ? std::optional(line) : std::nullopt;
+}
+
 TranscriptView::Replacement TranscriptView::makeReplacement(std::size_t firstLine,
                                                             std::size_t lineCount,
                                                             std::span<const Line> lines) const {

@@ -38,6 +38,9 @@ class TranscriptView final : public QWidget {
   /// The lines that the selection touches; nullopt without a selection. The draft is not a line.
   std::optional<LineRange> selectedLines() const;
 
+  /// The index of the line in which the cursor is; nullopt in the draft.
+  std::optional<std::size_t> lineAtCursor() const;
+
   /// Opens the bar that searches the transcript.
   void openFindBar();
 

@@ -69,6 +69,29 @@ class SelectableTranscriptTextViewTest final : public test::Suite {
     QCOMPARE(copied().formats(), QStringList{"text/plain"});
   }
 
+  void caretIsShownOnlyWhileTheKeyboardIsUsed() {
+    QApplication::setCursorFlashTime(0);
+    const Stage stage;
+    QWidget* area = stage.text().viewport();
+    const QImage before = area->grab().toImage();
+    QVERIFY(QTest::qWaitForWindowActive(&stage.text()));
+    stage.text().setFocus();
+    QCOMPARE(area->grab().toImage(), before);
+    QTest::mouseClick(area, Qt::LeftButton);
+    QCOMPARE(area->grab().toImage(), before);
+    QTest::keyClick(&stage.text(), Qt::Key_Home, Qt::ControlModifier);
+    QVERIFY(area->grab().toImage() != before);
+    // At another place: it would be a double click.
+    QTest::mouseClick(area, Qt::LeftButton, {}, area->rect().topLeft() + QPoint(5, 5));
+    QCOMPARE(area->grab().toImage(), before);
+    stage.text().setFocus(Qt::TabFocusReason);
+    stage.text().clearFocus();
+    stage.text().setFocus(Qt::TabFocusReason);
+    QVERIFY(area->grab().toImage() != before);
+    stage.text().clearFocus();
+    QCOMPARE(area->grab().toImage(), before);
+  }
+
   void draggingTheMouseSelectsWhatIsCopied() {
     const Stage stage;
     const auto at = [&stage](int position) {
