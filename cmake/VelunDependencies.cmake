@@ -1,6 +1,6 @@
 # Finds every library that the program uses.
 
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets DBus Network Svg)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets DBus Network PrintSupport Svg)
 find_package(QCoro6 REQUIRED COMPONENTS Core)
 find_package(ICU REQUIRED COMPONENTS uc i18n data)
 find_package(simdjson REQUIRED)

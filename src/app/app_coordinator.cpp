@@ -32,13 +32,15 @@ namespace velun {
 AppCoordinator::AppCoordinator(CaptionViewModel& model, const AppServices& services)
     : model_(model),
       services_(services),
-      ending_(model, services.question),
+      recordings_(model.settings(), model.store(), services.recordingSource, services.translation,
+                  services.clock),
+      ending_(model, recordings_, services.question),
       commands_(model, [this] { return windowState(); }) {
   connect(&commands_, &AppCommands::triggered, this, &AppCoordinator::perform);
   const auto windowMade = [this](QWidget* window) {
     prepareWindow(window);
   };
-  sessions_ = std::make_unique<SessionLibrary>(model, services, windowMade);
+  sessions_ = std::make_unique<SessionLibrary>(model, recordings_, services, windowMade);
   information_ = std::make_unique<InformationWindows>(services, windowMade);
 }
 

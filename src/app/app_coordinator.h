@@ -48,6 +48,7 @@ class AppCoordinator final : public QObject {
 
   SessionEnding& ending() { return ending_; }
   const AppCommands& commands() const { return commands_; }
+  RecordingQueue& recordings() { return recordings_; }
   CaptionWindowController& captionWindow() { return *captionWindow_; }
   MenuBarController& menuBar() { return *menuBar_; }
   SessionLibrary& sessions() { return *sessions_; }
@@ -72,6 +73,7 @@ class AppCoordinator final : public QObject {
   CaptionViewModel& model_;
   AppServices services_;
   WindowLook look_;
+  RecordingQueue recordings_;
   SessionEnding ending_;
   std::unique_ptr<CaptionWindowController> captionWindow_;
   std::unique_ptr<MenuBarController> menuBar_;

@@ -22,7 +22,7 @@ AppDelegate::AppDelegate(CaptionViewModel& model, const AppServices& services)
     : coordinator_(model, services),
       model_(model),
       clock_(services.clock),
-      logOut_(model, coordinator_.ending(), services.clock) {
+      logOut_(model, coordinator_.recordings(), coordinator_.ending(), services.clock) {
   connect(&coordinator_, &AppCoordinator::terminationRequested, this,
           &AppDelegate::requestTermination);
   connect(&coordinator_.ending(), &SessionEnding::terminationQuestionReached, this, [this] {
@@ -46,6 +46,7 @@ void AppDelegate::applicationWillTerminate() {
   // The event loop has ended; deliver posted events ourselves: they start tasks and resume waiting
   // ones.
   QCoreApplication::sendPostedEvents();
+  coordinator_.recordings().saveProgress();
   model_.abandonEngine();
   model_.translator().configure(false, false, {}, {});
   QCoreApplication::sendPostedEvents();

@@ -68,6 +68,10 @@ struct AppServices {
   CaptionFeed* feed = nullptr;
   /// Asks for a title, beginning with the present one; nullopt: the user has cancelled.
   std::function<std::optional<QString>(const QString&)> askTitle = {};
+  /// Asks for the right text of a line; nullopt: the user has cancelled.
+  std::function<std::optional<QString>(const Line&)> askCorrection = {};
+  /// Prints a web page under a title, after asking for the printer.
+  std::function<void(const QString&, const QString&)> print = {};
   /// May be null: then no session gets a title by itself.
   LibrarySettings* library = nullptr;
   /// Null where recordings cannot be captioned.

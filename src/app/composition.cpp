@@ -22,6 +22,8 @@
 #include "settings/sharing_settings.h"
 #include "ui/common/title_question.h"
 #include "ui/common/window_presentation.h"
+#include "ui/library/line_correction.h"
+#include "ui/library/print_session.h"
 #include "ui/library/session_trash.h"
 
 namespace velun {
@@ -137,6 +139,8 @@ AppServices Composition::services() {
           .sharing = &parts_->sharing,
           .feed = &parts_->feed,
           .askTitle = askTitle,
+          .askCorrection = askCorrection,
+          .print = askAndPrint,
           .library = &parts_->library,
           .recordingSource =
               [this](const QString& path, const QString& localeID, Instant start) {

@@ -3,6 +3,7 @@
 
 #include "app/session_ending.h"
 #include "captions/caption_view_model.h"
+#include "captions/recording_queue.h"
 #include "platform/foundation/clock.h"
 
 #include <QEventLoop>
@@ -18,8 +19,9 @@ std::pair<QUuid, std::size_t> contentOf(const CaptionSession& session) {
 
 }  // namespace
 
-LogOut::LogOut(CaptionViewModel& model, SessionEnding& ending, Clock& clock)
-    : model_(model), ending_(ending), clock_(clock) {}
+LogOut::LogOut(CaptionViewModel& model, RecordingQueue& recordings, SessionEnding& ending,
+               Clock& clock)
+    : model_(model), recordings_(recordings), ending_(ending), clock_(clock) {}
 
 LogOut::~LogOut() = default;
 
@@ -27,6 +29,7 @@ void LogOut::prepareUnasked() {
   isImposed_ = true;
   // The file is complete even if the process ends before captions have stopped.
   model_.persistIfNeeded();
+  recordings_.saveProgress();
 }
 
 bool LogOut::agree() {

@@ -11,6 +11,7 @@ namespace velun {
 
 class CaptionViewModel;
 class Clock;
+class RecordingQueue;
 class ScheduledCall;
 class SessionEnding;
 
@@ -22,14 +23,15 @@ class LogOut {
   static constexpr std::chrono::seconds kResumeDelay{5};
 
   /// The references must outlive it.
-  LogOut(CaptionViewModel& model, SessionEnding& ending, Clock& clock);
+  LogOut(CaptionViewModel& model, RecordingQueue& recordings, SessionEnding& ending, Clock& clock);
   ~LogOut();
 
-  /// An end is announced and nothing may be asked: writes the session; captions go on meanwhile.
+  /// An end is announced and nothing may be asked: writes the session and what is captioned of a
+  /// recording; both go on meanwhile.
   void prepareUnasked();
 
-  /// An end is announced: stops captions and asks about unsaved lines. Runs an event loop until the
-  /// user has answered. Returns whether the session may end.
+  /// An end is announced: stops captions and asks about unsaved lines and recordings. Runs an event
+  /// loop until the user has answered. Returns whether the session may end.
   bool agree();
 
   /// The end has come. Returns `isAgreed()`; captions are not resumed any more.
@@ -44,6 +46,7 @@ class LogOut {
 
  private:
   CaptionViewModel& model_;
+  RecordingQueue& recordings_;
   SessionEnding& ending_;
   Clock& clock_;
   /// Nothing may be asked at the end that was announced last.

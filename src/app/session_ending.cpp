@@ -3,6 +3,8 @@
 
 #include "captions/caption_view_model.h"
 #include "captions/discard_confirmation.h"
+#include "captions/recording_confirmation.h"
+#include "captions/recording_queue.h"
 #include "language/localization.h"
 #include "platform/foundation/main_task.h"
 #include "platform/foundation/one_shot.h"
@@ -11,8 +13,9 @@
 
 namespace velun {
 
-SessionEnding::SessionEnding(CaptionViewModel& model, ModalQuestion& question)
-    : model_(model), question_(question) {
+SessionEnding::SessionEnding(CaptionViewModel& model, const RecordingQueue& recordings,
+                             ModalQuestion& question)
+    : model_(model), recordings_(recordings), question_(question) {
   connect(&model_, &CaptionViewModel::isRunningChanged, this, [this] {
     if (model_.isRunning()) hasStoppedCaptions_ = false;
   });
@@ -75,9 +78,13 @@ QCoro::Task<> SessionEnding::decideTermination(QPointer<SessionEnding> self, boo
   Q_EMIT self->terminationQuestionReached();
   const QString title =
       L("Save this session before quitting?", "종료하기 전에 이 세션을 저장할까요?");
-  QCoro::Task<bool> confirming = confirm(self, title);
-  const bool goesOn = co_await confirming;
+  bool goesOn = confirmEndingRecordings(self->recordings_, self->question_);
   if (!self || self->ended_) co_return;
+  if (goesOn) {
+    QCoro::Task<bool> confirming = confirm(self, title);
+    goesOn = co_await confirming;
+    if (!self || self->ended_) co_return;
+  }
   self->terminating_ = false;
   if (!goesOn && wasRunning) self->model_.start();
   self->hasStoppedCaptions_ = goesOn && wasRunning;

@@ -12,9 +12,11 @@ namespace velun {
 
 class CaptionViewModel;
 class ModalQuestion;
+class RecordingQueue;
 
 /// Ends the current session: stops captions, asks about unsaved lines, and then starts a new
-/// session or lets the program end. If the user cancels, captions continue. Main thread.
+/// session or lets the program end. Before the program ends it also asks about recordings that are
+/// not finished. If the user cancels, captions continue. Main thread.
 class SessionEnding final : public QObject {
   Q_OBJECT
 
@@ -22,8 +24,8 @@ class SessionEnding final : public QObject {
   /// Called with the decision whether the program ends.
   using TerminationReply = std::function<void(bool shouldTerminate)>;
 
-  /// Both references must outlive it.
-  SessionEnding(CaptionViewModel& model, ModalQuestion& question);
+  /// All references must outlive it.
+  SessionEnding(CaptionViewModel& model, const RecordingQueue& recordings, ModalQuestion& question);
 
   /// Replaces the session by a new one. Ignored during a decision.
   void newSession();
@@ -47,7 +49,8 @@ class SessionEnding final : public QObject {
  Q_SIGNALS:
   /// The model has a new session.
   void sessionReplaced();
-  /// Captions have ended; the question about unsaved lines before quitting comes next.
+  /// Captions have ended; the questions about recordings and unsaved lines before quitting come
+  /// next.
   void terminationQuestionReached();
 
  private:
@@ -61,6 +64,7 @@ class SessionEnding final : public QObject {
   static QCoro::Task<bool> confirm(QPointer<SessionEnding> self, QString title);
 
   CaptionViewModel& model_;
+  const RecordingQueue& recordings_;
   ModalQuestion& question_;
   /// A new session is being decided.
   bool replacing_ = false;

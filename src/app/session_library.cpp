@@ -24,14 +24,14 @@ QString recordingsTitle() {
 
 }  // namespace
 
-SessionLibrary::SessionLibrary(CaptionViewModel& model, const AppServices& services,
+SessionLibrary::SessionLibrary(CaptionViewModel& model, RecordingQueue& recordings,
+                               const AppServices& services,
                                std::function<void(QWidget*)> windowMade)
     : model_(model),
       services_(services),
       windowMade_(std::move(windowMade)),
       library_(model.store(), services.trash),
-      recordings_(model.settings(), model.store(), services.recordingSource, services.translation,
-                  services.clock) {
+      recordings_(recordings) {
   connect(&recordings_, &RecordingQueue::sessionSaved, &library_, &HistoryViewModel::reload);
   connect(&library_, &HistoryViewModel::selectionChanged, this, &SessionLibrary::selectionChanged);
   connect(&library_, &HistoryViewModel::filesOpened, this,
@@ -74,6 +74,15 @@ HistoryActions SessionLibrary::historyActions() {
     services_.question.ask({.message = session.title,
                             .informativeText = statisticsText(session),
                             .buttons = {L("OK", "확인")}});
+  };
+  actions.printSession = [this](const CaptionSession& session, const ExportOptions& options) {
+    services_.print(QString::fromUtf8(session.exportAs(options)), session.title);
+  };
+  actions.correctLine = [this](const SavedSession& saved, const Line& line) {
+    if (const auto text = services_.askCorrection(line)) correctLine(saved, line, *text);
+  };
+  actions.undoCorrection = [this](const SavedSession& saved, const Line& line) {
+    if (line.original) correctLine(saved, line, *line.original);
   };
   actions.saveCombined = [this](const CaptionSession& session) {
     saveCombined(session);
@@ -241,12 +250,30 @@ void SessionLibrary::rename(const SavedSession& saved) {
   const auto title = services_.askTitle(saved.session.title);
   if (!title) return;
   try {
-    if (saved.session.id == model_.session().id && model_.savedURL()) {
-      // The current session writes its file itself, with lines that are newer than the listing.
+    if (isCurrent(saved)) {
       model_.setTitle(*title);
       library_.reload();
     } else {
       library_.rename(saved.url, *title);
+    }
+  } catch (const std::exception& error) {
+    showError(descriptionOf(error));
+  }
+}
+
+bool SessionLibrary::isCurrent(const SavedSession& saved) const {
+  return saved.session.id == model_.session().id && model_.savedURL();
+}
+
+void SessionLibrary::correctLine(const SavedSession& saved, const Line& line, const QString& text) {
+  const QString trimmed = text.trimmed();
+  if (trimmed.isEmpty() || trimmed == line.text) return;
+  try {
+    if (isCurrent(saved)) {
+      model_.correctLine(line.id, trimmed);
+      library_.reload();
+    } else {
+      library_.correctLine(saved.url, line.id, trimmed);
     }
   } catch (const std::exception& error) {
     showError(descriptionOf(error));

@@ -22,9 +22,9 @@ class SessionLibrary final : public QObject {
   Q_OBJECT
 
  public:
-  /// `model` and everything in `services` must outlive the library. `windowMade` is called with
-  /// every window before it is first shown.
-  SessionLibrary(CaptionViewModel& model, const AppServices& services,
+  /// The references and everything in `services` must outlive the library. `windowMade` is called
+  /// with every window before it is first shown.
+  SessionLibrary(CaptionViewModel& model, RecordingQueue& recordings, const AppServices& services,
                  std::function<void(QWidget*)> windowMade);
   ~SessionLibrary() override;
 
@@ -69,6 +69,10 @@ class SessionLibrary final : public QObject {
   void showRecordings();
   HistoryActions historyActions();
   void rename(const SavedSession& saved);
+  void correctLine(const SavedSession& saved, const Line& line, const QString& text);
+  /// Whether a listed session is the current one, which writes its file itself, with lines that are
+  /// newer than the listing.
+  bool isCurrent(const SavedSession& saved) const;
   void saveCombined(const CaptionSession& session);
   void deleteSessions(const QList<QUrl>& urls);
   void undoDelete();
@@ -83,7 +87,7 @@ class SessionLibrary final : public QObject {
   HistoryViewModel library_;
   std::unique_ptr<HistoryWindowController> historyWindow_;
   std::unique_ptr<ExportWindowController> exportWindow_;
-  RecordingQueue recordings_;
+  RecordingQueue& recordings_;
   std::unique_ptr<QWidget> recordingsWindow_;
 };
 

@@ -121,6 +121,15 @@ void CaptionViewModel::setTitle(const QString& title) {
   saver_.saveIfNeeded();
 }
 
+void CaptionViewModel::correctLine(const QUuid& id, const QString& text) {
+  const std::optional<std::size_t> index = current_.correctLine(id, text);
+  if (!index) return;
+  saver_.lineChanged(*index);
+  Q_EMIT lineCorrected(static_cast<int>(*index));
+  Q_EMIT sessionChanged();
+  saver_.saveIfNeeded();
+}
+
 void CaptionViewModel::settingsChanged(AppSettings::Change change) {
   using Change = AppSettings::Change;
   if (change == Change::input || change == Change::sourceLanguage) restart();

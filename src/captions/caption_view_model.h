@@ -92,6 +92,8 @@ class CaptionViewModel final : public QObject {
   void newSession();
   /// Gives the session a title; an empty one is the default title. The file follows.
   void setTitle(const QString& title);
+  /// Corrects a line by hand, see `Line::correct`. The file follows.
+  void correctLine(const QUuid& id, const QString& text);
   QCoro::Task<> loadLanguages() { return languages_.load(); }
 
   /// Which texts the caption window shows.
@@ -106,6 +108,8 @@ class CaptionViewModel final : public QObject {
   void sessionChanged();
   /// The line at `index` got a translation. `sessionChanged` follows.
   void translationChanged(int index);
+  /// The line at `index` was corrected. `sessionChanged` follows.
+  void lineCorrected(int index);
   void volatileTextChanged();
   void statusChanged();
   void translationStatusChanged();

@@ -43,6 +43,15 @@ std::optional<std::size_t> CurrentSession::setTranslation(const QUuid& id, const
   return index;
 }
 
+std::optional<std::size_t> CurrentSession::correctLine(const QUuid& id, const QString& text) {
+  const auto found = indexOfLine_.constFind(id);
+  if (found == indexOfLine_.constEnd()) return std::nullopt;
+  const std::size_t index = *found;
+  session_.lines[index].correct(text);
+  transcript_.lineChanged(index);
+  return index;
+}
+
 const QSet<QUuid>& CurrentSession::pendingTranslationIDs(const QString& sourceID,
                                                          const QString& targetID) const {
   return pending_.ids(lines(), sourceID, targetID);

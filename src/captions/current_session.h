@@ -37,6 +37,9 @@ class CurrentSession final {
   std::optional<std::size_t> setTranslation(const QUuid& id, const QString& language,
                                             const QString& text);
 
+  /// Corrects a line by hand, see `Line::correct`. Returns the same.
+  std::optional<std::size_t> correctLine(const QUuid& id, const QString& text);
+
   /// The ids of the lines spoken in the locale `sourceID` that have no text in `targetID`.
   const QSet<QUuid>& pendingTranslationIDs(const QString& sourceID, const QString& targetID) const;
   /// The same text as `CaptionSession::transcript`.

@@ -23,9 +23,14 @@ RecordingQueue::RecordingQueue(const AppSettings& settings, SessionStore store,
 RecordingQueue::~RecordingQueue() = default;
 
 bool RecordingQueue::isBusy() const {
-  return std::any_of(items_.begin(), items_.end(), [](const Item& item) {
+  return unfinishedCount() > 0;
+}
+
+std::size_t RecordingQueue::unfinishedCount() const {
+  const auto count = std::ranges::count_if(items_, [](const Item& item) {
     return item.state == State::waiting || item.state == State::running;
   });
+  return static_cast<std::size_t>(count);
 }
 
 RecordingQueue::Item* RecordingQueue::find(int id) {
@@ -63,6 +68,23 @@ void RecordingQueue::retry(int id) {
     next();
   }
   Q_EMIT changed();
+}
+
+void RecordingQueue::saveProgress() {
+  const auto trySaving = [this](const CaptionSession& session) {
+    try {
+      store_.save(session);
+    } catch (const std::exception&) {
+      // Nobody is left who could be asked where else to save it.
+    }
+  };
+  if (captions_ && !captions_->session().lines.empty()) {
+    CaptionSession session = captions_->session();
+    session.endedAt = session.startedAt + std::chrono::round<Instant::duration>(
+                                              std::chrono::duration<double>(captions_->position()));
+    trySaving(session);
+  }
+  for (const auto& [id, session] : unwritten_) trySaving(session);
 }
 
 void RecordingQueue::next() {

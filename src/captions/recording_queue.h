@@ -50,12 +50,19 @@ class RecordingQueue final : public QObject {
   const std::vector<Item>& items() const { return items_; }
   /// Recordings wait or run.
   bool isBusy() const;
+  /// How many recordings wait or run.
+  std::size_t unfinishedCount() const;
+  /// How many recordings have captions that could not be saved.
+  std::size_t unsavedCount() const { return unwritten_.size(); }
 
   void add(const QStringList& paths);
   /// Ends the work on an item and removes it; nothing of it is kept but a session that is done.
   void remove(int id);
   /// Captions a failed item again; one whose session could not be written is only written again.
   void retry(int id);
+  /// Saves what is captioned so far of the recording that runs, which goes on, and tries once more
+  /// to save what could not be saved. For the end of the program; failures are ignored.
+  void saveProgress();
 
  Q_SIGNALS:
   /// Items were added, removed or have changed.

@@ -16,7 +16,7 @@ class TranscriptCache {
   const QString& text(const std::vector<Line>& lines, TranscriptContent content,
                       const QString& language);
 
-  /// The translations of the line at `index` have changed.
+  /// The text or the translations of the line at `index` have changed.
   void lineChanged(std::size_t index);
 
  private:

@@ -4,6 +4,7 @@
 #include "language/localization.h"
 #include "model/renderings.h"
 #include "model/session_file/session_file.h"
+#include "model/session_table.h"
 #include "model/subtitles/subtitle_files.h"
 
 #include <algorithm>
@@ -67,6 +68,10 @@ QByteArray CaptionSession::exportAs(const ExportOptions& options) const {
       return renderMarkdown(*this, options).toUtf8();
     case SessionFormat::text:
       return renderText(*this, options).toUtf8();
+    case SessionFormat::markdownTable:
+      return renderMarkdownTable(*this, options).toUtf8();
+    case SessionFormat::html:
+      return renderHtml(*this, options).toUtf8();
     case SessionFormat::subRip:
       return renderSubRip(cues()).toUtf8();
     case SessionFormat::webVTT:

@@ -19,6 +19,12 @@ bool CodePointOrder::operator()(const QString& left, const QString& right) const
                                       [&rank](QChar a, QChar b) { return rank(a) < rank(b); });
 }
 
+void Line::correct(const QString& corrected) {
+  if (!original) original = text;
+  text = corrected;
+  if (text == *original) original.reset();
+}
+
 QString Line::timestamp() const {
   if (legacyTimestamp) return *legacyTimestamp;
   if (!time) return {};

@@ -40,8 +40,14 @@ struct Line {
   /// When the words were said, since the session's start. Absent where the recognizer did not say.
   std::optional<std::chrono::milliseconds> start = {};
   std::optional<std::chrono::milliseconds> end = {};
+  /// The text as it was recognized, if `text` was corrected by hand.
+  std::optional<QString> original = {};
 
   bool operator==(const Line&) const = default;
+
+  /// Replaces the text by one that the user wrote, and keeps the recognized one as `original`. With
+  /// the recognized text the line is as it was before it was corrected.
+  void correct(const QString& corrected);
 
   /// The time shown beside the line: hours, minutes and seconds in the interface language, in the
   /// user's time zone; empty if there is no time.

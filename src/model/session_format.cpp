@@ -10,12 +10,20 @@ bool isSubtitles(SessionFormat format) {
   return format == SessionFormat::subRip || format == SessionFormat::webVTT;
 }
 
+bool isTable(SessionFormat format) {
+  return format == SessionFormat::markdownTable || format == SessionFormat::html;
+}
+
 QString rawValue(SessionFormat format) {
   switch (format) {
     case SessionFormat::markdown:
       return QStringLiteral("markdown");
     case SessionFormat::text:
       return QStringLiteral("text");
+    case SessionFormat::markdownTable:
+      return QStringLiteral("markdownTable");
+    case SessionFormat::html:
+      return QStringLiteral("html");
     case SessionFormat::subRip:
       return QStringLiteral("subRip");
     case SessionFormat::webVTT:
@@ -32,6 +40,10 @@ QString fileExtension(SessionFormat format) {
       return QStringLiteral("md");
     case SessionFormat::text:
       return QStringLiteral("txt");
+    case SessionFormat::markdownTable:
+      return QStringLiteral("md");
+    case SessionFormat::html:
+      return QStringLiteral("html");
     case SessionFormat::subRip:
       return QStringLiteral("srt");
     case SessionFormat::webVTT:
@@ -48,6 +60,10 @@ QString title(SessionFormat format) {
       return L("Markdown (.md)", "Markdown (.md)");
     case SessionFormat::text:
       return L("Text (.txt)", "텍스트 (.txt)");
+    case SessionFormat::markdownTable:
+      return L("Markdown Table (.md)", "Markdown 표 (.md)");
+    case SessionFormat::html:
+      return L("Web Page (.html)", "웹 페이지 (.html)");
     case SessionFormat::subRip:
       return L("SubRip Subtitles (.srt)", "SubRip 자막 (.srt)");
     case SessionFormat::webVTT:
@@ -66,6 +82,10 @@ QString explanation(SessionFormat format) {
   if (isSubtitles(format)) {
     return L("Captions for video players, at the times at which the words were said.",
              "말한 시각에 맞춰 표시되는 동영상 플레이어용 자막입니다.");
+  }
+  if (isTable(format)) {
+    return L("Shows the original and its translations side by side, one line a row.",
+             "원문과 번역을 한 줄씩 나란히 표시합니다.");
   }
   return L("Shows times and languages, with the original and translations set apart.",
            "시간과 언어를 표시하고 원문과 번역을 구분합니다.");

@@ -9,19 +9,23 @@
 namespace velun {
 
 /// The export formats, in the order of the format choice.
-enum class SessionFormat { markdown, text, subRip, webVTT, json };
+enum class SessionFormat { markdown, text, markdownTable, html, subRip, webVTT, json };
 
-inline constexpr std::array allSessionFormats = {SessionFormat::markdown, SessionFormat::text,
-                                                 SessionFormat::subRip, SessionFormat::webVTT,
-                                                 SessionFormat::json};
+inline constexpr std::array allSessionFormats = {
+    SessionFormat::markdown, SessionFormat::text,   SessionFormat::markdownTable,
+    SessionFormat::html,     SessionFormat::subRip, SessionFormat::webVTT,
+    SessionFormat::json};
+
+/// Whether the original and its translations stand side by side.
+bool isTable(SessionFormat format);
 
 /// Whether captions with times for video players are written.
 bool isSubtitles(SessionFormat format);
 
-/// The identifier: "markdown", "text", "subRip", "webVTT" or "json".
+/// The identifier: "markdown", "text", "markdownTable", "html", "subRip", "webVTT" or "json".
 QString rawValue(SessionFormat format);
 
-/// The file extension without a dot: "md", "txt", "srt", "vtt" or "json".
+/// The file extension without a dot: "md", "txt", "html", "srt", "vtt" or "json".
 QString fileExtension(SessionFormat format);
 
 /// The label in the interface language.

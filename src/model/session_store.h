@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "model/file_stamp.h"
 #include "model/session_file/session_encoder.h"
 
 #include <functional>
@@ -14,6 +15,8 @@ namespace velun {
 struct SavedSession {
   QUrl url;
   CaptionSession session;
+  /// Of the file that was read; absent where a change could go unnoticed.
+  std::optional<FileStamp> stamp = {};
 };
 
 /// The folder of saved session files. Its only state is the folder's location; every operation

@@ -9,6 +9,7 @@
 #include "support/scripted_application_service.h"
 #include "support/scripted_file_manager.h"
 #include "support/scripted_question.h"
+#include "support/scripted_source.h"
 #include "support/scripted_tray_host.h"
 #include "ui/caption/caption_window_controller.h"
 
@@ -59,6 +60,18 @@ struct AppStage : ModelFixture {
                   askedTitles.append(title);
                   return chosenTitle;
                 },
+            .askCorrection =
+                [this](const Line& line) {
+                  correctedLines.append(line.text);
+                  if (beforeCorrection) beforeCorrection();
+                  return correction;
+                },
+            .recordingSource =
+                [this](const QString&, const QString&, Instant) {
+                  auto source = std::make_unique<ScriptedSource>();
+                  recording = source.get();
+                  return source;
+                },
             .credits = {}};
   }
 
@@ -98,6 +111,12 @@ struct AppStage : ModelFixture {
   std::optional<QUrl> chosenFile;
   QStringList askedTitles;
   std::optional<QString> chosenTitle;
+  /// The texts of the lines whose right text was asked for, and the answer.
+  QStringList correctedLines;
+  std::optional<QString> correction;
+  std::function<void()> beforeCorrection;
+  /// The recording that is captioned or was captioned last.
+  QPointer<ScriptedSource> recording;
   std::optional<QString> trashFailure;
   QList<QUrl> trashed;
   std::vector<bool> replies;

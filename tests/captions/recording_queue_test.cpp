@@ -183,6 +183,25 @@ class RecordingQueueTest final : public test::Suite {
     QCOMPARE(f.saved.size(), 0);
   }
 
+  void whatIsCaptionedSoFarCanBeSaved() {
+    QueueFixture f;
+    f.queue.add({"/1.mp3", "/2.mp3"});
+    QCOMPARE(f.queue.unfinishedCount(), std::size_t(2));
+    f.queue.saveProgress();
+    QVERIFY(f.files().isEmpty());
+    f.source().say("One.");
+    Q_EMIT f.source().advanced(30, 60);
+    f.queue.saveProgress();
+    const auto saved = f.store.savedSessions().sessions;
+    QCOMPARE(saved.size(), std::size_t(1));
+    QCOMPARE(*saved[0].session.endedAt - saved[0].session.startedAt, Instant::duration(30s));
+    QVERIFY(f.queue.isBusy());
+    f.source().say("Two.");
+    f.end();
+    QCOMPARE(f.store.read(saved[0].url).lines.size(), std::size_t(2));
+    QCOMPARE(f.queue.unfinishedCount(), std::size_t(1));
+  }
+
   void aSessionThatCannotBeWrittenIsKeptForAnotherTry() {
     QueueFixture f;
     const QString folder = f.store.directory.toLocalFile();
@@ -194,10 +213,13 @@ class RecordingQueueTest final : public test::Suite {
     f.end();
     QCOMPARE(f.item().state, State::failed);
     QVERIFY(f.item().error.startsWith("The captions couldn’t be saved: "));
+    QCOMPARE(f.queue.unsavedCount(), std::size_t(1));
+    f.queue.saveProgress();
     QVERIFY(obstacle.remove());
     f.queue.retry(f.item().id);
     QCOMPARE(f.item().state, State::done);
     QCOMPARE(f.made.size(), 1);
+    QCOMPARE(f.queue.unsavedCount(), std::size_t(0));
     QCOMPARE(f.store.read(f.item().session).lines[0].text, "One.");
   }
 };

@@ -70,13 +70,17 @@ class RecordsTest final : public test::Suite {
   }
 
   void formatsHaveRawValuesAndTitles() {
-    const QStringList raws = {"markdown", "text", "subRip", "webVTT", "json"};
-    const QStringList extensions = {"md", "txt", "srt", "vtt", "json"};
-    const QStringList english = {"Markdown (.md)", "Text (.txt)", "SubRip Subtitles (.srt)",
-                                 "WebVTT Subtitles (.vtt)", "Velun Session (.json)"};
-    const QStringList korean = {"Markdown (.md)", "텍스트 (.txt)", "SubRip 자막 (.srt)",
-                                "WebVTT 자막 (.vtt)", "Velun 기록 (.json)"};
-    QCOMPARE(allSessionFormats.size(), 5u);
+    const QStringList raws = {"markdown", "text",   "markdownTable", "html",
+                              "subRip",   "webVTT", "json"};
+    const QStringList extensions = {"md", "txt", "md", "html", "srt", "vtt", "json"};
+    const QStringList english = {"Markdown (.md)",          "Text (.txt)",
+                                 "Markdown Table (.md)",    "Web Page (.html)",
+                                 "SubRip Subtitles (.srt)", "WebVTT Subtitles (.vtt)",
+                                 "Velun Session (.json)"};
+    const QStringList korean = {"Markdown (.md)",    "텍스트 (.txt)",      "Markdown 표 (.md)",
+                                "웹 페이지 (.html)", "SubRip 자막 (.srt)", "WebVTT 자막 (.vtt)",
+                                "Velun 기록 (.json)"};
+    QCOMPARE(allSessionFormats.size(), 7u);
     for (std::size_t i = 0; i < allSessionFormats.size(); ++i) {
       const SessionFormat format = allSessionFormats[i];
       const auto row = static_cast<qsizetype>(i);
@@ -145,6 +149,19 @@ class RecordsTest final : public test::Suite {
     QVERIFY(differs([](Line& l) { l.translations["ko"] = ""; }));
     QVERIFY(differs([](Line& l) { l.legacyTimestamp = ""; }));
     QVERIFY(differs([](Line& l) { l.legacyTranslation = ""; }));
+    QVERIFY(differs([](Line& l) { l.original = ""; }));
+  }
+
+  void aCorrectionKeepsTheFirstText() {
+    Line line;
+    line.text = "Their is one.";
+    const Line before = line;
+    line.correct("There are one.");
+    line.correct("There is one.");
+    QCOMPARE(line.text, QString("There is one."));
+    QCOMPARE(line.original.value_or(QString()), QString("Their is one."));
+    line.correct("Their is one.");
+    QVERIFY(line == before);
   }
 
   void timestampIsTheLegacyTextElseTheTimeOfDayElseEmpty() {

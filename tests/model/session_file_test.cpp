@@ -86,8 +86,8 @@ class SessionFileTest final : public test::Suite {
     bare.text = "bare";
     session.lines = {bare};
     const QByteArray bytes = encodeSession(session);
-    for (const char* key :
-         {"time", "sourceLanguage", "input", "legacyTimestamp", "legacyTranslation", "null"}) {
+    for (const char* key : {"time", "sourceLanguage", "input", "legacyTimestamp",
+                            "legacyTranslation", "original", "null"}) {
       QVERIFY2(!bytes.contains(key), key);
     }
     QVERIFY(decoded(bytes) == session);
@@ -119,6 +119,22 @@ class SessionFileTest final : public test::Suite {
                        "      }\n"
                        "    }\n"));
     QVERIFY(decoded(bytes) == session);
+  }
+
+  void aCorrectedLineHasOneMoreKey() {
+    CaptionSession session = test::sampleSession();
+    Line line;
+    line.text = "Their is one.";
+    session.lines = {line};
+    const QByteArray before = encodeSession(session);
+    session.lines[0].correct("There is one.");
+    QByteArray expected = before;
+    expected.replace("\"text\" : \"Their is one.\"",
+                     "\"original\" : \"Their is one.\",\n      \"text\" : \"There is one.\"");
+    QCOMPARE(encodeSession(session), expected);
+    QVERIFY(decoded(expected) == session);
+    session.lines[0].correct("Their is one.");
+    QCOMPARE(encodeSession(session), before);
   }
 
   void sortsTranslationKeysByCodePoint() {

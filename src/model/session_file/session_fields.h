@@ -49,6 +49,7 @@ inline constexpr std::tuple kLineFields{
     SessionField{"legacyTranslation", &Line::legacyTranslation},
     SessionField{"start", &Line::start},
     SessionField{"end", &Line::end},
+    SessionField{"original", &Line::original},
 };
 
 /// The positions of a table's fields in the order in which they are written: by key.

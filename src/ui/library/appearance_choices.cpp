@@ -20,11 +20,15 @@ Choice familyChoice(const QString& family) {
   return {family.isEmpty() ? L("Desktop Font", "데스크톱 글꼴") : family, family};
 }
 
-std::vector<Choice> familyChoices() {
-  std::vector<Choice> choices = {familyChoice({})};
-  for (const QString& family : QFontDatabase::families()) {
-    if (!QFontDatabase::isPrivateFamily(family)) choices.push_back(familyChoice(family));
+std::vector<Choice> familyChoices(const QStringList& families) {
+  QStringList names;
+  for (const QString& family : families) {
+    if (!QFontDatabase::isPrivateFamily(family))
+      names << family.section(QStringLiteral(" ["), 0, 0);
   }
+  names.removeDuplicates();
+  std::vector<Choice> choices = {familyChoice({})};
+  for (const QString& name : names) choices.push_back(familyChoice(name));
   return choices;
 }
 

@@ -9,7 +9,8 @@ namespace velun {
 
 /// The entries of the page "Appearance", in the interface language. Each value is that of
 /// `PanelStyle`.
-std::vector<Choice> familyChoices();
+/// `families` as QFontDatabase names them; those that differ by their maker only are one entry.
+std::vector<Choice> familyChoices(const QStringList& families);
 std::vector<Choice> weightChoices();
 std::vector<Choice> spacingChoices();
 std::vector<Choice> edgeChoices();

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <QCheckBox>
+#include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -245,7 +246,8 @@ void AppearanceView::presentTexts() {
     backdrops.push_back({velun::title(each), int(each)});
   }
   const int backdrop = std::max(backdrop_->currentIndex(), 0);
-  fillChooser(family_, familyChoices(), familyChoice(settings_.panelStyle().fontFamily));
+  fillChooser(family_, familyChoices(QFontDatabase::families()),
+              familyChoice(settings_.panelStyle().fontFamily));
   fillChooser(backdrop_, backdrops, backdrops[static_cast<std::size_t>(backdrop)]);
 }
 
@@ -257,7 +259,7 @@ void AppearanceView::presentStyle() {
   fillChooser(size_, sizeChoices(), sizeChoice(settings_.fontSize()));
   // There may be thousands.
   if (family_->currentData() != style.fontFamily) {
-    fillChooser(family_, familyChoices(), familyChoice(style.fontFamily));
+    fillChooser(family_, familyChoices(QFontDatabase::families()), familyChoice(style.fontFamily));
   }
   fillChooser(weight_, weightChoices(), choiceOf(weightChoices(), style.fontWeight));
   fillChooser(spacing_, spacingChoices(), spacingChoice(style.lineSpacing));

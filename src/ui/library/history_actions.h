@@ -22,6 +22,12 @@ struct HistoryActions {
   /// Asks for another title.
   std::function<void(const SavedSession&)> renameSession;
   std::function<void(const CaptionSession&)> showStatistics;
+  /// Prints a session as the options say.
+  std::function<void(const CaptionSession&, const ExportOptions&)> printSession;
+  /// Asks for the right text of a line.
+  std::function<void(const SavedSession&, const Line&)> correctLine;
+  /// Gives a line its recognized text back.
+  std::function<void(const SavedSession&, const Line&)> undoCorrection;
   /// Keeps the session that several were combined to.
   std::function<void(const CaptionSession&)> saveCombined;
   std::function<void(const QList<QUrl>&)> deleteSessions;

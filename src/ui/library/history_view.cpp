@@ -9,22 +9,20 @@
 #include "ui/common/menu_closing.h"
 #include "ui/common/notice_label.h"
 #include "ui/common/symbol.h"
+#include "ui/library/arrangement_menu.h"
 #include "ui/library/empty_state_view.h"
 #include "ui/library/session_detail_view.h"
-#include "ui/library/session_row_delegate.h"
 #include "ui/library/session_sections.h"
+#include "ui/library/session_sidebar.h"
 
 #include <algorithm>
 #include <QAction>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QLineEdit>
-#include <QListView>
 #include <QMenu>
 #include <QMimeData>
-#include <QScopedValueRollback>
 #include <QSplitter>
-#include <QStackedWidget>
 #include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -36,7 +34,6 @@ namespace {
 constexpr int kSidebarWidth = 290;
 /// The width in average letters, which counts with a large font.
 constexpr int kSidebarLetters = 26;
-constexpr int kMinSidebarWidth = 200;
 /// Beside it, the button of the sidebar stands above the sidebar too.
 constexpr int kSearchLetters = kSidebarLetters - 4;
 /// At the size that the symbols are drawn for, their lines are thin. They grow with a large font.
@@ -44,12 +41,6 @@ constexpr int kIconSide = 20;
 constexpr auto kDayCheckInterval = std::chrono::minutes(1);
 /// Qt's object name for the action of a field's clear button.
 const auto kClearAction = QStringLiteral("_q_qlineeditclearaction");
-
-/// Sets an action's text and tool tip; the tool tip is the text without `help`.
-void label(QAction* action, const QString& text, const QString& help = QString()) {
-  action->setText(text);
-  action->setToolTip(help.isEmpty() ? text : help);
-}
 
 CaptionSession combined(const SavedSessions& sessions) {
   std::vector<CaptionSession> parts;
@@ -65,9 +56,10 @@ HistoryView::HistoryView(HistoryViewModel& library, AppSettings& settings, Histo
       library_(library),
       settings_(settings),
       actions_(std::move(actions)),
-      clock_(clock) {
+      clock_(clock),
+      commands_(*this) {
   setAcceptDrops(true);
-  makeActions();
+  connectCommands();
   makeToolBar();
   makeBanner();
   makeSearchField();
@@ -84,62 +76,82 @@ HistoryView::HistoryView(HistoryViewModel& library, AppSettings& settings, Histo
 
 HistoryView::~HistoryView() = default;
 
-void HistoryView::makeActions() {
-  const auto action = [this](const QString& symbol, const QKeySequence& key, auto run) {
-    auto* made = new QAction(this);
-    made->setObjectName(symbol);
-    if (!symbol.isEmpty()) made->setIcon(symbolIcon(symbol));
-    made->setShortcut(key);
-    made->setShortcutContext(Qt::WindowShortcut);
-    connect(made, &QAction::triggered, this, run);
-    addAction(made);
-    return made;
+void HistoryView::connectCommands() {
+  const auto run = [this](QAction* action, auto command) {
+    connect(action, &QAction::triggered, this, command);
   };
-  delete_ = action(QStringLiteral("trash"), QKeySequence(Qt::CTRL | Qt::Key_Backspace),
-                   [this] { deleteSelected(); });
-  export_ = action(QStringLiteral("square.and.arrow.up"), {}, [this] { exportSelected(); });
-  openFile_ = action({}, {}, [this] { actions_.openFile(); });
-  saveFile_ = action({}, {}, [this] {
+  run(commands_.remove, [this] { deleteSelected(); });
+  run(commands_.exportAs, [this] { exportSelected(); });
+  run(commands_.openFile, [this] { actions_.openFile(); });
+  run(commands_.saveFile, [this] {
     if (const auto selected = library_.selectedSession()) actions_.saveFile(selected->session);
   });
-  reveal_ = action({}, {}, [this] { revealSelected(); });
-  rename_ = action({}, QKeySequence(Qt::Key_F2), [this] { renameSelected(); });
-  statistics_ = action({}, {}, [this] { showStatistics(); });
-  combine_ = action({}, {}, [this] { combineSelected(); });
-  undo_ = action({}, QKeySequence::Undo, [this] { actions_.undoDelete(); });
-  action({}, QKeySequence::FindNext, [this] { stepToMatch(true); });
-  action({}, QKeySequence::FindPrevious, [this] { stepToMatch(false); });
-  refresh_ = action({}, QKeySequence(Qt::Key_F5), [this] { library_.reload(); });
-  sidebar_ = action(QStringLiteral("sidebar.left"), QKeySequence(Qt::Key_F9),
-                    [this] { setSidebarVisible(!isSidebarVisible()); });
-  find_ = action({}, QKeySequence::Find, [this] { detail_->transcript().openFindBar(); });
+  run(commands_.reveal, [this] { revealSelected(); });
+  run(commands_.rename, [this] { renameSelected(); });
+  run(commands_.statistics, [this] { showStatistics(); });
+  run(commands_.combine, [this] { combineSelected(); });
+  run(commands_.undo, [this] { actions_.undoDelete(); });
+  run(commands_.nextMatch, [this] { stepToMatch(true); });
+  run(commands_.previousMatch, [this] { stepToMatch(false); });
+  run(commands_.refresh, [this] { library_.reload(); });
+  run(commands_.sidebar, [this] { setSidebarVisible(!isSidebarVisible()); });
+  run(commands_.find, [this] {
+    // The table has no bar of its own; the search marks its cells too.
+    if (!detail_->openFindBar()) searchField_->setFocus(Qt::ShortcutFocusReason);
+  });
+  run(commands_.print, [this] {
+    const auto selected = library_.selectedSession();
+    if (selected) actions_.printSession(selected->session, detail_->printOptions());
+  });
+  run(commands_.copyLine, [this] { detail_->copyCurrentLine(); });
+  run(commands_.correctLine, [this] { changeLine(actions_.correctLine); });
+  run(commands_.undoCorrection, [this] { changeLine(actions_.undoCorrection); });
 }
 
 void HistoryView::makeToolBar() {
-  more_ = new QToolButton(this);
-  moreMenu_ = new QMenu(more_);
-  closeWhenChosen(*moreMenu_);
-  moreMenu_->addActions(
-      {openFile_, saveFile_, reveal_, rename_, combine_, statistics_, undo_, refresh_});
-  more_->setIcon(symbolIcon(QStringLiteral("ellipsis.circle")));
-  setOpensMenu(*more_);
-  more_->setMenu(moreMenu_);
-  more_->setPopupMode(QToolButton::InstantPopup);
-  more_->setFocusPolicy(Qt::TabFocus);
   toolBar_ = new QToolBar(this);
   toolBar_->setMovable(false);
   const int side = std::max(kIconSide, fontMetrics().height());
   toolBar_->setIconSize(QSize(side, side));
-  toolBar_->addAction(sidebar_);
+  toolBar_->addAction(commands_.sidebar);
+  arrange_ = makeMenuButton();
+  arrangement_ = new ArrangementMenu(library_, arrange_);
+  arrange_->setMenu(arrangement_);
+  connect(arrangement_, &ArrangementMenu::arrangementChanged, this, &HistoryView::presentSessions);
+  toolBar_->addWidget(arrange_);
   auto* space = new QWidget(toolBar_);
   space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
   toolBar_->addWidget(space);
-  toolBar_->addAction(delete_);
-  toolBar_->addAction(export_);
+  toolBar_->addAction(commands_.remove);
+  toolBar_->addAction(commands_.exportAs);
+  more_ = makeMenuButton();
+  more_->setIcon(symbolIcon(QStringLiteral("ellipsis.circle")));
+  more_->setMenu(makeMoreMenu());
   toolBar_->addWidget(more_);
-  for (QAction* each : {sidebar_, delete_, export_}) {
+  for (QAction* each : {commands_.sidebar, commands_.remove, commands_.exportAs}) {
     toolBar_->widgetForAction(each)->setFocusPolicy(Qt::TabFocus);
   }
+}
+
+QToolButton* HistoryView::makeMenuButton() {
+  auto* button = new QToolButton(this);
+  setOpensMenu(*button);
+  button->setPopupMode(QToolButton::InstantPopup);
+  button->setFocusPolicy(Qt::TabFocus);
+  return button;
+}
+
+QMenu* HistoryView::makeMoreMenu() {
+  auto* menu = new QMenu(more_);
+  closeWhenChosen(*menu);
+  menu->addActions({commands_.openFile, commands_.saveFile, commands_.reveal, commands_.print,
+                    commands_.rename, commands_.combine, commands_.statistics, commands_.undo,
+                    commands_.refresh});
+  menu->addSeparator();
+  menu->addActions({commands_.copyLine, commands_.correctLine, commands_.undoCorrection});
+  menu->addSeparator();
+  menu->addMenu(arrangement_);
+  return menu;
 }
 
 void HistoryView::makeBanner() {
@@ -155,7 +167,15 @@ void HistoryView::makeBanner() {
 
 void HistoryView::makePanes() {
   splitter_ = new QSplitter(this);
-  splitter_->addWidget(makeSidebar());
+  sidebar_ = new SessionSidebar(splitter_);
+  connect(sidebar_, &SessionSidebar::chosen, this,
+          [this](const std::shared_ptr<const SavedSession>& session) {
+            library_.select(session ? std::optional(session->url) : std::nullopt);
+            enableActions();
+          });
+  connect(sidebar_, &SessionSidebar::deleteRequested, this, &HistoryView::deleteSelected);
+  connect(sidebar_, &SessionSidebar::menuRequested, this, &HistoryView::showContextMenu);
+  splitter_->addWidget(sidebar_);
   // Created after the sidebar: the Tab key follows the order of creation.
   splitter_->addWidget(makeDetail());
   splitter_->setStretchFactor(1, 1);
@@ -171,6 +191,8 @@ QWidget* HistoryView::makeDetail() {
   pane->setBackgroundRole(QPalette::Base);
   pane->setAutoFillBackground(true);
   detail_ = new SessionDetailView(settings_, clock_, pane);
+  detail_->setLineActions({commands_.copyLine, commands_.correctLine, commands_.undoCorrection});
+  connect(detail_, &SessionDetailView::currentLineChanged, this, &HistoryView::enableLineActions);
   nothingSelected_ = new EmptyStateView(pane);
   nothingSelected_->setObjectName(QStringLiteral("nothingSelected"));
   auto* column = new QVBoxLayout(pane);
@@ -178,22 +200,6 @@ QWidget* HistoryView::makeDetail() {
   column->addWidget(detail_);
   column->addWidget(nothingSelected_);
   return pane;
-}
-
-QWidget* HistoryView::makeSidebar() {
-  auto* sidebar = new QWidget(splitter_);
-  sidebar->setMinimumWidth(kMinSidebarWidth);
-  makeList(sidebar);
-  empty_ = new EmptyStateView(sidebar);
-  empty_->setObjectName(QStringLiteral("emptyList"));
-  listOrEmpty_ = new QStackedWidget(sidebar);
-  listOrEmpty_->addWidget(list_);
-  listOrEmpty_->addWidget(empty_);
-  auto* column = new QVBoxLayout(sidebar);
-  column->setContentsMargins(0, 0, 0, 0);
-  column->setSpacing(0);
-  column->addWidget(listOrEmpty_, 1);
-  return sidebar;
 }
 
 /// Made just before the sidebar: the Tab key goes from it to the sidebar.
@@ -214,39 +220,9 @@ void HistoryView::makeSearchField() {
   auto* toList = new QAction(searchField_);
   toList->setShortcut(Qt::Key_Down);
   toList->setShortcutContext(Qt::WidgetShortcut);
-  connect(toList, &QAction::triggered, this, [this] { list_->setFocus(Qt::ShortcutFocusReason); });
+  connect(toList, &QAction::triggered, this, [this] { sidebar_->focusList(); });
   QWidget* field = searchField_;
   field->addAction(toList);
-}
-
-void HistoryView::makeList(QWidget* sidebar) {
-  list_ = new QListView(sidebar);
-  list_->setObjectName(QStringLiteral("sessions"));
-  list_->setModel(&rows_);
-  list_->setItemDelegate(new SessionRowDelegate(list_));
-  list_->setSelectionMode(QAbstractItemView::ExtendedSelection);
-  list_->setFrameShape(QFrame::NoFrame);
-  list_->viewport()->setBackgroundRole(QPalette::Window);
-  list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  list_->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-  list_->setContextMenuPolicy(Qt::CustomContextMenu);
-  auto* deleteKey = new QAction(list_);
-  deleteKey->setShortcut(QKeySequence::Delete);
-  deleteKey->setShortcutContext(Qt::WidgetShortcut);
-  connect(deleteKey, &QAction::triggered, this, &HistoryView::deleteSelected);
-  list_->addAction(deleteKey);
-  // Not currentChanged: screen readers select a row without making it the current one.
-  connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
-    if (isPresenting_) return;
-    const QModelIndexList rows = list_->selectionModel()->selectedIndexes();
-    // Of several, the one that was chosen last is shown.
-    const QModelIndex current = list_->currentIndex();
-    const QModelIndex shown = rows.contains(current) || rows.isEmpty() ? current : rows.constLast();
-    const auto session = rows.isEmpty() ? nullptr : rows_.sessionAt(shown);
-    library_.select(session ? std::optional(session->url) : std::nullopt);
-    enableActions();
-  });
-  connect(list_, &QWidget::customContextMenuRequested, this, &HistoryView::showContextMenu);
 }
 
 void HistoryView::followLibrary() {
@@ -257,9 +233,11 @@ void HistoryView::followLibrary() {
   connect(&library_, &HistoryViewModel::selectionChanged, this, &HistoryView::presentSelection);
   connect(&library_, &HistoryViewModel::errorChanged, this, &HistoryView::presentError);
   connect(&library_, &HistoryViewModel::reloaded, this, &HistoryView::presentSessions);
-  // The search may exclude the opened files.
+  // The search and the filter may exclude the opened files.
   connect(&library_, &HistoryViewModel::filesOpened, this, [this](int count) {
-    if (count > 0) searchField_->clear();
+    if (count == 0) return;
+    searchField_->clear();
+    arrangement_->showAll();
   });
   connect(&search_, &SessionSearch::ready, this, &HistoryView::presentSessions);
   connect(searchField_, &QLineEdit::textChanged, this, &HistoryView::presentSessions);
@@ -267,6 +245,10 @@ void HistoryView::followLibrary() {
   connect(searchField_, &QLineEdit::textEdited, this, [this] { setSidebarVisible(true); });
   connect(&Localization::shared(), &Localization::languageChanged, this, &HistoryView::translate);
   search_.setSessions(library_.sessions());
+}
+
+QList<QUrl> HistoryView::visibleURLs() const {
+  return sidebar_->visibleURLs();
 }
 
 bool HistoryView::isSidebarVisible() const {
@@ -301,20 +283,8 @@ void HistoryView::dropEvent(QDropEvent* event) {
 }
 
 void HistoryView::translate() {
-  label(delete_, L("Delete", "삭제"),
-        L("Delete (%1) · Moves to Trash", "삭제 (%1) · 휴지통으로 이동")
-            .arg(delete_->shortcut().toString(QKeySequence::NativeText)));
-  label(export_, L("Export", "내보내기"));
-  label(openFile_, L("Open File…", "파일 열기…"));
-  label(saveFile_, L("Save as File…", "파일로 저장…"));
-  label(reveal_, L("Show in File Manager", "파일 관리자에서 보기"));
-  label(rename_, L("Rename…", "이름 변경…"));
-  label(statistics_, L("Statistics", "통계"));
-  label(combine_, L("Combine Sessions", "세션 합치기"));
-  label(undo_, L("Undo Delete", "삭제 취소"));
-  label(refresh_, L("Refresh", "새로고침"));
-  label(sidebar_, L("Show/Hide Sidebar", "사이드바 보기/숨기기"));
-  label(find_, L("Find in Transcript", "자막에서 찾기"));
+  commands_.translate();
+  arrangement_->translate();
   more_->setText(L("More", "더 보기"));
   more_->setToolTip(more_->text());
   more_->setAccessibleName(more_->text());
@@ -326,7 +296,6 @@ void HistoryView::translate() {
   if (auto* clear = searchField_->findChild<QAction*>(kClearAction)) {
     label(clear, L("Clear Search", "검색어 지우기"));
   }
-  list_->setAccessibleName(L("Saved Sessions", "저장 기록"));
   presentSessions();
   presentError();
 }
@@ -335,60 +304,63 @@ void HistoryView::presentSessions() {
   const QString text = searchField_->text();
   const std::optional<SavedSessions> shown = search_.matches(text);
   if (!shown) return;  // The search is not ready; keep the list as it is.
-  {
-    const QScopedValueRollback presenting(isPresenting_, true);
-    shownDay_ = localDay(clock_.now());
-    rows_.show(*shown, shownDay_);
-  }
+  shownDay_ = localDay(clock_.now());
+  const SessionArrangement& arrangement = arrangement_->arrangement();
+  const SavedSessions listed = arranged(*shown, arrangement, shownDay_);
+  sidebar_->list(listed, arrangement.isByDate() ? shownDay_ : QDate());
   const bool hasNoSessions = library_.sessions().empty();
   // Screen readers announce the empty state when it appears, so show it only after the listing.
   const bool isEmpty =
-      shown->empty() && !(hasNoSessions && (library_.isReloading() || !isVisible()));
+      listed.empty() && !(hasNoSessions && (library_.isReloading() || !isVisible()));
   if (isEmpty && hasNoSessions) {
-    empty_->show(QStringLiteral("text.bubble"), L("No Saved Sessions", "저장된 세션이 없습니다"));
+    sidebar_->showEmpty(QStringLiteral("text.bubble"),
+                        L("No Saved Sessions", "저장된 세션이 없습니다"));
   } else if (isEmpty) {
-    empty_->show(QStringLiteral("magnifyingglass"), L("No Results", "검색 결과가 없습니다"));
+    sidebar_->showEmpty(QStringLiteral("magnifyingglass"), L("No Results", "검색 결과가 없습니다"));
+  } else {
+    sidebar_->showList();
   }
-  listOrEmpty_->setCurrentWidget(isEmpty ? static_cast<QWidget*>(empty_) : list_);
+  presentArrangement();
   presentSelection();
+}
+
+void HistoryView::presentArrangement() {
+  const bool isFilter = arrangement_->arrangement().isFilter();
+  arrange_->setIcon(symbolIcon(isFilter ? QStringLiteral("line.3.horizontal.decrease.badge")
+                                        : QStringLiteral("line.3.horizontal.decrease")));
+  const QString text = isFilter ? L("Sort and Filter: some sessions are left out",
+                                    "정렬 및 필터: 일부 기록만 표시됨")
+                                : arrangement_->title();
+  arrange_->setText(text);
+  arrange_->setToolTip(text);
+  arrange_->setAccessibleName(text);
 }
 
 void HistoryView::presentSelection() {
   const auto selected = library_.selectedSession();
-  const QScopedValueRollback presenting(isPresenting_, true);
-  const QModelIndex index = selected ? rows_.indexOf(selected->url) : QModelIndex();
-  if (index.isValid()) {
-    // It may be one of several.
-    const QModelIndexList rows = list_->selectionModel()->selectedIndexes();
-    if (rows.size() < 2 || !rows.contains(index)) list_->setCurrentIndex(index);
-    list_->scrollTo(index);
-  } else {
-    list_->setCurrentIndex({});
-    list_->clearSelection();
-  }
+  const bool isListed = sidebar_->present(selected.get());
   detail_->show(selected);
   presentNothingSelected();
   detail_->highlight(searchField_->text());
-  for (QAction* each : {export_, saveFile_, reveal_, find_, rename_, statistics_}) {
+  for (QAction* each : {commands_.exportAs, commands_.saveFile, commands_.reveal, commands_.find,
+                        commands_.rename, commands_.statistics, commands_.print}) {
     each->setEnabled(selected != nullptr);
   }
-  delete_->setEnabled(index.isValid());
+  commands_.remove->setEnabled(isListed);
   enableActions();
 }
 
 void HistoryView::enableActions() {
-  combine_->setEnabled(list_->selectionModel()->selectedIndexes().size() > 1);
-  undo_->setEnabled(library_.canUndoDelete());
+  commands_.combine->setEnabled(sidebar_->selectedSessions().size() > 1);
+  commands_.undo->setEnabled(library_.canUndoDelete());
+  enableLineActions();
 }
 
-SavedSessions HistoryView::selectedSessions() const {
-  QModelIndexList rows = list_->selectionModel()->selectedIndexes();
-  std::sort(rows.begin(), rows.end());
-  SavedSessions sessions;
-  for (const QModelIndex& row : rows) {
-    if (auto session = rows_.sessionAt(row)) sessions.push_back(std::move(session));
-  }
-  return sessions;
+void HistoryView::enableLineActions() {
+  const Line* line = detail_->currentLine();
+  commands_.copyLine->setEnabled(line);
+  commands_.correctLine->setEnabled(line);
+  commands_.undoCorrection->setEnabled(line && line->original);
 }
 
 void HistoryView::presentNothingSelected() {
@@ -402,7 +374,7 @@ void HistoryView::presentNothingSelected() {
           "저장한 세션이 여기에 표시됩니다.\n자막 창에서 저장하거나, 설정에서 모든 세션을 "
           "저장하도록 "
           "선택하십시오."),
-        openFile_);
+        commands_.openFile);
   } else {
     nothingSelected_->setHint(L("Select a session to read it.", "읽을 세션을 선택하십시오."));
   }
@@ -421,22 +393,19 @@ void HistoryView::checkDayEveryMinute() {
 }
 
 void HistoryView::showContextMenu(const QPoint& position) {
-  const auto session = rows_.sessionAt(list_->indexAt(position));
-  if (!session) return;
-  if (!list_->selectionModel()->isSelected(list_->indexAt(position))) library_.select(session->url);
   QMenu menu(this);
   menu.addAction(L("Show in File Manager", "파일 관리자에서 보기"), this,
                  &HistoryView::revealSelected);
   menu.addAction(L("Export…", "내보내기…"), this, &HistoryView::exportSelected);
   menu.addAction(L("Delete", "삭제"), this, &HistoryView::deleteSelected);
-  menu.addAction(rename_);
-  if (combine_->isEnabled()) menu.addAction(combine_);
-  menu.addAction(statistics_);
-  menu.exec(list_->viewport()->mapToGlobal(position));
+  menu.addAction(commands_.rename);
+  if (commands_.combine->isEnabled()) menu.addAction(commands_.combine);
+  menu.addAction(commands_.statistics);
+  menu.exec(position);
 }
 
 void HistoryView::deleteSelected() {
-  const SavedSessions selected = selectedSessions();
+  const SavedSessions selected = sidebar_->selectedSessions();
   if (selected.size() < 2) return actions_.deleteSelection(visibleURLs());
   QList<QUrl> urls;
   for (const auto& session : selected) urls.append(session->url);
@@ -460,7 +429,16 @@ void HistoryView::renameSelected() {
 }
 
 void HistoryView::combineSelected() {
-  actions_.saveCombined(combined(selectedSessions()));
+  actions_.saveCombined(combined(sidebar_->selectedSessions()));
+}
+
+void HistoryView::changeLine(const std::function<void(const SavedSession&, const Line&)>& change) {
+  const auto selected = library_.selectedSession();
+  const Line* line = detail_->currentLine();
+  if (!selected || !line) return;
+  // A copy: the transcript is replaced meanwhile.
+  const Line chosen = *line;
+  change(*selected, chosen);
 }
 
 void HistoryView::showStatistics() {
@@ -468,11 +446,11 @@ void HistoryView::showStatistics() {
 }
 
 void HistoryView::exportSelected() {
-  if (const SavedSessions several = selectedSessions(); several.size() > 1) {
+  if (const SavedSessions several = sidebar_->selectedSessions(); several.size() > 1) {
     return actions_.exportSession(combined(several), std::nullopt);
   }
   if (const auto selected = library_.selectedSession()) {
-    actions_.exportSession(selected->session, detail_->transcript().selectedLines());
+    actions_.exportSession(selected->session, detail_->selectedLines());
   }
 }
 

@@ -4,27 +4,28 @@
 #include "platform/foundation/clock.h"
 #include "settings/app_settings.h"
 #include "ui/library/history_actions.h"
+#include "ui/library/history_commands.h"
 #include "ui/library/history_view_model.h"
-#include "ui/library/session_list_model.h"
 #include "ui/library/session_search.h"
 
 #include <memory>
+#include <QDate>
 #include <QWidget>
 
 class QAction;
 class QLineEdit;
-class QListView;
 class QMenu;
 class QSplitter;
-class QStackedWidget;
 class QToolBar;
 class QToolButton;
 
 namespace velun {
 
+class ArrangementMenu;
 class EmptyStateView;
 class NoticeLabel;
 class SessionDetailView;
+class SessionSidebar;
 
 /// The content of the window of saved sessions: a searchable sidebar of sessions by date, and the
 /// selected session's transcript. Main thread.
@@ -38,7 +39,7 @@ class HistoryView final : public QWidget {
   ~HistoryView() override;
 
   /// The shown sessions in display order.
-  QList<QUrl> visibleURLs() const { return rows_.visibleURLs(); }
+  QList<QUrl> visibleURLs() const;
 
   bool isSidebarVisible() const;
   void setSidebarVisible(bool visible);
@@ -50,21 +51,23 @@ class HistoryView final : public QWidget {
   void dropEvent(QDropEvent* event) override;
 
  private:
-  void makeActions();
+  void connectCommands();
   void makeToolBar();
+  QToolButton* makeMenuButton();
+  QMenu* makeMoreMenu();
   void makeBanner();
   void makePanes();
-  QWidget* makeSidebar();
   QWidget* makeDetail();
   void makeSearchField();
-  void makeList(QWidget* sidebar);
   void followLibrary();
   void translate();
   void presentSessions();
+  void presentArrangement();
   void presentSelection();
   void presentNothingSelected();
   void presentError();
   void checkDayEveryMinute();
+  /// At a point of the screen.
   void showContextMenu(const QPoint& position);
   void deleteSelected();
   void renameSelected();
@@ -72,10 +75,11 @@ class HistoryView final : public QWidget {
   void stepToMatch(bool forward);
   void combineSelected();
   void showStatistics();
-  /// The selected sessions in display order.
-  SavedSessions selectedSessions() const;
+  /// Calls `change` with the line in which the cursor is.
+  void changeLine(const std::function<void(const SavedSession&, const Line&)>& change);
   /// Enables the actions that fit the selection.
   void enableActions();
+  void enableLineActions();
   void exportSelected();
   void revealSelected();
 
@@ -83,36 +87,21 @@ class HistoryView final : public QWidget {
   AppSettings& settings_;
   HistoryActions actions_;
   Clock& clock_;
+  HistoryCommands commands_;
   SessionSearch search_;
-  SessionListModel rows_;
   std::unique_ptr<ScheduledCall> dayCheck_;
   /// The day from which the sections count back.
   QDate shownDay_;
-  /// Set while the list is updated from the library, whose changes of the selection are no user's.
-  bool isPresenting_ = false;
 
-  QAction* delete_;
-  QAction* export_;
-  QAction* openFile_;
-  QAction* saveFile_;
-  QAction* reveal_;
-  QAction* rename_;
-  QAction* statistics_;
-  QAction* combine_;
-  QAction* undo_;
-  QAction* refresh_;
-  QAction* sidebar_;
-  QAction* find_;
-  QMenu* moreMenu_;
   QToolBar* toolBar_;
+  QToolButton* arrange_;
+  ArrangementMenu* arrangement_;
   QToolButton* more_;
   NoticeLabel* banner_;
   QSplitter* splitter_;
   QLineEdit* searchField_;
   QAction* searchSymbol_;
-  QListView* list_;
-  QStackedWidget* listOrEmpty_;
-  EmptyStateView* empty_;
+  SessionSidebar* sidebar_;
   SessionDetailView* detail_;
   /// In place of the detail while no session is selected.
   EmptyStateView* nothingSelected_;

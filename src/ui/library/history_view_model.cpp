@@ -15,17 +15,6 @@
 
 namespace velun {
 
-struct HistoryViewModel::Listing {
-  SavedSessions sessions;
-  int unreadableCount = 0;
-  /// Set when the folder could not be listed.
-  std::optional<FileError> failure;
-
-  void add(SavedSession session) {
-    sessions.push_back(std::make_shared<const SavedSession>(std::move(session)));
-  }
-};
-
 /// A file that was read on a pool thread.
 struct HistoryViewModel::ReadFile {
   static ReadFile read(const QUrl& url, const QString& legacyTitle) {
@@ -50,12 +39,6 @@ struct HistoryViewModel::ReadFile {
   std::exception_ptr error;
 };
 
-QString canonicalPath(const QUrl& url) {
-  const QString path = url.toLocalFile();
-  const QString canonical = QFileInfo(path).canonicalFilePath();
-  return canonical.isEmpty() ? path : canonical;
-}
-
 namespace {
 
 using Entry = std::shared_ptr<const SavedSession>;
@@ -65,10 +48,6 @@ std::optional<QUrl> neighbourOf(qsizetype index, const QList<QUrl>& visible) {
   if (index + 1 < visible.size()) return visible[index + 1];
   if (index > 0) return visible[index - 1];
   return std::nullopt;
-}
-
-bool isBefore(const Entry& left, const Entry& right) {
-  return isListedBefore(*left, *right);
 }
 
 }  // namespace
@@ -92,41 +71,13 @@ void HistoryViewModel::select(const std::optional<QUrl>& url) {
 
 void HistoryViewModel::reload() {
   // The default title is localized here: the interface language may change during the job.
-  listing_.start([store = store_, opened = openedFiles_, title = defaultSessionTitle()](
-                     const std::stop_token&) { return list(store, opened, title); },
-                 [this](Listing listing) { applyListing(std::move(listing)); });
+  listing_.start(
+      [store = store_, opened = openedFiles_, title = defaultSessionTitle(), known = sessions_](
+          const std::stop_token&) { return listSessions(store, opened, title, known); },
+      [this](SessionListing listing) { applyListing(std::move(listing)); });
 }
 
-HistoryViewModel::Listing HistoryViewModel::list(const SessionStore& store,
-                                                 const QList<QUrl>& opened,
-                                                 const QString& legacyTitle) {
-  Listing listing;
-  try {
-    SessionStore::Listing found = store.list(legacyTitle);
-    listing.unreadableCount = found.unreadableCount;
-    for (SavedSession& session : found.sessions) listing.add(std::move(session));
-  } catch (const FileError& error) {
-    listing.failure = error;
-  }
-  QSet<QString> known;
-  for (const Entry& entry : listing.sessions) known.insert(canonicalPath(entry->url));
-  std::vector<QString> paths;
-  for (const QUrl& url : opened) {
-    if (!known.contains(canonicalPath(url))) paths.push_back(url.toLocalFile());
-  }
-  std::vector<std::optional<CaptionSession>> sessions = readSessionFiles(paths, legacyTitle);
-  for (std::size_t i = 0; i < paths.size(); ++i) {
-    if (sessions[i]) {
-      listing.add({QUrl::fromLocalFile(paths[i]), std::move(*sessions[i])});
-    } else {
-      ++listing.unreadableCount;
-    }
-  }
-  std::stable_sort(listing.sessions.begin(), listing.sessions.end(), isBefore);
-  return listing;
-}
-
-void HistoryViewModel::applyListing(Listing listing) {
+void HistoryViewModel::applyListing(SessionListing listing) {
   failure_ = listing.failure;
   unreadableCount_ = listing.unreadableCount;
   if (!failure_) {
@@ -260,23 +211,36 @@ void HistoryViewModel::undoDelete() {
 }
 
 void HistoryViewModel::rename(const QUrl& url, const QString& title) {
+  const QString trimmed = title.trimmed();
+  rewrite(url, [&trimmed](CaptionSession& session) {
+    session.title = trimmed.isEmpty() ? defaultSessionTitle() : trimmed;
+  });
+}
+
+void HistoryViewModel::correctLine(const QUrl& url, const QUuid& line, const QString& text) {
+  rewrite(url, [&](CaptionSession& session) {
+    const auto found = std::ranges::find(session.lines, line, &Line::id);
+    if (found != session.lines.end()) found->correct(text);
+  });
+}
+
+void HistoryViewModel::rewrite(const QUrl& url,
+                               const std::function<void(CaptionSession&)>& change) {
   const auto found = std::find_if(sessions_.begin(), sessions_.end(),
                                   [&url](const Entry& entry) { return entry->url == url; });
   if (found == sessions_.end()) return;
-  if (isLegacyFile(url.toLocalFile())) {
-    throw Failure(
-        L("A transcript of an earlier version has no place for a title. Save it as a session file "
-          "first.",
-          "이전 버전의 기록에는 제목을 저장할 수 없습니다. 먼저 기록 파일로 저장하십시오."));
-  }
   const QString path = url.toLocalFile();
-  const QString trimmed = title.trimmed();
+  if (isLegacyFile(path)) {
+    throw Failure(
+        L("A transcript of an earlier version can’t be changed. Save it as a session file first.",
+          "이전 버전의 기록은 바꿀 수 없습니다. 먼저 기록 파일로 저장하십시오."));
+  }
   try {
     // Again: it may have changed since it was listed.
-    SavedSession renamed{url, readSessionFile(path, defaultSessionTitle())};
-    renamed.session.title = trimmed.isEmpty() ? defaultSessionTitle() : trimmed;
-    writeFileAtomically(path, encodeSession(renamed.session), true);
-    *found = std::make_shared<const SavedSession>(std::move(renamed));
+    SavedSession changed{url, readSessionFile(path, defaultSessionTitle())};
+    change(changed.session);
+    writeFileAtomically(path, encodeSession(changed.session), true);
+    *found = std::make_shared<const SavedSession>(std::move(changed));
   } catch (...) {
     throw Failure(readingErrorText(std::current_exception(), path));
   }

@@ -4,6 +4,7 @@
 #include "model/session_store.h"
 #include "platform/foundation/file_error.h"
 #include "platform/foundation/latest_job.h"
+#include "ui/library/session_listing.h"
 
 #include <exception>
 #include <functional>
@@ -18,10 +19,6 @@
 #include <vector>
 
 namespace velun {
-
-/// Saved sessions in display order. Entries are shared and immutable, so that pool threads can read
-/// them too.
-using SavedSessions = std::vector<std::shared_ptr<const SavedSession>>;
 
 /// The saved sessions: every session file in the sessions folder and every file opened from
 /// elsewhere during this run, newest first, and the selection. Main thread; the files are read on
@@ -72,6 +69,9 @@ class HistoryViewModel final : public QObject {
   /// Writes a session file again with another title; an empty one is the default title. Throws
   /// `Failure`: transcripts of an earlier version have no place for a title.
   void rename(const QUrl& url, const QString& title);
+  /// Writes a session file again with a line that is corrected by hand, see `Line::correct`. Throws
+  /// `Failure`, also for transcripts of an earlier version.
+  void correctLine(const QUrl& url, const QUuid& line, const QString& text);
 
  Q_SIGNALS:
   void sessionsChanged();
@@ -82,16 +82,15 @@ class HistoryViewModel final : public QObject {
   void filesOpened(int count, const QStringList& problems);
 
  private:
-  struct Listing;
   struct ReadFile;
 
-  static Listing list(const SessionStore& store, const QList<QUrl>& opened,
-                      const QString& legacyTitle);
-  void applyListing(Listing listing);
+  void applyListing(SessionListing listing);
   void restartReload();
   void readNextFiles();
   void applyFiles(std::vector<ReadFile> files);
   void add(const QUrl& url, CaptionSession session);
+  /// Writes a listed file again after `change`. Throws `Failure`.
+  void rewrite(const QUrl& url, const std::function<void(CaptionSession&)>& change);
   /// Keeps the bytes of a file and moves it to the trash.
   void discard(const QUrl& url);
   void setSelection(const std::optional<QUrl>& url);
@@ -117,8 +116,5 @@ class HistoryViewModel final : public QObject {
   LatestJob listing_;
   LatestJob opening_;
 };
-
-/// The file's path with symbolic links resolved, so that equal files have equal paths.
-QString canonicalPath(const QUrl& url);
 
 }  // namespace velun

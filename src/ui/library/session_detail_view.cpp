@@ -2,21 +2,27 @@
 #include "ui/library/session_detail_view.h"
 
 #include "language/localization.h"
+#include "model/renderings.h"
 #include "model/session_store.h"
 #include "ui/caption/copy_transcript_button.h"
 #include "ui/caption/selectable_transcript_text_view.h"
 #include "ui/caption/text_size_gestures.h"
 #include "ui/caption/text_size_notice.h"
 #include "ui/caption/transcript_view.h"
+#include "ui/library/bilingual_view.h"
 #include "ui/library/language_label.h"
 #include "ui/library/session_search.h"
 
 #include <algorithm>
+#include <QClipboard>
 #include <QComboBox>
 #include <QGridLayout>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QMenu>
 #include <QScrollBar>
+#include <QStackedWidget>
 #include <QVBoxLayout>
 
 namespace velun {
@@ -28,6 +34,8 @@ constexpr std::size_t kMaxHighlights = 500;
 
 constexpr QMargins kBarMargins(18, 8, 10, 8);
 constexpr int kBarSpacing = 12;
+/// The choice after those of `allTranscriptContents`.
+constexpr int kSideBySide = static_cast<int>(allTranscriptContents.size());
 
 QWidget* group(QLabel* label, QComboBox* chooser, QWidget* parent) {
   auto* made = new QWidget(parent);
@@ -49,7 +57,9 @@ SessionDetailView::SessionDetailView(AppSettings& settings, Clock& clock, QWidge
       languageLabel_(new QLabel(this)),
       languages_(new QComboBox(this)),
       copy_(new CopyTranscriptButton([this] { return text(); }, false, clock, this)),
-      transcript_(new TranscriptView(this)) {
+      pages_(new QStackedWidget(this)),
+      transcript_(new TranscriptView(this)),
+      table_(new BilingualView(this)) {
   contentLabel_->setBuddy(contents_);
   languageLabel_->setBuddy(languages_);
   languages_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
@@ -67,21 +77,31 @@ SessionDetailView::SessionDetailView(AppSettings& settings, Clock& clock, QWidge
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
   column->addLayout(bar_);
-  column->addWidget(transcript_, 1);
+  pages_->addWidget(transcript_);
+  pages_->addWidget(table_);
+  column->addWidget(pages_, 1);
 
   new TextSizeNotice(settings, clock, *transcript_);
   auto* gestures = new TextSizeGestures(settings, this);
   gestures->watch(*transcript_->textView().viewport());
 
   connect(contents_, &QComboBox::activated, this, [this](int index) {
-    content_ = allTranscriptContents[static_cast<std::size_t>(index)];
+    isSideBySide_ = index == kSideBySide;
+    content_ = isSideBySide_ ? TranscriptContent::both
+                             : allTranscriptContents[static_cast<std::size_t>(index)];
     present();
+    Q_EMIT currentLineChanged();
   });
   connect(languages_, &QComboBox::activated, this, [this](int index) {
     const QString chosen = languages_->itemData(index).toString();
     language_ = chosen.isEmpty() ? std::nullopt : std::optional(chosen);
     present();
   });
+  connect(&transcript_->textView(), &QTextEdit::cursorPositionChanged, this,
+          &SessionDetailView::currentLineChanged);
+  connect(table_, &BilingualView::currentLineChanged, this, &SessionDetailView::currentLineChanged);
+  connect(&transcript_->textView(), &SelectableTranscriptTextView::menuOpening, this,
+          &SessionDetailView::addLineActions);
   connect(&settings_, &AppSettings::fontSizeChanged, this, &SessionDetailView::present);
   connect(&Localization::shared(), &Localization::languageChanged, this,
           &SessionDetailView::translate);
@@ -128,6 +148,8 @@ void SessionDetailView::show(std::shared_ptr<const SavedSession> session) {
 }
 
 void SessionDetailView::highlight(const QString& text) {
+  table_->highlight(text);
+  if (isSideBySide_ && text != highlighted_) table_->showMatchAtEnd(false);
   QTextEdit& view = transcript_->textView();
   QList<QTextEdit::ExtraSelection> marks;
   for (const TextRange& range : matchesIn(view.toPlainText(), text, kMaxHighlights)) {
@@ -158,6 +180,7 @@ void SessionDetailView::showMatch(QTextCursor match) {
 }
 
 bool SessionDetailView::stepToMatch(bool forward) {
+  if (isSideBySide_) return table_->stepToMatch(forward);
   QTextEdit& view = transcript_->textView();
   const int place = view.textCursor().selectionStart();
   std::optional<QTextCursor> next;
@@ -171,6 +194,7 @@ bool SessionDetailView::stepToMatch(bool forward) {
 }
 
 void SessionDetailView::showMatchAtEnd(bool last) {
+  if (isSideBySide_) return table_->showMatchAtEnd(last);
   const auto marks = transcript_->textView().extraSelections();
   if (!marks.isEmpty()) showMatch(last ? marks.constLast().cursor : marks.constFirst().cursor);
 }
@@ -190,7 +214,8 @@ void SessionDetailView::translate() {
 void SessionDetailView::fillContents() {
   contents_->clear();
   for (const TranscriptContent content : allTranscriptContents) contents_->addItem(title(content));
-  contents_->setCurrentIndex(static_cast<int>(content_));
+  contents_->addItem(L("Side by Side", "나란히"));
+  contents_->setCurrentIndex(isSideBySide_ ? kSideBySide : static_cast<int>(content_));
 }
 
 void SessionDetailView::fillLanguages() {
@@ -215,7 +240,55 @@ void SessionDetailView::present() {
   inputs.language = language_;
   inputs.showsMetadata = true;
   transcript_->update(inputs);
+  table_->show(
+      isSideBySide_ && session_ ? sessionTable(session_->session, tableOptions()) : SessionTable(),
+      settings_.fontSize());
+  pages_->setCurrentWidget(isSideBySide_ ? static_cast<QWidget*>(table_) : transcript_);
   if (!highlighted_.isEmpty()) highlight(highlighted_);
+}
+
+const Line* SessionDetailView::currentLine() const {
+  if (!session_) return nullptr;
+  const auto index = isSideBySide_ ? table_->currentLine() : transcript_->lineAtCursor();
+  return index && *index < session_->session.lines.size() ? &session_->session.lines[*index]
+                                                          : nullptr;
+}
+
+void SessionDetailView::copyCurrentLine() {
+  const Line* line = currentLine();
+  if (line) QGuiApplication::clipboard()->setText(renderTranscript(*line, content_, language_));
+}
+
+std::optional<LineRange> SessionDetailView::selectedLines() const {
+  return isSideBySide_ ? table_->selectedLines() : transcript_->selectedLines();
+}
+
+bool SessionDetailView::openFindBar() {
+  if (!isSideBySide_) transcript_->openFindBar();
+  return !isSideBySide_;
+}
+
+ExportOptions SessionDetailView::tableOptions() const {
+  return {.format = SessionFormat::html, .content = content_, .language = language_};
+}
+
+ExportOptions SessionDetailView::printOptions() const {
+  ExportOptions options = tableOptions();
+  options.lines = selectedLines();
+  return options;
+}
+
+void SessionDetailView::setLineActions(const QList<QAction*>& actions) {
+  lineActions_ = actions;
+  table_->addActions(actions);
+}
+
+void SessionDetailView::addLineActions(QMenu& menu, const QPoint& position) {
+  SelectableTranscriptTextView& view = transcript_->textView();
+  // The actions work on the line under the pointer.
+  if (!view.hasSelection()) view.setTextCursor(view.cursorForPosition(position));
+  menu.addSeparator();
+  menu.addActions(lineActions_);
 }
 
 QString SessionDetailView::text() const {

@@ -8,18 +8,23 @@
 #include <memory>
 #include <QWidget>
 
+class QAction;
 class QComboBox;
 class QGridLayout;
 class QLabel;
+class QMenu;
+class QStackedWidget;
 class QTextCursor;
 
 namespace velun {
 
+class BilingualView;
 class CopyTranscriptButton;
 class TranscriptView;
 struct SavedSession;
 
-/// A saved session's transcript, with choosers for content and language. Main thread.
+/// A saved session's transcript, or its original and translations side by side, with choosers for
+/// content and language. Main thread.
 class SessionDetailView final : public QWidget {
   Q_OBJECT
 
@@ -43,15 +48,33 @@ class SessionDetailView final : public QWidget {
   TranscriptContent content() const { return content_; }
   /// The chosen translation language; nullopt means all.
   const std::optional<QString>& language() const { return language_; }
+  /// The line in which the cursor of the transcript is; null without one.
+  const Line* currentLine() const;
+  /// Copies that line as it is shown.
+  void copyCurrentLine();
+  /// Added to the menu of a right click on a line.
+  void setLineActions(const QList<QAction*>& actions);
   TranscriptView& transcript() const { return *transcript_; }
+  bool isSideBySide() const { return isSideBySide_; }
+  /// The lines that the selection touches; nullopt without a selection.
+  std::optional<LineRange> selectedLines() const;
+  /// Opens the bar that searches the transcript. Returns whether there is one.
+  bool openFindBar();
+  /// For a page that shows what is chosen here.
+  ExportOptions printOptions() const;
 
   QSize minimumSizeHint() const override;
+
+ Q_SIGNALS:
+  /// The cursor may be in another line.
+  void currentLineChanged();
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
 
  private:
   void showMatch(QTextCursor match);
+  ExportOptions tableOptions() const;
   /// Puts both choosers into one row where there is room.
   void arrangeBar();
   void translate();
@@ -59,11 +82,14 @@ class SessionDetailView final : public QWidget {
   void fillLanguages();
   void present();
   QString text() const;
+  void addLineActions(QMenu& menu, const QPoint& position);
 
+  QList<QAction*> lineActions_;
   AppSettings& settings_;
   std::shared_ptr<const SavedSession> session_;
   TranscriptContent content_ = TranscriptContent::both;
   std::optional<QString> language_;
+  bool isSideBySide_ = false;
   QString highlighted_;
   QGridLayout* bar_;
   QWidget* contentGroup_;
@@ -73,7 +99,9 @@ class SessionDetailView final : public QWidget {
   QLabel* languageLabel_;
   QComboBox* languages_;
   CopyTranscriptButton* copy_;
+  QStackedWidget* pages_;
   TranscriptView* transcript_;
+  BilingualView* table_;
 };
 
 }  // namespace velun

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <QDateTime>
 #include <QLocale>
+#include <QMimeData>
 
 namespace velun {
 
@@ -55,7 +56,7 @@ void SessionListModel::show(const SavedSessions& sessions, const QDate& today) {
   QString section;
   for (const auto& session : sessions_) {
     const QString title = sectionTitle(session->session.startedAt, today);
-    if (title != section) rows_.push_back({title, nullptr});
+    if (today.isValid() && title != section) rows_.push_back({title, nullptr});
     section = title;
     rows_.push_back({QString(), session});
   }
@@ -104,7 +105,24 @@ QVariant SessionListModel::data(const QModelIndex& index, int role) const {
 }
 
 Qt::ItemFlags SessionListModel::flags(const QModelIndex& index) const {
-  return sessionAt(index) ? Qt::ItemIsEnabled | Qt::ItemIsSelectable : Qt::NoItemFlags;
+  return sessionAt(index) ? Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsDragEnabled
+                          : Qt::NoItemFlags;
+}
+
+QStringList SessionListModel::mimeTypes() const {
+  return {QStringLiteral("text/uri-list")};
+}
+
+QMimeData* SessionListModel::mimeData(const QModelIndexList& indexes) const {
+  QModelIndexList rows = indexes;
+  std::sort(rows.begin(), rows.end());
+  QList<QUrl> files;
+  for (const QModelIndex& row : rows) {
+    if (const auto session = sessionAt(row)) files.append(session->url);
+  }
+  auto* data = new QMimeData;
+  data->setUrls(files);
+  return data;
 }
 
 }  // namespace velun

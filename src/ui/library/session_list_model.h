@@ -28,7 +28,7 @@ class SessionListModel final : public QAbstractListModel {
 
   using QAbstractListModel::QAbstractListModel;
 
-  /// Shows these sessions; their sections depend on `today`.
+  /// Shows these sessions, with sections that depend on `today`, or without them if it is null.
   void show(const SavedSessions& sessions, const QDate& today);
 
   /// The shown sessions in display order.
@@ -42,6 +42,11 @@ class SessionListModel final : public QAbstractListModel {
   int rowCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
   Qt::ItemFlags flags(const QModelIndex& index) const override;
+  /// The files of sessions, for programs into which they are dragged. They are copied: the library
+  /// would not know of files that other programs move.
+  QStringList mimeTypes() const override;
+  QMimeData* mimeData(const QModelIndexList& indexes) const override;
+  Qt::DropActions supportedDragActions() const override { return Qt::CopyAction; }
 
  private:
   struct Row {

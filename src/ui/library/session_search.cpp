@@ -84,7 +84,7 @@ void SessionSearch::setSessions(const SavedSessions& sessions) {
       forget();
       return;
     }
-    if (!text) text = std::make_shared<const QString>(searchableText(*session));
+    if (!text) text = std::make_shared<const FoldedText>(searchableText(*session));
     folded_.push_back(std::move(text));
   }
 }
@@ -96,9 +96,13 @@ std::optional<SavedSessions> SessionSearch::matches(const QString& text) {
     return std::nullopt;
   }
   SavedSessions found;
-  const QStringMatcher matcher(foldedForSearch(text));
+  const QString searched = foldedForSearch(text);
+  const TextSignature signature(searched);
+  const QStringMatcher matcher(searched);
   for (std::size_t i = 0; i < sessions_.size(); ++i) {
-    if (matcher.indexIn(*folded_[i]) >= 0) found.push_back(sessions_[i]);
+    const FoldedText& folded = *folded_[i];
+    if (!folded.signature.mayHold(signature)) continue;
+    if (matcher.indexIn(folded.text) >= 0) found.push_back(sessions_[i]);
   }
   return found;
 }
@@ -116,7 +120,7 @@ void SessionSearch::startFolding() {
         folded.reserve(sessions.size());
         for (const auto& session : sessions) {
           if (stop.stop_requested()) break;
-          folded.push_back(std::make_shared<const QString>(searchableText(*session)));
+          folded.push_back(std::make_shared<const FoldedText>(searchableText(*session)));
         }
         return folded;
       },

@@ -3,11 +3,13 @@
 
 #include "platform/foundation/latest_job.h"
 #include "ui/library/history_view_model.h"
+#include "ui/library/text_signature.h"
 
 #include <memory>
 #include <optional>
 #include <QObject>
 #include <QString>
+#include <utility>
 #include <vector>
 
 namespace velun {
@@ -26,7 +28,8 @@ struct TextRange {
 std::vector<TextRange> matchesIn(const QString& text, const QString& search, std::size_t limit);
 
 /// Searches sessions by their title and whole transcript with all translations. The folded texts
-/// are built once on the thread pool, so a keystroke costs one pass over them. Main thread.
+/// are built once on the thread pool, with a signature each, so that a keystroke only reads the
+/// texts that probably match. Main thread.
 class SessionSearch final : public QObject {
   Q_OBJECT
 
@@ -47,7 +50,13 @@ class SessionSearch final : public QObject {
   void ready();
 
  private:
-  using Folded = std::shared_ptr<const QString>;
+  struct FoldedText {
+    explicit FoldedText(QString folded) : text(std::move(folded)), signature(text) {}
+
+    QString text;
+    TextSignature signature;
+  };
+  using Folded = std::shared_ptr<const FoldedText>;
 
   void startFolding();
 

@@ -10,7 +10,8 @@ from library_case import LibraryCase
 
 EXPORT = "Export Session"
 SRT, VTT = "SubRip Subtitles (.srt)", "WebVTT Subtitles (.vtt)"
-FORMATS = ["Markdown (.md)", "Text (.txt)", SRT, VTT, "Velun Session (.json)"]
+FORMATS = ["Markdown (.md)", "Text (.txt)", "Markdown Table (.md)", "Web Page (.html)", SRT, VTT,
+           "Velun Session (.json)"]
 
 
 def time(instant):
@@ -144,7 +145,7 @@ Los ríos hallan el mar.
     def test_the_dialog_proposes_a_name_and_adds_the_extension(self):
         self.export = self.open_export("Team call")
         day = f"{self.now - session_files.timedelta(days=6):%Y-%m-%d}"
-        for title, ending in zip(FORMATS, ("md", "txt", "srt", "vtt", "json")):
+        for title, ending in zip(FORMATS, ("md", "txt", "md", "html", "srt", "vtt", "json")):
             self.chooser("File Format").choose(title)
             dialog = self.press_export()
             self.assertEqual(dialog.wait_for("text").text, f"Velun-{day}.{ending}")

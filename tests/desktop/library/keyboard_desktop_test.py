@@ -67,7 +67,7 @@ class Library(KeyboardCase):
         self.select("Evening talk")
         self.tour(self.library, [
             "Search Sessions", "Saved Sessions", "Show", "Translation Language", "Copy All",
-            "Caption Text", "Show/Hide Sidebar", "Delete", "Export", "More"])
+            "Caption Text", "Show/Hide Sidebar", "Sort and Filter", "Delete", "Export", "More"])
         self.quit()
 
     def test_searching_choosing_and_deleting(self):

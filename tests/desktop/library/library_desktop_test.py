@@ -156,7 +156,8 @@ class Reading(LibraryCase):
         self.assertIn("강은 바다를 찾아간다.", self.transcript())
         self.assertIn("Los ríos hallan el mar.", self.transcript())
         self.assertEqual(self.chooser("Show").entries(),
-                         ["Original + Translation", "Original Only", "Translation Only"])
+                         ["Original + Translation", "Original Only", "Translation Only",
+                          "Side by Side"])
         self.assertEqual(self.chooser("Translation Language").entries(),
                          ["All Translation Languages", "Spanish", "Korean"])
         self.assertEqual(self.copy(), "Rivers find the sea.\nLos ríos hallan el mar.\n"

@@ -4,6 +4,7 @@
 #include "language/localization.h"
 #include "support/suite.h"
 
+#include <algorithm>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -58,6 +59,11 @@ class ExportViewTest final : public test::Suite {
     return nullptr;
   }
 
+  void chooseFormat(SessionFormat format, const QString& name = "File Format") const {
+    const auto place = std::ranges::find(allSessionFormats, format) - allSessionFormats.begin();
+    chooser(name)->setCurrentIndex(static_cast<int>(place));
+  }
+
   QPushButton* button(const QString& text) const {
     for (QPushButton* each : view_->findChildren<QPushButton*>()) {
       if (each->text() == text) return each;
@@ -94,8 +100,9 @@ class ExportViewTest final : public test::Suite {
   void opensWithBothTextsAsMarkdown() {
     open(sessionIn({"ko", "en"}));
     QCOMPARE(items(chooser("File Format")),
-             QStringList({"Markdown (.md)", "Text (.txt)", "SubRip Subtitles (.srt)",
-                          "WebVTT Subtitles (.vtt)", "Velun Session (.json)"}));
+             QStringList({"Markdown (.md)", "Text (.txt)", "Markdown Table (.md)",
+                          "Web Page (.html)", "SubRip Subtitles (.srt)", "WebVTT Subtitles (.vtt)",
+                          "Velun Session (.json)"}));
     QCOMPARE(items(chooser("Content")),
              QStringList({"Original + Translation", "Original Only", "Translation Only"}));
     QCOMPARE(items(chooser("Translation Language")),
@@ -124,7 +131,7 @@ class ExportViewTest final : public test::Suite {
 
   void exportsTheChosenOptions() {
     open(sessionIn({"ko", "en"}));
-    chooser("File Format")->setCurrentIndex(1);
+    chooseFormat(SessionFormat::text);
     chooser("Content")->setCurrentIndex(2);
     chooser("Translation Language")->setCurrentIndex(2);
     button("Export…")->click();
@@ -151,17 +158,17 @@ class ExportViewTest final : public test::Suite {
   void jsonHasNoContentOptions() {
     open(sessionIn({"ko"}));
     QVERIFY(chooser("Content")->isEnabled());
-    chooser("File Format")->setCurrentIndex(4);
+    chooseFormat(SessionFormat::json);
     QVERIFY(!chooser("Content")->isEnabled());
     QVERIFY(
         shows("Keeps the original, all translations, and times, and can be reopened in Velun."));
-    chooser("File Format")->setCurrentIndex(0);
+    chooseFormat(SessionFormat::markdown);
     QVERIFY(chooser("Content")->isEnabled());
   }
 
   void subtitlesHaveOneTranslationAndTheirOwnTimes() {
     open(sessionIn({"ko", "en"}));
-    chooser("File Format")->setCurrentIndex(2);
+    chooseFormat(SessionFormat::subRip);
     QVERIFY(!box("Show Times")->isEnabled());
     QCOMPARE(chooser("Translation Language")->currentText(), QString("English"));
     QVERIFY(shows("Captions for video players, at the times at which the words were said."));
@@ -169,7 +176,7 @@ class ExportViewTest final : public test::Suite {
     QCOMPARE(exports_.at(0).format, SessionFormat::subRip);
     QCOMPARE(exports_.at(0).language.value_or(QString()), QString("en"));
     // All of them can be chosen again for a format that has room for them.
-    chooser("File Format")->setCurrentIndex(0);
+    chooseFormat(SessionFormat::markdown);
     chooser("Translation Language")->setCurrentIndex(0);
     button("Export…")->click();
     QVERIFY(!exports_.at(1).language);
@@ -186,7 +193,7 @@ class ExportViewTest final : public test::Suite {
     only->click();
     button("Export…")->click();
     QCOMPARE(exports_.at(1).lines, (std::optional(LineRange{3, 2})));
-    chooser("File Format")->setCurrentIndex(4);
+    chooseFormat(SessionFormat::json);
     QVERIFY(!only->isEnabled());
     Localization::shared().setLanguage(AppLanguage::korean);
     QVERIFY(box("선택한 2줄만"));
@@ -213,13 +220,13 @@ class ExportViewTest final : public test::Suite {
     QVERIFY(shows("시간과 언어를 표시하고 원문과 번역을 구분합니다."));
     QVERIFY(button("취소"));
     QVERIFY(button("내보내기…"));
-    chooser("파일 형식")->setCurrentIndex(4);
+    chooseFormat(SessionFormat::json, "파일 형식");
     QVERIFY(shows("원문·모든 번역·시간을 보존하며 Velun에서 다시 열 수 있습니다."));
   }
 
   void switchingTheLanguageKeepsTheChosenOptions() {
     open(sessionIn({"ko"}));
-    chooser("File Format")->setCurrentIndex(1);
+    chooseFormat(SessionFormat::text);
     chooser("Translation Language")->setCurrentIndex(1);
     Localization::shared().setLanguage(AppLanguage::korean);
     QCOMPARE(chooser("파일 형식")->currentText(), QString("텍스트 (.txt)"));

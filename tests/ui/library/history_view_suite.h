@@ -38,6 +38,9 @@ class HistoryViewSuite : public Suite {
   std::unique_ptr<HistoryView> view_;
   QStringList calls_;
   std::optional<LineRange> selected_;
+  QString printed_;
+  /// The text that a correction gives a line.
+  QString correction_;
 
   /// Writes a session that started `daysAgo` days ago.
   QUrl write(const QString& title, int daysAgo, const QString& text,
@@ -128,6 +131,16 @@ class HistoryViewSuite : public Suite {
     };
     actions.deleteSelection = [this](const QList<QUrl>& visible) {
       library_->deleteSelection(visible);
+    };
+    actions.printSession = [this](const CaptionSession& s, const ExportOptions& options) {
+      calls_.append("print " + s.title);
+      printed_ = QString::fromUtf8(s.exportAs(options));
+    };
+    actions.correctLine = [this](const SavedSession& saved, const Line& line) {
+      library_->correctLine(saved.url, line.id, correction_);
+    };
+    actions.undoCorrection = [this](const SavedSession& saved, const Line& line) {
+      library_->correctLine(saved.url, line.id, line.original.value_or(line.text));
     };
     view_ = std::make_unique<HistoryView>(*library_, *settings_, actions, clock_);
     view_->resize(960, 620);

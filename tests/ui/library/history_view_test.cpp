@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "history_view_suite.h"
+#include "ui/library/session_list_model.h"
 
 #include <QComboBox>
 #include <QLabel>

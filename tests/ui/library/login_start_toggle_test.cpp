@@ -2,8 +2,7 @@
 #include "ui/library/login_start_toggle.h"
 
 #include "language/localization.h"
-#include "platform/desktop/login_start.h"
-#include "platform/foundation/failure.h"
+#include "support/scripted_login_start.h"
 #include "support/suite.h"
 
 #include <QApplication>
@@ -14,19 +13,6 @@
 using namespace velun;
 
 namespace {
-
-struct ScriptedLoginStart final : LoginStart {
-  bool isPossible() const override { return possible; }
-  bool isEnabled() const override { return enabled; }
-  void setEnabled(bool now) override {
-    if (fails) throw Failure("The folder is read-only.");
-    enabled = now;
-  }
-
-  bool possible = true;
-  bool enabled = false;
-  bool fails = false;
-};
 
 struct Stage {
   explicit Stage(LoginStart* login) : toggle(new LoginStartToggle(login)) {
@@ -47,7 +33,7 @@ class LoginStartToggleTest final : public test::Suite {
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
   void showsAndChangesWhatTheDesktopDoes() {
-    ScriptedLoginStart login;
+    test::ScriptedLoginStart login;
     Stage stage(&login);
     QCOMPARE(stage.toggle->text(), QString("Start at Login"));
     QVERIFY(!stage.toggle->isChecked());
@@ -63,7 +49,7 @@ class LoginStartToggleTest final : public test::Suite {
   }
 
   void aFailureIsShownAndChangesNothing() {
-    ScriptedLoginStart login;
+    test::ScriptedLoginStart login;
     login.fails = true;
     Stage stage(&login);
     bool isShown = false;
@@ -78,7 +64,7 @@ class LoginStartToggleTest final : public test::Suite {
   }
 
   void isHiddenWhereItIsNotPossible() {
-    ScriptedLoginStart login;
+    test::ScriptedLoginStart login;
     login.possible = false;
     QVERIFY(!Stage(&login).toggle->isVisible());
     QVERIFY(!Stage(nullptr).toggle->isVisible());

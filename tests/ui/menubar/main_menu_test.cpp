@@ -49,6 +49,21 @@ struct Fixture : test::ModelFixture {
   std::vector<AppCommand> performed;
 };
 
+bool showActive(QWidget& window) {
+  window.show();
+  window.activateWindow();
+  return QTest::qWaitForWindowActive(&window);
+}
+
+/// The menu that F10 opens over the active window; null when none opens.
+QWidget* openWithF10(QWidget& window) {
+  QTest::ignoreMessage(QtWarningMsg, "This plugin does not support raise()");
+  QTest::ignoreMessage(QtWarningMsg, "This plugin does not support grabbing the keyboard");
+  QTest::keyClick(&window, Qt::Key_F10);
+  if (!QTest::qWaitFor([] { return QApplication::activePopupWidget() != nullptr; })) return nullptr;
+  return QApplication::activePopupWidget();
+}
+
 }  // namespace
 
 class MainMenuTest final : public test::Suite {
@@ -109,8 +124,7 @@ class MainMenuTest final : public test::Suite {
       Localization::shared().setLanguage(language);
       fixture.performed.clear();
       for (QWidget* window : {&first, &second}) {
-        window->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(window));
+        QVERIFY(showActive(*window));
         QTest::keyClick(window, Qt::Key_N, Qt::ControlModifier);
       }
       QCOMPARE(fixture.performed, std::vector({AppCommand::newSession, AppCommand::newSession}));
@@ -121,9 +135,7 @@ class MainMenuTest final : public test::Suite {
     Fixture fixture;
     QWidget window;
     fixture.menu.install(&window, MainMenu::Place::globalOnly);
-    window.show();
-    window.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QVERIFY(showActive(window));
     const auto press = [&window] {
       QTest::keyClick(&window, Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier);
     };
@@ -157,14 +169,10 @@ class MainMenuTest final : public test::Suite {
     Fixture fixture;
     QWidget window;
     fixture.menu.install(&window, MainMenu::Place::globalOnly);
-    window.show();
-    window.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support raise()");
-    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support grabbing the keyboard");
-    QTest::keyClick(&window, Qt::Key_F10);
-    QTRY_VERIFY(QApplication::activePopupWidget());
-    QApplication::activePopupWidget()->close();
+    QVERIFY(showActive(window));
+    QWidget* open = openWithF10(window);
+    QVERIFY(open);
+    open->close();
   }
 
   void f10OpensMenusInTheLookOfTheWindow() {
@@ -176,14 +184,9 @@ class MainMenuTest final : public test::Suite {
       menu->setObjectName(QString::number(++made));
       return menu;
     });
-    window.show();
-    window.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support raise()");
-    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support grabbing the keyboard");
-    QTest::keyClick(&window, Qt::Key_F10);
-    QTRY_VERIFY(QApplication::activePopupWidget());
-    QPointer<QWidget> open = QApplication::activePopupWidget();
+    QVERIFY(showActive(window));
+    const QPointer<QWidget> open = openWithF10(window);
+    QVERIFY(open);
     QCOMPARE(open->objectName(), QString("1"));
     QStringList titles;
     for (const QAction* action : open->actions()) {
@@ -201,9 +204,7 @@ class MainMenuTest final : public test::Suite {
     QWidget window;
     QLineEdit field("some text", &window);
     fixture.menu.install(&window, MainMenu::Place::globalOnly);
-    window.show();
-    window.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QVERIFY(showActive(window));
     field.setFocus();
     field.deselect();
     fixture.action("Select All")->trigger();

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+class QPagedPaintDevice;
+
+namespace velun {
+
+/// Draws a web page, see `renderHtml`, on the pages of a printer or of a PDF file. Main thread.
+void printPage(const QString& html, QPagedPaintDevice& device);
+
+/// Asks for a printer, which may be a PDF file, and prints the page. `title` names the job. Main
+/// thread; runs the event loop meanwhile.
+void askAndPrint(const QString& html, const QString& title);
+
+}  // namespace velun

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/library/session_listing.h"
+
+#include "model/session_files.h"
+#include "model/session_recovery.h"
+
+#include <algorithm>
+#include <QFileInfo>
+#include <QHash>
+#include <QSet>
+
+namespace velun {
+
+namespace {
+
+using Entry = std::shared_ptr<const SavedSession>;
+
+class Lister {
+ public:
+  Lister(const SavedSessions& known, const QString& legacyTitle, Instant now)
+      : legacyTitle_(legacyTitle), now_(now) {
+    for (const Entry& entry : known) {
+      // The title of an earlier transcript depends on the language.
+      const QString path = entry->url.toLocalFile();
+      if (entry->stamp && !isLegacyFile(path)) known_.insert(path, entry);
+    }
+  }
+
+  void add(const std::vector<QString>& paths) {
+    std::vector<QString> unread;
+    // Before the files are read: a change in between makes the stamp old, not the session.
+    std::vector<std::optional<FileStamp>> stamps;
+    for (const QString& path : paths) {
+      const std::optional<FileStamp> stamp = stampOf(path, now_);
+      const Entry entry = known_.value(path);
+      if (entry && stamp && entry->stamp == stamp) {
+        listing.sessions.push_back(entry);
+      } else {
+        unread.push_back(path);
+        stamps.push_back(stamp);
+      }
+    }
+    std::vector<std::optional<CaptionSession>> sessions = readSessionFiles(unread, legacyTitle_);
+    for (std::size_t i = 0; i < unread.size(); ++i) {
+      if (!sessions[i]) {
+        ++listing.unreadableCount;
+        continue;
+      }
+      listing.sessions.push_back(std::make_shared<const SavedSession>(
+          SavedSession{QUrl::fromLocalFile(unread[i]), std::move(*sessions[i]), stamps[i]}));
+    }
+  }
+
+  SessionListing listing;
+
+ private:
+  QHash<QString, Entry> known_;
+  QString legacyTitle_;
+  Instant now_;
+};
+
+}  // namespace
+
+QString canonicalPath(const QUrl& url) {
+  const QString path = url.toLocalFile();
+  const QString canonical = QFileInfo(path).canonicalFilePath();
+  return canonical.isEmpty() ? path : canonical;
+}
+
+bool isBefore(const Entry& left, const Entry& right) {
+  return isListedBefore(*left, *right);
+}
+
+SessionListing listSessions(const SessionStore& store, const QList<QUrl>& opened,
+                            const QString& legacyTitle, const SavedSessions& known, Instant now) {
+  Lister lister(known, legacyTitle, now);
+  try {
+    store.migratePreviousFolder();
+    const QString folder = store.directory.toLocalFile();
+    recoverSessions(folder);
+    lister.add(sessionFiles(folder));
+  } catch (const FileError& error) {
+    lister.listing.failure = error;
+  }
+  if (!opened.isEmpty()) {
+    QSet<QString> listed;
+    for (const Entry& entry : lister.listing.sessions) listed.insert(canonicalPath(entry->url));
+    std::vector<QString> paths;
+    for (const QUrl& url : opened) {
+      if (!listed.contains(canonicalPath(url))) paths.push_back(url.toLocalFile());
+    }
+    lister.add(paths);
+  }
+  std::ranges::stable_sort(lister.listing.sessions, isBefore);
+  return std::move(lister.listing);
+}
+
+}  // namespace velun

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/app_stage.h"
+#include "app/session_windows.h"
+#include "support/suite.h"
+
+using namespace velun;
+using namespace velun::test;
+
+/// Corrections of lines of the session that captions are still added to, and of others.
+class CorrectionTest final : public Suite {
+  Q_OBJECT
+
+  /// Chooses an action of the window of saved sessions, in which the only session is selected.
+  static void choose(AppStage& stage, const QString& text) {
+    stage.perform(AppCommand::showHistory);
+    SessionLibrary& sessions = stage.coordinator().sessions();
+    QTRY_COMPARE(sessions.library().sessions().size(), std::size_t(1));
+    sessions.library().select(sessions.library().sessions()[0]->url);
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+      for (QAction* action : window->findChildren<QAction*>()) {
+        if (action->text() == text && action->isEnabled()) return action->trigger();
+      }
+    }
+    QFAIL(qPrintable(text));
+  }
+
+  static CaptionSession saved(AppStage& stage) {
+    return stage.store.savedSessions().sessions.at(0).session;
+  }
+
+ private Q_SLOTS:
+  void theCurrentSessionIsCorrectedWhileItGoesOn() {
+    AppStage stage([](AppSettings& settings) { settings.setAutoSaveSessions(true); });
+    stage.startWithLine();
+    stage.correction = " Won line. ";
+    choose(stage, "Correct Line…");
+    stage.settleSaving();
+    QCOMPARE(stage.texts(), QStringList({"Won line."}));
+    stage.final("Another line.");
+    stage.settleSaving();
+    QCOMPARE(saved(stage).lines.size(), std::size_t(2));
+    QCOMPARE(saved(stage).lines[0].text, QString("Won line."));
+    QCOMPARE(saved(stage).lines[0].original.value_or(QString()), QString("One line."));
+    QTRY_COMPARE(stage.coordinator().sessions().library().sessions()[0]->session.lines[0].text,
+                 QString("Won line."));
+    choose(stage, "Undo Correction");
+    stage.settleSaving();
+    QCOMPARE(stage.texts(), QStringList({"One line.", "Another line."}));
+    QVERIFY(!saved(stage).lines[0].original);
+  }
+
+  void aSavedSessionIsCorrected() {
+    AppStage stage([](AppSettings& settings) { settings.setAutoSaveSessions(true); });
+    stage.startWithLine();
+    stage.perform(AppCommand::toggleCaptions);
+    stage.perform(AppCommand::newSession);
+    stage.correction = "Won line.";
+    choose(stage, "Correct Line…");
+    QCOMPARE(saved(stage).lines[0].text, QString("Won line."));
+    QVERIFY(stage.question.asked.empty());
+  }
+
+  void nothingIsWrittenWithoutAnotherText_data() {
+    QTest::addColumn<std::optional<QString>>("correction");
+    QTest::newRow("cancelled") << std::optional<QString>();
+    QTest::newRow("empty") << std::optional<QString>(" ");
+    QTest::newRow("the same") << std::optional<QString>("One line.");
+  }
+  void nothingIsWrittenWithoutAnotherText() {
+    QFETCH(std::optional<QString>, correction);
+    AppStage stage([](AppSettings& settings) { settings.setAutoSaveSessions(true); });
+    stage.startWithLine();
+    stage.correction = correction;
+    choose(stage, "Correct Line…");
+    QVERIFY(!saved(stage).lines[0].original);
+    QCOMPARE(stage.correctedLines, QStringList({"One line."}));
+  }
+
+  void aFailureIsTold() {
+    AppStage stage([](AppSettings& settings) { settings.setAutoSaveSessions(true); });
+    stage.startWithLine();
+    stage.perform(AppCommand::toggleCaptions);
+    stage.perform(AppCommand::newSession);
+    stage.correction = "Won line.";
+    stage.perform(AppCommand::showHistory);
+    QTRY_COMPARE(stage.coordinator().sessions().library().sessions().size(), std::size_t(1));
+    stage.beforeCorrection = [&stage] {
+      stage.breakStore();
+    };
+    choose(stage, "Correct Line…");
+    QCOMPARE(stage.question.asked.size(), std::size_t(1));
+  }
+};
+
+QTEST_MAIN(CorrectionTest)
+#include "correction_test.moc"

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "history_view_suite.h"
+
+#include <QClipboard>
+
+using namespace velun;
+
+/// What can be done with one line of a saved session.
+class HistoryLinesTest final : public test::HistoryViewSuite {
+  Q_OBJECT
+
+  /// Saves a session of two lines, shows it, and puts the cursor into the second.
+  QUrl showTwoLines() {
+    CaptionSession session;
+    session.title = "Talk";
+    for (const QString text : {"Their is one.", "Two heir."}) {
+      Line line;
+      line.text = text;
+      line.translations["ko"] = "번역";
+      session.lines.push_back(line);
+    }
+    const QUrl url = write(session);
+    reload();
+    library_->select(url);
+    putCursorAt("heir.");
+    return url;
+  }
+
+  void putCursorAt(const QString& text) {
+    auto& view = detail()->transcript().textView();
+    QTextCursor cursor = view.document()->find(text);
+    cursor.clearSelection();
+    view.setTextCursor(cursor);
+  }
+
+  CaptionSession saved(const QUrl& url) { return library_->store().read(url); }
+
+ private Q_SLOTS:
+  void aLineIsCopied() {
+    showTwoLines();
+    action("Copy Line")->trigger();
+    QCOMPARE(QGuiApplication::clipboard()->text(), QString("Two heir.\n번역"));
+  }
+
+  void aLineIsCorrectedAndTheOriginalKept() {
+    const QUrl url = showTwoLines();
+    correction_ = "Two here.";
+    QVERIFY(!action("Undo Correction")->isEnabled());
+    action("Correct Line…")->trigger();
+    QCOMPARE(saved(url).lines[1].text, QString("Two here."));
+    QCOMPARE(*saved(url).lines[1].original, QString("Two heir."));
+    QVERIFY(!saved(url).lines[0].original);
+    QVERIFY(transcript().contains("Corrected"));
+    QVERIFY(saved(url).exportAs({}).contains("Two here."));
+    search()->setText("here.");
+    QTRY_COMPARE(rows().size(), 2);
+    search()->setText("heir.");
+    QTRY_COMPARE(rows().size(), 0);
+  }
+
+  void aCorrectionIsUndone() {
+    const QUrl url = showTwoLines();
+    const CaptionSession before = saved(url);
+    correction_ = "Two hair.";
+    action("Correct Line…")->trigger();
+    putCursorAt("hair.");
+    correction_ = "Two here.";
+    action("Correct Line…")->trigger();
+    putCursorAt("Two here.");
+    QCOMPARE(*saved(url).lines[1].original, QString("Two heir."));
+    QVERIFY(action("Undo Correction")->isEnabled());
+    action("Undo Correction")->trigger();
+    QCOMPARE(saved(url), before);
+    QVERIFY(!action("Undo Correction")->isEnabled());
+  }
+
+  void withoutASessionThereIsNoLine() {
+    write("Talk", 0, "One.");
+    reload();
+    QVERIFY(!action("Copy Line")->isEnabled());
+    QVERIFY(!action("Correct Line…")->isEnabled());
+  }
+
+  void theMenuOfALineWorksOnTheLineUnderThePointer() {
+    showTwoLines();
+    auto& view = detail()->transcript().textView();
+    const QTextCursor first = view.document()->find("Their");
+    QMenu menu;
+    Q_EMIT view.menuOpening(menu, view.cursorRect(first).center());
+    QStringList offered;
+    for (const QAction* each : menu.actions()) offered.append(each->text());
+    QCOMPARE(offered, QStringList({"", "Copy Line", "Correct Line…", "Undo Correction"}));
+    QCOMPARE(detail()->currentLine()->text, QString("Their is one."));
+  }
+};
+
+QTEST_MAIN(HistoryLinesTest)
+#include "history_lines_test.moc"
