@@ -20,6 +20,10 @@ QString canonicalPath(const QUrl& url) {
   return QFileInfo(file.path()).canonicalFilePath() + QLatin1Char('/') + file.fileName();
 }
 
+QString failureText(const QString& description) {
+  return L("Couldn’t save the session: " + description, "기록 저장 실패: " + description);
+}
+
 }  // namespace
 
 SessionSaver::SessionSaver(const CaptionSession& session, SessionStore store, bool isSaving,
@@ -30,21 +34,19 @@ SessionSaver::SessionSaver(const CaptionSession& session, SessionStore store, bo
       isSaving_(isSaving),
       sync_(clock) {
   connect(&sync_, &SessionSync::failed, this, &SessionSaver::syncFailed);
-  connect(&sync_, &SessionSync::succeeded, this, [this] {
-    if (std::exchange(hasSyncFailed_, false)) setError(std::nullopt);
-  });
+  connect(&sync_, &SessionSync::succeeded, this, [this] { setFailure(syncFailure_, {}); });
 }
 
 bool SessionSaver::hasUnsavedLines() const {
-  return !session_.lines.empty() && (!url_ || error_);
+  return !session_.lines.empty() && (!url_ || error());
 }
 
 void SessionSaver::reset(bool isSaving) {
   encoder_.reset();
   sync_.endSession();
-  hasSyncFailed_ = false;
   setUrl(std::nullopt);
-  setError(std::nullopt);
+  setFailure(writeFailure_, {});
+  setFailure(syncFailure_, {});
   setSaving(isSaving);
 }
 
@@ -52,23 +54,23 @@ bool SessionSaver::saveIfNeeded(Sync sync) {
   if (!isSaving_ || session_.lines.empty()) return true;
   try {
     setUrl(store_.save(session_, &encoder_, [this](const QString& path) { sync_.protect(path); }));
-    if (!hasSyncFailed_) setError(std::nullopt);
+    setFailure(writeFailure_, {});
     sync_.fileWritten(sync == Sync::now);
     return true;
   } catch (const std::exception& error) {
-    hasSyncFailed_ = false;
-    setFailure(descriptionOf(error));
+    setFailure(writeFailure_, failureText(descriptionOf(error)));
     return false;
   }
 }
 
 void SessionSaver::syncFailed(const FileError& error) {
-  hasSyncFailed_ = true;
-  setFailure(fileErrorText(error));
+  setFailure(syncFailure_, failureText(fileErrorText(error)));
 }
 
-void SessionSaver::setFailure(const QString& description) {
-  setError(L("Couldn’t save the session: " + description, "기록 저장 실패: " + description));
+void SessionSaver::setFailure(std::optional<QString>& failure, const std::optional<QString>& text) {
+  const std::optional<QString> shown = error();
+  failure = text;
+  if (error() != shown) Q_EMIT errorChanged();
 }
 
 bool SessionSaver::save() {
@@ -80,7 +82,7 @@ bool SessionSaver::save() {
 void SessionSaver::fileWasDeleted(const QUrl& url) {
   if (!url_ || canonicalPath(*url_) != canonicalPath(url)) return;
   sync_.fileDeleted();
-  hasSyncFailed_ = false;
+  setFailure(syncFailure_, {});
   setUrl(std::nullopt);
   setSaving(false);
 }
@@ -91,10 +93,6 @@ void SessionSaver::setSaving(bool isSaving) {
 
 void SessionSaver::setUrl(const std::optional<QUrl>& url) {
   if (update(url_, url)) Q_EMIT urlChanged();
-}
-
-void SessionSaver::setError(const std::optional<QString>& error) {
-  if (update(error_, error)) Q_EMIT errorChanged();
 }
 
 }  // namespace velun

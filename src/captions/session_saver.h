@@ -28,8 +28,10 @@ class SessionSaver final : public QObject {
   bool isSaving() const { return isSaving_; }
   /// The session's file; nullopt before the first write and after the file was deleted.
   const std::optional<QUrl>& url() const { return url_; }
-  /// Why the last write failed; nullopt if it succeeded.
-  const std::optional<QString>& error() const { return error_; }
+  /// Why the last write or the last sync failed; nullopt if both succeeded.
+  const std::optional<QString>& error() const {
+    return writeFailure_ ? writeFailure_ : syncFailure_;
+  }
   /// Whether there are lines that are in no file.
   bool hasUnsavedLines() const;
 
@@ -61,19 +63,18 @@ class SessionSaver final : public QObject {
 
  private:
   void syncFailed(const FileError& error);
-  void setFailure(const QString& description);
+  void setFailure(std::optional<QString>& failure, const std::optional<QString>& text);
   void setSaving(bool isSaving);
   void setUrl(const std::optional<QUrl>& url);
-  void setError(const std::optional<QString>& error);
 
   const CaptionSession& session_;
   SessionStore store_;
   SessionEncoder encoder_;
   bool isSaving_;
   std::optional<QUrl> url_;
-  std::optional<QString> error_;
-  /// The last sync has failed; `error` says so until one succeeds.
-  bool hasSyncFailed_ = false;
+  // Two, because a sync that succeeds does not write the lines that a write has missed.
+  std::optional<QString> writeFailure_;
+  std::optional<QString> syncFailure_;
   // Last: its destructor brings the file onto the disk.
   SessionSync sync_;
 };

@@ -289,6 +289,29 @@ class SessionSaverTest final : public test::Suite {
     QVERIFY(fixture.saver.hasUnsavedLines());
   }
 
+  void aSyncDoesNotHideAFailedWrite() {
+    BusyPool pool;
+    Fixture fixture(true);
+    fixture.addLine("One.");
+    QVERIFY(fixture.saver.saveIfNeeded());
+    // Needs another sync after the one that has not begun yet.
+    QVERIFY(fixture.saver.saveIfNeeded(SessionSaver::Sync::now));
+    fixture.breakStore();
+    fixture.addLine("Two.");
+    QVERIFY(!fixture.saver.saveIfNeeded());
+    const std::optional<QString> failure = fixture.saver.error();
+    pool.free();
+    // The first sync meets the broken folder, the second one succeeds.
+    fixture.repairStore();
+    VERIFY_SOON(!fixture.saver.isSyncing());
+    QCOMPARE(fixture.saver.error(), failure);
+    QVERIFY(fixture.saver.hasUnsavedLines());
+    QVERIFY(fixture.saver.saveIfNeeded());
+    QVERIFY(fixture.isWritten());
+    VERIFY_SOON(!fixture.saver.isSyncing());
+    QCOMPARE(fixture.saver.error(), std::nullopt);
+  }
+
   void failuresAreReportedInKorean() {
     Fixture fixture;
     Localization::shared().setLanguage(AppLanguage::korean);
