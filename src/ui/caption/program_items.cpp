@@ -17,6 +17,8 @@ ProgramItems::~ProgramItems() = default;
 void ProgramItems::setFollowing(bool isFollowing) {
   if (!isFollowing) targets_.reset();
   if (!isFollowing || targets_) return;
+  // The theme may have changed since.
+  icons_.clear();
   targets_ = audio_.followTargets();
   connect(targets_.get(), &AudioTargets::changed, this, &ProgramItems::changed);
 }
@@ -34,7 +36,7 @@ void ProgramItems::addTo(QMenu& menu, bool isEnabled) {
 void ProgramItems::add(QMenu& menu, const ProgramChoice& choice, bool isEnabled) {
   // A name may contain what marks the key of an item.
   QAction* action = menu.addAction(title(choice).replace(u'&', QLatin1String("&&")));
-  if (choice.scope != Scope::all) action->setIcon(programIcon(choice.name));
+  if (choice.scope != Scope::all) action->setIcon(iconOf(choice.name));
   action->setCheckable(true);
   action->setChecked(!settings_.useMic() && settings_.program() == choice);
   action->setEnabled(isEnabled);
@@ -43,6 +45,11 @@ void ProgramItems::add(QMenu& menu, const ProgramChoice& choice, bool isEnabled)
     settings_.setProgram(choice);
     if (settings_.useMic()) settings_.setUseMic(false);
   });
+}
+
+const QIcon& ProgramItems::iconOf(const QString& program) {
+  const auto found = icons_.constFind(program);
+  return found != icons_.constEnd() ? *found : *icons_.insert(program, programIcon(program));
 }
 
 QStringList ProgramItems::programs() const {

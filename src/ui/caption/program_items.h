@@ -5,6 +5,8 @@
 #include "settings/app_settings.h"
 
 #include <memory>
+#include <QHash>
+#include <QIcon>
 #include <QObject>
 
 class QMenu;
@@ -33,12 +35,15 @@ class ProgramItems final : public QObject {
 
  private:
   void add(QMenu& menu, const ProgramChoice& choice, bool isEnabled);
+  const QIcon& iconOf(const QString& program);
   QStringList programs() const;
 
   AppSettings& settings_;
   AudioPlatform& audio_;
   /// Null while they are not followed.
   std::unique_ptr<AudioTargets> targets_;
+  /// By the program's name; finding one can take the reading of many files.
+  QHash<QString, QIcon> icons_;
 };
 
 }  // namespace velun
