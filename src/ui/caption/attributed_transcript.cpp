@@ -22,15 +22,27 @@ void appendText(QString text, TranscriptStyle style, TranscriptParagraphs& to) {
   qsizetype start = 0;
   for (qsizetype i = 0; i < text.size(); ++i) {
     if (!isBreak(text[i])) continue;
-    to.push_back({text.mid(start, i - start), style, {}});
+    to.push_back({.text = text.mid(start, i - start), .style = style});
     if (text[i] == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n') ++i;
     start = i + 1;
   }
-  to.push_back({start == 0 ? text : text.mid(start), style, {}});
+  to.push_back({.text = start == 0 ? text : text.mid(start), .style = style});
+}
+
+/// Puts a label before the first text from paragraph `first` on.
+void addLabel(const LineLabel& label, std::size_t first, TranscriptParagraphs& all) {
+  while (first < all.size() && all[first].style == TranscriptStyle::meta) ++first;
+  if (label.name.isEmpty() || first >= all.size()) return;
+  TranscriptParagraph& to = all[first];
+  const QString shown = label.name.simplified() + QStringLiteral(": ");
+  to.text.prepend(shown);
+  to.labelLength = static_cast<int>(shown.size());
+  to.labelColor = label.color;
 }
 
 void appendPending(const QString& label, TranscriptParagraphs& to) {
-  to.push_back({QStringLiteral(" "), TranscriptStyle::placeholder, label});
+  to.push_back(
+      {.text = QStringLiteral(" "), .style = TranscriptStyle::placeholder, .pendingLabel = label});
 }
 
 void appendMetadata(const Line& line, TranscriptParagraphs& to) {
@@ -61,12 +73,14 @@ void appendLine(const TranscriptInputs& inputs, const Line& line, TranscriptPara
   if (inputs.showsMetadata) appendMetadata(line, to);
   const bool translationFirst =
       inputs.captionStyle && inputs.style.order == VoiceOrder::translationFirst;
+  const std::size_t first = to.size();
   const bool translations = inputs.content != TranscriptContent::original;
   if (translations && translationFirst) appendTranslations(inputs, line, to);
   if (inputs.content != TranscriptContent::translation) {
     appendText(line.text, TranscriptStyle::body, to);
   }
   if (translations && !translationFirst) appendTranslations(inputs, line, to);
+  if (inputs.labelOf) addLabel(inputs.labelOf(line), first, to);
   if (inputs.content == TranscriptContent::translation &&
       inputs.pendingTranslationIDs.contains(line.id)) {
     appendPending(L("Translating", "번역 중"), to);
@@ -76,7 +90,12 @@ void appendLine(const TranscriptInputs& inputs, const Line& line, TranscriptPara
 
 void appendDraft(const TranscriptInputs& inputs, TranscriptParagraphs& to) {
   if (inputs.content != TranscriptContent::translation) {
-    if (!inputs.volatileText.isEmpty()) appendText(inputs.volatileText, TranscriptStyle::body, to);
+    for (const TranscriptDraft& draft : inputs.drafts) {
+      if (draft.text.isEmpty()) continue;
+      const std::size_t first = to.size();
+      appendText(draft.text, TranscriptStyle::body, to);
+      addLabel(draft.label, first, to);
+    }
   } else if (inputs.showsPendingInput) {
     appendPending(L("Listening", "음성 입력 중"), to);
   }

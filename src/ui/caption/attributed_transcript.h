@@ -19,7 +19,10 @@ struct TranscriptParagraph {
   QString text;
   TranscriptStyle style = TranscriptStyle::body;
   /// The label of a placeholder's spinner; empty for ordinary text.
-  QString pendingLabel;
+  QString pendingLabel = {};
+  /// The number of letters at the start of `text` that are the line's label, and their colour.
+  int labelLength = 0;
+  QColor labelColor = {};
 
   bool operator==(const TranscriptParagraph&) const = default;
 };

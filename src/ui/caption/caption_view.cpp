@@ -42,7 +42,7 @@ TranscriptChange merged(const TranscriptChange& a, const TranscriptChange& b) {
   using Lines = TranscriptChange::Lines;
   if (a.lines == Lines::added) return b;
   if (b.lines == Lines::added) return a;
-  const bool same = a.lines == Lines::one && b.lines == Lines::one && a.index == b.index;
+  const bool same = a.lines != Lines::all && a == b;
   return same ? a : TranscriptChange();
 }
 
@@ -146,7 +146,7 @@ void CaptionView::updateTranscript() {
   due_.reset();
   TranscriptInputs inputs;
   inputs.session = &model_.session();
-  inputs.volatileText = model_.volatileText();
+  inputs.drafts = {{model_.volatileText()}};
   inputs.fontSize = model_.settings().fontSize();
   inputs.content = model_.captionContent();
   inputs.language = model_.settings().targetID();
@@ -156,7 +156,7 @@ void CaptionView::updateTranscript() {
   inputs.wholeLines = model_.settings().captionLines() > 0;
   inputs.pendingTranslationIDs = model_.pendingTranslationIDs();
   inputs.showsPendingInput =
-      inputs.content == TranscriptContent::translation && !inputs.volatileText.isEmpty();
+      inputs.content == TranscriptContent::translation && !model_.volatileText().isEmpty();
   inputs.jumpToLatest = jumpToLatest_;
   transcript_->update(inputs, change);
   updateEmptyState();

@@ -22,6 +22,13 @@ Index index(std::size_t i) {
   return static_cast<Index>(i);
 }
 
+/// Whether two paragraphs differ, and only in the text after the label.
+bool differInText(const TranscriptParagraph& a, const TranscriptParagraph& b) {
+  return a.style == b.style && a.pendingLabel.isEmpty() && b.pendingLabel.isEmpty() &&
+         a.labelLength == b.labelLength && a.labelColor == b.labelColor && a.text != b.text &&
+         a.text.left(a.labelLength) == b.text.left(b.labelLength);
+}
+
 }  // namespace
 
 TranscriptDocument::TranscriptDocument() : text_(std::make_unique<QTextDocument>()) {
@@ -101,6 +108,11 @@ void TranscriptDocument::format(const QTextBlock& block) {
   cursor.setBlockCharFormat(ofBlock);
   cursor.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
   cursor.setCharFormat(formats_.charFormat(paragraph));
+  if (paragraph.labelLength > 0) {
+    cursor.setPosition(block.position());
+    cursor.setPosition(block.position() + paragraph.labelLength, QTextCursor::KeepAnchor);
+    cursor.setCharFormat(formats_.labelFormat(paragraph));
+  }
   cursor.endEditBlock();
 }
 
@@ -122,12 +134,7 @@ void TranscriptDocument::rewrite(std::size_t first, std::size_t count,
   const QScopedValueRollback writing(isWriting_, true);
   // Paragraphs that are not formatted yet may move to an earlier place.
   if (formatted_ != kAllFormatted) formatted_ = std::min(formatted_, first);
-  const auto isPlain = [](const TranscriptParagraph& p) {
-    return p.pendingLabel.isEmpty();
-  };
-  if (count == 1 && paragraphs.size() == 1 && shown_[first].style == paragraphs[0].style &&
-      shown_[first].text != paragraphs[0].text && isPlain(shown_[first]) &&
-      isPlain(paragraphs[0])) {
+  if (count == 1 && paragraphs.size() == 1 && differInText(shown_[first], paragraphs[0])) {
     rewriteText(first, paragraphs[0].text);
     return;
   }
@@ -144,6 +151,14 @@ void TranscriptDocument::rewrite(std::size_t first, std::size_t count,
   cursor.endEditBlock();
 }
 
+void TranscriptDocument::insertParagraph(QTextCursor& cursor,
+                                         const TranscriptParagraph& paragraph) const {
+  if (paragraph.labelLength > 0) {
+    cursor.insertText(paragraph.text.left(paragraph.labelLength), formats_.labelFormat(paragraph));
+  }
+  cursor.insertText(paragraph.text.mid(paragraph.labelLength), formats_.charFormat(paragraph));
+}
+
 void TranscriptDocument::rewriteAfter(QTextCursor& cursor, std::size_t first, std::size_t count,
                                       std::span<const TranscriptParagraph> paragraphs) const {
   const auto paragraphEnd = [this](std::size_t paragraph) {
@@ -155,7 +170,7 @@ void TranscriptDocument::rewriteAfter(QTextCursor& cursor, std::size_t first, st
   cursor.removeSelectedText();
   for (const TranscriptParagraph& paragraph : paragraphs) {
     cursor.insertBlock(formats_.blockFormat(), formats_.charFormat(paragraph.style));
-    cursor.insertText(paragraph.text, formats_.charFormat(paragraph));
+    insertParagraph(cursor, paragraph);
   }
 }
 
@@ -172,7 +187,7 @@ void TranscriptDocument::rewriteAtStart(QTextCursor& cursor, std::size_t count,
   cursor.setBlockFormat(formats_.blockFormat());
   if (toEnd) cursor.setBlockCharFormat(formats_.charFormat(TranscriptStyle::body));
   for (std::size_t i = 0; i < paragraphs.size(); ++i) {
-    cursor.insertText(paragraphs[i].text, formats_.charFormat(paragraphs[i]));
+    insertParagraph(cursor, paragraphs[i]);
     const bool last = i + 1 == paragraphs.size();
     if (last && toEnd) break;
     const TranscriptParagraph& next = last ? shown_[count] : paragraphs[i + 1];

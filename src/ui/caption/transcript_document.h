@@ -54,6 +54,7 @@ class TranscriptDocument final {
                     std::span<const TranscriptParagraph> paragraphs) const;
   void rewriteAtStart(QTextCursor& cursor, std::size_t count,
                       std::span<const TranscriptParagraph> paragraphs) const;
+  void insertParagraph(QTextCursor& cursor, const TranscriptParagraph& paragraph) const;
   void rewriteText(std::size_t at, const QString& text);
   void format(const QTextBlock& block);
 

@@ -132,4 +132,11 @@ QTextCharFormat TranscriptFormats::charFormat(const TranscriptParagraph& paragra
   return format;
 }
 
+QTextCharFormat TranscriptFormats::labelFormat(const TranscriptParagraph& paragraph) const {
+  QTextCharFormat format = charFormat(paragraph.style);
+  format.setForeground(paragraph.labelColor);
+  format.setFontWeight(QFont::Bold);
+  return format;
+}
+
 }  // namespace velun

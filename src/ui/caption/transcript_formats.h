@@ -22,6 +22,8 @@ class TranscriptFormats final {
   TranscriptFormats(const TranscriptInputs& inputs, const QPalette& palette);
 
   QTextCharFormat charFormat(const TranscriptParagraph& paragraph) const;
+  /// The format of the paragraph's label.
+  QTextCharFormat labelFormat(const TranscriptParagraph& paragraph) const;
   /// The format of a style, without a label.
   const QTextCharFormat& charFormat(TranscriptStyle style) const;
   /// The format of all paragraphs: their spacing, of the panel's style or 0.15 of the font size

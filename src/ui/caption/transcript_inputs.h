@@ -4,23 +4,32 @@
 #include "model/transcript_content.h"
 #include "settings/panel_style.h"
 #include "ui/caption/caption_appearance.h"
+#include "ui/caption/line_label.h"
 
 #include <optional>
 #include <QSet>
 #include <QString>
 #include <QUuid>
+#include <vector>
 
 namespace velun {
 
 struct CaptionSession;
+
+/// An unfinished text, shown after the lines.
+struct TranscriptDraft {
+  QString text;
+  LineLabel label = {};
+};
 
 /// Everything that decides what a transcript view shows.
 struct TranscriptInputs {
   /// Only its id and lines are read. Must stay valid until other inputs are set or the view is
   /// destroyed; null means an empty session.
   const CaptionSession* session = nullptr;
-  /// The draft; empty without one.
-  QString volatileText;
+  /// In the order in which they are shown; those without text are left out.
+  std::vector<TranscriptDraft> drafts;
+  LineLabeller labelOf = {};
   /// The size of the body text, in points.
   double fontSize = CaptionAppearance::defaultFontSize;
   TranscriptContent content = TranscriptContent::both;
@@ -50,11 +59,15 @@ struct TranscriptChange {
     added,
     /// The line at `index`, and lines appended at the end.
     one,
+    /// The line at `index` and all after it: one was inserted there.
+    from,
     /// Any line.
     all,
   };
   Lines lines = Lines::all;
   int index = 0;
+
+  bool operator==(const TranscriptChange&) const = default;
 };
 
 }  // namespace velun

@@ -114,6 +114,9 @@ void TranscriptView::apply(const TranscriptChange& change) {
       textView_->keepOrigin(pins, replace);
     }
     textView_->updatePendingIndicators();
+  } else {
+    // A line without text may have been inserted before others.
+    for (const Replacement& replacement : changes) replaceSizes(replacement);
   }
   scrollOnJump();
   updateBottom();
@@ -191,7 +194,10 @@ std::vector<TranscriptView::Replacement> TranscriptView::replacements(
     const TranscriptChange& change) const {
   const std::span<const Line> lines(shownLines(inputs_));
   const std::optional<std::vector<std::size_t>> changed = changedLines(change);
-  const std::size_t kept = changed ? lineSizes_.size() : 0;
+  std::size_t kept = changed ? lineSizes_.size() : 0;
+  if (change.lines == TranscriptChange::Lines::from) {
+    kept = std::min(kept, static_cast<std::size_t>(change.index));
+  }
 
   // Everything after the lines that were shown before, or everything.
   Replacement tail = makeReplacement(kept, lineSizes_.size() - kept, lines.subspan(kept));
@@ -201,6 +207,7 @@ std::vector<TranscriptView::Replacement> TranscriptView::replacements(
   result.push_back(std::move(tail));
   if (changed) {
     for (const std::size_t line : *changed) {
+      if (line >= kept) continue;
       result.push_back(makeReplacement(line, 1, lines.subspan(line, 1)));
     }
   }
@@ -231,6 +238,10 @@ std::optional<std::vector<std::size_t>> TranscriptView::changedLines(
 
 void TranscriptView::applyReplacement(const Replacement& replacement) {
   document_.replace(replacement.first, replacement.count, replacement.paragraphs);
+  replaceSizes(replacement);
+}
+
+void TranscriptView::replaceSizes(const Replacement& replacement) {
   const auto at = lineSizes_.begin() + static_cast<std::ptrdiff_t>(replacement.firstLine);
   const auto after = lineSizes_.erase(at, at + static_cast<std::ptrdiff_t>(replacement.lineCount));
   lineSizes_.insert(after, replacement.lineSizes.begin(), replacement.lineSizes.end());

@@ -90,6 +90,7 @@ class TranscriptView final : public QWidget {
                               std::span<const Line> lines) const;
   std::optional<std::vector<std::size_t>> changedLines(const TranscriptChange& change) const;
   void applyReplacement(const Replacement& replacement);
+  void replaceSizes(const Replacement& replacement);
   std::size_t paragraphsBefore(std::size_t line) const;
   std::size_t lineOfBlock(int block) const;
   void clearSelectionInPlace();

@@ -84,11 +84,31 @@ class AttributedTranscriptTest final : public test::Suite {
     session.lines = {lineOf("One.")};
     TranscriptInputs inputs;
     inputs.session = &session;
-    inputs.volatileText = "and then";
+    inputs.drafts = {{"and then"}};
     QCOMPARE(textOf(inputs), QString("One.\nand then"));
     QCOMPARE(stylesOf(inputs), QString("bb"));
     inputs.content = TranscriptContent::translation;
     QCOMPARE(textOf(inputs), QString());
+  }
+
+  void labelsStandBeforeTheFirstTextOfALineAndOfADraft() {
+    CaptionSession session;
+    session.lines = {lineOf("Hello.\nYes.", {{"ko", "안녕."}}), lineOf("And you?")};
+    session.lines[0].input = AudioInput::microphone;
+    TranscriptInputs inputs = inputsOf(session);
+    inputs.labelOf = [](const Line& line) {
+      return line.input ? LineLabel{"Me", Qt::cyan} : LineLabel();
+    };
+    inputs.drafts = {{"one", {"Computer", Qt::yellow}}, {"", {"Me", Qt::cyan}}, {"two", {}}};
+    QCOMPARE(textOf(inputs), QString("Me: Hello.\nYes.\n안녕.\nAnd you?\nComputer: one\ntwo"));
+    const TranscriptParagraphs paragraphs = attributedTranscript(inputs);
+    QCOMPARE(paragraphs[0].labelLength, 4);
+    QCOMPARE(paragraphs[0].labelColor, QColor(Qt::cyan));
+    QCOMPARE(paragraphs[1].labelLength, 0);
+    QCOMPARE(paragraphs[4].labelLength, 10);
+    inputs.content = TranscriptContent::translation;
+    inputs.showsMetadata = true;
+    QVERIFY2(textOf(inputs).contains("\nMe: 안녕.\n"), qPrintable(textOf(inputs)));
   }
 
   void metadataNamesTimeInputAndLanguage() {

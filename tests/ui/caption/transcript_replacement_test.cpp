@@ -32,14 +32,34 @@ class TranscriptReplacementTest final : public test::Suite {
       return text.trimmed();
     }
 
+    LineLabel label() {
+      return below(3) ? LineLabel{words(), QColor::fromHsv(below(360), 100, 255)} : LineLabel();
+    }
+
+    /// Labels of the two inputs, or none.
+    LineLabeller labeller() {
+      const LineLabel computer = label();
+      const LineLabel microphone = label();
+      return [computer, microphone](const Line& line) {
+        if (!line.input) return LineLabel();
+        return line.input == AudioInput::microphone ? microphone : computer;
+      };
+    }
+
     /// Makes a random change of the session; returns the change to report to the view.
     TranscriptChange step() {
       const int lineCount = static_cast<int>(session.lines.size());
-      switch (below(12)) {
+      // Paragraphs of a longer text get their formats later.
+      if (lineCount > 10) {
+        session = CaptionSession();
+        return {};
+      }
+      switch (below(14)) {
         case 0:
         case 1:
         case 2:
-          inputs.volatileText += u' ' + words();
+          if (inputs.drafts.empty() || below(4) == 0) inputs.drafts.push_back({"", label()});
+          inputs.drafts.back().text += u' ' + words();
           return {.lines = Lines::added};
         case 3:
         case 4:
@@ -47,7 +67,7 @@ class TranscriptReplacementTest final : public test::Suite {
             session.lines.push_back(test::lineOf(words()));
             if (below(2)) inputs.pendingTranslationIDs.insert(session.lines.back().id);
           }
-          inputs.volatileText.clear();
+          inputs.drafts.clear();
           return {.lines = Lines::added};
         case 5:
         case 6: {
@@ -73,6 +93,16 @@ class TranscriptReplacementTest final : public test::Suite {
           if (below(4) == 0) inputs.fontSize = 12 + below(10);
           if (below(4) == 0) inputs.captionStyle = !inputs.captionStyle;
           return {.lines = Lines::added};
+        case 11: {
+          Line line = test::lineOf(words());
+          line.input = below(2) ? AudioInput::computer : AudioInput::microphone;
+          const int index = below(lineCount + 1);
+          session.lines.insert(session.lines.begin() + index, line);
+          return {.lines = Lines::from, .index = index};
+        }
+        case 12:
+          inputs.labelOf = labeller();
+          return {};
         default:
           if (below(6) == 0) session = CaptionSession();
           return {.lines = below(2) ? Lines::all : Lines::added};

@@ -72,7 +72,7 @@ class TranscriptScrollingTest final : public test::Suite {
     settle();
     const auto before = stage.reading();
     stage.addLines(5);
-    stage.inputs.volatileText = "more";
+    stage.inputs.drafts = {{"more"}};
     stage.update(kAdded);
     QCOMPARE(stage.bar()->value(), 1500);
     QCOMPARE(stage.reading(), before);

@@ -31,7 +31,7 @@ class TranscriptViewTest final : public test::Suite {
   void textNeverEndsInALineBreak() {
     Stage stage;
     stage.addLines(2);
-    stage.inputs.volatileText = "draft";
+    stage.inputs.drafts = {{"draft"}};
     stage.update();
     QCOMPARE(stage.text(), QString("Line 0 of many.\nLine 1 of many.\ndraft"));
   }
@@ -72,10 +72,10 @@ class TranscriptViewTest final : public test::Suite {
     stage.update();
     stage.select(2, 8);
     const QString before = stage.text();
-    stage.inputs.volatileText = "new";
+    stage.inputs.drafts = {{"new"}};
     stage.update(kAdded);
     stage.addLines(1);
-    stage.inputs.volatileText = "newer";
+    stage.inputs.drafts = {{"newer"}};
     stage.update(kAdded);
     QCOMPARE(stage.text(), before);
     QVERIFY(stage.view.isHeld());
@@ -93,7 +93,7 @@ class TranscriptViewTest final : public test::Suite {
     QWidget* viewport = stage.view.textView().viewport();
     QTest::mousePress(viewport, Qt::LeftButton, {}, QPoint(30, 20));
     QVERIFY(stage.view.textView().isSelectingText());
-    stage.inputs.volatileText = "new";
+    stage.inputs.drafts = {{"new"}};
     stage.update(kAdded);
     QVERIFY(!stage.text().contains("new"));
     QTest::mouseRelease(viewport, Qt::LeftButton, {}, QPoint(30, 20));
@@ -108,7 +108,7 @@ class TranscriptViewTest final : public test::Suite {
     QWidget* viewport = stage.view.textView().viewport();
     QTest::mousePress(viewport, Qt::LeftButton, {}, QPoint(18, 20));
     QTest::mouseMove(viewport, QPoint(60, 20));
-    stage.inputs.volatileText = "new";
+    stage.inputs.drafts = {{"new"}};
     stage.update(kAdded);
     QTest::mouseMove(viewport, QPoint(90, 20));
     QTest::mouseRelease(viewport, Qt::LeftButton, {}, QPoint(90, 20));
@@ -137,10 +137,10 @@ class TranscriptViewTest final : public test::Suite {
   void cursorIsClampedToAShorterText() {
     Stage stage;
     stage.addLines(1);
-    stage.inputs.volatileText = "a long draft";
+    stage.inputs.drafts = {{"a long draft"}};
     stage.update();
     stage.select(28, 28);
-    stage.inputs.volatileText.clear();
+    stage.inputs.drafts.clear();
     stage.update(kAdded);
     QCOMPARE(stage.view.textView().textCursor().position(), 15);
   }
@@ -158,10 +158,10 @@ class TranscriptViewTest final : public test::Suite {
   void draftChangeEditsOnlyTheDifference() {
     Stage stage;
     stage.addLines(3);
-    stage.inputs.volatileText = "one two";
+    stage.inputs.drafts = {{"one two"}};
     stage.update();
     const QSignalSpy spy(stage.view.textView().document(), &QTextDocument::contentsChange);
-    stage.inputs.volatileText = "one two three";
+    stage.inputs.drafts = {{"one two three"}};
     stage.update(kAdded);
     QCOMPARE(spy.count(), 1);
     QCOMPARE(spy[0][1].toInt(), 0);
