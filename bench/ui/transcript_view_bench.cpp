@@ -125,8 +125,9 @@ int main(int argc, char** argv) {
   Stage stage;
 
   const auto growDraft = [&](int i) {
-    stage.inputs.volatileText =
-        i % 20 == 0 ? QStringLiteral("So") : stage.inputs.volatileText + QStringLiteral(" words");
+    std::vector<TranscriptDraft>& drafts = stage.inputs.drafts;
+    if (i % 20 == 0 || drafts.empty()) drafts = {{QStringLiteral("So")}};
+    drafts.front().text += QStringLiteral(" words");
     stage.view.update(stage.inputs, kAdded);
   };
   const auto drafts = stage.measure(600, growDraft);
@@ -138,7 +139,7 @@ int main(int argc, char** argv) {
 
   const auto lines = stage.measure(200, [&](int) {
     stage.addLine();
-    stage.inputs.volatileText.clear();
+    stage.inputs.drafts.clear();
     stage.view.update(stage.inputs, kAdded);
   });
   bench::report("transcript_line_10k_ms", quantile(lines, 0.5), "ms");
@@ -156,7 +157,7 @@ int main(int argc, char** argv) {
        {std::pair(TextEdge::outline, "transcript_draft_outlined_10k_ms"),
         std::pair(TextEdge::shadow, "transcript_draft_shaded_10k_ms")}) {
     stage.inputs.style.edge = edge;
-    stage.inputs.volatileText.clear();
+    stage.inputs.drafts.clear();
     stage.view.update(stage.inputs, kAdded);
     stage.rest();
     bench::report(figure, quantile(stage.measure(300, growDraft), 0.5), "ms");
