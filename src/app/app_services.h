@@ -70,6 +70,9 @@ struct AppServices {
   std::function<std::optional<QString>(const QString&)> askTitle = {};
   /// Asks for the right text of a line; nullopt: the user has cancelled.
   std::function<std::optional<QString>(const Line&)> askCorrection = {};
+  /// Asks for another name for a speaker, one of the second list or a new one; nullopt: the user
+  /// has cancelled or changed nothing.
+  std::function<std::optional<QString>(const QString&, const QStringList&)> askSpeaker = {};
   /// Prints a web page under a title, after asking for the printer.
   std::function<void(const QString&, const QString&)> print = {};
   /// May be null: then no session gets a title by itself.

@@ -20,6 +20,7 @@
 #include "platform/updates/update_checker.h"
 #include "settings/library_settings.h"
 #include "settings/sharing_settings.h"
+#include "ui/common/speaker_question.h"
 #include "ui/common/title_question.h"
 #include "ui/common/window_presentation.h"
 #include "ui/library/line_correction.h"
@@ -140,6 +141,7 @@ AppServices Composition::services() {
           .feed = &parts_->feed,
           .askTitle = askTitle,
           .askCorrection = askCorrection,
+          .askSpeaker = askSpeaker,
           .print = askAndPrint,
           .library = &parts_->library,
           .recordingSource =

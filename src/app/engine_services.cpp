@@ -7,6 +7,7 @@
 #include "platform/speech/built_in/built_in_punctuation.h"
 #include "platform/speech/built_in/built_in_recognizer_provider.h"
 #include "platform/speech/neural/neural_recognizer_provider.h"
+#include "platform/speech/neural/speaker_models.h"
 #include "platform/translation/linux/apertium/apertium_backend.h"
 #include "platform/translation/student/student_backend.h"
 
@@ -29,10 +30,12 @@ std::shared_ptr<const CaptionStyle> captionStyle(AppSettings& settings) {
   const auto update = [style, &settings] {
     style->numbersAsDigits = settings.numbersAsDigits();
     style->userWords = settings.userWords();
+    style->labelsSpeakers = settings.labelsSpeakers();
   };
   update();
   QObject::connect(&settings, &AppSettings::numbersAsDigitsChanged, &settings, update);
   QObject::connect(&settings, &AppSettings::userWordsChanged, &settings, update);
+  QObject::connect(&settings, &AppSettings::labelsSpeakersChanged, &settings, update);
   return style;
 }
 
@@ -79,8 +82,11 @@ EngineServices::EngineServices(PreferenceStore& preferences)
       catalogue(std::make_shared<const ModelCatalogue>(ModelCatalogue::builtIn())),
       models(*catalogue, modelStoreOptions(), clock, DownloadStore::isConnectionMetered),
       recognizerPreferences(std::make_shared<RecognizerPreferences>(&preferences)),
-      speech(recognizers(*catalogue, models, captionStyle(settings), recognizerPreferences), clock,
-             recognizerPreferences),
+      style(captionStyle(settings)),
+      speech(recognizers(*catalogue, models, style, recognizerPreferences), clock,
+             recognizerPreferences, Machine::present(),
+             std::make_shared<SpeakerModels>(catalogue, models,
+                                             NeuralRecognizerProvider::installedProgram(), style)),
       translation(
           translators(*catalogue, models), [this] { return speech.supportedLocales(); }, clock) {
   QObject::connect(&models, &DownloadStore::installed, &speech,

@@ -5,6 +5,7 @@
 #include "platform/audio/linux/pipewire_audio_platform.h"
 #include "platform/foundation/system_clock.h"
 #include "platform/models/store/download_store.h"
+#include "platform/speech/caption_style.h"
 #include "platform/speech/local_speech_platform.h"
 #include "platform/translation/local_translation_platform.h"
 #include "settings/app_settings.h"
@@ -25,6 +26,7 @@ struct EngineServices {
   std::shared_ptr<const ModelCatalogue> catalogue;
   DownloadStore models;
   std::shared_ptr<RecognizerPreferences> recognizerPreferences;
+  std::shared_ptr<const CaptionStyle> style;
   LocalSpeechPlatform speech;
   LocalTranslationPlatform translation;
 

@@ -4,6 +4,7 @@
 #include "captions/caption_view_model.h"
 #include "language/localization.h"
 #include "model/session_work.h"
+#include "model/speaker.h"
 #include "platform/desktop/file_manager.h"
 #include "platform/foundation/failure.h"
 #include "ui/common/window_presentation.h"
@@ -83,6 +84,9 @@ HistoryActions SessionLibrary::historyActions() {
   };
   actions.undoCorrection = [this](const SavedSession& saved, const Line& line) {
     if (line.original) correctLine(saved, line, *line.original);
+  };
+  actions.renameSpeaker = [this](const SavedSession& saved, const Line& line) {
+    if (line.speaker) renameSpeaker(saved, *line.speaker);
   };
   actions.saveCombined = [this](const CaptionSession& session) {
     saveCombined(session);
@@ -274,6 +278,21 @@ void SessionLibrary::correctLine(const SavedSession& saved, const Line& line, co
       library_.reload();
     } else {
       library_.correctLine(saved.url, line.id, trimmed);
+    }
+  } catch (const std::exception& error) {
+    showError(descriptionOf(error));
+  }
+}
+
+void SessionLibrary::renameSpeaker(const SavedSession& saved, const QString& speaker) {
+  const auto name = services_.askSpeaker(speaker, speakersOf(saved.session.lines));
+  if (!name) return;
+  try {
+    if (isCurrent(saved)) {
+      model_.renameSpeaker(speaker, *name);
+      library_.reload();
+    } else {
+      library_.renameSpeaker(saved.url, speaker, *name);
     }
   } catch (const std::exception& error) {
     showError(descriptionOf(error));

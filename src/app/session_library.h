@@ -70,6 +70,7 @@ class SessionLibrary final : public QObject {
   HistoryActions historyActions();
   void rename(const SavedSession& saved);
   void correctLine(const SavedSession& saved, const Line& line, const QString& text);
+  void renameSpeaker(const SavedSession& saved, const QString& speaker);
   /// Whether a listed session is the current one, which writes its file itself, with lines that are
   /// newer than the listing.
   bool isCurrent(const SavedSession& saved) const;

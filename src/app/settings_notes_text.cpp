@@ -4,6 +4,7 @@
 #include "captions/update.h"
 #include "language/localization.h"
 #include "platform/desktop/desktop_platform.h"
+#include "platform/models/installed_model.h"
 #include "platform/models/model_catalogue.h"
 #include "platform/models/model_store.h"
 #include "platform/speech/helper/ngram_file.h"
@@ -112,6 +113,10 @@ QString SettingsNotesText::unknownWords() const {
       QStringLiteral("The built-in recognizer cannot learn new words and does not know: %1")
           .arg(words),
       QStringLiteral("기본 인식기는 새 낱말을 배울 수 없으며 다음 낱말을 모릅니다: %1").arg(words));
+}
+
+bool SettingsNotesText::hasSpeakerModel() const {
+  return installedModel(*catalogue_, models_, ModelKind::speakers) != nullptr;
 }
 
 QString SettingsNotesText::download() const {

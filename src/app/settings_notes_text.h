@@ -30,6 +30,7 @@ class SettingsNotesText final : public SettingsNotes {
   QString captureHiding() const override;
   QString download() const override;
   QString unknownWords() const override;
+  bool hasSpeakerModel() const override;
 
  private:
   void findUnknownWords();

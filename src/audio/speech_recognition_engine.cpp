@@ -244,6 +244,7 @@ void SpeechRecognitionEngine::handle(const TranscriptionResult& result) {
     FinalEvent event{text, run_->sourceID, inputOf(run_->target.kind)};
     if (result.spoken)
       event.spoken = {wallTime(result.spoken->start), wallTime(result.spoken->end)};
+    event.voice = result.voice;
     Q_EMIT eventOccurred(event);
   }
 }

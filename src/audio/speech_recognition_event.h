@@ -3,6 +3,7 @@
 
 #include "model/audio_input.h"
 #include "platform/foundation/clock.h"
+#include "platform/speech/voice_print.h"
 
 #include <optional>
 #include <QString>
@@ -29,6 +30,8 @@ struct FinalEvent {
     bool operator==(const Spoken&) const = default;
   };
   std::optional<Spoken> spoken = {};
+  /// The voice that said it, if it is known.
+  std::optional<VoicePrint> voice = {};
   bool operator==(const FinalEvent&) const = default;
 };
 

@@ -3,6 +3,7 @@
 
 #include "captions/caption_view_model.h"
 #include "captions/update.h"
+#include "model/speaker.h"
 #include "settings/sharing_settings.h"
 
 namespace velun {
@@ -16,6 +17,7 @@ QString idText(const Line& line) {
 FeedLine feedLine(const Line& line) {
   FeedLine published{.id = idText(line), .text = line.text, .time = line.time};
   published.language = line.sourceLanguage.value_or(QString());
+  if (line.speaker) published.speaker = speakerName(*line.speaker);
   for (const auto& [language, text] : line.translations) {
     published.translations.insert(language, text);
   }

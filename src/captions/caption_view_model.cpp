@@ -130,10 +130,20 @@ void CaptionViewModel::correctLine(const QUuid& id, const QString& text) {
   saver_.saveIfNeeded();
 }
 
+void CaptionViewModel::renameSpeaker(const QString& from, const QString& to) {
+  const std::vector<std::size_t> changed = current_.renameSpeaker(from, to);
+  if (changed.empty()) return;
+  for (const std::size_t index : changed) saver_.lineChanged(index);
+  Q_EMIT speakersChanged();
+  Q_EMIT sessionChanged();
+  saver_.saveIfNeeded();
+}
+
 void CaptionViewModel::settingsChanged(AppSettings::Change change) {
   using Change = AppSettings::Change;
-  if (change == Change::input || change == Change::sourceLanguage) restart();
-  if (change != Change::input) updateTranslation();
+  const bool isHeardOtherwise = change == Change::input || change == Change::speakers;
+  if (isHeardOtherwise || change == Change::sourceLanguage) restart();
+  if (!isHeardOtherwise) updateTranslation();
 }
 
 void CaptionViewModel::updateTranslation() {
@@ -149,7 +159,7 @@ void CaptionViewModel::handle(const DraftEvent& event) {
 void CaptionViewModel::handle(const FinalEvent& event) {
   setVolatileText(QString());
   const std::size_t first = lines().size();
-  for (Line& line : finishedLines(event, clock_.now(), session().startedAt)) {
+  for (Line& line : finishedLines(event, clock_.now(), session().startedAt, current_.speakers())) {
     current_.append(std::move(line));
   }
   if (lines().size() > first) {

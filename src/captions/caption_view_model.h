@@ -94,6 +94,9 @@ class CaptionViewModel final : public QObject {
   void setTitle(const QString& title);
   /// Corrects a line by hand, see `Line::correct`. The file follows.
   void correctLine(const QUuid& id, const QString& text);
+  /// Renames a speaker of the session, also for lines to come, see model/speaker.h. The file
+  /// follows.
+  void renameSpeaker(const QString& from, const QString& to);
   QCoro::Task<> loadLanguages() { return languages_.load(); }
 
   /// Which texts the caption window shows.
@@ -110,6 +113,8 @@ class CaptionViewModel final : public QObject {
   void translationChanged(int index);
   /// The line at `index` was corrected. `sessionChanged` follows.
   void lineCorrected(int index);
+  /// A speaker was renamed in some lines. `sessionChanged` follows.
+  void speakersChanged();
   void volatileTextChanged();
   void statusChanged();
   void translationStatusChanged();

@@ -2,6 +2,7 @@
 #include "captions/current_session.h"
 
 #include "captions/update.h"
+#include "model/speaker.h"
 
 #include <utility>
 
@@ -50,6 +51,11 @@ std::optional<std::size_t> CurrentSession::correctLine(const QUuid& id, const QS
   session_.lines[index].correct(text);
   transcript_.lineChanged(index);
   return index;
+}
+
+std::vector<std::size_t> CurrentSession::renameSpeaker(const QString& from, const QString& to) {
+  speakers_.rename(from, to);
+  return velun::renameSpeaker(session_.lines, from, to);
 }
 
 const QSet<QUuid>& CurrentSession::pendingTranslationIDs(const QString& sourceID,

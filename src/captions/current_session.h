@@ -2,6 +2,7 @@
 #pragma once
 
 #include "captions/pending_translations.h"
+#include "captions/speaker_tracker.h"
 #include "captions/transcript_cache.h"
 #include "model/caption_session.h"
 
@@ -40,6 +41,12 @@ class CurrentSession final {
   /// Corrects a line by hand, see `Line::correct`. Returns the same.
   std::optional<std::size_t> correctLine(const QUuid& id, const QString& text);
 
+  /// Tells whose voices its lines have.
+  SpeakerTracker& speakers() { return speakers_; }
+  /// Renames a speaker in all lines, also those to come, see `renameSpeaker`. Returns the indices
+  /// of the lines that have changed.
+  std::vector<std::size_t> renameSpeaker(const QString& from, const QString& to);
+
   /// The ids of the lines spoken in the locale `sourceID` that have no text in `targetID`.
   const QSet<QUuid>& pendingTranslationIDs(const QString& sourceID, const QString& targetID) const;
   /// The same text as `CaptionSession::transcript`.
@@ -47,6 +54,7 @@ class CurrentSession final {
 
  private:
   CaptionSession session_;
+  SpeakerTracker speakers_;
   QHash<QUuid, std::size_t> indexOfLine_;
   mutable PendingTranslations pending_;
   mutable TranscriptCache transcript_;

@@ -29,14 +29,18 @@ void setTimes(std::vector<Line>& lines, const FinalEvent::Spoken& spoken, Instan
 
 }  // namespace
 
-std::vector<Line> finishedLines(const FinalEvent& event, Instant now, Instant sessionStart) {
+std::vector<Line> finishedLines(const FinalEvent& event, Instant now, Instant sessionStart,
+                                SpeakerTracker& speakers) {
   std::vector<Line> lines;
+  std::optional<QString> speaker;
+  if (event.voice) speaker = speakers.next(*event.voice);
   for (const QString& sentence : sentences(event.text, event.sourceID)) {
     Line line;
     line.time = now;
     line.text = sentence.trimmed();
     line.sourceLanguage = event.sourceID;
     line.input = event.input;
+    line.speaker = speaker;
     if (!line.text.isEmpty()) lines.push_back(std::move(line));
   }
   if (event.spoken) setTimes(lines, *event.spoken, sessionStart);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "audio/speech_recognition_event.h"
+#include "captions/speaker_tracker.h"
 #include "model/line.h"
 
 #include <vector>
@@ -10,7 +11,8 @@ namespace velun {
 
 /// The lines that a finished text becomes, one a sentence. `now` is when it was finished. The time
 /// in which the text was said is shared among its sentences by their lengths, and counted from
-/// `sessionStart`.
-std::vector<Line> finishedLines(const FinalEvent& event, Instant now, Instant sessionStart);
+/// `sessionStart`. If its voice is known, `speakers` tells whose it is.
+std::vector<Line> finishedLines(const FinalEvent& event, Instant now, Instant sessionStart,
+                                SpeakerTracker& speakers);
 
 }  // namespace velun

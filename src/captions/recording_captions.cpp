@@ -39,7 +39,7 @@ RecordingCaptions::RecordingCaptions(CaptionSession session, std::unique_ptr<Cap
 void RecordingCaptions::handle(const SpeechRecognitionEvent& event) {
   const auto* final = std::get_if<FinalEvent>(&event);
   if (!final) return;
-  std::vector<Line> lines = finishedLines(*final, clock_.now(), session_.startedAt);
+  std::vector<Line> lines = finishedLines(*final, clock_.now(), session_.startedAt, speakers_);
   for (Line& line : lines) {
     // The time at which the words are in the recording, not that at which they were recognized.
     if (line.end) line.time = session_.startedAt + *line.end;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "captions/caption_source.h"
+#include "captions/speaker_tracker.h"
 #include "model/caption_session.h"
 #include "platform/foundation/clock.h"
 #include "translation/caption_translator.h"
@@ -42,6 +43,7 @@ class RecordingCaptions final : public QObject {
   void settle();
 
   CaptionSession session_;
+  SpeakerTracker speakers_;
   std::unique_ptr<CaptionSource> source_;
   const Clock& clock_;
   CaptionTranslator translator_;

@@ -65,7 +65,7 @@ void CaptionsCommand::handle(const SpeechRecognitionEvent& event) {
 }
 
 void CaptionsCommand::take(const FinalEvent& event) {
-  std::vector<Line> lines = finishedLines(event, parts_.clock.now(), session_.startedAt);
+  std::vector<Line> lines = finishedLines(event, parts_.clock.now(), session_.startedAt, speakers_);
   std::move(lines.begin(), lines.end(), std::back_inserter(session_.lines));
   translator_.linesAppended();
   if (!translator_.isActive()) settled_ = session_.lines.size();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "captions/caption_source.h"
+#include "captions/speaker_tracker.h"
 #include "cli/line_printer.h"
 #include "cli/terminal_progress.h"
 #include "model/caption_session.h"
@@ -51,6 +52,7 @@ class CaptionsCommand final : public QObject {
 
   CaptionArguments arguments_;
   CaptionSession session_;
+  SpeakerTracker speakers_;
   std::unique_ptr<CaptionSource> source_;
   Parts parts_;
   CaptionTranslator translator_;

@@ -126,6 +126,7 @@ class JsonPrinter final : public LinePrinter {
     if (line.end) object["end"] = secondsOf(*line.end);
     if (line.sourceLanguage) object["sourceLanguage"] = *line.sourceLanguage;
     if (line.input) object["input"] = rawValue(*line.input);
+    if (line.speaker) object["speaker"] = *line.speaker;
     QJsonObject translations;
     for (const auto& [language, text] : line.translations) translations[language] = text;
     if (!translations.isEmpty()) object["translations"] = translations;

@@ -42,6 +42,8 @@ struct Line {
   std::optional<std::chrono::milliseconds> end = {};
   /// The text as it was recognized, if `text` was corrected by hand.
   std::optional<QString> original = {};
+  /// Who spoke, as an estimate by the voice (speaker.h); absent if unknown.
+  std::optional<QString> speaker = {};
 
   bool operator==(const Line&) const = default;
 

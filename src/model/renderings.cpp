@@ -2,6 +2,7 @@
 #include "model/renderings.h"
 
 #include "language/localization.h"
+#include "model/speaker.h"
 #include "platform/foundation/date_formats.h"
 
 #include <QHash>
@@ -44,8 +45,9 @@ class Rendering {
 
   QStringList blocks(const Line& line) {
     const QString timestamp = options_.showsTimes ? line.timestamp() : QString();
-    const QString prefix =
+    QString prefix =
         timestamp.isEmpty() ? QString() : QLatin1Char('[') + timestamp + QStringLiteral("] ");
+    if (line.speaker) prefix += speakerName(*line.speaker) + QStringLiteral(" · ");
     QStringList blocks;
     if (options_.content != TranscriptContent::translation) {
       blocks += source(prefix + sourceLabel(line), line.text);

@@ -2,6 +2,7 @@
 #include "model/session_table.h"
 
 #include "language/localization.h"
+#include "model/speaker.h"
 #include "platform/foundation/date_formats.h"
 
 #include <algorithm>
@@ -40,6 +41,14 @@ std::vector<Column> columns(const CaptionSession& session, const ExportOptions& 
   };
   if (options.showsTimes && std::ranges::any_of(session.lines, hasTime)) {
     result.push_back({L("Time", "시각"), &Line::timestamp});
+  }
+  const auto hasSpeaker = [](const Line& line) {
+    return line.speaker.has_value();
+  };
+  if (std::ranges::any_of(session.lines, hasSpeaker)) {
+    result.push_back({L("Speaker (estimate)", "화자(추정)"), [](const Line& line) {
+                        return line.speaker ? speakerName(*line.speaker) : QString();
+                      }});
   }
   if (options.content != TranscriptContent::translation) {
     result.push_back({originalHeading(session), &Line::text});

@@ -2,6 +2,7 @@
 #include "model/session_work.h"
 
 #include "language/localization.h"
+#include "model/speaker.h"
 
 #include <algorithm>
 #include <QLocale>
@@ -25,6 +26,16 @@ std::size_t wordCount(const QString& text) {
   return count;
 }
 
+void countSpeaker(SessionStatistics& counts, const QString& speaker) {
+  const auto found =
+      std::ranges::find(counts.speakers, speaker, [](const auto& each) { return each.first; });
+  if (found == counts.speakers.end()) {
+    counts.speakers.emplace_back(speaker, 1);
+  } else {
+    ++found->second;
+  }
+}
+
 QString countText(std::size_t count, const QString& one, const QString& several) {
   const QLocale locale(Localization::shared().locale());
   return (count == 1 ? one : several).arg(locale.toString(qulonglong(count)));
@@ -46,7 +57,9 @@ CaptionSession combined(std::vector<CaptionSession> sessions) {
   std::ranges::stable_sort(sessions, {}, &CaptionSession::startedAt);
   CaptionSession result = std::move(sessions.front());
   result.id = QUuid::createUuid();
+  int speakers = highestSpeaker(result.lines);
   for (auto session = sessions.begin() + 1; session != sessions.end(); ++session) {
+    speakers = addToNumbers(session->lines, speakers);
     const auto later =
         std::chrono::round<std::chrono::milliseconds>(session->startedAt - result.startedAt);
     for (Line& line : session->lines) {
@@ -68,6 +81,7 @@ SessionStatistics statistics(const CaptionSession& session) {
   for (const Line& line : session.lines) {
     counts.words += wordCount(line.text);
     if (!line.translatedTexts(std::nullopt).empty()) ++counts.translatedSentences;
+    if (line.speaker) countSpeaker(counts, *line.speaker);
     if (!session.endedAt && line.time) end = std::max(end, *line.time);
   }
   counts.length = std::chrono::floor<std::chrono::seconds>(
@@ -92,6 +106,10 @@ QString statisticsText(const CaptionSession& session) {
   if (counts.words >= kMinWords && counts.length >= std::chrono::minutes(1)) {
     rows += L("%1 words a minute", "분당 %1단어")
                 .arg(qRound(double(counts.words) * 60 / double(counts.length.count())));
+  }
+  for (const auto& [speaker, sentences] : counts.speakers) {
+    rows += speakerLabel(speaker) + QStringLiteral(": ") +
+            countText(sentences, L("%1 sentence", "문장 %1개"), L("%1 sentences", "문장 %1개"));
   }
   return rows.join(QLatin1Char('\n'));
 }

@@ -5,6 +5,8 @@
 
 #include <chrono>
 #include <cstddef>
+#include <QString>
+#include <utility>
 #include <vector>
 
 namespace velun {
@@ -21,6 +23,8 @@ struct SessionStatistics {
   std::size_t words = 0;
   std::size_t sentences = 0;
   std::size_t translatedSentences = 0;
+  /// How many sentences of each speaker there are, in the order of their first ones.
+  std::vector<std::pair<QString, std::size_t>> speakers;
   /// From the start to the end, or to the last line while the end is unknown.
   std::chrono::seconds length{0};
 };

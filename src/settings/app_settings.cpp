@@ -43,6 +43,7 @@ AppSettings::AppSettings(PreferenceStore* preferences, QObject* parent)
     clickThrough_ = boolean("clickThrough", clickThrough_);
     hideFromScreenSharing_ = boolean("hideFromScreenSharing", hideFromScreenSharing_);
     numbersAsDigits_ = boolean("numbersAsDigits", numbersAsDigits_);
+    labelsSpeakers_ = boolean("labelsSpeakers", labelsSpeakers_);
     userWords_ = normalizedUserWords(text("userWords", userWords_));
     followsHighContrast_ = boolean("followsHighContrast", followsHighContrast_);
     const double lines = preferences_->get<double>(QStringLiteral("captionLines")).value_or(0);
@@ -196,6 +197,12 @@ void AppSettings::setHideFromScreenSharing(bool hideFromScreenSharing) {
 
 void AppSettings::setNumbersAsDigits(bool numbersAsDigits) {
   set(numbersAsDigits_, numbersAsDigits, "numbersAsDigits", &AppSettings::numbersAsDigitsChanged);
+}
+
+void AppSettings::setLabelsSpeakers(bool labelsSpeakers) {
+  const bool differs =
+      set(labelsSpeakers_, labelsSpeakers, "labelsSpeakers", &AppSettings::labelsSpeakersChanged);
+  if (differs) Q_EMIT changed(Change::speakers);
 }
 
 void AppSettings::setPanelSet(PanelSet set) {

@@ -21,7 +21,7 @@ class AppSettings final : public QObject {
 
  public:
   /// The changes after which recognition or translation has to be set up again.
-  enum class Change { input, sourceLanguage, targetLanguage, translation };
+  enum class Change { input, sourceLanguage, targetLanguage, translation, speakers };
 
   /// Reads every value once and sets the interface language. Null keeps nothing beyond the run.
   /// `preferences` must outlive this object.
@@ -52,6 +52,8 @@ class AppSettings final : public QObject {
   bool clickThrough() const { return clickThrough_; }
   bool hideFromScreenSharing() const { return hideFromScreenSharing_; }
   bool numbersAsDigits() const { return numbersAsDigits_; }
+  /// Whether lines tell who speaks, if a speaker model is installed.
+  bool labelsSpeakers() const { return labelsSpeakers_; }
   /// Names and terms that recognizers prefer, one a line, as `normalizedUserWords` gives them.
   const QString& userWords() const { return userWords_; }
 
@@ -85,6 +87,7 @@ class AppSettings final : public QObject {
   void setClickThrough(bool clickThrough);
   void setHideFromScreenSharing(bool hideFromScreenSharing);
   void setNumbersAsDigits(bool numbersAsDigits);
+  void setLabelsSpeakers(bool labelsSpeakers);
   void setUserWords(const QString& userWords);
   void setPanelSet(PanelSet set);
   /// Changes the style of the set in use.
@@ -109,6 +112,7 @@ class AppSettings final : public QObject {
   void clickThroughChanged();
   void hideFromScreenSharingChanged();
   void numbersAsDigitsChanged();
+  void labelsSpeakersChanged();
   void userWordsChanged();
   /// The set or its style.
   void panelStyleChanged();
@@ -146,6 +150,7 @@ class AppSettings final : public QObject {
   bool clickThrough_ = false;
   bool hideFromScreenSharing_ = false;
   bool numbersAsDigits_ = true;
+  bool labelsSpeakers_ = false;
   QString userWords_;
   PanelSet panelSet_ = PanelSet::calm;
   std::array<PanelStyle, allPanelSets.size()> styles_;

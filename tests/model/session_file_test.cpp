@@ -137,6 +137,21 @@ class SessionFileTest final : public test::Suite {
     QCOMPARE(encodeSession(session), before);
   }
 
+  void aLineWithASpeakerHasOneMoreKey() {
+    CaptionSession session = test::sampleSession();
+    Line line;
+    line.text = "There is one.";
+    session.lines = {line};
+    const QByteArray before = encodeSession(session);
+    session.lines[0].speaker = "1";
+    QByteArray expected = before;
+    expected.replace("\"text\" :", "\"speaker\" : \"1\",\n      \"text\" :");
+    QCOMPARE(encodeSession(session), expected);
+    QVERIFY(decoded(expected) == session);
+    session.lines[0].speaker.reset();
+    QCOMPARE(encodeSession(session), before);
+  }
+
   void sortsTranslationKeysByCodePoint() {
     const QString astral = QString::fromUcs4(U"\U0001F600", 1);
     const QString wide = QString(QChar(0xFF21));

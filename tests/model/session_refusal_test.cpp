@@ -89,6 +89,8 @@ class SessionRefusalTest final : public test::Suite {
     row("a missing version", "schemaVersion", "schema", 1, "“schemaVersion” is missing");
     row("a missing start", "startedAt", "started", 1, "“startedAt” is missing");
     row("a missing title", "title", "titel", 1, "“title” is missing");
+    row("a speaker that is a number", "      \"text\" : \"Today",
+        "      \"speaker\" : 1,\n      \"text\" : \"Today", 19, "“speaker” is not a text");
     row("a missing line id", line, "    {\n", 15, "“id” is missing");
     row("a missing text", "\"text\" : \"Today", "\"test\" : \"Today", 15, "“text” is missing");
     row("missing translations",

@@ -71,6 +71,29 @@ class SessionWorkTest final : public test::Suite {
     QVERIFY(both.lines[0].id != both.lines[1].id);
   }
 
+  void speakersOfDifferentSessionsStayDifferent() {
+    const Instant morning{1'700'000'000s};
+    CaptionSession first = sessionAt(morning, "First", {said("One."), said("Two.")});
+    first.lines[1].speaker = "2";
+    CaptionSession later = sessionAt(morning + 1h, "Later", {said("Three."), said("Four.")});
+    later.lines[0].speaker = "1";
+    later.lines[1].speaker = "Anna";
+    const CaptionSession both = combined({first, later});
+    QVERIFY(!both.lines[0].speaker);
+    QCOMPARE(*both.lines[1].speaker, "2");
+    QCOMPARE(*both.lines[2].speaker, "3");
+    QCOMPARE(*both.lines[3].speaker, "Anna");
+  }
+
+  void statisticsCountTheSentencesOfEachSpeaker() {
+    CaptionSession session = sessionAt(Instant{1'700'000'000s}, "A",
+                                       {said("One."), said("Two."), said("Three."), said("Four.")});
+    session.lines[0].speaker = "2";
+    session.lines[2].speaker = "2";
+    session.lines[3].speaker = "Anna";
+    QVERIFY(statisticsText(session).endsWith("\nSpeaker 2?: 2 sentences\nAnna: 1 sentence"));
+  }
+
   void statisticsCountWordsSentencesAndLength() {
     CaptionSession session =
         sessionAt(Instant{1'700'000'000s}, "A",

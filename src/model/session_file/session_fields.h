@@ -50,6 +50,7 @@ inline constexpr std::tuple kLineFields{
     SessionField{"start", &Line::start},
     SessionField{"end", &Line::end},
     SessionField{"original", &Line::original},
+    SessionField{"speaker", &Line::speaker},
 };
 
 /// The positions of a table's fields in the order in which they are written: by key.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/subtitles/subtitle_cues.h"
 
+#include "model/speaker.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -81,11 +83,26 @@ SubtitleTimeline::SubtitleTimeline(Instant sessionStart, TranscriptContent conte
 std::vector<SubtitleCue> SubtitleTimeline::add(const Line& line) {
   const Span span = spanOf(line);
   said_ = span.end;
-  std::vector<SubtitleCue> added = timed(rowsOf(line, span.end - span.start), span.start, span.end);
+  const QString speaker = newSpeaker(line);
+  Line named = line;
+  if (!speaker.isEmpty()) {
+    const QString prefix = speaker + QStringLiteral(": ");
+    named.text.prepend(prefix);
+    for (auto& [language, text] : named.translations) text.prepend(prefix);
+    if (named.legacyTranslation) named.legacyTranslation->prepend(prefix);
+  }
+  std::vector<SubtitleCue> added =
+      timed(rowsOf(named, span.end - span.start), span.start, span.end);
   if (added.empty()) return {};
   std::vector<SubtitleCue> settled = settle(added.front().start);
   unsettled_ = std::move(added);
   return settled;
+}
+
+QString SubtitleTimeline::newSpeaker(const Line& line) {
+  if (!line.speaker || line.speaker == speaker_) return {};
+  speaker_ = line.speaker;
+  return speakerName(*line.speaker);
 }
 
 std::vector<SubtitleCue> SubtitleTimeline::finish() {

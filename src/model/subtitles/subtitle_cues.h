@@ -19,6 +19,8 @@ struct SubtitleCue {
 
 /// Makes the captions of a subtitle file, line by line in the order of time; none is over another.
 ///
+/// Where another speaker begins, the caption begins with the name.
+///
 /// The times are the recognizer's where a line has them. Otherwise a line ends when it was finished
 /// and began as much earlier as its words take to say; a line without any time follows the one
 /// before.
@@ -43,11 +45,15 @@ class SubtitleTimeline {
 
   Span spanOf(const Line& line) const;
   std::vector<CueRows> rowsOf(const Line& line, std::chrono::milliseconds duration) const;
+  /// Empty if it is the same as of the line before.
+  QString newSpeaker(const Line& line);
   std::vector<SubtitleCue> settle(std::chrono::milliseconds next);
 
   Instant sessionStart_;
   TranscriptContent content_;
   std::optional<QString> language_;
+  /// Of the last line whose speaker is known.
+  std::optional<QString> speaker_;
   /// The end of the last line.
   std::chrono::milliseconds said_{0};
   /// The end of the last settled caption.

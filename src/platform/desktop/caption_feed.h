@@ -18,6 +18,9 @@ struct FeedLine {
   std::optional<Instant> time = {};
   /// The locale that was spoken, such as "en_US"; may be empty.
   QString language = {};
+  /// Who spoke, as an estimate: "Speaker 1" in the interface language, or a name of the user's;
+  /// empty if unknown.
+  QString speaker = {};
   /// By language.
   QMap<QString, QString> translations = {};
 

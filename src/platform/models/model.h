@@ -13,7 +13,7 @@
 namespace velun {
 
 /// What a model is used for.
-enum class ModelKind { recognition, punctuation, translation };
+enum class ModelKind { recognition, punctuation, translation, speakers };
 
 /// How the files of a model are packed in a download.
 enum class ModelPacking {

@@ -26,6 +26,7 @@ std::optional<ModelKind> kindNamed(const QString& name) {
   if (name == "recognition") return ModelKind::recognition;
   if (name == "punctuation") return ModelKind::punctuation;
   if (name == "translation") return ModelKind::translation;
+  if (name == "speakers") return ModelKind::speakers;
   return std::nullopt;
 }
 
@@ -170,7 +171,8 @@ ModelCatalogue additionalCatalogue() {
 ModelCatalogue ModelCatalogue::builtIn() {
   loadResources();
   ModelCatalogue all = additionalCatalogue();
-  for (const char* path : {":/models/recognition.json", ":/models/translation.json"}) {
+  for (const char* path :
+       {":/models/recognition.json", ":/models/translation.json", ":/models/speakers.json"}) {
     const ModelCatalogue part = readFrom(path);
     for (const Model& model : part.models()) {
       if (!all.find(model.id)) all.models_.push_back(model);

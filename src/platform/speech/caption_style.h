@@ -10,6 +10,8 @@ namespace velun {
 /// change applies from the next result on.
 struct CaptionStyle {
   std::atomic<bool> numbersAsDigits = true;
+  /// Whether runs that start from now on tell speakers apart. Main thread.
+  bool labelsSpeakers = false;
   /// The user's names and terms, one a line. Main thread: a recognizer gets them when it is made.
   QString userWords;
 };

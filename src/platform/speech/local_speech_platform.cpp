@@ -22,11 +22,12 @@ QStringList idsOf(const std::vector<SpeechRecognizer>& recognizers) {
 
 LocalSpeechPlatform::LocalSpeechPlatform(Providers providers, Clock& clock,
                                          std::shared_ptr<const RecognizerPreferences> preferences,
-                                         Machine machine)
+                                         Machine machine, std::shared_ptr<VoiceProvider> voices)
     : providers_(std::move(providers)),
       clock_(clock),
       preferences_(std::move(preferences)),
-      machine_(machine) {
+      machine_(machine),
+      voices_(std::move(voices)) {
   connect(preferences_.get(), &RecognizerPreferences::choiceChanged, this,
           &LocalSpeechPlatform::updateChoice);
 }
@@ -109,7 +110,8 @@ std::unique_ptr<SpeechRun> LocalSpeechPlatform::start(const QString& locale,
           "다운로드하십시오."));
   }
   const QStringList ids = idsOf(recognizers);
-  auto run = std::make_unique<LocalSpeechRun>(std::move(recognizers), std::move(input), clock_);
+  auto run = std::make_unique<LocalSpeechRun>(std::move(recognizers), std::move(input), clock_,
+                                              voices_ ? voices_->makePrinter() : nullptr);
   connect(run.get(), &LocalSpeechRun::recognizerFailed, this,
           [this, locale](const QString& id) { Q_EMIT recognizerFailed(id, locale); });
   std::erase_if(runs_, [](const Running& each) { return each.run.isNull(); });

@@ -8,6 +8,7 @@
 #include "platform/speech/recognizer_provider.h"
 #include "platform/speech/speech_platform.h"
 #include "platform/speech/speech_recognizer.h"
+#include "platform/speech/voice_printer.h"
 
 #include <memory>
 #include <QObject>
@@ -25,11 +26,13 @@ class LocalSpeechPlatform final : public QObject, public SpeechPlatform {
  public:
   using Providers = std::vector<std::shared_ptr<RecognizerProvider>>;
 
-  /// `providers` from best to worst. `clock` must outlive the platform and its runs.
+  /// `providers` from best to worst. `clock` must outlive the platform and its runs. Without
+  /// `voices`, results do not tell the voice.
   LocalSpeechPlatform(Providers providers, Clock& clock,
                       std::shared_ptr<const RecognizerPreferences> preferences =
                           std::make_shared<RecognizerPreferences>(),
-                      Machine machine = Machine::present());
+                      Machine machine = Machine::present(),
+                      std::shared_ptr<VoiceProvider> voices = nullptr);
 
   QCoro::Task<QStringList> supportedLocales() override;
   std::optional<SpeechSupport> support(const QString& localeID) override;
@@ -72,6 +75,7 @@ class LocalSpeechPlatform final : public QObject, public SpeechPlatform {
   Clock& clock_;
   std::shared_ptr<const RecognizerPreferences> preferences_;
   Machine machine_;
+  std::shared_ptr<VoiceProvider> voices_;
   std::vector<Running> runs_;  ///< some may have ended
 };
 

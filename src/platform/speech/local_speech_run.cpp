@@ -20,11 +20,13 @@ constexpr double kMaxWaitForPause = 10;
 }  // namespace
 
 LocalSpeechRun::LocalSpeechRun(std::vector<SpeechRecognizer> recognizers,
-                               std::shared_ptr<SpeechInput> input, const Clock& clock)
+                               std::shared_ptr<SpeechInput> input, const Clock& clock,
+                               std::unique_ptr<VoicePrinter> voices)
     : input_(std::move(input)),
       clock_(clock),
+      voices_(std::move(voices)),
       recognizers_(std::move(recognizers)),
-      decoder_(input_, clock, isCancelled_, signals_) {
+      decoder_(input_, clock, isCancelled_, signals_, voices_.get()) {
   const std::lock_guard lock(mutex_);
   startWorker(recognizers_.front(), true);
 }
@@ -63,6 +65,7 @@ QCoro::Task<> LocalSpeechRun::cancel() {
 
 void LocalSpeechRun::requestCancel() {
   isCancelled_ = true;
+  if (voices_) voices_->cancel();
   {
     const std::lock_guard lock(mutex_);
     for (Worker& worker : workers_) cancel(worker);

@@ -35,9 +35,9 @@ class LocalSpeechRun final : public SpeechRun {
 
  public:
   /// Starts a thread with the first of `recognizers`, which are sorted from best to worst and not
-  /// empty. `clock` must outlive the run.
+  /// empty. `clock` must outlive the run. With `voices`, final results tell the voice.
   LocalSpeechRun(std::vector<SpeechRecognizer> recognizers, std::shared_ptr<SpeechInput> input,
-                 const Clock& clock);
+                 const Clock& clock, std::unique_ptr<VoicePrinter> voices = nullptr);
   /// Cancels and joins the threads.
   ~LocalSpeechRun() override;
 
@@ -113,6 +113,7 @@ class LocalSpeechRun final : public SpeechRun {
 
   std::shared_ptr<SpeechInput> input_;
   const Clock& clock_;
+  const std::unique_ptr<VoicePrinter> voices_;  ///< null if voices are not wanted
   std::atomic<bool> isCancelled_ = false;
   const RunSignals signals_{*this, isCancelled_};
   /// Operations that wait for the end. Each has one of its own, because a `OneShot` resumes only

@@ -24,6 +24,10 @@ constexpr double kMaxSilence = 1;
 constexpr double kMaxPhrase = 40;
 /// The same between phrases: the words of a phrase that has begun are shown before this.
 constexpr double kMaxOnset = 5;
+/// Seconds of speech from which a voice is described. Shorter speech says too little about it, and
+/// longer speech costs time without saying more.
+constexpr double kMinVoice = 1.5;
+constexpr double kMaxVoice = 10;
 /// Samples that are decoded again at a time.
 constexpr std::size_t kPiece = kSpeechSampleRate / 2;
 
@@ -38,11 +42,13 @@ void moveTimes(TranscriptionResult& result, double by) {
 }  // namespace
 
 SpeechDecoder::SpeechDecoder(std::shared_ptr<SpeechInput> input, const Clock& clock,
-                             const std::atomic<bool>& isCancelled, const RunSignals& runSignals)
+                             const std::atomic<bool>& isCancelled, const RunSignals& runSignals,
+                             VoicePrinter* voices)
     : input_(std::move(input)),
       clock_(clock),
       isCancelled_(isCancelled),
       signals_(runSignals),
+      voices_(voices),
       backlog_(*input_, clock) {}
 
 void SpeechDecoder::begin(RecognizerBackend& backend) {
@@ -130,6 +136,7 @@ void SpeechDecoder::deliverResults(RecognizerBackend& backend, bool withDrafts) 
     isDraftOutdated_ = false;
     if (result.isFinal) {
       result.spoken = spoken(result);
+      result.voice = voice(result);
       spokenFrom_ = result.until.value_or(audio_.end());
       audio_.removeBefore(result.until.value_or(audio_.end() - backend.undecodedSeconds()));
       hasNewFinal_ = result.until.has_value();
@@ -143,17 +150,38 @@ void SpeechDecoder::deliverResults(RecognizerBackend& backend, bool withDrafts) 
   }
 }
 
-/// By the words if the recognizer tells them, otherwise by the end of the phrase before.
-std::optional<SpokenSpan> SpeechDecoder::spoken(const TranscriptionResult& result) const {
+/// Where the words are in the run's audio: by the words if the recognizer tells them, otherwise by
+/// the end of the phrase before.
+std::optional<SpokenSpan> SpeechDecoder::audioSpan(const TranscriptionResult& result) const {
   if (!result.words.empty()) {
-    return SpokenSpan{times_.at(result.words.front().start), times_.at(result.words.back().end)};
+    return SpokenSpan{result.words.front().start, result.words.back().end};
   }
   if (!result.until || *result.until <= spokenFrom_) return std::nullopt;
   // At an ordinary speed; what is before is a pause.
   constexpr double kSecondsPerCharacter = 0.1;
   const double length = kSecondsPerCharacter * static_cast<double>(result.text.size());
-  const double from = std::max(spokenFrom_, *result.until - length);
-  return SpokenSpan{times_.at(from), times_.at(*result.until)};
+  return SpokenSpan{std::max(spokenFrom_, *result.until - length), *result.until};
+}
+
+std::optional<SpokenSpan> SpeechDecoder::spoken(const TranscriptionResult& result) const {
+  const std::optional<SpokenSpan> span = audioSpan(result);
+  if (!span) return std::nullopt;
+  return SpokenSpan{times_.at(span->start), times_.at(span->end)};
+}
+
+std::optional<VoicePrint> SpeechDecoder::voice(const TranscriptionResult& result) {
+  if (!voices_ || result.text.isEmpty()) return std::nullopt;
+  const std::optional<SpokenSpan> span = audioSpan(result);
+  if (!span || span->end - span->start < kMinVoice) return std::nullopt;
+  const double end = std::min(span->end, span->start + kMaxVoice);
+  const std::span<const float> samples = audio_.between(span->start, end);
+  if (static_cast<double>(samples.size()) < kMinVoice * kSpeechSampleRate) return std::nullopt;
+  std::optional<VoicePrint> print = voices_->print(samples);
+  if (const std::optional<QString> failure = voices_->failure()) {
+    voices_ = nullptr;
+    signals_.post(&SpeechRun::noticedBriefly, *failure);
+  }
+  return print;
 }
 
 void SpeechDecoder::finalize(RecognizerBackend& backend) {

@@ -8,6 +8,7 @@
 #include "platform/speech/source_times.h"
 #include "platform/speech/speech_input.h"
 #include "platform/speech/unfinished_audio.h"
+#include "platform/speech/voice_printer.h"
 
 #include <atomic>
 #include <memory>
@@ -19,9 +20,11 @@ namespace velun {
 /// whose words are not final is then given to the next one. One thread at a time.
 class SpeechDecoder {
  public:
-  /// `isCancelled`, `clock` and `runSignals` must outlive the decoder.
+  /// `isCancelled`, `clock`, `runSignals` and `voices` must outlive the decoder. Final results get
+  /// a voice from `voices`, which may be null.
   SpeechDecoder(std::shared_ptr<SpeechInput> input, const Clock& clock,
-                const std::atomic<bool>& isCancelled, const RunSignals& runSignals);
+                const std::atomic<bool>& isCancelled, const RunSignals& runSignals,
+                VoicePrinter* voices = nullptr);
 
   /// The first call for a loaded recognizer: decodes the audio that the one before left.
   void begin(RecognizerBackend& backend);
@@ -53,7 +56,9 @@ class SpeechDecoder {
   void acceptSilence(RecognizerBackend& backend, double now);
   void limitBacklog(const RecognizerBackend& backend);
   void deliverResults(RecognizerBackend& backend, bool withDrafts = true);
+  std::optional<SpokenSpan> audioSpan(const TranscriptionResult& result) const;
   std::optional<SpokenSpan> spoken(const TranscriptionResult& result) const;
+  std::optional<VoicePrint> voice(const TranscriptionResult& result);
   void finalize(RecognizerBackend& backend);
   void dropOutdatedDraft(const RecognizerBackend& backend);
 
@@ -61,6 +66,7 @@ class SpeechDecoder {
   const Clock& clock_;
   const std::atomic<bool>& isCancelled_;
   const RunSignals& signals_;
+  VoicePrinter* voices_;  ///< null if voices are not wanted, or not any more
   AudioBacklog backlog_;
   UnfinishedAudio audio_;
   SourceTimes times_;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/speech/voice_print.h"
+
 #include <optional>
 #include <QString>
 #include <vector>
@@ -44,6 +46,8 @@ struct TranscriptionResult {
   std::optional<double> until = {};
   /// Of a final result of a `SpeechRun`, if it is known when its words were said.
   std::optional<SpokenSpan> spoken = {};
+  /// Of a final result of a `SpeechRun`: the voice that said it, if it is known.
+  std::optional<VoicePrint> voice = {};
 
   bool operator==(const TranscriptionResult&) const = default;
 };

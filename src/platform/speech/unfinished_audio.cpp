@@ -40,6 +40,14 @@ void UnfinishedAudio::remove(std::size_t count) {
   removed_ = 0;
 }
 
+std::span<const float> UnfinishedAudio::between(double begin, double end) const {
+  const std::size_t first = begin_ + removed_;
+  const std::size_t last = first + samples().size();
+  const std::size_t from = std::clamp(samplesIn(begin), first, last);
+  const std::size_t to = std::clamp(samplesIn(end), from, last);
+  return samples().subspan(from - first, to - from);
+}
+
 double UnfinishedAudio::begin() const {
   return static_cast<double>(begin_ + removed_) / kSpeechSampleRate;
 }

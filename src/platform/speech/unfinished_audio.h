@@ -23,6 +23,8 @@ class UnfinishedAudio {
   void clear() { keepLast(0); }
 
   std::span<const float> samples() const { return std::span(samples_).subspan(removed_); }
+  /// What there is of the audio between two times, in seconds.
+  std::span<const float> between(double begin, double end) const;
   double begin() const;
   double end() const;
 

@@ -3,6 +3,7 @@
 
 #include "language/localization.h"
 #include "model/caption_session.h"
+#include "model/speaker.h"
 
 #include <QStringList>
 
@@ -47,6 +48,7 @@ void appendPending(const QString& label, TranscriptParagraphs& to) {
 
 void appendMetadata(const Line& line, TranscriptParagraphs& to) {
   QStringList parts = {line.timestamp()};
+  if (line.speaker) parts << speakerLabel(*line.speaker);
   if (line.input) parts << title(*line.input);
   if (line.sourceLanguage) parts << languageName(*line.sourceLanguage);
   if (line.original) parts << L("Corrected", "교정됨");

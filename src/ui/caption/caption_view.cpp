@@ -130,6 +130,8 @@ void CaptionView::connectToModel() {
   };
   connect(&model_, &CaptionViewModel::translationChanged, this, updateLine);
   connect(&model_, &CaptionViewModel::lineCorrected, this, updateLine);
+  connect(&model_, &CaptionViewModel::speakersChanged, this,
+          [this] { updateLater({.lines = Lines::all}); });
 }
 
 void CaptionView::updateLater(const TranscriptChange& change) {

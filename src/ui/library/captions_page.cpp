@@ -5,6 +5,7 @@
 #include "ui/library/device_chooser.h"
 #include "ui/library/language_chooser.h"
 #include "ui/library/settings_form.h"
+#include "ui/library/speakers_section.h"
 #include "ui/library/user_words_editor.h"
 
 #include <array>
@@ -51,6 +52,9 @@ void CaptionsPage::addCaptions(AudioPlatform* audio) {
   numbers_ = addToggle(&form());
   numbersNote_ = addNote(&form());
   form().addWidget(new UserWordsEditor(settings_, notes_));
+  auto* speakers = new SpeakersSection(settings_, notes_);
+  form().addWidget(speakers);
+  connect(speakers, &SpeakersSection::modelsRequested, this, &CaptionsPage::modelsRequested);
   connect(input_, &QComboBox::activated, this, [this](int index) {
     settings_.setUseMic(allAudioInputs[static_cast<std::size_t>(index)] == AudioInput::microphone);
   });

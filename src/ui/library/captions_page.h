@@ -28,6 +28,10 @@ class CaptionsPage final : public SettingsPage {
   /// The title of the page in the interface language.
   static QString title();
 
+ Q_SIGNALS:
+  /// The user wants to install a model.
+  void modelsRequested();
+
  private:
   void addCaptions(AudioPlatform* audio);
   void addWindow();

@@ -28,6 +28,8 @@ struct HistoryActions {
   std::function<void(const SavedSession&, const Line&)> correctLine;
   /// Gives a line its recognized text back.
   std::function<void(const SavedSession&, const Line&)> undoCorrection;
+  /// Asks for the name of the speaker of a line.
+  std::function<void(const SavedSession&, const Line&)> renameSpeaker;
   /// Keeps the session that several were combined to.
   std::function<void(const CaptionSession&)> saveCombined;
   std::function<void(const QList<QUrl>&)> deleteSessions;

@@ -46,6 +46,7 @@ HistoryCommands::HistoryCommands(QWidget& window)
       print(makeAction(window, QKeySequence::Print)),
       copyLine(makeAction(window, Qt::CTRL | Qt::SHIFT | Qt::Key_C)),
       correctLine(makeAction(window, Qt::CTRL | Qt::SHIFT | Qt::Key_E)),
+      renameSpeaker(makeAction(window)),
       undoCorrection(makeAction(window)) {}
 
 void HistoryCommands::translate() const {
@@ -66,6 +67,9 @@ void HistoryCommands::translate() const {
   label(print, L("Print…", "인쇄…"));
   label(copyLine, L("Copy Line", "문장 복사"));
   label(correctLine, L("Correct Line…", "문장 교정…"));
+  label(renameSpeaker, L("Name Speaker…", "화자 이름 지정…"),
+        L("The name holds for every line of this speaker in the session",
+          "이 기록에서 같은 화자의 모든 문장에 적용됩니다"));
   label(undoCorrection, L("Undo Correction", "교정 취소"));
 }
 

@@ -36,6 +36,7 @@ struct HistoryCommands {
   QAction* print;
   QAction* copyLine;
   QAction* correctLine;
+  QAction* renameSpeaker;
   QAction* undoCorrection;
 };
 

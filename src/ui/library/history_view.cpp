@@ -105,6 +105,7 @@ void HistoryView::connectCommands() {
   });
   run(commands_.copyLine, [this] { detail_->copyCurrentLine(); });
   run(commands_.correctLine, [this] { changeLine(actions_.correctLine); });
+  run(commands_.renameSpeaker, [this] { changeLine(actions_.renameSpeaker); });
   run(commands_.undoCorrection, [this] { changeLine(actions_.undoCorrection); });
 }
 
@@ -148,7 +149,8 @@ QMenu* HistoryView::makeMoreMenu() {
                     commands_.rename, commands_.combine, commands_.statistics, commands_.undo,
                     commands_.refresh});
   menu->addSeparator();
-  menu->addActions({commands_.copyLine, commands_.correctLine, commands_.undoCorrection});
+  menu->addActions({commands_.copyLine, commands_.correctLine, commands_.undoCorrection,
+                    commands_.renameSpeaker});
   menu->addSeparator();
   menu->addMenu(arrangement_);
   return menu;
@@ -191,7 +193,8 @@ QWidget* HistoryView::makeDetail() {
   pane->setBackgroundRole(QPalette::Base);
   pane->setAutoFillBackground(true);
   detail_ = new SessionDetailView(settings_, clock_, pane);
-  detail_->setLineActions({commands_.copyLine, commands_.correctLine, commands_.undoCorrection});
+  detail_->setLineActions({commands_.copyLine, commands_.correctLine, commands_.undoCorrection,
+                           commands_.renameSpeaker});
   connect(detail_, &SessionDetailView::currentLineChanged, this, &HistoryView::enableLineActions);
   nothingSelected_ = new EmptyStateView(pane);
   nothingSelected_->setObjectName(QStringLiteral("nothingSelected"));
@@ -361,6 +364,7 @@ void HistoryView::enableLineActions() {
   commands_.copyLine->setEnabled(line);
   commands_.correctLine->setEnabled(line);
   commands_.undoCorrection->setEnabled(line && line->original);
+  commands_.renameSpeaker->setEnabled(line && line->speaker);
 }
 
 void HistoryView::presentNothingSelected() {

@@ -5,6 +5,7 @@
 #include "model/file_error_text.h"
 #include "model/session_file/session_file.h"
 #include "model/session_files.h"
+#include "model/speaker.h"
 #include "platform/foundation/atomic_file.h"
 #include "platform/foundation/failure.h"
 #include "platform/foundation/file_access.h"
@@ -222,6 +223,10 @@ void HistoryViewModel::correctLine(const QUrl& url, const QUuid& line, const QSt
     const auto found = std::ranges::find(session.lines, line, &Line::id);
     if (found != session.lines.end()) found->correct(text);
   });
+}
+
+void HistoryViewModel::renameSpeaker(const QUrl& url, const QString& from, const QString& to) {
+  rewrite(url, [&](CaptionSession& session) { velun::renameSpeaker(session.lines, from, to); });
 }
 
 void HistoryViewModel::rewrite(const QUrl& url,

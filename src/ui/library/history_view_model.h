@@ -72,6 +72,8 @@ class HistoryViewModel final : public QObject {
   /// Writes a session file again with a line that is corrected by hand, see `Line::correct`. Throws
   /// `Failure`, also for transcripts of an earlier version.
   void correctLine(const QUrl& url, const QUuid& line, const QString& text);
+  /// Renames a speaker in all lines of the session, see `velun::renameSpeaker`. Throws `Failure`.
+  void renameSpeaker(const QUrl& url, const QString& from, const QString& to);
 
  Q_SIGNALS:
   void sessionsChanged();

@@ -21,6 +21,8 @@ class SettingsNotes : public QObject {
   virtual QString download() const = 0;
   /// Which of the user's names and terms the built-in recognizer cannot learn.
   virtual QString unknownWords() const = 0;
+  /// Whether a model is installed that tells speakers apart.
+  virtual bool hasSpeakerModel() const = 0;
 
  Q_SIGNALS:
   /// A note may have changed.

@@ -26,9 +26,11 @@ SettingsWindowController::SettingsWindowController(CaptionViewModel& model,
                                                    const DesktopSettings& desktop, QObject* parent)
     : QObject(parent) {
   AppSettings& settings = model.settings();
+  auto* captions = new CaptionsPage(model, notes, desktop);
+  connect(captions, &CaptionsPage::modelsRequested, this, &SettingsWindowController::showModels);
   std::vector<SettingsPages::Page> pages{
       {new GeneralPage(settings, desktop), "gearshape", &GeneralPage::title},
-      {new CaptionsPage(model, notes, desktop), "text.bubble", &CaptionsPage::title},
+      {captions, "text.bubble", &CaptionsPage::title},
       {new AppearanceView(settings), "textformat", &AppearanceView::title}};
   if (models) {
     models_ = new ModelsPage(model, *models);

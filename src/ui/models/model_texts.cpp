@@ -125,6 +125,16 @@ QStringList translationFactsText(const Model& model, std::int64_t bytes) {
   return {quality, join({download, licenceText(model)})};
 }
 
+QStringList speakerFactsText(const Model& model) {
+  QStringList languages;
+  for (const QString& each : model.languages) languages += languageName(each);
+  const QString download = L("%1 to download", "다운로드 %1").arg(sizeText(model.downloadBytes()));
+  return {L("Made with voices in: %1. Other languages work less well.",
+            "학습한 음성: %1. 다른 언어에서는 정확도가 낮습니다.")
+              .arg(languages.join(QStringLiteral(", "))),
+          join({download, licenceText(model)})};
+}
+
 QStringList builtInFactsText() {
   // docs/recognition.md, development set.
   const ModelErrors errors{

@@ -24,6 +24,9 @@ QStringList factsText(const Model& model, const QString& language, bool getsPunc
 /// what else it needs, and its licence.
 QStringList translationFactsText(const Model& model, std::int64_t bytes);
 
+/// The same for a speaker model: its languages, its size and its licence.
+QStringList speakerFactsText(const Model& model);
+
 /// The same for the built-in recognizer.
 QStringList builtInFactsText();
 

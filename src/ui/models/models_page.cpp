@@ -10,11 +10,15 @@
 namespace velun {
 
 ModelsPage::ModelsPage(CaptionViewModel& captions, const ModelServices& services)
-    : speech_(captions, services), translation_(captions, services), files_(services) {
+    : speech_(captions, services),
+      translation_(captions, services),
+      speakers_(services),
+      files_(services) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(new ModelsView({&speech_, &translation_}, files_));
-  for (const ModelList* list : std::initializer_list<ModelList*>{&speech_, &translation_}) {
+  const std::vector<ModelList*> lists = {&speech_, &translation_, &speakers_};
+  layout->addWidget(new ModelsView(lists, files_));
+  for (const ModelList* list : lists) {
     connect(list, &ModelList::licenceRequested, this,
             [this](const Model& model) { (new LicenceDialog(model, this))->open(); });
   }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ui/models/model_file_adder.h"
+#include "ui/models/speaker_model_list.h"
 #include "ui/models/speech_models.h"
 #include "ui/models/translation_models.h"
 
@@ -23,6 +24,7 @@ class ModelsPage final : public QWidget {
  private:
   SpeechModels speech_;
   TranslationModels translation_;
+  SpeakerModelList speakers_;
   ModelFileAdder files_;
 };
 

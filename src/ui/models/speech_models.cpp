@@ -33,7 +33,9 @@ SpeechModels::SpeechModels(CaptionViewModel& captions, const ModelServices& serv
   connect(&captions_, &CaptionViewModel::isRunningChanged, this, &ModelList::changed);
   connect(&services_.store, &ModelStore::stateChanged, this, [this](const QString& id) {
     const Model* model = services_.catalogue->find(id);
-    if (!model || model->kind != ModelKind::translation) Q_EMIT changed();
+    const bool isOther =
+        model && (model->kind == ModelKind::translation || model->kind == ModelKind::speakers);
+    if (!isOther) Q_EMIT changed();
   });
   connect(&services_.preferences, &RecognizerPreferences::choiceChanged, this, &ModelList::changed);
   connect(&Localization::shared(), &Localization::languageChanged, this, &ModelList::changed);

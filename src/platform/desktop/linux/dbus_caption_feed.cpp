@@ -17,6 +17,7 @@ QVariantMap details(const FeedLine& line) {
     details.insert("time", qlonglong(time.count()));
   }
   if (!line.language.isEmpty()) details.insert("language", line.language);
+  if (!line.speaker.isEmpty()) details.insert("speaker", line.speaker);
   if (!line.translations.isEmpty()) {
     details.insert("translations", QVariant::fromValue(line.translations));
   }

@@ -34,6 +34,8 @@ constexpr auto kNemo =
 constexpr auto kNemoTransducer = "pred_rnn_layers pred_hidden";
 constexpr auto kPunctuation = "COMMA PERIOD QUESTION UPPER CAP MIX_CASE";
 
+constexpr auto kSpeaker = "output_dim sample_rate normalize_samples";
+
 constexpr double kFrameSeconds = 0.01;
 
 [[noreturn]] void refuse(const QString& path, const QString& why) {
@@ -151,6 +153,16 @@ void checkPunctuationModel(const RecognizerSettings& settings) {
   if (!line.match(QString::fromUtf8(lines.first().trimmed())).hasMatch()) {
     refuse(settings.punctuationVocabulary, "it is damaged");
   }
+}
+
+void checkSpeakerModel(const RecognizerSettings& settings) {
+  const QString& path = settings.speakerModel;
+  const Metadata metadata = metadataOf(path);
+  require(metadata, kSpeaker, path);
+  const QString framework = metadata.value("framework");
+  if (framework != "wespeaker" && framework != "3d-speaker") refuse(path, "it is of another kind");
+  if (!metadata.contains("language")) refuse(path, "its metadata \"language\" is missing");
+  if (metadata.value("sample_rate") != "16000") refuse(path, "it is not for 16 kHz");
 }
 
 }  // namespace velun

@@ -21,4 +21,7 @@ ModelSteps checkRecognitionModel(const RecognizerSettings& settings);
 /// The same for the punctuation model.
 void checkPunctuationModel(const RecognizerSettings& settings);
 
+/// The same for the speaker model.
+void checkSpeakerModel(const RecognizerSettings& settings);
+
 }  // namespace velun

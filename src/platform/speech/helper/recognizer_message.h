@@ -18,6 +18,7 @@ struct RecognizerMessage {
     finalize,       ///< the reply is `settled`
     restore,        ///< words without punctuation, UTF-8; the reply is `restored`
     skip,           ///< audio was left out: ends the phrase; there is no reply
+    speech,         ///< 32-bit float samples of one voice, 16 kHz mono; the reply is `voice`
     // From the helper:
     ready = 65,
     draft,       ///< the phrase so far (result_codec.h)
@@ -29,6 +30,7 @@ struct RecognizerMessage {
     failure,     ///< the reason why the helper ends, UTF-8
     damaged,     ///< the helper ends because this file is missing or damaged, UTF-8
     unreadable,  ///< the helper ends because this file cannot be read: errno, a blank, its name
+    voice,       ///< the print of that voice, 32-bit floats; empty if it cannot be described
   };
 
   Kind kind;

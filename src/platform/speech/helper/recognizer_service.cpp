@@ -29,6 +29,12 @@ QByteArray heardBody(bool isInPhrase, std::chrono::nanoseconds duration) {
   return body.append(reinterpret_cast<const char*>(&bounded), sizeof bounded);
 }
 
+std::vector<float> samplesOf(const QByteArray& body) {
+  std::vector<float> samples(static_cast<std::size_t>(body.size()) / sizeof(float));
+  std::memcpy(samples.data(), body.constData(), samples.size() * sizeof(float));
+  return samples;
+}
+
 }  // namespace
 
 RecognizerService::RecognizerService(int input, int output, QString programFolder)
@@ -78,8 +84,7 @@ void RecognizerService::handle(const RecognizerMessage& message) {
       send(Kind::ready);
       break;
     case Kind::audio: {
-      std::vector<float> samples(static_cast<std::size_t>(message.body.size()) / sizeof(float));
-      std::memcpy(samples.data(), message.body.constData(), samples.size() * sizeof(float));
+      const std::vector<float> samples = samplesOf(message.body);
       const auto begin = std::chrono::steady_clock::now();
       recognizer().accept(samples);
       const auto duration = std::chrono::steady_clock::now() - begin;
@@ -98,6 +103,9 @@ void RecognizerService::handle(const RecognizerMessage& message) {
       break;
     case Kind::restore:
       restore(QString::fromUtf8(message.body));
+      break;
+    case Kind::speech:
+      describeVoice(samplesOf(message.body));
       break;
     default:
       throw std::runtime_error("an unknown message came");
@@ -128,6 +136,7 @@ void RecognizerService::configureSherpa(const RecognizerSettings& settings) {
       if (!settings.hasRecognizer()) throw;
     }
   }
+  if (settings.hasSpeakerModel()) speakerModel_ = std::make_unique<SpeakerModel>(library, settings);
   if (settings.hasRecognizer()) {
     if (settings.keepsContext) {
       recognizer_ = std::make_unique<SentenceRecognizer>(library, settings, punctuator_.get());
@@ -140,6 +149,13 @@ void RecognizerService::configureSherpa(const RecognizerSettings& settings) {
 void RecognizerService::restore(const QString& text) {
   const QString restored = punctuator_ ? punctuator_->punctuated(text) : text;
   send(Kind::restored, restored.toUtf8());
+}
+
+void RecognizerService::describeVoice(std::span<const float> samples) {
+  if (!speakerModel_) throw std::runtime_error("no speaker model was named");
+  const std::vector<float> print = speakerModel_->print(samples);
+  const auto bytes = static_cast<qsizetype>(print.size() * sizeof(float));
+  send(Kind::voice, QByteArray(reinterpret_cast<const char*>(print.data()), bytes));
 }
 
 void RecognizerService::sendResults() {

@@ -4,6 +4,7 @@
 #include "platform/speech/helper/punctuator.h"
 #include "platform/speech/helper/recognizer_message.h"
 #include "platform/speech/helper/recognizer_settings.h"
+#include "platform/speech/helper/speaker_model.h"
 #include "platform/speech/helper/stream_recognizer.h"
 
 #include <memory>
@@ -27,6 +28,7 @@ class RecognizerService {
   void configure(const RecognizerSettings& settings);
   void configureSherpa(const RecognizerSettings& settings);
   void restore(const QString& text);
+  void describeVoice(std::span<const float> samples);
   void sendResults();
   int fail(RecognizerMessage::Kind kind, const QByteArray& reason);
   void send(RecognizerMessage::Kind kind, const QByteArray& body = {});
@@ -36,6 +38,7 @@ class RecognizerService {
   int output_;
   QString programFolder_;
   std::unique_ptr<Punctuator> punctuator_;
+  std::unique_ptr<SpeakerModel> speakerModel_;
   std::unique_ptr<StreamRecognizer> recognizer_;
 };
 

@@ -41,6 +41,7 @@ void visit(Settings& settings, const Visitor& each) {
   each("punctuationModel", settings.punctuationModel);
   each("punctuationVocabulary", settings.punctuationVocabulary);
   each("punctuationSums", settings.punctuationSums);
+  each("speakerModel", settings.speakerModel);
 }
 
 void take(const QJsonValue& value, QString& member) {

@@ -48,9 +48,12 @@ struct RecognizerSettings {
   QString punctuationVocabulary;
   QString punctuationSums;  ///< SHA-256 of both files as in `voskModelSums`; empty: not checked
 
+  QString speakerModel;  ///< path of the speaker model; empty for none
+
   bool usesVosk() const { return !voskModel.isEmpty() || !voskArchive.isEmpty(); }
   bool hasRecognizer() const { return !tokens.isEmpty(); }
   bool hasPunctuation() const { return !punctuationModel.isEmpty(); }
+  bool hasSpeakerModel() const { return !speakerModel.isEmpty(); }
 
   QByteArray toJson() const;
   /// Missing and invalid members keep their defaults.

@@ -48,6 +48,14 @@ Library open(const QString& path) {
   find(handle, library.destroyPunctuation, "SherpaOnnxDestroyOnlinePunctuation");
   find(handle, library.addPunctuation, "SherpaOnnxOnlinePunctuationAddPunct");
   find(handle, library.freePunctuated, "SherpaOnnxOnlinePunctuationFreeText");
+  find(handle, library.createSpeakerModel, "SherpaOnnxCreateSpeakerEmbeddingExtractor");
+  find(handle, library.destroySpeakerModel, "SherpaOnnxDestroySpeakerEmbeddingExtractor");
+  find(handle, library.printSize, "SherpaOnnxSpeakerEmbeddingExtractorDim");
+  find(handle, library.createPrintStream, "SherpaOnnxSpeakerEmbeddingExtractorCreateStream");
+  find(handle, library.inputFinished, "SherpaOnnxOnlineStreamInputFinished");
+  find(handle, library.canPrint, "SherpaOnnxSpeakerEmbeddingExtractorIsReady");
+  find(handle, library.print, "SherpaOnnxSpeakerEmbeddingExtractorComputeEmbedding");
+  find(handle, library.destroyPrint, "SherpaOnnxSpeakerEmbeddingExtractorDestroyEmbedding");
   return library;
 }
 

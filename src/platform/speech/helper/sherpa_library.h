@@ -73,8 +73,16 @@ struct PunctuationConfig {
   const char* provider;
 };
 
+struct SpeakerConfig {
+  const char* model;
+  std::int32_t threads;
+  std::int32_t debug;
+  const char* provider;
+};
+
 static_assert(sizeof(ModelFiles) == 136 && sizeof(RecognizerConfig) == 272 &&
-              sizeof(Result) == 48 && sizeof(PunctuationConfig) == 32);
+              sizeof(Result) == 48 && sizeof(PunctuationConfig) == 32 &&
+              sizeof(SpeakerConfig) == 24);
 static_assert(offsetof(ModelFiles, tokens) == 48 && offsetof(ModelFiles, provider) == 64 &&
               offsetof(ModelFiles, modelType) == 80 && offsetof(ModelFiles, nemoCtc) == 120);
 static_assert(offsetof(RecognizerConfig, decodingMethod) == 144 &&
@@ -102,6 +110,14 @@ struct Library {
   void (*destroyPunctuation)(const void*);
   const char* (*addPunctuation)(const void*, const char* text);
   void (*freePunctuated)(const char*);
+  const void* (*createSpeakerModel)(const SpeakerConfig*);
+  void (*destroySpeakerModel)(const void*);
+  std::int32_t (*printSize)(const void* model);
+  const void* (*createPrintStream)(const void* model);  ///< destroyed like any stream
+  void (*inputFinished)(const void* stream);
+  std::int32_t (*canPrint)(const void* model, const void* stream);
+  const float* (*print)(const void* model, const void* stream);
+  void (*destroyPrint)(const float*);
 };
 
 /// Loads the library, which stays loaded until the process ends. Throws `std::runtime_error`.
