@@ -62,6 +62,7 @@ void RecordingSource::handle(const TranscriptionResult& result) {
     return;
   }
   FinalEvent event{text, localeID_};
+  event.voice = result.voice;
   if (result.spoken) {
     const auto at = [this](double seconds) {
       return sessionStart_ +
