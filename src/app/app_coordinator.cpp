@@ -8,6 +8,7 @@
 #include "captions/caption_publisher.h"
 #include "captions/session_titler.h"
 #include "language/localization.h"
+#include "model/speaker.h"
 #include "platform/desktop/application_service.h"
 #include "platform/desktop/desktop_platform.h"
 #include "platform/desktop/file_manager.h"
@@ -232,6 +233,14 @@ void AppCoordinator::observe() {
     startTask(this, [this] { return model_.loadLanguages(); });
   });
 
+  connect(
+      captionWindow_.get(), &CaptionWindowController::speakerNaming, this,
+      [this](const QString& speaker) {
+        const auto name = services_.askSpeaker(speaker, speakersOf(model_.lines()));
+        if (name) model_.renameSpeaker(speaker, *name);
+      },
+      // After the click, which the question would otherwise interrupt.
+      Qt::QueuedConnection);
   connect(captionWindow_.get(), &CaptionWindowController::visibilityChanged, &commands_,
           &AppCommands::refresh);
   connect(sessions_.get(), &SessionLibrary::selectionChanged, &commands_, &AppCommands::refresh);

@@ -3,7 +3,6 @@
 
 #include "language/localization.h"
 #include "model/caption_session.h"
-#include "model/speaker.h"
 
 #include <QStringList>
 
@@ -39,6 +38,7 @@ void addLabel(const LineLabel& label, std::size_t first, TranscriptParagraphs& a
   to.text.prepend(shown);
   to.labelLength = static_cast<int>(shown.size());
   to.labelColor = label.color;
+  to.labelHelp = label.help;
 }
 
 void appendPending(const QString& label, TranscriptParagraphs& to) {
@@ -48,7 +48,6 @@ void appendPending(const QString& label, TranscriptParagraphs& to) {
 
 void appendMetadata(const Line& line, TranscriptParagraphs& to) {
   QStringList parts = {line.timestamp()};
-  if (line.speaker) parts << speakerLabel(*line.speaker);
   if (line.input) parts << title(*line.input);
   if (line.sourceLanguage) parts << languageName(*line.sourceLanguage);
   if (line.original) parts << L("Corrected", "교정됨");

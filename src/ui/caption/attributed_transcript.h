@@ -23,6 +23,7 @@ struct TranscriptParagraph {
   /// The number of letters at the start of `text` that are the line's label, and their colour.
   int labelLength = 0;
   QColor labelColor = {};
+  QString labelHelp = {};
 
   bool operator==(const TranscriptParagraph&) const = default;
 };

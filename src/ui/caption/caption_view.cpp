@@ -15,6 +15,7 @@
 #include "ui/caption/panel_surface.h"
 #include "ui/caption/selectable_transcript_text_view.h"
 #include "ui/caption/smaller_recognizer_button.h"
+#include "ui/caption/speaker_labels.h"
 #include "ui/caption/text_size_gestures.h"
 #include "ui/caption/text_size_notice.h"
 #include "ui/caption/transcript_formats.h"
@@ -94,6 +95,9 @@ CaptionView::CaptionView(CaptionViewModel& model, AppCommands& commands,
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
     chrome_.setKeyboardInHeader(isVisible() && header_->isAncestorOf(now));
   });
+  connect(transcript_, &TranscriptView::labelClicked, this, &CaptionView::nameSpeakerOf);
+  connect(&transcript_->textView(), &SelectableTranscriptTextView::menuOpening, this,
+          &CaptionView::addSpeakerAction);
   connectToModel();
   updateTranscript();
   transcript_->textView().setMenuMaker([this] {
@@ -149,6 +153,10 @@ void CaptionView::updateTranscript() {
   TranscriptInputs inputs;
   inputs.session = &model_.session();
   inputs.drafts = {{model_.volatileText()}};
+  const SpeakerLabels speakers(model_.lines(), style_.background.lightness() < 128);
+  inputs.labelOf = [speakers](const Line& line) {
+    return speakers.labelOf(line);
+  };
   inputs.fontSize = model_.settings().fontSize();
   inputs.content = model_.captionContent();
   inputs.language = model_.settings().targetID();
@@ -179,6 +187,20 @@ int CaptionView::linesHeight() const {
   const int empty = emptyState_->isVisibleTo(this) ? emptyState_->sizeHint().height() : 0;
   if (statusReplacesEmptyState()) return std::max({text, empty, status});
   return std::max(text, empty) + status;
+}
+
+void CaptionView::nameSpeakerOf(std::size_t line) {
+  if (line >= model_.lines().size()) return;
+  const std::optional<QString> speaker = model_.lines()[line].speaker;
+  if (speaker) Q_EMIT speakerNaming(*speaker);
+}
+
+void CaptionView::addSpeakerAction(QMenu& menu, const QPoint& position) {
+  const auto line = transcript_->lineAt(position);
+  if (!line || *line >= model_.lines().size() || !model_.lines()[*line].speaker) return;
+  menu.addSeparator();
+  menu.addAction(L("Name Speaker…", "화자 이름 지정…"), this,
+                 [this, line = *line] { nameSpeakerOf(line); });
 }
 
 void CaptionView::jump() {

@@ -8,6 +8,8 @@
 #include <memory>
 #include <QWidget>
 
+class QMenu;
+
 namespace velun {
 
 class AppCommands;
@@ -74,6 +76,8 @@ class CaptionView final : public QWidget {
  Q_SIGNALS:
   /// What linesHeight() depends on may have changed.
   void linesHeightChanged();
+  /// The user wants to name a speaker (model/speaker.h).
+  void speakerNaming(const QString& speaker);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -90,6 +94,8 @@ class CaptionView final : public QWidget {
   void updateEmptyState();
   void updateJumpButton();
   void jump();
+  void nameSpeakerOf(std::size_t line);
+  void addSpeakerAction(QMenu& menu, const QPoint& position);
   void arrange();
   /// Whether the status is shown in the middle, in place of the empty state's texts.
   bool statusReplacesEmptyState() const;

@@ -51,6 +51,7 @@ CaptionWindowController::~CaptionWindowController() = default;
 
 void CaptionWindowController::connectToPanel() {
   connect(panel_.get(), &CaptionPanel::hoveringChanged, view_, &CaptionView::setHovering);
+  connect(view_, &CaptionView::speakerNaming, this, &CaptionWindowController::speakerNaming);
   connect(panel_.get(), &CaptionPanel::closed, this, &CaptionWindowController::hide);
   connect(&view_->header(), &CaptionHeaderView::dragRequested, panel_.get(),
           &CaptionPanel::beginMove);

@@ -86,6 +86,8 @@ class CaptionWindowController final : public QObject {
  Q_SIGNALS:
   /// `isShown` or `isSuppressed` changed.
   void visibilityChanged();
+  /// The user wants to name a speaker of the session.
+  void speakerNaming(const QString& speaker);
 
  private:
   void connectToPanel();

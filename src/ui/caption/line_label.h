@@ -13,6 +13,8 @@ struct Line;
 struct LineLabel {
   QString name;
   QColor color;
+  /// Shown under the pointer; may be empty.
+  QString help = {};
 
   bool operator==(const LineLabel&) const = default;
 };

@@ -8,6 +8,7 @@
 #include "ui/caption/transcript_layout.h"
 
 #include <algorithm>
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QHelpEvent>
 #include <QMenu>
@@ -96,7 +97,10 @@ void SelectableTranscriptTextView::positionPendingIndicators() {
 }
 
 void SelectableTranscriptTextView::mousePressEvent(QMouseEvent* event) {
-  if (event->button() == Qt::LeftButton) isSelectingText_ = true;
+  if (event->button() == Qt::LeftButton) {
+    isSelectingText_ = true;
+    pressedAt_ = event->pos();
+  }
   setHasCaret(false);
   BottomPinnedScrollView::mousePressEvent(event);
 }
@@ -109,7 +113,12 @@ void SelectableTranscriptTextView::mouseMoveEvent(QMouseEvent* event) {
 
 void SelectableTranscriptTextView::mouseReleaseEvent(QMouseEvent* event) {
   BottomPinnedScrollView::mouseReleaseEvent(event);
-  if (event->button() == Qt::LeftButton) endSelecting();
+  if (event->button() != Qt::LeftButton) return;
+  const QPoint position = event->pos();
+  const bool isClick = !hasSelection() && (position - pressedAt_).manhattanLength() <
+                                              QApplication::startDragDistance();
+  endSelecting();
+  if (isClick) Q_EMIT clicked(position);
 }
 
 void SelectableTranscriptTextView::endSelecting() {
@@ -201,6 +210,14 @@ bool SelectableTranscriptTextView::viewportEvent(QEvent* event) {
     for (const PendingIndicator* indicator : pendingIndicators_) {
       if (!indicator->geometry().contains(help->pos())) continue;
       QToolTip::showText(help->globalPos(), indicator->accessibleName(), viewport());
+      return true;
+    }
+    // The format of a cursor is that of the letter before it.
+    QTextCursor cursor = cursorForPosition(help->pos());
+    if (cursor.atBlockStart()) cursor.movePosition(QTextCursor::NextCharacter);
+    const QString toolTip = cursor.charFormat().toolTip();
+    if (!toolTip.isEmpty()) {
+      QToolTip::showText(help->globalPos(), toolTip, viewport());
       return true;
     }
   }

@@ -46,6 +46,8 @@ class SelectableTranscriptTextView final : public BottomPinnedScrollView {
   /// The selection changed or the mouse was released.
   void selectionSettled();
   void findRequested();
+  /// The left mouse button was clicked at `position` of the viewport, and selected nothing.
+  void clicked(const QPoint& position);
   /// The menu of a right click opens at `position` of the viewport; more can be added to it.
   void menuOpening(QMenu& menu, const QPoint& position);
 
@@ -73,6 +75,7 @@ class SelectableTranscriptTextView final : public BottomPinnedScrollView {
   std::vector<PendingIndicator*> pendingIndicators_;
   std::function<std::unique_ptr<QMenu>()> makeMenu_;
   bool isSelectingText_ = false;
+  QPoint pressedAt_;
 };
 
 }  // namespace velun

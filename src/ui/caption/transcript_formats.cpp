@@ -136,6 +136,7 @@ QTextCharFormat TranscriptFormats::labelFormat(const TranscriptParagraph& paragr
   QTextCharFormat format = charFormat(paragraph.style);
   format.setForeground(paragraph.labelColor);
   format.setFontWeight(QFont::Bold);
+  if (!paragraph.labelHelp.isEmpty()) format.setToolTip(paragraph.labelHelp);
   return format;
 }
 

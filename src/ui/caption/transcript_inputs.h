@@ -35,7 +35,7 @@ struct TranscriptInputs {
   TranscriptContent content = TranscriptContent::both;
   /// The language of the translations to show; nullopt shows all.
   std::optional<QString> language;
-  /// Shows each line's time, speaker, input and language above it, and an empty line after it.
+  /// Shows each line's time, input and language above it, and an empty line after it.
   bool showsMetadata = false;
   /// Keeps the newest text in view.
   bool followsLatest = false;

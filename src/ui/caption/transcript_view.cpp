@@ -43,6 +43,7 @@ TranscriptView::TranscriptView(QWidget* parent)
   connect(bar, &QScrollBar::rangeChanged, this, &TranscriptView::updateBottom);
   connect(textView_.get(), &SelectableTranscriptTextView::selectionSettled, this,
           &TranscriptView::applyHeldChange);
+  connect(textView_.get(), &SelectableTranscriptTextView::clicked, this, &TranscriptView::clickAt);
   connect(textView_.get(), &SelectableTranscriptTextView::findRequested, this,
           &TranscriptView::openFindBar);
   connect(&document_.text(), &QTextDocument::contentsChange, this, [this] {
@@ -168,6 +169,25 @@ std::optional<std::size_t> TranscriptView::lineAtCursor() const {
   const int start = cursor.selectionStart();
   const std::size_t line = lineOfBlock(document_.text().findBlock(start).blockNumber());
   return line < lineSizes_.size() ? std::optional(line) : std::nullopt;
+}
+
+std::optional<std::size_t> TranscriptView::lineAt(const QPoint& position) const {
+  const std::size_t line = lineOfBlock(textView_->cursorForPosition(position).blockNumber());
+  return line < lineSizes_.size() ? std::optional(line) : std::nullopt;
+}
+
+std::optional<std::size_t> TranscriptView::labelAt(const QPoint& position) const {
+  const QTextCursor cursor = textView_->cursorForPosition(position);
+  const auto block = static_cast<std::size_t>(cursor.blockNumber());
+  const TranscriptParagraphs& shown = document_.shown();
+  if (block >= shown.size() || cursor.positionInBlock() >= shown[block].labelLength) {
+    return std::nullopt;
+  }
+  return lineAt(position);
+}
+
+void TranscriptView::clickAt(const QPoint& position) {
+  if (const auto line = labelAt(position)) Q_EMIT labelClicked(*line);
 }
 
 TranscriptView::Replacement TranscriptView::makeReplacement(std::size_t firstLine,

@@ -41,6 +41,9 @@ class TranscriptView final : public QWidget {
   /// The index of the line in which the cursor is; nullopt in the draft.
   std::optional<std::size_t> lineAtCursor() const;
 
+  /// The index of the line at a position of the text view; nullopt in the draft.
+  std::optional<std::size_t> lineAt(const QPoint& position) const;
+
   /// Opens the bar that searches the transcript.
   void openFindBar();
 
@@ -56,6 +59,8 @@ class TranscriptView final : public QWidget {
   /// Emitted from the event loop, never during layout.
   void atBottomChanged(bool atBottom);
   void isHeldChanged(bool isHeld);
+  /// The label of the line at `index` was clicked.
+  void labelClicked(std::size_t index);
 
  protected:
   void changeEvent(QEvent* event) override;
@@ -93,6 +98,9 @@ class TranscriptView final : public QWidget {
   void replaceSizes(const Replacement& replacement);
   std::size_t paragraphsBefore(std::size_t line) const;
   std::size_t lineOfBlock(int block) const;
+  /// The line whose label is at a position of the text view; nullopt if there is none.
+  std::optional<std::size_t> labelAt(const QPoint& position) const;
+  void clickAt(const QPoint& position);
   void clearSelectionInPlace();
   void putCursorAt(int location);
   void scrollOnJump();

@@ -196,6 +196,8 @@ QWidget* HistoryView::makeDetail() {
   detail_->setLineActions({commands_.copyLine, commands_.correctLine, commands_.undoCorrection,
                            commands_.renameSpeaker});
   connect(detail_, &SessionDetailView::currentLineChanged, this, &HistoryView::enableLineActions);
+  connect(detail_, &SessionDetailView::labelClicked, commands_.renameSpeaker, &QAction::trigger,
+          Qt::QueuedConnection);
   nothingSelected_ = new EmptyStateView(pane);
   nothingSelected_->setObjectName(QStringLiteral("nothingSelected"));
   auto* column = new QVBoxLayout(pane);

@@ -6,6 +6,7 @@
 #include "model/session_store.h"
 #include "ui/caption/copy_transcript_button.h"
 #include "ui/caption/selectable_transcript_text_view.h"
+#include "ui/caption/speaker_labels.h"
 #include "ui/caption/text_size_gestures.h"
 #include "ui/caption/text_size_notice.h"
 #include "ui/caption/transcript_view.h"
@@ -102,6 +103,7 @@ SessionDetailView::SessionDetailView(AppSettings& settings, Clock& clock, QWidge
   connect(table_, &BilingualView::currentLineChanged, this, &SessionDetailView::currentLineChanged);
   connect(&transcript_->textView(), &SelectableTranscriptTextView::menuOpening, this,
           &SessionDetailView::addLineActions);
+  connect(transcript_, &TranscriptView::labelClicked, this, &SessionDetailView::labelClicked);
   connect(&settings_, &AppSettings::fontSizeChanged, this, &SessionDetailView::present);
   connect(&Localization::shared(), &Localization::languageChanged, this,
           &SessionDetailView::translate);
@@ -239,6 +241,13 @@ void SessionDetailView::present() {
   inputs.content = content_;
   inputs.language = language_;
   inputs.showsMetadata = true;
+  if (session_) {
+    const bool isOnDark = palette().color(QPalette::Base).lightness() < 128;
+    inputs.labelOf = [speakers =
+                          SpeakerLabels(session_->session.lines, isOnDark)](const Line& line) {
+      return speakers.labelOf(line);
+    };
+  }
   transcript_->update(inputs);
   table_->show(
       isSideBySide_ && session_ ? sessionTable(session_->session, tableOptions()) : SessionTable(),

@@ -68,6 +68,8 @@ class SessionDetailView final : public QWidget {
  Q_SIGNALS:
   /// The cursor may be in another line.
   void currentLineChanged();
+  /// The speaker of the current line was clicked.
+  void labelClicked();
 
  protected:
   void resizeEvent(QResizeEvent* event) override;

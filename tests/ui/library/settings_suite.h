@@ -25,11 +25,13 @@ struct ScriptedNotes final : SettingsNotes {
   QString captureHiding() const override { return hiding; }
   QString download() const override { return downloading; }
   QString unknownWords() const override { return unknown; }
+  bool hasSpeakerModel() const override { return hasSpeakers; }
 
   bool hides = true;
   QString hiding;
   QString downloading;
   QString unknown;
+  bool hasSpeakers = false;
 };
 
 /// Tests of the settings window, without the page of models.
