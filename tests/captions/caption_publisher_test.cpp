@@ -19,6 +19,7 @@ class RecordedFeed final : public CaptionFeed {
   void addLine(const FeedLine& line) override {
     heard.append("line " + line.text + " " + line.language);
     ids.append(line.id);
+    speakers.append(line.speaker);
   }
   void addTranslation(const QString& id, const QString& language, const QString& text) override {
     heard.append(QStringLiteral("translation %1 %2 %3").arg(ids.indexOf(id)).arg(language, text));
@@ -29,6 +30,7 @@ class RecordedFeed final : public CaptionFeed {
 
   QStringList heard;
   QStringList ids;
+  QStringList speakers;
 
  private:
   void record(const char* what, State state) {
@@ -72,6 +74,20 @@ class CaptionPublisherTest final : public test::Suite {
     QCOMPARE(feed.take().last(), "state stopped");
     sharing.setOffersCaptions(false);
     QCOMPARE(feed.take(), QStringList({"close"}));
+  }
+
+  void aLineTellsItsSpeakerIfItIsKnown() {
+    test::ModelFixture f;
+    SharingSettings sharing;
+    RecordedFeed feed;
+    const CaptionPublisher publisher(*f.model, sharing, feed);
+    sharing.setOffersCaptions(true);
+    f.start();
+    FinalEvent event{"Hello.", "en_US"};
+    f.recognizer->emitEvent(event);
+    event.voice = VoicePrint{.values = {1}, .seconds = 4};
+    f.recognizer->emitEvent(event);
+    QCOMPARE(feed.speakers, QStringList({"", "Speaker 1"}));
   }
 
   void earlierLinesAreNotPublished() {

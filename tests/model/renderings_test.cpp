@@ -59,6 +59,22 @@ class RenderingsTest final : public test::Suite {
   Q_OBJECT
 
  private Q_SLOTS:
+  void aKnownSpeakerStandsBeforeTheLanguage() {
+    Line line;
+    line.text = "Hello.";
+    line.sourceLanguage = "en_US";
+    line.speaker = "1";
+    const QString text =
+        exported(sessionOf(line), SessionFormat::text, TranscriptContent::original);
+    QVERIFY2(text.contains("\nSpeaker 1 · Original · English (United States)\nHello."),
+             qUtf8Printable(text));
+    line.speaker = "Anna";
+    const QString markdown =
+        exported(sessionOf(line), SessionFormat::markdown, TranscriptContent::original);
+    QVERIFY2(markdown.contains("### Anna · Original · English (United States)\n"),
+             qUtf8Printable(markdown));
+  }
+
   void initTestCase() { test::setTimeZone("Asia/Seoul"); }
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 

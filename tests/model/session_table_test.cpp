@@ -46,6 +46,15 @@ class SessionTableTest final : public test::Suite {
     QCOMPARE(table.rows[1], QStringList({"", "A \\ and a <b>.", "", ""}));
   }
 
+  void knownSpeakersHaveAColumn() {
+    CaptionSession session = sample();
+    session.lines[0].speaker = "2";
+    const SessionTable table = sessionTable(session, {});
+    QCOMPARE(table.headings[1], QString("Speaker (estimate)"));
+    QCOMPARE(table.rows[0][1], QString("Speaker 2"));
+    QCOMPARE(table.rows[1][1], QString());
+  }
+
   void optionsChooseTheColumns() {
     QCOMPARE(sessionTable(sample(), {.language = "ko", .showsTimes = false}).headings,
              QStringList({"English (United States)", "Korean"}));

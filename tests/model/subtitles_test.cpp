@@ -70,6 +70,29 @@ class SubtitlesTest final : public test::Suite {
   Q_OBJECT
 
  private Q_SLOTS:
+  void aCaptionBeginsWithANewSpeaker() {
+    std::vector<Line> lines = {said("Good morning.", 0s, 2s), said("Hello.", 3s, 5s),
+                               said("And you?", 6s, 8s), said("Yes.", 9s, 10s),
+                               said("Well.", 11s, 13s)};
+    lines[0].speaker = lines[1].speaker = "1";
+    lines[2].speaker = "Anna";
+    lines[4].speaker = "Anna";
+    const std::vector<SubtitleCue> cues = cuesOf(lines);
+    QStringList shown;
+    for (const SubtitleCue& cue : cues) shown += cue.rows.join(" / ");
+    QCOMPARE(shown, QStringList(
+                        {"Speaker 1: Good morning.", "Hello.", "Anna: And you?", "Yes.", "Well."}));
+  }
+
+  void aTranslatedCaptionHasTheSpeakerToo() {
+    Line line = said("Good morning.", 0s, 2s);
+    line.speaker = "1";
+    line.translations["es"] = "Buenos días.";
+    const std::vector<SubtitleCue> cues = cuesOf({line}, TranscriptContent::both, "es");
+    QCOMPARE(cues.size(), std::size_t(1));
+    QCOMPARE(cues[0].rows, QStringList({"Speaker 1: Good morning.", "Speaker 1: Buenos días."}));
+  }
+
   void aShortTextIsOneRow() {
     QCOMPARE(texts(breakIntoCues("Welcome  back\nto the show.", 2, 1)),
              QStringList("Welcome back to the show."));

@@ -51,6 +51,31 @@ class CaptionViewTest final : public test::Suite {
     QVERIFY(!qobject_cast<CaptionMenu*>(elsewhere.textView().contextMenu().get()));
   }
 
+  void aSpeakerIsShownAndNamedByAClickOnTheLabel() {
+    PanelStage stage;
+    stage.start();
+    FinalEvent event{"Good morning.", "en_US"};
+    event.voice = VoicePrint{.values = {1}, .seconds = 4};
+    stage.recognizer->emitEvent(event);
+    stage.final("Yes.");
+    QCOMPARE(shown(stage), QString("Speaker 1?: Good morning.\nYes."));
+    const QSignalSpy namings(stage.view, &CaptionView::speakerNaming);
+    SelectableTranscriptTextView& view = stage.view->transcript().textView();
+    const auto click = [&view](const QString& text) {
+      QTextCursor cursor = view.document()->find(text);
+      cursor.setPosition(cursor.selectionStart() + 2);
+      QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, view.cursorRect(cursor).center());
+    };
+    click("morning");
+    click("Yes");
+    QCOMPARE(namings.count(), 0);
+    click("Speaker");
+    QCOMPARE(namings.count(), 1);
+    QCOMPARE(namings[0][0].toString(), QString("1"));
+    stage.model->renameSpeaker("1", "Anna");
+    QCOMPARE(shown(stage), QString("Anna: Good morning.\nYes."));
+  }
+
   void transcriptFollowsTheModel() {
     PanelStage stage;
     stage.start();

@@ -49,6 +49,27 @@ class CaptionsPageTest final : public test::SettingsSuite {
     QCOMPARE(settings_->targetID(), QString("es"));
   }
 
+  void speakersNeedAModel() {
+    auto* toggle = named<QCheckBox>("Show who speaks");
+    QVERIFY(!toggle->isEnabled());
+    QVERIFY(!toggle->accessibleDescription().isEmpty());
+    auto* install = named<QPushButton>("Install a Speaker Model…");
+    QVERIFY(install->isVisibleTo(install->window()));
+    notes_.hasSpeakers = true;
+    Q_EMIT notes_.changed();
+    QVERIFY(toggle->isEnabled() && !toggle->isChecked());
+    QVERIFY(!install->isVisibleTo(install->window()));
+    toggle->click();
+    QVERIFY(settings_->labelsSpeakers());
+    QVERIFY(AppSettings(preferences_.get()).labelsSpeakers());
+    // Without the model it can still be turned off.
+    notes_.hasSpeakers = false;
+    Q_EMIT notes_.changed();
+    QVERIFY(toggle->isEnabled());
+    toggle->click();
+    QVERIFY(!settings_->labelsSpeakers() && !toggle->isEnabled());
+  }
+
   void languagesThatAreReadyComeFirst() {
     translation_.bytes = {{"de", 17'000'000}};
     loadLists();

@@ -42,6 +42,36 @@ class HistoryLinesTest final : public test::HistoryViewSuite {
     QCOMPARE(QGuiApplication::clipboard()->text(), QString("Two heir.\n번역"));
   }
 
+  void theSpeakerOfALineIsNamedByTheMenuOrAClick() {
+    const QUrl url = showTwoLines();
+    QVERIFY(!action("Name Speaker…")->isEnabled());
+    CaptionSession session = saved(url);
+    session.lines[0].speaker = session.lines[1].speaker = "1";
+    QFile::remove(url.toLocalFile());
+    const QUrl spoken = write(session);
+    reload();
+    library_->select(spoken);
+    QVERIFY(transcript().contains("Speaker 1?: Two heir."));
+    speaker_ = "Anna";
+    putCursorAt("heir.");
+    action("Name Speaker…")->trigger();
+    QCOMPARE(*saved(spoken).lines[0].speaker, QString("Anna"));
+    QCOMPARE(*saved(spoken).lines[1].speaker, QString("Anna"));
+    QVERIFY(transcript().contains("Anna: Two heir."));
+    speaker_ = "Berta";
+    auto& view = detail()->transcript().textView();
+    QTextCursor label = view.document()->find("Anna: Their");
+    label.setPosition(label.selectionStart() + 2);
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, view.cursorRect(label).center());
+    QTRY_COMPARE(*saved(spoken).lines[1].speaker, QString("Berta"));
+    QTextCursor words = view.document()->find("Their");
+    words.setPosition(words.selectionEnd());
+    speaker_ = "Nobody";
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, view.cursorRect(words).center());
+    QCoreApplication::processEvents();
+    QCOMPARE(*saved(spoken).lines[1].speaker, QString("Berta"));
+  }
+
   void aLineIsCorrectedAndTheOriginalKept() {
     const QUrl url = showTwoLines();
     correction_ = "Two here.";

@@ -41,6 +41,8 @@ class HistoryViewSuite : public Suite {
   QString printed_;
   /// The text that a correction gives a line.
   QString correction_;
+  /// The name that is given to speakers.
+  QString speaker_;
 
   /// Writes a session that started `daysAgo` days ago.
   QUrl write(const QString& title, int daysAgo, const QString& text,
@@ -141,6 +143,9 @@ class HistoryViewSuite : public Suite {
     };
     actions.undoCorrection = [this](const SavedSession& saved, const Line& line) {
       library_->correctLine(saved.url, line.id, line.original.value_or(line.text));
+    };
+    actions.renameSpeaker = [this](const SavedSession& saved, const Line& line) {
+      library_->renameSpeaker(saved.url, *line.speaker, speaker_);
     };
     view_ = std::make_unique<HistoryView>(*library_, *settings_, actions, clock_);
     view_->resize(960, 620);

@@ -121,6 +121,7 @@ class SettingsSuite : public Suite {
     notes_.hiding.clear();
     notes_.downloading.clear();
     notes_.unknown.clear();
+    notes_.hasSpeakers = false;
     open();
   }
   void cleanup() {

@@ -46,10 +46,16 @@ inline ModelCatalogue someModels() {
   return ModelCatalogue({big, small, other, french, speechModel("korean", "ko_KR", 90), marks});
 }
 
+inline Model speakerModel(const QString& id) {
+  Model model = speechModel(id, "en_US", 28);
+  model.kind = ModelKind::speakers;
+  return model;
+}
+
 /// The page "Languages & Models" over a scripted store. Its models for English are "big-en", which
 /// writes punctuation, and "small-en" and "other-en", which need "marks-en" for it.
 struct ModelsPageStage : ModelsFixture {
-  ModelsPageStage() : ModelsFixture(someModels()) {}
+  explicit ModelsPageStage(const ModelCatalogue& models = someModels()) : ModelsFixture(models) {}
 
   void open() {
     QTRY_VERIFY(!captions.locales().isEmpty());

@@ -43,6 +43,27 @@ class ModelsPageTest final : public test::Suite {
     QCOMPARE(stage.shows("No language found"), found.isEmpty());
   }
 
+  void speakerModelsHaveAHeadingOfTheirOwn() {
+    std::vector<Model> models = test::someModels().models();
+    models.push_back(test::speakerModel("voices"));
+    test::ModelsPageStage stage{ModelCatalogue(models)};
+    stage.open();
+    QVERIFY(stage.shows("Speakers"));
+    QCOMPARE(stage.languages().last(), QString("Tell Speakers Apart"));
+    stage.button("Tell Speakers Apart")->click();
+    QVERIFY(stage.shows("VOICES"));
+    QVERIFY(stage.shows("28 MB to download · License: Apache-2.0"));
+    stage.search("speakers");
+    QCOMPARE(stage.languages(), QStringList("Tell Speakers Apart"));
+    stage.press("Install, VOICES");
+    QVERIFY(stage.store.state(stage.model("voices")).isBusy());
+    stage.store.setInstalled(stage.model("voices"));
+    Q_EMIT stage.store.stateChanged("voices");
+    QCoreApplication::processEvents();
+    QVERIFY(stage.shows("Uses VOICES"));
+    QVERIFY(stage.button("Remove…, VOICES"));
+  }
+
   void currentLanguageShowsItsModels() {
     test::ModelsPageStage stage;
     stage.open();
