@@ -15,6 +15,7 @@ namespace {
 struct Column {
   QString heading;
   std::function<QString(const Line&)> text;
+  bool isNarrow = false;
 };
 
 QString originalHeading(const CaptionSession& session) {
@@ -40,15 +41,16 @@ std::vector<Column> columns(const CaptionSession& session, const ExportOptions& 
     return !line.timestamp().isEmpty();
   };
   if (options.showsTimes && std::ranges::any_of(session.lines, hasTime)) {
-    result.push_back({L("Time", "시각"), &Line::timestamp});
+    result.push_back({L("Time", "시각"), &Line::timestamp, true});
   }
   const auto hasSpeaker = [](const Line& line) {
     return line.speaker.has_value();
   };
   if (std::ranges::any_of(session.lines, hasSpeaker)) {
-    result.push_back({L("Speaker (estimate)", "화자(추정)"), [](const Line& line) {
-                        return line.speaker ? speakerName(*line.speaker) : QString();
-                      }});
+    result.push_back(
+        {L("Speaker (estimate)", "화자(추정)"),
+         [](const Line& line) { return line.speaker ? speakerName(*line.speaker) : QString(); },
+         true});
   }
   if (options.content != TranscriptContent::translation) {
     result.push_back({originalHeading(session), &Line::text});
@@ -112,7 +114,10 @@ QString started(const CaptionSession& session) {
 SessionTable sessionTable(const CaptionSession& session, const ExportOptions& options) {
   const std::vector<Column> shown = columns(session, options);
   SessionTable table;
-  for (const Column& column : shown) table.headings += column.heading;
+  for (const Column& column : shown) {
+    table.headings += column.heading;
+    if (column.isNarrow) ++table.narrowColumns;
+  }
   table.rows.reserve(session.lines.size());
   for (const Line& line : session.lines) {
     QStringList row;

@@ -14,9 +14,12 @@ struct SessionTable {
   QStringList headings;
   /// One text a column; empty where there is none.
   std::vector<QStringList> rows;
+  /// How many columns at the beginning have short texts: the time and the speaker.
+  int narrowColumns = 0;
 };
 
-/// The columns are the time, the original and each translation, as far as the options want them.
+/// The columns are the time, the speaker if one is known, the original and each translation, as far
+/// as the options want them.
 /// The format and the lines of the options do not matter.
 SessionTable sessionTable(const CaptionSession& session, const ExportOptions& options);
 

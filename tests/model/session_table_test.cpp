@@ -53,6 +53,7 @@ class SessionTableTest final : public test::Suite {
     QCOMPARE(table.headings[1], QString("Speaker (estimate)"));
     QCOMPARE(table.rows[0][1], QString("Speaker 2"));
     QCOMPARE(table.rows[1][1], QString());
+    QCOMPARE(table.narrowColumns, 2);
   }
 
   void optionsChooseTheColumns() {

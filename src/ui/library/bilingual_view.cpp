@@ -95,11 +95,13 @@ void BilingualView::show(SessionTable table, double fontSize) {
   setAccessibleName(L("Original and Translations", "원문과 번역"));
   copy_->setText(L("Copy", "복사"));
   verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() + kCellMargin);
-  const bool hasTimes = !table.headings.isEmpty() && table.headings[0] == L("Time", "시각");
+  const int narrow = table.narrowColumns;
   rows_.show(std::move(table));
   QHeaderView* header = horizontalHeader();
   header->setSectionResizeMode(QHeaderView::Stretch);
-  if (hasTimes) header->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+  for (int column = 0; column < narrow; ++column) {
+    header->setSectionResizeMode(column, QHeaderView::ResizeToContents);
+  }
   if (isSame && current.isValid()) goTo(current.row());
   fitVisibleRows();
 }

@@ -43,11 +43,11 @@ void SpeakersSection::present() {
   explainToggle(
       toggle_, note_,
       hasModel
-          ? L("Numbers the speakers by their voices, for sentences of a second and a half or "
-              "more. This is an estimate: about one line in six can have the wrong speaker. "
-              "Click a name to change it.",
-              "1.5초 이상의 문장에 목소리로 화자 번호를 붙입니다. 추정이므로 여섯 줄 가운데 한 "
-              "줄쯤은 틀릴 수 있습니다. 이름을 클릭하면 바꿀 수 있습니다.")
+          ? L("Numbers the speakers by their voices, in sentences of a second and a half or more. "
+              "This is an estimate and can be wrong. Click a number to give it a name.",
+              "1.5초 이상의 문장에 목소리에 따라 화자 번호를 붙입니다. 추정이므로 틀릴 수 "
+              "있습니다. "
+              "번호를 클릭하면 이름을 지정할 수 있습니다.")
           : L("This needs a speaker model, which is not installed.",
               "화자 모델이 필요하지만 설치되어 있지 않습니다."));
   nameControl(install_, L("Install a Speaker Model…", "화자 모델 설치…"));
