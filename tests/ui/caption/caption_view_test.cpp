@@ -20,6 +20,7 @@
 #include <qpa/qplatformaccessibility.h>
 #include <qpa/qplatformintegration.h>
 #include <QScrollBar>
+#include <QSignalSpy>
 
 using namespace velun;
 using test::PanelStage;

@@ -55,13 +55,13 @@ class ModelsPageTest final : public test::Suite {
     QVERIFY(stage.shows("28 MB to download · License: Apache-2.0"));
     stage.search("speakers");
     QCOMPARE(stage.languages(), QStringList("Tell Speakers Apart"));
-    stage.press("Install, VOICES");
+    stage.press("Install: VOICES");
     QVERIFY(stage.store.state(stage.model("voices")).isBusy());
     stage.store.setInstalled(stage.model("voices"));
     Q_EMIT stage.store.stateChanged("voices");
     QCoreApplication::processEvents();
     QVERIFY(stage.shows("Uses VOICES"));
-    QVERIFY(stage.button("Remove…, VOICES"));
+    QVERIFY(stage.button("Remove…: VOICES"));
   }
 
   void currentLanguageShowsItsModels() {
