@@ -55,11 +55,11 @@ class CaptionsPageTest final : public test::SettingsSuite {
     QVERIFY(!toggle->isEnabled());
     QVERIFY(!toggle->accessibleDescription().isEmpty());
     auto* install = named<QPushButton>("Install a Speaker Model…");
-    QVERIFY(install->isVisibleTo(install->window()));
+    QVERIFY(!install->isHidden());
     notes_.hasSpeakers = true;
     Q_EMIT notes_.changed();
     QVERIFY(toggle->isEnabled() && !toggle->isChecked());
-    QVERIFY(!install->isVisibleTo(install->window()));
+    QVERIFY(install->isHidden());
     toggle->click();
     QVERIFY(settings_->labelsSpeakers());
     QVERIFY(AppSettings(preferences_.get()).labelsSpeakers());

@@ -119,7 +119,8 @@ class HistoryLinesTest final : public test::HistoryViewSuite {
     Q_EMIT view.menuOpening(menu, view.cursorRect(first).center());
     QStringList offered;
     for (const QAction* each : menu.actions()) offered.append(each->text());
-    QCOMPARE(offered, QStringList({"", "Copy Line", "Correct Line…", "Undo Correction"}));
+    QCOMPARE(offered,
+             QStringList({"", "Copy Line", "Correct Line…", "Undo Correction", "Name Speaker…"}));
     QCOMPARE(detail()->currentLine()->text, QString("Their is one."));
   }
 };

@@ -56,11 +56,10 @@ class ModelsPageTest final : public test::Suite {
     stage.search("speakers");
     QCOMPARE(stage.languages(), QStringList("Tell Speakers Apart"));
     stage.press("Install: VOICES");
-    QVERIFY(stage.store.state(stage.model("voices")).isBusy());
+    QCOMPARE(stage.store.asked, QStringList("voices"));
     stage.store.setInstalled(stage.model("voices"));
     Q_EMIT stage.store.stateChanged("voices");
     QCoreApplication::processEvents();
-    QVERIFY(stage.shows("Uses VOICES"));
     QVERIFY(stage.button("Remove…: VOICES"));
   }
 
