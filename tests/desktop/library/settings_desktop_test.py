@@ -41,6 +41,9 @@ PAGES = {
         ("label", "Names and Terms"),
         ("label", "Captions prefer these words where they sound alike. The list stays on this "
                   "computer and applies from the next start of captions."),
+        ("check box", "Show who speaks"),
+        ("label", "This needs a speaker model, which is not installed."),
+        ("push button", "Install a Speaker Model…"),
         ("label", "Caption Window"),
         ("label", "Font Size"),
         ("check box", "Keep caption window on top"),
