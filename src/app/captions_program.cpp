@@ -130,7 +130,7 @@ int caption(EngineServices& services, const CaptionArguments& arguments, const Q
   const auto printer = makeLinePrinter(arguments, stdout, session.startedAt);
   auto source = makeSource(services, arguments, localeID, session.startedAt);
   CaptionsCommand command(arguments, localeID, std::move(session), std::move(source),
-                          {services.translation, services.clock, *printer, stderr});
+                          {services.translation, services.clock, *printer, stdout, stderr});
   TerminationSignals signals;
   QObject::connect(&signals, &TerminationSignals::received, &command, &CaptionsCommand::interrupt);
   QObject::connect(&command, &CaptionsCommand::finished, qApp,

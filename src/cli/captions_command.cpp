@@ -2,7 +2,10 @@
 #include "cli/captions_command.h"
 
 #include "captions/finished_lines.h"
+#include "language/localization.h"
+#include "model/file_error_text.h"
 
+#include <cerrno>
 #include <utility>
 
 namespace velun {
@@ -75,7 +78,7 @@ void CaptionsCommand::take(const FinalEvent& event) {
 void CaptionsCommand::printSettledLines() {
   if (printed_ < settled_) progress_.erase();
   for (; printed_ < settled_; ++printed_) parts_.printer.line(session_.lines[printed_]);
-  finishIfComplete();
+  if (!endIfUnwritten()) finishIfComplete();
 }
 
 void CaptionsCommand::sourceEnded(const std::optional<QString>& error) {
@@ -91,7 +94,17 @@ void CaptionsCommand::finishIfComplete() {
   if (!hasEnded_ || printed_ < session_.lines.size()) return;
   progress_.erase();
   parts_.printer.finish();
-  Q_EMIT finished(status_);
+  if (!endIfUnwritten()) Q_EMIT finished(status_);
+}
+
+bool CaptionsCommand::endIfUnwritten() {
+  const int code = errno;
+  if (std::ferror(parts_.lines) == 0) return false;
+  if (std::exchange(isUnwritten_, true)) return true;
+  say(fileErrorText(
+      FileError(FileError::Operation::write, code, L("standard output", "표준 출력"))));
+  Q_EMIT finished(kFailed);
+  return true;
 }
 
 void CaptionsCommand::say(const QString& message) {

@@ -21,11 +21,13 @@ class CaptionsCommand final : public QObject {
   /// The process's exit statuses.
   enum Status { kDone = 0, kFailed = 1, kUsage = 2, kInterrupted = 130 };
 
-  /// What a run works with; all must outlive it. Errors and progress go to `messages`.
+  /// What a run works with; all must outlive it. The printer writes to `lines`; errors and progress
+  /// go to `messages`.
   struct Parts {
     TranslationPlatform& translation;
     const Clock& clock;
     LinePrinter& printer;
+    std::FILE* lines;
     std::FILE* messages;
   };
 
@@ -48,6 +50,9 @@ class CaptionsCommand final : public QObject {
   void printSettledLines();
   void sourceEnded(const std::optional<QString>& error);
   void finishIfComplete();
+  /// Ends the run if a line could not be written: nobody gets the ones that would follow. Returns
+  /// whether it has ended.
+  bool endIfUnwritten();
   void say(const QString& message);
 
   CaptionArguments arguments_;
@@ -63,6 +68,7 @@ class CaptionsCommand final : public QObject {
   std::size_t settled_ = 0;
   bool hasEnded_ = false;
   bool isInterrupted_ = false;
+  bool isUnwritten_ = false;
   int status_ = kDone;
   std::optional<QString> shownStatus_;
 };

@@ -23,11 +23,12 @@ class CaptionsCommandTest final : public test::Suite {
   test::ScriptedSource* source_ = nullptr;
   std::vector<int> finished_;
 
-  void start(const CaptionArguments& arguments = {}) {
+  void start(const CaptionArguments& arguments = {}, std::FILE* lines = nullptr) {
     translation_ = std::make_unique<test::ScriptedTranslationPlatform>();
     out_ = std::make_unique<test::WrittenFile>();
     messages_ = std::make_unique<test::WrittenFile>();
-    printer_ = makeLinePrinter(arguments, out_->file(), clock_.now());
+    if (!lines) lines = out_->file();
+    printer_ = makeLinePrinter(arguments, lines, clock_.now());
     auto source = std::make_unique<test::ScriptedSource>();
     source_ = source.get();
     CaptionSession session;
@@ -35,7 +36,7 @@ class CaptionsCommandTest final : public test::Suite {
     finished_.clear();
     command_ = std::make_unique<CaptionsCommand>(
         arguments, "en_US", session, std::move(source),
-        CaptionsCommand::Parts{*translation_, clock_, *printer_, messages_->file()});
+        CaptionsCommand::Parts{*translation_, clock_, *printer_, lines, messages_->file()});
     connect(command_.get(), &CaptionsCommand::finished, this,
             [this](int status) { finished_.push_back(status); });
     command_->start();
@@ -101,6 +102,21 @@ class CaptionsCommandTest final : public test::Suite {
     command_->interrupt();
     command_->interrupt();
     QCOMPARE(finished_, std::vector<int>{CaptionsCommand::kInterrupted});
+  }
+
+  void aFullDiskEndsTheRun() {
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> full(std::fopen("/dev/full", "w"),
+                                                               &std::fclose);
+    QVERIFY(full);
+    start({.recording = "talk.mp3"}, full.get());
+    source_->say("One.");
+    QCOMPARE(finished_, std::vector<int>{CaptionsCommand::kFailed});
+    // It is said once, and the status stays.
+    source_->say("Two.");
+    Q_EMIT source_->ended({});
+    QCOMPARE(finished_, std::vector<int>{CaptionsCommand::kFailed});
+    QCOMPARE(messages_->text(),
+             QString("velun: There is not enough disk space to write “standard output”.\n"));
   }
 
   void aRecordingsTimesAreShared() {

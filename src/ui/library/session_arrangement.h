@@ -14,7 +14,8 @@ enum class SessionOrder { newestFirst, oldestFirst, title, longestFirst };
 /// The days on which a session may have begun; the periods include today.
 enum class SessionPeriod { any, today, last7Days, last30Days, thisYear };
 
-/// In which order saved sessions are listed, and which of them.
+/// In which order saved sessions are listed, and which of them. Not kept for the next run, in which
+/// sessions that are left out would look lost.
 struct SessionArrangement {
   SessionOrder order = SessionOrder::newestFirst;
   SessionPeriod period = SessionPeriod::any;

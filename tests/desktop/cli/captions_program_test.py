@@ -15,6 +15,9 @@ from speech import say
 EXECUTABLE = os.environ["VELUN_PROGRAM"]
 SENTENCE = "thank you for your time"
 SAID = "Thank you for your time."
+# The superuser reads every file, so the program runs without that right.
+WITHOUT_PRIVILEGE = (["setpriv", "--bounding-set=-dac_override,-dac_read_search"]
+                     if os.geteuid() == 0 else [])
 
 
 class CaptionsProgram(unittest.TestCase):
@@ -37,8 +40,8 @@ class CaptionsProgram(unittest.TestCase):
         return {name: value for name, value in self.desktop.environment.items()
                 if name not in ("DISPLAY", "WAYLAND_DISPLAY")}
 
-    def run_captions(self, *arguments, **options):
-        return subprocess.run([EXECUTABLE, "captions", *map(str, arguments)], check=False,
+    def run_captions(self, *arguments, prefix=(), **options):
+        return subprocess.run([*prefix, EXECUTABLE, "captions", *map(str, arguments)], check=False,
                               capture_output=True, env=self.environment(), timeout=120, **options)
 
     def captions(self, *arguments, **options):
@@ -72,6 +75,16 @@ class CaptionsProgram(unittest.TestCase):
                 done = self.run_captions(root / name)
                 self.assertEqual((done.returncode, done.stdout), (1, b""))
                 self.assertEqual(done.stderr.decode(), f"velun: {text}\n")
+
+    def test_a_file_that_the_user_may_not_read_is_refused(self):
+        secret = self.desktop.root / "secret.wav"
+        secret.write_bytes(self.clip.read_bytes())
+        self.assertEqual(self.run_captions(secret, prefix=WITHOUT_PRIVILEGE).returncode, 0)
+        secret.chmod(0)
+        done = self.run_captions(secret, prefix=WITHOUT_PRIVILEGE)
+        self.assertEqual((done.returncode, done.stdout), (1, b""))
+        self.assertEqual(done.stderr.decode(),
+                         "velun: You don’t have permission to read “secret.wav”.\n")
 
     def test_subtitles_have_the_times_of_the_words(self):
         first, second = srt.parse(self.captions("-f", "srt", self.recording))
