@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <chrono>
 #include <exception>
+#include <iterator>
+#include <numeric>
 #include <utility>
 
 namespace velun {
@@ -28,6 +30,8 @@ constexpr double kMaxOnset = 5;
 /// longer speech costs time without saying more.
 constexpr double kMinVoice = 1.5;
 constexpr double kMaxVoice = 10;
+/// Seconds between two words in which the speaker may have changed.
+constexpr double kMinTurnPause = 0.4;
 /// Samples that are decoded again at a time.
 constexpr std::size_t kPiece = kSpeechSampleRate / 2;
 
@@ -169,6 +173,29 @@ std::optional<SpokenSpan> SpeechDecoder::spoken(const TranscriptionResult& resul
   return SpokenSpan{times_.at(span->start), times_.at(span->end)};
 }
 
+/// Whether the voices before and after the first pause differ. Such a result has no voice of its
+/// own, and would be given to the wrong speaker.
+bool SpeechDecoder::hasTwoVoices(const TranscriptionResult& result) {
+  const auto pause = std::ranges::adjacent_find(
+      result.words, [](const RecognizedWord& word, const RecognizedWord& next) {
+        return next.start - word.end >= kMinTurnPause;
+      });
+  if (pause == result.words.end()) return false;
+  const RecognizedWord& next = *std::next(pause);
+  const auto before = audio_.between(result.words.front().start, pause->end);
+  const auto after = audio_.between(next.start, result.words.back().end);
+  const auto isLong = [](std::span<const float> part) {
+    return static_cast<double>(part.size()) >= kMinVoice * kSpeechSampleRate;
+  };
+  if (!isLong(before) || !isLong(after)) return false;
+  const std::optional<VoicePrint> first = voices_->print(before);
+  const std::optional<VoicePrint> second = voices_->print(after);
+  if (!first || !second) return false;
+  const double cosine =
+      std::inner_product(first->values.begin(), first->values.end(), second->values.begin(), 0.0);
+  return cosine < first->limits.different;
+}
+
 std::optional<VoicePrint> SpeechDecoder::voice(const TranscriptionResult& result) {
   if (!voices_ || result.text.isEmpty()) return std::nullopt;
   const std::optional<SpokenSpan> span = audioSpan(result);
@@ -177,6 +204,7 @@ std::optional<VoicePrint> SpeechDecoder::voice(const TranscriptionResult& result
   const std::span<const float> samples = audio_.between(span->start, end);
   if (static_cast<double>(samples.size()) < kMinVoice * kSpeechSampleRate) return std::nullopt;
   std::optional<VoicePrint> print = voices_->print(samples);
+  if (print && hasTwoVoices(result)) print.reset();
   if (const std::optional<QString> failure = voices_->failure()) {
     voices_ = nullptr;
     signals_.post(&SpeechRun::noticedBriefly, *failure);

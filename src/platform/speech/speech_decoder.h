@@ -59,6 +59,7 @@ class SpeechDecoder {
   std::optional<SpokenSpan> audioSpan(const TranscriptionResult& result) const;
   std::optional<SpokenSpan> spoken(const TranscriptionResult& result) const;
   std::optional<VoicePrint> voice(const TranscriptionResult& result);
+  bool hasTwoVoices(const TranscriptionResult& result);
   void finalize(RecognizerBackend& backend);
   void dropOutdatedDraft(const RecognizerBackend& backend);
 

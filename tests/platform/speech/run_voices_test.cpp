@@ -10,9 +10,11 @@ using namespace velun;
 
 namespace {
 
-/// Hears one word from 0.5 s after the beginning of the audio until 0.5 s before its end.
+/// Hears one word from 0.5 s after the beginning of the audio until 0.5 s before its end; with
+/// `hasPause` two, with half a second between them in the middle.
 class OneWordBackend final : public RecognizerBackend {
  public:
+  explicit OneWordBackend(bool hasPause) : hasPause_(hasPause) {}
   void acceptAudio(std::span<const float> samples) override {
     seconds_ += static_cast<double>(samples.size()) / kSpeechSampleRate;
     results_.push_back({"word", false});
@@ -20,12 +22,18 @@ class OneWordBackend final : public RecognizerBackend {
   std::vector<TranscriptionResult> poll() override { return std::exchange(results_, {}); }
   void finalize() override {
     results_.push_back({"word", true, {{"word", begin_ + 0.5, seconds_ - 0.5}}});
+    if (hasPause_) {
+      const double middle = (begin_ + seconds_) / 2;
+      results_.back().words = {{"one", begin_ + 0.5, middle - 0.25},
+                               {"two", middle + 0.25, seconds_ - 0.5}};
+    }
     results_.back().until = seconds_;
     begin_ = seconds_;
   }
   void cancel() override {}
 
  private:
+  const bool hasPause_;
   std::vector<TranscriptionResult> results_;
   double begin_ = 0;
   double seconds_ = 0;
@@ -35,6 +43,7 @@ struct VoiceScript {
   std::vector<std::vector<float>> asked;  ///< read after the end of a run
   std::optional<QString> failure;
   std::atomic<bool> isCancelled = false;
+  std::atomic<bool> hasTwo = false;
 };
 
 class ScriptedVoices final : public VoicePrinter {
@@ -43,7 +52,9 @@ class ScriptedVoices final : public VoicePrinter {
   std::optional<VoicePrint> print(std::span<const float> samples) override {
     script_->asked.emplace_back(samples.begin(), samples.end());
     if (script_->failure) return std::nullopt;
-    return VoicePrint{.values = {1}, .seconds = 2};
+    // The second half of the first eight seconds is another voice, if there are two.
+    const bool isSecond = script_->hasTwo && samples.front() > 0.008F;
+    return VoicePrint{.values = {isSecond ? 0.0F : 1.0F, isSecond ? 1.0F : 0.0F}, .seconds = 2};
   }
   std::optional<QString> failure() const override { return script_->failure; }
   void cancel() override { script_->isCancelled = true; }
@@ -56,8 +67,8 @@ struct Fixture {
   void start() {
     run = std::make_unique<LocalSpeechRun>(
         std::vector<SpeechRecognizer>{{"only", "Only",
-                                       [] {
-                                         return std::make_unique<OneWordBackend>();
+                                       [hasPause = hasPause] {
+                                         return std::make_unique<OneWordBackend>(hasPause);
                                        }}},
         input, clock, std::make_unique<ScriptedVoices>(script));
     QObject::connect(run.get(), &SpeechRun::resultReady, [this](const TranscriptionResult& result) {
@@ -82,6 +93,7 @@ struct Fixture {
   std::vector<std::optional<VoicePrint>> voices;
   QStringList notices;
   int said = 0;
+  bool hasPause = false;
 };
 
 }  // namespace
@@ -126,6 +138,20 @@ class RunVoicesTest final : public test::Suite {
     QCOMPARE(f.script->asked.size(), std::size_t(1));
     QCOMPARE(f.script->asked[0].size(), std::size_t(10 * kSpeechSampleRate));
     QCOMPARE(f.script->asked[0].front(), 0.002F);
+  }
+
+  void twoVoicesInOneResultAreNone() {
+    for (const bool hasTwo : {false, true}) {
+      Fixture f;
+      f.hasPause = true;
+      f.script->hasTwo = hasTwo;
+      f.start();
+      f.say(16);
+      test::await(f.run->cancel());
+      QCOMPARE(f.voices.size(), std::size_t(1));
+      QCOMPARE(f.voices[0].has_value(), !hasTwo);
+      QCOMPARE(f.script->asked.size(), std::size_t(3));
+    }
   }
 
   void aFailureIsToldOnceAndCaptionsGoOn() {
