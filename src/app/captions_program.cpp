@@ -117,7 +117,7 @@ std::unique_ptr<CaptionSource> makeSource(EngineServices& services,
   }
   const QString path = arguments.recording == QLatin1String("-") ? RecordingStream::standardInput()
                                                                  : *arguments.recording;
-  return services.makeRecordingSource(path, localeID, start);
+  return services.makeRecordingSource(path, localeID, start, arguments.showsDrafts);
 }
 
 int caption(EngineServices& services, const CaptionArguments& arguments, const QString& localeID) {

@@ -146,7 +146,7 @@ AppServices Composition::services() {
           .library = &parts_->library,
           .recordingSource =
               [this](const QString& path, const QString& localeID, Instant start) {
-                return parts_->engine.makeRecordingSource(path, localeID, start);
+                return parts_->engine.makeRecordingSource(path, localeID, start, false);
               },
           .credits = credits(*parts_->engine.catalogue)};
 }

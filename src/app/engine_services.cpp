@@ -102,9 +102,9 @@ EngineServices::EngineServices(PreferenceStore& preferences)
 
 std::unique_ptr<CaptionSource> EngineServices::makeRecordingSource(const QString& path,
                                                                    const QString& localeID,
-                                                                   Instant start) {
+                                                                   Instant start, bool withDrafts) {
   const QString decoder = QCoreApplication::applicationDirPath() + QStringLiteral("/velun-decoder");
-  return std::make_unique<RecordingSource>(speech, decoder, path, localeID, start);
+  return std::make_unique<RecordingSource>(speech, decoder, path, localeID, start, withDrafts);
 }
 
 }  // namespace velun

@@ -30,10 +30,10 @@ struct EngineServices {
   LocalSpeechPlatform speech;
   LocalTranslationPlatform translation;
 
-  /// The captions of the recording at `path`, which begins at `start`; not started. The services
-  /// must outlive the source.
+  /// The captions of the recording at `path`, which begins at `start`; not started. Without drafts
+  /// they come faster. The services must outlive the source.
   std::unique_ptr<CaptionSource> makeRecordingSource(const QString& path, const QString& localeID,
-                                                     Instant start);
+                                                     Instant start, bool withDrafts);
 };
 
 }  // namespace velun

@@ -10,12 +10,14 @@
 namespace velun {
 
 RecordingSource::RecordingSource(SpeechPlatform& speech, QString decoder, QString path,
-                                 QString localeID, Instant sessionStart)
+                                 QString localeID, Instant sessionStart, bool withDrafts)
     : speech_(speech),
       decoder_(std::move(decoder)),
       path_(std::move(path)),
       localeID_(std::move(localeID)),
-      sessionStart_(sessionStart) {}
+      sessionStart_(sessionStart),
+      input_(std::make_shared<SpeechInput>(withDrafts ? SpeechInput::Kind::live
+                                                      : SpeechInput::Kind::recorded)) {}
 
 RecordingSource::~RecordingSource() = default;
 

@@ -13,9 +13,10 @@ class RecordingSource final : public CaptionSource {
 
  public:
   /// `decoder` is the installed velun-decoder; `sessionStart` is the time from which the times of
-  /// the events are counted. `speech` must outlive the source.
+  /// the events are counted. Without drafts, captions come faster. `speech` must outlive the
+  /// source.
   RecordingSource(SpeechPlatform& speech, QString decoder, QString path, QString localeID,
-                  Instant sessionStart);
+                  Instant sessionStart, bool withDrafts);
   ~RecordingSource() override;
 
   void start() override;
@@ -31,7 +32,7 @@ class RecordingSource final : public CaptionSource {
   QString path_;
   QString localeID_;
   Instant sessionStart_;
-  std::shared_ptr<SpeechInput> input_ = std::make_shared<SpeechInput>();
+  std::shared_ptr<SpeechInput> input_;
   std::unique_ptr<SpeechRun> run_;
   std::unique_ptr<RecordingFeed> feed_;
   std::optional<double> duration_;

@@ -176,6 +176,7 @@ LocalSpeechRun::Step LocalSpeechRun::run(Worker& worker, const SpeechRecognizer&
   try {
     backend = recognizer.factory();
     setBackend(worker, backend.get());
+    if (input_->isRecorded()) backend->expectRecording();
     backend->load();
   } catch (const std::exception& failure) {
     return failedToLoad(worker, recognizer, descriptionOf(failure));

@@ -18,7 +18,11 @@ class RecognizerBackend {
  public:
   virtual ~RecognizerBackend() = default;
 
-  /// The first call: does the slow part of the initialization, which `cancel` must be able to end.
+  /// The audio is that of a recording: drafts are not wanted, and final results may come later than
+  /// those of live audio. Before `load`.
+  virtual void expectRecording() {}
+
+  /// Does the slow part of the initialization, which `cancel` must be able to end.
   virtual void load() {}
 
   /// What the user should know about the captions to come, localized. Known after `load`; may

@@ -26,6 +26,8 @@ constexpr double kMaxSilence = 1;
 constexpr double kMaxPhrase = 40;
 /// The same between phrases: the words of a phrase that has begun are shown before this.
 constexpr double kMaxOnset = 5;
+/// The same of a recording, of which several phrases are decoded at once.
+constexpr double kMaxRecorded = 240;
 /// Seconds of speech from which a voice is described. Shorter speech says too little about it, and
 /// longer speech costs time without saying more.
 constexpr double kMinVoice = 1.5;
@@ -112,7 +114,9 @@ void SpeechDecoder::accept(RecognizerBackend& backend, const SpeechSamples& inpu
   const double begin = audio_.end();
   audio_.add(input.samples);
   times_.add(begin, audio_.end(), input.heardUntil);
-  audio_.keepLast(draft_.text.isEmpty() ? kMaxOnset : kMaxPhrase);
+  audio_.keepLast(input_->isRecorded()    ? kMaxRecorded
+                  : draft_.text.isEmpty() ? kMaxOnset
+                                          : kMaxPhrase);
   backend.acceptAudio(input.samples);
 }
 

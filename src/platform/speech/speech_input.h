@@ -27,6 +27,16 @@ struct SpeechSamples {
 /// The queue of audio from the feeder (capture thread) to the recognizer (decode thread).
 class SpeechInput {
  public:
+  enum class Kind {
+    live,
+    /// Of a recording whose drafts nobody wants: its words may come late, but soon all of them.
+    recorded,
+  };
+
+  explicit SpeechInput(Kind kind = Kind::live) : kind_(kind) {}
+
+  bool isRecorded() const { return kind_ == Kind::recorded; }
+
   /// Beyond this, in seconds, the oldest audio is dropped: a recognizer that takes nothing for so
   /// long hangs.
   static constexpr double kMaxPendingSeconds = 120;
@@ -74,6 +84,7 @@ class SpeechInput {
   bool isWorthWaking() const { return !inputs_.empty() || isFinished_ || isInterrupted_; }
   std::optional<SpeechSamples> takeFirst();
 
+  const Kind kind_;
   mutable std::mutex mutex_;
   std::condition_variable changed_;
   std::condition_variable taken_;

@@ -269,6 +269,38 @@ class BuiltInRecognizerTest final : public test::Suite {
     QVERIFY(std::any_of(results_.begin(), results_.end(), isCut) && !results_.back().isCut);
   }
 
+  /// Of which several phrases are heard at once.
+  void recordingHasTheSameWordsWithoutDrafts() {
+    std::vector<float> samples;
+    for (const char* number : {"0870", "0880", "0890", "0880"}) {
+      const std::vector<float> pause = silence(1.5);
+      const std::vector<float> phrase = clip(number);
+      samples.insert(samples.end(), phrase.begin(), phrase.end());
+      samples.insert(samples.end(), pause.begin(), pause.end());
+    }
+    accept(samples);
+    recognizer_->finalize();
+    collect();
+    QVERIFY(finals_.size() >= 4);
+    const std::unique_ptr<RecognizerBackend> recorded =
+        BuiltInRecognizerProvider(builtInFiles()).factory("en_US")();
+    recorded->expectRecording();
+    recorded->load();
+    recorded->acceptAudio(samples);
+    recorded->finalize();
+    const std::vector<TranscriptionResult> results = recorded->poll();
+    QStringList texts;
+    double last = 0;
+    for (const TranscriptionResult& result : results) {
+      QVERIFY(result.isFinal);
+      QVERIFY(result.words.front().start >= last);
+      last = result.words.back().end;
+      texts << result.text;
+    }
+    QCOMPARE(texts, finals_);
+    QVERIFY(!recorded->expectsResults());
+  }
+
   void cancelInterruptsAHearing() {
     const auto recognizer = BuiltInRecognizerProvider(builtInFiles()).factory("en_US")();
     recognizer->load();

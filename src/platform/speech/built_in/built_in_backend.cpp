@@ -48,6 +48,12 @@ std::vector<TranscriptionResult> BuiltInBackend::poll() {
 
 void BuiltInBackend::takeResults() {
   for (const TranscriptionResult& heard : helper_.poll()) {
+    // Of a recording, the phrase before a pause and the one after it may come together.
+    const std::optional<double> unfinished = writer_.unfinishedUntil();
+    if (unfinished && !heard.words.empty() &&
+        heard.words.front().start > *unfinished + kSentencePause) {
+      finishSentence();
+    }
     for (TranscriptionResult& result : writer_.write(heard)) add(std::move(result));
   }
 }

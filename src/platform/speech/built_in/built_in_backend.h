@@ -19,6 +19,7 @@ class BuiltInBackend final : public RecognizerBackend {
                  std::shared_ptr<const CaptionStyle> style = std::make_shared<CaptionStyle>(),
                  DecodingSpeed::Report report = {});
 
+  void expectRecording() override { helper_.expectRecording(); }
   void load() override;
   std::optional<QString> notice() const override;
   void acceptAudio(std::span<const float> samples) override;

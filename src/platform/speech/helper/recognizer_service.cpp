@@ -3,6 +3,7 @@
 
 #include "platform/speech/helper/file_sums.h"
 #include "platform/speech/helper/phrase_recognizer.h"
+#include "platform/speech/helper/recording_recognizer.h"
 #include "platform/speech/helper/result_codec.h"
 #include "platform/speech/helper/sentence_recognizer.h"
 #include "platform/speech/helper/streaming_recognizer.h"
@@ -115,7 +116,11 @@ void RecognizerService::handle(const RecognizerMessage& message) {
 void RecognizerService::configure(const RecognizerSettings& settings) {
   if (settings.usesVosk()) {
     const vosk::Library& library = vosk::load(settings.voskLibrary);
-    recognizer_ = std::make_unique<PhraseRecognizer>(library, settings);
+    if (settings.isRecording) {
+      recognizer_ = std::make_unique<RecordingRecognizer>(library, settings);
+    } else {
+      recognizer_ = std::make_unique<PhraseRecognizer>(library, settings);
+    }
   } else {
     configureSherpa(settings);
   }

@@ -37,6 +37,7 @@ void visit(Settings& settings, const Visitor& each) {
   each("featureDimension", settings.featureDimension);
   each("minimumLibrary", settings.minimumLibrary);
   each("threads", settings.threads);
+  each("isRecording", settings.isRecording);
   each("userWords", settings.userWords);
   each("punctuationModel", settings.punctuationModel);
   each("punctuationVocabulary", settings.punctuationVocabulary);

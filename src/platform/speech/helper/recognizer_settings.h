@@ -39,6 +39,9 @@ struct RecognizerSettings {
   QString minimumLibrary;        ///< version of sherpa-onnx that the model needs; empty: any
   int threads = 1;               ///< at most the number of cores
 
+  /// The audio is that of a recording: no drafts are wanted, and every core may be used.
+  bool isRecording = false;
+
   /// Names and terms of the user, one a line, which are preferred where the recognizer can do that;
   /// empty: none.
   QString userWords;

@@ -48,7 +48,7 @@ double meanConfidence(const HeardWords& words) {
 
 VoskDecoder::VoskDecoder(const vosk::Library& library, const RecognizerSettings& settings)
     : library_(library),
-      model_(nullptr, library.destroyModel),
+      model_(std::make_shared<Model>(library.destroyModel)),
       recognizer_(nullptr, library.destroyRecognizer) {
   if (!settings.voskArchive.isEmpty()) {
     const ModelArchive archive(settings.voskArchive, settings.voskArchiveSum.toLatin1());
@@ -59,22 +59,32 @@ VoskDecoder::VoskDecoder(const vosk::Library& library, const RecognizerSettings&
   }
 }
 
+VoskDecoder::VoskDecoder(const vosk::Library& library, std::shared_ptr<Model> model)
+    : library_(library), model_(std::move(model)), recognizer_(create()) {}
+
 void VoskDecoder::load(const QString& folder, const QString& userWords) {
   // Its files are needed only while they are being loaded.
   std::unique_ptr<FavouringModel> favouring;
   if (!userWords.isEmpty()) favouring = FavouringModel::make(folder, userWords);
   const QString loaded = favouring ? favouring->folder() : folder;
-  model_.reset(library_.createModel(QFile::encodeName(loaded).constData()));
-  if (!model_) throw std::runtime_error("the speech model cannot be loaded");
+  model_->model.reset(library_.createModel(QFile::encodeName(loaded).constData()));
+  if (!model_->model) throw std::runtime_error("the speech model cannot be loaded");
   recognizer_ = create();
 }
 
 VoskDecoder::Recognizer VoskDecoder::create() const {
-  Recognizer recognizer(library_.createRecognizer(model_.get(), kSampleRate),
+  const std::lock_guard lock(model_->mutex);
+  Recognizer recognizer(library_.createRecognizer(model_->model.get(), kSampleRate),
                         library_.destroyRecognizer);
   if (!recognizer) throw std::runtime_error("the speech model cannot be used");
   library_.setWords(recognizer.get(), 1);
   return recognizer;
+}
+
+void VoskDecoder::release() {
+  if (!recognizer_) return;
+  const std::lock_guard lock(model_->mutex);
+  recognizer_.reset();
 }
 
 void VoskDecoder::accept(std::span<const float> samples) {
@@ -137,7 +147,7 @@ HeardWords VoskDecoder::take(const char* json) {
 
 void VoskDecoder::releaseMemory() {
   if (static_cast<double>(heard_) > kMaxHeardSeconds * kSampleRate) {
-    recognizer_.reset();
+    release();
     recognizer_ = create();
     heard_ = 0;
     phraseBegin_ = 0;

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <mutex>
 #include <span>
 #include <vector>
 
@@ -26,6 +27,12 @@ class VoskDecoder {
   /// `DamagedFile` and `std::runtime_error`.
   VoskDecoder(const vosk::Library& library, const RecognizerSettings& settings);
 
+  /// Another one with the same model, for one other thread. Throws `std::runtime_error`.
+  VoskDecoder another() const { return VoskDecoder(library_, model_); }
+
+  VoskDecoder(VoskDecoder&&) = default;
+  ~VoskDecoder() { release(); }
+
   /// Decodes finite samples in -1…1. Throws `std::runtime_error`.
   void accept(std::span<const float> samples);
 
@@ -43,16 +50,24 @@ class VoskDecoder {
   void releaseMemory();
 
  private:
-  using Model = std::unique_ptr<VoskModel, void (*)(VoskModel*)>;
+  /// The model counts its recognizers without a lock.
+  struct Model {
+    explicit Model(void (*destroy)(VoskModel*)) : model(nullptr, destroy) {}
+
+    std::unique_ptr<VoskModel, void (*)(VoskModel*)> model;
+    std::mutex mutex;
+  };
   using Recognizer = std::unique_ptr<VoskRecognizer, void (*)(VoskRecognizer*)>;
 
+  VoskDecoder(const vosk::Library& library, std::shared_ptr<Model> model);
   /// Throws `std::runtime_error`.
   void load(const QString& folder, const QString& userWords);
   Recognizer create() const;
+  void release();
   HeardWords take(const char* json);
 
   const vosk::Library& library_;
-  Model model_;
+  std::shared_ptr<Model> model_;
   Recognizer recognizer_;
   /// Samples that the recognizer has heard, and where the phrase began in them: libvosk counts
   /// times from the recognizer's creation.

@@ -17,6 +17,9 @@ class ConfiguredHelper {
                    std::chrono::milliseconds timeout = HelperProcess::kDefaultTimeout,
                    std::chrono::milliseconds loadTimeout = HelperProcess::kLoadTimeout);
 
+  /// The audio to come is that of a recording. Before `start`.
+  void expectRecording() { settings_.isRecording = true; }
+
   /// Starts a helper, after ending the present one, and waits until its models are loaded. Throws
   /// `HelperEnded`.
   void start();
@@ -37,7 +40,7 @@ class ConfiguredHelper {
   void replace(std::unique_ptr<HelperProcess> process);
 
   const QString program_;
-  const RecognizerSettings settings_;
+  RecognizerSettings settings_;
   const std::chrono::milliseconds timeout_;
   const std::chrono::milliseconds loadTimeout_;
   /// Guards replacing the process against `cancel`.

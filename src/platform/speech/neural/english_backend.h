@@ -15,6 +15,7 @@ class EnglishBackend final : public RecognizerBackend {
   EnglishBackend(std::unique_ptr<RecognizerBackend> recognizer,
                  std::shared_ptr<const CaptionStyle> style);
 
+  void expectRecording() override { recognizer_->expectRecording(); }
   void load() override { recognizer_->load(); }
   std::optional<QString> notice() const override { return recognizer_->notice(); }
   void acceptAudio(std::span<const float> samples) override { recognizer_->acceptAudio(samples); }

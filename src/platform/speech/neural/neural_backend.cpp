@@ -72,6 +72,12 @@ NeuralBackend::~NeuralBackend() {
   if (factor && report_) report_(*factor);
 }
 
+void NeuralBackend::expectRecording() {
+  helper_.expectRecording();
+  // The speed of a recording, whose phrases are heard side by side, is not that of live speech.
+  report_ = {};
+}
+
 void NeuralBackend::load() {
   try {
     helper_.start();

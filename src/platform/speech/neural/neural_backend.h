@@ -20,6 +20,8 @@ class NeuralBackend final : public RecognizerBackend {
                 DecodingSpeed::Report report = {});
   ~NeuralBackend() override;
 
+  void expectRecording() override;
+
   /// Starts the helper and waits until its model is loaded.
   void load() override;
 
