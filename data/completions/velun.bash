@@ -6,7 +6,7 @@ _velun() {
     return
   fi
   case $before in
-    -i | --input) mapfile -t COMPREPLY < <(compgen -W "computer microphone" -- "$word") ;;
+    -i | --input) mapfile -t COMPREPLY < <(compgen -W "computer microphone both" -- "$word") ;;
     -f | --format) mapfile -t COMPREPLY < <(compgen -W "text srt vtt json" -- "$word") ;;
     -d | --device)
       local IFS=$'\n'

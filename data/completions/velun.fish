@@ -1,7 +1,7 @@
 # Completion of the command line of velun for fish.
 set -l captions '__fish_seen_subcommand_from captions'
 complete -c velun -n __fish_use_subcommand -f -a captions -d 'Write captions to the standard output'
-complete -c velun -n $captions -s i -l input -x -a 'computer microphone' -d 'What to caption'
+complete -c velun -n $captions -s i -l input -x -a 'computer microphone both' -d 'What to caption'
 complete -c velun -n $captions -s d -l device -x -a '(velun captions --list-devices | string match -v "program*" | cut -f2,3)' -d 'The output or microphone'
 complete -c velun -n $captions -s p -l program -x -a '(velun captions --list-devices | string match "program*" | cut -f2)' -d 'Caption this program only'
 complete -c velun -n $captions -s x -l except -x -a '(velun captions --list-devices | string match "program*" | cut -f2)' -d 'Caption all programs but this one'

@@ -117,6 +117,8 @@ void AppCoordinator::perform(AppCommand command) {
       return settings.setUseMic(false);
     case AppCommand::selectMicrophone:
       return settings.setUseMic(true);
+    case AppCommand::selectBoth:
+      return settings.setInputChoice(InputChoice::both);
     case AppCommand::toggleKeepOnTop:
       return settings.setKeepOnTop(!settings.keepOnTop());
     case AppCommand::toggleClickThrough:

@@ -2,7 +2,6 @@
 #include "app/captions_program.h"
 
 #include "app/engine_services.h"
-#include "audio/speech_recognition_engine.h"
 #include "captions/caption_target.h"
 #include "captions/recording_source.h"
 #include "cli/caption_devices.h"
@@ -102,18 +101,27 @@ void checkInstalled(EngineServices& services, const CaptionArguments& arguments,
   }
 }
 
+/// A device is that of the microphone only if the computer's sound is not captioned.
+CaptionTargets liveTargets(const CaptionArguments& arguments,
+                           const std::vector<AudioTarget>& devices) {
+  const AudioTarget microphone{.kind = AudioTarget::Kind::input, .id = {}, .name = {}};
+  const bool isMicrophone = arguments.input == InputChoice::microphone;
+  const AudioInput named = isMicrophone ? AudioInput::microphone : AudioInput::computer;
+  const bool isOfProgram = arguments.program.scope != ProgramChoice::Scope::all;
+  const AudioTarget chosen =
+      isOfProgram ? targetOf(arguments.program) : deviceNamed(arguments.device, named, devices);
+  if (arguments.input == InputChoice::both) return {chosen, microphone};
+  return chosen;
+}
+
 std::unique_ptr<CaptionSource> makeSource(EngineServices& services,
                                           const CaptionArguments& arguments,
                                           const QString& localeID, Instant start) {
   if (!arguments.recording) {
     std::vector<AudioTarget> devices;
     if (!arguments.device.isEmpty()) devices = currentDevices(services.audio, services.clock);
-    const bool isOfProgram = arguments.program.scope != ProgramChoice::Scope::all;
-    return std::make_unique<LiveSource>(
-        std::make_unique<SpeechRecognitionEngine>(services.speech, services.audio, services.clock),
-        localeID,
-        isOfProgram ? targetOf(arguments.program)
-                    : deviceNamed(arguments.device, arguments.input, devices));
+    return std::make_unique<LiveSource>(services.makeLiveEngine(), localeID,
+                                        liveTargets(arguments, devices));
   }
   const QString path = arguments.recording == QLatin1String("-") ? RecordingStream::standardInput()
                                                                  : *arguments.recording;
@@ -127,7 +135,11 @@ int caption(EngineServices& services, const CaptionArguments& arguments, const Q
   }
   CaptionSession session;
   session.startedAt = services.clock.now();
-  const auto printer = makeLinePrinter(arguments, stdout, session.startedAt);
+  if (!arguments.recording && arguments.input == InputChoice::both) {
+    session.computerName = services.settings.inputName(AudioInput::computer);
+    session.microphoneName = services.settings.inputName(AudioInput::microphone);
+  }
+  const auto printer = makeLinePrinter(arguments, stdout, session.startedAt, session);
   auto source = makeSource(services, arguments, localeID, session.startedAt);
   CaptionsCommand command(arguments, localeID, std::move(session), std::move(source),
                           {services.translation, services.clock, *printer, stdout, stderr});

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/engine_services.h"
 
+#include "audio/input_engines.h"
+#include "audio/speech_recognition_engine.h"
 #include "captions/recording_source.h"
 #include "platform/foundation/language_identifier.h"
 #include "platform/models/model_catalogue.h"
@@ -98,6 +100,13 @@ EngineServices::EngineServices(PreferenceStore& preferences)
                    });
   QObject::connect(&models, &DownloadStore::damageFound, &speech,
                    &LocalSpeechPlatform::showBriefly);
+}
+
+std::unique_ptr<SpeechRecognizing> EngineServices::makeLiveEngine() {
+  const auto make = [this] {
+    return std::make_unique<SpeechRecognitionEngine>(speech, audio, clock);
+  };
+  return std::make_unique<InputEngines>(make(), make());
 }
 
 std::unique_ptr<CaptionSource> EngineServices::makeRecordingSource(const QString& path,

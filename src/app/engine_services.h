@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "audio/speech_recognizing.h"
 #include "captions/caption_source.h"
 #include "platform/audio/linux/pipewire_audio_platform.h"
 #include "platform/foundation/system_clock.h"
@@ -29,6 +30,9 @@ struct EngineServices {
   std::shared_ptr<const CaptionStyle> style;
   LocalSpeechPlatform speech;
   LocalTranslationPlatform translation;
+
+  /// Captions what is played and spoken now. The services must outlive the engine.
+  std::unique_ptr<SpeechRecognizing> makeLiveEngine();
 
   /// The captions of the recording at `path`, which begins at `start`; not started. Without drafts
   /// they come faster. The services must outlive the source.

@@ -9,8 +9,8 @@ namespace velun {
 
 namespace {
 
-/// An additional action for both inputs. Its parameter and its state are the raw value of the
-/// input.
+/// An additional action for all inputs. Its parameter and its state are the raw value of the
+/// choice.
 const auto kInput = QStringLiteral("input");
 /// The device of the input, by its id; empty for the computer's default one.
 const auto kDevice = QStringLiteral("device");
@@ -60,11 +60,10 @@ void RemoteCommands::publish() {
   }
   // Read-only: toggle-captions changes it.
   actions.push_back({.name = "running", .isEnabled = false, .state = model_.isRunning()});
-  const bool useMic = model_.settings().useMic();
   actions.push_back({.name = kInput,
                      .parameterType = "s",
                      .isEnabled = commands_.action(AppCommand::selectComputer).isEnabled(),
-                     .state = rawValue(useMic ? AudioInput::microphone : AudioInput::computer)});
+                     .state = rawValue(model_.settings().inputChoice())});
   for (const auto& [name, state] : sourceStates(model_.settings())) {
     actions.push_back({.name = name,
                        .parameterType = "s",
@@ -76,10 +75,8 @@ void RemoteCommands::publish() {
 
 void RemoteCommands::carryOut(const QString& name, const QVariant& parameter) {
   if (name == kInput) {
-    const auto input = audioInputFromRawValue(parameter.toString());
-    if (!input) return;
-    const bool useMic = *input == AudioInput::microphone;
-    commands_.action(useMic ? AppCommand::selectMicrophone : AppCommand::selectComputer).trigger();
+    const auto choice = inputChoiceFromRawValue(parameter.toString());
+    if (choice) commands_.action(selectCommand(*choice)).trigger();
   } else if (choosesSource(name)) {
     if (commands_.action(AppCommand::selectComputer).isEnabled()) {
       chooseSource(model_.settings(), name, parameter.toString());

@@ -2,7 +2,6 @@
 #include "audio/speech_recognition_engine.h"
 
 #include "audio/audio_feeder.h"
-#include "audio/audio_input_kind.h"
 #include "audio/start_failure.h"
 #include "language/localization.h"
 #include "platform/foundation/failure.h"
@@ -70,12 +69,12 @@ SpeechRecognitionEngine::~SpeechRecognitionEngine() {
   if (audio_) audio_->stop();
 }
 
-QCoro::Task<> SpeechRecognitionEngine::start(QString localeID, AudioTarget target,
+QCoro::Task<> SpeechRecognitionEngine::start(QString localeID, CaptionTargets targets,
                                              std::stop_token stop) {
   const QPointer<SpeechRecognitionEngine> self(this);
   shownStatus_.reset();
   Q_EMIT eventOccurred(StatusEvent{});
-  const Run run(QUuid::createUuid(), localeID, target);
+  const Run run(QUuid::createUuid(), localeID, targets.first());
   engineToken_ = run.token;
   isStarting_ = true;
   startFailure_.reset();
@@ -227,21 +226,25 @@ void SpeechRecognitionEngine::followSource(const AudioSource& source, QUuid toke
 void SpeechRecognitionEngine::setDeviceMissing(bool isMissing) {
   if (std::exchange(isDeviceMissing_, isMissing) == isMissing) return;
   updateStatus();
-  Q_EMIT isDeviceMissingChanged();
+  Q_EMIT missingInputChanged();
+}
+
+std::optional<AudioInput> SpeechRecognitionEngine::missingInput() const {
+  return isDeviceMissing_ ? std::optional(run_->input()) : std::nullopt;
 }
 
 void SpeechRecognitionEngine::handle(const TranscriptionResult& result) {
   const QString text = result.text.trimmed();
   if (!result.isFinal) {
     volatileText_ = text;
-    Q_EMIT eventOccurred(DraftEvent{text});
+    Q_EMIT eventOccurred(DraftEvent{text, run_->input()});
     return;
   }
   volatileText_.clear();
   if (text.isEmpty()) {
-    Q_EMIT eventOccurred(DraftEvent{});
+    Q_EMIT eventOccurred(DraftEvent{{}, run_->input()});
   } else {
-    FinalEvent event{text, run_->sourceID, inputOf(run_->target.kind)};
+    FinalEvent event{text, run_->sourceID, run_->input()};
     if (result.spoken)
       event.spoken = {wallTime(result.spoken->start), wallTime(result.spoken->end)};
     event.voice = result.voice;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "audio/audio_input_kind.h"
 #include "audio/lag_status.h"
 #include "audio/speech_recognizing.h"
 #include "platform/audio/audio_platform.h"
@@ -19,8 +20,8 @@ namespace velun {
 
 class AudioFeeder;
 
-/// Runs one recognition pass at a time: a source captures sound, the feeder converts it, a
-/// `SpeechRun` recognizes it, and the results become events. Main thread.
+/// Runs one recognition pass of one target at a time: a source captures sound, the feeder converts
+/// it, a `SpeechRun` recognizes it, and the results become events. Main thread.
 class SpeechRecognitionEngine final : public SpeechRecognizing {
   Q_OBJECT
 
@@ -29,10 +30,10 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   SpeechRecognitionEngine(SpeechPlatform& speech, AudioPlatform& audio, Clock& clock);
   ~SpeechRecognitionEngine() override;
 
-  QCoro::Task<> start(QString localeID, AudioTarget target, std::stop_token stop = {}) override;
+  QCoro::Task<> start(QString localeID, CaptionTargets targets, std::stop_token stop = {}) override;
   QCoro::Task<> stop() override;
   bool isDownloading() const override { return isDownloading_; }
-  bool isDeviceMissing() const override { return isDeviceMissing_; }
+  std::optional<AudioInput> missingInput() const override;
   std::vector<float> meterBands() const override;
 
  private:
@@ -43,6 +44,8 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
     QUuid token;
     QString sourceID;
     AudioTarget target;
+
+    AudioInput input() const { return inputOf(target.kind); }
   };
 
   QCoro::Task<> setUp(Run run, std::stop_token stop);

@@ -14,6 +14,7 @@ namespace velun {
 /// The unfinished text of the phrase under way; empty clears it.
 struct DraftEvent {
   QString text;
+  AudioInput input = AudioInput::computer;
   bool operator==(const DraftEvent&) const = default;
 };
 

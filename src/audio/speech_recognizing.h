@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "audio/caption_targets.h"
 #include "audio/speech_recognition_event.h"
-#include "platform/audio/audio_target.h"
 
+#include <optional>
 #include <QCoroTask>
 #include <QObject>
 #include <QString>
@@ -17,9 +18,10 @@ class SpeechRecognizing : public QObject {
   Q_OBJECT
 
  public:
-  /// Starts one run with the sound of `target`. Throws `StartFailure` (or `Cancelled` once `stop`
+  /// Starts one run with the sound of `targets`. Throws `StartFailure` (or `Cancelled` once `stop`
   /// was requested) after cleaning up. A model that is missing is downloaded first.
-  virtual QCoro::Task<> start(QString localeID, AudioTarget target, std::stop_token stop = {}) = 0;
+  virtual QCoro::Task<> start(QString localeID, CaptionTargets targets,
+                              std::stop_token stop = {}) = 0;
 
   /// Ends the run; its last final results are delivered before this returns. Never fails.
   virtual QCoro::Task<> stop() = 0;
@@ -28,8 +30,8 @@ class SpeechRecognizing : public QObject {
   /// without delay.
   virtual bool isDownloading() const = 0;
 
-  /// Whether the run waits for its device, which is not connected.
-  virtual bool isDeviceMissing() const = 0;
+  /// The input whose device the run waits for, because it is not connected.
+  virtual std::optional<AudioInput> missingInput() const = 0;
 
   /// The level meter's band levels in dB, or empty while no audio arrives. At any time.
   virtual std::vector<float> meterBands() const = 0;
@@ -39,7 +41,7 @@ class SpeechRecognizing : public QObject {
   /// belong to that run; the engine discards later ones.
   void eventOccurred(const velun::SpeechRecognitionEvent& event);
   void isDownloadingChanged();
-  void isDeviceMissingChanged();
+  void missingInputChanged();
   /// This machine cannot keep up with the audio; at most once in a run.
   void tooSlow();
 };

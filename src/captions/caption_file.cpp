@@ -71,7 +71,8 @@ QString CaptionFile::text() const {
   const QString& language = model_.settings().targetID();
   QStringList texts;
   for (std::size_t i = lines.size(); i > firstLine_; --i) {
-    const QString text = renderTranscript(lines[i - 1], content, language);
+    const Line& line = lines[i - 1];
+    const QString text = model_.session().named(line, renderTranscript(line, content, language));
     if (!text.isEmpty()) texts.prepend(text);
     if (texts.size() == settings_.captionFileLines()) break;
   }

@@ -14,8 +14,9 @@ QString idText(const Line& line) {
   return line.id.toString(QUuid::WithoutBraces).toUpper();
 }
 
-FeedLine feedLine(const Line& line) {
+FeedLine feedLine(const CaptionSession& session, const Line& line) {
   FeedLine published{.id = idText(line), .text = line.text, .time = line.time};
+  published.input = session.inputName(line);
   published.language = line.sourceLanguage.value_or(QString());
   if (line.speaker) published.speaker = speakerName(*line.speaker);
   for (const auto& [language, text] : line.translations) {
@@ -36,6 +37,8 @@ CaptionPublisher::CaptionPublisher(const CaptionViewModel& model, const SharingS
     if (isOpen_) feed_.setDraft(model_.volatileText());
   });
   connect(&model, &CaptionViewModel::sessionChanged, this, &CaptionPublisher::publishLines);
+  connect(&model, &CaptionViewModel::lineInserted, this,
+          [this](int index) { publishInserted(static_cast<std::size_t>(index)); });
   connect(&model, &CaptionViewModel::translationChanged, this,
           [this](int index) { publishTranslation(static_cast<std::size_t>(index)); });
   switchFeed();
@@ -71,7 +74,16 @@ void CaptionPublisher::publishLines() {
     firstLine_ = nextLine_ = 0;
   }
   const std::vector<Line>& lines = model_.lines();
-  for (; nextLine_ < lines.size(); ++nextLine_) feed_.addLine(feedLine(lines[nextLine_]));
+  for (; nextLine_ < lines.size(); ++nextLine_) {
+    feed_.addLine(feedLine(model_.session(), lines[nextLine_]));
+  }
+}
+
+void CaptionPublisher::publishInserted(std::size_t index) {
+  if (!isOpen_ || index >= nextLine_) return;
+  ++nextLine_;
+  if (index < firstLine_) ++firstLine_;
+  feed_.addLine(feedLine(model_.session(), model_.lines()[index]));
 }
 
 void CaptionPublisher::publishTranslation(std::size_t index) {

@@ -27,6 +27,7 @@ class CaptionPublisher final : public QObject {
   void switchFeed();
   void publishState();
   void publishLines();
+  void publishInserted(std::size_t index);
   void publishTranslation(std::size_t index);
   CaptionFeed::State state() const;
 

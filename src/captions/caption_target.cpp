@@ -14,20 +14,31 @@ AudioTarget targetOf(const ProgramChoice& program) {
 namespace {
 
 bool isOfProgram(const AppSettings& settings) {
-  return !settings.useMic() && settings.program().scope != ProgramChoice::Scope::all;
+  return settings.captions(AudioInput::computer) &&
+         settings.program().scope != ProgramChoice::Scope::all;
+}
+
+AudioTarget deviceTarget(const AppSettings& settings, AudioInput input) {
+  const DeviceChoice& device = settings.device(input);
+  return {deviceKind(input), device.id, device.name};
 }
 
 }  // namespace
 
-AudioTarget captionTarget(const AppSettings& settings) {
-  if (isOfProgram(settings)) return targetOf(settings.program());
-  const auto input = settings.useMic() ? AudioInput::microphone : AudioInput::computer;
-  return {deviceKind(input), settings.device().id, settings.device().name};
+CaptionTargets captionTargets(const AppSettings& settings) {
+  const AudioTarget microphone = deviceTarget(settings, AudioInput::microphone);
+  if (settings.useMic()) return microphone;
+  const AudioTarget computer = isOfProgram(settings) ? targetOf(settings.program())
+                                                     : deviceTarget(settings, AudioInput::computer);
+  if (settings.captions(AudioInput::microphone)) return {computer, microphone};
+  return computer;
 }
 
 QString captionSourceTitle(const AppSettings& settings) {
-  if (isOfProgram(settings)) return title(settings.program());
-  return title(settings.useMic() ? AudioInput::microphone : AudioInput::computer);
+  const bool isBoth = settings.inputChoice() == InputChoice::both;
+  if (!isOfProgram(settings)) return title(settings.inputChoice());
+  const QString program = title(settings.program());
+  return isBoth ? program + QStringLiteral(" + ") + title(AudioInput::microphone) : program;
 }
 
 }  // namespace velun

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/audio/audio_target.h"
+#include "audio/caption_targets.h"
 #include "settings/app_settings.h"
 
 namespace velun {
@@ -10,7 +10,7 @@ namespace velun {
 AudioTarget targetOf(const ProgramChoice& program);
 
 /// What the settings say to caption.
-AudioTarget captionTarget(const AppSettings& settings);
+CaptionTargets captionTargets(const AppSettings& settings);
 
 /// That in words, without a device, such as "Computer" or "Only Firefox", localized.
 QString captionSourceTitle(const AppSettings& settings);

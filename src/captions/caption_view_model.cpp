@@ -5,6 +5,8 @@
 #include "captions/update.h"
 #include "language/localization.h"
 
+#include <algorithm>
+#include <QStringList>
 #include <utility>
 #include <variant>
 
@@ -29,6 +31,7 @@ CaptionViewModel::CaptionViewModel(AppSettings& settings, SessionStore store,
   connect(&saver_, &SessionSaver::urlChanged, this, &CaptionViewModel::savedURLChanged);
   connect(&saver_, &SessionSaver::errorChanged, this, &CaptionViewModel::saveErrorChanged);
   connect(&settings_, &AppSettings::changed, this, &CaptionViewModel::settingsChanged);
+  connect(&settings_, &AppSettings::inputLabelsChanged, this, &CaptionViewModel::updateInputNames);
   observeTranslator();
   observeEngine();
 }
@@ -48,6 +51,7 @@ void CaptionViewModel::observeEngine() {
   connect(&engine_, &EngineController::isRunningChanged, this, [this] {
     Q_EMIT isRunningChanged();
     if (isRunning()) updateTranslation();
+    updateInputNames();
   });
   connect(&engine_, &EngineController::isTransitioningChanged, this,
           &CaptionViewModel::isTransitioningChanged);
@@ -94,7 +98,7 @@ void CaptionViewModel::setEnd() {
 }
 
 void CaptionViewModel::engineStopped() {
-  setVolatileText(QString());
+  clearDrafts();
   setEnd();
   saver_.saveIfNeeded(SessionSaver::Sync::now);
   endUnneededTranslation();
@@ -108,7 +112,7 @@ void CaptionViewModel::newSession() {
   if (!engine_.isStopped()) return;
   current_.reset(clock_.now());
   Q_EMIT sessionChanged();
-  setVolatileText(QString());
+  clearDrafts();
   setStatus(std::nullopt);
   setTranslationStatus(std::nullopt);
   saver_.reset(settings_.autoSaveSessions());
@@ -144,6 +148,7 @@ void CaptionViewModel::settingsChanged(AppSettings::Change change) {
   const bool isHeardOtherwise = change == Change::input || change == Change::speakers;
   if (isHeardOtherwise || change == Change::sourceLanguage) restart();
   if (!isHeardOtherwise) updateTranslation();
+  if (change == Change::input) updateInputNames();
 }
 
 void CaptionViewModel::updateTranslation() {
@@ -153,20 +158,44 @@ void CaptionViewModel::updateTranslation() {
 }
 
 void CaptionViewModel::handle(const DraftEvent& event) {
-  setVolatileText(event.text);
+  setDraft(event.input, event.text);
 }
 
 void CaptionViewModel::handle(const FinalEvent& event) {
-  setVolatileText(QString());
-  const std::size_t first = lines().size();
+  setDraft(event.input, QString());
+  const std::size_t before = lines().size();
   for (Line& line : finishedLines(event, clock_.now(), session().startedAt, current_.speakers())) {
-    current_.append(std::move(line));
+    add(std::move(line));
   }
-  if (lines().size() > first) {
-    translator_.linesAppended();
-    Q_EMIT sessionChanged();
-  }
+  if (lines().size() > before) Q_EMIT sessionChanged();
   saver_.saveIfNeeded();
+}
+
+void CaptionViewModel::add(Line line) {
+  const std::size_t end = lines().size();
+  const std::size_t index = current_.insertBySpeech(std::move(line), lineCountAtStart_);
+  translator_.lineInserted(index);
+  if (index == end) return;
+  // The lines after it have moved.
+  for (std::size_t i = index; i < end; ++i) saver_.lineChanged(i);
+  Q_EMIT lineInserted(static_cast<int>(index));
+}
+
+void CaptionViewModel::updateInputNames() {
+  const bool isBoth = isRunning() && settings_.inputChoice() == InputChoice::both;
+  if (!isBoth && !session().computerName) return;
+  if (!current_.setInputNames(settings_.inputName(AudioInput::computer),
+                              settings_.inputName(AudioInput::microphone))) {
+    return;
+  }
+  Q_EMIT inputNamesChanged();
+  Q_EMIT sessionChanged();
+  saver_.saveIfNeeded();
+}
+
+void CaptionViewModel::useDefaultDevice() {
+  const std::optional<AudioInput> missing = engine_.missingInput();
+  missing ? settings_.setDevice(*missing, {}) : settings_.setDevice({});
 }
 
 void CaptionViewModel::handle(const StatusEvent& event) {
@@ -218,8 +247,28 @@ void CaptionViewModel::setTimes(Instant startedAt, const std::optional<Instant>&
   if (current_.setTimes(startedAt, endedAt)) Q_EMIT sessionChanged();
 }
 
-void CaptionViewModel::setVolatileText(const QString& text) {
-  if (update(volatileText_, text)) Q_EMIT volatileTextChanged();
+void CaptionViewModel::setDraft(AudioInput input, const QString& text) {
+  if (settings_.inputChoice() != InputChoice::both) drafts_.clear();
+  const auto found = std::ranges::find(drafts_, input, &Draft::input);
+  if (text.isEmpty()) {
+    if (found != drafts_.end()) drafts_.erase(found);
+  } else if (found != drafts_.end()) {
+    found->text = text;
+  } else {
+    drafts_.push_back({input, text});
+  }
+  showDrafts();
+}
+
+void CaptionViewModel::clearDrafts() {
+  drafts_.clear();
+  showDrafts();
+}
+
+void CaptionViewModel::showDrafts() {
+  QStringList texts;
+  for (const Draft& draft : drafts_) texts += draft.text;
+  if (update(volatileText_, texts.join(QLatin1Char('\n')))) Q_EMIT volatileTextChanged();
 }
 
 void CaptionViewModel::setStatus(const std::optional<QString>& status,

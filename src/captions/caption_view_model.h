@@ -36,8 +36,15 @@ class CaptionViewModel final : public QObject {
   AppSettings& settings() const { return settings_; }
   const CaptionSession& session() const { return current_.session(); }
   const std::vector<Line>& lines() const { return current_.lines(); }
-  /// The draft: unfinished text; empty when there is none.
+  /// The unfinished text; empty when there is none. With two drafts, each is a paragraph.
   const QString& volatileText() const { return volatileText_; }
+  /// The unfinished text of one input.
+  struct Draft {
+    AudioInput input;
+    QString text;
+  };
+  /// At most one for each input that is captioned, in the order in which they began.
+  const std::vector<Draft>& drafts() const { return drafts_; }
   /// The engine's last message, localized when it was set.
   const std::optional<QString>& status() const { return status_; }
   /// What has failed and ended captions, which `status` describes; nullopt once they start again.
@@ -69,8 +76,8 @@ class CaptionViewModel final : public QObject {
   void restart() { engine_.restart(); }
   /// Captions wait for the chosen device, which is not connected; the status says so.
   bool isDeviceMissing() const { return engine_.isDeviceMissing(); }
-  /// Captions the default device of the current input from now on.
-  void useDefaultDevice() { settings_.setDevice({}); }
+  /// Captions the default device of the input whose device is missing from now on.
+  void useDefaultDevice();
   void abandonEngine() { engine_.abandon(); }
   std::vector<float> meterBands() const { return engine_.meterBands(); }
 
@@ -111,6 +118,10 @@ class CaptionViewModel final : public QObject {
   void sessionChanged();
   /// The line at `index` got a translation. `sessionChanged` follows.
   void translationChanged(int index);
+  /// A line was inserted at `index`, before others. `sessionChanged` follows.
+  void lineInserted(int index);
+  /// The session's names of the inputs changed. `sessionChanged` follows.
+  void inputNamesChanged();
   /// The line at `index` was corrected. `sessionChanged` follows.
   void lineCorrected(int index);
   /// A speaker was renamed in some lines. `sessionChanged` follows.
@@ -150,7 +161,11 @@ class CaptionViewModel final : public QObject {
   void setEnd();
 
   void setTimes(Instant startedAt, const std::optional<Instant>& endedAt);
-  void setVolatileText(const QString& text);
+  void add(Line line);
+  void updateInputNames();
+  void setDraft(AudioInput input, const QString& text);
+  void clearDrafts();
+  void showDrafts();
   void setStatus(const std::optional<QString>& status,
                  const std::optional<FailureStage>& failure = std::nullopt);
   void setTranslationStatus(const std::optional<QString>& status);
@@ -161,6 +176,7 @@ class CaptionViewModel final : public QObject {
   /// The session's end and number of lines when captions were last turned on.
   std::optional<Instant> endBeforeStart_;
   std::size_t lineCountAtStart_ = 0;
+  std::vector<Draft> drafts_;
   QString volatileText_;
   std::optional<QString> status_;
   std::optional<FailureStage> failure_;

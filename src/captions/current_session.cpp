@@ -32,6 +32,27 @@ void CurrentSession::append(Line line) {
   pending_.lineChanged(lines().back());
 }
 
+bool CurrentSession::setInputNames(const QString& computer, const QString& microphone) {
+  const bool isComputerNew = update(session_.computerName, std::optional(computer));
+  if (!update(session_.microphoneName, std::optional(microphone)) && !isComputerNew) return false;
+  transcript_.lineChanged(0);
+  return true;
+}
+
+std::size_t CurrentSession::insertBySpeech(Line line, std::size_t first) {
+  std::vector<Line>& all = session_.lines;
+  std::size_t index = all.size();
+  const auto wasSaidLater = [&line](const Line& other) {
+    return line.start && other.start && other.input != line.input && *other.start > *line.start;
+  };
+  while (index > first && wasSaidLater(all[index - 1])) --index;
+  all.insert(all.begin() + static_cast<std::ptrdiff_t>(index), std::move(line));
+  for (std::size_t i = index; i < all.size(); ++i) indexOfLine_.insert(all[i].id, i);
+  pending_.lineChanged(all[index]);
+  transcript_.lineChanged(index);
+  return index;
+}
+
 std::optional<std::size_t> CurrentSession::setTranslation(const QUuid& id, const QString& language,
                                                           const QString& text) {
   const auto found = indexOfLine_.constFind(id);
@@ -65,7 +86,7 @@ const QSet<QUuid>& CurrentSession::pendingTranslationIDs(const QString& sourceID
 
 const QString& CurrentSession::transcript(TranscriptContent content,
                                           const QString& language) const {
-  return transcript_.text(lines(), content, language);
+  return transcript_.text(session_, content, language);
 }
 
 }  // namespace velun

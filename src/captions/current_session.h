@@ -31,8 +31,13 @@ class CurrentSession final {
   bool setTimes(Instant startedAt, const std::optional<Instant>& endedAt);
   /// Returns whether the title has changed; an empty one is the default title.
   bool setTitle(const QString& title);
+  /// Names the inputs; returns whether that is new. See `CaptionSession::computerName`.
+  bool setInputNames(const QString& computer, const QString& microphone);
   /// Adds a line at the end.
   void append(Line line);
+  /// Adds a line that was said before others of the other input, at its place by time of speech but
+  /// not before the line at `first`. Returns its index.
+  std::size_t insertBySpeech(Line line, std::size_t first);
   /// Stores a translation, over an earlier one into the same language. Returns the index of the
   /// line; nullopt if there is no such line.
   std::optional<std::size_t> setTranslation(const QUuid& id, const QString& language,

@@ -17,7 +17,7 @@ EngineController::EngineController(const AppSettings& settings,
     : QObject(parent), settings_(settings), engine_(std::move(engine)) {
   connect(engine_.get(), &SpeechRecognizing::eventOccurred, this, &EngineController::eventOccurred);
   connect(engine_.get(), &SpeechRecognizing::tooSlow, this, &EngineController::tooSlow);
-  connect(engine_.get(), &SpeechRecognizing::isDeviceMissingChanged, this,
+  connect(engine_.get(), &SpeechRecognizing::missingInputChanged, this,
           &EngineController::isDeviceMissingChanged);
   connect(engine_.get(), &SpeechRecognizing::isDownloadingChanged, this,
           &EngineController::reportSwitching);
@@ -56,8 +56,8 @@ QCoro::Task<> EngineController::runRestart(QPointer<EngineController> self, std:
   std::optional<FailureEvent> failure;
   try {
     const QString localeID = self->settings_.localeID();
-    const AudioTarget target = captionTarget(self->settings_);
-    QCoro::Task<> starting = self->engine_->start(localeID, target, stop);
+    const CaptionTargets targets = captionTargets(self->settings_);
+    QCoro::Task<> starting = self->engine_->start(localeID, targets, stop);
     co_await starting;
     isStarted = true;
   } catch (const Cancelled&) {

@@ -54,7 +54,9 @@ class EngineController final : public QObject {
   void abandon() { chain_.close(); }
 
   /// The captions wait for the chosen device, which is not connected.
-  bool isDeviceMissing() const { return engine_->isDeviceMissing(); }
+  bool isDeviceMissing() const { return missingInput().has_value(); }
+  /// The input of that device.
+  std::optional<AudioInput> missingInput() const { return engine_->missingInput(); }
 
   /// Band levels in dB of the input, or empty while captions are off.
   std::vector<float> meterBands() const;

@@ -5,15 +5,17 @@
 
 namespace velun {
 
-const QString& TranscriptCache::text(const std::vector<Line>& lines, TranscriptContent content,
+const QString& TranscriptCache::text(const CaptionSession& session, TranscriptContent content,
                                      const QString& language) {
   if (content != content_ || language != language_) {
     reset();
     content_ = content;
     language_ = language;
   }
+  const std::vector<Line>& lines = session.lines;
   for (std::size_t index = ends_.size(); index < lines.size(); ++index) {
-    const QString added = renderTranscript(lines[index], content, language);
+    const QString added =
+        session.named(lines[index], renderTranscript(lines[index], content, language));
     if (!added.isEmpty() && !text_.isEmpty()) text_.append(QLatin1String("\n\n"));
     text_.append(added);
     ends_.push_back(text_.size());

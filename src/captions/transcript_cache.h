@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "model/line.h"
-#include "model/transcript_content.h"
+#include "model/caption_session.h"
 
 #include <QString>
 #include <vector>
@@ -13,7 +12,7 @@ namespace velun {
 /// the part from the first changed line on is rendered again.
 class TranscriptCache {
  public:
-  const QString& text(const std::vector<Line>& lines, TranscriptContent content,
+  const QString& text(const CaptionSession& session, TranscriptContent content,
                       const QString& language);
 
   /// The text or the translations of the line at `index` have changed.

@@ -20,8 +20,8 @@ const std::map<QString, CaptionOutput> kOutputs = {{"text", CaptionOutput::text}
 void addOptions(QCommandLineParser& parser) {
   parser.addOptions({
       Option({"i", "input"},
-             L("What to caption without a recording: computer (the default) or microphone.",
-               "녹음 파일이 없을 때 자막으로 만들 소리: computer(기본값) 또는 microphone."),
+             L("What to caption without a recording: computer (the default), microphone or both.",
+               "녹음 파일이 없을 때 자막으로 만들 소리: computer(기본값), microphone 또는 both."),
              "input"),
       Option({"d", "device"},
              L("The output or microphone, by a name that --list-devices shows. The default is the "
@@ -79,10 +79,10 @@ QString helpText(const QCommandLineParser& parser) {
                        .arg(option, value, expected));
 }
 
-AudioInput inputOf(const QString& value) {
-  if (value.isEmpty() || value == QLatin1String("computer")) return AudioInput::computer;
-  if (value == QLatin1String("microphone")) return AudioInput::microphone;
-  refuse("input", value, "computer, microphone");
+InputChoice inputOf(const QString& value) {
+  if (value.isEmpty()) return InputChoice::computer;
+  if (const auto choice = inputChoiceFromRawValue(value)) return *choice;
+  refuse("input", value, "computer, microphone, both");
 }
 
 CaptionOutput outputOf(const QString& value) {
@@ -105,7 +105,7 @@ void checkSource(const CaptionArguments& arguments, const QCommandLineParser& pa
                        "녹음 파일과 --%1 가운데 하나만 지정할 수 있습니다.")
                          .arg(QLatin1String(live)));
   }
-  const bool isMicrophone = arguments.input == AudioInput::microphone;
+  const bool isMicrophone = arguments.input == InputChoice::microphone;
   for (const char* program : {"program", "except"}) {
     if (!parser.isSet(program)) continue;
     if (parser.value(program).isEmpty()) {

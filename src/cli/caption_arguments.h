@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "model/audio_input.h"
+#include "settings/input_choice.h"
 #include "settings/program_choice.h"
 
 #include <optional>
@@ -18,8 +18,8 @@ enum class CaptionOutput { text, subRip, webVTT, json };
 struct CaptionArguments {
   /// The file to caption; "-" is the standard input; nullopt captions `input` live.
   std::optional<QString> recording = {};
-  AudioInput input = AudioInput::computer;
-  /// The device of `input`, by its id or name; empty: the default one.
+  InputChoice input = InputChoice::computer;
+  /// The device of `input`, or the output of both, by its id or name; empty: the default one.
   QString device = {};
   /// Whose sound of the computer's.
   ProgramChoice program = {};

@@ -58,7 +58,8 @@ void CaptionsCommand::interrupt() {
 void CaptionsCommand::handle(const SpeechRecognitionEvent& event) {
   if (const auto* draft = std::get_if<DraftEvent>(&event)) {
     progress_.erase();
-    parts_.printer.draft(draft->text);
+    drafts_[static_cast<std::size_t>(draft->input)] = draft->text;
+    showDrafts();
   } else if (const auto* final = std::get_if<FinalEvent>(&event)) {
     take(*final);
   } else if (const auto* status = std::get_if<StatusEvent>(&event)) {
@@ -67,7 +68,16 @@ void CaptionsCommand::handle(const SpeechRecognitionEvent& event) {
   }
 }
 
+void CaptionsCommand::showDrafts() {
+  QStringList texts;
+  for (const QString& text : drafts_) {
+    if (!text.isEmpty()) texts += text;
+  }
+  parts_.printer.draft(texts.join(QStringLiteral(" | ")));
+}
+
 void CaptionsCommand::take(const FinalEvent& event) {
+  drafts_[static_cast<std::size_t>(event.input)].clear();
   std::vector<Line> lines = finishedLines(event, parts_.clock.now(), session_.startedAt, speakers_);
   std::move(lines.begin(), lines.end(), std::back_inserter(session_.lines));
   translator_.linesAppended();

@@ -8,6 +8,7 @@
 #include "model/caption_session.h"
 #include "translation/caption_translator.h"
 
+#include <array>
 #include <memory>
 
 namespace velun {
@@ -46,6 +47,7 @@ class CaptionsCommand final : public QObject {
 
  private:
   void handle(const SpeechRecognitionEvent& event);
+  void showDrafts();
   void take(const FinalEvent& event);
   void printSettledLines();
   void sourceEnded(const std::optional<QString>& error);
@@ -71,6 +73,8 @@ class CaptionsCommand final : public QObject {
   bool isUnwritten_ = false;
   int status_ = kDone;
   std::optional<QString> shownStatus_;
+  /// The unfinished text of each input.
+  std::array<QString, allAudioInputs.size()> drafts_;
 };
 
 }  // namespace velun

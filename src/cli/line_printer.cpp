@@ -36,11 +36,13 @@ double secondsOf(milliseconds time) {
 
 class TextPrinter final : public LinePrinter {
  public:
-  TextPrinter(std::FILE* out, bool showsTimes, bool showsDrafts, Instant start)
+  TextPrinter(std::FILE* out, const CaptionArguments& arguments, Instant start,
+              const CaptionSession& names)
       : out_(out),
-        showsTimes_(showsTimes),
-        showsDrafts_(showsDrafts && isatty(fileno(out))),
-        start_(start) {}
+        showsTimes_(arguments.showsTimes),
+        showsDrafts_(arguments.showsDrafts && isatty(fileno(out))),
+        start_(start),
+        session_(names) {}
 
   void draft(const QString& text) override {
     if (!showsDrafts_) return;
@@ -57,7 +59,7 @@ class TextPrinter final : public LinePrinter {
     QString text;
     if (showsTimes_)
       text += QStringLiteral("[%1] ").arg(clockText(secondsOf(startOf(line, start_)), true));
-    text += line.text + QLatin1Char('\n');
+    text += session_.named(line, line.text) + QLatin1Char('\n');
     for (const auto& [language, translation] : line.translations) {
       text += QStringLiteral("    ") + translation + QLatin1Char('\n');
     }
@@ -81,20 +83,26 @@ class TextPrinter final : public LinePrinter {
   bool showsTimes_;
   bool showsDrafts_;
   Instant start_;
+  /// Without lines; names the inputs.
+  CaptionSession session_;
   bool hasDraft_ = false;
 };
 
 class SubtitlePrinter final : public LinePrinter {
  public:
-  SubtitlePrinter(std::FILE* out, CaptionOutput output, Instant start, const QString& target)
+  SubtitlePrinter(std::FILE* out, const CaptionArguments& arguments, Instant start,
+                  const CaptionSession& names)
       : out_(out),
-        output_(output),
-        timeline_(start, target.isEmpty() ? TranscriptContent::original : TranscriptContent::both,
-                  target) {
+        output_(arguments.output),
+        session_(names),
+        timeline_(
+            start,
+            arguments.target.isEmpty() ? TranscriptContent::original : TranscriptContent::both,
+            arguments.target) {
     if (output_ == CaptionOutput::webVTT) write(out_, webVTTHead());
   }
 
-  void line(const Line& line) override { print(timeline_.add(line)); }
+  void line(const Line& line) override { print(timeline_.add(line, session_.inputName(line))); }
   void finish() override { print(timeline_.finish()); }
 
  private:
@@ -107,6 +115,8 @@ class SubtitlePrinter final : public LinePrinter {
 
   std::FILE* out_;
   CaptionOutput output_;
+  /// Without lines; names the inputs.
+  CaptionSession session_;
   SubtitleTimeline timeline_;
   int count_ = 0;
 };
@@ -147,13 +157,13 @@ class JsonPrinter final : public LinePrinter {
 }  // namespace
 
 std::unique_ptr<LinePrinter> makeLinePrinter(const CaptionArguments& arguments, std::FILE* out,
-                                             Instant start) {
+                                             Instant start, const CaptionSession& names) {
   switch (arguments.output) {
     case CaptionOutput::text:
-      return std::make_unique<TextPrinter>(out, arguments.showsTimes, arguments.showsDrafts, start);
+      return std::make_unique<TextPrinter>(out, arguments, start, names);
     case CaptionOutput::subRip:
     case CaptionOutput::webVTT:
-      return std::make_unique<SubtitlePrinter>(out, arguments.output, start, arguments.target);
+      return std::make_unique<SubtitlePrinter>(out, arguments, start, names);
     case CaptionOutput::json:
       return std::make_unique<JsonPrinter>(out, arguments.showsDrafts, start);
   }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "cli/caption_arguments.h"
-#include "model/line.h"
+#include "model/caption_session.h"
 
 #include <cstdio>
 #include <memory>
@@ -22,8 +22,9 @@ class LinePrinter {
 };
 
 /// A printer on `out`, which must outlive it. `start` is when the captions began; a line's times
-/// are counted from there. On a terminal a draft is overwritten by what follows it.
+/// are counted from there. Lines have the names of inputs that `names` has. On a terminal a draft
+/// is overwritten by what follows it.
 std::unique_ptr<LinePrinter> makeLinePrinter(const CaptionArguments& arguments, std::FILE* out,
-                                             Instant start);
+                                             Instant start, const CaptionSession& names = {});
 
 }  // namespace velun

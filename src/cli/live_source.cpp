@@ -9,8 +9,8 @@
 namespace velun {
 
 LiveSource::LiveSource(std::unique_ptr<SpeechRecognizing> engine, QString localeID,
-                       AudioTarget target)
-    : engine_(std::move(engine)), localeID_(std::move(localeID)), target_(std::move(target)) {
+                       CaptionTargets targets)
+    : engine_(std::move(engine)), localeID_(std::move(localeID)), targets_(std::move(targets)) {
   connect(engine_.get(), &SpeechRecognizing::eventOccurred, this,
           [this](const SpeechRecognitionEvent& event) {
             if (const auto* failure = std::get_if<FailureEvent>(&event)) {
@@ -30,7 +30,7 @@ QCoro::Task<> LiveSource::run(QPointer<LiveSource> self) {
   std::optional<QString> error;
   try {
     QCoro::Task<> starting =
-        self->engine_->start(self->localeID_, self->target_, self->stop_.get_token());
+        self->engine_->start(self->localeID_, self->targets_, self->stop_.get_token());
     co_await starting;
   } catch (const Cancelled&) {
     // `stop` tells the end.

@@ -9,12 +9,12 @@
 
 namespace velun {
 
-/// The sound of an output or of a microphone.
+/// The sound of an output, of a microphone or of both.
 class LiveSource final : public CaptionSource {
   Q_OBJECT
 
  public:
-  LiveSource(std::unique_ptr<SpeechRecognizing> engine, QString localeID, AudioTarget target);
+  LiveSource(std::unique_ptr<SpeechRecognizing> engine, QString localeID, CaptionTargets targets);
 
   void start() override;
   void stop() override;
@@ -25,7 +25,7 @@ class LiveSource final : public CaptionSource {
 
   std::unique_ptr<SpeechRecognizing> engine_;
   QString localeID_;
-  AudioTarget target_;
+  CaptionTargets targets_;
   std::stop_source stop_;
   std::optional<QString> error_;
   bool isStopping_ = false;

@@ -35,6 +35,17 @@ Instant currentInstant() {
   return std::chrono::time_point_cast<std::chrono::microseconds>(std::chrono::system_clock::now());
 }
 
+QString CaptionSession::inputName(const Line& line) const {
+  if (!line.input) return {};
+  return (*line.input == AudioInput::microphone ? microphoneName : computerName)
+      .value_or(QString());
+}
+
+QString CaptionSession::named(const Line& line, const QString& text) const {
+  const QString name = inputName(line);
+  return name.isEmpty() || text.isEmpty() ? text : name + QStringLiteral(": ") + text;
+}
+
 std::vector<QString> CaptionSession::translationLanguages() const {
   std::set<QString, CodePointOrder> languages;
   for (const Line& line : lines) {

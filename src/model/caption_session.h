@@ -24,8 +24,17 @@ struct CaptionSession {
   QString title = defaultSessionTitle();
   /// Oldest first; only ever appended to.
   std::vector<Line> lines;
+  /// The names of the inputs, in a session for which both were captioned at once.
+  std::optional<QString> computerName = {};
+  std::optional<QString> microphoneName = {};
 
   bool operator==(const CaptionSession&) const = default;
+
+  /// The name of the line's input; empty unless both were captioned at once.
+  QString inputName(const Line& line) const;
+
+  /// `text` after the name of the line's input, as in "Me: Hello."
+  QString named(const Line& line, const QString& text) const;
 
   /// Every language that a line is translated into, in ascending order, without repeats.
   std::vector<QString> translationLanguages() const;

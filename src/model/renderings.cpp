@@ -22,7 +22,7 @@ class Rendering {
   QString of(const CaptionSession& session) {
     QString document = header(session);
     for (const Line& line : session.lines) {
-      const QStringList found = blocks(line);
+      const QStringList found = blocks(session, line);
       if (!found.isEmpty()) document += found.join(QStringLiteral("\n\n")) + QStringLiteral("\n\n");
     }
     return document;
@@ -43,14 +43,14 @@ class Rendering {
     return text + QLatin1Char('\n');
   }
 
-  QStringList blocks(const Line& line) {
+  QStringList blocks(const CaptionSession& session, const Line& line) {
     const QString timestamp = options_.showsTimes ? line.timestamp() : QString();
     QString prefix =
         timestamp.isEmpty() ? QString() : QLatin1Char('[') + timestamp + QStringLiteral("] ");
     if (line.speaker) prefix += speakerName(*line.speaker) + QStringLiteral(" · ");
     QStringList blocks;
     if (options_.content != TranscriptContent::translation) {
-      blocks += source(prefix + sourceLabel(line), line.text);
+      blocks += source(prefix + sourceLabel(session, line), line.text);
     }
     if (options_.content != TranscriptContent::original) {
       for (const auto& [language, text] : line.translatedTexts(options_.language)) {
@@ -72,10 +72,12 @@ class Rendering {
     return QStringLiteral("**") + label + QStringLiteral("**\n\n> ") + quoted;
   }
 
-  QString sourceLabel(const Line& line) {
+  QString sourceLabel(const CaptionSession& session, const Line& line) {
     const QString name = nameOf(line.sourceLanguage);
     const QString label = L("Original · ", "원문 · ") + name;
-    return line.input ? label + QStringLiteral(" · ") + title(*line.input) : label;
+    if (!line.input) return label;
+    const QString input = session.inputName(line);
+    return label + QStringLiteral(" · ") + (input.isEmpty() ? title(*line.input) : input);
   }
 
   QString translationLabel(const QString& language) {
@@ -103,7 +105,7 @@ QString renderTranscript(const CaptionSession& session, TranscriptContent conten
                          const std::optional<QString>& language) {
   QStringList groups;
   for (const Line& line : session.lines) {
-    const QString group = renderTranscript(line, content, language);
+    const QString group = session.named(line, renderTranscript(line, content, language));
     if (!group.isEmpty()) groups += group;
   }
   return groups.join(QStringLiteral("\n\n"));

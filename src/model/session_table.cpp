@@ -52,6 +52,11 @@ std::vector<Column> columns(const CaptionSession& session, const ExportOptions& 
          [](const Line& line) { return line.speaker ? speakerName(*line.speaker) : QString(); },
          true});
   }
+  if (session.computerName || session.microphoneName) {
+    result.push_back({L("Source", "소스"), [&session](const Line& line) {
+                        return session.inputName(line);
+                      }});
+  }
   if (options.content != TranscriptContent::translation) {
     result.push_back({originalHeading(session), &Line::text});
   }

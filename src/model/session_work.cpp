@@ -67,6 +67,8 @@ CaptionSession combined(std::vector<CaptionSession> sessions) {
       if (line.end) *line.end += later;
       result.lines.push_back(std::move(line));
     }
+    if (!result.computerName) result.computerName = session->computerName;
+    if (!result.microphoneName) result.microphoneName = session->microphoneName;
     if (session->endedAt) result.endedAt = std::max(result.endedAt, session->endedAt);
   }
   // Sessions that were combined before share lines, which have one id each in a file.

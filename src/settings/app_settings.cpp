@@ -29,6 +29,7 @@ AppSettings::AppSettings(PreferenceStore* preferences, QObject* parent)
     };
     language_ = appLanguageFromRawValue(text("language", QString())).value_or(AppLanguage::english);
     useMic_ = boolean("useMic", useMic_);
+    captionsBoth_ = boolean("captionsBoth", captionsBoth_);
     output_ = readDevice("output");
     microphone_ = readDevice("microphone");
     program_ = readProgram();
@@ -49,6 +50,7 @@ AppSettings::AppSettings(PreferenceStore* preferences, QObject* parent)
     const double lines = preferences_->get<double>(QStringLiteral("captionLines")).value_or(0);
     captionLines_ = static_cast<int>(std::clamp(lines, 0.0, double(maxCaptionLines)));
   }
+  readInputLabels();
   readStyles();
   Localization::shared().setLanguage(language_);
 }
@@ -82,9 +84,57 @@ void AppSettings::setLanguage(AppLanguage language) {
   Q_EMIT languageChanged();
 }
 
+bool AppSettings::captions(AudioInput input) const {
+  return captionsBoth_ || useMic_ == (input == AudioInput::microphone);
+}
+
 void AppSettings::setUseMic(bool useMic) {
-  const bool differs = set(useMic_, useMic, "useMic", &AppSettings::useMicChanged);
+  setInputChoice(useMic ? InputChoice::microphone : InputChoice::computer);
+}
+
+void AppSettings::setInputChoice(InputChoice choice) {
+  const bool differs = inputChoice() != choice;
+  const bool both = choice == InputChoice::both;
+  const auto write = [this](const char* key, bool value) {
+    if (preferences_) preferences_->set(QString::fromLatin1(key), value);
+  };
+  // Versions that know one input only go on with the one that was chosen last.
+  if (!both) {
+    useMic_ = choice == InputChoice::microphone;
+    write("useMic", useMic_);
+  }
+  if (captionsBoth_ || both) write("captionsBoth", both);
+  captionsBoth_ = both;
+  Q_EMIT inputChoiceChanged();
   if (differs) Q_EMIT changed(Change::input);
+}
+
+void AppSettings::readInputLabels() {
+  for (const AudioInput input : allAudioInputs) {
+    InputLabel& label = inputLabels_[static_cast<std::size_t>(input)];
+    label.color = defaultInputColor(input);
+    if (!preferences_) continue;
+    const QString key = rawValue(input);
+    label.name = preferences_->get<QString>(key + QStringLiteral("LabelName")).value_or(QString());
+    const QColor color(
+        preferences_->get<QString>(key + QStringLiteral("LabelColor")).value_or(QString()));
+    if (color.isValid()) label.color = color.rgb();
+  }
+}
+
+QString AppSettings::inputName(AudioInput input) const {
+  const QString& name = inputLabel(input).name;
+  return name.isEmpty() ? defaultInputName(input) : name;
+}
+
+void AppSettings::setInputLabel(AudioInput input, const InputLabel& label) {
+  InputLabel& own = inputLabels_[static_cast<std::size_t>(input)];
+  own = {label.name.simplified(), label.color};
+  if (preferences_) {
+    preferences_->set(rawValue(input) + QStringLiteral("LabelName"), own.name);
+    preferences_->set(rawValue(input) + QStringLiteral("LabelColor"), own.color.name());
+  }
+  Q_EMIT inputLabelsChanged();
 }
 
 DeviceChoice AppSettings::readDevice(const char* key) const {
@@ -108,17 +158,21 @@ bool AppSettings::storeDevice(DeviceChoice& property, const DeviceChoice& device
 
 void AppSettings::setOutput(const DeviceChoice& output) {
   const bool differs = storeDevice(output_, output, "output", &AppSettings::outputChanged);
-  if (differs && !useMic_) Q_EMIT changed(Change::input);
+  if (differs && captions(AudioInput::computer)) Q_EMIT changed(Change::input);
 }
 
 void AppSettings::setMicrophone(const DeviceChoice& microphone) {
   const bool differs =
       storeDevice(microphone_, microphone, "microphone", &AppSettings::microphoneChanged);
-  if (differs && useMic_) Q_EMIT changed(Change::input);
+  if (differs && captions(AudioInput::microphone)) Q_EMIT changed(Change::input);
+}
+
+void AppSettings::setDevice(AudioInput input, const DeviceChoice& device) {
+  input == AudioInput::microphone ? setMicrophone(device) : setOutput(device);
 }
 
 void AppSettings::setDevice(const DeviceChoice& device) {
-  useMic_ ? setMicrophone(device) : setOutput(device);
+  useMic() ? setMicrophone(device) : setOutput(device);
 }
 
 ProgramChoice AppSettings::readProgram() const {
@@ -141,7 +195,7 @@ void AppSettings::setProgram(const ProgramChoice& program) {
                       valid.scope == ProgramChoice::Scope::allBut);
   }
   Q_EMIT programChanged();
-  if (differs && !useMic_) Q_EMIT changed(Change::input);
+  if (differs && captions(AudioInput::computer)) Q_EMIT changed(Change::input);
 }
 
 void AppSettings::setLocaleID(const QString& localeID) {

@@ -3,6 +3,8 @@
 
 #include "language/app_language.h"
 #include "settings/device_choice.h"
+#include "settings/input_choice.h"
+#include "settings/input_label.h"
 #include "settings/panel_style.h"
 #include "settings/program_choice.h"
 #include "settings/text_size.h"
@@ -28,13 +30,29 @@ class AppSettings final : public QObject {
   explicit AppSettings(PreferenceStore* preferences = nullptr, QObject* parent = nullptr);
 
   AppLanguage language() const { return language_; }
-  bool useMic() const { return useMic_; }
-  /// The output whose sound is captioned without `useMic`, and the microphone with it.
+  InputChoice inputChoice() const {
+    if (captionsBoth_) return InputChoice::both;
+    return useMic_ ? InputChoice::microphone : InputChoice::computer;
+  }
+  /// Whether the microphone alone is captioned.
+  bool useMic() const { return inputChoice() == InputChoice::microphone; }
+  /// Whether the input is captioned, alone or with the other one.
+  bool captions(AudioInput input) const;
+  /// How lines are marked while both inputs are captioned.
+  const InputLabel& inputLabel(AudioInput input) const {
+    return inputLabels_[static_cast<std::size_t>(input)];
+  }
+  /// The name to show: the user's, or the default one.
+  QString inputName(AudioInput input) const;
+  /// The output whose sound is captioned, and the microphone.
   const DeviceChoice& output() const { return output_; }
   const DeviceChoice& microphone() const { return microphone_; }
-  /// That of the two which `useMic` selects.
-  const DeviceChoice& device() const { return useMic_ ? microphone_ : output_; }
-  /// Whose sound is captioned without `useMic`. With one program, or all but one, the output does
+  const DeviceChoice& device(AudioInput input) const {
+    return input == AudioInput::microphone ? microphone_ : output_;
+  }
+  /// The microphone with `useMic`, otherwise the output.
+  const DeviceChoice& device() const { return useMic() ? microphone_ : output_; }
+  /// Whose sound of the computer's is captioned. With one program, or all but one, the output does
   /// not matter.
   const ProgramChoice& program() const { return program_; }
   /// The recognizer's locale identifier, such as "en_US".
@@ -68,10 +86,14 @@ class AppSettings final : public QObject {
   static constexpr int maxCaptionLines = 6;
 
   void setLanguage(AppLanguage language);
+  /// Captions the microphone alone, or the computer alone.
   void setUseMic(bool useMic);
+  void setInputChoice(InputChoice choice);
+  void setInputLabel(AudioInput input, const InputLabel& label);
   void setOutput(const DeviceChoice& output);
   void setMicrophone(const DeviceChoice& microphone);
-  /// Sets that of the two which `useMic` selects.
+  void setDevice(AudioInput input, const DeviceChoice& device);
+  /// Sets the microphone with `useMic`, otherwise the output.
   void setDevice(const DeviceChoice& device);
   void setProgram(const ProgramChoice& program);
   void setLocaleID(const QString& localeID);
@@ -97,7 +119,8 @@ class AppSettings final : public QObject {
 
  Q_SIGNALS:
   void languageChanged();
-  void useMicChanged();
+  void inputChoiceChanged();
+  void inputLabelsChanged();
   void outputChanged();
   void microphoneChanged();
   void programChanged();
@@ -128,6 +151,7 @@ class AppSettings final : public QObject {
 
   DeviceChoice readDevice(const char* key) const;
   ProgramChoice readProgram() const;
+  void readInputLabels();
   /// Returns whether the device differs.
   bool storeDevice(DeviceChoice& property, const DeviceChoice& device, const char* key,
                    void (AppSettings::*notify)());
@@ -136,6 +160,8 @@ class AppSettings final : public QObject {
   PreferenceStore* preferences_;
   AppLanguage language_ = AppLanguage::english;
   bool useMic_ = false;
+  bool captionsBoth_ = false;
+  std::array<InputLabel, allAudioInputs.size()> inputLabels_;
   DeviceChoice output_;
   DeviceChoice microphone_;
   ProgramChoice program_;

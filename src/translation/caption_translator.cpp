@@ -6,6 +6,7 @@
 #include "platform/foundation/language_identifier.h"
 #include "platform/foundation/main_task.h"
 
+#include <algorithm>
 #include <exception>
 #include <utility>
 
@@ -31,11 +32,20 @@ void CaptionTranslator::configure(bool enabled, bool hasContent, const QString& 
   translator_.reset();
   isTranslating_ = false;
   next_ = 0;
+  inserted_.clear();
   sourceID_ = sourceID;
   targetID_ = targetID;
   if (!enabled || !hasContent || hasSameLanguage(sourceID, targetID)) return;
   translator_ = platform_.makeTranslator(languageOfLocale(sourceID), targetID);
   start(false);
+}
+
+void CaptionTranslator::lineInserted(std::size_t index) {
+  if (index < next_) {
+    ++next_;
+    inserted_.push_back(lines_[index].id);
+  }
+  linesAppended();
 }
 
 void CaptionTranslator::linesAppended() {
@@ -90,11 +100,22 @@ QCoro::Task<> CaptionTranslator::translateLines(CaptionTranslator* self, bool is
 }
 
 const Line* CaptionTranslator::takeNext() {
+  while (!inserted_.empty()) {
+    const QUuid id = inserted_.front();
+    inserted_.erase(inserted_.begin());
+    const auto found = std::find_if(lines_.rbegin(), lines_.rend(),
+                                    [&id](const Line& line) { return line.id == id; });
+    if (found != lines_.rend() && isWanted(*found)) return &*found;
+  }
   while (next_ < lines_.size()) {
     const Line& line = lines_[next_++];
-    if (line.sourceLanguage == sourceID_ && !line.translations.contains(targetID_)) return &line;
+    if (isWanted(line)) return &line;
   }
   return nullptr;
+}
+
+bool CaptionTranslator::isWanted(const Line& line) const {
+  return line.sourceLanguage == sourceID_ && !line.translations.contains(targetID_);
 }
 
 }  // namespace velun

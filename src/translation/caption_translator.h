@@ -37,6 +37,9 @@ class CaptionTranslator final : public QObject {
   /// Call after lines were appended.
   void linesAppended();
 
+  /// Call after one line was inserted at `index`.
+  void lineInserted(std::size_t index);
+
   /// Whether lines are translated, after `configure`.
   bool isActive() const { return translator_ != nullptr; }
 
@@ -51,6 +54,7 @@ class CaptionTranslator final : public QObject {
                                       std::stop_token stop);
   void start(bool isPrepared);
   const Line* takeNext();
+  bool isWanted(const Line& line) const;
 
   TranslationPlatform& platform_;
   const std::vector<Line>& lines_;
@@ -58,6 +62,7 @@ class CaptionTranslator final : public QObject {
   QString targetID_;
   std::shared_ptr<Translator> translator_;  // null while nothing is to be translated
   std::size_t next_ = 0;                    // index of the first line that was not looked at
+  std::vector<QUuid> inserted_;             // lines before it that were not looked at either
   bool isTranslating_ = false;              // `translateLines` runs or is about to
   std::stop_source stop_;                   // of the configuration
 };

@@ -299,7 +299,7 @@ class AppCommandsTest final : public test::Suite {
     blocker.setModal(true);
     blocker.show();
     const std::vector<ApplicationAction> actions = stage.application.actions;
-    QCOMPARE(actions.size(), std::size_t(31));
+    QCOMPARE(actions.size(), std::size_t(32));
     for (const ApplicationAction& action : actions) {
       if (kSourceActions.contains(action.name)) continue;
       Q_EMIT stage.application.actionRequested(

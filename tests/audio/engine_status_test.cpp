@@ -30,17 +30,17 @@ class EngineStatusTest final : public test::Suite {
     Fixture f;
     QCOMPARE(f.start("en_US", {AudioTarget::Kind::input, "usb-mic", "Desk Microphone"}), QString());
     f.events.clear();
-    const QSignalSpy changes(f.engine.get(), &SpeechRecognizing::isDeviceMissingChanged);
+    const QSignalSpy changes(f.engine.get(), &SpeechRecognizing::missingInputChanged);
     Q_EMIT f.audio.source->deviceMissing();
-    QVERIFY(f.engine->isDeviceMissing());
+    QVERIFY(f.engine->missingInput());
     Q_EMIT f.audio.source->deviceFound();
-    QVERIFY(!f.engine->isDeviceMissing());
+    QVERIFY(!f.engine->missingInput());
     Q_EMIT f.audio.source->deviceMissing();
     const QString missing =
         "status “Desk Microphone” is not connected. Captions will go on when it is back.";
     QCOMPARE(f.events, (QStringList{missing, "status -", missing}));
     f.stop();
-    QVERIFY(!f.engine->isDeviceMissing());
+    QVERIFY(!f.engine->missingInput());
     QCOMPARE(f.events.last(), QString("status -"));
     QCOMPARE(changes.count(), 4);
     QCOMPARE(f.audio.script->calls.first(), QString("start input usb-mic"));

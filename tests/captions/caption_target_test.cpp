@@ -16,12 +16,12 @@ class CaptionTargetTest final : public test::Suite {
 
   void theChosenDeviceOfTheInput() {
     AppSettings settings;
-    QCOMPARE(captionTarget(settings), AudioTarget());
+    QCOMPARE(captionTargets(settings).first(), AudioTarget());
     settings.setOutput({"hdmi", "Television"});
     settings.setMicrophone({"usb-mic", "Desk"});
-    QCOMPARE(captionTarget(settings), (AudioTarget{Kind::output, "hdmi", "Television"}));
+    QCOMPARE(captionTargets(settings).first(), (AudioTarget{Kind::output, "hdmi", "Television"}));
     settings.setUseMic(true);
-    QCOMPARE(captionTarget(settings), (AudioTarget{Kind::input, "usb-mic", "Desk"}));
+    QCOMPARE(captionTargets(settings).first(), (AudioTarget{Kind::input, "usb-mic", "Desk"}));
     QCOMPARE(captionSourceTitle(settings), QString("Microphone"));
   }
 
@@ -29,15 +29,16 @@ class CaptionTargetTest final : public test::Suite {
     AppSettings settings;
     settings.setOutput({"hdmi", "Television"});
     settings.setProgram({Scope::only, "Firefox"});
-    QCOMPARE(captionTarget(settings), (AudioTarget{Kind::program, "Firefox", "Firefox"}));
+    QCOMPARE(captionTargets(settings).first(), (AudioTarget{Kind::program, "Firefox", "Firefox"}));
     QCOMPARE(captionSourceTitle(settings), QString("Only Firefox"));
     settings.setProgram({Scope::allBut, "Music"});
-    QCOMPARE(captionTarget(settings), (AudioTarget{Kind::otherPrograms, "Music", "Music"}));
+    QCOMPARE(captionTargets(settings).first(),
+             (AudioTarget{Kind::otherPrograms, "Music", "Music"}));
     QCOMPARE(captionSourceTitle(settings), QString("All Except Music"));
     Localization::shared().setLanguage(AppLanguage::korean);
     QCOMPARE(captionSourceTitle(settings), QString("Music 외 모두"));
     settings.setUseMic(true);
-    QCOMPARE(captionTarget(settings).kind, Kind::input);
+    QCOMPARE(captionTargets(settings).first().kind, Kind::input);
   }
 };
 

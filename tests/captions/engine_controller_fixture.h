@@ -35,7 +35,8 @@ struct EngineControllerFixture {
                        const QString text = failure ? failure->message : "cancelled";
                        signalled.append("start failed: " + text);
                      });
-    QObject::connect(&settings, &AppSettings::useMicChanged, observed, &EngineController::restart);
+    QObject::connect(&settings, &AppSettings::inputChoiceChanged, observed,
+                     &EngineController::restart);
   }
 
   void start() {

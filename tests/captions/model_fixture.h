@@ -62,7 +62,9 @@ struct ModelFixture : SessionsFolder {
     recognizer->emitEvent(FailureEvent{message, stage});
   }
 
-  void deviceMissing(bool isMissing) { recognizer->setDeviceMissing(isMissing); }
+  void deviceMissing(bool isMissing) {
+    recognizer->setMissing(isMissing ? std::optional(AudioInput::computer) : std::nullopt);
+  }
 
   /// From the next configuration on, translations are the texts in upper case.
   void translateToUpperCase() {

@@ -32,7 +32,7 @@ class CaptionArgumentsTest final : public test::Suite {
   void withoutArgumentsTheComputerIsCaptionedAsText() {
     const CaptionArguments arguments = parsed({});
     QVERIFY(!arguments.recording);
-    QCOMPARE(arguments.input, AudioInput::computer);
+    QCOMPARE(arguments.input, InputChoice::computer);
     QCOMPARE(arguments.output, CaptionOutput::text);
     QVERIFY(arguments.localeID.isEmpty() && arguments.model.isEmpty());
     QVERIFY(!arguments.showsDrafts && !arguments.showsTimes && !arguments.listsModels);
@@ -41,7 +41,7 @@ class CaptionArgumentsTest final : public test::Suite {
   void everyOptionIsRead() {
     const CaptionArguments live = parsed(
         "--input microphone -d usb-mic -l ko_KR --model zipformer-ko --format json --drafts -t en");
-    QCOMPARE(live.input, AudioInput::microphone);
+    QCOMPARE(live.input, InputChoice::microphone);
     QCOMPARE(live.device, QString("usb-mic"));
     QCOMPARE(live.localeID, QString("ko_KR"));
     QCOMPARE(live.model, QString("zipformer-ko"));
@@ -70,7 +70,7 @@ class CaptionArgumentsTest final : public test::Suite {
         << "“doc” is not a value of --format; it can be text, srt, vtt, json.";
     QTest::newRow("an unknown input")
         << "-i radio"
-        << "“radio” is not a value of --input; it can be computer, microphone.";
+        << "“radio” is not a value of --input; it can be computer, microphone, both.";
     QTest::newRow("two recordings") << "a.mp3 b.mp3"
                                     << "Only one recording can be captioned at a time.";
     QTest::newRow("a recording and an input")

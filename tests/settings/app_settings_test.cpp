@@ -28,6 +28,9 @@ struct Noted {
 void checkDefaults(const AppSettings& settings) {
   QCOMPARE(settings.language(), AppLanguage::english);
   QCOMPARE(settings.useMic(), false);
+  QCOMPARE(settings.inputChoice(), InputChoice::computer);
+  QCOMPARE(settings.inputName(AudioInput::computer), QString("Computer"));
+  QCOMPARE(settings.inputName(AudioInput::microphone), QString("Me"));
   QCOMPARE(settings.output(), DeviceChoice());
   QCOMPARE(settings.microphone(), DeviceChoice());
   QCOMPARE(settings.program(), ProgramChoice());
@@ -128,6 +131,45 @@ class AppSettingsTest final : public test::Suite {
     QCOMPARE(AppSettings(&store).program(), ProgramChoice());
     settings.setProgram({Scope::only, {}});
     QCOMPARE(settings.program(), ProgramChoice());
+  }
+
+  void bothInputsAreStoredBesideTheOneChosenLast() {
+    test::MemoryPreferences store;
+    AppSettings settings(&store);
+    QSignalSpy changes(&settings, &AppSettings::changed);
+    settings.setUseMic(true);
+    QVERIFY(!store.values.contains("captionsBoth"));
+    settings.setInputChoice(InputChoice::both);
+    QCOMPARE(changes.size(), 2);
+    QVERIFY(std::get<bool>(store.values.value("useMic")));
+    QVERIFY(!settings.useMic());
+    QVERIFY(settings.captions(AudioInput::computer) && settings.captions(AudioInput::microphone));
+    settings.setMicrophone({"desk", "Desk"});
+    settings.setOutput({"hdmi", "Television"});
+    QCOMPARE(changes.size(), 4);
+    QCOMPARE(AppSettings(&store).inputChoice(), InputChoice::both);
+    settings.setInputChoice(InputChoice::computer);
+    QVERIFY(!settings.captions(AudioInput::microphone));
+    QCOMPARE(AppSettings(&store).inputChoice(), InputChoice::computer);
+  }
+
+  void inputsHaveNamesAndReadableColors() {
+    test::MemoryPreferences store;
+    AppSettings settings(&store);
+    const QColor panel = standardStyle(PanelSet::calm).background;
+    for (const AudioInput input : allAudioInputs) {
+      QVERIFY(contrastRatio(panel, settings.inputLabel(input).color) >= 4.5);
+    }
+    settings.setInputLabel(AudioInput::microphone, {"  Ana ", QColor(10, 20, 90)});
+    const AppSettings later(&store);
+    QCOMPARE(later.inputName(AudioInput::microphone), QString("Ana"));
+    QCOMPARE(later.inputLabel(AudioInput::microphone).color, QColor(10, 20, 90));
+    QCOMPARE(later.inputName(AudioInput::computer), QString("Computer"));
+    for (const PanelSet set : allPanelSets) {
+      const QColor background = standardStyle(set).background;
+      for (const QColor& color : {QColor(10, 20, 90), QColor(250, 250, 200), QColor(128, 128, 128)})
+        QVERIFY(contrastRatio(background, readableOn(background, color)) >= 4.5);
+    }
   }
 
   void storedValuesOfAnotherTypeGiveTheDefaults() {

@@ -43,7 +43,7 @@ class ScriptedRecognizer final : public SpeechRecognizing {
     bool isStarted = false;
     bool isStopRequested = false;
     bool isDownloading = false;
-    bool isDeviceMissing = false;
+    std::optional<AudioInput> missingInput;
 
     /// Ends the held operation; `fail` ends a start with a failure.
     void release() const { gate.complete(true); }
@@ -75,13 +75,16 @@ class ScriptedRecognizer final : public SpeechRecognizing {
     Q_EMIT eventOccurred(happened);
   }
 
-  QCoro::Task<> start(QString localeID, AudioTarget target, std::stop_token stop) override {
+  QCoro::Task<> start(QString localeID, CaptionTargets targets, std::stop_token stop) override {
     const QPointer<ScriptedRecognizer> self(this);
     const std::shared_ptr<Script> script = script_;
     if (script->isStarted) ++script->overlaps;
-    const bool isMicrophone = target.kind == AudioTarget::Kind::input;
-    QString call = "start " + localeID + (isMicrophone ? " microphone" : " computer");
-    if (!target.id.isEmpty()) call += ' ' + target.id;
+    QString call = "start " + localeID;
+    for (const AudioTarget& target : targets.all()) {
+      const bool isMicrophone = target.kind == AudioTarget::Kind::input;
+      call += isMicrophone ? " microphone" : " computer";
+      if (!target.id.isEmpty()) call += ' ' + target.id;
+    }
     script->begin(call);
     std::exception_ptr error;
     try {
@@ -122,12 +125,12 @@ class ScriptedRecognizer final : public SpeechRecognizing {
   }
 
   bool isDownloading() const override { return script_->isDownloading; }
-  bool isDeviceMissing() const override { return script_->isDeviceMissing; }
+  std::optional<AudioInput> missingInput() const override { return script_->missingInput; }
 
   /// The device of the run goes away or comes back.
-  void setDeviceMissing(bool isMissing) {
-    script_->isDeviceMissing = isMissing;
-    Q_EMIT isDeviceMissingChanged();
+  void setMissing(std::optional<AudioInput> input) {
+    script_->missingInput = input;
+    Q_EMIT missingInputChanged();
   }
 
   std::vector<float> meterBands() const override { return script_->bands; }

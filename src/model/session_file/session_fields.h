@@ -36,6 +36,8 @@ inline constexpr std::tuple kSessionFields{
     SessionField{"endedAt", &CaptionSession::endedAt},
     SessionField{"title", &CaptionSession::title},
     SessionField{"lines", &CaptionSession::lines},
+    SessionField{"computerName", &CaptionSession::computerName},
+    SessionField{"microphoneName", &CaptionSession::microphoneName},
 };
 
 inline constexpr std::tuple kLineFields{

@@ -80,6 +80,22 @@ SubtitleTimeline::SubtitleTimeline(Instant sessionStart, TranscriptContent conte
                                    std::optional<QString> language)
     : sessionStart_(sessionStart), content_(content), language_(std::move(language)) {}
 
+namespace {
+
+/// The line with a name before its texts.
+Line named(Line line, const QString& name) {
+  const QString prefix = name + QStringLiteral(": ");
+  line.text.prepend(prefix);
+  for (auto& [language, text] : line.translations) text.prepend(prefix);
+  return line;
+}
+
+}  // namespace
+
+std::vector<SubtitleCue> SubtitleTimeline::add(const Line& line, const QString& name) {
+  return name.isEmpty() ? add(line) : add(named(line, name));
+}
+
 std::vector<SubtitleCue> SubtitleTimeline::add(const Line& line) {
   const Span span = spanOf(line);
   said_ = span.end;
@@ -158,7 +174,7 @@ std::vector<SubtitleCue> subtitleCues(const CaptionSession& session, TranscriptC
   const auto append = [&cues](std::vector<SubtitleCue> settled) {
     cues.insert(cues.end(), settled.begin(), settled.end());
   };
-  for (const Line& line : session.lines) append(timeline.add(line));
+  for (const Line& line : session.lines) append(timeline.add(line, session.inputName(line)));
   append(timeline.finish());
   return cues;
 }

@@ -34,6 +34,9 @@ class SubtitleTimeline {
   /// Adds a line. Returns the captions whose times are settled by that: those of the line before.
   std::vector<SubtitleCue> add(const Line& line);
 
+  /// The same with a name before the line's texts, unless it is empty.
+  std::vector<SubtitleCue> add(const Line& line, const QString& name);
+
   /// The captions of the last line.
   std::vector<SubtitleCue> finish();
 

@@ -21,6 +21,8 @@ struct FeedLine {
   /// Who spoke, as an estimate: "Speaker 1" in the interface language, or a name of the user's;
   /// empty if unknown.
   QString speaker = {};
+  /// The name of the input while both are captioned; otherwise empty.
+  QString input = {};
   /// By language.
   QMap<QString, QString> translations = {};
 

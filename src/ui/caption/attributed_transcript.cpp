@@ -46,9 +46,14 @@ void appendPending(const QString& label, TranscriptParagraphs& to) {
       {.text = QStringLiteral(" "), .style = TranscriptStyle::placeholder, .pendingLabel = label});
 }
 
-void appendMetadata(const Line& line, TranscriptParagraphs& to) {
+void appendMetadata(const TranscriptInputs& inputs, const Line& line, TranscriptParagraphs& to) {
   QStringList parts = {line.timestamp()};
-  if (line.input) parts << title(*line.input);
+  const QString name = inputs.session ? inputs.session->inputName(line) : QString();
+  if (!name.isEmpty()) {
+    parts << name;
+  } else if (line.input) {
+    parts << title(*line.input);
+  }
   if (line.sourceLanguage) parts << languageName(*line.sourceLanguage);
   if (line.original) parts << L("Corrected", "교정됨");
   parts.removeAll(QString());
@@ -71,7 +76,7 @@ void appendTranslations(const TranscriptInputs& inputs, const Line& line,
 }  // namespace
 
 void appendLine(const TranscriptInputs& inputs, const Line& line, TranscriptParagraphs& to) {
-  if (inputs.showsMetadata) appendMetadata(line, to);
+  if (inputs.showsMetadata) appendMetadata(inputs, line, to);
   const bool translationFirst =
       inputs.captionStyle && inputs.style.order == VoiceOrder::translationFirst;
   const std::size_t first = to.size();

@@ -67,7 +67,7 @@ CaptionEmptyState::CaptionEmptyState(CaptionViewModel& model, AppCommands& comma
   follow(model, &CaptionViewModel::statusChanged);
   follow(*offer_, &DownloadOfferView::shownChanged);
   follow(commands, &AppCommands::refreshed);
-  follow(model.settings(), &AppSettings::useMicChanged);
+  follow(model.settings(), &AppSettings::inputChoiceChanged);
   follow(model.settings(), &AppSettings::programChanged);
   follow(model.settings(), &AppSettings::localeIDChanged);
   follow(Localization::shared(), &Localization::languageChanged);

@@ -28,9 +28,16 @@ namespace velun {
 
 namespace {
 
-QString symbolName(AudioInput input) {
-  return input == AudioInput::microphone ? QStringLiteral("mic.fill")
-                                         : QStringLiteral("speaker.wave.2.fill");
+QString symbolName(InputChoice choice) {
+  switch (choice) {
+    case InputChoice::computer:
+      return QStringLiteral("speaker.wave.2.fill");
+    case InputChoice::microphone:
+      return QStringLiteral("mic.fill");
+    case InputChoice::both:
+      return QStringLiteral("mic.and.speaker");
+  }
+  Q_UNREACHABLE();
 }
 
 QPalette popupPalette(const CaptionColors& colors) {
@@ -138,7 +145,7 @@ void CaptionHeaderView::connectToModel() {
   const AppSettings& settings = model_.settings();
   connect(&model_, &CaptionViewModel::isRunningChanged, this, &CaptionHeaderView::present);
   connect(&commands_, &AppCommands::refreshed, this, &CaptionHeaderView::presentStartStop);
-  connect(&settings, &AppSettings::useMicChanged, this, &CaptionHeaderView::present);
+  connect(&settings, &AppSettings::inputChoiceChanged, this, &CaptionHeaderView::present);
   connect(&settings, &AppSettings::programChanged, this, &CaptionHeaderView::present);
   connect(&settings, &AppSettings::translateChanged, this, &CaptionHeaderView::present);
   connect(&settings, &AppSettings::targetIDChanged, this, &CaptionHeaderView::present);
@@ -175,11 +182,9 @@ void CaptionHeaderView::setColors(const CaptionColors& colors) {
 
 void CaptionHeaderView::fillInputSourceMenu() {
   inputSourceMenu_->clear();
-  for (const AudioInput input : allAudioInputs) {
-    const AppCommand command =
-        input == AudioInput::microphone ? AppCommand::selectMicrophone : AppCommand::selectComputer;
-    addItem(*inputSourceMenu_, commands_.action(command))
-        ->setIcon(symbolIcon(symbolName(input), CaptionAppearance::symbol));
+  for (const InputChoice choice : allInputChoices) {
+    addItem(*inputSourceMenu_, commands_.action(selectCommand(choice)))
+        ->setIcon(symbolIcon(symbolName(choice), CaptionAppearance::symbol));
   }
   if (!programs_) return;
   programs_->addTo(*inputSourceMenu_, commands_.action(AppCommand::selectComputer).isEnabled());
@@ -220,8 +225,7 @@ void CaptionHeaderView::openLanguages(const QString& title, std::vector<Language
 
 void CaptionHeaderView::present() {
   const AppSettings& settings = model_.settings();
-  const AudioInput input = settings.useMic() ? AudioInput::microphone : AudioInput::computer;
-  inputSource_->setSymbol(symbolName(input));
+  inputSource_->setSymbol(symbolName(settings.inputChoice()));
   inputSource_->setLabel(L("Input Source", "입력 소스"));
   inputSource_->setAccessibleDescription(captionSourceTitle(settings));
 

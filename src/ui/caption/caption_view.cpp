@@ -11,6 +11,7 @@
 #include "ui/caption/caption_status_line.h"
 #include "ui/caption/failure_buttons.h"
 #include "ui/caption/header_state.h"
+#include "ui/caption/input_labels.h"
 #include "ui/caption/jump_button.h"
 #include "ui/caption/panel_surface.h"
 #include "ui/caption/selectable_transcript_text_view.h"
@@ -132,6 +133,13 @@ void CaptionView::connectToModel() {
   const auto updateLine = [this](int index) {
     updateLater({.lines = Lines::one, .index = index});
   };
+  connect(&model_, &CaptionViewModel::lineInserted, this,
+          [this](int index) { updateLater({.lines = Lines::from, .index = index}); });
+  const auto updateAll = [this] {
+    updateLater({});
+  };
+  connect(&model_, &CaptionViewModel::inputNamesChanged, this, updateAll);
+  connect(&model_.settings(), &AppSettings::inputLabelsChanged, this, updateAll);
   connect(&model_, &CaptionViewModel::translationChanged, this, updateLine);
   connect(&model_, &CaptionViewModel::lineCorrected, this, updateLine);
   connect(&model_, &CaptionViewModel::speakersChanged, this,
@@ -152,10 +160,15 @@ void CaptionView::updateTranscript() {
   due_.reset();
   TranscriptInputs inputs;
   inputs.session = &model_.session();
-  inputs.drafts = {{model_.volatileText()}};
+  for (const CaptionViewModel::Draft& draft : model_.drafts()) {
+    inputs.drafts.push_back(
+        {draft.text, inputLabel(model_.session(), model_.settings(), style_, draft.input)});
+  }
   const SpeakerLabels speakers(model_.lines(), style_.background.lightness() < 128);
-  inputs.labelOf = [speakers](const Line& line) {
-    return speakers.labelOf(line);
+  const LineLabeller ofInput = inputLabels(model_.session(), model_.settings(), style_);
+  inputs.labelOf = [speakers, ofInput](const Line& line) {
+    const LineLabel speaker = speakers.labelOf(line);
+    return ofInput ? joined(ofInput(line), speaker) : speaker;
   };
   inputs.fontSize = model_.settings().fontSize();
   inputs.content = model_.captionContent();
@@ -247,7 +260,8 @@ std::unique_ptr<CaptionMenu> CaptionView::makeMenu() {
 
 void CaptionView::setLook(const PanelStyle& style, const CaptionColors& colors) {
   colors_ = colors;
-  if (std::exchange(style_, style) != style) updateLater({.lines = TranscriptChange::Lines::added});
+  // Any: the colours of names follow the background.
+  if (std::exchange(style_, style) != style) updateLater({});
   header_->setColors(colors);
   emptyState_->setColors(colors);
   failureButtons_->setColors(colors);

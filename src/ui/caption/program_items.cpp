@@ -38,7 +38,7 @@ void ProgramItems::add(QMenu& menu, const ProgramChoice& choice, bool isEnabled)
   QAction* action = menu.addAction(title(choice).replace(u'&', QLatin1String("&&")));
   if (choice.scope != Scope::all) action->setIcon(iconOf(choice.name));
   action->setCheckable(true);
-  action->setChecked(!settings_.useMic() && settings_.program() == choice);
+  action->setChecked(settings_.captions(AudioInput::computer) && settings_.program() == choice);
   action->setEnabled(isEnabled);
   connect(action, &QAction::triggered, this, [this, choice] {
     // In this order captions start anew only once.

@@ -54,12 +54,17 @@ std::vector<AppCommands::Row> AppCommands::rows() const {
        .name = "select-computer",
        .text = title(AudioInput::computer),
        .isEnabled = isSettled,
-       .mark = !settings.useMic()},
+       .mark = settings.inputChoice() == InputChoice::computer},
       {.command = selectMicrophone,
        .name = "select-microphone",
        .text = title(AudioInput::microphone),
        .isEnabled = isSettled,
        .mark = settings.useMic()},
+      {.command = selectBoth,
+       .name = "select-both",
+       .text = title(InputChoice::both),
+       .isEnabled = isSettled,
+       .mark = settings.inputChoice() == InputChoice::both},
       {.command = toggleKeepOnTop,
        .name = "toggle-keep-on-top",
        .text = L("Keep on Top", "항상 위에 표시"),
@@ -179,6 +184,7 @@ AppCommands::AppCommands(const CaptionViewModel& model, std::function<WindowStat
   auto* inputs = new QActionGroup(this);
   inputs->addAction(&action(AppCommand::selectComputer));
   inputs->addAction(&action(AppCommand::selectMicrophone));
+  inputs->addAction(&action(AppCommand::selectBoth));
 
   using Model = CaptionViewModel;
   for (const auto signal :
@@ -186,7 +192,7 @@ AppCommands::AppCommands(const CaptionViewModel& model, std::function<WindowStat
         &Model::isSavingSessionChanged, &Model::savedURLChanged, &Model::saveErrorChanged}) {
     connect(&model_, signal, this, &AppCommands::refresh);
   }
-  for (const auto signal : {&AppSettings::useMicChanged, &AppSettings::keepOnTopChanged,
+  for (const auto signal : {&AppSettings::inputChoiceChanged, &AppSettings::keepOnTopChanged,
                             &AppSettings::clickThroughChanged}) {
     connect(&model_.settings(), signal, this, &AppCommands::refresh);
   }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "settings/input_choice.h"
+
 #include <functional>
 #include <QAction>
 #include <vector>
@@ -16,6 +18,7 @@ enum class AppCommand {
   toggleCaptions,
   selectComputer,
   selectMicrophone,
+  selectBoth,
   toggleKeepOnTop,
   /// The pointer goes through the panel, or no longer.
   toggleClickThrough,
@@ -47,6 +50,19 @@ enum class AppCommand {
   showAbout,
   terminate,
 };
+
+/// The command that chooses what is captioned.
+constexpr AppCommand selectCommand(InputChoice choice) {
+  switch (choice) {
+    case InputChoice::computer:
+      return AppCommand::selectComputer;
+    case InputChoice::microphone:
+      return AppCommand::selectMicrophone;
+    case InputChoice::both:
+      return AppCommand::selectBoth;
+  }
+  return AppCommand::selectComputer;
+}
 
 /// What the commands depend on besides the model.
 struct WindowState {

@@ -3,6 +3,7 @@
 
 #include "language/localization.h"
 #include "ui/library/device_chooser.h"
+#include "ui/library/input_labels_editor.h"
 #include "ui/library/language_chooser.h"
 #include "ui/library/settings_form.h"
 #include "ui/library/speakers_section.h"
@@ -45,7 +46,12 @@ void CaptionsPage::addCaptions(AudioPlatform* audio) {
   if (audio) {
     device_ = new DeviceChooser(settings_, *audio);
     addChooser(&form(), device_, &deviceLabel_);
+    microphone_ = new DeviceChooser(settings_, *audio);
+    microphone_->setInput(AudioInput::microphone);
+    addChooser(&form(), microphone_, &microphoneLabel_);
   }
+  inputLabels_ = new InputLabelsEditor(settings_);
+  form().addWidget(inputLabels_);
   locale_ = new LanguageChooser([this] { return model_.localeChoices(); });
   addChooser(&form(), locale_, &localeLabel_);
   downloadNote_ = addNote(&form());
@@ -56,7 +62,7 @@ void CaptionsPage::addCaptions(AudioPlatform* audio) {
   form().addWidget(speakers);
   connect(speakers, &SpeakersSection::modelsRequested, this, &CaptionsPage::modelsRequested);
   connect(input_, &QComboBox::activated, this, [this](int index) {
-    settings_.setUseMic(allAudioInputs[static_cast<std::size_t>(index)] == AudioInput::microphone);
+    settings_.setInputChoice(allInputChoices[static_cast<std::size_t>(index)]);
   });
   connect(locale_, &QComboBox::activated, this,
           [this](int index) { settings_.setLocaleID(locale_->itemData(index).toString()); });
@@ -81,7 +87,7 @@ void CaptionsPage::addWindow() {
 }
 
 void CaptionsPage::followSettings() {
-  for (const auto signal : {&AppSettings::useMicChanged, &AppSettings::localeIDChanged,
+  for (const auto signal : {&AppSettings::inputChoiceChanged, &AppSettings::localeIDChanged,
                             &AppSettings::fontSizeChanged}) {
     connect(&settings_, signal, this, &CaptionsPage::presentChoices);
   }
@@ -105,7 +111,7 @@ void CaptionsPage::present() {
 void CaptionsPage::presentTexts() {
   captionsHeading_->setText(L("Captions", "자막"));
   labelChooser(inputLabel_, input_, L("Input Source", "입력 소스"));
-  if (device_) labelChooser(deviceLabel_, device_, L("Device", "장치"));
+  if (microphone_) labelChooser(microphoneLabel_, microphone_, L("Microphone", "마이크"));
   labelChooser(localeLabel_, locale_, L("Recognition Language", "인식 언어"));
   labelToggle(numbers_, L("Numbers as digits", "숫자를 아라비아 숫자로 표시"));
   explainToggle(numbers_, numbersNote_,
@@ -133,12 +139,13 @@ void CaptionsPage::presentTexts() {
 
 void CaptionsPage::presentChoices() {
   std::vector<Choice> inputs;
-  inputs.reserve(allAudioInputs.size());
-  for (const AudioInput input : allAudioInputs) {
-    inputs.push_back({velun::title(input), rawValue(input)});
+  inputs.reserve(allInputChoices.size());
+  for (const InputChoice choice : allInputChoices) {
+    inputs.push_back({velun::title(choice), rawValue(choice)});
   }
-  const AudioInput input = settings_.useMic() ? AudioInput::microphone : AudioInput::computer;
-  fillChooser(input_, inputs, {velun::title(input), rawValue(input)});
+  const InputChoice choice = settings_.inputChoice();
+  fillChooser(input_, inputs, {velun::title(choice), rawValue(choice)});
+  presentDevices();
 
   std::vector<Choice> sizes;
   sizes.reserve(kFontSizes.size());
@@ -146,6 +153,17 @@ void CaptionsPage::presentChoices() {
   fillChooser(fontSize_, sizes, {pointsLabel(settings_.fontSize()), settings_.fontSize()});
 
   locale_->setCurrent(settings_.localeID());
+}
+
+void CaptionsPage::presentDevices() {
+  const bool isBoth = settings_.inputChoice() == InputChoice::both;
+  inputLabels_->setVisible(isBoth);
+  if (!device_) return;
+  device_->setInput(settings_.useMic() ? AudioInput::microphone : AudioInput::computer);
+  labelChooser(deviceLabel_, device_,
+               isBoth ? L("Computer Audio", "컴퓨터 오디오") : L("Device", "장치"));
+  microphone_->setVisible(isBoth);
+  microphoneLabel_->setVisible(isBoth);
 }
 
 void CaptionsPage::presentToggles() {

@@ -13,6 +13,7 @@ class QLabel;
 namespace velun {
 
 class DeviceChooser;
+class InputLabelsEditor;
 class LanguageChooser;
 
 /// The settings page "Captions": what is captioned, how words are written, and the caption window.
@@ -39,6 +40,7 @@ class CaptionsPage final : public SettingsPage {
   void present();
   void presentTexts();
   void presentChoices();
+  void presentDevices();
   void presentToggles();
   void presentNotes();
 
@@ -52,6 +54,10 @@ class CaptionsPage final : public SettingsPage {
   QLabel* deviceLabel_ = nullptr;
   /// Null if the devices are not known.
   DeviceChooser* device_ = nullptr;
+  QLabel* microphoneLabel_ = nullptr;
+  /// Beside `device_` while both inputs are captioned.
+  DeviceChooser* microphone_ = nullptr;
+  InputLabelsEditor* inputLabels_;
   QLabel* localeLabel_;
   LanguageChooser* locale_;
   QLabel* downloadNote_;

@@ -6,6 +6,7 @@
 #include "ui/library/settings_form.h"
 
 #include <QWheelEvent>
+#include <utility>
 
 namespace velun {
 
@@ -38,8 +39,8 @@ DeviceChooser::DeviceChooser(AppSettings& settings, AudioPlatform& audio, QWidge
     : QComboBox(parent), settings_(settings), audio_(audio) {
   setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   connect(this, &QComboBox::activated, this, &DeviceChooser::choose);
-  for (const auto signal : {&AppSettings::useMicChanged, &AppSettings::outputChanged,
-                            &AppSettings::microphoneChanged, &AppSettings::programChanged}) {
+  for (const auto signal : {&AppSettings::outputChanged, &AppSettings::microphoneChanged,
+                            &AppSettings::programChanged}) {
     connect(&settings_, signal, this, &DeviceChooser::present);
   }
   connect(&Localization::shared(), &Localization::languageChanged, this, &DeviceChooser::present);
@@ -47,6 +48,10 @@ DeviceChooser::DeviceChooser(AppSettings& settings, AudioPlatform& audio, QWidge
 }
 
 DeviceChooser::~DeviceChooser() = default;
+
+void DeviceChooser::setInput(AudioInput input) {
+  if (std::exchange(input_, input) != input) present();
+}
 
 void DeviceChooser::showEvent(QShowEvent* event) {
   QComboBox::showEvent(event);
@@ -66,9 +71,9 @@ void DeviceChooser::wheelEvent(QWheelEvent* event) {
 }
 
 void DeviceChooser::present() {
-  const bool isMicrophone = settings_.useMic();
-  const auto kind = deviceKind(isMicrophone ? AudioInput::microphone : AudioInput::computer);
-  const DeviceChoice& chosen = settings_.device();
+  const bool isMicrophone = input_ == AudioInput::microphone;
+  const auto kind = deviceKind(input_);
+  const DeviceChoice& chosen = settings_.device(input_);
   std::vector<Choice> devices{{isMicrophone
                                    ? L("The Computer’s Default Microphone", "컴퓨터의 기본 마이크")
                                    : L("The Computer’s Default Output", "컴퓨터의 기본 출력 장치"),
@@ -91,11 +96,11 @@ void DeviceChooser::present() {
 void DeviceChooser::choose(int index) {
   const QVariant value = itemData(index);
   if (value.typeId() == QMetaType::QStringList) return settings_.setProgram(programOf(value));
-  if (!settings_.useMic()) settings_.setProgram({});
+  if (input_ == AudioInput::computer) settings_.setProgram({});
   const QString id = value.toString();
   // The text of the chosen device may say that it is not connected.
-  if (id == settings_.device().id) return;
-  settings_.setDevice(id.isEmpty() ? DeviceChoice() : DeviceChoice{id, itemText(index)});
+  if (id == settings_.device(input_).id) return;
+  settings_.setDevice(input_, id.isEmpty() ? DeviceChoice() : DeviceChoice{id, itemText(index)});
 }
 
 }  // namespace velun

@@ -9,7 +9,7 @@
 
 namespace velun {
 
-/// Chooses the device of the current input: the output that is captioned, or the microphone. The
+/// Chooses the device of one input: the output that is captioned, or the microphone. The
 /// first entry follows the computer's default device. Instead of an output, a program that plays
 /// can be chosen, or all but it. What is chosen stays in the list while it is not connected.
 /// Devices and programs are followed only while the chooser is visible. Main thread.
@@ -19,6 +19,8 @@ class DeviceChooser final : public QComboBox {
  public:
   /// Both must outlive the chooser.
   DeviceChooser(AppSettings& settings, AudioPlatform& audio, QWidget* parent = nullptr);
+  /// Shows the device of that input.
+  void setInput(AudioInput input);
   ~DeviceChooser() override;
 
  protected:
@@ -33,6 +35,7 @@ class DeviceChooser final : public QComboBox {
 
   AppSettings& settings_;
   AudioPlatform& audio_;
+  AudioInput input_ = AudioInput::computer;
   /// Null while hidden.
   std::unique_ptr<AudioTargets> targets_;
 };

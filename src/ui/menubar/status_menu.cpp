@@ -10,7 +10,7 @@ StatusMenu::StatusMenu(const CaptionViewModel& model, AppCommands& commands)
     : model_(model), commands_(commands) {
   using enum AppCommand;
   add({toggleCaptions});
-  add({selectComputer, selectMicrophone});
+  add({selectComputer, selectMicrophone, selectBoth});
   add({toggleKeepOnTop, toggleClickThrough, togglePanel, restorePosition});
   add({saveSession, showHistory, newSession});
   add({showSettings, checkForUpdates, terminate});

@@ -141,7 +141,8 @@ class Controls(SettingsCase):
     def test_choosers_offer_their_values(self):
         self.assertEqual(self.chooser(LANGUAGE).entries(), ["English", "한국어"])
         self.page("Captions")
-        self.assertEqual(self.chooser("Input Source").entries(), ["Computer Audio", "Microphone"])
+        self.assertEqual(self.chooser("Input Source").entries(),
+                         ["Computer Audio", "Microphone", "Computer and Microphone"])
         self.assertEqual(self.chooser("Font Size").entries(),
                          ["9pt", "11pt", "13pt", "16pt", "20pt", "24pt", "30pt"])
         self.assertEqual(self.chooser("Font Size").name, "16pt")

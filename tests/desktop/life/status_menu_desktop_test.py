@@ -11,6 +11,7 @@ AT_FIRST = {
     "Start Captions": (True, False),
     "Computer Audio": (True, True),
     "Microphone": (True, False),
+    "Computer and Microphone": (True, False),
     "Keep on Top": (True, True),
     "Click Through Captions": (True, False),
     "Show Caption Window": (True, False),
@@ -22,8 +23,8 @@ AT_FIRST = {
     "Check for Updates…": (True, False),
     "Quit Velun": (True, False),
 }
-KOREAN = ["자막 시작", "컴퓨터 오디오", "마이크", "항상 위에 표시", "자막 창 클릭 통과", "자막 창 보기", "기본 위치로 복원",
-          "현재 세션 저장", "저장 기록…", "새 세션", "설정…", "업데이트 확인…", "Velun 종료"]
+KOREAN = ["자막 시작", "컴퓨터 오디오", "마이크", "컴퓨터와 마이크", "항상 위에 표시", "자막 창 클릭 통과",
+          "자막 창 보기", "기본 위치로 복원", "현재 세션 저장", "저장 기록…", "새 세션", "설정…", "업데이트 확인…", "Velun 종료"]
 
 
 class StatusMenu(SpokenCase):
@@ -38,7 +39,7 @@ class StatusMenu(SpokenCase):
         self.change("Start Captions", "Switching Captions…", (False, False))
         self.change("Show Caption Window", "Hide Caption Window", (True, False))
         self.set({"Computer Audio": (False, True), "Microphone": (False, False),
-                  "New Session": (False, False)})
+                  "Computer and Microphone": (False, False), "New Session": (False, False)})
         # While PipeWire does not reply, switching takes some seconds.
         self.server.send_signal(signal.SIGSTOP)
         try:
@@ -53,7 +54,7 @@ class StatusMenu(SpokenCase):
             self.tray.click("Start Captions")
         self.change("Switching Captions…", "Stop Captions", (True, False))
         self.set({"Computer Audio": (True, True), "Microphone": (True, False),
-                  "New Session": (True, False)})
+                  "Computer and Microphone": (True, False), "New Session": (True, False)})
         self.expect("while running")
         self.assertEqual(self.tray.tip(), "Velun · Captions On")
 

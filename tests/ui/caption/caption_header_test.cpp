@@ -181,13 +181,19 @@ class CaptionHeaderTest final : public test::Suite {
     QCOMPARE(header.inputSource().accessibleName(), QString("Input Source"));
     QCOMPARE(header.inputSource().symbol(), QString("speaker.wave.2.fill"));
     const QMenu& menu = opened(header.inputSourceMenu());
-    QCOMPARE(textsOf(menu), (QStringList{"Computer Audio", "Microphone"}));
+    QCOMPARE(textsOf(menu),
+             (QStringList{"Computer Audio", "Microphone", "Computer and Microphone"}));
     QVERIFY(menu.actions()[0]->isChecked());
     menu.actions()[1]->trigger();
     QVERIFY(stage.settings.useMic());
     QCOMPARE(header.inputSource().symbol(), QString("mic.fill"));
+    opened(header.inputSourceMenu()).actions()[2]->trigger();
+    QCOMPARE(stage.settings.inputChoice(), InputChoice::both);
+    QCOMPARE(header.inputSource().symbol(), QString("mic.and.speaker"));
+    QCOMPARE(header.inputSource().accessibleDescription(), QString("Computer and Microphone"));
     Localization::shared().setLanguage(AppLanguage::korean);
-    QCOMPARE(textsOf(opened(header.inputSourceMenu())), (QStringList{"컴퓨터 오디오", "마이크"}));
+    QCOMPARE(textsOf(opened(header.inputSourceMenu())),
+             (QStringList{"컴퓨터 오디오", "마이크", "컴퓨터와 마이크"}));
     QCOMPARE(header.inputSource().toolTip(), QString("입력 소스"));
   }
 

@@ -49,6 +49,8 @@ struct PanelStage : ModelFixture {
       case AppCommand::selectComputer:
       case AppCommand::selectMicrophone:
         return settings.setUseMic(command == AppCommand::selectMicrophone);
+      case AppCommand::selectBoth:
+        return settings.setInputChoice(InputChoice::both);
       default:
         break;
     }

@@ -126,7 +126,7 @@ class SettingsWindowTest final : public test::SettingsSuite {
       return button->text() == QStringLiteral("기록 폴더 열기");
     }));
     QCOMPARE(items(named<QComboBox>(QString::fromUtf8("입력 소스"))),
-             QStringList({"컴퓨터 오디오", "마이크"}));
+             QStringList({"컴퓨터 오디오", "마이크", "컴퓨터와 마이크"}));
     QCOMPARE(items(named<QComboBox>(QString::fromUtf8("Language · 언어"))),
              QStringList({"English", "한국어"}));
   }

@@ -28,9 +28,10 @@ struct Fixture : ModelFixture {
   const QAction& captions = *menu.actions()[0];
   const QAction& computer = *menu.actions()[2];
   const QAction& microphone = *menu.actions()[3];
-  const QAction& keepOnTop = *menu.actions()[5];
-  const QAction& save = *menu.actions()[10];
-  const QAction& newSession = *menu.actions()[12];
+  const QAction& both = *menu.actions()[4];
+  const QAction& keepOnTop = *menu.actions()[6];
+  const QAction& save = *menu.actions()[11];
+  const QAction& newSession = *menu.actions()[13];
 };
 
 }  // namespace
@@ -43,12 +44,12 @@ class StatusMenuTest final : public test::Suite {
 
   void itemsAreInOrder() {
     Fixture fixture;
-    QCOMPARE(
-        fixture.titles(),
-        QStringList({"Start Captions", "-", "Computer Audio", "Microphone", "-", "Keep on Top",
-                     "Click Through Captions", "Show Caption Window", "Restore Default Position",
-                     "-", "Save Current Session", "Saved Sessions…", "New Session", "-",
-                     "Settings…", "Check for Updates…", "Quit Velun"}));
+    QCOMPARE(fixture.titles(),
+             QStringList({"Start Captions", "-", "Computer Audio", "Microphone",
+                          "Computer and Microphone", "-", "Keep on Top", "Click Through Captions",
+                          "Show Caption Window", "Restore Default Position", "-",
+                          "Save Current Session", "Saved Sessions…", "New Session", "-",
+                          "Settings…", "Check for Updates…", "Quit Velun"}));
   }
 
   void itemsAreLocalized() {
@@ -56,10 +57,10 @@ class StatusMenuTest final : public test::Suite {
     fixture.windows.isPanelVisible = true;
     fixture.commands.refresh();
     QCOMPARE(fixture.titles(),
-             QStringList({"자막 시작", "-", "컴퓨터 오디오", "마이크", "-", "항상 위에 표시",
-                          "자막 창 클릭 통과", "자막 창 숨기기", "기본 위치로 복원", "-",
-                          "현재 세션 저장", "저장 기록…", "새 세션", "-", "설정…", "업데이트 확인…",
-                          "Velun 종료"}));
+             QStringList({"자막 시작", "-", "컴퓨터 오디오", "마이크", "컴퓨터와 마이크", "-",
+                          "항상 위에 표시", "자막 창 클릭 통과", "자막 창 숨기기",
+                          "기본 위치로 복원", "-", "현재 세션 저장", "저장 기록…", "새 세션", "-",
+                          "설정…", "업데이트 확인…", "Velun 종료"}));
   }
 
   void onlyQuitHasAShortcut() {
@@ -89,9 +90,9 @@ class StatusMenuTest final : public test::Suite {
     Fixture fixture;
     fixture.engine->holdsStarts = true;
     fixture.start();
-    const std::vector<const QAction*> disabled = {&fixture.captions, &fixture.computer,
-                                                  &fixture.microphone, &fixture.newSession,
-                                                  &fixture.save};
+    const std::vector<const QAction*> disabled = {&fixture.captions,   &fixture.computer,
+                                                  &fixture.microphone, &fixture.both,
+                                                  &fixture.newSession, &fixture.save};
     for (const QAction* item : fixture.menu.actions()) {
       QCOMPARE(item->isEnabled(), std::ranges::count(disabled, item) == 0);
     }

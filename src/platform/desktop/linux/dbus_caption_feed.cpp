@@ -18,6 +18,7 @@ QVariantMap details(const FeedLine& line) {
   }
   if (!line.language.isEmpty()) details.insert("language", line.language);
   if (!line.speaker.isEmpty()) details.insert("speaker", line.speaker);
+  if (!line.input.isEmpty()) details.insert("input", line.input);
   if (!line.translations.isEmpty()) {
     details.insert("translations", QVariant::fromValue(line.translations));
   }
