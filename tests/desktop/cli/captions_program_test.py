@@ -42,7 +42,8 @@ class CaptionsProgram(unittest.TestCase):
 
     def run_captions(self, *arguments, prefix=(), **options):
         return subprocess.run([*prefix, EXECUTABLE, "captions", *map(str, arguments)], check=False,
-                              capture_output=True, env=self.environment(), timeout=120, **options)
+                              env=self.environment(), timeout=120,
+                              **{"capture_output": True, **options})
 
     def captions(self, *arguments, **options):
         done = self.run_captions(*arguments, **options)
@@ -85,6 +86,14 @@ class CaptionsProgram(unittest.TestCase):
         self.assertEqual((done.returncode, done.stdout), (1, b""))
         self.assertEqual(done.stderr.decode(),
                          "velun: You don’t have permission to read “secret.wav”.\n")
+
+    def test_captions_that_cannot_be_written_are_told_by_the_status(self):
+        with open("/dev/full", "wb") as full:
+            done = self.run_captions(self.clip, capture_output=False, stdout=full,
+                                     stderr=subprocess.PIPE)
+        self.assertEqual(done.returncode, 1)
+        self.assertEqual(done.stderr.decode(),
+                         "velun: There is not enough disk space to write “standard output”.\n")
 
     def test_subtitles_have_the_times_of_the_words(self):
         first, second = srt.parse(self.captions("-f", "srt", self.recording))
