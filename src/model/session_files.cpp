@@ -92,13 +92,12 @@ std::vector<QString> sessionFiles(const QString& folder) {
   return paths;
 }
 
-std::vector<std::optional<CaptionSession>> readSessionFiles(const std::vector<QString>& paths,
-                                                            const QString& legacyTitle) {
-  std::vector<std::optional<CaptionSession>> sessions(paths.size());
+void readSessionFiles(const std::vector<QString>& paths, const QString& legacyTitle,
+                      const std::stop_token& stop, const UseSession& use) {
   std::atomic<std::size_t> next = 0;
   const auto work = [&] {
-    for (std::size_t i = next++; i < paths.size(); i = next++) {
-      sessions[i] = readQuietly(paths[i], legacyTitle);
+    for (std::size_t i = next++; i < paths.size() && !stop.stop_requested(); i = next++) {
+      if (auto session = readQuietly(paths[i], legacyTitle)) use(i, std::move(*session));
     }
   };
   const std::size_t threads = std::min<std::size_t>(
@@ -110,7 +109,14 @@ std::vector<std::optional<CaptionSession>> readSessionFiles(const std::vector<QS
     // The system is out of threads; the existing ones read all files.
   }
   work();
-  helpers.clear();
+}
+
+std::vector<std::optional<CaptionSession>> readSessionFiles(const std::vector<QString>& paths,
+                                                            const QString& legacyTitle) {
+  std::vector<std::optional<CaptionSession>> sessions(paths.size());
+  readSessionFiles(paths, legacyTitle, {}, [&sessions](std::size_t i, CaptionSession session) {
+    sessions[i] = std::move(session);
+  });
   return sessions;
 }
 

@@ -3,10 +3,13 @@
 
 #include "model/caption_session.h"
 
+#include <cstddef>
 #include <exception>
+#include <functional>
 #include <optional>
 #include <QString>
 #include <QUrl>
+#include <stop_token>
 #include <vector>
 
 namespace velun {
@@ -29,9 +32,16 @@ QString remoteFileText(const QUrl& url);
 /// Why `readSessionFile` has failed, in the interface language. Main thread.
 QString readingErrorText(std::exception_ptr error, const QString& path);
 
-/// The session of each file; nothing for a file that cannot be read. Transcripts of an earlier
-/// version get the title `legacyTitle`. Reads on several threads and returns when all are read.
-/// Any thread.
+/// What is done with the session of the file at an index.
+using UseSession = std::function<void(std::size_t index, CaptionSession session)>;
+
+/// Reads files on several threads, one session each at a time, and calls `use` there with those
+/// that can be read; `use` must not throw. Transcripts of an earlier version get the title
+/// `legacyTitle`. Returns when all are read, or soon after `stop` is requested. Any thread.
+void readSessionFiles(const std::vector<QString>& paths, const QString& legacyTitle,
+                      const std::stop_token& stop, const UseSession& use);
+
+/// The session of each file; nothing for a file that cannot be read. Any thread.
 std::vector<std::optional<CaptionSession>> readSessionFiles(const std::vector<QString>& paths,
                                                             const QString& legacyTitle);
 

@@ -66,7 +66,9 @@ QString pathOf(const QString& folder, const CaptionSession& session) {
 
 const SessionStore& SessionStore::local() {
   static const SessionStore store{
-      QUrl::fromLocalFile(dataHome() + QStringLiteral("/Velun/Sessions"))};
+      QUrl::fromLocalFile(dataHome() + QStringLiteral("/Velun/Sessions")),
+      QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
+          QStringLiteral("/Velun/sessions.index")};
   return store;
 }
 
@@ -134,18 +136,18 @@ SessionStore::Listing SessionStore::list(const QString& legacyTitle) const {
       ++listing.unreadableCount;
     }
   }
-  std::stable_sort(listing.sessions.begin(), listing.sessions.end(), isListedBefore);
+  std::ranges::stable_sort(listing.sessions, [](const auto& left, const auto& right) {
+    return isListedBefore(left.session.startedAt, left.url, right.session.startedAt, right.url);
+  });
   return listing;
 }
 
-bool isListedBefore(const SavedSession& left, const SavedSession& right) {
-  if (left.session.startedAt != right.session.startedAt) {
-    return left.session.startedAt > right.session.startedAt;
-  }
-  const QString leftName = left.url.fileName();
-  const QString rightName = right.url.fileName();
+bool isListedBefore(Instant leftStart, const QUrl& left, Instant rightStart, const QUrl& right) {
+  if (leftStart != rightStart) return leftStart > rightStart;
+  const QString leftName = left.fileName();
+  const QString rightName = right.fileName();
   if (leftName != rightName) return leftName < rightName;
-  return left.url.path() < right.url.path();
+  return left.path() < right.path();
 }
 
 }  // namespace velun

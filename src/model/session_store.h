@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "model/file_stamp.h"
 #include "model/session_file/session_encoder.h"
 
 #include <functional>
@@ -15,11 +14,9 @@ namespace velun {
 struct SavedSession {
   QUrl url;
   CaptionSession session;
-  /// Of the file that was read; absent where a change could go unnoticed.
-  std::optional<FileStamp> stamp = {};
 };
 
-/// The folder of saved session files. Its only state is the folder's location; every operation
+/// The folder of saved session files. Its only state is where things are; every operation
 /// works on the file system in the calling thread and throws `SessionError` on failure. Any
 /// thread, as long as saves of one session do not overlap.
 struct SessionStore {
@@ -32,6 +29,8 @@ struct SessionStore {
 
   /// The sessions folder; need not exist yet.
   QUrl directory;
+  /// The path of the index of that folder, see `SessionIndex`; empty for none.
+  QString indexFile = {};
 
   /// The user's own store: "Velun/Sessions" in the data folder of the user.
   static const SessionStore& local();
@@ -58,8 +57,8 @@ struct SessionStore {
   Listing list(const QString& legacyTitle) const;
 };
 
-/// Whether `left` comes before `right` in a listing: newest first, equal starts by file name, then
-/// by folder. A total order, so that reading a file again never moves it.
-bool isListedBefore(const SavedSession& left, const SavedSession& right);
+/// Whether the file `left` of a session comes before `right` in a listing: newest first, equal
+/// starts by file name, then by folder. A total order, so that reading a file again never moves it.
+bool isListedBefore(Instant leftStart, const QUrl& left, Instant rightStart, const QUrl& right);
 
 }  // namespace velun

@@ -41,7 +41,7 @@ class CorrectionTest final : public Suite {
     QCOMPARE(saved(stage).lines.size(), std::size_t(2));
     QCOMPARE(saved(stage).lines[0].text, QString("Won line."));
     QCOMPARE(saved(stage).lines[0].original.value_or(QString()), QString("One line."));
-    QTRY_COMPARE(stage.coordinator().sessions().library().sessions()[0]->session.lines[0].text,
+    QTRY_COMPARE(stage.coordinator().sessions().library().sessions()[0]->summary.firstWords,
                  QString("Won line."));
     choose(stage, "Undo Correction");
     stage.settleSaving();

@@ -147,7 +147,7 @@ class SessionCommandsTest final : public test::Suite {
     stage.final("Another line.");
     QCOMPARE(stage.files().size(), 1);
     QTRY_COMPARE(library.sessions().size(), std::size_t(1));
-    QCOMPARE(library.sessions()[0]->session.lines[0].text, QString("Came meanwhile."));
+    QCOMPARE(library.sessions()[0]->summary.firstWords, QString("Came meanwhile."));
   }
 
   void showsAFailedDeletion() {

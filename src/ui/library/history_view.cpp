@@ -42,12 +42,6 @@ constexpr auto kDayCheckInterval = std::chrono::minutes(1);
 /// Qt's object name for the action of a field's clear button.
 const auto kClearAction = QStringLiteral("_q_qlineeditclearaction");
 
-CaptionSession combined(const SavedSessions& sessions) {
-  std::vector<CaptionSession> parts;
-  for (const auto& saved : sessions) parts.push_back(saved->session);
-  return velun::combined(std::move(parts));
-}
-
 }  // namespace
 
 HistoryView::HistoryView(HistoryViewModel& library, AppSettings& settings, HistoryActions actions,
@@ -171,7 +165,7 @@ void HistoryView::makePanes() {
   splitter_ = new QSplitter(this);
   sidebar_ = new SessionSidebar(splitter_);
   connect(sidebar_, &SessionSidebar::chosen, this,
-          [this](const std::shared_ptr<const SavedSession>& session) {
+          [this](const std::shared_ptr<const ListedSession>& session) {
             library_.select(session ? std::optional(session->url) : std::nullopt);
             enableActions();
           });
@@ -307,11 +301,10 @@ void HistoryView::translate() {
 
 void HistoryView::presentSessions() {
   const QString text = searchField_->text();
-  const std::optional<SavedSessions> shown = search_.matches(text);
-  if (!shown) return;  // The search is not ready; keep the list as it is.
+  const SavedSessions shown = search_.matches(text);
   shownDay_ = localDay(clock_.now());
   const SessionArrangement& arrangement = arrangement_->arrangement();
-  const SavedSessions listed = arranged(*shown, arrangement, shownDay_);
+  const SavedSessions listed = arranged(shown, arrangement, shownDay_);
   sidebar_->list(listed, arrangement.isByDate() ? shownDay_ : QDate());
   const bool hasNoSessions = library_.sessions().empty();
   // Screen readers announce the empty state when it appears, so show it only after the listing.
@@ -343,7 +336,7 @@ void HistoryView::presentArrangement() {
 
 void HistoryView::presentSelection() {
   const auto selected = library_.selectedSession();
-  const bool isListed = sidebar_->present(selected.get());
+  const bool isListed = sidebar_->present(library_.selection());
   detail_->show(selected);
   presentNothingSelected();
   detail_->highlight(searchField_->text());
@@ -435,7 +428,15 @@ void HistoryView::renameSelected() {
 }
 
 void HistoryView::combineSelected() {
-  actions_.saveCombined(combined(sidebar_->selectedSessions()));
+  if (const auto session = combinedSelection()) actions_.saveCombined(*session);
+}
+
+std::optional<CaptionSession> HistoryView::combinedSelection() {
+  auto parts = library_.read(sidebar_->selectedSessions());
+  if (parts) return combined(std::move(*parts));
+  // The listing says that one cannot be read.
+  library_.reload();
+  return std::nullopt;
 }
 
 void HistoryView::changeLine(const std::function<void(const SavedSession&, const Line&)>& change) {
@@ -452,8 +453,9 @@ void HistoryView::showStatistics() {
 }
 
 void HistoryView::exportSelected() {
-  if (const SavedSessions several = sidebar_->selectedSessions(); several.size() > 1) {
-    return actions_.exportSession(combined(several), std::nullopt);
+  if (sidebar_->selectedSessions().size() > 1) {
+    if (const auto session = combinedSelection()) actions_.exportSession(*session, std::nullopt);
+    return;
   }
   if (const auto selected = library_.selectedSession()) {
     actions_.exportSession(selected->session, detail_->selectedLines());

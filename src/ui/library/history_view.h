@@ -74,6 +74,8 @@ class HistoryView final : public QWidget {
   /// Goes to the next match of the search, or to the one before, also in the neighbouring session.
   void stepToMatch(bool forward);
   void combineSelected();
+  /// Nothing if one of the selected sessions cannot be read.
+  std::optional<CaptionSession> combinedSelection();
   void showStatistics();
   /// Calls `change` with the line in which the cursor is.
   void changeLine(const std::function<void(const SavedSession&, const Line&)>& change);

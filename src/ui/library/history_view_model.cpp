@@ -19,10 +19,11 @@ namespace velun {
 /// A file that was read on a pool thread.
 struct HistoryViewModel::ReadFile {
   static ReadFile read(const QUrl& url, const QString& legacyTitle) {
-    ReadFile file{url, std::nullopt, nullptr};
+    ReadFile file{url, std::nullopt, nullptr, nullptr};
     if (!url.isLocalFile()) return file;
     try {
       file.session = readSessionFile(url.toLocalFile(), legacyTitle);
+      file.entry = listed(url, *file.session);
     } catch (...) {
       file.error = std::current_exception();
     }
@@ -36,13 +37,14 @@ struct HistoryViewModel::ReadFile {
 
   QUrl url;
   std::optional<CaptionSession> session;
+  std::shared_ptr<const ListedSession> entry;
   /// Null for a file on another computer.
   std::exception_ptr error;
 };
 
 namespace {
 
-using Entry = std::shared_ptr<const SavedSession>;
+using Entry = std::shared_ptr<const ListedSession>;
 
 /// The selection after the entry at `index` was removed: the next one, else the one before it.
 std::optional<QUrl> neighbourOf(qsizetype index, const QList<QUrl>& visible) {
@@ -63,11 +65,25 @@ std::shared_ptr<const SavedSession> HistoryViewModel::selectedSession() const {
   const auto found = std::find_if(sessions_.begin(), sessions_.end(), [this](const Entry& entry) {
     return selection_ && entry->url == *selection_;
   });
-  return found == sessions_.end() ? nullptr : *found;
+  return shown_.of(found == sessions_.end() ? nullptr : *found);
+}
+
+std::optional<std::vector<CaptionSession>> HistoryViewModel::read(
+    const SavedSessions& sessions) const {
+  std::vector<QString> paths;
+  for (const Entry& entry : sessions) paths.push_back(entry->url.toLocalFile());
+  std::vector<CaptionSession> read;
+  for (auto& session : readSessionFiles(paths, defaultSessionTitle())) {
+    if (!session) return std::nullopt;
+    read.push_back(std::move(*session));
+  }
+  return read;
 }
 
 void HistoryViewModel::select(const std::optional<QUrl>& url) {
   setSelection(url && isListed(*url) ? url : std::nullopt);
+  // The listing says why it cannot be read.
+  if (selection_ && !selectedSession()) reload();
 }
 
 void HistoryViewModel::reload() {
@@ -114,8 +130,8 @@ void HistoryViewModel::applyFiles(std::vector<ReadFile> files) {
   QStringList problems;
   int count = 0;
   for (ReadFile& file : files) {
-    if (file.session) {
-      add(file.url, std::move(*file.session));
+    if (file.entry) {
+      add(std::move(file));
       ++count;
     } else {
       problems.append(file.problem());
@@ -126,18 +142,20 @@ void HistoryViewModel::applyFiles(std::vector<ReadFile> files) {
   Q_EMIT filesOpened(count, problems);
 }
 
-void HistoryViewModel::add(const QUrl& url, CaptionSession read) {
-  const QString path = canonicalPath(url);
+void HistoryViewModel::add(ReadFile file) {
+  const QString path = canonicalPath(file.url);
   const auto isSameFile = [&path](const QUrl& other) {
     return canonicalPath(other) == path;
   };
-  const auto listed = std::find_if(sessions_.begin(), sessions_.end(),
+  const auto before = std::find_if(sessions_.begin(), sessions_.end(),
                                    [&](const Entry& entry) { return isSameFile(entry->url); });
-  const QUrl known = listed == sessions_.end() ? url : (*listed)->url;
-  if (listed != sessions_.end()) sessions_.erase(listed);
+  const QUrl known = before == sessions_.end() ? file.url : (*before)->url;
+  if (before != sessions_.end()) sessions_.erase(before);
   const bool wasOpened = std::any_of(openedFiles_.begin(), openedFiles_.end(), isSameFile);
   if (!wasOpened) openedFiles_.append(known);
-  const Entry entry = std::make_shared<const SavedSession>(SavedSession{known, std::move(read)});
+  const Entry entry = std::make_shared<const ListedSession>(
+      ListedSession{known, file.entry->summary, file.entry->signature});
+  shown_.keep(entry, std::move(*file.session));
   sessions_.insert(std::upper_bound(sessions_.begin(), sessions_.end(), entry, isBefore), entry);
   Q_EMIT sessionsChanged();
   setSelection(known);
@@ -242,10 +260,11 @@ void HistoryViewModel::rewrite(const QUrl& url,
   }
   try {
     // Again: it may have changed since it was listed.
-    SavedSession changed{url, readSessionFile(path, defaultSessionTitle())};
-    change(changed.session);
-    writeFileAtomically(path, encodeSession(changed.session), true);
-    *found = std::make_shared<const SavedSession>(std::move(changed));
+    CaptionSession changed = readSessionFile(path, defaultSessionTitle());
+    change(changed);
+    writeFileAtomically(path, encodeSession(changed), true);
+    *found = listed(url, changed);
+    if (selection_ == url) shown_.keep(*found, std::move(changed));
   } catch (...) {
     throw Failure(readingErrorText(std::current_exception(), path));
   }

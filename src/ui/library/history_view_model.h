@@ -5,6 +5,7 @@
 #include "platform/foundation/file_error.h"
 #include "platform/foundation/latest_job.h"
 #include "ui/library/session_listing.h"
+#include "ui/library/shown_session.h"
 
 #include <exception>
 #include <functional>
@@ -34,8 +35,11 @@ class HistoryViewModel final : public QObject {
 
   const SavedSessions& sessions() const { return sessions_; }
   const std::optional<QUrl>& selection() const { return selection_; }
-  /// Null when nothing is selected.
+  /// With its transcript, which is read at the first call. Null when nothing is selected, or when
+  /// the file cannot be read any more.
   std::shared_ptr<const SavedSession> selectedSession() const;
+  /// Reads several sessions, which takes a while for many. Nothing if one cannot be read.
+  std::optional<std::vector<CaptionSession>> read(const SavedSessions& sessions) const;
   /// The text of the error banner, in the interface language; empty without an error.
   const std::optional<QString>& error() const { return error_; }
   const SessionStore& store() const { return store_; }
@@ -90,7 +94,7 @@ class HistoryViewModel final : public QObject {
   void restartReload();
   void readNextFiles();
   void applyFiles(std::vector<ReadFile> files);
-  void add(const QUrl& url, CaptionSession session);
+  void add(ReadFile file);
   /// Writes a listed file again after `change`. Throws `Failure`.
   void rewrite(const QUrl& url, const std::function<void(CaptionSession&)>& change);
   /// Keeps the bytes of a file and moves it to the trash.
@@ -107,6 +111,7 @@ class HistoryViewModel final : public QObject {
   Trash trash_;
   SavedSessions sessions_;
   std::optional<QUrl> selection_;
+  mutable ShownSession shown_;
   std::optional<FileError> failure_;
   int unreadableCount_ = 0;
   std::optional<QString> error_;

@@ -12,7 +12,7 @@ namespace velun {
 
 namespace {
 
-using Entry = std::shared_ptr<const SavedSession>;
+using Entry = std::shared_ptr<const ListedSession>;
 
 bool isIn(const SessionPeriod period, Instant startedAt, const QDate& today) {
   if (period == SessionPeriod::any) return true;
@@ -32,21 +32,16 @@ bool isIn(const SessionPeriod period, Instant startedAt, const QDate& today) {
   return true;
 }
 
-bool holds(const CaptionSession& session, const SessionArrangement& arrangement) {
-  const auto hasLine = [&session](auto isWanted) {
-    return std::ranges::any_of(session.lines, isWanted);
-  };
-  const auto isSpoken = [&](const Line& line) {
-    return line.sourceLanguage == arrangement.language;
-  };
-  const auto isHeard = [&](const Line& line) {
-    return line.input == arrangement.input;
-  };
-  return (!arrangement.language || hasLine(isSpoken)) && (!arrangement.input || hasLine(isHeard));
+bool holds(const SessionSummary& session, const SessionArrangement& arrangement) {
+  const auto& language = arrangement.language;
+  if (language && std::ranges::find(session.languages, *language) == session.languages.end()) {
+    return false;
+  }
+  return !arrangement.input || session.inputs.contains(*arrangement.input);
 }
 
 Instant::duration lengthOf(const Entry& entry) {
-  const CaptionSession& session = entry->session;
+  const SessionSummary& session = entry->summary;
   return session.endedAt.value_or(session.startedAt) - session.startedAt;
 }
 
@@ -55,7 +50,7 @@ void sortByTitle(SavedSessions& sessions) {
   collator.setCaseSensitivity(Qt::CaseInsensitive);
   collator.setNumericMode(true);
   std::ranges::stable_sort(sessions, [&collator](const Entry& left, const Entry& right) {
-    return collator.compare(left->session.title, right->session.title) < 0;
+    return collator.compare(left->summary.title, right->summary.title) < 0;
   });
 }
 
@@ -65,8 +60,8 @@ SavedSessions arranged(const SavedSessions& sessions, const SessionArrangement& 
                        const QDate& today) {
   SavedSessions result;
   std::ranges::copy_if(sessions, std::back_inserter(result), [&](const Entry& entry) {
-    return isIn(arrangement.period, entry->session.startedAt, today) &&
-           holds(entry->session, arrangement);
+    return isIn(arrangement.period, entry->summary.startedAt, today) &&
+           holds(entry->summary, arrangement);
   });
   switch (arrangement.order) {
     case SessionOrder::newestFirst:
@@ -86,14 +81,8 @@ SavedSessions arranged(const SavedSessions& sessions, const SessionArrangement& 
 
 std::vector<QString> spokenLanguages(const SavedSessions& sessions) {
   std::set<QString> languages;
-  // Lines that follow each other are mostly in one language.
-  QString last;
   for (const Entry& entry : sessions) {
-    for (const Line& line : entry->session.lines) {
-      if (!line.sourceLanguage || *line.sourceLanguage == last) continue;
-      last = *line.sourceLanguage;
-      languages.insert(last);
-    }
+    languages.insert(entry->summary.languages.begin(), entry->summary.languages.end());
   }
   return {languages.begin(), languages.end()};
 }

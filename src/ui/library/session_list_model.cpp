@@ -13,9 +13,6 @@ namespace velun {
 
 namespace {
 
-/// Enough for the width of a sidebar.
-constexpr qsizetype kPreviewLength = 200;
-
 QString lengthText(std::chrono::seconds length) {
   if (length < std::chrono::minutes(1)) return L("%1 s", "%1초").arg(length.count());
   const auto minutes = std::chrono::round<std::chrono::minutes>(length).count();
@@ -24,13 +21,9 @@ QString lengthText(std::chrono::seconds length) {
   return L("%1 h %2 min", "%1시간 %2분").arg(minutes / kHour).arg(minutes % kHour);
 }
 
-QString preview(const CaptionSession& session) {
-  return session.lines.empty() ? QString() : session.lines.front().text.left(kPreviewLength);
-}
-
 }  // namespace
 
-QString sessionTimes(const CaptionSession& session) {
+QString sessionTimes(const SessionSummary& session) {
   using std::chrono::floor;
   using std::chrono::seconds;
   const auto start = floor<seconds>(session.startedAt).time_since_epoch();
@@ -42,10 +35,10 @@ QString sessionTimes(const CaptionSession& session) {
   return text + QStringLiteral(" · ") + lengthText(std::max(length, seconds(0)));
 }
 
-QString sessionSummary(const CaptionSession& session) {
-  const auto count = session.lines.size();
+QString sessionSummary(const SessionSummary& session) {
+  const auto count = session.lineCount;
   QString summary = count == 1 ? L("1 sentence", "1문장") : L("%1 sentences", "%1문장").arg(count);
-  if (session.hasTranslations()) summary += L(" · with translation", " · 번역 포함");
+  if (session.hasTranslations) summary += L(" · with translation", " · 번역 포함");
   return summary;
 }
 
@@ -55,7 +48,7 @@ void SessionListModel::show(const SavedSessions& sessions, const QDate& today) {
   rows_.clear();
   QString section;
   for (const auto& session : sessions_) {
-    const QString title = sectionTitle(session->session.startedAt, today);
+    const QString title = sectionTitle(session->summary.startedAt, today);
     if (today.isValid() && title != section) rows_.push_back({title, nullptr});
     section = title;
     rows_.push_back({QString(), session});
@@ -69,7 +62,7 @@ QList<QUrl> SessionListModel::visibleURLs() const {
   return urls;
 }
 
-std::shared_ptr<const SavedSession> SessionListModel::sessionAt(const QModelIndex& index) const {
+std::shared_ptr<const ListedSession> SessionListModel::sessionAt(const QModelIndex& index) const {
   return index.isValid() ? rows_[static_cast<std::size_t>(index.row())].session : nullptr;
 }
 
@@ -92,11 +85,11 @@ QVariant SessionListModel::data(const QModelIndex& index, int role) const {
     const bool isText = role == Qt::DisplayRole || role == Qt::AccessibleTextRole;
     return isText ? QVariant(row.header) : QVariant();
   }
-  const CaptionSession& session = row.session->session;
+  const SessionSummary& session = row.session->summary;
   if (role == Qt::DisplayRole) return session.title;
   if (role == summaryRole) return sessionSummary(session);
   if (role == timesRole || role == Qt::AccessibleDescriptionRole) return sessionTimes(session);
-  if (role == previewRole) return preview(session);
+  if (role == previewRole) return session.firstWords;
   if (role == Qt::AccessibleTextRole) {
     return QStringLiteral("%1, %2").arg(session.title, sessionSummary(session));
   }

@@ -36,7 +36,7 @@ class SessionListModel final : public QAbstractListModel {
   QList<QUrl> visibleURLs() const;
 
   /// The session at a row; null for a header.
-  std::shared_ptr<const SavedSession> sessionAt(const QModelIndex& index) const;
+  std::shared_ptr<const ListedSession> sessionAt(const QModelIndex& index) const;
   QModelIndex indexOf(const QUrl& url) const;
 
   int rowCount(const QModelIndex& parent = {}) const override;
@@ -51,7 +51,7 @@ class SessionListModel final : public QAbstractListModel {
  private:
   struct Row {
     QString header;
-    std::shared_ptr<const SavedSession> session;
+    std::shared_ptr<const ListedSession> session;
   };
 
   SavedSessions sessions_;
@@ -59,10 +59,10 @@ class SessionListModel final : public QAbstractListModel {
 };
 
 /// For example "12 sentences · with translation", in the interface language.
-QString sessionSummary(const CaptionSession& session);
+QString sessionSummary(const SessionSummary& session);
 
 /// When a session began, in local time, and how long it was: "2:05 PM · 12 min". Without a known
 /// end only the first.
-QString sessionTimes(const CaptionSession& session);
+QString sessionTimes(const SessionSummary& session);
 
 }  // namespace velun

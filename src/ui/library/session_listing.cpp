@@ -3,6 +3,7 @@
 
 #include "model/session_files.h"
 #include "model/session_recovery.h"
+#include "ui/library/session_index.h"
 
 #include <algorithm>
 #include <QFileInfo>
@@ -13,7 +14,7 @@ namespace velun {
 
 namespace {
 
-using Entry = std::shared_ptr<const SavedSession>;
+using Entry = std::shared_ptr<const ListedSession>;
 
 class Lister {
  public:
@@ -40,14 +41,15 @@ class Lister {
         stamps.push_back(stamp);
       }
     }
-    std::vector<std::optional<CaptionSession>> sessions = readSessionFiles(unread, legacyTitle_);
-    for (std::size_t i = 0; i < unread.size(); ++i) {
-      if (!sessions[i]) {
+    std::vector<Entry> read(unread.size());
+    readSessionFiles(unread, legacyTitle_, {}, [&](std::size_t i, const CaptionSession& session) {
+      read[i] = listed(QUrl::fromLocalFile(unread[i]), session, stamps[i]);
+    });
+    for (Entry& entry : read) {
+      if (entry)
+        listing.sessions.push_back(std::move(entry));
+      else
         ++listing.unreadableCount;
-        continue;
-      }
-      listing.sessions.push_back(std::make_shared<const SavedSession>(
-          SavedSession{QUrl::fromLocalFile(unread[i]), std::move(*sessions[i]), stamps[i]}));
     }
   }
 
@@ -67,18 +69,16 @@ QString canonicalPath(const QUrl& url) {
   return canonical.isEmpty() ? path : canonical;
 }
 
-bool isBefore(const Entry& left, const Entry& right) {
-  return isListedBefore(*left, *right);
-}
-
 SessionListing listSessions(const SessionStore& store, const QList<QUrl>& opened,
                             const QString& legacyTitle, const SavedSessions& known, Instant now) {
-  Lister lister(known, legacyTitle, now);
+  const QString folder = store.directory.toLocalFile();
+  const SessionIndex index{store.indexFile, folder};
+  Lister lister(known.empty() ? index.read() : known, legacyTitle, now);
   try {
     store.migratePreviousFolder();
-    const QString folder = store.directory.toLocalFile();
     recoverSessions(folder);
     lister.add(sessionFiles(folder));
+    index.write(lister.listing.sessions, now);
   } catch (const FileError& error) {
     lister.listing.failure = error;
   }

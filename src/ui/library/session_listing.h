@@ -3,18 +3,13 @@
 
 #include "model/session_store.h"
 #include "platform/foundation/file_error.h"
+#include "ui/library/listed_session.h"
 
-#include <memory>
 #include <optional>
 #include <QList>
 #include <QUrl>
-#include <vector>
 
 namespace velun {
-
-/// Saved sessions in display order. Entries are shared and immutable, so that pool threads can read
-/// them too.
-using SavedSessions = std::vector<std::shared_ptr<const SavedSession>>;
 
 /// The session files of a folder, and others.
 struct SessionListing {
@@ -24,18 +19,15 @@ struct SessionListing {
   std::optional<FileError> failure;
 };
 
-/// Lists the sessions of the store and those of `opened`. Entries of `known` whose files have not
-/// changed are taken over, so that only the other files are read. Transcripts of an earlier version
-/// get the title `legacyTitle`. Any thread.
+/// Lists the sessions of the store and those of `opened`. Entries of `known`, or else of the
+/// store's index, whose files have not changed are taken over, so that only the other files are
+/// read. Brings the index up to date. Transcripts of an earlier version get the title
+/// `legacyTitle`. Any thread.
 SessionListing listSessions(const SessionStore& store, const QList<QUrl>& opened,
                             const QString& legacyTitle, const SavedSessions& known,
                             Instant now = currentInstant());
 
 /// The file's path without links; its path as it is if there is no such file.
 QString canonicalPath(const QUrl& url);
-
-/// Whether `left` comes before `right` in a listing.
-bool isBefore(const std::shared_ptr<const SavedSession>& left,
-              const std::shared_ptr<const SavedSession>& right);
 
 }  // namespace velun

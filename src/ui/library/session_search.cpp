@@ -1,133 +1,89 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/library/session_search.h"
 
-#include <QHash>
+#include "model/session_files.h"
+
 #include <QStringMatcher>
-#include <unicode/casemap.h>
-#include <unicode/edits.h>
-#include <unicode/uchar.h>
+#include <utility>
 
 namespace velun {
 
 namespace {
 
-/// Full case folding with ICU: Qt folds single letters, so "ß" would not match "SS". `edits` (may
-/// be null) receives the mapping from the text to the result.
-QString folded(const QString& text, icu::Edits* edits) {
-  // Folding lengthens only a few letters.
-  qsizetype room = text.size() + text.size() / 8 + 8;
-  for (;;) {
-    QString result(room, Qt::Uninitialized);
-    UErrorCode status = U_ZERO_ERROR;
-    const std::int32_t length = icu::CaseMap::fold(
-        U_FOLD_CASE_DEFAULT, reinterpret_cast<const char16_t*>(text.utf16()),
-        static_cast<std::int32_t>(text.size()), reinterpret_cast<char16_t*>(result.data()),
-        static_cast<std::int32_t>(room), edits, status);
-    result.truncate(length);
-    if (status != U_BUFFER_OVERFLOW_ERROR) return result;
-    room = length;
-  }
-}
+enum class Finding : char { missing, contained };
 
-}  // namespace
-
-QString foldedForSearch(const QString& text) {
-  return folded(text, nullptr);
-}
-
-std::vector<TextRange> matchesIn(const QString& text, const QString& search, std::size_t limit) {
-  const QString needle = foldedForSearch(search);
-  if (needle.isEmpty()) return {};
-  // Folding can lengthen a text ("ß" to "ss"), which shifts positions.
-  icu::Edits edits;
-  const QString searched = folded(text, &edits);
-  icu::Edits::Iterator edit = edits.getFineIterator();
-  UErrorCode status = U_ZERO_ERROR;
-  const auto sourceIndex = [&edit, &status](qsizetype at) {
-    return edit.sourceIndexFromDestinationIndex(static_cast<std::int32_t>(at), status);
-  };
-  std::vector<TextRange> found;
-  const QStringMatcher matcher(needle);
-  for (qsizetype at = matcher.indexIn(searched); at >= 0 && found.size() < limit;
-       at = matcher.indexIn(searched, at + needle.size())) {
-    const qsizetype first = sourceIndex(at);
-    const qsizetype last = sourceIndex(at + needle.size());
-    // A match inside one letter that became several has no range in the text.
-    if (last > first) found.push_back({first, last - first});
-  }
-  return found;
-}
-
-namespace {
-
-/// Up to this many texts are folded on the main thread without a noticeable delay.
-constexpr std::size_t kMaxFoldedAtOnce = 4;
-
-QString searchableText(const SavedSession& saved) {
-  const CaptionSession& session = saved.session;
-  return foldedForSearch(session.title + QLatin1Char('\n') +
-                         session.transcript(TranscriptContent::both, std::nullopt));
+/// What the file of each session says.
+std::vector<Finding> readFindings(const SavedSessions& sessions, const QString& folded,
+                                  const std::stop_token& stop) {
+  std::vector<QString> paths;
+  for (const auto& session : sessions) paths.push_back(session->url.toLocalFile());
+  std::vector<Finding> findings(sessions.size());
+  const QStringMatcher matcher(folded);
+  readSessionFiles(paths, {}, stop, [&](std::size_t i, CaptionSession session) {
+    // That of a transcript of an earlier version is not in its file.
+    session.title = sessions[i]->summary.title;
+    const bool isContained = matcher.indexIn(searchableText(session)) >= 0;
+    findings[i] = isContained ? Finding::contained : Finding::missing;
+  });
+  return findings;
 }
 
 }  // namespace
 
 void SessionSearch::setSessions(const SavedSessions& sessions) {
-  QHash<const SavedSession*, Folded> known;
-  for (std::size_t i = 0; i < folded_.size(); ++i) known[sessions_[i].get()] = folded_[i];
-  sessions_ = sessions;
-  forget();
-  if (known.isEmpty()) return;
-  std::size_t added = 0;
-  for (const auto& session : sessions_) {
-    Folded text = known.value(session.get());
-    if (!text && ++added > kMaxFoldedAtOnce) {
-      forget();
-      return;
-    }
-    if (!text) text = std::make_shared<const FoldedText>(searchableText(*session));
-    folded_.push_back(std::move(text));
+  Findings kept;
+  for (const auto& session : sessions) {
+    const auto found = findings_.constFind(session.get());
+    if (found != findings_.constEnd()) kept.insert(session.get(), *found);
   }
+  reading_.cancel();
+  findings_ = std::move(kept);
+  sessions_ = sessions;
 }
 
-std::optional<SavedSessions> SessionSearch::matches(const QString& text) {
-  if (text.isEmpty()) return sessions_;
-  if (folded_.size() != sessions_.size()) {
-    startFolding();
-    return std::nullopt;
+SavedSessions SessionSearch::matches(const QString& text) {
+  if (text.isEmpty()) {
+    forget();
+    return sessions_;
   }
+  search(foldedForSearch(text));
+  const TextSignature signature(folded_);
   SavedSessions found;
-  const QString searched = foldedForSearch(text);
-  const TextSignature signature(searched);
-  const QStringMatcher matcher(searched);
-  for (std::size_t i = 0; i < sessions_.size(); ++i) {
-    const FoldedText& folded = *folded_[i];
-    if (!folded.signature.mayHold(signature)) continue;
-    if (matcher.indexIn(folded.text) >= 0) found.push_back(sessions_[i]);
+  SavedSessions unread;
+  for (const auto& session : sessions_) {
+    if (!session->signature.mayHold(signature)) continue;
+    const auto finding = findings_.constFind(session.get());
+    if (finding == findings_.constEnd()) unread.push_back(session);
+    if (finding == findings_.constEnd() || *finding) found.push_back(session);
   }
+  if (!unread.empty() && !reading_.isRunning()) startReading(unread);
   return found;
 }
 
+void SessionSearch::search(const QString& folded) {
+  if (folded == folded_) return;
+  reading_.cancel();
+  // A session without the shorter text does not contain the longer one.
+  const bool isLonger = !folded_.isEmpty() && folded.contains(folded_);
+  findings_.removeIf([isLonger](const auto& finding) { return !isLonger || finding.value(); });
+  folded_ = folded;
+}
+
 void SessionSearch::forget() {
-  folding_.cancel();
+  reading_.cancel();
+  findings_.clear();
   folded_.clear();
 }
 
-void SessionSearch::startFolding() {
-  if (folding_.isRunning()) return;
-  folding_.start(
-      [sessions = sessions_](const std::stop_token& stop) {
-        std::vector<Folded> folded;
-        folded.reserve(sessions.size());
-        for (const auto& session : sessions) {
-          if (stop.stop_requested()) break;
-          folded.push_back(std::make_shared<const FoldedText>(searchableText(*session)));
-        }
-        return folded;
-      },
-      [this](std::vector<Folded> folded) {
-        folded_ = std::move(folded);
-        Q_EMIT ready();
-      });
+void SessionSearch::startReading(const SavedSessions& sessions) {
+  reading_.start([sessions, folded = folded_](
+                     const std::stop_token& stop) { return readFindings(sessions, folded, stop); },
+                 [this, sessions](const std::vector<Finding>& findings) {
+                   for (std::size_t i = 0; i < sessions.size(); ++i) {
+                     findings_.insert(sessions[i].get(), findings[i] == Finding::contained);
+                   }
+                   Q_EMIT ready();
+                 });
 }
 
 }  // namespace velun

@@ -91,9 +91,9 @@ void SessionSidebar::showEmpty(const QString& symbol, const QString& text) {
   listOrEmpty_->setCurrentWidget(empty_);
 }
 
-bool SessionSidebar::present(const SavedSession* selected) {
+bool SessionSidebar::present(const std::optional<QUrl>& selected) {
   const QScopedValueRollback presenting(isPresenting_, true);
-  const QModelIndex index = selected ? rows_.indexOf(selected->url) : QModelIndex();
+  const QModelIndex index = selected ? rows_.indexOf(*selected) : QModelIndex();
   if (index.isValid()) {
     // It may be one of several.
     const QModelIndexList rows = list_->selectionModel()->selectedIndexes();

@@ -27,9 +27,9 @@ class SessionSidebar final : public QWidget {
   /// Shows this instead of an empty list. Screen readers announce it when it was not shown before.
   void showEmpty(const QString& symbol, const QString& text);
 
-  /// Selects a session alone, unless it is one of several that are selected already; nullptr
+  /// Selects a session alone, unless it is one of several that are selected already; nullopt
   /// selects none. Returns whether it is listed.
-  bool present(const SavedSession* selected);
+  bool present(const std::optional<QUrl>& selected);
 
   void focusList();
 
@@ -40,7 +40,7 @@ class SessionSidebar final : public QWidget {
 
  Q_SIGNALS:
   /// The user selected sessions; of several the last one is shown. Null: none.
-  void chosen(std::shared_ptr<const SavedSession> session);
+  void chosen(std::shared_ptr<const ListedSession> session);
   void deleteRequested();
   /// A right click on a session, which is selected now, at a point of the screen.
   void menuRequested(const QPoint& position);

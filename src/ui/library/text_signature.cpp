@@ -33,4 +33,8 @@ bool TextSignature::mayHold(const TextSignature& part) const {
   return true;
 }
 
+QByteArrayView TextSignature::bytes() const {
+  return {reinterpret_cast<const char*>(words_.data()), qsizetype{sizeof words_}};
+}
+
 }  // namespace velun

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <QByteArrayView>
 #include <QStringView>
 
 namespace velun {
@@ -16,6 +17,17 @@ class TextSignature {
 
   /// False: a text of this signature cannot hold the text of the other one.
   bool mayHold(const TextSignature& part) const;
+
+  bool operator==(const TextSignature&) const = default;
+
+  /// The bits, in the byte order of the machine.
+  QByteArrayView bytes() const;
+  /// Sets the bits: calls `source(place, size)`, which writes that many bytes, and returns its
+  /// result.
+  template <class Source>
+  auto read(Source source) {
+    return source(reinterpret_cast<char*>(words_.data()), qsizetype{sizeof words_});
+  }
 
  private:
   /// The text of 200 lines has about 2,500 different triples.

@@ -104,7 +104,7 @@ class LibraryPicturesTest final : public test::Suite {
       pages->setCurrentRow(row);
       picture(settingsWindow.window(), QStringLiteral("settings-%1").arg(row));
     }
-    ExportView exporting(library.sessions().front()->session, {}, {}, {});
+    ExportView exporting(library.selectedSession()->session, {}, {}, {});
     exporting.resize(420, 345);
     picture(exporting, "export");
   }

@@ -51,7 +51,7 @@ class HistoryViewModelTest final : public test::Suite {
 
   QStringList titles() const {
     QStringList titles;
-    for (const auto& each : library_->sessions()) titles.append(each->session.title);
+    for (const auto& each : library_->sessions()) titles.append(each->summary.title);
     return titles;
   }
 
@@ -285,7 +285,7 @@ class HistoryViewModelTest final : public test::Suite {
     write("Sessions/a.json", 5);
     library_->undoDelete();
     QTRY_COMPARE(titles(), QStringList({"Sessions/a.json"}));
-    QCOMPARE(library_->sessions()[0]->session.startedAt, Instant(std::chrono::hours(24 * 365 + 5)));
+    QCOMPARE(library_->sessions()[0]->summary.startedAt, Instant(std::chrono::hours(24 * 365 + 5)));
     QVERIFY(!library_->canUndoDelete());
   }
 
@@ -300,14 +300,40 @@ class HistoryViewModelTest final : public test::Suite {
     QVERIFY(!library_->canUndoDelete());
   }
 
+  void aSelectedFileThatCannotBeReadAnyMoreIsReported() {
+    const QUrl a = write("Sessions/a.json", 3);
+    const QUrl b = write("Sessions/b.json", 4);
+    reload();
+    QFile file(a.toLocalFile());
+    QVERIFY(file.open(QFile::WriteOnly) && file.write("[]") == 2);
+    file.close();
+    QSignalSpy reloaded(library_.get(), &HistoryViewModel::reloaded);
+    library_->select(a);
+    QVERIFY(!library_->selectedSession());
+    QVERIFY(reloaded.wait());
+    QVERIFY(library_->error());
+    QVERIFY(!library_->selection());
+    library_->select(b);
+    QCOMPARE(library_->selectedSession()->session.title, QString("Sessions/b.json"));
+  }
+
+  void severalAreReadTogetherOrNotAtAll() {
+    write("Sessions/a.json", 3);
+    const QUrl b = write("Sessions/b.json", 4);
+    reload();
+    QCOMPARE(library_->read(library_->sessions())->at(0).title, QString("Sessions/b.json"));
+    QVERIFY(QFile::remove(b.toLocalFile()));
+    QVERIFY(!library_->read(library_->sessions()));
+  }
+
   void aSessionGetsAnotherTitle() {
     const QUrl a = write("Sessions/a.json", 3);
     reload();
-    const CaptionSession before = library_->sessions()[0]->session;
+    const CaptionSession before = library_->store().read(a);
     library_->rename(a, " Biology ");
     QCOMPARE(titles(), QStringList({"Biology"}));
     reload();
-    CaptionSession after = library_->sessions()[0]->session;
+    CaptionSession after = library_->store().read(a);
     QCOMPARE(after.title, "Biology");
     after.title = before.title;
     QVERIFY(after == before);

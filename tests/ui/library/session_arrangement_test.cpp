@@ -12,19 +12,19 @@ namespace {
 
 const QDate kToday(2026, 3, 20);
 
-std::shared_ptr<const SavedSession> session(const QString& title, const QDate& day, int minutes,
-                                            const QString& language = "en_US",
-                                            AudioInput input = AudioInput::computer) {
-  SavedSession saved;
-  saved.session.title = title;
-  saved.session.startedAt =
+std::shared_ptr<const ListedSession> session(const QString& title, const QDate& day, int minutes,
+                                             const QString& language = "en_US",
+                                             AudioInput input = AudioInput::computer) {
+  CaptionSession session;
+  session.title = title;
+  session.startedAt =
       Instant(std::chrono::milliseconds(day.startOfDay().addSecs(3600).toMSecsSinceEpoch()));
-  saved.session.endedAt = saved.session.startedAt + std::chrono::minutes(minutes);
+  session.endedAt = session.startedAt + std::chrono::minutes(minutes);
   Line line;
   line.sourceLanguage = language;
   line.input = input;
-  saved.session.lines = {Line(), line};
-  return std::make_shared<const SavedSession>(std::move(saved));
+  session.lines = {Line(), line};
+  return listed(QUrl(), session);
 }
 
 const SavedSessions& library() {
@@ -42,7 +42,7 @@ const SavedSessions& library() {
 QStringList titles(const SessionArrangement& arrangement) {
   QStringList titles;
   for (const auto& saved : arranged(library(), arrangement, kToday)) {
-    titles.append(saved->session.title);
+    titles.append(saved->summary.title);
   }
   return titles;
 }
@@ -97,9 +97,9 @@ class SessionArrangementTest final : public test::Suite {
   }
 
   void aLineWithoutALanguageBelongsToNone() {
-    SavedSession saved;
-    saved.session.lines = {Line()};
-    const SavedSessions sessions{std::make_shared<const SavedSession>(std::move(saved))};
+    CaptionSession session;
+    session.lines = {Line()};
+    const SavedSessions sessions{listed(QUrl(), session)};
     QVERIFY(arranged(sessions, {.language = "en_US"}, kToday).empty());
     QVERIFY(spokenLanguages(sessions).empty());
   }

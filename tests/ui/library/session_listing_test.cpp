@@ -22,7 +22,7 @@ struct Folder : test::SessionsFolder {
   }
 
   /// The entry of a listing that has one.
-  std::shared_ptr<const SavedSession> only(const SessionListing& listing) {
+  std::shared_ptr<const ListedSession> only(const SessionListing& listing) {
     return listing.sessions.size() == 1 ? listing.sessions[0] : nullptr;
   }
 };
@@ -49,7 +49,7 @@ class SessionListingTest final : public test::Suite {
     folder.save(session, "One");
     const SessionListing first = folder.list();
     folder.save(session, "Two");
-    QCOMPARE(folder.only(folder.list(first.sessions))->session.title, QString("Two"));
+    QCOMPARE(folder.only(folder.list(first.sessions))->summary.title, QString("Two"));
   }
 
   void aFileThatWasChangedInPlaceIsRead() {
@@ -62,7 +62,7 @@ class SessionListingTest final : public test::Suite {
     QVERIFY(file.open(QIODevice::ReadWrite));
     QVERIFY(file.write(encodeSession(session)) > 0);
     file.close();
-    QCOMPARE(folder.only(folder.list(first.sessions))->session.title, QString("Owe"));
+    QCOMPARE(folder.only(folder.list(first.sessions))->summary.title, QString("Owe"));
   }
 
   void aFileThatHasJustChangedIsAlwaysReadAgain() {
@@ -118,7 +118,7 @@ class SessionListingTest final : public test::Suite {
     const SessionListing first = folder.list();
     const SessionListing second =
         listSessions(folder.store, {}, "other", first.sessions, currentInstant() + 1h);
-    QCOMPARE(folder.only(second)->session.title, QString("other"));
+    QCOMPARE(folder.only(second)->summary.title, QString("other"));
   }
 };
 
