@@ -264,6 +264,8 @@ RESTRICTED = [
     (r"\bstd::j?thread\b(?!::hardware_concurrency)|\bQThread\b|\bstd::async\b",
      "threads of their own (use LatestJob)",
      {"platform/speech/local_speech_run",  # decoding
+      # In the helper program, which has no event loop.
+      "platform/speech/helper/recording_recognizer",
       "platform/recording/recording_feed",  # a recording lasts for hours
       "platform/models/store/download_store",  # downloads last for minutes
       "platform/models/store/model_verifier",  # hashing many models lasts for seconds
