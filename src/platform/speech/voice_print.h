@@ -7,8 +7,8 @@ namespace velun {
 
 /// How a speaker model's prints are compared: by their cosine, −1…1.
 struct VoiceLimits {
-  double same = 0.45;       ///< above it, two prints are of the same voice
-  double different = 0.4; ///< below it, they are of different voices
+  double same = 0.45;      ///< above it, two prints are of the same voice
+  double different = 0.4;  ///< below it, they are of different voices
 
   bool operator==(const VoiceLimits&) const = default;
 };
