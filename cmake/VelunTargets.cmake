@@ -9,8 +9,10 @@ if(VELUN_DEVELOPER)
     -Wall -Wextra -Wpedantic -Wconversion -Wno-sign-conversion -Wshadow -Werror)
 endif()
 if(VELUN_SANITIZE)
+  # GCC takes optional values to be uninitialized in code that it has instrumented.
   target_compile_options(velun_options INTERFACE
-    -fsanitize=${VELUN_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    -fsanitize=${VELUN_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all
+    -Wno-maybe-uninitialized)
   target_link_options(velun_options INTERFACE -fsanitize=${VELUN_SANITIZE})
 endif()
 if(VELUN_FUZZ)

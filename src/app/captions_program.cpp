@@ -12,8 +12,11 @@
 #include "platform/foundation/failure.h"
 #include "platform/foundation/file_preferences.h"
 
+#include <cerrno>
+#include <fcntl.h>
 #include <QCoreApplication>
 #include <QHash>
+#include <unistd.h>
 
 namespace velun {
 
@@ -182,11 +185,27 @@ int run() {
   }
 }
 
+/// Without it, a file that the program opens would take the place of a standard stream that is
+/// closed, and captions would be written into it. Writing still fails, as it should.
+void occupyClosedStreams() {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (::fcntl(stream, F_GETFD) < 0) ::open("/dev/null", O_RDONLY);
+  }
+}
+
+/// What was printed last, such as a list, may not have been written yet.
+int statusAfterFlush(int status) {
+  if (status != CaptionsCommand::kDone || std::fflush(stdout) == 0) return status;
+  std::fprintf(stderr, "velun: %s\n", qUtf8Printable(unwrittenText(errno)));
+  return CaptionsCommand::kFailed;
+}
+
 }  // namespace
 
 int runCaptionsProgram(int argc, char** argv) {
+  occupyClosedStreams();
   QCoreApplication application(argc, argv);
-  const int status = run();
+  const int status = statusAfterFlush(run());
   // The services have ended what tasks still waited for; those go on, which frees them.
   QCoreApplication::sendPostedEvents();
   return status;

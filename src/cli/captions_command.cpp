@@ -111,10 +111,14 @@ bool CaptionsCommand::endIfUnwritten() {
   const int code = errno;
   if (std::ferror(parts_.lines) == 0) return false;
   if (std::exchange(isUnwritten_, true)) return true;
-  say(fileErrorText(
-      FileError(FileError::Operation::write, code, L("standard output", "표준 출력"))));
+  say(unwrittenText(code));
   Q_EMIT finished(kFailed);
   return true;
+}
+
+QString unwrittenText(int code) {
+  return fileErrorText(
+      FileError(FileError::Operation::write, code, L("standard output", "표준 출력")));
 }
 
 void CaptionsCommand::say(const QString& message) {

@@ -77,4 +77,7 @@ class CaptionsCommand final : public QObject {
   std::array<QString, allAudioInputs.size()> drafts_;
 };
 
+/// Why standard output could not be written, localized; `code` is an error number.
+QString unwrittenText(int code);
+
 }  // namespace velun

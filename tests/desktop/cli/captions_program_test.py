@@ -95,6 +95,20 @@ class CaptionsProgram(unittest.TestCase):
         self.assertEqual(done.stderr.decode(),
                          "velun: There is not enough disk space to write “standard output”.\n")
 
+    def test_lists_that_cannot_be_written_are_told_by_the_status(self):
+        for option in ("--help", "--list-models"):
+            with open("/dev/full", "wb") as full:
+                done = self.run_captions(option, capture_output=False, stdout=full,
+                                         stderr=subprocess.PIPE)
+            self.assertEqual(done.returncode, 1, option)
+            self.assertIn("standard output", done.stderr.decode())
+
+    def test_a_closed_standard_output_is_told(self):
+        done = self.run_captions(self.clip, capture_output=False, stderr=subprocess.PIPE,
+                                 preexec_fn=lambda: os.close(1))
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("standard output", done.stderr.decode())
+
     def test_subtitles_have_the_times_of_the_words(self):
         first, second = srt.parse(self.captions("-f", "srt", self.recording))
         self.assertEqual([first.content, second.content], [SAID, SAID])
