@@ -106,7 +106,7 @@ std::unique_ptr<SpeechRecognizing> EngineServices::makeLiveEngine() {
   const auto make = [this] {
     return std::make_unique<SpeechRecognitionEngine>(speech, audio, clock);
   };
-  return std::make_unique<InputEngines>(make(), make());
+  return std::make_unique<InputEngines>(make(), make(), clock);
 }
 
 std::unique_ptr<CaptionSource> EngineServices::makeRecordingSource(const QString& path,

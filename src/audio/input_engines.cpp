@@ -28,7 +28,9 @@ QString failureText(AudioInput input, const QString& reason) {
 }  // namespace
 
 InputEngines::InputEngines(std::unique_ptr<SpeechRecognizing> first,
-                           std::unique_ptr<SpeechRecognizing> second) {
+                           std::unique_ptr<SpeechRecognizing> second, Clock& clock)
+    : echo_(clock) {
+  connect(&echo_, &EchoRemoval::passed, this, &SpeechRecognizing::eventOccurred);
   parts_[0].engine = std::move(first);
   parts_[1].engine = std::move(second);
   for (Part& part : parts_) follow(part);
@@ -53,9 +55,10 @@ void InputEngines::follow(Part& part) {
 QCoro::Task<> InputEngines::start(QString localeID, CaptionTargets targets, std::stop_token stop) {
   const QPointer<InputEngines> self(this);
   const std::vector<AudioTarget> all = targets.all();
-  hasTwo_ = all.size() > 1;
+  hasTwo_ = filtersEcho_ = all.size() > 1;
   isStarting_ = true;
   ++run_;
+  echo_.reset();
   shownStatus_.reset();
   if (hasTwo_) Q_EMIT eventOccurred(StatusEvent{});
   std::exception_ptr firstError;
@@ -108,6 +111,7 @@ void InputEngines::startFailed(Part& part, const std::exception_ptr& error) {
 }
 
 QCoro::Task<> InputEngines::stop() {
+  const QPointer<InputEngines> self(this);
   ++run_;
   const bool stopsSecond = std::exchange(hasTwo_, false);
   for (Part& part : parts_) {
@@ -123,6 +127,7 @@ QCoro::Task<> InputEngines::stop() {
     co_await second;
   }
   co_await first;
+  if (self) echo_.release();
 }
 
 void InputEngines::handle(Part& part, const SpeechRecognitionEvent& event) {
@@ -132,6 +137,8 @@ void InputEngines::handle(Part& part, const SpeechRecognitionEvent& event) {
     updateStatus();
   } else if (failure && hasTwo_) {
     failed(part, *failure);
+  } else if (filtersEcho_) {
+    echo_.take(event);
   } else {
     Q_EMIT eventOccurred(event);
   }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "audio/echo_removal.h"
 #include "audio/speech_recognizing.h"
 
 #include <array>
@@ -15,8 +16,9 @@ class InputEngines final : public SpeechRecognizing {
   Q_OBJECT
 
  public:
-  /// `second` is used only for runs of two targets.
-  InputEngines(std::unique_ptr<SpeechRecognizing> first, std::unique_ptr<SpeechRecognizing> second);
+  /// `second` is used only for runs of two targets. `clock` must outlive the engines.
+  InputEngines(std::unique_ptr<SpeechRecognizing> first, std::unique_ptr<SpeechRecognizing> second,
+               Clock& clock);
   ~InputEngines() override;
 
   QCoro::Task<> start(QString localeID, CaptionTargets targets, std::stop_token stop = {}) override;
@@ -45,8 +47,11 @@ class InputEngines final : public SpeechRecognizing {
   void updateStatus();
 
   std::array<Part, 2> parts_;
+  EchoRemoval echo_;
   /// Of the present run.
   bool hasTwo_ = false;
+  /// Also of the last words, while it stops.
+  bool filtersEcho_ = false;
   bool isStarting_ = false;
   /// Counts starts and stops.
   int run_ = 0;

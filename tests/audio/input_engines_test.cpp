@@ -2,6 +2,7 @@
 #include "audio/input_engines.h"
 
 #include "audio/start_failure.h"
+#include "support/manual_clock.h"
 #include "support/scripted_recognizer.h"
 #include "support/settle.h"
 #include "support/suite.h"
@@ -21,6 +22,7 @@ struct Stage {
       std::make_shared<ScriptedRecognizer::Script>();
   std::shared_ptr<ScriptedRecognizer::Script> second =
       std::make_shared<ScriptedRecognizer::Script>();
+  test::ManualClock clock;
   ScriptedRecognizer* computer = nullptr;
   ScriptedRecognizer* microphone = nullptr;
   std::unique_ptr<InputEngines> engines;
@@ -34,7 +36,7 @@ struct Stage {
     auto other = std::make_unique<ScriptedRecognizer>(second);
     computer = one.get();
     microphone = other.get();
-    engines = std::make_unique<InputEngines>(std::move(one), std::move(other));
+    engines = std::make_unique<InputEngines>(std::move(one), std::move(other), clock);
     QObject::connect(engines.get(), &SpeechRecognizing::eventOccurred, engines.get(),
                      [this](const SpeechRecognitionEvent& event) { events.push_back(event); });
   }
@@ -186,6 +188,23 @@ class InputEnginesTest final : public test::Suite {
     QCOMPARE(stage.engines->missingInput(), std::nullopt);
     stage.microphone->setMissing(AudioInput::microphone);
     QCOMPARE(stage.engines->missingInput(), std::optional(AudioInput::microphone));
+  }
+
+  void echoOfTheLoudspeakersIsNotTheUsersWords() {
+    Stage stage;
+    stage.start({kComputer, kMicrophone});
+    const Instant now = stage.clock.now();
+    const FinalEvent::Spoken spoken{now, now + std::chrono::seconds(3)};
+    stage.computer->emitEvent(
+        FinalEvent{"The ship left the harbour at noon.", "en_US", AudioInput::computer, spoken});
+    stage.events.clear();
+    stage.microphone->emitEvent(
+        FinalEvent{"the ship left the harbour at noon", "en_US", AudioInput::microphone, spoken});
+    QCOMPARE(stage.events.size(), 1U);
+    QVERIFY(stage.events.back() == SpeechRecognitionEvent(DraftEvent{{}, AudioInput::microphone}));
+    stage.microphone->emitEvent(
+        FinalEvent{"I was there.", "en_US", AudioInput::microphone, spoken});
+    QCOMPARE(std::get<FinalEvent>(stage.events.back()).text, QString("I was there."));
   }
 
   void meterShowsTheLouderInput() {

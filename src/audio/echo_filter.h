@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "audio/speech_recognition_event.h"
+
+#include <deque>
+#include <optional>
+#include <QString>
+#include <vector>
+
+namespace velun {
+
+/// Takes out of the microphone's texts what loudspeakers played at the same time. It compares words
+/// and their times with those of the computer's texts, so it works with every recognizer.
+///
+/// Only long runs of the same words are an echo at first. After one was found, shorter ones are
+/// too, for a minute: who uses headphones may well repeat some words of the computer.
+class EchoFilter {
+ public:
+  /// Another run begins.
+  void reset();
+
+  /// The computer's texts, as they come.
+  void addComputer(const FinalEvent& event);
+  void setComputerDraft(const QString& text, Instant now);
+  /// Whether the computer has an unfinished text.
+  bool isComputerSpeaking() const { return computerDraftStart_.has_value(); }
+
+  /// The user's own words of a finished text; empty if there are none.
+  QString withoutEcho(const FinalEvent& event, Instant now);
+  /// The same for an unfinished text; an empty one ends it.
+  QString draftWithoutEcho(const QString& text, Instant now);
+
+ private:
+  struct Word {
+    /// Small letters and digits.
+    QString key;
+    Instant time;
+    /// Where it is in its text.
+    qsizetype begin = 0;
+    qsizetype end = 0;
+  };
+
+  static std::vector<Word> wordsOf(const QString& text, const FinalEvent::Spoken& spoken);
+  static bool isSame(const Word& a, const Word& b);
+  std::vector<Word> playedAround(const std::vector<Word>& words) const;
+  std::vector<bool> matches(const std::vector<Word>& words) const;
+  QString filtered(const QString& text, const FinalEvent::Spoken& spoken, Instant now);
+
+  std::deque<Word> played_;
+  std::vector<Word> draft_;
+  std::optional<Instant> computerDraftStart_;
+  std::optional<Instant> draftStart_;
+  std::optional<Instant> lastEcho_;
+};
+
+}  // namespace velun
