@@ -95,9 +95,12 @@ std::vector<EchoFilter::Word> EchoFilter::wordsOf(const QString& text,
 
 bool EchoFilter::isSame(const Word& a, const Word& b) {
   constexpr qsizetype kLettersPerError = 4;
-  if (std::chrono::abs(a.time - b.time) > kTolerance) return false;
   return a.key == b.key ||
          isWithin(a.key, b.key, std::min(a.key.size(), b.key.size()) / kLettersPerError);
+}
+
+bool EchoFilter::isAtOnce(const Word& a, const Word& b) {
+  return std::chrono::abs(a.time - b.time) <= kTolerance;
 }
 
 void EchoFilter::addComputer(const FinalEvent& event) {
@@ -131,21 +134,23 @@ std::vector<EchoFilter::Word> EchoFilter::playedAround(const std::vector<Word>& 
   return around;
 }
 
-/// Which words belong to the longest common sequence with the computer's.
-std::vector<bool> EchoFilter::matches(const std::vector<Word>& words) const {
+std::vector<bool> EchoFilter::matches(const std::vector<Word>& words, bool atOnce) const {
   const std::vector<Word> played = playedAround(words);
   const std::size_t rows = words.size();
   const std::size_t columns = played.size();
+  const auto isMatch = [&](std::size_t i, std::size_t j) {
+    return isSame(words[i], played[j]) && (!atOnce || isAtOnce(words[i], played[j]));
+  };
   std::vector<std::vector<std::size_t>> best(rows + 1, std::vector<std::size_t>(columns + 1));
   for (std::size_t i = rows; i-- > 0;) {
     for (std::size_t j = columns; j-- > 0;) {
       best[i][j] = std::max(best[i + 1][j], best[i][j + 1]);
-      if (isSame(words[i], played[j])) best[i][j] = std::max(best[i][j], best[i + 1][j + 1] + 1);
+      if (isMatch(i, j)) best[i][j] = std::max(best[i][j], best[i + 1][j + 1] + 1);
     }
   }
   std::vector<bool> marks(rows);
   for (std::size_t i = 0, j = 0; i < rows && j < columns;) {
-    if (isSame(words[i], played[j]) && best[i][j] == best[i + 1][j + 1] + 1) {
+    if (isMatch(i, j) && best[i][j] == best[i + 1][j + 1] + 1) {
       marks[i++] = true;
       ++j;
     } else if (best[i + 1][j] >= best[i][j + 1]) {
@@ -160,11 +165,16 @@ std::vector<bool> EchoFilter::matches(const std::vector<Word>& words) const {
 QString EchoFilter::filtered(const QString& text, const FinalEvent::Spoken& spoken, Instant now) {
   const std::vector<Word> words = wordsOf(text, spoken);
   if (words.empty()) return text;
-  std::vector<bool> marks = matches(words);
+  // The times within a text are estimates, so a long run counts without them.
+  std::vector<bool> anyTime = matches(words, false);
+  bool isSure = markRuns(anyTime, kSureRun) >= kSureRun;
+  std::vector<bool> marks = matches(words, true);
   const bool isLikely = lastEcho_ && now - *lastEcho_ < kEchoMemory;
   const bool isAll = std::ranges::find(marks, false) == marks.end();
   const std::size_t minRun = !isLikely ? kSureRun : isAll ? 1 : kLikelyRun;
-  if (markRuns(marks, minRun) >= kSureRun) lastEcho_ = now;
+  isSure = markRuns(marks, minRun) >= kSureRun || isSure;
+  if (isSure) lastEcho_ = now;
+  for (std::size_t i = 0; i < marks.size(); ++i) marks[i] = marks[i] || anyTime[i];
   if (std::ranges::find(marks, true) == marks.end()) return text;
   QString kept;
   for (std::size_t i = 0; i < words.size(); ++i) {

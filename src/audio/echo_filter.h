@@ -23,8 +23,10 @@ class EchoFilter {
   /// The computer's texts, as they come.
   void addComputer(const FinalEvent& event);
   void setComputerDraft(const QString& text, Instant now);
-  /// Whether the computer has an unfinished text.
-  bool isComputerSpeaking() const { return computerDraftStart_.has_value(); }
+  /// Whether the computer has an unfinished text, which may go back to this time.
+  bool isUnfinishedSince(Instant time) const {
+    return computerDraftStart_ && *computerDraftStart_ <= time;
+  }
 
   /// The user's own words of a finished text; empty if there are none.
   QString withoutEcho(const FinalEvent& event, Instant now);
@@ -43,8 +45,11 @@ class EchoFilter {
 
   static std::vector<Word> wordsOf(const QString& text, const FinalEvent::Spoken& spoken);
   static bool isSame(const Word& a, const Word& b);
+  static bool isAtOnce(const Word& a, const Word& b);
   std::vector<Word> playedAround(const std::vector<Word>& words) const;
-  std::vector<bool> matches(const std::vector<Word>& words) const;
+  /// Which words belong to the longest common sequence with the computer's words of about that
+  /// time; with `atOnce` each of them has to be said at the same time, too.
+  std::vector<bool> matches(const std::vector<Word>& words, bool atOnce) const;
   QString filtered(const QString& text, const FinalEvent::Spoken& spoken, Instant now);
 
   std::deque<Word> played_;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "audio/echo_removal.h"
 
+#include <algorithm>
 #include <QStringList>
 #include <utility>
 
@@ -45,18 +46,24 @@ void EchoRemoval::takeFinal(const FinalEvent& event) {
   if (event.input == AudioInput::computer) {
     filter_.addComputer(event);
     Q_EMIT passed(event);
-    release();
+    if (std::ranges::none_of(waiting_, [this](const auto& each) { return awaitsComputer(each); })) {
+      release();
+    }
     return;
   }
   draft_.clear();
   filter_.draftWithoutEcho(draft_, clock_.now());
-  if (!filter_.isComputerSpeaking()) {
+  if (!awaitsComputer(event)) {
     pass(event);
     return;
   }
   waiting_.push_back(event);
   showDraft();
   if (!end_) end_ = clock_.callAfter(kMaxWait, [this] { release(); });
+}
+
+bool EchoRemoval::awaitsComputer(const FinalEvent& event) const {
+  return filter_.isUnfinishedSince(event.spoken ? event.spoken->end : clock_.now());
 }
 
 void EchoRemoval::release() {

@@ -31,6 +31,7 @@ class EchoRemoval final : public QObject {
  private:
   void takeDraft(const DraftEvent& event);
   void takeFinal(const FinalEvent& event);
+  bool awaitsComputer(const FinalEvent& event) const;
   void pass(FinalEvent event);
   void showDraft();
 

@@ -76,7 +76,7 @@ class HistoryViewTest final : public test::HistoryViewSuite {
   }
   void aRowTellsTheTimeAndTheLength() {
     QFETCH(int, seconds);
-    CaptionSession session;
+    SessionSummary session;
     session.startedAt = test::utc(2025, 3, 1, 9, 5, 0);
     QCOMPARE(sessionTimes(session), QString("9:05 AM"));
     session.endedAt = session.startedAt + std::chrono::seconds(seconds);
