@@ -107,7 +107,7 @@ class SessionAccidentTest final : public test::Suite {
       interrupted += left.filter(".velun-part").size();
     }
     // Otherwise the kills came between the saves and tested nothing.
-    QVERIFY2(interrupted > 100, QByteArray::number(interrupted));
+    QVERIFY2(interrupted > 30, QByteArray::number(interrupted));
     QVERIFY(!hiddenFiles(folder.path()).isEmpty());
     QCOMPARE(store.savedSessions().unreadableCount, 0);
     QCOMPARE(hiddenFiles(folder.path()), QStringList());

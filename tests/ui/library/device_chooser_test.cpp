@@ -54,7 +54,7 @@ class DeviceChooserTest final : public test::Suite {
     f.chooser.show();
     QCOMPARE(f.items(), (QStringList{"The Computer’s Default Output", "Television", "Speakers"}));
     QCOMPARE(f.chooser.currentIndex(), 0);
-    f.settings.setUseMic(true);
+    f.chooser.setInput(AudioInput::microphone);
     QCOMPARE(f.items(), (QStringList{"The Computer’s Default Microphone", "Desk Microphone"}));
     Localization::shared().setLanguage(AppLanguage::korean);
     QCOMPARE(f.items().first(), QString("컴퓨터의 기본 마이크"));
@@ -68,7 +68,7 @@ class DeviceChooserTest final : public test::Suite {
     QCOMPARE(f.chooser.currentText(), QString("Television"));
     f.choose(0);
     QCOMPARE(f.settings.output(), DeviceChoice());
-    f.settings.setUseMic(true);
+    f.chooser.setInput(AudioInput::microphone);
     f.choose(1);
     QCOMPARE(f.settings.microphone(), (DeviceChoice{"usb-mic", "Desk Microphone"}));
     QCOMPARE(f.settings.output(), DeviceChoice());
@@ -88,9 +88,9 @@ class DeviceChooserTest final : public test::Suite {
     QCOMPARE(f.chooser.currentIndex(), 4);
     f.targets->set(kDevices);
     QCOMPARE(f.chooser.currentText(), QString("All Except Firefox"));
-    f.settings.setUseMic(true);
+    f.chooser.setInput(AudioInput::microphone);
     QCOMPARE(f.items(), (QStringList{"The Computer’s Default Microphone", "Desk Microphone"}));
-    f.settings.setUseMic(false);
+    f.chooser.setInput(AudioInput::computer);
     f.choose(1);
     QCOMPARE(f.settings.program(), ProgramChoice());
     QCOMPARE(f.settings.output(), (DeviceChoice{"hdmi", "Television"}));

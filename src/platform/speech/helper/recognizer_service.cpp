@@ -32,6 +32,8 @@ QByteArray heardBody(bool isInPhrase, std::chrono::nanoseconds duration) {
 
 std::vector<float> samplesOf(const QByteArray& body) {
   std::vector<float> samples(static_cast<std::size_t>(body.size()) / sizeof(float));
+  // Without samples there may be no array either.
+  if (samples.empty()) return samples;
   std::memcpy(samples.data(), body.constData(), samples.size() * sizeof(float));
   return samples;
 }
