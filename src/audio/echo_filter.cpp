@@ -24,6 +24,10 @@ constexpr std::size_t kSureRun = 4;
 constexpr std::size_t kLikelyRun = 2;
 /// Wrongly recognized words between two matching ones.
 constexpr std::size_t kMaxGap = 2;
+/// The same anywhere in a text that is mostly an echo, while the computer spoke all the time.
+constexpr std::size_t kMaxRest = 3;
+/// How much earlier or later an echo may begin or end.
+constexpr auto kSameTime = 500ms;
 
 /// Whether two words differ in at most `limit` letters.
 bool isWithin(const QString& a, const QString& b, qsizetype limit) {
@@ -64,6 +68,16 @@ std::size_t markRuns(std::vector<bool>& marks, std::size_t minRun) {
     begin = end + 1;
   }
   return longest;
+}
+
+/// Marks what is not marked but for runs of more than `kMaxRest` words.
+void markRests(std::vector<bool>& marks) {
+  for (auto begin = marks.begin(); begin != marks.end();) {
+    const auto rest = std::find(begin, marks.end(), false);
+    const auto end = std::find(rest, marks.end(), true);
+    if (end - rest <= static_cast<std::ptrdiff_t>(kMaxRest)) std::fill(rest, end, true);
+    begin = end;
+  }
 }
 
 }  // namespace
@@ -108,6 +122,8 @@ void EchoFilter::addComputer(const FinalEvent& event) {
   computerDraftStart_.reset();
   if (!event.spoken) return;
   for (Word& word : wordsOf(event.text, *event.spoken)) played_.push_back(std::move(word));
+  texts_.push_back(*event.spoken);
+  while (texts_.front().end < event.spoken->end - kMemory) texts_.pop_front();
   while (!played_.empty() && played_.front().time < event.spoken->end - kMemory) {
     played_.pop_front();
   }
@@ -162,6 +178,12 @@ std::vector<bool> EchoFilter::matches(const std::vector<Word>& words, bool atOnc
   return marks;
 }
 
+bool EchoFilter::isPlayedThroughout(const FinalEvent::Spoken& spoken) const {
+  return std::ranges::any_of(texts_, [&spoken](const FinalEvent::Spoken& text) {
+    return spoken.start > text.start - kSameTime && spoken.end < text.end + kSameTime;
+  });
+}
+
 QString EchoFilter::filtered(const QString& text, const FinalEvent::Spoken& spoken, Instant now) {
   const std::vector<Word> words = wordsOf(text, spoken);
   if (words.empty()) return text;
@@ -175,7 +197,9 @@ QString EchoFilter::filtered(const QString& text, const FinalEvent::Spoken& spok
   isSure = markRuns(marks, minRun) >= kSureRun || isSure;
   if (isSure) lastEcho_ = now;
   for (std::size_t i = 0; i < marks.size(); ++i) marks[i] = marks[i] || anyTime[i];
-  if (std::ranges::find(marks, true) == marks.end()) return text;
+  const auto echoes = std::ranges::count(marks, true);
+  if (echoes == 0) return text;
+  if (2 * echoes >= std::ssize(marks) && isPlayedThroughout(spoken)) markRests(marks);
   QString kept;
   for (std::size_t i = 0; i < words.size(); ++i) {
     if (marks[i]) continue;

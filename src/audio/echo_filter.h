@@ -50,9 +50,12 @@ class EchoFilter {
   /// Which words belong to the longest common sequence with the computer's words of about that
   /// time; with `atOnce` each of them has to be said at the same time, too.
   std::vector<bool> matches(const std::vector<Word>& words, bool atOnce) const;
+  /// Whether the computer spoke from the beginning to the end of that time.
+  bool isPlayedThroughout(const FinalEvent::Spoken& spoken) const;
   QString filtered(const QString& text, const FinalEvent::Spoken& spoken, Instant now);
 
   std::deque<Word> played_;
+  std::deque<FinalEvent::Spoken> texts_;  ///< of the computer
   std::vector<Word> draft_;
   std::optional<Instant> computerDraftStart_;
   std::optional<Instant> draftStart_;

@@ -40,6 +40,13 @@ class EchoFilterTest final : public test::Suite {
                              << "we meet on monday at nine" << 200 << "";
     QTest::addRow("an echo with errors") << "We meet on Monday at nine."
                                          << "we met on sunday at nine" << 200 << "";
+    QTest::addRow("an echo with misheard words at its end")
+        << "We meet on Monday at nine in town."
+        << "we meet on monday at nine in a crown" << 200 << "";
+    QTest::addRow("the user speaking for longer meanwhile")
+        << "We meet on Monday at nine in town."
+        << "we meet on monday at no I really cannot come that early" << 200
+        << "no I really cannot come that early";
     QTest::addRow("other words") << "We meet on Monday at nine."
                                  << "No, I cannot come." << 200 << "No, I cannot come.";
     QTest::addRow("the user after an echo")
