@@ -214,7 +214,7 @@ class Settings(KeyboardCase):
                          "Show or Hide the Caption Window", "Click Through Captions",
                          "Bigger Text", "Smaller Text"],
              "Captions": ["Input Source", "Device", "Recognition Language", "Numbers as digits",
-                          "Names and Terms", "Font Size", "Keep caption window on top",
+                          "Names and Terms", "Install a Speaker Model…", "Font Size", "Keep caption window on top",
                           "Let clicks through the caption window",
                           "Hide caption window from screen sharing and recording"],
              "Translation": ["Live Translation", "Translation Language", "Show Translation Only"],

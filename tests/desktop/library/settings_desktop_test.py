@@ -290,7 +290,7 @@ class Languages(SettingsCase):
 
     # What is the same in both languages: names of languages and formats, and the user's own texts.
     SAME = {"Velun", "English", LANGUAGE, "Markdown (.md)", "Evening talk", "app.velun.Velun",
-            "About Velun"}
+            "About Velun", "#ffc86e"}
 
     def setUp(self):
         super().setUp()
