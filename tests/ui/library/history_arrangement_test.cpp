@@ -2,12 +2,13 @@
 #include "history_view_suite.h"
 #include "ui/library/arrangement_menu.h"
 
+#include <QDragEnterEvent>
 #include <QMimeData>
 #include <QToolButton>
 
 using namespace velun;
 
-/// Sorting and filtering the list, and dragging sessions out of it.
+/// Sorting and filtering the list, and dragging files into the view and out of it.
 class HistoryArrangementTest final : public test::HistoryViewSuite {
   Q_OBJECT
 
@@ -35,6 +36,18 @@ class HistoryArrangementTest final : public test::HistoryViewSuite {
       if (each->menu() == menu()) return each;
     }
     return nullptr;
+  }
+
+  /// Drops something from another program; whether the view takes it.
+  bool drop(const QMimeData& data) const {
+    const QPoint place = view_->rect().center();
+    QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    enter.ignore();
+    QApplication::sendEvent(view_.get(), &enter);
+    if (!enter.isAccepted()) return false;
+    QDropEvent event(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(view_.get(), &event);
+    return event.isAccepted();
   }
 
   void writeTalks() {
@@ -98,6 +111,16 @@ class HistoryArrangementTest final : public test::HistoryViewSuite {
     Localization::shared().setLanguage(AppLanguage::korean);
     QVERIFY(choice("최신순"));
     QCOMPARE(menu()->title(), QString("정렬 및 필터"));
+  }
+
+  void droppedFilesAreOpened() {
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile("/music/a talk.mp3"), QUrl::fromLocalFile("/b.json")});
+    QVERIFY(drop(files));
+    QCOMPARE(calls_, QStringList({"open a talk.mp3", "open b.json"}));
+    QMimeData text;
+    text.setText("a talk");
+    QVERIFY(!drop(text));
   }
 
   void sessionsAreDraggedOutAsFiles() {

@@ -131,6 +131,9 @@ class HistoryViewSuite : public Suite {
       calls_.append("export " + s.title);
       selected_ = lines;
     };
+    actions.openFiles = [this](const QList<QUrl>& urls) {
+      for (const QUrl& url : urls) calls_.append("open " + url.fileName());
+    };
     actions.deleteSelection = [this](const QList<QUrl>& visible) {
       library_->deleteSelection(visible);
     };
