@@ -187,6 +187,7 @@ void takeWindows(const Pictures& pictures) {
     pictures.window("settings-appearance", windows.show("appearance"));
     pictures.window("settings-models", windows.show("models"));
     pictures.window("export", windows.show("export"));
+    pictures.window("recordings", windows.show("recordings"));
   }
   look.set(ColorScheme::dark, false, true);
   test::ShownWindows windows(AppLanguage::korean);

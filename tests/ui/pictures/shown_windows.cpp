@@ -8,6 +8,7 @@
 #include "ui/common/window_presentation.h"
 #include "ui/library/export_view.h"
 #include "ui/library/history_view.h"
+#include "ui/library/recordings_view.h"
 #include "ui/menubar/about_view.h"
 #include "ui/menubar/update_view.h"
 
@@ -80,7 +81,7 @@ QImage pictureOf(QWidget& window, int scale) {
 const QStringList& ShownWindows::names() {
   static const QStringList all{"library",    "library-empty", "general",     "captions",
                                "appearance", "models",        "translation", "sessions",
-                               "export",     "about",         "updates"};
+                               "export",     "recordings",    "about",       "updates"};
   return all;
 }
 
@@ -94,7 +95,11 @@ ShownWindows::ShownWindows(AppLanguage language)
       library_(history_, fixture_.settings, {}, fixture_.clock, nullptr),
       emptyLibrary_(noHistory_, fixture_.settings, {}, fixture_.clock, nullptr),
       settings_(fixture_.captions, [] {}, nullptr, &services_,
-                {.audio = &audio_, .login = &login_, .shortcuts = &shortcuts_}) {
+                {.audio = &audio_, .login = &login_, .shortcuts = &shortcuts_}),
+      recordings_(
+          fixture_.settings, SessionStore{QUrl::fromLocalFile(recordingsFolder_.path())},
+          [this](const QString&, const QString&, Instant) { return makeSource(); },
+          fixture_.translation, fixture_.clock) {
   fixture_.settings.setLanguage(language);
   fixture_.store.setInstalled(fixture_.catalogue.ofKind(ModelKind::recognition).front());
   fixture_.clock.advance(10h);
@@ -105,6 +110,7 @@ QWidget& ShownWindows::show(const QString& name) {
   if (name == "library") return library();
   if (name == "library-empty") return emptyLibrary();
   if (name == "export") return exporting();
+  if (name == "recordings") return recordings();
   if (name == "about") return about();
   if (name == "updates") return updates();
   return settings(static_cast<int>(names().indexOf(name) - names().indexOf("general")));
@@ -146,6 +152,28 @@ QWidget& ShownWindows::exporting() {
                         sampleSession("Hydrology Lecture", fixture_.clock.now(), true),
                         std::nullopt, [] {}, [](const ExportOptions&) {}),
                     {420, 345});
+}
+
+std::unique_ptr<CaptionSource> ShownWindows::makeSource() {
+  auto source = std::make_unique<ScriptedSource>();
+  source_ = source.get();
+  return source;
+}
+
+/// One is done, one has failed, one is captioned and one waits.
+QWidget& ShownWindows::recordings() {
+  recordings_.add({"/recordings/Hydrology Lecture.mp4", "/recordings/Notes.m4a",
+                   "/recordings/Interview with Professor Kim.ogg", "/recordings/Weekly Call.mkv"});
+  source_->say(QString::fromUtf8(kLecture[0].english));
+  Q_EMIT source_->ended(std::nullopt);
+  settle();
+  Q_EMIT source_->ended(L("“Notes.m4a” isn’t a sound or video file, or it is damaged.",
+                          "“Notes.m4a” 파일은 소리나 동영상 파일이 아니거나 손상되었습니다."));
+  settle();
+  fixture_.clock.advance(60s);
+  Q_EMIT source_->advanced(750, 2700);
+  return showDialog(std::make_unique<RecordingsView>(recordings_, RecordingsView::Actions{{}, {}}),
+                    {520, 420});
 }
 
 QWidget& ShownWindows::about() {

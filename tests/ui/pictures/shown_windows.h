@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "captions/recording_queue.h"
 #include "support/scripted_audio_platform.h"
 #include "support/scripted_login_start.h"
 #include "support/scripted_shortcuts.h"
+#include "support/scripted_source.h"
 #include "ui/common/app_commands.h"
 #include "ui/common/shortcut_set.h"
 #include "ui/library/history_window_controller.h"
@@ -12,6 +14,7 @@
 
 #include <memory>
 #include <QImage>
+#include <QPointer>
 #include <QStringList>
 #include <QTemporaryDir>
 
@@ -38,13 +41,16 @@ class ShownWindows {
   /// A page of the settings, counted from 0.
   QWidget& settings(int page);
   QWidget& exporting();
+  QWidget& recordings();
   QWidget& about();
   QWidget& updates();
   QWidget& showDialog(std::unique_ptr<QWidget> content, QSize size);
   void writeSessions() const;
+  std::unique_ptr<CaptionSource> makeSource();
 
   QTemporaryDir folder_;
   QTemporaryDir emptyFolder_;
+  QTemporaryDir recordingsFolder_;
   ModelsFixture fixture_;
   ModelServices services_;
   ScriptedAudioPlatform audio_;
@@ -57,6 +63,9 @@ class ShownWindows {
   HistoryWindowController library_;
   HistoryWindowController emptyLibrary_;
   SettingsWindowController settings_;
+  RecordingQueue recordings_;
+  /// Of the recording that is captioned.
+  QPointer<ScriptedSource> source_;
   std::unique_ptr<QWidget> dialog_;
 };
 
