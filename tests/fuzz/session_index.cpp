@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/library/session_index.h"
+#include "model/listing/session_index.h"
 
 #include "require.h"
 

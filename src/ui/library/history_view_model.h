@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "model/listing/session_listing.h"
 #include "model/session_store.h"
 #include "platform/foundation/file_error.h"
 #include "platform/foundation/latest_job.h"
-#include "ui/library/session_listing.h"
 #include "ui/library/shown_session.h"
 
 #include <exception>

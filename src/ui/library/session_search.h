@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "model/listing/folded_text.h"
+#include "model/listing/listed_session.h"
 #include "platform/foundation/latest_job.h"
-#include "ui/library/folded_text.h"
-#include "ui/library/listed_session.h"
 
 #include <QHash>
 #include <QObject>

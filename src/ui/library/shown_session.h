@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "model/listing/listed_session.h"
 #include "model/session_store.h"
-#include "ui/library/listed_session.h"
 
 #include <memory>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/library/index_entry.h"
+#include "model/listing/index_entry.h"
 
 #include <array>
 #include <QUrl>

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/library/session_index.h"
+#include "model/listing/session_index.h"
 
+#include "model/listing/index_entry.h"
 #include "model/session_files.h"
 #include "platform/foundation/atomic_file.h"
 #include "platform/foundation/file_access.h"
 #include "platform/foundation/file_descriptor.h"
 #include "platform/foundation/file_error.h"
-#include "ui/library/index_entry.h"
 
 #include <cerrno>
 #include <cstdint>
@@ -158,6 +158,8 @@ void SessionIndex::write(const SavedSessions& sessions, Instant now) const {
     // The index is compared, the files are looked at and the index is replaced in one: of two
     // programs, the later one knows of every deletion.
     const FolderLock lock(place);
+    // What a killed writer has left may tell of a session that was deleted since.
+    removeAbandonedWrites(place);
     if (storedState(path) == stateOf(indexed, folder)) return;
     std::erase_if(indexed, [now](const auto& session) {
       return stampOf(session->url.toLocalFile(), now) != session->stamp;

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/library/session_index.h"
+#include "model/listing/session_index.h"
 
 #include "captions/sessions_folder.h"
+#include "model/listing/session_listing.h"
 #include "platform/foundation/atomic_file.h"
 #include "support/suite.h"
-#include "ui/library/session_listing.h"
 
 #include <QThreadPool>
 
@@ -126,6 +126,18 @@ class SessionIndexTest final : public test::Suite {
     library.list();
     QVERIFY(!holds("Secret title") && !holds("secret words"));
     QVERIFY(holds("Public"));
+  }
+
+  void nothingOfAKilledWriterStays() {
+    Library library;
+    library.store.save(withText("One", "river"));
+    library.list();
+    const QString part = library.folder.filePath("cache/.sessions.index.velun-part");
+    QVERIFY(QFile::copy(library.indexPath(), part));
+    // Nothing has changed, so that the index is not written.
+    library.list();
+    QVERIFY(!QFile::exists(part));
+    QCOMPARE(library.indexed().size(), std::size_t(1));
   }
 
   void anOldListingBringsNoDeletedSessionBack() {

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/library/session_listing.h"
+#include "model/listing/session_listing.h"
 
+#include "model/listing/session_index.h"
 #include "model/session_files.h"
 #include "model/session_recovery.h"
-#include "ui/library/session_index.h"
 
 #include <algorithm>
 #include <QFileInfo>

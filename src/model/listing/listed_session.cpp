@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/library/listed_session.h"
+#include "model/listing/listed_session.h"
 
+#include "model/listing/folded_text.h"
 #include "model/session_store.h"
-#include "ui/library/folded_text.h"
 
 #include <utility>
 

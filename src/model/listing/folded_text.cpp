@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/library/folded_text.h"
+#include "model/listing/folded_text.h"
 
 #include <QStringMatcher>
 #include <unicode/casemap.h>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "model/listing/listed_session.h"
 #include "model/session_store.h"
 #include "platform/foundation/file_error.h"
-#include "ui/library/listed_session.h"
 
 #include <optional>
 #include <QList>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/library/text_signature.h"
+#include "model/listing/text_signature.h"
 
 #include "support/suite.h"
 

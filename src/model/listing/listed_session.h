@@ -3,7 +3,7 @@
 
 #include "model/caption_session.h"
 #include "model/file_stamp.h"
-#include "ui/library/text_signature.h"
+#include "model/listing/text_signature.h"
 
 #include <memory>
 #include <optional>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/library/session_listing.h"
+#include "model/listing/session_listing.h"
 
 #include "captions/sessions_folder.h"
 #include "model/session_file/session_file.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "ui/library/listed_session.h"
+#include "model/listing/listed_session.h"
 
 #include <optional>
 #include <QDataStream>
