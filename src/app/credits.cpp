@@ -12,6 +12,7 @@ std::vector<Credit> credits(const ModelCatalogue& models) {
       {"PipeWire", "MIT"},
       {"ICU", "Unicode-DFS-2016"},
       {"FFTW", "GPL-2.0-or-later"},
+      {"SpeexDSP", "BSD-3-Clause"},
       {"SoX Resampler", "LGPL-2.1-or-later"},
       {"simdjson", "Apache-2.0"},
       {"libarchive", "BSD-2-Clause"},

@@ -103,10 +103,11 @@ EngineServices::EngineServices(PreferenceStore& preferences)
 }
 
 std::unique_ptr<SpeechRecognizing> EngineServices::makeLiveEngine() {
-  const auto make = [this] {
-    return std::make_unique<SpeechRecognitionEngine>(speech, audio, clock);
+  const auto canceller = std::make_shared<EchoCanceller>(clock);
+  const auto make = [this, &canceller] {
+    return std::make_unique<SpeechRecognitionEngine>(speech, audio, clock, canceller);
   };
-  return std::make_unique<InputEngines>(make(), make(), clock);
+  return std::make_unique<InputEngines>(make(), make(), canceller, clock);
 }
 
 std::unique_ptr<CaptionSource> EngineServices::makeRecordingSource(const QString& path,

@@ -28,8 +28,9 @@ QString failureText(AudioInput input, const QString& reason) {
 }  // namespace
 
 InputEngines::InputEngines(std::unique_ptr<SpeechRecognizing> first,
-                           std::unique_ptr<SpeechRecognizing> second, Clock& clock)
-    : echo_(clock) {
+                           std::unique_ptr<SpeechRecognizing> second,
+                           std::shared_ptr<EchoCanceller> canceller, Clock& clock)
+    : canceller_(std::move(canceller)), echo_(clock) {
   connect(&echo_, &EchoRemoval::passed, this, &SpeechRecognizing::eventOccurred);
   parts_[0].engine = std::move(first);
   parts_[1].engine = std::move(second);
@@ -60,7 +61,11 @@ QCoro::Task<> InputEngines::start(QString localeID, CaptionTargets targets, std:
   ++run_;
   echo_.reset();
   shownStatus_.reset();
-  if (hasTwo_) Q_EMIT eventOccurred(StatusEvent{});
+  canceller_->stop();
+  if (hasTwo_) {
+    canceller_->start();
+    Q_EMIT eventOccurred(StatusEvent{});
+  }
   std::exception_ptr firstError;
   for (std::size_t i = 0; i < all.size(); ++i) {
     Part& part = parts_[i];
@@ -112,7 +117,7 @@ void InputEngines::startFailed(Part& part, const std::exception_ptr& error) {
 
 QCoro::Task<> InputEngines::stop() {
   const QPointer<InputEngines> self(this);
-  ++run_;
+  const int run = ++run_;
   const bool stopsSecond = std::exchange(hasTwo_, false);
   for (Part& part : parts_) {
     part.isOn = false;
@@ -127,7 +132,9 @@ QCoro::Task<> InputEngines::stop() {
     co_await second;
   }
   co_await first;
-  if (self) echo_.release();
+  if (!self) co_return;
+  echo_.release();
+  if (run == run_) canceller_->stop();
 }
 
 void InputEngines::handle(Part& part, const SpeechRecognitionEvent& event) {

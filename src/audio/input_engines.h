@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "audio/echo_canceller.h"
 #include "audio/echo_removal.h"
 #include "audio/speech_recognizing.h"
 
@@ -16,9 +17,10 @@ class InputEngines final : public SpeechRecognizing {
   Q_OBJECT
 
  public:
-  /// `second` is used only for runs of two targets. `clock` must outlive the engines.
+  /// `second` is used only for runs of two targets; both engines use `canceller`, which is on in
+  /// such runs. `clock` must outlive the engines.
   InputEngines(std::unique_ptr<SpeechRecognizing> first, std::unique_ptr<SpeechRecognizing> second,
-               Clock& clock);
+               std::shared_ptr<EchoCanceller> canceller, Clock& clock);
   ~InputEngines() override;
 
   QCoro::Task<> start(QString localeID, CaptionTargets targets, std::stop_token stop = {}) override;
@@ -47,6 +49,7 @@ class InputEngines final : public SpeechRecognizing {
   void updateStatus();
 
   std::array<Part, 2> parts_;
+  std::shared_ptr<EchoCanceller> canceller_;
   EchoRemoval echo_;
   /// Of the present run.
   bool hasTwo_ = false;

@@ -2,6 +2,7 @@
 #include "audio/speech_recognition_engine.h"
 
 #include "audio/audio_feeder.h"
+#include "audio/echo_canceller.h"
 #include "audio/start_failure.h"
 #include "language/localization.h"
 #include "platform/foundation/failure.h"
@@ -58,11 +59,25 @@ std::exception_ptr startError(const std::exception_ptr& error, FailureStage stag
   }
 }
 
+/// `next`, with what the computer plays going to `echo` and a microphone's samples through it.
+/// `echo` must outlive the handler.
+AudioSource::Handler withEcho(AudioSource::Handler next, EchoCanceller& echo, AudioInput input) {
+  if (input == AudioInput::microphone) {
+    return [next = std::move(next), &echo](std::span<const float> samples) {
+      next(echo.withoutEcho(samples));
+    };
+  }
+  return [next = std::move(next), &echo](std::span<const float> samples) {
+    echo.addPlayed(samples);
+    next(samples);
+  };
+}
+
 }  // namespace
 
 SpeechRecognitionEngine::SpeechRecognitionEngine(SpeechPlatform& speech, AudioPlatform& audio,
-                                                 Clock& clock)
-    : speech_(speech), audioPlatform_(audio), clock_(clock) {}
+                                                 Clock& clock, std::shared_ptr<EchoCanceller> echo)
+    : speech_(speech), audioPlatform_(audio), clock_(clock), echo_(std::move(echo)) {}
 
 SpeechRecognitionEngine::~SpeechRecognitionEngine() {
   cancelAudio_.reset();
@@ -202,6 +217,7 @@ QCoro::Task<> SpeechRecognitionEngine::startAudio(Run run, std::stop_token stop)
   AudioSource::Handler feed = [feeder = feeder_.get()](std::span<const float> samples) {
     feeder->feed(samples);
   };
+  if (echo_) feed = withEcho(std::move(feed), *echo_, run.input());
   return audio_->start(std::move(feed));
 }
 

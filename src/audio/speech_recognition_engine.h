@@ -19,6 +19,7 @@
 namespace velun {
 
 class AudioFeeder;
+class EchoCanceller;
 
 /// Runs one recognition pass of one target at a time: a source captures sound, the feeder converts
 /// it, a `SpeechRun` recognizes it, and the results become events. Main thread.
@@ -26,8 +27,10 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   Q_OBJECT
 
  public:
-  /// All three must outlive the engine.
-  SpeechRecognitionEngine(SpeechPlatform& speech, AudioPlatform& audio, Clock& clock);
+  /// The first three must outlive the engine. `echo`, unless it is null, gets what the computer
+  /// plays and clears what a microphone hears.
+  SpeechRecognitionEngine(SpeechPlatform& speech, AudioPlatform& audio, Clock& clock,
+                          std::shared_ptr<EchoCanceller> echo = nullptr);
   ~SpeechRecognitionEngine() override;
 
   QCoro::Task<> start(QString localeID, CaptionTargets targets, std::stop_token stop = {}) override;
@@ -76,6 +79,7 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   SpeechPlatform& speech_;
   AudioPlatform& audioPlatform_;
   Clock& clock_;
+  std::shared_ptr<EchoCanceller> echo_;
 
   std::unique_ptr<SpeechRun> recognition_;
   std::shared_ptr<SpeechInput> input_;

@@ -23,6 +23,7 @@ struct Stage {
   std::shared_ptr<ScriptedRecognizer::Script> second =
       std::make_shared<ScriptedRecognizer::Script>();
   test::ManualClock clock;
+  std::shared_ptr<EchoCanceller> canceller = std::make_shared<EchoCanceller>(clock);
   ScriptedRecognizer* computer = nullptr;
   ScriptedRecognizer* microphone = nullptr;
   std::unique_ptr<InputEngines> engines;
@@ -36,7 +37,7 @@ struct Stage {
     auto other = std::make_unique<ScriptedRecognizer>(second);
     computer = one.get();
     microphone = other.get();
-    engines = std::make_unique<InputEngines>(std::move(one), std::move(other), clock);
+    engines = std::make_unique<InputEngines>(std::move(one), std::move(other), canceller, clock);
     QObject::connect(engines.get(), &SpeechRecognizing::eventOccurred, engines.get(),
                      [this](const SpeechRecognitionEvent& event) { events.push_back(event); });
   }
@@ -213,6 +214,21 @@ class InputEnginesTest final : public test::Suite {
     QCOMPARE(stage.engines->meterBands(), std::vector<float>({-10, -40}));
     stage.second->bands = {-30, -20};
     QCOMPARE(stage.engines->meterBands(), std::vector<float>({-10, -20}));
+  }
+
+  void echoIsCancelledWhileBothAreCaptioned() {
+    Stage stage;
+    const std::vector<float> sound(320, 0.1F);
+    const auto passesUnchanged = [&] {
+      return stage.canceller->withoutEcho(sound).data() == sound.data();
+    };
+    QVERIFY(passesUnchanged());
+    stage.start(CaptionTargets(kComputer, kMicrophone));
+    QVERIFY(!passesUnchanged());
+    stage.stop();
+    QVERIFY(passesUnchanged());
+    stage.start(CaptionTargets(kMicrophone));
+    QVERIFY(passesUnchanged());
   }
 };
 

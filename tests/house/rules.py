@@ -35,7 +35,7 @@ SYSTEM_LIBRARIES = {
     "pipewire/": set(), "spa/": set(), "xcb/": set(), "X11/": set(), "archive": set(), "libav": set(), "libswresample": set(), "sentencepiece": set(), "dnnl": set(),
     "QDBus": set(), "QtDBus": set(), "QNetwork": {"platform/updates"}, "QtNetwork": set(),
     "QTcp": set(), "QSsl": {"platform/updates"},
-    "fftw3": {"audio"},
+    "fftw3": {"audio"}, "speex/": {"audio"},
     "unicode/": {FOUNDATION, "settings", "language", "model", "captions", "translation",
                  "platform/speech", "platform/translation", "ui"},
     "simdjson": {"model", FOUNDATION},
