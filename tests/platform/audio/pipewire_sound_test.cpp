@@ -7,7 +7,9 @@
 #include "support/recorder.h"
 #include "support/suite.h"
 
+#include <atomic>
 #include <numbers>
+#include <semaphore>
 
 using namespace velun;
 using namespace velun::test;
@@ -18,6 +20,24 @@ constexpr int all = PlaybackStream::everyChannel;
 constexpr int center = 2;
 constexpr float half = 0.5F;
 constexpr double inBothChannels = 1 / std::numbers::sqrt2;
+
+/// A second of a tone, once it is allowed to begin; silence before and after.
+struct OneSecond {
+  PlaybackStream::Fill fill() {
+    return [this, tone = PlaybackStream::tone(1000, 48'000, half)](std::span<float> frames) {
+      const std::size_t left = isAllowed ? 48'000 - std::min<std::size_t>(played, 48'000) : 0;
+      tone(frames.first(std::min(left, frames.size())));
+      if (left < frames.size()) std::ranges::fill(frames.subspan(left), 0.0F);
+      played += std::min(left, frames.size());
+      if (played >= 24'000 && !isHalfOver.exchange(true)) halfOver.release();
+    };
+  }
+
+  std::atomic<bool> isAllowed = false;
+  std::atomic<std::size_t> played = 0;
+  std::atomic<bool> isHalfOver = false;
+  std::binary_semaphore halfOver{0};
+};
 
 }  // namespace
 
@@ -107,6 +127,33 @@ class PipeWireSoundTest final : public Suite {
     const auto source = platform_.makeSource({});
     await(source->start(recorder.handler()));
     VERIFY_SOON(std::abs(recorder.amplitudeAt(440, 3'200) - half) < 0.01);
+    source->stop();
+    QVERIFY(server_.remove("output"));
+  }
+
+  void soundSurvivesAThreadThatIsLate() {
+    QVERIFY(server_.addSink("output"));
+    QVERIFY(server_.setDefaultSink("output"));
+    OneSecond sound;
+    const PlaybackStream player({}, {}, sound.fill());
+    std::atomic<double> energy = 0;
+    bool wasLate = false;
+    const auto source = platform_.makeSource({});
+    std::atomic<bool> isHeard = false;
+    await(source->start([&](std::span<const float> samples) {
+      isHeard = true;
+      for (const float sample : samples) energy += double(sample) * double(sample);
+      // As if the processor was busy with something else for some 0.4 s.
+      const bool isLate = !wasLate && energy > 100;
+      if (!isLate) return;
+      wasLate = true;
+      if (!sound.halfOver.try_acquire_for(std::chrono::seconds(10))) qFatal("Nothing is played");
+    }));
+    VERIFY_SOON(isHeard);
+    sound.isAllowed = true;
+    const double expected = 16'000 * half * half / 2;
+    VERIFY_SOON(energy > 0.98 * expected);
+    QVERIFY(wasLate);
     source->stop();
     QVERIFY(server_.remove("output"));
   }
