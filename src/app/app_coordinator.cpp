@@ -22,9 +22,9 @@
 #include "ui/common/frame_keeper.h"
 #include "ui/common/shortcut_set.h"
 #include "ui/common/window_presentation.h"
-#include "ui/library/settings_window_controller.h"
 #include "ui/menubar/menu_bar_controller.h"
 #include "ui/menubar/status_item_notice.h"
+#include "ui/settings/settings_window_controller.h"
 
 #include <QApplication>
 

@@ -5,9 +5,9 @@
 #include "captions/recording_queue.h"
 #include "ui/common/file_panels.h"
 #include "ui/library/history_view_model.h"
-#include "ui/library/settings_notes.h"
 #include "ui/menubar/credit.h"
 #include "ui/models/model_services.h"
+#include "ui/settings/settings_notes.h"
 
 #include <functional>
 #include <optional>

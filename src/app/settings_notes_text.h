@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/foundation/latest_job.h"
-#include "ui/library/settings_notes.h"
+#include "ui/settings/settings_notes.h"
 
 #include <memory>
 #include <QStringList>

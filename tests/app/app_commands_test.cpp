@@ -3,8 +3,8 @@
 #include "language/localization.h"
 #include "support/suite.h"
 #include "ui/caption/caption_panel.h"
-#include "ui/library/settings_window_controller.h"
 #include "ui/menubar/menu_bar_controller.h"
+#include "ui/settings/settings_window_controller.h"
 
 #include <QApplication>
 #include <QDialog>

@@ -13,7 +13,7 @@
 #include "ui/library/export_view.h"
 #include "ui/library/history_view.h"
 #include "ui/library/history_window_controller.h"
-#include "ui/library/settings_window_controller.h"
+#include "ui/settings/settings_window_controller.h"
 
 #include <QApplication>
 #include <QDir>

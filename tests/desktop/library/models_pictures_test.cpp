@@ -3,9 +3,9 @@
 #include "support/steady_picture.h"
 #include "support/suite.h"
 #include "support/virtual_display.h"
-#include "ui/library/settings_window_controller.h"
 #include "ui/models/group_header.h"
 #include "ui/models/models_fixture.h"
+#include "ui/settings/settings_window_controller.h"
 
 #include <QApplication>
 #include <QDir>

@@ -9,8 +9,8 @@
 #include "ui/common/app_commands.h"
 #include "ui/common/shortcut_set.h"
 #include "ui/library/history_window_controller.h"
-#include "ui/library/settings_window_controller.h"
 #include "ui/models/models_fixture.h"
+#include "ui/settings/settings_window_controller.h"
 
 #include <memory>
 #include <QImage>
