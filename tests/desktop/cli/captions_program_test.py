@@ -3,16 +3,19 @@
 import array
 import json
 import os
+import re
 import signal
 import subprocess
 import unittest
 import wave
+from pathlib import Path
 
 import srt
 from private_desktop import PrivateDesktop
 from speech import say
 
 EXECUTABLE = os.environ["VELUN_PROGRAM"]
+DATA = Path(__file__).resolve().parents[3] / "data"
 SENTENCE = "thank you for your time"
 SAID = "Thank you for your time."
 # The superuser reads every file, so the program runs without that right.
@@ -162,6 +165,28 @@ class CaptionsProgram(unittest.TestCase):
     def test_help_and_models_are_listed(self):
         self.assertIn("--list-models", self.captions("--help"))
         self.assertIn("built-in\tinstalled\tBuilt-in recognizer\n", self.captions("--list-models"))
+
+    def test_completions_and_the_manual_know_every_option(self):
+        options = set(re.findall(r"^  (?:-[a-z], )?--([a-z-]+)", self.captions("--help"), re.M))
+        self.assertIn("drafts", options)
+        for name, form in (("completions/velun.bash", r"--([a-z-]{2,})"),
+                           ("completions/_velun", r"--([a-z-]{2,})\W"),
+                           ("completions/velun.fish", r"captions .*-l ([a-z-]+)"),
+                           ("velun.1.in", r"\\-\\-([a-z\\-]+)")):
+            with self.subTest(name=name):
+                text = (DATA / name).read_text(encoding="utf-8")
+                found = {each.replace("\\", "") for each in re.findall(form, text)}
+                self.assertEqual(options - found, set())
+                self.assertEqual(found - options, set())
+
+    def test_bash_completes_options_and_their_values(self):
+        for words, completed in ((["captions", "--dr"], "--drafts"), (["c"], "captions"),
+                                 (["captions", "-f", "s"], "srt"),
+                                 (["captions", "--input", "b"], "both")):
+            script = (f'source {DATA}/completions/velun.bash; COMP_WORDS=(velun {" ".join(words)}); '
+                      f'COMP_CWORD={len(words)}; _velun; printf %s "${{COMPREPLY[*]}}"')
+            done = subprocess.run(["bash", "-c", script], check=True, capture_output=True, text=True)
+            self.assertEqual(done.stdout, completed)
 
     def start_captions(self, *arguments):
         process = self.desktop.start([EXECUTABLE, "captions", *arguments], stdout=subprocess.PIPE,
