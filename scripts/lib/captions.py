@@ -21,6 +21,7 @@ class Captions:
         self._folder = sessions_folder
         self._read_at = None
         self._phrase_ends = []  # (monotonic time, kind of clip)
+        self._known = set()
         self._translated = set()
 
     def playing(self, clip, started):
@@ -38,7 +39,9 @@ class Captions:
         self._read_at = file.stat().st_mtime_ns
         lines = json.loads(file.read_text())["lines"]
         now = time.monotonic()
-        for line in lines[len(self.lines):]:
+        # With two inputs, a line may come before earlier ones.
+        for line in [line for line in lines if line["id"] not in self._known]:
+            self._known.add(line["id"])
             ended, kind = max((e for e in self._phrase_ends if e[0] <= now),
                               default=(now, self._phrase_ends[0][1]))
             self.lines.append(ShownLine(line["text"], now - ended, kind))

@@ -198,14 +198,14 @@ class CaptionsProgram(unittest.TestCase):
     def test_live_sound_is_captioned_until_an_interrupt(self):
         process = self.start_captions("--format", "json", "--drafts")
         said = []
-        while not said or "text" not in said[-1]:
-            # Again and again: the first may come before the program listens.
+        while not said or said[-1].get("text") != SAID:
+            # Again and again: the program may hear none of the first, or only its end.
+            self.assertLess(sum("text" in each for each in said), 10, said)
             player = self.desktop.play(self.clip)
             player.wait()
             said.append(json.loads(process.stdout.readline()))
             while "draft" in said[-1]:
                 said.append(json.loads(process.stdout.readline()))
-        self.assertEqual(said[-1]["text"], SAID)
         self.assertEqual(said[-1]["input"], "computer")
         self.assertTrue(any("draft" in each for each in said[:-1]))
         process.send_signal(signal.SIGINT)

@@ -1,6 +1,8 @@
 """The real program captions and translates speech for a long time and saves every line.
 
 VELUN_ENDURANCE_MINUTES: duration (default 10, minimum 3). VELUN_ENDURANCE_RESULTS: file for samples.
+VELUN_ENDURANCE_INPUTS=both: a microphone is captioned, too, into which somebody speaks at the same
+time.
 """
 
 import csv
@@ -22,6 +24,9 @@ from velun_program import APPLICATION, VelunProgram
 EXECUTABLE = os.environ["VELUN_PROGRAM"]
 MINUTES = float(os.environ.get("VELUN_ENDURANCE_MINUTES", "10"))
 RESULTS = os.environ.get("VELUN_ENDURANCE_RESULTS")
+HAS_MICROPHONE = os.environ.get("VELUN_ENDURANCE_INPUTS") == "both"
+MOUTH = "test.mouth"  # what is played to it is heard by the microphone
+NAMES = {"computer": "Computer", "microphone": "Me"}
 
 SAMPLE_EVERY = 10.0  # seconds
 # Not compared, because caches are being filled.
@@ -42,21 +47,36 @@ DELAY = 1.5  # times, and
 DELAY_SECONDS = 0.5  # more: the machine may have other work
 
 
+def label(line):
+    return f"{NAMES[line['input']]}: " if HAS_MICROPHONE else ""
+
+
 class Endurance(unittest.TestCase):
     def setUp(self):
         self.desktop = self.enterContext(PrivateDesktop())
         self.spoken = clips(self.desktop.root / "speech")
         self.desktop.start_sound()
+        if HAS_MICROPHONE:
+            self.start_microphone()
         self.desktop.start_compositor()
         self.desktop.start_tray()
         accessibility = self.enterContext(Accessibility(self.desktop))
         self.program = VelunProgram(self.desktop, EXECUTABLE)
         self.program.write_preferences(autoSaveSessions=True, askBeforeDiscarding=False,
-                                       translate=True, targetID=LANGUAGE)
+                                       translate=True, targetID=LANGUAGE,
+                                       captionsBoth=HAS_MICROPHONE)
         self.captions = Captions(self.program.sessions, say=lambda *_, **__: None)
         self.samples = []
         self.program.launch()
         self.application = accessibility.application(APPLICATION)
+
+    def start_microphone(self):
+        self.desktop.start(
+            ["pw-loopback", "--capture-props", f"media.class=Audio/Sink node.name={MOUTH}",
+             "--playback-props", "media.class=Audio/Source node.name=test.microphone"],
+            log="microphone")
+        self.desktop.wait("the microphone", lambda: '"test.microphone"' in self.desktop.run(
+            "pw-metadata", "0", "default.audio.source"))
 
     def test_hours_of_speech(self):
         self.program.action("toggle-captions")
@@ -70,14 +90,22 @@ class Endurance(unittest.TestCase):
         self.check_delays()
 
     def play_until(self, end):
+        replies = itertools.cycle(reversed(self.spoken))
         for clip in itertools.cycle(self.spoken):
-            player = self.desktop.play(clip.path)
+            players = [self.desktop.play(clip.path)]
             self.captions.playing(clip, time.monotonic())
-            while player.poll() is None:
+            if HAS_MICROPHONE:
+                players.append(self.say(next(replies)))
+            while any(player.poll() is None for player in players):
                 self.follow(0.02)
             self.follow(PAUSE_BETWEEN_ROUNDS if clip is self.spoken[-1] else PAUSE_BETWEEN_CLIPS)
             if time.monotonic() > end:
                 return
+
+    def say(self, clip):
+        player = self.desktop.start(["pw-play", "--target", MOUTH, clip.path])
+        self.captions.playing(clip, time.monotonic())
+        return player
 
     def follow(self, seconds):
         for _ in polling(seconds):
@@ -167,7 +195,8 @@ class Endurance(unittest.TestCase):
 
     def saved_lines(self):
         return list(itertools.chain.from_iterable(
-            (line["text"], line["translations"].get(LANGUAGE)) for line in self.saved()["lines"]))
+            (label(line) + line["text"], line["translations"].get(LANGUAGE))
+            for line in self.saved()["lines"]))
 
 
 if __name__ == "__main__":
