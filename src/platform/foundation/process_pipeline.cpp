@@ -5,12 +5,13 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <fcntl.h>
-#include <poll.h>
 #include <QFile>
 #include <spawn.h>
 #include <string>
 #include <sys/socket.h>
+#include <sys/uio.h>
 #include <sys/wait.h>
 #include <system_error>
 
@@ -20,12 +21,6 @@ namespace {
 
 /// Small, so that a slow process shows in the caller's queue instead of hiding data here.
 constexpr int kSendBufferBytes = 64 * 1024;
-
-/// Maximum read at once.
-constexpr std::size_t kMaxReadBytes = 64 * 1024;
-
-/// Maximum number of reads after the input was closed.
-constexpr int kMaxLastReads = 16;
 
 [[noreturn]] void fail(int error) {
   throw std::system_error(error, std::generic_category());
@@ -42,6 +37,10 @@ Link makeLink() {
   std::array<int, 2> ends{-1, -1};
   if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) fail(errno);
   return {FileDescriptor(ends[0]), FileDescriptor(ends[1])};
+}
+
+void limitSending(const FileDescriptor& socket) {
+  ::setsockopt(socket.number(), SOL_SOCKET, SO_SNDBUF, &kSendBufferBytes, sizeof kSendBufferBytes);
 }
 
 std::string nameOf(const std::string& variable) {
@@ -71,7 +70,8 @@ std::vector<char*> pointersTo(std::vector<std::string>& texts) {
 }
 
 /// Starts one process with default handling of SIGPIPE and no signal blocked.
-pid_t spawn(const QStringList& command, int input, int output, const ProcessOptions& options) {
+pid_t spawn(const QStringList& command, int input, int output, int control,
+            const ProcessOptions& options) {
   std::vector<std::string> words;
   for (const QString& word : command) words.push_back(QFile::encodeName(word).toStdString());
   std::vector<std::string> variables = childEnvironment(options.environment);
@@ -80,6 +80,7 @@ pid_t spawn(const QStringList& command, int input, int output, const ProcessOpti
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_adddup2(&actions, input, STDIN_FILENO);
   posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
+  if (control >= 0) posix_spawn_file_actions_adddup2(&actions, control, kControlDescriptor);
   if (options.discardsErrors) {
     posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
   }
@@ -123,15 +124,19 @@ void ProcessPipeline::start(const std::vector<QStringList>& commands,
                             const ProcessOptions& options) {
   if (commands.empty()) fail(EINVAL);
   Link first = makeLink();
-  input_ = std::move(first.to);
-  ::setsockopt(input_.number(), SOL_SOCKET, SO_SNDBUF, &kSendBufferBytes, sizeof kSendBufferBytes);
+  FileDescriptor input = std::move(first.to);
+  limitSending(input);
+  Link control;
+  if (options.takesConnections) control = makeLink();
+  control_ = std::move(control.to);
   FileDescriptor next = std::move(first.from);
   for (const QStringList& command : commands) {
     Link link = makeLink();
-    processIds_.push_back(spawn(command, next.number(), link.to.number(), options));
+    processIds_.push_back(
+        spawn(command, next.number(), link.to.number(), control.from.number(), options));
     next = std::move(link.from);
   }
-  output_ = std::move(next);
+  channel_ = ByteChannel(std::move(input), std::move(next));
 }
 
 void ProcessPipeline::killAll() {
@@ -140,26 +145,6 @@ void ProcessPipeline::killAll() {
     while (::waitpid(process, nullptr, 0) < 0 && errno == EINTR) {
     }
   }
-}
-
-ProcessPipeline::Event ProcessPipeline::exchange(std::span<const char>& input, QByteArray& output,
-                                                 std::chrono::milliseconds timeout) {
-  const auto inputEvents = static_cast<short>(input.empty() ? 0 : POLLOUT);
-  // Reads while writing: otherwise both sides could wait for each other. A negative descriptor is
-  // ignored, so that an ended reader of input that we do not have does not wake us again and again.
-  std::array<pollfd, 2> polled{
-      {{input.empty() ? -1 : input_.number(), inputEvents, 0}, {output_.number(), POLLIN, 0}}};
-  const int ready = ::poll(polled.data(), polled.size(), static_cast<int>(timeout.count()));
-  if (ready < 0) return errno == EINTR ? Event::transferred : Event::ended;
-  if (ready == 0) return Event::timedOut;
-  if (polled[1].revents != 0 && !read(output)) return Event::ended;
-  if (polled[0].revents != 0 && !write(input)) {
-    // The first process has ended. What the last one wrote before may still be there.
-    for (int i = 0; i < kMaxLastReads && read(output); ++i) {
-    }
-    return Event::ended;
-  }
-  return Event::transferred;
 }
 
 bool ProcessPipeline::isIdle() const {
@@ -171,28 +156,30 @@ bool ProcessPipeline::isIdle() const {
       return false;
     }
   }
-  pollfd output{output_.number(), POLLIN, 0};
-  return ::poll(&output, 1, 0) == 0;
+  return channel_.isIdle();
 }
 
-void ProcessPipeline::interrupt() {
-  ::shutdown(output_.number(), SHUT_RDWR);
-}
-
-bool ProcessPipeline::read(QByteArray& output) const {
-  std::array<char, kMaxReadBytes> block;
-  const ssize_t count = ::recv(output_.number(), block.data(), block.size(), MSG_DONTWAIT);
-  if (count < 0) return errno == EAGAIN || errno == EINTR;
-  output.append(block.data(), count);
-  return count > 0;
-}
-
-bool ProcessPipeline::write(std::span<const char>& input) const {
-  const ssize_t count =
-      ::send(input_.number(), input.data(), input.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
-  if (count < 0) return errno == EAGAIN || errno == EINTR;
-  input = input.subspan(static_cast<std::size_t>(count));
-  return true;
+ByteChannel ProcessPipeline::connect() {
+  Link link = makeLink();
+  limitSending(link.to);
+  char byte = 0;
+  iovec content{&byte, 1};
+  alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof(int))> space{};
+  msghdr message{};
+  message.msg_iov = &content;
+  message.msg_iovlen = 1;
+  message.msg_control = space.data();
+  message.msg_controllen = space.size();
+  cmsghdr* header = CMSG_FIRSTHDR(&message);
+  header->cmsg_level = SOL_SOCKET;
+  header->cmsg_type = SCM_RIGHTS;
+  header->cmsg_len = CMSG_LEN(sizeof(int));
+  const int passed = link.from.number();
+  std::memcpy(CMSG_DATA(header), &passed, sizeof passed);
+  if (::sendmsg(control_.number(), &message, MSG_NOSIGNAL | MSG_DONTWAIT) != 1) fail(errno);
+  FileDescriptor other(::fcntl(link.to.number(), F_DUPFD_CLOEXEC, 0));
+  if (!other.isOpen()) fail(errno);
+  return {std::move(link.to), std::move(other)};
 }
 
 }  // namespace velun

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/foundation/file_descriptor.h"
+#include "platform/foundation/byte_channel.h"
 
 #include <chrono>
 #include <QByteArray>
@@ -12,12 +12,18 @@
 
 namespace velun {
 
+/// The descriptor of a program that takes connections: each message is one byte with a socket.
+constexpr int kControlDescriptor = 3;
+
 /// How child processes are started.
 struct ProcessOptions {
   /// Added to the inherited environment as "NAME=value"; replaces variables of the same name.
   std::vector<std::string> environment;
   /// Discards what they write to their standard error.
   bool discardsErrors = false;
+  /// Every program gets a socket as its descriptor 3 (`kControlDescriptor`), over which `connect`
+  /// passes connections. It is closed with the pipeline, also if Velun crashes.
+  bool takesConnections = false;
 };
 
 /// Child processes that run as long as this object: the output of each is the input of the next.
@@ -34,19 +40,27 @@ class ProcessPipeline {
 
   Q_DISABLE_COPY_MOVE(ProcessPipeline)
 
-  enum class Event { transferred, timedOut, ended };
+  using Event = ByteChannel::Event;
 
-  /// Waits until the first process accepts input or the last one has written something. Removes
-  /// what was written from the front of `input`, and appends at most 64 KiB to `output`. `ended`
-  /// means that there will be no more output.
+  /// As `ByteChannel::exchange`, with the input of the first process and the output of the last.
   Event exchange(std::span<const char>& input, QByteArray& output,
-                 std::chrono::milliseconds timeout);
+                 std::chrono::milliseconds timeout) {
+    return channel_.exchange(input, output, timeout);
+  }
 
   /// Whether every process runs and there is no unread output.
   bool isIdle() const;
 
   /// Ends the output: `exchange` returns `ended` soon, now and from now on. Any thread.
-  void interrupt();
+  void interrupt() { channel_.interrupt(); }
+
+  /// Takes the standard input and output away, so that they can be closed before the processes end.
+  /// Nothing else may be called for them then.
+  ByteChannel takeChannel() { return std::move(channel_); }
+
+  /// Another connection to the one process, which takes connections. Throws `std::system_error`.
+  /// Any thread, one at a time.
+  ByteChannel connect();
 
   /// In the order of the commands.
   const std::vector<pid_t>& processIds() const { return processIds_; }
@@ -54,11 +68,9 @@ class ProcessPipeline {
  private:
   void start(const std::vector<QStringList>& commands, const ProcessOptions& options);
   void killAll();
-  bool read(QByteArray& output) const;
-  bool write(std::span<const char>& input) const;
 
-  FileDescriptor input_;
-  FileDescriptor output_;
+  ByteChannel channel_;
+  FileDescriptor control_;
   std::vector<pid_t> processIds_;
 };
 

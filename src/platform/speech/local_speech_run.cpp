@@ -177,6 +177,7 @@ LocalSpeechRun::Step LocalSpeechRun::run(Worker& worker, const SpeechRecognizer&
     backend = recognizer.factory();
     setBackend(worker, backend.get());
     if (input_->isRecorded()) backend->expectRecording();
+    if (worker.hasFailed) backend->standAlone();
     backend->load();
   } catch (const std::exception& failure) {
     return failedToLoad(worker, recognizer, descriptionOf(failure));
@@ -313,6 +314,7 @@ LocalSpeechRun::Step LocalSpeechRun::failedToDecode(Worker& worker,
     return replace(worker, recognizer, Fault::stopped, error);
   }
   if (failsAgain) decoder_.finalizeDraft();
+  worker.hasFailed = true;
   return {Step::Kind::load, recognizer};
 }
 

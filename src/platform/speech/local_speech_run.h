@@ -63,6 +63,7 @@ class LocalSpeechRun final : public SpeechRun {
     QString title;                         ///< of its recognizer
     RecognizerBackend* backend = nullptr;  ///< while it exists
     bool isCancelled = false;
+    bool hasFailed = false;    ///< a recognizer ended in this worker; of its thread
     bool isSuccessor = false;  ///< has not had a turn
     bool isReady = false;      ///< loaded, and waits for its turn
     double readySince = 0;     ///< in the clock's monotonic seconds

@@ -22,6 +22,10 @@ class RecognizerBackend {
   /// those of live audio. Before `load`.
   virtual void expectRecording() {}
 
+  /// The same recognizer failed in this run before: what it shares with other runs must not fail
+  /// with it again. Before `load`.
+  virtual void standAlone() {}
+
   /// Does the slow part of the initialization, which `cancel` must be able to end.
   virtual void load() {}
 

@@ -7,13 +7,16 @@
 #include "support/suite.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cmath>
 #include <csignal>
 #include <functional>
+#include <QProcess>
 #include <QTemporaryDir>
-#include <sys/wait.h>
+#include <sys/socket.h>
 #include <thread>
+#include <unistd.h>
 
 using namespace velun;
 using namespace velun::test;
@@ -141,7 +144,7 @@ class NeuralHelperTest final : public test::Suite {
 
   void cancelInterruptsLoading() {
     // It takes its only argument, a number, for seconds, and says nothing.
-    NeuralBackend backend("/usr/bin/sleep", transducer());
+    NeuralBackend backend(QString("/usr/bin/sleep"), transducer());
     QVERIFY(failsWhenCancelled(backend, &NeuralBackend::load));
   }
 
@@ -183,7 +186,7 @@ class NeuralHelperTest final : public test::Suite {
 
   void helperThatEndsAtOnceIsReported() {
     try {
-      NeuralBackend backend("/usr/bin/false", transducer());
+      NeuralBackend backend(QString("/usr/bin/false"), transducer());
       backend.load();
       QFAIL("it started");
     } catch (const Failure& failure) {
@@ -194,7 +197,7 @@ class NeuralHelperTest final : public test::Suite {
 
   void missingProgramIsReported() {
     try {
-      NeuralBackend backend("/nonexistent/velun-recognizer", transducer());
+      NeuralBackend backend(QString("/nonexistent/velun-recognizer"), transducer());
       backend.load();
       QFAIL("it started");
     } catch (const Failure& failure) {
@@ -243,23 +246,22 @@ class NeuralHelperTest final : public test::Suite {
     }
   }
 
-  void helperEndsWithItsThread() {
-    pid_t process = 0;
-    std::thread([&process] {
-      // Never destroyed, as when the program crashes.
-      auto* left = new HelperProcess(helperProgram());
-      left->send(RecognizerMessage::Kind::configure, transducer().toJson());
-      left->receive();
-      process = left->processId();
-      leaked_ = left;
-    }).join();
-    int status = 0;
-    QCOMPARE(waitpid(process, &status, 0), process);
-    QVERIFY(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
+  void helperEndsWhenTheProgramCrashes() {
+    std::array<int, 2> control{};
+    QCOMPARE(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, control.data()), 0);
+    QProcess helper;
+    helper.setChildProcessModifier([&] { dup2(control[0], kControlDescriptor); });
+    helper.start(helperProgram(), {"1"});
+    QVERIFY(helper.waitForStarted());
+    helper.write(encoded(RecognizerMessage::Kind::configure, transducer().toJson()));
+    QVERIFY(helper.waitForReadyRead());
+    close(control[0]);
+    QCOMPARE(helper.state(), QProcess::Running);
+    // As the system does when a process ends. The standard input stays open.
+    close(control[1]);
+    QVERIFY(helper.waitForFinished());
+    QCOMPARE(helper.exitCode(), 0);
   }
-
- private:
-  static inline HelperProcess* leaked_ = nullptr;  ///< still known, so that it is no leak
 };
 
 QTEST_GUILESS_MAIN(NeuralHelperTest)

@@ -31,6 +31,13 @@ SpeechRecognizer toy(const RecognizerSettings& settings = transducer()) {
           }};
 }
 
+/// The same one, in a process that it may share.
+SpeechRecognizer sharedToy(const HelperProgram& program) {
+  return {"toy", "Toy", [program]() -> std::unique_ptr<RecognizerBackend> {
+            return std::make_unique<NeuralBackend>(program, transducer());
+          }};
+}
+
 SpeechRecognizer builtIn() {
   return {"built-in", "Built-in", BuiltInRecognizerProvider(builtInFiles()).factory("en_US")};
 }
@@ -80,6 +87,34 @@ class RecognizerProcessTest final : public Suite {
     QCOMPARE(f.finals, QStringList(musicText_));
     QVERIFY(f.notices.isEmpty() && f.briefNotices.isEmpty() && f.failed.isEmpty());
     QCOMPARE(f.ends, QStringList("-"));
+  }
+
+  void crashOfASharedHelperLosesNoWordAndIsNotSharedAgain() {
+    const HelperProgram program(helperProgram());
+    Fixture computer;
+    Fixture microphone;
+    computer.start({sharedToy(program), builtIn()});
+    microphone.start({sharedToy(program), builtIn()});
+    const auto half = static_cast<std::ptrdiff_t>(music_.size() / 2);
+    computer.hear({music_.begin(), music_.begin() + half});
+    microphone.hear({music_.begin(), music_.begin() + half});
+    QTRY_VERIFY_WITH_TIMEOUT(!computer.drafts.isEmpty() && !microphone.drafts.isEmpty(), 60'000);
+    const std::vector<pid_t> first = helpers();
+    QCOMPARE(first.size(), 1U);
+    kill(first.front(), SIGKILL);
+    computer.hear({music_.begin() + half, music_.end()});
+    microphone.hear({music_.begin() + half, music_.end()});
+    computer.hear(silence(1.2));
+    microphone.hear(silence(1.2));
+    QTRY_VERIFY_WITH_TIMEOUT(!computer.finals.isEmpty() && !microphone.finals.isEmpty(), 60'000);
+    QCOMPARE(helpers().size(), 2U);
+    test::await(computer.run->finish());
+    test::await(microphone.run->finish());
+    for (const Fixture* each : {&computer, &microphone}) {
+      QCOMPARE(each->finals, QStringList(musicText_));
+      QVERIFY(each->failed.isEmpty());
+      QCOMPARE(each->ends, QStringList("-"));
+    }
   }
 
   void builtInRecognizerGoesOnWhenTheHelperIsKilledRepeatedly() {

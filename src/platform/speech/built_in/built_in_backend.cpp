@@ -15,7 +15,7 @@ constexpr double kSentencePause = 1.0;
 
 }  // namespace
 
-BuiltInBackend::BuiltInBackend(QString program, RecognizerSettings settings,
+BuiltInBackend::BuiltInBackend(HelperProgram program, RecognizerSettings settings,
                                std::unique_ptr<PunctuationRestorer> punctuation,
                                std::shared_ptr<const CaptionStyle> style,
                                DecodingSpeed::Report report)

@@ -14,12 +14,13 @@ class BuiltInBackend final : public RecognizerBackend {
  public:
   /// Without `punctuation` results have none. The settings name no language, so that the helper
   /// program leaves the words as they are.
-  BuiltInBackend(QString program, RecognizerSettings settings,
+  BuiltInBackend(HelperProgram program, RecognizerSettings settings,
                  std::unique_ptr<PunctuationRestorer> punctuation,
                  std::shared_ptr<const CaptionStyle> style = std::make_shared<CaptionStyle>(),
                  DecodingSpeed::Report report = {});
 
   void expectRecording() override { helper_.expectRecording(); }
+  void standAlone() override { helper_.standAlone(); }
   void load() override;
   std::optional<QString> notice() const override;
   void acceptAudio(std::span<const float> samples) override;

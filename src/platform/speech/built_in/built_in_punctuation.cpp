@@ -18,7 +18,7 @@ const auto kNoSums = QStringLiteral("\n");
 }  // namespace
 
 BuiltInPunctuation::BuiltInPunctuation(QString program, QString folder)
-    : program_(std::move(program)), folder_(std::move(folder)) {}
+    : program_(std::move(program)), helper_(program_), folder_(std::move(folder)) {}
 
 QString BuiltInPunctuation::installedFolder(const QString& programFolder) {
   return QDir::cleanPath(programFolder + "/../share/velun/models/en_US-punctuation");
@@ -35,7 +35,7 @@ PunctuationRestorer::Factory BuiltInPunctuation::punctuationFactory(const QStrin
   settings.punctuationSums = kNoSums;
   if (sums.open(QIODevice::ReadOnly)) settings.punctuationSums += QString::fromUtf8(sums.readAll());
   if (locale != QLatin1String("en_US") || !isInstalled) return {};
-  return [program = program_, settings]() -> std::unique_ptr<PunctuationRestorer> {
+  return [program = helper_, settings]() -> std::unique_ptr<PunctuationRestorer> {
     return std::make_unique<PunctuationHelper>(program, settings);
   };
 }

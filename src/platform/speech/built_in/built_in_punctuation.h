@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/speech/neural/helper_program.h"
 #include "platform/speech/punctuation_restorer.h"
 
 namespace velun {
@@ -22,6 +23,7 @@ class BuiltInPunctuation final : public PunctuationProvider {
 
  private:
   QString program_;
+  HelperProgram helper_;
   QString folder_;
 };
 

@@ -35,7 +35,10 @@ BuiltInFiles BuiltInFiles::installed(const QString& programFolder) {
 BuiltInRecognizerProvider::BuiltInRecognizerProvider(
     BuiltInFiles files, std::shared_ptr<PunctuationProvider> punctuation,
     std::shared_ptr<const CaptionStyle> style)
-    : files_(std::move(files)), punctuation_(std::move(punctuation)), style_(std::move(style)) {}
+    : files_(std::move(files)),
+      helper_(files_.program),
+      punctuation_(std::move(punctuation)),
+      style_(std::move(style)) {}
 
 QStringList BuiltInRecognizerProvider::supportedLocales() const {
   return {kLocale};
@@ -56,12 +59,11 @@ RecognizerProvider::Factory BuiltInRecognizerProvider::makeFactory(const QString
                                                                    const QString& /*id*/) const {
   PunctuationRestorer::Factory marks;
   if (punctuation_) marks = punctuation_->punctuationFactory(locale);
-  return [files = files_, marks, style = style_,
+  return [files = files_, program = helper_, marks, style = style_,
           userWords = style_->userWords]() -> std::unique_ptr<RecognizerBackend> {
     RecognizerSettings settings = settingsFor(files);
     settings.userWords = userWords;
-    return std::make_unique<BuiltInBackend>(files.program, settings, marks ? marks() : nullptr,
-                                            style);
+    return std::make_unique<BuiltInBackend>(program, settings, marks ? marks() : nullptr, style);
   };
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/speech/caption_style.h"
+#include "platform/speech/neural/helper_program.h"
 #include "platform/speech/punctuation_restorer.h"
 #include "platform/speech/recognizer_provider.h"
 
@@ -39,6 +40,7 @@ class BuiltInRecognizerProvider final : public RecognizerProvider {
 
  private:
   BuiltInFiles files_;
+  HelperProgram helper_;
   std::shared_ptr<PunctuationProvider> punctuation_;
   std::shared_ptr<const CaptionStyle> style_;
 };

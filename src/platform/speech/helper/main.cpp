@@ -1,29 +1,38 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The program that runs neural recognition: reads audio from the standard input and writes results
-// to the standard output (recognizer_message.h). Started by velun, and ends with it.
-#include "platform/speech/helper/recognizer_service.h"
+// The program that runs recognition: reads audio from connections and writes results to them
+// (recognizer_message.h). Started by velun, and ends with it. The first connection is the standard
+// input and output; the others, which share its models, come over descriptor 3.
+#include "platform/foundation/process_pipeline.h"
+#include "platform/speech/helper/connections.h"
 
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <fcntl.h>
 #include <QFileInfo>
-#include <sys/prctl.h>
+#include <thread>
 #include <unistd.h>
 
-int main(int argc, char** argv) {
-  if (argc != 2) {
+int main(int argc, char** /*argv*/) {
+  using velun::FileDescriptor;
+  FileDescriptor control(fcntl(velun::kControlDescriptor, F_DUPFD_CLOEXEC, 3));
+  if (argc != 2 || !control.isOpen()) {
     std::fputs("velun-recognizer is started by velun\n", stderr);
     return 2;
   }
-  // End with the parent, even while loading a model. The parent may have ended before this call.
-  prctl(PR_SET_PDEATHSIG, SIGKILL);
-  if (getppid() != std::atoi(argv[1])) return 1;
+  close(velun::kControlDescriptor);
   std::signal(SIGPIPE, SIG_IGN);
-  // Output that sherpa-onnx prints must not get between the results.
-  const int output = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3);
-  if (output < 0 || dup2(STDERR_FILENO, STDOUT_FILENO) < 0) return 1;
+  FileDescriptor input(fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3));
+  FileDescriptor output(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3));
+  if (!input.isOpen() || !output.isOpen()) return 1;
+  // Output that sherpa-onnx prints must not get between the results; and with the originals the
+  // connection would stay open.
+  if (dup2(STDERR_FILENO, STDOUT_FILENO) < 0 || dup2(STDERR_FILENO, STDIN_FILENO) < 0) return 1;
   const QString self = QFileInfo("/proc/self/exe").symLinkTarget();
-  velun::RecognizerService service(STDIN_FILENO, output, QFileInfo(self).absolutePath());
-  return service.run();
+  const QString folder = QFileInfo(self).absolutePath();
+  // On the main thread, a lonely connection needs the least memory.
+  std::thread others([control = std::move(control), folder]() mutable {
+    velun::serveConnections(std::move(control), folder);
+  });
+  velun::serveConnection(std::move(input), std::move(output), folder);
+  others.join();
 }

@@ -40,6 +40,7 @@ QString Punctuator::punctuated(const QString& text) const {
   if (text.isEmpty()) return text;
   try {
     const QByteArray words = text.toLower().toUtf8();
+    const std::lock_guard lock(mutex_);
     const char* answer = library_.addPunctuation(model_.get(), words.constData());
     if (!answer) return text;
     const QString result = QString::fromUtf8(answer).simplified();

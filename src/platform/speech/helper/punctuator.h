@@ -5,10 +5,11 @@
 #include "platform/speech/helper/sherpa_library.h"
 
 #include <memory>
+#include <mutex>
 
 namespace velun {
 
-/// Adds case and punctuation to English text.
+/// Adds case and punctuation to English text. Any thread.
 class Punctuator {
  public:
   /// Checks and loads the model. Throws `std::runtime_error`.
@@ -20,6 +21,7 @@ class Punctuator {
  private:
   const sherpa::Library& library_;
   std::unique_ptr<const void, void (*)(const void*)> model_;
+  mutable std::mutex mutex_;
 };
 
 }  // namespace velun

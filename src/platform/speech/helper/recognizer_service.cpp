@@ -6,6 +6,7 @@
 #include "platform/speech/helper/recording_recognizer.h"
 #include "platform/speech/helper/result_codec.h"
 #include "platform/speech/helper/sentence_recognizer.h"
+#include "platform/speech/helper/shared_model.h"
 #include "platform/speech/helper/streaming_recognizer.h"
 
 #include <algorithm>
@@ -137,13 +138,19 @@ void RecognizerService::configureSherpa(const RecognizerSettings& settings) {
   punctuator_.reset();
   if (settings.hasPunctuation()) {
     try {
-      punctuator_ = std::make_unique<Punctuator>(library, settings);
+      static SharedModel<Punctuator> models;
+      punctuator_ =
+          models.get(settings, [&] { return std::make_shared<Punctuator>(library, settings); });
     } catch (const std::exception&) {
       // Captions without punctuation are better than none.
       if (!settings.hasRecognizer()) throw;
     }
   }
-  if (settings.hasSpeakerModel()) speakerModel_ = std::make_unique<SpeakerModel>(library, settings);
+  if (settings.hasSpeakerModel()) {
+    static SharedModel<SpeakerModel> models;
+    speakerModel_ =
+        models.get(settings, [&] { return std::make_shared<SpeakerModel>(library, settings); });
+  }
   if (settings.hasRecognizer()) {
     if (settings.keepsContext) {
       recognizer_ = std::make_unique<SentenceRecognizer>(library, settings, punctuator_.get());

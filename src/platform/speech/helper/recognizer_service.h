@@ -11,7 +11,8 @@
 
 namespace velun {
 
-/// Handles the messages of the program, one after the other, until the input ends.
+/// Handles the messages of one connection to the program, one after the other, until the input
+/// ends. Several of a process share their models.
 class RecognizerService {
  public:
   /// Reads from and writes to file descriptors that the caller owns. `programFolder` is where the
@@ -37,8 +38,8 @@ class RecognizerService {
   int input_;
   int output_;
   QString programFolder_;
-  std::unique_ptr<Punctuator> punctuator_;
-  std::unique_ptr<SpeakerModel> speakerModel_;
+  std::shared_ptr<Punctuator> punctuator_;
+  std::shared_ptr<SpeakerModel> speakerModel_;
   std::unique_ptr<StreamRecognizer> recognizer_;
 };
 

@@ -3,6 +3,7 @@
 
 #include "platform/speech/helper/hotwords.h"
 #include "platform/speech/helper/memory_file.h"
+#include "platform/speech/helper/shared_model.h"
 
 #include <algorithm>
 #include <cmath>
@@ -74,16 +75,25 @@ const void* create(const sherpa::Library& library, const RecognizerSettings& set
   return library.createRecognizer(&config);
 }
 
+std::shared_ptr<const void> shared(const sherpa::Library& library,
+                                   const RecognizerSettings& settings, const ModelSteps& steps) {
+  static SharedModel<const void> models;
+  return models.get(settings, [&] {
+    std::shared_ptr<const void> model(create(library, settings, hotwordsFor(settings, steps)),
+                                      library.destroyRecognizer);
+    if (!model) throw std::runtime_error("the model cannot be loaded");
+    return model;
+  });
+}
+
 }  // namespace
 
 SherpaStream::SherpaStream(const sherpa::Library& library, const RecognizerSettings& settings)
     : library_(library),
       settings_(settings),
       steps_(checkRecognitionModel(settings)),
-      recognizer_(create(library, settings, hotwordsFor(settings, steps_)),
-                  library.destroyRecognizer),
+      recognizer_(shared(library, settings, steps_)),
       stream_(nullptr, library.destroyStream) {
-  if (!recognizer_) throw std::runtime_error("the model cannot be loaded");
   begin();
 }
 

@@ -30,7 +30,8 @@ class SherpaStream {
     std::vector<Token> tokens;
   };
 
-  /// Checks and loads the model. Throws `std::runtime_error` and the exceptions of sherpa-onnx.
+  /// Checks and loads the model, unless another stream of this process has the same settings and so
+  /// the same model. Throws `std::runtime_error` and the exceptions of sherpa-onnx.
   SherpaStream(const sherpa::Library& library, const RecognizerSettings& settings);
 
   /// Starts again without any memory of earlier audio.
@@ -62,7 +63,7 @@ class SherpaStream {
   const sherpa::Library& library_;
   const RecognizerSettings settings_;
   ModelSteps steps_;
-  Handle recognizer_;
+  std::shared_ptr<const void> recognizer_;
   Handle stream_;
   std::size_t fed_ = 0;  ///< samples
   std::size_t stepCount_ = 0;

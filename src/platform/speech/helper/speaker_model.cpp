@@ -36,6 +36,7 @@ SpeakerModel::SpeakerModel(const sherpa::Library& library, const RecognizerSetti
 }
 
 std::vector<float> SpeakerModel::print(std::span<const float> samples) const {
+  const std::lock_guard lock(mutex_);
   const std::unique_ptr<const void, void (*)(const void*)> stream(
       library_.createPrintStream(model_.get()), library_.destroyStream);
   if (!stream) return {};

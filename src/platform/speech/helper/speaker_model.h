@@ -5,12 +5,13 @@
 #include "platform/speech/helper/sherpa_library.h"
 
 #include <memory>
+#include <mutex>
 #include <span>
 #include <vector>
 
 namespace velun {
 
-/// Describes voices with a speaker model of sherpa-onnx. For one thread.
+/// Describes voices with a speaker model of sherpa-onnx. Any thread.
 class SpeakerModel {
  public:
   /// Checks and loads the model. Throws `std::runtime_error` and the exceptions of sherpa-onnx.
@@ -23,6 +24,7 @@ class SpeakerModel {
  private:
   const sherpa::Library& library_;
   std::unique_ptr<const void, void (*)(const void*)> model_;
+  mutable std::mutex mutex_;
 };
 
 }  // namespace velun

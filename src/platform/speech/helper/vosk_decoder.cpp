@@ -4,6 +4,7 @@
 #include "platform/speech/helper/favouring_model.h"
 #include "platform/speech/helper/file_sums.h"
 #include "platform/speech/helper/model_archive.h"
+#include "platform/speech/helper/shared_model.h"
 
 #include <algorithm>
 #include <malloc.h>
@@ -47,29 +48,38 @@ double meanConfidence(const HeardWords& words) {
 }
 
 VoskDecoder::VoskDecoder(const vosk::Library& library, const RecognizerSettings& settings)
-    : library_(library),
-      model_(std::make_shared<Model>(library.destroyModel)),
-      recognizer_(nullptr, library.destroyRecognizer) {
-  if (!settings.voskArchive.isEmpty()) {
-    const ModelArchive archive(settings.voskArchive, settings.voskArchiveSum.toLatin1());
-    load(archive.folder(), settings.userWords);
-  } else {
-    checkFiles(settings.voskModel, settings.voskModelSums.toUtf8());
-    load(settings.voskModel, settings.userWords);
-  }
-}
+    : VoskDecoder(library, shared(library, settings)) {}
 
 VoskDecoder::VoskDecoder(const vosk::Library& library, std::shared_ptr<Model> model)
     : library_(library), model_(std::move(model)), recognizer_(create()) {}
 
-void VoskDecoder::load(const QString& folder, const QString& userWords) {
+std::shared_ptr<VoskDecoder::Model> VoskDecoder::shared(const vosk::Library& library,
+                                                        const RecognizerSettings& settings) {
+  static SharedModel<Model> models;
+  return models.get(settings, [&] { return load(library, settings); });
+}
+
+std::shared_ptr<VoskDecoder::Model> VoskDecoder::load(const vosk::Library& library,
+                                                      const RecognizerSettings& settings) {
+  if (!settings.voskArchive.isEmpty()) {
+    const ModelArchive archive(settings.voskArchive, settings.voskArchiveSum.toLatin1());
+    return load(library, archive.folder(), settings.userWords);
+  }
+  checkFiles(settings.voskModel, settings.voskModelSums.toUtf8());
+  return load(library, settings.voskModel, settings.userWords);
+}
+
+std::shared_ptr<VoskDecoder::Model> VoskDecoder::load(const vosk::Library& library,
+                                                      const QString& folder,
+                                                      const QString& userWords) {
   // Its files are needed only while they are being loaded.
   std::unique_ptr<FavouringModel> favouring;
   if (!userWords.isEmpty()) favouring = FavouringModel::make(folder, userWords);
   const QString loaded = favouring ? favouring->folder() : folder;
-  model_->model.reset(library_.createModel(QFile::encodeName(loaded).constData()));
-  if (!model_->model) throw std::runtime_error("the speech model cannot be loaded");
-  recognizer_ = create();
+  auto model = std::make_shared<Model>(library.destroyModel);
+  model->model.reset(library.createModel(QFile::encodeName(loaded).constData()));
+  if (!model->model) throw std::runtime_error("the speech model cannot be loaded");
+  return model;
 }
 
 VoskDecoder::Recognizer VoskDecoder::create() const {

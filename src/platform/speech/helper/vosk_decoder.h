@@ -23,7 +23,8 @@ double meanConfidence(const HeardWords& words);
 /// hears. For one thread.
 class VoskDecoder {
  public:
-  /// Checks every file of the model and loads it, which takes half a second and 90 MB. Throws
+  /// Checks every file of the model and loads it, which takes half a second and 90 MB, unless
+  /// another decoder of this process has the same settings and so the same model. Throws
   /// `DamagedFile` and `std::runtime_error`.
   VoskDecoder(const vosk::Library& library, const RecognizerSettings& settings);
 
@@ -60,8 +61,13 @@ class VoskDecoder {
   using Recognizer = std::unique_ptr<VoskRecognizer, void (*)(VoskRecognizer*)>;
 
   VoskDecoder(const vosk::Library& library, std::shared_ptr<Model> model);
-  /// Throws `std::runtime_error`.
-  void load(const QString& folder, const QString& userWords);
+  // Throw what the constructor throws.
+  static std::shared_ptr<Model> load(const vosk::Library& library,
+                                     const RecognizerSettings& settings);
+  static std::shared_ptr<Model> load(const vosk::Library& library, const QString& folder,
+                                     const QString& userWords);
+  static std::shared_ptr<Model> shared(const vosk::Library& library,
+                                       const RecognizerSettings& settings);
   Recognizer create() const;
   void release();
   HeardWords take(const char* json);

@@ -7,7 +7,7 @@ namespace velun {
 
 using Kind = RecognizerMessage::Kind;
 
-ConfiguredHelper::ConfiguredHelper(QString program, RecognizerSettings settings,
+ConfiguredHelper::ConfiguredHelper(HelperProgram program, RecognizerSettings settings,
                                    std::chrono::milliseconds timeout,
                                    std::chrono::milliseconds loadTimeout)
     : program_(std::move(program)),
@@ -16,8 +16,8 @@ ConfiguredHelper::ConfiguredHelper(QString program, RecognizerSettings settings,
       loadTimeout_(loadTimeout) {}
 
 void ConfiguredHelper::start() {
-  replace(std::make_unique<HelperProcess>(program_, timeout_));
-  process_->send(Kind::configure, settings_.toJson());
+  replace(nullptr);
+  replace(program_.connect(settings_, timeout_, std::exchange(isAlone_, true)));
   while (process_->receive(loadTimeout_).kind != Kind::ready) {
   }
 }

@@ -2,23 +2,28 @@
 #pragma once
 
 #include "platform/speech/helper/recognizer_settings.h"
-#include "platform/speech/neural/helper_process.h"
+#include "platform/speech/neural/helper_program.h"
 
 #include <memory>
 #include <mutex>
 
 namespace velun {
 
-/// The helper program with its models loaded; can be restarted. For one worker thread.
+/// The helper program with its models loaded; can be restarted. The process may be shared with
+/// others that have the same settings, but not after a restart. For one worker thread.
 class ConfiguredHelper {
  public:
   /// `timeout` is for everything but loading.
-  ConfiguredHelper(QString program, RecognizerSettings settings,
+  ConfiguredHelper(HelperProgram program, RecognizerSettings settings,
                    std::chrono::milliseconds timeout = HelperProcess::kDefaultTimeout,
                    std::chrono::milliseconds loadTimeout = HelperProcess::kLoadTimeout);
 
   /// The audio to come is that of a recording. Before `start`.
   void expectRecording() { settings_.isRecording = true; }
+
+  /// The helper failed before: this one is not shared, so that another failure stays here. Before
+  /// `start`.
+  void standAlone() { isAlone_ = true; }
 
   /// Starts a helper, after ending the present one, and waits until its models are loaded. Throws
   /// `HelperEnded`.
@@ -39,12 +44,13 @@ class ConfiguredHelper {
  private:
   void replace(std::unique_ptr<HelperProcess> process);
 
-  const QString program_;
+  const HelperProgram program_;
   RecognizerSettings settings_;
   const std::chrono::milliseconds timeout_;
   const std::chrono::milliseconds loadTimeout_;
   /// Guards replacing the process against `cancel`.
   mutable std::mutex mutex_;
+  bool isAlone_ = false;
   bool isCancelled_ = false;  // guarded by mutex_
   std::unique_ptr<HelperProcess> process_;
 };

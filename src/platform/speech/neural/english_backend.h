@@ -16,6 +16,7 @@ class EnglishBackend final : public RecognizerBackend {
                  std::shared_ptr<const CaptionStyle> style);
 
   void expectRecording() override { recognizer_->expectRecording(); }
+  void standAlone() override { recognizer_->standAlone(); }
   void load() override { recognizer_->load(); }
   std::optional<QString> notice() const override { return recognizer_->notice(); }
   void acceptAudio(std::span<const float> samples) override { recognizer_->acceptAudio(samples); }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/speech/neural/helper_process.h"
 
+#include <atomic>
 #include <cstring>
 #include <system_error>
 #include <unistd.h>
@@ -13,16 +14,60 @@ QString FileFault::description() const {
   return code == 0 ? name : name + ": " + QString::fromLocal8Bit(std::strerror(code));
 }
 
-HelperProcess::HelperProcess(const QString& program, std::chrono::milliseconds timeout)
-    : timeout_(timeout) {
-  const QStringList command{program, QString::number(getpid())};
-  try {
+class HelperProcess::Program {
+ public:
+  /// Throws `HelperEnded`.
+  explicit Program(const QString& path) : pipeline_(start(path)) {}
+
+  /// The first connection, over the standard input and output.
+  ByteChannel takeFirst() { return pipeline_.takeChannel(); }
+  /// Throws `std::system_error`.
+  ByteChannel connect() { return pipeline_.connect(); }
+
+  pid_t processId() const { return pipeline_.processIds().front(); }
+
+  /// Whether a connection has failed: what it shares with others may be damaged. Any thread.
+  std::atomic<bool> hasFailed = false;
+
+ private:
+  static ProcessPipeline start(const QString& path) {
+    const QStringList command{path, QString::number(getpid())};
     ProcessOptions options;
     options.discardsErrors = true;
-    pipeline_ = std::make_unique<ProcessPipeline>(std::vector<QStringList>{command}, options);
-  } catch (const std::system_error& error) {
-    throw HelperEnded("it cannot be started: " + error.code().message());
+    options.takesConnections = true;
+    try {
+      return ProcessPipeline({command}, options);
+    } catch (const std::system_error& error) {
+      throw HelperEnded("it cannot be started: " + error.code().message());
+    }
   }
+
+  ProcessPipeline pipeline_;
+};
+
+HelperProcess::HelperProcess(std::shared_ptr<Program> program, ByteChannel channel,
+                             std::chrono::milliseconds timeout)
+    : timeout_(timeout), program_(std::move(program)), channel_(std::move(channel)) {}
+
+HelperProcess::HelperProcess(const QString& program, std::chrono::milliseconds timeout)
+    : timeout_(timeout),
+      program_(std::make_shared<Program>(program)),
+      channel_(program_->takeFirst()) {}
+
+std::unique_ptr<HelperProcess> HelperProcess::join(std::shared_ptr<Program> program,
+                                                   std::chrono::milliseconds timeout) {
+  if (!program || program->hasFailed) return nullptr;
+  try {
+    ByteChannel channel = program->connect();
+    return std::unique_ptr<HelperProcess>(
+        new HelperProcess(std::move(program), std::move(channel), timeout));
+  } catch (const std::system_error&) {
+    return nullptr;
+  }
+}
+
+pid_t HelperProcess::processId() const {
+  return program_->processId();
 }
 
 void HelperProcess::send(RecognizerMessage::Kind kind, const QByteArray& body) {
@@ -61,14 +106,14 @@ RecognizerMessage HelperProcess::receive(std::chrono::milliseconds timeout) {
 bool HelperProcess::exchange(std::span<const char>& input, std::chrono::milliseconds timeout) {
   if (hasEnded_) return true;
   QByteArray output;
-  const ProcessPipeline::Event event = pipeline_->exchange(input, output, timeout);
-  if (event == ProcessPipeline::Event::ended) hasEnded_ = true;
+  const ByteChannel::Event event = channel_.exchange(input, output, timeout);
+  if (event == ByteChannel::Event::ended) hasEnded_ = true;
   try {
     queueMessages(output);
   } catch (const std::runtime_error&) {
     hasEnded_ = true;  // invalid data: nothing after it can be read
   }
-  return event != ProcessPipeline::Event::timedOut;
+  return event != ByteChannel::Event::timedOut;
 }
 
 void HelperProcess::queueMessages(const QByteArray& bytes) {
@@ -89,6 +134,7 @@ void HelperProcess::queueMessages(const QByteArray& bytes) {
 }
 
 void HelperProcess::throwEnded() const {
+  if (!isInterrupted_) program_->hasFailed = true;
   throw HelperEnded(lastFailure_.toStdString(), fileFault_);
 }
 

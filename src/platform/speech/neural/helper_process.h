@@ -4,8 +4,10 @@
 #include "platform/foundation/process_pipeline.h"
 #include "platform/speech/helper/recognizer_message.h"
 
+#include <atomic>
 #include <chrono>
 #include <deque>
+#include <memory>
 #include <optional>
 #include <QLoggingCategory>
 #include <QString>
@@ -39,10 +41,13 @@ class HelperEnded final : public std::runtime_error {
   std::optional<FileFault> fileFault_;
 };
 
-/// One running helper program and the messages to and from it. The program ends with this object,
-/// and with the thread that created it if Velun crashes. Blocking, for one worker thread.
+/// A connection to a running helper program, and the messages to and from it. The program ends with
+/// the last connection, and also when Velun crashes. Blocking, for one worker thread.
 class HelperProcess {
  public:
+  /// What the connections to one process have in common.
+  class Program;
+
   static constexpr std::chrono::seconds kDefaultTimeout{20};
   /// Loading a large model from a slow disk takes longer.
   static constexpr std::chrono::seconds kLoadTimeout{60};
@@ -51,6 +56,12 @@ class HelperProcess {
   /// print errors of their own. `timeout` is for everything but loading. Throws `HelperEnded`.
   explicit HelperProcess(const QString& program,
                          std::chrono::milliseconds timeout = kDefaultTimeout);
+
+  /// Another connection to a process; null if it has ended or a connection to it has failed. Any
+  /// thread, one at a time.
+  static std::unique_ptr<HelperProcess> join(std::shared_ptr<Program> program,
+                                             std::chrono::milliseconds timeout);
+  const std::shared_ptr<Program>& program() const { return program_; }
 
   /// Sends a message, waiting while the helper is busy. Throws `HelperEnded`.
   void send(RecognizerMessage::Kind kind, const QByteArray& body = {});
@@ -68,9 +79,12 @@ class HelperProcess {
   RecognizerMessage receive(std::chrono::milliseconds timeout);
 
   /// Makes a waiting operation throw soon, and every later one. Any thread.
-  void interrupt() { pipeline_->interrupt(); }
+  void interrupt() {
+    isInterrupted_ = true;
+    channel_.interrupt();
+  }
 
-  pid_t processId() const { return pipeline_->processIds().front(); }
+  pid_t processId() const;
 
  private:
   /// Writes from `input` and queues the messages that have arrived. False after `timeout`.
@@ -78,8 +92,13 @@ class HelperProcess {
   void queueMessages(const QByteArray& bytes);
   [[noreturn]] void throwEnded() const;
 
+  HelperProcess(std::shared_ptr<Program> program, ByteChannel channel,
+                std::chrono::milliseconds timeout);
+
   const std::chrono::milliseconds timeout_;
-  std::unique_ptr<ProcessPipeline> pipeline_;
+  const std::shared_ptr<Program> program_;
+  const ByteChannel channel_;
+  std::atomic<bool> isInterrupted_ = false;
   bool hasEnded_ = false;
   std::chrono::milliseconds silence_{0};  ///< waited by `awaitMessage` since the last message
   RecognizerMessageReader reader_;

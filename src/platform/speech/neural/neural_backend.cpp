@@ -63,7 +63,7 @@ Failure unexpectedEnd(const HelperEnded& end) {
 
 }  // namespace
 
-NeuralBackend::NeuralBackend(QString program, RecognizerSettings settings,
+NeuralBackend::NeuralBackend(HelperProgram program, RecognizerSettings settings,
                              std::chrono::milliseconds timeout, DecodingSpeed::Report report)
     : helper_(std::move(program), std::move(settings), timeout), report_(std::move(report)) {}
 

@@ -15,12 +15,13 @@ class NeuralBackend final : public RecognizerBackend {
  public:
   /// A helper that does not answer within `timeout` counts as crashed. The destructor reports the
   /// speed.
-  NeuralBackend(QString program, RecognizerSettings settings,
+  NeuralBackend(HelperProgram program, RecognizerSettings settings,
                 std::chrono::milliseconds timeout = HelperProcess::kDefaultTimeout,
                 DecodingSpeed::Report report = {});
   ~NeuralBackend() override;
 
   void expectRecording() override;
+  void standAlone() override { helper_.standAlone(); }
 
   /// Starts the helper and waits until its model is loaded.
   void load() override;

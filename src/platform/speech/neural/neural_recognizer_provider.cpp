@@ -78,6 +78,7 @@ NeuralRecognizerProvider::NeuralRecognizerProvider(ModelCatalogue catalogue, Mod
     : catalogue_(std::move(catalogue)),
       store_(store),
       program_(std::move(program)),
+      helper_(program_),
       library_(sherpa::versionBeside(sherpa::findLibrary(QFileInfo(program_).path()))),
       vosk_(vosk::findLibrary(QFileInfo(program_).path())),
       style_(std::move(style)),
@@ -194,7 +195,7 @@ RecognizerProvider::Factory NeuralRecognizerProvider::makeFactory(const QString&
   };
   const bool isEnglish = settings.language == QLatin1String("en");
   if (isEnglish && settings.usesVosk()) return voskEnglishFactory(locale, settings, makeReport);
-  return [program = program_, settings, style = style_, makeReport,
+  return [program = helper_, settings, style = style_, makeReport,
           isEnglish]() -> std::unique_ptr<RecognizerBackend> {
     auto recognizer = std::make_unique<NeuralBackend>(program, settings,
                                                       HelperProcess::kDefaultTimeout, makeReport());
@@ -208,7 +209,7 @@ RecognizerProvider::Factory NeuralRecognizerProvider::voskEnglishFactory(
   settings.language.clear();
   PunctuationRestorer::Factory marks;
   if (punctuation_) marks = punctuation_->punctuationFactory(locale);
-  return [program = program_, settings = std::move(settings), style = style_, marks,
+  return [program = helper_, settings = std::move(settings), style = style_, marks,
           makeReport = std::move(makeReport)]() -> std::unique_ptr<RecognizerBackend> {
     return std::make_unique<BuiltInBackend>(program, settings, marks ? marks() : nullptr, style,
                                             makeReport());

@@ -5,6 +5,7 @@
 #include "platform/models/model_store.h"
 #include "platform/speech/caption_style.h"
 #include "platform/speech/neural/decoding_speed.h"
+#include "platform/speech/neural/helper_program.h"
 #include "platform/speech/punctuation_restorer.h"
 #include "platform/speech/recognizer_provider.h"
 
@@ -66,6 +67,7 @@ class NeuralRecognizerProvider final : public RecognizerProvider {
   ModelCatalogue catalogue_;
   ModelStore& store_;
   QString program_;
+  HelperProgram helper_;
   QVersionNumber library_;  ///< of sherpa-onnx; null if it is not known
   QString vosk_;            ///< libvosk; empty if there is none
   std::shared_ptr<const CaptionStyle> style_;

@@ -41,7 +41,7 @@ QString missingPunctuationText() {
       "Velun의 파일이 없거나 손상되어 자막에 문장 부호가 없습니다. Velun을 다시 설치하십시오.");
 }
 
-PunctuationHelper::PunctuationHelper(QString program, RecognizerSettings settings,
+PunctuationHelper::PunctuationHelper(HelperProgram program, RecognizerSettings settings,
                                      std::chrono::milliseconds replyTimeout,
                                      std::chrono::milliseconds loadTimeout)
     : helper_(std::move(program), std::move(settings), replyTimeout, loadTimeout) {}

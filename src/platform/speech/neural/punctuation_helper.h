@@ -17,7 +17,7 @@ class PunctuationHelper final : public PunctuationRestorer {
   /// Loading takes a tenth of a second, and a few seconds from a slow disk.
   static constexpr std::chrono::seconds kLoadTimeout{10};
 
-  PunctuationHelper(QString program, RecognizerSettings settings,
+  PunctuationHelper(HelperProgram program, RecognizerSettings settings,
                     std::chrono::milliseconds replyTimeout = kReplyTimeout,
                     std::chrono::milliseconds loadTimeout = kLoadTimeout);
   ~PunctuationHelper() override;

@@ -25,6 +25,7 @@ SpeakerModels::SpeakerModels(std::shared_ptr<const ModelCatalogue> catalogue, Mo
     : catalogue_(std::move(catalogue)),
       store_(store),
       program_(std::move(program)),
+      helper_(program_),
       style_(std::move(style)) {}
 
 std::unique_ptr<VoicePrinter> SpeakerModels::makePrinter() {
@@ -33,7 +34,7 @@ std::unique_ptr<VoicePrinter> SpeakerModels::makePrinter() {
   if (!model) return nullptr;
   RecognizerSettings settings;
   settings.speakerModel = QDir(store_.folder(*model)).filePath(model->options["model"].toString());
-  return std::make_unique<VoiceHelper>(program_, settings, limitsOf(*model),
+  return std::make_unique<VoiceHelper>(helper_, settings, limitsOf(*model),
                                        store_.uses()->use(model->id));
 }
 

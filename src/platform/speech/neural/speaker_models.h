@@ -4,6 +4,7 @@
 #include "platform/models/model_catalogue.h"
 #include "platform/models/model_store.h"
 #include "platform/speech/caption_style.h"
+#include "platform/speech/neural/helper_program.h"
 #include "platform/speech/voice_printer.h"
 
 #include <memory>
@@ -24,6 +25,7 @@ class SpeakerModels final : public VoiceProvider {
   std::shared_ptr<const ModelCatalogue> catalogue_;
   ModelStore& store_;
   QString program_;
+  HelperProgram helper_;
   std::shared_ptr<const CaptionStyle> style_;
 };
 

@@ -25,7 +25,7 @@ QString failureText() {
 
 }  // namespace
 
-VoiceHelper::VoiceHelper(QString program, RecognizerSettings settings, VoiceLimits limits,
+VoiceHelper::VoiceHelper(HelperProgram program, RecognizerSettings settings, VoiceLimits limits,
                          std::shared_ptr<const void> use, std::chrono::milliseconds replyTimeout,
                          std::chrono::milliseconds loadTimeout)
     : helper_(std::move(program), std::move(settings), replyTimeout, loadTimeout),

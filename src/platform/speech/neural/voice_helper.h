@@ -17,7 +17,7 @@ class VoiceHelper final : public VoicePrinter {
   static constexpr std::chrono::seconds kLoadTimeout{10};
 
   /// `use` is kept as long as the object, and protects the model from being removed.
-  VoiceHelper(QString program, RecognizerSettings settings, VoiceLimits limits,
+  VoiceHelper(HelperProgram program, RecognizerSettings settings, VoiceLimits limits,
               std::shared_ptr<const void> use = nullptr,
               std::chrono::milliseconds replyTimeout = kReplyTimeout,
               std::chrono::milliseconds loadTimeout = kLoadTimeout);
