@@ -13,6 +13,7 @@
 #include "platform/foundation/file_preferences.h"
 
 #include <cerrno>
+#include <chrono>
 #include <fcntl.h>
 #include <QCoreApplication>
 #include <QHash>
@@ -21,6 +22,9 @@
 namespace velun {
 
 namespace {
+
+/// In a terminal or a file, the last words are worth the wait. A second Ctrl+C ends it.
+constexpr std::chrono::seconds kFinishTimeout{20};
 
 /// The user's preferences, which a run of the command does not change: the program with windows may
 /// be running too.
@@ -123,7 +127,7 @@ std::unique_ptr<CaptionSource> makeSource(EngineServices& services,
   if (!arguments.recording) {
     std::vector<AudioTarget> devices;
     if (!arguments.device.isEmpty()) devices = currentDevices(services.audio, services.clock);
-    return std::make_unique<LiveSource>(services.makeLiveEngine(), localeID,
+    return std::make_unique<LiveSource>(services.makeLiveEngine(kFinishTimeout), localeID,
                                         liveTargets(arguments, devices));
   }
   const QString path = arguments.recording == QLatin1String("-") ? RecordingStream::standardInput()

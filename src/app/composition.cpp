@@ -4,6 +4,7 @@
 #include "app/credits.h"
 #include "app/engine_services.h"
 #include "app/settings_notes_text.h"
+#include "audio/speech_recognition_engine.h"
 #include "captions/better_captions.h"
 #include "captions/caption_view_model.h"
 #include "captions/smaller_recognizer.h"
@@ -89,8 +90,12 @@ struct Composition::Parts {
                               .question = question,
                               .clock = engine.clock,
                               .panels = systemFilePanels()};
-  CaptionViewModel model{engine.settings, userStore(),        engine.makeLiveEngine(),
-                         engine.speech,   engine.translation, engine.clock};
+  CaptionViewModel model{engine.settings,
+                         userStore(),
+                         engine.makeLiveEngine(SpeechRecognitionEngine::kDefaultFinishTimeout),
+                         engine.speech,
+                         engine.translation,
+                         engine.clock};
 };
 
 Composition::Composition(ApplicationService& application)

@@ -102,10 +102,12 @@ EngineServices::EngineServices(PreferenceStore& preferences)
                    &LocalSpeechPlatform::showBriefly);
 }
 
-std::unique_ptr<SpeechRecognizing> EngineServices::makeLiveEngine() {
+std::unique_ptr<SpeechRecognizing> EngineServices::makeLiveEngine(
+    std::chrono::milliseconds finishTimeout) {
   const auto canceller = std::make_shared<EchoCanceller>(clock);
-  const auto make = [this, &canceller] {
-    return std::make_unique<SpeechRecognitionEngine>(speech, audio, clock, canceller);
+  const auto make = [this, &canceller, finishTimeout] {
+    return std::make_unique<SpeechRecognitionEngine>(speech, audio, clock, canceller,
+                                                     finishTimeout);
   };
   return std::make_unique<InputEngines>(make(), make(), canceller, clock);
 }

@@ -11,6 +11,7 @@
 #include "platform/translation/local_translation_platform.h"
 #include "settings/app_settings.h"
 
+#include <chrono>
 #include <memory>
 
 namespace velun {
@@ -31,8 +32,9 @@ struct EngineServices {
   LocalSpeechPlatform speech;
   LocalTranslationPlatform translation;
 
-  /// Captions what is played and spoken now. The services must outlive the engine.
-  std::unique_ptr<SpeechRecognizing> makeLiveEngine();
+  /// Captions what is played and spoken now. A stop waits for the last words no longer than
+  /// `finishTimeout`. The services must outlive the engine.
+  std::unique_ptr<SpeechRecognizing> makeLiveEngine(std::chrono::milliseconds finishTimeout);
 
   /// The captions of the recording at `path`, which begins at `start`; not started. Without drafts
   /// they come faster. The services must outlive the source.

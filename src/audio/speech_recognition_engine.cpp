@@ -21,9 +21,6 @@ constexpr auto kSilenceCheckInterval = 500ms;
 constexpr auto kBriefNoticeTime = 8s;
 /// Seconds without audio after which an unfinished phrase is finalized.
 constexpr double kMaxSilenceInPhrase = 1.0;
-/// How long a stop waits for the rest of the audio to be decoded. Finalizing a long phrase takes
-/// less on a machine that keeps up.
-constexpr auto kFinishTimeout = 1800ms;
 /// Seconds without audio after which the level meter is empty.
 constexpr double kMeterTimeout = 0.25;
 
@@ -76,8 +73,13 @@ AudioSource::Handler withEcho(AudioSource::Handler next, EchoCanceller& echo, Au
 }  // namespace
 
 SpeechRecognitionEngine::SpeechRecognitionEngine(SpeechPlatform& speech, AudioPlatform& audio,
-                                                 Clock& clock, std::shared_ptr<EchoCanceller> echo)
-    : speech_(speech), audioPlatform_(audio), clock_(clock), echo_(std::move(echo)) {}
+                                                 Clock& clock, std::shared_ptr<EchoCanceller> echo,
+                                                 std::chrono::milliseconds finishTimeout)
+    : speech_(speech),
+      audioPlatform_(audio),
+      clock_(clock),
+      echo_(std::move(echo)),
+      finishLimit_(finishTimeout) {}
 
 SpeechRecognitionEngine::~SpeechRecognitionEngine() {
   cancelAudio_.reset();
@@ -322,7 +324,7 @@ QCoro::Task<> SpeechRecognitionEngine::stop() {
 }
 
 QCoro::Task<> SpeechRecognitionEngine::finishRecognition() {
-  finishTimeout_ = clock_.callAfter(kFinishTimeout, [this] { giveUpUndecoded(); });
+  finishTimeout_ = clock_.callAfter(finishLimit_, [this] { giveUpUndecoded(); });
   return recognition_->finish();
 }
 

@@ -8,6 +8,7 @@
 #include "platform/foundation/clock.h"
 #include "platform/speech/speech_platform.h"
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -27,10 +28,16 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   Q_OBJECT
 
  public:
+  /// How long a stop waits for the rest of the audio to be decoded. Finalizing a long phrase takes
+  /// less on a machine that keeps up.
+  static constexpr std::chrono::milliseconds kDefaultFinishTimeout{1800};
+
   /// The first three must outlive the engine. `echo`, unless it is null, gets what the computer
-  /// plays and clears what a microphone hears.
+  /// plays and clears what a microphone hears. After `finishTimeout` a stop gives up what is not
+  /// decoded.
   SpeechRecognitionEngine(SpeechPlatform& speech, AudioPlatform& audio, Clock& clock,
-                          std::shared_ptr<EchoCanceller> echo = nullptr);
+                          std::shared_ptr<EchoCanceller> echo = nullptr,
+                          std::chrono::milliseconds finishTimeout = kDefaultFinishTimeout);
   ~SpeechRecognitionEngine() override;
 
   QCoro::Task<> start(QString localeID, CaptionTargets targets, std::stop_token stop = {}) override;
@@ -80,6 +87,7 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   AudioPlatform& audioPlatform_;
   Clock& clock_;
   std::shared_ptr<EchoCanceller> echo_;
+  const std::chrono::milliseconds finishLimit_;
 
   std::unique_ptr<SpeechRun> recognition_;
   std::shared_ptr<SpeechInput> input_;

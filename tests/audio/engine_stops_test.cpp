@@ -56,6 +56,27 @@ class EngineStopsTest final : public test::Suite {
     f.stop();
   }
 
+  void stopWaitsAsLongAsItIsTold() {
+    Fixture f;
+    f.beginStop();
+    f.advance(2s);
+    f.engine = std::make_unique<SpeechRecognitionEngine>(f.speech, f.audio, f.clock, nullptr, 20s);
+    QObject::connect(
+        f.engine.get(), &SpeechRecognizing::eventOccurred,
+        [&f](const SpeechRecognitionEvent& event) { f.events << test::described(event); });
+    f.speech.script->hangs = false;
+    f.speech.script->cancelled = {};
+    f.startWithAudio();
+    f.speech.script->hangs = true;
+    f.beginStop();
+    f.advance(19s);
+    QVERIFY(!f.hasStopped());
+    f.speech.script->result("in time", true);
+    f.advance(1s);
+    QVERIFY(f.hasStopped());
+    QCOMPARE(f.events, QStringList({"final in time (en_US, computer)", kMessage}));
+  }
+
   void saysInKoreanThatTheRecognizerHangs() {
     Localization::shared().setLanguage(AppLanguage::korean);
     Fixture f;

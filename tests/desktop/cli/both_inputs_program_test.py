@@ -74,9 +74,9 @@ class BothInputs(unittest.TestCase):
                     break
 
     def stop(self):
-        """It ends. The status is another one where a busy machine lost the last words."""
+        """It ends with its last words."""
         self.process.send_signal(signal.SIGINT)
-        self.process.wait(30)
+        self.assertEqual(self.process.wait(WAIT), 0)
 
     def test_each_line_has_its_input(self):
         self.start_captions()
