@@ -266,6 +266,7 @@ RESTRICTED = [
      {"platform/speech/local_speech_run",  # decoding
       # In the helper program, which has no event loop.
       "platform/speech/helper/recording_recognizer",
+      "platform/speech/helper/connections",
       "platform/recording/recording_feed",  # a recording lasts for hours
       "platform/models/store/download_store",  # downloads last for minutes
       "platform/models/store/model_verifier",  # hashing many models lasts for seconds

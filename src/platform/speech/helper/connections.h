@@ -7,12 +7,10 @@
 
 namespace velun {
 
-/// Serves the messages of one connection until it ends, and closes it. Returns the exit code of
-/// `RecognizerService`.
-int serveConnection(FileDescriptor input, FileDescriptor output, const QString& programFolder);
-
-/// Serves every connection that `control` brings, each on a thread of its own, so that none waits
-/// for another. When the program has ended, ends this process at once, also while others load.
-[[noreturn]] void serveConnections(FileDescriptor control, const QString& programFolder);
+/// Serves a first connection and every one that `control` brings, each on a thread of its own, so
+/// that none waits for another. When the program has ended, ends this process at once, also while
+/// models are loaded.
+[[noreturn]] void serveConnections(FileDescriptor input, FileDescriptor output,
+                                   FileDescriptor control, const QString& programFolder);
 
 }  // namespace velun

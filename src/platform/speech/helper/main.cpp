@@ -9,7 +9,6 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <QFileInfo>
-#include <thread>
 #include <unistd.h>
 
 int main(int argc, char** /*argv*/) {
@@ -29,10 +28,5 @@ int main(int argc, char** /*argv*/) {
   if (dup2(STDERR_FILENO, STDOUT_FILENO) < 0 || dup2(STDERR_FILENO, STDIN_FILENO) < 0) return 1;
   const QString self = QFileInfo("/proc/self/exe").symLinkTarget();
   const QString folder = QFileInfo(self).absolutePath();
-  // On the main thread, a lonely connection needs the least memory.
-  std::thread others([control = std::move(control), folder]() mutable {
-    velun::serveConnections(std::move(control), folder);
-  });
-  velun::serveConnection(std::move(input), std::move(output), folder);
-  others.join();
+  velun::serveConnections(std::move(input), std::move(output), std::move(control), folder);
 }

@@ -13,8 +13,9 @@ namespace velun {
 /// same settings at the same time use one process, which loads the models once. Any thread.
 class HelperProgram {
  public:
-  /// NOLINTNEXTLINE(google-explicit-constructor): a program that is used once needs no name.
+  // Implicit, for those who share with nobody.
   HelperProgram(const QString& path);
+  HelperProgram(const char* path) : HelperProgram(QString(path)) {}
 
   /// A connection to a process with these settings, which was asked to load its models; their
   /// `ready` has not been received. With `isAlone` nobody else gets a connection to it. Throws
