@@ -15,6 +15,8 @@ import time
 from pathlib import Path
 
 SINK = "velun_private_output"
+MOUTH = "test.mouth"
+MICROPHONE = "test.microphone"
 # A port that nobody listens on, so that no model is fetched from the network.
 NOWHERE = "http://127.0.0.1:9"
 POLL_INTERVAL = 0.02  # seconds
@@ -113,6 +115,16 @@ class PrivateDesktop:
                  f"{{ factory.name=support.null-audio-sink node.name={name} "
                  "media.class=Audio/Sink object.linger=true audio.position=[FL FR] }")
 
+    def add_microphone(self):
+        """Starts the default microphone, which hears what is played to MOUTH. Returns the process."""
+        microphone = self.start(
+            ["pw-loopback", "--capture-props", f"media.class=Audio/Sink node.name={MOUTH}",
+             "--playback-props", f"media.class=Audio/Source node.name={MICROPHONE}"],
+            log="microphone")
+        self.wait("the microphone", lambda: f'"{MICROPHONE}"' in self.run(
+            "pw-metadata", "0", "default.audio.source"))
+        return microphone
+
     def start_tray(self):
         """Starts a tray that embeds icons (XEmbed), and waits until programs find it."""
         tray = self.start(["trayer", "--edge", "top", "--align", "right", "--width", "10"])
@@ -130,6 +142,10 @@ class PrivateDesktop:
     def play(self, path):
         """Starts playing a sound file on the default output. Returns the process."""
         return self.start(["pw-play", path])
+
+    def speak(self, path):
+        """Starts playing a sound file into the microphone. Returns the process."""
+        return self.start(["pw-play", "--target", MOUTH, path])
 
     def take_picture(self, path):
         self.run("import", "-window", "root", path)

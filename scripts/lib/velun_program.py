@@ -4,7 +4,7 @@ import json
 import re
 import signal
 
-from private_desktop import SINK
+from private_desktop import MICROPHONE, SINK
 
 APPLICATION = "app.velun.Velun"
 OBJECT = "/app/velun/Velun"
@@ -79,6 +79,11 @@ class VelunProgram:
         self._desktop.wait("the capture",
                            lambda: f"{SINK}:monitor" in self._desktop.run("pw-link", "-o", "-l")
                            and "Velun" in self._desktop.run("pw-link", "-l"))
+
+    def wait_until_hearing(self):
+        """Waits until PipeWire has linked the program's capture to the microphone."""
+        self._desktop.wait("the capture of the microphone",
+                           lambda: f"{MICROPHONE}:" in self._desktop.run("pw-link", "-o", "-l"))
 
     def session_files(self):
         return sorted(self.sessions.glob("*.json"))

@@ -25,13 +25,7 @@ class BothInputs(unittest.TestCase):
         self.desktop.start_sound()
         self.played = say(PLAYED, self.desktop.root / "played.wav", voice="slt")
         self.spoken = say(SPOKEN, self.desktop.root / "spoken.wav", voice="rms")
-        self.microphone = self.desktop.start(
-            ["pw-loopback",
-             "--capture-props", "media.class=Audio/Sink node.name=test.mouth",
-             "--playback-props", "media.class=Audio/Source node.name=test.microphone"],
-            log="loopback")
-        self.desktop.wait("the microphone", lambda: '"test.microphone"' in self.desktop.run(
-            "pw-metadata", "0", "default.audio.source"))
+        self.microphone = self.desktop.add_microphone()
         self.lines = queue.Queue()
 
     def start_captions(self):
@@ -52,14 +46,8 @@ class BothInputs(unittest.TestCase):
         except queue.Empty:
             self.fail("no line")
 
-    def play(self, clip, *options):
-        player = self.desktop.start(["pw-play", *options, clip])
-        player.wait(WAIT)
-
     def say_both(self):
-        players = [self.desktop.start(["pw-play", self.played]),
-                   self.desktop.start(["pw-play", "--target", "test.mouth", self.spoken])]
-        for player in players:
+        for player in (self.desktop.play(self.played), self.desktop.speak(self.spoken)):
             player.wait(WAIT)
 
     def wait_until_captioned(self):
@@ -98,7 +86,7 @@ class BothInputs(unittest.TestCase):
         end(self.microphone)
         while not self.lines.empty():
             self.lines.get()
-        self.play(self.played)
+        self.desktop.play(self.played).wait(WAIT)
         while self.next_line()["input"] != "computer":
             pass
         self.stop()

@@ -25,7 +25,6 @@ EXECUTABLE = os.environ["VELUN_PROGRAM"]
 MINUTES = float(os.environ.get("VELUN_ENDURANCE_MINUTES", "10"))
 RESULTS = os.environ.get("VELUN_ENDURANCE_RESULTS")
 HAS_MICROPHONE = os.environ.get("VELUN_ENDURANCE_INPUTS") == "both"
-MOUTH = "test.mouth"  # what is played to it is heard by the microphone
 NAMES = {"computer": "Computer", "microphone": "Me"}
 
 SAMPLE_EVERY = 10.0  # seconds
@@ -57,7 +56,7 @@ class Endurance(unittest.TestCase):
         self.spoken = clips(self.desktop.root / "speech")
         self.desktop.start_sound()
         if HAS_MICROPHONE:
-            self.start_microphone()
+            self.desktop.add_microphone()
         self.desktop.start_compositor()
         self.desktop.start_tray()
         accessibility = self.enterContext(Accessibility(self.desktop))
@@ -69,14 +68,6 @@ class Endurance(unittest.TestCase):
         self.samples = []
         self.program.launch()
         self.application = accessibility.application(APPLICATION)
-
-    def start_microphone(self):
-        self.desktop.start(
-            ["pw-loopback", "--capture-props", f"media.class=Audio/Sink node.name={MOUTH}",
-             "--playback-props", "media.class=Audio/Source node.name=test.microphone"],
-            log="microphone")
-        self.desktop.wait("the microphone", lambda: '"test.microphone"' in self.desktop.run(
-            "pw-metadata", "0", "default.audio.source"))
 
     def test_hours_of_speech(self):
         self.program.action("toggle-captions")
@@ -103,7 +94,7 @@ class Endurance(unittest.TestCase):
                 return
 
     def say(self, clip):
-        player = self.desktop.start(["pw-play", "--target", MOUTH, clip.path])
+        player = self.desktop.speak(clip.path)
         self.captions.playing(clip, time.monotonic())
         return player
 
