@@ -12,6 +12,7 @@ import os
 import statistics
 import time
 import unittest
+from collections import Counter
 from dataclasses import asdict
 
 from accessibility import Accessibility
@@ -77,6 +78,7 @@ class Endurance(unittest.TestCase):
         self.assertGreater(len(self.captions.lines), MINUTES * 2, "Captions are missing")
         self.report()
         self.check_file()
+        self.check_inputs()
         self.check_usage()
         self.check_delays()
 
@@ -176,6 +178,16 @@ class Endurance(unittest.TestCase):
         self.assertEqual(self.program.quit(), 0, self.program.log())
         # Quitting is the end of the session once more.
         self.assertEqual(self.saved() | {"endedAt": None}, saved | {"endedAt": None})
+
+    def check_inputs(self):
+        """Each input has its lines, in the order in which they were spoken."""
+        lines = self.saved()["lines"]
+        counts = Counter(line["input"] for line in lines)
+        print(f"  lines of each input: {dict(counts)}")
+        self.assertEqual(set(counts), set(NAMES) if HAS_MICROPHONE else {"computer"})
+        self.assertGreater(min(counts.values()), MINUTES * 2, "Captions of an input are missing")
+        starts = [line["start"] for line in lines]
+        self.assertEqual(starts, sorted(starts))
 
     def shown_lines(self):
         return self.application.find("text", "Caption Text").text.splitlines()
