@@ -34,7 +34,10 @@ class VelunProgram:
         self._desktop.wait("the program", lambda: self.process.poll() is not None
                            or self.owns_name())
         assert self.process.poll() is None, self.log()
-        self._desktop.wait("its actions", self.state)
+        try:
+            self._desktop.wait("its actions", self.state)
+        except AssertionError as error:
+            raise AssertionError(f"{error}; status {self.process.poll()}: {self.log()}") from None
 
     def start(self):
         self.process = self._desktop.start([*self.prefix, self.executable], log=LOG)
