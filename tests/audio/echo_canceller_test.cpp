@@ -28,7 +28,8 @@ std::vector<float> voice(unsigned seed, double seconds) {
   return samples;
 }
 
-/// What a microphone hears of `played` in a room, `delay` samples later.
+/// The echo in a room: the sound of `played` reaches the microphone after `delay` samples, and then
+/// again from the walls.
 std::vector<float> echoOf(const std::vector<float>& played, std::size_t delay) {
   std::mt19937 generator(7);
   std::normal_distribution<float> noise(0, 1);
@@ -61,7 +62,7 @@ double difference(std::span<const float> result, std::span<const float> signal) 
 
 /// A canceller that hears what the loudspeakers play.
 struct Room {
-  /// Each chunk of `heard` comes after that of `played`; an empty one comes not at all.
+  /// Passes both sounds on in chunks, and returns what the canceller makes of `heard`.
   std::vector<float> run(const std::vector<float>& played, const std::vector<float>& heard) {
     std::vector<float> result;
     for (std::size_t at = 0; at + kChunk <= heard.size(); at += kChunk) {
