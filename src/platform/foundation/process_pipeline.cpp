@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/foundation/process_pipeline.h"
 
+#include "platform/foundation/passed_descriptor.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
-#include <cstring>
 #include <fcntl.h>
 #include <QFile>
 #include <spawn.h>
 #include <string>
 #include <sys/socket.h>
-#include <sys/uio.h>
 #include <sys/wait.h>
 #include <system_error>
 
@@ -162,21 +162,7 @@ bool ProcessPipeline::isIdle() const {
 ByteChannel ProcessPipeline::connect() {
   Link link = makeLink();
   limitSending(link.to);
-  char byte = 0;
-  iovec content{&byte, 1};
-  alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof(int))> space{};
-  msghdr message{};
-  message.msg_iov = &content;
-  message.msg_iovlen = 1;
-  message.msg_control = space.data();
-  message.msg_controllen = space.size();
-  cmsghdr* header = CMSG_FIRSTHDR(&message);
-  header->cmsg_level = SOL_SOCKET;
-  header->cmsg_type = SCM_RIGHTS;
-  header->cmsg_len = CMSG_LEN(sizeof(int));
-  const int passed = link.from.number();
-  std::memcpy(CMSG_DATA(header), &passed, sizeof passed);
-  if (::sendmsg(control_.number(), &message, MSG_NOSIGNAL | MSG_DONTWAIT) != 1) fail(errno);
+  if (!passDescriptor(control_, link.from)) fail(errno);
   FileDescriptor other(::fcntl(link.to.number(), F_DUPFD_CLOEXEC, 0));
   if (!other.isOpen()) fail(errno);
   return {std::move(link.to), std::move(other)};
