@@ -8,7 +8,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <optional>
-#include <string>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <thread>
@@ -24,13 +23,12 @@ constexpr double kBytesPerSecond = 16000 * sizeof(float);
 int startProgram(const char* program) {
   std::array<int, 2> ends{};
   if (pipe(ends.data()) != 0) std::exit(1);
-  const std::string self = std::to_string(getpid());
   if (fork() == 0) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     dup2(ends[0], STDIN_FILENO);
     close(ends[0]);
     close(ends[1]);
-    execl(program, program, self.c_str(), nullptr);
+    execl(program, program, nullptr);
     _exit(1);
   }
   close(ends[0]);

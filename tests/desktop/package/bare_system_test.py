@@ -4,8 +4,10 @@ import array
 import json
 import os
 import shutil
+import socket
 import struct
 import subprocess
+import threading
 import unittest
 import wave
 from pathlib import Path
@@ -60,13 +62,24 @@ class OnABareSystem(unittest.TestCase):
         with wave.open(str(SPEECH_DATA / "six.wav")) as clip:
             samples = array.array("h", clip.readframes(clip.getnframes()))
         sound = array.array("f", [sample / 32768 for sample in samples]).tobytes()
-        helper = subprocess.Popen(system.inside("/usr/bin/velun-recognizer", str(os.getpid())),
-                                  stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+        # The helper serves until its descriptor 3 is closed.
+        control, its_control = socket.socketpair()
+        helper = subprocess.Popen(
+            system.inside("bash", "-c",
+                          f"exec /usr/bin/velun-recognizer 3<&{its_control.fileno()}"),
+            stdin=subprocess.PIPE, stdout=subprocess.PIPE, pass_fds=[its_control.fileno()])
         self.addCleanup(end, helper)
+        its_control.close()
         said = b"".join(struct.pack("=IB", len(body), kind) + body for kind, body in (
             (CONFIGURE, json.dumps(settings).encode()), (AUDIO, sound), (FINALIZE, b"")))
-        heard, _ = helper.communicate(said, timeout=120)
-        self.assertEqual(helper.returncode, 0, heard)
+        limit = threading.Timer(120, helper.kill)
+        limit.start()
+        helper.stdin.write(said)
+        helper.stdin.close()
+        heard = helper.stdout.read()
+        control.close()
+        self.assertEqual(helper.wait(), 0, heard)
+        limit.cancel()
         kinds = set()
         while heard:
             length, kind = struct.unpack_from("=IB", heard)

@@ -117,8 +117,7 @@ class BuiltInPunctuationTest final : public test::Suite {
   }
 
   void programThatHangsWhileLoadingIsGivenUp() {
-    // It takes its only argument, a number, for seconds, and says nothing.
-    PunctuationHelper helper("/usr/bin/sleep", settings(), std::chrono::milliseconds(50),
+    PunctuationHelper helper(silentProgram(), settings(), std::chrono::milliseconds(50),
                              std::chrono::milliseconds(50));
     helper.load();
     QVERIFY(helper.failure());

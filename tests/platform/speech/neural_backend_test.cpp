@@ -353,8 +353,7 @@ class NeuralBackendTest final : public test::Suite {
   }
 
   void cancelInterruptsPunctuation() {
-    // It takes its only argument, a number, for seconds, and says nothing.
-    PunctuationHelper helper(QString("/usr/bin/sleep"), transducer());
+    PunctuationHelper helper(silentProgram(), transducer());
     QString text;
     std::thread restoring([&] { text = helper.restored("as it was"); });
     helper.cancel();

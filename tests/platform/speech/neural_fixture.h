@@ -19,6 +19,11 @@ inline QString helperProgram() {
   return QStringLiteral(VELUN_RECOGNIZER);
 }
 
+/// A program that takes everything and says nothing: it writes only when its input ends.
+inline QString silentProgram() {
+  return QStringLiteral("/usr/bin/tail");
+}
+
 /// Whether the recognition library was installed, by scripts/setup.
 inline bool hasRecognitionLibrary() {
   return !sherpa::findLibrary(QFileInfo(helperProgram()).path()).isEmpty();

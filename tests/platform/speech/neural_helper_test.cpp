@@ -143,8 +143,7 @@ class NeuralHelperTest final : public test::Suite {
   }
 
   void cancelInterruptsLoading() {
-    // It takes its only argument, a number, for seconds, and says nothing.
-    NeuralBackend backend(QString("/usr/bin/sleep"), transducer());
+    NeuralBackend backend(silentProgram(), transducer());
     QVERIFY(failsWhenCancelled(backend, &NeuralBackend::load));
   }
 
@@ -170,14 +169,13 @@ class NeuralHelperTest final : public test::Suite {
   }
 
   void unresponsiveHelperCountsAsEnded() {
-    // It takes its only argument, a number, for seconds, and says nothing.
-    HelperProcess helper("/usr/bin/sleep");
+    HelperProcess helper(silentProgram());
     QVERIFY(!helper.tryReceive());
     QVERIFY_EXCEPTION_THROWN(helper.receive(std::chrono::milliseconds(50)), HelperEnded);
   }
 
   void helperThatDecodesNothingCountsAsEnded() {
-    HelperProcess helper("/usr/bin/sleep", std::chrono::milliseconds(50));
+    HelperProcess helper(silentProgram(), std::chrono::milliseconds(50));
     const auto waitForever = [&helper] {
       while (true) helper.awaitMessage(std::chrono::milliseconds(20));
     };
@@ -251,7 +249,7 @@ class NeuralHelperTest final : public test::Suite {
     QCOMPARE(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, control.data()), 0);
     QProcess helper;
     helper.setChildProcessModifier([&] { dup2(control[0], kControlDescriptor); });
-    helper.start(helperProgram(), {"1"});
+    helper.start(helperProgram(), QStringList());
     QVERIFY(helper.waitForStarted());
     helper.write(encoded(RecognizerMessage::Kind::configure, transducer().toJson()));
     QVERIFY(helper.waitForReadyRead());

@@ -11,10 +11,10 @@
 #include <QFileInfo>
 #include <unistd.h>
 
-int main(int argc, char** /*argv*/) {
+int main() {
   using velun::FileDescriptor;
   FileDescriptor control(fcntl(velun::kControlDescriptor, F_DUPFD_CLOEXEC, 3));
-  if (argc != 2 || !control.isOpen()) {
+  if (!control.isOpen()) {
     std::fputs("velun-recognizer is started by velun\n", stderr);
     return 2;
   }

@@ -4,7 +4,6 @@
 #include <atomic>
 #include <cstring>
 #include <system_error>
-#include <unistd.h>
 
 namespace velun {
 
@@ -31,7 +30,7 @@ class HelperProcess::Program {
 
  private:
   static ProcessPipeline start(const QString& path) {
-    const QStringList command{path, QString::number(getpid())};
+    const QStringList command{path};
     ProcessOptions options;
     options.discardsErrors = true;
     options.takesConnections = true;
