@@ -24,7 +24,6 @@ constexpr int kLeadFrames = frames(400ms);
 /// The number of frames with voice in the last 80 ms that begin a phrase; clicks are shorter.
 constexpr int kVoiceToBegin = 5;
 constexpr unsigned kRecentMask = 0xFF;
-constexpr int kPauseToSettle = frames(300ms);
 constexpr int kPauseToEnd = frames(600ms);
 constexpr int kLongPhrase = frames(8s);
 constexpr int kPauseToEndLong = frames(200ms);
@@ -71,10 +70,6 @@ PhraseDetector::Event PhraseDetector::continuePhrase(bool isVoice) {
       mayGoOn_ = true;
       return Event::ended;
     }
-    if (isPausing_) {
-      isPausing_ = false;
-      return Event::resumed;
-    }
     return Event::none;
   }
   ++silentFrames_;
@@ -83,10 +78,6 @@ PhraseDetector::Event PhraseDetector::continuePhrase(bool isVoice) {
     end();
     mayGoOn_ = silentFrames_ < kPauseToEnd;
     return Event::ended;
-  }
-  if (silentFrames_ == kPauseToSettle) {
-    isPausing_ = true;
-    return Event::pausing;
   }
   return Event::none;
 }
@@ -142,7 +133,6 @@ std::size_t PhraseDetector::quietestPlace() const {
 
 void PhraseDetector::begin() {
   isInPhrase_ = true;
-  isPausing_ = false;
   silentFrames_ = 0;
   voicedFrames_ = 0;
   pitchedFrames_ = 0;

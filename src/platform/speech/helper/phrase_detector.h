@@ -18,10 +18,6 @@ class PhraseDetector {
     none,
     /// A phrase has started; `samples` includes a little audio from before it.
     began,
-    /// The phrase may have ended: a good time to start its final pass.
-    pausing,
-    /// The phrase continues.
-    resumed,
     /// The phrase has ended; call `takePhrase`.
     ended,
   };
@@ -59,7 +55,6 @@ class PhraseDetector {
 
   VoiceActivity activity_;
   bool isInPhrase_ = false;
-  bool isPausing_ = false;
   bool mayGoOn_ = false;
   int voicedFrames_ = 0;
   int silentFrames_ = 0;
