@@ -40,15 +40,6 @@ class CompositorDesktop(PrivateDesktop):
     def start_compositor_of_session(self):
         raise NotImplementedError
 
-    def pixel(self, x, y):
-        """The colour there, in points, on the screen."""
-        return self.pixels(x, y, 1, 1)[0][0]
-
-    def wait_for_pixel(self, what, x, y, color):
-        """Waits for a colour, within the rounding of translucency."""
-        self.wait(f"{what} at {x}, {y}", lambda: all(
-            abs(a - b) <= 2 for a, b in zip(self.pixel(x, y), color)))
-
 
 class Sway(CompositorDesktop):
     COMMAND = "sway"
