@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Takes the pictures of the documentation: documentation_pictures FOLDER. Panels stand on a painted
-// evening, windows on a plain background, both at a device pixel ratio of 2.
+// evening or above a painted video, windows on a plain background, all at a device pixel ratio
+// of 2.
 
 #include "language/localization.h"
 #include "support/settle.h"
@@ -19,6 +20,7 @@ namespace {
 
 constexpr int kScale = 2;
 constexpr int kMargin = 36;
+constexpr QSize kVideo(900, 506);
 
 void paintEvening(QPainter& painter, const QRectF& area) {
   QLinearGradient sky(area.topLeft(), area.bottomLeft());
@@ -43,6 +45,34 @@ void paintEvening(QPainter& painter, const QRectF& area) {
   range(0.10, 0.03, 3, QColor(38, 36, 62));
 }
 
+/// The controls of a video player, along the lower edge of `area`.
+void paintPlayer(QPainter& painter, const QRectF& area) {
+  constexpr double kBar = 34;
+  const QRectF bar(area.left(), area.bottom() - kBar, area.width(), kBar);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(QColor(0, 0, 0, 170));
+  painter.drawRect(bar);
+  painter.setBrush(Qt::white);
+  const QPointF play(bar.left() + 20, bar.center().y());
+  painter.drawPolygon(
+      QPolygonF{play + QPointF(-5, -7), play + QPointF(8, 0), play + QPointF(-5, 7)});
+  const QRectF whole(bar.left() + 48, bar.center().y() - 2, bar.width() - 72, 4);
+  QRectF played = whole;
+  played.setWidth(whole.width() * 0.37);
+  painter.setBrush(QColor(255, 255, 255, 90));
+  painter.drawRoundedRect(whole, 2, 2);
+  painter.setBrush(QColor(236, 120, 96));
+  painter.drawRoundedRect(played, 2, 2);
+  painter.drawEllipse(QPointF(played.right(), played.center().y()), 6, 6);
+}
+
+void paintVideo(QPainter& painter, const QRectF& area) {
+  paintEvening(painter, area);
+  painter.setBrush(QColor(255, 226, 176));
+  painter.drawEllipse(QPointF(area.width() * 0.72, area.height() * 0.30), 34, 34);
+  paintPlayer(painter, area);
+}
+
 void paintShadow(QPainter& painter, const QRectF& frame, double radius) {
   painter.setPen(Qt::NoPen);
   for (int step = 14; step > 0; --step) {
@@ -57,14 +87,8 @@ class Pictures {
   explicit Pictures(const QString& folder) : folder_(folder) {}
 
   void panel(const QString& name, test::PanelStage& stage) const {
-    QWidget& panel = stage.panel();
-    test::settle();
-    QImage picture(panel.size() * kScale, QImage::Format_ARGB32_Premultiplied);
-    picture.setDevicePixelRatio(kScale);
-    picture.fill(Qt::transparent);
-    // Without a background of the style, so that its own is translucent.
-    panel.render(&picture, QPoint(), QRegion(), QWidget::DrawChildren);
-    QImage whole = emptyPicture(panel.size());
+    const QImage picture = pictureOf(stage.panel());
+    QImage whole = emptyPicture(stage.panel().size() + 2 * QSize(kMargin, kMargin));
     QPainter painter(&whole);
     painter.setRenderHint(QPainter::Antialiasing);
     paintEvening(painter, QRectF(QPointF(), whole.deviceIndependentSize()));
@@ -73,10 +97,25 @@ class Pictures {
     save(name, whole);
   }
 
+  void panelOverVideo(const QString& name, test::PanelStage& stage) const {
+    constexpr int kAboveControls = 60;
+    const QImage picture = pictureOf(stage.panel());
+    const QSize size = stage.panel().size();
+    QImage whole = emptyPicture(kVideo);
+    QPainter painter(&whole);
+    painter.setRenderHint(QPainter::Antialiasing);
+    paintVideo(painter, QRectF(QPointF(), QSizeF(kVideo)));
+    painter.drawImage(QPoint((kVideo.width() - size.width()) / 2,
+                             kVideo.height() - kAboveControls - size.height()),
+                      picture);
+    painter.end();
+    save(name, whole);
+  }
+
   void window(const QString& name, QWidget& window) const {
     constexpr int kCorner = 10;
     const QImage picture = test::pictureOf(window, kScale);
-    QImage whole = emptyPicture(window.size());
+    QImage whole = emptyPicture(window.size() + 2 * QSize(kMargin, kMargin));
     QPainter painter(&whole);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.fillRect(whole.rect(), QColor(206, 212, 222));
@@ -91,8 +130,18 @@ class Pictures {
   }
 
  private:
-  static QImage emptyPicture(QSize content) {
-    QImage whole((content + QSize(2 * kMargin, 2 * kMargin)) * kScale, QImage::Format_RGB32);
+  static QImage pictureOf(QWidget& panel) {
+    test::settle();
+    QImage picture(panel.size() * kScale, QImage::Format_ARGB32_Premultiplied);
+    picture.setDevicePixelRatio(kScale);
+    picture.fill(Qt::transparent);
+    // Without a background of the style, so that its own is translucent.
+    panel.render(&picture, QPoint(), QRegion(), QWidget::DrawChildren);
+    return picture;
+  }
+
+  static QImage emptyPicture(QSize size) {
+    QImage whole(size * kScale, QImage::Format_RGB32);
     whole.setDevicePixelRatio(kScale);
     return whole;
   }
@@ -166,6 +215,8 @@ void takePanels(const Pictures& pictures) {
     }
     pictures.panel("panel", talk.stage);
   }
+  Talk watched(set(PanelSet::calm, 17, 4), {640, 190}, true);
+  pictures.panelOverVideo("panel-video", watched.stage);
   Talk translated(set(PanelSet::clearOnDark, 16, 0), {620, 260}, true);
   pictures.panel("panel-translation", translated.stage);
   Talk subtitle(set(PanelSet::subtitle, 24, 2), {620, 190});
@@ -198,6 +249,8 @@ void takeWindows(const Pictures& pictures) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  // Symbols are drawn for the scale of the window that they are in.
+  qputenv("QT_SCALE_FACTOR", QByteArray::number(kScale));
   QApplication application(argc, argv);
   if (argc != 2 || !QDir().mkpath(argv[1])) {
     qCritical("usage: documentation_pictures FOLDER");
