@@ -103,7 +103,8 @@ WindowState AppCoordinator::windowState() const {
           .canPlacePanel = services_.desktop.capabilities().placesWindows,
           .canOpenSoundSettings = services_.soundSettings && services_.soundSettings->isAvailable(),
           .isHistoryActive = sessions_ && sessions_->isKeyWindow(),
-          .hasSelection = sessions_ && sessions_->hasSelection()};
+          .hasSelection = sessions_ && sessions_->hasSelection(),
+          .hasStatusIcons = services_.trayHost.protocol().has_value()};
 }
 
 void AppCoordinator::perform(AppCommand command) {
@@ -254,6 +255,7 @@ void AppCoordinator::observe() {
   connect(&services_.application, &ApplicationService::activated, this, &AppCoordinator::reopen);
   connect(&services_.application, &ApplicationService::openRequested, this, &AppCoordinator::open);
   connect(&services_.trayHost, &TrayHost::missing, this, &AppCoordinator::explainMissingTray);
+  connect(&services_.trayHost, &TrayHost::found, &commands_, &AppCommands::refresh);
 }
 
 void AppCoordinator::shareCaptions() {
@@ -270,6 +272,7 @@ void AppCoordinator::shareCaptions() {
 
 void AppCoordinator::explainMissingTray() {
   captionWindow_->show();
+  commands_.refresh();
   static constexpr auto kExplained = "statusItemExplained";
   if (services_.preferences.get<bool>(kExplained).value_or(false)) return;
   services_.preferences.set(kExplained, true);

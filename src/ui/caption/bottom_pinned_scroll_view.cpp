@@ -18,6 +18,8 @@ namespace {
 constexpr int kResizeSlack = 2;
 constexpr double kNotch = QWheelEvent::DefaultDeltasPerStep;
 constexpr double kLinesPerNotch = 3;
+// A line is cut by less before its letters are, so that scrolled lines do not vanish at once.
+constexpr qreal kCutLineFade = 4;
 constexpr std::chrono::milliseconds kIdlePause{4};
 constexpr std::chrono::microseconds kIdleSlice{3000};
 
@@ -115,8 +117,23 @@ void BottomPinnedScrollView::resizeEvent(QResizeEvent* event) {
   keepPlace(isAtBottom(kResizeSlack), [this, event] { QTextEdit::resizeEvent(event); });
 }
 
+void BottomPinnedScrollView::updateFade() {
+  const int top = verticalScrollBar()->value();
+  if (pitch_ > 0) {
+    constexpr int kInset = TranscriptLayout::verticalInset;
+    layout_.setFade(TranscriptLayout::Fade{qreal(top + kInset), kInset});
+    return;
+  }
+  const QRectF first = layout_.lineRect(layout_.hitTest(QPointF(0, top), Qt::FuzzyHit));
+  // In a view that has no room for another line, a part of one is better than nothing.
+  const bool hasMore = first.bottom() + first.height() <= top + viewport()->height();
+  layout_.setFade(hidesCutLines_ && hasMore
+                      ? std::optional(TranscriptLayout::Fade{qreal(top), kCutLineFade})
+                      : std::nullopt);
+}
+
 void BottomPinnedScrollView::paintEvent(QPaintEvent* event) {
-  layout_.setFadeTop(pitch_ > 0 ? std::optional(verticalScrollBar()->value()) : std::nullopt);
+  updateFade();
   QTextEdit::paintEvent(event);
 }
 

@@ -27,6 +27,10 @@ class BottomPinnedScrollView : public QTextEdit {
   /// The height of a line of a text that is scrolled by whole lines, in points; 0: by any amount.
   void setLinePitch(int pitch) { pitch_ = pitch; }
 
+  /// Whether a line that the top of the view cuts is hidden, so that nothing is seen that cannot be
+  /// read. Where lines are scrolled as a whole, they always are.
+  void setHidesCutLines(bool hides) { hidesCutLines_ = hides; }
+
   /// Calls `change`, then scrolls to the end (`pinned`) or so that the text that was at the top of
   /// the view is there again.
   void keepPlace(bool pinned, const std::function<void()>& change);
@@ -45,12 +49,14 @@ class BottomPinnedScrollView : public QTextEdit {
   void settleAtEnd();
   void settleAt(const QTextCursor& text, int above);
   bool layOutInView();
+  void updateFade();
   void layOutRest();
 
   TranscriptDocument& document_;
   TranscriptLayout& layout_;
   QTimer rest_;
   int pitch_ = 0;
+  bool hidesCutLines_ = false;
   // Turns of the wheel that make no whole line yet.
   double turned_ = 0;
   bool isBehind_ = false;

@@ -145,6 +145,7 @@ void CaptionHeaderView::connectToModel() {
   const AppSettings& settings = model_.settings();
   connect(&model_, &CaptionViewModel::isRunningChanged, this, &CaptionHeaderView::present);
   connect(&commands_, &AppCommands::refreshed, this, &CaptionHeaderView::presentStartStop);
+  connect(&commands_, &AppCommands::refreshed, this, &CaptionHeaderView::presentHide);
   connect(&settings, &AppSettings::inputChoiceChanged, this, &CaptionHeaderView::present);
   connect(&settings, &AppSettings::programChanged, this, &CaptionHeaderView::present);
   connect(&settings, &AppSettings::translateChanged, this, &CaptionHeaderView::present);
@@ -172,7 +173,7 @@ void CaptionHeaderView::setRoundedMenus(bool rounded) {
 
 void CaptionHeaderView::setColors(const CaptionColors& colors) {
   colors_ = colors;
-  for (HeaderButton* button : findChildren<HeaderButton*>()) button->setEdge(colors.buttonEdge);
+  for (PanelButton* button : findChildren<PanelButton*>()) button->setEdge(colors.buttonEdge);
   for (CaptionMenu* menu : {inputSourceMenu_, translationMenu_, sessionMenu_}) {
     menu->setColors(colors);
   }
@@ -195,6 +196,12 @@ void CaptionHeaderView::fillSessionMenu() {
   sessionMenu_->clear();
   for (const AppCommand command :
        {saveSession, showHistory, exportCurrentSession, newSession, showSettings}) {
+    addItem(*sessionMenu_, commands_.action(command));
+  }
+  if (commands_.windows().hasStatusIcons) return;
+  sessionMenu_->addSeparator();
+  for (const AppCommand command :
+       {toggleClickThrough, restorePosition, checkForUpdates, terminate}) {
     addItem(*sessionMenu_, commands_.action(command));
   }
 }
@@ -237,9 +244,7 @@ void CaptionHeaderView::present() {
 
   presentStartStop();
   session_->setLabel(L("Session & Settings", "세션 및 설정"));
-  hideButton_->setLabel(L("Hide", "숨기기"),
-                        L("You can reopen the caption window from the status icon",
-                          "상태 아이콘에서 자막 창을 다시 열 수 있습니다"));
+  presentHide();
   levelMeter_->setRunning(model_.isRunning());
 }
 
@@ -249,6 +254,15 @@ void CaptionHeaderView::presentStartStop() {
                                            : QStringLiteral("play.fill"));
   startStop_->setLabel(command.text());
   startStop_->setEnabled(command.isEnabled());
+}
+
+void CaptionHeaderView::presentHide() {
+  const bool hasIcon = commands_.windows().hasStatusIcons;
+  hideButton_->setLabel(L("Hide", "숨기기"),
+                        hasIcon ? L("You can reopen the caption window from the status icon",
+                                    "상태 아이콘에서 자막 창을 다시 열 수 있습니다")
+                                : L("You can reopen the caption window by starting Velun again",
+                                    "Velun을 다시 실행하면 자막 창을 다시 열 수 있습니다"));
 }
 
 void CaptionHeaderView::paintEvent(QPaintEvent*) {

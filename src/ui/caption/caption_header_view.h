@@ -76,6 +76,7 @@ class CaptionHeaderView final : public QWidget {
                      const QString& current, void (AppSettings::*set)(const QString&));
   void present();
   void presentStartStop();
+  void presentHide();
 
   CaptionViewModel& model_;
   AppCommands& commands_;

@@ -26,14 +26,14 @@ constexpr QMargins kValuePadding{14, 6, 14, 6};
 }  // namespace
 
 CaptionNotice::CaptionNotice(Kind kind, Clock& clock, QWidget* parent)
-    : QLabel(parent), kind_(kind), clock_(clock) {
+    : PaddedLabel(parent), kind_(kind), clock_(clock) {
   setAccessibleRole(*this, QAccessible::Notification);
   setAttribute(Qt::WA_TransparentForMouseEvents);
   setTextFormat(Qt::PlainText);
   setWordWrap(true);
   setAlignment(Qt::AlignCenter);
   setFont(systemFont(kind == Kind::message ? kMessageSize : kValueSize));
-  setContentsMargins(kind == Kind::message ? kMessagePadding : kValuePadding);
+  setPadding(kind == Kind::message ? kMessagePadding : kValuePadding);
   hide();
   opacity_.setStartValue(1.0);
   opacity_.setEndValue(0.0);
@@ -86,7 +86,7 @@ void CaptionNotice::place(const QRect& area) {
 }
 
 void CaptionNotice::fit() {
-  const QMargins padding = contentsMargins();
+  const QMargins& padding = this->padding();
   const int most = std::max(area_.width() - 2 * kGap, 0);
   const int wanted = fontMetrics().horizontalAdvance(text()) + padding.left() + padding.right() + 1;
   const int width = std::min(wanted, most);

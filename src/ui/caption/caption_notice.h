@@ -3,16 +3,16 @@
 
 #include "platform/foundation/clock.h"
 #include "ui/caption/caption_colors.h"
+#include "ui/common/padded_label.h"
 
 #include <memory>
-#include <QLabel>
 #include <QVariantAnimation>
 
 namespace velun {
 
 /// A short text over captions that fades after a moment. The pointer goes through it; screen
 /// readers announce it. Main thread.
-class CaptionNotice : public QLabel {
+class CaptionNotice : public PaddedLabel {
   Q_OBJECT
 
  public:

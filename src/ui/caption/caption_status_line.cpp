@@ -24,7 +24,7 @@ CaptionStatusLine::CaptionStatusLine(CaptionViewModel& model, TranslationPlatfor
   setTextFormat(Qt::PlainText);
   setWordWrap(true);
   setFont(systemFont(kSize));
-  setContentsMargins(TranscriptLayout::horizontalInset, 0, TranscriptLayout::horizontalInset, 10);
+  setPadding({TranscriptLayout::horizontalInset, 0, TranscriptLayout::horizontalInset, 10});
   QPalette colors = palette();
   colors.setColor(QPalette::WindowText, CaptionAppearance::secondaryText);
   setPalette(colors);

@@ -230,18 +230,24 @@ void CaptionView::setHovering(bool hovering) {
   chrome_.setHovering(hovering);
 }
 
+void CaptionView::leaveHeader() {
+  if (header_->isAncestorOf(window()->focusWidget())) transcript_->setFocus();
+}
+
 void CaptionView::setHeaderInSight(bool inSight) {
-  if (!inSight && header_->isAncestorOf(QApplication::focusWidget())) transcript_->setFocus();
+  if (!inSight) leaveHeader();
   header_->setVisible(inSight);
 }
 
 void CaptionView::setClickThrough(bool isThrough) {
+  const bool wasThrough = std::exchange(isClickThrough_, isThrough);
   chrome_.setLocked(isThrough);
   if (isThrough) {
     notice_->showText(L("Clicks go through the captions. Start Velun once more to end this.",
                         "클릭이 자막 창을 통과합니다. Velun을 한 번 더 실행하면 해제됩니다."));
-  } else {
-    notice_->clear();
+  } else if (wasThrough) {
+    notice_->showText(
+        L("The captions can be clicked again.", "자막 창을 다시 클릭할 수 있습니다."));
   }
 }
 

@@ -45,6 +45,9 @@ class CaptionView final : public QWidget {
   /// The pointer entered or left the panel.
   void setHovering(bool hovering);
 
+  /// Gives the keyboard back to the transcript if a control of the header has it.
+  void leaveHeader();
+
   /// Whether the header is visible. While it is not, it ignores input and cannot be focused.
   void setHeaderInSight(bool inSight);
 
@@ -126,6 +129,7 @@ class CaptionView final : public QWidget {
   std::optional<TranscriptChange> due_;
   PanelStyle style_;
   CaptionColors colors_;
+  bool isClickThrough_ = false;
   bool roundedMenus_ = true;
   int jumpToLatest_ = 0;
 };

@@ -179,6 +179,7 @@ void CaptionWindowController::show() {
 
 void CaptionWindowController::hide() {
   if (!std::exchange(isShown_, false)) return;
+  view_->leaveHeader();
   applyVisibility();
   Q_EMIT visibilityChanged();
 }
@@ -201,12 +202,20 @@ std::unique_ptr<QMenu> CaptionWindowController::makeMenu() const {
 
 void CaptionWindowController::moveToNextPlace() {
   geometry_->moveToNextPlace();
+  leavePointerBehind();
   show();
 }
 
 void CaptionWindowController::moveToNextScreen() {
   geometry_->moveToNextScreen();
+  leavePointerBehind();
   show();
+}
+
+/// Through XWayland no event says that the pointer is no longer over the panel. Where it still is,
+/// the header stays until it leaves.
+void CaptionWindowController::leavePointerBehind() {
+  view_->setHovering(false);
 }
 
 void CaptionWindowController::notify(const QString& text) {

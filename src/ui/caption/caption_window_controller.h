@@ -92,6 +92,7 @@ class CaptionWindowController final : public QObject {
  private:
   void connectToPanel();
   void connectToSettings();
+  void leavePointerBehind();
   void present();
   void applyPreferences();
   bool keepsOnTop() const;

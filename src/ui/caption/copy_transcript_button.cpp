@@ -14,14 +14,13 @@ namespace velun {
 namespace {
 
 constexpr std::chrono::seconds kCopiedTime{2};
-constexpr double kRing = 2;
 constexpr double kCorner = 6;
 
 }  // namespace
 
 CopyTranscriptButton::CopyTranscriptButton(std::function<QString()> text, bool captionStyle,
                                            Clock& clock, QWidget* parent)
-    : QToolButton(parent), text_(std::move(text)), captionStyle_(captionStyle), clock_(clock) {
+    : PanelButton(parent), text_(std::move(text)), captionStyle_(captionStyle), clock_(clock) {
   setAutoRaise(true);
   setToolButtonStyle(captionStyle ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextBesideIcon);
   connect(this, &QToolButton::clicked, this, &CopyTranscriptButton::copy);
@@ -31,13 +30,13 @@ CopyTranscriptButton::CopyTranscriptButton(std::function<QString()> text, bool c
 }
 
 void CopyTranscriptButton::paintEvent(QPaintEvent* event) {
-  QToolButton::paintEvent(event);
-  if (!captionStyle_ || !hasFocus()) return;
-  // The style's focus ring is hardly visible on the dark panel.
+  if (!captionStyle_) return PanelButton::paintEvent(event);
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(CaptionAppearance::accent, kRing));
-  painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), kCorner, kCorner);
+  paintGround(painter, 0, kCorner);
+  QRect symbol(QPoint(), iconSize());
+  symbol.moveCenter(rect().center());
+  icon().paint(&painter, symbol, Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
 }
 
 void CopyTranscriptButton::copy() {

@@ -2,15 +2,15 @@
 #pragma once
 
 #include "platform/foundation/clock.h"
+#include "ui/caption/panel_button.h"
 
 #include <functional>
 #include <memory>
-#include <QToolButton>
 
 namespace velun {
 
 /// Copies a whole transcript as plain text and shows "Copied" for two seconds.
-class CopyTranscriptButton final : public QToolButton {
+class CopyTranscriptButton final : public PanelButton {
   Q_OBJECT
 
  public:

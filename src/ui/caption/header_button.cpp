@@ -21,20 +21,14 @@ constexpr int kGap = 5;
 constexpr double kCorner = 7;
 constexpr double kCaptionSize = 12;
 constexpr double kDisabledOpacity = 0.35;
-constexpr double kRing = 2;
-
-QColor white(double opacity) {
-  QColor color(Qt::white);
-  color.setAlphaF(static_cast<float>(opacity));
-  return color;
-}
+/// Of the white ground of a filled button.
+constexpr double kFilled = 0.13;
 
 }  // namespace
 
-HeaderButton::HeaderButton(QWidget* parent, Shape shape) : QToolButton(parent), shape_(shape) {
+HeaderButton::HeaderButton(QWidget* parent, Shape shape) : PanelButton(parent), shape_(shape) {
   setFont(systemFont(kCaptionSize));
   setFocusPolicy(Qt::TabFocus);
-  setAttribute(Qt::WA_Hover);
   setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
 }
 
@@ -52,11 +46,6 @@ void HeaderButton::setCaption(const QString& caption) {
   if (caption_ == caption) return;
   caption_ = caption;
   updateGeometry();
-  update();
-}
-
-void HeaderButton::setEdge(const QColor& color) {
-  edge_ = color;
   update();
 }
 
@@ -78,7 +67,7 @@ QRect HeaderButton::symbolRect() const {
 bool HeaderButton::focusNextPrevChild(bool next) {
   // Qt calls this when the button is disabled. A screen reader would otherwise announce another
   // control at every start and stop. Tab and the arrow keys reach the header instead.
-  return !isEnabled() || QToolButton::focusNextPrevChild(next);
+  return !isEnabled() || PanelButton::focusNextPrevChild(next);
 }
 
 void HeaderButton::paintEvent(QPaintEvent*) {
@@ -87,21 +76,7 @@ void HeaderButton::paintEvent(QPaintEvent*) {
   if (!isEnabled()) painter.setOpacity(kDisabledOpacity);
 
   const bool filled = shape_ == Shape::filled;
-  const double corner = filled ? kSide / 2.0 : kCorner;
-  const bool pressed = isDown() || (menu() && menu()->isVisible());
-  double opacity = pressed ? 0.18 : underMouse() && isEnabled() ? 0.10 : 0.0;
-  if (filled) opacity += 0.13;
-  if (opacity > 0) {
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(white(opacity));
-    painter.drawRoundedRect(QRectF(rect()), corner, corner);
-  }
-  const QPen line = hasFocus() ? QPen(CaptionAppearance::accent, kRing) : QPen(edge_);
-  const double inset = line.widthF() / 2;
-  painter.setPen(line);
-  painter.setBrush(Qt::NoBrush);
-  painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), corner - inset,
-                          corner - inset);
+  paintGround(painter, filled ? kFilled : 0, filled ? kSide / 2.0 : kCorner);
 
   const qreal ratio = devicePixelRatioF();
   painter.drawPixmap(symbolRect().topLeft(),

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QToolButton>
+#include "ui/caption/panel_button.h"
 
 namespace velun {
 
 /// A flat button on the dark panel: a symbol, optionally a text beside it and a mark that it opens
 /// a menu.
-class HeaderButton : public QToolButton {
+class HeaderButton : public PanelButton {
   Q_OBJECT
 
  public:
@@ -24,9 +24,6 @@ class HeaderButton : public QToolButton {
   /// A text to the right of the symbol; empty for none.
   void setCaption(const QString& caption);
 
-  /// The colour of a line around the button.
-  void setEdge(const QColor& color);
-
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 
@@ -41,7 +38,6 @@ class HeaderButton : public QToolButton {
   Shape shape_;
   QString symbol_;
   QString caption_;
-  QColor edge_{Qt::transparent};
 };
 
 }  // namespace velun

@@ -26,7 +26,17 @@ Qt::CursorShape cursorFor(Qt::Edges edges) {
 
 PanelEdge::PanelEdge(Qt::Edges edges, QWidget* panel) : QWidget(panel), edges_(edges) {
   hideFromAccessibility(*this);
-  setCursor(cursorFor(edges));
+}
+
+/// The edges that can be moved: those above and below belong to no panel of fixed height.
+Qt::Edges PanelEdge::movableEdges() const {
+  const QWidget& panel = *parentWidget();
+  const bool isHeightFixed = panel.minimumHeight() == panel.maximumHeight();
+  return isHeightFixed ? edges_ & (Qt::LeftEdge | Qt::RightEdge) : edges_;
+}
+
+void PanelEdge::enterEvent(QEnterEvent*) {
+  setCursor(movableEdges() ? cursorFor(movableEdges()) : Qt::ArrowCursor);
 }
 
 void PanelEdge::place() {
@@ -51,8 +61,8 @@ void PanelEdge::place() {
 }
 
 void PanelEdge::mousePressEvent(QMouseEvent* event) {
-  if (event->button() == Qt::LeftButton) {
-    Q_EMIT pressed(edges_, event->globalPosition().toPoint());
+  if (event->button() == Qt::LeftButton && movableEdges()) {
+    Q_EMIT pressed(movableEdges(), event->globalPosition().toPoint());
   }
 }
 

@@ -22,11 +22,14 @@ class PanelEdge final : public QWidget {
   void released();
 
  protected:
+  void enterEvent(QEnterEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
 
  private:
+  Qt::Edges movableEdges() const;
+
   Qt::Edges edges_;
 };
 

@@ -44,13 +44,13 @@ bool endsToolTips(QEvent::Type type) {
 }  // namespace
 
 PanelToolTip::PanelToolTip(QWidget* window)
-    : QLabel(window, Qt::ToolTip | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint) {
+    : PaddedLabel(window, Qt::ToolTip | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint) {
   setAttribute(Qt::WA_TranslucentBackground);
   setAttribute(Qt::WA_TransparentForMouseEvents);
   setAttribute(Qt::WA_ShowWithoutActivating);
   setTextFormat(Qt::PlainText);
   setFont(systemFont(kTextSize));
-  setContentsMargins(kPadding);
+  setPadding(kPadding);
   QPalette colors = palette();
   colors.setColor(QPalette::WindowText, CaptionAppearance::text);
   setPalette(colors);
@@ -95,6 +95,8 @@ bool PanelToolTip::eventFilter(QObject* watched, QEvent* event) {
 
 void PanelToolTip::showText(const QString& text, const QPoint& position, QObject* source) {
   source_ = source;
+  // QLabel wants at least the minimum, which the last text left.
+  setMinimumSize(0, 0);
   setText(text);
   const int padding = kPadding.left() + kPadding.right();
   setWordWrap(fontMetrics().horizontalAdvance(text) + padding > kMaxWidth);
@@ -104,7 +106,15 @@ void PanelToolTip::showText(const QString& text, const QPoint& position, QObject
   QRect frame(position + kOffset, size());
   if (screen) {
     const QRect area = screen->geometry();
-    if (frame.bottom() > area.bottom()) frame.moveBottom(position.y() - kDistance);
+    const int above = parentWidget()->geometry().top() - kDistance;
+    const bool isOfHeader =
+        position.y() <= parentWidget()->geometry().top() + CaptionAppearance::headerHeight;
+    if (isOfHeader && above - frame.height() >= area.top()) {
+      // Below it are captions, which somebody may be reading.
+      frame.moveBottom(above);
+    } else if (frame.bottom() > area.bottom()) {
+      frame.moveBottom(position.y() - kDistance);
+    }
     frame.moveLeft(std::clamp(frame.left(), area.left(),
                               std::max(area.left(), area.right() + 1 - frame.width())));
   }
@@ -121,7 +131,7 @@ void PanelToolTip::paintEvent(QPaintEvent* event) {
   const double corner = rounded_ ? kCorner : 0;
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), corner, corner);
   painter.end();
-  QLabel::paintEvent(event);
+  PaddedLabel::paintEvent(event);
 }
 
 }  // namespace velun

@@ -2,8 +2,7 @@
 #pragma once
 
 #include "ui/caption/caption_colors.h"
-
-#include <QLabel>
+#include "ui/common/padded_label.h"
 
 class QHelpEvent;
 
@@ -11,7 +10,7 @@ namespace velun {
 
 /// Shows the tool tips of a window and of its menus in the dark look of the caption panel, in place
 /// of Qt's. Main thread.
-class PanelToolTip final : public QLabel {
+class PanelToolTip final : public PaddedLabel {
   Q_OBJECT
 
  public:

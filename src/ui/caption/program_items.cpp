@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/caption/program_items.h"
 
+#include "language/localization.h"
 #include "ui/common/program_icon.h"
 
 #include <QMenu>
@@ -25,8 +26,13 @@ void ProgramItems::setFollowing(bool isFollowing) {
 
 void ProgramItems::addTo(QMenu& menu, bool isEnabled) {
   const QStringList names = programs();
-  if (names.isEmpty()) return;
   menu.addSeparator();
+  if (names.isEmpty()) {
+    menu.addAction(L("Programs that play sound are listed here",
+                     "소리를 재생하는 프로그램이 여기에 나열됩니다"))
+        ->setEnabled(false);
+    return;
+  }
   add(menu, {}, isEnabled);
   for (const Scope scope : {Scope::only, Scope::allBut}) {
     for (const QString& name : names) add(menu, {scope, name}, isEnabled);

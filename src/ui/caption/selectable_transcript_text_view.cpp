@@ -54,6 +54,7 @@ void SelectableTranscriptTextView::clearSelection() {
 
 void SelectableTranscriptTextView::setPanelStyle(const PanelStyle* style) {
   setVerticalScrollBarPolicy(style ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
+  setHidesCutLines(style != nullptr);
   QPalette palette;
   palette.setColor(QPalette::Base, Qt::transparent);
   if (style) {

@@ -33,6 +33,16 @@ QList<QTextLayout::FormatRange> selectionsIn(
   return ranges;
 }
 
+/// Where the part of the block begins that belongs to its line `index`, or, after the last line,
+/// ends; from the top of the block.
+qreal lineTop(const QTextBlock& block, int index) {
+  const QTextLayout& layout = *block.layout();
+  if (index >= layout.lineCount()) return block.lineCount();
+  const QTextBlockFormat format = block.blockFormat();
+  const bool isFixed = format.lineHeightType() == QTextBlockFormat::FixedHeight;
+  return isFixed ? index * format.lineHeight() : layout.lineAt(index).y();
+}
+
 }  // namespace
 
 TranscriptLayout::TranscriptLayout(QTextDocument* document)
@@ -195,7 +205,7 @@ int TranscriptLayout::hitTest(const QPointF& point, Qt::HitTestAccuracy accuracy
 
 void TranscriptLayout::drawBlock(QPainter* painter, const QTextBlock& block,
                                  const PaintContext& context, const QRectF& clip) const {
-  if (fadeTop_ && blockTop(block) < *fadeTop_ + verticalInset) {
+  if (fade_ && blockTop(block) < fade_->top) {
     drawFadingLines(painter, block, context, clip);
   } else {
     block.layout()->draw(painter, QPointF(), selectionsIn(block, context.selections), clip);
@@ -207,10 +217,10 @@ void TranscriptLayout::drawBlock(QPainter* painter, const QTextBlock& block,
 void TranscriptLayout::drawFadingLines(QPainter* painter, const QTextBlock& block,
                                        const PaintContext& context, const QRectF& clip) const {
   const QTextLayout& layout = *block.layout();
-  const int pitch = blockHeight(block) / std::max(layout.lineCount(), 1);
   for (int i = 0; i < layout.lineCount(); ++i) {
-    const QRectF line(0, blockTop(block) + i * pitch, width_, pitch);
-    const double opacity = std::clamp((line.top() - *fadeTop_) / verticalInset, 0.0, 1.0);
+    const qreal top = blockTop(block) + lineTop(block, i);
+    const QRectF line(0, top, width_, blockTop(block) + lineTop(block, i + 1) - top);
+    const double opacity = std::clamp(1 + (top - fade_->top) / fade_->length, 0.0, 1.0);
     if (opacity <= 0 || !line.intersects(clip)) continue;
     painter->save();
     painter->setClipRect(line, Qt::IntersectClip);
@@ -220,11 +230,21 @@ void TranscriptLayout::drawFadingLines(QPainter* painter, const QTextBlock& bloc
   }
 }
 
+qreal TranscriptLayout::topOfFirstWholeLine() const {
+  const QTextBlock block = blockAt(static_cast<int>(std::ceil(fade_->top)));
+  layOut(block);
+  for (int i = 0; i < block.layout()->lineCount(); ++i) {
+    const qreal top = blockTop(block) + lineTop(block, i);
+    if (top >= fade_->top) return top;
+  }
+  return blockTop(block) + blockHeight(block);
+}
+
 /// Before the letters, so that no halo covers those of the paragraph above.
 void TranscriptLayout::drawHalos(QPainter* painter, const QRectF& clip) {
   painter->save();
-  if (fadeTop_) {
-    const int top = *fadeTop_ + verticalInset - halos_.reach();
+  if (fade_) {
+    const qreal top = topOfFirstWholeLine() - halos_.reach();
     painter->setClipRect(clip.intersected(QRectF(0, top, width_, clip.bottom() - top)),
                          Qt::IntersectClip);
   }

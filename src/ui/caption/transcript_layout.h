@@ -29,8 +29,14 @@ class TranscriptLayout final : public QAbstractTextDocumentLayout {
   /// What is painted around the letters; `radius` is in points.
   void setEdge(TextEdge edge, double radius);
 
-  /// The top of the view, at which lines that are not whole fade out; nullopt: they are cut.
-  void setFadeTop(std::optional<int> top) { fadeTop_ = top; }
+  /// How lines fade out at the top of the view: a line at `top` or below is opaque, one that is
+  /// `length` higher is transparent. In points.
+  struct Fade {
+    qreal top = 0;
+    qreal length = 1;
+  };
+  /// nullopt: lines are cut.
+  void setFade(std::optional<Fade> fade) { fade_ = fade; }
 
   void draw(QPainter* painter, const PaintContext& context) override;
   int hitTest(const QPointF& point, Qt::HitTestAccuracy accuracy) const override;
@@ -69,6 +75,7 @@ class TranscriptLayout final : public QAbstractTextDocumentLayout {
   void drawFadingLines(QPainter* painter, const QTextBlock& block, const PaintContext& context,
                        const QRectF& clip) const;
   void drawHalos(QPainter* painter, const QRectF& clip);
+  qreal topOfFirstWholeLine() const;
   int estimatedHeight(const QTextBlock& block) const;
 
   // Stored in each block that is laid out; a new width increments it.
@@ -77,7 +84,7 @@ class TranscriptLayout final : public QAbstractTextDocumentLayout {
   int publishedHeight_ = -1;
   int nextBlock_ = 0;
   HaloCache halos_;
-  std::optional<int> fadeTop_;
+  std::optional<Fade> fade_;
 };
 
 }  // namespace velun

@@ -77,6 +77,8 @@ struct WindowState {
   bool isHistoryActive = false;
   /// A saved session is selected.
   bool hasSelection = false;
+  /// The desktop shows status icons, whose menu has the commands of the whole program.
+  bool hasStatusIcons = true;
 };
 
 /// Every command, stated once, as an action: text, shortcut, whether it is enabled and checked. The

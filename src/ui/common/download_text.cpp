@@ -46,6 +46,15 @@ QString progress(const ModelState& state) {
   return parts.join(QStringLiteral(" · "));
 }
 
+QString startingText() {
+  return L("Starting the download…", "다운로드를 시작하는 중…");
+}
+
+/// Connecting takes a while, too.
+bool hasBegun(const ModelState& state) {
+  return state.doneBytes > 0 || state.bytesPerSecond > 0 || state.secondsLeft;
+}
+
 }  // namespace
 
 QString megabytesText(std::int64_t bytes) {
@@ -60,9 +69,9 @@ QString downloadText(const ModelState& state) {
     case ModelState::Stage::absent:
       return {};
     case ModelState::Stage::waiting:
-      return L("Starting the download…", "다운로드를 시작하는 중…");
+      return startingText();
     case ModelState::Stage::downloading:
-      return progress(state);
+      return hasBegun(state) ? progress(state) : startingText();
     case ModelState::Stage::paused:
       return L("Paused: ", "일시 정지됨: ") + amount(state);
     case ModelState::Stage::verifying:

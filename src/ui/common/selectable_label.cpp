@@ -23,10 +23,10 @@ void SelectableLabel::selectAll() {
 
 bool SelectableLabel::event(QEvent* event) {
   const bool isKey = event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress;
-  if (!isKey || !isSelectable()) return QLabel::event(event);
+  if (!isKey || !isSelectable()) return PaddedLabel::event(event);
   auto* key = static_cast<QKeyEvent*>(event);
   const bool copies = key->matches(QKeySequence::Copy);
-  if (!copies && !key->matches(QKeySequence::SelectAll)) return QLabel::event(event);
+  if (!copies && !key->matches(QKeySequence::SelectAll)) return PaddedLabel::event(event);
   // Accepting the first event makes Qt send the second, instead of running the window's shortcut.
   event->accept();
   if (event->type() == QEvent::KeyPress) copies ? copy() : selectAll();
@@ -34,7 +34,7 @@ bool SelectableLabel::event(QEvent* event) {
 }
 
 void SelectableLabel::contextMenuEvent(QContextMenuEvent* event) {
-  if (!isSelectable()) return QLabel::contextMenuEvent(event);
+  if (!isSelectable()) return PaddedLabel::contextMenuEvent(event);
   QMenu menu(this);
   QAction* copyText = menu.addAction(L("Copy", "복사"), this, &SelectableLabel::copy);
   copyText->setShortcut(QKeySequence::Copy);

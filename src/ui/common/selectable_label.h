@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QLabel>
+#include "ui/common/padded_label.h"
 
 namespace velun {
 
 /// A label whose text can be copied where its interaction flags let the user select it: with
 /// Ctrl+C, from its context menu, and by the commands of the window's Edit menu. Copies plain text;
 /// QLabel would also copy its font and size.
-class SelectableLabel : public QLabel {
+class SelectableLabel : public PaddedLabel {
   Q_OBJECT
 
  public:
-  using QLabel::QLabel;
+  using PaddedLabel::PaddedLabel;
 
  public Q_SLOTS:
   /// Does nothing without a selection.

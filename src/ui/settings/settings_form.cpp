@@ -17,9 +17,9 @@ namespace {
 constexpr qreal kSmallText = 0.86;
 constexpr float kSecondaryOpacity = 0.72F;
 constexpr int kIndent = 24;
-constexpr int kChooserWidth = 210;
+constexpr int kChooserWidth = 245;
 /// The width in average letters, which counts with a large font.
-constexpr int kChooserLetters = 25;
+constexpr int kChooserLetters = 29;
 
 /// Ignores the mouse wheel, so that scrolling the form changes no setting.
 class FormChooser final : public QComboBox {
@@ -31,7 +31,7 @@ class FormChooser final : public QComboBox {
 };
 
 /// Small, dimmed text.
-class Note final : public QLabel {
+class Note final : public PaddedLabel {
  public:
   Note() {
     QFont small = font();
@@ -39,12 +39,12 @@ class Note final : public QLabel {
     setFont(small);
     setWordWrap(true);
     setIndent(0);
-    setContentsMargins(kIndent, 0, 0, 2);
+    setPadding({kIndent, 0, 0, 2});
   }
 
  protected:
   void changeEvent(QEvent* event) override {
-    QLabel::changeEvent(event);
+    PaddedLabel::changeEvent(event);
     if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ParentChange) fade();
   }
 
@@ -78,7 +78,7 @@ QCheckBox* addToggle(QVBoxLayout* form) {
   return toggle;
 }
 
-QLabel* addNote(QVBoxLayout* form) {
+PaddedLabel* addNote(QVBoxLayout* form) {
   auto* note = new Note;
   form->addWidget(note);
   return note;

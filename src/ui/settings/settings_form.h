@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "ui/common/padded_label.h"
+
 #include <QString>
 #include <QVariant>
 #include <vector>
 
 class QCheckBox;
 class QComboBox;
-class QLabel;
 class QVBoxLayout;
 class QWidget;
 
@@ -24,7 +25,7 @@ struct Choice {
 QLabel* addHeading(QVBoxLayout* form);
 QCheckBox* addToggle(QVBoxLayout* form);
 /// Small, secondary text under a control.
-QLabel* addNote(QVBoxLayout* form);
+PaddedLabel* addNote(QVBoxLayout* form);
 /// A combo box after its label, which is returned in `label`. When `label` is null it has no label
 /// and fills the row.
 QComboBox* addChooser(QVBoxLayout* form, QLabel** label);

@@ -32,9 +32,10 @@ ShortcutsEditor::ShortcutsEditor(ShortcutSet& shortcuts, QWidget* parent)
   grid->setVerticalSpacing(7);
   addLines(*grid);
   form->addLayout(grid);
-  note_ = addNote(form);
+  PaddedLabel* note = addNote(form);
   // Below the keys, not below a check box.
-  note_->setContentsMargins({});
+  note->setPadding({});
+  note_ = note;
   note_->setTextInteractionFlags(Qt::TextSelectableByMouse);
   connect(&shortcuts, &ShortcutSet::changed, this, &ShortcutsEditor::present);
   present();

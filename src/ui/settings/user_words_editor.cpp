@@ -26,10 +26,12 @@ UserWordsEditor::UserWordsEditor(AppSettings& settings, const SettingsNotes* not
   column->setContentsMargins(0, 0, 0, 0);
   column->addWidget(label_);
   column->addWidget(list_);
-  note_ = addNote(column);
-  unknown_ = addNote(column);
+  PaddedLabel* note = addNote(column);
+  PaddedLabel* unknown = addNote(column);
   // Below the list, not below a check box.
-  for (QLabel* note : {note_, unknown_}) note->setContentsMargins({});
+  for (PaddedLabel* each : {note, unknown}) each->setPadding({});
+  note_ = note;
+  unknown_ = unknown;
   label_->setBuddy(list_);
   list_->setTabChangesFocus(true);
   list_->setLineWrapMode(QPlainTextEdit::NoWrap);

@@ -32,7 +32,7 @@ TRANSLATIONS = [translation("enko-best", "en", "ko", 0.99, TINY["joiner"]),
                 translation("enko-lesser", "en", "ko", 0.98, TINY["tokens"]),
                 translation("fren", "fr", "en", 0.99, TINY["decoder"])]
 UNCLEAR = {"id": "unclear", "kind": "recognition", "title": "Unclear", "languages": ["eu"],
-           "licence": "Unclear", "licenceNotice": {"en": "Read this.", "ko": "읽으십시오."},
+           "licence": "Unclear", "licenceNotice": {"en": "Read this.", "ko": "읽으세요."},
            "writes": [], "quality": "fair", "options": {"locales": ["eu_ES"]},
            "downloads": [download(TINY["decoder"])]}
 

@@ -37,6 +37,8 @@ class OnASmallScreen(ProgramCase):
             with self.subTest(title):
                 self.open_window(action, title)
                 self.wait(f"“{title}” to be readable", lambda: self.is_readable(title))
+                self.wait("the window to have the keyboard", lambda: title in self.desktop.run(
+                    "xdotool", "getactivewindow", "getwindowname"))
                 self.desktop.key("alt+F4")
                 self.wait("the window to close", lambda: title not in self.desktop.windows())
                 self.wait("the panel above other windows", self.panel_is_on_top)

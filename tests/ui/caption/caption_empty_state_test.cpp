@@ -372,6 +372,15 @@ class CaptionEmptyStateTest final : public Suite {
     QTest::newRow("hours") << 3601 << "2 h left"
                            << "2시간 남음";
   }
+  void aDownloadBeginsWithItsFirstByte() {
+    ModelState state;
+    state.stage = Stage::downloading;
+    state.totalBytes = 134'000'000;
+    QCOMPARE(downloadText(state), "Starting the download…");
+    state.doneBytes = 1'000'000;
+    QCOMPARE(downloadText(state), "1 of 134 MB");
+  }
+
   void timeLeftIsRounded() {
     QFETCH(int, seconds);
     QFETCH(QString, english);

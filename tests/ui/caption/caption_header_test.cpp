@@ -3,6 +3,8 @@
 #include "support/suite.h"
 #include "ui/caption/caption_header_view.h"
 #include "ui/caption/caption_menu.h"
+#include "ui/caption/copy_transcript_button.h"
+#include "ui/caption/header_state.h"
 #include "ui/caption/level_meter.h"
 #include "ui/caption/panel_stage.h"
 #include "ui/caption/selectable_transcript_text_view.h"
@@ -56,6 +58,34 @@ class CaptionHeaderTest final : public test::Suite {
   }
 
  private Q_SLOTS:
+  void buttonsUnderThePointerStayDark_data() {
+    QTest::addColumn<bool>("copies");
+    QTest::newRow("menu") << false;
+    QTest::newRow("copy") << true;
+  }
+  void buttonsUnderThePointerStayDark() {
+    QFETCH(bool, copies);
+    PanelStage stage;
+    stage.controller->show();
+    stage.start();
+    stage.final("One.");
+    stage.controller->setHeader(true, false);
+    settle();
+    QToolButton& button = copies
+                              ? static_cast<QToolButton&>(stage.view->header().state().copyButton())
+                              : stage.view->header().session();
+    QVERIFY(button.isEnabled());
+    const auto ground = [&button] {
+      QImage image(button.size(), QImage::Format_ARGB32_Premultiplied);
+      image.fill(Qt::black);
+      button.render(&image, QPoint(), QRegion(), {});
+      return image.pixelColor(button.width() / 2, 2).lightness();
+    };
+    QCOMPARE(ground(), 0);
+    button.setAttribute(Qt::WA_UnderMouse);
+    QVERIFY2(ground() > 10 && ground() < 60, qPrintable(QString::number(ground())));
+  }
+
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
   void controlsStandInOrder() {
@@ -259,6 +289,21 @@ class CaptionHeaderTest final : public test::Suite {
     Localization::shared().setLanguage(AppLanguage::korean);
     QCOMPARE(textsOf(opened(header.sessionMenu())),
              (QStringList{"현재 세션 저장", "저장 기록…", "내보내기…", "새 세션", "설정…"}));
+  }
+
+  void withoutAStatusIconItsCommandsAreInTheSessionMenu() {
+    PanelStage stage;
+    CaptionHeaderView& header = stage.view->header();
+    QVERIFY(header.hideButton().toolTip().contains("status icon"));
+    stage.hasStatusIcons = false;
+    stage.commands.refresh();
+    QVERIFY(!header.hideButton().toolTip().contains("status icon"));
+    const CaptionMenu& menu = opened(header.sessionMenu());
+    QCOMPARE(textsOf(menu).mid(5),
+             (QStringList{"Click Through Captions", "Restore Default Position",
+                          "Check for Updates…", "Quit Velun"}));
+    menu.actions().last()->trigger();
+    QCOMPARE(stage.asked, QStringList{"quit"});
   }
 
   void saveButtonFollowsTheFile() {

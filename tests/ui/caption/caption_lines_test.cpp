@@ -2,6 +2,7 @@
 #include "support/settle.h"
 #include "support/suite.h"
 #include "ui/caption/caption_empty_state.h"
+#include "ui/caption/panel_edge.h"
 #include "ui/caption/panel_stage.h"
 #include "ui/caption/selectable_transcript_text_view.h"
 #include "ui/caption/transcript_formats.h"
@@ -115,13 +116,38 @@ class CaptionLinesTest final : public test::Suite {
     const QImage all = stage.painted();
     QVERIFY(isEmpty(all.copy(0, 0, all.width(), TranscriptLayout::verticalInset)));
     QVERIFY(!isEmpty(all));
-    stage.settings.setCaptionLines(0);
-    settle();
+  }
+
+  void panelOfAnyHeightHidesALineThatItsTopCuts_data() {
+    QTest::addColumn<PanelSet>("set");
+    QTest::newRow("plain letters") << PanelSet::calm;
+    QTest::newRow("outlined letters") << PanelSet::subtitle;
+  }
+  void panelOfAnyHeightHidesALineThatItsTopCuts() {
+    QFETCH(PanelSet, set);
+    Stage stage(0);
+    stage.settings.setPanelSet(set);
     stage.panel().resize(stage.panel().width(), 200);
     settle();
-    stage.bar().setValue(stage.bar().maximum() - 5);
-    const QImage cut = stage.painted();
-    QVERIFY(!isEmpty(cut.copy(0, 0, cut.width(), TranscriptLayout::verticalInset)));
+    const int end = stage.bar().maximum();
+    for (int above = 0; above < 2 * stage.pitch(); ++above) {
+      stage.bar().setValue(end - above);
+      const QImage painted = stage.painted();
+      QVERIFY2(isEmpty(painted.copy(0, 0, painted.width(), 1)), qPrintable(QString::number(above)));
+      QVERIFY(!isEmpty(painted.copy(0, stage.pitch(), painted.width(), stage.pitch())));
+    }
+  }
+
+  void panelWithRoomForOneLineShowsAPartOfAnother() {
+    Stage stage(0);
+    stage.settings.setFontSize(96);
+    stage.panel().resize(stage.panel().width(), CaptionAppearance::minimumSize.height());
+    settle();
+    QVERIFY(stage.text().viewport()->height() < 2 * stage.pitch());
+    for (int above = 0; above < stage.pitch(); ++above) {
+      stage.bar().setValue(stage.bar().maximum() - above);
+      QVERIFY2(!isEmpty(stage.painted()), qPrintable(QString::number(above)));
+    }
   }
 
   void wheelScrollsByWholeLines() {
@@ -173,6 +199,25 @@ class CaptionLinesTest final : public test::Suite {
     settle();
     QCOMPARE(stage.panel().height(), 2 * stage.pitch() + 2 * TranscriptLayout::verticalInset);
     QVERIFY(stage.panel().height() > 2 * before);
+  }
+
+  void onlyTheSidesOfAPanelOfLinesAreDragged() {
+    Stage stage(2);
+    const auto cursorAt = [&stage](Qt::Edges edges) {
+      for (PanelEdge* edge : stage.panel().findChildren<PanelEdge*>()) {
+        if (edge->edges() != edges) continue;
+        QEnterEvent entered(QPointF(1, 1), QPointF(1, 1), QPointF(1, 1));
+        QApplication::sendEvent(edge, &entered);
+        return edge->cursor().shape();
+      }
+      return Qt::BlankCursor;
+    };
+    QCOMPARE(cursorAt(Qt::BottomEdge), Qt::ArrowCursor);
+    QCOMPARE(cursorAt(Qt::BottomEdge | Qt::RightEdge), Qt::SizeHorCursor);
+    QCOMPARE(cursorAt(Qt::LeftEdge), Qt::SizeHorCursor);
+    stage.settings.setCaptionLines(0);
+    QCOMPARE(cursorAt(Qt::BottomEdge), Qt::SizeVerCursor);
+    QCOMPARE(cursorAt(Qt::BottomEdge | Qt::RightEdge), Qt::SizeFDiagCursor);
   }
 
   void emptyStateHasRoom() {

@@ -3,7 +3,9 @@
 
 #include "language/localization.h"
 #include "support/suite.h"
+#include "ui/caption/caption_header_view.h"
 #include "ui/caption/caption_notice.h"
+#include "ui/caption/header_button.h"
 #include "ui/caption/panel_frame.h"
 #include "ui/caption/panel_stage.h"
 #include "ui/common/window_frame.h"
@@ -53,6 +55,15 @@ class CaptionWindowControllerTest final : public test::Suite {
     stage.settings.setClickThrough(false);
     QVERIFY(!stage.desktop.passesClicks);
     QVERIFY(stage.controller->headerShown());
+    QVERIFY(stage.view->notice().isVisible());
+    QCOMPARE(stage.view->notice().text(), QString("The captions can be clicked again."));
+  }
+
+  void aPanelThatTakesClicksFromTheStartSaysNothing() {
+    PanelStage stage;
+    stage.desktop.setCapabilities({.passesClicks = true});
+    stage.controller->show();
+    QVERIFY(!stage.view->notice().isVisible());
   }
 
   void aPanelShownLaterLetsClicksThrough() {
@@ -73,6 +84,29 @@ class CaptionWindowControllerTest final : public test::Suite {
     PanelStage stage;
     stage.controller->moveToNextPlace();
     QVERIFY(stage.controller->isShown());
+  }
+
+  void aHiddenPanelComesBackWithTheKeyboardInItsText() {
+    PanelStage stage;
+    stage.controller->show();
+    stage.view->setHovering(true);
+    stage.view->header().hideButton().setFocus();
+    stage.controller->hide();
+    QVERIFY(!stage.view->header().isAncestorOf(stage.panel().focusWidget()));
+  }
+
+  void movingAwayFromThePointerHidesTheHeader() {
+    PanelStage stage;
+    stage.controller->show();
+    stage.view->setHovering(true);
+    stage.desktop.isPointerOverWindow = true;
+    QVERIFY(stage.controller->headerShown());
+    stage.controller->moveToNextPlace();
+    stage.clock.advance(2s);
+    QVERIFY(stage.controller->headerShown());
+    stage.desktop.isPointerOverWindow = false;
+    stage.clock.advance(2s);
+    QVERIFY(!stage.controller->headerShown());
   }
 
   void hidingUnderThePointerHidesTheHeader() {

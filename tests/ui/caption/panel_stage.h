@@ -73,9 +73,11 @@ struct PanelStage : ModelFixture {
   MemoryPreferences frames;
   QStringList asked;
   AccessStyle still{"fusion", AccessStyle::Outlines::none, true};
+  bool hasStatusIcons = true;
   std::unique_ptr<CaptionWindowController> controller;
   AppCommands commands{*model, [this] {
-                         return WindowState{.isPanelVisible = controller && controller->isShown()};
+                         return WindowState{.isPanelVisible = controller && controller->isShown(),
+                                            .hasStatusIcons = hasStatusIcons};
                        }};
   CaptionView* view = nullptr;
 };

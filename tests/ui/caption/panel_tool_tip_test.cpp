@@ -43,6 +43,41 @@ class PanelToolTipTest final : public test::Suite {
     QVERIFY(!tip->isVisible());
   }
 
+  void tipsOfTheHeaderAreAboveThePanel() {
+    PanelStage stage;
+    stage.controller->show();
+    stage.panel().move(100, 300);
+    stage.controller->setHeader(true, false);
+    auto* tip = stage.panel().findChild<PanelToolTip*>();
+    pointAt(stage.view->header().hideButton());
+    QVERIFY(tip->geometry().bottom() < stage.panel().geometry().top());
+    // At the top of the screen they are below the pointer.
+    stage.panel().move(100, 0);
+    pointAt(stage.view->header().hideButton());
+    QVERIFY(tip->geometry().top() > stage.panel().geometry().top());
+  }
+
+  void aTipIsAsWideAsItsText() {
+    PanelStage stage;
+    stage.controller->show();
+    stage.controller->setHeader(true, false);
+    auto* tip = stage.panel().findChild<PanelToolTip*>();
+    HeaderButton& button = stage.view->header().session();
+    button.setToolTip("Short");
+    pointAt(button);
+    const int width = tip->width();
+    button.setToolTip("A text of some length that fits into one row");
+    pointAt(button);
+    QVERIFY(tip->width() > width);
+    button.setToolTip("Short");
+    pointAt(button);
+    QCOMPARE(tip->width(), width);
+    QEvent restyled(QEvent::StyleChange);
+    QApplication::sendEvent(tip, &restyled);
+    pointAt(button);
+    QCOMPARE(tip->width(), width);
+  }
+
   void aTipEndsWhenThePointerLeavesItsControl() {
     PanelStage stage;
     stage.controller->show();

@@ -59,12 +59,14 @@ class ProgramItemsTest final : public test::Suite {
  private Q_SLOTS:
   void cleanup() { Localization::shared().setLanguage(AppLanguage::english); }
 
-  void nothingIsOfferedWhileNothingPlays() {
+  void aNoteStandsForTheProgramsWhileNothingPlays() {
     Fixture f;
-    QCOMPARE(f.filled(), QStringList());
+    const QStringList note{"Programs that play sound are listed here"};
+    QCOMPARE(f.filled(), note);
     f.items.setFollowing(true);
     f.targets->set(playing({}));
-    QCOMPARE(f.filled(), QStringList());
+    QCOMPARE(f.filled(), note);
+    QVERIFY(!f.menu.actions().last()->isEnabled());
   }
 
   void theProgramsThatPlayAreOffered() {
@@ -80,7 +82,7 @@ class ProgramItemsTest final : public test::Suite {
                                       "Films && Music 외 모두", "Zoom 외 모두"}));
     f.items.setFollowing(false);
     QVERIFY(!f.targets);
-    QCOMPARE(f.filled(), QStringList());
+    QCOMPARE(f.filled(), QStringList{"소리를 재생하는 프로그램이 여기에 나열됩니다"});
   }
 
   void aChoiceIsStoredAndStaysOffered() {
