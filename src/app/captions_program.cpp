@@ -91,7 +91,7 @@ void checkInstalled(EngineServices& services, const CaptionArguments& arguments,
         L("The recognizer isn’t installed. Download it in Velun’s settings, under "
           "Languages & Models.",
           "인식기가 설치되어 있지 않습니다. Velun 설정의 언어 및 모델에서 "
-          "다운로드하십시오."));
+          "다운로드하세요."));
   }
   if (arguments.target.isEmpty()) return;
   const auto bytes = services.translation.downloadBytes(localeID, {arguments.target}).at(0);
@@ -104,7 +104,7 @@ void checkInstalled(EngineServices& services, const CaptionArguments& arguments,
         L("The translation model isn’t installed. Download it in Velun’s settings, under "
           "Languages & Models.",
           "번역 모델이 설치되어 있지 않습니다. Velun 설정의 언어 및 모델에서 "
-          "다운로드하십시오."));
+          "다운로드하세요."));
   }
 }
 

@@ -35,7 +35,7 @@ Failure licenceToAgreeTo(const QString& localeID) {
       L("Captions in %1 need a model whose license is not clear. Read it in Settings, under "
         "Languages & Models, and install the model there.",
         "%1 자막에는 라이선스가 명확하지 않은 모델이 필요합니다. 설정의 ‘언어 및 모델’에서 내용을 "
-        "읽고 모델을 설치하십시오.")
+        "읽고 모델을 설치하세요.")
           .arg(languageName(localeID)));
 }
 

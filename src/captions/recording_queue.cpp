@@ -142,7 +142,7 @@ void RecordingQueue::finished(const std::optional<QString>& error) {
         error ? *error
               : L("No words were recognized. Check that the recognition language is the one that "
                   "is spoken.",
-                  "인식된 말이 없습니다. 인식 언어가 녹음의 언어와 같은지 확인하십시오.");
+                  "인식된 말이 없습니다. 인식 언어가 녹음의 언어와 같은지 확인하세요.");
   }
   next();
   Q_EMIT changed();
@@ -159,7 +159,7 @@ void RecordingQueue::save(Item& item, const CaptionSession& session) {
     item.error = L("The captions couldn’t be saved: %1 They are kept until Velun quits; try again "
                    "once that is solved.",
                    "자막을 저장하지 못했습니다: %1 Velun을 종료할 때까지 자막을 보관하니, 문제를 "
-                   "해결한 뒤 다시 시도하십시오.")
+                   "해결한 뒤 다시 시도하세요.")
                      .arg(descriptionOf(failure));
     unwritten_.emplace_back(item.id, session);
   }

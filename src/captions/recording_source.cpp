@@ -29,7 +29,7 @@ void RecordingSource::start() {
       return end(
           L("The recognizer isn’t installed. Download it in Velun’s settings, under Languages & "
             "Models.",
-            "인식기가 설치되어 있지 않습니다. Velun 설정의 언어 및 모델에서 다운로드하십시오."));
+            "인식기가 설치되어 있지 않습니다. Velun 설정의 언어 및 모델에서 다운로드하세요."));
     }
     run_ = speech_.start(locale, input_);
   } catch (const std::exception& failure) {

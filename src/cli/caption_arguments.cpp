@@ -133,7 +133,7 @@ void check(const CaptionArguments& arguments, const QCommandLineParser& parser) 
   if (arguments.showsDrafts && !isText && arguments.output != CaptionOutput::json) {
     throw UsageError(L("Subtitles have no drafts; use --drafts with the format text or json.",
                        "자막 파일에는 끝나지 않은 줄이 없습니다. --drafts는 text 또는 json 형식과 "
-                       "함께 쓰십시오."));
+                       "함께 쓰세요."));
   }
   checkSource(arguments, parser);
 }

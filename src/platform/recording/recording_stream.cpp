@@ -52,7 +52,7 @@ RecordingStream::RecordingStream(const QString& program, const QString& path)
     pipeline_ = std::make_unique<ProcessPipeline>(std::vector<QStringList>{command});
   } catch (const std::system_error&) {
     throw Failure(L("The program that reads recordings can’t be started. Install Velun again.",
-                    "녹음을 읽는 프로그램을 시작할 수 없습니다. Velun을 다시 설치하십시오."));
+                    "녹음을 읽는 프로그램을 시작할 수 없습니다. Velun을 다시 설치하세요."));
   }
 }
 

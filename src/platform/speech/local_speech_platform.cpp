@@ -107,7 +107,7 @@ std::unique_ptr<SpeechRun> LocalSpeechPlatform::start(const QString& locale,
         L("There is no recognizer for this language on this computer. Choose another language, or "
           "download a speech model in Settings.",
           "이 컴퓨터에는 이 언어의 인식기가 없습니다. 다른 언어를 선택하거나 설정에서 음성 모델을 "
-          "다운로드하십시오."));
+          "다운로드하세요."));
   }
   const QStringList ids = idsOf(recognizers);
   auto run = std::make_unique<LocalSpeechRun>(std::move(recognizers), std::move(input), clock_,

@@ -20,7 +20,7 @@ RecognizerProvider::Factory RecognizerProvider::factory(const QString& locale) c
       L("There is no recognizer for this language on this computer. Choose another language, or "
         "download a speech model in Settings.",
         "이 컴퓨터에는 이 언어의 인식기가 없습니다. 다른 언어를 선택하거나 설정에서 음성 모델을 "
-        "다운로드하십시오."));
+        "다운로드하세요."));
 }
 
 }  // namespace velun

@@ -190,10 +190,10 @@ void HistoryView::presentNothingSelected() {
           "Settings that every session is saved.",
           "저장한 세션이 여기에 표시됩니다.\n자막 창에서 저장하거나, 설정에서 모든 세션을 "
           "저장하도록 "
-          "선택하십시오."),
+          "선택하세요."),
         commands_.openFile);
   } else {
-    nothingSelected_->setHint(L("Select a session to read it.", "읽을 세션을 선택하십시오."));
+    nothingSelected_->setHint(L("Select a session to read it.", "읽을 세션을 선택하세요."));
   }
 }
 

@@ -256,7 +256,7 @@ void HistoryViewModel::rewrite(const QUrl& url,
   if (isLegacyFile(path)) {
     throw Failure(
         L("A transcript of an earlier version can’t be changed. Save it as a session file first.",
-          "이전 버전의 기록은 바꿀 수 없습니다. 먼저 기록 파일로 저장하십시오."));
+          "이전 버전의 기록은 바꿀 수 없습니다. 먼저 기록 파일로 저장하세요."));
   }
   try {
     // Again: it may have changed since it was listed.

@@ -54,7 +54,7 @@ void RecordingsView::translate() {
   hint_->setText(
       L("Choose sound or video files, or drop them here. Each becomes a saved session in the "
         "recognition language of the settings; nothing leaves this computer.",
-        "소리나 영상 파일을 선택하거나 여기로 끌어다 놓으십시오. 파일마다 설정의 인식 언어로 "
+        "소리나 영상 파일을 선택하거나 여기로 끌어다 놓으세요. 파일마다 설정의 인식 언어로 "
         "저장 기록이 만들어지며, 이 컴퓨터 밖으로는 나가지 않습니다."));
   present();
 }

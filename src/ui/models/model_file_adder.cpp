@@ -36,7 +36,7 @@ void ModelFileAdder::addFromFile() {
        .message =
            L("Choose a file of a model that you have downloaded in another way. Files of the "
              "same model beside it are added too.",
-             "다른 방법으로 내려받은 모델의 파일을 선택하십시오. 같은 폴더에 있는 그 모델의 다른 "
+             "다른 방법으로 내려받은 모델의 파일을 선택하세요. 같은 폴더에 있는 그 모델의 다른 "
              "파일도 "
              "함께 추가합니다."),
        .filterName = L("All files", "모든 파일"),
@@ -89,7 +89,7 @@ QString ModelFileAdder::outcome() const {
     return L("“%1” is installed.", "“%1”을(를) 설치했습니다.").arg(name);
   }
   return L("This file is a part of “%1”. Add its other files too: %2",
-           "“%1”의 일부입니다. 다른 파일도 추가하십시오: %2")
+           "“%1”의 일부입니다. 다른 파일도 추가하세요: %2")
       .arg(name, last_->placed.missing.join(", "));
 }
 

@@ -216,8 +216,8 @@ void AppearanceView::present() {
 void AppearanceView::presentTexts() {
   preview_->translate();
   labelChooser(backdropLabel_, backdrop_, L("Preview On", "미리 보기 바탕"));
-  labelChooser(setLabel_, set_, L("Ready Set", "준비된 모음"));
-  reset_->setText(L("Reset This Set", "이 모음 되돌리기"));
+  labelChooser(setLabel_, set_, L("Ready Set", "준비된 스타일"));
+  reset_->setText(L("Reset This Set", "이 스타일 되돌리기"));
   nameControl(reset_, reset_->text());
   textHeading_->setText(L("Text", "글자"));
   labelChooser(sizeLabel_, size_, L("Text Size", "글자 크기"));

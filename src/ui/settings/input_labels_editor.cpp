@@ -5,10 +5,9 @@
 #include "ui/settings/color_chooser.h"
 #include "ui/settings/settings_form.h"
 
-#include <QHBoxLayout>
+#include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QVBoxLayout>
 
 namespace velun {
 
@@ -20,8 +19,8 @@ constexpr int kMaxNameLength = 40;
 
 InputLabelsEditor::InputLabelsEditor(AppSettings& settings, QWidget* parent)
     : QWidget(parent), settings_(settings) {
-  auto* column = new QVBoxLayout(this);
-  column->setContentsMargins(0, 0, 0, 0);
+  auto* grid = new QGridLayout(this);
+  grid->setContentsMargins(0, 0, 0, 0);
   for (std::size_t i = 0; i < rows_.size(); ++i) {
     rows_[i].input = allAudioInputs[i];
     add(rows_[i]);
@@ -33,16 +32,16 @@ InputLabelsEditor::InputLabelsEditor(AppSettings& settings, QWidget* parent)
 }
 
 void InputLabelsEditor::add(Row& row) {
-  auto* line = new QHBoxLayout();
   row.label = new QLabel(this);
   row.name = new QLineEdit(this);
   row.name->setMaxLength(kMaxNameLength);
   row.label->setBuddy(row.name);
   row.color = new ColorChooser(ColorChooser::Automatic::no, this);
-  line->addWidget(row.label);
-  line->addWidget(row.name, 1);
-  line->addWidget(row.color);
-  static_cast<QVBoxLayout*>(layout())->addLayout(line);
+  auto& grid = static_cast<QGridLayout&>(*layout());
+  const int line = grid.rowCount();
+  grid.addWidget(row.label, line, 0);
+  grid.addWidget(row.name, line, 1);
+  grid.addWidget(row.color, line, 2);
   const AudioInput input = row.input;
   connect(row.name, &QLineEdit::editingFinished, this, [this, input, name = row.name] {
     InputLabel label = settings_.inputLabel(input);

@@ -79,7 +79,7 @@ void SharingSection::present() {
   offersNote_->setText(
       L("While captions run, every program of your desktop session can read them over D-Bus. "
         "Nothing leaves this computer.",
-        "자막이 켜져 있는 동안 데스크탑 세션의 모든 프로그램이 D-Bus로 자막을 읽을 수 있습니다. "
+        "자막이 켜져 있는 동안 데스크톱 세션의 모든 프로그램이 D-Bus로 자막을 읽을 수 있습니다. "
         "이 컴퓨터 밖으로는 나가지 않습니다."));
   offers_->setAccessibleDescription(offersNote_->text());
   {

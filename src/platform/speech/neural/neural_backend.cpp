@@ -27,14 +27,14 @@ Failure brokenFile(const FileFault& fault) {
     return Failure(L(
         QString("A file of the speech recognizer is missing or damaged (%1). Install Velun again.")
             .arg(file),
-        QString("음성 인식기의 파일이 없거나 손상되었습니다(%1). Velun을 다시 설치하십시오.")
+        QString("음성 인식기의 파일이 없거나 손상되었습니다(%1). Velun을 다시 설치하세요.")
             .arg(file)));
   }
   return Failure(L(QString("A file of the speech recognizer cannot be read (%1). Check the "
                            "permissions of the file and its disk, or install Velun again.")
                        .arg(file),
                    QString("음성 인식기의 파일을 읽을 수 없습니다(%1). 파일의 권한과 디스크를 "
-                           "확인하거나 Velun을 다시 설치하십시오.")
+                           "확인하거나 Velun을 다시 설치하세요.")
                        .arg(file)));
 }
 
@@ -45,20 +45,20 @@ Failure notStarted(const HelperEnded& end) {
     return Failure(
         L("The speech recognizer couldn’t be started. Try again, or choose another "
           "language.",
-          "음성 인식기를 시작할 수 없습니다. 다시 시도하거나 다른 언어를 선택하십시오."));
+          "음성 인식기를 시작할 수 없습니다. 다시 시도하거나 다른 언어를 선택하세요."));
   }
   return Failure(
       L(QString("The speech recognizer couldn’t be started (%1). Try again, or choose another "
                 "language.")
             .arg(reason),
-        QString("음성 인식기를 시작할 수 없습니다(%1). 다시 시도하거나 다른 언어를 선택하십시오.")
+        QString("음성 인식기를 시작할 수 없습니다(%1). 다시 시도하거나 다른 언어를 선택하세요.")
             .arg(reason)));
 }
 
 Failure unexpectedEnd(const HelperEnded& end) {
   qCWarning(helperLog, "The speech recognizer ended (%s).", end.what());
   return Failure(L("The speech recognizer stopped unexpectedly. Start captions again.",
-                   "음성 인식기가 예기치 않게 중단되었습니다. 자막을 다시 시작하십시오."));
+                   "음성 인식기가 예기치 않게 중단되었습니다. 자막을 다시 시작하세요."));
 }
 
 }  // namespace
@@ -149,7 +149,7 @@ void NeuralBackend::awaitDecoding(std::chrono::milliseconds atMost) {
 
 QString NeuralBackend::adviceIfTooSlow() const {
   return L("This computer is too slow for this speech model. Choose a smaller one in Settings.",
-           "이 컴퓨터에는 이 음성 모델이 너무 큽니다. 설정에서 더 작은 모델을 선택하십시오.");
+           "이 컴퓨터에는 이 음성 모델이 너무 큽니다. 설정에서 더 작은 모델을 선택하세요.");
 }
 
 void NeuralBackend::takeArrived() {

@@ -157,7 +157,7 @@ std::optional<QString> NeuralRecognizerProvider::obstacle(const Model& model) co
   if (library_.isNull() || library_ >= needed) return std::nullopt;
   return L(QString("“%1” needs sherpa-onnx %2 or newer. Install the latest version of Velun.")
                .arg(model.title, needed.toString()),
-           QString("‘%1’에는 sherpa-onnx %2 이상이 필요합니다. 최신 버전의 Velun을 설치하십시오.")
+           QString("‘%1’에는 sherpa-onnx %2 이상이 필요합니다. 최신 버전의 Velun을 설치하세요.")
                .arg(model.title, needed.toString()));
 }
 

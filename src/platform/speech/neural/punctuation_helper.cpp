@@ -19,7 +19,7 @@ QString textFor(const HelperEnded& end) {
                      "Check the permissions of the file and its disk, or install Velun again.")
                  .arg(fault->description()),
              QString("Velun의 파일을 읽을 수 없어 자막에 문장 부호가 없습니다(%1). 파일의 권한과 "
-                     "디스크를 확인하거나 Velun을 다시 설치하십시오.")
+                     "디스크를 확인하거나 Velun을 다시 설치하세요.")
                  .arg(fault->description()));
   }
   // A helper that can tell a reason has noticed that its files cannot be used.
@@ -29,7 +29,7 @@ QString textFor(const HelperEnded& end) {
       "Captions have no punctuation, because the part of Velun that adds it does not respond. "
       "Start captions again.",
       "문장 부호를 넣는 Velun의 구성 요소가 응답하지 않아 자막에 문장 부호가 없습니다. 자막을 다시 "
-      "시작하십시오.");
+      "시작하세요.");
 }
 
 }  // namespace
@@ -38,7 +38,7 @@ QString missingPunctuationText() {
   return L(
       "Captions have no punctuation, because a file of Velun is missing or damaged. Install Velun "
       "again.",
-      "Velun의 파일이 없거나 손상되어 자막에 문장 부호가 없습니다. Velun을 다시 설치하십시오.");
+      "Velun의 파일이 없거나 손상되어 자막에 문장 부호가 없습니다. Velun을 다시 설치하세요.");
 }
 
 PunctuationHelper::PunctuationHelper(HelperProgram program, RecognizerSettings settings,

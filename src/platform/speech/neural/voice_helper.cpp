@@ -20,7 +20,7 @@ QString failureText() {
       "Speakers are not told apart any more, because their model does not work. Install it again "
       "under Languages & Models.",
       "화자 모델이 작동하지 않아 더 이상 화자를 구분하지 않습니다. ‘언어 및 모델’에서 다시 "
-      "설치하십시오.");
+      "설치하세요.");
 }
 
 }  // namespace
