@@ -18,7 +18,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kSilenceCheckInterval = 500ms;
-constexpr auto kBriefNoticeTime = 8s;
 /// Seconds without audio after which an unfinished phrase is finalized.
 constexpr double kMaxSilenceInPhrase = 1.0;
 /// Seconds without audio after which the level meter is empty.
@@ -37,12 +36,6 @@ Failure licenceToAgreeTo(const QString& localeID) {
         "%1 자막에는 라이선스가 명확하지 않은 모델이 필요합니다. 설정의 ‘언어 및 모델’에서 내용을 "
         "읽고 모델을 설치하세요.")
           .arg(languageName(localeID)));
-}
-
-QString missingDevice(const AudioTarget& target) {
-  return L("“%1” is not connected. Captions will go on when it is back.",
-           "‘%1’이(가) 연결되어 있지 않습니다. 다시 연결되면 자막이 계속됩니다.")
-      .arg(target.name.isEmpty() ? target.id : target.name);
 }
 
 /// The error of a start at that stage; a cancellation stays one.
@@ -79,7 +72,11 @@ SpeechRecognitionEngine::SpeechRecognitionEngine(SpeechPlatform& speech, AudioPl
       audioPlatform_(audio),
       clock_(clock),
       echo_(std::move(echo)),
-      finishLimit_(finishTimeout) {}
+      finishLimit_(finishTimeout),
+      status_(clock) {
+  connect(&status_, &RunStatus::changed, this,
+          [this](const std::optional<QString>& text) { Q_EMIT eventOccurred(StatusEvent{text}); });
+}
 
 SpeechRecognitionEngine::~SpeechRecognitionEngine() {
   cancelAudio_.reset();
@@ -89,7 +86,7 @@ SpeechRecognitionEngine::~SpeechRecognitionEngine() {
 QCoro::Task<> SpeechRecognitionEngine::start(QString localeID, CaptionTargets targets,
                                              std::stop_token stop) {
   const QPointer<SpeechRecognitionEngine> self(this);
-  shownStatus_.reset();
+  status_.forget();
   Q_EMIT eventOccurred(StatusEvent{});
   const Run run(QUuid::createUuid(), localeID, targets.first());
   engineToken_ = run.token;
@@ -175,15 +172,7 @@ void SpeechRecognitionEngine::startRecognition(const QString& locale, const Run&
   recognition_ = speech_.start(locale, input_);
   run_ = run;
   connect(recognition_.get(), &SpeechRun::resultReady, this, &SpeechRecognitionEngine::handle);
-  followLag(*recognition_);
-  connect(recognition_.get(), &SpeechRun::noticed, this, [this](const QString& notice) {
-    // During a stop, the text would outlive the captions.
-    if (!audio_) return;
-    notice_ = notice.isEmpty() ? std::nullopt : std::optional(notice);
-    updateStatus();
-  });
-  connect(recognition_.get(), &SpeechRun::noticedBriefly, this,
-          [this](const QString& notice) { showBriefly(notice); });
+  followStatus(*recognition_);
   connect(recognition_.get(), &SpeechRun::ended, this, [this](const std::optional<QString>& error) {
     if (!error) return;
     const QString text =
@@ -192,22 +181,24 @@ void SpeechRecognitionEngine::startRecognition(const QString& locale, const Run&
   });
 }
 
-void SpeechRecognitionEngine::followLag(const SpeechRun& recognition) {
-  // During a stop, the texts would outlive the captions.
-  const auto update = [this](const auto& change) {
+/// During a stop, the texts of the status would outlive the captions.
+void SpeechRecognitionEngine::followStatus(const SpeechRun& recognition) {
+  connect(&recognition, &SpeechRun::noticed, this, [this](const QString& notice) {
+    if (audio_) status_.setNotice(notice);
+  });
+  connect(&recognition, &SpeechRun::noticedBriefly, this, [this](const QString& notice) {
+    if (audio_) status_.showBriefly(notice);
+  });
+  connect(&recognition, &SpeechRun::lagChanged, this, [this](bool isBehind) {
+    if (audio_) status_.setBehind(isBehind);
+  });
+  connect(&recognition, &SpeechRun::skipped, this, [this](double seconds) {
+    if (audio_) status_.addSkipped(seconds);
+  });
+  connect(&recognition, &SpeechRun::tooSlow, this, [this](const QString& advice) {
     if (!audio_) return;
-    change();
-    updateStatus();
-  };
-  connect(&recognition, &SpeechRun::lagChanged, this, [this, update](bool isBehind) {
-    update([this, isBehind] { lag_.setBehind(isBehind); });
-  });
-  connect(&recognition, &SpeechRun::skipped, this, [this, update](double seconds) {
-    update([this, seconds] { lag_.addSkipped(seconds, clock_.monotonicSeconds()); });
-  });
-  connect(&recognition, &SpeechRun::tooSlow, this, [this, update](const QString& advice) {
-    update([this, advice] { lag_.advise(advice, clock_.monotonicSeconds()); });
-    if (audio_) Q_EMIT tooSlow();
+    status_.advise(advice);
+    Q_EMIT tooSlow();
   });
 }
 
@@ -225,9 +216,7 @@ QCoro::Task<> SpeechRecognitionEngine::startAudio(Run run, std::stop_token stop)
 
 void SpeechRecognitionEngine::followSource(const AudioSource& source, QUuid token) {
   const auto setInterrupted = [this, token](bool isInterrupted) {
-    if (engineToken_ != token) return;
-    isInterrupted_ = isInterrupted;
-    updateStatus();
+    if (engineToken_ == token) status_.setInterrupted(isInterrupted);
   };
   connect(&source, &AudioSource::interrupted, this, [setInterrupted] { setInterrupted(true); });
   connect(&source, &AudioSource::resumed, this, [setInterrupted] { setInterrupted(false); });
@@ -243,7 +232,9 @@ void SpeechRecognitionEngine::followSource(const AudioSource& source, QUuid toke
 
 void SpeechRecognitionEngine::setDeviceMissing(bool isMissing) {
   if (std::exchange(isDeviceMissing_, isMissing) == isMissing) return;
-  updateStatus();
+  const AudioTarget& target = run_->target;
+  const QString& name = target.name.isEmpty() ? target.id : target.name;
+  status_.setMissingDevice(isMissing ? std::optional(name) : std::nullopt);
   Q_EMIT missingInputChanged();
 }
 
@@ -299,13 +290,8 @@ QCoro::Task<> SpeechRecognitionEngine::stop() {
   cancelAudio_.reset();
   if (audio_) audio_->stop();
   audio_.reset();
-  isInterrupted_ = false;
-  lag_ = {};
-  notice_.reset();
-  briefNotice_.reset();
-  briefNoticeEnd_.reset();
+  status_.clear();
   setDeviceMissing(false);
-  updateStatus();
   bool hasFedAudio = false;
   if (input_) input_->finish();
   if (feeder_) hasFedAudio = feeder_->hasFedAudio();
@@ -352,51 +338,12 @@ void SpeechRecognitionEngine::forgetRun() {
   isStarting_ = false;
   setDownloading(false);
   volatileText_.clear();
-  isInterrupted_ = false;
-  lag_ = {};
-  statusUpdate_.reset();
-  notice_.reset();
-  briefNotice_.reset();
-  briefNoticeEnd_.reset();
-  shownStatus_.reset();
+  status_.forget();
 }
 
 std::vector<float> SpeechRecognitionEngine::meterBands() const {
   if (!feeder_ || clock_.monotonicSeconds() - feeder_->lastFeed() >= kMeterTimeout) return {};
   return feeder_->bands();
-}
-
-void SpeechRecognitionEngine::showBriefly(const QString& notice) {
-  if (!audio_) return;
-  briefNotice_ = notice;
-  briefNoticeEnd_ = clock_.callAfter(kBriefNoticeTime, [this] {
-    briefNotice_.reset();
-    updateStatus();
-  });
-  updateStatus();
-}
-
-void SpeechRecognitionEngine::updateStatus() {
-  std::optional<QString> status;
-  const double now = clock_.monotonicSeconds();
-  statusUpdate_.reset();
-  if (const std::optional<double> next = lag_.nextChange(now)) {
-    const auto delay =
-        std::chrono::ceil<std::chrono::milliseconds>(std::chrono::duration<double>(*next - now));
-    statusUpdate_ = clock_.callAfter(delay, [this] { updateStatus(); });
-  }
-  if (isInterrupted_) {
-    status = L("The sound system is not responding. Captions will go on when it is back.",
-               "사운드 시스템이 응답하지 않습니다. 복구되면 자막이 계속됩니다.");
-  } else if (isDeviceMissing_) {
-    status = missingDevice(run_->target);
-  } else {
-    status = lag_.text(now);
-    if (!status) status = briefNotice_ ? briefNotice_ : notice_;
-  }
-  if (status == shownStatus_) return;
-  shownStatus_ = status;
-  Q_EMIT eventOccurred(StatusEvent{status});
 }
 
 /// Replaces any status. During a start, it becomes the failure of the start.
@@ -406,13 +353,7 @@ void SpeechRecognitionEngine::fail(const FailureEvent& failure) {
     if (audio_) audio_->stop();
     return;
   }
-  isInterrupted_ = false;
-  lag_ = {};
-  statusUpdate_.reset();
-  notice_.reset();
-  briefNotice_.reset();
-  briefNoticeEnd_.reset();
-  shownStatus_.reset();
+  status_.forget();
   Q_EMIT eventOccurred(failure);
 }
 

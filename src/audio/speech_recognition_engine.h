@@ -2,7 +2,7 @@
 #pragma once
 
 #include "audio/audio_input_kind.h"
-#include "audio/lag_status.h"
+#include "audio/run_status.h"
 #include "audio/speech_recognizing.h"
 #include "platform/audio/audio_platform.h"
 #include "platform/foundation/clock.h"
@@ -66,7 +66,7 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
                                 const std::stop_token& stop);
   void setDownloading(bool isDownloading);
   void startRecognition(const QString& locale, const Run& run);
-  void followLag(const SpeechRun& recognition);
+  void followStatus(const SpeechRun& recognition);
   QCoro::Task<> startAudio(Run run, std::stop_token stop);
   void handle(const TranscriptionResult& result);
   Instant wallTime(double monotonicSeconds) const;
@@ -78,8 +78,6 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   QCoro::Task<> finishRecognition();
   void giveUpUndecoded();
   QCoro::Task<> cancelRecognition();
-  void showBriefly(const QString& notice);
-  void updateStatus();
   void fail(const FailureEvent& failure);
   void forgetRun();
 
@@ -97,8 +95,6 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   std::unique_ptr<ScheduledCall> silenceCheck_;
   /// While a stop waits for the recognizer.
   std::unique_ptr<ScheduledCall> finishTimeout_;
-  /// When a text about skipped audio ends.
-  std::unique_ptr<ScheduledCall> statusUpdate_;
   /// Identifies the current run; work for another one is stale.
   QUuid engineToken_;
   /// The run of `recognition_`.
@@ -111,15 +107,8 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   FailureStage startStage_ = FailureStage::recognition;
   /// The last draft.
   QString volatileText_;
-  bool isInterrupted_ = false;
   bool isDeviceMissing_ = false;
-  LagStatus lag_;
-  /// What is missing in this run.
-  std::optional<QString> notice_;
-  /// Shown until the call.
-  std::optional<QString> briefNotice_;
-  std::unique_ptr<ScheduledCall> briefNoticeEnd_;
-  std::optional<QString> shownStatus_;
+  RunStatus status_;
 };
 
 }  // namespace velun
