@@ -1,11 +1,19 @@
 """Base class of tests that control the real program through the accessibility bus."""
 
+import json
 import os
 import unittest
 
 from accessibility import Accessibility
 from private_desktop import PrivateDesktop
 from velun_program import APPLICATION, VelunProgram
+
+SESSION = {
+    "schemaVersion": 1, "id": "7C7F3A5E-3B0C-4B55-9F5D-0E2D6B1F0A11", "title": "Caption Session",
+    "startedAt": "2026-03-04T07:30:45Z", "endedAt": "2026-03-04T07:31:45Z",
+    "lines": [{"id": "B2A9E7A1-52C8-4D8F-8B8E-2E6D3F4C5A10", "time": "2026-03-04T07:31:00Z",
+               "input": "computer", "sourceLanguage": "en_US", "text": "One line.",
+               "translations": {}}]}
 
 
 class ProgramCase(unittest.TestCase):
@@ -26,6 +34,13 @@ class ProgramCase(unittest.TestCase):
 
     def quit(self):
         self.assertEqual(self.program.quit(), 0, self.program.log())
+
+    def save_session(self):
+        """Puts a session with one line among the saved ones; returns its file."""
+        self.program.sessions.mkdir(parents=True, exist_ok=True)
+        file = self.program.sessions / "Velun-2026-03-04-073045-7C7F3A5E.json"
+        file.write_text(json.dumps(SESSION))
+        return file
 
     def open_window(self, action, title):
         """Opens a window by an action; returns its accessible object."""

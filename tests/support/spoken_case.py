@@ -12,7 +12,6 @@ from trays import EmbeddedTray
 from velun_program import APPLICATION, VelunProgram
 
 EXECUTABLE = os.environ["VELUN_PROGRAM"]
-PANEL = "Velun Captions"
 QUESTION_BUTTONS = ("Save Session", "Don’t Save", "Cancel")
 
 

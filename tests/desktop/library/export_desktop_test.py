@@ -7,8 +7,8 @@ import session_files
 import srt
 import webvtt
 from library_case import LibraryCase
+from window_titles import EXPORT
 
-EXPORT = "Export Session"
 SRT, VTT = "SubRip Subtitles (.srt)", "WebVTT Subtitles (.vtt)"
 FORMATS = ["Markdown (.md)", "Text (.txt)", "Markdown Table (.md)", "Web Page (.html)", SRT, VTT,
            "Velun Session (.json)"]

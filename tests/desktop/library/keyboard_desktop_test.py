@@ -2,7 +2,8 @@
 
 import unittest
 
-from library_case import TITLE, LibraryCase
+from library_case import LibraryCase
+from window_titles import HISTORY
 
 # What a control that takes the keyboard can be.
 ROLES = {"push button", "button menu", "check box", "combo box", "text", "list", "list item",
@@ -192,7 +193,7 @@ class Announcements(KeyboardCase):
     def test_a_search_without_results_is_announced(self):
         self.launch()
         events = self.accessibility.watch("object:state-changed", "StateChanged")
-        self.library = self.open_window("show-history", TITLE)
+        self.library = self.open_window("show-history", HISTORY)
         self.row("Evening talk")
         self.type("zzz")
         notice = self.library.wait_for("notification", "No Results")

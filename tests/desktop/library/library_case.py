@@ -5,8 +5,8 @@ from datetime import datetime
 import session_files
 from program_case import ProgramCase
 from session_files import UTC
+from window_titles import HISTORY
 
-TITLE = "Velun — Saved Sessions"
 LEGACY = ("20:15:03", "Hello", "안녕")
 
 
@@ -26,7 +26,7 @@ class LibraryCase(ProgramCase):
         self.files.append(session_files.write_legacy(
             self.program.sessions, datetime(2024, 1, 2, 20, 15, 0), [LEGACY]))
 
-    def open_library(self, title=TITLE):
+    def open_library(self, title=HISTORY):
         self.launch()
         self.library = self.open_window("show-history", title)
         return self.library

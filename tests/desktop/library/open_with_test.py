@@ -7,8 +7,8 @@ import unittest
 from pathlib import Path
 
 from library_case import LibraryCase
+from window_titles import HISTORY
 
-TITLE = "Velun — Saved Sessions"
 SESSION_TYPE = "application/x-velun-session+json"
 DATA = Path(os.environ["VELUN_DATA"])
 BUILT_DATA = Path(os.environ["VELUN_BUILT_DATA"])
@@ -20,7 +20,7 @@ class OpenWith(LibraryCase):
         guest.write_bytes(self.files[2].read_bytes())
         self.program.process = self.desktop.start([self.program.executable, str(guest)], log="velun")
         self.application = self.accessibility.application("app.velun.Velun")
-        self.library = self.window(TITLE)
+        self.library = self.window(HISTORY)
         self.wait_for_selection("Team call")
         other = self.desktop.root / "other.json"
         other.write_bytes(self.files[0].read_bytes())
@@ -65,7 +65,7 @@ class OpenWith(LibraryCase):
         self.assertIn("app.velun.Velun.desktop", self.desktop.run("gio", "mime", SESSION_TYPE))
         self.launch()
         self.desktop.run("gio", "open", guest)
-        self.library = self.window(TITLE)
+        self.library = self.window(HISTORY)
         self.wait_for_selection("Team call")
         self.quit()
 

@@ -8,8 +8,9 @@ import subprocess
 import unittest
 from pathlib import Path
 
-from spoken_case import EXECUTABLE, PANEL, PlainCase, SpokenCase
+from spoken_case import EXECUTABLE, PlainCase, SpokenCase
 from velun_program import APPLICATION
+from window_titles import PANEL
 
 INSTALLED = Path(EXECUTABLE).parent.parent / "data"
 NO_NETWORK = ["unshare", "--net", *([] if os.geteuid() == 0 else ["--map-current-user"])]

@@ -3,8 +3,9 @@
 import signal
 import unittest
 
-from spoken_case import PANEL, SpokenCase
+from spoken_case import SpokenCase
 from trays import BusTray
+from window_titles import PANEL
 
 # Title → (enabled, checked), in order.
 AT_FIRST = {

@@ -2,8 +2,9 @@
 
 import unittest
 
-from spoken_case import PANEL, PlainCase, SpokenCase
+from spoken_case import PlainCase, SpokenCase
 from trays import BusTray, EmbeddedTray, open_menu
+from window_titles import PANEL
 
 
 class ClickRules:

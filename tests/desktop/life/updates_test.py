@@ -11,10 +11,10 @@ from pathlib import Path
 from opener import Opener
 from private_desktop import end
 from program_case import ProgramCase
+from window_titles import UPDATES
 
 HERE = Path(__file__).resolve().parent
 PORT = os.environ["VELUN_FEED_PORT"]
-WINDOW = "Velun — Updates"
 PAGE = "https://example.org/release"
 FEED = """<rss version="2.0" xmlns:sparkle="http://www.andymatuschak.org/xml-namespaces/sparkle">
 <channel><item><link>{page}</link><sparkle:version>{version}</sparkle:version>
@@ -71,8 +71,8 @@ class Updates(ProgramCase):
     def check(self, *texts):
         if self.updates:
             self.updates.find("push button", "Close").press()
-            self.wait("the last one to close", lambda: WINDOW not in self.desktop.windows())
-        self.updates = self.open_window("check-for-updates", WINDOW)
+            self.wait("the last one to close", lambda: UPDATES not in self.desktop.windows())
+        self.updates = self.open_window("check-for-updates", UPDATES)
         for text in texts:
             self.updates.wait_for("notification", text)
         self.assertEqual(self.updates.find("push button", "Open Release Page").is_showing,

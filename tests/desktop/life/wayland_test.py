@@ -3,11 +3,12 @@
 import unittest
 
 from accessibility import Accessibility
-from spoken_case import EXECUTABLE, PANEL
+from spoken_case import EXECUTABLE
 from trays import BusTray, open_menu
 from velun_program import APPLICATION, VelunProgram
 from wayland_desktop import WaylandDesktop
 from wayland_input import WaylandInput
+from window_titles import PANEL
 
 OTHER = "Another program"
 HEADER_HEIGHT = 44  # pixels

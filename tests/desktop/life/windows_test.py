@@ -1,6 +1,5 @@
 """Titles, positions, links and keys of the real program's windows."""
 
-import json
 import os
 import re
 import unittest
@@ -8,19 +7,9 @@ from pathlib import Path
 
 from opener import Opener
 from program_case import ProgramCase
+from window_titles import ABOUT, HISTORY, PANEL, SETTINGS, UPDATES
 
 HERE = Path(__file__).resolve().parent
-PANEL = "Velun Captions"
-SETTINGS = "Velun Settings"
-HISTORY = "Velun — Saved Sessions"
-UPDATES = "Velun — Updates"
-ABOUT = "About Velun"
-SESSION = {
-    "schemaVersion": 1, "id": "7C7F3A5E-3B0C-4B55-9F5D-0E2D6B1F0A11", "title": "Caption Session",
-    "startedAt": "2026-03-04T07:30:45Z", "endedAt": "2026-03-04T07:31:45Z",
-    "lines": [{"id": "B2A9E7A1-52C8-4D8F-8B8E-2E6D3F4C5A10", "time": "2026-03-04T07:31:00Z",
-               "input": "computer", "sourceLanguage": "en_US", "text": "One line.",
-               "translations": {}}]}
 
 
 class Windows(ProgramCase):
@@ -135,7 +124,7 @@ class Windows(ProgramCase):
         self.quit()
 
     def test_keys_work_in_every_window(self):
-        self.write_session()
+        self.save_session()
         self.launch()
         for action, title in (("show-settings", SETTINGS), ("show-history", HISTORY), ("show-about", ABOUT),
                               ("check-for-updates", UPDATES)):
@@ -174,7 +163,7 @@ class Windows(ProgramCase):
                 self.assertEqual(self.program.terminate(), 0, self.program.log())
 
     def test_the_saved_session_is_saved_and_exported_by_keys(self):
-        self.write_session()
+        self.save_session()
         self.launch()
         self.select_saved_session()
         self.desktop.key("ctrl+s")
@@ -189,7 +178,7 @@ class Windows(ProgramCase):
         self.quit()
 
     def test_files_are_chosen_above_the_captions(self):
-        self.write_session()
+        self.save_session()
         self.launch()
         self.activate("show-panel", PANEL)
         self.select_saved_session()
@@ -224,12 +213,6 @@ class Windows(ProgramCase):
         self.application.wait_for("text", "Caption Text").click()
         self.wait("the keyboard in the panel", is_active)
 
-    def write_session(self):
-        self.program.sessions.mkdir(parents=True)
-        file = self.program.sessions / "Velun-2026-03-04-073045-7C7F3A5E.json"
-        file.write_text(json.dumps(SESSION))
-        return file
-
     def select_saved_session(self):
         history = self.open_window("show-history", HISTORY)
         history.wait_for("list item", "Caption Session, 1 sentence").click()
@@ -237,7 +220,7 @@ class Windows(ProgramCase):
         return history
 
     def reveal_saved_session(self):
-        file = self.write_session()
+        file = self.save_session()
         self.launch()
         history = self.select_saved_session()
         item = history.find("list item", "Caption Session, 1 sentence")

@@ -2,7 +2,8 @@
 
 import unittest
 
-from spoken_case import EXECUTABLE, PANEL, PlainCase
+from spoken_case import EXECUTABLE, PlainCase
+from window_titles import PANEL
 
 BENEATH = "Window Beneath"
 

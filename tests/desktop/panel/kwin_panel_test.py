@@ -4,7 +4,7 @@ import unittest
 
 from compositors import KWin, WIDTH
 from layer_panel_case import FRAME, LayerPanelCase, LayerPanelTests, moved
-from spoken_case import PANEL
+from window_titles import PANEL
 
 
 class KWinPanel(LayerPanelTests, LayerPanelCase):

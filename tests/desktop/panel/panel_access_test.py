@@ -2,7 +2,8 @@
 
 import unittest
 
-from spoken_case import PANEL, SpokenCase
+from spoken_case import SpokenCase
+from window_titles import PANEL
 
 HEADER = {
     "en": ("Input Source", "Save Current Session", "Translation Settings", "Start Captions",

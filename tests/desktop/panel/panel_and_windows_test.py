@@ -1,24 +1,12 @@
 """The program's own windows are readable although the panel is kept on top."""
 
-import json
 import re
 import unittest
 
 from program_case import ProgramCase
+from window_titles import ABOUT, EXPORT, HISTORY, PANEL, SETTINGS, UPDATES
 
-PANEL = "Velun Captions"
-SETTINGS = "Velun Settings"
-HISTORY = "Velun — Saved Sessions"
-ABOUT = "About Velun"
-UPDATES = "Velun — Updates"
-EXPORT = "Export Session"
 OTHER = "Another program"
-SESSION = {
-    "schemaVersion": 1, "id": "7C7F3A5E-3B0C-4B55-9F5D-0E2D6B1F0A11", "title": "Caption Session",
-    "startedAt": "2026-03-04T07:30:45Z", "endedAt": "2026-03-04T07:31:45Z",
-    "lines": [{"id": "B2A9E7A1-52C8-4D8F-8B8E-2E6D3F4C5A10", "time": "2026-03-04T07:31:00Z",
-               "input": "computer", "sourceLanguage": "en_US", "text": "One line.",
-               "translations": {}}]}
 
 
 class OnASmallScreen(ProgramCase):
@@ -80,7 +68,7 @@ class OnASmallScreen(ProgramCase):
         self.quit()
 
     def test_the_export_of_a_saved_session_is_readable(self):
-        self.write_session()
+        self.save_session()
         history = self.open_window("show-history", HISTORY)
         history.wait_for("list item", "Caption Session, 1 sentence").click()
         self.wait("its text", lambda: "One line." in history.find("text", "Caption Text").text)
@@ -97,11 +85,6 @@ class OnASmallScreen(ProgramCase):
         self.program.action("show-panel")
         self.desktop.wait_for_window(PANEL)
         self.quit()
-
-    def write_session(self):
-        self.program.sessions.mkdir(parents=True, exist_ok=True)
-        (self.program.sessions / "Velun-2026-03-04-073045-7C7F3A5E.json").write_text(
-            json.dumps(SESSION))
 
     def is_readable(self, title):
         """Whether the panel covers no part of the window."""

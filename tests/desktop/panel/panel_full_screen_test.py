@@ -2,7 +2,8 @@
 
 import unittest
 
-from spoken_case import PANEL, PlainCase
+from spoken_case import PlainCase
+from window_titles import PANEL
 
 OTHER = "Event Tester"  # the window of xev
 

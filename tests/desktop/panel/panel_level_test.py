@@ -3,7 +3,8 @@
 import signal
 import unittest
 
-from spoken_case import PANEL, PlainCase
+from spoken_case import PlainCase
+from window_titles import PANEL
 
 
 class PanelLevel(PlainCase):

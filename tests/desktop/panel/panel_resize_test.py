@@ -4,7 +4,8 @@ import re
 import signal
 import unittest
 
-from spoken_case import PANEL, PlainCase
+from spoken_case import PlainCase
+from window_titles import PANEL
 
 
 class PanelResize(PlainCase):

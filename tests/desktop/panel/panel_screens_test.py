@@ -4,8 +4,9 @@ import re
 import unittest
 
 from private_desktop import PrivateDesktop
-from spoken_case import EXECUTABLE, PANEL, PlainCase
+from spoken_case import EXECUTABLE, PlainCase
 from velun_program import VelunProgram
+from window_titles import PANEL
 
 SIZE = (560, 250)
 

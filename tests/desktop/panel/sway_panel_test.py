@@ -4,7 +4,7 @@ import unittest
 
 from compositors import Sway
 from layer_panel_case import LayerPanelCase, LayerPanelTests
-from spoken_case import PANEL
+from window_titles import PANEL
 
 
 class SwayPanel(LayerPanelTests, LayerPanelCase):

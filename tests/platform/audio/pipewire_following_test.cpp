@@ -1,11 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/audio/linux/pipewire_audio_platform.h"
+#include "platform/audio/pipewire_suite.h"
 #include "support/await.h"
-#include "support/manual_clock.h"
 #include "support/playback_stream.h"
-#include "support/private_pipewire.h"
-#include "support/recorder.h"
-#include "support/suite.h"
 
 using namespace velun;
 using namespace velun::test;
@@ -17,28 +13,15 @@ constexpr int limit = 20'000;
 
 }  // namespace
 
-/// A running capture while devices and PipeWire come and go. The clock stands still unless it is
-/// advanced, so that nothing here depends on the speed of the machine.
-class PipeWireFollowingTest final : public Suite {
+/// A running capture while devices and PipeWire come and go.
+class PipeWireFollowingTest final : public PipeWireSuite {
   Q_OBJECT
 
  private Q_SLOTS:
   void init() {
-    Suite::init();
-    server_ = std::make_unique<PrivatePipeWire>();
-    QVERIFY(server_->start());
-    QVERIFY(server_->addSink("speakers"));
-    QVERIFY(server_->addSink("headphones"));
-    QVERIFY(server_->setDefaultSink("speakers"));
-    reports_.clear();
-    recorder_.clear();
-    source_ = makeSource(platform_);
+    PipeWireSuite::init();
+    source_ = makeSource(platform_, {});
     await(source_->start(recorder_.handler()));
-  }
-
-  void cleanup() {
-    source_.reset();
-    server_.reset();
   }
 
   void theDefaultOutputIsFollowedInMidTone() {
@@ -125,7 +108,7 @@ class PipeWireFollowingTest final : public Suite {
     source_.reset();
     QVERIFY(server_->setDefaultSink("headphones"));
     // Kept awake, the output would run under the first session manager; see above.
-    source_ = makeSource(platformThatLetsSleep_);
+    source_ = makeSource(platformThatLetsSleep_, {});
     await(source_->start(recorder_.handler()));
     server_->killManager();
     VERIFY_SOON(isReportedInTime({"interrupted"}));
@@ -192,33 +175,12 @@ class PipeWireFollowingTest final : public Suite {
   }
 
  private:
-  std::unique_ptr<AudioSource> makeSource(PipeWireAudioPlatform& platform) {
-    auto source = platform.makeSource({});
-    connect(source.get(), &AudioSource::interrupted, this, [this] { reports_ << "interrupted"; });
-    connect(source.get(), &AudioSource::resumed, this, [this] { reports_ << "resumed"; });
-    connect(source.get(), &AudioSource::failed, this,
-            [this](const QString& message) { reports_ << message; });
-    return source;
-  }
-
-  /// Advances the clock, because the source links a stream again that the session manager has not.
-  bool hearsInTime(double frequency, double other) {
-    clock_.advance(20ms);
-    return recorder_.hearsOnly(frequency, other);
-  }
-
   bool isReportedInTime(const QStringList& reports) {
     clock_.advance(20ms);
     return reports_ == reports;
   }
 
-  Recorder recorder_;
-  ManualClock clock_;
-  PipeWireAudioPlatform platform_{clock_};
   PipeWireAudioPlatform platformThatLetsSleep_{clock_, 0ms};
-  std::unique_ptr<PrivatePipeWire> server_;
-  QStringList reports_;
-  std::unique_ptr<AudioSource> source_;
 };
 
 QTEST_GUILESS_MAIN(PipeWireFollowingTest)

@@ -1,13 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/localization.h"
-#include "platform/audio/linux/pipewire_audio_platform.h"
+#include "platform/audio/pipewire_suite.h"
 #include "platform/foundation/failure.h"
 #include "support/await.h"
-#include "support/manual_clock.h"
 #include "support/playback_stream.h"
-#include "support/private_pipewire.h"
-#include "support/recorder.h"
-#include "support/suite.h"
 
 using namespace velun;
 using namespace velun::test;
@@ -19,27 +15,18 @@ constexpr int limit = 20'000;
 }  // namespace
 
 /// The microphone beside a computer that plays something else.
-class PipeWireMicrophoneTest final : public Suite {
+class PipeWireMicrophoneTest final : public PipeWireSuite {
   Q_OBJECT
 
  private Q_SLOTS:
   void init() {
-    Suite::init();
-    server_ = std::make_unique<PrivatePipeWire>();
-    QVERIFY(server_->start());
-    QVERIFY(server_->addSink("speakers"));
-    QVERIFY(server_->setDefaultSink("speakers"));
-    reports_.clear();
-    recorder_.clear();
-    source_ = platform_.makeSource({AudioTarget::Kind::input, {}, {}});
-    connect(source_.get(), &AudioSource::interrupted, this, [this] { reports_ << "interrupted"; });
-    connect(source_.get(), &AudioSource::resumed, this, [this] { reports_ << "resumed"; });
+    PipeWireSuite::init();
+    source_ = makeSource(platform_, {AudioTarget::Kind::input, {}, {}});
   }
 
   void cleanup() {
     Localization::shared().setLanguage(AppLanguage::english);
-    source_.reset();
-    server_.reset();
+    PipeWireSuite::cleanup();
   }
 
   void theMicrophoneIsHeardAndNotTheComputer_data() {
@@ -152,12 +139,6 @@ class PipeWireMicrophoneTest final : public Suite {
   }
 
  private:
-  /// Advances the clock, because the source links a stream again that the session manager has not.
-  bool hearsInTime(double frequency, double other) {
-    clock_.advance(20ms);
-    return recorder_.hearsOnly(frequency, other);
-  }
-
   /// Advances the clock, and with it every timeout, until the start has failed.
   QString startFailure() {
     const auto source = platform_.makeSource({AudioTarget::Kind::input, {}, {}});
@@ -176,13 +157,6 @@ class PipeWireMicrophoneTest final : public Suite {
     }
     return {};
   }
-
-  Recorder recorder_;
-  ManualClock clock_;
-  PipeWireAudioPlatform platform_{clock_};
-  std::unique_ptr<PrivatePipeWire> server_;
-  QStringList reports_;
-  std::unique_ptr<AudioSource> source_;
 };
 
 QTEST_GUILESS_MAIN(PipeWireMicrophoneTest)

@@ -1,37 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/audio/linux/pipewire_audio_platform.h"
+#include "platform/audio/pipewire_suite.h"
 #include "support/await.h"
-#include "support/manual_clock.h"
 #include "support/playback_stream.h"
-#include "support/private_pipewire.h"
-#include "support/recorder.h"
-#include "support/suite.h"
 
 using namespace velun;
 using namespace velun::test;
 using namespace std::chrono_literals;
 
 /// Captures one program, or all but one, while programs come and go.
-class PipeWireProgramTest final : public Suite {
+class PipeWireProgramTest final : public PipeWireSuite {
   Q_OBJECT
 
  private Q_SLOTS:
-  void init() {
-    Suite::init();
-    server_ = std::make_unique<PrivatePipeWire>();
-    QVERIFY(server_->start());
-    QVERIFY(server_->addSink("speakers"));
-    QVERIFY(server_->addSink("headphones"));
-    QVERIFY(server_->setDefaultSink("speakers"));
-    reports_.clear();
-    recorder_.clear();
-  }
-
-  void cleanup() {
-    source_.reset();
-    server_.reset();
-  }
-
   void onlyOneProgramIsHeardOnWhicheverOutput() {
     const auto film = PlaybackStream::play("headphones", 1000, "Film");
     const auto music = PlaybackStream::play("speakers", 3000, "Music");
@@ -160,15 +140,11 @@ class PipeWireProgramTest final : public Suite {
 
  private:
   void start(AudioTarget::Kind kind, const QString& program) {
-    source_ = platform_.makeSource({kind, program, program});
-    for (const auto& [signal, report] : {std::pair(&AudioSource::interrupted, "interrupted"),
-                                         std::pair(&AudioSource::resumed, "resumed"),
-                                         std::pair(&AudioSource::deviceMissing, "missing")}) {
-      connect(source_.get(), signal, this, [this, report] { reports_ << report; });
-    }
+    source_ = makeSource(platform_, {kind, program, program});
     await(source_->start(recorder_.handler()));
   }
 
+  /// Other programs are heard at the same time, so that its level is not exact.
   bool hearsInTime(double frequency, double other) {
     clock_.advance(20ms);
     const double heard = recorder_.amplitudeAt(frequency, 1600);
@@ -179,13 +155,6 @@ class PipeWireProgramTest final : public Suite {
     clock_.advance(20ms);
     return recorder_.level(1600) == 0;
   }
-
-  Recorder recorder_;
-  ManualClock clock_;
-  PipeWireAudioPlatform platform_{clock_};
-  std::unique_ptr<PrivatePipeWire> server_;
-  QStringList reports_;
-  std::unique_ptr<AudioSource> source_;
 };
 
 QTEST_GUILESS_MAIN(PipeWireProgramTest)
