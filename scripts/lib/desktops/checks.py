@@ -20,7 +20,7 @@ class Checks(LookChecks, SharingChecks, StartChecks):
     def all(self):
         """The results by name, in the order of the page's columns."""
         return run_checks({
-            "tray icon": self.tray_icon, "its menu": self.menu,
+            "status icon": self.status_icon, "its menu": self.menu,
             "notice without a tray": self.notice, "start from the menu": self.start_from_menu,
             "above a window": self.above_window, "above full screen": self.above_full_screen,
             "every workspace": self.workspaces, "place kept": self.place,
@@ -30,7 +30,7 @@ class Checks(LookChecks, SharingChecks, StartChecks):
 
     # The icon and its menu
 
-    def tray_icon(self):
+    def status_icon(self):
         if not self._session.HAS_TRAY:
             return UNKNOWN, "no tray"
         # A desktop may show something else of its own while it starts.
