@@ -30,7 +30,7 @@ double least(const std::vector<double>& values) {
 double bytesOfLines(const CaptionSession& session) {
   const QByteArray bytes = encodeSession(session);
   const double before = heapBytes();
-  CaptionSession copy = decodeSession(bytes, QString());
+  CaptionSession copy = decodeSession(bytes);
   copy.lines.reserve(session.lines.capacity());
   return heapBytes() - before;
 }

@@ -82,7 +82,7 @@ void measureThousand() {
   SystemClock clock;
   std::optional<HistoryWindowController> window;
   const double opening = bench::millisecondsOf([&] {
-    window.emplace(library, settings, HistoryActions(), clock, nullptr);
+    window.emplace(library, settings, HistoryActions(), clock);
     window->show();
     QCoreApplication::processEvents();
     waitFor(&library, &HistoryViewModel::reloaded);

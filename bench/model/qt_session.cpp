@@ -45,7 +45,9 @@ Line toLine(const QJsonObject& object) {
   Line line{QUuid(object["id"].toString()), {}, object["text"].toString(), {}, {}, {}, {}, {}};
   if (object["time"].isString()) line.time = timeOf(object["time"]);
   line.sourceLanguage = optionalText(object["sourceLanguage"]);
-  line.input = audioInputFromRawValue(object["input"].toString());
+  for (const AudioInput input : allAudioInputs) {
+    if (object["input"] == rawValue(input)) line.input = input;
+  }
   line.legacyTimestamp = optionalText(object["legacyTimestamp"]);
   line.legacyTranslation = optionalText(object["legacyTranslation"]);
   const QJsonObject translations = object["translations"].toObject();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "measure.h"
-#include "model/session_store.h"
+#include "model/listing/session_listing.h"
 #include "platform/foundation/synced_copy.h"
 #include "support/session_samples.h"
 
@@ -63,7 +63,7 @@ double listMilliseconds(const SessionStore& store) {
     store.save(session);
   }
   return medianMilliseconds(5, [&] {
-    const SessionStore::Listing listing = store.savedSessions();
+    const SessionListing listing = listSessions(store, {}, defaultSessionTitle(), {});
     if (listing.sessions.size() != 1000 || listing.unreadableCount != 0) std::abort();
   });
 }

@@ -8,6 +8,7 @@
 #include "platform/speech/neural/neural_backend.h"
 #include "platform/speech/neural_fixture.h"
 #include "recognition/word_errors.h"
+#include "support/installed_recognizer.h"
 #include "support/manual_clock.h"
 
 #include <algorithm>
@@ -36,7 +37,8 @@ SpeechRecognizer recognizer(const QString& id, const RecognizerSettings& setting
 }
 
 SpeechRecognizer builtIn() {
-  return {"built-in", "built-in", BuiltInRecognizerProvider(test::builtInFiles()).factory("en_US")};
+  return {"built-in", "built-in",
+          test::installedRecognizer(BuiltInRecognizerProvider(test::builtInFiles()), "en_US")};
 }
 
 /// In an order in which each change is one of kind. The NeMo transducer keeps its context over

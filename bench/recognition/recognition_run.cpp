@@ -5,6 +5,7 @@
 #include "platform/foundation/system_clock.h"
 #include "platform/speech/local_speech_run.h"
 #include "recognition/process_family.h"
+#include "support/installed_recognizer.h"
 
 #include <algorithm>
 #include <cmath>
@@ -32,7 +33,8 @@ class Run {
   Run(RecognizerProvider& provider, const QString& locale)
       : input_(std::make_shared<SpeechInput>()),
         feeder_(input_, clock_),
-        run_(std::vector<SpeechRecognizer>{{"measured", "Measured", provider.factory(locale)}},
+        run_(std::vector<SpeechRecognizer>{{"measured", "Measured",
+                                            test::installedRecognizer(provider, locale)}},
              input_, clock_) {
     QObject::connect(&run_, &SpeechRun::resultReady, [this](const TranscriptionResult& result) {
       arrivals.push_back({result, clock_.monotonicSeconds()});

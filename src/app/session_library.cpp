@@ -46,8 +46,8 @@ SessionLibrary::~SessionLibrary() = default;
 
 HistoryWindowController& SessionLibrary::historyWindow() {
   if (!historyWindow_) {
-    historyWindow_ = std::make_unique<HistoryWindowController>(
-        library_, model_.settings(), historyActions(), services_.clock, &services_.preferences);
+    historyWindow_ = std::make_unique<HistoryWindowController>(library_, model_.settings(),
+                                                               historyActions(), services_.clock);
     windowMade_(&historyWindow_->window());
   }
   return *historyWindow_;
@@ -196,10 +196,6 @@ void SessionLibrary::saveFile(const CaptionSession& session) {
   } catch (const std::exception& error) {
     showError(descriptionOf(error));
   }
-}
-
-void SessionLibrary::revealHistoryFile() {
-  if (const auto selected = library_.selectedSession()) reveal(selected->url);
 }
 
 void SessionLibrary::reveal(const QUrl& file) {

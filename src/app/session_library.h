@@ -45,7 +45,6 @@ class SessionLibrary final : public QObject {
 
   /// Lets the user choose a file and writes the selected session to it, if there is one.
   void saveHistoryFile();
-  void revealHistoryFile();
   /// Deletes the selected session. `visible` are the listed files in display order.
   void deleteHistorySelection(const QList<QUrl>& visible);
 

@@ -35,9 +35,8 @@ std::vector<LanguageChoice> readyFirst(std::vector<LanguageChoice> choices) {
 
 }  // namespace
 
-CaptionLanguages::CaptionLanguages(SpeechPlatform& speech, TranslationPlatform& translation,
-                                   QObject* parent)
-    : QObject(parent), speech_(speech), translation_(translation) {}
+CaptionLanguages::CaptionLanguages(SpeechPlatform& speech, TranslationPlatform& translation)
+    : speech_(speech), translation_(translation) {}
 
 std::vector<LanguageChoice> CaptionLanguages::localeChoices() const {
   std::vector<LanguageChoice> choices;

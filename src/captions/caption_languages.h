@@ -21,8 +21,7 @@ class CaptionLanguages final : public QObject {
 
  public:
   /// The platforms must outlive this object.
-  CaptionLanguages(SpeechPlatform& speech, TranslationPlatform& translation,
-                   QObject* parent = nullptr);
+  CaptionLanguages(SpeechPlatform& speech, TranslationPlatform& translation);
 
   /// Identifiers of the locales that can be recognized. Empty until `load` completes.
   const QStringList& locales() const { return locales_; }

@@ -15,9 +15,8 @@ namespace velun {
 CaptionViewModel::CaptionViewModel(AppSettings& settings, SessionStore store,
                                    std::unique_ptr<SpeechRecognizing> recognition,
                                    SpeechPlatform& speech, TranslationPlatform& translation,
-                                   Clock& clock, QObject* parent)
-    : QObject(parent),
-      settings_(settings),
+                                   Clock& clock)
+    : settings_(settings),
       clock_(clock),
       current_(clock.now()),
       languages_(speech, translation),

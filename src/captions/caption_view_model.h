@@ -30,7 +30,7 @@ class CaptionViewModel final : public QObject {
   /// `settings`, `clock` and the platforms must outlive the model.
   CaptionViewModel(AppSettings& settings, SessionStore store,
                    std::unique_ptr<SpeechRecognizing> recognition, SpeechPlatform& speech,
-                   TranslationPlatform& translation, Clock& clock, QObject* parent = nullptr);
+                   TranslationPlatform& translation, Clock& clock);
   ~CaptionViewModel() override;
 
   AppSettings& settings() const { return settings_; }
@@ -106,7 +106,7 @@ class CaptionViewModel final : public QObject {
   void renameSpeaker(const QString& from, const QString& to);
   QCoro::Task<> loadLanguages() { return languages_.load(); }
 
-  /// Which texts the caption window shows.
+  /// Which texts the panel shows.
   TranscriptContent captionContent() const;
   /// The transcript as shown, with the draft.
   QString captionText() const;

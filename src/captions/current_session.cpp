@@ -26,12 +26,6 @@ bool CurrentSession::setTitle(const QString& title) {
   return update(session_.title, trimmed.isEmpty() ? defaultSessionTitle() : trimmed);
 }
 
-void CurrentSession::append(Line line) {
-  indexOfLine_.insert(line.id, lines().size());
-  session_.lines.push_back(std::move(line));
-  pending_.lineChanged(lines().back());
-}
-
 bool CurrentSession::setInputNames(const QString& computer, const QString& microphone) {
   const bool isComputerNew = update(session_.computerName, std::optional(computer));
   if (!update(session_.microphoneName, std::optional(microphone)) && !isComputerNew) return false;

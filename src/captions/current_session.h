@@ -33,8 +33,6 @@ class CurrentSession final {
   bool setTitle(const QString& title);
   /// Names the inputs; returns whether that is new. See `CaptionSession::computerName`.
   bool setInputNames(const QString& computer, const QString& microphone);
-  /// Adds a line at the end.
-  void append(Line line);
   /// Adds a line that was said before others of the other input, at its place by time of speech but
   /// not before the line at `first`. Returns its index.
   std::size_t insertBySpeech(Line line, std::size_t first);

@@ -16,7 +16,7 @@ struct EngineChain::Link {
   OneShot<bool> ended;
 };
 
-EngineChain::EngineChain(QObject* parent) : QObject(parent) {}
+EngineChain::EngineChain() = default;
 
 EngineChain::~EngineChain() {
   close();

@@ -25,7 +25,7 @@ class EngineChain final : public QObject {
   /// its stop token was already triggered.
   using Operation = std::function<QCoro::Task<>(std::stop_token)>;
 
-  explicit EngineChain(QObject* parent = nullptr);
+  EngineChain();
   /// Closes the chain.
   ~EngineChain() override;
 

@@ -13,8 +13,8 @@
 namespace velun {
 
 EngineController::EngineController(const AppSettings& settings,
-                                   std::unique_ptr<SpeechRecognizing> engine, QObject* parent)
-    : QObject(parent), settings_(settings), engine_(std::move(engine)) {
+                                   std::unique_ptr<SpeechRecognizing> engine)
+    : settings_(settings), engine_(std::move(engine)) {
   connect(engine_.get(), &SpeechRecognizing::eventOccurred, this, &EngineController::eventOccurred);
   connect(engine_.get(), &SpeechRecognizing::tooSlow, this, &EngineController::tooSlow);
   connect(engine_.get(), &SpeechRecognizing::missingInputChanged, this,

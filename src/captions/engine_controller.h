@@ -23,8 +23,7 @@ class EngineController final : public QObject {
 
  public:
   /// `settings` must outlive the controller.
-  EngineController(const AppSettings& settings, std::unique_ptr<SpeechRecognizing> engine,
-                   QObject* parent = nullptr);
+  EngineController(const AppSettings& settings, std::unique_ptr<SpeechRecognizing> engine);
   /// Destroys the engine, and with it the threads of a run that has not stopped. The program's
   /// services may go then, even if an operation still waits.
   ~EngineController() override;

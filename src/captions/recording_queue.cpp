@@ -22,10 +22,6 @@ RecordingQueue::RecordingQueue(const AppSettings& settings, SessionStore store,
 
 RecordingQueue::~RecordingQueue() = default;
 
-bool RecordingQueue::isBusy() const {
-  return unfinishedCount() > 0;
-}
-
 std::size_t RecordingQueue::unfinishedCount() const {
   const auto count = std::ranges::count_if(items_, [](const Item& item) {
     return item.state == State::waiting || item.state == State::running;

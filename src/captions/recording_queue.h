@@ -48,8 +48,6 @@ class RecordingQueue final : public QObject {
   ~RecordingQueue() override;
 
   const std::vector<Item>& items() const { return items_; }
-  /// Recordings wait or run.
-  bool isBusy() const;
   /// How many recordings wait or run.
   std::size_t unfinishedCount() const;
   /// How many recordings have captions that could not be saved.

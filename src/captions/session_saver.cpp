@@ -27,12 +27,8 @@ QString failureText(const QString& description) {
 }  // namespace
 
 SessionSaver::SessionSaver(const CaptionSession& session, SessionStore store, bool isSaving,
-                           const Clock& clock, QObject* parent)
-    : QObject(parent),
-      session_(session),
-      store_(std::move(store)),
-      isSaving_(isSaving),
-      sync_(clock) {
+                           const Clock& clock)
+    : session_(session), store_(std::move(store)), isSaving_(isSaving), sync_(clock) {
   connect(&sync_, &SessionSync::failed, this, &SessionSaver::syncFailed);
   connect(&sync_, &SessionSync::succeeded, this, [this] { setFailure(syncFailure_, {}); });
 }

@@ -20,8 +20,8 @@ class SessionSaver final : public QObject {
 
  public:
   /// `session` and `clock` must outlive the saver.
-  SessionSaver(const CaptionSession& session, SessionStore store, bool isSaving, const Clock& clock,
-               QObject* parent = nullptr);
+  SessionSaver(const CaptionSession& session, SessionStore store, bool isSaving,
+               const Clock& clock);
 
   const SessionStore& store() const { return store_; }
   /// The session is in saving mode.

@@ -25,7 +25,7 @@ std::optional<FileError> sync(SyncedCopy& copy) {
 
 }  // namespace
 
-SessionSync::SessionSync(const Clock& clock, QObject* parent) : QObject(parent), clock_(clock) {}
+SessionSync::SessionSync(const Clock& clock) : clock_(clock) {}
 
 SessionSync::~SessionSync() {
   job_.cancel();

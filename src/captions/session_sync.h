@@ -25,7 +25,7 @@ class SessionSync final : public QObject {
 
  public:
   /// `clock` must outlive it.
-  explicit SessionSync(const Clock& clock, QObject* parent = nullptr);
+  explicit SessionSync(const Clock& clock);
   /// Waits until the file, and those of earlier sessions, are on the disk, and for the recovery.
   ~SessionSync() override;
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/app_language.h"
 
+#include "language/raw_value.h"
 namespace velun {
 
 QString rawValue(AppLanguage language) {
@@ -8,10 +9,7 @@ QString rawValue(AppLanguage language) {
 }
 
 std::optional<AppLanguage> appLanguageFromRawValue(const QString& raw) {
-  for (const AppLanguage language : allAppLanguages) {
-    if (rawValue(language) == raw) return language;
-  }
-  return std::nullopt;
+  return valueFromRaw(allAppLanguages, raw);
 }
 
 QString title(AppLanguage language) {

@@ -10,13 +10,6 @@ QString rawValue(AudioInput input) {
                                          : QStringLiteral("computer");
 }
 
-std::optional<AudioInput> audioInputFromRawValue(const QString& raw) {
-  for (const AudioInput input : allAudioInputs) {
-    if (rawValue(input) == raw) return input;
-  }
-  return std::nullopt;
-}
-
 QString title(AudioInput input) {
   return input == AudioInput::microphone ? L("Microphone", "마이크")
                                          : L("Computer Audio", "컴퓨터 오디오");

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <array>
-#include <optional>
 #include <QString>
 
 namespace velun {
@@ -14,9 +13,6 @@ inline constexpr std::array allAudioInputs = {AudioInput::computer, AudioInput::
 
 /// The persisted form: "computer" or "microphone".
 QString rawValue(AudioInput input);
-
-/// The input with this persisted form; nothing for any other text.
-std::optional<AudioInput> audioInputFromRawValue(const QString& raw);
 
 /// The label in the interface language.
 QString title(AudioInput input);

@@ -1,16 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/session_store.h"
 
-#include "language/localization.h"
 #include "model/file_error_text.h"
 #include "model/session_file/session_file.h"
 #include "model/session_file/text_forms.h"
-#include "model/session_files.h"
 #include "model/session_recovery.h"
 #include "platform/foundation/atomic_file.h"
 #include "platform/foundation/file_access.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <QDateTime>
 #include <QDir>
@@ -102,52 +99,6 @@ QUrl SessionStore::save(const CaptionSession& session, SessionEncoder* encoder,
   } catch (const FileError& error) {
     throw SessionError(fileErrorText(error));
   }
-}
-
-CaptionSession SessionStore::read(const QUrl& url) const {
-  if (!url.isLocalFile()) throw SessionError(remoteFileText(url));
-  const QString path = url.toLocalFile();
-  try {
-    return readSessionFile(path, defaultSessionTitle());
-  } catch (...) {
-    throw SessionError(readingErrorText(std::current_exception(), path));
-  }
-}
-
-SessionStore::Listing SessionStore::savedSessions() const {
-  try {
-    return list(defaultSessionTitle());
-  } catch (const FileError& error) {
-    throw SessionError(fileErrorText(error));
-  }
-}
-
-SessionStore::Listing SessionStore::list(const QString& legacyTitle) const {
-  migratePreviousFolder();
-  const QString folder = directory.toLocalFile();
-  recoverSessions(folder);
-  const std::vector<QString> paths = sessionFiles(folder);
-  std::vector<std::optional<CaptionSession>> read = readSessionFiles(paths, legacyTitle);
-  Listing listing;
-  for (std::size_t i = 0; i < paths.size(); ++i) {
-    if (read[i]) {
-      listing.sessions.push_back({QUrl::fromLocalFile(paths[i]), std::move(*read[i])});
-    } else {
-      ++listing.unreadableCount;
-    }
-  }
-  std::ranges::stable_sort(listing.sessions, [](const auto& left, const auto& right) {
-    return isListedBefore(left.session.startedAt, left.url, right.session.startedAt, right.url);
-  });
-  return listing;
-}
-
-bool isListedBefore(Instant leftStart, const QUrl& left, Instant rightStart, const QUrl& right) {
-  if (leftStart != rightStart) return leftStart > rightStart;
-  const QString leftName = left.fileName();
-  const QString rightName = right.fileName();
-  if (leftName != rightName) return leftName < rightName;
-  return left.path() < right.path();
 }
 
 }  // namespace velun

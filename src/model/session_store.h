@@ -2,13 +2,19 @@
 #pragma once
 
 #include "model/session_file/session_encoder.h"
+#include "platform/foundation/failure.h"
 
 #include <functional>
 #include <QString>
 #include <QUrl>
-#include <vector>
 
 namespace velun {
+
+/// A session could not be saved; with a finished text in the interface language.
+class SessionError final : public Failure {
+ public:
+  using Failure::Failure;
+};
 
 /// A session file that could be read. Identified by `url`.
 struct SavedSession {
@@ -20,13 +26,6 @@ struct SavedSession {
 /// works on the file system in the calling thread and throws `SessionError` on failure. Any
 /// thread, as long as saves of one session do not overlap.
 struct SessionStore {
-  /// The result of a listing.
-  struct Listing {
-    /// In the order of `isListedBefore`.
-    std::vector<SavedSession> sessions;
-    int unreadableCount = 0;
-  };
-
   /// The sessions folder; need not exist yet.
   QUrl directory;
   /// The path of the index of that folder, see `SessionIndex`; empty for none.
@@ -45,20 +44,6 @@ struct SessionStore {
   /// the file is written and has to protect it against a power loss.
   QUrl save(const CaptionSession& session, SessionEncoder* encoder = nullptr,
             const std::function<void(const QString& path)>& protect = {}) const;
-
-  /// Reads a session file or a Markdown transcript of an earlier version, from anywhere.
-  CaptionSession read(const QUrl& url) const;
-
-  /// Every readable session of the folder and how many could not be read.
-  Listing savedSessions() const;
-
-  /// The same without texts in the interface language, for any thread: transcripts of an earlier
-  /// version get the title `legacyTitle`, and a folder that cannot be listed throws `FileError`.
-  Listing list(const QString& legacyTitle) const;
 };
-
-/// Whether the file `left` of a session comes before `right` in a listing: newest first, equal
-/// starts by file name, then by folder. A total order, so that reading a file again never moves it.
-bool isListedBefore(Instant leftStart, const QUrl& left, Instant rightStart, const QUrl& right);
 
 }  // namespace velun

@@ -5,25 +5,6 @@
 
 namespace velun {
 
-QString rawValue(TranscriptContent content) {
-  switch (content) {
-    case TranscriptContent::both:
-      return QStringLiteral("both");
-    case TranscriptContent::original:
-      return QStringLiteral("original");
-    case TranscriptContent::translation:
-      return QStringLiteral("translation");
-  }
-  Q_UNREACHABLE();
-}
-
-std::optional<TranscriptContent> transcriptContentFromRawValue(const QString& raw) {
-  for (const TranscriptContent content : allTranscriptContents) {
-    if (rawValue(content) == raw) return content;
-  }
-  return std::nullopt;
-}
-
 QString title(TranscriptContent content) {
   switch (content) {
     case TranscriptContent::both:

@@ -18,8 +18,7 @@ QString styleKey(PanelSet set) {
 
 }  // namespace
 
-AppSettings::AppSettings(PreferenceStore* preferences, QObject* parent)
-    : QObject(parent), preferences_(preferences) {
+AppSettings::AppSettings(PreferenceStore* preferences) : preferences_(preferences) {
   if (preferences_) {
     const auto boolean = [this](const char* key, bool missing) {
       return preferences_->get<bool>(QString::fromLatin1(key)).value_or(missing);

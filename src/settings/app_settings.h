@@ -27,7 +27,7 @@ class AppSettings final : public QObject {
 
   /// Reads every value once and sets the interface language. Null keeps nothing beyond the run.
   /// `preferences` must outlive this object.
-  explicit AppSettings(PreferenceStore* preferences = nullptr, QObject* parent = nullptr);
+  explicit AppSettings(PreferenceStore* preferences = nullptr);
 
   AppLanguage language() const { return language_; }
   InputChoice inputChoice() const {
@@ -66,7 +66,7 @@ class AppSettings final : public QObject {
   bool autoSaveSessions() const { return autoSaveSessions_; }
   bool askBeforeDiscarding() const { return askBeforeDiscarding_; }
   bool keepOnTop() const { return keepOnTop_; }
-  /// The pointer goes through the caption window.
+  /// The pointer goes through the panel.
   bool clickThrough() const { return clickThrough_; }
   bool hideFromScreenSharing() const { return hideFromScreenSharing_; }
   bool numbersAsDigits() const { return numbersAsDigits_; }

@@ -2,6 +2,7 @@
 #include "settings/input_choice.h"
 
 #include "language/localization.h"
+#include "language/raw_value.h"
 
 namespace velun {
 
@@ -18,10 +19,7 @@ QString rawValue(InputChoice choice) {
 }
 
 std::optional<InputChoice> inputChoiceFromRawValue(const QString& raw) {
-  for (const InputChoice choice : allInputChoices) {
-    if (rawValue(choice) == raw) return choice;
-  }
-  return std::nullopt;
+  return valueFromRaw(allInputChoices, raw);
 }
 
 QString title(InputChoice choice) {

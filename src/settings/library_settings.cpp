@@ -13,8 +13,7 @@ const auto kTitles = QStringLiteral("titlesFromFirstSentence");
 
 }  // namespace
 
-LibrarySettings::LibrarySettings(PreferenceStore* preferences, QObject* parent)
-    : QObject(parent), preferences_(preferences) {
+LibrarySettings::LibrarySettings(PreferenceStore* preferences) : preferences_(preferences) {
   if (preferences_) titlesFromFirstSentence_ = preferences_->get<bool>(kTitles).value_or(false);
 }
 

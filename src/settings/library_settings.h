@@ -13,7 +13,7 @@ class LibrarySettings final : public QObject {
 
  public:
   /// Null keeps nothing beyond the run. `preferences` must outlive this object.
-  explicit LibrarySettings(PreferenceStore* preferences = nullptr, QObject* parent = nullptr);
+  explicit LibrarySettings(PreferenceStore* preferences = nullptr);
 
   /// A session without a title of its own gets its first sentence as title.
   bool titlesFromFirstSentence() const { return titlesFromFirstSentence_; }

@@ -2,6 +2,7 @@
 #include "settings/panel_style.h"
 
 #include "language/localization.h"
+#include "language/raw_value.h"
 
 #include <algorithm>
 #include <cmath>
@@ -98,8 +99,7 @@ QString rawValue(PanelSet set) {
 }
 
 std::optional<PanelSet> panelSetFromRawValue(const QString& value) {
-  const auto* set = std::ranges::find(allPanelSets, value, qOverload<PanelSet>(rawValue));
-  return set == allPanelSets.end() ? std::nullopt : std::optional(*set);
+  return valueFromRaw(allPanelSets, value);
 }
 
 double contrastRatio(const QColor& a, const QColor& b) {

@@ -2,6 +2,7 @@
 #include "settings/sharing_settings.h"
 
 #include "language/localization.h"
+#include "language/raw_value.h"
 #include "platform/foundation/preference_store.h"
 
 #include <algorithm>
@@ -31,10 +32,7 @@ QString rawValue(CaptionFileEnd end) {
 }
 
 std::optional<CaptionFileEnd> captionFileEndFromRawValue(const QString& raw) {
-  for (const CaptionFileEnd end : allCaptionFileEnds) {
-    if (rawValue(end) == raw) return end;
-  }
-  return std::nullopt;
+  return valueFromRaw(allCaptionFileEnds, raw);
 }
 
 QString title(CaptionFileEnd end) {
@@ -49,8 +47,7 @@ QString title(CaptionFileEnd end) {
   return L("Empty the File", "파일 비우기");
 }
 
-SharingSettings::SharingSettings(PreferenceStore* preferences, QObject* parent)
-    : QObject(parent), preferences_(preferences) {
+SharingSettings::SharingSettings(PreferenceStore* preferences) : preferences_(preferences) {
   if (!preferences_) return;
   offersCaptions_ = preferences_->get<bool>(kOffers).value_or(offersCaptions_);
   captionFile_ = preferences_->get<QString>(kFile).value_or(captionFile_);

@@ -37,7 +37,7 @@ class SharingSettings final : public QObject {
 
   /// Reads every value once. Null keeps nothing beyond the run. `preferences` must outlive this
   /// object.
-  explicit SharingSettings(PreferenceStore* preferences = nullptr, QObject* parent = nullptr);
+  explicit SharingSettings(PreferenceStore* preferences = nullptr);
 
   /// Captions are sent on the session bus.
   bool offersCaptions() const { return offersCaptions_; }

@@ -12,9 +12,8 @@
 
 namespace velun {
 
-CaptionTranslator::CaptionTranslator(TranslationPlatform& platform, const std::vector<Line>& lines,
-                                     QObject* parent)
-    : QObject(parent), platform_(platform), lines_(lines) {}
+CaptionTranslator::CaptionTranslator(TranslationPlatform& platform, const std::vector<Line>& lines)
+    : platform_(platform), lines_(lines) {}
 
 CaptionTranslator::~CaptionTranslator() {
   stop_.request_stop();

@@ -22,8 +22,7 @@ class CaptionTranslator final : public QObject {
  public:
   /// `platform` and `lines`, the lines of the current session, must outlive the translator. Lines
   /// may be appended and changed at any time; call `configure` after they were replaced.
-  CaptionTranslator(TranslationPlatform& platform, const std::vector<Line>& lines,
-                    QObject* parent = nullptr);
+  CaptionTranslator(TranslationPlatform& platform, const std::vector<Line>& lines);
   ~CaptionTranslator() override;
 
   /// Whether both identifiers name the same language. Regions and scripts do not count.

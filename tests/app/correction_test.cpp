@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/app_stage.h"
 #include "app/session_windows.h"
+#include "support/saved_sessions.h"
 #include "support/suite.h"
 
 using namespace velun;
@@ -10,22 +11,8 @@ using namespace velun::test;
 class CorrectionTest final : public Suite {
   Q_OBJECT
 
-  /// Chooses an action of the window of saved sessions, in which the only session is selected.
-  static void choose(AppStage& stage, const QString& text) {
-    stage.perform(AppCommand::showHistory);
-    SessionLibrary& sessions = stage.coordinator().sessions();
-    QTRY_COMPARE(sessions.library().sessions().size(), std::size_t(1));
-    sessions.library().select(sessions.library().sessions()[0]->url);
-    for (QWidget* window : QApplication::topLevelWidgets()) {
-      for (QAction* action : window->findChildren<QAction*>()) {
-        if (action->text() == text && action->isEnabled()) return action->trigger();
-      }
-    }
-    QFAIL(qPrintable(text));
-  }
-
   static CaptionSession saved(AppStage& stage) {
-    return stage.store.savedSessions().sessions.at(0).session;
+    return test::savedSessions(stage.store).at(0).session;
   }
 
  private Q_SLOTS:
@@ -33,7 +20,7 @@ class CorrectionTest final : public Suite {
     AppStage stage([](AppSettings& settings) { settings.setAutoSaveSessions(true); });
     stage.startWithLine();
     stage.correction = " Won line. ";
-    choose(stage, "Correct Line…");
+    chooseInLibrary(stage, "Correct Line…");
     stage.settleSaving();
     QCOMPARE(stage.texts(), QStringList({"Won line."}));
     stage.final("Another line.");
@@ -43,7 +30,7 @@ class CorrectionTest final : public Suite {
     QCOMPARE(saved(stage).lines[0].original.value_or(QString()), QString("One line."));
     QTRY_COMPARE(stage.coordinator().sessions().library().sessions()[0]->summary.firstWords,
                  QString("Won line."));
-    choose(stage, "Undo Correction");
+    chooseInLibrary(stage, "Undo Correction");
     stage.settleSaving();
     QCOMPARE(stage.texts(), QStringList({"One line.", "Another line."}));
     QVERIFY(!saved(stage).lines[0].original);
@@ -55,7 +42,7 @@ class CorrectionTest final : public Suite {
     stage.perform(AppCommand::toggleCaptions);
     stage.perform(AppCommand::newSession);
     stage.correction = "Won line.";
-    choose(stage, "Correct Line…");
+    chooseInLibrary(stage, "Correct Line…");
     QCOMPARE(saved(stage).lines[0].text, QString("Won line."));
     QVERIFY(stage.question.asked.empty());
   }
@@ -71,7 +58,7 @@ class CorrectionTest final : public Suite {
     AppStage stage([](AppSettings& settings) { settings.setAutoSaveSessions(true); });
     stage.startWithLine();
     stage.correction = correction;
-    choose(stage, "Correct Line…");
+    chooseInLibrary(stage, "Correct Line…");
     QVERIFY(!saved(stage).lines[0].original);
     QCOMPARE(stage.correctedLines, QStringList({"One line."}));
   }
@@ -87,7 +74,7 @@ class CorrectionTest final : public Suite {
     stage.beforeCorrection = [&stage] {
       stage.breakStore();
     };
-    choose(stage, "Correct Line…");
+    chooseInLibrary(stage, "Correct Line…");
     QCOMPARE(stage.question.asked.size(), std::size_t(1));
   }
 };

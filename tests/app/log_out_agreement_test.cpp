@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/app_stage.h"
+#include "support/saved_sessions.h"
 #include "support/suite.h"
 
 using namespace velun;
@@ -141,10 +142,10 @@ class LogOutAgreementTest final : public Suite {
     stage.final("Another line.");
     QVERIFY(end(stage));
     QVERIFY(stage.question.asked.empty());
-    const SessionStore::Listing listing = stage.store.savedSessions();
+    const SessionListing listing = test::listingOf(stage.store);
     QCOMPARE(listing.sessions.size(), std::size_t(1));
-    QCOMPARE(listing.sessions[0].session.lines.size(), std::size_t(2));
-    QVERIFY(listing.sessions[0].session.endedAt);
+    QCOMPARE(listing.sessions[0]->summary.lineCount, std::size_t(2));
+    QVERIFY(listing.sessions[0]->summary.endedAt);
   }
 
   void linesAfterTheAgreementAreAskedAbout_data() {
@@ -169,7 +170,7 @@ class LogOutAgreementTest final : public Suite {
     stage.question.answers = {saveSession};
     QVERIFY(end(stage));
     QCOMPARE(stage.question.asked.size(), std::size_t(2));
-    QCOMPARE(stage.store.savedSessions().sessions.at(0).session.lines.size(), std::size_t(2));
+    QCOMPARE(test::savedSessions(stage.store).at(0).session.lines.size(), std::size_t(2));
   }
 
   void anAgreementIsNotValidForAnotherEnd() {

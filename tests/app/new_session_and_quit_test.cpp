@@ -3,6 +3,7 @@
 #include "app/session_library.h"
 #include "language/localization.h"
 #include "platform/foundation/main_task.h"
+#include "support/saved_sessions.h"
 #include "support/suite.h"
 
 using namespace velun;
@@ -257,10 +258,10 @@ class NewSessionAndQuitTest final : public Suite {
     QVERIFY(!stage.model->isSyncing());
     QVERIFY(stage.question.asked.empty());
     QCOMPARE(stage.replies, std::vector({true}));
-    const SessionStore::Listing listing = stage.store.savedSessions();
+    const SessionListing listing = test::listingOf(stage.store);
     QCOMPARE(listing.sessions.size(), std::size_t(1));
-    QCOMPARE(listing.sessions[0].session.lines.size(), std::size_t(2));
-    QVERIFY(listing.sessions[0].session.endedAt);
+    QCOMPARE(listing.sessions[0]->summary.lineCount, std::size_t(2));
+    QVERIFY(listing.sessions[0]->summary.endedAt);
   }
 
   void quittingLaterKeepsTheEndOfAStoppedSession() {
@@ -273,7 +274,7 @@ class NewSessionAndQuitTest final : public Suite {
     stage.requestQuit();
     QCOMPARE(stage.replies, std::vector({true}));
     QCOMPARE(stage.model->session().endedAt, end);
-    QCOMPARE(stage.store.savedSessions().sessions.at(0).session.endedAt,
+    QCOMPARE(test::savedSessions(stage.store).at(0).session.endedAt,
              std::optional(std::chrono::floor<std::chrono::seconds>(*end)));
   }
 
@@ -285,7 +286,7 @@ class NewSessionAndQuitTest final : public Suite {
     stage.clock.advance(3h);
     stage.question.answers = {saveSession};
     stage.perform(AppCommand::newSession);
-    QCOMPARE(stage.store.savedSessions().sessions.at(0).session.endedAt,
+    QCOMPARE(test::savedSessions(stage.store).at(0).session.endedAt,
              std::optional(std::chrono::floor<std::chrono::seconds>(*end)));
   }
 

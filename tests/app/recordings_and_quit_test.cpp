@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/app_stage.h"
 #include "app/session_library.h"
+#include "support/saved_sessions.h"
 #include "support/suite.h"
 
 using namespace velun;
@@ -70,7 +71,7 @@ class RecordingsAndQuitTest final : public Suite {
     stage.requestQuit();
     QCOMPARE(stage.replies, std::vector({true}));
     stage.delegate->applicationWillTerminate();
-    const auto saved = stage.store.savedSessions().sessions;
+    const auto saved = test::savedSessions(stage.store);
     QCOMPARE(saved.size(), std::size_t(1));
     QCOMPARE(saved[0].session.lines.at(0).text, "One line.");
   }
@@ -98,7 +99,7 @@ class RecordingsAndQuitTest final : public Suite {
     RecordingStage stage;
     stage.delegate->logOut().prepareUnasked();
     QVERIFY(stage.question.asked.empty());
-    QCOMPARE(stage.store.savedSessions().sessions.size(), std::size_t(1));
+    QCOMPARE(test::savedSessions(stage.store).size(), std::size_t(1));
     QVERIFY(stage.recording);
   }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/session_windows.h"
 #include "language/localization.h"
+#include "support/saved_sessions.h"
 #include "support/suite.h"
 
 using namespace velun;
@@ -83,7 +84,7 @@ class SessionCommandsTest final : public test::Suite {
     QCOMPARE(stage.saveRequests.at(0).title, QString("Save Session File"));
     QVERIFY(stage.saveRequests.at(0).proposedName.startsWith("Velun-"));
     QVERIFY(stage.saveRequests.at(0).proposedName.endsWith(".json"));
-    QCOMPARE(stage.store.read(*stage.chosenFile).lines.at(0).text, QString("Saved earlier."));
+    QCOMPARE(test::readSession(*stage.chosenFile).lines.at(0).text, QString("Saved earlier."));
 
     library.select(std::nullopt);
     QCOMPARE(save.text(), QString("Save Session File…"));
@@ -176,10 +177,7 @@ class SessionCommandsTest final : public test::Suite {
   void theSelectedSessionIsRevealed() {
     AppStage stage;
     const QUrl file = writeSession(stage, "Look.");
-    stage.coordinator().sessions().revealHistoryFile();
-    QVERIFY(stage.fileManager.revealed.isEmpty());
-    openHistory(stage);
-    stage.coordinator().sessions().revealHistoryFile();
+    chooseInLibrary(stage, "Show in File Manager");
     QCOMPARE(stage.fileManager.revealed.size(), 1);
     QCOMPARE(canonicalPath(stage.fileManager.revealed[0]), canonicalPath(file));
   }

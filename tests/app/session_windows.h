@@ -40,4 +40,18 @@ inline QWidget* visibleWindow(const QString& title) {
   return nullptr;
 }
 
+/// Chooses an action of the window of saved sessions, in which the only session is selected.
+inline void chooseInLibrary(AppStage& stage, const QString& text) {
+  stage.perform(AppCommand::showHistory);
+  SessionLibrary& sessions = stage.coordinator().sessions();
+  QTRY_COMPARE(sessions.library().sessions().size(), std::size_t(1));
+  sessions.library().select(sessions.library().sessions()[0]->url);
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    for (QAction* action : window->findChildren<QAction*>()) {
+      if (action->text() == text && action->isEnabled()) return action->trigger();
+    }
+  }
+  QFAIL(qPrintable(text));
+}
+
 }  // namespace velun::test

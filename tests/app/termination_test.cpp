@@ -3,6 +3,7 @@
 #include "app/session_library.h"
 #include "language/localization.h"
 #include "platform/foundation/main_task.h"
+#include "support/saved_sessions.h"
 #include "support/suite.h"
 
 using namespace velun;
@@ -47,7 +48,7 @@ class TerminationTest final : public Suite {
     QVERIFY(stage.files().isEmpty());
     stage.clock.advance(1ms);
     // The file was written once more before the program ended.
-    QCOMPARE(stage.store.savedSessions().sessions.at(0).session.lines.size(), std::size_t(2));
+    QCOMPARE(test::savedSessions(stage.store).at(0).session.lines.size(), std::size_t(2));
     stage.engine->release();
     settle();
     QVERIFY(!stage.model->isRunning());

@@ -163,19 +163,19 @@ class CaptionEventsTest final : public test::Suite {
     QTest::addColumn<QString>("content");
     QTest::addColumn<bool>("notice");
     QTest::newRow("off") << false << false << "ko"
-                         << "original" << false;
+                         << "Original Only" << false;
     QTest::newRow("off, only") << false << true << "ko"
-                               << "original" << false;
+                               << "Original Only" << false;
     QTest::newRow("off, same") << false << true << "en"
-                               << "original" << false;
+                               << "Original Only" << false;
     QTest::newRow("on") << true << false << "ko"
-                        << "both" << false;
+                        << "Original + Translation" << false;
     QTest::newRow("on, only") << true << true << "ko"
-                              << "translation" << false;
+                              << "Translation Only" << false;
     QTest::newRow("on, same") << true << false << "en"
-                              << "original" << true;
+                              << "Original Only" << true;
     QTest::newRow("on, only, same") << true << true << "en"
-                                    << "original" << true;
+                                    << "Original Only" << true;
   }
   void settingsDecideWhichTextsAreShown() {
     QFETCH(bool, translate);
@@ -187,7 +187,7 @@ class CaptionEventsTest final : public test::Suite {
       settings.setTargetID(target);
     });
     fixture.final("One.");
-    QTEST(rawValue(fixture.model->captionContent()), "content");
+    QTEST(title(fixture.model->captionContent()), "content");
     QTEST(fixture.model->translationNotice().has_value(), "notice");
     QCOMPARE(fixture.model->pendingTranslationIDs().isEmpty(),
              fixture.model->captionContent() != TranscriptContent::translation);

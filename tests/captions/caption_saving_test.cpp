@@ -2,6 +2,7 @@
 #include "captions/model_fixture.h"
 #include "language/localization.h"
 #include "model/session_file/session_file.h"
+#include "support/saved_sessions.h"
 #include "support/suite.h"
 
 using namespace velun;
@@ -72,7 +73,7 @@ class CaptionSavingTest final : public test::Suite {
     fixture.clock.advance(5s);
     fixture.stop();
     QVERIFY(isWritten(fixture));
-    QCOMPARE(fixture.store.read(*fixture.model->savedURL()).endedAt,
+    QCOMPARE(test::readSession(*fixture.model->savedURL()).endedAt,
              std::optional(std::chrono::floor<std::chrono::seconds>(fixture.clock.now())));
   }
 
@@ -151,7 +152,7 @@ class CaptionSavingTest final : public test::Suite {
     fixture.start();
     fixture.final("Two.");
     QVERIFY(isWritten(fixture));
-    QVERIFY(!fixture.store.read(*fixture.model->savedURL()).endedAt);
+    QVERIFY(!test::readSession(*fixture.model->savedURL()).endedAt);
   }
 
   void everySessionHasItsOwnFile() {

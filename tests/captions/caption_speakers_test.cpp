@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "captions/model_fixture.h"
+#include "support/saved_sessions.h"
 #include "support/suite.h"
 
 #include <QSignalSpy>
@@ -61,7 +62,7 @@ class CaptionSpeakersTest final : public test::Suite {
     QCOMPARE(changes.count(), 1);
     f.stop();
     f.settleSaving();
-    QCOMPARE(*f.store.read(*f.model->savedURL()).lines[0].speaker, "Anna");
+    QCOMPARE(*test::readSession(*f.model->savedURL()).lines[0].speaker, "Anna");
   }
 
   void captionsThatGoOnKnowTheirSpeakers() {

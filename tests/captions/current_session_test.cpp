@@ -17,6 +17,10 @@ Line spoken(const QString& text, const QString& locale = "en_US") {
   return line;
 }
 
+void append(CurrentSession& current, const Line& line) {
+  current.insertBySpeech(line, current.lines().size());
+}
+
 }  // namespace
 
 class CurrentSessionTest final : public test::Suite {
@@ -25,8 +29,8 @@ class CurrentSessionTest final : public test::Suite {
  private Q_SLOTS:
   void findsLinesByID() {
     CurrentSession current(kStart);
-    current.append(spoken("One."));
-    current.append(spoken("Two."));
+    append(current, spoken("One."));
+    append(current, spoken("Two."));
     const QUuid second = current.lines()[1].id;
     QCOMPARE(current.setTranslation(second, "ko", "둘."), std::optional<std::size_t>(1));
     QVERIFY(!current.setTranslation(QUuid::createUuid(), "ko", "셋."));
@@ -37,7 +41,7 @@ class CurrentSessionTest final : public test::Suite {
   void resetStartsAnEmptySession() {
     CurrentSession current(kStart);
     const QUuid before = current.session().id;
-    current.append(spoken("One."));
+    append(current, spoken("One."));
     current.setTimes(kStart, kStart + 5s);
     current.reset(kStart + 1min);
     QVERIFY(current.session().id != before);
@@ -59,7 +63,7 @@ class CurrentSessionTest final : public test::Suite {
 
   void aTranslationBelongsToItsLineAlone() {
     CurrentSession current(kStart);
-    for (const char* text : {"One.", "Two.", "Three."}) current.append(spoken(text));
+    for (const char* text : {"One.", "Two.", "Three."}) append(current, spoken(text));
     const QUuid second = current.lines()[1].id;
     QCOMPARE(current.setTranslation(second, "ko", "둘."), std::optional<std::size_t>(1));
     current.setTranslation(second, "ko", "두울.");
@@ -72,14 +76,14 @@ class CurrentSessionTest final : public test::Suite {
 
   void knowsWhichLinesLackATranslation() {
     CurrentSession current(kStart);
-    current.append(spoken("One."));
-    current.append(spoken("Zwei.", "de_DE"));
+    append(current, spoken("One."));
+    append(current, spoken("Zwei.", "de_DE"));
     const QUuid first = current.lines()[0].id;
     const auto pending = [&current](const char* source, const char* target) {
       return current.pendingTranslationIDs(source, target);
     };
     QCOMPARE(pending("en_US", "ko"), QSet<QUuid>({first}));
-    current.append(spoken("Three."));
+    append(current, spoken("Three."));
     current.setTranslation(first, "ko", "하나.");
     const QUuid third = current.lines()[2].id;
     QCOMPARE(pending("en_US", "ko"), QSet<QUuid>({third}));
@@ -93,7 +97,7 @@ class CurrentSessionTest final : public test::Suite {
     CurrentSession current(kStart);
     Line line = spoken("One.");
     line.legacyTranslation = "하나.";
-    current.append(line);
+    append(current, line);
     QVERIFY(current.pendingTranslationIDs("en_US", "ko").isEmpty());
   }
 
@@ -110,7 +114,7 @@ class CurrentSessionTest final : public test::Suite {
     };
     QVERIFY(agrees());
     for (const std::size_t index : {0, 1, 2, 0, 3, 2}) {
-      current.append(spoken("A line."));
+      append(current, spoken("A line."));
       current.setTranslation(current.lines()[index % current.lines().size()].id, "ko", "줄");
       QVERIFY(agrees());
     }

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "captions/session_saver.h"
 #include "model/session_file/session_file.h"
+#include "model/session_file/session_problem.h"
 #include "support/careless_disk.h"
 #include "support/manual_clock.h"
+#include "support/saved_sessions.h"
 #include "support/suite.h"
 #include "support/test_folder.h"
 
@@ -27,12 +29,10 @@ Found recovered(const CarelessDisk::Folder& folder) {
     sessions.write(QFile::decodeName(name), contents);
   }
   const SessionStore store{QUrl::fromLocalFile(sessions.path())};
-  const SessionStore::Listing listing = store.list("Title");
+  const SessionListing listing = test::listingOf(store);
   Found found;
   found.unreadableCount = listing.unreadableCount;
-  for (const SavedSession& saved : listing.sessions) {
-    found.lineCounts.push_back(saved.session.lines.size());
-  }
+  for (const auto& entry : listing.sessions) found.lineCounts.push_back(entry->summary.lineCount);
   return found;
 }
 
@@ -90,8 +90,11 @@ std::size_t countOf(const std::vector<test::FileOperation>& operations,
 std::size_t syncedLines(const CarelessDisk::Folder& folder) {
   for (const auto& [name, contents] : folder) {
     if (!name.endsWith(".velun-synced")) continue;
-    const auto session = decodeReadableSession(contents);
-    return session ? session->lines.size() : 0;
+    try {
+      return decodeSession(contents).lines.size();
+    } catch (const SessionProblem&) {
+      return 0;
+    }
   }
   return 0;
 }

@@ -4,6 +4,7 @@
 #include "captions/sessions_folder.h"
 #include "platform/foundation/file_access.h"
 #include "support/manual_clock.h"
+#include "support/saved_sessions.h"
 #include "support/scripted_source.h"
 #include "support/scripted_translation_platform.h"
 #include "support/settle.h"
@@ -61,7 +62,7 @@ class RecordingQueueTest final : public test::Suite {
     f.queue.add({"/music/a talk.mp3"});
     QCOMPARE(f.made, QStringList({"/music/a talk.mp3 en_US"}));
     QVERIFY(f.source().isStarted);
-    QVERIFY(f.queue.isBusy());
+    QCOMPARE(f.queue.unfinishedCount(), std::size_t(1));
     const Instant start = f.clock.now();
     FinalEvent event{"One here. Two here.", "en_US"};
     event.spoken = FinalEvent::Spoken{start + 10s, start + 14s};
@@ -70,14 +71,14 @@ class RecordingQueueTest final : public test::Suite {
     f.end();
     QCOMPARE(f.item().state, State::done);
     QCOMPARE(f.saved, QList<QUrl>({f.item().session}));
-    const CaptionSession session = f.store.read(f.item().session);
+    const CaptionSession session = test::readSession(f.item().session);
     QCOMPARE(session.title, "a talk");
     QCOMPARE(session.lines.size(), std::size_t(2));
     QCOMPARE(session.lines[1].text, "Two here.");
     QCOMPARE(*session.lines[1].start, 12s);
     QCOMPARE(*session.lines[1].time - session.startedAt, Instant::duration(14s));
     QCOMPARE(*session.endedAt - session.startedAt, Instant::duration(60s));
-    QVERIFY(!f.queue.isBusy());
+    QCOMPARE(f.queue.unfinishedCount(), std::size_t(0));
   }
 
   void recordingsFollowEachOther() {
@@ -118,7 +119,7 @@ class RecordingQueueTest final : public test::Suite {
     QCOMPARE(f.item().state, State::running);
     script.requests[0].succeed("Uno.");
     QTRY_COMPARE(f.item().state, State::done);
-    QCOMPARE(f.store.read(f.item().session).lines[0].translations.at("es"), "Uno.");
+    QCOMPARE(test::readSession(f.item().session).lines[0].translations.at("es"), "Uno.");
   }
 
   void aCancelKeepsNothingAndTheNextGoesOn() {
@@ -165,7 +166,7 @@ class RecordingQueueTest final : public test::Suite {
     QCOMPARE(f.item().state, State::done);
     QCOMPARE(f.item().error, "“1.mp3” is damaged.");
     QCOMPARE(f.saved.size(), 1);
-    QCOMPARE(f.store.read(f.item().session).lines[0].text, "One.");
+    QCOMPARE(test::readSession(f.item().session).lines[0].text, "One.");
     f.queue.retry(f.item().id);
     QCOMPARE(f.item().state, State::running);
     f.source().say("One.");
@@ -192,13 +193,13 @@ class RecordingQueueTest final : public test::Suite {
     f.source().say("One.");
     Q_EMIT f.source().advanced(30, 60);
     f.queue.saveProgress();
-    const auto saved = f.store.savedSessions().sessions;
+    const auto saved = test::savedSessions(f.store);
     QCOMPARE(saved.size(), std::size_t(1));
     QCOMPARE(*saved[0].session.endedAt - saved[0].session.startedAt, Instant::duration(30s));
-    QVERIFY(f.queue.isBusy());
+    QCOMPARE(f.queue.unfinishedCount(), std::size_t(2));
     f.source().say("Two.");
     f.end();
-    QCOMPARE(f.store.read(saved[0].url).lines.size(), std::size_t(2));
+    QCOMPARE(test::readSession(saved[0].url).lines.size(), std::size_t(2));
     QCOMPARE(f.queue.unfinishedCount(), std::size_t(1));
   }
 
@@ -220,7 +221,7 @@ class RecordingQueueTest final : public test::Suite {
     QCOMPARE(f.item().state, State::done);
     QCOMPARE(f.made.size(), 1);
     QCOMPARE(f.queue.unsavedCount(), std::size_t(0));
-    QCOMPARE(f.store.read(f.item().session).lines[0].text, "One.");
+    QCOMPARE(test::readSession(f.item().session).lines[0].text, "One.");
   }
 };
 

@@ -5,6 +5,7 @@
 #include "language/localization.h"
 #include "model/session_file/session_file.h"
 #include "support/manual_clock.h"
+#include "support/saved_sessions.h"
 #include "support/suite.h"
 
 #include <memory>
@@ -244,8 +245,7 @@ class SessionSaverTest final : public test::Suite {
       for (int i = 0; i < 5; ++i) saver.saveIfNeeded();
     }
     QCOMPARE(folder.hiddenFiles(), QStringList());
-    QCOMPARE(test::contentsOf(folder.store.savedSessions().sessions.at(0).url),
-             encodeSession(session));
+    QCOMPARE(test::contentsOf(test::savedSessions(folder.store).at(0).url), encodeSession(session));
   }
 
   void otherDeletedFilesAreIgnored() {

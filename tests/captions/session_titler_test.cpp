@@ -4,6 +4,7 @@
 #include "captions/model_fixture.h"
 #include "settings/library_settings.h"
 #include "support/memory_preferences.h"
+#include "support/saved_sessions.h"
 #include "support/suite.h"
 
 using namespace velun;
@@ -27,7 +28,7 @@ class SessionTitlerTest final : public test::Suite {
     f.start();
     f.final("Good morning. And more.");
     QCOMPARE(f.model->session().title, "Good morning.");
-    QCOMPARE(f.store.read(*f.model->savedURL()).title, "Good morning.");
+    QCOMPARE(test::readSession(*f.model->savedURL()).title, "Good morning.");
     f.final("Later.");
     QCOMPARE(f.model->session().title, "Good morning.");
     f.stop();
@@ -52,9 +53,9 @@ class SessionTitlerTest final : public test::Suite {
     f.takeSignals();
     f.model->setTitle("Biology");
     QCOMPARE(f.takeSignals(), QStringList({"session"}));
-    QCOMPARE(f.store.read(*f.model->savedURL()).title, "Biology");
+    QCOMPARE(test::readSession(*f.model->savedURL()).title, "Biology");
     f.final("Two.");
-    const CaptionSession saved = f.store.read(*f.model->savedURL());
+    const CaptionSession saved = test::readSession(*f.model->savedURL());
     QCOMPARE(saved.title, "Biology");
     QCOMPARE(saved.lines.size(), std::size_t(2));
     f.model->setTitle("");

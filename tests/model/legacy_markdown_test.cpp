@@ -5,6 +5,7 @@
 #include "model/session_file/session_file.h"
 #include "model/session_store.h"
 #include "platform/foundation/file_access.h"
+#include "support/saved_sessions.h"
 #include "support/session_samples.h"
 #include "support/suite.h"
 #include "support/time_zone.h"
@@ -40,7 +41,7 @@ class LegacyMarkdownTest final : public test::Suite {
   void readsATranscriptAsASession() {
     const QUrl url = write("2024-11-02_20-15-00.md",
                            kHeading + "2024-11-02\n\n`20:15:03` Hello\n> 안녕\n> 반가워\n");
-    const CaptionSession session = SessionStore{QUrl()}.read(url);
+    const CaptionSession session = test::readSession(url);
     QCOMPARE(session.schemaVersion, 1);
     QCOMPARE(session.title, QString("Caption Session"));
     QVERIFY(session.startedAt == test::utc(2024, 11, 2, 11, 15, 0));
@@ -58,7 +59,7 @@ class LegacyMarkdownTest final : public test::Suite {
   void titleIsInTheInterfaceLanguage() {
     const QUrl url = write("ko.md", kHeading + "\n");
     Localization::shared().setLanguage(AppLanguage::korean);
-    QCOMPARE(SessionStore{QUrl()}.read(url).title, QString("자막 세션"));
+    QCOMPARE(test::readSession(url).title, QString("자막 세션"));
   }
 
   void rejectsAnotherHeading_data() {
@@ -181,7 +182,7 @@ class LegacyMarkdownTest final : public test::Suite {
     QFile file(url.toLocalFile());
     QVERIFY(file.open(QIODevice::ReadWrite));
     QVERIFY(file.setFileTime(QDateTime::fromSecsSinceEpoch(0), QFileDevice::FileModificationTime));
-    const Instant startedAt = SessionStore{QUrl()}.read(url).startedAt;
+    const Instant startedAt = test::readSession(url).startedAt;
     QVERIFY(startedAt >= before && startedAt <= after);
   }
 
@@ -208,7 +209,7 @@ class LegacyMarkdownTest final : public test::Suite {
     QFile file(url.toLocalFile());
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QByteArray before = file.readAll();
-    const CaptionSession session = SessionStore{QUrl()}.read(url);
+    const CaptionSession session = test::readSession(url);
     QCOMPARE(session.lines.size(), 1u);
     file.seek(0);
     QCOMPARE(file.readAll(), before);
@@ -225,9 +226,9 @@ class LegacyMarkdownTest final : public test::Suite {
 
   static QString refusal(const QUrl& url) {
     try {
-      SessionStore{QUrl()}.read(url);
-    } catch (const SessionError& error) {
-      return error.errorDescription();
+      test::readSession(url);
+    } catch (...) {
+      return readingErrorText(std::current_exception(), url.toLocalFile());
     }
     return {};
   }

@@ -2,6 +2,7 @@
 #include "model/session_file/session_file.h"
 #include "model/session_store.h"
 #include "platform/foundation/synced_copy.h"
+#include "support/saved_sessions.h"
 #include "support/session_samples.h"
 #include "support/suite.h"
 
@@ -97,7 +98,7 @@ class SessionAccidentTest final : public test::Suite {
       QVERIFY(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
 
       const int confirmed = *saved;
-      const CaptionSession read = store.read(url);  // throws if it is incomplete
+      const CaptionSession read = test::readSession(url);  // throws if it is incomplete
       const int found = read.title.toInt();
       QVERIFY2(found == confirmed || found == confirmed + 1, qPrintable(read.title));
       QVERIFY(read.lines.size() == session.lines.size());
@@ -109,7 +110,7 @@ class SessionAccidentTest final : public test::Suite {
     // Otherwise the kills came between the saves and tested nothing.
     QVERIFY2(interrupted > 30, QByteArray::number(interrupted));
     QVERIFY(!hiddenFiles(folder.path()).isEmpty());
-    QCOMPARE(store.savedSessions().unreadableCount, 0);
+    QCOMPARE(test::listingOf(store).unreadableCount, 0);
     QCOMPARE(hiddenFiles(folder.path()), QStringList());
   }
 
@@ -123,7 +124,7 @@ class SessionAccidentTest final : public test::Suite {
     next.id = QUuid::createUuid();
     store.save(next);
     QCOMPARE(hiddenFiles(folder.path()), QStringList());
-    QCOMPARE(store.savedSessions().sessions.size(), 2u);
+    QCOMPARE(test::savedSessions(store).size(), 2u);
   }
 
   void fileSizeLimitIsAnErrorAndKeepsTheOldFile() {
@@ -150,10 +151,10 @@ class SessionAccidentTest final : public test::Suite {
     std::signal(SIGXFSZ, ignored);
 
     QCOMPARE(text, "“" + url.fileName() + "” is too large for this file system.");
-    QVERIFY(store.read(url) == small);
+    QVERIFY(test::readSession(url) == small);
     QCOMPARE(hiddenFiles(folder.path()), QStringList());
     store.save(large);
-    QVERIFY(store.read(url) == large);
+    QVERIFY(test::readSession(url) == large);
   }
 
   // Runs this program again, with a small private file system.
@@ -190,11 +191,11 @@ class SessionAccidentTest final : public test::Suite {
           QStringLiteral("There is not enough disk space to write “%1”.").arg(url.fileName());
       if (error.errorDescription() != expected) return fail(qPrintable(error.errorDescription()));
     }
-    if (store.read(url) != old) return fail("the old file changed");
+    if (test::readSession(url) != old) return fail("the old file changed");
     if (!hiddenFiles(folder).isEmpty()) return fail("a part of the new file stayed");
     filler.resize(0);
     store.save(session);
-    if (store.read(url) != session) return fail("saving with room again failed");
+    if (test::readSession(url) != session) return fail("saving with room again failed");
     std::puts("the old file is whole");
     return 0;
   }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/session_file/session_file.h"
 #include "model/session_store.h"
+#include "support/saved_sessions.h"
 #include "support/session_samples.h"
 #include "support/suite.h"
 
@@ -35,11 +36,11 @@ class SessionMigrationTest final : public test::Suite {
   void firstListingMovesTheFirstEarlierFolder() {
     putSession("Parvelo");
     putSession("OrlanceV2");
-    QCOMPARE(SessionStore::local().savedSessions().sessions.size(), 1u);
+    QCOMPARE(test::savedSessions(SessionStore::local()).size(), 1u);
     QVERIFY(QFileInfo::exists(path("Velun/Sessions/Parvelo.json")));
     QVERIFY(!QFileInfo::exists(path("Parvelo")));
     QVERIFY(QFileInfo::exists(path("OrlanceV2/Sessions/OrlanceV2.json")));
-    SessionStore::local().savedSessions();
+    test::listingOf(SessionStore::local());
     QVERIFY(QFileInfo::exists(path("OrlanceV2")));
   }
 
@@ -55,12 +56,12 @@ class SessionMigrationTest final : public test::Suite {
     CaptionSession session = test::sampleSession();
     session.id = QUuid::createUuid();
     SessionStore::local().save(session);
-    QCOMPARE(SessionStore::local().savedSessions().sessions.size(), 2u);
+    QCOMPARE(test::savedSessions(SessionStore::local()).size(), 2u);
   }
 
   void readingDoesNotMoveFolders() {
     putSession("Parvelo");
-    SessionStore::local().read(QUrl::fromLocalFile(path("Parvelo/Sessions/Parvelo.json")));
+    test::readSession(QUrl::fromLocalFile(path("Parvelo/Sessions/Parvelo.json")));
     QVERIFY(QFileInfo::exists(path("Parvelo")));
     QVERIFY(!QFileInfo::exists(path("Velun")));
   }
@@ -68,7 +69,7 @@ class SessionMigrationTest final : public test::Suite {
   void doesNotMoveOverAnExistingFolder() {
     QVERIFY(QDir().mkpath(path("Velun")));
     putSession("Parvelo");
-    QVERIFY(SessionStore::local().savedSessions().sessions.empty());
+    QVERIFY(test::savedSessions(SessionStore::local()).empty());
     QVERIFY(QFileInfo::exists(path("Parvelo/Sessions/Parvelo.json")));
     QVERIFY(!QFileInfo::exists(path("Velun/Sessions")));
   }
@@ -79,7 +80,7 @@ class SessionMigrationTest final : public test::Suite {
     const SessionStore store{QUrl::fromLocalFile(folder.path())};
     store.migratePreviousFolder();
     store.save(test::sampleSession());
-    QCOMPARE(store.savedSessions().sessions.size(), 1u);
+    QCOMPARE(test::savedSessions(store).size(), 1u);
     QVERIFY(QFileInfo::exists(path("Parvelo")));
     QVERIFY(!QFileInfo::exists(path("Velun")));
   }
@@ -88,7 +89,7 @@ class SessionMigrationTest final : public test::Suite {
     putSession("Parvelo");
     // The link's target does not exist, but no folder can replace the link.
     QVERIFY(QFile::link(path("nowhere"), path("Velun")));
-    const SessionStore::Listing listing = SessionStore::local().savedSessions();
+    const SessionListing listing = test::listingOf(SessionStore::local());
     QVERIFY(listing.sessions.empty());
     QCOMPARE(listing.unreadableCount, 0);
     QVERIFY(QFileInfo::exists(path("Parvelo/Sessions/Parvelo.json")));

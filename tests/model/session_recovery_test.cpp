@@ -4,6 +4,7 @@
 #include "model/session_file/session_file.h"
 #include "model/session_store.h"
 #include "platform/foundation/synced_copy.h"
+#include "support/saved_sessions.h"
 #include "support/session_samples.h"
 #include "support/suite.h"
 #include "support/test_folder.h"
@@ -134,9 +135,9 @@ class SessionRecoveryTest final : public test::Suite {
     folder.write(kName, "");
     folder.write(kCopy, older());
     const SessionStore store{QUrl::fromLocalFile(folder.path())};
-    const SessionStore::Listing listing = store.savedSessions();
+    const SessionListing listing = test::listingOf(store);
     QCOMPARE(listing.unreadableCount, 0);
-    QCOMPARE(listing.sessions.at(0).session.lines.size(), std::size_t(3));
+    QCOMPARE(listing.sessions.at(0)->summary.lineCount, std::size_t(3));
   }
 
  private:

@@ -56,7 +56,15 @@ QString searchableText(const CaptionSession& session) {
 
 bool isBefore(const std::shared_ptr<const ListedSession>& left,
               const std::shared_ptr<const ListedSession>& right) {
-  return isListedBefore(left->summary.startedAt, left->url, right->summary.startedAt, right->url);
+  const SessionSummary& leftSummary = left->summary;
+  const SessionSummary& rightSummary = right->summary;
+  if (leftSummary.startedAt != rightSummary.startedAt) {
+    return leftSummary.startedAt > rightSummary.startedAt;
+  }
+  const QString leftName = left->url.fileName();
+  const QString rightName = right->url.fileName();
+  if (leftName != rightName) return leftName < rightName;
+  return left->url.path() < right->url.path();
 }
 
 }  // namespace velun

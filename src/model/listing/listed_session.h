@@ -58,7 +58,8 @@ std::shared_ptr<const ListedSession> listed(const QUrl& url, const CaptionSessio
 /// folded.
 QString searchableText(const CaptionSession& session);
 
-/// Whether `left` comes before `right` in a listing, see `isListedBefore`.
+/// Whether `left` comes before `right` in a listing: newest first, equal starts by file name, then
+/// by folder. A total order, so that reading a file again never moves it.
 bool isBefore(const std::shared_ptr<const ListedSession>& left,
               const std::shared_ptr<const ListedSession>& right);
 

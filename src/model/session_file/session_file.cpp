@@ -6,6 +6,8 @@
 #include "model/session_file/session_reader.h"
 #include "model/session_file/session_writer.h"
 
+#include <optional>
+
 namespace velun {
 
 CaptionSession decodeSession(const QByteArray& bytes) {
@@ -28,22 +30,6 @@ QByteArray encodeSession(const CaptionSession& session) {
     appendSessionTail(json, session);
   }
   return bytes;
-}
-
-CaptionSession decodeSession(const QByteArray& bytes, const QString& fileName) {
-  try {
-    return decodeSession(bytes);
-  } catch (const SessionProblem& problem) {
-    throw SessionError(describe(problem, fileName));
-  }
-}
-
-std::optional<CaptionSession> decodeReadableSession(const QByteArray& bytes) {
-  try {
-    return decodeSession(bytes);
-  } catch (const SessionProblem&) {
-    return std::nullopt;
-  }
 }
 
 }  // namespace velun

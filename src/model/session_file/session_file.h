@@ -2,19 +2,11 @@
 #pragma once
 
 #include "model/caption_session.h"
-#include "platform/foundation/failure.h"
 
-#include <optional>
 #include <QByteArray>
 #include <QString>
 
 namespace velun {
-
-/// A refusal to read or write a session, with a finished text in the interface language.
-class SessionError final : public Failure {
- public:
-  using Failure::Failure;
-};
 
 /// The largest session file that is read, in bytes: about 600,000 lines.
 inline constexpr qint64 kMaxSessionFileSize = qint64{256} << 20;
@@ -37,14 +29,7 @@ inline constexpr std::size_t kMaxNesting = 1024;
 /// The session file: UTF-8 JSON, pretty printed, keys sorted, times in whole seconds.
 QByteArray encodeSession(const CaptionSession& session);
 
-/// Reads a session file. Throws `SessionError`, whose text names `fileName`, what is wrong and at
-/// which line; never returns a part of a session.
-CaptionSession decodeSession(const QByteArray& bytes, const QString& fileName);
-
-/// Reads a session file on any thread. Throws `SessionProblem`.
+/// Reads a session file on any thread. Throws `SessionProblem`; never returns a part of a session.
 CaptionSession decodeSession(const QByteArray& bytes);
-
-/// Reads a session file on any thread. Nothing for bytes that `decodeSession` refuses.
-std::optional<CaptionSession> decodeReadableSession(const QByteArray& bytes);
 
 }  // namespace velun

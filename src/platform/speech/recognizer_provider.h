@@ -44,13 +44,8 @@ class RecognizerProvider {
     return nullptr;
   }
 
-  /// The best of its recognizers of the locale that can be used without a download; nullopt when
-  /// there is none.
-  std::optional<RecognizerCandidate> installed(const QString& locale) const;
-  bool isInstalled(const QString& locale) const { return installed(locale).has_value(); }
-  /// The factory of the best installed recognizer of the locale. Throws `Failure` when there is
-  /// none.
-  Factory factory(const QString& locale) const;
+  /// Whether one of its recognizers of the locale can be used without a download.
+  bool isInstalled(const QString& locale) const;
 };
 
 }  // namespace velun

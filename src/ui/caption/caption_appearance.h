@@ -7,9 +7,8 @@
 
 namespace velun {
 
-/// Constants shared by the parts of the caption window. Lengths are in points.
+/// Constants shared by the parts of the panel. Lengths are in points.
 struct CaptionAppearance {
-  static constexpr int cornerRadius = 16;
   static constexpr int headerHeight = 44;
   static constexpr std::chrono::milliseconds headerDuration{220};
   static constexpr double defaultFontSize = 16.0;

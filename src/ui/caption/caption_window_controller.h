@@ -22,7 +22,7 @@ class PreferenceStore;
 class SmallerRecognizer;
 class TranslationPlatform;
 
-/// The services that the caption window uses. All must outlive the controller.
+/// The services that the panel uses. All must outlive the controller.
 struct CaptionWindowServices {
   DesktopPlatform& desktop;
   TranslationPlatform& translation;

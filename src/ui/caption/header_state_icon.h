@@ -5,7 +5,7 @@
 
 namespace velun {
 
-/// A small symbol that shows a state of the caption window.
+/// A small symbol that shows a state of the panel.
 class HeaderStateIcon final : public QWidget {
   Q_OBJECT
 

@@ -10,7 +10,7 @@ namespace velun {
 
 FrameKeeper::FrameKeeper(QWidget& window, PreferenceStore& frames)
     : QObject(&window), window_(window), frames_(frames) {
-  restoreFrame(window, &frames, window.objectName());
+  restoreFrame(window, frames, window.objectName());
   window.installEventFilter(this);
 }
 
@@ -21,7 +21,7 @@ bool FrameKeeper::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::WindowDeactivate:
       // A window that was never shown has no place yet.
       if (window_.testAttribute(Qt::WA_WState_Created)) {
-        storeFrame(window_, &frames_, window_.objectName());
+        storeFrame(window_, frames_, window_.objectName());
       }
       break;
     default:

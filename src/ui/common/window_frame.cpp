@@ -91,13 +91,13 @@ std::optional<QRect> placedBeside(const QRect& avoided, const QRect& area, const
   return nearest;
 }
 
-void storeFrame(const QWidget& window, PreferenceStore* frames, const QString& name) {
-  if (!frames || window.isMaximized() || window.isFullScreen()) return;
-  writeFrame(*frames, name, window.geometry());
+void storeFrame(const QWidget& window, PreferenceStore& frames, const QString& name) {
+  if (window.isMaximized() || window.isFullScreen()) return;
+  writeFrame(frames, name, window.geometry());
 }
 
-void restoreFrame(QWidget& window, const PreferenceStore* frames, const QString& name) {
-  const std::optional<QRect> frame = frames ? readFrame(*frames, name) : std::nullopt;
+void restoreFrame(QWidget& window, const PreferenceStore& frames, const QString& name) {
+  const std::optional<QRect> frame = readFrame(frames, name);
   if (frame) window.setGeometry(movedIntoView(*frame, freeAreas()));
 }
 

@@ -38,10 +38,10 @@ QRect centredIn(const QRect& area, const QSize& size);
 /// nullopt when there is no room for it.
 std::optional<QRect> placedBeside(const QRect& avoided, const QRect& area, const QSize& size);
 
-/// Stores a window's frame, unless it fills the screen. Does nothing when `frames` is null.
-void storeFrame(const QWidget& window, PreferenceStore* frames, const QString& name);
+/// Stores a window's frame, unless it fills the screen.
+void storeFrame(const QWidget& window, PreferenceStore& frames, const QString& name);
 
 /// Restores a window's stored frame, if there is one, moved onto a screen.
-void restoreFrame(QWidget& window, const PreferenceStore* frames, const QString& name);
+void restoreFrame(QWidget& window, const PreferenceStore& frames, const QString& name);
 
 }  // namespace velun

@@ -19,9 +19,8 @@ QString windowTitle() {
 }  // namespace
 
 ExportWindowController::ExportWindowController(FilePanels panels,
-                                               std::function<void(QWidget*)> windowMade,
-                                               QObject* parent)
-    : QObject(parent), panels_(std::move(panels)), windowMade_(std::move(windowMade)) {}
+                                               std::function<void(QWidget*)> windowMade)
+    : panels_(std::move(panels)), windowMade_(std::move(windowMade)) {}
 
 ExportWindowController::~ExportWindowController() = default;
 

@@ -17,8 +17,7 @@ class ExportWindowController final : public QObject {
 
  public:
   /// `windowMade` is called with every window before it is first shown.
-  ExportWindowController(FilePanels panels, std::function<void(QWidget*)> windowMade,
-                         QObject* parent = nullptr);
+  ExportWindowController(FilePanels panels, std::function<void(QWidget*)> windowMade);
   ~ExportWindowController() override;
 
   /// Opens the window for a session; an open window is closed first.

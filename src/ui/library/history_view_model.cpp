@@ -55,8 +55,8 @@ std::optional<QUrl> neighbourOf(qsizetype index, const QList<QUrl>& visible) {
 
 }  // namespace
 
-HistoryViewModel::HistoryViewModel(SessionStore store, Trash trash, QObject* parent)
-    : QObject(parent), store_(std::move(store)), trash_(std::move(trash)) {
+HistoryViewModel::HistoryViewModel(SessionStore store, Trash trash)
+    : store_(std::move(store)), trash_(std::move(trash)) {
   connect(&Localization::shared(), &Localization::languageChanged, this,
           &HistoryViewModel::presentError);
 }

@@ -31,7 +31,7 @@ class HistoryViewModel final : public QObject {
   /// Moves a file to the trash. Throws `Failure` and leaves the file in place when that fails.
   using Trash = std::function<void(const QUrl&)>;
 
-  HistoryViewModel(SessionStore store, Trash trash, QObject* parent = nullptr);
+  HistoryViewModel(SessionStore store, Trash trash);
 
   const SavedSessions& sessions() const { return sessions_; }
   const std::optional<QUrl>& selection() const { return selection_; }

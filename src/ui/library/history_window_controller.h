@@ -2,7 +2,6 @@
 #pragma once
 
 #include "platform/foundation/clock.h"
-#include "platform/foundation/preference_store.h"
 #include "settings/app_settings.h"
 #include "ui/library/history_actions.h"
 #include "ui/library/history_view_model.h"
@@ -19,9 +18,9 @@ class HistoryWindowController final : public QObject {
   Q_OBJECT
 
  public:
-  /// All references must outlive this object. `frames` stores the window's frame and may be null.
+  /// All references must outlive this object.
   HistoryWindowController(HistoryViewModel& model, AppSettings& settings, HistoryActions actions,
-                          Clock& clock, PreferenceStore* frames, QObject* parent = nullptr);
+                          Clock& clock);
   ~HistoryWindowController() override;
 
   /// Brings the window to the front and lists the sessions again.
@@ -34,12 +33,8 @@ class HistoryWindowController final : public QObject {
   QWidget& window() const { return *window_; }
   HistoryView& view() const { return *view_; }
 
- protected:
-  bool eventFilter(QObject* watched, QEvent* event) override;
-
  private:
   HistoryViewModel& model_;
-  PreferenceStore* frames_;
   std::unique_ptr<QWidget> window_;
   HistoryView* view_;
 };

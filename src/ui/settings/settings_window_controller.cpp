@@ -23,8 +23,7 @@ SettingsWindowController::SettingsWindowController(CaptionViewModel& model,
                                                    std::function<void()> openRecordsFolder,
                                                    const SettingsNotes* notes,
                                                    const ModelServices* models,
-                                                   const DesktopSettings& desktop, QObject* parent)
-    : QObject(parent) {
+                                                   const DesktopSettings& desktop) {
   AppSettings& settings = model.settings();
   auto* captions = new CaptionsPage(model, notes, desktop);
   connect(captions, &CaptionsPage::modelsRequested, this, &SettingsWindowController::showModels);

@@ -25,7 +25,7 @@ class SettingsWindowController final : public QObject {
   /// may be null; without `models` there is no page for them.
   SettingsWindowController(CaptionViewModel& model, std::function<void()> openRecordsFolder,
                            const SettingsNotes* notes, const ModelServices* models = nullptr,
-                           const DesktopSettings& desktop = {}, QObject* parent = nullptr);
+                           const DesktopSettings& desktop = {});
   ~SettingsWindowController() override;
 
   void show();

@@ -80,7 +80,7 @@ class LibraryPicturesTest final : public test::Suite {
     SessionStore store;
     store.directory = QUrl::fromLocalFile(folder.path());
     HistoryViewModel library(store, [](const QUrl&) {});
-    HistoryWindowController history(library, settings, {}, clock, nullptr);
+    HistoryWindowController history(library, settings, {}, clock);
     QSignalSpy reloaded(&library, &HistoryViewModel::reloaded);
     history.show();
     QVERIFY(reloaded.wait());

@@ -4,6 +4,7 @@
 #include "platform/speech/built_in/built_in_backend.h"
 #include "platform/speech/model_copy.h"
 #include "platform/speech/neural_runs.h"
+#include "support/installed_recognizer.h"
 #include "support/suite.h"
 
 #include <cerrno>
@@ -52,7 +53,7 @@ void damage(const ModelCopy& copy, const QString& name, Damage how) {
 }
 
 std::unique_ptr<RecognizerBackend> recognizer(const ModelCopy& copy) {
-  return BuiltInRecognizerProvider(copy.files()).factory("en_US")();
+  return test::installedRecognizer(BuiltInRecognizerProvider(copy.files()), "en_US")();
 }
 
 /// The failure of loading; empty when it succeeds.

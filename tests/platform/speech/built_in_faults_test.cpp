@@ -57,9 +57,6 @@ class BuiltInFaultsTest final : public test::Suite {
     const BuiltInRecognizerProvider provider(files);
     QVERIFY(provider.candidates("en_US").empty());
     QVERIFY(!provider.isInstalled("en_US"));
-    QCOMPARE(failureOf([&] { provider.factory("en_US")(); }),
-             QString("There is no recognizer for this language on this computer. Choose another "
-                     "language, or download a speech model in Settings."));
   }
 
   void deadHelperIsAFailureAfterItsResults() {

@@ -3,6 +3,7 @@
 
 #include "platform/speech/audio_backlog.h"
 #include "support/await.h"
+#include "support/installed_recognizer.h"
 #include "support/manual_clock.h"
 #include "support/scripted_recognizer_backend.h"
 #include "support/settle.h"
@@ -17,7 +18,9 @@ namespace {
 struct Fixture {
   void start() {
     run = std::make_unique<LocalSpeechRun>(
-        std::vector<SpeechRecognizer>{{"only", "Only", provider.factory("en_US")}}, input, clock);
+        std::vector<SpeechRecognizer>{
+            {"only", "Only", test::installedRecognizer(provider, "en_US")}},
+        input, clock);
     QObject::connect(run.get(), &SpeechRun::resultReady,
                      [this](const TranscriptionResult& result) { emitted << result.text; });
     QObject::connect(run.get(), &SpeechRun::ended, [this](const std::optional<QString>& error) {

@@ -3,6 +3,7 @@
 #include "platform/speech/neural_runs.h"
 #include "platform/speech/observed_run.h"
 #include "support/await.h"
+#include "support/installed_recognizer.h"
 #include "support/suite.h"
 
 #include <csignal>
@@ -39,7 +40,8 @@ SpeechRecognizer sharedToy(const HelperProgram& program) {
 }
 
 SpeechRecognizer builtIn() {
-  return {"built-in", "Built-in", BuiltInRecognizerProvider(builtInFiles()).factory("en_US")};
+  return {"built-in", "Built-in",
+          test::installedRecognizer(BuiltInRecognizerProvider(builtInFiles()), "en_US")};
 }
 
 /// The processes that this one has started, by the ids that the system keeps per thread.

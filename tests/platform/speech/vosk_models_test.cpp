@@ -5,6 +5,7 @@
 #include "platform/speech/neural/neural_recognizer_provider.h"
 #include "platform/speech/neural_fixture.h"
 #include "platform/speech/vosk_archive.h"
+#include "support/installed_recognizer.h"
 #include "support/scripted_model_store.h"
 #include "support/suite.h"
 
@@ -19,7 +20,8 @@ class VoskModelsTest final : public test::Suite {
 
   /// "He was not an ill disposed young man", in which the model hears other words for two of them.
   static QString recognized(const RecognizerProvider& provider) {
-    const std::unique_ptr<RecognizerBackend> recognizer = provider.factory("en_US")();
+    const std::unique_ptr<RecognizerBackend> recognizer =
+        test::installedRecognizer(provider, "en_US")();
     recognizer->load();
     recognizer->acceptAudio(clip("0880"));
     recognizer->finalize();

@@ -7,6 +7,7 @@
 #include "platform/translation/local_translation_platform.h"
 #include "platform/translation/student/student_backend.h"
 #include "platform/translation/support/toy_models.h"
+#include "support/saved_sessions.h"
 #include "support/suite.h"
 
 #include <limits>
@@ -73,7 +74,7 @@ class TranslationEndToEndTest final : public Suite {
     QCOMPARE(activity.count(), 2);
     QVERIFY(!fixture_->model->translationStatus());
 
-    const CaptionSession saved = fixture_->store.read(*fixture_->model->savedURL());
+    const CaptionSession saved = test::readSession(*fixture_->model->savedURL());
     QCOMPARE(saved.lines.size(), std::size_t{3});
     QCOMPARE(saved.lines[0].translations.at("ko"), QStringLiteral("마리아는 빨간 집 봅니다."));
     QVERIFY(!saved.lines[1].translations.at("ko").isEmpty());

@@ -2,6 +2,7 @@
 #include "ui/library/bilingual_view.h"
 
 #include "history_view_suite.h"
+#include "support/saved_sessions.h"
 #include "ui/library/print_session.h"
 
 #include <QClipboard>
@@ -99,7 +100,7 @@ class BilingualViewTest final : public test::HistoryViewSuite {
     correction_ = "Line one of the talk";
     action("Correct Line…")->trigger();
     QCOMPARE(cell(1, 0), correction_);
-    QCOMPARE(library_->store().read(url).lines[1].text, correction_);
+    QCOMPARE(test::readSession(url).lines[1].text, correction_);
     // The place stays.
     QCOMPARE(table()->currentIndex().row(), 1);
     table()->selectionModel()->select(

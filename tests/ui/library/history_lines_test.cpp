@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "history_view_suite.h"
+#include "support/saved_sessions.h"
 
 #include <QClipboard>
 
@@ -33,7 +34,7 @@ class HistoryLinesTest final : public test::HistoryViewSuite {
     view.setTextCursor(cursor);
   }
 
-  CaptionSession saved(const QUrl& url) { return library_->store().read(url); }
+  CaptionSession saved(const QUrl& url) { return test::readSession(url); }
 
  private Q_SLOTS:
   void aLineIsCopied() {

@@ -1,81 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/library/history_view_model.h"
+#include "support/saved_sessions.h"
+#include "ui/library/history_view_model_suite.h"
 
-#include "language/localization.h"
-#include "model/session_file/session_file.h"
-#include "platform/foundation/failure.h"
-#include "support/suite.h"
-
-#include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QThreadPool>
 
 using namespace velun;
 
-class HistoryViewModelTest final : public test::Suite {
+/// Listing, opening, selecting, reading and renaming.
+class HistoryViewModelTest final : public test::HistoryViewModelSuite {
   Q_OBJECT
 
-  std::unique_ptr<QTemporaryDir> folder_;
-  std::unique_ptr<HistoryViewModel> library_;
-  std::optional<QString> trashRefuses_;
-
-  QString path(const QString& name) const { return folder_->filePath(name); }
-
-  /// Writes a session that started `hour` hours into the day; returns its file.
-  QUrl write(const QString& name, int hour) const {
-    CaptionSession session;
-    session.title = name;
-    session.startedAt = Instant(std::chrono::hours(24 * 365 + hour));
-    session.lines.push_back({});
-    QDir().mkpath(QFileInfo(path(name)).path());
-    QFile file(path(name));
-    if (!file.open(QFile::WriteOnly)) return {};
-    file.write(encodeSession(session));
-    return QUrl::fromLocalFile(path(name));
-  }
-
-  void reload() {
-    QSignalSpy reloaded(library_.get(), &HistoryViewModel::reloaded);
-    library_->reload();
-    QVERIFY(reloaded.wait());
-  }
-
-  /// Opens the files; returns why some could not be read.
-  QStringList open(const QList<QUrl>& urls) {
-    QSignalSpy opened(library_.get(), &HistoryViewModel::filesOpened);
-    library_->open(urls);
-    if (!opened.wait()) qFatal("The files were not read");
-    return opened[0][1].toStringList();
-  }
-  QStringList open(const QUrl& url) { return open(QList<QUrl>{url}); }
-
-  QStringList titles() const {
-    QStringList titles;
-    for (const auto& each : library_->sessions()) titles.append(each->summary.title);
-    return titles;
-  }
-
-  QList<QUrl> visible() const {
-    QList<QUrl> urls;
-    for (const auto& each : library_->sessions()) urls.append(each->url);
-    return urls;
-  }
-
  private Q_SLOTS:
-  void init() {
-    Suite::init();
-    Localization::shared().setLanguage(AppLanguage::english);
-    folder_ = std::make_unique<QTemporaryDir>();
-    QVERIFY(QDir(folder_->path()).mkpath("Sessions"));
-    trashRefuses_.reset();
-    SessionStore store;
-    store.directory = QUrl::fromLocalFile(path("Sessions"));
-    library_ = std::make_unique<HistoryViewModel>(store, [this](const QUrl& url) {
-      if (trashRefuses_) throw Failure(*trashRefuses_);
-      QVERIFY(QFile::remove(url.toLocalFile()));
-    });
-  }
-
   void listsTheFolderNewestFirst() {
     write("Sessions/old.json", 1);
     write("Sessions/new.json", 3);
@@ -232,74 +167,6 @@ class HistoryViewModelTest final : public test::Suite {
     QVERIFY(library_->error()->contains("read 1 session."));
   }
 
-  void deletingSelectsTheNextOrThePreviousAtTheEnd() {
-    write("Sessions/a.json", 3);
-    const QUrl b = write("Sessions/b.json", 2);
-    const QUrl c = write("Sessions/c.json", 1);
-    reload();
-    library_->select(b);
-    QCOMPARE(library_->deleteSelection(visible()).value_or(QUrl()), b);
-    QVERIFY(!QFile::exists(b.toLocalFile()));
-    QCOMPARE(library_->selection().value_or(QUrl()), c);
-    library_->deleteSelection(visible());
-    QCOMPARE(library_->selectedSession()->session.title, QString("Sessions/a.json"));
-    library_->deleteSelection(visible());
-    QVERIFY(!library_->selection());
-    QVERIFY(library_->sessions().empty());
-  }
-
-  void severalAreDeletedAndBroughtBack() {
-    const QUrl a = write("Sessions/a.json", 3);
-    const QUrl b = write("Sessions/b.json", 2);
-    write("Sessions/c.json", 1);
-    reload();
-    library_->select(b);
-    QVERIFY(!library_->canUndoDelete());
-    std::exception_ptr failed;
-    QCOMPARE(library_->deleteSessions({a, b}, failed), QList<QUrl>({a, b}));
-    QVERIFY(!failed);
-    QVERIFY(!QFile::exists(a.toLocalFile()));
-    QCOMPARE(titles(), QStringList({"Sessions/c.json"}));
-    QVERIFY(!library_->selection());
-    QVERIFY(library_->canUndoDelete());
-    library_->undoDelete();
-    QTRY_COMPARE(titles(), QStringList({"Sessions/a.json", "Sessions/b.json", "Sessions/c.json"}));
-    QVERIFY(!library_->canUndoDelete());
-  }
-
-  void aDeletionOfOneIsUndoneToo() {
-    const QUrl a = write("Sessions/a.json", 3);
-    reload();
-    library_->select(a);
-    library_->deleteSelection(visible());
-    QVERIFY(library_->canUndoDelete());
-    library_->undoDelete();
-    QTRY_COMPARE(titles(), QStringList({"Sessions/a.json"}));
-  }
-
-  void undoReplacesNoSessionThatWasWrittenAgain() {
-    const QUrl a = write("Sessions/a.json", 3);
-    reload();
-    library_->select(a);
-    library_->deleteSelection(visible());
-    write("Sessions/a.json", 5);
-    library_->undoDelete();
-    QTRY_COMPARE(titles(), QStringList({"Sessions/a.json"}));
-    QCOMPARE(library_->sessions()[0]->summary.startedAt, Instant(std::chrono::hours(24 * 365 + 5)));
-    QVERIFY(!library_->canUndoDelete());
-  }
-
-  void deletionOfSeveralEndsAtAFailure() {
-    const QUrl a = write("Sessions/a.json", 3);
-    reload();
-    trashRefuses_ = "no trash";
-    std::exception_ptr failed;
-    QCOMPARE(library_->deleteSessions({a}, failed), QList<QUrl>());
-    QVERIFY(failed);
-    QVERIFY(QFile::exists(a.toLocalFile()));
-    QVERIFY(!library_->canUndoDelete());
-  }
-
   void aSelectedFileThatCannotBeReadAnyMoreIsReported() {
     const QUrl a = write("Sessions/a.json", 3);
     const QUrl b = write("Sessions/b.json", 4);
@@ -329,11 +196,11 @@ class HistoryViewModelTest final : public test::Suite {
   void aSessionGetsAnotherTitle() {
     const QUrl a = write("Sessions/a.json", 3);
     reload();
-    const CaptionSession before = library_->store().read(a);
+    const CaptionSession before = test::readSession(a);
     library_->rename(a, " Biology ");
     QCOMPARE(titles(), QStringList({"Biology"}));
     reload();
-    CaptionSession after = library_->store().read(a);
+    CaptionSession after = test::readSession(a);
     QCOMPARE(after.title, "Biology");
     after.title = before.title;
     QVERIFY(after == before);
@@ -342,56 +209,6 @@ class HistoryViewModelTest final : public test::Suite {
     QVERIFY(QFile::remove(a.toLocalFile()));
     QVERIFY_EXCEPTION_THROWN(library_->rename(a, "C"), Failure);
     QVERIFY(!QFile::exists(a.toLocalFile()));
-  }
-
-  void deletingSelectsAVisibleNeighbour() {
-    const QUrl a = write("Sessions/a.json", 3);
-    write("Sessions/hidden.json", 2);
-    const QUrl c = write("Sessions/c.json", 1);
-    reload();
-    library_->select(a);
-    library_->deleteSelection({a, c});
-    QCOMPARE(library_->selection().value_or(QUrl()), c);
-  }
-
-  void hiddenSelectionIsNotDeleted() {
-    const QUrl a = write("Sessions/a.json", 1);
-    reload();
-    library_->select(a);
-    QVERIFY(!library_->deleteSelection({}));
-    QVERIFY(QFile::exists(a.toLocalFile()));
-    QCOMPARE(library_->selection().value_or(QUrl()), a);
-  }
-
-  void fileThatCannotBeTrashedStaysListed() {
-    const QUrl a = write("Sessions/a.json", 1);
-    reload();
-    library_->select(a);
-    trashRefuses_ = "no trash";
-    QVERIFY_EXCEPTION_THROWN(library_->deleteSelection(visible()), Failure);
-    QCOMPARE(titles().size(), 1);
-    QCOMPARE(library_->selection().value_or(QUrl()), a);
-  }
-
-  void deletingAnOpenedFileForgetsIt() {
-    const QUrl elsewhere = write("elsewhere.json", 1);
-    open(elsewhere);
-    library_->deleteSelection(visible());
-    QVERIFY(library_->openedFiles().isEmpty());
-    reload();
-    QVERIFY(!library_->error());
-  }
-
-  void outdatedListingDoesNotRestoreADeletedSession() {
-    const QUrl a = write("Sessions/a.json", 1);
-    reload();
-    library_->select(a);
-    QSignalSpy reloaded(library_.get(), &HistoryViewModel::reloaded);
-    library_->reload();
-    library_->deleteSelection(visible());
-    QVERIFY(reloaded.wait());
-    QVERIFY(library_->sessions().empty());
-    QVERIFY(!library_->isReloading());
   }
 
   void listingIsDiscardedAfterDestruction() {

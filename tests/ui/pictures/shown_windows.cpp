@@ -92,8 +92,8 @@ ShownWindows::ShownWindows(AppLanguage language)
       shortcuts_(commands_, keys_, fixture_.preferences),
       history_(SessionStore{QUrl::fromLocalFile(folder_.path())}, [](const QUrl&) {}),
       noHistory_(SessionStore{QUrl::fromLocalFile(emptyFolder_.path())}, [](const QUrl&) {}),
-      library_(history_, fixture_.settings, {}, fixture_.clock, nullptr),
-      emptyLibrary_(noHistory_, fixture_.settings, {}, fixture_.clock, nullptr),
+      library_(history_, fixture_.settings, {}, fixture_.clock),
+      emptyLibrary_(noHistory_, fixture_.settings, {}, fixture_.clock),
       settings_(fixture_.captions, [] {}, nullptr, &services_,
                 {.audio = &audio_, .login = &login_, .shortcuts = &shortcuts_}),
       recordings_(
