@@ -45,6 +45,7 @@ CaptionWindowController::CaptionWindowController(CaptionViewModel& model, AppCom
   connectToSettings();
   applyClickThrough();
   present();
+  applyPreferences();
 }
 
 CaptionWindowController::~CaptionWindowController() = default;
@@ -84,7 +85,6 @@ void CaptionWindowController::connectToSettings() {
 
 void CaptionWindowController::present() {
   panel_->setWindowTitle(L("Velun Captions", "Velun 자막"));
-  applyPreferences();
 }
 
 CaptionPanel& CaptionWindowController::panel() const {
@@ -125,7 +125,7 @@ void CaptionWindowController::applyLevel() {
   if (std::exchange(wasKeptOnTop_, keepsOnTop) == keepsOnTop) return;
   panel_->setKeepOnTop(keepsOnTop);
   // A window manager puts a window that leaves the upper level in front of the ordinary ones.
-  if (!keepsOnTop) ownWindows_->raiseFront();
+  if (!keepsOnTop) ownWindows_->raiseOverlapping();
 }
 
 void CaptionWindowController::applyLook() {

@@ -4,6 +4,7 @@
 #include "ui/caption/caption_appearance.h"
 #include "ui/common/window_frame.h"
 
+#include <algorithm>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QScreen>
@@ -27,13 +28,21 @@ void OwnWindows::add(QWidget& window) {
   window.installEventFilter(this);
 }
 
-bool OwnWindows::overlapPanel() const {
-  return front_ && front_->isVisible() && !front_->isMinimized() &&
-         front_->frameGeometry().intersects(panel_.geometry());
+bool OwnWindows::overlapsPanel(const QWidget* window) const {
+  return window && window->isVisible() && !window->isMinimized() &&
+         window->frameGeometry().intersects(panel_.geometry());
 }
 
-void OwnWindows::raiseFront() {
-  if (front_) front_->raise();
+bool OwnWindows::overlapPanel() const {
+  return front_ && std::ranges::any_of(stack_, [this](const QPointer<QWidget>& window) {
+           return overlapsPanel(window);
+         });
+}
+
+void OwnWindows::raiseOverlapping() {
+  for (const QPointer<QWidget>& window : stack_) {
+    if (overlapsPanel(window)) window->raise();
+  }
 }
 
 bool OwnWindows::eventFilter(QObject* watched, QEvent* event) {
@@ -52,7 +61,7 @@ bool OwnWindows::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::Move:
     case QEvent::Resize:
     case QEvent::WindowStateChange:
-      if (window == front_) Q_EMIT frontChanged();
+      if (front_) Q_EMIT frontChanged();
       break;
     default:
       break;
@@ -63,6 +72,10 @@ bool OwnWindows::eventFilter(QObject* watched, QEvent* event) {
 void OwnWindows::setFront(QWidget* window) {
   if (front_ == window) return;
   front_ = window;
+  if (window) {
+    stack_.removeIf([window](const QPointer<QWidget>& each) { return !each || each == window; });
+    stack_.append(window);
+  }
   Q_EMIT frontChanged();
 }
 

@@ -182,6 +182,8 @@ void PanelGeometry::snap() {
   if (headerGrowth_ > 0 && panel_.y() < area.top() + kPlaceGap) {
     target.moveTop(area.top() + kPlaceGap);
   }
+  // The newest line is at the bottom; below the screen nobody would see it.
+  if (target.bottom() > area.bottom()) target.moveBottom(area.bottom());
   if (target != frame) place(target, motionTime(panel_, kSnapTime));
 }
 

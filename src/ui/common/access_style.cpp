@@ -26,6 +26,14 @@ void drawRounded(QPainter& painter, const QRect& rect, const QColor& color, doub
   painter.restore();
 }
 
+/// The links' colour is hardly visible on a selected row.
+QColor focusColor(const QStyleOption& option) {
+  const auto* focus = qstyleoption_cast<const QStyleOptionFocusRect*>(&option);
+  const bool isSelected =
+      focus && focus->backgroundColor == option.palette.color(QPalette::Highlight);
+  return option.palette.color(isSelected ? QPalette::HighlightedText : kFocusRole);
+}
+
 /// Of a text or a list; other frames only group things.
 bool isOfScrollArea(const QWidget* widget) {
   const auto* area = qobject_cast<const QAbstractScrollArea*>(widget);
@@ -37,6 +45,7 @@ bool isOfScrollArea(const QWidget* widget) {
 void AccessStyle::drawOutline(QPainter& painter, const QStyleOption& option) const {
   const bool hasKeyboard =
       option.state.testFlag(QStyle::State_HasFocus) && option.state.testFlag(QStyle::State_Enabled);
+  if (!hasKeyboard && outlines_ == Outlines::none) return;
   QColor color = option.palette.color(hasKeyboard ? kFocusRole : QPalette::WindowText);
   if (!hasKeyboard && outlines_ == Outlines::soft) color.setAlphaF(kSoftness);
   drawRounded(painter, option.rect, color, hasKeyboard ? kFocusLine : kLine);
@@ -50,12 +59,11 @@ int AccessStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWi
 
 void AccessStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
                                 QPainter* painter, const QWidget* widget) const {
-  if (outlines_ != Outlines::none && element == PE_FrameFocusRect) {
-    drawRounded(*painter, option->rect, option->palette.color(kFocusRole), kFocusLine);
+  if (element == PE_FrameFocusRect) {
+    drawRounded(*painter, option->rect, focusColor(*option), kFocusLine);
     return;
   }
   QProxyStyle::drawPrimitive(element, option, painter, widget);
-  if (outlines_ == Outlines::none) return;
   switch (element) {
     case PE_PanelButtonCommand:
     case PE_FrameLineEdit:
@@ -75,7 +83,14 @@ void AccessStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* op
 void AccessStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                                      QPainter* painter, const QWidget* widget) const {
   QProxyStyle::drawComplexControl(control, option, painter, widget);
-  if (outlines_ != Outlines::none && control == CC_ComboBox) drawOutline(*painter, *option);
+  if (control == CC_ComboBox) drawOutline(*painter, *option);
+}
+
+QRect AccessStyle::subElementRect(SubElement element, const QStyleOption* option,
+                                  const QWidget* widget) const {
+  // The whole row, not its text alone.
+  if (element == SE_ItemViewItemFocusRect) return option->rect;
+  return QProxyStyle::subElementRect(element, option, widget);
 }
 
 }  // namespace velun

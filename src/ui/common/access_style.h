@@ -5,9 +5,9 @@
 
 namespace velun {
 
-/// Adapts a style to accessibility preferences and to colours that it is not made for: draws
-/// outlines around controls and a thicker one in the links' colour around the focused control,
-/// and stops animations.
+/// Adapts a style to accessibility preferences and to colours that it is not made for: draws a
+/// thick outline in the links' colour around the focused control, outlines around the others where
+/// they are wanted, and stops animations.
 class AccessStyle final : public QProxyStyle {
   Q_OBJECT
 
@@ -25,6 +25,8 @@ class AccessStyle final : public QProxyStyle {
                      const QWidget* widget) const override;
   void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                           QPainter* painter, const QWidget* widget) const override;
+  QRect subElementRect(SubElement element, const QStyleOption* option,
+                       const QWidget* widget) const override;
 
  private:
   void drawOutline(QPainter& painter, const QStyleOption& option) const;

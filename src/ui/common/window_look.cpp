@@ -90,7 +90,9 @@ void WindowLook::applyStyle() {
   const bool isOld = std::exchange(styledOutlines_, wanted) == wanted;
   if (std::exchange(styledMotion_, reducedMotion_) == reducedMotion_ && isOld) return;
   if (styleName_.isEmpty()) styleName_ = QApplication::style()->name();
-  if (wanted != AccessStyle::Outlines::none || reducedMotion_) {
+  // The focus of the style that most desktops leave to us is hardly visible.
+  const bool isFaint = styleName_ == QLatin1String("fusion");
+  if (isFaint || wanted != AccessStyle::Outlines::none || reducedMotion_) {
     QApplication::setStyle(new AccessStyle(styleName_, wanted, reducedMotion_));
   } else {
     QApplication::setStyle(std::exchange(styleName_, QString()));

@@ -4,6 +4,7 @@
 #include "platform/desktop/color_scheme.h"
 #include "ui/common/access_style.h"
 
+#include <optional>
 #include <QPalette>
 #include <QString>
 
@@ -37,7 +38,7 @@ class WindowLook final {
   bool reducedMotion_ = false;
   bool hasOwnPalette_ = false;
   // Of the style in use.
-  AccessStyle::Outlines styledOutlines_ = AccessStyle::Outlines::none;
+  std::optional<AccessStyle::Outlines> styledOutlines_;
   bool styledMotion_ = false;
   // The desktop's style while it is replaced; otherwise empty.
   QString styleName_;

@@ -195,6 +195,29 @@ class CaptionWindowControllerTest final : public test::Suite {
     QCOMPARE(stage.desktop.calls.back(), QString("floating"));
   }
 
+  void panelStaysBehindAWindowWhenAnotherOpensBesideIt() {
+    PanelStage stage;
+    QWidget read;
+    stage.showBeneath(read);
+    QWidget opened;
+    opened.setGeometry(QRect(stage.panel().geometry().topRight() + QPoint(20, 0), QSize(50, 50)));
+    stage.controller->keepReadable(opened);
+    opened.show();
+    QCOMPARE(stage.desktop.calls, QStringList{"normal"});
+    opened.hide();
+    QCOMPARE(stage.desktop.calls, (QStringList{"normal", "floating"}));
+  }
+
+  void anotherLanguageLeavesTheOrderOfTheWindows() {
+    PanelStage stage;
+    QWidget window;
+    stage.showBeneath(window);
+    stage.desktop.calls.clear();
+    Localization::shared().setLanguage(AppLanguage::korean);
+    QCOMPARE(stage.desktop.calls, QStringList());
+    QCOMPARE(stage.panel().windowTitle(), QString("Velun 자막"));
+  }
+
   void headerFitsBelowAWindowThatWasPlacedAboveThePanel() {
     PanelStage stage;
     stage.controller->show();

@@ -241,6 +241,19 @@ class PanelGeometryTest final : public test::Suite {
              framedAt(0, QRect(0, 0, 560, 250), free).adjusted(0, -kPlaceGap, 0, 0));
   }
 
+  void aDraggedPanelKeepsItsNewestLineOnTheScreen() {
+    PanelStage stage;
+    stage.controller->show();
+    const QRect area = stage.panel().screen()->availableGeometry();
+    stage.panel().move(area.left() + 100, area.bottom() - 30);
+    Q_EMIT stage.panel().moved();
+    QCOMPARE(stage.panel().geometry().bottom(), area.bottom());
+    // At the sides it may hang over: its lines begin again.
+    stage.panel().move(area.left() - 150, area.top() + 100);
+    Q_EMIT stage.panel().moved();
+    QCOMPARE(stage.panel().x(), area.left() - 150);
+  }
+
   void aDraggedPanelSnapsWithItsHeader() {
     PanelStage stage;
     stage.controller->show();
