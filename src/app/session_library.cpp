@@ -166,7 +166,11 @@ void SessionLibrary::chooseRecordings() {
       .title = recordingsTitle(),
       .message = L("Choose a sound or video file.", "소리나 영상 파일을 선택하세요."),
       .filterName = L("Sound and video", "소리와 영상"),
-      .patterns = {"*"}};
+      .patterns = {"*.3gp",  "*.aac",  "*.aif", "*.aiff", "*.amr", "*.avi", "*.flac",
+                   "*.flv",  "*.m4a",  "*.m4v", "*.mka",  "*.mkv", "*.mov", "*.mp3",
+                   "*.mp4",  "*.mpeg", "*.mpg", "*.mts",  "*.oga", "*.ogg", "*.ogv",
+                   "*.opus", "*.ts",   "*.wav", "*.webm", "*.wma", "*.wmv"},
+      .offersAllFiles = true};
   if (const auto file = services_.panels.open(request)) open({*file});
 }
 

@@ -51,7 +51,7 @@ class TranscriptView final : public QWidget {
   int heightForLines(int lines) const;
 
   /// The bar that searches the transcript; null before it is first opened.
-  const FindBar* findBar() const { return findBar_; }
+  FindBar* findBar() const { return findBar_; }
 
   SelectableTranscriptTextView& textView() const { return *textView_; }
 

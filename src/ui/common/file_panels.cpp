@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/common/file_panels.h"
 
+#include "language/localization.h"
+
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -41,8 +43,11 @@ std::optional<QUrl> chosenFile(QFileDialog& dialog) {
 }
 
 std::optional<QUrl> openFile(const OpenPanelRequest& request) {
-  QFileDialog dialog(nullptr, request.title, startingFolder(),
-                     nameFilter(request.filterName, request.patterns));
+  QString filters = nameFilter(request.filterName, request.patterns);
+  if (request.offersAllFiles) {
+    filters += ";;" + nameFilter(L("All files", "모든 파일"), {QStringLiteral("*")});
+  }
+  QFileDialog dialog(nullptr, request.title, startingFolder(), filters);
   dialog.setFileMode(QFileDialog::ExistingFile);
   showMessage(dialog, request.message);
   return chosenFile(dialog);

@@ -17,6 +17,8 @@ struct OpenPanelRequest {
   QString filterName;
   /// File-name patterns such as "*.json".
   QStringList patterns;
+  /// Whether the dialog can also show all files: a pattern may be missing.
+  bool offersAllFiles = false;
 };
 
 /// The options of a dialog that saves a file. Texts are in the interface language.

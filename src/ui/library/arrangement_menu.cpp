@@ -35,6 +35,10 @@ void ArrangementMenu::addChoice(QMenu& menu, const QString& text,
   QAction* choice = menu.addAction(text, this, [this, chosen] { set(chosen); });
   choice->setCheckable(true);
   choice->setChecked(chosen == arrangement_);
+  // One of a menu's choices holds.
+  auto* group = menu.findChild<QActionGroup*>(QString(), Qt::FindDirectChildrenOnly);
+  if (!group) group = new QActionGroup(&menu);
+  group->addAction(choice);
 }
 
 void ArrangementMenu::fill() {

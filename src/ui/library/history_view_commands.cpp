@@ -79,6 +79,7 @@ void HistoryView::deleteSelected() {
 }
 
 void HistoryView::stepToMatch(bool forward) {
+  if (detail_->stepInFindBar(forward)) return;
   const QList<QUrl> urls = visibleURLs();
   if (searchField_->text().isEmpty() || urls.isEmpty() || detail_->stepToMatch(forward)) return;
   const auto selected = library_.selection();

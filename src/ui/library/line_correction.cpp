@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 namespace velun {
@@ -48,6 +49,16 @@ std::optional<QString> askCorrection(const Line& line) {
   auto* column = new QVBoxLayout(&dialog);
   for (QWidget* each : std::initializer_list<QWidget*>{label, field, recognized, buttons}) {
     column->addWidget(each);
+  }
+  QPushButton* cancel = buttons->button(QDialogButtonBox::Cancel);
+  // The other dialogs have no symbols on their buttons.
+  for (QPushButton* button : {accept, cancel}) button->setIcon({});
+  // Some desktops place "Cancel" first; a correction must not be lost by Tab and Return.
+  QWidget::setTabOrder(field, accept);
+  QWidget::setTabOrder(accept, cancel);
+  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+    auto* save = new QShortcut(Qt::CTRL | key, &dialog);
+    QObject::connect(save, &QShortcut::activated, accept, &QPushButton::click);
   }
   field->setFocus();
   if (dialog.exec() != QDialog::Accepted) return std::nullopt;

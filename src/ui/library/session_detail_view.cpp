@@ -10,6 +10,7 @@
 #include "ui/caption/text_size_gestures.h"
 #include "ui/caption/text_size_notice.h"
 #include "ui/caption/transcript_view.h"
+#include "ui/common/find_bar.h"
 #include "ui/library/bilingual_view.h"
 #include "ui/library/language_label.h"
 #include "ui/library/session_search.h"
@@ -275,6 +276,13 @@ std::optional<LineRange> SessionDetailView::selectedLines() const {
 bool SessionDetailView::openFindBar() {
   if (!isSideBySide_) transcript_->openFindBar();
   return !isSideBySide_;
+}
+
+bool SessionDetailView::stepInFindBar(bool forward) {
+  FindBar* bar = transcript_->findBar();
+  if (!bar || !bar->isVisible() || !bar->isAncestorOf(window()->focusWidget())) return false;
+  forward ? bar->findNext() : bar->findPrevious();
+  return true;
 }
 
 ExportOptions SessionDetailView::tableOptions() const {

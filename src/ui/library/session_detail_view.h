@@ -60,6 +60,8 @@ class SessionDetailView final : public QWidget {
   std::optional<LineRange> selectedLines() const;
   /// Opens the bar that searches the transcript. Returns whether there is one.
   bool openFindBar();
+  /// Goes to the bar's next or previous match if the bar has the keyboard; whether it has.
+  bool stepInFindBar(bool forward);
   /// For a page that shows what is chosen here.
   ExportOptions printOptions() const;
 

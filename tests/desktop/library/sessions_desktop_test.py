@@ -60,6 +60,14 @@ class Sessions(LibraryCase):
         self.wait("the correction", lambda: self.files[2].read_bytes() != before)
         line = json.loads(self.files[2].read_text())["lines"][2]
         self.assertEqual((line["text"], line["original"]), ("I shall.", "I will."))
+        before = self.files[2].read_bytes()
+        self.desktop.key("ctrl+shift+e")
+        self.window("Correct Line")
+        self.desktop.key("ctrl+a")
+        self.desktop.run("xdotool", "type", "I must.")
+        self.desktop.key("ctrl+Return")
+        self.wait("the second correction", lambda: self.files[2].read_bytes() != before)
+        self.assertEqual(json.loads(self.files[2].read_text())["lines"][2]["text"], "I must.")
         self.quit()
 
     def test_the_list_is_sorted_and_filtered_with_the_keyboard(self):

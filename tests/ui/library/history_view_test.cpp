@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "history_view_suite.h"
+#include "ui/common/find_bar.h"
 #include "ui/library/session_list_model.h"
 
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QScopeGuard>
 #include <QToolButton>
 
@@ -213,6 +215,29 @@ class HistoryViewTest final : public test::HistoryViewSuite {
     QVERIFY(std::any_of(labels.begin(), labels.end(), [](const QLabel* label) {
       return label->isVisible() && label->text().startsWith("Couldn’t read 1 session.");
     }));
+  }
+
+  void matchesOfTheFindBarAreSteppedThroughWhileItHasTheKeyboard() {
+    const QUrl lecture = write("Lecture", 0, "sea and river, river and sea");
+    reload();
+    search()->setText("river");
+    QTRY_COMPARE(rows(), QStringList({"Today", "Lecture"}));
+    library_->select(lecture);
+    QVERIFY(detail()->openFindBar());
+    FindBar& bar = *detail()->transcript().findBar();
+    auto* field = bar.findChild<QLineEdit*>();
+    field->setText("sea");
+    field->setFocus();
+    const QTextEdit& text = detail()->transcript().textView();
+    QList<int> found;
+    for (int i = 0; i < 2; ++i) {
+      for (QAction* each : view_->actions()) {
+        if (each->shortcut() == QKeySequence(Qt::Key_F3)) each->trigger();
+      }
+      QCOMPARE(text.textCursor().selectedText(), QString("sea"));
+      found << text.textCursor().selectionStart();
+    }
+    QVERIFY(found[0] != found[1]);
   }
 
   void matchesAreSteppedThroughAcrossSessions() {
