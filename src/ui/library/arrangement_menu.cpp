@@ -4,6 +4,7 @@
 #include "language/localization.h"
 
 #include <array>
+#include <QActionGroup>
 #include <utility>
 
 namespace velun {

@@ -17,6 +17,8 @@ QAction* makeAction(QWidget& window, const QKeySequence& key = {}, const QString
   if (!symbol.isEmpty()) action->setIcon(symbolIcon(symbol));
   action->setShortcut(key);
   action->setShortcutContext(Qt::WindowShortcut);
+  // In the menus of the tool bar and of the list, too.
+  action->setShortcutVisibleInContextMenu(true);
   window.addAction(action);
   return action;
 }
