@@ -85,11 +85,22 @@ AccessStyle::Outlines WindowLook::outlines() const {
   return isDarkened ? AccessStyle::Outlines::soft : AccessStyle::Outlines::none;
 }
 
+namespace {
+
+/// Of the style that is adapted, if one is: such a style has no name.
+QString nameOfStyle() {
+  QStyle* style = QApplication::style();
+  const auto* adapted = qobject_cast<const QProxyStyle*>(style);
+  return adapted ? adapted->baseStyle()->name() : style->name();
+}
+
+}  // namespace
+
 void WindowLook::applyStyle() {
   const AccessStyle::Outlines wanted = outlines();
   const bool isOld = std::exchange(styledOutlines_, wanted) == wanted;
   if (std::exchange(styledMotion_, reducedMotion_) == reducedMotion_ && isOld) return;
-  if (styleName_.isEmpty()) styleName_ = QApplication::style()->name();
+  if (styleName_.isEmpty()) styleName_ = nameOfStyle();
   // The focus of the style that most desktops leave to us is hardly visible.
   const bool isFaint = styleName_ == QLatin1String("fusion");
   if (isFaint || wanted != AccessStyle::Outlines::none || reducedMotion_) {
