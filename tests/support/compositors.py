@@ -40,6 +40,10 @@ class CompositorDesktop(PrivateDesktop):
     def start_compositor_of_session(self):
         raise NotImplementedError
 
+    def pixel(self, x, y):
+        """The colour there, in points, on the screen."""
+        return self.pixels(x, y, 1, 1)[0][0]
+
 
 class Sway(CompositorDesktop):
     COMMAND = "sway"
