@@ -53,9 +53,8 @@ std::vector<Column> columns(const CaptionSession& session, const ExportOptions& 
          true});
   }
   if (session.computerName || session.microphoneName) {
-    result.push_back({L("Source", "소스"), [&session](const Line& line) {
-                        return session.inputName(line);
-                      }});
+    result.push_back({L("Source", "소스"),
+                      [&session](const Line& line) { return session.inputName(line); }, true});
   }
   if (options.content != TranscriptContent::translation) {
     result.push_back({originalHeading(session), &Line::text});

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <QAction>
 #include <QClipboard>
+#include <QFontInfo>
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QScopedValueRollback>
@@ -20,8 +21,9 @@ constexpr int kCellMargin = 12;
 
 }  // namespace
 
-void BilingualModel::show(SessionTable table) {
+void BilingualModel::show(SessionTable table, const QFont& small) {
   beginResetModel();
+  small_ = small;
   table_ = std::move(table);
   endResetModel();
 }
@@ -54,6 +56,7 @@ QVariant BilingualModel::data(const QModelIndex& index, int role) const {
   const QString& text = table_.rows[static_cast<std::size_t>(index.row())][index.column()];
   if (role == Qt::DisplayRole) return text;
   if (role == Qt::TextAlignmentRole) return int(Qt::AlignTop | Qt::AlignLeading);
+  if (role == Qt::FontRole && index.column() < table_.narrowColumns) return small_;
   if (role == Qt::BackgroundRole && isMatch(text)) return kMatchColor;
   if (role == Qt::ForegroundRole && isMatch(text)) return QColor(Qt::black);
   return {};
@@ -96,7 +99,10 @@ void BilingualView::show(SessionTable table, double fontSize) {
   copy_->setText(L("Copy", "복사"));
   verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() + kCellMargin);
   const int narrow = table.narrowColumns;
-  rows_.show(std::move(table));
+  // Large letters are for the texts; what is beside them would take half of the room.
+  QFont small = letters;
+  small.setPixelSize(std::min(letters.pixelSize(), QFontInfo(QGuiApplication::font()).pixelSize()));
+  rows_.show(std::move(table), small);
   QHeaderView* header = horizontalHeader();
   header->setSectionResizeMode(QHeaderView::Stretch);
   for (int column = 0; column < narrow; ++column) {

@@ -16,7 +16,8 @@ class BilingualModel final : public QAbstractTableModel {
  public:
   using QAbstractTableModel::QAbstractTableModel;
 
-  void show(SessionTable table);
+  /// `small` is the font of the columns before the texts.
+  void show(SessionTable table, const QFont& small);
   void highlight(const QString& search);
   /// Whether a cell of the row matches the search.
   bool isMatch(int row) const;
@@ -30,6 +31,7 @@ class BilingualModel final : public QAbstractTableModel {
   bool isMatch(const QString& text) const;
 
   SessionTable table_;
+  QFont small_;
   QString search_;
 };
 

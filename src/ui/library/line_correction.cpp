@@ -39,6 +39,9 @@ std::optional<QString> askCorrection(const Line& line) {
   recognized->setWordWrap(true);
   recognized->setText(
       L("Recognized: %1", "인식된 문장: %1").arg(line.original.value_or(line.text)));
+  auto* translation =
+      new QLabel(L("Its translation stays as it is.", "번역은 그대로 유지됩니다."), &dialog);
+  translation->setVisible(!line.translations.empty());
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &dialog);
   QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
   QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
@@ -47,7 +50,8 @@ std::optional<QString> askCorrection(const Line& line) {
     accept->setEnabled(!field->toPlainText().trimmed().isEmpty());
   });
   auto* column = new QVBoxLayout(&dialog);
-  for (QWidget* each : std::initializer_list<QWidget*>{label, field, recognized, buttons}) {
+  for (QWidget* each :
+       std::initializer_list<QWidget*>{label, field, recognized, translation, buttons}) {
     column->addWidget(each);
   }
   QPushButton* cancel = buttons->button(QDialogButtonBox::Cancel);

@@ -52,7 +52,10 @@ class Sessions(LibraryCase):
         self.wait_for_titles("Team call")
         self.desktop.key("F3")
         self.desktop.key("ctrl+shift+e")
-        self.window("Correct Line")
+        dialog = self.window("Correct Line")
+        texts = [each.name for each in dialog.find_all("label") if each.is_showing]
+        self.assertEqual("Its translation stays as it is." in texts,
+                         bool(json.loads(before)["lines"][2]["translations"]))
         self.desktop.key("ctrl+a")
         self.desktop.run("xdotool", "type", "I shall.")
         self.desktop.key("Tab")

@@ -47,6 +47,31 @@ class BilingualViewTest final : public test::HistoryViewSuite {
   }
 
  private Q_SLOTS:
+  void largeLettersAreForTheTexts() {
+    CaptionSession session;
+    session.title = "Talk";
+    session.startedAt = clock_.now();
+    Line line;
+    line.text = "One line";
+    line.time = session.startedAt;
+    line.input = AudioInput::computer;
+    session.computerName = "Computer";
+    session.lines.push_back(line);
+    const QUrl url = write(session);
+    reload();
+    library_->select(url);
+    chooseContent(3);
+    settings_->setFontSize(48);
+    const QAbstractItemModel& rows = *table()->model();
+    const int last = rows.columnCount() - 1;
+    QCOMPARE(last, 2);
+    QVERIFY(!rows.index(0, last).data(Qt::FontRole).isValid());
+    QCOMPARE(table()->font().pixelSize(), 48);
+    for (int column = 0; column < last; ++column) {
+      QVERIFY(qvariant_cast<QFont>(rows.index(0, column).data(Qt::FontRole)).pixelSize() < 24);
+    }
+  }
+
   void showsTheTextsSideBySide() {
     show(3);
     QVERIFY(table()->isVisible());

@@ -2,6 +2,7 @@
 #include "history_view_suite.h"
 #include "ui/library/arrangement_menu.h"
 
+#include <QActionGroup>
 #include <QDragEnterEvent>
 #include <QMimeData>
 #include <QToolButton>
@@ -66,6 +67,24 @@ class HistoryArrangementTest final : public test::HistoryViewSuite {
   }
 
  private Q_SLOTS:
+  void oneOrderHolds() {
+    QVERIFY(choice("Newest First")->isChecked());
+    QVERIFY(choice("Newest First")->actionGroup()->isExclusive());
+    choose("By Title");
+    QVERIFY(choice("By Title")->isChecked());
+    QVERIFY(!choice("Newest First")->isChecked());
+  }
+
+  void menusShowTheKeysOfCommands() {
+    int keys = 0;
+    for (const QAction* each : view_->actions()) {
+      if (each->shortcut().isEmpty()) continue;
+      QVERIFY(each->isShortcutVisibleInContextMenu());
+      ++keys;
+    }
+    QVERIFY(keys > 5);
+  }
+
   void sortsTheList() {
     writeTalks();
     choose("By Title");
