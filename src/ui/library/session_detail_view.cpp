@@ -148,6 +148,8 @@ void SessionDetailView::show(std::shared_ptr<const SavedSession> session) {
   setVisible(session_ != nullptr);
   fillLanguages();
   present();
+  // A transcript that is opened is read from its beginning.
+  if (isOther) transcript_->textView().verticalScrollBar()->setValue(0);
 }
 
 void SessionDetailView::highlight(const QString& text) {

@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QScopeGuard>
+#include <QScrollBar>
 #include <QToolButton>
 
 using namespace velun;
@@ -215,6 +216,22 @@ class HistoryViewTest final : public test::HistoryViewSuite {
     QVERIFY(std::any_of(labels.begin(), labels.end(), [](const QLabel* label) {
       return label->isVisible() && label->text().startsWith("Couldn’t read 1 session.");
     }));
+  }
+
+  void aSessionIsOpenedAtItsBeginning() {
+    const QString text = QString("A sentence of the talk. ").repeated(400);
+    const QUrl lecture = write("Lecture", 0, text);
+    const QUrl call = write("Call", 1, text);
+    reload();
+    library_->select(lecture);
+    QScrollBar* bar = detail()->transcript().textView().verticalScrollBar();
+    QVERIFY(bar->maximum() > 0);
+    bar->setValue(bar->maximum());
+    library_->select(call);
+    QCOMPARE(bar->value(), 0);
+    bar->setValue(50);
+    reload();
+    QCOMPARE(bar->value(), 50);
   }
 
   void matchesOfTheFindBarAreSteppedThroughWhileItHasTheKeyboard() {
