@@ -84,13 +84,24 @@ class SubtitlesTest final : public test::Suite {
                         {"Speaker 1: Good morning.", "Hello.", "Anna: And you?", "Yes.", "Well."}));
   }
 
-  void aTranslatedCaptionHasTheSpeakerToo() {
+  void theSpeakerIsBeforeTheTextThatComesFirst() {
     Line line = said("Good morning.", 0s, 2s);
     line.speaker = "1";
     line.translations["es"] = "Buenos días.";
     const std::vector<SubtitleCue> cues = cuesOf({line}, TranscriptContent::both, "es");
     QCOMPARE(cues.size(), std::size_t(1));
-    QCOMPARE(cues[0].rows, QStringList({"Speaker 1: Good morning.", "Speaker 1: Buenos días."}));
+    QCOMPARE(cues[0].rows, QStringList({"Speaker 1: Good morning.", "Buenos días."}));
+    QCOMPARE(cuesOf({line}, TranscriptContent::translation, "es").at(0).rows,
+             QStringList("Speaker 1: Buenos días."));
+  }
+
+  void aShortSentenceStaysWholeAboveALongTranslation() {
+    Line line = said("Nobody expected it to rain all day.", 0s, 4s);
+    line.translations["es"] = "Nadie esperaba que fuera a llover durante todo el santo día de hoy.";
+    const auto cues = cuesOf({line}, TranscriptContent::both, "es");
+    QVERIFY(cues.size() > 1);
+    for (const SubtitleCue& cue : cues) QCOMPARE(cue.rows[0], line.text);
+    verifyLimits(cues);
   }
 
   void aShortTextIsOneRow() {

@@ -34,7 +34,8 @@ int countFor(const QString& text, milliseconds duration) {
 std::vector<CueRows> paired(const QString& original, const QString& translation, int minCount) {
   std::vector<CueRows> upper = breakIntoCues(original, 1, minCount);
   std::vector<CueRows> lower = breakIntoCues(translation, 1, static_cast<int>(upper.size()));
-  if (lower.size() > upper.size()) {
+  // A sentence that fits into a row stays whole above the parts of its translation.
+  if (upper.size() > 1 && lower.size() > upper.size()) {
     upper = breakIntoCues(original, 1, static_cast<int>(lower.size()));
   }
   const std::size_t count = std::max(upper.size(), lower.size());
@@ -82,33 +83,30 @@ SubtitleTimeline::SubtitleTimeline(Instant sessionStart, TranscriptContent conte
 
 namespace {
 
-/// The line with a name before its texts.
-Line named(Line line, const QString& name) {
+/// The line with a name before the text that comes first.
+Line named(Line line, const QString& name, TranscriptContent content) {
+  if (name.isEmpty()) return line;
   const QString prefix = name + QStringLiteral(": ");
-  line.text.prepend(prefix);
+  if (content != TranscriptContent::translation) {
+    line.text.prepend(prefix);
+    return line;
+  }
   for (auto& [language, text] : line.translations) text.prepend(prefix);
+  if (line.legacyTranslation) line.legacyTranslation->prepend(prefix);
   return line;
 }
 
 }  // namespace
 
 std::vector<SubtitleCue> SubtitleTimeline::add(const Line& line, const QString& name) {
-  return name.isEmpty() ? add(line) : add(named(line, name));
+  return add(named(line, name, content_));
 }
 
 std::vector<SubtitleCue> SubtitleTimeline::add(const Line& line) {
   const Span span = spanOf(line);
   said_ = span.end;
-  const QString speaker = newSpeaker(line);
-  Line named = line;
-  if (!speaker.isEmpty()) {
-    const QString prefix = speaker + QStringLiteral(": ");
-    named.text.prepend(prefix);
-    for (auto& [language, text] : named.translations) text.prepend(prefix);
-    if (named.legacyTranslation) named.legacyTranslation->prepend(prefix);
-  }
-  std::vector<SubtitleCue> added =
-      timed(rowsOf(named, span.end - span.start), span.start, span.end);
+  std::vector<SubtitleCue> added = timed(
+      rowsOf(named(line, newSpeaker(line), content_), span.end - span.start), span.start, span.end);
   if (added.empty()) return {};
   std::vector<SubtitleCue> settled = settle(added.front().start);
   unsettled_ = std::move(added);
