@@ -38,7 +38,8 @@ void HeaderButton::setSymbol(const QString& name) {
 }
 
 void HeaderButton::setLabel(const QString& label, const QString& help) {
-  setAccessibleName(label);
+  // Qt tells screen readers of the same name again.
+  if (accessibleName() != label) setAccessibleName(label);
   setToolTip(help.isEmpty() ? label : help);
 }
 

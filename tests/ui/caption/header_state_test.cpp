@@ -14,6 +14,7 @@
 #include <QApplication>
 #include <qpa/qplatformaccessibility.h>
 #include <qpa/qplatformintegration.h>
+#include <utility>
 
 using namespace velun;
 using test::PanelStage;
@@ -82,6 +83,22 @@ class HeaderStateTest final : public test::Suite {
     QAccessible::installUpdateHandler(before);
     reader->setActive(false);
     QVERIFY(stage.view->header().state().copyButton().isEnabled());
+  }
+
+  void refreshedCommandsTellScreenReadersOfNoNewNames() {
+    PanelStage stage;
+    QPlatformAccessibility* reader = QGuiApplicationPrivate::platformIntegration()->accessibility();
+    reader->setActive(true);
+    const auto before = QAccessible::installUpdateHandler(countRenamings);
+    renamings = 0;
+    stage.commands.refresh();
+    const int again = std::exchange(renamings, 0);
+    Localization::shared().setLanguage(AppLanguage::korean);
+    const int translated = renamings;
+    QAccessible::installUpdateHandler(before);
+    reader->setActive(false);
+    QCOMPARE(again, 0);
+    QVERIFY(translated > 0);
   }
 
   void showTheWindowState() {
