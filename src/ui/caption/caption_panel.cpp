@@ -70,9 +70,7 @@ void CaptionPanel::addEdges() {
   };
   for (std::size_t i = 0; i < all.size(); ++i) {
     edges_[i] = new PanelEdge(all[i], this);
-    connect(edges_[i], &PanelEdge::pressed, this, [this](Qt::Edges edges, const QPoint& position) {
-      drag_.begin(*this, edges, position);
-    });
+    connect(edges_[i], &PanelEdge::pressed, this, &CaptionPanel::beginDrag);
     connect(edges_[i], &PanelEdge::moved, this,
             [this](const QPoint& position) { drag_.follow(*this, position); });
     connect(edges_[i], &PanelEdge::released, this, &CaptionPanel::endDrag);
@@ -168,7 +166,12 @@ QColor CaptionPanel::fill() const {
 }
 
 void CaptionPanel::beginMove(const QPoint& globalPosition) {
-  drag_.begin(*this, {}, globalPosition);
+  beginDrag({}, globalPosition);
+}
+
+void CaptionPanel::beginDrag(Qt::Edges edges, const QPoint& globalPosition) {
+  Q_EMIT dragBegins();
+  drag_.begin(*this, edges, globalPosition);
 }
 
 bool CaptionPanel::event(QEvent* event) {

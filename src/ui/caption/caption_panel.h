@@ -48,9 +48,13 @@ class CaptionPanel final : public QWidget {
 
   /// Starts moving the panel with the mouse.
   void beginMove(const QPoint& globalPosition);
+  /// Whether the panel follows the pointer, which may be beside it for a moment.
+  bool isDragged() const { return drag_.isFollowing(); }
 
  Q_SIGNALS:
   void hoveringChanged(bool hovering);
+  /// The user is about to move or resize the panel with the mouse, from its frame after the signal.
+  void dragBegins();
   /// The panel was moved or resized.
   void frameChanged();
   /// The user has moved the panel with the mouse.
@@ -76,6 +80,7 @@ class CaptionPanel final : public QWidget {
   void tellFrame();
   /// Updates the blurred region, or the shape of the window.
   void updateRegions();
+  void beginDrag(Qt::Edges edges, const QPoint& globalPosition);
   void endDrag();
   QColor fill() const;
 

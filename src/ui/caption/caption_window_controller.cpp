@@ -28,7 +28,8 @@ CaptionWindowController::CaptionWindowController(CaptionViewModel& model, AppCom
                            .isPointerInside =
                                [this] {
                                  return panel_->isVisible() &&
-                                        services_.desktop.isPointerOver(*panel_->windowHandle());
+                                        (panel_->isDragged() ||
+                                         services_.desktop.isPointerOver(*panel_->windowHandle()));
                                },
                            .wouldCoverPointer =
                                [this] {

@@ -24,6 +24,7 @@ class PanelDrag final {
   void follow(QWidget& window, const QPoint& globalPosition) const;
   /// Follows the pointer's reported motion since the press.
   void followBy(QWidget& window, const QPointF& by);
+  bool isFollowing() const { return following_; }
   /// Whether the window manager may still be moving the window.
   bool isByManager() const { return byManager_; }
   /// Returns whether the window was moved, not resized.

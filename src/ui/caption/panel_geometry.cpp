@@ -76,6 +76,10 @@ void PanelGeometry::connectToPanel() {
   });
   connect(&motion_, &QVariantAnimation::finished, this, &PanelGeometry::finishMotion);
   connect(&panel_, &CaptionPanel::moved, this, &PanelGeometry::snap);
+  // A pointer that drags at once after it has come would fight with the header that it opens.
+  connect(&panel_, &CaptionPanel::dragBegins, this, [this] {
+    if (motion_.state() == QAbstractAnimation::Running) moveTo(settledFrame(), 0);
+  });
   connect(qApp, &QCoreApplication::aboutToQuit, this, [this] {
     setHeader(false, false);
     store();
