@@ -34,6 +34,9 @@ class PanelAndFullScreen(PlainCase):
         other = self.desktop.wait("the other window", lambda: self.window(OTHER))
         # A window manager reads the state when a window is shown.
         self.desktop.run("xdotool", "windowunmap", "--sync", other)
+        # It removes the state of a window that was hidden, and this after it.
+        self.desktop.wait("the window manager", lambda: "not found" in self.desktop.run(
+            "xprop", "-id", other, "WM_STATE"))
         self.desktop.run("xprop", "-id", other, "-f", "_NET_WM_STATE", "32a", "-set",
                          "_NET_WM_STATE", "_NET_WM_STATE_FULLSCREEN")
         self.desktop.run("xdotool", "windowmap", "--sync", other)
