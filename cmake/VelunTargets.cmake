@@ -3,7 +3,8 @@
 
 add_library(velun_options INTERFACE)
 target_include_directories(velun_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
-target_compile_definitions(velun_options INTERFACE QT_NO_KEYWORDS QT_NO_FOREACH)
+# PipeWire asks for _REENTRANT; one precompiled header needs the same definitions everywhere.
+target_compile_definitions(velun_options INTERFACE QT_NO_KEYWORDS QT_NO_FOREACH _REENTRANT)
 if(VELUN_DEVELOPER)
   target_compile_options(velun_options INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wno-sign-conversion -Wshadow -Werror)
@@ -22,11 +23,18 @@ if(VELUN_FUZZ)
   target_link_options(velun_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+# One precompiled header for everything: to make one takes as long as to compile several files.
+if(VELUN_PCH)
+  file(CONFIGURE OUTPUT precompiled.cpp CONTENT "")
+  add_library(velun_precompiled OBJECT ${CMAKE_CURRENT_BINARY_DIR}/precompiled.cpp)
+  target_link_libraries(velun_precompiled PRIVATE velun_options Qt6::Core)
+  target_precompile_headers(velun_precompiled PRIVATE
+    <QObject> <QString> <QUuid> <QHash> <QUrl> <QFile> <QTimer>
+    <functional> <memory> <optional> <vector> <chrono> <variant>)
+endif()
 function(_velun_precompile target)
   if(VELUN_PCH)
-    target_precompile_headers(${target} PRIVATE
-      <QObject> <QString> <QUuid> <QHash> <QUrl> <QFile> <QTimer>
-      <functional> <memory> <optional> <vector> <chrono> <variant>)
+    target_precompile_headers(${target} REUSE_FROM velun_precompiled)
   endif()
 endfunction()
 
@@ -69,6 +77,7 @@ function(velun_test name)
   cmake_parse_arguments(ARG "SERIAL" "TIMEOUT" "SOURCES;LINKS;LABELS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE velun_options velun_test_support Qt6::Test ${ARG_LINKS})
+  _velun_precompile(${name})
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
   target_compile_definitions(${name} PRIVATE VELUN_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data")
   if("thread" IN_LIST ARG_LABELS)
