@@ -21,8 +21,9 @@ CaptionSession part(const CaptionSession& session, const LineRange& range) {
   const auto at = [&session](std::size_t index) {
     return session.lines.begin() + static_cast<std::ptrdiff_t>(index);
   };
-  return {session.schemaVersion, session.id,    session.startedAt,
-          session.endedAt,       session.title, {at(first), at(end)}};
+  CaptionSession some = session;
+  some.lines.assign(at(first), at(end));
+  return some;
 }
 
 }  // namespace

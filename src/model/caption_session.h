@@ -22,7 +22,7 @@ struct CaptionSession {
   /// Absent while the session is running.
   std::optional<Instant> endedAt;
   QString title = defaultSessionTitle();
-  /// Oldest first; only ever appended to.
+  /// In the order in which they were said.
   std::vector<Line> lines;
   /// The names of the inputs, in a session for which both were captioned at once.
   std::optional<QString> computerName = {};

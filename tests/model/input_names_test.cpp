@@ -58,6 +58,17 @@ class InputNamesTest final : public test::Suite {
     QVERIFY2(file.contains(text), qPrintable(file));
   }
 
+  void soDoesTheExportOfSomeLines() {
+    CaptionSession session = talk();
+    session.computerName = "Computer";
+    session.microphoneName = "Ana";
+    ExportOptions options;
+    options.format = SessionFormat::subRip;
+    options.lines = LineRange{.first = 1, .count = 1};
+    const QString file = QString::fromUtf8(session.exportAs(options));
+    QVERIFY2(file.contains("\nAna: Fine.\n") && !file.contains("Computer"), qPrintable(file));
+  }
+
   void copiedTextNamesTheInputs() {
     CaptionSession session = talk();
     const auto text = [&session] {
