@@ -9,10 +9,14 @@ namespace velun {
 
 namespace {
 
+/// More digits, which only a file from elsewhere can have, are a name.
+constexpr int kMaxDigits = 6;
+
 bool isNumber(const QString& speaker) {
-  return !speaker.isEmpty() && std::ranges::all_of(speaker, [](QChar each) {
-    return each >= QLatin1Char('0') && each <= QLatin1Char('9');
-  });
+  const bool canBe = !speaker.isEmpty() && speaker.size() <= kMaxDigits;
+  return canBe && std::ranges::all_of(speaker, [](QChar each) {
+           return each >= QLatin1Char('0') && each <= QLatin1Char('9');
+         });
 }
 
 }  // namespace

@@ -68,6 +68,14 @@ class SpeakerTest final : public test::Suite {
     QCOMPARE(speakersOf(lines), QStringList({"3", "Anna", "5"}));
     QCOMPARE(highestSpeaker({saidBy("Anna")}), 0);
   }
+
+  void aNumberFromElsewhereIsNotTooLarge() {
+    std::vector<Line> lines = {saidBy("2147483647"), saidBy("999999")};
+    QCOMPARE(highestSpeaker(lines), 999999);
+    QCOMPARE(addToNumbers(lines, 1), 1);
+    QCOMPARE(speakersOf(lines), QStringList({"2147483647", "1000000"}));
+    QCOMPARE(speakerName("2147483647"), QString("2147483647"));
+  }
 };
 
 QTEST_GUILESS_MAIN(SpeakerTest)
