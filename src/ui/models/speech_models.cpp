@@ -171,11 +171,13 @@ void SpeechModels::remove(const Model& model, const Model* marks) {
   removeAsked(services_, model.title, removed, note);
 }
 
-/// Whether an installed recognition model other than `except` needs the punctuation model.
+/// Whether a recognition model other than `except`, installed or on its way, needs the punctuation
+/// model.
 bool SpeechModels::isPunctuated(const Model& marks, const Model& except) const {
   const auto needsIt = [&](const Model& model) {
     if (model.kind != ModelKind::recognition || model.id == except.id) return false;
-    if (!services_.store.installation(model)) return false;
+    if (!services_.store.installation(model) && !services_.store.state(model).isBusy())
+      return false;
     return std::ranges::any_of(model.languages, [&](const QString& language) {
       const Model* found = services_.catalogue->punctuationFor(model, language);
       return found && found->id == marks.id;
@@ -214,7 +216,7 @@ void SpeechModels::perform(ModelAction action, const QString& group, const QStri
       return downloadAsked(services_, missingParts(chosen, marks));
     case ModelAction::pause:
       services_.store.pause(chosen);
-      if (marks) services_.store.pause(*marks);
+      if (marks && !isPunctuated(*marks, chosen)) services_.store.pause(*marks);
       return;
     case ModelAction::cancel:
       services_.store.cancel(chosen);

@@ -65,6 +65,17 @@ class PunctuationModelTest final : public test::Suite {
     QCOMPARE(stage.store.cancelled, QStringList("small-en"));
   }
 
+  void punctuationOfAnotherModelOnItsWayIsNotStopped() {
+    test::ModelsPageStage stage;
+    stage.store.setState(stage.model("other-en"), at(ModelState::Stage::downloading));
+    stage.store.setState(stage.model("small-en"), at(ModelState::Stage::downloading));
+    stage.open();
+    stage.press("Pause: SMALL-EN");
+    QCOMPARE(stage.store.paused, QStringList("small-en"));
+    stage.press("Cancel: SMALL-EN");
+    QCOMPARE(stage.store.cancelled, QStringList("small-en"));
+  }
+
   void missingPunctuationOfAnInstalledModelIsInstalled() {
     test::ModelsPageStage stage;
     stage.store.setInstalled(stage.model("small-en"));
