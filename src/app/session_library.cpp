@@ -7,6 +7,7 @@
 #include "model/speaker.h"
 #include "platform/desktop/file_manager.h"
 #include "platform/foundation/failure.h"
+#include "platform/foundation/file_access.h"
 #include "ui/common/window_presentation.h"
 #include "ui/library/export_window_controller.h"
 #include "ui/library/history_window_controller.h"
@@ -237,8 +238,10 @@ void SessionLibrary::deleteSessions(const QList<QUrl>& urls) {
 }
 
 void SessionLibrary::undoDelete() {
+  std::exception_ptr failed;
+  for (const QUrl& restored : library_.undoDelete(failed)) model_.savedFileIsBack(restored);
   try {
-    library_.undoDelete();
+    if (failed) std::rethrow_exception(failed);
   } catch (const std::exception& error) {
     showError(descriptionOf(error));
   }
@@ -266,7 +269,8 @@ void SessionLibrary::rename(const SavedSession& saved) {
 }
 
 bool SessionLibrary::isCurrent(const SavedSession& saved) const {
-  return saved.session.id == model_.session().id && model_.savedURL();
+  // A copy in another file has the same id.
+  return model_.savedURL() && canonicalPath(saved.url) == canonicalPath(*model_.savedURL());
 }
 
 void SessionLibrary::correctLine(const SavedSession& saved, const Line& line, const QString& text) {

@@ -94,6 +94,7 @@ class CaptionViewModel final : public QObject {
   bool isSyncing() const { return saver_.isSyncing(); }
   OneShot<bool> synced() { return saver_.synced(); }
   void savedFileWasDeleted(const QUrl& url) { saver_.fileWasDeleted(url); }
+  void savedFileIsBack(const QUrl& url) { saver_.fileIsBack(url); }
 
   /// Replaces the session by an empty one, if captions are off and the engine has stopped.
   void newSession();

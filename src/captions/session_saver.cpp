@@ -5,20 +5,14 @@
 #include "language/localization.h"
 #include "model/file_error_text.h"
 #include "platform/foundation/failure.h"
+#include "platform/foundation/file_access.h"
 
 #include <exception>
-#include <QFileInfo>
 #include <utility>
 
 namespace velun {
 
 namespace {
-
-/// The path of a file, which may no longer exist, with the links of its folder resolved.
-QString canonicalPath(const QUrl& url) {
-  const QFileInfo file(url.toLocalFile());
-  return QFileInfo(file.path()).canonicalFilePath() + QLatin1Char('/') + file.fileName();
-}
 
 QString failureText(const QString& description) {
   return L("Couldn’t save the session: " + description, "기록 저장 실패: " + description);
@@ -79,8 +73,14 @@ void SessionSaver::fileWasDeleted(const QUrl& url) {
   if (!url_ || canonicalPath(*url_) != canonicalPath(url)) return;
   sync_.fileDeleted();
   setFailure(syncFailure_, {});
+  const QUrl deleted = *url_;
   setUrl(std::nullopt);
+  deletedUrl_ = deleted;
   setSaving(false);
+}
+
+void SessionSaver::fileIsBack(const QUrl& url) {
+  if (deletedUrl_ && canonicalPath(*deletedUrl_) == canonicalPath(url)) save();
 }
 
 void SessionSaver::setSaving(bool isSaving) {
@@ -88,6 +88,7 @@ void SessionSaver::setSaving(bool isSaving) {
 }
 
 void SessionSaver::setUrl(const std::optional<QUrl>& url) {
+  deletedUrl_.reset();
   if (update(url_, url)) Q_EMIT urlChanged();
 }
 

@@ -55,6 +55,9 @@ class SessionSaver final : public QObject {
   OneShot<bool> synced() { return sync_.finished(); }
   /// The file at `url` was deleted. If it is this session's, the session leaves saving mode.
   void fileWasDeleted(const QUrl& url);
+  /// The deletion of the file at `url` was undone. If it is this session's, the session returns to
+  /// saving mode, and the lines since then are written.
+  void fileIsBack(const QUrl& url);
 
  Q_SIGNALS:
   void isSavingChanged();
@@ -72,6 +75,8 @@ class SessionSaver final : public QObject {
   SessionEncoder encoder_;
   bool isSaving_;
   std::optional<QUrl> url_;
+  /// This session's file that was deleted, until there is another one.
+  std::optional<QUrl> deletedUrl_;
   // Two, because a sync that succeeds does not write the lines that a write has missed.
   std::optional<QString> writeFailure_;
   std::optional<QString> syncFailure_;

@@ -47,6 +47,21 @@ class CorrectionTest final : public Suite {
     QVERIFY(stage.question.asked.empty());
   }
 
+  void aCopyOfTheCurrentSessionIsCorrectedByItself() {
+    AppStage stage([](AppSettings& settings) { settings.setAutoSaveSessions(true); });
+    stage.startWithLine();
+    stage.settleSaving();
+    const QString copy = stage.folder.filePath("copy.json");
+    QVERIFY(QFile::copy(test::savedSessions(stage.store).at(0).url.toLocalFile(), copy));
+    stage.coordinator().open({QUrl::fromLocalFile(copy)});
+    QTRY_COMPARE(stage.coordinator().sessions().library().selection(),
+                 std::optional(QUrl::fromLocalFile(copy)));
+    stage.correction = "Won line.";
+    choose("Correct Line…");
+    QCOMPARE(stage.texts(), QStringList({"One line."}));
+    QCOMPARE(readSessionFile(copy, {}).lines[0].text, QString("Won line."));
+  }
+
   void nothingIsWrittenWithoutAnotherText_data() {
     QTest::addColumn<std::optional<QString>>("correction");
     QTest::newRow("cancelled") << std::optional<QString>();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/session_windows.h"
 #include "language/localization.h"
+#include "platform/foundation/file_access.h"
 #include "support/saved_sessions.h"
 #include "support/suite.h"
 

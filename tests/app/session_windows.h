@@ -40,18 +40,23 @@ inline QWidget* visibleWindow(const QString& title) {
   return nullptr;
 }
 
-/// Chooses an action of the window of saved sessions, in which the only session is selected.
-inline void chooseInLibrary(AppStage& stage, const QString& text) {
-  stage.perform(AppCommand::showHistory);
-  SessionLibrary& sessions = stage.coordinator().sessions();
-  QTRY_COMPARE(sessions.library().sessions().size(), std::size_t(1));
-  sessions.library().select(sessions.library().sessions()[0]->url);
+/// Chooses an action of a window.
+inline void choose(const QString& text) {
   for (QWidget* window : QApplication::topLevelWidgets()) {
     for (QAction* action : window->findChildren<QAction*>()) {
       if (action->text() == text && action->isEnabled()) return action->trigger();
     }
   }
   QFAIL(qPrintable(text));
+}
+
+/// Chooses an action of the window of saved sessions, in which the only session is selected.
+inline void chooseInLibrary(AppStage& stage, const QString& text) {
+  stage.perform(AppCommand::showHistory);
+  SessionLibrary& sessions = stage.coordinator().sessions();
+  QTRY_COMPARE(sessions.library().sessions().size(), std::size_t(1));
+  sessions.library().select(sessions.library().sessions()[0]->url);
+  choose(text);
 }
 
 }  // namespace velun::test

@@ -4,6 +4,7 @@
 #include "captions/sessions_folder.h"
 #include "language/localization.h"
 #include "model/session_file/session_file.h"
+#include "platform/foundation/atomic_file.h"
 #include "support/manual_clock.h"
 #include "support/saved_sessions.h"
 #include "support/suite.h"
@@ -150,6 +151,38 @@ class SessionSaverTest final : public test::Suite {
     QVERIFY(fixture.saver.hasUnsavedLines());
     QVERIFY(fixture.saver.save());
     QVERIFY(fixture.isWritten());
+  }
+
+  void aFileThatIsBackIsWrittenOn() {
+    Fixture fixture(true);
+    fixture.addLine("One.");
+    fixture.saver.saveIfNeeded();
+    const QUrl url = *fixture.saver.url();
+    const QByteArray before = test::contentsOf(url);
+    QVERIFY(QFile::remove(url.toLocalFile()));
+    fixture.saver.fileWasDeleted(url);
+    fixture.addLine("Two.");
+    fixture.saver.fileIsBack(QUrl::fromLocalFile("/elsewhere.json"));
+    QVERIFY(!fixture.saver.isSaving());
+    writeFileAtomically(url.toLocalFile(), before, true);
+    fixture.saver.fileIsBack(url);
+    QVERIFY(fixture.saver.isSaving());
+    QCOMPARE(fixture.saver.url(), std::optional(url));
+    QVERIFY(fixture.isWritten());
+    QVERIFY(!fixture.saver.hasUnsavedLines());
+  }
+
+  void theFileOfAnEarlierSessionIsLeftAlone() {
+    Fixture fixture(true);
+    fixture.addLine("One.");
+    fixture.saver.saveIfNeeded();
+    const QUrl url = *fixture.saver.url();
+    QVERIFY(QFile::remove(url.toLocalFile()));
+    fixture.saver.fileWasDeleted(url);
+    fixture.saver.reset(false);
+    fixture.saver.fileIsBack(url);
+    QVERIFY(!fixture.saver.isSaving());
+    QCOMPARE(fixture.files(), QStringList());
   }
 
   void aFileDeletedThroughALinkIsRecognized() {

@@ -4,9 +4,9 @@
 #include "model/listing/session_index.h"
 #include "model/session_files.h"
 #include "model/session_recovery.h"
+#include "platform/foundation/file_access.h"
 
 #include <algorithm>
-#include <QFileInfo>
 #include <QHash>
 #include <QSet>
 
@@ -62,12 +62,6 @@ class Lister {
 };
 
 }  // namespace
-
-QString canonicalPath(const QUrl& url) {
-  const QString path = url.toLocalFile();
-  const QString canonical = QFileInfo(path).canonicalFilePath();
-  return canonical.isEmpty() ? path : canonical;
-}
 
 SessionListing listSessions(const SessionStore& store, const QList<QUrl>& opened,
                             const QString& legacyTitle, const SavedSessions& known, Instant now) {

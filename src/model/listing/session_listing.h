@@ -27,7 +27,4 @@ SessionListing listSessions(const SessionStore& store, const QList<QUrl>& opened
                             const QString& legacyTitle, const SavedSessions& known,
                             Instant now = currentInstant());
 
-/// The file's path without links; its path as it is if there is no such file.
-QString canonicalPath(const QUrl& url);
-
 }  // namespace velun

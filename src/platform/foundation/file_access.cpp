@@ -51,6 +51,13 @@ QByteArray readWholeFile(const QString& path, qint64 limit, qsizetype padding) {
   return bytes;
 }
 
+QString canonicalPath(const QUrl& file) {
+  const QFileInfo info(file.toLocalFile());
+  if (info.exists()) return info.canonicalFilePath();
+  const QString folder = QFileInfo(info.path()).canonicalFilePath();
+  return folder.isEmpty() ? info.filePath() : folder + u'/' + info.fileName();
+}
+
 std::optional<Instant> creationTime(const QString& path) {
   struct statx status {};
   const QByteArray name = QFile::encodeName(path);

@@ -6,6 +6,7 @@
 #include <optional>
 #include <QByteArray>
 #include <QString>
+#include <QUrl>
 
 namespace velun {
 
@@ -13,6 +14,10 @@ namespace velun {
 /// error of the system, EFBIG for more than `limit` bytes, EINVAL for other kinds of file (a pipe
 /// or a device would block or never end). Any thread.
 QByteArray readWholeFile(const QString& path, qint64 limit, qsizetype padding = 0);
+
+/// The path of a local file without links. Of a file that does not exist, the links of its folder
+/// are resolved; of one whose folder does not exist either, none. Any thread.
+QString canonicalPath(const QUrl& file);
 
 /// The creation time of a file; none if the file system does not record it. Any thread.
 std::optional<Instant> creationTime(const QString& path);

@@ -166,14 +166,8 @@ std::optional<QUrl> HistoryViewModel::deleteSelection(const QList<QUrl>& visible
   const QUrl url = *selection_;
   const qsizetype index = visible.indexOf(url);
   if (index < 0 || !isListed(url)) return std::nullopt;
-  const QString path = canonicalPath(url);
-  QList<QUrl> othersOpened;
-  for (const QUrl& opened : openedFiles_) {
-    if (canonicalPath(opened) != path) othersOpened.append(opened);
-  }
   deleted_.clear();
   discard(url);
-  openedFiles_ = othersOpened;
   const std::optional<QUrl> neighbour = neighbourOf(index, visible);
   Q_EMIT sessionsChanged();
   select(neighbour);
@@ -188,8 +182,12 @@ void HistoryViewModel::discard(const QUrl& url) {
   } catch (const FileError&) {
     // It can still be moved to the trash, from where the file manager brings it back.
   }
+  const QString path = canonicalPath(url);
   trash_(url);
-  if (bytes) deleted_.emplace_back(url, std::move(*bytes));
+  const bool wasOpened = openedFiles_.removeIf([&path](const QUrl& other) {
+    return canonicalPath(other) == path;
+  }) > 0;
+  if (bytes) deleted_.push_back({url, std::move(*bytes), wasOpened});
   std::erase_if(sessions_, [&url](const Entry& entry) { return entry->url == url; });
 }
 
@@ -199,9 +197,7 @@ QList<QUrl> HistoryViewModel::deleteSessions(const QList<QUrl>& urls, std::excep
   try {
     for (const QUrl& url : urls) {
       if (!isListed(url)) continue;
-      const QString path = canonicalPath(url);
       discard(url);
-      openedFiles_.removeIf([&path](const QUrl& other) { return canonicalPath(other) == path; });
       moved.append(url);
     }
   } catch (...) {
@@ -213,20 +209,23 @@ QList<QUrl> HistoryViewModel::deleteSessions(const QList<QUrl>& urls, std::excep
   return moved;
 }
 
-void HistoryViewModel::undoDelete() {
+QList<QUrl> HistoryViewModel::undoDelete(std::exception_ptr& failed) {
+  QList<QUrl> restored;
   try {
     while (!deleted_.empty()) {
-      const auto& [url, bytes] = deleted_.back();
+      const auto& [url, bytes, wasOpened] = deleted_.back();
       // Captions that go on have written their session again, with more lines.
       const QString path = url.toLocalFile();
       if (!QFileInfo::exists(path)) writeFileAtomically(path, bytes, true);
+      if (wasOpened) openedFiles_.append(url);
+      restored.append(url);
       deleted_.pop_back();
     }
   } catch (const FileError& error) {
-    reload();
-    throw Failure(fileErrorText(error));
+    failed = std::make_exception_ptr(Failure(fileErrorText(error)));
   }
   reload();
+  return restored;
 }
 
 void HistoryViewModel::rename(const QUrl& url, const QString& title) {

@@ -67,8 +67,9 @@ class HistoryViewModel final : public QObject {
   QList<QUrl> deleteSessions(const QList<QUrl>& urls, std::exception_ptr& failed);
   /// Whether the last deletion can be undone.
   bool canUndoDelete() const { return !deleted_.empty(); }
-  /// Writes the files of the last deletion again; their copies stay in the trash. Throws `Failure`.
-  void undoDelete();
+  /// Writes the files of the last deletion again; their copies stay in the trash. Returns those
+  /// that are back, also when `failed` gets the reason why the next one could not be written.
+  QList<QUrl> undoDelete(std::exception_ptr& failed);
 
   /// Writes a session file again with another title; an empty one is the default title. Throws
   /// `Failure`: transcripts of an earlier version have no place for a title.
@@ -89,6 +90,11 @@ class HistoryViewModel final : public QObject {
 
  private:
   struct ReadFile;
+  struct DeletedFile {
+    QUrl url;
+    QByteArray bytes;
+    bool wasOpened = false;
+  };
 
   void applyListing(SessionListing listing);
   void restartReload();
@@ -97,7 +103,7 @@ class HistoryViewModel final : public QObject {
   void add(ReadFile file);
   /// Writes a listed file again after `change`. Throws `Failure`.
   void rewrite(const QUrl& url, const std::function<void(CaptionSession&)>& change);
-  /// Keeps the bytes of a file and moves it to the trash.
+  /// Keeps the bytes of a file, moves it to the trash and takes it out of the lists.
   void discard(const QUrl& url);
   void setSelection(const std::optional<QUrl>& url);
   /// Updates the error text from the last listing.
@@ -116,8 +122,8 @@ class HistoryViewModel final : public QObject {
   int unreadableCount_ = 0;
   std::optional<QString> error_;
   QList<QUrl> openedFiles_;
-  /// The files of the last deletion and their bytes.
-  std::vector<std::pair<QUrl, QByteArray>> deleted_;
+  /// The files of the last deletion.
+  std::vector<DeletedFile> deleted_;
   /// Files to open after those that are being read.
   QList<QUrl> unread_;
   LatestJob listing_;

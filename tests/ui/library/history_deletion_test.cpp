@@ -7,6 +7,12 @@ using namespace velun;
 class HistoryDeletionTest final : public test::HistoryViewModelSuite {
   Q_OBJECT
 
+  bool undone() {
+    std::exception_ptr failed;
+    library_->undoDelete(failed);
+    return !failed;
+  }
+
  private Q_SLOTS:
   void deletingSelectsTheNextOrThePreviousAtTheEnd() {
     write("Sessions/a.json", 3);
@@ -62,6 +68,15 @@ class HistoryDeletionTest final : public test::HistoryViewModelSuite {
     QVERIFY(!library_->error());
   }
 
+  void anOpenedFileIsListedAgainAfterAnUndo() {
+    const QUrl elsewhere = write("elsewhere.json", 1);
+    open(elsewhere);
+    library_->deleteSelection(visible());
+    QVERIFY(undone());
+    QTRY_COMPARE(titles(), QStringList({"elsewhere.json"}));
+    QCOMPARE(library_->openedFiles(), QList<QUrl>({elsewhere}));
+  }
+
   void outdatedListingDoesNotRestoreADeletedSession() {
     const QUrl a = write("Sessions/a.json", 1);
     reload();
@@ -88,7 +103,7 @@ class HistoryDeletionTest final : public test::HistoryViewModelSuite {
     QCOMPARE(titles(), QStringList({"Sessions/c.json"}));
     QVERIFY(!library_->selection());
     QVERIFY(library_->canUndoDelete());
-    library_->undoDelete();
+    QVERIFY(undone());
     QTRY_COMPARE(titles(), QStringList({"Sessions/a.json", "Sessions/b.json", "Sessions/c.json"}));
     QVERIFY(!library_->canUndoDelete());
   }
@@ -99,7 +114,7 @@ class HistoryDeletionTest final : public test::HistoryViewModelSuite {
     library_->select(a);
     library_->deleteSelection(visible());
     QVERIFY(library_->canUndoDelete());
-    library_->undoDelete();
+    QVERIFY(undone());
     QTRY_COMPARE(titles(), QStringList({"Sessions/a.json"}));
   }
 
@@ -109,7 +124,7 @@ class HistoryDeletionTest final : public test::HistoryViewModelSuite {
     library_->select(a);
     library_->deleteSelection(visible());
     write("Sessions/a.json", 5);
-    library_->undoDelete();
+    QVERIFY(undone());
     QTRY_COMPARE(titles(), QStringList({"Sessions/a.json"}));
     QCOMPARE(library_->sessions()[0]->summary.startedAt, Instant(std::chrono::hours(24 * 365 + 5)));
     QVERIFY(!library_->canUndoDelete());
