@@ -27,6 +27,7 @@
 #include "ui/settings/settings_window_controller.h"
 
 #include <QApplication>
+#include <QDialog>
 
 namespace velun {
 
@@ -83,9 +84,12 @@ void AppCoordinator::reopen() {
 }
 
 void AppCoordinator::open(const QList<QUrl>& files) {
-  // An open question has to be answered first.
-  if (WindowPresentation::isModalOpen()) return reopen();
-  sessions_->open(files);
+  const auto* question = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+  if (!question) return sessions_->open(files);
+  // It has to be answered first.
+  reopen();
+  connect(
+      question, &QDialog::finished, this, [this, files] { open(files); }, Qt::QueuedConnection);
 }
 
 void AppCoordinator::prepareWindow(QWidget* window) {

@@ -64,6 +64,20 @@ class AppCommandsTest final : public test::Suite {
     QVERIFY(!stage.desktop.passesClicks);
   }
 
+  void filesWaitForTheAnswerToAQuestion() {
+    AppStage stage;
+    const QUrl file = writeSession(stage, "One line.");
+    const HistoryViewModel& library = stage.coordinator().sessions().library();
+    QDialog question;
+    question.setModal(true);
+    question.show();
+    stage.coordinator().open({file});
+    settle();
+    QVERIFY(!library.isOpening() && !library.selection());
+    question.reject();
+    QTRY_COMPARE(library.selection(), std::optional(file));
+  }
+
   void clickThroughNeedsADesktopThatKnowsIt() {
     AppStage stage;
     stage.perform(AppCommand::toggleClickThrough);
