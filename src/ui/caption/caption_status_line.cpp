@@ -46,8 +46,9 @@ CaptionStatusLine::CaptionStatusLine(CaptionViewModel& model, TranslationPlatfor
 
 void CaptionStatusLine::present() {
   QStringList texts;
-  const std::optional<QString> activity =
-      model_.settings().translate() ? translation_.activity() : std::nullopt;
+  // A model that could not be downloaded is asked for again with every line.
+  const bool showsActivity = model_.settings().translate() && !model_.translationStatus();
+  const std::optional<QString> activity = showsActivity ? translation_.activity() : std::nullopt;
   for (const std::optional<QString>& said :
        {model_.status(), model_.saveError(), model_.translationStatus(), model_.translationNotice(),
         activity}) {

@@ -190,6 +190,27 @@ class CaptionViewTest final : public test::Suite {
     QVERIFY(line.text().isEmpty());
   }
 
+  void aDownloadThatFailedIsNotShownAsRunning() {
+    PanelStage stage;
+    stage.settings.setTargetID("ko");
+    stage.settings.setTranslate(true);
+    stage.start();
+    stage.final("One. Two.");
+    settle();
+    const CaptionStatusLine& line = stage.view->statusLine();
+    stage.translation.setActivity(QString("Downloading translation model…"));
+    QCOMPARE(line.text(), QString("Downloading translation model…"));
+    const auto& requests = stage.translationScript().requests;
+    requests[0].fail("No connection.");
+    settle();
+    // The second line tries again.
+    QCOMPARE(line.text(), QString("Translation error: No connection."));
+    requests[1].succeed("둘.");
+    stage.translation.setActivity(std::nullopt);
+    settle();
+    QVERIFY(line.text().isEmpty());
+  }
+
   void screenReadersAnnounceEachTextOnce() {
     static QStringList heard;
     heard.clear();
