@@ -245,6 +245,7 @@ std::optional<AudioInput> SpeechRecognitionEngine::missingInput() const {
 void SpeechRecognitionEngine::handle(const TranscriptionResult& result) {
   const QString text = result.text.trimmed();
   if (!result.isFinal) {
+    if (volatileText_.isEmpty()) draftedSince_ = clock_.monotonicSeconds();
     volatileText_ = text;
     Q_EMIT eventOccurred(DraftEvent{text, run_->input()});
     return;
@@ -316,7 +317,11 @@ QCoro::Task<> SpeechRecognitionEngine::finishRecognition() {
 
 /// The draft becomes final, because the recognizer will not finish it in time.
 void SpeechRecognitionEngine::giveUpUndecoded() {
-  if (!volatileText_.isEmpty()) handle({volatileText_, true});
+  if (!volatileText_.isEmpty()) {
+    TranscriptionResult draft{volatileText_, true};
+    draft.spoken = SpokenSpan{draftedSince_, clock_.monotonicSeconds()};
+    handle(draft);
+  }
   const QString text = L("Captions stopped before the last words were recognized.",
                          "마지막 말이 인식되기 전에 자막이 중지되었습니다.");
   fail({text, FailureStage::recognition});

@@ -105,8 +105,9 @@ class SpeechRecognitionEngine final : public SpeechRecognizing {
   std::optional<FailureEvent> startFailure_;
   /// What the start is doing.
   FailureStage startStage_ = FailureStage::recognition;
-  /// The last draft.
+  /// The last draft, and when its phrase had its first.
   QString volatileText_;
+  double draftedSince_ = 0;
   bool isDeviceMissing_ = false;
   RunStatus status_;
 };

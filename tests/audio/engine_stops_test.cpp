@@ -87,11 +87,18 @@ class EngineStopsTest final : public test::Suite {
 
   void draftOfARecognizerThatHangsBecomesFinal() {
     Fixture f;
+    std::optional<FinalEvent> said;
+    QObject::connect(f.engine.get(), &SpeechRecognizing::eventOccurred,
+                     [&said](const SpeechRecognitionEvent& event) {
+                       if (const auto* final = std::get_if<FinalEvent>(&event)) said = *final;
+                     });
     f.speech.script->result("so far", false);
     f.beginStop();
     f.advance(2s);
     QVERIFY(f.hasStopped());
     QCOMPARE(f.events, QStringList({"draft so far", "final so far (en_US, computer)", kMessage}));
+    // Every line has its times, so that the session can become subtitles.
+    QVERIFY(said && said->spoken && said->spoken->start < said->spoken->end);
   }
 
   void stopKeepsWhatIsRecognizedInTime() {

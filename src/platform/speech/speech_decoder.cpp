@@ -254,10 +254,15 @@ void SpeechDecoder::endFailed(RecognizerBackend& backend) {
 }
 
 void SpeechDecoder::finalizeDraft() {
+  if (!draft_.text.isEmpty()) {
+    TranscriptionResult result = std::exchange(draft_, {});
+    result.isFinal = true;
+    result.until = audio_.end();
+    result.spoken = spoken(result);
+    spokenFrom_ = audio_.end();
+    signals_.post(&SpeechRun::resultReady, std::move(result));
+  }
   audio_.clear();
-  if (draft_.text.isEmpty()) return;
-  draft_.isFinal = true;
-  signals_.post(&SpeechRun::resultReady, std::exchange(draft_, {}));
 }
 
 bool SpeechDecoder::canChangeRecognizer(bool isUrgent) const {

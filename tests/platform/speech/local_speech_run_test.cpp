@@ -21,8 +21,10 @@ struct Fixture {
         std::vector<SpeechRecognizer>{
             {"only", "Only", test::installedRecognizer(provider, "en_US")}},
         input, clock);
-    QObject::connect(run.get(), &SpeechRun::resultReady,
-                     [this](const TranscriptionResult& result) { emitted << result.text; });
+    QObject::connect(run.get(), &SpeechRun::resultReady, [this](const TranscriptionResult& result) {
+      emitted << result.text;
+      if (result.isFinal) lastFinal = result;
+    });
     QObject::connect(run.get(), &SpeechRun::ended, [this](const std::optional<QString>& error) {
       emitted << "end " + error.value_or("-");
     });
@@ -45,6 +47,7 @@ struct Fixture {
 
   test::ManualClock clock;
   QStringList emitted;
+  std::optional<TranscriptionResult> lastFinal;
   test::ScriptedRecognizerProvider provider{{"en_US"}, {"en_US"}};
   test::BackendScript& script = *provider.script;
   std::shared_ptr<SpeechInput> input = std::make_shared<SpeechInput>();
@@ -159,6 +162,18 @@ class LocalSpeechRunTest final : public test::Suite {
     f.yieldUntilTheEnd();
     QCOMPARE(f.emitted, QStringList({"draft 1", "final 1", "end Cannot decode"}));
     QCOMPARE(f.script.alive.load(), 0);
+  }
+
+  void draftOfARecognizerThatFailsBecomesFinalWithItsTimes() {
+    Fixture f;
+    f.start();
+    f.yield(1);
+    VERIFY_SOON(f.emitted.contains("draft 1"));
+    f.script.failsToDecode = true;
+    f.yieldUntilTheEnd();
+    QVERIFY(f.lastFinal && f.lastFinal->text == "draft 1");
+    QVERIFY(f.lastFinal->spoken);
+    QVERIFY(f.lastFinal->spoken->start < f.lastFinal->spoken->end);
   }
 
   void gapInAPhraseIsDecodedAsSilence() {
