@@ -2,7 +2,7 @@
 _velun() {
   local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]}
   if [ "$COMP_CWORD" = 1 ]; then
-    mapfile -t COMPREPLY < <(compgen -W "captions" -- "$word")
+    mapfile -t COMPREPLY < <(compgen -W "captions --help --version" -- "$word")
     return
   fi
   case $before in

@@ -1,5 +1,7 @@
 # Completion of the command line of velun for fish.
 set -l captions '__fish_seen_subcommand_from captions'
+complete -c velun -n __fish_use_subcommand -s h -l help -d 'Show the help'
+complete -c velun -n __fish_use_subcommand -s v -l version -d 'Show the version'
 complete -c velun -n __fish_use_subcommand -f -a captions -d 'Write captions to the standard output'
 complete -c velun -n $captions -s i -l input -x -a 'computer microphone both' -d 'What to caption'
 complete -c velun -n $captions -s d -l device -x -a '(velun captions --list-devices | string match -v "program*" | cut -f2,3)' -d 'The output or microphone'

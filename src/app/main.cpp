@@ -2,6 +2,7 @@
 #include "app/app_delegate.h"
 #include "app/captions_program.h"
 #include "app/composition.h"
+#include "cli/window_arguments.h"
 #include "language/localization.h"
 #include "platform/desktop/desktop_services.h"
 #include "platform/desktop/linux/dbus_application_service.h"
@@ -29,12 +30,28 @@ constexpr auto kApplicationID = "app.velun.Velun";
 /// recognizer's tables.
 constexpr int kMmapThreshold = 1 << 20;
 
-/// The files that the command line names, such as those of "Open With" in a file manager.
+/// Before there is a display. Qt's own options make no sense here; they are left to it.
+bool isAnswered(int argc, char** argv) {
+  using namespace velun;
+  QStringList arguments;
+  for (int i = 1; i < argc; ++i) arguments.append(QString::fromLocal8Bit(argv[i]));
+  try {
+    parseWindowArguments(arguments);
+  } catch (const HelpRequested& help) {
+    std::fputs(qUtf8Printable(help.text), stdout);
+    return true;
+  } catch (const UsageError&) {
+    return false;
+  }
+  return false;
+}
+
+/// The files that the command line names, such as those of "Open With" in a file manager. Throws
+/// `UsageError`.
 QList<QUrl> filesToOpen() {
   QList<QUrl> files;
-  for (const QString& argument : QCoreApplication::arguments().sliced(1)) {
-    if (argument.startsWith(QLatin1Char('-'))) continue;
-    files.append(QUrl::fromUserInput(argument, QDir::currentPath(), QUrl::AssumeLocalFile));
+  for (const QString& file : velun::parseWindowArguments(QCoreApplication::arguments().sliced(1))) {
+    files.append(QUrl::fromUserInput(file, QDir::currentPath(), QUrl::AssumeLocalFile));
   }
   return files;
 }
@@ -71,6 +88,10 @@ int main(int argc, char** argv) {
   QCoreApplication::setApplicationName(kApplicationID);
   QCoreApplication::setApplicationVersion(VELUN_VERSION);
   if (argc > 1 && std::string_view(argv[1]) == "captions") return runCaptionsProgram(argc, argv);
+  if (argc > 1) {
+    Localization::shared().load(FilePreferences(FilePreferences::userPath()));
+    if (isAnswered(argc, argv)) return 0;
+  }
   preferWindowSystem();
   QApplication application(argc, argv);
   QGuiApplication::setDesktopFileName(kApplicationID);
@@ -80,7 +101,14 @@ int main(int argc, char** argv) {
   QtTranslation qtTranslation;
 
   DBusApplicationService service(kApplicationID);
-  service.setFiles(filesToOpen());
+  try {
+    service.setFiles(filesToOpen());
+  } catch (const UsageError& error) {
+    std::fprintf(stderr, "velun: %s\n%s\n", error.what(),
+                 qUtf8Printable(L("“velun --help” shows the options.",
+                                  "옵션은 “velun --help”로 볼 수 있습니다.")));
+    return kUsageStatus;
+  }
   switch (service.claim()) {
     case ApplicationService::Claim::granted:
       break;

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "cli/usage.h"
 #include "settings/input_choice.h"
 #include "settings/program_choice.h"
 
 #include <optional>
 #include <QString>
 #include <QStringList>
-#include <stdexcept>
 
 namespace velun {
 
@@ -37,17 +37,6 @@ struct CaptionArguments {
   bool listsModels = false;
   /// List the devices instead.
   bool listsDevices = false;
-};
-
-/// Arguments that make no sense. The text is localized.
-class UsageError final : public std::runtime_error {
- public:
-  explicit UsageError(const QString& text) : std::runtime_error(text.toStdString()) {}
-};
-
-/// Only the help was asked for.
-struct HelpRequested {
-  QString text;
 };
 
 /// Reads the arguments after "captions". Throws `UsageError` and `HelpRequested`.

@@ -5,6 +5,7 @@
 #include "captions/speaker_tracker.h"
 #include "cli/line_printer.h"
 #include "cli/terminal_progress.h"
+#include "cli/usage.h"
 #include "model/caption_session.h"
 #include "translation/caption_translator.h"
 
@@ -20,7 +21,7 @@ class CaptionsCommand final : public QObject {
 
  public:
   /// The process's exit statuses.
-  enum Status { kDone = 0, kFailed = 1, kUsage = 2, kInterrupted = 130 };
+  enum Status { kDone = 0, kFailed = 1, kUsage = kUsageStatus, kInterrupted = 130 };
 
   /// What a run works with; all must outlive it. The printer writes to `lines`; errors and progress
   /// go to `messages`.

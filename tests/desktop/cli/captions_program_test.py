@@ -167,17 +167,31 @@ class CaptionsProgram(unittest.TestCase):
         self.assertIn("built-in\tinstalled\tBuilt-in recognizer\n", self.captions("--list-models"))
 
     def test_completions_and_the_manual_know_every_option(self):
-        options = set(re.findall(r"^  (?:-[a-z], )?--([a-z-]+)", self.captions("--help"), re.M))
-        self.assertIn("drafts", options)
+        texts = self.captions("--help") + self.velun("--help").stdout
+        options = set(re.findall(r"^  (?:-[a-z], )?--([a-z-]+)", texts, re.M))
+        self.assertLess({"drafts", "version"}, options)
         for name, form in (("completions/velun.bash", r"--([a-z-]{2,})"),
                            ("completions/_velun", r"--([a-z-]{2,})\W"),
-                           ("completions/velun.fish", r"captions .*-l ([a-z-]+)"),
+                           ("completions/velun.fish", r"complete .*-l ([a-z-]+)"),
                            ("velun.1.in", r"\\-\\-([a-z\\-]+)")):
             with self.subTest(name=name):
                 text = (DATA / name).read_text(encoding="utf-8")
                 found = {each.replace("\\", "") for each in re.findall(form, text)}
                 self.assertEqual(options - found, set())
                 self.assertEqual(found - options, set())
+
+    def velun(self, *arguments, **environment):
+        return subprocess.run([EXECUTABLE, *arguments], check=False, text=True, capture_output=True,
+                              env=self.environment() | environment, timeout=30)
+
+    def test_the_program_with_windows_tells_of_itself(self):
+        self.assertTrue(self.velun("-h").stdout.startswith("Usage: velun [options] [file...]\n"))
+        self.assertRegex(self.velun("--version").stdout, r"^Velun \d+\.\d+\.\d+\n$")
+
+    def test_the_program_with_windows_refuses_other_options(self):
+        done = self.velun("--nonsense", QT_QPA_PLATFORM="offscreen")
+        self.assertEqual((done.returncode, done.stdout), (2, ""))
+        self.assertTrue(done.stderr.startswith("velun: Unknown option 'nonsense'.\n"), done.stderr)
 
     def test_bash_completes_options_and_their_values(self):
         for words, completed in ((["captions", "--dr"], "--drafts"), (["c"], "captions"),
