@@ -11,6 +11,7 @@ namespace {
 
 constexpr double kLine = 1;
 constexpr double kFocusLine = 2;
+constexpr int kInset = 2;
 constexpr double kCorner = 2;
 constexpr float kSoftness = 0.5F;
 /// A selection's colour is too dark for a line in a dark window.
@@ -26,12 +27,14 @@ void drawRounded(QPainter& painter, const QRect& rect, const QColor& color, doub
   painter.restore();
 }
 
-/// The links' colour is hardly visible on a selected row.
-QColor focusColor(const QStyleOption& option) {
+/// The links' colour is hardly visible on a selected row, where the ring lies inside.
+void drawFocus(QPainter& painter, const QStyleOption& option) {
   const auto* focus = qstyleoption_cast<const QStyleOptionFocusRect*>(&option);
   const bool isSelected =
       focus && focus->backgroundColor == option.palette.color(QPalette::Highlight);
-  return option.palette.color(isSelected ? QPalette::HighlightedText : kFocusRole);
+  const QColor color = option.palette.color(isSelected ? QPalette::HighlightedText : kFocusRole);
+  const int inset = isSelected ? kInset : 0;
+  drawRounded(painter, option.rect.adjusted(inset, inset, -inset, -inset), color, kFocusLine);
 }
 
 /// Of a text or a list; other frames only group things.
@@ -60,7 +63,7 @@ int AccessStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWi
 void AccessStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
                                 QPainter* painter, const QWidget* widget) const {
   if (element == PE_FrameFocusRect) {
-    drawRounded(*painter, option->rect, focusColor(*option), kFocusLine);
+    drawFocus(*painter, *option);
     return;
   }
   QProxyStyle::drawPrimitive(element, option, painter, widget);
