@@ -3,6 +3,7 @@
 
 #include "app/engine_services.h"
 #include "captions/caption_target.h"
+#include "captions/missing_translation.h"
 #include "captions/recording_source.h"
 #include "cli/caption_devices.h"
 #include "cli/captions_command.h"
@@ -94,18 +95,8 @@ void checkInstalled(EngineServices& services, const CaptionArguments& arguments,
           "다운로드하세요."));
   }
   if (arguments.target.isEmpty()) return;
-  const auto bytes = services.translation.downloadBytes(localeID, {arguments.target}).at(0);
-  if (!bytes) {
-    throw Failure(L("There is no translation from %1 to %2.", "%1에서 %2(으)로 번역할 수 없습니다.")
-                      .arg(languageName(localeID), languageName(arguments.target)));
-  }
-  if (*bytes > 0) {
-    throw Failure(
-        L("The translation model isn’t installed. Download it in Velun’s settings, under "
-          "Languages & Models.",
-          "번역 모델이 설치되어 있지 않습니다. Velun 설정의 언어 및 모델에서 "
-          "다운로드하세요."));
-  }
+  const auto missing = missingTranslation(services.translation, localeID, arguments.target);
+  if (missing) throw Failure(*missing);
 }
 
 /// A device is that of the microphone only if the computer's sound is not captioned.

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "captions/recording_captions.h"
 
-#include "captions/finished_lines.h"
-
 #include <chrono>
 #include <utility>
 #include <variant>
@@ -12,10 +10,7 @@ namespace velun {
 RecordingCaptions::RecordingCaptions(CaptionSession session, std::unique_ptr<CaptionSource> source,
                                      const QString& localeID, const QString& target,
                                      TranslationPlatform& translation, const Clock& clock)
-    : session_(std::move(session)),
-      source_(std::move(source)),
-      clock_(clock),
-      translator_(translation, session_.lines) {
+    : lines_(std::move(session), localeID, target, translation, clock), source_(std::move(source)) {
   connect(source_.get(), &CaptionSource::eventOccurred, this, &RecordingCaptions::handle);
   connect(source_.get(), &CaptionSource::ended, this, &RecordingCaptions::sourceEnded);
   connect(source_.get(), &CaptionSource::advanced, this,
@@ -24,41 +19,26 @@ RecordingCaptions::RecordingCaptions(CaptionSession session, std::unique_ptr<Cap
             duration_ = duration;
             Q_EMIT advanced();
           });
-  connect(&translator_, &CaptionTranslator::translated, this,
-          [this](const QUuid&, const QString& language, const QString& text) {
-            session_.lines[settled_++].translations[language] = text;
-            settle();
-          });
-  connect(&translator_, &CaptionTranslator::failed, this, [this] {
-    ++settled_;
-    settle();
+  connect(&lines_, &TranslatedSession::settled, this, &RecordingCaptions::finishIfComplete);
+  connect(&lines_, &TranslatedSession::translationFailed, this, [this](const QString& message) {
+    if (!translationError_) translationError_ = message;
   });
-  translator_.configure(!target.isEmpty(), true, localeID, target);
 }
 
 void RecordingCaptions::handle(const SpeechRecognitionEvent& event) {
-  const auto* final = std::get_if<FinalEvent>(&event);
-  if (!final) return;
-  std::vector<Line> lines = finishedLines(*final, clock_.now(), session_.startedAt, speakers_);
-  for (Line& line : lines) {
-    // The time at which the words are in the recording, not that at which they were recognized.
-    if (line.end) line.time = session_.startedAt + *line.end;
-    session_.lines.push_back(std::move(line));
-  }
-  translator_.linesAppended();
-  if (!translator_.isActive()) settled_ = session_.lines.size();
+  if (const auto* final = std::get_if<FinalEvent>(&event)) lines_.append(*final);
 }
 
 void RecordingCaptions::sourceEnded(const std::optional<QString>& error) {
   hasEnded_ = true;
   error_ = error;
-  session_.endedAt = session_.startedAt + std::chrono::round<Instant::duration>(
-                                              std::chrono::duration<double>(position_));
-  settle();
+  lines_.setEnd(session().startedAt +
+                std::chrono::round<Instant::duration>(std::chrono::duration<double>(position_)));
+  finishIfComplete();
 }
 
-void RecordingCaptions::settle() {
-  if (!hasEnded_ || (!error_ && settled_ < session_.lines.size())) return;
+void RecordingCaptions::finishIfComplete() {
+  if (!hasEnded_ || (!error_ && !lines_.isSettled())) return;
   if (!std::exchange(hasFinished_, true)) Q_EMIT finished(error_);
 }
 

@@ -2,10 +2,7 @@
 #pragma once
 
 #include "captions/caption_source.h"
-#include "captions/speaker_tracker.h"
-#include "model/caption_session.h"
-#include "platform/foundation/clock.h"
-#include "translation/caption_translator.h"
+#include "captions/translated_session.h"
 
 #include <memory>
 #include <optional>
@@ -27,7 +24,9 @@ class RecordingCaptions final : public QObject {
 
   void start() { source_->start(); }
 
-  const CaptionSession& session() const { return session_; }
+  const CaptionSession& session() const { return lines_.session(); }
+  /// Why a line could not be translated, localized: of the first of them, if there is one.
+  const std::optional<QString>& translationError() const { return translationError_; }
   /// How far the recording is captioned, and its length if it tells, in seconds.
   double position() const { return position_; }
   const std::optional<double>& duration() const { return duration_; }
@@ -40,17 +39,13 @@ class RecordingCaptions final : public QObject {
  private:
   void handle(const SpeechRecognitionEvent& event);
   void sourceEnded(const std::optional<QString>& error);
-  void settle();
+  void finishIfComplete();
 
-  CaptionSession session_;
-  SpeakerTracker speakers_;
+  TranslatedSession lines_;
   std::unique_ptr<CaptionSource> source_;
-  const Clock& clock_;
-  CaptionTranslator translator_;
   double position_ = 0;
   std::optional<double> duration_;
-  /// How many lines wait for no translation any more.
-  std::size_t settled_ = 0;
+  std::optional<QString> translationError_;
   bool hasEnded_ = false;
   bool hasFinished_ = false;
   std::optional<QString> error_;

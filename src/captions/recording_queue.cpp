@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "captions/recording_queue.h"
 
+#include "captions/missing_translation.h"
 #include "captions/recording_progress.h"
 #include "language/localization.h"
 #include "platform/foundation/failure.h"
@@ -53,7 +54,7 @@ void RecordingQueue::remove(int id) {
 
 void RecordingQueue::retry(int id) {
   Item* item = find(id);
-  if (!item || item->error.isEmpty()) return;
+  if (!item || !item->canBeRetried()) return;
   const auto unwritten = std::ranges::find(unwritten_, id, &std::pair<int, CaptionSession>::first);
   if (unwritten != unwritten_.end()) {
     const CaptionSession session = std::move(unwritten->second);
@@ -93,12 +94,7 @@ void RecordingQueue::next() {
   session.startedAt = clock_.now();
   session.title = QFileInfo(waiting->path).completeBaseName();
   const QString localeID = settings_.localeID();
-  QString target;
-  if (settings_.translate()) {
-    // Nothing is downloaded unasked.
-    const auto bytes = translation_.downloadBytes(localeID, {settings_.targetID()}).at(0);
-    if (bytes == 0) target = settings_.targetID();
-  }
+  const QString target = targetOf(*waiting, localeID);
   auto source = makeSource_(waiting->path, localeID, session.startedAt);
   startedAt_ = clock_.monotonicSeconds();
   captions_ = std::make_unique<RecordingCaptions>(std::move(session), std::move(source), localeID,
@@ -108,6 +104,15 @@ void RecordingQueue::next() {
   connect(captions_.get(), &RecordingCaptions::finished, this, &RecordingQueue::finished,
           Qt::QueuedConnection);
   captions_->start();
+}
+
+QString RecordingQueue::targetOf(Item& item, const QString& localeID) const {
+  const QString target = settings_.targetID();
+  if (!settings_.translate() || CaptionTranslator::hasSameLanguage(localeID, target)) return {};
+  // Nothing is downloaded unasked.
+  const auto missing = missingTranslation(translation_, localeID, target);
+  item.remark = missing.value_or(QString());
+  return missing ? QString() : target;
 }
 
 void RecordingQueue::advanced() {
@@ -127,8 +132,10 @@ void RecordingQueue::finished(const std::optional<QString>& error) {
   // A recording that was removed meanwhile leaves its signal in the queue.
   if (!captions_ || sender() != captions_.get()) return;
   const CaptionSession session = captions_->session();
+  const std::optional<QString> translationError = captions_->translationError();
   captions_.release()->deleteLater();
   Item* item = find(std::exchange(runningID_, 0));
+  if (translationError) item->remark = *translationError;
   if (!session.lines.empty()) {
     save(*item, session);
     if (error && item->state == State::done) item->error = *error;

@@ -34,8 +34,16 @@ class RecordingQueue final : public QObject {
     /// What failed and what to do, localized. Also of a recording that is done, but only up to
     /// where it failed.
     QString error = {};
+    /// Why lines have no translation and what to do, localized; empty if they have one, or need
+    /// none.
+    QString remark = {};
     /// The session's file, once it is done.
     QUrl session = {};
+
+    bool canBeRetried() const {
+      return state == State::failed ||
+             (state == State::done && !(error.isEmpty() && remark.isEmpty()));
+    }
   };
 
   /// Makes the source of a recording, not started: its path, the locale and the session's start.
@@ -56,7 +64,8 @@ class RecordingQueue final : public QObject {
   void add(const QStringList& paths);
   /// Ends the work on an item and removes it; nothing of it is kept but a session that is done.
   void remove(int id);
-  /// Captions a failed item again; one whose session could not be written is only written again.
+  /// Captions an item again that failed or is incomplete; one whose session could not be written is
+  /// only written again.
   void retry(int id);
   /// Saves what is captioned so far of the recording that runs, which goes on, and tries once more
   /// to save what could not be saved. For the end of the program; failures are ignored.
@@ -71,6 +80,8 @@ class RecordingQueue final : public QObject {
   Item* find(int id);
   Item* running() { return find(runningID_); }
   void next();
+  /// The language to translate the item into; empty: none.
+  QString targetOf(Item& item, const QString& localeID) const;
   void advanced();
   void finished(const std::optional<QString>& error);
   void save(Item& item, const CaptionSession& session);

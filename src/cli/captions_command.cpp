@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/captions_command.h"
 
-#include "captions/finished_lines.h"
 #include "language/localization.h"
 #include "model/file_error_text.h"
 
@@ -14,10 +13,9 @@ CaptionsCommand::CaptionsCommand(const CaptionArguments& arguments, const QStrin
                                  CaptionSession session, std::unique_ptr<CaptionSource> source,
                                  Parts parts)
     : arguments_(arguments),
-      session_(std::move(session)),
       source_(std::move(source)),
       parts_(parts),
-      translator_(parts.translation, session_.lines),
+      lines_(std::move(session), localeID, arguments.target, parts.translation, parts.clock),
       progress_(parts.messages),
       startedAt_(parts.clock.monotonicSeconds()) {
   connect(source_.get(), &CaptionSource::eventOccurred, this, &CaptionsCommand::handle);
@@ -28,17 +26,8 @@ CaptionsCommand::CaptionsCommand(const CaptionArguments& arguments, const QStrin
             if (hasEnded_ || arguments_.showsDrafts) return;
             progress_.show(position, duration, parts_.clock.monotonicSeconds() - startedAt_);
           });
-  connect(&translator_, &CaptionTranslator::translated, this,
-          [this](const QUuid&, const QString& language, const QString& text) {
-            session_.lines[settled_++].translations[language] = text;
-            printSettledLines();
-          });
-  connect(&translator_, &CaptionTranslator::failed, this, [this](const QString& message) {
-    say(message);
-    ++settled_;
-    printSettledLines();
-  });
-  translator_.configure(!arguments_.target.isEmpty(), true, localeID, arguments_.target);
+  connect(&lines_, &TranslatedSession::settled, this, &CaptionsCommand::printSettledLines);
+  connect(&lines_, &TranslatedSession::translationFailed, this, &CaptionsCommand::say);
 }
 
 void CaptionsCommand::start() {
@@ -78,16 +67,14 @@ void CaptionsCommand::showDrafts() {
 
 void CaptionsCommand::take(const FinalEvent& event) {
   drafts_[static_cast<std::size_t>(event.input)].clear();
-  std::vector<Line> lines = finishedLines(event, parts_.clock.now(), session_.startedAt, speakers_);
-  std::move(lines.begin(), lines.end(), std::back_inserter(session_.lines));
-  translator_.linesAppended();
-  if (!translator_.isActive()) settled_ = session_.lines.size();
-  printSettledLines();
+  lines_.append(event);
 }
 
 void CaptionsCommand::printSettledLines() {
-  if (printed_ < settled_) progress_.erase();
-  for (; printed_ < settled_; ++printed_) parts_.printer.line(session_.lines[printed_]);
+  progress_.erase();
+  for (; printed_ < lines_.settledCount(); ++printed_) {
+    parts_.printer.line(lines_.session().lines[printed_]);
+  }
   if (!endIfUnwritten()) finishIfComplete();
 }
 
@@ -101,7 +88,7 @@ void CaptionsCommand::sourceEnded(const std::optional<QString>& error) {
 }
 
 void CaptionsCommand::finishIfComplete() {
-  if (!hasEnded_ || printed_ < session_.lines.size()) return;
+  if (!hasEnded_ || !lines_.isSettled()) return;
   progress_.erase();
   parts_.printer.finish();
   if (!endIfUnwritten()) Q_EMIT finished(status_);

@@ -2,12 +2,10 @@
 #pragma once
 
 #include "captions/caption_source.h"
-#include "captions/speaker_tracker.h"
+#include "captions/translated_session.h"
 #include "cli/line_printer.h"
 #include "cli/terminal_progress.h"
 #include "cli/usage.h"
-#include "model/caption_session.h"
-#include "translation/caption_translator.h"
 
 #include <array>
 #include <memory>
@@ -59,16 +57,13 @@ class CaptionsCommand final : public QObject {
   void say(const QString& message);
 
   CaptionArguments arguments_;
-  CaptionSession session_;
-  SpeakerTracker speakers_;
   std::unique_ptr<CaptionSource> source_;
   Parts parts_;
-  CaptionTranslator translator_;
+  TranslatedSession lines_;
   TerminalProgress progress_;
   double startedAt_;
-  /// Lines that were printed, and those that wait for no translation any more.
+  /// How many lines were printed.
   std::size_t printed_ = 0;
-  std::size_t settled_ = 0;
   bool hasEnded_ = false;
   bool isInterrupted_ = false;
   bool isUnwritten_ = false;

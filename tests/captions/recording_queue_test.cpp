@@ -122,6 +122,55 @@ class RecordingQueueTest final : public test::Suite {
     QCOMPARE(test::readSession(f.item().session).lines[0].translations.at("es"), "Uno.");
   }
 
+  void aMissingTranslationIsToldAndCanBeTriedAgain() {
+    QueueFixture f;
+    f.settings.setTranslate(true);
+    f.settings.setTargetID("es");
+    f.translation.bytes["es"] = 1000;
+    f.queue.add({"/1.mp3"});
+    QVERIFY(f.item().remark.contains("isn’t installed"));
+    QVERIFY(!f.item().canBeRetried());
+    f.source().say("One.");
+    f.end();
+    QCOMPARE(f.item().state, State::done);
+    QVERIFY(f.item().remark.contains("isn’t installed"));
+    QVERIFY(f.item().canBeRetried());
+    f.translation.bytes.clear();
+    f.queue.retry(f.item().id);
+    QCOMPARE(f.item().remark, QString());
+    QCOMPARE(f.item().state, State::running);
+  }
+
+  void aRecordingInTheLanguageOfTheTranslationNeedsNone() {
+    QueueFixture f;
+    f.settings.setTranslate(true);
+    f.settings.setTargetID("en");
+    f.queue.add({"/1.mp3"});
+    QCOMPARE(f.item().remark, QString());
+    QVERIFY(f.translation.scripts.empty());
+  }
+
+  void aFailedTranslationIsToldAndTheRestIsTranslated() {
+    QueueFixture f;
+    f.settings.setTranslate(true);
+    f.settings.setTargetID("es");
+    f.queue.add({"/1.mp3"});
+    f.source().say("One.");
+    f.source().say("Two.");
+    QTRY_COMPARE(f.translation.scripts.size(), std::size_t(1));
+    auto& script = *f.translation.scripts[0];
+    QTRY_COMPARE(script.requests.size(), std::size_t(1));
+    f.end();
+    script.requests[0].fail("It broke.");
+    QTRY_COMPARE(script.requests.size(), std::size_t(2));
+    script.requests[1].succeed("Dos.");
+    QTRY_COMPARE(f.item().state, State::done);
+    QCOMPARE(f.item().remark, "Translation error: It broke.");
+    const CaptionSession session = test::readSession(f.item().session);
+    QVERIFY(session.lines[0].translations.empty());
+    QCOMPARE(session.lines[1].translations.at("es"), "Dos.");
+  }
+
   void aCancelKeepsNothingAndTheNextGoesOn() {
     QueueFixture f;
     f.queue.add({"/1.mp3", "/2.mp3"});

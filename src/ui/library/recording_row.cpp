@@ -19,7 +19,7 @@ using State = RecordingQueue::State;
 
 constexpr int kSteps = 1000;
 
-QString statusText(const RecordingQueue::Item& item) {
+QString stateText(const RecordingQueue::Item& item) {
   switch (item.state) {
     case State::waiting:
       return L("Waiting", "대기 중");
@@ -37,6 +37,11 @@ QString statusText(const RecordingQueue::Item& item) {
       break;
   }
   return item.error;
+}
+
+QString statusText(const RecordingQueue::Item& item) {
+  const QString text = stateText(item);
+  return item.remark.isEmpty() ? text : text + QLatin1Char('\n') + item.remark;
 }
 
 }  // namespace
@@ -85,7 +90,7 @@ void RecordingRow::show(const RecordingQueue::Item& item) {
   show_->setText(L("Show Session", "기록 보기"));
   show_->setVisible(item.state == State::done);
   retry_->setText(L("Try Again", "다시 시도"));
-  retry_->setVisible(!item.error.isEmpty());
+  retry_->setVisible(item.canBeRetried());
   remove_->setText(isEnded ? L("Remove from List", "목록에서 제거") : L("Cancel", "취소"));
   for (QPushButton* each : {show_, retry_, remove_}) {
     each->setAccessibleName(each->text());
