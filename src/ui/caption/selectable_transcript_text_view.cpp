@@ -13,6 +13,7 @@
 #include <QHelpEvent>
 #include <QMenu>
 #include <QMimeData>
+#include <QPainter>
 #include <QScrollBar>
 #include <QTextDocumentFragment>
 #include <QToolTip>
@@ -24,6 +25,7 @@ namespace {
 
 constexpr int kMaxSpinnerSize = 16;
 constexpr int kCaretWidth = 1;
+constexpr int kMarkWidth = 3;
 
 /// The label of a paragraph's placeholder; empty when it has none.
 QString pendingLabel(const QTextBlock& block) {
@@ -65,6 +67,34 @@ void SelectableTranscriptTextView::setPanelStyle(const PanelStyle* style) {
     palette.setColor(QPalette::HighlightedText, style->text);
   }
   setPalette(palette);
+}
+
+void SelectableTranscriptTextView::setMarkedBlocks(int first, int count) {
+  if (first == firstMarked_ && count == markedCount_) return;
+  firstMarked_ = first;
+  markedCount_ = count;
+  viewport()->update();
+}
+
+QRect SelectableTranscriptTextView::markRect() const {
+  if (markedCount_ == 0) return {};
+  const QTextBlock first = document()->findBlockByNumber(firstMarked_);
+  QTextBlock last = document()->findBlockByNumber(firstMarked_ + markedCount_ - 1);
+  if (!first.isValid() || !last.isValid()) return {};
+  // The empty space before the next line is not marked.
+  while (last != first && last.length() == 1) last = last.previous();
+  const qreal top = layout_.lineRect(first.position()).top();
+  const qreal bottom = layout_.lineRect(last.position() + last.length() - 1).bottom();
+  const int left = (TranscriptLayout::horizontalInset - kMarkWidth) / 2;
+  return QRectF(left, top - verticalScrollBar()->value(), kMarkWidth, bottom - top).toRect();
+}
+
+void SelectableTranscriptTextView::paintEvent(QPaintEvent* event) {
+  if (const QRect mark = markRect(); mark.intersects(event->rect())) {
+    QPainter painter(viewport());
+    painter.fillRect(mark, QGuiApplication::palette().color(QPalette::Highlight));
+  }
+  BottomPinnedScrollView::paintEvent(event);
 }
 
 void SelectableTranscriptTextView::updatePendingIndicators() {

@@ -37,6 +37,9 @@ class SelectableTranscriptTextView final : public BottomPinnedScrollView {
   /// Creates the menu that a right click opens.
   std::unique_ptr<QMenu> contextMenu();
 
+  /// Paints a bar beside these paragraphs, which replaces the one before; no paragraphs: none.
+  void setMarkedBlocks(int first, int count);
+
   /// Recreates the spinners of the visible placeholders.
   void updatePendingIndicators();
   /// The visible spinners, from the top down.
@@ -52,6 +55,7 @@ class SelectableTranscriptTextView final : public BottomPinnedScrollView {
   void menuOpening(QMenu& menu, const QPoint& position);
 
  protected:
+  void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
@@ -70,12 +74,16 @@ class SelectableTranscriptTextView final : public BottomPinnedScrollView {
   void setHasCaret(bool has);
   void endSelecting();
   void positionPendingIndicators();
+  /// The bar beside the marked paragraphs, in points of the viewport; empty without any.
+  QRect markRect() const;
 
   TranscriptLayout& layout_;
   std::vector<PendingIndicator*> pendingIndicators_;
   std::function<std::unique_ptr<QMenu>()> makeMenu_;
   bool isSelectingText_ = false;
   QPoint pressedAt_;
+  int firstMarked_ = 0;
+  int markedCount_ = 0;
 };
 
 }  // namespace velun

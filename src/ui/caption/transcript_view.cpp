@@ -44,6 +44,8 @@ TranscriptView::TranscriptView(QWidget* parent)
   connect(textView_.get(), &SelectableTranscriptTextView::selectionSettled, this,
           &TranscriptView::applyHeldChange);
   connect(textView_.get(), &SelectableTranscriptTextView::clicked, this, &TranscriptView::clickAt);
+  connect(textView_.get(), &QTextEdit::cursorPositionChanged, this,
+          &TranscriptView::markLineAtCursor);
   connect(textView_.get(), &SelectableTranscriptTextView::findRequested, this,
           &TranscriptView::openFindBar);
   connect(&document_.text(), &QTextDocument::contentsChange, this, [this] {
@@ -119,6 +121,7 @@ void TranscriptView::apply(const TranscriptChange& change) {
     // A line without text may have been inserted before others.
     for (const Replacement& replacement : changes) replaceSizes(replacement);
   }
+  markLineAtCursor();
   scrollOnJump();
   updateBottom();
 }
@@ -169,6 +172,18 @@ std::optional<std::size_t> TranscriptView::lineAtCursor() const {
   const int start = cursor.selectionStart();
   const std::size_t line = lineOfBlock(document_.text().findBlock(start).blockNumber());
   return line < lineSizes_.size() ? std::optional(line) : std::nullopt;
+}
+
+void TranscriptView::setMarksLineAtCursor(bool marks) {
+  marksLineAtCursor_ = marks;
+  markLineAtCursor();
+}
+
+void TranscriptView::markLineAtCursor() {
+  const auto line = marksLineAtCursor_ ? lineAtCursor() : std::nullopt;
+  const std::size_t first = line ? paragraphsBefore(*line) : 0;
+  const std::size_t count = line ? lineSizes_[*line] : 0;
+  textView_->setMarkedBlocks(static_cast<int>(first), static_cast<int>(count));
 }
 
 std::optional<std::size_t> TranscriptView::lineAt(const QPoint& position) const {

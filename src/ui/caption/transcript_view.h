@@ -41,6 +41,9 @@ class TranscriptView final : public QWidget {
   /// The index of the line in which the cursor is; nullopt in the draft.
   std::optional<std::size_t> lineAtCursor() const;
 
+  /// Paints a bar beside the line in which the cursor is.
+  void setMarksLineAtCursor(bool marks);
+
   /// The index of the line at a position of the text view; nullopt in the draft.
   std::optional<std::size_t> lineAt(const QPoint& position) const;
 
@@ -107,6 +110,7 @@ class TranscriptView final : public QWidget {
   void setHeld(bool held);
   void applyHeldChange();
   void updateBottom();
+  void markLineAtCursor();
 
   TranscriptDocument document_;
   std::unique_ptr<SelectableTranscriptTextView> textView_;
@@ -119,6 +123,7 @@ class TranscriptView final : public QWidget {
   int lastJump_ = 0;
   bool atBottom_ = true;
   bool isHeld_ = false;
+  bool marksLineAtCursor_ = false;
   bool isBottomPosted_ = false;
 };
 

@@ -79,6 +79,8 @@ SessionDetailView::SessionDetailView(AppSettings& settings, Clock& clock, QWidge
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
   column->addLayout(bar_);
+  // What the commands for one line work on.
+  transcript_->setMarksLineAtCursor(true);
   pages_->addWidget(transcript_);
   pages_->addWidget(table_);
   column->addWidget(pages_, 1);

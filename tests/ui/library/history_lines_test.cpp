@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "history_view_suite.h"
 #include "support/saved_sessions.h"
+#include "ui/caption/transcript_layout.h"
 
 #include <QClipboard>
 
@@ -34,9 +35,32 @@ class HistoryLinesTest final : public test::HistoryViewSuite {
     view.setTextCursor(cursor);
   }
 
+  /// Whether a bar stands beside the line of the transcript that holds the text.
+  bool isMarked(const QString& text) {
+    auto& view = detail()->transcript().textView();
+    const int y = view.cursorRect(view.document()->find(text)).center().y();
+    const QImage image = view.viewport()->grab().toImage();
+    return image.pixelColor(TranscriptLayout::horizontalInset / 2, y) ==
+           QGuiApplication::palette().color(QPalette::Highlight);
+  }
+
   CaptionSession saved(const QUrl& url) { return test::readSession(url); }
 
  private Q_SLOTS:
+  void theLineOfTheCommandsIsMarkedWithItsTranslation() {
+    showTwoLines();
+    QVERIFY(!isMarked("Their"));
+    QVERIFY(isMarked("heir."));
+    auto& view = detail()->transcript().textView();
+    QTextCursor second(view.document());
+    second.movePosition(QTextCursor::End);
+    view.setTextCursor(second);
+    QVERIFY(isMarked("heir."));
+    putCursorAt("Their");
+    QVERIFY(isMarked("Their"));
+    QVERIFY(!isMarked("heir."));
+  }
+
   void aLineIsCopied() {
     showTwoLines();
     action("Copy Line")->trigger();
