@@ -36,6 +36,7 @@ class Activity final : public QObject {
 }  // namespace
 
 int main(int argc, char** argv) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(argc, argv);
   test::PanelStage stage;
   stage.controller->show();
