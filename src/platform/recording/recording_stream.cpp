@@ -75,6 +75,12 @@ std::vector<float> RecordingStream::next() {
   std::uint32_t count = 0;
   read(sizeof count);
   std::memcpy(&count, bytes_.constData(), sizeof count);
+  if (count == kBrokenOff) {
+    throw Failure(L("The rest of “%1” can’t be read: the file is damaged, or its disk was removed.",
+                    "“%1” 파일의 나머지를 읽을 수 없습니다. 파일이 손상되었거나 디스크가 "
+                    "분리되었습니다.")
+                      .arg(name_));
+  }
   const auto size = static_cast<qsizetype>(count * sizeof(float));
   read(static_cast<qsizetype>(sizeof count) + size);
   std::vector<float> samples(count);

@@ -130,6 +130,55 @@ class RecordingStreamTest final : public test::Suite {
     QVERIFY(secondsOf(write("hole.mp3", bytes)) > 2);
   }
 
+  void aFileThatBreaksOffIsSaidAfterWhatCouldBeRead_data() {
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("options");
+    QTest::newRow("mp4") << "talk.mp4"
+                         << " -movflags faststart";
+    QTest::newRow("mkv") << "talk.mkv"
+                         << "";
+    QTest::newRow("flac") << "talk.flac"
+                          << "";
+    QTest::newRow("mp3") << "talk.mp3"
+                         << "";
+  }
+  void aFileThatBreaksOffIsSaidAfterWhatCouldBeRead() {
+    QFETCH(QString, name);
+    QFETCH(QString, options);
+    QFile file(make(name, "-f lavfi -i sine=d=20" + options));
+    QVERIFY(file.open(QFile::ReadOnly));
+    RecordingStream stream(test::decoderProgram(),
+                           write("half-" + name, file.readAll().left(file.size() / 2)));
+    stream.open();
+    std::size_t count = 0;
+    try {
+      while (true) {
+        const std::size_t more = stream.next().size();
+        QVERIFY2(more > 0, "it is called complete");
+        count += more;
+      }
+    } catch (const Failure& failure) {
+      QCOMPARE(failure.errorDescription(), QString("The rest of “half-%1” can’t be read: the file "
+                                                   "is damaged, or its disk was removed.")
+                                               .arg(name));
+    }
+    QVERIFY(static_cast<double>(count) / kSpeechSampleRate > 5);
+  }
+
+  void aVideoMayBeLongerThanItsSound() {
+    const QString video = " -f lavfi -i color=s=64x64:d=9";
+    QVERIFY(secondsOf(make("film.mkv", test::kTone + video)) < 3.2);
+    QVERIFY(secondsOf(make("film.mp4", test::kTone + video)) < 3.2);
+  }
+
+  void whatFollowsTheSoundIsNoFault() {
+    QFile file(make("tail.aac", test::kTone));
+    QVERIFY(file.open(QFile::Append));
+    file.write(QByteArray(20000, '\x5a'));
+    file.close();
+    QVERIFY(secondsOf(file.fileName()) > 2.5);
+  }
+
   void saysWhyARecordingCannotBeRead() {
     QCOMPARE(refusal(folder_.filePath("none.mp3")), QString("“none.mp3” doesn’t exist."));
     const QString other = "“%1” isn’t a sound or video file, or it is damaged.";

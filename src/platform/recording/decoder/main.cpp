@@ -32,9 +32,13 @@ bool write(const RecordingHeader& header) {
   return write(std::as_bytes(std::span(&header, 1)));
 }
 
+bool write(std::uint32_t count) {
+  return write(std::as_bytes(std::span(&count, 1)));
+}
+
 bool write(const std::vector<float>& samples) {
-  const auto count = static_cast<std::uint32_t>(samples.size());
-  return write(std::as_bytes(std::span(&count, 1))) && write(std::as_bytes(std::span(samples)));
+  return write(static_cast<std::uint32_t>(samples.size())) &&
+         write(std::as_bytes(std::span(samples)));
 }
 
 }  // namespace
@@ -54,6 +58,7 @@ int main(int argc, char** argv) {
     if (!write(RecordingHeader{.duration = decoder.duration().value_or(-1)})) return 1;
     while (true) {
       const std::vector<float> samples = decoder.next();
+      if (samples.empty() && decoder.isBrokenOff()) return write(kBrokenOff) ? 0 : 1;
       if (!write(samples)) return 1;
       if (samples.empty()) return 0;
     }

@@ -22,6 +22,8 @@ namespace {
 
 /// Seconds. A difference between the file's clock and the samples below this is no gap.
 constexpr double kMinGap = 0.1;
+/// Seconds. What a file may lack of the length that it tells.
+constexpr double kMinMissing = 2;
 /// Seconds. A longer gap is a mistake in the file's times.
 constexpr double kMaxGap = 3600;
 /// Samples of silence that are returned at once.
@@ -97,6 +99,13 @@ class RecordingDecoder::Ffmpeg {
     return static_cast<double>(format_->duration) / AV_TIME_BASE;
   }
 
+  /// Formats call most damage the end of the file, so that what the file says of its length counts.
+  bool isBrokenOff() const {
+    if (readError_ == AVERROR(EIO)) return true;
+    const double seconds = static_cast<double>(decoded_) / kSpeechSampleRate;
+    return declaredSeconds().value_or(0) - seconds > kMinMissing;
+  }
+
   std::vector<float> next() {
     while (true) {
       if (silence_ > 0) return silencePiece();
@@ -121,8 +130,9 @@ class RecordingDecoder::Ffmpeg {
       const int received = avcodec_receive_frame(codec_.get(), frame_.get());
       if (received == 0) return true;
       if (received == AVERROR_EOF) return false;
-      if (isFlushing_ || av_read_frame(format_.get(), packet_.get()) < 0) {
-        if (isFlushing_) return false;
+      if (isFlushing_) return false;
+      readError_ = readPacket();
+      if (readError_ < 0) {
         isFlushing_ = true;
         avcodec_send_packet(codec_.get(), nullptr);
         continue;
@@ -133,6 +143,25 @@ class RecordingDecoder::Ffmpeg {
       }
       av_packet_unref(packet_.get());
     }
+  }
+
+  /// Zero, or an error, of which AVERROR_EOF is the end.
+  int readPacket() {
+    const int error = av_read_frame(format_.get(), packet_.get());
+    const int disk = format_->pb ? format_->pb->error : 0;
+    return error < 0 && disk == AVERROR(EIO) ? disk : error;
+  }
+
+  /// The length of the sound by the file's own account; nullopt if it has none, or is a stream,
+  /// whose header was written before its end was known.
+  std::optional<double> declaredSeconds() const {
+    const bool isFile = format_->pb && (format_->pb->seekable & AVIO_SEEKABLE_NORMAL);
+    if (!isFile || format_->duration_estimation_method == AVFMT_DURATION_FROM_BITRATE) return {};
+    if (stream_->duration != AV_NOPTS_VALUE) {
+      return static_cast<double>(stream_->duration) * av_q2d(stream_->time_base);
+    }
+    // Of a file with pictures, which may be longer than its sound, this is no account of the sound.
+    return format_->nb_streams == 1 ? duration() : std::nullopt;
   }
 
   void measureGap() {
@@ -209,6 +238,7 @@ class RecordingDecoder::Ffmpeg {
   int sampleFormat_ = -1;
   int rate_ = 0;
   int channels_ = 0;
+  int readError_ = 0;
   bool isFlushing_ = false;
   bool hasEnded_ = false;
   std::int64_t decoded_ = 0;  ///< samples that were returned or wait, silence included
@@ -227,6 +257,10 @@ std::optional<double> RecordingDecoder::duration() const {
 
 std::vector<float> RecordingDecoder::next() {
   return ffmpeg_->next();
+}
+
+bool RecordingDecoder::isBrokenOff() const {
+  return ffmpeg_->isBrokenOff();
 }
 
 }  // namespace velun

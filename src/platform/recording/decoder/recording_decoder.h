@@ -30,6 +30,9 @@ class RecordingDecoder {
   /// The next samples, about a tenth of a second to a second of them; empty at the end.
   std::vector<float> next();
 
+  /// Whether the end came early: the rest could not be read from the disk, or is damaged.
+  bool isBrokenOff() const;
+
  private:
   class Ffmpeg;
   std::unique_ptr<Ffmpeg> ffmpeg_;
