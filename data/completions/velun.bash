@@ -1,4 +1,16 @@
 # Completion of the command line of velun for bash.
+
+# Offers the lines of the standard input that begin with $1. Names come from any program that plays
+# sound, so they are quoted, and never expanded as compgen -W does.
+_velun_names() {
+  local name quoted
+  COMPREPLY=()
+  while IFS= read -r name; do
+    printf -v quoted %q "$name"
+    if [[ $name == "$1"* || $quoted == "$1"* ]]; then COMPREPLY+=("$quoted"); fi
+  done
+}
+
 _velun() {
   local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]}
   if [ "$COMP_CWORD" = 1 ]; then
@@ -9,16 +21,12 @@ _velun() {
     -i | --input) mapfile -t COMPREPLY < <(compgen -W "computer microphone both" -- "$word") ;;
     -f | --format) mapfile -t COMPREPLY < <(compgen -W "text srt vtt json" -- "$word") ;;
     -d | --device)
-      local IFS=$'\n'
-      mapfile -t COMPREPLY < <(compgen -W "$(velun captions --list-devices | grep -v ^program | cut -f2)" -- "$word")
+      _velun_names "$word" < <(velun captions --list-devices | grep -v ^program | cut -f2)
       ;;
     -p | --program | -x | --except)
-      local IFS=$'\n'
-      mapfile -t COMPREPLY < <(compgen -W "$(velun captions --list-devices | grep ^program | cut -f2)" -- "$word")
+      _velun_names "$word" < <(velun captions --list-devices | grep ^program | cut -f2)
       ;;
-    -m | --model)
-      mapfile -t COMPREPLY < <(compgen -W "$(velun captions --list-models | cut -f1)" -- "$word")
-      ;;
+    -m | --model) _velun_names "$word" < <(velun captions --list-models | cut -f1) ;;
     -l | --language | -t | --translate) COMPREPLY=() ;;
     *)
       if [[ $word == -* ]]; then

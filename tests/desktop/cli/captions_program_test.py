@@ -4,6 +4,7 @@ import array
 import json
 import os
 import re
+import shlex
 import signal
 import subprocess
 import unittest
@@ -193,14 +194,30 @@ class CaptionsProgram(unittest.TestCase):
         self.assertEqual((done.returncode, done.stdout), (2, ""))
         self.assertTrue(done.stderr.startswith("velun: Unknown option 'nonsense'.\n"), done.stderr)
 
+    def completed(self, *words, before=":"):
+        script = (f'source {DATA}/completions/velun.bash; {before}; COMP_WORDS=(velun "$@"); '
+                  'COMP_CWORD=$#; _velun; printf "%s\\n" "${COMPREPLY[@]}"')
+        done = subprocess.run(["bash", "-c", script, "bash", *words], check=True, text=True,
+                              capture_output=True)
+        return done.stdout.splitlines()
+
     def test_bash_completes_options_and_their_values(self):
         for words, completed in ((["captions", "--dr"], "--drafts"), (["c"], "captions"),
                                  (["captions", "-f", "s"], "srt"),
                                  (["captions", "--input", "b"], "both")):
-            script = (f'source {DATA}/completions/velun.bash; COMP_WORDS=(velun {" ".join(words)}); '
-                      f'COMP_CWORD={len(words)}; _velun; printf %s "${{COMPREPLY[*]}}"')
-            done = subprocess.run(["bash", "-c", script], check=True, capture_output=True, text=True)
-            self.assertEqual(done.stdout, completed)
+            self.assertEqual(self.completed(*words), [completed])
+
+    def test_bash_completes_names_as_they_are(self):
+        trap = self.desktop.root / "expanded"
+        names = ("The Player", "it's", f"$(touch {trap})", "other")
+        rows = "".join(f"program\t{name}\n" for name in names) + "output\tA Loudspeaker\n"
+        velun = f"velun() {{ printf %s {shlex.quote(rows)}; }}"
+        self.assertEqual(self.completed("captions", "-p", "The", before=velun), ["The\\ Player"])
+        self.assertEqual(self.completed("captions", "-p", "The\\ P", before=velun), ["The\\ Player"])
+        self.assertEqual(self.completed("captions", "-d", "", before=velun), ["A\\ Loudspeaker"])
+        offered = self.completed("captions", "-x", "", before=velun)
+        self.assertEqual([shlex.split(each) for each in offered], [[each] for each in names])
+        self.assertFalse(trap.exists())
 
     def start_captions(self, *arguments):
         process = self.desktop.start([EXECUTABLE, "captions", *arguments], stdout=subprocess.PIPE,
