@@ -139,6 +139,21 @@ class SubtitlesTest final : public test::Suite {
     QCOMPARE(joined, word);
   }
 
+  /// In one piece this would take hours.
+  void aTextWithoutEndIsBrokenInPieces() {
+    const QString text = (kLong + u' ').repeated(1000) + QString(50'000, u'w');
+    const auto cues = breakIntoCues(text, 2, 1);
+    QString joined;
+    for (const CueRows& rows : cues) {
+      for (const QString& row : rows) QVERIFY2(columnsOf(row) <= kCueColumns, qPrintable(row));
+      joined += rows.join("");
+    }
+    QCOMPARE(joined.remove(u' '), QString(text).remove(u' '));
+    QVERIFY(cues.size() < static_cast<std::size_t>(text.size()) / 30);
+    // A slow line still becomes as many captions as it needs.
+    QVERIFY(breakIntoCues((kLong + u' ').repeated(1000), 2, 6000).size() >= 6000);
+  }
+
   void wideCharactersTakeTwoColumns() {
     QCOMPARE(columnsOf(u"강 a"), 4);
     // Beyond the first plane.

@@ -2,6 +2,8 @@
 #include "model/subtitles/cue_text.h"
 
 #include <algorithm>
+#include <cmath>
+#include <iterator>
 #include <limits>
 #include <optional>
 #include <QTextBoundaryFinder>
@@ -77,6 +79,36 @@ double breakCost(QStringView text) {
   return kClauseEnds.contains(text.back()) ? kClauseCost : kMidClauseCost;
 }
 
+/// Columns. Longer texts are broken in pieces, because the time of finding the best way grows with
+/// the square of the length.
+constexpr int kPieceColumns = 2000;
+
+int widthOf(const std::vector<Atom>& atoms) {
+  int columns = 0;
+  for (const Atom& atom : atoms) columns += atom.columns + atom.spaces;
+  return columns;
+}
+
+/// Pieces that end with a sentence where one ends in their second half.
+std::vector<std::vector<Atom>> piecesOf(std::vector<Atom> atoms) {
+  std::vector<std::vector<Atom>> pieces(1);
+  if (widthOf(atoms) <= kPieceColumns) {
+    pieces[0] = std::move(atoms);
+    return pieces;
+  }
+  int columns = 0;
+  for (Atom& atom : atoms) {
+    columns += atom.columns + atom.spaces;
+    const bool isEnd = columns > kPieceColumns / 2 && breakCost(atom.text) == 0;
+    pieces.back().push_back(std::move(atom));
+    if (!isEnd && columns < kPieceColumns) continue;
+    pieces.emplace_back();
+    columns = 0;
+  }
+  if (pieces.back().empty()) pieces.pop_back();
+  return pieces;
+}
+
 /// The atoms of one text and its best way into captions.
 class Breaking {
  public:
@@ -87,7 +119,9 @@ class Breaking {
 
   std::vector<CueRows> into(int minCount) const {
     const int size = static_cast<int>(atoms_.size());
-    for (int count = std::clamp(minCount, 1, size); count <= size; ++count) {
+    const int room = kCueColumns * maxRows_;
+    const int least = (columns(0, atoms_.size()) + room - 1) / room;
+    for (int count = std::clamp(std::max(minCount, least), 1, size); count <= size; ++count) {
       const std::vector<CueRows> cues = intoExactly(count);
       if (!cues.empty()) return cues;
     }
@@ -196,8 +230,15 @@ int columnsOf(QStringView text) {
 
 std::vector<CueRows> breakIntoCues(const QString& text, int maxRows, int minCount) {
   std::vector<Atom> atoms = atomsOf(text.simplified());
-  if (atoms.empty()) return {};
-  return Breaking(std::move(atoms), maxRows).into(minCount);
+  const double total = widthOf(atoms);
+  std::vector<CueRows> cues;
+  for (std::vector<Atom>& piece : piecesOf(std::move(atoms))) {
+    if (piece.empty()) continue;
+    const double share = minCount * (widthOf(piece) / total);
+    const Breaking breaking(std::move(piece), maxRows);
+    std::ranges::move(breaking.into(static_cast<int>(std::ceil(share))), std::back_inserter(cues));
+  }
+  return cues;
 }
 
 }  // namespace velun
