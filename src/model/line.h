@@ -22,6 +22,9 @@ struct CodePointOrder {
 /// Translated texts by target-language identifier, in ascending order.
 using Translations = std::map<QString, QString, CodePointOrder>;
 
+/// Of a time within a session: more than thirty years. Files with later times are refused.
+inline constexpr std::chrono::seconds kMaxLineTime{1'000'000'000};
+
 /// One finished caption line. Identified by `id`, never by its position.
 struct Line {
   QUuid id = QUuid::createUuid();

@@ -41,6 +41,19 @@ QString countText(std::size_t count, const QString& one, const QString& several)
   return (count == 1 ? one : several).arg(locale.toString(qulonglong(count)));
 }
 
+/// Moves the times of a line; without them, they would be too late for a file: the clock was wrong
+/// at one of the sessions.
+void moveTimes(Line& line, std::chrono::milliseconds later) {
+  if (line.start) *line.start += later;
+  if (line.end) *line.end += later;
+  const auto isTooLate = [](const auto& time) {
+    return time && *time > kMaxLineTime;
+  };
+  if (!isTooLate(line.start) && !isTooLate(line.end)) return;
+  line.start.reset();
+  line.end.reset();
+}
+
 }  // namespace
 
 QString titleFromSentence(const QString& sentence) {
@@ -63,8 +76,7 @@ CaptionSession combined(std::vector<CaptionSession> sessions) {
     const auto later =
         std::chrono::round<std::chrono::milliseconds>(session->startedAt - result.startedAt);
     for (Line& line : session->lines) {
-      if (line.start) *line.start += later;
-      if (line.end) *line.end += later;
+      moveTimes(line, later);
       result.lines.push_back(std::move(line));
     }
     if (!result.computerName) result.computerName = session->computerName;

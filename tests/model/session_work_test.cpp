@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/session_work.h"
 
+#include "model/session_file/session_file.h"
 #include "support/suite.h"
 
 using namespace velun;
@@ -63,6 +64,19 @@ class SessionWorkTest final : public test::Suite {
     QVERIFY(*both.lines[2].start == 1h + 5s);
     QVERIFY(*both.lines[2].end == 1h + 6s);
     QVERIFY(!both.lines[1].start);
+  }
+
+  void timesThatNoFileCouldHoldAreLeftOut() {
+    CaptionSession first = sessionAt(Instant{0s}, "Wrong clock", {said("One.")});
+    CaptionSession later = sessionAt(Instant{1'700'000'000s}, "Later", {said("Two.")});
+    for (CaptionSession* session : {&first, &later}) {
+      session->lines[0].start = 5s;
+      session->lines[0].end = 6s;
+    }
+    const CaptionSession both = combined({later, first});
+    QCOMPARE(*both.lines[0].end, std::chrono::milliseconds(6s));
+    QVERIFY(!both.lines[1].start && !both.lines[1].end);
+    QCOMPARE(decodeSession(encodeSession(both)).lines.size(), std::size_t(2));
   }
 
   void aSessionCombinedWithItselfHasDifferentLines() {

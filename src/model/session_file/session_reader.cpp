@@ -22,9 +22,6 @@ static_assert(kSessionFilePadding >= simdjson::SIMDJSON_PADDING);
 /// Above this size simdjson's tables could take gigabytes for a file made for that purpose.
 constexpr qsizetype kMaxTreeFileSize = qsizetype{32} << 20;
 
-/// Of a time within a session: more than thirty years.
-constexpr double kMaxSeconds = 1e9;
-
 QString toText(std::string_view utf8) {
   return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
@@ -108,7 +105,7 @@ class SessionReader {
 
   void read(Value value, std::chrono::milliseconds& time) {
     const double seconds = value.number();
-    if (!(seconds >= 0 && seconds <= kMaxSeconds)) value.fail(Kind::notADuration);
+    if (!(seconds >= 0 && seconds <= kMaxLineTime.count())) value.fail(Kind::notADuration);
     time = std::chrono::milliseconds(std::llround(seconds * 1000));
   }
 
