@@ -2,6 +2,7 @@
 #include "app/session_library.h"
 
 #include "captions/caption_view_model.h"
+#include "captions/recording_confirmation.h"
 #include "language/localization.h"
 #include "model/session_work.h"
 #include "model/speaker.h"
@@ -177,17 +178,28 @@ void SessionLibrary::chooseRecordings() {
 
 void SessionLibrary::showRecordings() {
   if (!recordingsWindow_) {
-    auto view = std::make_unique<RecordingsView>(
-        recordings_, RecordingsView::Actions{[this] { chooseRecordings(); },
-                                             [this](const QUrl& file) {
-                                               open({file});
-                                             }});
+    RecordingsView::Actions actions;
+    actions.add = [this] {
+      chooseRecordings();
+    };
+    actions.showSession = [this](const QUrl& file) {
+      open({file});
+    };
+    actions.remove = [this](const RecordingQueue::Item& item) {
+      removeRecording(item);
+    };
+    auto view = std::make_unique<RecordingsView>(recordings_, std::move(actions));
     recordingsWindow_ =
         WindowPresentation::makeWindow(recordingsTitle(), kRecordingsSize, std::move(view), true);
     recordingsWindow_->setObjectName("Recordings");
     windowMade_(recordingsWindow_.get());
   }
   WindowPresentation::present(*recordingsWindow_);
+}
+
+void SessionLibrary::removeRecording(const RecordingQueue::Item& item) {
+  const int id = item.id;
+  if (confirmRemoving(recordings_, item, services_.question)) recordings_.remove(id);
 }
 
 void SessionLibrary::saveHistoryFile() {

@@ -66,6 +66,7 @@ class SessionLibrary final : public QObject {
   HistoryWindowController& historyWindow();
   void chooseRecordings();
   void showRecordings();
+  void removeRecording(const RecordingQueue::Item& item);
   HistoryActions historyActions();
   void rename(const SavedSession& saved);
   void correctLine(const SavedSession& saved, const Line& line, const QString& text);

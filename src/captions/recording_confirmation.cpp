@@ -2,14 +2,15 @@
 #include "captions/recording_confirmation.h"
 
 #include "captions/modal_question.h"
-#include "captions/recording_queue.h"
 #include "language/localization.h"
+
+#include <QFileInfo>
 
 namespace velun {
 
 namespace {
 
-enum Button { goOn, quit };
+enum Button { keep, end };
 
 QString unfinishedText(std::size_t count) {
   if (count == 1) {
@@ -48,7 +49,19 @@ bool confirmEndingRecordings(const RecordingQueue& recordings, ModalQuestion& qu
                        .informativeText = reasons.join(QLatin1Char('\n')),
                        .buttons = {L("Don’t Quit", "종료하지 않음"), L("Quit", "종료")},
                        .isWarning = true};
-  return question.ask(asked) == Button::quit;
+  return question.ask(asked) == Button::end;
+}
+
+bool confirmRemoving(const RecordingQueue& recordings, const RecordingQueue::Item& item,
+                     ModalQuestion& question) {
+  if (!recordings.hasUnsavedCaptions(item.id)) return true;
+  const Question asked{.message = L("Discard the captions of “%1”?", "“%1” 파일의 자막을 버릴까요?")
+                                      .arg(QFileInfo(item.path).fileName()),
+                       .informativeText = L("They aren’t saved yet and will be lost.",
+                                            "아직 저장되지 않은 자막이므로 사라집니다."),
+                       .buttons = {L("Keep", "유지"), L("Discard", "버리기")},
+                       .isWarning = true};
+  return question.ask(asked) == Button::end;
 }
 
 }  // namespace velun

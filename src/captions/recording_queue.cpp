@@ -30,9 +30,14 @@ std::size_t RecordingQueue::unfinishedCount() const {
   return static_cast<std::size_t>(count);
 }
 
-RecordingQueue::Item* RecordingQueue::find(int id) {
+const RecordingQueue::Item* RecordingQueue::item(int id) const {
   const auto found = std::ranges::find(items_, id, &Item::id);
   return found == items_.end() ? nullptr : &*found;
+}
+
+bool RecordingQueue::hasUnsavedCaptions(int id) const {
+  if (id == runningID_) return captions_ && !captions_->session().lines.empty();
+  return std::ranges::any_of(unwritten_, [id](const auto& entry) { return entry.first == id; });
 }
 
 void RecordingQueue::add(const QStringList& paths) {

@@ -56,10 +56,15 @@ class RecordingQueue final : public QObject {
   ~RecordingQueue() override;
 
   const std::vector<Item>& items() const { return items_; }
+  /// Null if it was removed. Valid until the queue changes.
+  const Item* item(int id) const;
   /// How many recordings wait or run.
   std::size_t unfinishedCount() const;
   /// How many recordings have captions that could not be saved.
   std::size_t unsavedCount() const { return unwritten_.size(); }
+
+  /// Whether an item has captions that are in no file yet, so that removing it loses them.
+  bool hasUnsavedCaptions(int id) const;
 
   void add(const QStringList& paths);
   /// Ends the work on an item and removes it; nothing of it is kept but a session that is done.
@@ -77,7 +82,7 @@ class RecordingQueue final : public QObject {
   void sessionSaved(const QUrl& file);
 
  private:
-  Item* find(int id);
+  Item* find(int id) { return const_cast<Item*>(item(id)); }
   Item* running() { return find(runningID_); }
   void next();
   /// The language to translate the item into; empty: none.

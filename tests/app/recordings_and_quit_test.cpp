@@ -4,12 +4,16 @@
 #include "support/saved_sessions.h"
 #include "support/suite.h"
 
+#include <QApplication>
+#include <QPushButton>
+
 using namespace velun;
 using namespace velun::test;
 
 namespace {
 
 enum Answer { goOn, quit };
+enum RemovalAnswer { keep, discard };
 
 struct RecordingStage : AppStage {
   explicit RecordingStage(int recordings = 1) {
@@ -101,6 +105,26 @@ class RecordingsAndQuitTest final : public Suite {
     QVERIFY(stage.question.asked.empty());
     QCOMPARE(test::savedSessions(stage.store).size(), std::size_t(1));
     QVERIFY(stage.recording);
+  }
+
+  void cancellingARecordingAsksBeforeCaptionsAreLost() {
+    RecordingStage stage;
+    const auto cancel = [] {
+      for (QWidget* window : QApplication::topLevelWidgets()) {
+        for (QPushButton* button : window->findChildren<QPushButton*>()) {
+          if (button->isVisible() && button->text() == "Cancel") button->click();
+        }
+      }
+      settle();
+    };
+    stage.question.answers = {keep};
+    cancel();
+    QCOMPARE(stage.question.asked.size(), std::size_t(1));
+    QCOMPARE(stage.question.asked[0].message, QString("Discard the captions of “1.wav”?"));
+    QVERIFY(stage.recording);
+    stage.question.answers = {discard};
+    cancel();
+    QVERIFY(!stage.recording);
   }
 
   void captionsThatCouldNotBeSavedAreAskedAbout() {

@@ -183,6 +183,18 @@ class RecordingQueueTest final : public test::Suite {
     QCOMPARE(f.saved.size(), 0);
   }
 
+  void onlyCaptionsThatAreInNoFileAreUnsaved() {
+    QueueFixture f;
+    f.queue.add({"/1.mp3", "/2.mp3"});
+    const int first = f.item(0).id;
+    QVERIFY(!f.queue.hasUnsavedCaptions(first));
+    f.source().say("One.");
+    QVERIFY(f.queue.hasUnsavedCaptions(first));
+    QVERIFY(!f.queue.hasUnsavedCaptions(f.item(1).id));
+    f.end();
+    QVERIFY(!f.queue.hasUnsavedCaptions(first));
+  }
+
   void aCancelAtTheVeryEndIsACancel() {
     QueueFixture f;
     f.queue.add({"/1.mp3"});

@@ -74,11 +74,12 @@ void RecordingsView::present() {
     if (!row) {
       row = new RecordingRow;
       list_->insertWidget(list_->count() - 1, row);
-      connect(row, &RecordingRow::removed, this, [this, id = item.id] { queue_.remove(id); });
       connect(row, &RecordingRow::retried, this, [this, id = item.id] { queue_.retry(id); });
+      connect(row, &RecordingRow::removed, this, [this, id = item.id] {
+        if (const auto* found = queue_.item(id)) actions_.remove(*found);
+      });
       connect(row, &RecordingRow::sessionWanted, this, [this, id = item.id] {
-        const auto found = std::ranges::find(queue_.items(), id, &RecordingQueue::Item::id);
-        if (found != queue_.items().end()) actions_.showSession(found->session);
+        if (const auto* found = queue_.item(id)) actions_.showSession(found->session);
       });
     }
     row->show(item);

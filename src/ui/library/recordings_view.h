@@ -28,6 +28,8 @@ class RecordingsView final : public QWidget {
   struct Actions {
     std::function<void()> add;
     std::function<void(const QUrl&)> showSession;
+    /// Removes an item, after a question if that loses captions.
+    std::function<void(const RecordingQueue::Item&)> remove;
   };
 
   /// `queue` must outlive the view.

@@ -172,7 +172,7 @@ QWidget& ShownWindows::recordings() {
   settle();
   fixture_.clock.advance(60s);
   Q_EMIT source_->advanced(750, 2700);
-  return showDialog(std::make_unique<RecordingsView>(recordings_, RecordingsView::Actions{{}, {}}),
+  return showDialog(std::make_unique<RecordingsView>(recordings_, RecordingsView::Actions{}),
                     {520, 420});
 }
 
