@@ -297,7 +297,8 @@ LocalSpeechRun::Step LocalSpeechRun::failedToDecode(Worker& worker,
                                                     const SpeechRecognizer& recognizer,
                                                     const QString& error) {
   if (isCancelled_) return {Step::Kind::endRun};
-  if (input_->isDrained()) {
+  // Captions of live sound are to stop within moments; a recording has time to be decoded again.
+  if (input_->isDrained() && !input_->isRecorded()) {
     decoder_.finalizeDraft();
     return {Step::Kind::endRun};
   }
@@ -307,7 +308,8 @@ LocalSpeechRun::Step LocalSpeechRun::failedToDecode(Worker& worker,
   }
   // It may end whenever it decodes this phrase.
   const bool failsAgain = decoder_.failuresInPhrase() > 1;
-  if (failsAgain && hasOther(recognizer.id)) {
+  // Minutes of a recording may wait behind the phrase: they are not skipped without a word.
+  if (failsAgain && (hasOther(recognizer.id) || input_->isRecorded())) {
     return replace(worker, recognizer, Fault::stopped, error);
   }
   if (!restarts_[recognizer.id].take(clock_.monotonicSeconds())) {

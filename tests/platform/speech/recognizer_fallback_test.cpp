@@ -188,6 +188,30 @@ class RecognizerFallbackTest final : public Suite {
     QCOMPARE(f.ends, QStringList("-"));
   }
 
+  void deathAtTheEndOfARecordingLosesNoWord() {
+    WordRun f;
+    f.input = std::make_shared<SpeechInput>(SpeechInput::Kind::recorded);
+    f.a.script->fatalWord = 5;
+    f.a.script->deathsLeft = 1;
+    f.say(1, 5);
+    f.input->finish();
+    f.start();
+    QTRY_COMPARE(f.ends, QStringList("-"));
+    QCOMPARE(f.finals, QStringList("A1 A2 A3 A4 A5"));
+  }
+
+  void recordingThatKeepsKillingTheOnlyRecognizerEndsWithAnError() {
+    WordRun f;
+    f.input = std::make_shared<SpeechInput>(SpeechInput::Kind::recorded);
+    f.recognizers = {f.a.recognizer()};
+    f.a.script->fatalWord = 5;
+    f.say(1, 8);
+    f.input->finish();
+    f.start();
+    QTRY_COMPARE(f.ends, QStringList("It died"));
+    QCOMPARE(f.finals, QStringList("A1 A2"));
+  }
+
   void settleThatFailsIsDoneByTheNextRecognizer() {
     WordRun f;
     f.start();

@@ -15,6 +15,11 @@ ConfiguredHelper::ConfiguredHelper(HelperProgram program, RecognizerSettings set
       timeout_(timeout),
       loadTimeout_(loadTimeout) {}
 
+void ConfiguredHelper::expectRecording() {
+  settings_.isRecording = true;
+  timeout_ *= kRecordingPatience;
+}
+
 void ConfiguredHelper::start() {
   replace(nullptr);
   replace(program_.connect(settings_, timeout_, std::exchange(isAlone_, true)));

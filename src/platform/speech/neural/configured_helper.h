@@ -13,13 +13,17 @@ namespace velun {
 /// others that have the same settings, but not after a restart. For one worker thread.
 class ConfiguredHelper {
  public:
+  static constexpr int kRecordingPatience = 6;
+
   /// `timeout` is for everything but loading.
   ConfiguredHelper(HelperProgram program, RecognizerSettings settings,
                    std::chrono::milliseconds timeout = HelperProcess::kDefaultTimeout,
                    std::chrono::milliseconds loadTimeout = HelperProcess::kLoadTimeout);
 
-  /// The audio to come is that of a recording. Before `start`.
-  void expectRecording() { settings_.isRecording = true; }
+  /// The audio to come is that of a recording, which is decoded in large pieces, and on a computer
+  /// that may be busy with other work: the timeout is `kRecordingPatience` times as long. Before
+  /// `start`, once.
+  void expectRecording();
 
   /// The helper failed before: this one is not shared, so that another failure stays here. Before
   /// `start`.
@@ -46,7 +50,7 @@ class ConfiguredHelper {
 
   const HelperProgram program_;
   RecognizerSettings settings_;
-  const std::chrono::milliseconds timeout_;
+  std::chrono::milliseconds timeout_;
   const std::chrono::milliseconds loadTimeout_;
   /// Guards replacing the process against `cancel`.
   mutable std::mutex mutex_;
