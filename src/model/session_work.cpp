@@ -5,6 +5,7 @@
 #include "model/speaker.h"
 
 #include <algorithm>
+#include <QHash>
 #include <QLocale>
 #include <QStringList>
 #include <QTextBoundaryFinder>
@@ -26,14 +27,14 @@ std::size_t wordCount(const QString& text) {
   return count;
 }
 
-void countSpeaker(SessionStatistics& counts, const QString& speaker) {
-  const auto found =
-      std::ranges::find(counts.speakers, speaker, [](const auto& each) { return each.first; });
-  if (found == counts.speakers.end()) {
-    counts.speakers.emplace_back(speaker, 1);
-  } else {
-    ++found->second;
+std::vector<std::pair<QString, std::size_t>> sentencesBySpeaker(const std::vector<Line>& lines) {
+  QHash<QString, std::size_t> counts;
+  for (const Line& line : lines) {
+    if (line.speaker) ++counts[*line.speaker];
   }
+  std::vector<std::pair<QString, std::size_t>> ordered;
+  for (const QString& speaker : speakersOf(lines)) ordered.emplace_back(speaker, counts[speaker]);
+  return ordered;
 }
 
 QString countText(std::size_t count, const QString& one, const QString& several) {
@@ -95,9 +96,9 @@ SessionStatistics statistics(const CaptionSession& session) {
   for (const Line& line : session.lines) {
     counts.words += wordCount(line.text);
     if (!line.translatedTexts(std::nullopt).empty()) ++counts.translatedSentences;
-    if (line.speaker) countSpeaker(counts, *line.speaker);
     if (!session.endedAt && line.time) end = std::max(end, *line.time);
   }
+  counts.speakers = sentencesBySpeaker(session.lines);
   counts.length = std::chrono::floor<std::chrono::seconds>(
       std::max(end - session.startedAt, Instant::duration(0)));
   return counts;

@@ -4,6 +4,7 @@
 #include "language/localization.h"
 
 #include <algorithm>
+#include <QSet>
 
 namespace velun {
 
@@ -46,8 +47,11 @@ QString speakerNamed(const QString& text) {
 
 QStringList speakersOf(const std::vector<Line>& lines) {
   QStringList speakers;
+  QSet<QString> known;
   for (const Line& line : lines) {
-    if (line.speaker && !speakers.contains(*line.speaker)) speakers += *line.speaker;
+    if (!line.speaker || known.contains(*line.speaker)) continue;
+    known.insert(*line.speaker);
+    speakers += *line.speaker;
   }
   return speakers;
 }

@@ -76,6 +76,16 @@ class SpeakerTest final : public test::Suite {
     QCOMPARE(speakersOf(lines), QStringList({"2147483647", "1000000"}));
     QCOMPARE(speakerName("2147483647"), QString("2147483647"));
   }
+
+  /// Looked for one by one, they would take minutes.
+  void manySpeakersOfAFileFromElsewhereAreListedInOrder() {
+    constexpr int kCount = 200'000;
+    std::vector<Line> lines;
+    for (int i = 0; i < kCount; ++i) lines.push_back(saidBy(QString::number(i)));
+    const QStringList all = speakersOf(lines);
+    QCOMPARE(all.size(), kCount);
+    QCOMPARE(all.last(), QString::number(kCount - 1));
+  }
 };
 
 QTEST_GUILESS_MAIN(SpeakerTest)

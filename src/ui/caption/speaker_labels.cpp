@@ -4,7 +4,6 @@
 #include "language/localization.h"
 #include "model/speaker.h"
 
-#include <algorithm>
 #include <array>
 
 namespace velun {
@@ -19,13 +18,14 @@ constexpr std::array<QRgb, 6> kDark = {0xFF1B4F9C, 0xFF8A4B00, 0xFF14633C,
 
 }  // namespace
 
-SpeakerLabels::SpeakerLabels(const std::vector<Line>& lines, bool isOnDark)
-    : speakers_(speakersOf(lines)), isOnDark_(isOnDark) {}
+SpeakerLabels::SpeakerLabels(const std::vector<Line>& lines, bool isOnDark) : isOnDark_(isOnDark) {
+  for (const QString& speaker : speakersOf(lines)) places_.insert(speaker, places_.size());
+}
 
 LineLabel SpeakerLabels::labelOf(const Line& line) const {
   if (!line.speaker) return {};
   const auto& colors = isOnDark_ ? kLight : kDark;
-  const qsizetype place = std::max<qsizetype>(speakers_.indexOf(*line.speaker), 0);
+  const qsizetype place = places_.value(*line.speaker);
   return {speakerLabel(*line.speaker),
           QColor::fromRgb(colors[static_cast<std::size_t>(place) % colors.size()]),
           L("Estimated by the voice. Click to name this speaker.",

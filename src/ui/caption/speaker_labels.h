@@ -4,7 +4,8 @@
 #include "model/line.h"
 #include "ui/caption/line_label.h"
 
-#include <QStringList>
+#include <QHash>
+#include <QString>
 #include <vector>
 
 namespace velun {
@@ -20,7 +21,8 @@ class SpeakerLabels {
   LineLabel labelOf(const Line& line) const;
 
  private:
-  QStringList speakers_;
+  /// The places of the speakers in the order of their first lines.
+  QHash<QString, qsizetype> places_;
   bool isOnDark_;
 };
 
