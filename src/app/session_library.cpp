@@ -79,7 +79,11 @@ HistoryActions SessionLibrary::historyActions() {
                             .buttons = {L("OK", "확인")}});
   };
   actions.printSession = [this](const CaptionSession& session, const ExportOptions& options) {
-    services_.print(QString::fromUtf8(session.exportAs(options)), session.title);
+    try {
+      services_.print(QString::fromUtf8(session.exportAs(options)), session.title);
+    } catch (const std::exception& error) {
+      showError(descriptionOf(error));
+    }
   };
   actions.correctLine = [this](const SavedSession& saved, const Line& line) {
     if (const auto text = services_.askCorrection(line)) correctLine(saved, line, *text);
@@ -293,7 +297,7 @@ void SessionLibrary::correctLine(const SavedSession& saved, const Line& line, co
       model_.correctLine(line.id, trimmed);
       library_.reload();
     } else {
-      library_.correctLine(saved.url, line.id, trimmed);
+      library_.correctLine(saved.url, line, trimmed);
     }
   } catch (const std::exception& error) {
     showError(descriptionOf(error));

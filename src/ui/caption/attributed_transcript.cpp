@@ -12,10 +12,16 @@ namespace {
 
 /// Appends a text, split into paragraphs at its line breaks. Two noncharacters that QTextDocument
 /// uses to mark frames are replaced by the replacement character.
-void appendText(QString text, TranscriptStyle style, TranscriptParagraphs& to) {
+/// Without the characters by which a QTextDocument marks its frames.
+QString withoutFrameMarks(QString text) {
   for (const char16_t frameMark : {u'\uFDD0', u'\uFDD1'}) {
     if (text.contains(frameMark)) text.replace(frameMark, QChar::ReplacementCharacter);
   }
+  return text;
+}
+
+void appendText(const QString& anyText, TranscriptStyle style, TranscriptParagraphs& to) {
+  const QString text = withoutFrameMarks(anyText);
   const auto isBreak = [](QChar c) {
     return c == u'\n' || c == u'\r' || c == QChar::ParagraphSeparator;
   };
@@ -34,7 +40,7 @@ void addLabel(const LineLabel& label, std::size_t first, TranscriptParagraphs& a
   while (first < all.size() && all[first].style == TranscriptStyle::meta) ++first;
   if (label.name.isEmpty() || first >= all.size()) return;
   TranscriptParagraph& to = all[first];
-  const QString shown = label.name.simplified() + QStringLiteral(": ");
+  const QString shown = withoutFrameMarks(label.name.simplified()) + QStringLiteral(": ");
   to.text.prepend(shown);
   to.labelLength = static_cast<int>(shown.size());
   to.labelColor = label.color;

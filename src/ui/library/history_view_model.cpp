@@ -235,10 +235,17 @@ void HistoryViewModel::rename(const QUrl& url, const QString& title) {
   });
 }
 
-void HistoryViewModel::correctLine(const QUrl& url, const QUuid& line, const QString& text) {
+void HistoryViewModel::correctLine(const QUrl& url, const Line& line, const QString& text) {
   rewrite(url, [&](CaptionSession& session) {
-    const auto found = std::ranges::find(session.lines, line, &Line::id);
-    if (found != session.lines.end()) found->correct(text);
+    // In a file from elsewhere several lines may have the same id.
+    const auto found = std::ranges::find_if(session.lines, [&line](const Line& each) {
+      return each.id == line.id && each.text == line.text;
+    });
+    if (found == session.lines.end()) {
+      throw Failure(L("The line isn’t in the session file any more.",
+                      "이 문장은 이제 기록 파일에 없습니다."));
+    }
+    found->correct(text);
   });
 }
 

@@ -75,8 +75,9 @@ class HistoryViewModel final : public QObject {
   /// `Failure`: transcripts of an earlier version have no place for a title.
   void rename(const QUrl& url, const QString& title);
   /// Writes a session file again with a line that is corrected by hand, see `Line::correct`. Throws
-  /// `Failure`, also for transcripts of an earlier version.
-  void correctLine(const QUrl& url, const QUuid& line, const QString& text);
+  /// `Failure`, also for transcripts of an earlier version, and if the file has no such line any
+  /// more.
+  void correctLine(const QUrl& url, const Line& line, const QString& text);
   /// Renames a speaker in all lines of the session, see `velun::renameSpeaker`. Throws `Failure`.
   void renameSpeaker(const QUrl& url, const QString& from, const QString& to);
 

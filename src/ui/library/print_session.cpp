@@ -2,9 +2,14 @@
 #include "ui/library/print_session.h"
 
 #include "language/localization.h"
+#include "platform/foundation/atomic_file.h"
 
+#include <QBuffer>
+#include <QGuiApplication>
+#include <QPdfWriter>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QScopeGuard>
 #include <QTextDocument>
 
 namespace velun {
@@ -24,6 +29,22 @@ void printPage(const QString& html, QPagedPaintDevice& device) {
   document.print(&device);
 }
 
+void printToFile(const QString& html, const QPrinter& printer) {
+  // Not by the printer, which tells nobody that the disk is full, and cuts the file.
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  buffer.open(QIODevice::WriteOnly);
+  {
+    QPdfWriter writer(&buffer);
+    writer.setTitle(printer.docName());
+    writer.setResolution(printer.resolution());
+    writer.setPageLayout(printer.pageLayout());
+    writer.setPageRanges(printer.pageRanges());
+    printPage(html, writer);
+  }
+  writeFileAtomically(printer.outputFileName(), bytes, true);
+}
+
 void askAndPrint(const QString& html, const QString& title) {
   QPrinter printer;
   // The dialog makes the proposed file's name of this one, without a check.
@@ -34,7 +55,13 @@ void askAndPrint(const QString& html, const QString& title) {
   dialog.setWindowFlag(Qt::WindowStaysOnTopHint);
   if (dialog.exec() != QDialog::Accepted) return;
   printer.setDocName(title);
-  printPage(html, printer);
+  QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+  const auto restore = qScopeGuard([] { QGuiApplication::restoreOverrideCursor(); });
+  if (printer.outputFormat() == QPrinter::PdfFormat) {
+    printToFile(html, printer);
+  } else {
+    printPage(html, printer);
+  }
 }
 
 }  // namespace velun

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "history_view_suite.h"
+#include "platform/foundation/failure.h"
 #include "support/saved_sessions.h"
 #include "ui/caption/transcript_layout.h"
 
@@ -111,6 +112,42 @@ class HistoryLinesTest final : public test::HistoryViewSuite {
     QTRY_COMPARE(rows().size(), 2);
     search()->setText("heir.");
     QTRY_COMPARE(rows().size(), 0);
+  }
+
+  void ofLinesWithOneIdTheClickedOneIsCorrected() {
+    CaptionSession session = saved(showTwoLines());
+    session.id = QUuid::createUuid();
+    session.lines[1].id = session.lines[0].id;
+    const QUrl url = write(session);
+    reload();
+    library_->select(url);
+    putCursorAt("heir.");
+    correction_ = "Two here.";
+    action("Correct Line…")->trigger();
+    QCOMPARE(saved(url).lines[0].text, QString("Their is one."));
+    QCOMPARE(saved(url).lines[1].text, QString("Two here."));
+  }
+
+  void aCorrectionOfALineThatIsGoneIsRefused() {
+    const QUrl url = showTwoLines();
+    const Line gone;
+    QVERIFY_EXCEPTION_THROWN(library_->correctLine(url, gone, "Anything."), Failure);
+    QCOMPARE(saved(url).lines.size(), std::size_t(2));
+  }
+
+  void aNameFromElsewhereTakesNoParagraphOfItsOwn() {
+    CaptionSession session = saved(showTwoLines());
+    session.id = QUuid::createUuid();
+    session.lines[0].speaker = QString("A") + QChar(0xFDD0) + "B";
+    const QUrl url = write(session);
+    reload();
+    library_->select(url);
+    auto& view = detail()->transcript().textView();
+    QTextCursor end(view.document());
+    end.movePosition(QTextCursor::End);
+    view.setTextCursor(end);
+    QVERIFY(isMarked("heir."));
+    QVERIFY(!isMarked("Their"));
   }
 
   void aCorrectionIsUndone() {

@@ -142,10 +142,10 @@ class HistoryViewSuite : public Suite {
       printed_ = QString::fromUtf8(s.exportAs(options));
     };
     actions.correctLine = [this](const SavedSession& saved, const Line& line) {
-      library_->correctLine(saved.url, line.id, correction_);
+      library_->correctLine(saved.url, line, correction_);
     };
     actions.undoCorrection = [this](const SavedSession& saved, const Line& line) {
-      library_->correctLine(saved.url, line.id, line.original.value_or(line.text));
+      library_->correctLine(saved.url, line, line.original.value_or(line.text));
     };
     actions.renameSpeaker = [this](const SavedSession& saved, const Line& line) {
       library_->renameSpeaker(saved.url, *line.speaker, speaker_);

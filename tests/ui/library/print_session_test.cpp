@@ -3,6 +3,7 @@
 
 #include "language/localization.h"
 #include "model/caption_session.h"
+#include "platform/foundation/file_error.h"
 #include "support/session_samples.h"
 #include "support/suite.h"
 
@@ -47,7 +48,7 @@ class PrintSessionTest final : public test::Suite {
     QPrinter printer;
     printer.setOutputFormat(QPrinter::PdfFormat);
     printer.setOutputFileName(path);
-    printPage(QString::fromUtf8(session.exportAs(options)), printer);
+    printToFile(QString::fromUtf8(session.exportAs(options)), printer);
     QProcess reader;
     reader.start("pdftotext", {"-layout", path, "-"});
     if (!reader.waitForFinished() || reader.exitCode() != 0) return {};
@@ -110,6 +111,14 @@ class PrintSessionTest final : public test::Suite {
     const QStringList pages = printed(session);
     QCOMPARE(pages.size(), 1);
     QVERIFY(pages[0].contains("Rivers"));
+  }
+
+  void aFileThatCannotBeWrittenIsTold() {
+    const QTemporaryDir folder;
+    QPrinter printer;
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(folder.filePath("removed/talk.pdf"));
+    QVERIFY_EXCEPTION_THROWN(printToFile("<p>One.</p>", printer), FileError);
   }
 
   void filesHaveNamesThatCanBeWritten_data() {
