@@ -226,6 +226,21 @@ class CaptionsProgram(unittest.TestCase):
         self.addCleanup(process.kill)
         return process
 
+    @staticmethod
+    def helpers(process, name):
+        found = subprocess.run(["pgrep", "-P", str(process.pid), "-f", name], check=False,
+                               capture_output=True, text=True)
+        return [int(pid) for pid in found.stdout.split()]
+
+    def test_a_recognizer_that_is_killed_loses_nothing_of_a_recording(self):
+        process = self.start_captions(str(self.recording))
+        self.desktop.wait("all sound to be decoded", lambda: self.helpers(process, "velun-recognizer")
+                          and not self.helpers(process, "velun-decoder"))
+        for helper in self.helpers(process, "velun-recognizer"):
+            os.kill(helper, signal.SIGKILL)
+        lines, messages = process.communicate(timeout=120)
+        self.assertEqual((lines, messages, process.returncode), (f"{SAID}\n{SAID}\n", "", 0))
+
     def test_live_sound_is_captioned_until_an_interrupt(self):
         process = self.start_captions("--format", "json", "--drafts")
         said = []
@@ -246,9 +261,7 @@ class CaptionsProgram(unittest.TestCase):
         endless = self.desktop.root / "long.wav"
         self.ffmpeg("-f", "lavfi", "-i", "anullsrc=r=16000:cl=mono", "-t", "36000", endless)
         process = self.start_captions("--drafts", str(endless))
-        self.desktop.wait("the decoder", lambda: subprocess.run(
-            ["pgrep", "-P", str(process.pid), "-f", "velun-decoder"], check=False,
-            capture_output=True).returncode == 0)
+        self.desktop.wait("the decoder", lambda: self.helpers(process, "velun-decoder"))
         process.send_signal(signal.SIGINT)
         self.assertEqual(process.wait(60), 130)
 
