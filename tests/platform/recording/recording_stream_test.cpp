@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <QFile>
+#include <QLocalServer>
 #include <QTcpServer>
 #include <QTemporaryDir>
 
@@ -186,6 +187,9 @@ class RecordingStreamTest final : public test::Suite {
     QCOMPARE(refusal(write("text.mp3", "Not a recording at all.")), other.arg("text.mp3"));
     QCOMPARE(refusal(make("silent.mp4", "-f lavfi -i color=s=64x64:d=1 -an")),
              QString("“silent.mp4” has no sound."));
+    QLocalServer server;
+    QVERIFY(server.listen(folder_.filePath("socket")));
+    QCOMPARE(refusal(server.fullServerName()), QString("“socket” couldn’t be read."));
     QCOMPARE(refusal(folder_.path()),
              QString("“%1” couldn’t be read.").arg(QFileInfo(folder_.path()).fileName()));
     Localization::shared().setLanguage(AppLanguage::korean);

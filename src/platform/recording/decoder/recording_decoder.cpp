@@ -51,6 +51,8 @@ RecordingFault faultOf(int error) {
       return RecordingFault::noPermission;
     case AVERROR(EIO):
     case AVERROR(EISDIR):
+    // A socket, which has to be read through a pipe.
+    case AVERROR(ENXIO):
       return RecordingFault::unreadable;
     default:
       return RecordingFault::notRecording;
