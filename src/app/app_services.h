@@ -10,8 +10,11 @@
 #include "ui/settings/settings_notes.h"
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
+
+class QPrinter;
 
 namespace velun {
 
@@ -73,8 +76,8 @@ struct AppServices {
   /// Asks for another name for a speaker, one of the second list or a new one; nullopt: the user
   /// has cancelled or changed nothing.
   std::function<std::optional<QString>(const QString&, const QStringList&)> askSpeaker = {};
-  /// Prints a web page under a title, after asking for the printer.
-  std::function<void(const QString&, const QString&)> print = {};
+  /// Asks for the printer of a job with this title; null: the user has cancelled.
+  std::function<std::shared_ptr<QPrinter>(const QString&)> askPrinter = {};
   /// May be null: then no session gets a title by itself.
   LibrarySettings* library = nullptr;
   /// Null where recordings cannot be captioned.

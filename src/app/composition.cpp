@@ -141,7 +141,7 @@ AppServices Composition::services() {
           .askTitle = askTitle,
           .askCorrection = askCorrection,
           .askSpeaker = askSpeaker,
-          .print = askAndPrint,
+          .askPrinter = askPrinter,
           .library = &parts_->library,
           .recordingSource =
               [this](const QString& path, const QString& localeID, Instant start) {

@@ -12,6 +12,7 @@
 #include "ui/common/window_presentation.h"
 #include "ui/library/export_window_controller.h"
 #include "ui/library/history_window_controller.h"
+#include "ui/library/print_session.h"
 #include "ui/library/recordings_view.h"
 #include "ui/library/save_session_file.h"
 
@@ -79,11 +80,7 @@ HistoryActions SessionLibrary::historyActions() {
                             .buttons = {L("OK", "확인")}});
   };
   actions.printSession = [this](const CaptionSession& session, const ExportOptions& options) {
-    try {
-      services_.print(QString::fromUtf8(session.exportAs(options)), session.title);
-    } catch (const std::exception& error) {
-      showError(descriptionOf(error));
-    }
+    printSession(session, options);
   };
   actions.correctLine = [this](const SavedSession& saved, const Line& line) {
     if (const auto text = services_.askCorrection(line)) correctLine(saved, line, *text);
@@ -219,6 +216,21 @@ void SessionLibrary::saveFile(const CaptionSession& session) {
   }
 }
 
+void SessionLibrary::printSession(const CaptionSession& session, const ExportOptions& options) {
+  const std::shared_ptr<QPrinter> printer = services_.askPrinter(session.title);
+  if (!printer) return;
+  printing_.start(
+      [printer, html = QString::fromUtf8(session.exportAs(options))](const std::stop_token&) {
+        try {
+          print(html, *printer);
+        } catch (const std::exception&) {
+          return std::current_exception();
+        }
+        return std::exception_ptr();
+      },
+      [this](const std::exception_ptr& failed) { showFailure(failed); });
+}
+
 void SessionLibrary::reveal(const QUrl& file) {
   services_.files.reveal(file);
 }
@@ -256,11 +268,7 @@ void SessionLibrary::deleteSessions(const QList<QUrl>& urls) {
 void SessionLibrary::undoDelete() {
   std::exception_ptr failed;
   for (const QUrl& restored : library_.undoDelete(failed)) model_.savedFileIsBack(restored);
-  try {
-    if (failed) std::rethrow_exception(failed);
-  } catch (const std::exception& error) {
-    showError(descriptionOf(error));
-  }
+  showFailure(failed);
 }
 
 void SessionLibrary::renameSession() {
@@ -331,6 +339,14 @@ void SessionLibrary::updateTitles() {
   if (historyWindow_) historyWindow_->updateTitle();
   if (exportWindow_) exportWindow_->updateTitle();
   if (recordingsWindow_) recordingsWindow_->setWindowTitle(recordingsTitle());
+}
+
+void SessionLibrary::showFailure(const std::exception_ptr& failed) {
+  try {
+    if (failed) std::rethrow_exception(failed);
+  } catch (const std::exception& error) {
+    showError(descriptionOf(error));
+  }
 }
 
 void SessionLibrary::showError(const QString& message) {

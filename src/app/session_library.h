@@ -2,9 +2,11 @@
 #pragma once
 
 #include "app/app_services.h"
+#include "platform/foundation/latest_job.h"
 #include "ui/library/history_actions.h"
 #include "ui/library/history_view_model.h"
 
+#include <exception>
 #include <functional>
 #include <memory>
 #include <QObject>
@@ -79,7 +81,10 @@ class SessionLibrary final : public QObject {
   void undoDelete();
   void exportSession(const CaptionSession& session, const std::optional<LineRange>& selected = {});
   void saveFile(const CaptionSession& session);
+  void printSession(const CaptionSession& session, const ExportOptions& options);
   void reveal(const QUrl& file);
+  /// Shows why something failed, if it did.
+  void showFailure(const std::exception_ptr& failed);
   void showError(const QString& message);
 
   CaptionViewModel& model_;
@@ -90,6 +95,7 @@ class SessionLibrary final : public QObject {
   std::unique_ptr<ExportWindowController> exportWindow_;
   RecordingQueue& recordings_;
   std::unique_ptr<QWidget> recordingsWindow_;
+  LatestJob printing_;
 };
 
 }  // namespace velun

@@ -13,6 +13,8 @@
 #include "support/scripted_tray_host.h"
 #include "ui/caption/caption_window_controller.h"
 
+#include <QPrinter>
+
 namespace velun::test {
 
 /// The launched program with scripted services and real windows.
@@ -66,6 +68,11 @@ struct AppStage : ModelFixture {
                   if (beforeCorrection) beforeCorrection();
                   return correction;
                 },
+            .askPrinter =
+                [this](const QString& title) {
+                  printedTitles.append(title);
+                  return printer;
+                },
             .recordingSource =
                 [this](const QString&, const QString&, Instant) {
                   auto source = std::make_unique<ScriptedSource>();
@@ -115,6 +122,9 @@ struct AppStage : ModelFixture {
   QStringList correctedLines;
   std::optional<QString> correction;
   std::function<void()> beforeCorrection;
+  /// The titles of the jobs for which a printer was asked for, and the answer.
+  QStringList printedTitles;
+  std::shared_ptr<QPrinter> printer;
   /// The recording that is captioned or was captioned last.
   QPointer<ScriptedSource> recording;
   std::optional<QString> trashFailure;

@@ -5,11 +5,9 @@
 #include "platform/foundation/atomic_file.h"
 
 #include <QBuffer>
-#include <QGuiApplication>
 #include <QPdfWriter>
 #include <QPrintDialog>
 #include <QPrinter>
-#include <QScopeGuard>
 #include <QTextDocument>
 
 namespace velun {
@@ -23,13 +21,18 @@ QString pdfFileName(const QString& title) {
   return (name.isEmpty() ? L("Session", "기록") : name.trimmed()) + QStringLiteral(".pdf");
 }
 
+namespace {
+
 void printPage(const QString& html, QPagedPaintDevice& device) {
   QTextDocument document;
   document.setHtml(html);
   document.print(&device);
 }
 
-void printToFile(const QString& html, const QPrinter& printer) {
+}  // namespace
+
+void print(const QString& html, QPrinter& printer) {
+  if (printer.outputFormat() != QPrinter::PdfFormat) return printPage(html, printer);
   // Not by the printer, which tells nobody that the disk is full, and cuts the file.
   QByteArray bytes;
   QBuffer buffer(&bytes);
@@ -45,23 +48,17 @@ void printToFile(const QString& html, const QPrinter& printer) {
   writeFileAtomically(printer.outputFileName(), bytes, true);
 }
 
-void askAndPrint(const QString& html, const QString& title) {
-  QPrinter printer;
+std::shared_ptr<QPrinter> askPrinter(const QString& title) {
+  auto printer = std::make_shared<QPrinter>();
   // The dialog makes the proposed file's name of this one, without a check.
-  printer.setDocName(pdfFileName(title));
-  QPrintDialog dialog(&printer);
+  printer->setDocName(pdfFileName(title));
+  QPrintDialog dialog(printer.get());
   dialog.setWindowTitle(L("Print Session", "세션 인쇄"));
   // Otherwise the caption panel, which is above ordinary windows, would cover it.
   dialog.setWindowFlag(Qt::WindowStaysOnTopHint);
-  if (dialog.exec() != QDialog::Accepted) return;
-  printer.setDocName(title);
-  QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-  const auto restore = qScopeGuard([] { QGuiApplication::restoreOverrideCursor(); });
-  if (printer.outputFormat() == QPrinter::PdfFormat) {
-    printToFile(html, printer);
-  } else {
-    printPage(html, printer);
-  }
+  if (dialog.exec() != QDialog::Accepted) return nullptr;
+  printer->setDocName(title);
+  return printer;
 }
 
 }  // namespace velun

@@ -48,7 +48,7 @@ class PrintSessionTest final : public test::Suite {
     QPrinter printer;
     printer.setOutputFormat(QPrinter::PdfFormat);
     printer.setOutputFileName(path);
-    printToFile(QString::fromUtf8(session.exportAs(options)), printer);
+    print(QString::fromUtf8(session.exportAs(options)), printer);
     QProcess reader;
     reader.start("pdftotext", {"-layout", path, "-"});
     if (!reader.waitForFinished() || reader.exitCode() != 0) return {};
@@ -118,7 +118,7 @@ class PrintSessionTest final : public test::Suite {
     QPrinter printer;
     printer.setOutputFormat(QPrinter::PdfFormat);
     printer.setOutputFileName(folder.filePath("removed/talk.pdf"));
-    QVERIFY_EXCEPTION_THROWN(printToFile("<p>One.</p>", printer), FileError);
+    QVERIFY_EXCEPTION_THROWN(print("<p>One.</p>", printer), FileError);
   }
 
   void filesHaveNamesThatCanBeWritten_data() {
