@@ -75,7 +75,7 @@ int runProgram(velun::ApplicationService& service) {
 /// have ended.
 void endWithoutQt(int status) {
   if (!QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) return;
-  velun::LatestJob::waitForAll();
+  velun::LatestJob::pool().waitForDone();
   std::fflush(nullptr);
   std::_Exit(status);
 }

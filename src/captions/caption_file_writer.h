@@ -13,8 +13,8 @@
 
 namespace velun {
 
-/// Writes or removes one file on Qt's thread pool, in order. While one operation runs only the
-/// latest of those that follow is kept. Main thread.
+/// Writes or removes one file on a thread pool, in order. While one operation runs only the latest
+/// of those that follow is kept. Main thread.
 class CaptionFileWriter final : public QObject {
   Q_OBJECT
 

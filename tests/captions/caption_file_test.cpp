@@ -2,11 +2,11 @@
 #include "captions/caption_file.h"
 
 #include "captions/model_fixture.h"
+#include "platform/foundation/latest_job.h"
 #include "support/suite.h"
 #include "support/test_folder.h"
 
 #include <QSignalSpy>
-#include <QThreadPool>
 
 using namespace velun;
 
@@ -22,15 +22,15 @@ struct FileFixture : test::ModelFixture {
 
   ~FileFixture() {
     file.reset();
-    QThreadPool::globalInstance()->waitForDone();
+    LatestJob::pool().waitForDone();
   }
 
   /// The file after everything that was ordered.
   QByteArray written() {
     do {
-      QThreadPool::globalInstance()->waitForDone();
+      LatestJob::pool().waitForDone();
       test::settle();
-    } while (QThreadPool::globalInstance()->activeThreadCount() > 0);
+    } while (LatestJob::pool().activeThreadCount() > 0);
     return folder.contents("captions.txt");
   }
 

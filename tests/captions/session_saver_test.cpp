@@ -5,6 +5,7 @@
 #include "language/localization.h"
 #include "model/session_file/session_file.h"
 #include "platform/foundation/atomic_file.h"
+#include "platform/foundation/latest_job.h"
 #include "support/manual_clock.h"
 #include "support/saved_sessions.h"
 #include "support/suite.h"
@@ -12,7 +13,6 @@
 #include <memory>
 #include <QSemaphore>
 #include <QSignalSpy>
-#include <QThreadPool>
 
 using namespace velun;
 
@@ -67,7 +67,7 @@ class BusyPool {
   }
 
  private:
-  QThreadPool* pool_ = QThreadPool::globalInstance();
+  QThreadPool* pool_ = &LatestJob::pool();
   int threads_ = pool_->maxThreadCount();
   QSemaphore end_;
 };

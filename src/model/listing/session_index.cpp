@@ -8,6 +8,7 @@
 #include "platform/foundation/file_descriptor.h"
 #include "platform/foundation/file_error.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
@@ -18,6 +19,7 @@
 #include <QFileInfo>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace velun {
 
@@ -54,9 +56,13 @@ QByteArray checksumOf(const QByteArray& bytes) {
 
 /// The state in the head of an index; empty without one.
 QByteArray storedState(const QString& path) {
-  QFile file(path);
-  if (!file.open(QIODevice::ReadOnly)) return {};
-  const QByteArray head = file.read(kHeadLength);
+  // Opening a pipe, which somebody else has put there, would block.
+  const FileDescriptor file(
+      ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  struct stat status {};
+  if (!file.isOpen() || ::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
+  QByteArray head(kHeadLength, Qt::Uninitialized);
+  head.truncate(std::max<ssize_t>(::pread(file.number(), head.data(), kHeadLength, 0), 0));
   const bool isHead =
       head.size() == kHeadLength && std::memcmp(head.constData(), &kMagic, sizeof kMagic) == 0;
   return isHead ? head.sliced(kStateAt, kHashLength) : QByteArray();

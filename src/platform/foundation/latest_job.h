@@ -9,7 +9,7 @@
 
 namespace velun {
 
-/// Runs work on Qt's thread pool and passes the result to the main thread. Only the latest job
+/// Runs work on a thread pool and passes the result to the main thread. Only the latest job
 /// counts: starting another one, `cancel` and the destructor stop the job before, and its result is
 /// discarded. Make it the last member of its owner, so that no result can arrive while the other
 /// members are destroyed. Main thread.
@@ -27,7 +27,7 @@ class LatestJob {
     cancel();
     stop_ = std::stop_source();
     isRunning_ = true;
-    QThreadPool::globalInstance()->start(
+    pool().start(
         [this, stop = stop_.get_token(), work = std::move(work), done = std::move(done)]() mutable {
           auto deliver = [this, stop, result = work(stop), done = std::move(done)]() mutable {
             // A stop is only requested on the main thread, so this object still exists.
@@ -46,9 +46,9 @@ class LatestJob {
     isRunning_ = false;
   }
 
-  /// Waits for the work of all jobs, cancelled ones included, as the application object does when
-  /// it is destroyed. For the end of a process that skips that.
-  static void waitForAll() { QThreadPool::globalInstance()->waitForDone(); }
+  /// The threads of all jobs. Not Qt's own pool: Qt paints with it, so that painting would wait for
+  /// a job that waits for a disk. The application object waits for their work when it is destroyed.
+  static QThreadPool& pool();
 
   /// Whether a result is still expected.
   bool isRunning() const { return isRunning_; }

@@ -7,6 +7,7 @@
 #include "support/suite.h"
 
 #include <QThreadPool>
+#include <sys/stat.h>
 
 using namespace velun;
 using namespace std::chrono_literals;
@@ -222,6 +223,15 @@ class SessionIndexTest final : public test::Suite {
     QCOMPARE(library.list().sessions.size(), std::size_t(1));
     library.store.indexFile = "/proc/none/sessions.index";
     QCOMPARE(library.list().sessions.size(), std::size_t(1));
+  }
+
+  void aPipeInPlaceOfTheIndexIsReplaced() {
+    Library library;
+    library.store.save(withText("One", "river"));
+    QVERIFY(QDir(library.folder.path()).mkpath("cache"));
+    QCOMPARE(::mkfifo(QFile::encodeName(library.indexPath()).constData(), 0600), 0);
+    QCOMPARE(library.list().sessions.size(), std::size_t(1));
+    QCOMPARE(library.indexed().size(), std::size_t(1));
   }
 
   void twoProgramsAtOnceLeaveAGoodIndex() {

@@ -3,6 +3,7 @@
 
 #include "support/suite.h"
 
+#include <array>
 #include <memory>
 #include <QSemaphore>
 #include <QThread>
@@ -32,7 +33,7 @@ class LatestJobTest final : public test::Suite {
 
  private Q_SLOTS:
   void cleanup() {
-    QThreadPool::globalInstance()->waitForDone();
+    LatestJob::pool().waitForDone();
     QCoreApplication::processEvents();
   }
 
@@ -69,6 +70,20 @@ class LatestJobTest final : public test::Suite {
     QTRY_COMPARE(result, 7);
   }
 
+  void jobsThatWaitKeepNeitherQtNorOtherJobsWaiting() {
+    std::array<LatestJob, 8> jobs;
+    const BlockedWork work;
+    for (LatestJob& job : jobs) job.start(work, [](int) {});
+    // Qt's pool paints.
+    QSemaphore painted;
+    QThreadPool::globalInstance()->start([&painted] { painted.release(); });
+    QVERIFY(painted.tryAcquire(1, 30'000));
+    LatestJob another;
+    bool isDone = false;
+    another.start([](const std::stop_token&) { return 0; }, [&isDone](int) { isDone = true; });
+    QTRY_VERIFY(isDone);
+  }
+
   void onlyTheLatestResultIsDelivered() {
     LatestJob job;
     QList<int> results;
@@ -85,7 +100,7 @@ class LatestJobTest final : public test::Suite {
     LatestJob job;
     int calls = 0;
     job.start([](const std::stop_token&) { return 1; }, [&calls](int) { ++calls; });
-    QThreadPool::globalInstance()->waitForDone();
+    LatestJob::pool().waitForDone();
     job.cancel();
     QVERIFY(!job.isRunning());
     QCoreApplication::processEvents();

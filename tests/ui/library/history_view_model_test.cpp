@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/foundation/latest_job.h"
 #include "support/saved_sessions.h"
 #include "ui/library/history_view_model_suite.h"
-
-#include <QThreadPool>
 
 using namespace velun;
 
@@ -215,7 +214,7 @@ class HistoryViewModelTest final : public test::HistoryViewModelSuite {
     write("Sessions/a.json", 1);
     library_->reload();
     library_.reset();
-    QTRY_COMPARE(QThreadPool::globalInstance()->activeThreadCount(), 0);
+    QTRY_COMPARE(LatestJob::pool().activeThreadCount(), 0);
     QCoreApplication::processEvents();
     QVERIFY(!library_);
   }
