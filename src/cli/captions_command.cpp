@@ -40,7 +40,11 @@ void CaptionsCommand::interrupt() {
     return;
   }
   // Captions of live sound have no other end.
-  if (arguments_.recording) status_ = kInterrupted;
+  if (arguments_.recording) {
+    status_ = kInterrupted;
+    say(L("The words that were already read are still written; interrupt again to end at once.",
+          "이미 읽은 부분까지 자막을 쓰고 끝냅니다. 바로 끝내려면 한 번 더 중단하세요."));
+  }
   source_->stop();
 }
 

@@ -93,6 +93,7 @@ class CaptionsCommandTest final : public test::Suite {
   void anInterruptedRecordingIsNotDone() {
     start({.recording = "talk.mp3"});
     command_->interrupt();
+    QVERIFY(messages_->text().contains("interrupt again to end at once"));
     Q_EMIT source_->ended({});
     QCOMPARE(finished_, std::vector<int>{CaptionsCommand::kInterrupted});
   }

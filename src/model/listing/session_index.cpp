@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdint>
 #include <cstring>
 #include <fcntl.h>
@@ -19,6 +20,7 @@
 #include <QFileInfo>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 namespace velun {
@@ -85,10 +87,17 @@ SavedSessions indexedOf(const SavedSessions& sessions, const QString& folder) {
 class FolderLock {
  public:
   explicit FolderLock(const QString& path)
-      : folder_(::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
-    // Other errors are ignored: some file systems have no locks.
-    while (folder_.isOpen() && ::flock(folder_.number(), LOCK_EX) != 0 && errno == EINTR) {
+      : folder_(::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {}
+
+  /// False if another program has held the lock for a second: it may hold it for ever.
+  bool isTaken() const {
+    constexpr int kAttempts = 1000;
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+      // Other errors are ignored: some file systems have no locks.
+      if (::flock(folder_.number(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) return true;
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
+    return false;
   }
 
  private:
@@ -164,6 +173,11 @@ void SessionIndex::write(const SavedSessions& sessions, Instant now) const {
     // The index is compared, the files are looked at and the index is replaced in one: of two
     // programs, the later one knows of every deletion.
     const FolderLock lock(place);
+    if (!lock.isTaken()) {
+      // Without an index nothing of a deleted session is left.
+      QFile::remove(path);
+      return;
+    }
     // What a killed writer has left may tell of a session that was deleted since.
     removeAbandonedWrites(place);
     if (storedState(path) == stateOf(indexed, folder)) return;

@@ -10,6 +10,8 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 
 namespace velun {
 
@@ -17,6 +19,8 @@ namespace {
 
 constexpr int kSymbolSize = 40;
 constexpr int kTextWidth = 340;
+/// Of an explanation; a longer one is scrolled, so that the buttons stay on the screen.
+constexpr int kMaxTextHeight = 320;
 constexpr QColor kWarningColor(214, 142, 24);
 
 QPixmap picture(bool isWarning, qreal ratio) {
@@ -32,6 +36,17 @@ SelectableLabel* textLabel(const QString& text, QWidget* parent) {
   label->setFixedWidth(kTextWidth);
   label->setTextInteractionFlags(Qt::TextSelectableByMouse);
   return label;
+}
+
+QWidget* scrolledIfLong(SelectableLabel* label, QWidget* parent) {
+  if (label->heightForWidth(kTextWidth) <= kMaxTextHeight) return label;
+  auto* area = new QScrollArea(parent);
+  area->setFrameShape(QFrame::NoFrame);
+  area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  area->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+  area->setWidget(label);
+  area->setFixedSize(kTextWidth + area->verticalScrollBar()->sizeHint().width(), kMaxTextHeight);
+  return area;
 }
 
 }  // namespace
@@ -50,7 +65,7 @@ AlertDialog::AlertDialog(const Question& question) {
   QFont bold = message->font();
   bold.setBold(true);
   message->setFont(bold);
-  QLabel* explanation = textLabel(question.informativeText, this);
+  QWidget* explanation = scrolledIfLong(textLabel(question.informativeText, this), this);
 
   auto* grid = new QGridLayout(this);
   grid->setContentsMargins(22, 20, 22, 18);

@@ -62,6 +62,10 @@ RecordingRow::RecordingRow(QWidget* parent)
   name_->setFont(bold);
   status_->setTextFormat(Qt::PlainText);
   status_->setWordWrap(true);
+  // A name without blanks would make the row wider than the window. The tool tip shows it whole.
+  for (QLabel* each : {name_, status_}) {
+    each->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  }
   progress_->setTextVisible(false);
   auto* buttons = new QHBoxLayout;
   for (QPushButton* each : {show_, retry_, remove_}) buttons->addWidget(each);

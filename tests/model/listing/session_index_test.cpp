@@ -4,9 +4,12 @@
 #include "captions/sessions_folder.h"
 #include "model/listing/session_listing.h"
 #include "platform/foundation/atomic_file.h"
+#include "platform/foundation/file_descriptor.h"
 #include "support/suite.h"
 
+#include <fcntl.h>
 #include <QThreadPool>
+#include <sys/file.h>
 #include <sys/stat.h>
 
 using namespace velun;
@@ -232,6 +235,18 @@ class SessionIndexTest final : public test::Suite {
     QCOMPARE(::mkfifo(QFile::encodeName(library.indexPath()).constData(), 0600), 0);
     QCOMPARE(library.list().sessions.size(), std::size_t(1));
     QCOMPARE(library.indexed().size(), std::size_t(1));
+  }
+
+  void aLockThatIsNeverReleasedKeepsNobodyWaiting() {
+    Library library;
+    library.store.save(withText("One", "river"));
+    library.list();
+    const QByteArray folder = QFile::encodeName(QFileInfo(library.indexPath()).path());
+    const FileDescriptor other(::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    QVERIFY(::flock(other.number(), LOCK_EX) == 0);
+    library.store.save(withText("Two", "sea"));
+    QCOMPARE(library.list().sessions.size(), std::size_t(2));
+    QVERIFY(library.indexed().empty());
   }
 
   void twoProgramsAtOnceLeaveAGoodIndex() {
