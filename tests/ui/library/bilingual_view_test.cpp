@@ -7,7 +7,7 @@
 
 #include <QClipboard>
 #include <QComboBox>
-#include <QPdfWriter>
+#include <QPrinter>
 
 using namespace velun;
 
@@ -156,10 +156,10 @@ class BilingualViewTest final : public test::HistoryViewSuite {
     QVERIFY(printed_.contains("<th dir=\"auto\">Korean</th>"));
     QVERIFY(printed_.contains("Line 399 of the talk"));
     const QString path = folder_->filePath("talk.pdf");
-    {
-      QPdfWriter pdf(path);
-      printPage(printed_, pdf);
-    }
+    QPrinter printer;
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(path);
+    print(printed_, printer);
     QFile file(path);
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QByteArray bytes = file.readAll();
