@@ -12,7 +12,8 @@ using namespace velun;
 
 namespace {
 
-/// Work that runs until it is released or stopped.
+/// Work that runs until it is released or stopped. For one job: two would share one release, so
+/// that one that is stopped could free the other and leave itself waiting.
 struct BlockedWork {
   std::shared_ptr<QSemaphore> started = std::make_shared<QSemaphore>();
   std::shared_ptr<QSemaphore> released = std::make_shared<QSemaphore>();
@@ -72,8 +73,7 @@ class LatestJobTest final : public test::Suite {
 
   void jobsThatWaitKeepNeitherQtNorOtherJobsWaiting() {
     std::array<LatestJob, 8> jobs;
-    const BlockedWork work;
-    for (LatestJob& job : jobs) job.start(work, [](int) {});
+    for (LatestJob& job : jobs) job.start(BlockedWork{}, [](int) {});
     // Qt's pool paints.
     QSemaphore painted;
     QThreadPool::globalInstance()->start([&painted] { painted.release(); });
