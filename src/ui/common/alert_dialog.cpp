@@ -45,6 +45,7 @@ QWidget* scrolledIfLong(SelectableLabel* label, QWidget* parent) {
   area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   area->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   area->setWidget(label);
+  area->setAccessibleName(label->text());
   area->setFixedSize(kTextWidth + area->verticalScrollBar()->sizeHint().width(), kMaxTextHeight);
   return area;
 }

@@ -4,6 +4,9 @@
 #include "support/suite.h"
 
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTest>
 
 using namespace velun;
 
@@ -27,6 +30,20 @@ class AlertDialogTest final : public test::Suite {
     QVERIFY(one.height() > 0 && one.height() < 250);
     QVERIFY(many.height() > one.height() && many.height() < 520);
     QVERIFY(many.width() < one.width() + 40);
+  }
+
+  void aLongExplanationIsScrolledWithTheKeyboard() {
+    const QString text = QStringLiteral("“a.json” is damaged.\n").repeated(100);
+    AlertDialog alert(
+        {.message = "Couldn’t Complete the Action", .informativeText = text, .buttons = {"OK"}});
+    alert.show();
+    const auto* area = alert.findChild<QScrollArea*>();
+    QVERIFY(area);
+    QCOMPARE(area->accessibleName(), text);
+    QTest::keyClick(alert.focusWidget(), Qt::Key_Tab);
+    QCOMPARE(alert.focusWidget(), static_cast<const QWidget*>(area));
+    QTest::keyClick(alert.focusWidget(), Qt::Key_PageDown);
+    QVERIFY(area->verticalScrollBar()->value() > 0);
   }
 };
 
