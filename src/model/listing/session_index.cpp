@@ -7,10 +7,9 @@
 #include "platform/foundation/file_access.h"
 #include "platform/foundation/file_descriptor.h"
 #include "platform/foundation/file_error.h"
+#include "platform/foundation/file_lock.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <chrono>
 #include <cstdint>
 #include <cstring>
 #include <fcntl.h>
@@ -18,9 +17,7 @@
 #include <QDataStream>
 #include <QFile>
 #include <QFileInfo>
-#include <sys/file.h>
 #include <sys/stat.h>
-#include <thread>
 #include <unistd.h>
 
 namespace velun {
@@ -58,11 +55,8 @@ QByteArray checksumOf(const QByteArray& bytes) {
 
 /// The state in the head of an index; empty without one.
 QByteArray storedState(const QString& path) {
-  // Opening a pipe, which somebody else has put there, would block.
-  const FileDescriptor file(
-      ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  struct stat status {};
-  if (!file.isOpen() || ::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
+  const FileDescriptor file = openRegularFile(path);
+  if (!file.isOpen()) return {};
   QByteArray head(kHeadLength, Qt::Uninitialized);
   head.truncate(std::max<ssize_t>(::pread(file.number(), head.data(), kHeadLength, 0), 0));
   const bool isHead =
@@ -82,27 +76,6 @@ SavedSessions indexedOf(const SavedSessions& sessions, const QString& folder) {
   }
   return indexed;
 }
-
-/// Keeps other writers of files in a folder away.
-class FolderLock {
- public:
-  explicit FolderLock(const QString& path)
-      : folder_(::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {}
-
-  /// False if another program has held the lock for a second: it may hold it for ever.
-  bool isTaken() const {
-    constexpr int kAttempts = 1000;
-    for (int attempt = 0; attempt < kAttempts; ++attempt) {
-      // Other errors are ignored: some file systems have no locks.
-      if (::flock(folder_.number(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) return true;
-      std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return false;
-  }
-
- private:
-  FileDescriptor folder_;
-};
 
 /// A file that replaces one keeps its mode, which must not be that of a file for all.
 void removeIfShared(const QString& path) {
@@ -172,8 +145,9 @@ void SessionIndex::write(const SavedSessions& sessions, Instant now) const {
     makePrivateFolder(place);
     // The index is compared, the files are looked at and the index is replaced in one: of two
     // programs, the later one knows of every deletion.
-    const FolderLock lock(place);
-    if (!lock.isTaken()) {
+    const FileDescriptor locked(
+        ::open(QFile::encodeName(place).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!waitForLock(locked)) {
       // Without an index nothing of a deleted session is left.
       QFile::remove(path);
       return;

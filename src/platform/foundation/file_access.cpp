@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/foundation/file_access.h"
 
-#include "platform/foundation/file_descriptor.h"
 #include "platform/foundation/file_error.h"
 
 #include <cerrno>
@@ -20,14 +19,23 @@ namespace {
 
 }  // namespace
 
-QByteArray readWholeFile(const QString& path, qint64 limit, qsizetype padding) {
+FileDescriptor openRegularFile(const QString& path) {
   // Without O_NONBLOCK, opening a pipe without a writer would block.
-  const FileDescriptor file(
+  FileDescriptor file(
       ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  if (!file.isOpen()) refuseReading(errno, path);
   struct stat status {};
-  if (::fstat(file.number(), &status) != 0) refuseReading(errno, path);
-  if (!S_ISREG(status.st_mode)) refuseReading(S_ISDIR(status.st_mode) ? EISDIR : EINVAL, path);
+  if (!file.isOpen() || ::fstat(file.number(), &status) != 0 || S_ISREG(status.st_mode)) {
+    return file;
+  }
+  file.close();
+  errno = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+  return file;
+}
+
+QByteArray readWholeFile(const QString& path, qint64 limit, qsizetype padding) {
+  const FileDescriptor file = openRegularFile(path);
+  struct stat status {};
+  if (!file.isOpen() || ::fstat(file.number(), &status) != 0) refuseReading(errno, path);
   if (status.st_size > limit) refuseReading(EFBIG, path);
 
   // Some file systems report no size, and the file may change: the end is where read() says so.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/foundation/clock.h"
+#include "platform/foundation/file_descriptor.h"
 
 #include <optional>
 #include <QByteArray>
@@ -10,9 +11,13 @@
 
 namespace velun {
 
-/// Reads a regular file, with `padding` bytes of extra capacity behind it. Throws `FileError`: the
-/// error of the system, EFBIG for more than `limit` bytes, EINVAL for other kinds of file (a pipe
-/// or a device would block or never end). Any thread.
+/// Opens a regular file for reading. Not open, with errno set, if that failed: the error of the
+/// system, EISDIR for a folder, EINVAL for other kinds of file (a pipe or a device would block or
+/// never end). Any thread.
+FileDescriptor openRegularFile(const QString& path);
+
+/// Reads a regular file, with `padding` bytes of extra capacity behind it. Throws `FileError`: what
+/// `openRegularFile` says, EFBIG for more than `limit` bytes. Any thread.
 QByteArray readWholeFile(const QString& path, qint64 limit, qsizetype padding = 0);
 
 /// The path of a local file without links. Of a file that does not exist, the links of its folder

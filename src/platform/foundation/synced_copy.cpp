@@ -2,17 +2,15 @@
 #include "platform/foundation/synced_copy.h"
 
 #include "platform/foundation/file_error.h"
+#include "platform/foundation/file_lock.h"
 
 #include <cerrno>
-#include <chrono>
 #include <cstdio>
 #include <fcntl.h>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <sys/file.h>
 #include <sys/stat.h>
-#include <thread>
 #include <unistd.h>
 #include <utility>
 
@@ -36,22 +34,6 @@ FileDescriptor openFile(const QByteArray& name) {
   FileDescriptor file(::open(name.constData(), O_RDWR | kFlags));
   if (file.isOpen()) return file;
   return FileDescriptor(::open(name.constData(), O_RDONLY | kFlags));
-}
-
-/// Locks a file unless another program has locked it.
-bool lock(const FileDescriptor& file) {
-  return ::flock(file.number(), LOCK_EX | LOCK_NB) == 0;
-}
-
-/// The writer of the file may hold the lock until its call returns. Another program may hold it
-/// for as long as it likes; after a second the file does without.
-void waitForLock(const FileDescriptor& file) {
-  constexpr int kAttempts = 1000;
-  for (int attempt = 0; attempt < kAttempts; ++attempt) {
-    // Other errors are ignored: some file systems have no locks.
-    if (lock(file) || errno != EWOULDBLOCK) return;
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  }
 }
 
 bool areSame(const FileDescriptor& a, const FileDescriptor& b) {
@@ -169,6 +151,7 @@ void SyncedCopy::syncLinked(const QByteArray& name) {
   }
   // `lock_` holds the lock if this is the synced version already.
   const bool isNew = version.isOpen() && !areSame(version, lock_);
+  // The writer may hold it until its call returns. The file does without another program's.
   if (isNew) waitForLock(version);
   const QByteArray copy = hiddenName(file_, kCopySuffix);
   if (!version.isOpen() || ::fdatasync(version.number()) != 0 ||
