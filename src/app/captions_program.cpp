@@ -3,7 +3,7 @@
 
 #include "app/engine_services.h"
 #include "captions/caption_target.h"
-#include "captions/missing_translation.h"
+#include "captions/missing_models.h"
 #include "captions/recording_source.h"
 #include "cli/caption_devices.h"
 #include "cli/captions_command.h"
@@ -88,11 +88,7 @@ void checkInstalled(EngineServices& services, const CaptionArguments& arguments,
     return isWanted(candidate) && candidate.isInstalled;
   };
   if (std::none_of(candidates.begin(), candidates.end(), isReady)) {
-    throw Failure(
-        L("The recognizer isn’t installed. Download it in Velun’s settings, under "
-          "Languages & Models.",
-          "인식기가 설치되어 있지 않습니다. Velun 설정의 언어 및 모델에서 "
-          "다운로드하세요."));
+    throw Failure(missingRecognizerText());
   }
   if (arguments.target.isEmpty()) return;
   const auto missing = missingTranslation(services.translation, localeID, arguments.target);

@@ -236,18 +236,17 @@ void SessionLibrary::reveal(const QUrl& file) {
 }
 
 void SessionLibrary::deleteHistorySelection(const QList<QUrl>& visible) {
+  std::exception_ptr failed;
   try {
     const std::optional<QUrl> deleted = library_.deleteSelection(visible);
     if (!deleted) return;
     model_.savedFileWasDeleted(*deleted);
-    library_.reload();
-  } catch (const std::exception& error) {
+  } catch (const std::exception&) {
     // Something else may have removed the file.
-    library_.reload();
-    const QString description = descriptionOf(error);
-    showError(L("Couldn’t delete the session: " + description,
-                "기록을 삭제하지 못했습니다: " + description));
+    failed = std::current_exception();
   }
+  library_.reload();
+  showNotDeleted(failed);
 }
 
 void SessionLibrary::deleteSessions(const QList<QUrl>& urls) {
@@ -256,13 +255,7 @@ void SessionLibrary::deleteSessions(const QList<QUrl>& urls) {
     model_.savedFileWasDeleted(deleted);
   }
   library_.reload();
-  try {
-    if (failed) std::rethrow_exception(failed);
-  } catch (const std::exception& error) {
-    const QString description = descriptionOf(error);
-    showError(L("Couldn’t delete the session: " + description,
-                "기록을 삭제하지 못했습니다: " + description));
-  }
+  showNotDeleted(failed);
 }
 
 void SessionLibrary::undoDelete() {
@@ -346,6 +339,16 @@ void SessionLibrary::showFailure(const std::exception_ptr& failed) {
     if (failed) std::rethrow_exception(failed);
   } catch (const std::exception& error) {
     showError(descriptionOf(error));
+  }
+}
+
+void SessionLibrary::showNotDeleted(const std::exception_ptr& failed) {
+  try {
+    if (failed) std::rethrow_exception(failed);
+  } catch (const std::exception& error) {
+    const QString description = descriptionOf(error);
+    showError(L("Couldn’t delete the session: " + description,
+                "기록을 삭제하지 못했습니다: " + description));
   }
 }
 

@@ -83,8 +83,9 @@ class SessionLibrary final : public QObject {
   void saveFile(const CaptionSession& session);
   void printSession(const CaptionSession& session, const ExportOptions& options);
   void reveal(const QUrl& file);
-  /// Shows why something failed, if it did.
+  /// Show why something failed, if it did.
   void showFailure(const std::exception_ptr& failed);
+  void showNotDeleted(const std::exception_ptr& failed);
   void showError(const QString& message);
 
   CaptionViewModel& model_;

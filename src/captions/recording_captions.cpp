@@ -32,8 +32,7 @@ void RecordingCaptions::handle(const SpeechRecognitionEvent& event) {
 void RecordingCaptions::sourceEnded(const std::optional<QString>& error) {
   hasEnded_ = true;
   error_ = error;
-  lines_.setEnd(session().startedAt +
-                std::chrono::round<Instant::duration>(std::chrono::duration<double>(position_)));
+  lines_.setEnd(session().startedAt + durationOf(position_));
   finishIfComplete();
 }
 

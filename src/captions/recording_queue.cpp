@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "captions/recording_queue.h"
 
-#include "captions/missing_translation.h"
+#include "captions/missing_models.h"
 #include "captions/recording_progress.h"
 #include "language/localization.h"
 #include "platform/foundation/failure.h"
@@ -31,6 +31,11 @@ std::size_t RecordingQueue::unfinishedCount() const {
 }
 
 const RecordingQueue::Item* RecordingQueue::item(int id) const {
+  const auto found = std::ranges::find(items_, id, &Item::id);
+  return found == items_.end() ? nullptr : &*found;
+}
+
+RecordingQueue::Item* RecordingQueue::find(int id) {
   const auto found = std::ranges::find(items_, id, &Item::id);
   return found == items_.end() ? nullptr : &*found;
 }
@@ -82,8 +87,7 @@ void RecordingQueue::saveProgress() {
   };
   if (captions_ && !captions_->session().lines.empty()) {
     CaptionSession session = captions_->session();
-    session.endedAt = session.startedAt + std::chrono::round<Instant::duration>(
-                                              std::chrono::duration<double>(captions_->position()));
+    session.endedAt = session.startedAt + durationOf(captions_->position());
     trySaving(session);
   }
   for (const auto& [id, session] : unwritten_) trySaving(session);

@@ -82,7 +82,7 @@ class RecordingQueue final : public QObject {
   void sessionSaved(const QUrl& file);
 
  private:
-  Item* find(int id) { return const_cast<Item*>(item(id)); }
+  Item* find(int id);
   Item* running() { return find(runningID_); }
   void next();
   /// The language to translate the item into; empty: none.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "captions/recording_source.h"
 
-#include "language/localization.h"
+#include "captions/missing_models.h"
 #include "platform/foundation/failure.h"
 
 #include <algorithm>
@@ -26,10 +26,7 @@ void RecordingSource::start() {
     const std::optional<SpeechSupport> support = speech_.support(localeID_);
     const QString locale = support ? support->locale : localeID_;
     if (std::ranges::none_of(speech_.candidates(locale), &RecognizerCandidate::isInstalled)) {
-      return end(
-          L("The recognizer isn’t installed. Download it in Velun’s settings, under Languages & "
-            "Models.",
-            "인식기가 설치되어 있지 않습니다. Velun 설정의 언어 및 모델에서 다운로드하세요."));
+      return end(missingRecognizerText());
     }
     run_ = speech_.start(locale, input_);
   } catch (const std::exception& failure) {
@@ -67,8 +64,7 @@ void RecordingSource::handle(const TranscriptionResult& result) {
   event.voice = result.voice;
   if (result.spoken) {
     const auto at = [this](double seconds) {
-      return sessionStart_ +
-             std::chrono::round<Instant::duration>(std::chrono::duration<double>(seconds));
+      return sessionStart_ + durationOf(seconds);
     };
     event.spoken = FinalEvent::Spoken{at(result.spoken->start), at(result.spoken->end)};
   }

@@ -10,6 +10,11 @@ namespace velun {
 /// A point on the wall clock, in UTC, to the microsecond.
 using Instant = std::chrono::sys_time<std::chrono::microseconds>;
 
+/// A length of time for instants.
+inline Instant::duration durationOf(double seconds) {
+  return std::chrono::round<Instant::duration>(std::chrono::duration<double>(seconds));
+}
+
 /// A call that is due later. Destroying it cancels the call. Main thread.
 class ScheduledCall {
  public:

@@ -1,10 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "captions/missing_translation.h"
+#include "captions/missing_models.h"
 
 #include "language/localization.h"
 #include "platform/translation/translation_platform.h"
 
 namespace velun {
+
+QString missingRecognizerText() {
+  return L(
+      "The recognizer isn’t installed. Download it in Velun’s settings, under Languages & Models.",
+      "인식기가 설치되어 있지 않습니다. Velun 설정의 언어 및 모델에서 다운로드하세요.");
+}
 
 std::optional<QString> missingTranslation(const TranslationPlatform& translation,
                                           const QString& localeID, const QString& target) {
